@@ -1,0 +1,60 @@
+# What every target of the house shares: the language, the warnings, the staged tree, and the two
+# ways in which a folder makes a library or a test.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# Running from the build and from an installation is the same: both are this tree.
+set(ORVALO_STAGE "${CMAKE_BINARY_DIR}/stage")
+# Test programs live in a tree of the same shape, so that a bundle found from a test is a bundle.
+set(ORVALO_TEST_STAGE "${CMAKE_BINARY_DIR}/test-stage")
+
+find_program(ORVALO_CCACHE ccache)
+if(ORVALO_CCACHE)
+    set(CMAKE_C_COMPILER_LAUNCHER "${ORVALO_CCACHE}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${ORVALO_CCACHE}")
+endif()
+
+if(ORVALO_SANITIZE)
+    add_compile_options(-fsanitize=${ORVALO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -O1)
+    add_link_options(-fsanitize=${ORVALO_SANITIZE})
+endif()
+
+add_library(orvalo_options INTERFACE)
+target_compile_options(orvalo_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -ffp-contract=off)
+# GCC 12 cannot see fences for the thread sanitizer; nothing of ours relies on one.
+if(ORVALO_SANITIZE MATCHES "thread")
+    target_compile_options(orvalo_options INTERFACE -Wno-tsan)
+endif()
+target_compile_definitions(orvalo_options INTERFACE "G_LOG_DOMAIN=\"Orvalo\"")
+target_include_directories(orvalo_options INTERFACE "${CMAKE_SOURCE_DIR}")
+
+# orvalo_library(<name> SOURCES ... PUBLIC <targets> PRIVATE <targets>): a folder's one library.
+function(orvalo_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC orvalo_options ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+endfunction()
+
+# orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s]): a GoogleTest program and
+# its tests, one CTest entry for the program. Tests without the label "release-only" run under the
+# sanitizers too.
+function(orvalo_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 300)
+    endif()
+    if(ORVALO_SANITIZE AND "release-only" IN_LIST arg_LABELS)
+        return()
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE orvalo_options ${arg_LIBS} orvalo_testing)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALO_TEST_STAGE}/bin")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+endfunction()

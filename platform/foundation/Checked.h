@@ -1,0 +1,48 @@
+#pragma once
+
+#include <concepts>
+
+#include "platform/foundation/FatalError.h"
+
+namespace orvalo {
+
+/// Integer arithmetic that ends the program instead of wrapping. Each names itself in the fatal
+/// error's message.
+template <std::integral T>
+T checkedAdd(T left, T right) {
+    T result{};
+    if (__builtin_add_overflow(left, right, &result)) {
+        fatalError("Integer overflow in an addition.");
+    }
+    return result;
+}
+
+template <std::integral T>
+T checkedSubtract(T left, T right) {
+    T result{};
+    if (__builtin_sub_overflow(left, right, &result)) {
+        fatalError("Integer overflow in a subtraction.");
+    }
+    return result;
+}
+
+template <std::integral T>
+T checkedMultiply(T left, T right) {
+    T result{};
+    if (__builtin_mul_overflow(left, right, &result)) {
+        fatalError("Integer overflow in a multiplication.");
+    }
+    return result;
+}
+
+/// The same number as another integer type; a number that does not fit ends the program.
+template <std::integral To, std::integral From>
+To exactly(From value) {
+    To result{};
+    if (__builtin_add_overflow(value, From{0}, &result)) {
+        fatalError("An integer does not fit its type.");
+    }
+    return result;
+}
+
+}  // namespace orvalo

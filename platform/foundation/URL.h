@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvalo {
+
+/// An address: of a file, or of a resource on the web. A value.
+class URL {
+  public:
+    /// An address from its text; nothing when the text is empty or forms no address.
+    static std::optional<URL> string(std::string_view text);
+    /// The address of a file or folder; a relative path stands below the working directory.
+    static URL fileURLWithPath(std::string_view path);
+
+    bool isFileURL() const;
+    /// The path, unescaped. Of a file: the path in the file system, byte for byte.
+    const std::string& path() const { return path_; }
+    /// What follows the last full stop of the last path component; "" without one.
+    std::string pathExtension() const;
+    /// The escaped text, such as "file:///a%20b".
+    const std::string& absoluteString() const { return absoluteString_; }
+    /// The address of an item in this folder.
+    URL appendingPathComponent(std::string_view component) const;
+
+    friend bool operator==(const URL&, const URL&) = default;
+
+  private:
+    URL(std::string absoluteString, std::string path);
+    std::string absoluteString_;
+    std::string path_;
+};
+
+/// The textual form of an optional address: "Optional(<absoluteString>)", or "nil".
+std::string description(const std::optional<URL>& url);
+
+}  // namespace orvalo
