@@ -34,10 +34,16 @@ endif()
 target_compile_definitions(orvalo_options INTERFACE "G_LOG_DOMAIN=\"Orvalo\"")
 target_include_directories(orvalo_options INTERFACE "${CMAKE_SOURCE_DIR}")
 
-# orvalo_library(<name> SOURCES ... PUBLIC <targets> PRIVATE <targets>): a folder's one library.
+# orvalo_library(<name> PUBLIC <targets> PRIVATE <targets>): the folder's sources as its one library.
 function(orvalo_library name)
-    cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
-    add_library(${name} STATIC ${arg_SOURCES})
+    cmake_parse_arguments(arg "" "" "PUBLIC;PRIVATE" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+    if(NOT sources)
+        add_library(${name} INTERFACE)
+        target_link_libraries(${name} INTERFACE orvalo_options ${arg_PUBLIC})
+        return()
+    endif()
+    add_library(${name} STATIC ${sources})
     target_link_libraries(${name} PUBLIC orvalo_options ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
 endfunction()
 
