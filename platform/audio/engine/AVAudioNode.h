@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include "platform/audio/signal/AVAudioFormat.h"
@@ -16,27 +15,42 @@ class RenderKernel {
   public:
     virtual ~RenderKernel() = default;
     /// Fills output from input: as many frames, each with the channels of its connection; a source
-    /// has an input without channels. At most kMaximumFramesToRender frames. Render thread; keeps
-    /// its promises.
+    /// has an input without channels. The two do not overlap. At most kMaximumFramesToRender
+    /// frames. Render thread; keeps its promises.
     virtual void render(const AudioBlock& input, const AudioBlock& output) noexcept = 0;
 };
 
-/// A node of an engine's graph, with one input and one output bus unless its class says otherwise.
+/// A node of an engine's graph. It has one output; how many inputs it takes is its class's affair.
 class AVAudioNode : public NSObject {
   public:
     /// The engine that the node is attached to; absent before and after.
-    std::shared_ptr<AVAudioEngine> engine() const { return engine_.lock(); }
+    std::shared_ptr<AVAudioEngine> engine() const;
 
-    /// The format of a bus that nobody has given a format; what "derived" means.
-    virtual AVAudioFormat outputFormat(std::int64_t forBus) const = 0;
+  protected:
+    enum class Inputs { none, one, any };
 
   private:
     friend class AVAudioEngine;
+    friend class Graph;
+    friend class GraphCompiler;
 
-    /// Makes the node ready for connections of these formats; input is null for a source. Called
-    /// while the node is in no render plan. Throws NSError.
+    virtual Inputs inputs() const = 0;
+
+    /// The format of the node's output when the connection states none. input: what feeds the
+    /// node, null when nothing does; engineFormat: what the output wants.
+    virtual AVAudioFormat derivedFormat(const AVAudioFormat* input,
+                                        const AVAudioFormat& engineFormat) const = 0;
+
+    /// Makes the node ready for connections of these formats; input is null when nothing feeds it.
+    /// Called when they have changed, while the node is in no render plan. Throws NSError.
     virtual void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) = 0;
-    virtual std::shared_ptr<RenderKernel> kernel() = 0;
+
+    /// What renders; null for nodes that the engine itself renders.
+    virtual std::shared_ptr<RenderKernel> kernel() const = 0;
+
+    /// Waits until the node can render its next kMaximumFramesToRender frames, or has no more. For
+    /// offline rendering, between two render calls.
+    virtual void awaitInput() {}
 
     std::weak_ptr<AVAudioEngine> engine_;
 };

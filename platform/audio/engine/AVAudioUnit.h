@@ -14,33 +14,36 @@ namespace orvalo {
 /// How to load an effect; a set. Empty: the platform chooses.
 enum class AudioComponentInstantiationOptions : std::uint32_t { none = 0, loadInProcess = 2 };
 
-/// An effect as a node of the graph.
+/// An effect as a node of the graph. Runs at the rate of what feeds it; where its channels differ
+/// from its connections', they are mapped as mapChannels() does.
 class AVAudioUnit : public AVAudioNode {
   public:
-    /// Makes an instance of the first component that matches the description (non-zero fields).
-    /// Returns at once; completion is called on a thread of the global queue with the unit, or with
-    /// an absent one and the error, which also stands on standard error.
-    static void instantiate(
-        const AudioComponentDescription& with, AudioComponentInstantiationOptions options,
-        std::function<void(std::shared_ptr<AVAudioUnit>, std::optional<NSError>)>
-            completionHandler);
+    using InstantiationHandler =
+        std::function<void(std::shared_ptr<AVAudioUnit>, std::optional<NSError>)>;
 
-    /// For instantiate() and for units made elsewhere.
+    /// Makes an instance of the first component that matches the description. Returns at once;
+    /// completionHandler is called on a thread of the global queue with the unit, or with an absent
+    /// one and the error, which also stands on standard error.
+    static void instantiate(const AudioComponentDescription& with,
+                            AudioComponentInstantiationOptions options,
+                            InstantiationHandler completionHandler);
+
     explicit AVAudioUnit(std::shared_ptr<AUAudioUnit> unit);
+    ~AVAudioUnit() override;
 
     const std::shared_ptr<AUAudioUnit>& auAudioUnit() const { return auAudioUnit_; }
 
-    /// The rate of what feeds the unit, and the effect's output channels.
-    AVAudioFormat outputFormat(std::int64_t forBus) const override;
-
   private:
-    void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
-    std::shared_ptr<RenderKernel> kernel() override { return kernel_; }
-
     class Kernel;
-    std::shared_ptr<AUAudioUnit> auAudioUnit_;
-    std::shared_ptr<Kernel> kernel_;
-    AVAudioFormat inputFormat_;
+
+    Inputs inputs() const override { return Inputs::one; }
+    AVAudioFormat derivedFormat(const AVAudioFormat* input,
+                                const AVAudioFormat& engineFormat) const override;
+    void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
+    std::shared_ptr<RenderKernel> kernel() const override;
+
+    const std::shared_ptr<AUAudioUnit> auAudioUnit_;
+    const std::shared_ptr<Kernel> kernel_;
 };
 
 }  // namespace orvalo

@@ -1,0 +1,167 @@
+#include "platform/audio/engine/AVAudioEngine.h"
+
+#include <array>
+#include <vector>
+
+#include "platform/audio/output/DenormalGuard.h"
+#include "platform/foundation/FatalError.h"
+
+namespace orvalo {
+
+AVAudioEngine::AVAudioEngine() : AVAudioEngine(nullptr) {}
+
+AVAudioEngine::AVAudioEngine(std::unique_ptr<AudioOutput> output)
+    : mixer_(std::make_shared<AVAudioMixerNode>()),
+      outputNode_(std::make_shared<AVAudioOutputNode>(std::move(output))) {
+    graph_.attach(mixer_);
+    graph_.attach(outputNode_);
+    graph_.connect(mixer_, outputNode_, {});
+}
+
+AVAudioEngine::~AVAudioEngine() {
+    stop();
+}
+
+void AVAudioEngine::attach(const std::shared_ptr<AVAudioNode>& node) {
+    const std::lock_guard lock(mutex_);
+    graph_.attach(node);
+    node->engine_ = shared(this);
+}
+
+void AVAudioEngine::detach(const std::shared_ptr<AVAudioNode>& node) {
+    const std::lock_guard lock(mutex_);
+    graph_.detach(node);
+    publish();
+    compiler_.forget(node);
+    node->engine_.reset();
+}
+
+void AVAudioEngine::connect(const std::shared_ptr<AVAudioNode>& from,
+                            const std::shared_ptr<AVAudioNode>& to,
+                            const std::optional<AVAudioFormat>& format) {
+    const std::lock_guard lock(mutex_);
+    graph_.connect(from, to, format);
+    publish();
+}
+
+void AVAudioEngine::disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node) {
+    const std::lock_guard lock(mutex_);
+    graph_.disconnectInput(node);
+    publish();
+}
+
+void AVAudioEngine::prepare() {
+    static_cast<void>(outputNode_->outputFormat(0));
+}
+
+void AVAudioEngine::start() {
+    const std::lock_guard startLock(startMutex_);
+    if (isRunning_) {
+        return;
+    }
+    {
+        const std::lock_guard lock(mutex_);
+        // What converters hold is the end of what played before.
+        compiler_.forgetConverters();
+        isRunning_ = true;
+        publish();
+    }
+    if (isManual_) {
+        return;
+    }
+    try {
+        outputNode_->output().start(*this);
+    } catch (...) {
+        isRunning_ = false;
+        throw;
+    }
+}
+
+void AVAudioEngine::stop() {
+    const std::lock_guard startLock(startMutex_);
+    if (!isRunning_) {
+        return;
+    }
+    if (!isManual_) {
+        outputNode_->output().stop();
+        outputNode_->setDeviceFormat({});
+    }
+    isRunning_ = false;
+    const std::lock_guard lock(mutex_);
+    plan_.exchange(nullptr);
+}
+
+void AVAudioEngine::enableManualRenderingMode(const AVAudioFormat& format) {
+    const std::lock_guard startLock(startMutex_);
+    if (isRunning_) {
+        fatalError("Manual rendering mode can be enabled only while the engine is stopped.");
+    }
+    outputNode_->setManualFormat(format);
+    isManual_ = true;
+}
+
+void AVAudioEngine::renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& buffer) {
+    if (!isManual_ || !isRunning_) {
+        fatalError("Offline rendering needs a started engine in manual rendering mode.");
+    }
+    if (frameCount > buffer.frameCapacity()) {
+        fatalError("The buffer has no room for the frames to render.");
+    }
+    const DenormalGuard denormals;
+    for (std::uint32_t done = 0; done < frameCount;) {
+        done += renderOfflineSlice(buffer, done, frameCount - done);
+    }
+    buffer.frameLength = frameCount;
+}
+
+std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::uint32_t from,
+                                                std::uint32_t frameCount) {
+    // Waiting inside the render call would keep a player from replacing what that call uses.
+    std::vector<std::shared_ptr<AVAudioNode>> nodes;
+    {
+        const std::lock_guard lock(mutex_);
+        nodes = graph_.nodes();
+    }
+    for (const auto& node : nodes) {
+        node->awaitInput();
+    }
+    std::array<float*, kMaximumChannels> channels{};
+    const RenderSlot<RenderPlan>::Access plan(plan_);
+    const auto count = plan->sliceThatFits(frameCount);
+    plan->render(buffer.block(from, count, channels));
+    return count;
+}
+
+std::uint64_t AVAudioEngine::xrunCount() const {
+    return isRunning_ && !isManual_ ? outputNode_->output().xrunCount() : 0;
+}
+
+void AVAudioEngine::renderOutput(const AudioBlock& block) noexcept {
+    const RenderSlot<RenderPlan>::Access plan(plan_);
+    plan->render(block);
+}
+
+void AVAudioEngine::outputFormatChanged(const AVAudioFormat& format) {
+    const std::lock_guard lock(mutex_);
+    outputNode_->setDeviceFormat(format);
+    publish();
+}
+
+void AVAudioEngine::derivedFormatsChanged() {
+    const std::lock_guard lock(mutex_);
+    publish();
+}
+
+void AVAudioEngine::publish() {
+    if (!isRunning_) {
+        return;
+    }
+    const auto format = outputNode_->outputFormat(0);
+    const auto silence = [&] {
+        plan_.exchange(
+            std::make_unique<RenderPlan>(std::vector<RenderPlan::Branch>{}, format.channelCount));
+    };
+    plan_.exchange(compiler_.compile(graph_, mixer_, outputNode_, format, silence));
+}
+
+}  // namespace orvalo

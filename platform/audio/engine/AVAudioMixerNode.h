@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/audio/engine/AVAudioNode.h"
+
+namespace orvalo {
+
+/// Adds its inputs up, each converted from its own rate and channels to the output's. The engine
+/// renders it as the last step of its plan.
+class AVAudioMixerNode : public AVAudioNode {
+  private:
+    Inputs inputs() const override { return Inputs::any; }
+    AVAudioFormat derivedFormat(const AVAudioFormat* input,
+                                const AVAudioFormat& engineFormat) const override;
+    void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
+    std::shared_ptr<RenderKernel> kernel() const override { return nullptr; }
+};
+
+}  // namespace orvalo

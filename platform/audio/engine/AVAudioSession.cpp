@@ -1,0 +1,36 @@
+#include "platform/audio/engine/AVAudioSession.h"
+
+#include <mutex>
+
+namespace orvalo {
+
+namespace {
+
+struct SharedSession {
+    std::mutex mutex;
+    std::shared_ptr<AVAudioSession> session = std::make_shared<AVAudioSession>();
+};
+
+SharedSession& shelf() {
+    static SharedSession instance;
+    return instance;
+}
+
+}  // namespace
+
+std::shared_ptr<AVAudioSession> AVAudioSession::sharedInstance() {
+    const std::lock_guard lock(shelf().mutex);
+    return shelf().session;
+}
+
+void AVAudioSession::setSharedInstance(std::shared_ptr<AVAudioSession> session) {
+    const std::lock_guard lock(shelf().mutex);
+    shelf().session = std::move(session);
+}
+
+void AVAudioSession::setCategory(AVAudioSessionCategory /*category*/, AVAudioSessionMode /*mode*/,
+                                 AVAudioSessionCategoryOptions /*options*/) {}
+
+void AVAudioSession::setActive(bool /*active*/, AVAudioSessionSetActiveOptions /*options*/) {}
+
+}  // namespace orvalo

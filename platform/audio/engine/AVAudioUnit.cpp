@@ -1,0 +1,108 @@
+#include "platform/audio/engine/AVAudioUnit.h"
+
+#include <glib.h>
+
+#include <algorithm>
+
+#include "platform/audio/component/AVAudioUnitComponentManager.h"
+#include "platform/audio/lv2/LV2AudioUnit.h"
+#include "platform/audio/signal/AVAudioPCMBuffer.h"
+#include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/foundation/DispatchQueue.h"
+
+namespace orvalo {
+
+namespace {
+
+/// A buffer for an effect's own channels, of which there may be none.
+AVAudioPCMBuffer makeBuffer(std::uint32_t channels) {
+    return {AVAudioFormat{.channelCount = std::max(channels, 1U)}, kMaximumFramesToRender};
+}
+
+std::shared_ptr<AVAudioUnit> makeUnit(const AudioComponentDescription& description) {
+    const auto components =
+        AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->components(description);
+    if (components.empty()) {
+        throw NSError("AVAudioUnit", 1, "No component matches " + orvalo::description(description));
+    }
+    const auto& component = components.front();
+    return std::make_shared<AVAudioUnit>(
+        makeLV2AudioUnit(component->uri, component->audioComponentDescription));
+}
+
+}  // namespace
+
+/// Lets the unit render between connections whose channels may differ from its own.
+class AVAudioUnit::Kernel : public RenderKernel {
+  public:
+    explicit Kernel(std::shared_ptr<AUAudioUnit> unit)
+        : unit_(std::move(unit)),
+          inputChannels_(unit_->inputChannelCount()),
+          outputChannels_(unit_->outputChannelCount()),
+          input_(makeBuffer(inputChannels_)),
+          output_(makeBuffer(outputChannels_)) {}
+
+    void render(const AudioBlock& input, const AudioBlock& output) noexcept override {
+        AudioBlock unitInput = input;
+        if (input.channelCount != inputChannels_) {
+            unitInput = {input_.floatChannelData(), inputChannels_, input.frameCount};
+            mapChannels(input, unitInput);
+        }
+        if (output.channelCount == outputChannels_) {
+            unit_->render(unitInput, output);
+            return;
+        }
+        const AudioBlock unitOutput{output_.floatChannelData(), outputChannels_, input.frameCount};
+        unit_->render(unitInput, unitOutput);
+        mapChannels(unitOutput, output);
+    }
+
+  private:
+    const std::shared_ptr<AUAudioUnit> unit_;
+    const std::uint32_t inputChannels_;
+    const std::uint32_t outputChannels_;
+    const AVAudioPCMBuffer input_;
+    const AVAudioPCMBuffer output_;
+};
+
+AVAudioUnit::AVAudioUnit(std::shared_ptr<AUAudioUnit> unit)
+    : auAudioUnit_(std::move(unit)), kernel_(std::make_shared<Kernel>(auAudioUnit_)) {}
+
+AVAudioUnit::~AVAudioUnit() = default;
+
+void AVAudioUnit::instantiate(const AudioComponentDescription& with,
+                              AudioComponentInstantiationOptions /*options*/,
+                              InstantiationHandler completionHandler) {
+    DispatchQueue::global()->async([with, completion = std::move(completionHandler)] {
+        std::shared_ptr<AVAudioUnit> unit;
+        std::optional<NSError> failure;
+        try {
+            unit = makeUnit(with);
+        } catch (const NSError& error) {
+            g_warning("%s", error.what());
+            failure = error;
+        }
+        completion(unit, failure);
+    });
+}
+
+AVAudioFormat AVAudioUnit::derivedFormat(const AVAudioFormat* input,
+                                         const AVAudioFormat& engineFormat) const {
+    return {(input != nullptr ? *input : engineFormat).sampleRate,
+            std::max(auAudioUnit_->outputChannelCount(), 1U)};
+}
+
+void AVAudioUnit::prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) {
+    if (input != nullptr && input->sampleRate != output.sampleRate) {
+        throw NSError("AVAudioUnit", 2,
+                      "An effect cannot be fed at " + std::to_string(input->sampleRate) +
+                          " Hz and deliver at " + std::to_string(output.sampleRate) + " Hz.");
+    }
+    auAudioUnit_->allocateRenderResources(output.sampleRate);
+}
+
+std::shared_ptr<RenderKernel> AVAudioUnit::kernel() const {
+    return kernel_;
+}
+
+}  // namespace orvalo

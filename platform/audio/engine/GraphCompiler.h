@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/audio/engine/Graph.h"
+#include "platform/audio/engine/RenderPlan.h"
+
+namespace orvalo {
+
+/// Turns a graph into a render plan, and remembers between two plans what must survive a rewiring:
+/// which formats each node is prepared for, and the mixer's converters with the frames that they
+/// hold. One thread at a time.
+class GraphCompiler {
+  public:
+    /// Compiles what feeds the mixer, if the mixer feeds the output; otherwise the plan is silent.
+    /// A node whose formats have changed is prepared anew; before the first of these,
+    /// beforePreparing is called, which must see to it that nothing renders. A branch that cannot
+    /// be prepared is left out, with the reason on standard error.
+    std::unique_ptr<RenderPlan> compile(const Graph& graph,
+                                        const std::shared_ptr<AVAudioNode>& mixer,
+                                        const std::shared_ptr<AVAudioNode>& output,
+                                        const AVAudioFormat& outputFormat,
+                                        const std::function<void()>& beforePreparing);
+
+    /// Forgets what converters hold, as befits a new start.
+    void forgetConverters() { converters_.clear(); }
+    /// Forgets a node that leaves the graph.
+    void forget(const std::shared_ptr<AVAudioNode>& node) { prepared_.erase(node); }
+
+  private:
+    struct Formats {
+        std::optional<AVAudioFormat> input;
+        AVAudioFormat output;
+        friend bool operator==(const Formats&, const Formats&) = default;
+    };
+    /// A node on its way into a branch.
+    struct Stage {
+        std::shared_ptr<AVAudioNode> node;
+        Formats formats;
+    };
+
+    static std::vector<Stage> chain(const Graph& graph, const Graph::Connection& intoMixer,
+                                    const AVAudioFormat& outputFormat);
+    void prepare(const std::vector<Stage>& stages, const std::function<void()>& beforePreparing);
+    std::shared_ptr<SampleRateConverter> converter(std::size_t bus, const AVAudioFormat& from,
+                                                   const AVAudioFormat& to);
+
+    std::map<std::shared_ptr<AVAudioNode>, Formats> prepared_;
+    std::vector<std::shared_ptr<SampleRateConverter>> converters_;  ///< By mixer bus.
+};
+
+}  // namespace orvalo

@@ -1,0 +1,241 @@
+#include "platform/audio/engine/PlayerPlayback.h"
+
+#include <glib.h>
+#include <pthread.h>
+
+#include <algorithm>
+#include <cinttypes>
+
+namespace orvalo {
+
+AVAudioPlayerNode::Playback::Playback(std::function<void()> onFormatChange)
+    : onFormatChange_(std::move(onFormatChange)) {
+    sem_init(&wakeUp_, 0, 0);
+}
+
+AVAudioPlayerNode::Playback::~Playback() {
+    sem_destroy(&wakeUp_);
+}
+
+std::shared_ptr<AVAudioPlayerNode::Playback> AVAudioPlayerNode::Playback::start(
+    std::function<void()> onFormatChange) {
+    const std::shared_ptr<Playback> playback(new Playback(std::move(onFormatChange)));
+    playback->decoder_ = std::jthread([playback](const std::stop_token& stopped) {
+        pthread_setname_np(pthread_self(), "orvalo-decode");
+        playback->decodeLoop(stopped);
+    });
+    return playback;
+}
+
+void AVAudioPlayerNode::Playback::finish() {
+    stop();
+    decoder_.request_stop();
+    wake();
+    if (decoder_.get_id() == std::this_thread::get_id()) {
+        decoder_.detach();
+    } else {
+        decoder_.join();
+    }
+}
+
+void AVAudioPlayerNode::Playback::schedule(std::shared_ptr<AVAudioFile> file,
+                                           std::function<void()> completion) {
+    Lock lock(mutex_);
+    passes_.push_back({std::move(file), std::move(completion), 0, {}});
+    noteWhatIsLeft();
+    // The first file's format is adopted here, so that an engine started next knows it.
+    adoptNextFormat(lock);
+    wake();
+}
+
+void AVAudioPlayerNode::Playback::stop() {
+    isPlaying_ = false;
+    std::deque<Pass> ended;
+    {
+        const Lock lock(mutex_);
+        ++generation_;
+        ended.swap(passes_);
+        noteWhatIsLeft();
+        if (ring_) {
+            replaceRing(ring_->format());
+        }
+        decoded_.notify_all();
+    }
+    for (const auto& pass : ended) {
+        if (pass.completion) {
+            pass.completion();
+        }
+    }
+}
+
+std::optional<AVAudioFormat> AVAudioPlayerNode::Playback::fileFormat() const {
+    const Lock lock(mutex_);
+    return ring_ ? std::optional(ring_->format()) : std::nullopt;
+}
+
+void AVAudioPlayerNode::Playback::setOutputFormat(const AVAudioFormat& format) {
+    const Lock lock(mutex_);
+    outputFormat_ = format;
+    if (ring_) {
+        stream_.exchange(std::make_unique<PlayerStream>(ring_, format));
+    }
+}
+
+void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
+                                         const AudioBlock& output) noexcept {
+    const RenderSlot<PlayerStream>::Access stream(stream_);
+    if (!stream || !isPlaying_.load(std::memory_order_relaxed)) {
+        for (std::uint32_t channel = 0; channel < output.channelCount; ++channel) {
+            std::fill_n(output.channels[channel], output.frameCount, 0.0F);
+        }
+        return;
+    }
+    const bool hasStarted = stream->ring()->consumed() > 0;
+    if (!stream->render(output) && hasStarted && moreToDecode_.load(std::memory_order_relaxed)) {
+        underruns_.fetch_add(1, std::memory_order_relaxed);
+    }
+    // The decoding thread sets the position, then looks at what is consumed; this side does it the
+    // other way round. Both sequentially consistent, so one of them sees the other.
+    if (stream->ring()->consumed() >= wakePosition_.load(std::memory_order_seq_cst)) {
+        wakePosition_.store(UINT64_MAX, std::memory_order_relaxed);
+        wake();
+    }
+}
+
+void AVAudioPlayerNode::Playback::awaitDecoded() {
+    Lock lock(mutex_);
+    decoded_.wait(lock, [this] {
+        if (!ring_ || !isPlaying_ || firstUndecoded() == nullptr) {
+            return true;
+        }
+        // What waits for the ring to run empty needs rendering to go on.
+        return nextFormatDiffers() ||
+               ring_->written() - ring_->consumed() >= stream_.current()->largestDemand();
+    });
+}
+
+void AVAudioPlayerNode::Playback::decodeLoop(const std::stop_token& stopped) {
+    Lock lock(mutex_);
+    while (!stopped.stop_requested()) {
+        if (!completePass(lock) && !adoptNextFormat(lock) && !decodeChunk(lock)) {
+            sleepUntilNeeded(lock);
+        }
+    }
+}
+
+bool AVAudioPlayerNode::Playback::completePass(Lock& lock) {
+    if (passes_.empty() || !passes_.front().ringEnd ||
+        ring_->consumed() < completionPosition(passes_.front())) {
+        return false;
+    }
+    auto completion = std::move(passes_.front().completion);
+    passes_.pop_front();
+    lock.unlock();
+    if (completion) {
+        completion();
+        // What it holds may be the last reference to much; it goes while nothing is locked.
+        completion = nullptr;
+    }
+    lock.lock();
+    return true;
+}
+
+bool AVAudioPlayerNode::Playback::adoptNextFormat(Lock& lock) {
+    if (!nextFormatDiffers() || (ring_ && ring_->consumed() != ring_->written())) {
+        return false;
+    }
+    replaceRing(firstUndecoded()->file->processingFormat());
+    noteWhatIsLeft();
+    lock.unlock();
+    onFormatChange_();
+    lock.lock();
+    return true;
+}
+
+bool AVAudioPlayerNode::Playback::decodeChunk(Lock& lock) {
+    auto* pass = firstUndecoded();
+    if (pass == nullptr || nextFormatDiffers() || ring_->writable() < kMaximumFramesToRender) {
+        return false;
+    }
+    const auto file = pass->file;
+    const bool isStart = pass->decoded == 0;
+    const auto generation = generation_;
+
+    lock.unlock();
+    if (!chunk_ || chunk_->format() != file->processingFormat()) {
+        chunk_.emplace(file->processingFormat(), kMaximumFramesToRender);
+    }
+    if (isStart) {
+        file->setFramePosition(0);
+    }
+    file->read(*chunk_);
+    lock.lock();
+
+    if (generation != generation_) {
+        return true;
+    }
+    pass = firstUndecoded();
+    ring_->write(chunk_->block(chunk_->frameLength));
+    pass->decoded += chunk_->frameLength;
+    if (pass->decoded >= file->length() || chunk_->frameLength == 0) {
+        pass->ringEnd = ring_->written();
+    }
+    noteWhatIsLeft();
+    decoded_.notify_all();
+    return true;
+}
+
+void AVAudioPlayerNode::Playback::sleepUntilNeeded(Lock& lock) {
+    auto position = UINT64_MAX;
+    if (!passes_.empty() && passes_.front().ringEnd) {
+        position = completionPosition(passes_.front());
+    }
+    if (firstUndecoded() != nullptr) {
+        const auto written = ring_->written();
+        // Empty for another format; otherwise half empty, to decode a good stretch at a time.
+        const auto wanted = nextFormatDiffers() ? written : written - ring_->capacity() / 2;
+        position = std::min(position, wanted);
+    }
+    if (const auto underruns = underrunCount(); underruns != reportedUnderruns_) {
+        g_warning("Decoding fell behind: %" PRIu64 " quanta came out short.",
+                  underruns - reportedUnderruns_);
+        reportedUnderruns_ = underruns;
+    }
+    wakePosition_.store(position, std::memory_order_seq_cst);
+    if (ring_ && ring_->consumed() >= position) {
+        return;
+    }
+    lock.unlock();
+    while (sem_wait(&wakeUp_) != 0) {
+    }
+    lock.lock();
+}
+
+AVAudioPlayerNode::Playback::Pass* AVAudioPlayerNode::Playback::firstUndecoded() {
+    const auto pass = std::find_if(passes_.begin(), passes_.end(),
+                                   [](const Pass& candidate) { return !candidate.ringEnd; });
+    return pass == passes_.end() ? nullptr : &*pass;
+}
+
+bool AVAudioPlayerNode::Playback::nextFormatDiffers() {
+    const auto* pass = firstUndecoded();
+    return pass != nullptr && (!ring_ || ring_->format() != pass->file->processingFormat());
+}
+
+void AVAudioPlayerNode::Playback::noteWhatIsLeft() {
+    moreToDecode_ = firstUndecoded() != nullptr && !nextFormatDiffers();
+}
+
+void AVAudioPlayerNode::Playback::replaceRing(const AVAudioFormat& format) {
+    ring_ = std::make_shared<PlayerRing>(format);
+    wakePosition_.store(UINT64_MAX, std::memory_order_relaxed);
+    stream_.exchange(std::make_unique<PlayerStream>(ring_, outputFormat_.value_or(format)));
+}
+
+std::uint64_t AVAudioPlayerNode::Playback::completionPosition(const Pass& pass) const {
+    const auto lead = static_cast<std::uint64_t>(
+        ring_->format().sampleRate * std::chrono::duration<double>(consumptionLead).count());
+    return *pass.ringEnd - std::min(lead, *pass.ringEnd);
+}
+
+}  // namespace orvalo

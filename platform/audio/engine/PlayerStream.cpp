@@ -1,0 +1,52 @@
+#include "platform/audio/engine/PlayerStream.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvalo {
+
+namespace {
+
+/// What a converter may ask for beyond the plain ratio: the length of its filter.
+constexpr std::uint32_t kFilterReserve = 1024;
+
+}  // namespace
+
+PlayerStream::PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat& outputFormat)
+    : ring_(std::move(ring)),
+      converter_(ring_->format() == outputFormat
+                     ? nullptr
+                     : std::make_unique<SampleRateConverter>(ring_->format(), outputFormat)),
+      input_(ring_->format(), 1) {
+    if (converter_) {
+        const double ratio = ring_->format().sampleRate / outputFormat.sampleRate;
+        largestDemand_ =
+            static_cast<std::uint32_t>(std::ceil(kMaximumFramesToRender * ratio)) + kFilterReserve;
+        input_ = AVAudioPCMBuffer(ring_->format(), largestDemand_);
+    }
+}
+
+bool PlayerStream::render(const AudioBlock& output) noexcept {
+    if (!converter_) {
+        return readOrClear(output);
+    }
+    const auto needed = std::min(converter_->inputFramesNeeded(output.frameCount), largestDemand_);
+    const AudioBlock input = input_.block(needed);
+    const bool complete = readOrClear(input);
+    converter_->convert(input, output);
+    return complete;
+}
+
+bool PlayerStream::readOrClear(const AudioBlock& block) noexcept {
+    const auto count = ring_->read(block);
+    if (count == block.frameCount) {
+        return true;
+    }
+    for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
+        std::fill(block.channels[channel] + count, block.channels[channel] + block.frameCount,
+                  0.0F);
+    }
+    return false;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/audio/engine/AVAudioNode.h"
+#include "platform/audio/signal/AVAudioPCMBuffer.h"
+#include "platform/audio/signal/SampleRateConverter.h"
+
+namespace orvalo {
+
+/// The graph as the render thread walks it: flat, with every buffer it needs. Each branch is a
+/// chain of kernels from a source to the mixer, which converts it and adds it to the output. Made
+/// by GraphCompiler off the render thread; render() keeps the render thread's promises.
+class RenderPlan {
+  public:
+    struct Step {
+        std::shared_ptr<RenderKernel> kernel;
+        std::uint32_t inputChannels = 0;
+        std::uint32_t outputChannels = 0;
+    };
+
+    struct Branch {
+        std::vector<Step> steps;  ///< From the source downwards; never empty.
+        /// From the last step's format to the output's; null when they are the same.
+        std::shared_ptr<SampleRateConverter> converter;
+    };
+
+    RenderPlan(std::vector<Branch> branches, std::uint32_t outputChannels);
+
+    /// Fills block, which has the output's channels and any number of frames.
+    void render(const AudioBlock& block) noexcept;
+
+    /// How many of frameCount frames fit into one pass over the branches.
+    std::uint32_t sliceThatFits(std::uint32_t frameCount) const noexcept;
+
+  private:
+    void renderSlice(const AudioBlock& slice) noexcept;
+    void renderBranch(const Branch& branch, const AudioBlock& output) noexcept;
+    void renderSteps(const Branch& branch, const AudioBlock& output) noexcept;
+
+    std::vector<Branch> branches_;
+    std::uint32_t outputChannels_;
+    std::array<AVAudioPCMBuffer, 2> chain_;  ///< What passes between steps, in turn.
+    AVAudioPCMBuffer mix_;                   ///< A branch that is added to the output.
+};
+
+}  // namespace orvalo
