@@ -26,8 +26,7 @@ class RenderSlot {
     /// Control threads, one at a time, never from inside an access. Waits for at most the render
     /// call that is under way.
     std::unique_ptr<Value> exchange(std::unique_ptr<Value> next) {
-        std::unique_ptr<Value> previous(
-            value_.exchange(next.release(), std::memory_order_seq_cst));
+        std::unique_ptr<Value> previous(value_.exchange(next.release(), std::memory_order_seq_cst));
         const auto turn = turn_.load(std::memory_order_seq_cst);
         if (isInside(turn)) {
             while (turn_.load(std::memory_order_acquire) == turn) {
