@@ -17,9 +17,9 @@ class WorkItem {
     WorkItem() noexcept = default;
 
     template <typename Work>
-        requires(!std::is_same_v<std::remove_cvref_t<Work>, WorkItem> &&
-                 std::is_invocable_v<std::decay_t<Work>&>)
-    WorkItem(Work&& work)  // NOLINT(google-explicit-constructor): a closure is a work item.
+    requires(!std::is_same_v<std::remove_cvref_t<Work>, WorkItem> &&
+             std::is_invocable_v<std::decay_t<Work>&>)
+        WorkItem(Work&& work)  // NOLINT(google-explicit-constructor): a closure is a work item.
     {
         using Closure = std::decay_t<Work>;
         if constexpr (fitsInline<Closure>()) {

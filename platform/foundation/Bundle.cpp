@@ -1,0 +1,44 @@
+#include "platform/foundation/Bundle.h"
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "platform/foundation/ExecutablePath.h"
+
+namespace orvalo {
+
+const std::shared_ptr<Bundle>& Bundle::main() {
+    static const auto bundle = std::make_shared<Bundle>(
+        URL::fileURLWithPath(executablePath().parent_path().parent_path().string()));
+    return bundle;
+}
+
+Bundle::Bundle(URL prefix) : prefix_(std::move(prefix)) {}
+
+std::optional<URL> Bundle::resourceURL() const {
+    auto url = prefix_.appendingPathComponent("share/orvalo");
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(url.path(), ignored)) {
+        return std::nullopt;
+    }
+    return url;
+}
+
+std::optional<URL> Bundle::url(std::string_view forResource, std::string_view withExtension) const {
+    std::string name(forResource);
+    name.append(".").append(withExtension);
+    auto url = prefix_.appendingPathComponent("share/orvalo").appendingPathComponent(name);
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(url.path(), ignored)) {
+        return std::nullopt;
+    }
+    return url;
+}
+
+URL Bundle::effectsURL() const {
+    return prefix_.appendingPathComponent("lib/lv2");
+}
+
+}  // namespace orvalo

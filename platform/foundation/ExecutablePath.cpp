@@ -1,0 +1,34 @@
+#include "platform/foundation/ExecutablePath.h"
+
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "platform/foundation/FatalError.h"
+
+namespace orvalo {
+
+namespace {
+
+std::filesystem::path find() {
+    std::error_code failure;
+    auto path = std::filesystem::read_symlink("/proc/self/exe", failure).string();
+    if (failure) {
+        fatalError("/proc/self/exe: " + failure.message());
+    }
+    // How the kernel marks a file that was replaced, by an update say, while the program runs.
+    constexpr std::string_view replaced = " (deleted)";
+    if (path.ends_with(replaced)) {
+        path.resize(path.size() - replaced.size());
+    }
+    return path;
+}
+
+}  // namespace
+
+const std::filesystem::path& executablePath() {
+    static const std::filesystem::path path = find();
+    return path;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <filesystem>
+
+namespace orvalo {
+
+/// The absolute path of the running program's file, found once. Any thread.
+const std::filesystem::path& executablePath();
+
+}  // namespace orvalo

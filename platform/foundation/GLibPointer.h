@@ -1,0 +1,24 @@
+#pragma once
+
+#include <glib.h>
+
+#include <memory>
+
+namespace orvalo {
+
+/// A deleter that calls a C library's own function.
+template <auto function>
+struct Release {
+    template <typename Object>
+    void operator()(Object* object) const noexcept {
+        function(object);
+    }
+};
+
+/// Owned objects of GLib.
+using GText = std::unique_ptr<char, Release<g_free>>;
+using GUriPointer = std::unique_ptr<GUri, Release<g_uri_unref>>;
+using GBytesPointer = std::unique_ptr<GBytes, Release<g_bytes_unref>>;
+using GSourcePointer = std::unique_ptr<GSource, Release<g_source_unref>>;
+
+}  // namespace orvalo

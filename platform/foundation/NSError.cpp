@@ -1,0 +1,20 @@
+#include "platform/foundation/NSError.h"
+
+#include <glib.h>
+
+#include <utility>
+
+namespace orvalo {
+
+NSError::NSError(std::string domain, std::int64_t code, const std::string& localizedDescription)
+    : std::runtime_error(localizedDescription), domain_(std::move(domain)), code_(code) {}
+
+NSError NSError::posix(int code, const std::string& culprit) {
+    return {"NSPOSIXErrorDomain", code, culprit + ": " + g_strerror(code)};
+}
+
+std::string NSError::description() const {
+    return "Error Domain=" + domain_ + " Code=" + std::to_string(code_) + " \"" + what() + "\"";
+}
+
+}  // namespace orvalo

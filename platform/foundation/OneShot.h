@@ -1,0 +1,30 @@
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+
+namespace orvalo {
+
+/// One thread waits for one signal of another. The waiting thread may end the object's life as soon
+/// as wait() has returned.
+class OneShot {
+  public:
+    void signal() {
+        // Under the lock: the waiting thread must not go before the notification is over.
+        const std::lock_guard lock(mutex_);
+        isSignalled_ = true;
+        condition_.notify_one();
+    }
+
+    void wait() {
+        std::unique_lock lock(mutex_);
+        condition_.wait(lock, [this] { return isSignalled_; });
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable condition_;
+    bool isSignalled_ = false;
+};
+
+}  // namespace orvalo
