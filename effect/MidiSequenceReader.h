@@ -1,0 +1,38 @@
+#pragma once
+
+#include <lv2/atom/atom.h>
+
+#include <cstdint>
+
+#include "effect/Uris.h"
+
+namespace orvalo::effect {
+
+/// Walks the MIDI events of an input sequence in their order. What lies outside the sequence's
+/// stated size is not read.
+class MidiSequenceReader {
+  public:
+    /// A MIDI message at a frame of the block.
+    struct Event {
+        std::uint32_t frame;
+        const std::uint8_t* bytes;
+        std::uint32_t size;
+    };
+
+    /// An absent sequence, or another atom, has no events. Frames are limited to the block's
+    /// `frames` and never go back.
+    MidiSequenceReader(const LV2_Atom_Sequence* sequence, const Uris& uris, std::uint32_t frames);
+
+    /// Steps to the next MIDI event; false after the last.
+    bool next(Event& event);
+
+  private:
+    LV2_URID midiEvent_;
+    std::uint32_t frames_;
+    std::uint32_t frame_ = 0;
+    const std::uint8_t* position_ = nullptr;
+    std::uint32_t left_ = 0;
+    bool inFrames_ = true;
+};
+
+}  // namespace orvalo::effect

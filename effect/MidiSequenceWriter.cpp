@@ -1,0 +1,44 @@
+#include "effect/MidiSequenceWriter.h"
+
+#include <lv2/atom/util.h>
+
+#include <cstring>
+
+namespace orvalo::effect {
+
+MidiSequenceWriter::MidiSequenceWriter(LV2_Atom_Sequence* sequence, const Uris& uris)
+    : sequence_(uris.atomSequence == 0 ? nullptr : sequence), midiEvent_(uris.midiEvent) {
+    if (sequence_ == nullptr) {
+        return;
+    }
+    if (sequence_->atom.size >= sizeof(LV2_Atom_Sequence_Body)) {
+        room_ = sequence_->atom.size - static_cast<std::uint32_t>(sizeof(LV2_Atom_Sequence_Body));
+        sequence_->atom.type = uris.atomSequence;
+        sequence_->body = {.unit = 0, .pad = 0};
+        sequence_->atom.size = sizeof(LV2_Atom_Sequence_Body);
+    }
+}
+
+bool MidiSequenceWriter::write(std::uint32_t frame, const std::array<std::uint8_t, 3>& message) {
+    if (sequence_ == nullptr) {
+        return true;
+    }
+    // An event is its head and its body, padded to eight bytes; the padding counts as room, too.
+    constexpr std::uint32_t needed = sizeof(LV2_Atom_Event) + 8;
+    if (room_ < needed) {
+        return false;
+    }
+    LV2_Atom_Event head{};
+    head.time.frames = frame;
+    head.body = {.size = 3, .type = midiEvent_};
+    std::array<std::uint8_t, needed> event{};
+    std::memcpy(event.data(), &head, sizeof head);
+    std::memcpy(event.data() + sizeof head, message.data(), message.size());
+    std::memcpy(lv2_atom_sequence_end(&sequence_->body, sequence_->atom.size), event.data(),
+                event.size());
+    sequence_->atom.size += needed;
+    room_ -= needed;
+    return true;
+}
+
+}  // namespace orvalo::effect

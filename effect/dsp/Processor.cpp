@@ -1,0 +1,125 @@
+#include "effect/dsp/Processor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "effect/dsp/Chunk.h"
+
+namespace orvalo::effect {
+
+namespace {
+
+/// Copies samples; one that would poison the state for ever becomes silence.
+void copyUsable(const float* from, float* to, std::uint32_t count) {
+    constexpr float largest = 1e15F;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        to[i] = std::abs(from[i]) <= largest ? from[i] : 0.0F;
+    }
+}
+
+float highest(const float* values, std::uint32_t count, float start) {
+    float result = start;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        result = values[i] > result ? values[i] : result;
+    }
+    return result;
+}
+
+}  // namespace
+
+Processor::Processor(double sampleRate)
+    : gainStage_(sampleRate),
+      ballistics_(sampleRate),
+      ducker_(sampleRate),
+      trigger_(sampleRate),
+      inputMeter_(sampleRate),
+      outputMeter_(sampleRate) {}
+
+void Processor::reset() {
+    ballistics_.reset();
+    ducker_.reset();
+    trigger_.reset();
+    inputMeter_.reset();
+    outputMeter_.reset();
+    fresh_ = true;
+}
+
+void Processor::beginBlock(const ParameterValues& values) {
+    gainStage_.configure(values, fresh_);
+    fresh_ = false;
+    ballistics_.setTimes(values[Parameter::attack], values[Parameter::release]);
+
+    const auto channel = values.whole(Parameter::midiChannel);
+    const auto chosen = static_cast<std::uint8_t>(channel == 0 ? 0 : channel - 1);
+    ducker_.configure(values[Parameter::duckDepth], values[Parameter::duckRelease],
+                      channel == 0 ? std::nullopt : std::optional(chosen));
+    trigger_.configure({.level = values[Parameter::triggerLevel],
+                        .note = values.whole(Parameter::triggerNote),
+                        .channel = chosen,
+                        .armed = values[Parameter::enabled] > 0.0F});
+
+    inputPeak_ = 0.0F;
+    outputPeak_ = 0.0F;
+    deepestReduction_ = 0.0F;
+    deepestDucking_ = 0.0F;
+}
+
+void Processor::process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
+                        std::uint32_t first, std::uint32_t end, MidiOutput& midi) {
+    while (first < end) {
+        const std::uint32_t count = std::min(end - first, chunkFrames);
+        processChunk(inLeft + first, inRight + first, outLeft + first, outRight + first, first,
+                     count, midi);
+        first += count;
+    }
+}
+
+void Processor::processChunk(const float* inLeft, const float* inRight, float* outLeft,
+                             float* outRight, std::uint32_t first, std::uint32_t count,
+                             MidiOutput& midi) {
+    // Copies, because an output may be the other channel's input.
+    Chunk left;
+    Chunk right;
+    copyUsable(inLeft, left.data(), count);
+    copyUsable(inRight, right.data(), count);
+
+    Chunk amplitude{};
+    for (std::uint32_t i = 0; i < count; ++i) {
+        amplitude[i] = std::max(std::abs(left[i]), std::abs(right[i]));
+    }
+    inputPeak_ = highest(amplitude.data(), count, inputPeak_);
+
+    Chunk asked;
+    Chunk held;
+    Chunk reduction;
+    Chunk ducking;
+    Chunk gain;
+    gainStage_.askedReduction(amplitude.data(), asked.data(), count);
+    ballistics_.process(asked.data(), held.data(), reduction.data(), count);
+    trigger_.process(reduction.data(), held.data(), count, first, midi);
+    ducker_.process(ducking.data(), count);
+    gainStage_.gain(reduction.data(), ducking.data(), gain.data(), count);
+    deepestReduction_ = highest(reduction.data(), count, deepestReduction_);
+    deepestDucking_ = highest(ducking.data(), count, deepestDucking_);
+
+    for (std::uint32_t i = 0; i < count; ++i) {
+        left[i] *= gain[i];
+        right[i] *= gain[i];
+        amplitude[i] *= gain[i];
+    }
+    outputPeak_ = highest(amplitude.data(), count, outputPeak_);
+    std::copy_n(left.data(), count, outLeft);
+    std::copy_n(right.data(), count, outRight);
+}
+
+Processor::Meters Processor::endBlock(std::uint32_t frames) {
+    inputMeter_.update(inputPeak_, frames);
+    outputMeter_.update(outputPeak_, frames);
+    return {.gainReduction = deepestReduction_,
+            .ducking = deepestDucking_,
+            .inputLevel = inputMeter_.level(),
+            .outputLevel = outputMeter_.level()};
+}
+
+}  // namespace orvalo::effect

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+
+#include "effect/dsp/Ballistics.h"
+#include "effect/dsp/GainReductionTrigger.h"
+#include "effect/dsp/GainStage.h"
+#include "effect/dsp/LevelMeter.h"
+#include "effect/dsp/MidiOutput.h"
+#include "effect/dsp/NoteDucker.h"
+#include "effect/dsp/Parameter.h"
+
+namespace orvalo::effect {
+
+/// The whole effect on blocks of stereo samples, without latency: one gain for both channels,
+/// found from the louder one. It neither allocates nor locks after construction, and the result
+/// does not depend on how the frames are cut into blocks.
+class Processor {
+  public:
+    /// What a block showed, in dB.
+    struct Meters {
+        /// Deepest gain reduction of the compressor.
+        float gainReduction = 0.0F;
+        /// Deepest ducking by notes.
+        float ducking = 0.0F;
+        float inputLevel = LevelMeter::lowest;
+        float outputLevel = LevelMeter::lowest;
+    };
+
+    /// Rate in frames a second, above 0.
+    explicit Processor(double sampleRate);
+
+    /// Forgets the past; a sounding note ends at the next frame that is processed.
+    void reset();
+
+    /// Opens a block with the parameters that hold from its first frame on. After a reset they
+    /// hold at once, otherwise they are approached smoothly.
+    void beginBlock(const ParameterValues& values);
+
+    /// Takes one MIDI message before the next frame.
+    void receive(const std::uint8_t* bytes, std::uint32_t size) { ducker_.receive(bytes, size); }
+
+    /// Goes on by frames [first, end) of the block's four buffers. Any input may be any output.
+    /// Samples that are no finite number, or beyond +300 dB, count as 0.
+    void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
+                 std::uint32_t first, std::uint32_t end, MidiOutput& midi);
+
+    /// Closes the block of `frames` frames in all.
+    Meters endBlock(std::uint32_t frames);
+
+  private:
+    void processChunk(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
+                      std::uint32_t first, std::uint32_t count, MidiOutput& midi);
+
+    GainStage gainStage_;
+    Ballistics ballistics_;
+    NoteDucker ducker_;
+    GainReductionTrigger trigger_;
+    LevelMeter inputMeter_;
+    LevelMeter outputMeter_;
+    float inputPeak_ = 0.0F;
+    float outputPeak_ = 0.0F;
+    float deepestReduction_ = 0.0F;
+    float deepestDucking_ = 0.0F;
+    bool fresh_ = true;
+};
+
+}  // namespace orvalo::effect
