@@ -1,0 +1,44 @@
+#include <glib.h>
+
+#include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/audio/output/AlsaDevice.h"
+#include "platform/audio/output/AudioOutput.h"
+#include "platform/audio/output/JackDevice.h"
+#include "platform/audio/output/PulseDevice.h"
+#include "platform/audio/output/SupervisedOutput.h"
+
+namespace orvalo {
+
+std::unique_ptr<AudioOutput> AudioOutput::system() {
+    const char* setting = std::getenv("ORVALO_AUDIO_OUTPUT");
+    const std::string wished = setting != nullptr ? setting : "auto";
+    std::vector<std::unique_ptr<OutputDevice>> devices;
+    auto absence = SupervisedOutput::Absence::fail;
+    if (wished == "jack") {
+        devices.push_back(std::make_unique<JackDevice>());
+    } else if (wished == "pulse") {
+        devices.push_back(std::make_unique<PulseDevice>());
+    } else if (wished == "alsa") {
+        devices.push_back(std::make_unique<AlsaDevice>());
+    } else {
+        absence = SupervisedOutput::Absence::standIn;
+        if (wished != "auto" && wished != "null") {
+            g_warning(
+                "ORVALO_AUDIO_OUTPUT is \"%s\", not auto, jack, pulse, alsa or null; "
+                "taken as auto.",
+                wished.c_str());
+        }
+        if (wished != "null") {
+            devices.push_back(std::make_unique<JackDevice>());
+            devices.push_back(std::make_unique<PulseDevice>());
+            devices.push_back(std::make_unique<AlsaDevice>());
+        }
+    }
+    return std::make_unique<SupervisedOutput>(std::move(devices), absence);
+}
+
+}  // namespace orvalo

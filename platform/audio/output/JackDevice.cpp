@@ -1,0 +1,133 @@
+#include "platform/audio/output/JackDevice.h"
+
+#include <RtAudio.h>
+#include <jack/jack.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "platform/audio/output/Deadline.h"
+#include "platform/audio/output/LibraryMessages.h"
+#include "platform/audio/output/RtAudioStream.h"
+#include "platform/foundation/NSError.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr std::chrono::milliseconds kServerPatience{500};
+
+using Client = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
+using Ports = std::unique_ptr<const char*, void (*)(const char**)>;
+
+/// What the server has: facts, or else what it lacks.
+struct Look {
+    std::optional<OutputFacts> facts;
+    std::string absence;
+};
+
+/// The client's part of "client:port".
+std::string clientOf(const std::string& port) {
+    return port.substr(0, port.find(':'));
+}
+
+Look lookAtServer() {
+    const Client client(jack_client_open("Orvalo look", JackNoStartServer, nullptr),
+                        jack_client_close);
+    if (!client) {
+        return {std::nullopt, "no JACK server is running"};
+    }
+    const Ports ports(jack_get_ports(client.get(), nullptr, JACK_DEFAULT_AUDIO_TYPE,
+                                     JackPortIsInput | JackPortIsPhysical),
+                      [](const char** list) { jack_free(list); });
+    if (!ports) {
+        return {std::nullopt, "the JACK server has no playback port"};
+    }
+    const std::string device = clientOf(*ports);
+    std::uint32_t count = 0;
+    for (const char** port = ports.get(); *port != nullptr; ++port) {
+        count += clientOf(*port) == device ? 1 : 0;
+    }
+    OutputFacts facts;
+    facts.format.sampleRate = jack_get_sample_rate(client.get());
+    facts.format.channelCount = std::min(count, 2U);
+    facts.frameCount = jack_get_buffer_size(client.get());
+    facts.deviceName = device;
+    return {facts, ""};
+}
+
+/// RtAudio's JACK stream, listening to the server itself. RtAudio answers the server's shutdown by
+/// closing the stream on a thread that nobody can wait for, beside whatever its owner is doing,
+/// and by a line on standard error; and it does not see a change of the sample rate at all.
+class ListeningJackApi : public RtApiJack {
+  public:
+    ListeningJackApi() { takeLibraryMessages(); }
+
+    /// Between the opening and the start of the stream: libjack takes callbacks only then. gate
+    /// must live as long as the stream is open.
+    void listen(RenderGate& gate) {
+        gate_ = &gate;
+        // The client is the first member of what RtAudio 5 keeps for a JACK stream.
+        auto* client = *static_cast<jack_client_t**>(stream_.apiHandle);
+        jack_on_shutdown(
+            client, [](void* self) { of(self).gate_->end(); }, this);
+        jack_set_buffer_size_callback(client, bufferSizeChanged, this);
+        jack_set_sample_rate_callback(client, sampleRateChanged, this);
+    }
+
+  private:
+    static ListeningJackApi& of(void* self) { return *static_cast<ListeningJackApi*>(self); }
+
+    // Both are also told the values that hold already.
+    static int bufferSizeChanged(jack_nframes_t frames, void* self) {
+        if (frames != of(self).stream_.bufferSize) {
+            of(self).gate_->end();
+        }
+        return 0;
+    }
+    static int sampleRateChanged(jack_nframes_t rate, void* self) {
+        if (rate != of(self).stream_.sampleRate) {
+            of(self).gate_->end();
+        }
+        return 0;
+    }
+
+    RenderGate* gate_ = nullptr;
+};
+
+/// RtAudio's number of a device, which is a JACK client to it.
+unsigned int deviceIdOf(RtApiJack& api, const std::string& name) {
+    const auto count = api.getDeviceCount();
+    for (unsigned int id = 0; id < count; ++id) {
+        if (api.getDeviceInfo(id).name == name) {
+            return id;
+        }
+    }
+    throw NSError("AudioOutputErrorDomain", 4, "the JACK server has lost its playback ports");
+}
+
+}  // namespace
+
+std::optional<OutputFacts> JackDevice::look() {
+    takeLibraryMessages();
+    const auto seen = std::make_shared<Look>();
+    if (!finishesWithin(kServerPatience, [seen] { *seen = lookAtServer(); })) {
+        absence_ = "the JACK server does not answer";
+        return std::nullopt;
+    }
+    absence_ = seen->absence;
+    return seen->facts;
+}
+
+std::unique_ptr<OutputStream> JackDevice::open(const OutputFacts& facts,
+                                               std::shared_ptr<RenderGate> gate) {
+    auto api = std::make_shared<ListeningJackApi>();
+    RtAudioStream::Options options;
+    options.deviceId = [api, name = facts.deviceName] { return deviceIdOf(*api, name); };
+    options.ownsRenderThread = false;
+    options.opened = [api](RenderGate& opened) { api->listen(opened); };
+    return std::make_unique<RtAudioStream>(std::move(api), options, facts, std::move(gate));
+}
+
+}  // namespace orvalo

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/audio/output/OutputDevice.h"
+
+namespace orvalo {
+
+/// The playback ports of the JACK server that runs already.
+class JackDevice : public OutputDevice {
+  public:
+    std::string name() const override { return "JACK"; }
+    std::string absence() const override { return absence_; }
+    std::optional<OutputFacts> look() override;
+    std::unique_ptr<OutputStream> open(const OutputFacts& facts,
+                                       std::shared_ptr<RenderGate> gate) override;
+
+  private:
+    std::string absence_;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "platform/audio/output/AudioOutput.h"
+
+namespace orvalo::testing {
+
+/// A source that plays a known signal and keeps what an output did with it. The signal's frame n
+/// is sample(n) on channel 0 and its negative on the others.
+class RecordingSource : public AudioOutputSource {
+  public:
+    /// 1 to 32768 over 65536, again and again: exact in 32-bit float and in 16-bit integers.
+    static float sample(std::uint64_t frame) {
+        return static_cast<float>(frame % 32768 + 1) / 65536.0F;
+    }
+
+    void renderOutput(const AudioBlock& block) noexcept override;
+    void outputFormatChanged(const AVAudioFormat& format) override;
+
+    /// Waits until so many more blocks were rendered, at most a generous
+    /// deadline; whether they were.
+    bool waitForBlocks(std::uint64_t count);
+    /// Waits until the condition holds, looked at as blocks come.
+    bool waitUntil(const std::function<bool()>& condition);
+
+    std::uint64_t blockCount() const { return blocks_; }
+    std::uint64_t frameCount() const { return frames_; }
+    std::uint32_t lastFrameCount() const { return lastFrameCount_; }
+    std::uint32_t lastChannelCount() const { return lastChannelCount_; }
+    std::uint32_t smallestFrameCount() const { return smallestFrameCount_; }
+    std::uint32_t largestFrameCount() const { return largestFrameCount_; }
+    /// How many render calls found another one under way, or a format change.
+    std::uint64_t overlapCount() const { return overlaps_; }
+    /// How many render calls were outside a RealTimeScope.
+    std::uint64_t ordinaryCallCount() const { return ordinaryCalls_; }
+    /// How many render calls found arithmetic with denormals.
+    std::uint64_t denormalCount() const { return denormals_; }
+    /// The name of the thread of the last render call.
+    std::string threadName() const;
+    std::vector<AVAudioFormat> formatChanges() const;
+
+    std::function<void()> whileRendering;      ///< Called inside each render call; set before.
+    std::function<void()> whileFormatChanges;  ///< Called inside each format change; set before.
+
+  private:
+    std::atomic<bool> busy_{false};
+    std::atomic<std::uint64_t> blocks_{0};
+    std::atomic<std::uint64_t> frames_{0};
+    std::atomic<std::uint32_t> lastFrameCount_{0};
+    std::atomic<std::uint32_t> lastChannelCount_{0};
+    std::atomic<std::uint32_t> smallestFrameCount_{UINT32_MAX};
+    std::atomic<std::uint32_t> largestFrameCount_{0};
+    std::atomic<std::uint64_t> overlaps_{0};
+    std::atomic<std::uint64_t> ordinaryCalls_{0};
+    std::atomic<std::uint64_t> denormals_{0};
+    std::atomic<std::uint64_t> threadName_[2]{};
+    mutable std::mutex mutex_;
+    std::vector<AVAudioFormat> formatChanges_;
+};
+
+}  // namespace orvalo::testing
