@@ -20,7 +20,9 @@ class AVAudioUnitComponentManager : public NSObject {
         const AudioComponentDescription& matchingDescription) const;
 
   private:
-    AVAudioUnitComponentManager() = default;
+    AVAudioUnitComponentManager();
+
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> components_;
 };
 
 }  // namespace orvalo

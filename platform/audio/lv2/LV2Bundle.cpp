@@ -1,0 +1,153 @@
+#include "platform/audio/lv2/LV2Bundle.h"
+
+#include <fcntl.h>
+#include <glib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <set>
+
+namespace orvalo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The folders of the Filesystem Hierarchy Standard that lilv searches on Debian.
+constexpr const char* kDefaultPath =
+    "~/.lv2:/usr/lib/" ORVALO_LIBRARY_ARCHITECTURE "/lv2:/usr/lib/lv2:/usr/local/lib/lv2";
+
+// Real manifests have a few kilobytes. A larger one than this is no manifest.
+constexpr std::size_t kLargestManifest = 4U << 20U;
+
+std::string expanded(const std::string& folder) {
+    if (folder == "~" || folder.starts_with("~/")) {
+        return g_get_home_dir() + folder.substr(1);
+    }
+    if (folder.starts_with('$')) {
+        const auto end = std::min(folder.find('/'), folder.size());
+        const char* value = g_getenv(folder.substr(1, end - 1).c_str());
+        return value == nullptr ? folder : value + folder.substr(end);
+    }
+    return folder;
+}
+
+class Descriptor {
+  public:
+    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+    ~Descriptor() {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int get() const { return descriptor_; }
+
+  private:
+    int descriptor_;
+};
+
+std::optional<std::string> readManifest(const fs::path& path) {
+    // Non-blocking, as a pipe in a manifest's place must not hold the program up.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.get() < 0) {
+        if (errno != ENOENT && errno != ENOTDIR) {
+            g_warning("%s cannot be read: %s.", path.c_str(), g_strerror(errno));
+        }
+        return std::nullopt;
+    }
+    struct stat status {};
+    if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        g_warning("%s is no file.", path.c_str());
+        return std::nullopt;
+    }
+    if (static_cast<std::uint64_t>(status.st_size) > kLargestManifest) {
+        g_warning("%s is too large for a manifest.", path.c_str());
+        return std::nullopt;
+    }
+    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+    std::size_t have = 0;
+    while (have < bytes.size()) {
+        const auto count = read(file.get(), bytes.data() + have, bytes.size() - have);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            g_warning("%s cannot be read: %s.", path.c_str(), g_strerror(errno));
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        have += static_cast<std::size_t>(count);
+    }
+    bytes.resize(have);
+    return bytes;
+}
+
+std::string bundleURI(const fs::path& path) {
+    gchar* text = g_filename_to_uri((path.string() + "/").c_str(), nullptr, nullptr);
+    std::string uri = text == nullptr ? std::string() : text;
+    g_free(text);
+    return uri;
+}
+
+std::vector<fs::path> subfolders(const fs::path& folder) {
+    std::vector<fs::path> result;
+    std::error_code error;
+    for (fs::directory_iterator item(folder, error), end; !error && item != end;
+         item.increment(error)) {
+        result.push_back(item->path());
+    }
+    if (error && error != std::errc::no_such_file_or_directory) {
+        g_warning("%s cannot be searched: %s.", folder.c_str(), error.message().c_str());
+    }
+    std::sort(result.begin(), result.end());
+    return result;
+}
+
+}  // namespace
+
+LV2SearchPath LV2SearchPath::fromEnvironment(std::filesystem::path ownFolder) {
+    LV2SearchPath result;
+    const char* path = g_getenv("LV2_PATH");
+    gchar** folders = g_strsplit(path == nullptr ? kDefaultPath : path, ":", -1);
+    for (gchar** folder = folders; *folder != nullptr; ++folder) {
+        if (**folder != '\0') {
+            result.folders.emplace_back(expanded(*folder));
+        }
+    }
+    g_strfreev(folders);
+    result.ownFolder = std::move(ownFolder);
+    return result;
+}
+
+std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath) {
+    std::vector<fs::path> folders = searchPath.folders;
+    folders.push_back(searchPath.ownFolder);
+    std::vector<LV2Bundle> bundles;
+    std::set<fs::path> seen;
+    for (const auto& folder : folders) {
+        for (const auto& item : subfolders(folder)) {
+            auto manifest = readManifest(item / "manifest.ttl");
+            if (!manifest) {
+                continue;
+            }
+            std::error_code error;
+            auto path = fs::canonical(item, error);
+            if (!error && seen.insert(path).second) {
+                auto uri = bundleURI(path);
+                bundles.push_back({std::move(path), std::move(uri), std::move(*manifest)});
+            }
+        }
+    }
+    return bundles;
+}
+
+}  // namespace orvalo

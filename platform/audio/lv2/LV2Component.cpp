@@ -1,0 +1,122 @@
+#include "platform/audio/lv2/LV2Component.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <optional>
+#include <stdexcept>
+
+#include "platform/audio/lv2/LV2Manifest.h"
+
+namespace orvalo {
+
+namespace {
+
+/// What one bundle states of one plug-in: each predicate's values.
+using Values = std::map<std::string, std::vector<std::string>>;
+
+/// Why a statement cannot be used; never leaves this file.
+struct Unusable : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+std::optional<std::string> single(const Values& values, const std::string& predicate) {
+    const auto found = values.find(predicate);
+    if (found == values.end()) {
+        return std::nullopt;
+    }
+    if (found->second.size() != 1) {
+        throw Unusable("its " + predicate + " is stated more than once");
+    }
+    return found->second.front();
+}
+
+std::uint32_t code(const Values& values, const std::string& predicate) {
+    const auto text = single(values, predicate);
+    if (!text) {
+        throw Unusable("its " + predicate + " is missing");
+    }
+    const bool isASCII =
+        std::all_of(text->begin(), text->end(), [](char c) { return g_ascii_isprint(c) != FALSE; });
+    if (text->size() != 4 || !isASCII) {
+        throw Unusable("its " + predicate + " \"" + *text + "\" is no code of four characters");
+    }
+    std::uint32_t result = 0;
+    for (const char character : *text) {
+        result = result << 8U | static_cast<unsigned char>(character);
+    }
+    return result;
+}
+
+std::uint32_t flags(const Values& values) {
+    const auto text = single(values, "flags");
+    if (!text) {
+        return 0;
+    }
+    std::uint32_t result = 0;
+    const char* end = text->data() + text->size();
+    const auto [stop, error] = std::from_chars(text->data(), end, result);
+    if (error != std::errc() || stop != end) {
+        throw Unusable("its flags \"" + *text + "\" are no integer of 32 bits");
+    }
+    return result;
+}
+
+LV2Component component(const std::string& uri, const Values& values) {
+    LV2Component result;
+    result.uri = uri;
+    result.description.componentType = code(values, "type");
+    result.description.componentSubType = code(values, "subtype");
+    result.description.componentManufacturer = code(values, "manufacturer");
+    result.description.componentFlags = flags(values);
+    result.name = single(values, "name").value_or("");
+    return result;
+}
+
+std::map<std::string, Values> valuesByPlugin(const LV2Bundle& bundle) {
+    std::map<std::string, Values> result;
+    for (const auto& statement : componentStatements(bundle)) {
+        if (statement.plugin.empty()) {
+            g_warning("%s states the codes of something that has no URI.", bundle.path.c_str());
+        } else if (!statement.isLiteral) {
+            g_warning("%s states %s of <%s> as something that is no literal.", bundle.path.c_str(),
+                      statement.predicate.c_str(), statement.plugin.c_str());
+        } else {
+            result[statement.plugin][statement.predicate].push_back(statement.value);
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+std::vector<LV2Component> statedComponents(std::vector<const LV2Bundle*> bundles) {
+    std::sort(bundles.begin(), bundles.end(),
+              [](const auto* left, const auto* right) { return left->uri < right->uri; });
+    std::map<std::string, LV2Component> found;
+    for (const auto* bundle : bundles) {
+        for (const auto& [uri, values] : valuesByPlugin(*bundle)) {
+            if (found.contains(uri)) {
+                g_warning("%s states codes of <%s>, which another bundle has stated already.",
+                          bundle->path.c_str(), uri.c_str());
+                continue;
+            }
+            try {
+                found.emplace(uri, component(uri, values));
+            } catch (const Unusable& reason) {
+                g_warning("The codes that %s states of <%s> are left out: %s.",
+                          bundle->path.c_str(), uri.c_str(), reason.what());
+            }
+        }
+    }
+    std::vector<LV2Component> result;
+    result.reserve(found.size());
+    for (auto& [uri, item] : found) {
+        result.push_back(std::move(item));
+    }
+    return result;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/audio/lv2/LV2Port.h"
+
+namespace orvalo {
+
+/// The values of a unit's control ports, which outlive its instances. Any thread; reading and
+/// writing by index is lock-free.
+class LV2Controls {
+  public:
+    explicit LV2Controls(const std::vector<LV2Port>& ports);
+
+    float value(std::uint32_t port) const noexcept {
+        return values_[port].load(std::memory_order_relaxed);
+    }
+    void setValue(std::uint32_t port, float value) noexcept {
+        values_[port].store(value, std::memory_order_relaxed);
+    }
+
+    /// The control input of that symbol; null without one.
+    const LV2Port* input(const std::string& symbol) const;
+
+    /// Brings the values that scale with the sample rate (Hz) to that rate.
+    void setSampleRate(double sampleRate);
+
+  private:
+    std::vector<LV2Port> inputs_;
+    std::vector<std::atomic<float>> values_;
+    double sampleRate_ = 1.0;  // The defaults are stated as multiples of the rate.
+};
+
+}  // namespace orvalo

@@ -1,0 +1,127 @@
+#include "platform/audio/lv2/LV2Instance.h"
+
+#include <lv2/options/options.h>
+#include <lv2/state/state.h>
+
+#include <cmath>
+
+#include "platform/audio/lv2/LV2Error.h"
+#include "platform/audio/lv2/LV2Library.h"
+#include "platform/audio/lv2/LV2StateValue.h"
+#include "platform/audio/lv2/LV2URIDs.h"
+
+namespace orvalo {
+
+namespace {
+
+template <typename Interface>
+const Interface* extension(const LilvInstance* instance, const char* uri) {
+    return static_cast<const Interface*>(lilv_instance_get_extension_data(instance, uri));
+}
+
+const void* portValue(const char* symbol, void* handle, std::uint32_t* size, std::uint32_t* type) {
+    const auto& controls = *static_cast<const LV2Controls*>(handle);
+    const auto* port = controls.input(symbol);
+    // lilv copies the value before it asks for the next one, on the same thread.
+    thread_local float value;
+    *size = 0;
+    *type = 0;
+    if (port == nullptr) {
+        return nullptr;
+    }
+    value = controls.value(port->index);
+    *size = sizeof(value);
+    *type = LV2URIDs::shared().atomFloat;
+    return &value;
+}
+
+void setPortValue(const char* symbol, void* handle, const void* value, std::uint32_t size,
+                  std::uint32_t type) {
+    auto& controls = *static_cast<LV2Controls*>(handle);
+    const auto* port = controls.input(symbol);
+    const auto number = numberOf(value, size, type);
+    if (port != nullptr && number) {
+        controls.setValue(port->index, *number);
+    }
+}
+
+}  // namespace
+
+LV2Instance::LV2Instance(LV2UnitParts& parts, double sampleRate, const std::string& contextName)
+    : parts_(parts),
+      sampleRate_(sampleRate),
+      options_(sampleRate, parts.data.sequenceSize, contextName),
+      features_(options_, worker_, parts.log, parts.paths) {
+    const auto& uri = parts_.data.uri;
+    if (!(sampleRate > 0.0) || !std::isfinite(sampleRate)) {
+        throw lv2Error(LV2ErrorCode::instantiationFailed, uri,
+                       "a sample rate of " + std::to_string(sampleRate) + " Hz is none");
+    }
+    const LV2Library library(uri, parts_.data.library);
+    {
+        const LV2World::Access access(parts_.world);
+        const auto* plugin = access.plugin(uri);
+        instance_.reset(lilv_plugin_instantiate(plugin, sampleRate, features_.forInstantiation()));
+    }
+    if (instance_ == nullptr) {
+        throw lv2Error(LV2ErrorCode::instantiationFailed, uri, "it refuses to be instantiated");
+    }
+    worker_.start(lilv_instance_get_handle(instance_.get()),
+                  extension<LV2_Worker_Interface>(instance_.get(), LV2_WORKER__interface));
+    process_ = std::make_unique<LV2Process>(parts_.data, instance_.get(), parts_.controls, worker_,
+                                            parts_.log);
+}
+
+LV2Instance::~LV2Instance() {
+    worker_.stop();
+    if (isActive_) {
+        lilv_instance_deactivate(instance_.get());
+    }
+    const LV2World::Access access(parts_.world);
+    instance_.reset();
+}
+
+void LV2Instance::activate() {
+    lilv_instance_activate(instance_.get());
+    isActive_ = true;
+}
+
+LV2State LV2Instance::save() const {
+    const bool hasFiles =
+        extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface) != nullptr;
+    const std::string folder = hasFiles ? parts_.paths.folder().string() : std::string();
+    LilvState* state = nullptr;
+    {
+        const LV2World::Access access(parts_.world);
+        state = lilv_state_new_from_instance(
+            access.plugin(parts_.data.uri), instance_.get(), &LV2Features::map(),
+            folder.empty() ? nullptr : folder.c_str(), nullptr, nullptr, nullptr, portValue,
+            &parts_.controls, LV2_STATE_IS_POD | LV2_STATE_IS_NATIVE, features_.forState());
+    }
+    if (state == nullptr) {
+        throw lv2Error(LV2ErrorCode::stateFailed, parts_.data.uri, "its state cannot be saved");
+    }
+    return keep(parts_.world, state);
+}
+
+void LV2Instance::restore(const LilvState& state) {
+    const LV2World::Access access(parts_.world);
+    lilv_state_restore(&state, instance_.get(), setPortValue, &parts_.controls, 0,
+                       features_.forState());
+}
+
+bool LV2Instance::takesOptions() const {
+    const auto* options = extension<LV2_Options_Interface>(instance_.get(), LV2_OPTIONS__interface);
+    return options != nullptr && options->set != nullptr;
+}
+
+void LV2Instance::setContextName(const std::string& name) {
+    if (takesOptions()) {
+        const auto* options =
+            extension<LV2_Options_Interface>(instance_.get(), LV2_OPTIONS__interface);
+        const LV2_Options_Option changes[] = {LV2Options::contextName(name), {}};
+        options->set(lilv_instance_get_handle(instance_.get()), changes);
+    }
+}
+
+}  // namespace orvalo

@@ -1,0 +1,35 @@
+#include "platform/audio/lv2/LV2Library.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+
+#include "platform/audio/lv2/LV2Error.h"
+
+namespace orvalo {
+
+LV2Library::LV2Library(const std::string& uri, const std::string& path) : library_(nullptr) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) {
+        throw lv2Error(LV2ErrorCode::noLibrary, uri, "its library " + path + " is missing");
+    }
+    library_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library_ == nullptr) {
+        // Nobody else opens libraries by this thread in between, and the text is per thread.
+        const char* reason = dlerror();  // NOLINT(concurrency-mt-unsafe)
+        throw lv2Error(LV2ErrorCode::noLibrary, uri,
+                       "its library does not load (" + std::string(reason) + ")");
+    }
+    if (dlsym(library_, "lv2_descriptor") == nullptr &&
+        dlsym(library_, "lv2_lib_descriptor") == nullptr) {
+        dlclose(library_);
+        throw lv2Error(LV2ErrorCode::noLibrary, uri,
+                       "its library " + path + " has no lv2_descriptor");
+    }
+}
+
+LV2Library::~LV2Library() {
+    dlclose(library_);
+}
+
+}  // namespace orvalo

@@ -1,0 +1,152 @@
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
+
+#include <utility>
+
+#include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/foundation/RealTimeScope.h"
+
+namespace orvalo {
+
+namespace {
+
+// The rate at which a plug-in is tried when it is made; the rate of most outputs, too.
+constexpr double kFirstSampleRate = 48000.0;
+
+LV2PluginData readData(LV2World& world, const std::string& uri) {
+    const LV2World::Access access(world);
+    return LV2PluginData::read(access, uri);
+}
+
+}  // namespace
+
+LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
+                                     const AudioComponentDescription& description)
+    : description_(description), parts_(world, readData(world, uri)) {
+    parts_.controls.setSampleRate(kFirstSampleRate);
+    auto instance = std::make_unique<LV2Instance>(parts_, kFirstSampleRate, contextName_);
+    if (parts_.data.hasDefaultState) {
+        if (const auto state = readState(world, uri)) {
+            instance->restore(*state);
+        }
+    }
+    instance->activate();
+    instance_.exchange(std::move(instance));
+}
+
+std::string LV2LocalAudioUnit::contextName() const {
+    const std::scoped_lock lock(control_);
+    return contextName_;
+}
+
+void LV2LocalAudioUnit::setContextName(const std::string& name) {
+    const std::scoped_lock lock(control_);
+    contextName_ = name;
+    if (instance_.current()->takesOptions()) {
+        whileNotRunning([&name](LV2Instance& instance) { instance.setContextName(name); });
+    }
+}
+
+std::vector<std::shared_ptr<AUAudioUnitPreset>> LV2LocalAudioUnit::factoryPresets() const {
+    const std::scoped_lock lock(control_);
+    std::vector<std::shared_ptr<AUAudioUnitPreset>> result;
+    for (const auto& preset : presets()) {
+        const auto number = static_cast<std::int64_t>(result.size());
+        result.push_back(std::make_shared<AUAudioUnitPreset>(number, preset.label));
+    }
+    return result;
+}
+
+std::shared_ptr<AUAudioUnitPreset> LV2LocalAudioUnit::currentPreset() const {
+    const std::scoped_lock lock(control_);
+    return currentPreset_;
+}
+
+void LV2LocalAudioUnit::setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) {
+    const std::scoped_lock lock(control_);
+    currentPreset_ = nullptr;
+    if (preset == nullptr || preset->number < 0 ||
+        static_cast<std::size_t>(preset->number) >= presets().size()) {
+        return;
+    }
+    const auto& found = presets()[static_cast<std::size_t>(preset->number)];
+    if (const auto state = readState(parts_.world, found.uri)) {
+        restore(*state);
+        currentPreset_ = preset;
+    }
+}
+
+std::vector<std::string> LV2LocalAudioUnit::MIDIOutputNames() const {
+    return parts_.data.midiOutputNames;
+}
+
+AUMIDIOutputEventBlock LV2LocalAudioUnit::MIDIOutputEventBlock() const {
+    const std::scoped_lock lock(control_);
+    const auto* block = midiBlock_.current();
+    return block == nullptr ? AUMIDIOutputEventBlock() : *block;
+}
+
+void LV2LocalAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
+    const std::scoped_lock lock(control_);
+    midiBlock_.exchange(block ? std::make_unique<AUMIDIOutputEventBlock>(std::move(block))
+                              : nullptr);
+}
+
+void LV2LocalAudioUnit::requestViewController(
+    std::function<void(std::shared_ptr<UIViewController>)> completion) {
+    completion(nullptr);
+}
+
+void LV2LocalAudioUnit::allocateRenderResources(double sampleRate) {
+    const std::scoped_lock lock(control_);
+    const auto& previous = *instance_.current();
+    if (previous.sampleRate() == sampleRate) {
+        return;
+    }
+    const auto state = previous.save();
+    auto instance = std::make_unique<LV2Instance>(parts_, sampleRate, contextName_);
+    instance->restore(*state);
+    parts_.controls.setSampleRate(sampleRate);
+    instance->activate();
+    instance_.exchange(std::move(instance));
+    latency_.store(0, std::memory_order_relaxed);
+}
+
+void LV2LocalAudioUnit::render(const AudioBlock& input, const AudioBlock& output) noexcept {
+    const RealTimeScope scope;
+    if (output.frameCount == 0) {
+        return;
+    }
+    const RenderSlot<LV2Instance>::Access instance(instance_);
+    if (instance) {
+        const RenderSlot<AUMIDIOutputEventBlock>::Access block(midiBlock_);
+        auto& process = instance->process();
+        process.run(input, output, sampleTime_, block ? &*block : nullptr);
+        latency_.store(process.latency(), std::memory_order_relaxed);
+    } else {
+        mapChannels(input, output);
+    }
+    sampleTime_ += output.frameCount;
+}
+
+void LV2LocalAudioUnit::restore(const LilvState& state) {
+    if (parts_.data.hasThreadSafeRestore) {
+        instance_.current()->restore(state);
+    } else {
+        whileNotRunning([&state](LV2Instance& instance) { instance.restore(state); });
+    }
+}
+
+void LV2LocalAudioUnit::whileNotRunning(const std::function<void(LV2Instance&)>& work) {
+    auto instance = instance_.exchange(nullptr);
+    work(*instance);
+    instance_.exchange(std::move(instance));
+}
+
+const std::vector<LV2Preset>& LV2LocalAudioUnit::presets() const {
+    if (!presets_) {
+        presets_ = findPresets(parts_.world, parts_.data.uri);
+    }
+    return *presets_;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/audio/lv2/LV2Instance.h"
+#include "platform/audio/lv2/LV2Presets.h"
+#include "platform/audio/signal/RenderSlot.h"
+#include "platform/audio/unit/AUAudioUnit.h"
+
+namespace orvalo {
+
+/// An LV2 plug-in in this process. What must not overlap the plug-in's run() (presets, unless it
+/// allows that, and the context's name) takes the instance away from the render thread for its
+/// time; blocks rendered meanwhile pass the input through, mapped to the output's channels.
+class LV2LocalAudioUnit : public AUAudioUnit {
+  public:
+    /// Throws NSError as makeLV2AudioUnit() does. The world must outlive the unit.
+    LV2LocalAudioUnit(LV2World& world, const std::string& uri,
+                      const AudioComponentDescription& description);
+
+    AudioComponentDescription componentDescription() const override { return description_; }
+    std::string contextName() const override;
+    void setContextName(const std::string& name) override;
+    std::vector<std::shared_ptr<AUAudioUnitPreset>> factoryPresets() const override;
+    std::shared_ptr<AUAudioUnitPreset> currentPreset() const override;
+    void setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) override;
+    std::vector<std::string> MIDIOutputNames() const override;
+    AUMIDIOutputEventBlock MIDIOutputEventBlock() const override;
+    void setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) override;
+    void requestViewController(
+        std::function<void(std::shared_ptr<UIViewController>)> completion) override;
+    std::uint32_t inputChannelCount() const override { return parts_.data.inputChannelCount; }
+    std::uint32_t outputChannelCount() const override { return parts_.data.outputChannelCount; }
+    std::uint32_t latency() const override { return latency_.load(std::memory_order_relaxed); }
+    void allocateRenderResources(double sampleRate) override;
+    void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
+
+    /// The values of its control ports.
+    LV2Controls& controls() { return parts_.controls; }
+
+  private:
+    void restore(const LilvState& state);
+    void whileNotRunning(const std::function<void(LV2Instance&)>& work);
+    const std::vector<LV2Preset>& presets() const;
+
+    mutable std::mutex control_;  // One control operation at a time; never the render thread.
+    const AudioComponentDescription description_;
+    LV2UnitParts parts_;
+    std::string contextName_;
+    mutable std::optional<std::vector<LV2Preset>> presets_;  // Once somebody asked for them.
+    std::shared_ptr<AUAudioUnitPreset> currentPreset_;
+    RenderSlot<AUMIDIOutputEventBlock> midiBlock_;
+    RenderSlot<LV2Instance> instance_;
+    std::int64_t sampleTime_ = 0;  // The render thread's: frames rendered so far.
+    std::atomic<std::uint32_t> latency_{0};
+};
+
+}  // namespace orvalo

@@ -1,0 +1,110 @@
+#include "platform/audio/lv2/LV2PluginData.h"
+
+#include <lv2/buf-size/buf-size.h>
+#include <lv2/core/lv2.h>
+#include <lv2/options/options.h>
+#include <lv2/state/state.h>
+
+#include <algorithm>
+
+#include "platform/audio/lv2/LV2Error.h"
+#include "platform/audio/lv2/LV2Features.h"
+#include "platform/audio/lv2/LV2Options.h"
+#include "platform/audio/lv2/LV2PortReader.h"
+#include "platform/audio/signal/AudioBlock.h"
+
+namespace orvalo {
+
+namespace {
+
+std::vector<std::string> uris(const LilvNodes* nodes) {
+    std::vector<std::string> result;
+    LILV_FOREACH(nodes, i, nodes) {
+        const auto* node = lilv_nodes_get(nodes, i);
+        if (lilv_node_is_uri(node)) {
+            result.emplace_back(lilv_node_as_uri(node));
+        }
+    }
+    return result;
+}
+
+void requireFeatures(const LilvPlugin* plugin, const std::string& uri) {
+    const LilvPointer<LilvNodes> required(lilv_plugin_get_required_features(plugin));
+    for (const auto& feature : uris(required.get())) {
+        if (!LV2Features::isOffered(feature)) {
+            throw lv2Error(LV2ErrorCode::unsupportedFeature, uri,
+                           "it requires the feature <" + feature + ">, which is not offered");
+        }
+    }
+}
+
+void requireOptions(const LV2World::Access& access, const LilvPlugin* plugin,
+                    const std::string& uri) {
+    const auto predicate = access.uri(LV2_OPTIONS__requiredOption);
+    const LilvPointer<LilvNodes> required(lilv_plugin_get_value(plugin, predicate.get()));
+    for (const auto& option : uris(required.get())) {
+        if (!LV2Options::isOffered(option)) {
+            throw lv2Error(LV2ErrorCode::unsupportedFeature, uri,
+                           "it requires the option <" + option + ">, which is not offered");
+        }
+    }
+}
+
+std::string libraryPath(const LilvPlugin* plugin, const std::string& uri) {
+    const auto* node = lilv_plugin_get_library_uri(plugin);
+    char* text = node == nullptr ? nullptr : lilv_node_get_path(node, nullptr);
+    if (text == nullptr) {
+        throw lv2Error(LV2ErrorCode::noLibrary, uri, "its data name no library");
+    }
+    std::string path(text);
+    lilv_free(text);
+    return path;
+}
+
+bool hasFeature(const LV2World::Access& access, const LilvPlugin* plugin, const char* feature) {
+    return lilv_plugin_has_feature(plugin, access.uri(feature).get());
+}
+
+std::uint32_t countAudio(const std::vector<LV2Port>& ports, bool isInput, const std::string& uri) {
+    const auto count = std::count_if(ports.begin(), ports.end(), [isInput](const LV2Port& port) {
+        return port.kind == LV2PortKind::audio && port.isInput == isInput;
+    });
+    if (count > kMaximumChannels) {
+        throw lv2Error(LV2ErrorCode::unsupportedPort, uri,
+                       "it has " + std::to_string(count) + " audio " +
+                           (isInput ? "inputs" : "outputs") + ", more than " +
+                           std::to_string(kMaximumChannels));
+    }
+    return static_cast<std::uint32_t>(count);
+}
+
+}  // namespace
+
+LV2PluginData LV2PluginData::read(const LV2World::Access& access, const std::string& uri) {
+    const auto* plugin = access.plugin(uri);
+    if (plugin == nullptr) {
+        throw lv2Error(LV2ErrorCode::unknownPlugin, uri, "it is not installed");
+    }
+    LV2PluginData data;
+    data.uri = uri;
+    data.library = libraryPath(plugin, uri);
+    requireFeatures(plugin, uri);
+    requireOptions(access, plugin, uri);
+    data.ports = readPorts(access, plugin, uri);
+    data.inputChannelCount = countAudio(data.ports, true, uri);
+    data.outputChannelCount = countAudio(data.ports, false, uri);
+    for (const auto& port : data.ports) {
+        data.sequenceSize = std::max(data.sequenceSize, port.bufferSize);
+        if (port.kind == LV2PortKind::sequence && !port.isInput && port.carriesMIDI) {
+            data.midiOutputNames.push_back(port.name);
+        }
+    }
+    data.hasThreadSafeRestore = hasFeature(access, plugin, LV2_STATE__threadSafeRestore);
+    const auto state = access.uri(LV2_STATE__state);
+    data.hasDefaultState =
+        hasFeature(access, plugin, LV2_STATE__loadDefaultState) ||
+        lilv_world_ask(access.lilv(), lilv_plugin_get_uri(plugin), state.get(), nullptr);
+    return data;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/audio/lv2/LV2Port.h"
+#include "platform/audio/lv2/LV2World.h"
+
+namespace orvalo {
+
+/// What a plug-in's data say of it, checked: everything that it needs is there.
+struct LV2PluginData {
+    std::string uri;
+    std::string library;  ///< The path of its shared library.
+    std::vector<LV2Port> ports;
+    std::uint32_t inputChannelCount = 0;
+    std::uint32_t outputChannelCount = 0;
+    std::uint32_t sequenceSize = 0;  ///< Of the largest sequence buffer, in bytes.
+    std::vector<std::string> midiOutputNames;
+    bool hasThreadSafeRestore = false;
+    bool hasDefaultState = false;
+
+    /// Throws NSError: no such plug-in, no library, a required feature or option that this host
+    /// does not have (by its URI), no ports, or a port that it cannot serve (by its name).
+    static LV2PluginData read(const LV2World::Access& access, const std::string& uri);
+};
+
+}  // namespace orvalo
