@@ -105,12 +105,16 @@ void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
 void AVAudioPlayerNode::Playback::awaitDecoded() {
     Lock lock(mutex_);
     decoded_.wait(lock, [this] {
+        if (isCompleting_ || isCompletionDue()) {
+            return false;
+        }
         if (!ring_ || !isPlaying_ || firstUndecoded() == nullptr) {
             return true;
         }
-        // What waits for the ring to run empty needs rendering to go on.
-        return nextFormatDiffers() ||
-               ring_->written() - ring_->consumed() >= stream_.current()->largestDemand();
+        const auto available = ring_->written() - ring_->consumed();
+        // A file of another format waits for the ring to run empty, which takes rendering.
+        return nextFormatDiffers() ? available > 0
+                                   : available >= stream_.current()->largestDemand();
     });
 }
 
@@ -123,13 +127,18 @@ void AVAudioPlayerNode::Playback::decodeLoop(const std::stop_token& stopped) {
     }
 }
 
+bool AVAudioPlayerNode::Playback::isCompletionDue() const {
+    return !passes_.empty() && passes_.front().ringEnd &&
+           ring_->consumed() >= completionPosition(passes_.front());
+}
+
 bool AVAudioPlayerNode::Playback::completePass(Lock& lock) {
-    if (passes_.empty() || !passes_.front().ringEnd ||
-        ring_->consumed() < completionPosition(passes_.front())) {
+    if (!isCompletionDue()) {
         return false;
     }
     auto completion = std::move(passes_.front().completion);
     passes_.pop_front();
+    isCompleting_ = true;
     lock.unlock();
     if (completion) {
         completion();
@@ -137,6 +146,8 @@ bool AVAudioPlayerNode::Playback::completePass(Lock& lock) {
         completion = nullptr;
     }
     lock.lock();
+    isCompleting_ = false;
+    decoded_.notify_all();
     return true;
 }
 

@@ -45,7 +45,8 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     void setOutputFormat(const AVAudioFormat& format);
 
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
-    /// Waits until a whole quantum is decoded, or nothing more will be. For offline rendering.
+    /// Waits until completions that are due have been called, and a whole quantum is decoded or
+    /// nothing more is scheduled. For offline rendering.
     void awaitDecoded();
 
   private:
@@ -59,6 +60,7 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
 
     explicit Playback(std::function<void()> onFormatChange);
     void decodeLoop(const std::stop_token& stopped);
+    bool isCompletionDue() const;
     bool completePass(Lock& lock);
     bool adoptNextFormat(Lock& lock);
     bool decodeChunk(Lock& lock);
@@ -79,6 +81,7 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     std::shared_ptr<PlayerRing> ring_;
     std::optional<AVAudioPCMBuffer> chunk_;  ///< The decoding thread's own.
     std::optional<AVAudioFormat> outputFormat_;
+    bool isCompleting_ = false;
     std::uint64_t generation_ = 0;  ///< Counts what makes a chunk under way worthless.
     std::uint64_t reportedUnderruns_ = 0;
 

@@ -1,0 +1,61 @@
+#include <glib.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "app/play/OfflineRender.h"
+#include "app/play/Performance.h"
+#include "app/play/PlayOptions.h"
+#include "app/play/RegistryTable.h"
+#include "platform/audio/file/AVAudioFile.h"
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/Print.h"
+
+namespace {
+
+constexpr int kBadOption = 2;
+
+/// A line of the program's own, as bad options and files deserve.
+int complain(const char* message, int status) {
+    std::fprintf(stderr, "orvalo-play: %s\n", message);
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace orvalo;
+    std::setlocale(LC_ALL, "");
+    // Numbers in lines and files read the same everywhere.
+    std::setlocale(LC_NUMERIC, "C");
+    g_log_writer_default_set_use_stderr(TRUE);
+
+    PlayOptions options;
+    try {
+        options = PlayOptions::parse(argc, argv);
+        if (options.file) {
+            // What cannot be opened is told before anything starts.
+            AVAudioFile::forReading(URL::fileURLWithPath(*options.file));
+        }
+    } catch (const BadOption& error) {
+        return complain(error.what(), kBadOption);
+    } catch (const NSError& error) {
+        return complain(error.what(), kBadOption);
+    }
+
+    if (options.list) {
+        print(registryTable());
+        return EXIT_SUCCESS;
+    }
+    if (options.render) {
+        try {
+            renderOffline(options);
+        } catch (const NSError& error) {
+            return complain(error.what(), EXIT_FAILURE);
+        }
+        return EXIT_SUCCESS;
+    }
+    Performance::run(options);
+    return EXIT_SUCCESS;
+}

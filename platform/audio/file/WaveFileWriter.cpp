@@ -1,0 +1,114 @@
+#include "platform/audio/file/WaveFileWriter.h"
+
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+
+#include "platform/audio/file/FFmpegHandles.h"
+#include "platform/audio/file/FFmpegLog.h"
+#include "platform/foundation/NSError.h"
+
+namespace orvalo {
+
+namespace {
+
+bool isWrittenDirectly(const std::string& path) {
+    std::error_code ignored;
+    const auto status = std::filesystem::status(path, ignored);
+    return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+}
+
+}  // namespace
+
+struct WaveFileWriter::Muxer {
+    AVFormatContext* context = nullptr;
+    std::string unfinished;  ///< What to remove unless it is finished.
+    FFmpegPointer<AVPacket> packet{av_packet_alloc()};
+
+    Muxer() { avformat_alloc_output_context2(&context, nullptr, "wav", nullptr); }
+    ~Muxer() {
+        avio_closep(&context->pb);
+        avformat_free_context(context);
+        if (!unfinished.empty()) {
+            std::error_code ignored;
+            std::filesystem::remove(unfinished, ignored);
+        }
+    }
+    Muxer(const Muxer&) = delete;
+    Muxer& operator=(const Muxer&) = delete;
+};
+
+WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& format)
+    : path_(path),
+      workingPath_(isWrittenDirectly(path) ? path : path + ".part"),
+      muxer_(std::make_unique<Muxer>()) {
+    sendFFmpegLogToGLib();
+    auto* context = muxer_->context;
+    // The same audio makes the same file, whichever FFmpeg wrote it.
+    context->flags |= AVFMT_FLAG_BITEXACT;
+    auto* parameters = avformat_new_stream(context, nullptr)->codecpar;
+    parameters->codec_type = AVMEDIA_TYPE_AUDIO;
+    parameters->codec_id = AV_CODEC_ID_PCM_F32LE;
+    parameters->format = AV_SAMPLE_FMT_FLT;
+    parameters->sample_rate = static_cast<int>(std::lround(format.sampleRate));
+    parameters->bits_per_coded_sample = 32;
+    parameters->block_align = static_cast<int>(format.channelCount * sizeof(float));
+    av_channel_layout_default(&parameters->ch_layout, static_cast<int>(format.channelCount));
+
+    check(avio_open(&context->pb, ("file:" + workingPath_).c_str(), AVIO_FLAG_WRITE));
+    if (workingPath_ != path_) {
+        muxer_->unfinished = workingPath_;
+    }
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "rf64", "auto", 0);
+    const int result = avformat_write_header(context, &options);
+    av_dict_free(&options);
+    check(result);
+}
+
+WaveFileWriter::~WaveFileWriter() = default;
+
+void WaveFileWriter::write(const AudioBlock& block) {
+    auto* packet = muxer_->packet.get();
+    check(av_new_packet(packet,
+                        static_cast<int>(block.frameCount * block.channelCount * sizeof(float))));
+    auto* samples = reinterpret_cast<float*>(packet->data);
+    for (std::uint32_t frame = 0; frame < block.frameCount; ++frame) {
+        for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
+            *samples++ = block.channels[channel][frame];
+        }
+    }
+    const int result = av_write_frame(muxer_->context, packet);
+    av_packet_unref(packet);
+    check(result);
+    check(muxer_->context->pb->error);
+}
+
+void WaveFileWriter::finish() {
+    check(av_write_trailer(muxer_->context));
+    avio_flush(muxer_->context->pb);
+    check(muxer_->context->pb->error);
+    check(avio_closep(&muxer_->context->pb));
+    if (workingPath_ != path_) {
+        std::error_code error;
+        std::filesystem::rename(workingPath_, path_, error);
+        if (error) {
+            throw NSError::posix(error.value(), path_);
+        }
+        muxer_->unfinished.clear();
+    }
+}
+
+void WaveFileWriter::check(int ffmpegResult) const {
+    if (ffmpegResult < 0) {
+        fail(ffmpegResult);
+    }
+}
+
+void WaveFileWriter::fail(int ffmpegError) const {
+    // What the system refuses comes back from FFmpeg as its negated number.
+    throw NSError::posix(AVUNERROR(ffmpegError), path_);
+}
+
+}  // namespace orvalo

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "platform/audio/output/AudioOutput.h"
+#include "platform/foundation/RealTimeScope.h"
+#include "tests/testing/WavFile.h"
+
+namespace orvalo::testing {
+
+/// A sound card whose clock is the test: it renders when told to, on the thread that tells it, and
+/// keeps what it got.
+class StepOutput : public AudioOutput {
+  public:
+    explicit StepOutput(const AVAudioFormat& format) : format_(format) {}
+
+    AVAudioFormat format() override { return format_; }
+    void start(AudioOutputSource& source) override { source_ = &source; }
+    void stop() override { source_ = nullptr; }
+    std::uint64_t xrunCount() const override { return 0; }
+
+    bool isStarted() const { return source_ != nullptr; }
+
+    /// Another device takes over while playing.
+    void changeFormat(const AVAudioFormat& format) {
+        format_ = format;
+        source_->outputFormatChanged(format);
+    }
+
+    /// One quantum; returns it.
+    Signal pull(std::uint32_t frames) {
+        Signal quantum(format_.channelCount, std::vector<float>(frames, 7.0F));
+        std::array<float*, kMaximumChannels> channels{};
+        for (std::size_t channel = 0; channel < quantum.size(); ++channel) {
+            channels[channel] = quantum[channel].data();
+        }
+        {
+            const RealTimeScope scope;
+            source_->renderOutput({channels.data(), format_.channelCount, frames});
+        }
+        for (std::size_t channel = 0; channel < quantum.size(); ++channel) {
+            played_.resize(quantum.size());
+            played_[channel].insert(played_[channel].end(), quantum[channel].begin(),
+                                    quantum[channel].end());
+        }
+        return quantum;
+    }
+
+    /// All that was pulled so far.
+    const Signal& played() const { return played_; }
+
+  private:
+    AVAudioFormat format_;
+    AudioOutputSource* source_ = nullptr;
+    Signal played_;
+};
+
+}  // namespace orvalo::testing
