@@ -13,7 +13,7 @@ namespace {
 using orvalo::effect::Plugin;
 
 const void* featureData(const LV2_Feature* const* features, std::string_view uri) {
-    for (auto feature = features; feature != nullptr && *feature != nullptr; ++feature) {
+    for (const auto* feature = features; feature != nullptr && *feature != nullptr; ++feature) {
         if ((*feature)->URI == uri) {
             return (*feature)->data;
         }

@@ -30,7 +30,7 @@ void HeldNotes::releaseChannel(std::uint8_t channel) {
 }
 
 void HeldNotes::releaseAllBut(std::uint8_t channel) {
-    for (std::uint8_t other = 0; other < velocities_.size(); ++other) {
+    for (std::size_t other = 0; other < velocities_.size(); ++other) {
         if (other != channel) {
             velocities_.at(other).fill(0);
         }

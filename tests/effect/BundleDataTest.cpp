@@ -1,0 +1,155 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "effect/dsp/Parameter.h"
+#include "tests/effect/EffectWorld.h"
+
+namespace {
+
+using namespace orvalo::testing;
+
+class BundleDataTest : public testing::Test {
+  protected:
+    /// The texts of a property of a subject.
+    std::vector<std::string> values(const LilvNode* subject, const std::string& property) const {
+        const Node predicate = world.uri(property);
+        LilvNodes* nodes = lilv_world_find_nodes(world.world(), subject, predicate.get(), nullptr);
+        std::vector<std::string> texts;
+        LILV_FOREACH(nodes, i, nodes) {
+            texts.emplace_back(lilv_node_as_string(lilv_nodes_get(nodes, i)));
+        }
+        lilv_nodes_free(nodes);
+        return texts;
+    }
+
+    std::vector<std::string> codes(const std::string& name) const {
+        return values(lilv_plugin_get_uri(plugin), "urn:tessaly:audio-component#" + name);
+    }
+
+    const LilvPort* port(std::uint32_t index) const {
+        return lilv_plugin_get_port_by_index(plugin, index);
+    }
+
+    std::string symbol(const LilvPort* port) const {
+        return lilv_node_as_string(lilv_port_get_symbol(plugin, port));
+    }
+
+    bool is(const LilvPort* port, const std::string& type) const {
+        return lilv_port_is_a(plugin, port, world.uri(type).get());
+    }
+
+    EffectWorld& world = EffectWorld::shared();
+    const LilvPlugin* plugin = world.plugin();
+    using Texts = std::vector<std::string>;
+};
+
+TEST_F(BundleDataTest, StatesItsComponentCodes) {
+    EXPECT_EQ(codes("type"), Texts{"aumf"});
+    EXPECT_EQ(codes("subtype"), Texts{"orVL"});
+    EXPECT_EQ(codes("manufacturer"), Texts{"TSLY"});
+    EXPECT_EQ(codes("flags"), Texts{"2"});
+    EXPECT_EQ(codes("name"), Texts{"TSLY: Orvalo Extension"});
+}
+
+TEST_F(BundleDataTest, RequiresNothingAndVerifies) {
+    LilvNodes* required = lilv_plugin_get_required_features(plugin);
+    EXPECT_EQ(lilv_nodes_size(required), 0U);
+    lilv_nodes_free(required);
+    EXPECT_TRUE(lilv_plugin_verify(plugin));
+    EXPECT_FALSE(lilv_plugin_has_latency(plugin));
+}
+
+TEST_F(BundleDataTest, TheOnlyMidiOutputHasItsName) {
+    Texts names;
+    const Node midi = world.uri(LILV_URI_MIDI_EVENT);
+    for (std::uint32_t i = 0; i < lilv_plugin_get_num_ports(plugin); ++i) {
+        if (is(port(i), LILV_URI_OUTPUT_PORT) &&
+            lilv_port_supports_event(plugin, port(i), midi.get())) {
+            const Node name(lilv_port_get_name(plugin, port(i)));
+            names.emplace_back(lilv_node_as_string(name.get()));
+        }
+    }
+    EXPECT_EQ(names, Texts{"Gain Reduction Trigger"});
+}
+
+TEST_F(BundleDataTest, EveryPortIsDescribedInFull) {
+    std::set<std::string> symbols;
+    std::set<std::string> names;
+    const auto count = lilv_plugin_get_num_ports(plugin);
+    ASSERT_EQ(count, 24U);
+    std::vector<float> least(count);
+    std::vector<float> most(count);
+    std::vector<float> standard(count);
+    lilv_plugin_get_port_ranges_float(plugin, least.data(), most.data(), standard.data());
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::string text = symbol(port(i));
+        EXPECT_TRUE(symbols.insert(text).second) << text;
+        const Node name(lilv_port_get_name(plugin, port(i)));
+        EXPECT_TRUE(names.insert(lilv_node_as_string(name.get())).second) << text;
+        if (!is(port(i), LILV_URI_CONTROL_PORT)) {
+            continue;
+        }
+        EXPECT_LT(least[i], most[i]) << text;
+        EXPECT_LE(least[i], standard[i]) << text;
+        EXPECT_GE(most[i], standard[i]) << text;
+        const Node unit(lilv_port_get(
+            plugin, port(i), world.uri("http://lv2plug.in/ns/extensions/units#unit").get()));
+        EXPECT_EQ(unit == nullptr, text == "enabled" || text == "midi_channel") << text;
+        const Node comment(lilv_port_get(plugin, port(i), world.uri(LILV_NS_RDFS "comment").get()));
+        EXPECT_NE(comment, nullptr) << text;
+    }
+}
+
+TEST_F(BundleDataTest, RangesAreThoseOfTheProgram) {
+    for (std::uint32_t i = 0; i < orvalo::effect::parameterCount; ++i) {
+        const auto& range = orvalo::effect::parameterRanges.at(i);
+        LilvNode* standard = nullptr;
+        LilvNode* least = nullptr;
+        LilvNode* most = nullptr;
+        const LilvPort* at = port(6 + i);
+        lilv_port_get_range(plugin, at, &standard, &least, &most);
+        EXPECT_EQ(symbol(at), range.symbol);
+        EXPECT_EQ(lilv_node_as_float(standard), range.standard) << range.symbol;
+        EXPECT_EQ(lilv_node_as_float(least), range.minimum) << range.symbol;
+        EXPECT_EQ(lilv_node_as_float(most), range.maximum) << range.symbol;
+        lilv_node_free(standard);
+        lilv_node_free(least);
+        lilv_node_free(most);
+    }
+}
+
+TEST_F(BundleDataTest, TimesAndRatioAreLogarithmic) {
+    const Node logarithmic = world.uri("http://lv2plug.in/ns/ext/port-props#logarithmic");
+    std::set<std::string> found;
+    for (std::uint32_t i = 0; i < lilv_plugin_get_num_ports(plugin); ++i) {
+        if (lilv_port_has_property(plugin, port(i), logarithmic.get())) {
+            found.insert(symbol(port(i)));
+        }
+    }
+    EXPECT_EQ(found, (std::set<std::string>{"attack", "duck_release", "ratio", "release"}));
+}
+
+TEST_F(BundleDataTest, EnabledIsDesignatedAsBypass) {
+    const LilvPort* enabled = lilv_plugin_get_port_by_designation(
+        plugin, world.uri(LILV_URI_INPUT_PORT).get(), world.uri(LILV_NS_LV2 "enabled").get());
+    ASSERT_NE(enabled, nullptr);
+    EXPECT_EQ(symbol(enabled), "enabled");
+}
+
+TEST_F(BundleDataTest, ScalePointsLieInTheirRange) {
+    for (std::uint32_t i = 0; i < orvalo::effect::parameterCount; ++i) {
+        const auto& range = orvalo::effect::parameterRanges.at(i);
+        LilvScalePoints* points = lilv_port_get_scale_points(plugin, port(6 + i));
+        LILV_FOREACH(scale_points, j, points) {
+            const float value =
+                lilv_node_as_float(lilv_scale_point_get_value(lilv_scale_points_get(points, j)));
+            EXPECT_EQ(range.clamp(value), value) << range.symbol;
+        }
+        lilv_scale_points_free(points);
+    }
+}
+
+}  // namespace

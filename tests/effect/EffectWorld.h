@@ -1,0 +1,41 @@
+#pragma once
+
+#include <lilv/lilv.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace orvalo::testing {
+
+struct NodeFree {
+    void operator()(LilvNode* node) const { lilv_node_free(node); }
+};
+using Node = std::unique_ptr<LilvNode, NodeFree>;
+
+/// The built bundle among the machine's LV2 specifications, loaded once for a program.
+class EffectWorld {
+  public:
+    static EffectWorld& shared();
+    EffectWorld(const EffectWorld&) = delete;
+    EffectWorld& operator=(const EffectWorld&) = delete;
+
+    LilvWorld* world() const { return world_.get(); }
+    /// The effect; the test program ends when it is not there.
+    const LilvPlugin* plugin() const { return plugin_; }
+    Node uri(const std::string& uri) const { return Node(lilv_new_uri(world_.get(), uri.c_str())); }
+
+    /// The presets' control values by symbol, by label.
+    std::map<std::string, std::map<std::string, float>> presets() const;
+
+  private:
+    EffectWorld();
+
+    struct WorldFree {
+        void operator()(LilvWorld* world) const { lilv_world_free(world); }
+    };
+    std::unique_ptr<LilvWorld, WorldFree> world_;
+    const LilvPlugin* plugin_ = nullptr;
+};
+
+}  // namespace orvalo::testing

@@ -1,0 +1,61 @@
+#include "tests/effect/EventSequence.h"
+
+#include <gtest/gtest.h>
+#include <lv2/atom/util.h>
+#include <lv2/midi/midi.h>
+
+#include <cstring>
+#include <iomanip>
+
+namespace orvalo::testing {
+
+void PrintTo(const MidiMessage& message, std::ostream* stream) {
+    *stream << '@' << message.frame << std::hex;
+    for (const auto byte : message.bytes) {
+        *stream << ' ' << static_cast<int>(byte);
+    }
+    *stream << std::dec;
+}
+
+EventSequence::EventSequence(UridMap& uris, std::uint32_t size)
+    : storage_(size / 8 + 1),
+      room_(size - static_cast<std::uint32_t>(sizeof(LV2_Atom))),
+      sequence_(uris[LV2_ATOM__Sequence]),
+      midi_(uris[LV2_MIDI__MidiEvent]) {
+    clear();
+}
+
+void EventSequence::clear() {
+    lv2_atom_sequence_clear(data());
+    data()->atom.type = sequence_;
+    data()->body = {.unit = 0, .pad = 0};
+}
+
+void EventSequence::append(std::int64_t frame, const std::uint8_t* bytes, std::uint32_t size) {
+    const auto needed =
+        static_cast<std::uint32_t>(sizeof(LV2_Atom_Event)) + lv2_atom_pad_size(size);
+    ASSERT_LE(data()->atom.size + needed, room_);
+    LV2_Atom_Event* event = lv2_atom_sequence_end(&data()->body, data()->atom.size);
+    event->time.frames = frame;
+    event->body = {.size = size, .type = midi_};
+    std::memcpy(event + 1, bytes, size);
+    data()->atom.size += needed;
+}
+
+void EventSequence::offer() {
+    data()->atom = {.size = room_, .type = 0};
+}
+
+std::vector<MidiMessage> EventSequence::messages(std::int64_t start) {
+    std::vector<MidiMessage> messages;
+    EXPECT_EQ(data()->atom.type, sequence_);
+    EXPECT_EQ(data()->body.unit, 0U);
+    LV2_ATOM_SEQUENCE_FOREACH(data(), event) {
+        EXPECT_EQ(event->body.type, midi_);
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(event + 1);
+        messages.push_back({start + event->time.frames, {bytes, bytes + event->body.size}});
+    }
+    return messages;
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "tests/effect/AllocationCount.h"
+#include "tests/effect/EffectHost.h"
+
+namespace {
+
+using namespace orvalo::testing;
+
+TEST(RealTime, TheCounterCounts) {
+    const AllocationCount counter;
+    const auto block = std::make_unique<std::vector<int>>(1000);
+    EXPECT_GE(AllocationCount::count(), 2);
+}
+
+TEST(RealTime, RunningNeitherAllocatesNorFrees) {
+    EffectHost host;
+    host.activate();
+    const auto input = noiseBursts(48000);
+    auto output = input;
+    float& attack = host.control("attack");
+    float& note = host.control("trigger_note");
+    float& channel = host.control("midi_channel");
+    float& enabled = host.control("enabled");
+    float& makeup = host.control("makeup");
+    const std::uint8_t on[]{0x90, 60, 100};
+    const std::uint8_t off[]{0xB0, 123, 0};
+    bool sent = false;
+    int calls = 0;
+    for (std::uint32_t block = 0; block < 500; ++block) {
+        const std::uint32_t start = block * 96;
+        attack = 0.5F + static_cast<float>(block % 20);
+        note = static_cast<float>(block / 10 % 128);
+        channel = static_cast<float>(block / 50 % 3);
+        makeup = static_cast<float>(block % 24);
+        enabled = block % 100 < 80 ? 1.0F : 0.0F;
+        host.midiIn().clear();
+        host.midiIn().append(17, on, 3);
+        host.midiIn().append(70, off, 3);
+        {
+            const AllocationCount counter;
+            host.run(input.left.data() + start, input.right.data() + start,
+                     output.left.data() + start, output.right.data() + start, 96);
+            calls += AllocationCount::count();
+        }
+        sent = sent || !host.midiOut().messages(0).empty();
+    }
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(sent);
+}
+
+}  // namespace

@@ -1,0 +1,14 @@
+#include "tests/effect/UridMap.h"
+
+namespace orvalo::testing {
+
+UridMap::UridMap()
+    : map_{this, [](LV2_URID_Map_Handle handle, const char* uri) {
+               return (*static_cast<UridMap*>(handle))[uri];
+           }} {}
+
+LV2_URID UridMap::operator[](const std::string& uri) {
+    return numbers_.try_emplace(uri, static_cast<LV2_URID>(numbers_.size() + 1)).first->second;
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <lv2/urid/urid.h>
+
+#include <map>
+#include <string>
+
+namespace orvalo::testing {
+
+/// A host's numbers for URIs.
+class UridMap {
+  public:
+    UridMap();
+    UridMap(const UridMap&) = delete;
+    UridMap& operator=(const UridMap&) = delete;
+
+    LV2_URID operator[](const std::string& uri);
+    LV2_URID_Map* interface() { return &map_; }
+
+  private:
+    std::map<std::string, LV2_URID> numbers_;
+    LV2_URID_Map map_;
+};
+
+}  // namespace orvalo::testing
