@@ -1,0 +1,130 @@
+#include "platform/audio/file/AudioContainer.h"
+
+#include <cstring>
+#include <span>
+
+#include "platform/audio/file/FFmpegLog.h"
+#include "platform/audio/file/FileRefusal.h"
+#include "platform/foundation/FatalError.h"
+
+extern "C" {
+#include <libavutil/avstring.h>
+#include <libavutil/opt.h>
+}
+
+namespace orvalo {
+
+namespace {
+
+// Sound containers only: playlists and scripts, which name other files, are foreign data here.
+constexpr const char* kKinds = "mov,wav,w64,flac,mp3,ogg,aac,aiff,au,caf,matroska,wv,tta,ape,amr";
+
+constexpr int kInputBytes = 32768;
+
+// What FFmpeg asks for before it takes a guess at the kind for more than chance.
+constexpr int kLeastProbeScore = AVPROBE_SCORE_RETRY;
+
+// A run of packets that cannot be read is the end of what can.
+constexpr int kMostFailuresInARow = 64;
+
+int refuseToOpen(AVFormatContext* /*context*/, AVIOContext** /*input*/, const char* /*url*/,
+                 int /*flags*/, AVDictionary** /*options*/) {
+    return AVERROR(EACCES);
+}
+
+}  // namespace
+
+int AudioContainer::readBytes(void* self, std::uint8_t* bytes, int count) {
+    auto& container = *static_cast<AudioContainer*>(self);
+    const auto done = container.file_.read(container.position_,
+                                           std::span(bytes, static_cast<std::size_t>(count)));
+    container.position_ += static_cast<std::int64_t>(done);
+    return done == 0 ? AVERROR_EOF : static_cast<int>(done);
+}
+
+std::int64_t AudioContainer::seekBytes(void* self, std::int64_t offset, int whence) {
+    auto& container = *static_cast<AudioContainer*>(self);
+    switch (whence & ~AVSEEK_FORCE) {
+        case AVSEEK_SIZE:
+            return container.file_.size();
+        case SEEK_CUR:
+            offset += container.position_;
+            break;
+        case SEEK_END:
+            offset += container.file_.size();
+            break;
+        default:
+            break;
+    }
+    if (offset < 0) {
+        return AVERROR(EINVAL);
+    }
+    return container.position_ = offset;
+}
+
+AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
+    sendFFmpegLogToGLib();
+    if (file.size() == 0) {
+        throw refusal(FileRefusal::empty, file.path(), "the file is empty");
+    }
+    auto* bytes = static_cast<std::uint8_t*>(av_malloc(kInputBytes));
+    input_.reset(avio_alloc_context(bytes, kInputBytes, 0, this, readBytes, nullptr, seekBytes));
+    AVFormatContext* context = avformat_alloc_context();
+    if (bytes == nullptr || !input_ || context == nullptr) {
+        fatalError("No memory to open an audio file.");
+    }
+    context->pb = input_.get();
+    context->flags |= AVFMT_FLAG_CUSTOM_IO;
+    context->io_open = refuseToOpen;
+    av_opt_set(context, "format_whitelist", kKinds, 0);
+    // Lengths and starts come from the edit list itself, which is exacter than its use by FFmpeg.
+    AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "ignore_editlist", 1, 0);
+    const int opened = avformat_open_input(&context, nullptr, nullptr, &options);
+    av_dict_free(&options);
+    if (opened < 0 || context->probe_score < kLeastProbeScore) {
+        avformat_close_input(&context);
+        throw refusal(FileRefusal::unknownKind, file.path(), "not a sound file of a known kind");
+    }
+    context_.reset(context);
+    avformat_find_stream_info(context, nullptr);
+    for (unsigned index = 0; index < context->nb_streams; ++index) {
+        AVStream* const stream = context->streams[index];
+        if (stream_ == nullptr && stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
+            stream_ = stream;
+        } else {
+            stream->discard = AVDISCARD_ALL;
+        }
+    }
+    if (stream_ == nullptr) {
+        throw refusal(FileRefusal::noAudio, file.path(), "holds no sound");
+    }
+}
+
+AudioContainer::~AudioContainer() = default;
+
+bool AudioContainer::isKind(const char* name) const {
+    return av_match_name(name, context_->iformat->name) != 0;
+}
+
+bool AudioContainer::readPacket(AVPacket& packet) {
+    for (int failures = 0; failures < kMostFailuresInARow;) {
+        av_packet_unref(&packet);
+        const int result = av_read_frame(context_.get(), &packet);
+        if (result == AVERROR_EOF) {
+            return false;
+        }
+        if (result < 0) {
+            ++failures;
+        } else if (packet.stream_index == stream_->index) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool AudioContainer::seek(std::int64_t timeStamp) {
+    return av_seek_frame(context_.get(), stream_->index, timeStamp, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+}  // namespace orvalo

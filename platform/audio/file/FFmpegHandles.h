@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+namespace orvalo {
+
+/// Owners of FFmpeg's objects.
+struct FFmpegDeleter {
+    void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
+    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+    void operator()(AVIOContext* input) const {
+        av_freep(&input->buffer);
+        avio_context_free(&input);
+    }
+};
+
+template <typename Object>
+using FFmpegPointer = std::unique_ptr<Object, FFmpegDeleter>;
+
+}  // namespace orvalo

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/foundation/NSError.h"
+
+namespace orvalo {
+
+/// Why a file that is there and readable is not opened: the codes of "AVAudioFileErrorDomain".
+enum class FileRefusal : std::int64_t {
+    notRegular = 1,
+    empty,
+    unknownKind,
+    noAudio,
+    noDecoder,
+    notDecodable,
+    tooManyChannels,
+    rateOutOfRange,
+    noLength,
+    shorterThanStated,
+};
+
+/// The error "<path>: <reason>".
+NSError refusal(FileRefusal code, const std::string& path, const std::string& reason);
+
+}  // namespace orvalo

@@ -1,0 +1,134 @@
+#include "platform/audio/file/PacketDecoder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "platform/audio/file/FileRefusal.h"
+#include "platform/foundation/FatalError.h"
+
+namespace orvalo {
+
+namespace {
+
+// Time stamps are rounded to their time base: smaller differences from the count of decoded frames
+// are no gap.
+std::int64_t stampTolerance(const AVRational& timeBase, int rate) {
+    return static_cast<std::int64_t>(std::ceil(av_q2d(timeBase) * rate)) + 2;
+}
+
+// Stamps coarser than frames do not place frames exactly, but counting does.
+bool isCoarse(const AVRational& timeBase, int rate) {
+    return av_q2d(timeBase) * rate > 1.5;
+}
+
+}  // namespace
+
+PacketDecoder::PacketDecoder(const LocalFile& file)
+    : file_(file), packet_(av_packet_alloc()), frame_(av_frame_alloc()) {
+    if (!packet_ || !frame_) {
+        fatalError("No memory to decode an audio file.");
+    }
+    restart();
+}
+
+void PacketDecoder::openDecoder() {
+    const AVStream& stream = container_->stream();
+    const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
+    if (codec == nullptr) {
+        throw refusal(FileRefusal::noDecoder, file_.path(),
+                      std::string("no decoder for its sound (") +
+                          avcodec_get_name(stream.codecpar->codec_id) + ")");
+    }
+    decoder_.reset(avcodec_alloc_context3(codec));
+    if (!decoder_) {
+        fatalError("No memory to decode an audio file.");
+    }
+    avcodec_parameters_to_context(decoder_.get(), stream.codecpar);
+    decoder_->pkt_timebase = stream.time_base;
+    decoder_->thread_count = 1;
+    // Priming and padding are cut by the timeline, in one way for all containers.
+    decoder_->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL;
+    if (avcodec_open2(decoder_.get(), codec, nullptr) < 0) {
+        throw refusal(FileRefusal::notDecodable, file_.path(),
+                      std::string("its sound cannot be decoded (") + codec->name + ")");
+    }
+}
+
+void PacketDecoder::restart() {
+    if (!container_ || !container_->isKind("mov") || !container_->seek(0)) {
+        container_ = std::make_unique<AudioContainer>(file_);
+    }
+    // A flushed decoder may remember (the seed of its noise, say); a new one does not.
+    openDecoder();
+    av_frame_unref(frame_.get());
+    frameStart_ = 0;
+    nextStart_.reset();
+    isDraining_ = false;
+    hadDamage_ = false;
+}
+
+bool PacketDecoder::canSeek() const {
+    const auto* descriptor = avcodec_descriptor_get(container_->stream().codecpar->codec_id);
+    return descriptor != nullptr && (descriptor->props & AV_CODEC_PROP_LOSSLESS) != 0 &&
+           !isCoarse(container_->stream().time_base, decoder_->sample_rate);
+}
+
+bool PacketDecoder::seek(std::int64_t target) {
+    const AVStream& stream = container_->stream();
+    const auto stamp =
+        av_rescale_q_rnd(target, {1, decoder_->sample_rate}, stream.time_base, AV_ROUND_DOWN);
+    if (!canSeek() || !container_->seek(stamp)) {
+        return false;
+    }
+    avcodec_flush_buffers(decoder_.get());
+    av_frame_unref(frame_.get());
+    frameStart_ = 0;
+    nextStart_.reset();
+    isDraining_ = false;
+    return true;
+}
+
+bool PacketDecoder::receiveFrame() {
+    const int result = avcodec_receive_frame(decoder_.get(), frame_.get());
+    if (result < 0 && result != AVERROR(EAGAIN) && result != AVERROR_EOF) {
+        hadDamage_ = true;
+    }
+    return result >= 0 && frame_->nb_samples > 0 && frame_->sample_rate > 0;
+}
+
+void PacketDecoder::place() {
+    const AVRational timeBase = container_->stream().time_base;
+    const int rate = frame_->sample_rate;
+    const bool isStamped = frame_->pts != AV_NOPTS_VALUE;
+    const auto stamped =
+        isStamped ? av_rescale_q(frame_->pts, timeBase, {1, rate}) : std::int64_t{0};
+    if (!nextStart_) {
+        frameStart_ = isStamped && !isCoarse(timeBase, rate) ? stamped : 0;
+    } else if (!isStamped || std::abs(stamped - *nextStart_) <= stampTolerance(timeBase, rate)) {
+        frameStart_ = *nextStart_;
+    } else {
+        frameStart_ = stamped;
+    }
+    nextStart_ = frameEnd();
+}
+
+bool PacketDecoder::decodeNext() {
+    while (true) {
+        if (receiveFrame()) {
+            place();
+            return true;
+        }
+        if (isDraining_) {
+            return false;
+        }
+        const bool isPacket = container_->readPacket(*packet_);
+        isDraining_ = !isPacket;
+        if (avcodec_send_packet(decoder_.get(), isPacket ? packet_.get() : nullptr) < 0 &&
+            isPacket) {
+            hadDamage_ = true;
+        }
+    }
+}
+
+}  // namespace orvalo
