@@ -1,0 +1,41 @@
+#pragma once
+
+#include <vector>
+
+namespace orvalo {
+
+/// One player of the loop: a General MIDI channel of its own.
+struct Part {
+    int program;  ///< General MIDI program 0 to 127, or the drum kit's
+    bool drums;
+    int level;   ///< 0 to 127
+    int pan;     ///< 0 left, 64 middle, 127 right
+    int reverb;  ///< 0 to 127
+    int chorus;  ///< 0 to 127
+};
+
+struct Note {
+    int part;
+    int tick;      ///< within the loop
+    int length;    ///< ticks, above 0; may sound beyond the loop's end
+    int key;       ///< MIDI key 0 to 127
+    int velocity;  ///< 1 to 127
+};
+
+/// A step of a part's expression, 0 to 127.
+struct Swell {
+    int part;
+    int tick;
+    int expression;
+};
+
+/// What is to be played in one pass.
+struct Score {
+    double quarterSeconds = 0.5;
+    int loopTicks = 0;
+    std::vector<Part> parts;
+    std::vector<Note> notes;
+    std::vector<Swell> swells;
+};
+
+}  // namespace orvalo

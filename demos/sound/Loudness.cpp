@@ -1,0 +1,73 @@
+#include "demos/sound/Loudness.h"
+
+#include <ebur128.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+#include "demos/sound/LoopLimiter.h"
+
+namespace orvalo {
+
+namespace {
+
+/// Passes measured: with three, the blocks that the measurement's start cuts short weigh nothing.
+constexpr int passes = 3;
+constexpr double tolerance = 0.05;
+constexpr double refusedBeyond = 0.2;
+constexpr int rounds = 8;
+
+struct Destroy {
+    void operator()(ebur128_state* state) const { ebur128_destroy(&state); }
+};
+
+}  // namespace
+
+double loudness(const StereoSound& loop, int rate) {
+    const std::unique_ptr<ebur128_state, Destroy> state(
+        ebur128_init(2, static_cast<unsigned long>(rate), EBUR128_MODE_I));
+    if (!state) {
+        throw std::runtime_error("the loudness meter does not start");
+    }
+    std::vector<float> interleaved(2 * loop.frames());
+    for (std::size_t frame = 0; frame < loop.frames(); ++frame) {
+        interleaved[2 * frame] = loop.left[frame];
+        interleaved[2 * frame + 1] = loop.right[frame];
+    }
+    double measured = 0;
+    for (int pass = 0; pass < passes; ++pass) {
+        if (ebur128_add_frames_float(state.get(), interleaved.data(), loop.frames()) !=
+            EBUR128_SUCCESS) {
+            throw std::runtime_error("the loudness meter takes no frames");
+        }
+    }
+    if (ebur128_loudness_global(state.get(), &measured) != EBUR128_SUCCESS) {
+        throw std::runtime_error("the loudness meter has no reading");
+    }
+    return measured;
+}
+
+void normalise(StereoSound& loop, int rate, double target, float ceiling) {
+    double off = target - loudness(loop, rate);
+    for (int round = 0; round < rounds; ++round) {
+        if (!std::isfinite(off)) {
+            throw std::runtime_error("the loop is silent");
+        }
+        // Limiting takes some loudness away, which the next round gives back.
+        loop.scale(static_cast<float>(std::pow(10.0, off / 20.0)));
+        limit(loop, ceiling);
+        off = target - loudness(loop, rate);
+        if (std::abs(off) < tolerance) {
+            return;
+        }
+    }
+    if (std::abs(off) > refusedBeyond) {
+        throw std::runtime_error("the loop's peaks leave no room for its loudness");
+    }
+}
+
+}  // namespace orvalo

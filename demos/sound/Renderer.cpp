@@ -1,0 +1,210 @@
+#include "demos/sound/Renderer.h"
+
+#include <fluidsynth.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+#include "demos/theory/Metre.h"
+
+namespace orvalo {
+
+namespace {
+
+/// FluidSynth takes events at multiples of this.
+constexpr std::int64_t blockFrames = 64;
+constexpr int drumBank = 128;
+/// The General MIDI drum channel; melodic parts pass it by.
+constexpr int drumChannel = 9;
+/// What counts as silence at the end: -96 dB below full scale, for a quarter of a second.
+constexpr float silence = 1.6e-5F;
+constexpr std::int64_t silentFrames = 12032;
+/// Seconds after which a sound that will not end is faded out.
+constexpr int longestTail = 8;
+
+struct DeleteSettings {
+    void operator()(fluid_settings_t* settings) const { delete_fluid_settings(settings); }
+};
+struct DeleteSynth {
+    void operator()(fluid_synth_t* synth) const { delete_fluid_synth(synth); }
+};
+
+enum class Order { expression, noteOff, noteOn };
+
+/// Something that happens at a block.
+struct Event {
+    std::int64_t frame;
+    Order order;
+    int channel;
+    int key;
+    int value;
+};
+
+class Performance {
+  public:
+    Performance(const Score& score, const std::filesystem::path& soundFont, int rate);
+    StereoSound play();
+
+  private:
+    void seat(const Part& part, int channel, int font);
+    std::int64_t frameOf(int tick) const;
+    std::vector<Event> events() const;
+    void send(const Event& event);
+    void writeUpTo(std::int64_t frame);
+    void ringOut();
+
+    const Score& score_;
+    int rate_;
+    std::vector<int> channels_;
+    std::unique_ptr<fluid_settings_t, DeleteSettings> settings_;
+    std::unique_ptr<fluid_synth_t, DeleteSynth> synth_;
+    StereoSound sound_;
+};
+
+Performance::Performance(const Score& score, const std::filesystem::path& soundFont, int rate)
+    : score_(score), rate_(rate), settings_(new_fluid_settings()) {
+    fluid_set_log_function(FLUID_WARN, nullptr, nullptr);
+    fluid_set_log_function(FLUID_INFO, nullptr, nullptr);
+    fluid_settings_t* settings = settings_.get();
+    fluid_settings_setnum(settings, "synth.sample-rate", rate);
+    fluid_settings_setnum(settings, "synth.gain", 0.3);
+    fluid_settings_setint(settings, "synth.polyphony", 512);
+    fluid_settings_setint(settings, "synth.midi-channels", 32);
+    fluid_settings_setint(settings, "synth.dynamic-sample-loading", 1);
+    fluid_settings_setint(settings, "synth.lock-memory", 0);
+    fluid_settings_setnum(settings, "synth.reverb.room-size", 0.55);
+    fluid_settings_setnum(settings, "synth.reverb.damp", 0.35);
+    fluid_settings_setnum(settings, "synth.reverb.level", 0.5);
+    synth_.reset(new_fluid_synth(settings));
+    if (!synth_) {
+        throw std::runtime_error("the synthesiser does not start");
+    }
+    const int font = fluid_synth_sfload(synth_.get(), soundFont.c_str(), 1);
+    if (font == FLUID_FAILED) {
+        throw std::runtime_error("cannot read the SoundFont " + soundFont.string());
+    }
+    int next = 0;
+    for (const Part& part : score.parts) {
+        next += next == drumChannel ? 1 : 0;
+        channels_.push_back(part.drums ? drumChannel : next++);
+        seat(part, channels_.back(), font);
+    }
+}
+
+void Performance::seat(const Part& part, int channel, int font) {
+    fluid_synth_t* synth = synth_.get();
+    const int bank = part.drums ? drumBank : 0;
+    fluid_synth_set_channel_type(synth, channel,
+                                 part.drums ? CHANNEL_TYPE_DRUM : CHANNEL_TYPE_MELODIC);
+    if (fluid_synth_program_select(synth, channel, font, bank, part.program) != FLUID_OK) {
+        throw std::runtime_error("the SoundFont lacks program " + std::to_string(part.program) +
+                                 " of bank " + std::to_string(bank));
+    }
+    fluid_synth_cc(synth, channel, 7, part.level);
+    fluid_synth_cc(synth, channel, 10, part.pan);
+    fluid_synth_cc(synth, channel, 11, 127);
+    fluid_synth_cc(synth, channel, 91, part.reverb);
+    fluid_synth_cc(synth, channel, 93, part.chorus);
+}
+
+std::int64_t Performance::frameOf(int tick) const {
+    const double frame = tick * score_.quarterSeconds / ticksPerQuarter * rate_;
+    return std::llround(frame / blockFrames) * blockFrames;
+}
+
+std::vector<Event> Performance::events() const {
+    std::vector<Event> events;
+    for (const Note& note : score_.notes) {
+        const int channel = channels_[static_cast<std::size_t>(note.part)];
+        const std::int64_t on = frameOf(note.tick);
+        const std::int64_t off = std::max(frameOf(note.tick + note.length), on + blockFrames);
+        events.push_back({on, Order::noteOn, channel, note.key, note.velocity});
+        events.push_back({off, Order::noteOff, channel, note.key, 0});
+    }
+    for (const Swell& swell : score_.swells) {
+        events.push_back({frameOf(swell.tick), Order::expression,
+                          channels_[static_cast<std::size_t>(swell.part)], 0, swell.expression});
+    }
+    std::ranges::stable_sort(events, [](const Event& one, const Event& other) {
+        return one.frame != other.frame ? one.frame < other.frame : one.order < other.order;
+    });
+    return events;
+}
+
+void Performance::send(const Event& event) {
+    switch (event.order) {
+        case Order::noteOn:
+            fluid_synth_noteon(synth_.get(), event.channel, event.key, event.value);
+            break;
+        case Order::noteOff:
+            fluid_synth_noteoff(synth_.get(), event.channel, event.key);
+            break;
+        case Order::expression:
+            fluid_synth_cc(synth_.get(), event.channel, 11, event.value);
+            break;
+    }
+}
+
+void Performance::writeUpTo(std::int64_t frame) {
+    const std::size_t from = sound_.frames();
+    const auto to = static_cast<std::size_t>(frame);
+    if (to <= from) {
+        return;
+    }
+    sound_.resize(to);
+    const int count = static_cast<int>(to - from);
+    if (fluid_synth_write_float(synth_.get(), count, sound_.left.data(), static_cast<int>(from), 1,
+                                sound_.right.data(), static_cast<int>(from), 1) != FLUID_OK) {
+        throw std::runtime_error("the synthesiser gives no sound");
+    }
+}
+
+void Performance::ringOut() {
+    const auto start = static_cast<std::int64_t>(sound_.frames());
+    const std::int64_t latest = start + static_cast<std::int64_t>(longestTail) * rate_;
+    std::int64_t frame = start;
+    bool silent = false;
+    while (!silent && frame < latest) {
+        frame += silentFrames;
+        writeUpTo(frame);
+        silent = true;
+        for (auto at = static_cast<std::size_t>(frame - silentFrames); at < sound_.frames(); ++at) {
+            silent = silent && std::abs(sound_.left[at]) < silence &&
+                     std::abs(sound_.right[at]) < silence;
+        }
+    }
+    if (silent) {
+        return;
+    }
+    // Fades the last second, so that the fold ends without a step.
+    const std::size_t faded = static_cast<std::size_t>(rate_);
+    const std::size_t from = sound_.frames() - faded;
+    for (std::size_t index = 0; index < faded; ++index) {
+        const float gain = 1.0F - static_cast<float>(index) / static_cast<float>(faded);
+        sound_.left[from + index] *= gain;
+        sound_.right[from + index] *= gain;
+    }
+}
+
+StereoSound Performance::play() {
+    for (const Event& event : events()) {
+        writeUpTo(event.frame);
+        send(event);
+    }
+    writeUpTo(std::max(frameOf(score_.loopTicks), static_cast<std::int64_t>(sound_.frames())));
+    ringOut();
+    return std::move(sound_);
+}
+
+}  // namespace
+
+StereoSound render(const Score& score, const std::filesystem::path& soundFont, int rate) {
+    return Performance(score, soundFont, rate).play();
+}
+
+}  // namespace orvalo

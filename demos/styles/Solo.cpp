@@ -1,0 +1,152 @@
+#include "demos/styles/Drums.h"
+#include "demos/styles/Styles.h"
+
+namespace orvalo {
+
+using enum Role;
+using enum Playing;
+
+Style marchingStyle() {
+    return {
+        .name = "marching drums",
+        .cells = 4,
+        .loose = 3,
+        .reverb = 40,
+        .dynamics = {"369579", "57398", "4689"},
+        .majorProgressions = {"1 4 1 5"},
+        .minorProgressions = {"1 4 1 5:M"},
+        .grooves = {{.lines = {{drum::snare, "XgggXggXgggxXgXg"},
+                               {drum::kick, "X.......X......."},
+                               {drum::crash, "x..............................."},
+                               {drum::lowTom, "....x.......x.x."}},
+                     .fill = {{drum::snare, "rrrrXgxgrrrrXgX."}, {drum::kick, "X...X...X...X.X."}}},
+                    {.lines = {{drum::snare, "X..gX.xgXgxgX.gg"},
+                               {drum::kick, "X...x...X...x..."},
+                               {drum::highTom, "..x...x...x....."},
+                               {drum::floorTom, "............x.xx"}},
+                     .fill = {{drum::snare, "XxgXxgXxgXxgXXrr"},
+                              {drum::kick, "X..X..X..X..X..."}}}},
+        .layers = {{.role = lead,
+                    .playing = melody,
+                    .patterns = {"X-xxX---x-xxX---", "X---x-x-X-------", "X-x-x-x-X---...."},
+                    .where = "..X.",
+                    .held = 75},
+                   {.role = bass,
+                    .playing = bassLine,
+                    .patterns = {"R---5---R---5---"},
+                    .where = "..X.",
+                    .held = 60}},
+    };
+}
+
+Style drumSoloStyle() {
+    return {
+        .name = "drum solo",
+        .cells = 4,
+        .loose = 7,
+        .reverb = 36,
+        .dynamics = {"57849689", "3579", "68498"},
+        .majorProgressions = {"1"},
+        .minorProgressions = {"1"},
+        .grooves = {{.lines = {{drum::kick, "X..x..X..x..X.x.X.X...xX..x.x..."},
+                               {drum::snare, "..g.X.g.gX.g..Xg.g..Xg.g.X.gXxXx"},
+                               {drum::ride, "X.x.X.x.X.x.X.x.................."},
+                               {drum::highTom, "...................xX...x......."},
+                               {drum::midTom, ".....................Xx..x......"},
+                               {drum::floorTom, "..........................XxX..X"},
+                               {drum::crash, "X..............................."}},
+                     .fill = {{drum::snare, "rrX.rrX.XxXx...."},
+                              {drum::highTom, "........X.XxX..."},
+                              {drum::floorTom, "...........XxXXX"},
+                              {drum::kick, "X..X..X..X.X..X."}}},
+                    {.lines = {{drum::kick, "X.....x...X..x.."},
+                               {drum::snare, "g.gXg.ggXg.gg.gX"},
+                               {drum::closedHat, "X..x..X..x..X.x."},
+                               {drum::openHat, "......X......X.."},
+                               {drum::midTom, "..x......x......"}},
+                     .fill = {{drum::highTom, "XxxXxx.........."},
+                              {drum::midTom, "......XxxXxx...."},
+                              {drum::floorTom, "............XxXX"},
+                              {drum::kick, "..X..X..X..X..X."},
+                              {drum::crash, "X..............."}}}},
+        .layers = {},
+    };
+}
+
+Style bassSoloStyle() {
+    return {
+        .name = "bass solo",
+        .cells = 4,
+        .swing = 6,
+        .loose = 7,
+        .reverb = 20,
+        .dynamics = {"6878", "57938", "8469"},
+        .majorProgressions = {"1:D 1:D 4:D 1:D", "1:M7 4:M7"},
+        .minorProgressions = {"1:m7 1:m7 4:D 5:m7", "1:m7 7 6 5:m7"},
+        .grooves = {{.lines = {{drum::closedHat, "x...x...x...x..."},
+                               {drum::kick, "o...............g..............."},
+                               {drum::sideStick, "............o..."}},
+                     .fill = {}}},
+        .layers = {{.role = bass,
+                    .playing = bassLine,
+                    .patterns = {"R.xo.x7.5xr.xo.aR-.xo..x7-5-xxa.",
+                                 "R--xo-x57-x.r.x5R-o-7-5-3-rx.xaa"},
+                    .held = 85},
+                   {.role = lead,
+                    .playing = melody,
+                    .patterns = {"X-x-xxX---x-x---", "xxxxX---........", "X---x-x-xxX-x---"},
+                    .where = "..XX",
+                    .octave = -1},
+                   {.role = comp,
+                    .playing = chords,
+                    .patterns = {"..........x---..", "X-......x-......"},
+                    .where = ".X.X",
+                    .voices = 3,
+                    .level = 70}},
+    };
+}
+
+Style brassBandStyle() {
+    return {
+        .name = "brass band",
+        .cells = 4,
+        .swing = 14,
+        .loose = 8,
+        .reverb = 32,
+        .dynamics = {"6879", "57899", "8"},
+        .majorProgressions = {"1 1 4 4 1 6:D 2:D 5:D", "1 1:D 4 4:m 1 5:D 1 5:D", "1 4 1 5:D"},
+        .minorProgressions = {"1 1 4 4 1 5:D 1 5:D"},
+        .grooves = {{.lines = {{drum::kick, "X..x..X...x.X..."},
+                               {drum::snare, "gxgxXgxggxgxXgxx"},
+                               {drum::crash, "....o.......o..."},
+                               {drum::cowbell, "x...x...x...x..."}},
+                     .fill = {{drum::kick, "X..x..X...x.X..."}, {drum::snare, "rrXgxgXgrrrrXxXX"}}},
+                    {.lines = {{drum::kick, "X.......X......."},
+                               {drum::snare, "....X..g..ggX.gg"},
+                               {drum::crash, "x..............................."}},
+                     .fill = {{drum::kick, "X.......X......."},
+                              {drum::snare, "X.xxX.xxrrrrX..."}}}},
+        .layers = {{.role = bass,
+                    .playing = bassLine,
+                    .patterns = {"R---5---R---5---", "R--r..5-R-r-3-a-", "R-----o-5-----a-"},
+                    .held = 70},
+                   {.role = comp,
+                    .playing = chords,
+                    .patterns = {"..x...x...x...x.", "..X-..x-..X-x-..", "X--x--X-....x-x-"},
+                    .voices = 3,
+                    .held = 70},
+                   {.role = pad,
+                    .playing = chords,
+                    .patterns = {"X-------x-------", "....x-x-X---....", "X---------------"},
+                    .where = ".XXX",
+                    .voices = 3,
+                    .swell = 40},
+                   {.role = lead,
+                    .playing = melody,
+                    .patterns = {"X--xX-x-X-------", "x-x-X---x-x-X---", "X-x-x-x-X--xX---",
+                                 "..xxX---..xxX---"},
+                    .held = 88}},
+    };
+}
+
+}  // namespace orvalo

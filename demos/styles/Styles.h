@@ -1,0 +1,138 @@
+#pragma once
+
+#include "demos/playing/Style.h"
+
+namespace orvalo {
+
+/// The ways to play that the catalogue draws on.
+enum class StyleId {
+    rock,
+    punk,
+    metal,
+    bluesShuffle,
+    country,
+    funk,
+    disco,
+    hipHop,
+    lofi,
+    trap,
+    gospel,
+    house,
+    techno,
+    trance,
+    drumAndBass,
+    synthwave,
+    chiptune,
+    ambient,
+    reggae,
+    dub,
+    ska,
+    calypso,
+    afrobeat,
+    bossa,
+    samba,
+    salsa,
+    tango,
+    latinPercussion,
+    swing,
+    jazzWaltz,
+    jazzBallad,
+    bigBand,
+    waltz,
+    pianoBallad,
+    quartet,
+    orchestra,
+    organ,
+    harpSolo,
+    minimalism,
+    chorale,
+    voiceSolo,
+    doowop,
+    folk,
+    flamenco,
+    jig,
+    reel,
+    balkan,
+    musicBox,
+    gamelan,
+    koto,
+    raga,
+    taiko,
+    marching,
+    drumSolo,
+    bassSolo,
+    brassBand,
+};
+
+/// What the way to play says of grooves, patterns, chords and dynamics.
+Style styleOf(StyleId id);
+
+// styles/Rock.cpp
+Style rockStyle();
+Style punkStyle();
+Style metalStyle();
+Style bluesShuffleStyle();
+Style countryStyle();
+// styles/Groove.cpp
+Style funkStyle();
+Style discoStyle();
+Style hipHopStyle();
+Style lofiStyle();
+Style trapStyle();
+Style gospelStyle();
+// styles/Electronic.cpp
+Style houseStyle();
+Style technoStyle();
+Style tranceStyle();
+Style drumAndBassStyle();
+Style synthwaveStyle();
+Style chiptuneStyle();
+Style ambientStyle();
+// styles/Islands.cpp
+Style reggaeStyle();
+Style dubStyle();
+Style skaStyle();
+Style calypsoStyle();
+Style afrobeatStyle();
+// styles/Latin.cpp
+Style bossaStyle();
+Style sambaStyle();
+Style salsaStyle();
+Style tangoStyle();
+Style latinPercussionStyle();
+// styles/Jazz.cpp
+Style swingStyle();
+Style jazzWaltzStyle();
+Style jazzBalladStyle();
+Style bigBandStyle();
+// styles/Classical.cpp
+Style waltzStyle();
+Style pianoBalladStyle();
+Style quartetStyle();
+Style orchestraStyle();
+Style organStyle();
+Style harpSoloStyle();
+Style minimalismStyle();
+// styles/Voices.cpp
+Style choraleStyle();
+Style voiceSoloStyle();
+Style doowopStyle();
+// styles/Folk.cpp
+Style folkStyle();
+Style flamencoStyle();
+Style jigStyle();
+Style reelStyle();
+Style balkanStyle();
+Style musicBoxStyle();
+// styles/World.cpp
+Style gamelanStyle();
+Style kotoStyle();
+Style ragaStyle();
+Style taikoStyle();
+// styles/Solo.cpp
+Style marchingStyle();
+Style drumSoloStyle();
+Style bassSoloStyle();
+Style brassBandStyle();
+
+}  // namespace orvalo

@@ -1,0 +1,153 @@
+#include "demos/styles/Drums.h"
+#include "demos/styles/Styles.h"
+
+namespace orvalo {
+
+using enum Role;
+using enum Playing;
+
+Style gamelanStyle() {
+    return {
+        .name = "gamelan",
+        .cells = 4,
+        .loose = 4,
+        .reverb = 60,
+        .dynamics = {"4798", "58369", "6749"},
+        .majorProgressions = {"1:p"},
+        .minorProgressions = {"1:p"},
+        .grooves = {{.lines = {{drum::lowConga, "X..x..X.x..X..x."},
+                               {drum::openConga, ".xx.xx.x.xx.xx.x"},
+                               {drum::mutedTriangle, "x...x...x...x..."}},
+                     .fill = {{drum::lowConga, "X.xXX.xXX.xXXxXx"},
+                              {drum::openConga, ".x..xx..xx..x.x."}}}},
+        .layers = {{.role = bass,
+                    .playing = ostinato,
+                    .patterns = {"1---------------3---------------", "1-------4-------"},
+                    .octave = -1,
+                    .held = 200},
+                   {.role = comp,
+                    .playing = ostinato,
+                    .patterns = {"1.34.13.41.34.3.", "4.21.42.14.21.2.", "3.54.35.43.54.5."},
+                    .held = 120,
+                    .spread = 58},
+                   {.role = pad,
+                    .playing = ostinato,
+                    .patterns = {".2..5.2.5..2.5.5", ".5.3.5.2.5.3.5.3", "2.2.5.2.2.5.2.5."},
+                    .held = 120,
+                    .spread = 58},
+                   {.role = lead,
+                    .playing = ostinato,
+                    .patterns = {"1---3---4---5---8---5---4---3---", "5---4---3---1---"},
+                    .where = ".XXX",
+                    .held = 180}},
+    };
+}
+
+Style kotoStyle() {
+    return {
+        .name = "koto",
+        .cells = 4,
+        .loose = 12,
+        .reverb = 56,
+        .dynamics = {"4637", "5748", "36594"},
+        .majorProgressions = {"1:p 4:p"},
+        .minorProgressions = {"1:p 4:p 1:p 5:p", "1:p 1:p 6:p 5:p"},
+        .grooves = {{.lines = {{drum::highBlock, "x.......o..o....................."},
+                               {drum::lowBlock, "....o.......x..."}},
+                     .fill = {}}},
+        .layers = {{.role = bass,
+                    .playing = bassLine,
+                    .patterns = {"R-------....5---", "R---------------"},
+                    .held = 120},
+                   {.role = comp,
+                    .playing = ostinato,
+                    .patterns = {"1...5.8.7.5.4...", "1.2.5...8.7.5.2.", "5.4.2.1.....e.1."},
+                    .held = 200,
+                    .strum = 8},
+                   {.role = pad,
+                    .playing = ostinato,
+                    .patterns = {"1-------5-------"},
+                    .where = ".X",
+                    .level = 60,
+                    .swell = 50},
+                   {.role = lead,
+                    .playing = melody,
+                    .patterns = {"X-----x-x---x-xx", "X-------....x-x-", "xxxxX-------x---",
+                                 "..x-X-----------"},
+                    .swell = 30}},
+    };
+}
+
+Style ragaStyle() {
+    return {
+        .name = "raga",
+        .cells = 4,
+        .loose = 8,
+        .reverb = 50,
+        .dynamics = {"45678", "5869"},
+        .majorProgressions = {"1:p"},
+        .minorProgressions = {"1:p"},
+        .grooves = {{.lines = {{drum::lowBongo, "X..gx..gX.g.x.gg"},
+                               {drum::highBongo, "..x.gxx...xxgxx."},
+                               {drum::lowConga, "X.......o......."}},
+                     .fill = {{drum::highBongo, "xxXxxXxxXxxXxXxX"},
+                              {drum::lowBongo, "X..X..X..X..X.X."}}}},
+        .layers = {{.role = bass,
+                    .playing = ostinato,
+                    .patterns = {"1---5---8---5---", "5---8---8---1---"},
+                    .level = 70,
+                    .held = 300},
+                   {.role = pad,
+                    .playing = ostinato,
+                    .patterns = {"1---------------"},
+                    .level = 70,
+                    .held = 105},
+                   {.role = comp,
+                    .playing = ostinato,
+                    .patterns = {"..8...8...8...8."},
+                    .level = 60,
+                    .held = 200},
+                   {.role = lead,
+                    .playing = melody,
+                    .patterns = {"X-----xxx-x-X---", "X-x-xxxxX-------", "X-xxX-xxX-x-x-x-",
+                                 "xxxxxxxxX---...."},
+                    .held = 110}},
+    };
+}
+
+Style taikoStyle() {
+    return {
+        .name = "taiko",
+        .cells = 4,
+        .loose = 4,
+        .reverb = 76,
+        .dynamics = {"469359", "5799", "37498"},
+        .majorProgressions = {"1:p"},
+        .minorProgressions = {"1:p"},
+        .grooves = {{.lines = {{drum::floorTom, "X..x..x.X..x.xx."},
+                               {drum::kick, "X.......X......."},
+                               {drum::highBlock, "..x.x.....x.x..x"},
+                               {drum::lowTom, "gxggxggxggxggxgg"}},
+                     .fill = {{drum::floorTom, "X.X.XX.XX.XXXXXX"},
+                              {drum::kick, "X...X...X.X.X.X."},
+                              {drum::lowTom, "rrrrrrrrrrrrrrrr"}}}},
+        .layers = {{.role = bass,
+                    .playing = ostinato,
+                    .patterns = {"1..1..1.1.1.....", "1.....1.1..1.1.."},
+                    .held = 100},
+                   {.role = pad,
+                    .playing = ostinato,
+                    .patterns = {"1---------------"},
+                    .where = ".X",
+                    .level = 60,
+                    .swell = 60},
+                   {.role = lead,
+                    .playing = melody,
+                    .patterns = {"X---------x-x---", "................", "x-x-X-------....",
+                                 "X-----------...."},
+                    .where = ".XX.",
+                    .swell = 40}},
+    };
+}
+
+}  // namespace orvalo

@@ -1,0 +1,21 @@
+#include "demos/theory/Random.h"
+
+namespace orvalo {
+
+Random::Random(std::uint32_t seed) : engine_(seed) {}
+
+int Random::below(int count) {
+    // The high part of a product: no division, and a bias far below what music could show.
+    const std::uint64_t product = std::uint64_t{engine_()} * static_cast<std::uint64_t>(count);
+    return static_cast<int>(product >> 32U);
+}
+
+int Random::between(int low, int high) {
+    return low + below(high - low + 1);
+}
+
+bool Random::chance(int percent) {
+    return below(100) < percent;
+}
+
+}  // namespace orvalo
