@@ -18,8 +18,9 @@ class Bundle : public NSObject {
 
     /// <prefix>/share/orvalo; absent when it is no directory.
     std::optional<URL> resourceURL() const;
-    /// The resource "<forResource>.<withExtension>"; absent when there is no such file.
-    std::optional<URL> url(std::string_view forResource, std::string_view withExtension) const;
+    /// The resource's file "<forResource>.<withExtension>"; absent when there is no such file.
+    virtual std::optional<URL> url(std::string_view forResource,
+                                   std::string_view withExtension) const;
     /// <prefix>/lib/lv2, whether it is there or not: where the application's own effects live.
     URL effectsURL() const;
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/foundation/NSObject.h"
 #include "platform/foundation/WorkItem.h"
@@ -16,7 +17,8 @@ class DispatchQueue : public NSObject {
     /// The main queue: first in first out, one item per turn of the main run loop. async() is
     /// lock-free and wakes the run loop. Inside a RealTimeScope it does not allocate either, for
     /// closures that a WorkItem holds inline; when more than 16,384 items wait, further ones from
-    /// such a scope are dropped, counted, and reported on standard error by the main thread.
+    /// such a scope are dropped, counted, and reported on standard error by the main thread, once
+    /// it has caught up. A run loop inside an item serves all but this queue.
     static const std::shared_ptr<DispatchQueue>& main();
 
     /// The global queue of default quality of service: items run side by side, in no order, on
@@ -27,12 +29,15 @@ class DispatchQueue : public NSObject {
     /// queue or, with sync(), on the caller's. Items that wait keep the queue alive.
     static std::shared_ptr<DispatchQueue> serial(std::string label);
 
-    /// Hands work over and returns at once. Any thread.
+    /// Hands work over and returns at once. The closure goes where it ran, right after it. An
+    /// exception out of work ends the program. Any thread.
     virtual void async(WorkItem work) = 0;
 
-    /// Runs work in the queue's order and returns when it has ended. A call from work that this
-    /// very queue is running would wait for itself for ever, so it is a fatal error that names the
-    /// queue: "sync on the queue '<label>' from its own work would never end.".
+    /// Runs work in the queue's order and returns when it has ended: on the main thread for the
+    /// main queue, on the caller's for the others; the global queue has no order to wait for. A
+    /// call on the main queue from the main thread, or on a serial queue from work that it is
+    /// running, would wait for itself for ever, so it is a fatal error that names the queue: "sync
+    /// on the queue '<label>' from its own work would never end.".
     virtual void sync(WorkItem work) = 0;
 
     /// The label: "com.orvalo.main-thread" style for the shared queues, the given one otherwise.

@@ -16,7 +16,7 @@ class FileManager {
     static FileManager& default_();
 
     /// The user's directories of a kind, best first. Documents: the XDG documents directory, else
-    /// the home directory; empty only without a home.
+    /// the home directory, which is "/" for a user without one; never empty.
     std::vector<URL> urls(SearchPathDirectory for_, SearchPathDomainMask in) const;
 
     /// Whether an item of any kind is there; a dangling link is not.

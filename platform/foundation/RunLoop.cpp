@@ -30,7 +30,10 @@ namespace {
 class Ownership {
   public:
     explicit Ownership(GMainContext* context) : context_(context) {
-        if (!g_main_context_acquire(context_)) {
+        // The default context belongs to nobody between two turns, but to the main thread all the
+        // same.
+        const bool isForeign = context_ == g_main_context_default() && !RunLoop::isMainThread();
+        if (isForeign || !g_main_context_acquire(context_)) {
             fatalError("A run loop runs on its own thread only.");
         }
     }

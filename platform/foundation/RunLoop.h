@@ -22,12 +22,13 @@ class RunLoop : public NSObject {
     /// Whether the calling thread is the main thread, the first of the process.
     static bool isMainThread();
 
-    /// Serves sources until stop(). On the loop's own thread.
+    /// Serves sources until stop(). On the loop's own thread; elsewhere a fatal error.
     void run();
     /// Serves sources until condition() holds, looked at after every turn, or the deadline passes;
-    /// returns whether it held. On the loop's own thread.
+    /// returns whether it held. stop() does not end it. On the loop's own thread.
     bool run(const std::function<bool()>& condition, std::chrono::milliseconds deadline);
-    /// Makes run() return after the current turn. Any thread.
+    /// Makes run(), the innermost, return after the current turn; does nothing when none runs. Any
+    /// thread.
     void stop();
 
     GMainContext* context() const { return context_; }

@@ -14,8 +14,8 @@ namespace orvalo {
 class Timer : public NSObject {
   public:
     /// Starts a timer on the calling thread's run loop, which keeps it alive, and its block with
-    /// it, until invalidate(). interval: seconds; a value that is not above 0.0001 (NaN included)
-    /// counts as 0.0001. block: called on that thread with the timer.
+    /// it, until invalidate() or the thread's end. withTimeInterval: seconds; a value that is not
+    /// above 0.0001 (NaN included) counts as 0.0001. block: called on that thread with the timer.
     static std::shared_ptr<Timer> scheduledTimer(
         double withTimeInterval, std::function<void(const std::shared_ptr<Timer>&)> block);
 

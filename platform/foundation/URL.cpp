@@ -34,6 +34,22 @@ std::optional<std::string> unescaped(const char* text) {
     return std::string(data == nullptr ? "" : data, size);
 }
 
+bool isFile(const std::string& address) {
+    return g_ascii_strncasecmp(address.c_str(), fileScheme.data(), fileScheme.size()) == 0;
+}
+
+/// The path in the file system of a file's address; nothing when it names none, or another machine.
+std::optional<std::string> filePath(const std::string& address) {
+    char* host = nullptr;
+    const GText path(g_filename_from_uri(address.c_str(), &host, nullptr));
+    const GText owner(host);
+    const bool isHere = host == nullptr || std::string_view(host) == "localhost";
+    if (!path || !isHere) {
+        return std::nullopt;
+    }
+    return path.get();
+}
+
 std::string joined(std::string folder, std::string_view component) {
     if (!folder.ends_with('/')) {
         folder += '/';
@@ -55,7 +71,7 @@ std::optional<URL> URL::string(std::string_view text) {
     if (!uri) {
         return std::nullopt;
     }
-    auto path = unescaped(g_uri_get_path(uri.get()));
+    auto path = isFile(whole) ? filePath(whole) : unescaped(g_uri_get_path(uri.get()));
     if (!path) {
         return std::nullopt;
     }
@@ -65,7 +81,7 @@ std::optional<URL> URL::string(std::string_view text) {
 URL URL::fileURLWithPath(std::string_view path) {
     std::string whole(path);
     if (!path.starts_with('/')) {
-        whole = std::filesystem::current_path().string();
+        whole = GText(g_get_current_dir()).get();
         if (!path.empty()) {
             whole = joined(std::move(whole), path);
         }
@@ -75,7 +91,7 @@ URL URL::fileURLWithPath(std::string_view path) {
 }
 
 bool URL::isFileURL() const {
-    return g_ascii_strncasecmp(absoluteString_.c_str(), fileScheme.data(), fileScheme.size()) == 0;
+    return isFile(absoluteString_);
 }
 
 std::string URL::pathExtension() const {

@@ -9,7 +9,8 @@ namespace orvalo {
 /// An address: of a file, or of a resource on the web. A value.
 class URL {
   public:
-    /// An address from its text; nothing when the text is empty or forms no address.
+    /// An address from its text, which is kept as it stands. Nothing when the text is empty or
+    /// forms no absolute address, with a scheme, of RFC 3986's characters.
     static std::optional<URL> string(std::string_view text);
     /// The address of a file or folder; a relative path stands below the working directory.
     static URL fileURLWithPath(std::string_view path);
@@ -17,7 +18,8 @@ class URL {
     bool isFileURL() const;
     /// The path, unescaped. Of a file: the path in the file system, byte for byte.
     const std::string& path() const { return path_; }
-    /// What follows the last full stop of the last path component; "" without one.
+    /// What follows the last full stop of the last path component; "" without one, or when it is
+    /// the component's first character.
     std::string pathExtension() const;
     /// The escaped text, such as "file:///a%20b".
     const std::string& absoluteString() const { return absoluteString_; }
