@@ -26,6 +26,9 @@ constexpr int kHighestRate = 768000;
 // How many frames may be skipped by decoding rather than by a seek.
 constexpr std::int64_t kShortWay = 65536;
 
+// Seconds by which a container with rounded times may state more than its packets hold.
+constexpr double kRoundedTimes = 0.05;
+
 void writeSilence(const AudioBlock& output) {
     for (std::uint32_t channel = 0; channel < output.channelCount; ++channel) {
         std::fill_n(output.channels[channel], output.frameCount, 0.0F);
@@ -124,7 +127,12 @@ bool AVAudioFile::Reader::reach(std::int64_t target) {
 std::uint32_t AVAudioFile::Reader::readDecoded(std::int64_t from, const AudioBlock& output) {
     AudioBlock part = output;
     if (!reach(from)) {
-        warn();
+        const bool isRounding =
+            !decoder.hasExactTimes() &&
+            static_cast<double>(timeline.length - position) < kRoundedTimes * format.sampleRate;
+        if (!isRounding) {
+            warn();
+        }
         writeSilence(part);
     } else if (decoder.frameStart() > from) {
         part.frameCount = static_cast<std::uint32_t>(

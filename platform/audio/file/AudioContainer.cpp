@@ -1,7 +1,9 @@
 #include "platform/audio/file/AudioContainer.h"
 
-#include <cstring>
+#include <algorithm>
+#include <array>
 #include <span>
+#include <string_view>
 
 #include "platform/audio/file/FFmpegLog.h"
 #include "platform/audio/file/FileRefusal.h"
@@ -21,8 +23,15 @@ constexpr const char* kKinds = "mov,wav,w64,flac,mp3,ogg,aac,aiff,au,caf,matrosk
 
 constexpr int kInputBytes = 32768;
 
-// What FFmpeg asks for before it takes a guess at the kind for more than chance.
-constexpr int kLeastProbeScore = AVPROBE_SCORE_RETRY;
+// FFmpeg's score for an MP3 stream that begins with two good frames; one alone is chance, unless a
+// tag stands before it.
+constexpr int kLeastProbeScore = 5;
+constexpr std::string_view kTag = "ID3";
+
+bool beginsWithTag(const LocalFile& file) {
+    std::array<std::uint8_t, kTag.size()> bytes{};
+    return file.read(0, bytes) == bytes.size() && std::ranges::equal(bytes, kTag);
+}
 
 // A run of packets that cannot be read is the end of what can.
 constexpr int kMostFailuresInARow = 64;
@@ -82,7 +91,7 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
     av_dict_set_int(&options, "ignore_editlist", 1, 0);
     const int opened = avformat_open_input(&context, nullptr, nullptr, &options);
     av_dict_free(&options);
-    if (opened < 0 || context->probe_score < kLeastProbeScore) {
+    if (opened < 0 || (context->probe_score < kLeastProbeScore && !beginsWithTag(file))) {
         avformat_close_input(&context);
         throw refusal(FileRefusal::unknownKind, file.path(), "not a sound file of a known kind");
     }

@@ -28,6 +28,12 @@ struct Range {
     std::int64_t end = 0;
 };
 
+// The same, with what was looked at to find it.
+struct ScannedRange : Range {
+    std::int64_t packetsEnd = 0;
+    std::int64_t longestPacket = 0;
+};
+
 // No coding holds more frames a byte than FLAC of constant signals: 65,535 in 13 bytes.
 constexpr std::int64_t kMostFramesPerByte = 8192;
 
@@ -47,25 +53,27 @@ std::int64_t sideNumber(const AVPacket& packet, std::size_t at) {
 }
 
 // What the packets say when they are all read, without being decoded.
-Range scannedRange(AudioContainer& container, int rate) {
+ScannedRange scannedRange(AudioContainer& container, int rate) {
     const FFmpegPointer<AVPacket> packet(av_packet_alloc());
     if (!packet) {
         fatalError("No memory to read an audio file.");
     }
-    Range range;
+    ScannedRange range;
     std::int64_t end = 0;
+    std::int64_t padding = 0;
     for (bool isFirst = true; container.readPacket(*packet); isFirst = false) {
         const auto start =
             packet->pts == AV_NOPTS_VALUE ? end : inFrames(packet->pts, container, rate);
         end = start + inFrames(packet->duration, container, rate);
+        range.longestPacket = std::max(range.longestPacket, end - start);
         if (isFirst) {
             range.start = std::max<std::int64_t>(start + sideNumber(*packet, 0), 0);
         }
-        range.end = end;
-        if (container.isKind("mp3")) {  // Others have taken it off the duration.
-            range.end -= sideNumber(*packet, 4);
-        }
+        padding += sideNumber(*packet, 4);
     }
+    // Others than MP3 have taken the padding off the duration.
+    range.end = container.isKind("mp3") ? end - padding : end;
+    range.packetsEnd = end;
     return range;
 }
 
@@ -79,8 +87,8 @@ Range scannedAndStatedRange(AudioContainer& container, int rate) {
     const auto stated = streamDuration != AV_NOPTS_VALUE
                             ? inFrames(streamDuration, container, rate)
                             : av_rescale_q(duration, AV_TIME_BASE_Q, {1, rate});
-    // The padding, and the frame that some writers count too much, are no loss.
-    if (isStated && duration > 0 && range.end + rate / 10 < stated) {
+    // Some writers count one packet too much.
+    if (isStated && duration > 0 && range.packetsEnd + range.longestPacket < stated) {
         refuseAsShort(container);
     }
     return range;

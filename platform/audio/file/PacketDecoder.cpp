@@ -64,14 +64,20 @@ void PacketDecoder::restart() {
     av_frame_unref(frame_.get());
     frameStart_ = 0;
     nextStart_.reset();
+    firstPacketStamp_.reset();
+    stampOffset_ = 0;
     isDraining_ = false;
     hadDamage_ = false;
+}
+
+bool PacketDecoder::hasExactTimes() const {
+    return !isCoarse(container_->stream().time_base, decoder_->sample_rate);
 }
 
 bool PacketDecoder::canSeek() const {
     const auto* descriptor = avcodec_descriptor_get(container_->stream().codecpar->codec_id);
     return descriptor != nullptr && (descriptor->props & AV_CODEC_PROP_LOSSLESS) != 0 &&
-           !isCoarse(container_->stream().time_base, decoder_->sample_rate);
+           hasExactTimes();
 }
 
 bool PacketDecoder::seek(std::int64_t target) {
@@ -101,34 +107,41 @@ void PacketDecoder::place() {
     const AVRational timeBase = container_->stream().time_base;
     const int rate = frame_->sample_rate;
     const bool isStamped = frame_->pts != AV_NOPTS_VALUE;
-    const auto stamped =
-        isStamped ? av_rescale_q(frame_->pts, timeBase, {1, rate}) : std::int64_t{0};
+    const auto stamped = (isStamped ? av_rescale_q(frame_->pts, timeBase, {1, rate}) : 0);
     if (!nextStart_) {
-        frameStart_ = isStamped && !isCoarse(timeBase, rate) ? stamped : 0;
-    } else if (!isStamped || std::abs(stamped - *nextStart_) <= stampTolerance(timeBase, rate)) {
-        frameStart_ = *nextStart_;
+        // Some coders' first packet makes no frame. Where it has time 0 all the same, the stamps
+        // are late by what it would have made.
+        const bool isLate = isStamped && firstPacketStamp_ == 0;
+        stampOffset_ = isLate || isCoarse(timeBase, rate) ? stamped : 0;
+        frameStart_ = stamped - stampOffset_;
+    } else if (const auto start = stamped - stampOffset_;
+               isStamped && std::abs(start - *nextStart_) > stampTolerance(timeBase, rate)) {
+        frameStart_ = start;
     } else {
-        frameStart_ = stamped;
+        frameStart_ = *nextStart_;
     }
     nextStart_ = frameEnd();
 }
 
+bool PacketDecoder::sendPacket() {
+    const bool isPacket = container_->readPacket(*packet_);
+    if (isPacket && !firstPacketStamp_) {
+        firstPacketStamp_ = packet_->pts;
+    }
+    const int sent = avcodec_send_packet(decoder_.get(), isPacket ? packet_.get() : nullptr);
+    hadDamage_ = hadDamage_ || (isPacket && sent < 0);
+    return isPacket;
+}
+
 bool PacketDecoder::decodeNext() {
-    while (true) {
-        if (receiveFrame()) {
-            place();
-            return true;
-        }
+    while (!receiveFrame()) {
         if (isDraining_) {
             return false;
         }
-        const bool isPacket = container_->readPacket(*packet_);
-        isDraining_ = !isPacket;
-        if (avcodec_send_packet(decoder_.get(), isPacket ? packet_.get() : nullptr) < 0 &&
-            isPacket) {
-            hadDamage_ = true;
-        }
+        isDraining_ = !sendPacket();
     }
+    place();
+    return true;
 }
 
 }  // namespace orvalo

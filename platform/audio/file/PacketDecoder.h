@@ -28,6 +28,9 @@ class PacketDecoder {
     /// Whether a packet since the last restart could not be decoded.
     bool hadDamage() const { return hadDamage_; }
 
+    /// Whether the container's times say where a frame lies; if not, its end is not exact either.
+    bool hasExactTimes() const;
+
     /// Goes back to the stream's start, as if newly made. Throws NSError as the constructor does.
     void restart();
     /// Goes to a place from which target can be reached, where this makes no difference to what is
@@ -40,6 +43,7 @@ class PacketDecoder {
     void openDecoder();
     bool receiveFrame();
     void place();
+    bool sendPacket();
 
     const LocalFile& file_;
     std::unique_ptr<AudioContainer> container_;
@@ -48,6 +52,8 @@ class PacketDecoder {
     FFmpegPointer<AVFrame> frame_;
     std::int64_t frameStart_ = 0;
     std::optional<std::int64_t> nextStart_;  // Where the next frame begins if nothing is missing.
+    std::optional<std::int64_t> firstPacketStamp_;
+    std::int64_t stampOffset_ = 0;  // What stamps are late by, in frames.
     bool isDraining_ = false;
     bool hadDamage_ = false;
 };
