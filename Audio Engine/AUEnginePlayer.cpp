@@ -7,7 +7,6 @@
 #include "platform/audio/engine/AVAudioMixerNode.h"
 #include "platform/audio/engine/AVAudioOutputNode.h"
 #include "platform/audio/engine/AVAudioSession.h"
-#include "platform/foundation/Bundle.h"
 #include "platform/foundation/Checked.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/NSError.h"
@@ -27,8 +26,9 @@ std::int64_t randomInteger(std::int64_t first, std::int64_t last) {
 
 }  // namespace
 
-AUEnginePlayer::AUEnginePlayer(std::shared_ptr<AVAudioEngine> audioEngine)
-    : engine(std::move(audioEngine)) {
+AUEnginePlayer::AUEnginePlayer(std::shared_ptr<AVAudioEngine> audioEngine,
+                               std::shared_ptr<Bundle> resourceBundle)
+    : engine(std::move(audioEngine)), bundle(std::move(resourceBundle)) {
     engine->attach(player);
 }
 
@@ -86,7 +86,7 @@ void AUEnginePlayer::rewireForFile() {
 
 void AUEnginePlayer::randomizeFile() {
     const auto name = std::to_string(randomInteger(1, kDemonstrationFiles));
-    const auto found = Bundle::main()->url(name, "m4a");
+    const auto found = bundle->url(name, "m4a");
     stateChangeQueue->sync([this, &found] { fileURL = found; });
     if (!found) {
         // A missing file is a broken installation: there is no path to name, and no way to go on.

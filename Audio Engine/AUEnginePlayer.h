@@ -12,6 +12,7 @@
 #include "platform/audio/engine/AVAudioPlayerNode.h"
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "platform/audio/file/AVAudioFile.h"
+#include "platform/foundation/Bundle.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NSObject.h"
 #include "platform/foundation/URL.h"
@@ -47,11 +48,14 @@ class AUEnginePlayer : public NSObject {
     std::shared_ptr<AVAudioFile> file;
     /// Where file came from, or what was tried last. On stateChangeQueue.
     std::optional<URL> fileURL;
+    const std::shared_ptr<Bundle> bundle;
 
   public:
-    /// engine: renders the graph; its output is chosen at the first need.
+    /// audioEngine: renders the graph; its output is chosen at the first need. resourceBundle:
+    /// holds the demonstration files.
     explicit AUEnginePlayer(
-        std::shared_ptr<AVAudioEngine> audioEngine = std::make_shared<AVAudioEngine>());
+        std::shared_ptr<AVAudioEngine> audioEngine = std::make_shared<AVAudioEngine>(),
+        std::shared_ptr<Bundle> resourceBundle = Bundle::main());
     /// The end of life: stops, then disconnects the effect.
     virtual void finalize();
     /// Takes the effect out of the graph.

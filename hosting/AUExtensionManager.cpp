@@ -112,7 +112,7 @@ void AUExtensionManager::selectAudioUnitWithComponentDescription(
 void AUExtensionManager::adopt(const std::shared_ptr<AVAudioUnit>& unit,
                                std::function<void()> completionHandler) {
     print("AUExtensionManager: Audio unit was found, making connections now ...");
-    unit->auAudioUnit()->setContextName("running in distribution host");
+    unit->auAudioUnit()->setContextName(orvaloContextName);
     auEngine->connect(unit, [this, &unit, &completionHandler] {
         print("AUExtensionManager: Performed audio unit connection.");
         unwrapped(delegate).onFoundComponent(unit);

@@ -8,6 +8,7 @@
 
 #include "Audio Engine/AUEnginePlayer.h"
 #include "hosting/AUExtensionManagerDelegate.h"
+#include "hosting/OrvaloComponent.h"
 #include "hosting/Preset.h"
 #include "platform/audio/component/AVAudioUnitComponent.h"
 #include "platform/audio/engine/AVAudioUnit.h"
@@ -38,8 +39,7 @@ class AUExtensionManager : public NSObject {
   private:
     /// The effect's name in the registry, which the search does without.
     const std::string componentName = "TSLY: Orvalo Extension";
-    const AudioComponentDescription componentDescription{fourCharCode("aumf"), fourCharCode("orVL"),
-                                                         fourCharCode("TSLY"), 2, 0};
+    const AudioComponentDescription componentDescription = orvaloComponentDescription;
     /// What the last search found.
     std::vector<std::shared_ptr<AVAudioUnitComponent>> _availableAudioUnits;
 

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <filesystem>
-#include <mutex>
+#include <latch>
 #include <thread>
 
 #include "platform/audio/engine/AVAudioEngine.h"
@@ -207,12 +207,15 @@ TEST_F(PlayerTest, LettingGoOfThePlayerInItsOwnCompletionIsSafe) {
     lonely->play();
     // Holds the last reference, and drops it on the player's own thread.
     auto holder = std::make_shared<std::shared_ptr<AVAudioPlayerNode>>();
-    lonely->scheduleFile(file, {}, [holder, done = completions.handler("done")] {
+    std::latch isFilled(1);
+    lonely->scheduleFile(file, {}, [holder, &isFilled, done = completions.handler("done")] {
+        isFilled.wait();
         holder->reset();
         done();
     });
     engine->detach(lonely);
     *holder = std::move(lonely);
+    isFilled.count_down();
     completions.waitFor(1);
     EXPECT_TRUE(watch.expired());
 }
