@@ -1,6 +1,7 @@
 #include "effect/dsp/Processor.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 
@@ -18,10 +19,21 @@ void copyUsable(const float* from, float* to, std::uint32_t count) {
     }
 }
 
+/// The highest of `start` and the values. Lanes, because one running maximum would wait for itself
+/// at every frame.
 float highest(const float* values, std::uint32_t count, float start) {
-    float result = start;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        result = values[i] > result ? values[i] : result;
+    constexpr std::uint32_t laneCount = 8;
+    std::array<float, laneCount> lanes{};
+    lanes.fill(start);
+    std::uint32_t i = 0;
+    for (; i + laneCount <= count; i += laneCount) {
+        for (std::uint32_t lane = 0; lane < laneCount; ++lane) {
+            lanes[lane] = std::max(lanes[lane], values[i + lane]);
+        }
+    }
+    float result = *std::max_element(lanes.begin(), lanes.end());
+    for (; i < count; ++i) {
+        result = std::max(result, values[i]);
     }
     return result;
 }
