@@ -9,11 +9,18 @@
 
 #include "platform/audio/output/LibraryMessages.h"
 #include "platform/audio/output/RtAudioStream.h"
+#include "platform/audio/output/Turns.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
 namespace {
+
+/// Never destroyed: a driver that hangs can keep a call for longer than the program runs.
+Turns& rtAudio() {
+    static auto* const turns = new Turns;
+    return *turns;
+}
 
 using Pcm = std::unique_ptr<snd_pcm_t, int (*)(snd_pcm_t*)>;
 
@@ -58,7 +65,7 @@ std::unique_ptr<OutputStream> AlsaDevice::open(const OutputFacts& facts,
                                                std::shared_ptr<RenderGate> gate) {
     RtAudioStream::Options options;
     options.flags = RTAUDIO_ALSA_USE_DEFAULT;
-    return std::make_unique<RtAudioStream>(std::make_shared<RtApiAlsa>(), options, facts,
+    return std::make_unique<RtAudioStream>(std::make_shared<RtApiAlsa>(), rtAudio(), options, facts,
                                            std::move(gate));
 }
 

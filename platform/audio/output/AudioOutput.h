@@ -18,8 +18,10 @@ class AudioOutputSource {
     /// is inside a RealTimeScope with denormals flushed to zero.
     virtual void renderOutput(const AudioBlock& block) noexcept = 0;
 
-    /// The output has changed its format (another device took over). A control thread of the
-    /// output's, while nothing renders; rendering goes on when it returns.
+    /// The output has changed its format (another device took over, or the one that start() opened
+    /// is not the one that format() had seen). A control thread of the output's, while nothing
+    /// renders; rendering goes on when it returns. stop() waits for it, so it takes no lock that
+    /// the caller of stop() holds.
     virtual void outputFormatChanged(const AVAudioFormat& format) = 0;
 };
 

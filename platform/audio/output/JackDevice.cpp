@@ -4,12 +4,13 @@
 #include <jack/jack.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <utility>
 
-#include "platform/audio/output/Deadline.h"
 #include "platform/audio/output/LibraryMessages.h"
 #include "platform/audio/output/RtAudioStream.h"
+#include "platform/audio/output/Turns.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -18,11 +19,17 @@ namespace {
 
 constexpr std::chrono::milliseconds kServerPatience{500};
 
+/// Never destroyed: a server that hangs can keep a call for longer than the program runs.
+Turns& libjack() {
+    static auto* const turns = new Turns;
+    return *turns;
+}
+
 using Client = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
 using Ports = std::unique_ptr<const char*, void (*)(const char**)>;
 
 /// What the server has: facts, or else what it lacks.
-struct Look {
+struct Sight {
     std::optional<OutputFacts> facts;
     std::string absence;
 };
@@ -32,7 +39,7 @@ std::string clientOf(const std::string& port) {
     return port.substr(0, port.find(':'));
 }
 
-Look lookAtServer() {
+Sight lookAtServer() {
     const Client client(jack_client_open("Orvalo look", JackNoStartServer, nullptr),
                         jack_client_close);
     if (!client) {
@@ -109,15 +116,33 @@ unsigned int deviceIdOf(RtApiJack& api, const std::string& name) {
 
 }  // namespace
 
+/// A look that a server which hangs can leave unfinished.
+struct JackDevice::Look {
+    std::atomic<bool> isOver{false};
+    Sight sight;
+};
+
+JackDevice::JackDevice() = default;
+
+JackDevice::~JackDevice() = default;
+
 std::optional<OutputFacts> JackDevice::look() {
     takeLibraryMessages();
-    const auto seen = std::make_shared<Look>();
-    if (!finishesWithin(kServerPatience, [seen] { *seen = lookAtServer(); })) {
+    // What an old look has found in the end is out of date.
+    if (!look_ || look_->isOver) {
+        look_ = std::make_shared<Look>();
+        libjack().finishWithin(kServerPatience, [look = look_] {
+            look->sight = lookAtServer();
+            look->isOver = true;
+        });
+    }
+    if (!look_->isOver) {
         absence_ = "the JACK server does not answer";
         return std::nullopt;
     }
-    absence_ = seen->absence;
-    return seen->facts;
+    const auto look = std::exchange(look_, nullptr);
+    absence_ = look->sight.absence;
+    return look->sight.facts;
 }
 
 std::unique_ptr<OutputStream> JackDevice::open(const OutputFacts& facts,
@@ -127,7 +152,8 @@ std::unique_ptr<OutputStream> JackDevice::open(const OutputFacts& facts,
     options.deviceId = [api, name = facts.deviceName] { return deviceIdOf(*api, name); };
     options.ownsRenderThread = false;
     options.opened = [api](RenderGate& opened) { api->listen(opened); };
-    return std::make_unique<RtAudioStream>(std::move(api), options, facts, std::move(gate));
+    return std::make_unique<RtAudioStream>(std::move(api), libjack(), options, facts,
+                                           std::move(gate));
 }
 
 }  // namespace orvalo

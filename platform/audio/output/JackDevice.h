@@ -7,6 +7,11 @@ namespace orvalo {
 /// The playback ports of the JACK server that runs already.
 class JackDevice : public OutputDevice {
   public:
+    JackDevice();
+    ~JackDevice() override;
+    JackDevice(const JackDevice&) = delete;
+    JackDevice& operator=(const JackDevice&) = delete;
+
     std::string name() const override { return "JACK"; }
     std::string absence() const override { return absence_; }
     std::optional<OutputFacts> look() override;
@@ -14,6 +19,8 @@ class JackDevice : public OutputDevice {
                                        std::shared_ptr<RenderGate> gate) override;
 
   private:
+    struct Look;
+    std::shared_ptr<Look> look_;  ///< One that a server keeps waiting; there is never a second.
     std::string absence_;
 };
 

@@ -7,6 +7,7 @@
 
 #include "platform/audio/output/PulseLook.h"
 #include "platform/audio/output/RtAudioStream.h"
+#include "platform/audio/output/Turns.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -14,6 +15,12 @@ namespace orvalo {
 namespace {
 
 constexpr std::chrono::milliseconds kServerPatience{500};
+
+/// Never destroyed: a server that hangs can keep a call for longer than the program runs.
+Turns& rtAudio() {
+    static auto* const turns = new Turns;
+    return *turns;
+}
 
 /// The rate to ask for: the sink's own where RtAudio's PulseAudio streams offer it.
 double offeredRate(std::uint32_t sinkRate) {
@@ -58,7 +65,8 @@ std::unique_ptr<OutputStream> PulseDevice::open(const OutputFacts& facts,
     auto api = std::make_shared<RtApiPulse>();
     RtAudioStream::Options options;
     options.deviceId = [api] { return defaultDeviceId(*api); };
-    return std::make_unique<RtAudioStream>(std::move(api), options, facts, std::move(gate));
+    return std::make_unique<RtAudioStream>(std::move(api), rtAudio(), options, facts,
+                                           std::move(gate));
 }
 
 }  // namespace orvalo

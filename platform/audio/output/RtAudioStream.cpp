@@ -9,7 +9,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/audio/output/Deadline.h"
 #include "platform/audio/output/RealTimePriority.h"
 #include "platform/foundation/NSError.h"
 
@@ -80,9 +79,10 @@ void RtAudioStream::Session::report(RtAudioError::Type /*type*/, const std::stri
     }
 }
 
-RtAudioStream::RtAudioStream(std::shared_ptr<RtApi> api, const Options& options,
+RtAudioStream::RtAudioStream(std::shared_ptr<RtApi> api, Turns& library, const Options& options,
                              const OutputFacts& facts, std::shared_ptr<RenderGate> gate)
-    : facts_(facts),
+    : library_(library),
+      facts_(facts),
       session_(std::make_shared<Session>(Session{
           std::move(api), std::move(gate), facts.format.channelCount, options.ownsRenderThread})) {
     const auto frameCount = std::make_shared<std::atomic<unsigned int>>(facts.frameCount);
@@ -106,7 +106,7 @@ RtAudioStream::RtAudioStream(std::shared_ptr<RtApi> api, const Options& options,
         session->api->startStream();
     };
     try {
-        if (!finishesWithin(kOpeningPatience, openAndStart)) {
+        if (!library_.finishWithin(kOpeningPatience, openAndStart)) {
             throw NSError(kErrorDomain, 2, "the sound server does not answer");
         }
     } catch (const RtAudioError& error) {
@@ -126,7 +126,7 @@ RtAudioStream::~RtAudioStream() {
             session->api->closeStream();
         }
     };
-    if (!finishesWithin(kClosingPatience, close)) {
+    if (!library_.finishWithin(kClosingPatience, close)) {
         g_debug("RtAudio does not close its stream; it is left behind.");
     }
 }

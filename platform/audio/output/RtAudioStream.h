@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/audio/output/OutputDevice.h"
+#include "platform/audio/output/Turns.h"
 
 namespace orvalo {
 
@@ -23,10 +24,11 @@ class RtAudioStream : public OutputStream {
     };
 
     /// Opens and starts a stream on api, with the format of facts and about its quantum. Throws
-    /// NSError. The functions in options are called on another thread, maybe when this has thrown
-    /// already because the server did not answer: they own or share what they use.
-    RtAudioStream(std::shared_ptr<RtApi> api, const Options& options, const OutputFacts& facts,
-                  std::shared_ptr<RenderGate> gate);
+    /// NSError. library: what all streams on such an api have in common. The functions in options
+    /// are called on another thread, maybe when this has thrown already because the server did not
+    /// answer: they own or share what they use.
+    RtAudioStream(std::shared_ptr<RtApi> api, Turns& library, const Options& options,
+                  const OutputFacts& facts, std::shared_ptr<RenderGate> gate);
     ~RtAudioStream() override;
     RtAudioStream(const RtAudioStream&) = delete;
     RtAudioStream& operator=(const RtAudioStream&) = delete;
@@ -35,6 +37,7 @@ class RtAudioStream : public OutputStream {
 
   private:
     struct Session;
+    Turns& library_;
     OutputFacts facts_;
     std::shared_ptr<Session> session_;
 };

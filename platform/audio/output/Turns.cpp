@@ -1,4 +1,4 @@
-#include "platform/audio/output/Deadline.h"
+#include "platform/audio/output/Turns.h"
 
 #include <future>
 #include <thread>
@@ -6,8 +6,11 @@
 
 namespace orvalo {
 
-bool finishesWithin(std::chrono::milliseconds limit, std::function<void()> work) {
-    std::packaged_task<void()> task(std::move(work));
+bool Turns::finishWithin(std::chrono::milliseconds limit, std::function<void()> work) {
+    std::packaged_task<void()> task([this, work = std::move(work)] {
+        const std::lock_guard lock(turn_);
+        work();
+    });
     auto result = task.get_future();
     std::thread thread(std::move(task));
     if (result.wait_for(limit) != std::future_status::ready) {

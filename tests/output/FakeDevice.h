@@ -1,0 +1,48 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "platform/audio/output/OutputDevice.h"
+
+namespace orvalo::testing {
+
+/// What a test does with a device while an output plays on it. Any thread.
+struct FakeControls {
+    std::atomic<bool> isThere{true};
+    std::atomic<bool> opens{true};
+    std::atomic<bool> isFrozen{false};  ///< Streams are open but do not render.
+    std::atomic<double> sampleRate{48000.0};
+    std::atomic<std::uint32_t> frameCount{32};
+    std::atomic<int> lookCount{0};
+    std::atomic<int> openCount{0};       ///< Streams that were opened.
+    std::atomic<int> liveCount{0};       ///< Streams that live now.
+    std::function<void()> whileLooking;  ///< Set before use.
+
+    /// Has the stream that was opened last die, as its server says.
+    void endStream();
+    void countXruns(std::uint64_t count);
+
+    std::atomic<RenderGate*> gate{nullptr};
+};
+
+/// A device without sound, as its controls say, that renders a block about every millisecond.
+class FakeDevice : public OutputDevice {
+  public:
+    FakeDevice(std::string name, std::shared_ptr<FakeControls> controls);
+
+    std::string name() const override { return name_; }
+    std::string absence() const override { return "no " + name_ + " is there"; }
+    std::optional<OutputFacts> look() override;
+    std::unique_ptr<OutputStream> open(const OutputFacts& facts,
+                                       std::shared_ptr<RenderGate> gate) override;
+
+  private:
+    std::string name_;
+    std::shared_ptr<FakeControls> controls_;
+};
+
+}  // namespace orvalo::testing

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+namespace orvalo::testing {
+
+/// Stereo frames that a test has recorded from a sound server.
+class SignalCapture {
+  public:
+    /// From the recorder's thread.
+    void append(const float* left, const float* right, std::size_t frameCount, std::size_t stride);
+
+    /// The length of the longest stretch in which every frame is the source's signal and the next
+    /// one's predecessor, exactly.
+    std::size_t longestExactStretch() const;
+
+  private:
+    mutable std::mutex mutex_;
+    std::vector<float> left_;
+    std::vector<float> right_;
+};
+
+}  // namespace orvalo::testing
