@@ -64,7 +64,9 @@ LV2Instance::LV2Instance(LV2UnitParts& parts, double sampleRate, const std::stri
         instance_.reset(lilv_plugin_instantiate(plugin, sampleRate, features_.forInstantiation()));
     }
     if (instance_ == nullptr) {
-        throw lv2Error(LV2ErrorCode::instantiationFailed, uri, "it refuses to be instantiated");
+        throw lv2Error(
+            LV2ErrorCode::instantiationFailed, uri,
+            library.holds(uri) ? "it refuses to be instantiated" : "its library does not hold it");
     }
     worker_.start(lilv_instance_get_handle(instance_.get()),
                   extension<LV2_Worker_Interface>(instance_.get(), LV2_WORKER__interface));

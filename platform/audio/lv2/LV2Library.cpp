@@ -1,6 +1,7 @@
 #include "platform/audio/lv2/LV2Library.h"
 
 #include <dlfcn.h>
+#include <lv2/core/lv2.h>
 
 #include <filesystem>
 
@@ -25,6 +26,23 @@ LV2Library::LV2Library(const std::string& uri, const std::string& path) : librar
         dlclose(library_);
         throw lv2Error(LV2ErrorCode::noLibrary, uri,
                        "its library " + path + " has no lv2_descriptor");
+    }
+}
+
+bool LV2Library::holds(const std::string& uri) const {
+    const auto entry = reinterpret_cast<LV2_Descriptor_Function>(dlsym(library_, "lv2_descriptor"));
+    if (entry == nullptr) {
+        // The other entry needs a bundle and features; lilv has asked it.
+        return true;
+    }
+    for (std::uint32_t index = 0;; ++index) {
+        const auto* descriptor = entry(index);
+        if (descriptor == nullptr) {
+            return false;
+        }
+        if (descriptor->URI == uri) {
+            return true;
+        }
     }
 }
 

@@ -15,6 +15,9 @@ class LV2Library {
     LV2Library(const LV2Library&) = delete;
     LV2Library& operator=(const LV2Library&) = delete;
 
+    /// Whether the library has a plug-in of that URI, as far as its plain entry tells.
+    bool holds(const std::string& uri) const;
+
   private:
     void* library_;
 };

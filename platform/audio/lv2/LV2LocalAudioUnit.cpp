@@ -22,13 +22,14 @@ LV2PluginData readData(LV2World& world, const std::string& uri) {
 LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
                                      const AudioComponentDescription& description)
     : description_(description), parts_(world, readData(world, uri)) {
-    parts_.controls.setSampleRate(kFirstSampleRate);
     auto instance = std::make_unique<LV2Instance>(parts_, kFirstSampleRate, contextName_);
     if (parts_.data.hasDefaultState) {
         if (const auto state = readState(world, uri)) {
             instance->restore(*state);
         }
     }
+    // Only now: a default state states its values as the data do, without the rate.
+    parts_.controls.setSampleRate(kFirstSampleRate);
     instance->activate();
     instance_.exchange(std::move(instance));
 }

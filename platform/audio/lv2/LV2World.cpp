@@ -28,8 +28,8 @@ std::vector<LV2Component> LV2World::components() {
     const std::scoped_lock lock(mutex_);
     search();
     std::vector<const LV2Bundle*> stating;
-    for (const auto& entry : entries_) {
-        if (mayStateComponents(entry.bundle) && isReadable(entry.bundle)) {
+    for (auto& entry : entries_) {
+        if (mayStateComponents(entry.bundle) && isSound(entry)) {
             stating.push_back(&entry.bundle);
         }
     }
@@ -54,8 +54,15 @@ void LV2World::search() {
     }
     isSearched_ = true;
     for (auto& bundle : findBundles(searchPath_)) {
-        entries_.push_back({std::move(bundle)});
+        entries_.push_back({std::move(bundle), false, std::nullopt});
     }
+}
+
+bool LV2World::isSound(Entry& entry) {
+    if (!entry.isSound) {
+        entry.isSound = isReadable(entry.bundle);
+    }
+    return *entry.isSound;
 }
 
 void LV2World::load(Entry& entry) {
@@ -64,7 +71,7 @@ void LV2World::load(Entry& entry) {
     }
     entry.isHandedToLilv = true;
     // lilv would keep the first half of a broken manifest.
-    if (isReadable(entry.bundle)) {
+    if (isSound(entry)) {
         const LilvPointer<LilvNode> uri(lilv_new_uri(lilv_.get(), entry.bundle.uri.c_str()));
         lilv_world_load_bundle(lilv_.get(), uri.get());
     }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,9 +49,11 @@ class LV2World {
     struct Entry {
         LV2Bundle bundle;
         bool isHandedToLilv = false;
+        std::optional<bool> isSound;  // Once somebody had to read the manifest.
     };
 
     void search();
+    static bool isSound(Entry& entry);
     void load(Entry& entry);
     const LilvPlugin* loadedPlugin(const std::string& uri) const;
     const LilvPlugin* plugin(const std::string& uri);

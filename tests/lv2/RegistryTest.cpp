@@ -1,0 +1,208 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "platform/audio/lv2/LV2World.h"
+#include "tests/testing/CapturedOutput.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+/// Bundles written for one test, in a folder of the search path and in the application's own.
+class Registry : public ::testing::Test {
+  protected:
+    /// Writes a manifest: the prefixes that it may use stand before the text.
+    void write(const std::string& folder, const std::string& bundle, const std::string& text) {
+        const auto path = root_.path() / folder / bundle;
+        std::filesystem::create_directories(path);
+        std::ofstream(path / "manifest.ttl") << "@prefix ac: <urn:tessaly:audio-component#> .\n"
+                                                "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+                                                "@prefix far: <http://plugins.example/f> .\n"
+                                             << text << "\n";
+    }
+
+    static std::string codes(const std::string& subject, const std::string& subtype) {
+        return "<" + subject + "> ac:type \"aumf\" ; ac:subtype \"" + subtype +
+               "\" ; ac:manufacturer \"TEST\" .";
+    }
+
+    /// A plug-in's bundle without codes, and one with them.
+    void writePlugin(const std::string& folder, const std::string& name) {
+        write(folder, name + ".lv2", "<urn:test:" + name + "> a lv2:Plugin .");
+    }
+    void writeRegistered(const std::string& folder, const std::string& name) {
+        write(folder, name + ".lv2",
+              "<urn:test:" + name + "> a lv2:Plugin .\n" + codes("urn:test:" + name, "test"));
+    }
+
+    /// The registry; what it says of the bundles is in warnings_.
+    std::vector<LV2Component> components() {
+        const CapturedOutput output(2);
+        LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
+        auto result = world.components();
+        warnings_ = output.text();
+        return result;
+    }
+
+    std::vector<std::string> uris() {
+        std::vector<std::string> result;
+        for (const auto& component : components()) {
+            result.push_back(component.uri);
+        }
+        return result;
+    }
+
+    std::string bundle(const std::string& name) const {
+        return std::filesystem::canonical(root_.path() / name).string();
+    }
+
+    TemporaryFolder root_;
+    std::string warnings_;
+};
+
+TEST_F(Registry, IsEmptyWithoutFolders) {
+    EXPECT_TRUE(uris().empty());
+    EXPECT_EQ(warnings_, "");
+}
+
+TEST_F(Registry, ReadsTheCodesNameAndFlags) {
+    writePlugin("path", "amp");
+    write("more", "codes.lv2",
+          "<urn:test:amp> ac:type \"aufx\" ; ac:subtype \"a b!\" ; ac:manufacturer \"TSLY\" ;\n"
+          "  ac:flags 4294967295 ; ac:name \"Tést: Amp\" .");
+    const auto found = components();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].uri, "urn:test:amp");
+    EXPECT_EQ(found[0].name, "Tést: Amp");
+    EXPECT_EQ(found[0].description,
+              (AudioComponentDescription{fourCharCode("aufx"), fourCharCode("a b!"),
+                                         fourCharCode("TSLY"), 4294967295U, 0}));
+    EXPECT_EQ(warnings_, "");
+}
+
+TEST_F(Registry, TakesFlagsAndNameAsAbsentWhenTheyAre) {
+    writeRegistered("path", "amp");
+    const auto found = components();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].name, "");
+    EXPECT_EQ(found[0].description.componentFlags, 0U);
+}
+
+TEST_F(Registry, PutsTheApplicationsOwnLastAndSortsByURI) {
+    writeRegistered("own", "aaa");
+    writeRegistered("own", "zzz");
+    writeRegistered("path", "mmm");
+    writeRegistered("more", "bbb");
+    writeRegistered("path", "Zzz");
+    EXPECT_THAT(uris(), ElementsAre("urn:test:Zzz", "urn:test:bbb", "urn:test:mmm", "urn:test:aaa",
+                                    "urn:test:zzz"));
+}
+
+TEST_F(Registry, OrdersByThePluginsOwnBundleNotByThatOfItsCodes) {
+    writePlugin("own", "aaa");
+    writePlugin("path", "bbb");
+    write("path", "codes.lv2", codes("urn:test:aaa", "aaaa"));
+    write("own", "codes.lv2", codes("urn:test:bbb", "bbbb"));
+    EXPECT_THAT(uris(), ElementsAre("urn:test:bbb", "urn:test:aaa"));
+}
+
+TEST_F(Registry, FindsAPluginWhoseURIItsManifestCutsAnywhere) {
+    write("path", "far.lv2", "far:ar a lv2:Plugin .");
+    write("path", "codes.lv2", codes("http://plugins.example/far", "far "));
+    EXPECT_THAT(uris(), ElementsAre("http://plugins.example/far"));
+}
+
+TEST_F(Registry, TakesABundleOnceHoweverOftenItIsOnThePath) {
+    writeRegistered("path", "amp");
+    std::filesystem::create_directories(root_.path() / "more");
+    std::filesystem::create_directory_symlink(root_.path() / "path" / "amp.lv2",
+                                              root_.path() / "more" / "again.lv2");
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_EQ(warnings_, "");
+}
+
+TEST_F(Registry, TakesTheFirstBundleOfTwoAndNamesTheOther) {
+    writePlugin("path", "amp");
+    write("path", "b.lv2", codes("urn:test:amp", "bbbb"));
+    write("path", "a.lv2", codes("urn:test:amp", "aaaa"));
+    const auto found = components();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].description.componentSubType, fourCharCode("aaaa"));
+    EXPECT_THAT(warnings_, HasSubstr(bundle("path/b.lv2") +
+                                     " states codes of <urn:test:amp>, which another bundle has "
+                                     "stated already."));
+}
+
+TEST_F(Registry, LeavesOutAPluginThatIsNotInstalled) {
+    write("path", "codes.lv2", codes("urn:test:gone", "gone"));
+    EXPECT_TRUE(uris().empty());
+    EXPECT_THAT(warnings_, HasSubstr("A manifest states codes of <urn:test:gone>, which is not "
+                                     "installed."));
+}
+
+TEST_F(Registry, LeavesOutABrokenManifestAndGoesOn) {
+    writeRegistered("path", "amp");
+    write("path", "broken.lv2", codes("urn:test:amp", "brok") + "\n<urn:unfinished> a [ ;");
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_THAT(warnings_,
+                HasSubstr("The manifest of " + bundle("path/broken.lv2") + " is left out: line 5"));
+}
+
+TEST_F(Registry, LeavesOutWhatIsNoFile) {
+    writeRegistered("path", "amp");
+    std::filesystem::create_directories(root_.path() / "path" / "odd.lv2" / "manifest.ttl");
+    std::ofstream(root_.path() / "path" / "file.txt") << "no bundle";
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_THAT(warnings_, HasSubstr("odd.lv2/manifest.ttl is no file."));
+}
+
+/// One statement of codes that cannot be used, and the reason that is given.
+struct WrongCodes {
+    std::string statement;
+    std::string reason;
+};
+
+class RegistryWrongCodes : public Registry, public ::testing::WithParamInterface<WrongCodes> {};
+
+TEST_P(RegistryWrongCodes, AreLeftOutWithTheReason) {
+    writePlugin("path", "amp");
+    writeRegistered("path", "good");
+    write("path", "codes.lv2", "<urn:test:amp> " + GetParam().statement + " .");
+    EXPECT_THAT(uris(), ElementsAre("urn:test:good"));
+    EXPECT_THAT(warnings_, HasSubstr(bundle("path/codes.lv2")));
+    EXPECT_THAT(warnings_, HasSubstr("<urn:test:amp>"));
+    EXPECT_THAT(warnings_, HasSubstr(GetParam().reason));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Statements, RegistryWrongCodes,
+    ::testing::Values(
+        WrongCodes{"ac:type \"aumf\" ; ac:subtype \"test\"", "its manufacturer is missing."},
+        WrongCodes{"ac:subtype \"test\" ; ac:manufacturer \"TEST\"", "its type is missing."},
+        WrongCodes{"ac:type \"aumfx\" ; ac:subtype \"test\" ; ac:manufacturer \"TEST\"",
+                   "its type \"aumfx\" is no code of four characters."},
+        WrongCodes{"ac:type \"aum\" ; ac:subtype \"test\" ; ac:manufacturer \"TEST\"",
+                   "its type \"aum\" is no code of four characters."},
+        WrongCodes{"ac:type \"aumf\" ; ac:subtype \"té t\" ; ac:manufacturer \"TEST\"",
+                   "is no code of four characters."},
+        WrongCodes{"ac:type \"aumf\" , \"aufx\" ; ac:subtype \"test\" ; ac:manufacturer \"TEST\"",
+                   "its type is stated more than once."},
+        WrongCodes{"ac:type \"aumf\" ; ac:subtype \"test\" ; ac:manufacturer \"TEST\" ; "
+                   "ac:flags -1",
+                   "its flags \"-1\" are no integer of 32 bits."},
+        WrongCodes{"ac:type \"aumf\" ; ac:subtype \"test\" ; ac:manufacturer \"TEST\" ; "
+                   "ac:flags 4294967296",
+                   "its flags \"4294967296\" are no integer of 32 bits."},
+        WrongCodes{"ac:type <urn:aumf> ; ac:subtype \"test\" ; ac:manufacturer \"TEST\"",
+                   "as something that is no literal."}));
+
+}  // namespace
