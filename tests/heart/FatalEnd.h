@@ -1,0 +1,18 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+/// The statement ends the program with that fatal error.
+#define EXPECT_FATAL_ERROR(statement, message)                 \
+    EXPECT_EXIT(statement, ::testing::KilledBySignal(SIGABRT), \
+                ::testing::HasSubstr(std::string("Fatal error: ") + (message) + "\n"))
+
+namespace orvalo::testing {
+
+/// What an absent value used as present says.
+inline constexpr auto kFoundNil = "Unexpectedly found nil while unwrapping an Optional value";
+
+}  // namespace orvalo::testing

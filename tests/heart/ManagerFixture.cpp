@@ -1,0 +1,36 @@
+#include "tests/heart/ManagerFixture.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace orvalo::testing {
+
+ManagerFixture::ManagerFixture(const char* effectsPath) {
+    setenv("LV2_PATH", effectsPath, 1);
+}
+
+ManagerFixture::~ManagerFixture() = default;
+
+void ManagerFixture::makeManager() {
+    manager = AUExtensionManager::init(delegate, player);
+}
+
+const std::string kNote =
+    "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!";
+
+Lines report(const std::string& flags) {
+    const auto name = std::filesystem::read_symlink("/proc/self/exe").filename().string();
+    return {"",
+            "Process Name: " + name + " PID: " + std::to_string(getpid()),
+            "",
+            "AUExtension (",
+            "type: aumf",
+            "subtype: orVL",
+            "manufacturer: TSLY",
+            "flags: " + flags,
+            ")"};
+}
+
+}  // namespace orvalo::testing
