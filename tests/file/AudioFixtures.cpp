@@ -75,7 +75,11 @@ void writeWav(const std::filesystem::path& path, const Channels& signal, double 
 
 void encode(const std::filesystem::path& from, const std::filesystem::path& to,
             const std::vector<std::string>& arguments) {
-    std::vector<std::string> words{"ffmpeg", "-v", "error", "-y", "-threads", "1", "-i", from};
+    std::vector<std::string> words{"ffmpeg", "-v", "error", "-y", "-threads", "1"};
+    if (from.string().starts_with("color=")) {
+        words.insert(words.end(), {"-f", "lavfi"});
+    }
+    words.insert(words.end(), {"-i", from});
     words.insert(words.end(), arguments.begin(), arguments.end());
     words.push_back(to);
     std::vector<char*> pointers;

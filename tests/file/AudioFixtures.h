@@ -20,7 +20,8 @@ Channels noise(std::size_t channels, std::size_t frames);
 /// The samples as a WAV file of 16 bits; what a reader then gives is those, rounded.
 void writeWav(const std::filesystem::path& path, const Channels& signal, double rate);
 
-/// Runs ffmpeg from one file to another with these arguments between; throws when that fails.
+/// Runs ffmpeg from one file (or a colour, "color=...") to another with these arguments between;
+/// throws when that fails.
 void encode(const std::filesystem::path& from, const std::filesystem::path& to,
             const std::vector<std::string>& arguments = {});
 

@@ -37,7 +37,7 @@ class ExactLengthTest : public ::testing::TestWithParam<Case> {
         EXPECT_EQ(file->framePosition(), file->length());
         for (const std::uint32_t bufferFrames : {777U, 65536U}) {
             file->setFramePosition(0);
-            EXPECT_EQ(readOn(*file, bufferFrames), first);
+            EXPECT_TRUE(readOn(*file, bufferFrames) == first);
         }
         EXPECT_EQ(errors.text(), "");
 

@@ -72,30 +72,16 @@ std::int64_t AudioContainer::seekBytes(void* self, std::int64_t offset, int when
 }
 
 AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
-    sendFFmpegLogToGLib();
     if (file.size() == 0) {
         throw refusal(FileRefusal::empty, file.path(), "the file is empty");
     }
     auto* bytes = static_cast<std::uint8_t*>(av_malloc(kInputBytes));
     input_.reset(avio_alloc_context(bytes, kInputBytes, 0, this, readBytes, nullptr, seekBytes));
-    AVFormatContext* context = avformat_alloc_context();
-    if (bytes == nullptr || !input_ || context == nullptr) {
+    if (bytes == nullptr || !input_) {
         fatalError("No memory to open an audio file.");
     }
-    context->pb = input_.get();
-    context->flags |= AVFMT_FLAG_CUSTOM_IO;
-    context->io_open = refuseToOpen;
-    av_opt_set(context, "format_whitelist", kKinds, 0);
-    // Lengths and starts come from the edit list itself, which is exacter than its use by FFmpeg.
-    AVDictionary* options = nullptr;
-    av_dict_set_int(&options, "ignore_editlist", 1, 0);
-    const int opened = avformat_open_input(&context, nullptr, nullptr, &options);
-    av_dict_free(&options);
-    if (opened < 0 || (context->probe_score < kLeastProbeScore && !beginsWithTag(file))) {
-        avformat_close_input(&context);
-        throw refusal(FileRefusal::unknownKind, file.path(), "not a sound file of a known kind");
-    }
-    context_.reset(context);
+    context_.reset(openContext());
+    AVFormatContext* const context = context_.get();
     avformat_find_stream_info(context, nullptr);
     for (unsigned index = 0; index < context->nb_streams; ++index) {
         AVStream* const stream = context->streams[index];
@@ -108,6 +94,34 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
     if (stream_ == nullptr) {
         throw refusal(FileRefusal::noAudio, file.path(), "holds no sound");
     }
+}
+
+// Opens the context over input_, when the file is of a kind that it may be.
+AVFormatContext* AudioContainer::openContext() {
+    sendFFmpegLogToGLib();
+    const AVInputFormat* kind = nullptr;
+    const int score = av_probe_input_buffer2(input_.get(), &kind, "", nullptr, 0, 0);
+    if (score < 0 || kind == nullptr || av_match_list(kind->name, kKinds, ',') == 0 ||
+        (score < kLeastProbeScore && !beginsWithTag(file_))) {
+        throw refusal(FileRefusal::unknownKind, file_.path(), "not a sound file of a known kind");
+    }
+    AVFormatContext* context = avformat_alloc_context();
+    if (context == nullptr) {
+        fatalError("No memory to open an audio file.");
+    }
+    context->pb = input_.get();
+    context->flags |= AVFMT_FLAG_CUSTOM_IO;
+    context->io_open = refuseToOpen;
+    av_opt_set(context, "format_whitelist", kKinds, 0);
+    // Lengths and starts come from the edit list itself, which is exacter than its use by FFmpeg.
+    AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "ignore_editlist", 1, 0);
+    const int opened = avformat_open_input(&context, nullptr, kind, &options);
+    av_dict_free(&options);
+    if (opened < 0) {
+        throw refusal(FileRefusal::brokenHeader, file_.path(), "its header is damaged or cut off");
+    }
+    return context;
 }
 
 AudioContainer::~AudioContainer() = default;

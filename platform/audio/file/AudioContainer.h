@@ -37,6 +37,7 @@ class AudioContainer {
     FFmpegPointer<AVFormatContext> context_;
     AVStream* stream_ = nullptr;
 
+    AVFormatContext* openContext();
     static int readBytes(void* self, std::uint8_t* bytes, int count);
     static std::int64_t seekBytes(void* self, std::int64_t offset, int whence);
 };

@@ -8,8 +8,10 @@
 
 #include "platform/audio/file/FileRefusal.h"
 #include "platform/audio/file/MovieHeader.h"
+#include "platform/audio/file/Mp3Header.h"
 #include "platform/audio/file/OggLastPage.h"
 #include "platform/audio/file/PacketDecoder.h"
+#include "platform/audio/file/WaveData.h"
 #include "platform/foundation/FatalError.h"
 
 extern "C" {
@@ -110,6 +112,10 @@ std::optional<Range> plainRange(AudioContainer& container) {
     if (!packet || frameBytes <= 0 || !container.readPacket(*packet) || packet->pos < 0) {
         return std::nullopt;
     }
+    // FFmpeg takes what there is for what is stated.
+    if (missingWaveBytes(container.file()).value_or(0) > 0) {
+        refuseAsShort(container);
+    }
     const auto held = (container.file().size() - packet->pos) / frameBytes;
     const auto stated = container.stream().duration;
     if (stated == AV_NOPTS_VALUE || stated <= 0) {
@@ -137,6 +143,20 @@ std::optional<Range> oggRange(AudioContainer& container, int rate) {
     const auto preSkip =
         codec == AV_CODEC_ID_OPUS ? container.stream().codecpar->initial_padding : 0;
     return Range{start, *granule - preSkip};
+}
+
+// The encoder's note, where FFmpeg has read the same.
+std::optional<Range> mp3Range(AudioContainer& container, int rate) {
+    const auto header = readMp3Header(container.file());
+    const auto stated = container.stream().duration;
+    if (!header || stated == AV_NOPTS_VALUE ||
+        inFrames(stated, container, rate) != header->decodedFrames) {
+        return std::nullopt;
+    }
+    if (header->start + header->bytes > container.file().size()) {
+        refuseAsShort(container);
+    }
+    return Range{header->priming, header->decodedFrames - header->padding};
 }
 
 // FLAC states its length at its head; its last frame must be there, and whole.
@@ -255,6 +275,8 @@ std::vector<Segment> segmentsOf(AudioContainer& container, int rate) {
         range = plainRange(container);
     } else if (container.isKind("ogg")) {
         range = oggRange(container, rate);
+    } else if (container.isKind("mp3")) {
+        range = mp3Range(container, rate);
     } else if (container.isKind("flac")) {
         range = flacRange(container);
     }

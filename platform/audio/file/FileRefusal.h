@@ -12,6 +12,7 @@ enum class FileRefusal : std::int64_t {
     notRegular = 1,
     empty,
     unknownKind,
+    brokenHeader,
     noAudio,
     noDecoder,
     notDecodable,

@@ -65,6 +65,7 @@ void PacketDecoder::restart() {
     frameStart_ = 0;
     nextStart_.reset();
     firstPacketStamp_.reset();
+    isFromStart_ = true;
     stampOffset_ = 0;
     isDraining_ = false;
     hadDamage_ = false;
@@ -91,6 +92,9 @@ bool PacketDecoder::seek(std::int64_t target) {
     av_frame_unref(frame_.get());
     frameStart_ = 0;
     nextStart_.reset();
+    firstPacketStamp_.reset();
+    isFromStart_ = false;
+    stampOffset_ = 0;
     isDraining_ = false;
     return true;
 }
@@ -125,7 +129,7 @@ void PacketDecoder::place() {
 
 bool PacketDecoder::sendPacket() {
     const bool isPacket = container_->readPacket(*packet_);
-    if (isPacket && !firstPacketStamp_) {
+    if (isPacket && isFromStart_ && !firstPacketStamp_) {
         firstPacketStamp_ = packet_->pts;
     }
     const int sent = avcodec_send_packet(decoder_.get(), isPacket ? packet_.get() : nullptr);

@@ -52,7 +52,8 @@ class PacketDecoder {
     FFmpegPointer<AVFrame> frame_;
     std::int64_t frameStart_ = 0;
     std::optional<std::int64_t> nextStart_;  // Where the next frame begins if nothing is missing.
-    std::optional<std::int64_t> firstPacketStamp_;
+    std::optional<std::int64_t> firstPacketStamp_;  // Of the stream; not known after a seek.
+    bool isFromStart_ = true;
     std::int64_t stampOffset_ = 0;  // What stamps are late by, in frames.
     bool isDraining_ = false;
     bool hadDamage_ = false;
