@@ -1,16 +1,27 @@
 #include "tests/output/LogLines.h"
 
-#include <regex>
-
 namespace orvalo::testing {
 
+namespace {
+
+/// What follows GLib's prefix: "Orvalo-Message: 12:00:00.000: text" or
+/// "(process:1): Orvalo-WARNING **: 12:00:00.000: text".
+std::string withoutPrefix(const std::string& line) {
+    std::size_t begin = line.find("Orvalo-");
+    for (int part = 0; part < 2 && begin != std::string::npos; ++part) {
+        begin = line.find(": ", begin);
+        begin += begin == std::string::npos ? 0 : 2;
+    }
+    return begin == std::string::npos ? line : line.substr(begin);
+}
+
+}  // namespace
+
 std::vector<std::string> LogLines::messages() const {
-    // "Orvalo-Message: 12:00:00.000: text" or "(process:1): Orvalo-WARNING **: 12:00:00.000: text".
-    static const std::regex prefix(R"(^(\([^)]*\): )?Orvalo-[A-Za-z]+( \*\*)?: [0-9:.]+: )");
     std::vector<std::string> result;
     for (const auto& line : captured_.lines()) {
         if (!line.empty()) {
-            result.push_back(std::regex_replace(line, prefix, ""));
+            result.push_back(withoutPrefix(line));
         }
     }
     return result;

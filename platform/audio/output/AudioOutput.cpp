@@ -14,6 +14,7 @@
 namespace orvalo {
 
 std::unique_ptr<AudioOutput> AudioOutput::system() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing of ours changes the environment.
     const char* setting = std::getenv("ORVALO_AUDIO_OUTPUT");
     const std::string wished = setting != nullptr ? setting : "auto";
     std::vector<std::unique_ptr<OutputDevice>> devices;

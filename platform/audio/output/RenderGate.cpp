@@ -17,7 +17,7 @@ RenderGate::RenderGate(std::shared_ptr<Wakeup> supervisor) : supervisor_(std::mo
 RenderGate::~RenderGate() = default;
 
 void RenderGate::open(AudioOutputSource& source) {
-    slot_.exchange(std::unique_ptr<Pull>(new Pull{source}));
+    slot_.exchange(std::make_unique<Pull>(Pull{source}));
 }
 
 void RenderGate::close() {

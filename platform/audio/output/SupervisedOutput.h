@@ -19,7 +19,7 @@ namespace orvalo {
 /// An output over devices that come and go. A control thread watches the stream that plays; when
 /// it ends or falls silent, the thread opens the same device again, else another one, else a
 /// silent clock, from which it tries to return to a device.
-class SupervisedOutput : public AudioOutput {
+class SupervisedOutput final : public AudioOutput {
   public:
     struct Timing {
         /// A stream that has not rendered for so long has died. Sound servers take up to two

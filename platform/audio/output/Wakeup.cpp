@@ -20,7 +20,7 @@ Wakeup::~Wakeup() {
     close(descriptor_);
 }
 
-void Wakeup::signal() noexcept {
+void Wakeup::signal() const noexcept {
     // Fails only when as many signals as a counter holds are waiting to be seen.
     eventfd_write(descriptor_, 1);
 }

@@ -14,7 +14,7 @@ class Wakeup {
     Wakeup& operator=(const Wakeup&) = delete;
 
     /// Ends the wait that is under way, or the next one.
-    void signal() noexcept;
+    void signal() const noexcept;
     /// Waits for a signal, at most that long. One thread.
     void wait(std::chrono::milliseconds limit) noexcept;
 
