@@ -3,9 +3,8 @@
 #include <cstddef>
 
 #include "demos/playing/Arranger.h"
-#include "demos/sound/LoopFold.h"
 #include "demos/sound/Loudness.h"
-#include "demos/sound/Renderer.h"
+#include "demos/sound/Mix.h"
 
 namespace orvalo {
 
@@ -17,8 +16,8 @@ constexpr float ceiling = 0.7079F;
 }  // namespace
 
 StereoSound compose(const Piece& piece, const std::filesystem::path& soundFont) {
-    const StereoSound played = render(arrange(piece), soundFont, pieceRate);
-    StereoSound loop = fold(played, static_cast<std::size_t>(piece.frames()));
+    StereoSound loop =
+        mix(arrange(piece), soundFont, pieceRate, static_cast<std::size_t>(piece.frames()));
     normalise(loop, pieceRate, targetLoudness, ceiling);
     return loop;
 }

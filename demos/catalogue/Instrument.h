@@ -116,13 +116,12 @@ enum class Kit {
     orchestra = 48,
 };
 
-/// What a player can do on it.
+/// What it is called, and what can be played on it.
 struct InstrumentFacts {
     Instrument instrument;
     std::string_view name;
-    int low;    ///< lowest key that sounds well
-    int high;   ///< highest key that sounds well, at least two octaves above the lowest
-    int level;  ///< 0 to 127: what sets it beside the others
+    int low;   ///< lowest key that sounds well
+    int high;  ///< highest key that sounds well, at least two octaves above the lowest
 };
 
 /// Precondition: not none.

@@ -30,6 +30,28 @@ Instrument instrumentOf(const Band& band, Role role) {
     return Instrument::none;
 }
 
+/// LUFS that leave each role its place in the mix.
+constexpr double drumLoudness = -29.5;
+
+double loudnessOf(const Layer& layer) {
+    double loudness = 0;
+    switch (layer.role) {
+        case Role::lead:
+            loudness = -30.5;
+            break;
+        case Role::comp:
+            loudness = -32.5;
+            break;
+        case Role::pad:
+            loudness = -34.5;
+            break;
+        case Role::bass:
+            loudness = -31.0;
+            break;
+    }
+    return loudness + 20.0 * std::log10(layer.level / 100.0);
+}
+
 int panOf(const Layer& layer) {
     switch (layer.role) {
         case Role::lead:
@@ -101,8 +123,7 @@ Score arrange(const Piece& piece) {
         Random own(piece.seed * 64U + static_cast<std::uint32_t>(index) + 1U);
         const InstrumentFacts& facts = factsOf(instrument);
         const int part = static_cast<int>(score.parts.size());
-        score.parts.push_back({static_cast<int>(instrument), false,
-                               std::min(127, facts.level * layer.level / 100), panOf(layer),
+        score.parts.push_back({static_cast<int>(instrument), false, loudnessOf(layer), panOf(layer),
                                style.reverb, style.chorus});
         const int cells = layer.cells > 0 ? layer.cells : style.cells;
         play({score, part, layer, cells, own.pick(std::span(layer.patterns)), facts.low, facts.high,
@@ -115,7 +136,7 @@ Score arrange(const Piece& piece) {
         Random own(piece.seed * 64U);
         const int part = static_cast<int>(score.parts.size());
         score.parts.push_back(
-            {static_cast<int>(piece.band.kit), true, 104, 64, style.reverb / 2, 0});
+            {static_cast<int>(piece.band.kit), true, drumLoudness, 64, style.reverb / 2, 0});
         playDrums({score, part, own.pick(std::span(style.grooves)), style.cells, piece.metre,
                    piece.bars, feel, own});
     }

@@ -41,7 +41,7 @@ struct Layer {
     int voices = 4;     ///< notes in a chord
     bool open = false;  ///< chords in open position
     int octave = 0;     ///< shift in octaves, kept within the instrument's range
-    int level = 100;    ///< percent of the instrument's own level
+    int level = 100;    ///< percent of the amplitude that the role has in the mix
     int held = 92;      ///< percent of the written length that sounds
     int strum = 0;      ///< ticks from one string to the next
     int swell = 0;      ///< percent of depth by which the expression swells

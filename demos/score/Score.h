@@ -4,14 +4,14 @@
 
 namespace orvalo {
 
-/// One player of the loop: a General MIDI channel of its own.
+/// One player of the loop.
 struct Part {
     int program;  ///< General MIDI program 0 to 127, or the drum kit's
     bool drums;
-    int level;   ///< 0 to 127
-    int pan;     ///< 0 left, 64 middle, 127 right
-    int reverb;  ///< 0 to 127
-    int chorus;  ///< 0 to 127
+    double loudness;  ///< LUFS in the mix, before the whole is levelled
+    int pan;          ///< 0 left, 64 middle, 127 right
+    int reverb;       ///< 0 to 127
+    int chorus;       ///< 0 to 127
 };
 
 struct Note {

@@ -22,6 +22,9 @@ namespace orvalo {
 namespace {
 
 constexpr std::int64_t bitRate = 128000;
+/// Blocks of the loop's end that the coder hears before its start, to be settled by then: its first
+/// blocks are coded several times worse than the rest.
+constexpr std::int64_t settlingBlocks = 16;
 
 struct FreeCodec {
     void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
@@ -118,10 +121,12 @@ void AacWriter::encode(std::int64_t from) {
     auto* left = reinterpret_cast<float*>(frame->extended_data[0]);  // NOLINT(*-pointer-arithmetic)
     auto* right =
         reinterpret_cast<float*>(frame->extended_data[1]);  // NOLINT(*-pointer-arithmetic)
+    const auto frames = static_cast<std::int64_t>(loop_.frames());
     for (int index = 0; index < frame->nb_samples; ++index) {
-        const auto at = static_cast<std::size_t>(from + index) % loop_.frames();
-        left[index] = loop_.left[at];
-        right[index] = loop_.right[at];
+        const std::int64_t at = (from + index) % frames;
+        const auto inside = static_cast<std::size_t>(at < 0 ? at + frames : at);
+        left[index] = loop_.left[inside];
+        right[index] = loop_.right[inside];
     }
     const int sent = avcodec_send_frame(codec_.get(), frame);
     av_frame_unref(frame);
@@ -137,10 +142,11 @@ void AacWriter::drain() {
             return;
         }
         check(received, "cannot encode");
-        // The packets state the loop's length, and what was coded beyond it is padding.
+        // Of what settled the coder, one block stays as the priming; and the packets state the
+        // loop's length, so that what was coded beyond it is padding.
         const auto end = static_cast<std::int64_t>(loop_.frames());
         packet->duration = std::min<std::int64_t>(packet->duration, end - packet->pts);
-        if (packet->duration <= 0) {
+        if (packet->pts < -codec_->frame_size || packet->duration <= 0) {
             av_packet_unref(packet);
             continue;
         }
@@ -152,7 +158,8 @@ void AacWriter::drain() {
 void AacWriter::write() {
     const auto frames = static_cast<std::int64_t>(loop_.frames());
     // A block is coded together with the one behind it: one more than the loop has.
-    for (std::int64_t from = 0; from < frames + codec_->frame_size; from += codec_->frame_size) {
+    const std::int64_t block = codec_->frame_size;
+    for (std::int64_t from = -settlingBlocks * block; from < frames + block; from += block) {
         encode(from);
     }
     check(avcodec_send_frame(codec_.get(), nullptr), "cannot encode");

@@ -7,10 +7,10 @@
 namespace orvalo {
 
 /// Writes a loop as AAC-LC in MP4 (libavcodec), the same bytes for the same loop. The media header
-/// states the length exactly: priming plus the loop's frames; the edit list cuts the priming. The
-/// coder sees the loop's own start behind its end, so that the last frames are coded as those of a
-/// sound that goes on. Throws std::runtime_error, naming the file and the reason; a file half
-/// written is removed.
+/// states the length exactly: priming (one block of 1024) plus the loop's frames; the edit list
+/// cuts the priming. The coder hears the loop's own end before its start and the start behind its
+/// end, so that a pass joins the next as well as one moment of it joins another. Throws
+/// std::runtime_error, naming the file and the reason; a file half written is removed.
 void writeAac(const StereoSound& loop, int rate, const std::filesystem::path& file);
 
 }  // namespace orvalo

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "demos/theory/Metre.h"
@@ -19,8 +21,14 @@ namespace {
 /// FluidSynth takes events at multiples of this.
 constexpr std::int64_t blockFrames = 64;
 constexpr int drumBank = 128;
-/// The General MIDI drum channel; melodic parts pass it by.
+/// The General MIDI drum channel.
 constexpr int drumChannel = 9;
+
+constexpr int panControl = 10;
+constexpr int expressionControl = 11;
+constexpr int reverbControl = 91;
+constexpr int chorusControl = 93;
+
 /// What counts as silence at the end: -96 dB below full scale, for a quarter of a second.
 constexpr float silence = 1.6e-5F;
 constexpr std::int64_t silentFrames = 12032;
@@ -40,18 +48,18 @@ enum class Order { expression, noteOff, noteOn };
 struct Event {
     std::int64_t frame;
     Order order;
-    int channel;
     int key;
     int value;
 };
 
 class Performance {
   public:
-    Performance(const Score& score, const std::filesystem::path& soundFont, int rate);
+    Performance(const Score& score, std::size_t part, const std::filesystem::path& soundFont,
+                int rate);
     StereoSound play();
 
   private:
-    void seat(const Part& part, int channel, int font);
+    void seat(const std::filesystem::path& soundFont);
     std::int64_t frameOf(int tick) const;
     std::vector<Event> events() const;
     void send(const Event& event);
@@ -59,22 +67,28 @@ class Performance {
     void ringOut();
 
     const Score& score_;
+    int part_;
+    int channel_;
     int rate_;
-    std::vector<int> channels_;
     std::unique_ptr<fluid_settings_t, DeleteSettings> settings_;
     std::unique_ptr<fluid_synth_t, DeleteSynth> synth_;
     StereoSound sound_;
 };
 
-Performance::Performance(const Score& score, const std::filesystem::path& soundFont, int rate)
-    : score_(score), rate_(rate), settings_(new_fluid_settings()) {
+Performance::Performance(const Score& score, std::size_t part,
+                         const std::filesystem::path& soundFont, int rate)
+    : score_(score),
+      part_(static_cast<int>(part)),
+      channel_(score.parts[part].drums ? drumChannel : 0),
+      rate_(rate),
+      settings_(new_fluid_settings()) {
+    // What it has to say otherwise is that a SoundFont's rarer features are left out.
     fluid_set_log_function(FLUID_WARN, nullptr, nullptr);
     fluid_set_log_function(FLUID_INFO, nullptr, nullptr);
     fluid_settings_t* settings = settings_.get();
     fluid_settings_setnum(settings, "synth.sample-rate", rate);
     fluid_settings_setnum(settings, "synth.gain", 0.3);
     fluid_settings_setint(settings, "synth.polyphony", 512);
-    fluid_settings_setint(settings, "synth.midi-channels", 32);
     fluid_settings_setint(settings, "synth.dynamic-sample-loading", 1);
     fluid_settings_setint(settings, "synth.lock-memory", 0);
     fluid_settings_setnum(settings, "synth.reverb.room-size", 0.55);
@@ -84,32 +98,25 @@ Performance::Performance(const Score& score, const std::filesystem::path& soundF
     if (!synth_) {
         throw std::runtime_error("the synthesiser does not start");
     }
-    const int font = fluid_synth_sfload(synth_.get(), soundFont.c_str(), 1);
+    seat(soundFont);
+}
+
+void Performance::seat(const std::filesystem::path& soundFont) {
+    fluid_synth_t* synth = synth_.get();
+    const int font = fluid_synth_sfload(synth, soundFont.c_str(), 1);
     if (font == FLUID_FAILED) {
         throw std::runtime_error("cannot read the SoundFont " + soundFont.string());
     }
-    int next = 0;
-    for (const Part& part : score.parts) {
-        next += next == drumChannel ? 1 : 0;
-        channels_.push_back(part.drums ? drumChannel : next++);
-        seat(part, channels_.back(), font);
-    }
-}
-
-void Performance::seat(const Part& part, int channel, int font) {
-    fluid_synth_t* synth = synth_.get();
+    const Part& part = score_.parts[static_cast<std::size_t>(part_)];
     const int bank = part.drums ? drumBank : 0;
-    fluid_synth_set_channel_type(synth, channel,
-                                 part.drums ? CHANNEL_TYPE_DRUM : CHANNEL_TYPE_MELODIC);
-    if (fluid_synth_program_select(synth, channel, font, bank, part.program) != FLUID_OK) {
-        throw std::runtime_error("the SoundFont lacks program " + std::to_string(part.program) +
-                                 " of bank " + std::to_string(bank));
+    if (fluid_synth_program_select(synth, channel_, font, bank, part.program) != FLUID_OK) {
+        throw std::runtime_error("the SoundFont " + soundFont.string() + " lacks program " +
+                                 std::to_string(part.program) + " of bank " + std::to_string(bank));
     }
-    fluid_synth_cc(synth, channel, 7, part.level);
-    fluid_synth_cc(synth, channel, 10, part.pan);
-    fluid_synth_cc(synth, channel, 11, 127);
-    fluid_synth_cc(synth, channel, 91, part.reverb);
-    fluid_synth_cc(synth, channel, 93, part.chorus);
+    fluid_synth_cc(synth, channel_, panControl, part.pan);
+    fluid_synth_cc(synth, channel_, expressionControl, 127);
+    fluid_synth_cc(synth, channel_, reverbControl, part.reverb);
+    fluid_synth_cc(synth, channel_, chorusControl, part.chorus);
 }
 
 std::int64_t Performance::frameOf(int tick) const {
@@ -120,15 +127,18 @@ std::int64_t Performance::frameOf(int tick) const {
 std::vector<Event> Performance::events() const {
     std::vector<Event> events;
     for (const Note& note : score_.notes) {
-        const int channel = channels_[static_cast<std::size_t>(note.part)];
+        if (note.part != part_) {
+            continue;
+        }
         const std::int64_t on = frameOf(note.tick);
         const std::int64_t off = std::max(frameOf(note.tick + note.length), on + blockFrames);
-        events.push_back({on, Order::noteOn, channel, note.key, note.velocity});
-        events.push_back({off, Order::noteOff, channel, note.key, 0});
+        events.push_back({on, Order::noteOn, note.key, note.velocity});
+        events.push_back({off, Order::noteOff, note.key, 0});
     }
     for (const Swell& swell : score_.swells) {
-        events.push_back({frameOf(swell.tick), Order::expression,
-                          channels_[static_cast<std::size_t>(swell.part)], 0, swell.expression});
+        if (swell.part == part_) {
+            events.push_back({frameOf(swell.tick), Order::expression, 0, swell.expression});
+        }
     }
     std::ranges::stable_sort(events, [](const Event& one, const Event& other) {
         return one.frame != other.frame ? one.frame < other.frame : one.order < other.order;
@@ -139,13 +149,13 @@ std::vector<Event> Performance::events() const {
 void Performance::send(const Event& event) {
     switch (event.order) {
         case Order::noteOn:
-            fluid_synth_noteon(synth_.get(), event.channel, event.key, event.value);
+            fluid_synth_noteon(synth_.get(), channel_, event.key, event.value);
             break;
         case Order::noteOff:
-            fluid_synth_noteoff(synth_.get(), event.channel, event.key);
+            fluid_synth_noteoff(synth_.get(), channel_, event.key);
             break;
         case Order::expression:
-            fluid_synth_cc(synth_.get(), event.channel, 11, event.value);
+            fluid_synth_cc(synth_.get(), channel_, expressionControl, event.value);
             break;
     }
 }
@@ -203,8 +213,9 @@ StereoSound Performance::play() {
 
 }  // namespace
 
-StereoSound render(const Score& score, const std::filesystem::path& soundFont, int rate) {
-    return Performance(score, soundFont, rate).play();
+StereoSound render(const Score& score, std::size_t part, const std::filesystem::path& soundFont,
+                   int rate) {
+    return Performance(score, part, soundFont, rate).play();
 }
 
 }  // namespace orvalo

@@ -1,0 +1,57 @@
+#include "demos/sound/Mix.h"
+
+#include <cmath>
+
+#include "demos/sound/LoopFold.h"
+#include "demos/sound/Loudness.h"
+#include "demos/sound/Renderer.h"
+
+namespace orvalo {
+
+namespace {
+
+/// How alike the sides are, from -1 (opposite) to 1 (the same), below which one is turned over.
+constexpr double opposite = -0.3;
+
+}  // namespace
+
+void matchSides(StereoSound& sound) {
+    double both = 0;
+    double left = 0;
+    double right = 0;
+    for (std::size_t frame = 0; frame < sound.frames(); ++frame) {
+        const double one = sound.left[frame];
+        const double other = sound.right[frame];
+        both += one * other;
+        left += one * one;
+        right += other * other;
+    }
+    if (both < opposite * std::sqrt(left * right)) {
+        for (float& sample : sound.right) {
+            sample = -sample;
+        }
+    }
+}
+
+StereoSound mix(const Score& score, const std::filesystem::path& soundFont, int rate,
+                std::size_t frames) {
+    StereoSound mixed;
+    mixed.resize(frames);
+    for (std::size_t part = 0; part < score.parts.size(); ++part) {
+        StereoSound played = fold(render(score, part, soundFont, rate), frames);
+        matchSides(played);
+        const double off = score.parts[part].loudness - loudness(played, rate);
+        // A part that draws nothing but rests is silent.
+        if (!std::isfinite(off)) {
+            continue;
+        }
+        const auto gain = static_cast<float>(std::pow(10.0, off / 20.0));
+        for (std::size_t frame = 0; frame < frames; ++frame) {
+            mixed.left[frame] += gain * played.left[frame];
+            mixed.right[frame] += gain * played.right[frame];
+        }
+    }
+    return mixed;
+}
+
+}  // namespace orvalo
