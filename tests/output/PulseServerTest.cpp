@@ -6,11 +6,13 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "platform/audio/output/AlsaDevice.h"
 #include "platform/audio/output/PulseDevice.h"
 #include "platform/audio/output/PulseLook.h"
 #include "platform/audio/output/SupervisedOutput.h"
@@ -164,6 +166,30 @@ TEST_F(PulseServerTest, StartsNoServer) {
     }
     EXPECT_FALSE(PulseLook(milliseconds(500)).isConnected());
     EXPECT_THAT(log_.messages(), IsEmpty());
+}
+
+TEST_F(PulseServerTest, IsReachedThroughAlsaAsItsDefaultDevice) {
+    const auto configuration = (folder_.path() / "asound.conf").string();
+    std::ofstream(configuration) << "pcm.!default { type pulse }\nctl.!default { type pulse }\n";
+    setenv("ALSA_CONFIG_PATH", configuration.c_str(), 1);
+    auto server = startServer("48000", 2);
+    std::vector<std::unique_ptr<OutputDevice>> devices;
+    devices.push_back(std::make_unique<AlsaDevice>());
+    SupervisedOutput output(std::move(devices), SupervisedOutput::Absence::standIn);
+    EXPECT_EQ(output.format(), (AVAudioFormat{48000.0, 2}));
+    const SinkRecorder recorder("quiet.monitor");
+    output.start(source_);
+    // In 16-bit integers or in floats, the signal is the same.
+    EXPECT_TRUE(
+        source_.waitUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
+    server->kill();
+    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
+    output.stop();
+    EXPECT_EQ(source_.overlapCount(), 0U);
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: ALSA, 48000 Hz, 2 channels, 512 frames.",
+                            "Audio output: ALSA went away; a silent clock takes its place (48000 "
+                            "Hz, 2 channels, 512 frames)."));
 }
 
 }  // namespace
