@@ -31,8 +31,8 @@ class ProcessorTest : public testing::Test {
 
     /// Gain in dB that a lasting level on both channels ends up with.
     double settledGain(float amplitude) {
-        std::vector<float> left(48000 * 2, amplitude);
-        std::vector<float> right(48000 * 2, -amplitude);
+        std::vector<float> left(96000, amplitude);
+        std::vector<float> right(96000, -amplitude);
         processor.reset();
         process(left, right);
         EXPECT_EQ(left.back(), -right.back());
