@@ -17,6 +17,7 @@ constexpr int directoryMode = 0777;
 
 }  // namespace
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static): they are the shared object's.
 FileManager& FileManager::default_() {
     static FileManager manager;
     return manager;
@@ -48,5 +49,6 @@ void FileManager::createDirectory(const URL& at, bool withIntermediateDirectorie
         throw NSError::posix(errno, path);
     }
 }
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 }  // namespace orvalo

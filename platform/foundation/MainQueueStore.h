@@ -34,7 +34,7 @@ class MainQueuePool {
     std::unique_ptr<std::array<MainQueueNode, capacity>> nodes_;
     /// The first free node as place + 1, below a count of changes, so that a node that went and
     /// came back between two looks is noticed.
-    alignas(64) std::atomic<std::uint64_t> head_;
+    std::atomic<std::uint64_t> head_;
 };
 
 /// The items in the order of their submission. Many threads push, one pops. The form is Vyukov's

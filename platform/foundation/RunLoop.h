@@ -6,7 +6,7 @@
 
 #include "platform/foundation/NSObject.h"
 
-using GMainContext = struct _GMainContext;
+using GMainContext = struct _GMainContext;  // NOLINT(bugprone-reserved-identifier): GLib's own.
 
 namespace orvalo {
 

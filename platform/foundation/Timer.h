@@ -5,7 +5,7 @@
 
 #include "platform/foundation/NSObject.h"
 
-using GSource = struct _GSource;
+using GSource = struct _GSource;  // NOLINT(bugprone-reserved-identifier): GLib's own.
 
 namespace orvalo {
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -19,14 +20,16 @@ class WorkItem {
     template <typename Work>
     requires(!std::is_same_v<std::remove_cvref_t<Work>, WorkItem> &&
              std::is_invocable_v<std::decay_t<Work>&>)
-        WorkItem(Work&& work)  // NOLINT(google-explicit-constructor): a closure is a work item.
-    {
+        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): the constraint leaves work items
+        // out.
+        WorkItem(Work&& work) {
         using Closure = std::decay_t<Work>;
         if constexpr (fitsInline<Closure>()) {
-            ::new (static_cast<void*>(storage_)) Closure(std::forward<Work>(work));
+            ::new (static_cast<void*>(storage_.data())) Closure(std::forward<Work>(work));
             operations_ = &inlineOperations<Closure>;
         } else {
-            ::new (static_cast<void*>(storage_)) Closure*(new Closure(std::forward<Work>(work)));
+            ::new (static_cast<void*>(storage_.data()))
+                Closure*(new Closure(std::forward<Work>(work)));
             operations_ = &heapOperations<Closure>;
         }
     }
@@ -46,18 +49,19 @@ class WorkItem {
     explicit operator bool() const noexcept { return operations_ != nullptr; }
 
     /// Runs the closure. There must be one.
-    void operator()() { operations_->run(storage_); }
+    void operator()() { operations_->run(storage_.data()); }
 
     /// Destroys the closure, if there is one.
     void reset() noexcept {
         if (operations_ != nullptr) {
-            std::exchange(operations_, nullptr)->destroy(storage_);
+            std::exchange(operations_, nullptr)->destroy(storage_.data());
         }
     }
 
     /// Whether a closure of this type needs no allocation.
     template <typename Closure>
     static constexpr bool fitsInline() {
+        // NOLINTNEXTLINE(misc-redundant-expression): so for some closures only.
         return sizeof(Closure) <= inlineCapacity && alignof(Closure) <= alignof(std::max_align_t) &&
                std::is_nothrow_move_constructible_v<Closure>;
     }
@@ -90,12 +94,12 @@ class WorkItem {
     void take(WorkItem& other) noexcept {
         operations_ = std::exchange(other.operations_, nullptr);
         if (operations_ != nullptr) {
-            operations_->move(other.storage_, storage_);
+            operations_->move(other.storage_.data(), storage_.data());
         }
     }
 
     const Operations* operations_ = nullptr;
-    alignas(std::max_align_t) std::byte storage_[inlineCapacity]{};
+    alignas(std::max_align_t) std::array<std::byte, inlineCapacity> storage_{};
 };
 
 }  // namespace orvalo

@@ -69,4 +69,4 @@ void free(void* memory) {
 }
 
 #endif
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name)

@@ -112,8 +112,10 @@ TEST_F(FileManagerTest, CreatesNothingOnTheWeb) {
 
 /// Ends the process with the documents directory, found under these settings, on standard error.
 [[noreturn]] void reportDocuments(const std::string& home, const std::string& settings) {
+    // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
     setenv("HOME", home.c_str(), 1);
     setenv("XDG_CONFIG_HOME", (home + "/settings").c_str(), 1);
+    // NOLINTEND(concurrency-mt-unsafe)
     fs::create_directories(home + "/settings");
     std::ofstream(home + "/settings/user-dirs.dirs") << settings;
     const auto urls = FileManager::default_().urls(SearchPathDirectory::documentDirectory,

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <barrier>
 #include <csignal>
+#include <cstddef>
 #include <latch>
 #include <set>
 #include <stdexcept>
@@ -36,7 +37,7 @@ TEST(GlobalQueue, RunsEveryItemOnce) {
     constexpr int threads = 8;
     constexpr int itemsEach = 2'000;
     std::atomic<int> runs = 0;
-    std::latch ended(threads * itemsEach);
+    std::latch ended(std::ptrdiff_t{threads} * itemsEach);
     for (int thread = 0; thread < threads; ++thread) {
         DispatchQueue::global()->async([&] {
             for (int item = 0; item < itemsEach; ++item) {

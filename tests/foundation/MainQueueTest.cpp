@@ -45,6 +45,7 @@ TEST_P(MainQueueOfManyThreads, KeepsEachThreadsOrder) {
     int total = 0;
     int outOfOrder = 0;
     std::vector<std::thread> submitters;
+    submitters.reserve(8);
     for (int thread = 0; thread < threads; ++thread) {
         submitters.emplace_back([&, thread] {
             for (int item = 0; item < itemsEach; ++item) {
@@ -230,6 +231,7 @@ TEST(MainQueue, SyncsOfManyThreadsAllEnd) {
     int count = 0;
     std::atomic<int> ended = 0;
     std::vector<std::thread> callers;
+    callers.reserve(8);
     for (int thread = 0; thread < threads; ++thread) {
         callers.emplace_back([&] {
             for (int sync = 0; sync < syncsEach; ++sync) {

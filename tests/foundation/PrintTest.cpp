@@ -108,6 +108,7 @@ TEST_P(PrintOfManyThreads, NeverMixesLines) {
     {
         const RedirectedDescriptor redirected(STDOUT_FILENO, pipe.writer());
         std::vector<std::thread> writers;
+        writers.reserve(8);
         for (int thread = 0; thread < threads; ++thread) {
             writers.emplace_back([thread] {
                 const std::string line(length, static_cast<char>('a' + thread));

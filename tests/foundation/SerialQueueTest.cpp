@@ -62,6 +62,7 @@ TEST_P(SerialQueueOfManyThreads, RunsOneItemAtATimeAndLosesNone) {
         --inside;
     };
     std::vector<std::thread> submitters;
+    submitters.reserve(8);
     for (int thread = 0; thread < threads; ++thread) {
         submitters.emplace_back([&, thread] {
             for (int item = 0; item < itemsEach; ++item) {
@@ -162,6 +163,7 @@ TEST(SerialQueue, SyncNeedsNoThreadOfThePool) {
     running.wait();
     int runs = 0;
     std::vector<std::thread> callers;
+    callers.reserve(8);
     for (int caller = 0; caller < 4; ++caller) {
         callers.emplace_back([&] {
             for (int sync = 0; sync < 100; ++sync) {

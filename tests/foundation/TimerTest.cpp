@@ -235,6 +235,7 @@ TEST(Timer, StartsOthersInsideItsBlock) {
 TEST(Timer, FiresInStartOrderWhenDueTogether) {
     std::vector<int> order;
     std::vector<std::shared_ptr<Timer>> timers;
+    timers.reserve(5);
     for (int number = 0; number < 5; ++number) {
         timers.push_back(Timer::scheduledTimer(0.001, [&order, number](Fired fired) {
             order.push_back(number);

@@ -1,0 +1,128 @@
+// Submission to the main queue against g_idle_add, the run loop's own way of handing work over.
+
+#include <benchmark/benchmark.h>
+#include <glib.h>
+
+#include <cstdint>
+#include <iostream>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/foundation/DispatchQueue.h"
+
+namespace {
+
+using orvalo::DispatchQueue;
+
+constexpr std::int64_t burst = 10'000;  // Below what the main queue holds without the heap.
+std::int64_t runs = 0;
+
+struct MainQueueWay {
+    static void submit() {
+        DispatchQueue::main()->async([] { ++runs; });
+    }
+};
+
+struct IdleWay {
+    static void submit() {
+        g_idle_add(
+            [](gpointer) -> gboolean {
+                ++runs;
+                return G_SOURCE_REMOVE;
+            },
+            nullptr);
+    }
+};
+
+void serveBurst(std::int64_t items) {
+    while (runs < items) {
+        g_main_context_iteration(nullptr, TRUE);
+    }
+    runs = 0;
+}
+
+/// One item's way in, while the loop does not turn.
+template <typename Way>
+void submission(benchmark::State& state) {
+    while (state.KeepRunningBatch(burst)) {
+        for (std::int64_t item = 0; item < burst; ++item) {
+            Way::submit();
+        }
+        state.PauseTiming();
+        serveBurst(burst);
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+/// One item's way in and through the loop: another thread submits while the loop turns. The main
+/// queue gives each item a turn, poll and all, so that nothing else waits long; all idle callbacks
+/// that are there share one turn.
+template <typename Way>
+void throughput(benchmark::State& state) {
+    while (state.KeepRunningBatch(burst)) {
+        std::thread submitter([] {
+            for (std::int64_t item = 0; item < burst; ++item) {
+                Way::submit();
+            }
+        });
+        serveBurst(burst);
+        submitter.join();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+/// Keeps the median of each benchmark and prints the ratios behind the table.
+class RatioReporter : public benchmark::ConsoleReporter {
+  public:
+    void ReportRuns(const std::vector<Run>& reports) override {
+        ConsoleReporter::ReportRuns(reports);
+        for (const auto& run : reports) {
+            if (run.aggregate_name == "median") {
+                nanoseconds_[run.run_name.function_name] = run.GetAdjustedRealTime();
+            }
+        }
+    }
+
+    void Finalize() override {
+        ConsoleReporter::Finalize();
+        print("submission");
+        print("throughput");
+    }
+
+  private:
+    void print(const std::string& name) const {
+        const auto idle = nanoseconds_.find(name + "/g_idle_add");
+        const auto queue = nanoseconds_.find(name + "/main_queue");
+        if (idle != nanoseconds_.end() && queue != nanoseconds_.end()) {
+            std::cout << name << ": the main queue takes " << queue->second
+                      << " ns an item, g_idle_add " << idle->second
+                      << " ns: " << idle->second / queue->second << " times as fast\n";
+        }
+    }
+
+    std::map<std::string, double> nanoseconds_;
+};
+
+void add(const std::string& name, void (*function)(benchmark::State&)) {
+    benchmark::RegisterBenchmark(name.c_str(), function)
+        ->UseRealTime()
+        ->MinTime(0.1)
+        ->Repetitions(5)
+        ->ReportAggregatesOnly();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    add("submission/main_queue", submission<MainQueueWay>);
+    add("submission/g_idle_add", submission<IdleWay>);
+    add("throughput/main_queue", throughput<MainQueueWay>);
+    add("throughput/g_idle_add", throughput<IdleWay>);
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return 0;
+}
