@@ -33,11 +33,13 @@ const int hooks = __sanitizer_install_malloc_and_free_hooks(
 
 // The program's own functions stand before the C library's, for the plug-in's library too.
 extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names for what lies beneath
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
 void* __libc_realloc(void* block, size_t size);
 void* __libc_memalign(size_t alignment, size_t size);
 void __libc_free(void* block);
+// NOLINTEND(bugprone-reserved-identifier)
 
 void* malloc(size_t size) {
     note();

@@ -24,7 +24,8 @@ Run process(Ballistics& ballistics, const std::vector<float>& asked) {
 }
 
 std::vector<float> constant(float value, std::size_t frames) {
-    return std::vector<float>(frames, value);
+    std::vector<float> values(frames, value);
+    return values;
 }
 
 class BallisticsAtRate : public testing::TestWithParam<double> {};

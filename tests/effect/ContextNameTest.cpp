@@ -20,7 +20,7 @@ class ContextNameTest : public testing::Test {
         EXPECT_EQ(host.options()->get(host.handle(), options.data()),
                   static_cast<std::uint32_t>(LV2_OPTIONS_SUCCESS));
         EXPECT_EQ(options[0].type, host.uris()[LV2_ATOM__String]);
-        const std::string text = static_cast<const char*>(options[0].value);
+        std::string text = static_cast<const char*>(options[0].value);
         EXPECT_EQ(options[0].size, text.size() + 1);
         return text;
     }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -71,17 +72,17 @@ class Fuzzer {
         std::int64_t frame = -1;
         for (std::uint32_t left = below(20); left > 0; --left) {
             frame += below(frames / 8 + 2);
-            std::uint8_t bytes[8];
+            std::array<std::uint8_t, 8> bytes{};
             for (auto& byte : bytes) {
                 byte = static_cast<std::uint8_t>(below(256));
             }
-            const std::uint8_t kinds[]{0x80, 0x90, 0x90, 0xB0};
+            const std::array<std::uint8_t, 4> kinds{0x80, 0x90, 0x90, 0xB0};
             if (below(3) != 0) {
-                bytes[0] = static_cast<std::uint8_t>(kinds[below(4)] | below(16));
+                bytes[0] = static_cast<std::uint8_t>(kinds.at(below(4)) | below(16));
                 bytes[1] &= 0x7F;
                 bytes[2] &= 0x7F;
             }
-            host_.midiIn().append(frame, bytes, below(4) == 0 ? below(9) : 3);
+            host_.midiIn().append(frame, bytes.data(), below(4) == 0 ? below(9) : 3);
         }
         if (below(30) == 0) {
             // A sequence that promises more than it holds.

@@ -27,7 +27,8 @@ TEST(GainComputer, FollowsTheCurveForManySettings) {
     for (const float threshold : {-60.0F, -33.3F, -18.0F, -6.0F, 0.0F}) {
         for (const float ratio : {1.0F, 1.5F, 2.0F, 4.0F, 10.0F, 20.0F}) {
             for (const float knee : {0.0F, 0.5F, 3.0F, 6.0F, 12.0F, 24.0F}) {
-                for (float level = -160.0F; level <= 60.0F; level += 0.37F) {
+                for (int step = -432; step <= 162; ++step) {
+                    const float level = 0.37F * static_cast<float>(step);
                     ASSERT_NEAR(reduction(level, threshold, ratio, knee),
                                 expectedReduction(level, threshold, ratio, knee), 1e-3)
                         << level << ' ' << threshold << ' ' << ratio << ' ' << knee;
@@ -47,7 +48,8 @@ TEST(GainComputer, KnownPoints) {
 
 TEST(GainComputer, NeverFallsAsTheLevelRises) {
     float before = 0.0F;
-    for (float level = -80.0F; level <= 20.0F; level += 0.01F) {
+    for (int step = -8000; step <= 2000; ++step) {
+        const float level = 0.01F * static_cast<float>(step);
         const float now = reduction(level, -18.0F, 4.0F, 12.0F);
         ASSERT_GE(now, before) << level;
         before = now;

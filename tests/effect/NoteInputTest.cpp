@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 
 #include "tests/effect/EffectHost.h"
@@ -52,10 +53,10 @@ TEST_F(NoteInputTest, OtherChannelsAreNotHeard) {
 
 TEST_F(NoteInputTest, EventsOutsideTheBlockCountAtItsEdges) {
     host.midiIn().clear();
-    const std::uint8_t on[]{0x90, 60, 127};
-    const std::uint8_t off[]{0x80, 60, 0};
-    host.midiIn().append(-5, on, 3);
-    host.midiIn().append(100000, off, 3);
+    const std::array<std::uint8_t, 3> on{0x90, 60, 127};
+    const std::array<std::uint8_t, 3> off{0x80, 60, 0};
+    host.midiIn().append(-5, on.data(), 3);
+    host.midiIn().append(100000, off.data(), 3);
     const auto input = steady(64, 0.5F);
     auto output = input;
     host.run(input.left.data(), input.right.data(), output.left.data(), output.right.data(), 64);
@@ -66,8 +67,8 @@ TEST_F(NoteInputTest, EventsOutsideTheBlockCountAtItsEdges) {
 }
 
 TEST_F(NoteInputTest, AnEmptyBlockTakesItsEvents) {
-    const std::uint8_t on[]{0x90, 60, 127};
-    host.midiIn().append(0, on, 3);
+    const std::array<std::uint8_t, 3> on{0x90, 60, 127};
+    host.midiIn().append(0, on.data(), 3);
     host.run(nullptr, nullptr, nullptr, nullptr, 0);
     EXPECT_LT(host.render(steady(4800, 0.5F)).left.back(), 0.1F);
 }

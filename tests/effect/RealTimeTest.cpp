@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 
 #include "tests/effect/AllocationCount.h"
@@ -25,8 +26,8 @@ TEST(RealTime, RunningNeitherAllocatesNorFrees) {
     float& channel = host.control("midi_channel");
     float& enabled = host.control("enabled");
     float& makeup = host.control("makeup");
-    const std::uint8_t on[]{0x90, 60, 100};
-    const std::uint8_t off[]{0xB0, 123, 0};
+    const std::array<std::uint8_t, 3> on{0x90, 60, 100};
+    const std::array<std::uint8_t, 3> off{0xB0, 123, 0};
     bool sent = false;
     int calls = 0;
     for (std::uint32_t block = 0; block < 500; ++block) {
@@ -37,8 +38,8 @@ TEST(RealTime, RunningNeitherAllocatesNorFrees) {
         makeup = static_cast<float>(block % 24);
         enabled = block % 100 < 80 ? 1.0F : 0.0F;
         host.midiIn().clear();
-        host.midiIn().append(17, on, 3);
-        host.midiIn().append(70, off, 3);
+        host.midiIn().append(17, on.data(), 3);
+        host.midiIn().append(70, off.data(), 3);
         {
             const AllocationCount counter;
             host.run(input.left.data() + start, input.right.data() + start,
