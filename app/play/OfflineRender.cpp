@@ -1,6 +1,8 @@
 #include "app/play/OfflineRender.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <cmath>
 #include <future>
 #include <random>
@@ -10,7 +12,6 @@
 #include "platform/audio/engine/AVAudioEngine.h"
 #include "platform/audio/engine/AVAudioPlayerNode.h"
 #include "platform/audio/engine/AVAudioUnit.h"
-#include "platform/audio/file/WaveFileWriter.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/NSError.h"
 
@@ -59,6 +60,10 @@ std::int64_t wantedFrames(const PlayOptions& options, const AVAudioFile& file) {
                           : inSeconds;
 }
 
+AVAudioFormat renderFormat(const AVAudioFile& file) {
+    return {file.processingFormat().sampleRate, 2};
+}
+
 /// Schedules a pass behind each that the player consumes, so that there is always one.
 class EndlessPasses {
   public:
@@ -89,44 +94,45 @@ class EndlessPasses {
 
 }  // namespace
 
-void renderOffline(const PlayOptions& options) {
-    const auto file = openFile(options);
+OfflineRender::OfflineRender(const PlayOptions& options)
+    : file_(openFile(options)),
+      frames_(wantedFrames(options, *file_)),
+      writer_(*options.render, renderFormat(*file_)) {}
+
+void OfflineRender::run() {
     const auto effect = makeEffect();
     effect->auAudioUnit()->setContextName(orvaloContextName);
 
-    const AVAudioFormat format{file->processingFormat().sampleRate, 2};
+    const auto format = renderFormat(*file_);
     const auto engine = std::make_shared<AVAudioEngine>();
     const auto player = std::make_shared<AVAudioPlayerNode>();
     engine->enableManualRenderingMode(format);
     engine->attach(player);
     engine->attach(effect);
-    engine->connect(player, effect, file->processingFormat());
+    engine->connect(player, effect, file_->processingFormat());
     engine->connect(effect, engine->mainMixerNode(), {});
     engine->start();
     player->play();
-    const EndlessPasses passes(player, file);
+    const EndlessPasses passes(player, file_);
 
-    WaveFileWriter writer(*options.render, format);
     AVAudioPCMBuffer buffer(format, kQuantum);
     std::array<float*, kMaximumChannels> channels{};
     ProgressLine progress;
-    const auto total = wantedFrames(options, *file);
     std::int64_t toSkip = 0;
-    for (std::int64_t rendered = 0, written = 0; written < total;) {
+    for (std::int64_t rendered = 0, written = 0; written < frames_; rendered += kQuantum) {
         engine->renderOffline(kQuantum, buffer);
         if (rendered == 0) {
             toSkip = effect->auAudioUnit()->latency();
         }
-        rendered += kQuantum;
         const auto from = std::min<std::int64_t>(toSkip, kQuantum);
         toSkip -= from;
-        const auto count = std::min<std::int64_t>(kQuantum - from, total - written);
-        writer.write(buffer.block(static_cast<std::uint32_t>(from),
-                                  static_cast<std::uint32_t>(count), channels));
+        const auto count = std::min<std::int64_t>(kQuantum - from, frames_ - written);
+        writer_.write(buffer.block(static_cast<std::uint32_t>(from),
+                                   static_cast<std::uint32_t>(count), channels));
         written += count;
-        progress.show(std::to_string(written * 100 / total) + " %");
+        progress.show(std::to_string(written * 100 / frames_) + " %");
     }
-    writer.finish();
+    writer_.finish();
 }
 
 }  // namespace orvalo

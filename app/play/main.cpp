@@ -2,7 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
+#include <optional>
+#include <stdexcept>
 
 #include "app/play/OfflineRender.h"
 #include "app/play/Performance.h"
@@ -32,15 +33,16 @@ int main(int argc, char** argv) {
     g_log_writer_default_set_use_stderr(TRUE);
 
     PlayOptions options;
+    std::optional<OfflineRender> render;
     try {
         options = PlayOptions::parse(argc, argv);
-        if (options.file) {
+        if (options.render) {
+            render.emplace(options);
+        } else if (options.file) {
             // What cannot be opened is told before anything starts.
             AVAudioFile::forReading(URL::fileURLWithPath(*options.file));
         }
-    } catch (const BadOption& error) {
-        return complain(error.what(), kBadOption);
-    } catch (const NSError& error) {
+    } catch (const std::runtime_error& error) {
         return complain(error.what(), kBadOption);
     }
 
@@ -48,9 +50,9 @@ int main(int argc, char** argv) {
         print(registryTable());
         return EXIT_SUCCESS;
     }
-    if (options.render) {
+    if (render) {
         try {
-            renderOffline(options);
+            render->run();
         } catch (const NSError& error) {
             return complain(error.what(), EXIT_FAILURE);
         }
