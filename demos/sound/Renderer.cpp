@@ -82,7 +82,9 @@ Performance::Performance(const Score& score, std::size_t part,
       channel_(score.parts[part].drums ? drumChannel : 0),
       rate_(rate),
       settings_(new_fluid_settings()) {
-    // What it has to say otherwise is that a SoundFont's rarer features are left out.
+    // Its failures are thrown, and otherwise it only tells which of a SoundFont's features it leaves
+    // out.
+    fluid_set_log_function(FLUID_ERR, nullptr, nullptr);
     fluid_set_log_function(FLUID_WARN, nullptr, nullptr);
     fluid_set_log_function(FLUID_INFO, nullptr, nullptr);
     fluid_settings_t* settings = settings_.get();

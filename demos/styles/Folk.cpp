@@ -48,7 +48,7 @@ Style flamencoStyle() {
         .loose = 7,
         .reverb = 40,
         .dynamics = {"5868", "47598", "6979"},
-        .majorProgressions = {"1 2:M 1 2:M 3:M 2:M 1 1", "4:m 3:M 2:M 1:M"},
+        .majorProgressions = {"1 2:M 1 2:M b3:M 2:M 1 1", "4:m b3:M 2:M 1:M"},
         .minorProgressions = {"1 7:M 6:M 5:M", "4 3 2 1:M"},
         .grooves = {{.lines = {{drum::clap, "..x...X...x.X..."},
                                {drum::kick, "X.......o......."},

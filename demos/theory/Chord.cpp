@@ -58,8 +58,9 @@ Chord parseChord(std::string_view text, const Scale& scale) {
         throw std::invalid_argument("no chord is written \"" + std::string(text) + "\"");
     };
     std::string_view rest = text;
+    const bool altered = !text.empty() && (text.front() == 'b' || text.front() == '#');
     int shift = 0;
-    if (!rest.empty() && (rest.front() == 'b' || rest.front() == '#')) {
+    if (altered) {
         shift = rest.front() == 'b' ? 11 : 1;
         rest.remove_prefix(1);
     }
@@ -68,15 +69,16 @@ Chord parseChord(std::string_view text, const Scale& scale) {
     }
     const int degree = rest.front() - '1';
     rest.remove_prefix(1);
-    const int root = (scale.keyOf(degree) + shift) % 12;
-    if (rest.empty()) {
+    const Scale& counted = altered ? Scale(scale.tonic(), Mode::major) : scale;
+    const int root = (counted.keyOf(degree) + shift) % 12;
+    if (rest.empty() && !altered) {
         return {root, stackedThirds(scale, degree, 3)};
     }
-    if (rest.front() != ':') {
+    if (rest.empty() || rest.front() != ':') {
         refuse();
     }
     rest.remove_prefix(1);
-    if (rest == "7" || rest == "9") {
+    if (!altered && (rest == "7" || rest == "9")) {
         return {root, stackedThirds(scale, degree, rest == "7" ? 4 : 5)};
     }
     const auto found = std::ranges::find(qualities(), rest, &Quality::name);

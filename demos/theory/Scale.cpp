@@ -22,7 +22,7 @@ const ModeFacts& factsOf(Mode mode) {
         {Mode::minor, Mode::minor, "minor", {0, 2, 3, 5, 7, 8, 10}},
         {Mode::dorian, Mode::dorian, "dorian", {0, 2, 3, 5, 7, 9, 10}},
         {Mode::phrygian, Mode::phrygian, "phrygian", {0, 1, 3, 5, 7, 8, 10}},
-        {Mode::lydian, Mode::lydian, "lydian", {0, 2, 4, 6, 7, 9, 11}},
+        {Mode::lydian, Mode::major, "lydian", {0, 2, 4, 6, 7, 9, 11}},
         {Mode::mixolydian, Mode::mixolydian, "mixolydian", {0, 2, 4, 5, 7, 9, 10}},
         {Mode::harmonicMinor, Mode::harmonicMinor, "harmonic minor", {0, 2, 3, 5, 7, 8, 11}},
         {Mode::phrygianDominant,
