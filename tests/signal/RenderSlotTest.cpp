@@ -5,6 +5,7 @@
 #include <atomic>
 #include <memory>
 #include <thread>
+#include <utility>
 
 namespace orvalo::testing {
 namespace {
@@ -30,14 +31,16 @@ TEST(RenderSlotTest, ExchangeGivesTheOldObjectBack) {
 TEST(RenderSlotTest, ExchangeWaitsForTheAccessThatIsOpen) {
     RenderSlot<int> slot(std::make_unique<int>(1));
     std::atomic<bool> hasReturned{false};
+    auto next = std::make_unique<int>(2);
+    const int* const nextPlace = next.get();
     std::jthread control;
     {
         const RenderSlot<int>::Access access(slot);
         control = std::jthread([&] {
-            const auto old = slot.exchange(std::make_unique<int>(2));
+            const auto old = slot.exchange(std::move(next));
             hasReturned = true;
         });
-        while (*slot.current() != 2) {
+        while (slot.current() != nextPlace) {
             std::this_thread::yield();
         }
         // The new object is in place; the old one is still held for this access.
