@@ -1,0 +1,42 @@
+#include "bench/measuring/JackServer.h"
+
+#include <jack/jack.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace orvalo::bench {
+
+namespace {
+
+constexpr int kMicrosecondsBetweenLooks = 20'000;
+constexpr int kLooks = 500;
+
+bool answers() {
+    auto* client = jack_client_open("orvalo-bench-look", JackNoStartServer, nullptr);
+    return client != nullptr && jack_client_close(client) == 0;
+}
+
+}  // namespace
+
+JackServer::JackServer() {
+    const auto name = "orvalo-bench-" + std::to_string(getpid());
+    // NOLINTBEGIN(concurrency-mt-unsafe): made before this program has a second thread.
+    setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);
+    setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+    // NOLINTEND(concurrency-mt-unsafe)
+    // What libjack says of a server that is not there yet is expected.
+    jack_set_error_function([](const char*) {});
+    jack_set_info_function([](const char*) {});
+    process_ = std::make_unique<Child>(
+        Command{"jackd", "--name", name, "-d", "dummy", "--rate", "48000", "--period", "64"});
+    for (int look = 0; !answers(); ++look) {
+        if (look == kLooks) {
+            throw std::runtime_error("jackd does not answer");
+        }
+        usleep(kMicrosecondsBetweenLooks);
+    }
+}
+
+}  // namespace orvalo::bench

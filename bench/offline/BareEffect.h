@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace orvalo::bench {
+
+/// The Orvalo effect, loaded with lilv, its ports connected by hand, and nothing else around it.
+/// Parameters are at their defaults, no notes come in.
+class BareEffect {
+  public:
+    static constexpr std::uint32_t blockFrames = 4096;
+
+    /// Throws std::runtime_error when the stage has no effect.
+    explicit BareEffect(double sampleRate);
+    ~BareEffect();
+    BareEffect(const BareEffect&) = delete;
+    BareEffect& operator=(const BareEffect&) = delete;
+
+    /// What run() takes: blockFrames samples of a channel, 0 or 1.
+    std::vector<float>& input(std::size_t channel) { return inputs_.at(channel); }
+
+    /// Processes blockFrames frames.
+    void run();
+
+  private:
+    struct Instance;
+    std::array<std::vector<float>, 2> inputs_;
+    std::array<std::vector<float>, 2> outputs_;
+    const std::unique_ptr<Instance> instance_;
+};
+
+}  // namespace orvalo::bench

@@ -1,0 +1,62 @@
+#include "bench/offline/Rivals.h"
+
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+#include "bench/measuring/Stage.h"
+
+namespace orvalo::bench {
+
+Command ffmpegJob(const std::filesystem::path& file) {
+    return {"ffmpeg",   "-nostdin",  "-y",
+            "-threads", "1",         "-i",
+            file,       "-af",       "lv2=p=urn\\\\:tessaly\\\\:orvalo",
+            "-c:a",     "pcm_f32le", "-f",
+            "wav",      "/dev/null"};
+}
+
+Command gstreamerJob(const std::filesystem::path& file) {
+    // The decoder's planar floats become the interleaved ones that the effect's element takes; the
+    // element knows no defaults of switches.
+    return {"gst-launch-1.0",
+            "-q",
+            "filesrc",
+            "location=" + file.string(),
+            "!",
+            "qtdemux",
+            "!",
+            "avdec_aac",
+            "!",
+            "audioconvert",
+            "!",
+            "urn-tessaly-orvalo",
+            "enabled=true",
+            "!",
+            "audioconvert",
+            "!",
+            "audio/x-raw,format=F32LE",
+            "!",
+            "wavenc",
+            "!",
+            "filesink",
+            "location=/dev/null"};
+}
+
+std::string makeEffectForGStreamer(const std::filesystem::path& folder) {
+    const auto original = stage() / "lib/lv2/orvalo.lv2";
+    const auto bundle = folder / "gstreamer/orvalo.lv2";
+    std::filesystem::create_directories(bundle);
+    std::filesystem::copy(original, bundle);
+    std::ostringstream data;
+    data << std::ifstream(original / "orvalo.ttl").rdbuf();
+    const std::regex groupOfParameters("pg:group orvalo:(?!input|output)[a-z]+( ;)?");
+    std::ofstream(bundle / "orvalo.ttl") << std::regex_replace(data.str(), groupOfParameters, "");
+    return bundle.parent_path().string() + ":/usr/lib/lv2";
+}
+
+Command playJob(const std::filesystem::path& file) {
+    return {playProgram(), "--file", file, "--render", "/dev/null"};
+}
+
+}  // namespace orvalo::bench
