@@ -4,7 +4,6 @@
 #include <glib.h>
 
 #include <csignal>
-#include <cstdio>
 #include <filesystem>
 
 #include "app/play/OneFileBundle.h"
@@ -116,11 +115,9 @@ void Performance::showProgress() {
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(
                              std::chrono::steady_clock::now() - startedAt_)
                              .count();
-    char text[64];
-    std::snprintf(text, sizeof text, "  pass %lld  %lld:%02lld",
-                  static_cast<long long>(passesDone_ + 1), static_cast<long long>(elapsed / 60),
-                  static_cast<long long>(elapsed % 60));
-    progress_.show(fileName_ + text);
+    const auto seconds = std::to_string(elapsed % 60);
+    progress_.show(fileName_ + "  pass " + std::to_string(passesDone_ + 1) + "  " +
+                   std::to_string(elapsed / 60) + (seconds.size() == 1 ? ":0" : ":") + seconds);
 }
 
 void Performance::after(double seconds, const std::function<void()>& action) {

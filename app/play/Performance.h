@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Audio Engine/AUEnginePlayerDelegate.h"
 #include "app/play/PlayOptions.h"
@@ -32,7 +33,7 @@ class Performance : public NSObject,
     void onLoop(std::int64_t count) override;
 
   private:
-    explicit Performance(const PlayOptions& options) : options_(options) {}
+    explicit Performance(PlayOptions options) : options_(std::move(options)) {}
 
     void begin();
     void pressPlay();

@@ -59,6 +59,7 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
     char* render = nullptr;
     char* file = nullptr;
     gboolean list = FALSE;
+    // NOLINTNEXTLINE(modernize-avoid-c-arrays): what GLib takes, ended by an empty entry.
     const GOptionEntry entries[] = {
         {"passes", 'n', 0, G_OPTION_ARG_STRING, &passes, "Stop after N passes of the file", "N"},
         {"seconds", 's', 0, G_OPTION_ARG_STRING, &seconds, "Stop after S seconds", "S"},

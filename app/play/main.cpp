@@ -27,9 +27,11 @@ int complain(const char* message, int status) {
 
 int main(int argc, char** argv) {
     using namespace orvalo;
+    // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet.
     std::setlocale(LC_ALL, "");
     // Numbers in lines and files read the same everywhere.
     std::setlocale(LC_NUMERIC, "C");
+    // NOLINTEND(concurrency-mt-unsafe)
     g_log_writer_default_set_use_stderr(TRUE);
 
     PlayOptions options;

@@ -86,7 +86,8 @@ std::shared_ptr<AVAudioFile> EngineFixture::open(const std::filesystem::path& pa
 }
 
 Signal EngineFixture::silence(std::size_t channels, std::size_t frames) {
-    return Signal(channels, std::vector<float>(frames, 0.0F));
+    Signal result(channels, std::vector<float>(frames, 0.0F));
+    return result;
 }
 
 Signal EngineFixture::part(const Signal& signal, std::size_t from, std::size_t count) {

@@ -50,7 +50,7 @@ class EngineFixture : public ::testing::Test {
     Signal render(std::size_t frames);
 
     std::filesystem::path wav(const std::string& name, std::uint32_t rate, const Signal& signal);
-    std::shared_ptr<AVAudioFile> open(const std::filesystem::path& path);
+    static std::shared_ptr<AVAudioFile> open(const std::filesystem::path& path);
 
     static Signal silence(std::size_t channels, std::size_t frames);
     static Signal part(const Signal& signal, std::size_t from, std::size_t count);

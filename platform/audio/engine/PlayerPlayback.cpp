@@ -19,7 +19,7 @@ AVAudioPlayerNode::Playback::~Playback() {
 
 std::shared_ptr<AVAudioPlayerNode::Playback> AVAudioPlayerNode::Playback::start(
     std::function<void()> onFormatChange) {
-    const std::shared_ptr<Playback> playback(new Playback(std::move(onFormatChange)));
+    std::shared_ptr<Playback> playback(new Playback(std::move(onFormatChange)));
     playback->decoder_ = std::jthread([playback](const std::stop_token& stopped) {
         pthread_setname_np(pthread_self(), "orvalo-decode");
         playback->decodeLoop(stopped);

@@ -71,8 +71,8 @@ WaveFileWriter::~WaveFileWriter() = default;
 
 void WaveFileWriter::write(const AudioBlock& block) {
     auto* packet = muxer_->packet.get();
-    check(av_new_packet(packet,
-                        static_cast<int>(block.frameCount * block.channelCount * sizeof(float))));
+    const auto size = sizeof(float) * block.channelCount * block.frameCount;
+    check(av_new_packet(packet, static_cast<int>(size)));
     auto* samples = reinterpret_cast<float*>(packet->data);
     for (std::uint32_t frame = 0; frame < block.frameCount; ++frame) {
         for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {

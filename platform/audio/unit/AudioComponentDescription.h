@@ -19,6 +19,7 @@ struct AudioComponentDescription {
 };
 
 /// A four-character code packed big-end first: fourCharCode("aumf") is 0x61756D66.
+// NOLINTNEXTLINE(modernize-avoid-c-arrays): what a literal is.
 consteval std::uint32_t fourCharCode(const char (&text)[5]) {
     std::uint32_t code = 0;
     for (int index = 0; index < 4; ++index) {
