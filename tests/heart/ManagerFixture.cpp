@@ -15,6 +15,10 @@ ManagerFixture::~ManagerFixture() = default;
 
 void ManagerFixture::makeManager() {
     manager = AUExtensionManager::init(delegate, player);
+    serveMainQueueUntil([this] { return manager.use_count() == 1; });
+    // Letting go of a reference comes after all that the search did before it let go of its own;
+    // the count alone says nothing about that.
+    std::shared_ptr(manager).reset();
 }
 
 const std::string kNote =

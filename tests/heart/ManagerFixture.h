@@ -13,7 +13,7 @@ class ManagerFixture : public PlayerFixture {
     explicit ManagerFixture(const char* effectsPath);
     ~ManagerFixture() override;
 
-    /// Makes the manager, which starts to search.
+    /// Makes the manager, which starts to search, and waits until all that follows has ended.
     void makeManager();
 
     std::shared_ptr<AUExtensionManager> manager;

@@ -13,7 +13,6 @@ class NoEffect : public ManagerFixture {
     /// A manager that has looked for its effect in vain.
     AUExtensionManagerPeer searched() {
         makeManager();
-        serveMainQueueUntilPrinted(output, kNoneFound);
         newLines();
         return {*manager};
     }
@@ -21,8 +20,6 @@ class NoEffect : public ManagerFixture {
 
 TEST_F(NoEffect, EndsTheSearchWithItsLine) {
     makeManager();
-    serveMainQueueUntilPrinted(output, kNoneFound);
-    settle();
     EXPECT_EQ(newLines(), Lines({kNote, kNoneFound}));
     EXPECT_TRUE(AUExtensionManagerPeer{*manager}.availableAudioUnits().empty());
 }
@@ -30,7 +27,7 @@ TEST_F(NoEffect, EndsTheSearchWithItsLine) {
 TEST_F(NoEffect, NeedsNoDelegate) {
     delegate = nullptr;
     makeManager();
-    serveMainQueueUntilPrinted(output, kNoneFound);
+    EXPECT_EQ(newLines(), Lines({kNote, kNoneFound}));
 }
 
 TEST_F(NoEffect, TheSearchHoldsTheManager) {

@@ -23,20 +23,12 @@ class TwoEffects : public ManagerFixture {
                       "or the file is nil (yet).",
                       "AUExtensionManager: Performed audio unit connection.",
                       "[global] onFoundComponent(unit: present)",
-                      "WARNING: Audio unit is nil (yet?).", kInitialized});
+                      "WARNING: Audio unit is nil (yet?).", "[global] onEngineInitialized()"});
     }
-
-    /// A manager whose effect is in place.
-    void makeManagerAndWait() {
-        makeManager();
-        serveMainQueueUntilPrinted(output, kInitialized);
-    }
-
-    static constexpr auto kInitialized = "[global] onEngineInitialized()";
 };
 
 TEST_F(TwoEffects, TheFirstIsFoundMadeAndConnected) {
-    makeManagerAndWait();
+    makeManager();
     settle();
     EXPECT_EQ(newLines(), found());
 
@@ -47,7 +39,7 @@ TEST_F(TwoEffects, TheFirstIsFoundMadeAndConnected) {
 }
 
 TEST_F(TwoEffects, BothStayAvailable) {
-    makeManagerAndWait();
+    makeManager();
     Lines uris;
     for (const auto& component : AUExtensionManagerPeer{*manager}.availableAudioUnits()) {
         uris.push_back(component->uri);
@@ -56,7 +48,7 @@ TEST_F(TwoEffects, BothStayAvailable) {
 }
 
 TEST_F(TwoEffects, NothingIsAssignedToTheManager) {
-    makeManagerAndWait();
+    makeManager();
     EXPECT_TRUE(manager->presets().empty());
     EXPECT_FALSE(manager->currentPreset());
     EXPECT_EQ(manager->viewController, nullptr);
@@ -64,16 +56,11 @@ TEST_F(TwoEffects, NothingIsAssignedToTheManager) {
 
 TEST_F(TwoEffects, AMissingDelegateIsFatal) {
     delegate = nullptr;
-    EXPECT_FATAL_ERROR(
-        {
-            makeManager();
-            serveMainQueueUntil([] { return false; });
-        },
-        kFoundNil);
+    EXPECT_FATAL_ERROR(makeManager(), kFoundNil);
 }
 
 TEST_F(TwoEffects, PlaysThroughTheEffectAndPrintsItsMIDI) {
-    makeManagerAndWait();
+    makeManager();
     newLines();
     EXPECT_TRUE(manager->togglePlayback());
     const auto path = peer.fileURL()->path();
@@ -119,7 +106,7 @@ TEST_F(TwoEffects, PlaysThroughTheEffectAndPrintsItsMIDI) {
 }
 
 TEST_F(TwoEffects, TheEffectIsInTheSignalsWay) {
-    makeManagerAndWait();
+    makeManager();
     manager->togglePlayback();
     player->load(constantFile("a.wav"));
     settle();
