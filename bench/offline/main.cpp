@@ -6,12 +6,12 @@
 #include <optional>
 
 #include "bench/measuring/Child.h"
+#include "bench/measuring/Music.h"
 #include "bench/measuring/Options.h"
 #include "bench/measuring/ScratchFolder.h"
 #include "bench/measuring/Stage.h"
 #include "bench/measuring/Statistics.h"
 #include "bench/offline/Floor.h"
-#include "bench/offline/Music.h"
 #include "bench/offline/Rivals.h"
 
 namespace {

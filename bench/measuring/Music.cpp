@@ -1,4 +1,4 @@
-#include "bench/offline/Music.h"
+#include "bench/measuring/Music.h"
 
 #include <fstream>
 #include <string>

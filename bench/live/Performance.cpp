@@ -1,0 +1,89 @@
+#include "bench/live/Performance.h"
+
+#include <atomic>
+#include <chrono>
+#include <future>
+
+#include "hosting/OrvaloComponent.h"
+#include "platform/audio/engine/AVAudioEngine.h"
+#include "platform/audio/engine/AVAudioPlayerNode.h"
+#include "platform/audio/engine/AVAudioUnit.h"
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/RunLoop.h"
+
+namespace orvalo::bench {
+
+namespace {
+
+std::shared_ptr<AVAudioUnit> makeEffect() {
+    std::promise<std::shared_ptr<AVAudioUnit>> promise;
+    AVAudioUnit::instantiate(
+        orvaloComponentDescription, AudioComponentInstantiationOptions::none,
+        [&](const std::shared_ptr<AVAudioUnit>& unit, const std::optional<NSError>& error) {
+            if (unit) {
+                promise.set_value(unit);
+            } else {
+                promise.set_exception(std::make_exception_ptr(*error));
+            }
+        });
+    return promise.get_future().get();
+}
+
+/// Passes without end, until the player is stopped.
+class Passes : public std::enable_shared_from_this<Passes> {
+  public:
+    Passes(std::shared_ptr<AVAudioPlayerNode> player, std::shared_ptr<AVAudioFile> file)
+        : player_(std::move(player)), file_(std::move(file)) {}
+
+    void schedule() {
+        player_->scheduleFile(file_, {}, [self = shared_from_this()] {
+            self->queue_->async([self] {
+                if (!self->isOver_) {
+                    self->schedule();
+                }
+            });
+        });
+    }
+    void end() {
+        queue_->sync([this] { isOver_ = true; });
+        player_->stop();
+    }
+
+  private:
+    const std::shared_ptr<AVAudioPlayerNode> player_;
+    const std::shared_ptr<AVAudioFile> file_;
+    const std::shared_ptr<DispatchQueue> queue_ = DispatchQueue::serial("passes");
+    bool isOver_ = false;
+};
+
+}  // namespace
+
+Outcome perform(std::unique_ptr<AudioOutput> output, const std::shared_ptr<AVAudioFile>& file,
+                int seconds) {
+    std::uint64_t midiEvents = 0;
+    const auto effect = makeEffect();
+    effect->auAudioUnit()->setMIDIOutputEventBlock(
+        [&midiEvents](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) {
+            DispatchQueue::main()->async([&midiEvents] { ++midiEvents; });
+            return 0;
+        });
+    const auto engine = std::make_shared<AVAudioEngine>(std::move(output));
+    const auto player = std::make_shared<AVAudioPlayerNode>();
+    engine->attach(player);
+    engine->attach(effect);
+    engine->connect(player, effect, {});
+    engine->connect(effect, engine->mainMixerNode(), {});
+    const auto passes = std::make_shared<Passes>(player, file);
+    passes->schedule();
+    engine->start();
+    player->play();
+    RunLoop::main()->run([] { return false; }, std::chrono::seconds(seconds));
+    const Outcome outcome{engine->xrunCount(), player->underrunCount(), midiEvents};
+    passes->end();
+    engine->stop();
+    // What the render thread has sent meanwhile still counts here.
+    RunLoop::main()->run([] { return false; }, std::chrono::milliseconds(100));
+    return {outcome.xruns, outcome.underruns, midiEvents};
+}
+
+}  // namespace orvalo::bench

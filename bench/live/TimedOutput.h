@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+
+#include "bench/live/QuantumTimes.h"
+#include "bench/live/timed_effect/TimedEffect.h"
+#include "platform/audio/output/AudioOutput.h"
+
+namespace orvalo::bench {
+
+/// Stands between an engine and its output and times each render call.
+class TimedOutput : public AudioOutput, private AudioOutputSource {
+  public:
+    /// times must live as long as the output.
+    TimedOutput(std::unique_ptr<AudioOutput> output, RunNanoseconds effectTime, QuantumTimes& times)
+        : output_(std::move(output)), effectTime_(effectTime), times_(times) {}
+
+    AVAudioFormat format() override { return output_->format(); }
+    void start(AudioOutputSource& source) override;
+    void stop() override { output_->stop(); }
+    std::uint64_t xrunCount() const override { return output_->xrunCount(); }
+
+  private:
+    void renderOutput(const AudioBlock& block) noexcept override;
+    void outputFormatChanged(const AVAudioFormat& format) override;
+
+    const std::unique_ptr<AudioOutput> output_;
+    const RunNanoseconds effectTime_;
+    QuantumTimes& times_;
+    AudioOutputSource* source_ = nullptr;
+};
+
+}  // namespace orvalo::bench
