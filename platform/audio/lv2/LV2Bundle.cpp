@@ -1,16 +1,11 @@
 #include "platform/audio/lv2/LV2Bundle.h"
 
-#include <fcntl.h>
 #include <glib.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <optional>
 #include <set>
+
+#include "platform/audio/lv2/TurtleFile.h"
 
 namespace orvalo {
 
@@ -35,60 +30,6 @@ std::string expanded(const std::string& folder) {
         return value == nullptr ? folder : value + folder.substr(end);
     }
     return folder;
-}
-
-class Descriptor {
-  public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return descriptor_; }
-
-  private:
-    int descriptor_;
-};
-
-std::optional<std::string> readManifest(const fs::path& path) {
-    // Non-blocking, as a pipe in a manifest's place must not hold the program up.
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (file.get() < 0) {
-        if (errno != ENOENT && errno != ENOTDIR) {
-            g_warning("%s cannot be read: %s.", path.c_str(), g_strerror(errno));
-        }
-        return std::nullopt;
-    }
-    struct stat status {};
-    if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        g_warning("%s is no file.", path.c_str());
-        return std::nullopt;
-    }
-    if (static_cast<std::uint64_t>(status.st_size) > kLargestManifest) {
-        g_warning("%s is too large for a manifest.", path.c_str());
-        return std::nullopt;
-    }
-    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
-    std::size_t have = 0;
-    while (have < bytes.size()) {
-        const auto count = read(file.get(), bytes.data() + have, bytes.size() - have);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            g_warning("%s cannot be read: %s.", path.c_str(), g_strerror(errno));
-            return std::nullopt;
-        }
-        if (count == 0) {
-            break;
-        }
-        have += static_cast<std::size_t>(count);
-    }
-    bytes.resize(have);
-    return bytes;
 }
 
 std::string bundleURI(const fs::path& path) {
@@ -135,7 +76,7 @@ std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath) {
     std::set<fs::path> seen;
     for (const auto& folder : folders) {
         for (const auto& item : subfolders(folder)) {
-            auto manifest = readManifest(item / "manifest.ttl");
+            auto manifest = readTurtle(item / "manifest.ttl", kLargestManifest);
             if (!manifest) {
                 continue;
             }

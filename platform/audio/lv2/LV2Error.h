@@ -14,6 +14,7 @@ enum class LV2ErrorCode {
     unsupportedPort,
     instantiationFailed,
     stateFailed,
+    badData,
 };
 
 /// The error "<uri>: reason": the plug-in in front, the reason as a clause without a full stop.

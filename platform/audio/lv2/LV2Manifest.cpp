@@ -7,6 +7,8 @@
 #include <memory>
 #include <string_view>
 
+#include "platform/audio/lv2/TurtleFile.h"
+
 namespace orvalo {
 
 namespace {
@@ -17,7 +19,6 @@ using Environment = std::unique_ptr<SerdEnv, decltype(&serd_env_free)>;
 struct Reading {
     Environment environment{nullptr, serd_env_free};
     std::vector<LV2ComponentStatement> statements;
-    std::string error;
 };
 
 std::string text(const SerdNode& node) {
@@ -34,17 +35,6 @@ std::string uriOf(const Reading& reading, const SerdNode& node) {
     std::string result = text(whole);
     serd_node_free(&whole);
     return result;
-}
-
-SerdStatus onError(void* handle, const SerdError* error) {
-    auto& reading = *static_cast<Reading*>(handle);
-    if (reading.error.empty()) {
-        // GLib's formatting takes the library's va_list.
-        gchar* message = g_strdup_vprintf(error->fmt, *error->args);
-        reading.error = "line " + std::to_string(error->line) + ": " + g_strchomp(message);
-        g_free(message);
-    }
-    return SERD_SUCCESS;
 }
 
 SerdStatus onBase(void* handle, const SerdNode* uri) {
@@ -78,13 +68,9 @@ Reading read(const LV2Bundle& bundle) {
     const std::unique_ptr<SerdReader, decltype(&serd_reader_free)> reader(
         serd_reader_new(SERD_TURTLE, &reading, nullptr, onBase, onPrefix, onStatement, nullptr),
         serd_reader_free);
-    serd_reader_set_strict(reader.get(), false);
-    serd_reader_set_error_sink(reader.get(), onError, &reading);
-    const auto status = serd_reader_read_string(
-        reader.get(), reinterpret_cast<const std::uint8_t*>(bundle.manifest.c_str()));
-    if (status > SERD_FAILURE && reading.error.empty()) {
-        reading.error = reinterpret_cast<const char*>(serd_strerror(status));
-    }
+    serd_reader_set_strict(reader.get(), true);
+    serd_reader_read_string(reader.get(),
+                            reinterpret_cast<const std::uint8_t*>(bundle.manifest.c_str()));
     return reading;
 }
 
@@ -95,10 +81,7 @@ bool contains(const std::string& bytes, std::string_view part) {
 }  // namespace
 
 bool isReadable(const LV2Bundle& bundle) {
-    std::string error = read(bundle).error;
-    if (error.empty() && contains(bundle.manifest, std::string_view("\0", 1))) {
-        error = "it holds a null character";
-    }
+    const auto error = turtleError(bundle.manifest);
     if (!error.empty()) {
         g_warning("The manifest of %s is left out: %s.", bundle.path.c_str(), error.c_str());
     }

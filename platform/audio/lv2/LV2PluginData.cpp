@@ -11,6 +11,7 @@
 #include "platform/audio/lv2/LV2Features.h"
 #include "platform/audio/lv2/LV2Options.h"
 #include "platform/audio/lv2/LV2PortReader.h"
+#include "platform/audio/lv2/TurtleFile.h"
 #include "platform/audio/signal/AudioBlock.h"
 
 namespace orvalo {
@@ -46,6 +47,16 @@ void requireOptions(const LV2World::Access& access, const LilvPlugin* plugin,
         if (!LV2Options::isOffered(option)) {
             throw lv2Error(LV2ErrorCode::unsupportedFeature, uri,
                            "it requires the option <" + option + ">, which is not offered");
+        }
+    }
+}
+
+/// lilv reads them at the next question.
+void checkDataFiles(const LilvPlugin* plugin, const std::string& uri) {
+    for (const auto& file : uris(lilv_plugin_get_data_uris(plugin))) {
+        if (const auto error = turtleFileError(file); !error.empty()) {
+            throw lv2Error(LV2ErrorCode::badData, uri,
+                           "its data file <" + file + "> is not sound (" + error + ")");
         }
     }
 }
@@ -87,6 +98,7 @@ LV2PluginData LV2PluginData::read(const LV2World::Access& access, const std::str
     }
     LV2PluginData data;
     data.uri = uri;
+    checkDataFiles(plugin, uri);
     data.library = libraryPath(plugin, uri);
     requireFeatures(plugin, uri);
     requireOptions(access, plugin, uri);

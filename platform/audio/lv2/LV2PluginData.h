@@ -21,8 +21,9 @@ struct LV2PluginData {
     bool hasThreadSafeRestore = false;
     bool hasDefaultState = false;
 
-    /// Throws NSError: no such plug-in, no library, a required feature or option that this host
-    /// does not have (by its URI), no ports, or a port that it cannot serve (by its name).
+    /// Throws NSError: no such plug-in, broken data, no library, a required feature or option that
+    /// this host does not have (by its URI), no ports, or a port that it cannot serve (by its
+    /// name).
     static LV2PluginData read(const LV2World::Access& access, const std::string& uri);
 };
 

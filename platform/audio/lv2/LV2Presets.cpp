@@ -7,12 +7,33 @@
 #include <tuple>
 
 #include "platform/audio/lv2/LV2Features.h"
+#include "platform/audio/lv2/TurtleFile.h"
 
 namespace orvalo {
 
 namespace {
 
+constexpr const char* kSeeAlso = "http://www.w3.org/2000/01/rdf-schema#seeAlso";
 constexpr const char* kLabel = "http://www.w3.org/2000/01/rdf-schema#label";
+
+/// Whether lilv may read the files that the resource's manifest names; otherwise a warning says
+/// which it may not.
+bool hasSoundFiles(const LV2World::Access& access, const LilvNode* resource) {
+    const auto predicate = access.uri(kSeeAlso);
+    const LilvPointer<LilvNodes> files(
+        lilv_world_find_nodes(access.lilv(), resource, predicate.get(), nullptr));
+    LILV_FOREACH(nodes, i, files.get()) {
+        const auto* file = lilv_nodes_get(files.get(), i);
+        const auto error = lilv_node_is_uri(file) ? turtleFileError(lilv_node_as_uri(file))
+                                                  : std::string("it is named by no URI");
+        if (!error.empty()) {
+            g_warning("The preset <%s> is left out: its file %s is not sound (%s).",
+                      lilv_node_as_uri(resource), lilv_node_as_string(file), error.c_str());
+            return false;
+        }
+    }
+    return true;
+}
 
 LilvPointer<LilvNode> label(const LV2World::Access& access, const LilvNode* preset) {
     const auto predicate = access.uri(kLabel);
@@ -42,7 +63,7 @@ std::vector<LV2Preset> findPresets(LV2World& world, const std::string& pluginURI
     std::vector<LV2Preset> presets;
     LILV_FOREACH(nodes, i, nodes.get()) {
         const auto* node = lilv_nodes_get(nodes.get(), i);
-        if (!lilv_node_is_uri(node)) {
+        if (!lilv_node_is_uri(node) || !hasSoundFiles(access, node)) {
             continue;
         }
         const std::string uri = lilv_node_as_uri(node);

@@ -308,13 +308,15 @@ LV2_State_Status restore(LV2_Handle handle, LV2_State_Retrieve_Function retrieve
     std::size_t size = 0;
     std::uint32_t type = 0;
     std::uint32_t flags = 0;
-    if (const void* secret = retrieve(retrieveHandle, self.secretKey, &size, &type, &flags)) {
+    const void* secret = retrieve(retrieveHandle, self.secretKey, &size, &type, &flags);
+    if (secret != nullptr && type == self.forge.Int && size == sizeof(std::int32_t)) {
         self.secret = *static_cast<const std::int32_t*>(secret);
         record().secret = self.secret.load();
     }
     auto* mapPath = feature<LV2_State_Map_Path>(features, LV2_STATE__mapPath);
     auto* freePath = feature<LV2_State_Free_Path>(features, LV2_STATE__freePath);
-    if (const void* path = retrieve(retrieveHandle, self.fileKey, &size, &type, &flags)) {
+    const void* path = retrieve(retrieveHandle, self.fileKey, &size, &type, &flags);
+    if (path != nullptr && type == self.forge.Path) {
         char* absolute = mapPath->absolute_path(mapPath->handle, static_cast<const char*>(path));
         std::string text;
         std::ifstream(absolute) >> text;
