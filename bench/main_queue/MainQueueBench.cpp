@@ -106,22 +106,19 @@ class RatioReporter : public benchmark::ConsoleReporter {
     std::map<std::string, double> nanoseconds_;
 };
 
-void add(const std::string& name, void (*function)(benchmark::State&)) {
-    benchmark::RegisterBenchmark(name.c_str(), function)
-        ->UseRealTime()
-        ->MinTime(0.1)
-        ->Repetitions(5)
-        ->ReportAggregatesOnly();
+void repeat(benchmark::internal::Benchmark* benchmark) {
+    benchmark->UseRealTime()->MinTime(0.1)->Repetitions(5)->ReportAggregatesOnly();
 }
+
+BENCHMARK_TEMPLATE(submission, MainQueueWay)->Name("submission/main_queue")->Apply(repeat);
+BENCHMARK_TEMPLATE(submission, IdleWay)->Name("submission/g_idle_add")->Apply(repeat);
+BENCHMARK_TEMPLATE(throughput, MainQueueWay)->Name("throughput/main_queue")->Apply(repeat);
+BENCHMARK_TEMPLATE(throughput, IdleWay)->Name("throughput/g_idle_add")->Apply(repeat);
 
 }  // namespace
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
-    add("submission/main_queue", submission<MainQueueWay>);
-    add("submission/g_idle_add", submission<IdleWay>);
-    add("throughput/main_queue", throughput<MainQueueWay>);
-    add("throughput/g_idle_add", throughput<IdleWay>);
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

@@ -17,12 +17,12 @@ class WorkItem {
 
     WorkItem() noexcept = default;
 
+    // The constraint leaves work items out.
+    // NOLINTBEGIN(bugprone-forwarding-reference-overload)
     template <typename Work>
     requires(!std::is_same_v<std::remove_cvref_t<Work>, WorkItem> &&
-             std::is_invocable_v<std::decay_t<Work>&>)
-        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): the constraint leaves work items
-        // out.
-        WorkItem(Work&& work) {
+             std::is_invocable_v<std::decay_t<Work>&>) WorkItem(Work&& work) {
+        // NOLINTEND(bugprone-forwarding-reference-overload)
         using Closure = std::decay_t<Work>;
         if constexpr (fitsInline<Closure>()) {
             ::new (static_cast<void*>(storage_.data())) Closure(std::forward<Work>(work));

@@ -24,8 +24,8 @@ std::uint64_t orvalo::testing::allocationsInRealTime() {
     return counter().load(std::memory_order_relaxed);
 }
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names are those of the C library and the
-// sanitizers.
+// The names are those of the C library and the sanitizers.
+// NOLINTBEGIN(*-reserved-identifier,*-declaration-parameter-name)
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
 // The sanitizers have replaced the allocator and call these.
@@ -69,4 +69,4 @@ void free(void* memory) {
 }
 
 #endif
-// NOLINTEND(bugprone-reserved-identifier, readability-inconsistent-declaration-parameter-name)
+// NOLINTEND(*-reserved-identifier,*-declaration-parameter-name)
