@@ -43,8 +43,9 @@ std::size_t pageSize(Bytes bytes) {
 template <typename Visit>
 void forEachPage(Bytes bytes, const Visit& visit) {
     while (true) {
-        const auto capture = std::ranges::search(bytes, kCapture);
-        bytes = Bytes(capture.begin(), bytes.end());
+        // Not the range's own search: clang 14 does not take it with a span.
+        bytes = Bytes(std::search(bytes.begin(), bytes.end(), kCapture.begin(), kCapture.end()),
+                      bytes.end());
         if (bytes.size() < kHeaderBytes) {
             return;
         }

@@ -152,6 +152,7 @@ void readMutations(const std::filesystem::path& seedFolder, std::uint64_t iterat
         alarm(kMostSeconds);
         readThrough(path);
     }
+    std::cerr << iterations << " inputs read\n";
 }
 
 }  // namespace
