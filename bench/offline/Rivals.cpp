@@ -11,7 +11,7 @@ namespace orvalo::bench {
 Command ffmpegJob(const std::filesystem::path& file) {
     return {"ffmpeg",   "-nostdin",  "-y",
             "-threads", "1",         "-i",
-            file,       "-af",       "lv2=p=urn\\\\:tessaly\\\\:orvalo",
+            file,       "-af",       R"(lv2=p=urn\\:tessaly\\:orvalo)",
             "-c:a",     "pcm_f32le", "-f",
             "wav",      "/dev/null"};
 }
