@@ -3,6 +3,7 @@
 #include <lv2/options/options.h>
 #include <lv2/state/state.h>
 
+#include <array>
 #include <cmath>
 
 #include "platform/audio/lv2/LV2Error.h"
@@ -121,8 +122,8 @@ void LV2Instance::setContextName(const std::string& name) {
     if (takesOptions()) {
         const auto* options =
             extension<LV2_Options_Interface>(instance_.get(), LV2_OPTIONS__interface);
-        const LV2_Options_Option changes[] = {LV2Options::contextName(name), {}};
-        options->set(lilv_instance_get_handle(instance_.get()), changes);
+        const std::array changes{LV2Options::contextName(name), LV2_Options_Option{}};
+        options->set(lilv_instance_get_handle(instance_.get()), changes.data());
     }
 }
 

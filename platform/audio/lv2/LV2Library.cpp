@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-LV2Library::LV2Library(const std::string& uri, const std::string& path) : library_(nullptr) {
+LV2Library::LV2Library(const std::string& uri, const std::string& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) {
         throw lv2Error(LV2ErrorCode::noLibrary, uri, "its library " + path + " is missing");

@@ -19,7 +19,7 @@ class LV2Library {
     bool holds(const std::string& uri) const;
 
   private:
-    void* library_;
+    void* library_ = nullptr;
 };
 
 }  // namespace orvalo

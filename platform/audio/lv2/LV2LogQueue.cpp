@@ -44,7 +44,7 @@ void LV2LogQueue::push(const char* uri, LV2_URID type, const char* text) noexcep
                 slot.uri = uri;
                 slot.type = type;
                 const auto length = std::min(std::strlen(text), kLongestText - 1);
-                std::memcpy(slot.text, text, length);
+                std::memcpy(slot.text.data(), text, length);
                 slot.text[length] = '\0';
                 slot.turn.store(turn + 1, std::memory_order_release);
                 break;
@@ -66,7 +66,7 @@ void LV2LogQueue::drain() {
         if (slot.turn.load(std::memory_order_acquire) != first_ + 1) {
             break;
         }
-        write(slot.uri, slot.type, slot.text);
+        write(slot.uri, slot.type, slot.text.data());
         slot.turn.store(first_ + kCapacity, std::memory_order_release);
         ++first_;
     }

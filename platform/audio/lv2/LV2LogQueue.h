@@ -40,7 +40,7 @@ class LV2LogQueue {
         std::atomic<std::size_t> turn;
         const char* uri;
         LV2_URID type;
-        char text[kLongestText];
+        std::array<char, kLongestText> text;
     };
 
     std::array<Slot, kCapacity> slots_{};

@@ -55,8 +55,9 @@ void requireOptions(const LV2World::Access& access, const LilvPlugin* plugin,
 void checkDataFiles(const LilvPlugin* plugin, const std::string& uri) {
     for (const auto& file : uris(lilv_plugin_get_data_uris(plugin))) {
         if (const auto error = turtleFileError(file); !error.empty()) {
-            throw lv2Error(LV2ErrorCode::badData, uri,
-                           "its data file <" + file + "> is not sound (" + error + ")");
+            std::string reason = "its data file <";
+            reason.append(file).append("> is not sound (").append(error).append(")");
+            throw lv2Error(LV2ErrorCode::badData, uri, reason);
         }
     }
 }

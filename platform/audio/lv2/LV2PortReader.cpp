@@ -8,6 +8,7 @@
 #include <lv2/time/time.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -132,9 +133,9 @@ class PortReader {
         LilvNode* lowest = nullptr;
         LilvNode* highest = nullptr;
         lilv_port_get_range(plugin_, port_, &byDefault, &lowest, &highest);
-        const LilvPointer<LilvNode> owned[] = {LilvPointer<LilvNode>(byDefault),
-                                               LilvPointer<LilvNode>(lowest),
-                                               LilvPointer<LilvNode>(highest)};
+        const std::array<LilvPointer<LilvNode>, 3> owned{LilvPointer<LilvNode>(byDefault),
+                                                         LilvPointer<LilvNode>(lowest),
+                                                         LilvPointer<LilvNode>(highest)};
         const auto number = [](const LilvPointer<LilvNode>& node, float otherwise) {
             const bool isNumber =
                 node != nullptr && (lilv_node_is_float(node.get()) ||

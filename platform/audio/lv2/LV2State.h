@@ -12,10 +12,10 @@ using LV2State = std::shared_ptr<const LilvState>;
 
 /// Takes a state of lilv's into care; the world must outlive it.
 inline LV2State keep(LV2World& world, LilvState* state) {
-    return LV2State(state, [&world](const LilvState* kept) {
-        const LV2World::Access access(world);
-        lilv_state_free(const_cast<LilvState*>(kept));
-    });
+    return {state, [&world](const LilvState* kept) {
+                const LV2World::Access access(world);
+                lilv_state_free(const_cast<LilvState*>(kept));
+            }};
 }
 
 }  // namespace orvalo
