@@ -81,10 +81,21 @@ class JackServerTest : public ::testing::Test {
         takeLibraryMessages();
     }
 
-    std::unique_ptr<ServerProcess> startServer(const std::string& rate, const std::string& period) {
-        auto process = std::make_unique<ServerProcess>(std::vector<std::string>{
-            "jackd", "--no-realtime", "--sync", "--timeout", "5000", "--name", server_, "-d",
-            "dummy", "--rate", rate, "--period", period});
+    /// inStep: the server waits for its clients in each period, so that none misses one.
+    std::unique_ptr<ServerProcess> startServer(const std::string& rate, const std::string& period,
+                                               bool inStep = false) {
+        // A client that opens while another one of a dead server is being closed would have libjack
+        // free that one: wait until all are closed.
+        EXPECT_TRUE(source_.waitUntil([] {
+            JackDevice device;
+            return !device.look() && device.absence() == "no JACK server is running";
+        }));
+        std::vector<std::string> command{"jackd", "--no-realtime", "--name", server_};
+        if (inStep) {
+            command.insert(command.end(), {"--sync", "--timeout", "5000"});
+        }
+        command.insert(command.end(), {"-d", "dummy", "--rate", rate, "--period", period});
+        auto process = std::make_unique<ServerProcess>(command);
         EXPECT_TRUE(source_.waitUntil([] { return openClient("waiting") != nullptr; }));
         return process;
     }
@@ -121,7 +132,7 @@ class JackServerTest : public ::testing::Test {
 };
 
 TEST_F(JackServerTest, IsHeardSampleBySample) {
-    const auto server = startServer("48000", "64");
+    const auto server = startServer("48000", "64", true);
     setenv("ORVALO_AUDIO_OUTPUT", "auto", 1);
     const auto output = AudioOutput::system();
     unsetenv("ORVALO_AUDIO_OUTPUT");

@@ -1,10 +1,11 @@
 #include "tests/output/ServerProcess.h"
 
 #include <fcntl.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <system_error>
 
@@ -17,17 +18,22 @@ ServerProcess::ServerProcess(const std::vector<std::string>& command) : process_
         arguments.push_back(const_cast<char*>(word.c_str()));
     }
     arguments.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    const int error =
-        posix_spawnp(&process_, arguments[0], &actions, nullptr, arguments.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
-        throw std::system_error(error, std::generic_category(), command.front());
+    const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
+    process_ = fork();
+    if (process_ < 0) {
+        throw std::system_error(errno, std::generic_category(), command.front());
     }
+    if (process_ == 0) {
+        // It ends with the test, however that ends, and holds none of its files open.
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        for (const int standard : {0, 1, 2}) {
+            dup2(null, standard);
+        }
+        close_range(3, ~0U, 0);
+        execvp(arguments[0], arguments.data());
+        _exit(127);
+    }
+    close(null);
 }
 
 ServerProcess::~ServerProcess() {

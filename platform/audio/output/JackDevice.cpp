@@ -28,6 +28,10 @@ Turns& libjack() {
 using Client = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
 using Ports = std::unique_ptr<const char*, void (*)(const char**)>;
 
+/// How many streams are not closed yet although their server has shut down. To open a client then
+/// would have libjack free those streams' clients behind their backs.
+std::atomic<int> orphanCount{0};
+
 /// What the server has: facts, or else what it lacks.
 struct Sight {
     std::optional<OutputFacts> facts;
@@ -40,6 +44,9 @@ std::string clientOf(const std::string& port) {
 }
 
 Sight lookAtServer() {
+    if (orphanCount != 0) {
+        return {std::nullopt, "the JACK server has just shut down"};
+    }
     const Client client(jack_client_open("Orvalo look", JackNoStartServer, nullptr),
                         jack_client_close);
     if (!client) {
@@ -70,6 +77,14 @@ Sight lookAtServer() {
 class ListeningJackApi : public RtApiJack {
   public:
     ListeningJackApi() { takeLibraryMessages(); }
+    ~ListeningJackApi() override {
+        if (stream_.state != STREAM_CLOSED) {
+            closeStream();
+        }
+        orphanCount -= isOrphan_ ? 1 : 0;
+    }
+    ListeningJackApi(const ListeningJackApi&) = delete;
+    ListeningJackApi& operator=(const ListeningJackApi&) = delete;
 
     /// Between the opening and the start of the stream: libjack takes callbacks only then. gate
     /// must live as long as the stream is open.
@@ -77,8 +92,7 @@ class ListeningJackApi : public RtApiJack {
         gate_ = &gate;
         // The client is the first member of what RtAudio 5 keeps for a JACK stream.
         auto* client = *static_cast<jack_client_t**>(stream_.apiHandle);
-        jack_on_shutdown(
-            client, [](void* self) { of(self).gate_->end(); }, this);
+        jack_on_shutdown(client, serverShutDown, this);
         jack_set_buffer_size_callback(client, bufferSizeChanged, this);
         jack_set_sample_rate_callback(client, sampleRateChanged, this);
     }
@@ -86,6 +100,10 @@ class ListeningJackApi : public RtApiJack {
   private:
     static ListeningJackApi& of(void* self) { return *static_cast<ListeningJackApi*>(self); }
 
+    static void serverShutDown(void* self) {
+        orphanCount += of(self).isOrphan_.exchange(true) ? 0 : 1;
+        of(self).gate_->end();
+    }
     // Both are also told the values that hold already.
     static int bufferSizeChanged(jack_nframes_t frames, void* self) {
         if (frames != of(self).stream_.bufferSize) {
@@ -101,6 +119,7 @@ class ListeningJackApi : public RtApiJack {
     }
 
     RenderGate* gate_ = nullptr;
+    std::atomic<bool> isOrphan_{false};
 };
 
 /// RtAudio's number of a device, which is a JACK client to it.

@@ -122,9 +122,8 @@ RtAudioStream::~RtAudioStream() {
     // Closing without stopping before: stopping waits for a callback, without end when the device
     // has gone, and plays what is buffered.
     const auto close = [session = session_] {
-        if (session->api->isStreamOpen()) {
-            session->api->closeStream();
-        }
+        // Its destruction closes the stream.
+        session->api.reset();
     };
     if (!library_.finishWithin(kClosingPatience, close)) {
         g_debug("RtAudio does not close its stream; it is left behind.");
