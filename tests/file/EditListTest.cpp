@@ -43,12 +43,12 @@ void hide(std::string& bytes, const std::string& kind) {
 
 // An encoder's note of its priming and padding, as players of music libraries read it.
 std::string note(std::size_t priming, std::size_t padding, std::size_t frames) {
-    char text[128];
-    std::snprintf(text, sizeof text, " 00000000 %08zX %08zX %016zX 00000000 00000000", priming,
-                  padding, frames);
+    std::array<char, 128> text{};
+    std::snprintf(text.data(), text.size(), " 00000000 %08zX %08zX %016zX 00000000 00000000",
+                  priming, padding, frames);
     const auto free =
         box("mean", number(0) + "com.apple.iTunes") + box("name", number(0) + "iTunSMPB");
-    const auto entry = box("----", free + box("data", number(1) + number(0) + text));
+    const auto entry = box("----", free + box("data", number(1) + number(0) + text.data()));
     const auto handler = box(
         "hdlr", number(0) + number(0) + "mdirappl" + number(0) + number(0) + std::string(1, '\0'));
     return box("udta", box("meta", number(0) + handler + box("ilst", entry)));

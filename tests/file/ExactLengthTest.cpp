@@ -11,7 +11,7 @@ namespace orvalo::testing {
 namespace {
 
 // Whole milliseconds at every rate here, and a number that fits nothing.
-constexpr std::size_t kRound = 35280 * 2;
+constexpr std::size_t kRound = 70560;
 constexpr std::size_t kOdd = 70573;
 
 using Case = std::tuple<double, std::size_t, std::size_t>;

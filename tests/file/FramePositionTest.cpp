@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <thread>
 
@@ -70,7 +71,7 @@ TEST_P(FramePositionTest, PlacesOutOfRangeCountAsTheNearerEnd) {
 
 TEST_P(FramePositionTest, TwoFilesOfOnePathAreIndependent) {
     const auto straight = readOn(*open(path_));
-    Channels heard[2];
+    std::array<Channels, 2> heard;
     {
         std::jthread one([&] { heard[0] = readOn(*open(path_), 512); });
         std::jthread other([&] { heard[1] = readOn(*open(path_), 3333); });

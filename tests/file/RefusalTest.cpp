@@ -142,7 +142,7 @@ TEST_F(RefusalTest, AbsurdRates) {
 TEST_F(RefusalTest, CodingWithoutDecoder) {
     // A format tag that nobody has.
     const auto path = made("a.wav");
-    writeBytes(path, bytesOf(path).replace(20, 2, "\x77\x77"));
+    writeBytes(path, bytesOf(path).replace(20, 2, "ww"));
     expectRefused(path, "no decoder for its sound (none)");
 }
 

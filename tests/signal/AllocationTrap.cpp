@@ -33,6 +33,7 @@ int forbiddenCalls() {
 
 }  // namespace orvalo::testing
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's are reserved.
 // The C library's own entry points stand behind these: no look-up, which would allocate itself.
 extern "C" {
 
@@ -80,3 +81,4 @@ int pthread_mutex_lock(pthread_mutex_t* mutex) {
     return lock(mutex);
 }
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <random>
 
@@ -41,7 +41,7 @@ void expectNoForbiddenCall(const AVAudioFormat& from, const AVAudioFormat& to) {
 }
 
 TEST(ConverterRealTimeTest, ConversionNeverAllocatesOrLocks) {
-    const double rates[] = {8000, 22050, 44100, 44101, 48000, 96000, 192000};
+    constexpr std::array rates{8000.0, 22050.0, 44100.0, 44101.0, 48000.0, 96000.0, 192000.0};
     for (const double from : rates) {
         for (const double to : rates) {
             SCOPED_TRACE(::testing::Message() << from << " to " << to);

@@ -158,6 +158,7 @@ void readMutations(const std::filesystem::path& seedFolder, std::uint64_t iterat
 }  // namespace
 }  // namespace orvalo::testing
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a finding is to end the program.
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     if (arguments.empty()) {
