@@ -14,6 +14,7 @@
 
 #include "demos/Composer.h"
 #include "demos/catalogue/Piece.h"
+#include "demos/sound/StereoSound.h"
 #include "tests/demos/DecodedFile.h"
 #include "tests/testing/TemporaryFolder.h"
 
@@ -35,27 +36,30 @@ struct Readings {
     double truePeak = 0;
 };
 
-/// Three passes, as they follow each other.
 Readings measure(const DecodedFile& file) {
-    ebur128_state* state = ebur128_init(2, static_cast<unsigned long>(file.rate),
-                                        EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK);
     std::vector<float> interleaved;
     interleaved.reserve(2 * file.left.size());
     for (std::size_t frame = 0; frame < file.left.size(); ++frame) {
         interleaved.push_back(file.left[frame]);
         interleaved.push_back(file.right[frame]);
     }
-    for (int pass = 0; pass < 3; ++pass) {
-        ebur128_add_frames_float(state, interleaved.data(), file.left.size());
-    }
+    const auto rate = static_cast<unsigned long>(file.rate);
     Readings readings;
-    ebur128_loudness_global(state, &readings.loudness);
+    ebur128_state* meter = ebur128_init(2, rate, EBUR128_MODE_I);
+    // Three passes, as they follow each other.
+    for (int pass = 0; pass < 3; ++pass) {
+        ebur128_add_frames_float(meter, interleaved.data(), file.left.size());
+    }
+    ebur128_loudness_global(meter, &readings.loudness);
+    ebur128_destroy(&meter);
+    meter = ebur128_init(2, rate, EBUR128_MODE_TRUE_PEAK);
+    ebur128_add_frames_float(meter, interleaved.data(), file.left.size());
     for (const unsigned side : {0U, 1U}) {
         double peak = 0;
-        ebur128_true_peak(state, side, &peak);
+        ebur128_true_peak(meter, side, &peak);
         readings.truePeak = std::max(readings.truePeak, peak);
     }
-    ebur128_destroy(&state);
+    ebur128_destroy(&meter);
     return readings;
 }
 
@@ -237,6 +241,37 @@ TEST_F(DemoFiles, JoinThemselvesAsSmoothlyAsTheyGoOn) {
             std::nth_element(inside.begin(), inside.begin() + place, inside.end());
             EXPECT_LE(roughness(*side, 0), inside[static_cast<std::size_t>(place)]) << number;
         }
+    }
+}
+
+/// Coding noise against the signal in the 1,024 frames from a place on, in dB, round the loop.
+double noise(const DecodedFile& coded, const orvalo::StereoSound& composed, std::size_t from) {
+    double error = 1e-12;
+    double signal = 1e-12;
+    for (std::size_t frame = from; frame < from + 1024; ++frame) {
+        const std::size_t at = frame % composed.frames();
+        error += std::pow(coded.left[at] - composed.left[at], 2);
+        error += std::pow(coded.right[at] - composed.right[at], 2);
+        signal += std::pow(composed.left[at], 2) + std::pow(composed.right[at], 2);
+    }
+    return 10 * std::log10(error / signal);
+}
+
+TEST_F(DemoFiles, AreCodedAsWellAtTheJoinAsElsewhere) {
+    for (const int number : {12, 17, 40}) {
+        const auto index = static_cast<std::size_t>(number) - 1;
+        const orvalo::StereoSound composed = orvalo::compose(catalogue()[index], SOUNDFONT);
+        const DecodedFile& coded = files()[index];
+        ASSERT_EQ(coded.left.size(), composed.frames());
+        std::vector<double> elsewhere;
+        for (std::size_t from = 4096; from + 4096 < composed.frames(); from += 1024) {
+            elsewhere.push_back(noise(coded, composed, from));
+        }
+        const auto middle = static_cast<std::ptrdiff_t>(elsewhere.size() / 2);
+        std::nth_element(elsewhere.begin(), elsewhere.begin() + middle, elsewhere.end());
+        const double usual = elsewhere[static_cast<std::size_t>(middle)];
+        EXPECT_LE(noise(coded, composed, 0), usual + 6) << number;
+        EXPECT_LE(noise(coded, composed, composed.frames() - 1024), usual + 8) << number;
     }
 }
 
