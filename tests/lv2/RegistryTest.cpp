@@ -121,6 +121,15 @@ TEST_F(Registry, FindsAPluginWhoseURIItsManifestCutsAnywhere) {
     EXPECT_THAT(uris(), ElementsAre("http://plugins.example/far"));
 }
 
+TEST_F(Registry, FindsAPluginAmongNeighboursWithLongerNames) {
+    writePlugin("path", "amp-2");
+    writePlugin("path", "preamp");
+    writePlugin("more", "amp");
+    write("path", "codes.lv2", codes("urn:test:amp", "amp "));
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_EQ(warnings_, "");
+}
+
 TEST_F(Registry, TakesABundleOnceHoweverOftenItIsOnThePath) {
     writeRegistered("path", "amp");
     std::filesystem::create_directories(root_.path() / "more");

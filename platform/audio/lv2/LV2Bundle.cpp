@@ -3,7 +3,7 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <set>
+#include <unordered_set>
 
 #include "platform/audio/lv2/TurtleFile.h"
 
@@ -32,19 +32,29 @@ std::string expanded(const std::string& folder) {
     return folder;
 }
 
-std::string bundleURI(const fs::path& path) {
-    gchar* text = g_filename_to_uri((path.string() + "/").c_str(), nullptr, nullptr);
+std::string bundleURI(const std::string& path) {
+    gchar* text = g_filename_to_uri((path + "/").c_str(), nullptr, nullptr);
     std::string uri = text == nullptr ? std::string() : text;
     g_free(text);
     return uri;
 }
 
-std::vector<fs::path> subfolders(const fs::path& folder) {
-    std::vector<fs::path> result;
+/// The folder's items by name, as they are called where no link leads to them.
+std::vector<std::string> items(const fs::path& folder) {
+    std::vector<std::string> result;
     std::error_code error;
-    for (fs::directory_iterator item(folder, error), end; !error && item != end;
+    const auto place = fs::canonical(folder, error);
+    for (fs::directory_iterator item(place, error), end; !error && item != end;
          item.increment(error)) {
-        result.push_back(item->path());
+        result.push_back(item->path().native());
+        // Resolving each of a thousand names would take longer than reading them.
+        std::error_code dangling;
+        if (item->is_symlink(dangling)) {
+            const auto target = fs::canonical(item->path(), dangling);
+            if (!dangling) {
+                result.back() = target.native();
+            }
+        }
     }
     if (error && error != std::errc::no_such_file_or_directory) {
         g_warning("%s cannot be searched: %s.", folder.c_str(), error.message().c_str());
@@ -73,18 +83,12 @@ std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath) {
     std::vector<fs::path> folders = searchPath.folders;
     folders.push_back(searchPath.ownFolder);
     std::vector<LV2Bundle> bundles;
-    std::set<fs::path> seen;
+    std::unordered_set<std::string> seen;
     for (const auto& folder : folders) {
-        for (const auto& item : subfolders(folder)) {
-            auto manifest = readTurtle(item / "manifest.ttl", kLargestManifest);
-            if (!manifest) {
-                continue;
-            }
-            std::error_code error;
-            auto path = fs::canonical(item, error);
-            if (!error && seen.insert(path).second) {
-                auto uri = bundleURI(path);
-                bundles.push_back({std::move(path), std::move(uri), std::move(*manifest)});
+        for (const auto& item : items(folder)) {
+            auto manifest = readTurtle(item + "/manifest.ttl", kLargestManifest);
+            if (manifest && seen.insert(item).second) {
+                bundles.push_back({item, bundleURI(item), std::move(*manifest)});
             }
         }
     }

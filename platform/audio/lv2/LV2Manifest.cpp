@@ -78,6 +78,22 @@ bool contains(const std::string& bytes, std::string_view part) {
     return memmem(bytes.data(), bytes.size(), part.data(), part.size()) != nullptr;
 }
 
+bool isNameCharacter(char character) {
+    return g_ascii_isalnum(character) || character == '_' || character == '-';
+}
+
+/// Whether the bytes hold the name as a whole, not as a piece of a longer one.
+bool containsName(std::string_view bytes, std::string_view name) {
+    for (auto at = bytes.find(name); at != std::string_view::npos; at = bytes.find(name, at + 1)) {
+        const auto end = at + name.size();
+        if ((at == 0 || !isNameCharacter(bytes[at - 1])) &&
+            (end == bytes.size() || !isNameCharacter(bytes[end]))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 bool isReadable(const LV2Bundle& bundle) {
@@ -99,8 +115,8 @@ bool mayMention(const LV2Bundle& bundle, const std::string& pluginURI) {
     }
     const auto cut = pluginURI.find_last_of("/#:", lastOfText);
     const auto from = cut == std::string::npos ? 0 : cut + 1;
-    return contains(bundle.manifest,
-                    std::string_view(pluginURI).substr(from, lastOfText + 1 - from));
+    return containsName(bundle.manifest,
+                        std::string_view(pluginURI).substr(from, lastOfText + 1 - from));
 }
 
 bool mayStateComponents(const LV2Bundle& bundle) {
