@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cmath>
 #include <future>
+#include <limits>
 #include <random>
 
 #include "app/play/ProgressLine.h"
@@ -14,6 +15,7 @@
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/NSObject.h"
 
 namespace orvalo {
 
@@ -51,13 +53,23 @@ std::shared_ptr<AVAudioFile> openFile(const PlayOptions& options) {
 
 /// Frames to render: whole passes, cut at the seconds that are wanted.
 std::int64_t wantedFrames(const PlayOptions& options, const AVAudioFile& file) {
-    const auto rate = file.processingFormat().sampleRate;
-    const auto inSeconds = std::llround(options.seconds.value_or(0.0) * rate);
-    if (!options.seconds) {
-        return options.passes.value_or(1) * file.length();
+    auto frames = std::numeric_limits<std::int64_t>::max();
+    if (options.seconds) {
+        const auto wanted = std::ceil(*options.seconds * file.processingFormat().sampleRate);
+        // Beyond that a double no longer counts single frames.
+        if (wanted > 0x1p53) {
+            throw BadOption("--seconds: so long a file cannot be written.");
+        }
+        frames = static_cast<std::int64_t>(wanted);
     }
-    return options.passes ? std::min<std::int64_t>(inSeconds, *options.passes * file.length())
-                          : inSeconds;
+    if (options.passes || !options.seconds) {
+        std::int64_t inPasses = 0;
+        if (__builtin_mul_overflow(options.passes.value_or(1), file.length(), &inPasses)) {
+            throw BadOption("--passes: so long a file cannot be written.");
+        }
+        frames = std::min(frames, inPasses);
+    }
+    return frames;
 }
 
 AVAudioFormat renderFormat(const AVAudioFile& file) {
@@ -65,29 +77,21 @@ AVAudioFormat renderFormat(const AVAudioFile& file) {
 }
 
 /// Schedules a pass behind each that the player consumes, so that there is always one.
-class EndlessPasses {
+class EndlessPasses : public NSObject {
   public:
-    EndlessPasses(std::shared_ptr<AVAudioPlayerNode> player, std::shared_ptr<AVAudioFile> file)
-        : player_(std::move(player)), file_(std::move(file)) {
-        schedule();
+    EndlessPasses(std::weak_ptr<AVAudioPlayerNode> player, std::shared_ptr<AVAudioFile> file)
+        : player_(std::move(player)), file_(std::move(file)) {}
+
+    void schedule() {
+        if (const auto player = player_.lock(); player && !isOver_) {
+            player->scheduleFile(file_, {}, [self = shared(this)] { self->schedule(); });
+        }
     }
-    ~EndlessPasses() {
-        isOver_ = true;
-        player_->stop();
-    }
-    EndlessPasses(const EndlessPasses&) = delete;
-    EndlessPasses& operator=(const EndlessPasses&) = delete;
+    /// The pass that is stopped next is the last.
+    void end() { isOver_ = true; }
 
   private:
-    void schedule() {
-        player_->scheduleFile(file_, {}, [this] {
-            if (!isOver_) {
-                schedule();
-            }
-        });
-    }
-
-    const std::shared_ptr<AVAudioPlayerNode> player_;
+    const std::weak_ptr<AVAudioPlayerNode> player_;
     const std::shared_ptr<AVAudioFile> file_;
     std::atomic<bool> isOver_ = false;
 };
@@ -113,7 +117,8 @@ void OfflineRender::run() {
     engine->connect(effect, engine->mainMixerNode(), {});
     engine->start();
     player->play();
-    const EndlessPasses passes(player, file_);
+    const auto passes = std::make_shared<EndlessPasses>(player, file_);
+    passes->schedule();
 
     AVAudioPCMBuffer buffer(format, kQuantum);
     std::array<float*, kMaximumChannels> channels{};
@@ -132,6 +137,8 @@ void OfflineRender::run() {
         written += count;
         progress.show(std::to_string(written * 100 / frames_) + " %");
     }
+    passes->end();
+    player->stop();
     writer_.finish();
 }
 

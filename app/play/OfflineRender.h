@@ -14,7 +14,8 @@ namespace orvalo {
 /// length. What the effect delays is cut at the start and rendered on at the end.
 class OfflineRender {
   public:
-    /// Opens both files; options.render names the one to write. Throws NSError.
+    /// Opens both files; options.render names the one to write. Throws NSError, or BadOption for
+    /// more frames than can be counted.
     explicit OfflineRender(const PlayOptions& options);
 
     /// Throws NSError without the effect or when the file cannot be written on.

@@ -24,6 +24,13 @@ void Performance::run(const PlayOptions& options) {
     const std::shared_ptr<Performance> performance(new Performance(options));
     performance->begin();
     RunLoop::main()->run();
+    for (const auto source : performance->signals_) {
+        g_source_remove(source);
+    }
+    for (const auto& timer : performance->timers_) {
+        timer->invalidate();
+    }
+    performance->timers_.clear();
     // Manager and engine hold the performance, as they hold the application's main screen.
     performance->manager_->auEngine->delegate.reset();
     performance->manager_.reset();
@@ -34,9 +41,9 @@ void Performance::begin() {
         static_cast<Performance*>(performance)->pressStop();
         return G_SOURCE_CONTINUE;
     };
-    g_unix_signal_add(SIGINT, interrupted, this);
-    g_unix_signal_add(SIGTERM, interrupted, this);
-    g_unix_signal_add(SIGHUP, interrupted, this);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        signals_.push_back(g_unix_signal_add(number, interrupted, this));
+    }
 
     std::shared_ptr<Bundle> resources = Bundle::main();
     if (options_.file) {
@@ -54,7 +61,8 @@ void Performance::begin() {
         }
     });
     if (progress_.isShown()) {
-        Timer::scheduledTimer(0.5, [self = shared(this)](const auto&) { self->showProgress(); });
+        timers_.push_back(Timer::scheduledTimer(
+            0.5, [self = shared(this)](const auto&) { self->showProgress(); }));
     }
 }
 
@@ -109,11 +117,11 @@ void Performance::onLoop(std::int64_t count) {
 }
 
 void Performance::showProgress() {
-    if (!hasPressedPlay_ || isStopping_) {
+    if (!startedAt_ || isStopping_) {
         return;
     }
     const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(
-                             std::chrono::steady_clock::now() - startedAt_)
+                             std::chrono::steady_clock::now() - *startedAt_)
                              .count();
     const auto seconds = std::to_string(elapsed % 60);
     progress_.show(fileName_ + "  pass " + std::to_string(passesDone_ + 1) + "  " +
@@ -121,10 +129,10 @@ void Performance::showProgress() {
 }
 
 void Performance::after(double seconds, const std::function<void()>& action) {
-    Timer::scheduledTimer(seconds, [action](const std::shared_ptr<Timer>& timer) {
+    timers_.push_back(Timer::scheduledTimer(seconds, [action](const std::shared_ptr<Timer>& timer) {
         timer->invalidate();
         action();
-    });
+    }));
 }
 
 }  // namespace orvalo

@@ -2,9 +2,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Audio Engine/AUEnginePlayerDelegate.h"
 #include "app/play/PlayOptions.h"
@@ -40,14 +43,16 @@ class Performance : public NSObject,
     void pressStop();
     void showProgress();
     /// Calls action once, on the main thread, after seconds.
-    static void after(double seconds, const std::function<void()>& action);
+    void after(double seconds, const std::function<void()>& action);
 
     const PlayOptions options_;
     std::shared_ptr<AUExtensionManager> manager_;
     ProgressLine progress_;
     std::string fileName_;
     std::int64_t passesDone_ = 0;
-    std::chrono::steady_clock::time_point startedAt_;
+    std::optional<std::chrono::steady_clock::time_point> startedAt_;
+    std::vector<std::shared_ptr<Timer>> timers_;
+    std::vector<unsigned> signals_;  ///< GLib's sources.
     bool hasPressedPlay_ = false;
     bool isStopping_ = false;
 };

@@ -38,6 +38,10 @@ int main(int argc, char** argv) {
     std::optional<OfflineRender> render;
     try {
         options = PlayOptions::parse(argc, argv);
+        if (options.list) {
+            print(registryTable());
+            return EXIT_SUCCESS;
+        }
         if (options.render) {
             render.emplace(options);
         } else if (options.file) {
@@ -48,10 +52,6 @@ int main(int argc, char** argv) {
         return complain(error.what(), kBadOption);
     }
 
-    if (options.list) {
-        print(registryTable());
-        return EXIT_SUCCESS;
-    }
     if (render) {
         try {
             render->run();

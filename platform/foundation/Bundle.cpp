@@ -10,8 +10,9 @@
 namespace orvalo {
 
 const std::shared_ptr<Bundle>& Bundle::main() {
-    static const auto bundle = std::make_shared<Bundle>(
-        URL::fileURLWithPath(executablePath().parent_path().parent_path().string()));
+    // Never destroyed: threads may still ask for it while the process ends.
+    static const auto& bundle = *new const std::shared_ptr<Bundle>(std::make_shared<Bundle>(
+        URL::fileURLWithPath(executablePath().parent_path().parent_path().string())));
     return bundle;
 }
 

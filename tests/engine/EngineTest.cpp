@@ -4,6 +4,8 @@
 
 #include <atomic>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "tests/engine/EngineFixture.h"
@@ -34,6 +36,7 @@ class EngineTest : public EngineFixture {
 };
 
 using EngineDeathTest = EngineTest;
+using Node = std::shared_ptr<AVAudioNode>;
 
 TEST_F(EngineTest, AnEngineWithoutSourcesRendersSilence) {
     start({44100, 2});
@@ -179,6 +182,36 @@ TEST_F(EngineTest, AnEffectThatCannotPrepareStaysSilentAndTheReasonIsSaid) {
     EXPECT_EQ(render(500), silence(2, 500));
 }
 
+TEST_F(EngineTest, RatesThatAreTooFarApartStaySilentAndTheReasonIsSaid) {
+    start({8000, 1});
+    schedule(wav("far.wav", 768000, noise(1, 1000, 7)));
+    CapturedOutput standardError(2);
+    engine->connect(player, engine->mainMixerNode(), {});
+    EXPECT_NE(standardError.text().find("768000.000000 Hz and 8000.000000 Hz are too far apart"),
+              std::string::npos);
+    EXPECT_EQ(render(500), silence(1, 500));
+}
+
+TEST_F(EngineTest, AnInputOfTheMixerKeepsItsConverterWhenAnEarlierOneGoes) {
+    const auto play = [&](bool withAnother) {
+        start({48000, 1});
+        const auto another = std::make_shared<AVAudioPlayerNode>();
+        engine->attach(another);
+        if (withAnother) {
+            engine->connect(another, engine->mainMixerNode(), AVAudioFormat{44100, 1});
+        }
+        engine->connect(player, engine->mainMixerNode(), AVAudioFormat{44100, 1});
+        schedule(wav("pass.wav", 44100, noise(1, 30000, 8)));
+        Signal heard = render(5000);
+        engine->detach(another);
+        const auto more = render(5000);
+        heard[0].insert(heard[0].end(), more[0].begin(), more[0].end());
+        reset();
+        return heard;
+    };
+    EXPECT_EQ(play(true), play(false));
+}
+
 TEST_F(EngineTest, ADeviceThatTakesOverMayHaveAnotherFormat) {
     startLive({48000, 2});
     engine->connect(player, engine->mainMixerNode(), {});
@@ -210,9 +243,15 @@ TEST_F(EngineDeathTest, BrokenPreconditionsEndTheProgram) {
     const auto stranger = std::make_shared<AVAudioPlayerNode>();
     EXPECT_DEATH(engine->connect(stranger, engine->mainMixerNode(), {}),
                  "Fatal error: A node must be attached to the engine before it is connected.");
-    EXPECT_DEATH(engine->connect(engine->mainMixerNode(), player, {}),
-                 "Fatal error: A node without an input cannot be connected to.");
     const auto one = effect({});
+    EXPECT_DEATH(engine->connect(one, player, {}),
+                 "Fatal error: A node without an input cannot be connected to.");
+    for (const auto& [from, to] : std::vector<std::pair<Node, Node>>{{engine->mainMixerNode(), one},
+                                                                     {one, engine->outputNode()},
+                                                                     {engine->outputNode(), one}}) {
+        EXPECT_DEATH(engine->connect(from, to, {}),
+                     "Fatal error: The main mixer feeds the output node, and nothing else does.");
+    }
     const auto two = effect({});
     engine->connect(one, two, {});
     EXPECT_DEATH(engine->connect(two, one, {}),
@@ -220,6 +259,9 @@ TEST_F(EngineDeathTest, BrokenPreconditionsEndTheProgram) {
     EXPECT_DEATH(engine->enableManualRenderingMode({48000, 2}),
                  "Fatal error: Manual rendering mode can be enabled only while the engine is "
                  "stopped.");
+    AVAudioPCMBuffer mono({48000, 1}, 10);
+    EXPECT_DEATH(engine->renderOffline(1, mono),
+                 "Fatal error: The buffer has other channels than the manual rendering format.");
     AVAudioPCMBuffer small({48000, 2}, 10);
     EXPECT_DEATH(engine->renderOffline(11, small),
                  "Fatal error: The buffer has no room for the frames to render.");

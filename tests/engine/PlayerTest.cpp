@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <latch>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "platform/audio/engine/AVAudioEngine.h"
 #include "tests/engine/EngineFixture.h"
@@ -181,6 +183,37 @@ TEST_F(PlayerTest, AFileOfAnotherFormatPlaysBehindTheFirst) {
         second += std::abs(sample - 0.75F) < 1e-3F ? 1 : 0;
     }
     EXPECT_NEAR(static_cast<double>(second), 20000.0, 200.0);
+}
+
+TEST_F(PlayerTest, AFileOfAnotherFormatWaitsForTheCompletionsBeforeIt) {
+    start({48000, 1});
+    engine->connect(player, engine->mainMixerNode(), {});
+    const auto next = open(wav("b.wav", 44100, {std::vector<float>(22050, 0.75F)}));
+    // Shorter than the lead, so that it is decoded long before it sounds.
+    const auto tail = open(wav("t.wav", 48000, {std::vector<float>(2400, 0.25F)}));
+    player->scheduleFile(open(wav("a.wav", 48000, {std::vector<float>(48000, 0.5F)})), {},
+                         [&] { player->scheduleFile(next, {}, completions.handler("next")); });
+    player->scheduleFile(tail, {}, completions.handler("tail"));
+    player->play();
+    render(100000);
+    completions.waitFor(2);
+    EXPECT_EQ(completions.names(), (std::vector<std::string>{"tail", "next"}));
+}
+
+TEST_F(PlayerTest, ALargeDemandOfAConvertingPlayerIsMetOffline) {
+    for (const auto& [from, to] : std::vector<std::pair<std::uint32_t, double>>{
+             {48000, 8000}, {32000, 8000}, {32000, 16000}, {192000, 8000}}) {
+        start({to, 1});
+        engine->connect(player, engine->mainMixerNode(), AVAudioFormat{to, 1});
+        player->scheduleFile(open(wav("long.wav", from, {std::vector<float>(from * 2, 0.5F)})), {},
+                             {});
+        player->play();
+        const auto rendered = render(static_cast<std::size_t>(to));
+        for (std::size_t frame = 200; frame < rendered[0].size(); ++frame) {
+            ASSERT_NEAR(rendered[0][frame], 0.5F, 1e-3F) << from << " Hz, frame " << frame;
+        }
+        reset();
+    }
 }
 
 TEST_F(PlayerTest, AStatedFormatThatIsNotTheFilesIsConvertedByThePlayer) {

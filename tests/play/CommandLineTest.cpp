@@ -41,6 +41,16 @@ TEST_F(CommandLineTest, BadOptionsEndWithOneLine) {
     }
 }
 
+TEST_F(CommandLineTest, ARenderBeyondAllMeasureIsRefused) {
+    const auto file = wav("a.wav", 48000, 100);
+    const auto out = (folder.path() / "out.wav").string();
+    expectRefusal({"--file", file, "--render", out, "--passes", "9223372036854775807"},
+                  "--passes: so long a file cannot be written.");
+    expectRefusal({"--file", file, "--render", out, "--seconds", "1e300"},
+                  "--seconds: so long a file cannot be written.");
+    EXPECT_FALSE(std::filesystem::exists(out));
+}
+
 TEST_F(CommandLineTest, BadFilesEndWithOneLine) {
     const auto missing = (folder.path() / "missing.wav").string();
     expectRefusal({"--file", missing}, missing + ": No such file or directory");

@@ -23,8 +23,9 @@ bool matches(const AudioComponentDescription& component, const AudioComponentDes
 
 const std::shared_ptr<AVAudioUnitComponentManager>&
 AVAudioUnitComponentManager::sharedAudioUnitComponentManager() {
-    static const std::shared_ptr<AVAudioUnitComponentManager> manager(
-        new AVAudioUnitComponentManager);
+    // Never destroyed: the search for the effect may still ask for it while the process ends.
+    static const auto& manager =
+        *new const std::shared_ptr<AVAudioUnitComponentManager>(new AVAudioUnitComponentManager);
     return manager;
 }
 

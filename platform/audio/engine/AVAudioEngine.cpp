@@ -1,18 +1,20 @@
 #include "platform/audio/engine/AVAudioEngine.h"
 
+#include <algorithm>
 #include <array>
+#include <system_error>
 #include <vector>
 
 #include "platform/audio/output/DenormalGuard.h"
 #include "platform/foundation/FatalError.h"
+#include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
 AVAudioEngine::AVAudioEngine() : AVAudioEngine(nullptr) {}
 
 AVAudioEngine::AVAudioEngine(std::unique_ptr<AudioOutput> output)
-    : mixer_(std::make_shared<AVAudioMixerNode>()),
-      outputNode_(std::make_shared<AVAudioOutputNode>(std::move(output))) {
+    : mixer_(new AVAudioMixerNode()), outputNode_(new AVAudioOutputNode(std::move(output))) {
     graph_.attach(mixer_);
     graph_.attach(outputNode_);
     graph_.connect(mixer_, outputNode_, {});
@@ -25,7 +27,7 @@ AVAudioEngine::~AVAudioEngine() {
 void AVAudioEngine::attach(const std::shared_ptr<AVAudioNode>& node) {
     const std::lock_guard lock(mutex_);
     graph_.attach(node);
-    node->engine_ = shared(this);
+    node->setEngine(shared(this));
 }
 
 void AVAudioEngine::detach(const std::shared_ptr<AVAudioNode>& node) {
@@ -33,12 +35,15 @@ void AVAudioEngine::detach(const std::shared_ptr<AVAudioNode>& node) {
     graph_.detach(node);
     publish();
     compiler_.forget(node);
-    node->engine_.reset();
+    node->setEngine(nullptr);
 }
 
 void AVAudioEngine::connect(const std::shared_ptr<AVAudioNode>& from,
                             const std::shared_ptr<AVAudioNode>& to,
                             const std::optional<AVAudioFormat>& format) {
+    if ((from == mixer_) != (to == outputNode_) || from == outputNode_) {
+        fatalError("The main mixer feeds the output node, and nothing else does.");
+    }
     const std::lock_guard lock(mutex_);
     graph_.connect(from, to, format);
     publish();
@@ -69,11 +74,19 @@ void AVAudioEngine::start() {
     if (isManual_) {
         return;
     }
+    const auto giveUp = [this] {
+        isRunning_ = false;
+        const std::lock_guard lock(mutex_);
+        plan_.exchange(nullptr);
+    };
     try {
         outputNode_->output().start(*this);
-    } catch (...) {
-        isRunning_ = false;
+    } catch (const NSError&) {
+        giveUp();
         throw;
+    } catch (const std::system_error& error) {
+        giveUp();
+        throw NSError::posix(error.code().value(), "The audio output cannot start a thread");
     }
 }
 
@@ -84,7 +97,6 @@ void AVAudioEngine::stop() {
     }
     if (!isManual_) {
         outputNode_->output().stop();
-        outputNode_->setDeviceFormat({});
     }
     isRunning_ = false;
     const std::lock_guard lock(mutex_);
@@ -107,6 +119,9 @@ void AVAudioEngine::renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& bu
     if (frameCount > buffer.frameCapacity()) {
         fatalError("The buffer has no room for the frames to render.");
     }
+    if (buffer.format().channelCount != outputNode_->outputFormat(0).channelCount) {
+        fatalError("The buffer has other channels than the manual rendering format.");
+    }
     const DenormalGuard denormals;
     for (std::uint32_t done = 0; done < frameCount;) {
         done += renderOfflineSlice(buffer, done, frameCount - done);
@@ -127,6 +142,14 @@ std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::u
     }
     std::array<float*, kMaximumChannels> channels{};
     const RenderSlot<RenderPlan>::Access plan(plan_);
+    if (!plan) {
+        // Stopped meanwhile.
+        const auto rest = buffer.block(from, frameCount, channels);
+        for (std::uint32_t channel = 0; channel < rest.channelCount; ++channel) {
+            std::fill_n(rest.channels[channel], frameCount, 0.0F);
+        }
+        return frameCount;
+    }
     const auto count = plan->sliceThatFits(frameCount);
     plan->render(buffer.block(from, count, channels));
     return count;
@@ -141,9 +164,8 @@ void AVAudioEngine::renderOutput(const AudioBlock& block) noexcept {
     plan->render(block);
 }
 
-void AVAudioEngine::outputFormatChanged(const AVAudioFormat& format) {
+void AVAudioEngine::outputFormatChanged(const AVAudioFormat& /*format*/) {
     const std::lock_guard lock(mutex_);
-    outputNode_->setDeviceFormat(format);
     publish();
 }
 

@@ -36,9 +36,9 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
 
     /// Connects from's output to to's input, in place of what from fed and of what fed to; a mixer
     /// takes any number of inputs instead. format: of the connection, or absent for the format that
-    /// from has by itself. Both nodes must be attached, to must have an input, and no circle may
-    /// close: otherwise a fatal error says so. A node that cannot take the format stays silent,
-    /// with the reason on standard error.
+    /// from has by itself. Both nodes must be attached, to must have an input, only the main mixer
+    /// feeds the output node, and no circle may close: otherwise a fatal error says so. A node that
+    /// cannot take the format stays silent, with the reason on standard error.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  const std::optional<AVAudioFormat>& format);
     /// Disconnects everything that feeds the node.

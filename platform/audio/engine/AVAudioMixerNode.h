@@ -8,6 +8,9 @@ namespace orvalo {
 /// renders it as the last step of its plan.
 class AVAudioMixerNode : public AVAudioNode {
   private:
+    friend class AVAudioEngine;
+
+    AVAudioMixerNode() = default;
     Inputs inputs() const override { return Inputs::any; }
     AVAudioFormat derivedFormat(const AVAudioFormat* input,
                                 const AVAudioFormat& engineFormat) const override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 
 #include "platform/audio/signal/AVAudioFormat.h"
 #include "platform/audio/signal/AudioBlock.h"
@@ -23,7 +24,7 @@ class RenderKernel {
 /// A node of an engine's graph. It has one output; how many inputs it takes is its class's affair.
 class AVAudioNode : public NSObject {
   public:
-    /// The engine that the node is attached to; absent before and after.
+    /// The engine that the node is attached to; absent before and after. Any thread.
     std::shared_ptr<AVAudioEngine> engine() const;
 
   protected:
@@ -52,6 +53,9 @@ class AVAudioNode : public NSObject {
     /// offline rendering, between two render calls.
     virtual void awaitInput() {}
 
+    void setEngine(const std::shared_ptr<AVAudioEngine>& engine);
+
+    mutable std::mutex engineMutex_;
     std::weak_ptr<AVAudioEngine> engine_;
 };
 

@@ -16,10 +16,8 @@ AVAudioFormat AVAudioOutputNode::outputFormat(std::int64_t forBus) const {
         if (manualFormat_) {
             return *manualFormat_;
         }
-        if (deviceFormat_) {
-            return *deviceFormat_;
-        }
     }
+    const std::lock_guard lock(lookMutex_);
     return output().format();
 }
 
@@ -42,11 +40,6 @@ AudioOutput& AVAudioOutputNode::output() const {
 void AVAudioOutputNode::setManualFormat(const AVAudioFormat& format) {
     const std::lock_guard lock(mutex_);
     manualFormat_ = format;
-}
-
-void AVAudioOutputNode::setDeviceFormat(const std::optional<AVAudioFormat>& format) {
-    const std::lock_guard lock(mutex_);
-    deviceFormat_ = format;
 }
 
 }  // namespace orvalo

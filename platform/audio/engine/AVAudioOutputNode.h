@@ -13,15 +13,15 @@ namespace orvalo {
 /// The end of the graph: the output device, or memory in manual rendering mode.
 class AVAudioOutputNode : public AVAudioNode {
   public:
-    /// output: absent for the system's, which is chosen at the first need.
-    explicit AVAudioOutputNode(std::unique_ptr<AudioOutput> output);
-
     /// What the output wants to be given, whatever the connection to it says: the mixer in front
     /// converts once, to this. forBus: 0. Any thread but the render thread.
     AVAudioFormat outputFormat(std::int64_t forBus) const;
 
   private:
     friend class AVAudioEngine;
+
+    /// output: absent for the system's, which is chosen at the first need.
+    explicit AVAudioOutputNode(std::unique_ptr<AudioOutput> output);
 
     Inputs inputs() const override { return Inputs::one; }
     AVAudioFormat derivedFormat(const AVAudioFormat* input,
@@ -31,13 +31,11 @@ class AVAudioOutputNode : public AVAudioNode {
 
     AudioOutput& output() const;
     void setManualFormat(const AVAudioFormat& format);
-    /// What the running device has said last.
-    void setDeviceFormat(const std::optional<AVAudioFormat>& format);
 
     mutable std::mutex mutex_;
+    mutable std::mutex lookMutex_;  ///< Outputs look at their devices for one thread at a time.
     mutable std::unique_ptr<AudioOutput> output_;
     std::optional<AVAudioFormat> manualFormat_;
-    std::optional<AVAudioFormat> deviceFormat_;
 };
 
 }  // namespace orvalo

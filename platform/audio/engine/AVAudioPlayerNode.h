@@ -32,14 +32,15 @@ class AVAudioPlayerNode : public AVAudioNode {
     /// Holds the playback position; what is scheduled stays.
     void pause();
     /// Forgets all that is scheduled. Every pending completion is called before this returns, on
-    /// the calling thread, in the order of scheduling.
+    /// the calling thread, in the order of scheduling; one that is under way has ended. So a
+    /// completion must not wait for a thread that stops the player.
     void stop();
     bool isPlaying() const;
 
     /// Schedules a whole file behind what is scheduled already. completionHandler: called once,
-    /// when the player has consumed the file (consumptionLead before its last frame is rendered),
-    /// on the player's thread, or when the player is stopped. One file may be scheduled again while
-    /// it plays, but not be read elsewhere.
+    /// when the player has consumed the file (consumptionLead before its last frame is rendered; a
+    /// shorter file as soon as it is decoded), on the player's thread, or when the player is
+    /// stopped. One file may be scheduled again while it plays, but not be read elsewhere.
     void scheduleFile(std::shared_ptr<AVAudioFile> file, std::optional<AVAudioTime> at,
                       std::function<void()> completionHandler);
 

@@ -12,7 +12,8 @@ struct SharedSession {
 };
 
 SharedSession& shelf() {
-    static SharedSession instance;
+    // Never destroyed: threads may still ask for it while the process ends.
+    static auto& instance = *new SharedSession;
     return instance;
 }
 

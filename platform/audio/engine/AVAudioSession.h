@@ -7,7 +7,7 @@
 
 namespace orvalo {
 
-enum class AVAudioSessionCategory { soloAmbient, playback };
+enum class AVAudioSessionCategory { playback };
 enum class AVAudioSessionMode { default_ };
 /// Option sets of the two operations; only the empty set is used.
 enum class AVAudioSessionCategoryOptions : std::uint64_t { none = 0 };

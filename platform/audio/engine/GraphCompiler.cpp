@@ -17,25 +17,29 @@ std::unique_ptr<RenderPlan> GraphCompiler::compile(const Graph& graph,
     const auto reachesOutput = graph.inputs(output);
     if (!reachesOutput.empty() && reachesOutput.front().from == mixer) {
         for (const auto& connection : graph.inputs(mixer)) {
-            const auto stages = chain(graph, connection, outputFormat);
             try {
-                prepare(stages, beforePreparing);
+                branches.push_back(
+                    branch(chain(graph, connection, outputFormat), outputFormat, beforePreparing));
             } catch (const NSError& error) {
                 g_warning("A part of the audio graph stays silent: %s", error.what());
-                continue;
             }
-            RenderPlan::Branch branch;
-            for (const auto& [node, formats] : stages) {
-                branch.steps.push_back({node->kernel(),
-                                        formats.input ? formats.input->channelCount : 0,
-                                        formats.output.channelCount});
-            }
-            branch.converter =
-                converter(branches.size(), stages.back().formats.output, outputFormat);
-            branches.push_back(std::move(branch));
         }
     }
     return std::make_unique<RenderPlan>(std::move(branches), outputFormat.channelCount);
+}
+
+RenderPlan::Branch GraphCompiler::branch(const std::vector<Stage>& stages,
+                                         const AVAudioFormat& outputFormat,
+                                         const std::function<void()>& beforePreparing) {
+    prepare(stages, beforePreparing);
+    RenderPlan::Branch branch;
+    for (const auto& [node, formats] : stages) {
+        branch.steps.push_back({node->kernel(), formats.input ? formats.input->channelCount : 0,
+                                formats.output.channelCount});
+    }
+    const auto& last = stages.back();
+    branch.converter = converter(last.node, last.formats.output, outputFormat);
+    return branch;
 }
 
 std::vector<GraphCompiler::Stage> GraphCompiler::chain(const Graph& graph,
@@ -62,24 +66,30 @@ void GraphCompiler::prepare(const std::vector<Stage>& stages,
         if (known != prepared_.end() && known->second == formats) {
             continue;
         }
-        beforePreparing();
-        prepared_.erase(node);
+        if (known != prepared_.end()) {
+            beforePreparing();
+            prepared_.erase(known);
+        }
         node->prepareToRender(formats.input ? &*formats.input : nullptr, formats.output);
         prepared_.emplace(node, formats);
     }
 }
 
-std::shared_ptr<SampleRateConverter> GraphCompiler::converter(std::size_t bus,
-                                                              const AVAudioFormat& from,
-                                                              const AVAudioFormat& to) {
-    if (converters_.size() <= bus) {
-        converters_.resize(bus + 1);
+std::shared_ptr<SampleRateConverter> GraphCompiler::converter(
+    const std::shared_ptr<AVAudioNode>& from, const AVAudioFormat& input,
+    const AVAudioFormat& output) {
+    if (input == output) {
+        converters_.erase(from);
+        return nullptr;
     }
-    auto& kept = converters_[bus];
-    if (from == to) {
-        kept.reset();
-    } else if (!kept || kept->inputFormat() != from || kept->outputFormat() != to) {
-        kept = std::make_shared<SampleRateConverter>(from, to);
+    auto& kept = converters_[from];
+    if (!kept || kept->inputFormat() != input || kept->outputFormat() != output) {
+        kept = std::make_shared<SampleRateConverter>(input, output);
+    }
+    if (kept->inputFramesNeeded(1) > kMaximumFramesToRender) {
+        throw NSError("AVAudioEngine", 1,
+                      "The rates " + std::to_string(input.sampleRate) + " Hz and " +
+                          std::to_string(output.sampleRate) + " Hz are too far apart.");
     }
     return kept;
 }

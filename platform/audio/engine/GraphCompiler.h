@@ -17,8 +17,8 @@ namespace orvalo {
 class GraphCompiler {
   public:
     /// Compiles what feeds the mixer, if the mixer feeds the output; otherwise the plan is silent.
-    /// A node whose formats have changed is prepared anew; before the first of these,
-    /// beforePreparing is called, which must see to it that nothing renders. A branch that cannot
+    /// A node whose formats have changed is prepared anew; before that, beforePreparing is called,
+    /// which must see to it that nothing renders. A branch that cannot
     /// be prepared is left out, with the reason on standard error.
     std::unique_ptr<RenderPlan> compile(const Graph& graph,
                                         const std::shared_ptr<AVAudioNode>& mixer,
@@ -29,7 +29,10 @@ class GraphCompiler {
     /// Forgets what converters hold, as befits a new start.
     void forgetConverters() { converters_.clear(); }
     /// Forgets a node that leaves the graph.
-    void forget(const std::shared_ptr<AVAudioNode>& node) { prepared_.erase(node); }
+    void forget(const std::shared_ptr<AVAudioNode>& node) {
+        prepared_.erase(node);
+        converters_.erase(node);
+    }
 
   private:
     struct Formats {
@@ -46,11 +49,15 @@ class GraphCompiler {
     static std::vector<Stage> chain(const Graph& graph, const Graph::Connection& intoMixer,
                                     const AVAudioFormat& outputFormat);
     void prepare(const std::vector<Stage>& stages, const std::function<void()>& beforePreparing);
-    std::shared_ptr<SampleRateConverter> converter(std::size_t bus, const AVAudioFormat& from,
-                                                   const AVAudioFormat& to);
+    RenderPlan::Branch branch(const std::vector<Stage>& stages, const AVAudioFormat& outputFormat,
+                              const std::function<void()>& beforePreparing);
+    std::shared_ptr<SampleRateConverter> converter(const std::shared_ptr<AVAudioNode>& from,
+                                                   const AVAudioFormat& input,
+                                                   const AVAudioFormat& output);
 
     std::map<std::shared_ptr<AVAudioNode>, Formats> prepared_;
-    std::vector<std::shared_ptr<SampleRateConverter>> converters_;  ///< By mixer bus.
+    /// By the node that feeds the mixer.
+    std::map<std::shared_ptr<AVAudioNode>, std::shared_ptr<SampleRateConverter>> converters_;
 };
 
 }  // namespace orvalo

@@ -45,6 +45,7 @@ void AVAudioPlayerNode::Playback::schedule(std::shared_ptr<AVAudioFile> file,
     noteWhatIsLeft();
     // The first file's format is adopted here, so that an engine started next knows it.
     adoptNextFormat(lock);
+    lock.unlock();
     wake();
 }
 
@@ -52,7 +53,11 @@ void AVAudioPlayerNode::Playback::stop() {
     isPlaying_ = false;
     std::deque<Pass> ended;
     {
-        const Lock lock(mutex_);
+        Lock lock(mutex_);
+        // A completion under way belongs to what is stopped, and so does what it schedules.
+        if (decoder_.get_id() != std::this_thread::get_id()) {
+            decoded_.wait(lock, [this] { return !isCompleting_; });
+        }
         ++generation_;
         ended.swap(passes_);
         noteWhatIsLeft();
@@ -66,6 +71,12 @@ void AVAudioPlayerNode::Playback::stop() {
             pass.completion();
         }
     }
+}
+
+void AVAudioPlayerNode::Playback::pause() {
+    const Lock lock(mutex_);
+    isPlaying_ = false;
+    decoded_.notify_all();
 }
 
 std::optional<AVAudioFormat> AVAudioPlayerNode::Playback::fileFormat() const {
@@ -113,8 +124,7 @@ void AVAudioPlayerNode::Playback::awaitDecoded() {
         }
         const auto available = ring_->written() - ring_->consumed();
         // A file of another format waits for the ring to run empty, which takes rendering.
-        return nextFormatDiffers() ? available > 0
-                                   : available >= stream_.current()->largestDemand();
+        return nextFormatDiffers() ? available > 0 : available >= awaitedFrames();
     });
 }
 
@@ -152,20 +162,27 @@ bool AVAudioPlayerNode::Playback::completePass(Lock& lock) {
 }
 
 bool AVAudioPlayerNode::Playback::adoptNextFormat(Lock& lock) {
-    if (!nextFormatDiffers() || (ring_ && ring_->consumed() != ring_->written())) {
+    // Passes before it complete by their places in the present ring.
+    if (!nextFormatDiffers() || firstUndecoded() != &passes_.front() ||
+        (ring_ && ring_->consumed() != ring_->written())) {
         return false;
     }
     replaceRing(firstUndecoded()->file->processingFormat());
     noteWhatIsLeft();
+    // Nothing is decoded until the connections have followed: what a stream for the old ones had
+    // taken from the ring would be lost.
+    isAdopting_ = true;
     lock.unlock();
     onFormatChange_();
     lock.lock();
+    isAdopting_ = false;
     return true;
 }
 
 bool AVAudioPlayerNode::Playback::decodeChunk(Lock& lock) {
     auto* pass = firstUndecoded();
-    if (pass == nullptr || nextFormatDiffers() || ring_->writable() < kMaximumFramesToRender) {
+    if (pass == nullptr || isAdopting_ || nextFormatDiffers() ||
+        ring_->writable() < kMaximumFramesToRender) {
         return false;
     }
     const auto file = pass->file;
@@ -201,25 +218,35 @@ void AVAudioPlayerNode::Playback::sleepUntilNeeded(Lock& lock) {
     if (!passes_.empty() && passes_.front().ringEnd) {
         position = completionPosition(passes_.front());
     }
-    if (firstUndecoded() != nullptr) {
+    if (firstUndecoded() != nullptr && ring_ && !isAdopting_) {
         const auto written = ring_->written();
-        // Empty for another format; otherwise half empty, to decode a good stretch at a time.
-        const auto wanted = nextFormatDiffers() ? written : written - ring_->capacity() / 2;
-        position = std::min(position, wanted);
-    }
-    if (const auto underruns = underrunCount(); underruns != reportedUnderruns_) {
-        g_warning("Decoding fell behind: %" PRIu64 " quanta came out short.",
-                  underruns - reportedUnderruns_);
-        reportedUnderruns_ = underruns;
+        // Empty for another format; otherwise half empty, to decode a good stretch at a time, or
+        // as soon as an offline quantum asks for more than that.
+        const auto kept = std::max<std::uint64_t>(ring_->capacity() / 2, awaitedFrames());
+        position = std::min(position, nextFormatDiffers() ? written : written - kept);
     }
     wakePosition_.store(position, std::memory_order_seq_cst);
     if (ring_ && ring_->consumed() >= position) {
         return;
     }
     lock.unlock();
+    reportUnderruns();
     while (sem_wait(&wakeUp_) != 0) {
     }
     lock.lock();
+}
+
+void AVAudioPlayerNode::Playback::reportUnderruns() {
+    if (const auto underruns = underrunCount(); underruns != reportedUnderruns_) {
+        g_warning("Decoding fell behind: %" PRIu64 " quanta came out short.",
+                  underruns - reportedUnderruns_);
+        reportedUnderruns_ = underruns;
+    }
+}
+
+std::uint64_t AVAudioPlayerNode::Playback::awaitedFrames() const {
+    // A chunk must still fit, or the decoding thread could not bring them.
+    return std::min(stream_.current()->largestDemand(), ring_->capacity() - kMaximumFramesToRender);
 }
 
 AVAudioPlayerNode::Playback::Pass* AVAudioPlayerNode::Playback::firstUndecoded() {

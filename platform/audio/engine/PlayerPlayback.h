@@ -33,7 +33,7 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     void finish();
 
     void play() { isPlaying_ = true; }
-    void pause() { isPlaying_ = false; }
+    void pause();
     void stop();
     bool isPlaying() const { return isPlaying_; }
     void schedule(std::shared_ptr<AVAudioFile> file, std::function<void()> completion);
@@ -66,6 +66,10 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     bool decodeChunk(Lock& lock);
     void sleepUntilNeeded(Lock& lock);
 
+    void reportUnderruns();
+
+    /// How many decoded frames awaitDecoded() waits for.
+    std::uint64_t awaitedFrames() const;
     Pass* firstUndecoded();
     bool nextFormatDiffers();
     void noteWhatIsLeft();
@@ -81,9 +85,10 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     std::shared_ptr<PlayerRing> ring_;
     std::optional<AVAudioPCMBuffer> chunk_;  ///< The decoding thread's own.
     std::optional<AVAudioFormat> outputFormat_;
-    bool isCompleting_ = false;
-    std::uint64_t generation_ = 0;  ///< Counts what makes a chunk under way worthless.
-    std::uint64_t reportedUnderruns_ = 0;
+    bool isCompleting_ = false;            ///< A completion is under way on the decoding thread.
+    bool isAdopting_ = false;              ///< The connections are following a new format.
+    std::uint64_t generation_ = 0;         ///< Counts what makes a chunk under way worthless.
+    std::uint64_t reportedUnderruns_ = 0;  ///< The decoding thread's own.
 
     RenderSlot<PlayerStream> stream_;
     std::atomic<bool> isPlaying_ = false;

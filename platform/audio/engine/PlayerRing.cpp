@@ -8,8 +8,8 @@ namespace orvalo {
 namespace {
 
 std::uint32_t capacityFor(const AVAudioFormat& format) {
-    const auto halfASecond = static_cast<std::uint32_t>(format.sampleRate / 2.0);
-    return std::bit_ceil(std::max(halfASecond, 4 * kMaximumFramesToRender));
+    const auto aSecond = static_cast<std::uint32_t>(format.sampleRate);
+    return std::bit_ceil(std::max(aSecond, 4 * kMaximumFramesToRender));
 }
 
 }  // namespace

@@ -1,16 +1,8 @@
 #include "platform/audio/engine/PlayerStream.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace orvalo {
-
-namespace {
-
-/// What a converter may ask for beyond the plain ratio: the length of its filter.
-constexpr std::uint32_t kFilterReserve = 1024;
-
-}  // namespace
 
 PlayerStream::PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat& outputFormat)
     : ring_(std::move(ring)),
@@ -19,9 +11,8 @@ PlayerStream::PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat
                      : std::make_unique<SampleRateConverter>(ring_->format(), outputFormat)),
       input_(ring_->format(), 1) {
     if (converter_) {
-        const double ratio = ring_->format().sampleRate / outputFormat.sampleRate;
-        largestDemand_ =
-            static_cast<std::uint32_t>(std::ceil(kMaximumFramesToRender * ratio)) + kFilterReserve;
+        // The first demand, with the filter still empty, is the largest; later ones may round up.
+        largestDemand_ = converter_->inputFramesNeeded(kMaximumFramesToRender) + 1;
         input_ = AVAudioPCMBuffer(ring_->format(), largestDemand_);
     }
 }
