@@ -32,7 +32,7 @@ static_assert(WorkItem::fitsInline<MIDIReport>(), "the render thread must not al
 }  // namespace
 
 AUMIDIOutputEventBlock makeMIDIReport() {
-    // Taken here, because the first use of the queue makes it, which the render thread must not.
+    // Held by the handler, so that the render thread looks nothing up.
     return [mainQueue = DispatchQueue::main()](std::int64_t sampleTime, std::uint8_t,
                                                std::int64_t length,
                                                const std::uint8_t* bytes) -> std::int32_t {
