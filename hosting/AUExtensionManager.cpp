@@ -98,19 +98,19 @@ void AUExtensionManager::selectAudioUnitWithComponentDescription(
     }
     AVAudioUnit::instantiate(
         *description, AudioComponentInstantiationOptions::none,
-        [self = shared(this), record = *description, completionHandler](
+        [self = shared(this), record = *description, completion = std::move(completionHandler)](
             const std::shared_ptr<AVAudioUnit>& unit, const std::optional<NSError>&) {
             if (!unit) {
                 print(orvalo::description(record));
                 print("Error: Could not instantiate audio unit.");
                 return;
             }
-            self->adopt(unit, completionHandler);
+            self->adopt(unit, completion);
         });
 }
 
 void AUExtensionManager::adopt(const std::shared_ptr<AVAudioUnit>& unit,
-                               std::function<void()> completionHandler) {
+                               const std::function<void()>& completionHandler) {
     print("AUExtensionManager: Audio unit was found, making connections now ...");
     unit->auAudioUnit()->setContextName(orvaloContextName);
     auEngine->connect(unit, [this, &unit, &completionHandler] {

@@ -82,7 +82,8 @@ class AUExtensionManager : public NSObject {
     friend struct AUExtensionManagerPeer;  ///< The tests' view of the private parts.
 
     void search();
-    void adopt(const std::shared_ptr<AVAudioUnit>& unit, std::function<void()> completionHandler);
+    void adopt(const std::shared_ptr<AVAudioUnit>& unit,
+               const std::function<void()>& completionHandler);
 };
 
 }  // namespace orvalo

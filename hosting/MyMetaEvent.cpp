@@ -1,6 +1,7 @@
 #include "hosting/MyMetaEvent.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <new>
 
 #include "hosting/MIDIConstants.h"
@@ -10,8 +11,16 @@ namespace orvalo {
 
 namespace {
 
-MIDIMetaEvent* record(std::byte* block) {
-    return std::launder(reinterpret_cast<MIDIMetaEvent*>(block));
+using Bytes = std::vector<std::uint8_t>;
+
+std::vector<std::byte> makeBlock(std::int64_t size, std::uint8_t type, const Bytes& data) {
+    std::vector<std::byte> block(exactly<std::size_t>(size));
+    auto* event = std::launder(reinterpret_cast<MIDIMetaEvent*>(block.data()));
+    event->metaEventType = type;
+    event->dataLength = exactly<std::uint32_t>(data.size());
+    std::ranges::transform(data, block.begin() + offsetof(MIDIMetaEvent, data),
+                           [](std::uint8_t byte) { return std::byte{byte}; });
+    return block;
 }
 
 }  // namespace
@@ -19,17 +28,11 @@ MIDIMetaEvent* record(std::byte* block) {
 MyMetaEvent::MyMetaEvent(std::uint8_t type, const std::vector<std::uint8_t>& data)
     : size(checkedAdd(exactly<std::int64_t>(data.size()),
                       static_cast<std::int64_t>(sizeof(MIDIMetaEvent)))),
-      mem(std::make_unique<std::byte[]>(exactly<std::size_t>(size))) {
-    auto* event = record(mem.get());
-    event->metaEventType = type;
-    event->dataLength = exactly<std::uint32_t>(data.size());
-    std::ranges::transform(data, mem.get() + offsetof(MIDIMetaEvent, data),
-                           [](std::uint8_t byte) { return std::byte{byte}; });
-}
+      mem(makeBlock(size, type, data)) {}
 
 void MyMetaEvent::withMIDIMetaEventPtr(
     const std::function<void(const MIDIMetaEvent*)>& body) const {
-    body(record(mem.get()));
+    body(std::launder(reinterpret_cast<const MIDIMetaEvent*>(mem.data())));
 }
 
 void test_MyMetaEvent() {

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <vector>
 
 #include "platform/audio/unit/MIDIMetaEvent.h"
@@ -24,7 +23,7 @@ class MyMetaEvent : public NSObject {
     const std::int64_t size;  ///< The block's length in bytes: the record's and the data's.
 
   private:
-    const std::unique_ptr<std::byte[]> mem;
+    const std::vector<std::byte> mem;
 };
 
 /// Makes a sequencer-specific event and hands its record to a body that does nothing.
