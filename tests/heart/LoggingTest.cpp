@@ -61,6 +61,7 @@ TEST_P(Logging, LinesOfManyThreadsNeverMix) {
     constexpr int kThreads = 4;
     constexpr int kLines = 50;
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int number = 0; number < kThreads; ++number) {
         threads.emplace_back([number] {
             for (int line = 0; line < kLines; ++line) {

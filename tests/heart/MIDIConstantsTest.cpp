@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <type_traits>
 
@@ -19,7 +20,7 @@ struct NamedByte {
 #constant, constant, expected \
     }
 
-const NamedByte kTable[] = {
+constexpr auto kTable = std::to_array<NamedByte>({
     NAMED(STATUS_NOTEOFF, 0x80),
     NAMED(STATUS_NOTEON, 0x90),
     NAMED(STATUS_CONTROLLER, 0xB0),
@@ -116,7 +117,7 @@ const NamedByte kTable[] = {
     NAMED(META_EXTENDEDNOTE, 0xFF),
     NAMED(META_AUPARAMETER, 0xFF),
     NAMED(META_AUPRESET, 0xFF),
-};
+});
 
 TEST(MIDIConstants, HaveTheirValues) {
     for (const auto& constant : kTable) {

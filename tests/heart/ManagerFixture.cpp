@@ -8,7 +8,8 @@
 namespace orvalo::testing {
 
 ManagerFixture::ManagerFixture(const char* effectsPath) {
-    setenv("LV2_PATH", effectsPath, 1);
+    // No other thread reads the environment now.
+    setenv("LV2_PATH", effectsPath, 1);  // NOLINT(concurrency-mt-unsafe)
 }
 
 ManagerFixture::~ManagerFixture() = default;

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "tests/heart/ManagerFixture.h"
+#include "tests/heart/PlayerLines.h"
 
 // This program's registry has the Orvalo effect, as the application has it.
 namespace orvalo::testing {
@@ -9,8 +10,9 @@ namespace {
 class Orvalo : public ::testing::Test {
   protected:
     Orvalo() {
-        setenv("LV2_PATH", HEART_LV2_PATH, 1);
-        setenv("ORVALO_AUDIO_OUTPUT", "null", 1);
+        // No other thread reads the environment now.
+        setenv("LV2_PATH", HEART_LV2_PATH, 1);     // NOLINT(concurrency-mt-unsafe)
+        setenv("ORVALO_AUDIO_OUTPUT", "null", 1);  // NOLINT(concurrency-mt-unsafe)
     }
 };
 
@@ -51,11 +53,9 @@ TEST_F(Orvalo, IsFoundReportedConnectedPlayedAndStopped) {
             report() +
             Lines({"AUExtensionManager: Audio unit was found, making connections now ...",
                    "AUEnginePlayer: A new audio unit will be connected.",
-                   "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling "
-                   "block.",
+                   kAssignsHandler,
                    "AUEnginePlayer: Audio unit was attached.",
-                   "AUEnginePlayer::ERROR: There was a problem with the file processing format or "
-                   "the file is nil (yet).",
+                   kNoFormatToWire,
                    "AUExtensionManager: Performed audio unit connection.",
                    "[global] onFoundComponent(unit: present)",
                    "WARNING: Audio unit is nil (yet?).",

@@ -1,7 +1,9 @@
+#include <array>
 #include <thread>
 
 #include "platform/foundation/Print.h"
 #include "tests/heart/PlayerFixture.h"
+#include "tests/heart/PlayerLines.h"
 
 namespace orvalo::testing {
 namespace {
@@ -20,14 +22,6 @@ class PlayerConnect : public PlayerFixture {
         return render(0.1);
     }
 };
-
-const std::string kNoFormatToWire =
-    "AUEnginePlayer::ERROR: There was a problem with the file processing format or the file is nil "
-    "(yet).";
-const std::string kNoFormatToReset =
-    "AUEnginePlayer: ERROR: There is a problem with the audio file processing format.";
-const std::string kDisconnects =
-    "AUEnginePlayer::WARNING: Function connect() with argument 'nil' causes disconnection.";
 
 TEST_F(PlayerConnect, AnEffectBeforeAnyFileStaysUnwired) {
     const auto effect = unit(0.25F);
@@ -58,15 +52,13 @@ TEST_F(PlayerConnect, AnEffectWithMIDIOutputsGetsTheHandler) {
     const auto effect = unit(0.25F, {"Notes"});
     connect(effect);
     EXPECT_EQ(newLines(),
-              Lines({"AUEnginePlayer: A new audio unit will be connected.",
-                     "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a "
-                     "handling block.",
+              Lines({"AUEnginePlayer: A new audio unit will be connected.", kAssignsHandler,
                      "AUEnginePlayer: Audio unit was attached.", kNoFormatToWire, "completion"}));
 
     const auto handler = effect->auAudioUnit()->MIDIOutputEventBlock();
     ASSERT_TRUE(handler);
-    const std::uint8_t bytes[] = {0x90, 60, 100};
-    EXPECT_EQ(handler(512, 0, 3, bytes), 0);
+    const std::array<std::uint8_t, 3> bytes{0x90, 60, 100};
+    EXPECT_EQ(handler(512, 0, 3, bytes.data()), 0);
     drainMainQueue();
     EXPECT_EQ(newLines(),
               Lines({"AUEnginePlayer: MIDI event from audio unit at: 512, data: 144, 60, 100"}));

@@ -2,6 +2,7 @@
 
 #include "tests/heart/FatalEnd.h"
 #include "tests/heart/ManagerFixture.h"
+#include "tests/heart/PlayerLines.h"
 
 // This program's registry has two matching effects; the first by its URI sends MIDI.
 namespace orvalo::testing {
@@ -15,12 +16,8 @@ class TwoEffects : public ManagerFixture {
         return Lines({kNote, "AUExtensionManager: Loaded component has following properties."}) +
                report() +
                Lines({"AUExtensionManager: Audio unit was found, making connections now ...",
-                      "AUEnginePlayer: A new audio unit will be connected.",
-                      "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a "
-                      "handling block.",
-                      "AUEnginePlayer: Audio unit was attached.",
-                      "AUEnginePlayer::ERROR: There was a problem with the file processing format "
-                      "or the file is nil (yet).",
+                      "AUEnginePlayer: A new audio unit will be connected.", kAssignsHandler,
+                      "AUEnginePlayer: Audio unit was attached.", kNoFormatToWire,
                       "AUExtensionManager: Performed audio unit connection.",
                       "[global] onFoundComponent(unit: present)",
                       "WARNING: Audio unit is nil (yet?).", "[global] onEngineInitialized()"});

@@ -20,7 +20,7 @@ struct Event {
     std::array<std::uint8_t, 3> bytes;
 };
 
-constexpr Event kEvents[] = {{512, 3, {0x90, 60, 100}}, {1024, 2, {0xC0, 5}}};
+constexpr std::array<Event, 2> kEvents{{{512, 3, {0x90, 60, 100}}, {1024, 2, {0xC0, 5}}}};
 
 struct NoteSender {
     std::array<const float*, 2> inputs{};
@@ -103,11 +103,11 @@ constexpr LV2_Descriptor descriptor(const char* uri) {
     return {uri, instantiate, connectPort, nullptr, run, nullptr, cleanup, nullptr};
 }
 
-constexpr LV2_Descriptor kDescriptors[] = {descriptor("urn:orvalo-test:first"),
-                                           descriptor("urn:orvalo-test:second")};
+constexpr std::array<LV2_Descriptor, 2> kDescriptors{descriptor("urn:orvalo-test:first"),
+                                                     descriptor("urn:orvalo-test:second")};
 
 }  // namespace
 
 extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
-    return index < 2 ? &kDescriptors[index] : nullptr;
+    return index < kDescriptors.size() ? &kDescriptors[index] : nullptr;
 }
