@@ -10,6 +10,7 @@
 #include <lv2/worker/worker.h>
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 namespace orvalo::testing {
@@ -156,21 +157,21 @@ Channels renderDirectly(const std::string& uri, double sampleRate,
     const std::int32_t shortest = 1;
     const auto rate = static_cast<float>(sampleRate);
     const LV2_URID integer = map.number(LV2_ATOM__Int);
-    const LV2_Options_Option options[] = {
-        {LV2_OPTIONS_INSTANCE, 0, map.number(LV2_PARAMETERS__sampleRate), sizeof(rate),
-         map.number(LV2_ATOM__Float), &rate},
-        {LV2_OPTIONS_INSTANCE, 0, map.number(LV2_BUF_SIZE__minBlockLength), 4, integer, &shortest},
-        {LV2_OPTIONS_INSTANCE, 0, map.number(LV2_BUF_SIZE__maxBlockLength), 4, integer, &longest},
-        {}};
+    const std::array<LV2_Options_Option, 4> options{
+        {{LV2_OPTIONS_INSTANCE, 0, map.number(LV2_PARAMETERS__sampleRate), sizeof(rate),
+          map.number(LV2_ATOM__Float), &rate},
+         {LV2_OPTIONS_INSTANCE, 0, map.number(LV2_BUF_SIZE__minBlockLength), 4, integer, &shortest},
+         {LV2_OPTIONS_INSTANCE, 0, map.number(LV2_BUF_SIZE__maxBlockLength), 4, integer, &longest},
+         {}}};
     const LV2_Feature mapFeature{LV2_URID__map, &mapping};
     const LV2_Feature unmapFeature{LV2_URID__unmap, &unmapping};
     const LV2_Feature workerFeature{LV2_WORKER__schedule, &schedule};
     const LV2_Feature optionsFeature{LV2_OPTIONS__options,
-                                     const_cast<LV2_Options_Option*>(options)};
+                                     const_cast<LV2_Options_Option*>(options.data())};
     const LV2_Feature boundedFeature{LV2_BUF_SIZE__boundedBlockLength, nullptr};
-    const LV2_Feature* features[] = {&mapFeature,     &unmapFeature,   &workerFeature,
-                                     &optionsFeature, &boundedFeature, nullptr};
-    LilvInstance* instance = lilv_plugin_instantiate(plugin, sampleRate, features);
+    const std::array<const LV2_Feature*, 6> features{
+        &mapFeature, &unmapFeature, &workerFeature, &optionsFeature, &boundedFeature, nullptr};
+    LilvInstance* instance = lilv_plugin_instantiate(plugin, sampleRate, features.data());
     worker.instance = instance;
     worker.interface = static_cast<const LV2_Worker_Interface*>(
         lilv_instance_get_extension_data(instance, LV2_WORKER__interface));

@@ -15,7 +15,6 @@ namespace {
 using namespace orvalo;
 using orvalo::testing::CapturedOutput;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 TEST(Log, WritesWhatAPluginSaysWithItsURI) {
     const CapturedOutput output(2);

@@ -18,7 +18,6 @@ namespace {
 
 using namespace orvalo;
 using namespace orvalo::testing;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 
 struct RealEffect {
@@ -60,8 +59,8 @@ class RealEffects : public ::testing::TestWithParam<RealEffect> {
         std::ofstream manifest(folder.path() / "codes.lv2" / "manifest.ttl");
         manifest << "@prefix ac: <urn:tessaly:audio-component#> .\n";
         for (const auto& effect : realEffects()) {
-            manifest << "<" << effect.uri << "> ac:type \"aufx\" ; ac:subtype \"" << effect.subtype
-                     << "\" ; ac:manufacturer \"REAL\" ; ac:name \"REAL: " << effect.subtype
+            manifest << "<" << effect.uri << R"(> ac:type "aufx" ; ac:subtype ")" << effect.subtype
+                     << R"(" ; ac:manufacturer "REAL" ; ac:name "REAL: )" << effect.subtype
                      << "\" .\n";
         }
         manifest.close();

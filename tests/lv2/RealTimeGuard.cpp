@@ -9,6 +9,7 @@
 #include <array>
 #include <atomic>
 #include <cstdlib>
+#include <string_view>
 
 #include "platform/foundation/RealTimeScope.h"
 
@@ -26,8 +27,8 @@ void refuse() {
     isGuarding() = false;
     std::array<void*, 64> frames{};
     const int count = backtrace(frames.data(), static_cast<int>(frames.size()));
-    constexpr char message[] = "Forbidden on the render thread:\n";
-    syscall(SYS_write, STDERR_FILENO, message, sizeof(message) - 1);
+    constexpr std::string_view message = "Forbidden on the render thread:\n";
+    syscall(SYS_write, STDERR_FILENO, message.data(), message.size());
     backtrace_symbols_fd(frames.data(), count, STDERR_FILENO);
     std::abort();
 }
@@ -45,8 +46,8 @@ RealTimeGuard::~RealTimeGuard() {
 
 }  // namespace orvalo::testing
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names are those of the C library and the
-// sanitizers.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name):
+// the names are those of the C library and the sanitizers.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
 extern "C" void __sanitizer_malloc_hook(const volatile void* /*memory*/, std::size_t /*size*/) {
@@ -101,4 +102,4 @@ ssize_t write(int descriptor, const void* bytes, std::size_t size) {
 }
 
 #endif
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)

@@ -31,8 +31,8 @@ class Registry : public ::testing::Test {
     }
 
     static std::string codes(const std::string& subject, const std::string& subtype) {
-        return "<" + subject + "> ac:type \"aumf\" ; ac:subtype \"" + subtype +
-               "\" ; ac:manufacturer \"TEST\" .";
+        return "<" + subject + R"(> ac:type "aumf" ; ac:subtype ")" + subtype +
+               R"(" ; ac:manufacturer "TEST" .)";
     }
 
     /// A plug-in's bundle without codes, and one with them.

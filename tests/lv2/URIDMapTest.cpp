@@ -33,9 +33,9 @@ TEST(URIDMap, HasNoURIForANumberThatWasNotGiven) {
 TEST(URIDMap, AgreesBetweenThreads) {
     constexpr int kCount = 2000;
     std::array<std::vector<LV2_URID>, 4> numbers;
-    std::array<std::thread, 4> threads;
-    for (std::size_t index = 0; index < threads.size(); ++index) {
-        threads[index] = std::thread([&own = numbers[index]] {
+    std::vector<std::thread> threads;
+    for (auto& own : numbers) {
+        threads.emplace_back([&own] {
             auto& map = URIDMap::shared();
             for (int uri = 0; uri < kCount; ++uri) {
                 const auto text = "urn:test:threads#" + std::to_string(uri);

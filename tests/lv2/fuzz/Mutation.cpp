@@ -10,7 +10,7 @@ namespace {
 constexpr std::array kTokens{"<",
                              ">",
                              "\"",
-                             "\"\"\"",
+                             R"(""")",
                              "[",
                              "]",
                              "(",
