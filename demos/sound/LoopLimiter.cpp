@@ -16,7 +16,9 @@ namespace {
 /// Frames that the gain takes to bow down, and to come back: 4 ms at 48 kHz.
 constexpr std::size_t reach = 192;
 
-constexpr std::size_t taps = 12;
+/// Half the frames that an interpolated value draws on.
+constexpr std::size_t half = 6;
+constexpr std::size_t taps = 2 * half;
 constexpr std::size_t phases = 4;
 
 /// A windowed sinc that reads a signal at quarters of a frame.
@@ -25,10 +27,10 @@ std::array<std::array<float, taps>, phases> interpolators() {
     for (std::size_t phase = 0; phase < phases; ++phase) {
         for (std::size_t tap = 0; tap < taps; ++tap) {
             const double x =
-                static_cast<double>(tap) - (taps / 2 - 1) - static_cast<double>(phase) / phases;
+                static_cast<double>(tap) - (half - 1) - static_cast<double>(phase) / phases;
             const double sinc =
                 x == 0.0 ? 1.0 : std::sin(std::numbers::pi * x) / (std::numbers::pi * x);
-            const double window = 0.5 + 0.5 * std::cos(std::numbers::pi * x / (taps / 2));
+            const double window = 0.5 + 0.5 * std::cos(std::numbers::pi * x / half);
             table.at(phase).at(tap) = static_cast<float>(sinc * window);
         }
     }
@@ -40,10 +42,13 @@ std::vector<float> peaks(const StereoSound& loop) {
     static const auto table = interpolators();
     const std::size_t frames = loop.frames();
     std::vector<float> peaks(frames, 0.0F);
+    if (frames == 0) {
+        return peaks;
+    }
     for (const auto* side : {&loop.left, &loop.right}) {
         std::vector<float> wrapped(frames + taps);
         for (std::size_t index = 0; index < wrapped.size(); ++index) {
-            wrapped[index] = (*side)[(index + frames * taps - (taps / 2 - 1)) % frames];
+            wrapped[index] = (*side)[(index + frames * taps - (half - 1)) % frames];
         }
         for (std::size_t frame = 0; frame < frames; ++frame) {
             for (const auto& weights : table) {

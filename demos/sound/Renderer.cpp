@@ -82,8 +82,8 @@ Performance::Performance(const Score& score, std::size_t part,
       channel_(score.parts[part].drums ? drumChannel : 0),
       rate_(rate),
       settings_(new_fluid_settings()) {
-    // Its failures are thrown, and otherwise it only tells which of a SoundFont's features it leaves
-    // out.
+    // Its failures are thrown, and otherwise it only tells which of a SoundFont's features it
+    // leaves out.
     fluid_set_log_function(FLUID_ERR, nullptr, nullptr);
     fluid_set_log_function(FLUID_WARN, nullptr, nullptr);
     fluid_set_log_function(FLUID_INFO, nullptr, nullptr);
@@ -194,7 +194,7 @@ void Performance::ringOut() {
         return;
     }
     // Fades the last second, so that the fold ends without a step.
-    const std::size_t faded = static_cast<std::size_t>(rate_);
+    const auto faded = static_cast<std::size_t>(rate_);
     const std::size_t from = sound_.frames() - faded;
     for (std::size_t index = 0; index < faded; ++index) {
         const float gain = 1.0F - static_cast<float>(index) / static_cast<float>(faded);

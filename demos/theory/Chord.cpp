@@ -28,6 +28,7 @@ const std::vector<Quality>& qualities() {
 
 std::vector<int> stackedThirds(const Scale& scale, int degree, int notes) {
     std::vector<int> intervals;
+    intervals.reserve(static_cast<std::size_t>(notes));
     for (int note = 0; note < notes; ++note) {
         intervals.push_back(scale.keyOf(degree + 2 * note) - scale.keyOf(degree));
     }

@@ -18,6 +18,7 @@ using orvalo::StereoSound;
 namespace {
 
 constexpr int rate = 48000;
+constexpr std::size_t second = rate;
 
 StereoSound sine(std::size_t frames, double hertz, double amplitude) {
     StereoSound sound;
@@ -47,30 +48,30 @@ TEST(LoopFold, FillsALoopThatIsLongerWithSilence) {
 }
 
 TEST(LoopLimiter, LeavesALoopBelowTheCeilingAsItIs) {
-    StereoSound loop = sine(rate, 440, 0.5);
+    StereoSound loop = sine(second, 440, 0.5);
     const StereoSound before = loop;
     orvalo::limit(loop, 0.6F);
     EXPECT_EQ(loop.left, before.left);
 }
 
 TEST(LoopLimiter, BowsToAPeakRoundTheJoin) {
-    StereoSound loop = sine(rate, 480, 0.3);
+    StereoSound loop = sine(second, 480, 0.3);
     loop.left[2] = 1.0F;
     orvalo::limit(loop, 0.5F);
     EXPECT_LE(loop.peak(), 0.5001F);
     // The frames at the end, just ahead of the peak in the next pass, are lowered; far ones are
     // not.
-    const StereoSound plain = sine(rate, 480, 0.3);
-    EXPECT_NEAR(loop.right[rate - 25] / plain.right[rate - 25], 0.5, 0.05);
-    EXPECT_EQ(loop.right[rate / 2 + 7], plain.right[rate / 2 + 7]);
+    const StereoSound plain = sine(second, 480, 0.3);
+    EXPECT_NEAR(loop.right[second - 25] / plain.right[second - 25], 0.5, 0.05);
+    EXPECT_EQ(loop.right[second / 2 + 7], plain.right[second / 2 + 7]);
     // Both sides bow by the same.
-    EXPECT_FLOAT_EQ(loop.left[rate - 25], loop.right[rate - 25]);
+    EXPECT_FLOAT_EQ(loop.left[second - 25], loop.right[second - 25]);
 }
 
 TEST(LoopLimiter, SeesPeaksBetweenTheSamples) {
     // A quarter of the rate at 45 degrees: the samples stand at 0.707 of the wave.
     StereoSound loop;
-    loop.resize(rate);
+    loop.resize(second);
     for (std::size_t frame = 0; frame < loop.frames(); ++frame) {
         const double phase = std::numbers::pi * (static_cast<double>(frame) / 2.0 + 0.25);
         loop.left[frame] = loop.right[frame] = static_cast<float>(std::sin(phase));
@@ -82,12 +83,12 @@ TEST(LoopLimiter, SeesPeaksBetweenTheSamples) {
 TEST(Loudness, ReadsTheReferenceTone) {
     // EBU Tech 3341: 1 kHz in both channels at -23 dBFS reads -23 LUFS.
     const double amplitude = std::pow(10.0, -23.0 / 20.0);
-    EXPECT_NEAR(orvalo::loudness(sine(4 * rate, 1000, amplitude), rate), -23.0, 0.1);
+    EXPECT_NEAR(orvalo::loudness(sine(4 * second, 1000, amplitude), rate), -23.0, 0.1);
 }
 
 TEST(Loudness, BringsALoopToItsTargetBelowTheCeiling) {
-    StereoSound loop = sine(4 * rate, 997, 0.01);
-    for (std::size_t frame = 0; frame < loop.frames(); frame += rate / 2) {
+    StereoSound loop = sine(4 * second, 997, 0.01);
+    for (std::size_t frame = 0; frame < loop.frames(); frame += second / 2) {
         loop.left[frame] = 0.5F;
     }
     orvalo::normalise(loop, rate, -20.0, 0.5F);
@@ -97,9 +98,9 @@ TEST(Loudness, BringsALoopToItsTargetBelowTheCeiling) {
 
 TEST(Loudness, RefusesSilenceAndWhatHasNoRoom) {
     StereoSound silence;
-    silence.resize(rate);
+    silence.resize(second);
     EXPECT_THROW(orvalo::normalise(silence, rate, -20.0, 0.7F), std::runtime_error);
-    StereoSound loop = sine(4 * rate, 1000, 0.1);
+    StereoSound loop = sine(4 * second, 1000, 0.1);
     EXPECT_THROW(orvalo::normalise(loop, rate, -6.0, 0.1F), std::runtime_error);
 }
 

@@ -8,7 +8,6 @@
 #include "demos/playing/Feel.h"
 
 using orvalo::Hit;
-using orvalo::Metre;
 using orvalo::spread;
 using orvalo::stretched;
 

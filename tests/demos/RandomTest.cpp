@@ -22,10 +22,10 @@ TEST(Random, CoversItsRangeAndNoMore) {
     Random random(7);
     std::array<int, 5> seen{};
     for (int draw = 0; draw < 5000; ++draw) {
-        const int value = random.between(-2, 2);
-        ASSERT_GE(value, -2);
-        ASSERT_LE(value, 2);
-        ++seen.at(static_cast<std::size_t>(value + 2));
+        const int value = random.between(2, 6);
+        ASSERT_GE(value, 2);
+        ASSERT_LE(value, 6);
+        ++seen.at(static_cast<std::size_t>(value) - 2);
     }
     for (const int count : seen) {
         EXPECT_GT(count, 800);
