@@ -2,10 +2,12 @@
 
 #include <glib.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 
+#include "bench/live/BareSleeper.h"
 #include "bench/live/Performance.h"
 #include "bench/live/TimedBundle.h"
 #include "bench/live/TimedOutput.h"
@@ -34,6 +36,7 @@ struct Bench {
     void run(const char* name, std::unique_ptr<AudioOutput> output) const {
         // Twice what the seconds hold: no device runs that fast.
         QuantumTimes times(static_cast<std::size_t>(seconds) * 2 * 48000 / kQuantum);
+        const BareSleeper sleeper(std::llround(kQuantum * 1e9 / kFormat.sampleRate));
         const auto outcome = perform(
             std::make_unique<TimedOutput>(std::move(output), effectTime, times), file, seconds);
         if (times.count() == 0) {
@@ -49,6 +52,8 @@ struct Bench {
             static_cast<unsigned long long>(outcome.xruns),
             static_cast<unsigned long long>(outcome.underruns),
             static_cast<unsigned long long>(outcome.midiEvents));
+        std::printf("  a thread that only sleeps from quantum to quantum was late %llu times\n",
+                    static_cast<unsigned long long>(sleeper.lateCount()));
         for (const auto& [part, shares] : {std::pair{"host", &host}, {"effect", &effect}}) {
             std::printf(
                 "  %-6s of the quantum: median %6.2f %%, 99 %% below %6.2f %%, "

@@ -1,0 +1,32 @@
+#include "bench/live/BareSleeper.h"
+
+#include <ctime>
+
+#include "bench/measuring/Clocks.h"
+#include "platform/audio/output/RealTimePriority.h"
+
+namespace orvalo::bench {
+
+BareSleeper::BareSleeper(std::int64_t quantumNanoseconds)
+    : thread_([this, quantumNanoseconds] { run(quantumNanoseconds); }) {}
+
+BareSleeper::~BareSleeper() {
+    isOver_ = true;
+    thread_.join();
+}
+
+void BareSleeper::run(std::int64_t quantum) {
+    constexpr std::int64_t nanosecondsInSecond = 1'000'000'000;
+    becomeRenderThread("bare-sleeper");
+    auto due = monotonicNanoseconds();
+    while (!isOver_) {
+        due += quantum;
+        const timespec until{due / nanosecondsInSecond, due % nanosecondsInSecond};
+        clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
+        const auto missed = (monotonicNanoseconds() - due) / quantum;
+        late_ += missed > 0 ? 1 : 0;
+        due += missed * quantum;
+    }
+}
+
+}  // namespace orvalo::bench
