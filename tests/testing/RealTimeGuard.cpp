@@ -1,6 +1,7 @@
 // Takes the place of the C library's calls that a render thread must not make, and ends the program
 // with the call's name and a backtrace when one is made inside a RealTimeScope. Plug-ins and other
-// libraries that the program loads reach it as well, since the program exports it.
+// libraries that the program loads reach it as well, where the program exports its symbols. Under
+// the sanitizers, which have taken these places, only allocations and releases are seen.
 
 #include <dlfcn.h>
 #include <execinfo.h>
@@ -36,6 +37,23 @@ void check(const char* call) {
     backtrace_symbols_fd(frames, backtrace(frames, 64), STDERR_FILENO);
     std::abort();
 }
+
+}  // namespace
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' names for what they call.
+extern "C" void __sanitizer_malloc_hook(const volatile void* /*memory*/, std::size_t /*size*/) {
+    check("malloc");
+}
+extern "C" void __sanitizer_free_hook(const volatile void* /*memory*/) {
+    check("free");
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+#else
+
+namespace {
 
 template <typename Function>
 Function* next(const char* name) {
@@ -118,3 +136,5 @@ extern "C" int open(const char* path, int flags, ...) {
     static auto* const original = next<int(const char*, int, ...)>("open");
     return original(path, flags, mode);
 }
+
+#endif
