@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -64,16 +65,39 @@ struct Probe {
     std::atomic<int> secret{0};
     std::atomic<std::thread::id> renderThread;
     std::atomic<bool> isRunning{false};
+    std::atomic<bool> isControlled{false};
     std::atomic<bool> isWorking{false};
     bool isThreadSafe = false;
     std::string file;
 
     float control(Port port) const { return *static_cast<float*>(ports[port]); }
-    void noteControlCall() const {
-        if (isRunning) {
+};
+
+/// A call that must not overlap run(), for the object's life, which it draws out so that an overlap
+/// does not pass unseen.
+class ControlCall {
+  public:
+    explicit ControlCall(Probe& probe) : probe_(probe) {
+        probe_.isControlled = true;
+        look();
+    }
+    ~ControlCall() {
+        for (int turn = 0; turn < 20; ++turn) {
+            std::this_thread::yield();
+            look();
+        }
+        probe_.isControlled = false;
+    }
+    ControlCall(const ControlCall&) = delete;
+    ControlCall& operator=(const ControlCall&) = delete;
+
+  private:
+    void look() const {
+        if (probe_.isRunning) {
             ++record().controlCallsDuringRun;
         }
     }
+    Probe& probe_;
 };
 
 Probe& probe(LV2_Handle handle) {
@@ -145,7 +169,7 @@ void connectPort(LV2_Handle handle, std::uint32_t port, void* location) {
 }
 
 void activate(LV2_Handle handle) {
-    probe(handle).noteControlCall();
+    const ControlCall call(probe(handle));
     ++record().activations;
 }
 
@@ -194,6 +218,9 @@ void chatter(Probe& self, std::uint32_t frames) {
 void run(LV2_Handle handle, std::uint32_t frames) {
     auto& self = probe(handle);
     self.isRunning = true;
+    if (self.isControlled) {
+        ++record().controlCallsDuringRun;
+    }
     self.renderThread = std::this_thread::get_id();
     ++record().runs;
     record().corner = self.control(kCorner);
@@ -218,12 +245,11 @@ void run(LV2_Handle handle, std::uint32_t frames) {
 }
 
 void deactivate(LV2_Handle handle) {
-    probe(handle).noteControlCall();
+    const ControlCall call(probe(handle));
     ++record().deactivations;
 }
 
 void cleanup(LV2_Handle handle) {
-    probe(handle).noteControlCall();
     ++record().cleanups;
     delete &probe(handle);
 }
@@ -301,8 +327,9 @@ LV2_State_Status restore(LV2_Handle handle, LV2_State_Retrieve_Function retrieve
                          LV2_State_Handle retrieveHandle, std::uint32_t /*flags*/,
                          const LV2_Feature* const* features) {
     auto& self = probe(handle);
+    std::optional<ControlCall> call;
     if (!self.isThreadSafe) {
-        self.noteControlCall();
+        call.emplace(self);
     }
     ++record().restores;
     std::size_t size = 0;
@@ -338,7 +365,7 @@ std::uint32_t getOptions(LV2_Handle /*handle*/, LV2_Options_Option* /*options*/)
 
 std::uint32_t setOptions(LV2_Handle handle, const LV2_Options_Option* options) {
     auto& self = probe(handle);
-    self.noteControlCall();
+    const ControlCall call(self);
     for (; options->key != 0; ++options) {
         if (options->key == self.contextName && options->type == self.forge.String) {
             copyText(record().contextName, options->value);
