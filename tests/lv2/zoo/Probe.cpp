@@ -82,8 +82,7 @@ class ControlCall {
         look();
     }
     ~ControlCall() {
-        for (int turn = 0; turn < 20; ++turn) {
-            std::this_thread::yield();
+        for (int turn = 0; turn < 2000; ++turn) {
             look();
         }
         probe_.isControlled = false;
