@@ -13,6 +13,7 @@
 #include "platform/audio/engine/AVAudioEngine.h"
 #include "platform/audio/engine/AVAudioPlayerNode.h"
 #include "platform/audio/engine/AVAudioUnit.h"
+#include "platform/audio/output/NullOutput.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/NSObject.h"
@@ -108,7 +109,7 @@ void OfflineRender::run() {
     effect->auAudioUnit()->setContextName(orvaloContextName);
 
     const auto format = renderFormat(*file_);
-    const auto engine = std::make_shared<AVAudioEngine>();
+    const auto engine = std::make_shared<AVAudioEngine>(std::make_unique<NullOutput>());
     const auto player = std::make_shared<AVAudioPlayerNode>();
     engine->enableManualRenderingMode(format);
     engine->attach(player);

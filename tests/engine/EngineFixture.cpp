@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "platform/audio/output/NullOutput.h"
+
 namespace orvalo::testing {
 
 std::function<void()> Completions::handler(std::string name) {
@@ -35,7 +37,7 @@ void Completions::waitFor(std::size_t count) {
 
 void EngineFixture::start(const AVAudioFormat& format) {
     format_ = format;
-    engine = std::make_shared<AVAudioEngine>();
+    engine = std::make_shared<AVAudioEngine>(std::make_unique<NullOutput>());
     engine->enableManualRenderingMode(format);
     player = std::make_shared<AVAudioPlayerNode>();
     engine->attach(player);

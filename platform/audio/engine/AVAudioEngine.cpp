@@ -6,12 +6,16 @@
 #include <vector>
 
 #include "platform/audio/output/DenormalGuard.h"
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
-AVAudioEngine::AVAudioEngine() : AVAudioEngine(nullptr) {}
+AVAudioEngine::AVAudioEngine() : AVAudioEngine(nullptr) {
+    // A sound server takes its time to answer, which the caller can use for something else.
+    DispatchQueue::global()->async([output = outputNode_] { output->outputFormat(0); });
+}
 
 AVAudioEngine::AVAudioEngine(std::unique_ptr<AudioOutput> output)
     : mixer_(new AVAudioMixerNode()), outputNode_(new AVAudioOutputNode(std::move(output))) {

@@ -23,7 +23,7 @@ namespace orvalo {
 /// quanta. Held by std::shared_ptr.
 class AVAudioEngine : public NSObject, private AudioOutputSource {
   public:
-    /// An engine on the system's output, which is chosen at the first need.
+    /// An engine on the system's output, which it starts looking for in the background.
     AVAudioEngine();
     /// An engine on a given output.
     explicit AVAudioEngine(std::unique_ptr<AudioOutput> output);

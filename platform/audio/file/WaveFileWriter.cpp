@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <filesystem>
 
@@ -17,6 +18,26 @@ bool isWrittenDirectly(const std::string& path) {
     std::error_code ignored;
     const auto status = std::filesystem::status(path, ignored);
     return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+}
+
+/// Stereo, the usual case, in a loop that compilers turn into shuffles.
+void interleave(const AudioBlock& block, float* samples) {
+    const std::size_t channels = block.channelCount;
+    const std::size_t frames = block.frameCount;
+    if (channels == 2) {
+        const float* left = block.channels[0];
+        const float* right = block.channels[1];
+        for (std::size_t frame = 0; frame < frames; ++frame) {
+            samples[2 * frame] = left[frame];
+            samples[2 * frame + 1] = right[frame];
+        }
+        return;
+    }
+    for (std::size_t channel = 0; channel < channels; ++channel) {
+        for (std::size_t frame = 0; frame < frames; ++frame) {
+            samples[frame * channels + channel] = block.channels[channel][frame];
+        }
+    }
 }
 
 }  // namespace
@@ -56,7 +77,8 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
     parameters->block_align = static_cast<int>(format.channelCount * sizeof(float));
     av_channel_layout_default(&parameters->ch_layout, static_cast<int>(format.channelCount));
 
-    check(avio_open(&context->pb, ("file:" + workingPath_).c_str(), AVIO_FLAG_WRITE));
+    check(avio_open(&context->pb, ("file:" + workingPath_).c_str(),
+                    AVIO_FLAG_WRITE | AVIO_FLAG_DIRECT));
     if (workingPath_ != path_) {
         muxer_->unfinished = workingPath_;
     }
@@ -73,12 +95,7 @@ void WaveFileWriter::write(const AudioBlock& block) {
     auto* packet = muxer_->packet.get();
     const auto size = sizeof(float) * block.channelCount * block.frameCount;
     check(av_new_packet(packet, static_cast<int>(size)));
-    auto* samples = reinterpret_cast<float*>(packet->data);
-    for (std::uint32_t frame = 0; frame < block.frameCount; ++frame) {
-        for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
-            *samples++ = block.channels[channel][frame];
-        }
-    }
+    interleave(block, reinterpret_cast<float*>(packet->data));
     const int result = av_write_frame(muxer_->context, packet);
     av_packet_unref(packet);
     check(result);

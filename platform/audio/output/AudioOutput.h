@@ -35,8 +35,8 @@ class AudioOutput {
     /// An unknown word counts as auto, said once on standard error.
     static std::unique_ptr<AudioOutput> system();
 
-    /// The format that the output wants. Before start() the best that is known without holding the
-    /// device.
+    /// The format that the output wants; a control thread at a time. Before start() the best that
+    /// is known without holding the device.
     virtual AVAudioFormat format() = 0;
 
     /// Opens the device and pulls from source until stop(). One line on standard error says which

@@ -64,7 +64,6 @@ class SupervisedOutput final : public AudioOutput {
     void openClock(const OutputFacts& facts);
     void setPlaying(Playing playing);
     void endPlaying();
-    std::string description() const;
 
     void supervise();
     void letRender();
