@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,7 +27,10 @@ class ConstantUnit : public AUAudioUnit {
     void setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) override {
         current = preset;
     }
-    std::vector<std::string> MIDIOutputNames() const override { return midiOutputNames_; }
+    std::vector<std::string> MIDIOutputNames() const override {
+        onMIDIOutputNames();
+        return midiOutputNames_;
+    }
     AUMIDIOutputEventBlock MIDIOutputEventBlock() const override { return block_; }
     void setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) override {
         block_ = std::move(block);
@@ -45,6 +49,8 @@ class ConstantUnit : public AUAudioUnit {
         }
     }
 
+    /// Called on the thread that asks for the names, which it does in the midst of wiring.
+    std::function<void()> onMIDIOutputNames = [] {};
     std::vector<std::shared_ptr<AUAudioUnitPreset>> presets;
     std::shared_ptr<AUAudioUnitPreset> current;
 

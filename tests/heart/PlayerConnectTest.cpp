@@ -1,4 +1,6 @@
 #include <array>
+#include <chrono>
+#include <future>
 #include <thread>
 
 #include "platform/foundation/Print.h"
@@ -186,6 +188,25 @@ TEST_F(PlayerConnect, WhilePlayingThePassGoesOn) {
 }
 
 // The effect is found on a thread of its own while the user may press play at any moment.
+TEST_F(PlayerConnect, AFileLoadedInTheMidstOfTheWiringWaitsForItsEnd) {
+    const auto url = constantFile("a.wav");
+    const auto effect = std::make_shared<ConstantUnit>(0.25F);
+    std::promise<void> inTheMidst;
+    std::promise<void> loaded;
+    effect->onMIDIOutputNames = [&] {
+        inTheMidst.set_value();
+        // The effect is not in the graph yet: a file that were wired to it now would be fatal.
+        EXPECT_EQ(loaded.get_future().wait_for(std::chrono::milliseconds(100)),
+                  std::future_status::timeout);
+    };
+    std::thread finder([&] { player->connect(std::make_shared<AVAudioUnit>(effect), [] {}); });
+    inTheMidst.get_future().wait();
+    player->load(url);
+    loaded.set_value();
+    finder.join();
+    EXPECT_EQ(sound(), 0.25F);
+}
+
 TEST_F(PlayerConnect, FilesMayBeLoadedMeanwhile) {
     const auto url = constantFile("a.wav", 0.1);
     std::thread finder([this] {
