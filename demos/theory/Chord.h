@@ -23,10 +23,11 @@ struct Chord {
 };
 
 /// Reads a chord by its place in a scale of seven notes: [b|#] degree 1-7 [: quality]. With b or #
-/// the degree is one of the major scale, lowered or raised by a semitone, and needs one of the fixed
-/// qualities. Without a quality the triad lies in the scale, and so do "7" and "9"; the others are fixed:
-/// M m o (triads) M7 m7 D h o7 (sevenths, D the dominant, h half diminished) M9 m9 D9 6 m6 s (sus4)
-/// p (fifth alone). Throws std::invalid_argument, naming the text, for anything else.
+/// the degree is one of the major scale, lowered or raised by a semitone, and needs one of the
+/// fixed qualities. Without a quality the triad lies in the scale, and so do "7" and "9"; the
+/// others are fixed: M m o (triads) M7 m7 D h o7 (sevenths, D the dominant, h half diminished) M9
+/// m9 D9 6 m6 s (sus4) p (fifth alone). Throws std::invalid_argument, naming the text, for anything
+/// else.
 Chord parseChord(std::string_view text, const Scale& scale);
 
 }  // namespace orvalo

@@ -12,7 +12,7 @@ struct MIDIMetaEvent {
     std::uint8_t unused2;
     std::uint8_t unused3;
     std::uint32_t dataLength;
-    std::uint8_t data[1];
+    std::uint8_t data[1];  // NOLINT(modernize-avoid-c-arrays): the record as it is published.
 };
 
 static_assert(offsetof(MIDIMetaEvent, metaEventType) == 0);

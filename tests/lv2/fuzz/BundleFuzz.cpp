@@ -1,7 +1,7 @@
 // Feeds damaged bundles to the registry and to the making of units, with the probe's library behind
 // them:
-//     lv2-bundle-fuzz ROUNDS FIRST-SEED PROBE-LIBRARY SEED-FOLDER...
-// A round depends on its seed alone: "lv2-bundle-fuzz 1 <seed> ..." repeats one. What a round fed
+//     lv2_bundle_fuzz ROUNDS FIRST-SEED PROBE-LIBRARY SEED-FOLDER...
+// A round depends on its seed alone: "lv2_bundle_fuzz 1 <seed> ..." repeats one. What a round fed
 // in stands in the folder that the program names; damaged data can give the library's ports other
 // meanings, so units are made and restored, but not run.
 
@@ -84,7 +84,7 @@ void use(const fs::path& path, Counts& counts) {
 
 int main(int argc, char** argv) {
     if (argc < 5) {
-        std::fputs("lv2-bundle-fuzz ROUNDS FIRST-SEED PROBE-LIBRARY SEED-FOLDER...\n", stderr);
+        std::fputs("lv2_bundle_fuzz ROUNDS FIRST-SEED PROBE-LIBRARY SEED-FOLDER...\n", stderr);
         return 2;
     }
     const long rounds = std::strtol(argv[1], nullptr, 10);
