@@ -37,7 +37,7 @@ struct Layer {
     /// Cells of the patterns in a quarter note; 0 takes the style's.
     int cells = 0;
     /// Stretched over the loop: '.' where the layer is silent.
-    std::string_view where = "X";
+    std::string_view where = "x";
     int voices = 4;     ///< notes in a chord
     bool open = false;  ///< chords in open position
     int octave = 0;     ///< shift in octaves, kept within the instrument's range

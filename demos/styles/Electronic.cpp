@@ -41,7 +41,7 @@ Style houseStyle() {
                    {.role = lead,
                     .playing = ostinato,
                     .patterns = {"..5...8.7...5...", "1...3..5....7.5."},
-                    .where = "..XX"}},
+                    .where = "..xx"}},
     };
 }
 
@@ -72,13 +72,13 @@ Style technoStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"...X......X....."},
-                    .where = ".XXX",
+                    .where = ".xxx",
                     .voices = 3,
                     .held = 60},
                    {.role = lead,
                     .playing = ostinato,
                     .patterns = {"........5..4..3.", "..8...........5."},
-                    .where = "..XX"}},
+                    .where = "..xx"}},
     };
 }
 
@@ -115,7 +115,7 @@ Style tranceStyle() {
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X--x--x-X--x--x-", "X-------x---x-x-", "X--x--x---x-x---"},
-                    .where = "..XX"}},
+                    .where = "..xx"}},
     };
 }
 
@@ -155,7 +155,7 @@ Style drumAndBassStyle() {
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X-----x-..x-----", "X-------........", "..x-x-x-X-------"},
-                    .where = ".X.X"}},
+                    .where = ".x.x"}},
     };
 }
 
@@ -192,7 +192,7 @@ Style synthwaveStyle() {
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X-------x---x---", "X-----x-X-----x-", "X---x---X-------"},
-                    .where = ".X"}},
+                    .where = ".x"}},
     };
 }
 
@@ -255,7 +255,7 @@ Style ambientStyle() {
              {.role = lead,
               .playing = melody,
               .patterns = {"x---------......", "....x-------x---", "x-----o---------"},
-              .where = ".X"}},
+              .where = ".x"}},
     };
 }
 

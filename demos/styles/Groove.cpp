@@ -40,13 +40,13 @@ Style funkStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"X..X............", "..........x..X..", "X-......x......."},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 3,
                     .held = 70},
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X.x.x-X..x.x-...", "..xxX-..x.xxX---", "X..x..X-....xxx."},
-                    .where = "..XX"}},
+                    .where = "..xx"}},
     };
 }
 
@@ -81,7 +81,7 @@ Style discoStyle() {
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X--x--x-X---....", "..x-x-x-X--x----", "X-------..xxX---"},
-                    .where = ".XXX"}},
+                    .where = ".xxx"}},
     };
 }
 
@@ -113,13 +113,13 @@ Style hipHopStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"o---------------"},
-                    .where = "..X.",
+                    .where = "..x.",
                     .voices = 3,
                     .level = 80},
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X-x-..x-x---....", "....x-x-X-----..", "X--x--x-........"},
-                    .where = ".X.X"}},
+                    .where = ".x.x"}},
     };
 }
 
@@ -191,7 +191,7 @@ Style trapStyle() {
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X---..x-x---....", "X-x-x-------...."},
-                    .where = "..XX"}},
+                    .where = "..xx"}},
     };
 }
 
@@ -223,7 +223,7 @@ Style gospelStyle() {
                    {.role = lead,
                     .playing = chords,
                     .patterns = {"X-----------x-----x-----", "....X-------....X-------"},
-                    .where = ".XXX",
+                    .where = ".xxx",
                     .voices = 3,
                     .octave = 1}},
     };

@@ -41,7 +41,7 @@ Style reggaeStyle() {
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X---x-x---......", "..x-x-X-----....", "x-X---..x-x-x---"},
-                    .where = ".XX."}},
+                    .where = ".xx."}},
     };
 }
 
@@ -67,13 +67,13 @@ Style dubStyle() {
                    {.role = comp,
                     .playing = chords,
                     .patterns = {"....X...........", "....X.......x..."},
-                    .where = "XX.X",
+                    .where = "xx.x",
                     .held = 55,
                     .strum = 4},
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"..o.x.o...o.x.o."},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 3,
                     .held = 50},
                    {.role = lead,
@@ -106,7 +106,7 @@ Style skaStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"X..X..........X.", "............X.X."},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 3,
                     .held = 70},
                    {.role = lead,
@@ -178,12 +178,12 @@ Style afrobeatStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"X..X..X.........................", "....X-..X--....."},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 4},
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X-x.x-X-..x-x...", "..x-X---x.x-X---", "X--x--X-........"},
-                    .where = "..XX"}},
+                    .where = "..xx"}},
     };
 }
 

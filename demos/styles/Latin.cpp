@@ -29,7 +29,7 @@ Style bossaStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"o---------------"},
-                    .where = ".X",
+                    .where = ".x",
                     .voices = 3,
                     .level = 75,
                     .swell = 50},
@@ -68,7 +68,7 @@ Style sambaStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"X--.X--.........", "......X--x-....."},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 3},
                    {.role = lead,
                     .playing = melody,
@@ -103,12 +103,12 @@ Style salsaStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"..........X.X.X-", "X-.X-.X---......"},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 3},
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X--x--X---x-x-..", "..x-x-x-..X-x-x-", "X-x-..x-X-----.."},
-                    .where = "X.XX"}},
+                    .where = "x.xx"}},
     };
 }
 
@@ -132,7 +132,7 @@ Style tangoStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"X-------x-------", "....x-------x---"},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 3,
                     .swell = 60,
                     .swellBars = 1},
@@ -174,7 +174,7 @@ Style latinPercussionStyle() {
         .layers = {{.role = lead,
                     .playing = ostinato,
                     .patterns = {"5.3.1.3.5.8.5.3.", "1..3..5.8.5.3.2."},
-                    .where = "..X.",
+                    .where = "..x.",
                     .level = 85}},
     };
 }

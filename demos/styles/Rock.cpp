@@ -81,7 +81,7 @@ Style punkStyle() {
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X-x-x-x-X---x---", "X---X---x-x-x-x-"},
-                    .where = ".X.X"}},
+                    .where = ".x.x"}},
     };
 }
 
@@ -120,14 +120,14 @@ Style metalStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"X---------------"},
-                    .where = ".X",
+                    .where = ".x",
                     .voices = 3,
                     .level = 85,
                     .spread = 58},
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"XxxxXxxxX---x---", "X--x--x-X--x--x-", "X-xxX-xxX-xxX---"},
-                    .where = "..XX"}},
+                    .where = "..xx"}},
     };
 }
 

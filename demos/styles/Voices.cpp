@@ -30,14 +30,14 @@ Style choraleStyle() {
                    {.role = pad,
                     .playing = chords,
                     .patterns = {"x---x---"},
-                    .where = ".X.X",
+                    .where = ".x.x",
                     .voices = 3,
                     .octave = 1,
                     .swell = 50},
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X-x-X---", "X---x-x-", "X-x-x-x-", "X-----x-"},
-                    .where = ".X"}},
+                    .where = ".x"}},
     };
 }
 
@@ -62,7 +62,7 @@ Style voiceSoloStyle() {
                    {.role = pad,
                     .playing = ostinato,
                     .patterns = {"1---------------"},
-                    .where = ".X",
+                    .where = ".x",
                     .level = 60,
                     .swell = 40,
                     .spread = 20},

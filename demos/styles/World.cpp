@@ -38,7 +38,7 @@ Style gamelanStyle() {
                    {.role = lead,
                     .playing = ostinato,
                     .patterns = {"1---3---4---5---8---5---4---3---", "5---4---3---1---"},
-                    .where = ".XXX",
+                    .where = ".xxx",
                     .held = 180}},
     };
 }
@@ -67,7 +67,7 @@ Style kotoStyle() {
                    {.role = pad,
                     .playing = ostinato,
                     .patterns = {"1-------5-------"},
-                    .where = ".X",
+                    .where = ".x",
                     .level = 60,
                     .swell = 50},
                    {.role = lead,
@@ -138,14 +138,14 @@ Style taikoStyle() {
                    {.role = pad,
                     .playing = ostinato,
                     .patterns = {"1---------------"},
-                    .where = ".X",
+                    .where = ".x",
                     .level = 60,
                     .swell = 60},
                    {.role = lead,
                     .playing = melody,
                     .patterns = {"X---------x-x---", "................", "x-x-X-------....",
                                  "X-----------...."},
-                    .where = ".XX.",
+                    .where = ".xx.",
                     .swell = 40}},
     };
 }

@@ -58,7 +58,7 @@ LV2Instance::LV2Instance(LV2UnitParts& parts, double sampleRate, const std::stri
         throw lv2Error(LV2ErrorCode::instantiationFailed, uri,
                        "a sample rate of " + std::to_string(sampleRate) + " Hz is none");
     }
-    const LV2Library library(uri, parts_.data.library);
+    const LV2Library library(uri, parts_.data.binary);
     {
         const LV2World::Access access(parts_.world);
         const auto* plugin = access.plugin(uri);

@@ -100,7 +100,7 @@ LV2PluginData LV2PluginData::read(const LV2World::Access& access, const std::str
     LV2PluginData data;
     data.uri = uri;
     checkDataFiles(plugin, uri);
-    data.library = libraryPath(plugin, uri);
+    data.binary = libraryPath(plugin, uri);
     requireFeatures(plugin, uri);
     requireOptions(access, plugin, uri);
     data.ports = readPorts(access, plugin, uri);

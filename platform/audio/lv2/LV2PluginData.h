@@ -12,7 +12,7 @@ namespace orvalo {
 /// What a plug-in's data say of it, checked: everything that it needs is there.
 struct LV2PluginData {
     std::string uri;
-    std::string library;  ///< The path of its shared library.
+    std::string binary;  ///< The path of its shared library.
     std::vector<LV2Port> ports;
     std::uint32_t inputChannelCount = 0;
     std::uint32_t outputChannelCount = 0;
