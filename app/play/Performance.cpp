@@ -85,6 +85,7 @@ void Performance::pressStop() {
         return;
     }
     isStopping_ = true;
+    progress_.hide();
     if (hasPressedPlay_) {
         manager_->togglePlayback();
     } else {

@@ -6,19 +6,29 @@
 
 namespace orvalo {
 
+namespace {
+
+constexpr auto kEraseToEndOfLine = "\033[K";
+
+}  // namespace
+
 ProgressLine::ProgressLine() : isTerminal_(isatty(STDERR_FILENO) == 1) {}
 
 ProgressLine::~ProgressLine() {
-    if (hasText_) {
-        std::fputc('\n', stderr);
+    hide();
+}
+
+void ProgressLine::show(const std::string& text) {
+    if (isTerminal_ && text != shown_) {
+        std::fprintf(stderr, "%s%s\r", text.c_str(), kEraseToEndOfLine);
+        shown_ = text;
     }
 }
 
-void ProgressLine::show(std::string_view text) {
-    if (isTerminal_) {
-        // Back to the start of the line, the text, and away with what stood behind it.
-        std::fprintf(stderr, "\r%.*s\033[K", static_cast<int>(text.size()), text.data());
-        hasText_ = true;
+void ProgressLine::hide() {
+    if (!shown_.empty()) {
+        std::fputs(kEraseToEndOfLine, stderr);
+        shown_.clear();
     }
 }
 
