@@ -2,8 +2,10 @@
 
 #include <glib.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
 
 namespace orvalo {
 
@@ -17,14 +19,14 @@ LV2StatePaths::~LV2StatePaths() {
 std::filesystem::path LV2StatePaths::folder() {
     const std::scoped_lock lock(mutex_);
     if (folder_.empty()) {
-        GError* error = nullptr;
-        gchar* made = g_dir_make_tmp("orvalo-lv2-XXXXXX", &error);
-        if (made == nullptr) {
-            g_warning("No folder for a plug-in's files: %s.", error->message);
-            g_error_free(error);
+        std::error_code error;
+        auto made = (std::filesystem::temp_directory_path(error) / "orvalo-lv2-XXXXXX").string();
+        if (error || mkdtemp(made.data()) == nullptr) {
+            const int code = error ? error.value() : errno;
+            g_warning("No folder for a plug-in's files: %s.",
+                      std::generic_category().message(code).c_str());
         } else {
             folder_ = made;
-            g_free(made);
         }
     }
     return folder_;
