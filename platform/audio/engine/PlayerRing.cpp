@@ -8,8 +8,11 @@ namespace orvalo {
 namespace {
 
 std::uint32_t capacityFor(const AVAudioFormat& format) {
-    const auto aSecond = static_cast<std::uint32_t>(format.sampleRate);
-    return std::bit_ceil(std::max(aSecond, 4 * kMaximumFramesToRender));
+    // What the longest quantum of an output of 8 kHz asks for, 64 of its frames for the converter's
+    // filter included, and a chunk that is being decoded.
+    constexpr double slowestOutput = 8000.0;
+    const auto largestDemand = (kMaximumFramesToRender + 64) * format.sampleRate / slowestOutput;
+    return std::bit_ceil(static_cast<std::uint32_t>(largestDemand) + kMaximumFramesToRender + 64);
 }
 
 }  // namespace

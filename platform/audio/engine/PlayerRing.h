@@ -11,7 +11,7 @@ namespace orvalo {
 /// since the ring was made; neither side waits for the other.
 class PlayerRing {
   public:
-    /// Holds a second, which is more than a quantum of an output of 8 kHz or above asks for.
+    /// Holds half a second or more: what a quantum of an output of 8 kHz or above asks for.
     explicit PlayerRing(const AVAudioFormat& format);
 
     const AVAudioFormat& format() const { return buffer_.format(); }
