@@ -1,0 +1,30 @@
+#pragma once
+
+namespace orvalo {
+
+/// A place in points, from a top-left origin; y grows downwards.
+struct CGPoint {
+    double x = 0;
+    double y = 0;
+    friend bool operator==(const CGPoint&, const CGPoint&) = default;
+};
+
+/// An extent in points.
+struct CGSize {
+    double width = 0;
+    double height = 0;
+    friend bool operator==(const CGSize&, const CGSize&) = default;
+};
+
+/// A rectangle in points; its place may be negative.
+struct CGRect {
+    CGPoint origin;
+    CGSize size;
+
+    CGRect() = default;
+    CGRect(double x, double y, double width, double height) : origin{x, y}, size{width, height} {}
+
+    friend bool operator==(const CGRect&, const CGRect&) = default;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace orvalo {
+
+class UIApplication;
+class UIWindow;
+
+/// What the application tells its delegate, on the main thread.
+class UIApplicationDelegate {
+  public:
+    virtual ~UIApplicationDelegate() = default;
+
+    /// The window of the main interface layout; filled before the first notification.
+    virtual void setWindow(const std::shared_ptr<UIWindow>& window) = 0;
+
+    /// The application has started and its window is about to be shown. The result is not used.
+    virtual bool didFinishLaunchingWithOptions(
+        const std::shared_ptr<UIApplication>& application,
+        const std::map<std::string, std::string>& launchOptions) = 0;
+    virtual void applicationWillResignActive(const std::shared_ptr<UIApplication>& application) = 0;
+    virtual void applicationDidEnterBackground(
+        const std::shared_ptr<UIApplication>& application) = 0;
+    virtual void applicationWillEnterForeground(
+        const std::shared_ptr<UIApplication>& application) = 0;
+    virtual void applicationDidBecomeActive(const std::shared_ptr<UIApplication>& application) = 0;
+    virtual void applicationWillTerminate(const std::shared_ptr<UIApplication>& application) = 0;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/ui/UIView.h"
+
+namespace orvalo {
+
+/// A push button of the layout. Its title, icon and actions are the layout's. Main thread.
+class UIButton : public UIView {
+  public:
+    /// Over a GtkButton.
+    explicit UIButton(GtkWidget* widget) : UIView(widget) {}
+};
+
+}  // namespace orvalo
