@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "platform/foundation/NSError.h"
 #include "tests/file/AudioFixtures.h"
@@ -79,6 +83,28 @@ TEST_F(RefusalTest, TheErrorCarriesItsDomainAndCode) {
         EXPECT_EQ(error.domain(), "AVAudioFileErrorDomain");
         EXPECT_EQ(error.code(), 2);
     }
+}
+
+// In a process of its own, which has opened no file before.
+TEST_F(RefusalTest, NothingLeftToLoadFFmpegWith) {
+    writeBytes(at("a.wav"), "not empty");
+    const auto refuse = [this] {
+        // The file can be opened, and nothing more.
+        const int next = dup(STDERR_FILENO);
+        close(next);
+        rlimit descriptors{};
+        getrlimit(RLIMIT_NOFILE, &descriptors);
+        const auto most = std::exchange(descriptors.rlim_cur, static_cast<rlim_t>(next) + 1);
+        setrlimit(RLIMIT_NOFILE, &descriptors);
+        std::fprintf(stderr, "%s|", refusalOf(at("a.wav")).c_str());
+        descriptors.rlim_cur = most;
+        setrlimit(RLIMIT_NOFILE, &descriptors);
+        std::fprintf(stderr, "%s|", refusalOf(at("a.wav")).c_str());
+        std::exit(0);  // NOLINT(concurrency-mt-unsafe): there is one thread.
+    };
+    EXPECT_EXIT(refuse(), ::testing::ExitedWithCode(0),
+                R"(/a\.wav: FFmpeg cannot be loaded \(libavformat\.so\..*: )"
+                R"(Too many open files\)\|.*/a\.wav: not a sound file of a known kind\|)");
 }
 
 TEST_F(RefusalTest, ForeignData) {

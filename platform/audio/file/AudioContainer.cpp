@@ -5,7 +5,6 @@
 #include <span>
 #include <string_view>
 
-#include "platform/audio/file/FFmpegLog.h"
 #include "platform/audio/file/FileRefusal.h"
 #include "platform/foundation/FatalError.h"
 
@@ -76,13 +75,14 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
         throw refusal(FileRefusal::empty, file.path(), "the file is empty");
     }
     auto* bytes = static_cast<std::uint8_t*>(av_malloc(kInputBytes));
-    input_.reset(avio_alloc_context(bytes, kInputBytes, 0, this, readBytes, nullptr, seekBytes));
+    input_.reset(
+        ffmpeg().avio_alloc_context(bytes, kInputBytes, 0, this, readBytes, nullptr, seekBytes));
     if (bytes == nullptr || !input_) {
         fatalError("No memory to open an audio file.");
     }
     context_.reset(openContext());
     AVFormatContext* const context = context_.get();
-    avformat_find_stream_info(context, nullptr);
+    ffmpeg().avformat_find_stream_info(context, nullptr);
     for (unsigned index = 0; index < context->nb_streams; ++index) {
         AVStream* const stream = context->streams[index];
         if (stream_ == nullptr && stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
@@ -98,14 +98,13 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
 
 // Opens the context over input_, when the file is of a kind that it may be.
 AVFormatContext* AudioContainer::openContext() {
-    sendFFmpegLogToGLib();
     const AVInputFormat* kind = nullptr;
-    const int score = av_probe_input_buffer2(input_.get(), &kind, "", nullptr, 0, 0);
+    const int score = ffmpeg().av_probe_input_buffer2(input_.get(), &kind, "", nullptr, 0, 0);
     if (score < 0 || kind == nullptr || av_match_list(kind->name, kKinds, ',') == 0 ||
         (score < kLeastProbeScore && !beginsWithTag(file_))) {
         throw refusal(FileRefusal::unknownKind, file_.path(), "not a sound file of a known kind");
     }
-    AVFormatContext* context = avformat_alloc_context();
+    AVFormatContext* context = ffmpeg().avformat_alloc_context();
     if (context == nullptr) {
         fatalError("No memory to open an audio file.");
     }
@@ -116,7 +115,7 @@ AVFormatContext* AudioContainer::openContext() {
     // Lengths and starts come from the edit list itself, which is exacter than its use by FFmpeg.
     AVDictionary* options = nullptr;
     av_dict_set_int(&options, "ignore_editlist", 1, 0);
-    const int opened = avformat_open_input(&context, nullptr, kind, &options);
+    const int opened = ffmpeg().avformat_open_input(&context, nullptr, kind, &options);
     av_dict_free(&options);
     if (opened < 0) {
         throw refusal(FileRefusal::brokenHeader, file_.path(), "its header is damaged or cut off");
@@ -132,8 +131,8 @@ bool AudioContainer::isKind(const char* name) const {
 
 bool AudioContainer::readPacket(AVPacket& packet) {
     for (int failures = 0; failures < kMostFailuresInARow;) {
-        av_packet_unref(&packet);
-        const int result = av_read_frame(context_.get(), &packet);
+        ffmpeg().av_packet_unref(&packet);
+        const int result = ffmpeg().av_read_frame(context_.get(), &packet);
         if (result == AVERROR_EOF) {
             return false;
         }
@@ -147,7 +146,8 @@ bool AudioContainer::readPacket(AVPacket& packet) {
 }
 
 bool AudioContainer::seek(std::int64_t timeStamp) {
-    return av_seek_frame(context_.get(), stream_->index, timeStamp, AVSEEK_FLAG_BACKWARD) >= 0;
+    return ffmpeg().av_seek_frame(context_.get(), stream_->index, timeStamp,
+                                  AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 }  // namespace orvalo

@@ -50,13 +50,13 @@ std::int64_t inFrames(std::int64_t stamp, const AudioContainer& container, int r
 
 std::int64_t sideNumber(const AVPacket& packet, std::size_t at) {
     std::size_t size = 0;
-    const auto* data = av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &size);
+    const auto* data = ffmpeg().av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &size);
     return data != nullptr && size >= at + 4 ? AV_RL32(data + at) : 0;
 }
 
 // What the packets say when they are all read, without being decoded.
 ScannedRange scannedRange(AudioContainer& container, int rate) {
-    const FFmpegPointer<AVPacket> packet(av_packet_alloc());
+    const FFmpegPointer<AVPacket> packet(ffmpeg().av_packet_alloc());
     if (!packet) {
         fatalError("No memory to read an audio file.");
     }
@@ -99,15 +99,15 @@ Range scannedAndStatedRange(AudioContainer& container, int rate) {
 bool isPlainPCM(const AudioContainer& container) {
     const auto codec = container.stream().codecpar->codec_id;
     return codec >= AV_CODEC_ID_FIRST_AUDIO && codec < AV_CODEC_ID_ADPCM_IMA_QT &&
-           av_get_exact_bits_per_sample(codec) > 0;
+           ffmpeg().av_get_exact_bits_per_sample(codec) > 0;
 }
 
 // Fixed-size frames: their place in the file says how many it holds.
 std::optional<Range> plainRange(AudioContainer& container) {
-    const FFmpegPointer<AVPacket> packet(av_packet_alloc());
+    const FFmpegPointer<AVPacket> packet(ffmpeg().av_packet_alloc());
     const auto& parameters = *container.stream().codecpar;
     const std::int64_t frameBytes =
-        std::int64_t{av_get_exact_bits_per_sample(parameters.codec_id)} *
+        std::int64_t{ffmpeg().av_get_exact_bits_per_sample(parameters.codec_id)} *
         parameters.ch_layout.nb_channels / 8;
     if (!packet || frameBytes <= 0 || !container.readPacket(*packet) || packet->pos < 0) {
         return std::nullopt;
@@ -128,7 +128,7 @@ std::optional<Range> plainRange(AudioContainer& container) {
 }
 
 std::optional<Range> oggRange(AudioContainer& container, int rate) {
-    const FFmpegPointer<AVPacket> packet(av_packet_alloc());
+    const FFmpegPointer<AVPacket> packet(ffmpeg().av_packet_alloc());
     const auto granule = oggLastGranule(container.file(), container.stream().index);
     if (!granule) {
         refuseAsShort(container);
@@ -182,11 +182,11 @@ std::optional<Range> flacRange(AudioContainer& container) {
 // Every packet that the header lists must lie in the file, and carry the time that it states.
 void checkMoviePackets(AudioContainer& container, std::int64_t mediaFrames, int rate) {
     AVStream& stream = container.stream();
-    const int count = avformat_index_get_entries_count(&stream);
+    const int count = ffmpeg().avformat_index_get_entries_count(&stream);
     const auto size = container.file().size();
     std::int64_t most = 0;
     for (int index = 0; index < count; ++index) {
-        const auto* entry = avformat_index_get_entry(&stream, index);
+        const auto* entry = ffmpeg().avformat_index_get_entry(&stream, index);
         if (entry->pos + entry->size > size) {
             refuseAsShort(container);
         }

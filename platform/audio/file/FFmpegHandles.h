@@ -2,22 +2,19 @@
 
 #include <memory>
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-}
+#include "platform/audio/file/FFmpegLibrary.h"
 
 namespace orvalo {
 
 /// Owners of FFmpeg's objects.
 struct FFmpegDeleter {
-    void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
-    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
-    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+    void operator()(AVFormatContext* context) const { ffmpeg().avformat_close_input(&context); }
+    void operator()(AVCodecContext* context) const { ffmpeg().avcodec_free_context(&context); }
+    void operator()(AVPacket* packet) const { ffmpeg().av_packet_free(&packet); }
     void operator()(AVFrame* frame) const { av_frame_free(&frame); }
     void operator()(AVIOContext* input) const {
         av_freep(&input->buffer);
-        avio_context_free(&input);
+        ffmpeg().avio_context_free(&input);
     }
 };
 

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdarg>
-#include <mutex>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -27,8 +26,7 @@ void logToGLib(void* source, int level, const char* format, va_list arguments) {
 }  // namespace
 
 void sendFFmpegLogToGLib() {
-    static std::once_flag once;
-    std::call_once(once, [] { av_log_set_callback(logToGLib); });
+    av_log_set_callback(logToGLib);
 }
 
 }  // namespace orvalo

@@ -20,6 +20,7 @@ enum class FileRefusal : std::int64_t {
     rateOutOfRange,
     noLength,
     shorterThanStated,
+    noLibrary,
 };
 
 /// The error "<path>: <reason>".

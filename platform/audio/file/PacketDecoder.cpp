@@ -24,8 +24,10 @@ bool isCoarse(const AVRational& timeBase, int rate) {
 
 }  // namespace
 
-PacketDecoder::PacketDecoder(const LocalFile& file)
-    : file_(file), packet_(av_packet_alloc()), frame_(av_frame_alloc()) {
+PacketDecoder::PacketDecoder(const LocalFile& file) : file_(file) {
+    loadFFmpeg(file.path());
+    packet_.reset(ffmpeg().av_packet_alloc());
+    frame_.reset(av_frame_alloc());
     if (!packet_ || !frame_) {
         fatalError("No memory to decode an audio file.");
     }
@@ -34,22 +36,22 @@ PacketDecoder::PacketDecoder(const LocalFile& file)
 
 void PacketDecoder::openDecoder() {
     const AVStream& stream = container_->stream();
-    const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
+    const AVCodec* codec = ffmpeg().avcodec_find_decoder(stream.codecpar->codec_id);
     if (codec == nullptr) {
         throw refusal(FileRefusal::noDecoder, file_.path(),
                       std::string("no decoder for its sound (") +
-                          avcodec_get_name(stream.codecpar->codec_id) + ")");
+                          ffmpeg().avcodec_get_name(stream.codecpar->codec_id) + ")");
     }
-    decoder_.reset(avcodec_alloc_context3(codec));
+    decoder_.reset(ffmpeg().avcodec_alloc_context3(codec));
     if (!decoder_) {
         fatalError("No memory to decode an audio file.");
     }
-    avcodec_parameters_to_context(decoder_.get(), stream.codecpar);
+    ffmpeg().avcodec_parameters_to_context(decoder_.get(), stream.codecpar);
     decoder_->pkt_timebase = stream.time_base;
     decoder_->thread_count = 1;
     // Priming and padding are cut by the timeline, in one way for all containers.
     decoder_->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL;
-    if (avcodec_open2(decoder_.get(), codec, nullptr) < 0) {
+    if (ffmpeg().avcodec_open2(decoder_.get(), codec, nullptr) < 0) {
         throw refusal(FileRefusal::notDecodable, file_.path(),
                       std::string("its sound cannot be decoded (") + codec->name + ")");
     }
@@ -76,7 +78,8 @@ bool PacketDecoder::hasExactTimes() const {
 }
 
 bool PacketDecoder::canSeek() const {
-    const auto* descriptor = avcodec_descriptor_get(container_->stream().codecpar->codec_id);
+    const auto* descriptor =
+        ffmpeg().avcodec_descriptor_get(container_->stream().codecpar->codec_id);
     return descriptor != nullptr && (descriptor->props & AV_CODEC_PROP_LOSSLESS) != 0 &&
            hasExactTimes();
 }
@@ -88,7 +91,7 @@ bool PacketDecoder::seek(std::int64_t target) {
     if (!canSeek() || !container_->seek(stamp)) {
         return false;
     }
-    avcodec_flush_buffers(decoder_.get());
+    ffmpeg().avcodec_flush_buffers(decoder_.get());
     av_frame_unref(frame_.get());
     frameStart_ = 0;
     nextStart_.reset();
@@ -100,7 +103,7 @@ bool PacketDecoder::seek(std::int64_t target) {
 }
 
 bool PacketDecoder::receiveFrame() {
-    const int result = avcodec_receive_frame(decoder_.get(), frame_.get());
+    const int result = ffmpeg().avcodec_receive_frame(decoder_.get(), frame_.get());
     if (result < 0 && result != AVERROR(EAGAIN) && result != AVERROR_EOF) {
         hadDamage_ = true;
     }
@@ -132,7 +135,8 @@ bool PacketDecoder::sendPacket() {
     if (isPacket && isFromStart_ && !firstPacketStamp_) {
         firstPacketStamp_ = packet_->pts;
     }
-    const int sent = avcodec_send_packet(decoder_.get(), isPacket ? packet_.get() : nullptr);
+    const int sent =
+        ffmpeg().avcodec_send_packet(decoder_.get(), isPacket ? packet_.get() : nullptr);
     hadDamage_ = hadDamage_ || (isPacket && sent < 0);
     return isPacket;
 }

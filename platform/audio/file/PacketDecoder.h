@@ -13,8 +13,8 @@ namespace orvalo {
 /// 0 in output frames, priming included. One thread at a time.
 class PacketDecoder {
   public:
-    /// The file must outlive the decoder. Throws NSError when the container or the coding cannot
-    /// be opened.
+    /// The file must outlive the decoder. Throws NSError when FFmpeg, the container or the
+    /// coding cannot be opened.
     explicit PacketDecoder(const LocalFile& file);
 
     AudioContainer& container() const { return *container_; }

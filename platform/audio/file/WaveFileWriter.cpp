@@ -7,7 +7,6 @@
 #include <filesystem>
 
 #include "platform/audio/file/FFmpegHandles.h"
-#include "platform/audio/file/FFmpegLog.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -45,12 +44,16 @@ void interleave(const AudioBlock& block, float* samples) {
 struct WaveFileWriter::Muxer {
     AVFormatContext* context = nullptr;
     std::string unfinished;  ///< What to remove unless it is finished.
-    FFmpegPointer<AVPacket> packet{av_packet_alloc()};
+    FFmpegPointer<AVPacket> packet;
 
-    Muxer() { avformat_alloc_output_context2(&context, nullptr, "wav", nullptr); }
+    explicit Muxer(const std::string& path) {
+        loadFFmpeg(path);
+        packet.reset(ffmpeg().av_packet_alloc());
+        ffmpeg().avformat_alloc_output_context2(&context, nullptr, "wav", nullptr);
+    }
     ~Muxer() {
-        avio_closep(&context->pb);
-        avformat_free_context(context);
+        ffmpeg().avio_closep(&context->pb);
+        ffmpeg().avformat_free_context(context);
         if (!unfinished.empty()) {
             std::error_code ignored;
             std::filesystem::remove(unfinished, ignored);
@@ -63,12 +66,11 @@ struct WaveFileWriter::Muxer {
 WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& format)
     : path_(path),
       workingPath_(isWrittenDirectly(path) ? path : path + ".part"),
-      muxer_(std::make_unique<Muxer>()) {
-    sendFFmpegLogToGLib();
+      muxer_(std::make_unique<Muxer>(path)) {
     auto* context = muxer_->context;
     // The same audio makes the same file, whichever FFmpeg wrote it.
     context->flags |= AVFMT_FLAG_BITEXACT;
-    auto* parameters = avformat_new_stream(context, nullptr)->codecpar;
+    auto* parameters = ffmpeg().avformat_new_stream(context, nullptr)->codecpar;
     parameters->codec_type = AVMEDIA_TYPE_AUDIO;
     parameters->codec_id = AV_CODEC_ID_PCM_F32LE;
     parameters->format = AV_SAMPLE_FMT_FLT;
@@ -77,14 +79,14 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
     parameters->block_align = static_cast<int>(format.channelCount * sizeof(float));
     av_channel_layout_default(&parameters->ch_layout, static_cast<int>(format.channelCount));
 
-    check(avio_open(&context->pb, ("file:" + workingPath_).c_str(),
-                    AVIO_FLAG_WRITE | AVIO_FLAG_DIRECT));
+    check(ffmpeg().avio_open(&context->pb, ("file:" + workingPath_).c_str(),
+                             AVIO_FLAG_WRITE | AVIO_FLAG_DIRECT));
     if (workingPath_ != path_) {
         muxer_->unfinished = workingPath_;
     }
     AVDictionary* options = nullptr;
     av_dict_set(&options, "rf64", "auto", 0);
-    const int result = avformat_write_header(context, &options);
+    const int result = ffmpeg().avformat_write_header(context, &options);
     av_dict_free(&options);
     check(result);
 }
@@ -94,19 +96,19 @@ WaveFileWriter::~WaveFileWriter() = default;
 void WaveFileWriter::write(const AudioBlock& block) {
     auto* packet = muxer_->packet.get();
     const auto size = sizeof(float) * block.channelCount * block.frameCount;
-    check(av_new_packet(packet, static_cast<int>(size)));
+    check(ffmpeg().av_new_packet(packet, static_cast<int>(size)));
     interleave(block, reinterpret_cast<float*>(packet->data));
-    const int result = av_write_frame(muxer_->context, packet);
-    av_packet_unref(packet);
+    const int result = ffmpeg().av_write_frame(muxer_->context, packet);
+    ffmpeg().av_packet_unref(packet);
     check(result);
     check(muxer_->context->pb->error);
 }
 
 void WaveFileWriter::finish() {
-    check(av_write_trailer(muxer_->context));
-    avio_flush(muxer_->context->pb);
+    check(ffmpeg().av_write_trailer(muxer_->context));
+    ffmpeg().avio_flush(muxer_->context->pb);
     check(muxer_->context->pb->error);
-    check(avio_closep(&muxer_->context->pb));
+    check(ffmpeg().avio_closep(&muxer_->context->pb));
     if (workingPath_ != path_) {
         std::error_code error;
         std::filesystem::rename(workingPath_, path_, error);

@@ -1,0 +1,33 @@
+#include "platform/audio/file/LastingLibrary.h"
+
+#include <dlfcn.h>
+
+#include <cstdint>
+
+#include "platform/audio/file/FileRefusal.h"
+#include "platform/foundation/NSError.h"
+
+namespace orvalo {
+
+namespace {
+
+void* required(void* found) {
+    if (found == nullptr) {
+        // The text is per thread.
+        const char* reason = dlerror();  // NOLINT(concurrency-mt-unsafe)
+        throw NSError("AVAudioFileErrorDomain", static_cast<std::int64_t>(FileRefusal::noLibrary),
+                      reason);
+    }
+    return found;
+}
+
+}  // namespace
+
+LastingLibrary::LastingLibrary(const std::string& name)
+    : handle_(required(dlopen(name.c_str(), RTLD_LAZY | RTLD_LOCAL))) {}
+
+LastingLibrary::Symbol LastingLibrary::operator[](const char* function) const {
+    return Symbol(required(dlsym(handle_, function)));
+}
+
+}  // namespace orvalo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+namespace orvalo {
+
+/// A shared library that stays loaded until the program ends.
+class LastingLibrary {
+  public:
+    /// Converts to a pointer to the function that it is.
+    class Symbol {
+      public:
+        explicit Symbol(void* address) : address_(address) {}
+        template <typename Function>
+        operator Function*() const {
+            return reinterpret_cast<Function*>(address_);
+        }
+
+      private:
+        void* address_;
+    };
+
+    /// Throws NSError, whose text is the loader's, when it cannot be loaded.
+    explicit LastingLibrary(const std::string& name);
+    /// Throws NSError when the library has no such function.
+    Symbol operator[](const char* function) const;
+
+  private:
+    void* handle_;
+};
+
+}  // namespace orvalo
