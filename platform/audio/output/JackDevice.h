@@ -20,7 +20,7 @@ class JackDevice : public OutputDevice {
 
   private:
     struct Look;
-    std::shared_ptr<Look> look_;  ///< One that a server keeps waiting; there is never a second.
+    std::unique_ptr<Look> look_;  ///< The last one; while a server keeps it waiting, the only one.
     std::string absence_;
 };
 

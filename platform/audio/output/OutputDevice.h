@@ -38,7 +38,7 @@ class OutputDevice {
     virtual std::string absence() const = 0;
 
     /// What would be opened now; nothing when it is not there. Quick, starts no server, holds
-    /// nothing.
+    /// nothing, though it may still be leaving the server when it returns.
     virtual std::optional<OutputFacts> look() = 0;
     /// Opens it. Throws NSError whose text is the end of a sentence, without a full stop.
     virtual std::unique_ptr<OutputStream> open(const OutputFacts& facts,

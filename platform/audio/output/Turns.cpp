@@ -1,16 +1,26 @@
 #include "platform/audio/output/Turns.h"
 
-#include <future>
 #include <thread>
 #include <utility>
 
 namespace orvalo {
 
-bool Turns::finishWithin(std::chrono::milliseconds limit, std::function<void()> work) {
-    std::packaged_task<void()> task([this, work = std::move(work)] {
+std::packaged_task<void()> Turns::inTurn(std::function<void()> work) {
+    return std::packaged_task<void()>([this, work = std::move(work)] {
         const std::lock_guard lock(turn_);
         work();
     });
+}
+
+std::future<void> Turns::begin(std::function<void()> work) {
+    auto task = inTurn(std::move(work));
+    auto end = task.get_future();
+    std::thread(std::move(task)).detach();
+    return end;
+}
+
+bool Turns::finishWithin(std::chrono::milliseconds limit, std::function<void()> work) {
+    auto task = inTurn(std::move(work));
     auto result = task.get_future();
     std::thread thread(std::move(task));
     if (result.wait_for(limit) != std::future_status::ready) {
