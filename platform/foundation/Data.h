@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace orvalo {
+
+/// Bytes.
+using Data = std::vector<std::uint8_t>;
+
+}  // namespace orvalo

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <utility>
+
+#include "platform/foundation/URL.h"
+
+namespace orvalo {
+
+/// Whether what is kept of earlier answers may be used.
+enum class URLRequestCachePolicy {
+    useProtocolCachePolicy = 0,  ///< As the address's own protocol says.
+};
+
+/// What is asked for when an address is loaded. A value.
+struct URLRequest {
+    explicit URLRequest(
+        std::optional<URL> url,
+        URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy,
+        double timeoutInterval = 60)
+        : url(std::move(url)), cachePolicy(cachePolicy), timeoutInterval(timeoutInterval) {}
+
+    /// Absent for a request that leads nowhere.
+    std::optional<URL> url;
+    URLRequestCachePolicy cachePolicy;
+    /// Seconds without any progress after which loading fails.
+    double timeoutInterval;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <utility>
+
+#include "platform/foundation/NSObject.h"
+#include "platform/foundation/URL.h"
+
+namespace orvalo {
+
+/// What is known of an answer beside its content. Immutable: any thread.
+class URLResponse : public NSObject {
+  public:
+    explicit URLResponse(std::optional<URL> url) : url(std::move(url)) {}
+
+    /// Where the content came from, after redirections.
+    const std::optional<URL> url;
+};
+
+}  // namespace orvalo
