@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <utility>
 
 #include "platform/foundation/URL.h"
 
@@ -14,17 +13,11 @@ enum class URLRequestCachePolicy {
 
 /// What is asked for when an address is loaded. A value.
 struct URLRequest {
-    explicit URLRequest(
-        std::optional<URL> url,
-        URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy,
-        double timeoutInterval = 60)
-        : url(std::move(url)), cachePolicy(cachePolicy), timeoutInterval(timeoutInterval) {}
-
     /// Absent for a request that leads nowhere.
     std::optional<URL> url;
-    URLRequestCachePolicy cachePolicy;
+    URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy;
     /// Seconds without any progress after which loading fails.
-    double timeoutInterval;
+    double timeoutInterval = 60;
 };
 
 }  // namespace orvalo

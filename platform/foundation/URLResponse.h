@@ -11,7 +11,7 @@ namespace orvalo {
 /// What is known of an answer beside its content. Immutable: any thread.
 class URLResponse : public NSObject {
   public:
-    explicit URLResponse(std::optional<URL> url) : url(std::move(url)) {}
+    explicit URLResponse(std::optional<URL> origin) : url(std::move(origin)) {}
 
     /// Where the content came from, after redirections.
     const std::optional<URL> url;
