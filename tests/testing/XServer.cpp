@@ -1,0 +1,81 @@
+#include "tests/testing/XServer.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+#include <system_error>
+
+namespace orvalo::testing {
+
+namespace {
+
+/// Where the server writes its number, in the server's process.
+constexpr int numberDescriptor = 3;
+constexpr const char* numberDescriptorText = "3";
+
+[[noreturn]] void becomeServer(const char* screen, int numbers) {
+    // It ends with the test, however that ends, and holds none of its files open.
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    const int null = open("/dev/null", O_RDWR);
+    for (const int standard : {0, 1, 2}) {
+        dup2(null, standard);
+    }
+    // A duplicate of itself would keep its close-on-exec flag.
+    const int copy = fcntl(numbers, F_DUPFD, numberDescriptor + 1);
+    dup2(copy, numberDescriptor);
+    close_range(numberDescriptor + 1, ~0U, 0);
+    execlp("Xvfb", "Xvfb", "-displayfd", numberDescriptorText, "-screen", "0", screen, "-nolisten",
+           "tcp", "-noreset", nullptr);
+    _exit(127);
+}
+
+/// The line that the server writes once it takes clients; what came of it when the server ends.
+std::string readLine(int descriptor) {
+    std::string line;
+    for (char character = 0; read(descriptor, &character, 1) == 1 && character != '\n';) {
+        line += character;
+    }
+    return line;
+}
+
+}  // namespace
+
+XServer::XServer(const std::string& screen) {
+    std::array<int, 2> numbers{};
+    if (pipe2(numbers.data(), O_CLOEXEC) != 0) {
+        throw std::system_error(errno, std::generic_category(), "pipe2");
+    }
+    process_ = fork();
+    if (process_ < 0) {
+        throw std::system_error(errno, std::generic_category(), "fork");
+    }
+    if (process_ == 0) {
+        becomeServer(screen.c_str(), numbers[1]);
+    }
+    close(numbers[1]);
+    const auto number = readLine(numbers[0]);
+    close(numbers[0]);
+    if (number.empty()) {
+        waitpid(process_, nullptr, 0);
+        throw std::runtime_error("Xvfb did not start.");
+    }
+    display_ = ":" + number;
+    setenv("DISPLAY", display_.c_str(), 1);
+    setenv("GDK_BACKEND", "x11", 1);
+    unsetenv("WAYLAND_DISPLAY");
+    unsetenv("XAUTHORITY");
+}
+
+XServer::~XServer() {
+    kill(process_, SIGTERM);
+    waitpid(process_, nullptr, 0);
+}
+
+}  // namespace orvalo::testing
