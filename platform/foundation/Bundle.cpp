@@ -1,11 +1,14 @@
 #include "platform/foundation/Bundle.h"
 
+#include <glib.h>
+
 #include <filesystem>
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include "platform/foundation/ExecutablePath.h"
+#include "platform/foundation/GLibPointer.h"
 
 namespace orvalo {
 
@@ -36,6 +39,17 @@ std::optional<URL> Bundle::url(std::string_view forResource, std::string_view wi
         return std::nullopt;
     }
     return url;
+}
+
+std::optional<std::string> Bundle::infoValue(const std::string& key) const {
+    const auto file = url("Info", "ini");
+    const std::unique_ptr<GKeyFile, Release<g_key_file_unref>> info(g_key_file_new());
+    if (!file || g_key_file_load_from_file(info.get(), file->path().c_str(), G_KEY_FILE_NONE,
+                                           nullptr) == FALSE) {
+        return std::nullopt;
+    }
+    const GText value(g_key_file_get_string(info.get(), "Bundle", key.c_str(), nullptr));
+    return value ? std::optional<std::string>(value.get()) : std::nullopt;
 }
 
 URL Bundle::effectsURL() const {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/foundation/NSObject.h"
@@ -21,6 +22,9 @@ class Bundle : public NSObject {
     /// The resource's file "<forResource>.<withExtension>"; absent when there is no such file.
     virtual std::optional<URL> url(std::string_view forResource,
                                    std::string_view withExtension) const;
+    /// What the bundle says of itself under a key of share/orvalo/Info.ini, group [Bundle], such as
+    /// "Identifier"; absent without the file or the key.
+    std::optional<std::string> infoValue(const std::string& key) const;
     /// <prefix>/lib/lv2, whether it is there or not: where the application's own effects live.
     URL effectsURL() const;
 

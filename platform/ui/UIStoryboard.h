@@ -1,9 +1,8 @@
 #pragma once
 
-#include <map>
 #include <memory>
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/NSObject.h"
@@ -14,11 +13,13 @@ namespace orvalo {
 
 class UIResponder;
 class UIViewController;
+class UIWindow;
 
-/// The interface layout, a GtkBuilder file. Every object at its top is a screen, whose id is the
-/// name of its class, or a segue (UIStoryboardSegue: identifier, source, destination, trigger, the
-/// id of the control in the source that takes it, and presentation, "fullScreen"). Inside a screen,
-/// ids are outlets, except those that begin with "_", which are the layout's own; the handlers of
+/// The interface layout, a GtkBuilder file. Every object at its top is the window
+/// (GtkApplicationWindow), a segue (UIStoryboardSegue) or else a screen, whose id is the name of
+/// its class. A segue's properties: identifier, source, destination, presentation ("fullScreen")
+/// and, optional, trigger, the id of the button in the source that takes it. Inside a screen, ids
+/// are outlets, except those that begin with "_", which are the layout's own, and the handlers of
 /// signals are actions. The first screen is where the application begins. Main thread.
 class UIStoryboard : public NSObject {
   public:
@@ -42,6 +43,9 @@ class UIStoryboard : public NSObject {
         std::string presentation;
         std::string trigger;
     };
+    /// The layout's window, without content, or else a plain one.
+    std::shared_ptr<UIWindow> makeWindow() const;
+
     /// The segue of that identifier out of a screen; null without one.
     const Segue* segue(const std::string& source, const std::string& identifier) const;
 
@@ -58,13 +62,17 @@ class UIStoryboard : public NSObject {
     };
     friend class UIStoryboardReader;
 
-    UIStoryboard() = default;
+    explicit UIStoryboard(std::string name) : name_(std::move(name)) {}
     void check();
+    void check(const Screen& screen);
+    void check(const Segue& segue);
+    const Screen* screen(const std::string& name) const;
 
     std::string name_;
     std::string text_;
     std::vector<Screen> screens_;
     std::vector<Segue> segues_;
+    std::string window_;  // The window's id; empty without one.
     std::vector<std::string> problems_;
 };
 

@@ -14,12 +14,9 @@ class UIViewController;
 /// The way from one screen to another that is about to be taken.
 class UIStoryboardSegue : public NSObject {
   public:
-    UIStoryboardSegue(std::optional<std::string> identifier,
-                      std::shared_ptr<UIViewController> source,
-                      std::shared_ptr<UIViewController> destination)
-        : identifier(std::move(identifier)),
-          source(std::move(source)),
-          destination(std::move(destination)) {}
+    UIStoryboardSegue(std::optional<std::string> name, std::shared_ptr<UIViewController> from,
+                      std::shared_ptr<UIViewController> to)
+        : identifier(std::move(name)), source(std::move(from)), destination(std::move(to)) {}
 
     /// Its name in the layout; absent when it has none.
     const std::optional<std::string> identifier;

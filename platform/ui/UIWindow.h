@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include "platform/ui/UIView.h"
 
@@ -14,7 +16,7 @@ class UIWindow : public UIView {
     /// Over a GtkWindow.
     explicit UIWindow(GtkWidget* widget);
 
-    std::shared_ptr<UIViewController> rootViewController() const { return root_; }
+    std::shared_ptr<UIViewController> rootViewController() const;
     /// Before the window is shown first.
     void setRootViewController(const std::shared_ptr<UIViewController>& controller);
     /// Shows the window in front of the others, with the keyboard.
@@ -25,11 +27,20 @@ class UIWindow : public UIView {
   private:
     friend class UIViewController;
 
-    void push(const std::shared_ptr<UIViewController>& controller, bool animated);
-    void pop(const std::shared_ptr<UIViewController>& controller, bool animated);
+    /// Shows a controller in place of the one that is shown; then runs when it is in place.
+    void push(const std::shared_ptr<UIViewController>& controller, bool animated,
+              const std::function<void()>& then);
+    /// Takes that controller, and what stands above it, away.
+    void pop(const std::shared_ptr<UIViewController>& controller, bool animated,
+             const std::function<void()>& then);
+    void show(GtkWidget* page, bool animated, std::function<void()> then);
+    GtkWidget* addPage(const std::shared_ptr<UIViewController>& controller);
 
-    std::shared_ptr<UIViewController> root_;
-    std::vector<std::shared_ptr<UIViewController>> pages_;  // The one that is shown is the last.
+    struct Page {
+        std::shared_ptr<UIViewController> controller;
+        GtkWidget* widget;
+    };
+    std::vector<Page> pages_;  // The one that is shown is the last.
     GtkWidget* stack_;
 };
 

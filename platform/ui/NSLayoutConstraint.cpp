@@ -1,0 +1,98 @@
+#include "platform/ui/NSLayoutConstraint.h"
+
+#include <gtk/gtk.h>
+
+#include <algorithm>
+
+#include "platform/foundation/FatalError.h"
+#include "platform/ui/MainThread.h"
+#include "platform/ui/UIView.h"
+
+namespace orvalo {
+
+namespace {
+
+GtkConstraintAttribute toolkitAttribute(NSLayoutAnchor::Attribute attribute) {
+    switch (attribute) {
+        case NSLayoutAnchor::Attribute::top:
+            return GTK_CONSTRAINT_ATTRIBUTE_TOP;
+        case NSLayoutAnchor::Attribute::leading:
+            return GTK_CONSTRAINT_ATTRIBUTE_START;
+        case NSLayoutAnchor::Attribute::bottom:
+            return GTK_CONSTRAINT_ATTRIBUTE_BOTTOM;
+        case NSLayoutAnchor::Attribute::trailing:
+            return GTK_CONSTRAINT_ATTRIBUTE_END;
+    }
+    return GTK_CONSTRAINT_ATTRIBUTE_NONE;
+}
+
+/// The view whose layout a constraint between the two belongs to: the one that holds the other, or
+/// the one around both. Absent without one.
+std::shared_ptr<UIView> ownerOf(const std::shared_ptr<UIView>& first,
+                                const std::shared_ptr<UIView>& second) {
+    if (!first || !second) {
+        return nullptr;
+    }
+    const auto aroundFirst = first->superview();
+    const auto aroundSecond = second->superview();
+    if (aroundFirst == second || (aroundFirst && aroundFirst == aroundSecond)) {
+        return aroundFirst;
+    }
+    return aroundSecond == first ? first : nullptr;
+}
+
+}  // namespace
+
+NSLayoutConstraint::NSLayoutConstraint(const NSLayoutAnchor& first, const NSLayoutAnchor& second)
+    : first_(first), second_(second) {}
+
+NSLayoutConstraint::~NSLayoutConstraint() {
+    g_clear_object(&constraint_);
+}
+
+void NSLayoutConstraint::activate(
+    const std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints) {
+    requireMainThread("NSLayoutConstraint.activate");
+    for (const auto& constraint : constraints) {
+        constraint->activate();
+    }
+}
+
+void NSLayoutConstraint::activate() {
+    const auto first = first_.view();
+    const auto second = second_.view();
+    const auto owner = ownerOf(first, second);
+    auto* layout = owner ? gtk_widget_get_layout_manager(owner->widget()) : nullptr;
+    if (!GTK_IS_CONSTRAINT_LAYOUT(layout)) {
+        fatalError("NSLayoutConstraint.activate: the two views do not stand in one view.");
+    }
+    if (constraint_ != nullptr) {
+        return;
+    }
+    const auto target = [&owner](const std::shared_ptr<UIView>& view) {
+        // The layout's own widget counts as no target.
+        return view == owner ? nullptr : GTK_CONSTRAINT_TARGET(view->widget());
+    };
+    constraint_ = gtk_constraint_new(target(first), toolkitAttribute(first_.attribute()),
+                                     GTK_CONSTRAINT_RELATION_EQ, target(second),
+                                     toolkitAttribute(second_.attribute()), 1.0, 0.0,
+                                     GTK_CONSTRAINT_STRENGTH_REQUIRED);
+    g_object_ref(constraint_);
+    gtk_constraint_layout_add_constraint(GTK_CONSTRAINT_LAYOUT(layout), constraint_);
+    owner->constraints_.push_back(shared(this));
+}
+
+bool NSLayoutConstraint::touches(const UIView& view) const {
+    return first_.view().get() == &view || second_.view().get() == &view;
+}
+
+void NSLayoutConstraint::deactivate(UIView& owner) {
+    auto* layout = gtk_widget_get_layout_manager(owner.widget());
+    if (constraint_ != nullptr && GTK_IS_CONSTRAINT_LAYOUT(layout)) {
+        gtk_constraint_layout_remove_constraint(GTK_CONSTRAINT_LAYOUT(layout), constraint_);
+    }
+    g_clear_object(&constraint_);
+    std::erase_if(owner.constraints_, [this](const auto& held) { return held.get() == this; });
+}
+
+}  // namespace orvalo
