@@ -1,0 +1,80 @@
+#include "platform/web/LoadWatch.h"
+
+#include <webkit/webkit.h>
+
+#include "platform/foundation/Timer.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr double platformTimeout = 60;
+
+}  // namespace
+
+struct LoadWatch::Signals {
+    static void loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event, gpointer watch) {
+        auto* self = static_cast<LoadWatch*>(watch);
+        if (event == WEBKIT_LOAD_FINISHED) {
+            self->stop(State::idle);
+        } else {
+            self->restart();
+        }
+    }
+
+    static void progressed(WebKitWebView* /*view*/, GParamSpec* /*property*/, gpointer watch) {
+        auto* self = static_cast<LoadWatch*>(watch);
+        if (self->state_ == State::counting) {
+            self->restart();
+        }
+    }
+};
+
+LoadWatch::LoadWatch(WebKitWebView* view) : view_(view), interval_(platformTimeout) {
+    g_signal_connect(view_, "load-changed", G_CALLBACK(Signals::loadChanged), this);
+    g_signal_connect(view_, "notify::estimated-load-progress", G_CALLBACK(Signals::progressed),
+                     this);
+}
+
+LoadWatch::~LoadWatch() {
+    g_signal_handlers_disconnect_by_data(view_, this);
+    stop(State::idle);
+}
+
+void LoadWatch::setInterval(double seconds) {
+    interval_ = seconds > 0 ? seconds : platformTimeout;
+}
+
+void LoadWatch::pause() {
+    if (state_ == State::counting) {
+        stop(State::paused);
+    }
+}
+
+void LoadWatch::resume() {
+    if (state_ == State::paused) {
+        restart();
+    }
+}
+
+void LoadWatch::restart() {
+    stop(State::counting);
+    timer_ = Timer::scheduledTimer(interval_, [this](const auto&) { expire(); });
+}
+
+void LoadWatch::stop(State state) {
+    state_ = state;
+    if (timer_) {
+        timer_->invalidate();
+        timer_.reset();
+    }
+}
+
+void LoadWatch::expire() {
+    stop(State::idle);
+    g_warning("Nothing came from %s for %g s; its loading was stopped.",
+              webkit_web_view_get_uri(view_), interval_);
+    webkit_web_view_stop_loading(view_);
+}
+
+}  // namespace orvalo

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+
+using WebKitWebView = struct _WebKitWebView;  // NOLINT(bugprone-reserved-identifier): WebKit's own.
+
+namespace orvalo {
+
+class Timer;
+
+/// Stops what a web view loads when nothing has come for a time, with a line on standard error. The
+/// time that a delegate takes for a decision does not count. Main thread.
+class LoadWatch {
+  public:
+    /// view: outlives the watch.
+    explicit LoadWatch(WebKitWebView* view);
+    ~LoadWatch();
+    LoadWatch(const LoadWatch&) = delete;
+    LoadWatch& operator=(const LoadWatch&) = delete;
+
+    /// For the loads that begin from now on. seconds: not above 0 or not a number counts as 60, the
+    /// platform's own time-out.
+    void setInterval(double seconds);
+    /// A load under way waits for a delegate, until resume().
+    void pause();
+    void resume();
+
+  private:
+    struct Signals;
+    enum class State { idle, counting, paused };
+
+    void restart();
+    void stop(State state);
+    void expire();
+
+    WebKitWebView* view_;
+    double interval_;
+    State state_ = State::idle;
+    std::shared_ptr<Timer> timer_;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,235 @@
+#include "platform/web/WKWebView.h"
+
+#include <webkit/webkit.h>
+
+#include <string_view>
+#include <utility>
+
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/FatalError.h"
+#include "platform/foundation/HTTPURLResponse.h"
+#include "platform/ui/MainThread.h"
+#include "platform/web/LoadWatch.h"
+#include "platform/web/PolicyDecision.h"
+#include "platform/web/WKNavigation.h"
+#include "platform/web/WKNavigationAction.h"
+#include "platform/web/WKNavigationDelegate.h"
+#include "platform/web/WKNavigationResponse.h"
+#include "platform/web/WKUIDelegate.h"
+#include "platform/web/WKWebViewConfiguration.h"
+#include "platform/web/WKWindowFeatures.h"
+#include "platform/web/WebAddress.h"
+#include "platform/web/WebTrouble.h"
+
+namespace orvalo {
+
+namespace {
+
+GtkWidget* newWidget(const std::shared_ptr<WKWebView>& opener) {
+    requireMainThread("WKWebView");
+    // A page that is opened by another one shares its process.
+    return GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view",
+                                   opener ? opener->widget() : nullptr, nullptr));
+}
+
+std::shared_ptr<URLResponse> responseOf(WebKitURIResponse* response) {
+    auto url = webAddress(webkit_uri_response_get_uri(response));
+    if (const auto status = webkit_uri_response_get_status_code(response); status != 0) {
+        return std::make_shared<HTTPURLResponse>(std::move(url), status);
+    }
+    return std::make_shared<URLResponse>(std::move(url));
+}
+
+URLRequest requestOf(WebKitNavigationAction* action) {
+    auto* request = webkit_navigation_action_get_request(action);
+    return {.url = webAddress(webkit_uri_request_get_uri(request))};
+}
+
+/// Whether the engine loads a part of its own viewer for documents, which no page has asked for.
+bool isViewerPart(WebKitResponsePolicyDecision* decision) {
+    auto* response = webkit_response_policy_decision_get_response(decision);
+    constexpr std::string_view scheme = "webkit-pdfjs-viewer:";
+    return webkit_response_policy_decision_is_main_frame_main_resource(decision) == FALSE &&
+           std::string_view(webkit_uri_response_get_uri(response)).starts_with(scheme);
+}
+
+}  // namespace
+
+struct WKWebView::Signals {
+    static gboolean decidePolicy(WebKitWebView* /*engine*/, WebKitPolicyDecision* decision,
+                                 WebKitPolicyDecisionType type, gpointer view) {
+        auto* self = static_cast<WKWebView*>(view);
+        if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
+            self->decideResponse(decision);
+        } else {
+            auto* action = webkit_navigation_policy_decision_get_navigation_action(
+                WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+            self->decideAction(decision, requestOf(action),
+                               webkit_navigation_action_is_redirect(action) != FALSE);
+        }
+        return TRUE;
+    }
+
+    static GtkWidget* create(WebKitWebView* /*engine*/, WebKitNavigationAction* action,
+                             gpointer view) {
+        const auto created = static_cast<WKWebView*>(view)->createWebView(action);
+        return created ? GTK_WIDGET(g_object_ref(created->widget())) : nullptr;
+    }
+};
+
+WKWebView::WKWebView(GtkWidget* widget)
+    : UIView(widget), configuration_(std::make_shared<WKWebViewConfiguration>()) {
+    connect();
+}
+
+WKWebView::WKWebView(const std::shared_ptr<WKWebViewConfiguration>& configuration)
+    : UIView(newWidget(configuration->opener_.lock())), configuration_(configuration) {
+    connect();
+}
+
+void WKWebView::connect() {
+    // As on any desktop, scripts may ask for windows; the delegate decides.
+    webkit_settings_set_javascript_can_open_windows_automatically(
+        webkit_web_view_get_settings(engine()), TRUE);
+    g_signal_connect(engine(), "decide-policy", G_CALLBACK(Signals::decidePolicy), this);
+    g_signal_connect(engine(), "create", G_CALLBACK(Signals::create), this);
+    watch_ = std::make_unique<LoadWatch>(engine());
+    reportTrouble(engine());
+}
+
+WKWebView::~WKWebView() {
+    g_signal_handlers_disconnect_by_data(engine(), this);
+    watch_.reset();
+    // An open decision keeps the engine's view alive.
+    for (const auto& decision : decisions_) {
+        decision->end();
+    }
+    webkit_web_view_stop_loading(engine());
+}
+
+WebKitWebView* WKWebView::engine() const {
+    return WEBKIT_WEB_VIEW(widget());
+}
+
+void WKWebView::registerClass() {
+    UIView::setClass(WEBKIT_TYPE_WEB_VIEW,
+                     [](GtkWidget* widget) { return std::make_shared<WKWebView>(widget); });
+}
+
+std::shared_ptr<WKUIDelegate> WKWebView::uiDelegate() const {
+    requireMainThread("WKWebView.uiDelegate");
+    return uiDelegate_.lock();
+}
+
+void WKWebView::setUIDelegate(const std::shared_ptr<WKUIDelegate>& delegate) {
+    requireMainThread("WKWebView.uiDelegate");
+    uiDelegate_ = delegate;
+}
+
+std::shared_ptr<WKNavigationDelegate> WKWebView::navigationDelegate() const {
+    requireMainThread("WKWebView.navigationDelegate");
+    return navigationDelegate_.lock();
+}
+
+void WKWebView::setNavigationDelegate(const std::shared_ptr<WKNavigationDelegate>& delegate) {
+    requireMainThread("WKWebView.navigationDelegate");
+    navigationDelegate_ = delegate;
+}
+
+std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
+    requireMainThread("WKWebView.load");
+    if (request.url) {
+        watch_->setInterval(request.timeoutInterval);
+        webkit_web_view_load_uri(engine(), request.url->absoluteString().c_str());
+    } else {
+        // Later, as with every other load; the engine has no such loads.
+        DispatchQueue::main()->async([view = weak(this), request] {
+            if (const auto self = view.lock()) {
+                self->decideAction(nullptr, request, false);
+            }
+        });
+    }
+    return std::make_shared<WKNavigation>();
+}
+
+std::shared_ptr<WKNavigation> WKWebView::loadHTMLString(const std::string& string,
+                                                        const std::optional<URL>& baseURL) {
+    requireMainThread("WKWebView.loadHTMLString");
+    watch_->setInterval(URLRequest().timeoutInterval);
+    webkit_web_view_load_html(engine(), string.c_str(),
+                              baseURL ? baseURL->absoluteString().c_str() : nullptr);
+    return std::make_shared<WKNavigation>();
+}
+
+void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& request,
+                             bool halts) {
+    const auto self = shared(this);
+    const auto answer = open(
+        decision, "The decision handler of webView(decidePolicyFor: WKNavigationAction)", halts);
+    if (const auto delegate = navigationDelegate_.lock()) {
+        delegate->webView(self, std::make_shared<WKNavigationAction>(request),
+                          [answer](WKNavigationActionPolicy policy) {
+                              answer(policy == WKNavigationActionPolicy::allow);
+                          });
+    } else {
+        answer(true);
+    }
+}
+
+void WKWebView::decideResponse(WebKitPolicyDecision* decision) {
+    const auto self = shared(this);
+    auto* response = WEBKIT_RESPONSE_POLICY_DECISION(decision);
+    const bool halts =
+        webkit_response_policy_decision_is_main_frame_main_resource(response) != FALSE;
+    const auto answer = open(
+        decision, "The decision handler of webView(decidePolicyFor: WKNavigationResponse)", halts);
+    const auto delegate = navigationDelegate_.lock();
+    if (delegate && !isViewerPart(response)) {
+        delegate->webView(self,
+                          std::make_shared<WKNavigationResponse>(
+                              responseOf(webkit_response_policy_decision_get_response(response))),
+                          [answer](WKNavigationResponsePolicy policy) {
+                              answer(policy == WKNavigationResponsePolicy::allow);
+                          });
+    } else {
+        answer(true);
+    }
+}
+
+std::shared_ptr<WKWebView> WKWebView::createWebView(WebKitNavigationAction* action) {
+    const auto self = shared(this);
+    const auto delegate = uiDelegate_.lock();
+    if (!delegate) {
+        return nullptr;
+    }
+    const std::shared_ptr<WKWebViewConfiguration> configuration(
+        new WKWebViewConfiguration(weak(this)));
+    auto view = delegate->webView(self, configuration,
+                                  std::make_shared<WKNavigationAction>(requestOf(action)),
+                                  std::make_shared<WKWindowFeatures>());
+    if (view && view->configuration_ != configuration) {
+        fatalError(
+            "webView(createWebViewWith:) gave a view that was made without the given "
+            "configuration.");
+    }
+    return view;
+}
+
+std::function<void(bool)> WKWebView::open(WebKitPolicyDecision* decision,
+                                          const std::string& handler, bool halts) {
+    std::erase_if(decisions_, [](const auto& known) { return !known->isOpen(); });
+    const auto opened =
+        decisions_.emplace_back(std::make_shared<PolicyDecision>(decision, handler));
+    if (halts) {
+        watch_->pause();
+    }
+    return [opened, handler, halts, view = weak(this)](bool isAllowed) {
+        requireMainThread(handler);
+        if (const auto self = view.lock(); self && halts) {
+            self->watch_->resume();
+        }
+        opened->answer(isAllowed);
+    };
+}
+
+}  // namespace orvalo

@@ -1,0 +1,42 @@
+#include "platform/web/WebAddress.h"
+
+#include <glib.h>
+
+#include <string>
+#include <string_view>
+
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo {
+
+namespace {
+
+// RFC 3986, section 2, beside letters and digits; "%" has a rule of its own.
+constexpr const char* punctuation = "-._~:/?#[]@!$&'()*+,;=";
+
+/// Whether an escape of one byte stands at this place.
+bool isEscape(std::string_view text, std::size_t place) {
+    return text.size() - place > 2 && g_ascii_isxdigit(text[place + 1]) &&
+           g_ascii_isxdigit(text[place + 2]);
+}
+
+}  // namespace
+
+std::optional<URL> webAddress(const char* text) {
+    if (text == nullptr) {
+        return std::nullopt;
+    }
+    const std::string_view whole(text);
+    std::string escaped;
+    for (std::size_t place = 0; place < whole.size(); ++place) {
+        if (whole[place] == '%' && isEscape(whole, place)) {
+            escaped += '%';
+            continue;
+        }
+        const char one[] = {whole[place], '\0'};
+        escaped += GText(g_uri_escape_string(one, punctuation, FALSE)).get();
+    }
+    return URL::string(escaped);
+}
+
+}  // namespace orvalo
