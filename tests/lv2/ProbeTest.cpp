@@ -204,7 +204,7 @@ TEST_F(Probe, MayUseTheWorkerWhileItsStateIsRestored) {
     EXPECT_EQ(seen().jobs, 1) << "done at once, in the restoring call";
 }
 
-TEST_F(Probe, HasNoInterfaceYet) {
+TEST_F(Probe, HasNoInterfaceWithoutAProvider) {
     const auto unit = makeZooUnit("probe");
     int calls = 0;
     unit->requestViewController([&calls](const std::shared_ptr<UIViewController>& controller) {

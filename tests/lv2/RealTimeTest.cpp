@@ -85,4 +85,28 @@ TEST(RealTime, RenderingKeepsItsPromisesForHostilePlugins) {
     }
 }
 
+TEST(RealTime, RenderingKeepsItsPromisesWithAnOpenInterface) {
+    const auto unit = makeZooUnit("echo");
+    const auto link = std::make_shared<LV2EventLink>(unit->data().ports);
+    ASSERT_TRUE(link->setSubscribed(3, true));
+    unit->connectInterface(link);
+    const std::array<std::uint8_t, 3000> body{};
+    Blocks blocks(*unit);
+    std::uint32_t port = 0;
+    int received = 0;
+    // At first more than a block has room for, then until the way back is full.
+    for (int round = 0; round < 400; ++round) {
+        for (int count = 0; count < 3; ++count) {
+            link->send(2, 1, sizeof(body), body.data());
+        }
+        blocks.render(1);
+        while (round < 200 && link->receive(port) != nullptr) {
+            ++received;
+        }
+    }
+    EXPECT_EQ(received, 600);
+    EXPECT_GT(link->takeLostCount(), 0U);
+    unit->disconnectInterface(link);
+}
+
 }  // namespace

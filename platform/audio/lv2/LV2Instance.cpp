@@ -76,10 +76,7 @@ LV2Instance::LV2Instance(LV2UnitParts& parts, double sampleRate, const std::stri
 }
 
 LV2Instance::~LV2Instance() {
-    worker_.stop();
-    if (isActive_) {
-        lilv_instance_deactivate(instance_.get());
-    }
+    deactivate();
     const LV2World::Access access(parts_.world);
     instance_.reset();
 }
@@ -87,6 +84,14 @@ LV2Instance::~LV2Instance() {
 void LV2Instance::activate() {
     lilv_instance_activate(instance_.get());
     isActive_ = true;
+}
+
+void LV2Instance::deactivate() {
+    worker_.stop();
+    if (isActive_) {
+        lilv_instance_deactivate(instance_.get());
+        isActive_ = false;
+    }
 }
 
 LV2State LV2Instance::save() const {

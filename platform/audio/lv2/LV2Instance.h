@@ -40,10 +40,17 @@ class LV2Instance {
     LV2Instance& operator=(const LV2Instance&) = delete;
 
     double sampleRate() const { return sampleRate_; }
+    /// The plug-in's own handle and descriptor, which an interface may ask for.
+    LV2_Handle handle() const { return lilv_instance_get_handle(instance_.get()); }
+    const LV2_Descriptor* descriptor() const {
+        return lilv_instance_get_descriptor(instance_.get());
+    }
     /// For the render thread, after activate().
     LV2Process& process() { return *process_; }
 
     void activate();
+    /// It must not run any more.
+    void deactivate();
 
     /// Its state now. Throws NSError.
     LV2State save() const;

@@ -1,8 +1,10 @@
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/RealTimeScope.h"
 
 namespace orvalo {
@@ -11,6 +13,11 @@ namespace {
 
 // The rate at which a plug-in is tried when it is made; the rate of most outputs, too.
 constexpr double kFirstSampleRate = 48000.0;
+
+LV2InterfaceProvider& interfaceProvider() {
+    static LV2InterfaceProvider provider;
+    return provider;
+}
 
 LV2PluginData readData(LV2World& world, const std::string& uri) {
     const LV2World::Access access(world);
@@ -94,7 +101,49 @@ void LV2LocalAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
 
 void LV2LocalAudioUnit::requestViewController(
     std::function<void(std::shared_ptr<UIViewController>)> completion) {
-    completion(nullptr);
+    if (!interfaceProvider()) {
+        completion(nullptr);
+        return;
+    }
+    DispatchQueue::main()->async(
+        [unit = shared(this), completion = std::move(completion)]() mutable {
+            completion(interfaceProvider()(unit));
+        });
+}
+
+void LV2LocalAudioUnit::setInterfaceProvider(LV2InterfaceProvider provider) {
+    interfaceProvider() = std::move(provider);
+}
+
+double LV2LocalAudioUnit::sampleRate() const {
+    const std::scoped_lock lock(control_);
+    return instance_.current()->sampleRate();
+}
+
+LV2LocalAudioUnit::InstanceAccess LV2LocalAudioUnit::connectInterface(
+    const std::shared_ptr<LV2EventLink>& link) {
+    const std::scoped_lock lock(control_);
+    auto links = links_.current() == nullptr ? LV2EventLinks() : *links_.current();
+    links.push_back(link);
+    setLinks(std::move(links));
+    const auto& instance = *instance_.current();
+    return {instance.handle(), instance.descriptor(), instanceNumber()};
+}
+
+void LV2LocalAudioUnit::disconnectInterface(const std::shared_ptr<LV2EventLink>& link) {
+    const std::scoped_lock lock(control_);
+    auto links = links_.current() == nullptr ? LV2EventLinks() : *links_.current();
+    links.erase(std::remove(links.begin(), links.end(), link), links.end());
+    setLinks(std::move(links));
+}
+
+void LV2LocalAudioUnit::setLinks(LV2EventLinks links) {
+    if (links.empty()) {
+        links_.exchange(nullptr);
+        retired_.clear();
+    } else {
+        links_.exchange(std::make_unique<LV2EventLinks>(std::move(links)));
+    }
 }
 
 void LV2LocalAudioUnit::allocateRenderResources(double sampleRate) {
@@ -108,7 +157,12 @@ void LV2LocalAudioUnit::allocateRenderResources(double sampleRate) {
     instance->restore(*state);
     parts_.controls.setSampleRate(sampleRate);
     instance->activate();
-    instance_.exchange(std::move(instance));
+    auto replaced = instance_.exchange(std::move(instance));
+    replaced->deactivate();
+    if (links_.current() != nullptr) {
+        retired_.push_back(std::move(replaced));
+    }
+    instanceNumber_.fetch_add(1, std::memory_order_release);
     latency_.store(0, std::memory_order_relaxed);
 }
 
@@ -120,8 +174,10 @@ void LV2LocalAudioUnit::render(const AudioBlock& input, const AudioBlock& output
     const RenderSlot<LV2Instance>::Access instance(instance_);
     if (instance) {
         const RenderSlot<AUMIDIOutputEventBlock>::Access block(midiBlock_);
+        const RenderSlot<LV2EventLinks>::Access links(links_);
         auto& process = instance->process();
-        process.run(input, output, sampleTime_, block ? &*block : nullptr);
+        process.run(input, output, sampleTime_, block ? &*block : nullptr,
+                    links ? &*links : nullptr);
         latency_.store(process.latency(), std::memory_order_relaxed);
     } else {
         mapChannels(input, output);

@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/audio/lv2/LV2EventLink.h"
 #include "platform/audio/lv2/LV2Instance.h"
+#include "platform/audio/lv2/LV2InterfaceProvider.h"
 #include "platform/audio/lv2/LV2Presets.h"
 #include "platform/audio/signal/RenderSlot.h"
 #include "platform/audio/unit/AUAudioUnit.h"
@@ -43,8 +45,32 @@ class LV2LocalAudioUnit : public AUAudioUnit {
 
     /// The values of its control ports.
     LV2Controls& controls() { return parts_.controls; }
+    /// What its data say.
+    const LV2PluginData& data() const { return parts_.data; }
+    LV2World& world() const { return parts_.world; }
+    double sampleRate() const;
+
+    /// An open interface's way to the unit's instance.
+    struct InstanceAccess {
+        LV2_Handle handle;
+        const LV2_Descriptor* descriptor;
+        std::uint32_t number;  ///< As instanceNumber().
+    };
+    /// Opens an interface's side: its events travel by the link from now on, and instances stay,
+    /// inactive, when they are replaced, until the last interface has left. Waits for at most the
+    /// render call that is under way. Off the render thread.
+    InstanceAccess connectInterface(const std::shared_ptr<LV2EventLink>& link);
+    /// Ends what connectInterface() began with that link.
+    void disconnectInterface(const std::shared_ptr<LV2EventLink>& link);
+    /// How often the instance has been replaced. Any thread.
+    std::uint32_t instanceNumber() const { return instanceNumber_.load(std::memory_order_acquire); }
+
+    /// Makes the interfaces of all units; an empty one, as at first: no unit has an interface.
+    /// Before the first is asked for.
+    static void setInterfaceProvider(LV2InterfaceProvider provider);
 
   private:
+    void setLinks(LV2EventLinks links);
     void restore(const LilvState& state);
     void whileNotRunning(const std::function<void(LV2Instance&)>& work);
     const std::vector<LV2Preset>& presets() const;
@@ -57,6 +83,10 @@ class LV2LocalAudioUnit : public AUAudioUnit {
     std::shared_ptr<AUAudioUnitPreset> currentPreset_;
     RenderSlot<AUMIDIOutputEventBlock> midiBlock_;
     RenderSlot<LV2Instance> instance_;
+    RenderSlot<LV2EventLinks> links_;  // Null without an open interface.
+    // Replaced ones that an open interface may still reach.
+    std::vector<std::unique_ptr<LV2Instance>> retired_;
+    std::atomic<std::uint32_t> instanceNumber_{0};
     std::int64_t sampleTime_ = 0;  // The render thread's: frames rendered so far.
     std::atomic<std::uint32_t> latency_{0};
 };

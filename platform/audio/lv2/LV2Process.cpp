@@ -40,10 +40,12 @@ LV2Process::LV2Process(const LV2PluginData& data, LilvInstance* instance, LV2Con
             case LV2PortKind::sequence:
                 if (port.isInput) {
                     sequenceInputs_.push_back(
-                        {LV2SequenceBuffer(port.bufferSize), port.takesTimePosition});
+                        {port.index, LV2SequenceBuffer(port.bufferSize), port.takesTimePosition});
                 } else {
-                    sequenceOutputs_.push_back(
-                        {LV2SequenceBuffer(port.bufferSize), port.carriesMIDI ? cable++ : -1, {}});
+                    sequenceOutputs_.push_back({port.index,
+                                                LV2SequenceBuffer(port.bufferSize),
+                                                port.carriesMIDI ? cable++ : -1,
+                                                {}});
                 }
                 break;
             case LV2PortKind::unconnected:
@@ -81,17 +83,17 @@ void LV2Process::connect(const LV2PluginData& data) {
 }
 
 void LV2Process::run(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
-                     const AUMIDIOutputEventBlock* midiBlock) noexcept {
-    prepare(input, output, sampleTime);
+                     const AUMIDIOutputEventBlock* midiBlock, const LV2EventLinks* links) noexcept {
+    prepare(input, output, sampleTime, links);
     lilv_instance_run(instance_, output.frameCount);
     worker_.finishCycle();
     takeControlOutputs();
-    sendEvents(output.frameCount, sampleTime, midiBlock);
+    sendEvents(output.frameCount, sampleTime, midiBlock, links);
     isFirstBlock_ = false;
 }
 
-void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output,
-                         std::int64_t sampleTime) noexcept {
+void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
+                         const LV2EventLinks* links) noexcept {
     for (std::size_t channel = 0; channel < audioInputs_.size(); ++channel) {
         lilv_instance_connect_port(instance_, audioInputs_[channel], input.channels[channel]);
     }
@@ -107,6 +109,11 @@ void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output,
             sequence.buffer.writeTimePosition(sampleTime);
         } else {
             sequence.buffer.clearForInput();
+        }
+        if (links != nullptr) {
+            for (const auto& link : *links) {
+                link->deliver(sequence.port, sequence.buffer);
+            }
         }
     }
     for (auto& sequence : sequenceOutputs_) {
@@ -128,13 +135,19 @@ void LV2Process::takeControlOutputs() noexcept {
 }
 
 void LV2Process::sendEvents(std::uint32_t frameCount, std::int64_t sampleTime,
-                            const AUMIDIOutputEventBlock* midiBlock) noexcept {
+                            const AUMIDIOutputEventBlock* midiBlock,
+                            const LV2EventLinks* links) noexcept {
     for (auto& output : sequenceOutputs_) {
         output.reader =
             LV2SequenceReader(output.buffer.sequence(), output.buffer.capacity(), frameCount);
     }
     while (auto* output = nextOutput()) {
         send(*output, sampleTime, midiBlock);
+        if (links != nullptr) {
+            for (const auto& link : *links) {
+                link->mirror(output->port, output->reader.event()->body);
+            }
+        }
         output->reader.next();
     }
 }

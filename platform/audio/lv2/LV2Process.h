@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/audio/lv2/LV2Controls.h"
+#include "platform/audio/lv2/LV2EventLink.h"
 #include "platform/audio/lv2/LV2Log.h"
 #include "platform/audio/lv2/LV2PluginData.h"
 #include "platform/audio/lv2/LV2SequenceBuffer.h"
@@ -25,10 +26,11 @@ class LV2Process {
                LV2Worker& worker, const LV2Log& log);
 
     /// One block: hands the plug-in its inputs, runs it, delivers the worker's answers and calls
-    /// midiBlock (may be null) with what it sent, in time order over all ports. sampleTime: of the
-    /// block's first frame. Render thread.
+    /// midiBlock (may be null) with what it sent, in time order over all ports. links (may be
+    /// null): of the open interfaces, which events go to and come from. sampleTime: of the block's
+    /// first frame. Render thread.
     void run(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
-             const AUMIDIOutputEventBlock* midiBlock) noexcept;
+             const AUMIDIOutputEventBlock* midiBlock, const LV2EventLinks* links) noexcept;
 
     /// Frames, as the plug-in reported after its last block; 0 before.
     std::uint32_t latency() const noexcept { return latency_.load(std::memory_order_relaxed); }
@@ -39,21 +41,23 @@ class LV2Process {
         float value;
     };
     struct SequenceInput {
+        std::uint32_t port;
         LV2SequenceBuffer buffer;
         bool takesTimePosition;
     };
     struct SequenceOutput {
+        std::uint32_t port;
         LV2SequenceBuffer buffer;
         int cable;  // Below 0 for a port without MIDI.
         LV2SequenceReader reader;
     };
 
     void connect(const LV2PluginData& data);
-    void prepare(const AudioBlock& input, const AudioBlock& output,
-                 std::int64_t sampleTime) noexcept;
+    void prepare(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
+                 const LV2EventLinks* links) noexcept;
     void takeControlOutputs() noexcept;
     void sendEvents(std::uint32_t frameCount, std::int64_t sampleTime,
-                    const AUMIDIOutputEventBlock* midiBlock) noexcept;
+                    const AUMIDIOutputEventBlock* midiBlock, const LV2EventLinks* links) noexcept;
     SequenceOutput* nextOutput() noexcept;
     void send(const SequenceOutput& output, std::int64_t sampleTime,
               const AUMIDIOutputEventBlock* midiBlock) const noexcept;

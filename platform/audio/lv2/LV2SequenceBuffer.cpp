@@ -20,6 +20,13 @@ struct TimePositionEvent {
 };
 static_assert(sizeof(TimePositionEvent) == 72);
 
+/// The bytes that an event takes in a sequence, with its padding.
+std::size_t eventSize(std::uint32_t bodySize) {
+    constexpr std::size_t kAlignment = 8;
+    const std::size_t size = sizeof(LV2_Atom_Event) + bodySize;
+    return (size + kAlignment - 1) / kAlignment * kAlignment;
+}
+
 }  // namespace
 
 LV2SequenceBuffer::LV2SequenceBuffer(std::uint32_t size)
@@ -52,6 +59,24 @@ void LV2SequenceBuffer::writeTimePosition(std::int64_t frame) noexcept {
     std::memcpy(reinterpret_cast<std::byte*>(sequence()) + sizeof(LV2_Atom_Sequence), &position,
                 sizeof(position));
     sequence()->atom.size += sizeof(position);
+}
+
+bool LV2SequenceBuffer::append(std::uint32_t frame, const LV2_Atom& event) noexcept {
+    const std::size_t end = sizeof(LV2_Atom) + sequence()->atom.size;
+    const std::size_t size = eventSize(event.size);
+    if (end > capacity() || capacity() - end < size) {
+        return false;
+    }
+    const std::int64_t time = frame;
+    auto* bytes = reinterpret_cast<std::byte*>(sequence()) + end;
+    std::memcpy(bytes, &time, sizeof(time));
+    std::memcpy(bytes + sizeof(time), &event, sizeof(event) + event.size);
+    sequence()->atom.size += static_cast<std::uint32_t>(size);
+    return true;
+}
+
+bool LV2SequenceBuffer::couldHold(std::uint32_t size, std::uint32_t bodySize) noexcept {
+    return sizeof(LV2_Atom_Sequence) + sizeof(TimePositionEvent) + eventSize(bodySize) <= size;
 }
 
 }  // namespace orvalo

@@ -25,6 +25,12 @@ class LV2SequenceBuffer {
     /// A sequence with one time position at the block's start: the frame since the beginning, and
     /// time going forward at its own speed.
     void writeTimePosition(std::int64_t frame) noexcept;
+    /// Adds an event behind those of an input, whose frames must not be later. False, and nothing
+    /// is added, when there is no room for it.
+    bool append(std::uint32_t frame, const LV2_Atom& event) noexcept;
+    /// Whether the empty input of a buffer of size bytes has room for an event with a body of
+    /// bodySize bytes, beside a time position.
+    static bool couldHold(std::uint32_t size, std::uint32_t bodySize) noexcept;
 
   private:
     std::vector<std::uint64_t> words_;
