@@ -38,6 +38,7 @@ bool MidiSequenceWriter::write(std::uint32_t frame, const std::array<std::uint8_
                 event.size());
     sequence_->atom.size += needed;
     room_ -= needed;
+    ++written_;
     return true;
 }
 

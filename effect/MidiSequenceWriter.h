@@ -19,10 +19,14 @@ class MidiSequenceWriter final : public MidiOutput {
 
     bool write(std::uint32_t frame, const std::array<std::uint8_t, 3>& message) override;
 
+    /// How many messages are in the sequence.
+    std::uint32_t written() const { return written_; }
+
   private:
     LV2_Atom_Sequence* sequence_;
     LV2_URID midiEvent_;
     std::uint32_t room_ = 0;
+    std::uint32_t written_ = 0;
 };
 
 }  // namespace orvalo::effect

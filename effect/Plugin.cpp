@@ -55,13 +55,19 @@ void Plugin::process(std::uint32_t frames) {
     while (input.next(event)) {
         processUntil(event.frame);
         processor_.receive(event.bytes, event.size);
+        ++messagesIn_;
     }
     processUntil(frames);
+    messagesOut_ = static_cast<std::uint16_t>(messagesOut_ + output.written());
 }
 
 void Plugin::show(const Processor::Meters& meters) {
-    const std::array<float, meterCount> values{meters.gainReduction, meters.ducking,
-                                               meters.inputLevel, meters.outputLevel};
+    const std::array<float, meterCount> values{meters.gainReduction,
+                                               meters.ducking,
+                                               meters.inputLevel,
+                                               meters.outputLevel,
+                                               static_cast<float>(messagesIn_),
+                                               static_cast<float>(messagesOut_)};
     for (std::size_t i = 0; i < meterCount; ++i) {
         if (meters_[i] != nullptr) {
             *meters_[i] = values[i];

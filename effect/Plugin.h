@@ -43,7 +43,7 @@ class Plugin {
         firstParameter
     };
     static constexpr std::uint32_t firstMeter = firstParameter + parameterCount;
-    static constexpr std::size_t meterCount = 4;
+    static constexpr std::size_t meterCount = 6;
 
     void process(std::uint32_t frames);
     void show(const Processor::Meters& meters);
@@ -57,6 +57,9 @@ class Plugin {
     std::array<float*, 2> outputs_{};
     std::array<const float*, parameterCount> parameters_{};
     std::array<float*, meterCount> meters_{};
+    // Messages so far; they wrap around as the ports say.
+    std::uint16_t messagesIn_ = 0;
+    std::uint16_t messagesOut_ = 0;
 };
 
 }  // namespace orvalo::effect

@@ -1,0 +1,174 @@
+#include "effect/ui/PluginWindow.h"
+
+#include <X11/Xutil.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "effect/ui/XErrors.h"
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+constexpr long events = ExposureMask | StructureNotifyMask | VisibilityChangeMask |
+                        ButtonPressMask | ButtonReleaseMask | PointerMotionMask | LeaveWindowMask |
+                        KeyPressMask | FocusChangeMask;
+
+/// The ground's colour, which the server shows until the first picture.
+constexpr unsigned long groundPixel = 0x121518;
+
+/// How often the windows around are looked at, in seconds.
+constexpr double lookEvery = 0.25;
+
+void complain(const char* what) {
+    static_cast<void>(std::fprintf(stderr, "orvalo-ui: %s\n", what));
+}
+
+void setHints(Display* display, Window window, PluginWindow::Size size, PluginWindow::Size least) {
+    XSizeHints* hints = XAllocSizeHints();
+    if (hints == nullptr) {
+        return;
+    }
+    hints->flags = PMinSize | PBaseSize | PSize;
+    hints->min_width = least.width;
+    hints->min_height = least.height;
+    hints->base_width = hints->width = size.width;
+    hints->base_height = hints->height = size.height;
+    XSetWMNormalHints(display, window, hints);
+    XFree(hints);
+}
+
+}  // namespace
+
+std::unique_ptr<PluginWindow> PluginWindow::open(std::uintptr_t parent, Size size, Size least) {
+    Display* display = XOpenDisplay(nullptr);
+    if (display == nullptr) {
+        complain("there is no X server to show the interface on");
+        return nullptr;
+    }
+    dropErrors(display);
+    XWindowAttributes around{};
+    if (XGetWindowAttributes(display, parent, &around) == 0) {
+        complain("the host's parent window does not exist");
+        XCloseDisplay(display);
+        return nullptr;
+    }
+    // The screen's own visual, whatever the parent's is: a parent that may be seen through would
+    // make the interface so.
+    Visual* visual = DefaultVisualOfScreen(around.screen);
+    XSetWindowAttributes attributes{};
+    attributes.background_pixel = groundPixel;
+    attributes.border_pixel = 0;
+    attributes.bit_gravity = NorthWestGravity;
+    attributes.colormap = DefaultColormapOfScreen(around.screen);
+    attributes.event_mask = events;
+    const Window window = XCreateWindow(
+        display, parent, 0, 0, static_cast<unsigned>(size.width),
+        static_cast<unsigned>(size.height), 0, DefaultDepthOfScreen(around.screen), InputOutput,
+        visual, CWBackPixel | CWBorderPixel | CWBitGravity | CWColormap | CWEventMask, &attributes);
+    setHints(display, window, size, least);
+    XMapWindow(display, window);
+    XFlush(display);
+    return std::unique_ptr<PluginWindow>(new PluginWindow(display, parent, window, visual, size));
+}
+
+PluginWindow::PluginWindow(Display* display, Window parent, Window window, Visual* visual,
+                           Size size)
+    : display_(display),
+      parent_(parent),
+      window_(window),
+      size_(size),
+      picture_(std::make_unique<WindowPicture>(display, window, visual)) {
+    // Without this the end of the server would be the end of the host's process.
+    XSetIOErrorExitHandler(
+        display,
+        [](Display* /*display*/, void* self) { static_cast<PluginWindow*>(self)->closed_ = true; },
+        this);
+}
+
+PluginWindow::~PluginWindow() {
+    if (!closed_) {
+        XDestroyWindow(display_, window_);
+    }
+    // The picture lets go of the connection before it is closed.
+    picture_.reset();
+    XCloseDisplay(display_);
+}
+
+void PluginWindow::requestSize(Size size) {
+    XResizeWindow(display_, window_, static_cast<unsigned>(std::max(1, size.width)),
+                  static_cast<unsigned>(std::max(1, size.height)));
+    XFlush(display_);
+}
+
+std::optional<XEvent> PluginWindow::nextEvent() {
+    while (!closed_ && XPending(display_) > 0) {
+        XEvent event;
+        XNextEvent(display_, &event);
+        // Of several moves only the last one counts.
+        XEvent next;
+        while (event.type == MotionNotify && XEventsQueued(display_, QueuedAlready) > 0 &&
+               XPeekEvent(display_, &next) != 0 && next.type == MotionNotify) {
+            XNextEvent(display_, &event);
+        }
+        handleOwn(event);
+        if (!closed_) {
+            return event;
+        }
+    }
+    return std::nullopt;
+}
+
+void PluginWindow::handleOwn(const XEvent& event) {
+    switch (event.type) {
+        case ConfigureNotify:
+            size_ = {event.xconfigure.width, event.xconfigure.height};
+            break;
+        case DestroyNotify:
+            closed_ = closed_ || event.xdestroywindow.window == window_;
+            break;
+        case VisibilityNotify:
+            obscured_ = event.xvisibility.state == VisibilityFullyObscured;
+            looked_ = -1.0;
+            break;
+        case MapNotify:
+        case UnmapNotify:
+        case Expose:
+            looked_ = -1.0;
+            break;
+        default:
+            break;
+    }
+}
+
+bool PluginWindow::isVisible(double now) {
+    if (obscured_ || closed_) {
+        return false;
+    }
+    if (looked_ < 0.0 || now - looked_ >= lookEvery) {
+        XWindowAttributes attributes{};
+        viewable_ = XGetWindowAttributes(display_, window_, &attributes) != 0 &&
+                    attributes.map_state == IsViewable;
+        looked_ = now;
+    }
+    return viewable_ && !closed_;
+}
+
+void PluginWindow::takeKeyboard(Time time) {
+    XSetInputFocus(display_, window_, RevertToParent, time);
+    XFlush(display_);
+}
+
+void PluginWindow::passOn(const XKeyEvent& key) {
+    if (key.send_event != 0) {
+        return;
+    }
+    XEvent event{};
+    event.xkey = key;
+    event.xkey.window = parent_;
+    XSendEvent(display_, parent_, True, KeyPressMask, &event);
+    XFlush(display_);
+}
+
+}  // namespace orvalo::effect::ui

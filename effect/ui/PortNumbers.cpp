@@ -1,0 +1,53 @@
+#include "effect/ui/PortNumbers.h"
+
+#include <algorithm>
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+constexpr std::uint32_t firstParameter = 6;
+constexpr std::uint32_t firstReading = firstParameter + parameterCount;
+constexpr std::array<const char*, readingCount> readingSymbols{
+    "gain_reduction", "ducking", "input_level", "output_level", "midi_in_count", "midi_out_count"};
+
+template <typename Kind, std::size_t count>
+std::optional<Kind> find(const std::array<std::uint32_t, count>& numbers, std::uint32_t port) {
+    const auto found = std::find(numbers.begin(), numbers.end(), port);
+    if (port == LV2UI_INVALID_PORT_INDEX || found == numbers.end()) {
+        return std::nullopt;
+    }
+    return static_cast<Kind>(found - numbers.begin());
+}
+
+}  // namespace
+
+PortNumbers::PortNumbers(const LV2UI_Port_Map* map) {
+    const auto number = [map](const char* symbol, std::uint32_t otherwise) {
+        return map == nullptr ? otherwise : map->port_index(map->handle, symbol);
+    };
+    for (std::uint32_t i = 0; i < parameterCount; ++i) {
+        parameters_.at(i) = number(parameterRanges.at(i).symbol, firstParameter + i);
+    }
+    for (std::uint32_t i = 0; i < readingCount; ++i) {
+        readings_.at(i) = number(readingSymbols.at(i), firstReading + i);
+    }
+}
+
+std::uint32_t PortNumbers::of(Parameter parameter) const {
+    return parameters_.at(static_cast<std::size_t>(parameter));
+}
+
+std::uint32_t PortNumbers::of(Reading reading) const {
+    return readings_.at(static_cast<std::size_t>(reading));
+}
+
+std::optional<Parameter> PortNumbers::parameterAt(std::uint32_t port) const {
+    return find<Parameter>(parameters_, port);
+}
+
+std::optional<Reading> PortNumbers::readingAt(std::uint32_t port) const {
+    return find<Reading>(readings_, port);
+}
+
+}  // namespace orvalo::effect::ui

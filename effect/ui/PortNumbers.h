@@ -1,0 +1,42 @@
+#pragma once
+
+#include <lv2/ui/ui.h>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include "effect/dsp/Parameter.h"
+
+namespace orvalo::effect::ui {
+
+/// What the effect shows of itself, in the order of its ports.
+enum class Reading : std::uint8_t {
+    reduction,
+    ducking,
+    inputLevel,
+    outputLevel,
+    midiInCount,
+    midiOutCount,
+};
+inline constexpr std::size_t readingCount = 6;
+
+/// The numbers of the effect's control ports.
+class PortNumbers {
+  public:
+    /// As the host maps their symbols, or as the bundle numbers them where it has no map.
+    explicit PortNumbers(const LV2UI_Port_Map* map);
+
+    /// LV2UI_INVALID_PORT_INDEX for a port that the host does not know.
+    std::uint32_t of(Parameter parameter) const;
+    std::uint32_t of(Reading reading) const;
+
+    std::optional<Parameter> parameterAt(std::uint32_t port) const;
+    std::optional<Reading> readingAt(std::uint32_t port) const;
+
+  private:
+    std::array<std::uint32_t, parameterCount> parameters_{};
+    std::array<std::uint32_t, readingCount> readings_{};
+};
+
+}  // namespace orvalo::effect::ui

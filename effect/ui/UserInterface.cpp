@@ -1,0 +1,240 @@
+#include "effect/ui/UserInterface.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "effect/ui/KeyReading.h"
+#include "effect/ui/PresetFile.h"
+#include "effect/ui/paint/ScenePainter.h"
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+/// A meter that moves by less does not move on the screen.
+constexpr float visibleChange = 0.02F;
+
+double clockSeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+PluginWindow::Size scaled(int width, int height, double scale) {
+    return {static_cast<int>(std::lround(width * scale)),
+            static_cast<int>(std::lround(height * scale))};
+}
+
+}  // namespace
+
+std::unique_ptr<UserInterface> UserInterface::open(const std::string& bundle,
+                                                   LV2UI_Write_Function write,
+                                                   LV2UI_Controller controller,
+                                                   const LV2_Feature* const* features) {
+    const Features offered(features);
+    if (!offered.parent) {
+        static_cast<void>(
+            std::fputs("orvalo-ui: the host gives no parent window (ui:parent)\n", stderr));
+        return nullptr;
+    }
+    const auto size = scaled(Layout::naturalWidth, Layout::naturalHeight, offered.scale);
+    auto window = PluginWindow::open(
+        *offered.parent, size, scaled(Layout::leastWidth, Layout::leastHeight, offered.scale));
+    if (window == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<UserInterface> self(
+        new UserInterface(offered, bundle, write, controller, std::move(window)));
+    if (offered.resize != nullptr) {
+        offered.resize->ui_resize(offered.resize->handle, size.width, size.height);
+    }
+    return self;
+}
+
+UserInterface::UserInterface(const Features& features, const std::string& bundle,
+                             LV2UI_Write_Function write, LV2UI_Controller controller,
+                             std::unique_ptr<PluginWindow> window)
+    : scale_(features.scale),
+      drawEvery_(0.9 / features.updateRate),
+      host_(features, write, controller),
+      editor_(scene_, host_),
+      pointer_(scene_, editor_),
+      keys_(scene_, editor_),
+      window_(std::move(window)) {
+    scene_.presets = PresetChoice(readPresets(bundle));
+    scene_.presets.update(scene_.values);
+    adoptSize();
+}
+
+void UserInterface::portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t format,
+                              const void* buffer) {
+    if (format != 0 || size != sizeof(float) || buffer == nullptr) {
+        return;
+    }
+    float value = 0.0F;
+    std::memcpy(&value, buffer, sizeof value);
+    if (!std::isfinite(value)) {
+        return;
+    }
+    if (const auto parameter = host_.ports().parameterAt(port)) {
+        editor_.receive(*parameter, value);
+    } else if (const auto reading = host_.ports().readingAt(port)) {
+        readReading(*reading, value);
+    }
+}
+
+void UserInterface::readReading(Reading reading, float value) {
+    const double now = clockSeconds();
+    const auto take = [&](float& level) {
+        if (std::abs(level - value) >= visibleChange || value <= Levels::lowest || value == 0.0F) {
+            scene_.touch(Part::meters);
+            scene_.touch(Part::curve);
+        }
+        level = value;
+        scene_.history.take(scene_.levels, now);
+    };
+    switch (reading) {
+        case Reading::reduction:
+            return take(scene_.levels.reduction);
+        case Reading::ducking:
+            return take(scene_.levels.ducking);
+        case Reading::inputLevel:
+            return take(scene_.levels.input);
+        case Reading::outputLevel:
+            return take(scene_.levels.output);
+        case Reading::midiInCount:
+            return scene_.lightIn.take(value, now);
+        case Reading::midiOutCount:
+            return scene_.lightOut.take(value, now);
+    }
+}
+
+bool UserInterface::idle() {
+    while (const auto event = window_->nextEvent()) {
+        handle(*event);
+    }
+    if (window_->isClosed()) {
+        return true;
+    }
+    const double now = clockSeconds();
+    passTime(now);
+    if (scene_.isChanged() && now - lastDrawn_ >= drawEvery_ && window_->isVisible(now)) {
+        draw(now);
+        lastDrawn_ = now;
+    }
+    return window_->isClosed();
+}
+
+void UserInterface::passTime(double now) {
+    if (scene_.history.advance(now)) {
+        scene_.touch(Part::history);
+    }
+    const double in = scene_.lightIn.brightness(now);
+    const double out = scene_.lightOut.brightness(now);
+    if (in != std::exchange(lightIn_, in)) {
+        scene_.touch(Part::lightIn);
+    }
+    if (out != std::exchange(lightOut_, out)) {
+        scene_.touch(Part::lightOut);
+    }
+}
+
+void UserInterface::draw(double now) {
+    auto& picture = window_->picture();
+    const auto size = window_->size();
+    if (picture.resize(size.width, size.height)) {
+        scene_.touchAll();
+    }
+    const auto drawn = paintScene(picture.context(), scene_, now);
+    scene_.drawn();
+    picture.present(drawn);
+    window_->flush();
+}
+
+void UserInterface::adoptSize() {
+    const auto size = window_->size();
+    scene_.layout = Layout::of(size.width, size.height, scale_);
+    scene_.touchAll();
+}
+
+void UserInterface::resize(int width, int height) {
+    window_->requestSize({width, height});
+}
+
+void UserInterface::handle(const XEvent& event) {
+    switch (event.type) {
+        case Expose:
+            scene_.touchAll();
+            break;
+        case ConfigureNotify:
+            adoptSize();
+            break;
+        case ButtonPress:
+            handleButton(event.xbutton);
+            break;
+        case ButtonRelease:
+            if (event.xbutton.button == Button1) {
+                pointer_.release();
+            }
+            break;
+        case MotionNotify: {
+            const auto& motion = event.xmotion;
+            pointer_.move({.x = static_cast<double>(motion.x),
+                           .y = static_cast<double>(motion.y),
+                           .time = 0.001 * static_cast<double>(motion.time),
+                           .fine = asksForFine(motion.state)});
+            break;
+        }
+        case LeaveNotify:
+            pointer_.leave();
+            break;
+        case KeyPress:
+            handleKey(event.xkey);
+            break;
+        case FocusIn:
+        case FocusOut:
+            editor_.setHasKeyboard(event.type == FocusIn);
+            break;
+        default:
+            break;
+    }
+}
+
+void UserInterface::handleButton(const XButtonEvent& button) {
+    const Pointer pointer{.x = static_cast<double>(button.x),
+                          .y = static_cast<double>(button.y),
+                          .time = 0.001 * static_cast<double>(button.time),
+                          .fine = asksForFine(button.state)};
+    // The wheel is four more buttons: up, down, left, right.
+    constexpr unsigned int wheelLeft = 6;
+    constexpr unsigned int wheelRight = 7;
+    switch (button.button) {
+        case Button1:
+            window_->takeKeyboard(button.time);
+            pointer_.press(pointer);
+            break;
+        case Button4:
+        case wheelRight:
+            pointer_.wheel(pointer, 1);
+            break;
+        case Button5:
+        case wheelLeft:
+            pointer_.wheel(pointer, -1);
+            break;
+        default:
+            break;
+    }
+}
+
+void UserInterface::handleKey(const XKeyEvent& key) {
+    // A host may hand keys on without handing over the keyboard.
+    editor_.setHasKeyboard(true);
+    const auto press = readKey(key);
+    if (!press || !keys_.press(*press)) {
+        window_->passOn(key);
+    }
+}
+
+}  // namespace orvalo::effect::ui

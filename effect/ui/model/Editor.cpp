@@ -1,0 +1,176 @@
+#include "effect/ui/model/Editor.h"
+
+#include "effect/ui/model/ValueText.h"
+
+namespace orvalo::effect::ui {
+
+void Editor::show(Parameter parameter, float value) {
+    scene_.values.set(parameter, value);
+    scene_.touch(parameter);
+    scene_.touch(Part::curve);
+    if (parameter == Parameter::enabled) {
+        scene_.touchAll();
+    }
+    if (scene_.presets.update(scene_.values)) {
+        scene_.touch(Part::header);
+    }
+}
+
+void Editor::set(Parameter parameter, float value) {
+    if (scene_.values[parameter] == value) {
+        return;
+    }
+    show(parameter, value);
+    host_.write(parameter, scene_.values[parameter]);
+}
+
+void Editor::setOnce(Parameter parameter, float value) {
+    if (scene_.values[parameter] == value) {
+        return;
+    }
+    host_.grab(parameter, true);
+    set(parameter, value);
+    host_.grab(parameter, false);
+}
+
+void Editor::receive(Parameter parameter, float value) {
+    if (parameter != held_ && scene_.values[parameter] != value) {
+        show(parameter, value);
+    }
+}
+
+void Editor::hold(Parameter parameter) {
+    release();
+    held_ = parameter;
+    host_.grab(parameter, true);
+    scene_.touch(parameter);
+}
+
+void Editor::release() {
+    if (held_) {
+        host_.grab(*held_, false);
+        scene_.touch(*held_);
+        held_.reset();
+    }
+}
+
+void Editor::choosePreset(std::size_t index) {
+    // Copied, because a host may answer a write with a change of its own at once.
+    const Preset preset = scene_.presets.presets().at(index);
+    scene_.presets.choose(index);
+    for (const auto& [parameter, value] : preset.values) {
+        host_.grab(parameter, true);
+        show(parameter, value);
+        host_.write(parameter, scene_.values[parameter]);
+        host_.grab(parameter, false);
+    }
+    scene_.touch(Part::header);
+}
+
+void Editor::stepPreset(int direction) {
+    if (const auto next = scene_.presets.neighbour(direction)) {
+        choosePreset(*next);
+    }
+}
+
+void Editor::openList() {
+    if (!scene_.presets.presets().empty()) {
+        scene_.list = scene_.presets.chosen().value_or(0);
+        scene_.touchAll();
+    }
+}
+
+void Editor::closeList() {
+    scene_.list.reset();
+    scene_.touchAll();
+}
+
+void Editor::markEntry(std::size_t index) {
+    if (scene_.list && *scene_.list != index) {
+        scene_.list = index;
+        scene_.touch(Part::header);
+    }
+}
+
+void Editor::beginEntry(Parameter parameter) {
+    scene_.entry = ValueEntry{
+        .parameter = parameter,
+        .entry = TextEntry(valueText(parameter, scene_.values[parameter])),
+        .complaint = {},
+    };
+    scene_.touchAll();
+}
+
+bool Editor::commitEntry() {
+    if (!scene_.entry) {
+        return true;
+    }
+    const Parameter parameter = scene_.entry->parameter;
+    const auto typed = typedValue(parameter, scene_.entry->entry.text());
+    if (!typed.value) {
+        scene_.entry->complaint = typed.complaint;
+        scene_.touchAll();
+        return false;
+    }
+    cancelEntry();
+    setOnce(parameter, *typed.value);
+    return true;
+}
+
+void Editor::cancelEntry() {
+    if (scene_.entry) {
+        scene_.entry.reset();
+        scene_.touchAll();
+    }
+}
+
+void Editor::entryChanged() {
+    if (!scene_.entry->complaint.empty()) {
+        scene_.entry->complaint.clear();
+        scene_.touchAll();
+    }
+    scene_.touch(scene_.entry->parameter);
+}
+
+void Editor::touch(const Target& target) {
+    using Kind = Target::Kind;
+    if (target.kind == Kind::control || target.kind == Kind::value) {
+        scene_.touch(target.parameter);
+    } else if (target.kind != Kind::nothing) {
+        scene_.touch(Part::header);
+    }
+}
+
+void Editor::hover(const Target& target) {
+    if (target != scene_.hovered) {
+        touch(scene_.hovered);
+        scene_.hovered = target;
+        touch(target);
+    }
+}
+
+void Editor::touchFocus() {
+    if (const auto parameter = scene_.focusedControl()) {
+        scene_.touch(*parameter);
+    } else {
+        scene_.touch(Part::header);
+    }
+}
+
+void Editor::focus(std::size_t place, bool shown) {
+    if (place != scene_.focus || shown != scene_.showsFocus) {
+        touchFocus();
+        scene_.focus = place;
+        scene_.showsFocus = shown;
+        touchFocus();
+    }
+}
+
+void Editor::setHasKeyboard(bool has) {
+    if (has != scene_.hasKeyboard) {
+        scene_.hasKeyboard = has;
+        touchFocus();
+    }
+}
+
+}  // namespace orvalo::effect::ui

@@ -1,0 +1,46 @@
+#include "effect/ui/model/History.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvalo::effect::ui {
+
+void History::take(const Levels& levels, double now) {
+    advance(now);
+    current_ = levels;
+    highest_ = {.input = std::max(highest_.input, levels.input),
+                .output = std::max(highest_.output, levels.output),
+                .reduction = std::max(highest_.reduction, levels.reduction),
+                .ducking = std::max(highest_.ducking, levels.ducking)};
+}
+
+bool History::advance(double now) {
+    if (!started_) {
+        started_ = true;
+        end_ = now + secondsPerStep;
+        return false;
+    }
+    if (now < end_) {
+        return false;
+    }
+    const double passed = std::floor((now - end_) / secondsPerStep) + 1.0;
+    // After a long pause everything older than the picture is gone anyhow.
+    const auto count = static_cast<std::size_t>(std::min(passed, static_cast<double>(steps) + 1.0));
+    bool changed = false;
+    for (std::size_t i = 0; i < count; ++i) {
+        close();
+        changed = changed || alike_ < steps;
+    }
+    end_ += passed * secondsPerStep;
+    return changed;
+}
+
+void History::close() {
+    const Levels newest = steps_[(first_ + steps - 1) % steps];
+    steps_[first_] = highest_;
+    first_ = (first_ + 1) % steps;
+    alike_ = highest_ == newest ? std::min(alike_ + 1, steps) : 1;
+    highest_ = current_;
+}
+
+}  // namespace orvalo::effect::ui

@@ -1,0 +1,200 @@
+#include "effect/ui/model/KeyInput.h"
+
+#include "effect/ui/model/Control.h"
+#include "effect/ui/model/ValueMapping.h"
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+bool isSpace(const Keystroke& key) {
+    return key.key == Key::character && key.character == ' ';
+}
+
+/// How many steps a key turns a knob, 0 for other keys.
+int stepsOf(Key key) {
+    switch (key) {
+        case Key::up:
+        case Key::right:
+            return 1;
+        case Key::down:
+        case Key::left:
+            return -1;
+        case Key::pageUp:
+            return KeyInput::pageSteps;
+        case Key::pageDown:
+            return -KeyInput::pageSteps;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
+bool KeyInput::press(const Keystroke& key) {
+    if (scene_.entry) {
+        return pressInEntry(key);
+    }
+    if (scene_.list) {
+        return pressInList(key);
+    }
+    if (key.key == Key::tab || key.key == Key::backTab) {
+        moveFocus(key.key == Key::tab ? 1 : -1);
+        return true;
+    }
+    const auto parameter = scene_.focusedControl();
+    const bool used = parameter ? pressOnControl(*parameter, key) : pressOnPresets(key);
+    if (used) {
+        editor_.focus(scene_.focus, true);
+    }
+    return used;
+}
+
+void KeyInput::moveFocus(int direction) {
+    const std::size_t by = direction > 0 ? 1 : focusCount - 1;
+    // The first time the key only shows where the keyboard is.
+    editor_.focus(scene_.showsFocus ? (scene_.focus + by) % focusCount : scene_.focus, true);
+}
+
+bool KeyInput::pressInEntry(const Keystroke& key) {
+    auto& entry = scene_.entry->entry;
+    switch (key.key) {
+        case Key::enter:
+            editor_.commitEntry();
+            return true;
+        case Key::tab:
+        case Key::backTab:
+            if (editor_.commitEntry()) {
+                scene_.showsFocus = true;
+                moveFocus(key.key == Key::tab ? 1 : -1);
+            }
+            return true;
+        case Key::escape:
+            editor_.cancelEntry();
+            return true;
+        case Key::character:
+            entry.insert(key.character);
+            break;
+        case Key::backspace:
+            entry.eraseBefore();
+            break;
+        case Key::erase:
+            entry.eraseAfter();
+            break;
+        case Key::left:
+            entry.moveBy(-1);
+            break;
+        case Key::right:
+            entry.moveBy(1);
+            break;
+        case Key::home:
+            entry.moveToStart();
+            break;
+        case Key::end:
+            entry.moveToEnd();
+            break;
+        case Key::chooseAll:
+            entry.chooseAll();
+            break;
+        default:
+            return true;
+    }
+    editor_.entryChanged();
+    return true;
+}
+
+bool KeyInput::pressInList(const Keystroke& key) {
+    const std::size_t count = scene_.presets.presets().size();
+    const std::size_t marked = *scene_.list;
+    switch (key.key) {
+        case Key::up:
+            editor_.markEntry((marked + count - 1) % count);
+            break;
+        case Key::down:
+            editor_.markEntry((marked + 1) % count);
+            break;
+        case Key::home:
+            editor_.markEntry(0);
+            break;
+        case Key::end:
+            editor_.markEntry(count - 1);
+            break;
+        case Key::enter:
+            editor_.closeList();
+            editor_.choosePreset(marked);
+            break;
+        case Key::escape:
+        case Key::tab:
+        case Key::backTab:
+            editor_.closeList();
+            break;
+        default:
+            if (isSpace(key)) {
+                editor_.closeList();
+                editor_.choosePreset(marked);
+            }
+            break;
+    }
+    return true;
+}
+
+bool KeyInput::pressOnPresets(const Keystroke& key) {
+    const auto place = static_cast<Focus>(scene_.focus);
+    const bool activates = key.key == Key::enter || isSpace(key);
+    if (place != Focus::presetName) {
+        if (activates) {
+            editor_.stepPreset(place == Focus::previousPreset ? -1 : 1);
+        }
+        return activates;
+    }
+    if (activates || key.key == Key::down) {
+        editor_.openList();
+        return true;
+    }
+    if (key.key == Key::left || key.key == Key::right) {
+        editor_.stepPreset(key.key == Key::left ? -1 : 1);
+        return true;
+    }
+    return false;
+}
+
+bool KeyInput::pressOnControl(Parameter parameter, const Keystroke& key) {
+    if (parameter == Parameter::enabled) {
+        if (key.key == Key::enter || isSpace(key)) {
+            editor_.setOnce(parameter, scene_.values[parameter] > 0.0F ? 0.0F : 1.0F);
+            return true;
+        }
+        return false;
+    }
+    if (const int steps = stepsOf(key.key); steps != 0) {
+        editor_.setOnce(parameter, stepped(parameter, scene_.values[parameter], steps, key.fine));
+        return true;
+    }
+    switch (key.key) {
+        case Key::home:
+            editor_.setOnce(parameter, range(parameter).minimum);
+            return true;
+        case Key::end:
+            editor_.setOnce(parameter, range(parameter).maximum);
+            return true;
+        case Key::backspace:
+        case Key::erase:
+            editor_.setOnce(parameter, range(parameter).standard);
+            return true;
+        case Key::enter:
+            editor_.beginEntry(parameter);
+            return true;
+        default:
+            break;
+    }
+    // Digits and signs begin a value at once.
+    const char c = key.character;
+    if (key.key == Key::character && ((c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.')) {
+        editor_.beginEntry(parameter);
+        scene_.entry->entry.insert(c);
+        return true;
+    }
+    return false;
+}
+
+}  // namespace orvalo::effect::ui

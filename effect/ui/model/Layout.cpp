@@ -1,0 +1,232 @@
+#include "effect/ui/model/Layout.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+/// How the window's parts are arranged, by its shape.
+enum class Shape : std::uint8_t { standard, wide, tall };
+
+struct Slot {
+    Section section;
+    int columns;
+};
+using Row = std::vector<Slot>;
+
+constexpr double wideFrom = 2.1;
+constexpr double tallBelow = 0.9;
+
+Shape shapeOf(double width, double height) {
+    if (width > wideFrom * height) {
+        return Shape::wide;
+    }
+    return width < tallBelow * height ? Shape::tall : Shape::standard;
+}
+
+std::vector<Row> rowsOf(Shape shape) {
+    if (shape == Shape::tall) {
+        return {{{Section::compressor, 5}},
+                {{Section::level, 3}, {Section::ducking, 2}},
+                {{Section::trigger, 3}, {Section::meters, 2}}};
+    }
+    return {{{Section::compressor, 5}, {Section::level, 3}},
+            {{Section::ducking, 2}, {Section::trigger, 3}, {Section::meters, 3}}};
+}
+
+std::vector<Parameter> parametersOf(Section section) {
+    switch (section) {
+        case Section::compressor:
+            return {Parameter::threshold, Parameter::ratio, Parameter::knee, Parameter::attack,
+                    Parameter::release};
+        case Section::level:
+            return {Parameter::makeup, Parameter::mix, Parameter::output};
+        case Section::ducking:
+            return {Parameter::duckDepth, Parameter::duckRelease};
+        case Section::trigger:
+            return {Parameter::triggerLevel, Parameter::triggerNote, Parameter::midiChannel};
+        case Section::meters:
+            break;
+    }
+    return {};
+}
+
+/// On whole pixels, where edges are sharp.
+Rect sharp(const Rect& rect) {
+    const double x = std::round(rect.x);
+    const double y = std::round(rect.y);
+    return {x, y, std::max(0.0, std::round(rect.right()) - x),
+            std::max(0.0, std::round(rect.bottom()) - y)};
+}
+
+/// The unit for a window that is `share` of the natural size.
+double unitFor(double share, double scale) {
+    constexpr double natural = 8.0;
+    constexpr double growth = 0.75;
+    return natural * scale * std::pow(std::max(share, 0.05) / scale, growth);
+}
+
+class Arrangement {
+  public:
+    Arrangement(Layout& layout, Shape shape) : layout_(layout), unit_(layout.unit), shape_(shape) {}
+
+    void arrange() {
+        const double margin = unit_;
+        const Rect inner = layout_.whole().inset(margin, margin);
+        const double headerHeight = 4.0 * unit_;
+        placeHeader({inner.x, inner.y - 0.5 * unit_, inner.width, headerHeight});
+        const double top = layout_.header.bottom() + 0.5 * unit_;
+        const Rect body{inner.x, top, inner.width, std::max(0.0, inner.bottom() - top)};
+        if (shape_ == Shape::wide) {
+            const double left = std::round(0.42 * body.width);
+            placeGraphs({body.x, body.y, left, body.height});
+            placeRows({body.x + left + unit_, body.y, std::max(0.0, body.width - left - unit_),
+                       body.height});
+            return;
+        }
+        const auto count = static_cast<double>(rowsOf(shape_).size());
+        const double gaps = (count - 1.0) * unit_;
+        const double row =
+            std::max(12.5 * unit_, (shape_ == Shape::tall ? 0.15 : 0.2) * layout_.height);
+        const double rows = std::min(count * row + gaps, 0.7 * body.height);
+        const double graphs = std::max(0.0, body.height - rows - unit_);
+        placeGraphs({body.x, body.y, body.width, graphs});
+        placeRows({body.x, body.y + graphs + unit_, body.width, rows});
+    }
+
+  private:
+    void placeHeader(const Rect& area) {
+        layout_.header = sharp(area);
+        const double high = 3.0 * unit_;
+        const double y = area.centerY() - 0.5 * high;
+        const double arrow = 3.0 * unit_;
+        const double gap = 0.5 * unit_;
+        const double name = std::min(26.0 * unit_, area.width - 34.0 * unit_);
+        const double start = area.centerX() - 0.5 * name;
+        layout_.wordmark = sharp({area.x, y, 12.0 * unit_, high});
+        layout_.previousPreset = sharp({start - gap - arrow, y, arrow, high});
+        layout_.presetName = sharp({start, y, name, high});
+        layout_.nextPreset = sharp({start + name + gap, y, arrow, high});
+        const double power = 9.0 * unit_;
+        cell(Parameter::enabled).area = sharp({area.right() - power, y, power, high});
+    }
+
+    void placeGraphs(const Rect& area) {
+        constexpr double besideFrom = 1.3;
+        if (area.width >= besideFrom * area.height) {
+            const double curve = std::round(std::min(area.height, 0.42 * area.width));
+            layout_.curve = sharp({area.x, area.y, curve, area.height});
+            layout_.history =
+                sharp({area.x + curve + unit_, area.y, area.width - curve - unit_, area.height});
+            return;
+        }
+        const double curve = std::round(std::min(area.width, 0.55 * area.height));
+        layout_.curve = sharp({area.x, area.y, area.width, curve});
+        layout_.history =
+            sharp({area.x, area.y + curve + unit_, area.width, area.height - curve - unit_});
+    }
+
+    void placeRows(const Rect& area) {
+        const auto rows = rowsOf(shape_);
+        const auto count = static_cast<double>(rows.size());
+        const double high = std::max(0.0, (area.height - (count - 1.0) * unit_) / count);
+        double y = area.y;
+        for (const auto& row : rows) {
+            placeRow(row, {area.x, y, area.width, high});
+            y += high + unit_;
+        }
+    }
+
+    void placeRow(const Row& row, const Rect& area) {
+        int columns = 0;
+        for (const auto& slot : row) {
+            columns += slot.columns;
+        }
+        // The gaps are taken from the panels in proportion, so that rows with the same columns
+        // stand exactly above each other.
+        const double column = (area.width + unit_) / columns;
+        double x = area.x;
+        for (const auto& slot : row) {
+            const double wide = slot.columns * column;
+            placePanel(slot.section, sharp({x, area.y, wide - unit_, area.height}));
+            x += wide;
+        }
+    }
+
+    void placePanel(Section section, const Rect& area) {
+        auto& panel = layout_.panels[static_cast<std::size_t>(section)];
+        panel.area = area;
+        const double title = std::min(2.5 * unit_, 0.22 * area.height);
+        panel.title = sharp({area.x + unit_, area.y + 0.5 * unit_,
+                             std::max(0.0, area.width - 2.0 * unit_), title - 0.5 * unit_});
+        const Rect content{area.x, area.y + title, area.width,
+                           std::max(0.0, area.height - title - 0.5 * unit_)};
+        if (section == Section::meters) {
+            placeMeters(content.inset(unit_, 0.25 * unit_));
+            return;
+        }
+        const auto parameters = parametersOf(section);
+        const double wide = content.width / static_cast<double>(parameters.size());
+        double x = content.x;
+        for (const auto parameter : parameters) {
+            placeCell(parameter, sharp({x, content.y, wide, content.height}));
+            x += wide;
+        }
+    }
+
+    void placeCell(Parameter parameter, const Rect& area) {
+        const double line = std::min(1.4 * layout_.text, 0.26 * area.height);
+        auto& cell = this->cell(parameter);
+        cell.area = area;
+        cell.label = sharp({area.x, area.y, area.width, line});
+        cell.value = sharp({area.x + 0.25 * unit_, area.bottom() - line,
+                            std::max(0.0, area.width - 0.5 * unit_), line});
+        const double between = cell.value.y - cell.label.bottom();
+        const double size = std::max(0.0, std::min(between - 0.5 * unit_, 0.8 * area.width));
+        cell.dial = {area.centerX() - 0.5 * size,
+                     cell.label.bottom() + 0.5 * (between - size) + 0.125 * unit_, size, size};
+    }
+
+    void placeMeters(const Rect& area) {
+        const double high = area.height / static_cast<double>(meterCount);
+        for (std::size_t i = 0; i < meterCount; ++i) {
+            layout_.meters[i] =
+                sharp({area.x, area.y + static_cast<double>(i) * high, area.width, high});
+        }
+    }
+
+    Cell& cell(Parameter parameter) { return layout_.cells[static_cast<std::size_t>(parameter)]; }
+
+    Layout& layout_;
+    double unit_;
+    Shape shape_;
+};
+
+}  // namespace
+
+Layout Layout::of(double width, double height, double scale) {
+    Layout layout;
+    layout.width = std::max(1.0, width);
+    layout.height = std::max(1.0, height);
+    const Shape shape = shapeOf(layout.width, layout.height);
+    double acrossNatural = naturalWidth;
+    double downNatural = naturalHeight;
+    if (shape == Shape::wide) {
+        acrossNatural = 1040.0;
+        downNatural = 300.0;
+    } else if (shape == Shape::tall) {
+        acrossNatural = 420.0;
+        downNatural = 680.0;
+    }
+    layout.unit =
+        unitFor(std::min(layout.width / acrossNatural, layout.height / downNatural), scale);
+    layout.text = std::max(1.5 * layout.unit, leastText * std::min(scale, layout.height / 240.0));
+    layout.dragTravel = 25.0 * layout.unit;
+    Arrangement(layout, shape).arrange();
+    return layout;
+}
+
+}  // namespace orvalo::effect::ui

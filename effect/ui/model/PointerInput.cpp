@@ -1,0 +1,134 @@
+#include "effect/ui/model/PointerInput.h"
+
+#include <cmath>
+
+#include "effect/ui/model/Control.h"
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+using Kind = Target::Kind;
+
+std::size_t focusOf(Parameter parameter) {
+    return static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter);
+}
+
+}  // namespace
+
+bool PointerInput::isSecondPress(const Target& target, const Pointer& pointer) const {
+    const double reach = scene_.layout.unit;
+    return pressedAt_ && target == pressed_ &&
+           pointer.time - pressedAt_->time <= doubleClickSeconds &&
+           std::abs(pointer.x - pressedAt_->x) <= reach &&
+           std::abs(pointer.y - pressedAt_->y) <= reach;
+}
+
+void PointerInput::press(const Pointer& pointer) {
+    const Target target = scene_.targetAt(pointer.x, pointer.y);
+    const bool inEntry =
+        scene_.entry &&
+        scene_.layout.entryField(scene_.entry->parameter).contains(pointer.x, pointer.y);
+    if (inEntry) {
+        scene_.entry->entry.moveToEnd();
+        editor_.entryChanged();
+        return;
+    }
+    // Turning to something else takes what was typed; what is no value is dropped.
+    if (scene_.entry && !editor_.commitEntry()) {
+        editor_.cancelEntry();
+    }
+    switch (target.kind) {
+        case Kind::control:
+            pressControl(target.parameter, pointer);
+            break;
+        case Kind::value:
+            editor_.focus(focusOf(target.parameter), false);
+            if (isSecondPress(target, pointer)) {
+                break;
+            }
+            editor_.beginEntry(target.parameter);
+            break;
+        case Kind::previousPreset:
+        case Kind::nextPreset:
+            editor_.focus(
+                static_cast<std::size_t>(target.kind == Kind::previousPreset ? Focus::previousPreset
+                                                                             : Focus::nextPreset),
+                false);
+            editor_.stepPreset(target.kind == Kind::previousPreset ? -1 : 1);
+            break;
+        case Kind::presetName:
+            editor_.focus(static_cast<std::size_t>(Focus::presetName), false);
+            editor_.openList();
+            break;
+        case Kind::presetEntry:
+            editor_.closeList();
+            editor_.choosePreset(target.entry);
+            break;
+        case Kind::outsideList:
+            editor_.closeList();
+            break;
+        case Kind::nothing:
+            break;
+    }
+    pressed_ = target;
+    pressedAt_ = pointer;
+}
+
+void PointerInput::pressControl(Parameter parameter, const Pointer& pointer) {
+    editor_.focus(focusOf(parameter), false);
+    if (parameter == Parameter::enabled) {
+        editor_.setOnce(parameter, scene_.values[parameter] > 0.0F ? 0.0F : 1.0F);
+        return;
+    }
+    editor_.hold(parameter);
+    if (isSecondPress({.kind = Kind::control, .parameter = parameter}, pointer)) {
+        editor_.set(parameter, range(parameter).standard);
+    }
+    drag_.emplace(parameter, scene_.values[parameter]);
+    last_ = pointer;
+}
+
+void PointerInput::move(const Pointer& pointer) {
+    if (!drag_) {
+        const Target target = scene_.targetAt(pointer.x, pointer.y);
+        editor_.hover(target);
+        if (target.kind == Kind::presetEntry) {
+            editor_.markEntry(target.entry);
+        }
+        return;
+    }
+    const double up = (last_.y - pointer.y) + (pointer.x - last_.x);
+    last_ = pointer;
+    if (up != 0.0) {
+        editor_.set(drag_->parameter(), drag_->move(up / scene_.layout.dragTravel, pointer.fine));
+        // A press that has dragged is no first half of a double click.
+        pressedAt_.reset();
+    }
+}
+
+void PointerInput::release() {
+    if (drag_) {
+        drag_.reset();
+        editor_.release();
+    }
+}
+
+void PointerInput::wheel(const Pointer& pointer, int turns) {
+    if (drag_ || scene_.entry) {
+        return;
+    }
+    const Target target = scene_.targetAt(pointer.x, pointer.y);
+    const bool isControl = target.kind == Kind::control || target.kind == Kind::value;
+    if (isControl && target.parameter == Parameter::enabled) {
+        return;
+    }
+    if (isControl) {
+        editor_.setOnce(target.parameter, stepped(target.parameter, scene_.values[target.parameter],
+                                                  turns, pointer.fine));
+    } else if (target.kind == Kind::presetName) {
+        editor_.stepPreset(turns > 0 ? -1 : 1);
+    }
+}
+
+}  // namespace orvalo::effect::ui

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+
+#include "effect/ui/model/Editor.h"
+#include "effect/ui/model/Input.h"
+#include "effect/ui/model/ValueMapping.h"
+
+namespace orvalo::effect::ui {
+
+/// What the pointer does: dragging knobs, wheel, double click, values, presets.
+class PointerInput {
+  public:
+    /// Two presses within this many seconds, at nearly the same place, are a double click.
+    static constexpr double doubleClickSeconds = 0.4;
+
+    PointerInput(Scene& scene, Editor& editor) : scene_(scene), editor_(editor) {}
+
+    void press(const Pointer& pointer);
+    void move(const Pointer& pointer);
+    void release();
+    void leave() { editor_.hover({}); }
+    /// Turns of the wheel, upwards or to the right when positive.
+    void wheel(const Pointer& pointer, int turns);
+
+  private:
+    void pressControl(Parameter parameter, const Pointer& pointer);
+    bool isSecondPress(const Target& target, const Pointer& pointer) const;
+
+    Scene& scene_;
+    Editor& editor_;
+    std::optional<KnobDrag> drag_;
+    Pointer last_;
+    Target pressed_;
+    std::optional<Pointer> pressedAt_;
+};
+
+}  // namespace orvalo::effect::ui

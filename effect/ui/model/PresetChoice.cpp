@@ -1,0 +1,66 @@
+#include "effect/ui/model/PresetChoice.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+/// Values may have gone through a host's texts.
+bool isSame(float one, float other) {
+    return std::abs(one - other) <= 1e-4F * std::max(1.0F, std::abs(other));
+}
+
+bool areStandard(const ParameterValues& values) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        if (!isSame(values[static_cast<Parameter>(i)], parameterRanges.at(i).standard)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+bool PresetChoice::matches(const Preset& preset, const ParameterValues& values) const {
+    return !preset.values.empty() &&
+           std::all_of(preset.values.begin(), preset.values.end(),
+                       [&](const auto& one) { return isSame(values[one.first], one.second); });
+}
+
+std::string PresetChoice::describe(const ParameterValues& values) {
+    if (chosen_ && matches(presets_.at(*chosen_), values)) {
+        return presets_.at(*chosen_).name;
+    }
+    const auto found = std::find_if(presets_.begin(), presets_.end(),
+                                    [&](const Preset& one) { return matches(one, values); });
+    if (found != presets_.end()) {
+        chosen_ = static_cast<std::size_t>(found - presets_.begin());
+        return found->name;
+    }
+    if (areStandard(values)) {
+        return "Default";
+    }
+    return chosen_ ? presets_.at(*chosen_).name + " *" : "Own settings";
+}
+
+bool PresetChoice::update(const ParameterValues& values) {
+    std::string label = describe(values);
+    const bool changed = label != label_;
+    label_ = std::move(label);
+    return changed;
+}
+
+std::optional<std::size_t> PresetChoice::neighbour(int direction) const {
+    const std::size_t count = presets_.size();
+    if (count == 0) {
+        return std::nullopt;
+    }
+    if (!chosen_) {
+        return direction > 0 ? 0 : count - 1;
+    }
+    return (*chosen_ + (direction > 0 ? 1 : count - 1)) % count;
+}
+
+}  // namespace orvalo::effect::ui

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <algorithm>
+
+namespace orvalo::effect::ui {
+
+/// An area of the window in pixels, from its left and top edge.
+struct Rect {
+    double x = 0.0;
+    double y = 0.0;
+    double width = 0.0;
+    double height = 0.0;
+
+    double right() const { return x + width; }
+    double bottom() const { return y + height; }
+    double centerX() const { return x + 0.5 * width; }
+    double centerY() const { return y + 0.5 * height; }
+    bool isEmpty() const { return width <= 0.0 || height <= 0.0; }
+
+    bool contains(double px, double py) const {
+        return px >= x && px < right() && py >= y && py < bottom();
+    }
+
+    bool intersects(const Rect& other) const {
+        return x < other.right() && other.x < right() && y < other.bottom() && other.y < bottom();
+    }
+
+    /// Smaller by as much at each side, or larger where that is negative; never less than nothing.
+    Rect inset(double horizontal, double vertical) const {
+        return {x + horizontal, y + vertical, std::max(0.0, width - 2.0 * horizontal),
+                std::max(0.0, height - 2.0 * vertical)};
+    }
+
+    bool operator==(const Rect&) const = default;
+};
+
+}  // namespace orvalo::effect::ui

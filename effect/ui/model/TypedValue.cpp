@@ -1,0 +1,161 @@
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+#include "effect/ui/model/Control.h"
+#include "effect/ui/model/ValueText.h"
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+constexpr double millisecondsInSecond = 1000.0;
+constexpr int notesInOctave = 12;
+
+/// Without blanks, in small letters, with points and minus signs as programs write them.
+std::string plain(std::string_view text) {
+    constexpr std::string_view minus = "\u2212";
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (text.substr(i, minus.size()) == minus) {
+            result += '-';
+            i += minus.size() - 1;
+        } else if (c == ',') {
+            result += '.';
+        } else if (c >= 'A' && c <= 'Z') {
+            result += static_cast<char>(c - 'A' + 'a');
+        } else if (c != ' ' && c != '\t') {
+            result += c;
+        }
+    }
+    return result;
+}
+
+/// The number that the text begins with, and what follows it.
+std::optional<std::pair<double, std::string_view>> leadingNumber(std::string_view text) {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('-')) {
+            return std::nullopt;
+        }
+    }
+    double number = 0.0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
+    if (error != std::errc() || !std::isfinite(number)) {
+        return std::nullopt;
+    }
+    return std::pair(number, text.substr(static_cast<std::size_t>(end - text.data())));
+}
+
+/// The factor of a unit that may follow the number; absent when it is another unit's.
+std::optional<double> factor(Unit unit, std::string_view suffix) {
+    if (suffix.empty()) {
+        return 1.0;
+    }
+    switch (unit) {
+        case Unit::decibels:
+            return suffix == "db" ? std::optional(1.0) : std::nullopt;
+        case Unit::ratio:
+            return suffix == ":1" ? std::optional(1.0) : std::nullopt;
+        case Unit::percent:
+            return suffix == "%" ? std::optional(1.0) : std::nullopt;
+        case Unit::milliseconds:
+            if (suffix == "s") {
+                return millisecondsInSecond;
+            }
+            return suffix == "ms" ? std::optional(1.0) : std::nullopt;
+        case Unit::toggle:
+        case Unit::note:
+        case Unit::channel:
+            break;
+    }
+    return std::nullopt;
+}
+
+/// "c#2", or a name with its number behind it as it is shown: "c#2(37)".
+std::optional<double> noteByName(std::string_view text) {
+    constexpr std::string_view letters = "c.d.ef.g.a.b";
+    const auto letter =
+        text.empty() || text.front() == '.' ? std::string_view::npos : letters.find(text.front());
+    if (letter == std::string_view::npos) {
+        return std::nullopt;
+    }
+    text.remove_prefix(1);
+    int semitone = static_cast<int>(letter);
+    if (text.starts_with('#') || text.starts_with('b')) {
+        semitone += text.front() == '#' ? 1 : -1;
+        text.remove_prefix(1);
+    }
+    int octave = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), octave);
+    if (error != std::errc() || std::abs(octave) > notesInOctave) {
+        return std::nullopt;
+    }
+    const int note = (octave + 1) * notesInOctave + semitone;
+    const auto rest = text.substr(static_cast<std::size_t>(end - text.data()));
+    if (!rest.empty() && rest != "(" + std::to_string(note) + ")") {
+        return std::nullopt;
+    }
+    return note;
+}
+
+std::optional<double> number(Unit unit, std::string_view text) {
+    if (unit == Unit::channel && text == "all") {
+        return 0.0;
+    }
+    if (unit == Unit::note) {
+        if (const auto note = noteByName(text)) {
+            return note;
+        }
+    }
+    const auto leading = leadingNumber(text);
+    if (!leading) {
+        return std::nullopt;
+    }
+    const auto times = factor(unit, leading->second);
+    return times ? std::optional(leading->first * *times) : std::nullopt;
+}
+
+const char* what(Unit unit) {
+    switch (unit) {
+        case Unit::decibels:
+            return "no value in dB";
+        case Unit::ratio:
+            return "no ratio";
+        case Unit::milliseconds:
+            return "no time in ms or s";
+        case Unit::percent:
+            return "no percentage";
+        case Unit::note:
+            return "no note";
+        case Unit::channel:
+            return "no channel";
+        case Unit::toggle:
+            break;
+    }
+    return "neither on nor off";
+}
+
+}  // namespace
+
+TypedValue typedValue(Parameter parameter, std::string_view text) {
+    const auto& how = control(parameter);
+    const auto& ends = range(parameter);
+    const auto typed = number(how.unit, plain(text));
+    const bool mustBeWhole = how.taper == Taper::whole;
+    if (!typed || (mustBeWhole && *typed != std::round(*typed))) {
+        const std::string quoted = "\"" + std::string(text) + "\" is ";
+        return {std::nullopt, quoted + what(how.unit)};
+    }
+    const auto value = static_cast<float>(*typed);
+    if (value < ends.minimum || value > ends.maximum) {
+        return {std::nullopt, "From " + valueText(parameter, ends.minimum) + " to " +
+                                  valueText(parameter, ends.maximum)};
+    }
+    return {value, {}};
+}
+
+}  // namespace orvalo::effect::ui

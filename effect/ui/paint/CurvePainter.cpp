@@ -1,0 +1,127 @@
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "effect/ui/model/TransferCurve.h"
+#include "effect/ui/paint/Painters.h"
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+constexpr float lowest = -60.0F;
+constexpr float highest = 12.0F;
+constexpr float gridStep = 12.0F;
+
+/// The plot: levels in dB to places in pixels, the same way across and up.
+class Plot {
+  public:
+    explicit Plot(const Rect& area) : area_(area) {}
+
+    const Rect& area() const { return area_; }
+    double x(float level) const { return area_.x + share(level) * area_.width; }
+    double y(float level) const { return area_.bottom() - share(level) * area_.height; }
+
+  private:
+    static double share(float level) {
+        return (static_cast<double>(level) - lowest) / (static_cast<double>(highest) - lowest);
+    }
+
+    Rect area_;
+};
+
+void paintGrid(const Brush& brush, const Layout& layout, const Plot& plot) {
+    const double width = hairline(layout);
+    const TextStyle style{.size = 0.8 * layout.text, .colour = theme::dimText.withAlpha(0.75)};
+    const Rect& area = plot.area();
+    // Every second label where they would touch.
+    const bool dense = area.width / 6.0 > 2.4 * layout.text;
+    int index = 0;
+    for (float level = lowest + gridStep; level < highest; level += gridStep, ++index) {
+        const Colour colour = level == 0.0F ? theme::track : theme::line.withAlpha(0.7);
+        const double x = std::round(plot.x(level));
+        const double y = std::round(plot.y(level));
+        brush.fill({x, area.y, width, area.height}, colour);
+        brush.fill({area.x, y, area.width, width}, colour);
+        if (!dense && index % 2 != 0) {
+            continue;
+        }
+        const std::string text = std::to_string(std::lround(level));
+        const double high = 1.2 * layout.text;
+        brush.text({x - 4.0 * layout.unit - 0.25 * layout.unit, area.bottom() - high,
+                    4.0 * layout.unit, high},
+                   text, {.size = style.size, .colour = style.colour, .align = Align::right});
+        if (index > 0) {
+            brush.text({area.x + 0.4 * layout.unit, y, 4.0 * layout.unit, high}, text, style);
+        }
+    }
+}
+
+void tracePath(cairo_t* context, const Scene& scene, const Plot& plot) {
+    const int points = std::max(2, static_cast<int>(plot.area().width / 2.0));
+    for (int i = 0; i <= points; ++i) {
+        const float level =
+            lowest + (highest - lowest) * static_cast<float>(i) / static_cast<float>(points);
+        cairo_line_to(context, plot.x(level), plot.y(steadyOutput(scene.values, level)));
+    }
+}
+
+void paintDot(const Brush& brush, const Scene& scene, const Plot& plot) {
+    const float input = scene.levels.input;
+    if (input <= lowest) {
+        return;
+    }
+    const float output =
+        input + gainInForce(scene.values, scene.levels.reduction, scene.levels.ducking);
+    const double radius = std::max(2.5, 0.5 * scene.layout.unit);
+    const double x = std::min(plot.x(input), plot.area().right() - radius);
+    const double y =
+        std::clamp(plot.y(output), plot.area().y + radius, plot.area().bottom() - radius);
+    brush.disc(x, y, 1.9 * radius, accentOf(scene).withAlpha(0.3));
+    brush.disc(x, y, radius, theme::text);
+}
+
+}  // namespace
+
+void paintCurve(const Brush& brush, const Scene& scene) {
+    const Layout& layout = scene.layout;
+    const Rect& area = layout.curve;
+    brush.fill(area, theme::ground);
+    brush.fillRound(area, cornerRadius(layout), theme::panel);
+    const Plot plot(area.inset(0.5 * layout.unit, 0.5 * layout.unit));
+    if (plot.area().isEmpty()) {
+        return;
+    }
+    cairo_t* context = brush.context();
+    cairo_save(context);
+    cairo_rectangle(context, plot.area().x, plot.area().y, plot.area().width, plot.area().height);
+    cairo_clip(context);
+    paintGrid(brush, layout, plot);
+    brush.line(plot.x(lowest), plot.y(lowest), plot.x(highest), plot.y(highest), hairline(layout),
+               theme::track);
+
+    const Colour accent = accentOf(scene);
+    if (isEnabled(scene)) {
+        const double x = std::round(plot.x(scene.values[Parameter::threshold]));
+        brush.fill({x, plot.area().y, hairline(layout), plot.area().height},
+                   accent.withAlpha(0.35));
+    }
+    tracePath(context, scene, plot);
+    cairo_line_to(context, plot.area().right(), plot.area().bottom());
+    cairo_line_to(context, plot.area().x, plot.area().bottom());
+    cairo_close_path(context);
+    brush.use(accent.withAlpha(0.1));
+    cairo_fill(context);
+    tracePath(context, scene, plot);
+    brush.use(accent);
+    cairo_set_line_width(context, std::max(1.5, 0.25 * layout.unit));
+    cairo_stroke(context);
+    paintDot(brush, scene, plot);
+    if (!isEnabled(scene)) {
+        brush.text(plot.area().inset(layout.unit, 0.0), "Bypassed",
+                   {.size = 1.1 * layout.text, .colour = theme::dimText, .align = Align::centre});
+    }
+    cairo_restore(context);
+}
+
+}  // namespace orvalo::effect::ui

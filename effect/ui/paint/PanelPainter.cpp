@@ -1,0 +1,70 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "effect/ui/paint/Painters.h"
+
+namespace orvalo::effect::ui {
+
+namespace {
+
+constexpr std::array<const char*, sectionCount> titles{"COMPRESSOR", "LEVEL", "DUCKING", "TRIGGER",
+                                                       "METERS"};
+
+void paintLight(const Brush& brush, const Scene& scene, const Rect& title, const char* name,
+                double titleEnd, double brightness) {
+    const Layout& layout = scene.layout;
+    const double radius = std::max(2.5, 0.45 * layout.unit);
+    const double x = title.right() - radius;
+    const double y = title.centerY();
+    brush.disc(x, y, radius, theme::track);
+    if (brightness > 0.0) {
+        brush.disc(x, y, 1.7 * radius, theme::accent.withAlpha(0.25 * brightness));
+        brush.disc(x, y, radius, theme::accent.withAlpha(brightness));
+    }
+    const double end = x - radius - 0.6 * layout.unit;
+    const Rect area{titleEnd + 0.5 * layout.unit, title.y,
+                    std::max(0.0, end - titleEnd - 0.5 * layout.unit), title.height};
+    const TextStyle style{
+        .size = 0.9 * layout.text, .colour = theme::dimText, .align = Align::right};
+    const std::string full = std::string("MIDI ") + name;
+    brush.fittingText(area, {full.c_str(), name}, style);
+}
+
+}  // namespace
+
+double cornerRadius(const Layout& layout) {
+    return std::round(0.6 * layout.unit);
+}
+
+double hairline(const Layout& layout) {
+    return std::max(1.0, std::round(layout.unit / 8.0));
+}
+
+bool isEnabled(const Scene& scene) {
+    return scene.values[Parameter::enabled] > 0.0F;
+}
+
+Colour accentOf(const Scene& scene) {
+    return isEnabled(scene) ? theme::accent : theme::asleep;
+}
+
+void paintTitle(const Brush& brush, const Scene& scene, Section section, double brightness) {
+    const Rect& title = scene.layout.panel(section).title;
+    brush.fill(title, theme::panel);
+    const TextStyle style{.size = 0.85 * scene.layout.text, .colour = theme::dimText, .bold = true};
+    const char* text = titles.at(static_cast<std::size_t>(section));
+    brush.text(title, text, style);
+    const double end = title.x + brush.textWidth(text, style);
+    if (section == Section::ducking) {
+        paintLight(brush, scene, title, "in", end, brightness);
+    } else if (section == Section::trigger) {
+        paintLight(brush, scene, title, "out", end, brightness);
+    }
+}
+
+void paintPanel(const Brush& brush, const Scene& scene, Section section) {
+    brush.fillRound(scene.layout.panel(section).area, cornerRadius(scene.layout), theme::panel);
+}
+
+}  // namespace orvalo::effect::ui
