@@ -1,0 +1,40 @@
+#pragma once
+
+#include <deque>
+#include <mutex>
+
+#include "platform/foundation/OneShot.h"
+#include "platform/foundation/WorkItem.h"
+
+using SoupSession = struct _SoupSession;    // NOLINT(bugprone-reserved-identifier): libsoup's own.
+using GMainContext = struct _GMainContext;  // NOLINT(bugprone-reserved-identifier): GLib's own.
+
+namespace orvalo {
+
+/// The thread on which everything is loaded, side by side, so that neither the main thread nor the
+/// queues wait for the network. Made at the first use; lives until the process ends.
+class LoadingThread {
+  public:
+    static LoadingThread& shared();
+
+    /// Runs work on the thread, first in first out, and returns at once. Any thread but this one.
+    void perform(WorkItem work);
+    /// The HTTP client. On the thread only.
+    SoupSession* session() const { return session_; }
+    /// The thread's main context.
+    GMainContext* context() const { return context_; }
+
+  private:
+    LoadingThread();
+
+    void run();
+    void runOne();
+
+    std::mutex mutex_;
+    std::deque<WorkItem> items_;
+    OneShot isReady_;
+    SoupSession* session_ = nullptr;
+    GMainContext* context_ = nullptr;
+};
+
+}  // namespace orvalo
