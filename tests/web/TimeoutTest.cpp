@@ -1,0 +1,108 @@
+#include <gmock/gmock.h>
+
+#include "tests/testing/CapturedOutput.h"
+#include "tests/web/WebFixture.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using enum RecordingDelegate::Answer;
+
+constexpr double shortTime = 0.3;
+
+class TimeoutTest : public WebFixture {
+  protected:
+    const Site site{{{"/", titled("start", "<a href='/never'>never</a>")},
+                     {"/never", {.manner = Page::Manner::never}},
+                     {"/head", {.manner = Page::Manner::headOnly}},
+                     {"/old", redirection("/never")},
+                     {"/picture", titled("picture", "<img src='/never'>")},
+                     {"/next", titled("next")}}};
+
+    /// Waits until a line on standard error tells of an address that did not answer.
+    bool waitForLine(const CapturedOutput& errors, const std::string& path) const {
+        const auto line = "Nothing came from " + site.address(path) +
+                          " for 0.3 s; its loading was "
+                          "stopped.";
+        return waitUntil([&] { return errors.text().find(line) != std::string::npos; });
+    }
+};
+
+TEST_F(TimeoutTest, APageThatNeverAnswersIsGivenUp) {
+    loadWholly(site.address("/"));
+    const CapturedOutput errors(2);
+    load(site.address("/never"), shortTime);
+    EXPECT_TRUE(waitForLine(errors, "/never"));
+    EXPECT_TRUE(waitForTitle("start"));
+    EXPECT_EQ(loadWholly(site.address("/next")), "next");
+    EXPECT_THAT(errors.text(), Not(HasSubstr("could not be loaded")));
+}
+
+TEST_F(TimeoutTest, APageThatStopsAfterItsHeadIsGivenUp) {
+    const CapturedOutput errors(2);
+    load(site.address("/head"), shortTime);
+    EXPECT_TRUE(waitForLine(errors, "/head"));
+    EXPECT_EQ(loadWholly(site.address("/next")), "next");
+}
+
+TEST_F(TimeoutTest, TheTargetOfARedirectionIsGivenUp) {
+    const CapturedOutput errors(2);
+    load(site.address("/old"), shortTime);
+    EXPECT_TRUE(waitForLine(errors, "/never"));
+}
+
+TEST_F(TimeoutTest, APageWaitsNoLongerForItsPictures) {
+    const CapturedOutput errors(2);
+    load(site.address("/picture"), shortTime);
+    EXPECT_TRUE(waitForLine(errors, "/picture"));
+    EXPECT_TRUE(waitForTitle("picture"));
+}
+
+TEST_F(TimeoutTest, HoldsForALinkToo) {
+    load(site.address("/"), shortTime);
+    ASSERT_TRUE(waitForTitle("start"));
+    const CapturedOutput errors(2);
+    evaluate("document.querySelector('a').click()");
+    EXPECT_TRUE(waitForLine(errors, "/never"));
+    EXPECT_TRUE(waitForTitle("start"));
+}
+
+TEST_F(TimeoutTest, ADelegateCanTakeItsTime) {
+    const CapturedOutput errors(2);
+    delegate->onResponse = [this](const auto& address) {
+        return address == site.address("/next") ? hold : allow;
+    };
+    load(site.address("/next"), shortTime);
+    ASSERT_TRUE(waitUntil([this] { return delegate->heldResponses.size() == 1; }));
+    // A load of the same time-out that begins now ends in vain while that one still waits.
+    WebFixture::waitInVain(site.address("/never"), shortTime);
+    EXPECT_NE(webkit_web_view_is_loading(engine()), FALSE);
+    delegate->heldResponses[0](WKNavigationResponsePolicy::allow);
+    EXPECT_TRUE(waitForTitle("next"));
+    EXPECT_THAT(errors.text(), Not(HasSubstr(site.address("/next"))));
+}
+
+TEST_F(TimeoutTest, CountsAnewAfterADelegatesAnswer) {
+    const CapturedOutput errors(2);
+    delegate->onResponse = [](const auto&) { return hold; };
+    load(site.address("/head"), shortTime);
+    ASSERT_TRUE(waitUntil([this] { return delegate->heldResponses.size() == 1; }));
+    delegate->heldResponses[0](WKNavigationResponsePolicy::allow);
+    EXPECT_TRUE(waitForLine(errors, "/head"));
+}
+
+TEST_F(TimeoutTest, ATimeThatIsNoneCountsAsThePlatforms) {
+    const CapturedOutput errors(2);
+    for (const double interval : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
+        load(site.address("/next"), interval);
+        EXPECT_TRUE(waitForTitle("next"));
+    }
+    EXPECT_THAT(errors.text(), Not(HasSubstr("Nothing came")));
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

@@ -1,0 +1,45 @@
+#include "tests/web/Toolkit.h"
+
+#include <gtk/gtk.h>
+
+#include <cstdlib>
+
+#include "platform/web/WKWebView.h"
+#include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/XServer.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+struct Toolkit {
+    TemporaryFolder folder;
+    XServer server;
+
+    Toolkit() {
+        for (const char* place : {"HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
+                                  "XDG_RUNTIME_DIR", "XDG_STATE_HOME"}) {
+            setenv(place, folder.path().c_str(), 1);
+        }
+        setenv("GTK_A11Y", "none", 1);
+        if (!canSandbox()) {
+            setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", 1);
+        }
+        gtk_init();
+        WKWebView::registerClass();
+    }
+};
+
+}  // namespace
+
+void startToolkit() {
+    static const Toolkit toolkit;
+}
+
+bool canSandbox() {
+    static const bool can =
+        std::system("bwrap --unshare-all --ro-bind / / --dev /dev --proc /proc true") == 0;
+    return can;
+}
+
+}  // namespace orvalo::testing
