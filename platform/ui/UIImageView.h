@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/ui/UIImage.h"
+#include "platform/ui/UIView.h"
+
+namespace orvalo {
+
+/// A view that shows a picture, scaled to fit. Main thread.
+class UIImageView : public UIView {
+  public:
+    UIImageView();
+    /// Over a GtkPicture, whose texture is the first image.
+    explicit UIImageView(GtkWidget* widget);
+
+    /// Has the layout's pictures be image views. Before a layout is loaded.
+    static void registerClass();
+
+    /// Absent when nothing is shown.
+    const std::shared_ptr<UIImage>& image() const { return image_; }
+    void setImage(const std::shared_ptr<UIImage>& image);
+
+  private:
+    std::shared_ptr<UIImage> image_;
+};
+
+}  // namespace orvalo
