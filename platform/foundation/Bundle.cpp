@@ -52,6 +52,10 @@ std::optional<std::string> Bundle::infoValue(const std::string& key) const {
     return value ? std::optional<std::string>(value.get()) : std::nullopt;
 }
 
+URL Bundle::iconsURL() const {
+    return prefix_.appendingPathComponent("share/icons");
+}
+
 URL Bundle::effectsURL() const {
     return prefix_.appendingPathComponent("lib/lv2");
 }

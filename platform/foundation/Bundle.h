@@ -25,6 +25,9 @@ class Bundle : public NSObject {
     /// What the bundle says of itself under a key of share/orvalo/Info.ini, group [Bundle], such as
     /// "Identifier"; absent without the file or the key.
     std::optional<std::string> infoValue(const std::string& key) const;
+    /// <prefix>/share/icons, whether it is there or not: the application's icons, as icon themes
+    /// have them.
+    URL iconsURL() const;
     /// <prefix>/lib/lv2, whether it is there or not: where the application's own effects live.
     URL effectsURL() const;
 

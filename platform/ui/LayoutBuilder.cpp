@@ -11,6 +11,21 @@
 
 namespace orvalo {
 
+namespace {
+
+/// The toolkit wants to know the classes of all objects of a layout, also of those it is not asked
+/// to make.
+void nameClasses() {
+    static const GType segue =
+        g_type_register_static_simple(G_TYPE_OBJECT, "UIStoryboardSegue", sizeof(GObjectClass),
+                                      nullptr, sizeof(GObject), nullptr, GTypeFlags{});
+    g_type_ensure(segue);
+    g_type_ensure(viewWidgetType());
+    g_type_ensure(viewLayoutType());
+}
+
+}  // namespace
+
 LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& text,
                              const std::string& screen, const UIClass& ownerClass,
                              const std::shared_ptr<UIViewController>& owner)
@@ -28,7 +43,7 @@ LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& text,
 }
 
 void LayoutBuilder::build(const std::string& text, const std::string& object) {
-    viewWidgetType();
+    nameClasses();
     std::array<const char*, 2> wanted{object.c_str(), nullptr};
     GError* error = nullptr;
     if (gtk_builder_add_objects_from_string(builder_.get(), text.data(),

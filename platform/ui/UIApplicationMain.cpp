@@ -2,6 +2,8 @@
 
 #include <adwaita.h>
 
+#include <clocale>
+#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -57,6 +59,7 @@ struct UIApplicationStart {
 
     static std::shared_ptr<UIStoryboard> loadLayout() {
         const auto name = Bundle::main()->infoValue("MainInterface").value_or("Main");
+        dress(name);
         const auto url = Bundle::main()->url(name, "ui");
         if (!url) {
             fatalError("The bundle has no layout \"" + name + ".ui\".");
@@ -65,6 +68,21 @@ struct UIApplicationStart {
             return UIStoryboard::load(*url);
         } catch (const NSError& error) {
             fatalError(error.localizedDescription());
+        }
+    }
+
+    /// The layout's own look and the application's icons.
+    static void dress(const std::string& layout) {
+        auto* display = gdk_display_get_default();
+        gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(display),
+                                       Bundle::main()->iconsURL().path().c_str());
+        if (const auto style = Bundle::main()->url(layout, "css")) {
+            const std::unique_ptr<GtkCssProvider, Release<g_object_unref>> provider(
+                gtk_css_provider_new());
+            gtk_css_provider_load_from_path(provider.get(), style->path().c_str());
+            gtk_style_context_add_provider_for_display(display,
+                                                       GTK_STYLE_PROVIDER(provider.get()),
+                                                       GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
         }
     }
 
@@ -100,9 +118,14 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     }
     // Effects bring X11 interfaces, which only a window of X11 takes in.
     gdk_set_allowed_backends("x11,*");
+    // Numbers in lines read the same everywhere.
+    gtk_disable_setlocale();
+    std::setlocale(LC_ALL, "");      // NOLINT(concurrency-mt-unsafe): there is one thread yet.
+    std::setlocale(LC_NUMERIC, "C");  // NOLINT(concurrency-mt-unsafe): as above.
+    g_log_writer_default_set_use_stderr(TRUE);
     if (gtk_init_check() == FALSE) {
         g_critical("There is no display to show a window on.");
-        return 1;
+        std::exit(EXIT_FAILURE);  // NOLINT(concurrency-mt-unsafe): as above.
     }
     adw_init();
     UIView::setClass(GTK_TYPE_BUTTON,

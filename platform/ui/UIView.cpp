@@ -3,7 +3,6 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
-#include <cmath>
 #include <map>
 #include <utility>
 
@@ -64,7 +63,7 @@ UIView::UIView(GtkWidget* widget) : widget_(GTK_WIDGET(g_object_ref_sink(widget)
 }
 
 UIView::~UIView() {
-    releaseFrame();
+    holdFrame(widget_, nullptr);
     g_object_set_qdata(G_OBJECT(widget_), viewKey(), nullptr);
     g_object_unref(widget_);
 }
@@ -114,7 +113,7 @@ void UIView::setFrame(const CGRect& frame) {
     requireMainThread("UIView.frame");
     frame_ = frame;
     if (translates_) {
-        holdFrame();
+        holdFrame(widget_, &*frame_);
     }
 }
 
@@ -142,9 +141,6 @@ void UIView::addSubview(const std::shared_ptr<UIView>& view) {
     view->removeFromSuperview();
     gtk_widget_set_parent(view->widget_, widget_);
     subviews_.push_back(view);
-    if (view->frame_ && view->translates_) {
-        view->holdFrame();
-    }
 }
 
 void UIView::removeFromSuperview() {
@@ -154,7 +150,6 @@ void UIView::removeFromSuperview() {
         return;
     }
     const auto self = shared(this);
-    releaseFrame();
     around->drop(*this);
     gtk_widget_unparent(widget_);
 }
@@ -178,47 +173,8 @@ void UIView::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
     requireMainThread("UIView.translatesAutoresizingMaskIntoConstraints");
     translates_ = translates;
     if (!translates) {
-        releaseFrame();
+        holdFrame(widget_, nullptr);
         frame_.reset();
-    }
-}
-
-void UIView::holdFrame() {
-    releaseFrame();
-    auto* parent = gtk_widget_get_parent(widget_);
-    auto* layout = parent == nullptr ? nullptr : gtk_widget_get_layout_manager(parent);
-    if (!GTK_IS_CONSTRAINT_LAYOUT(layout)) {
-        return;
-    }
-    // What a frame says stands above what the layout wishes; a control's least extent above both.
-    constexpr std::array attributes{GTK_CONSTRAINT_ATTRIBUTE_LEFT, GTK_CONSTRAINT_ATTRIBUTE_TOP,
-                                    GTK_CONSTRAINT_ATTRIBUTE_WIDTH,
-                                    GTK_CONSTRAINT_ATTRIBUTE_HEIGHT};
-    const std::array values{frame_->origin.x, frame_->origin.y, frame_->size.width,
-                            frame_->size.height};
-    for (std::size_t index = 0; index < attributes.size(); ++index) {
-        const int strength =
-            index < 2 ? GTK_CONSTRAINT_STRENGTH_REQUIRED : GTK_CONSTRAINT_STRENGTH_STRONG;
-        auto* constraint = gtk_constraint_new_constant(
-            widget_, attributes[index], GTK_CONSTRAINT_RELATION_EQ, values[index], strength);
-        frameConstraints_[index] = constraint;
-        g_object_ref(constraint);
-        gtk_constraint_layout_add_constraint(GTK_CONSTRAINT_LAYOUT(layout), constraint);
-    }
-}
-
-void UIView::releaseFrame() {
-    auto* parent = gtk_widget_get_parent(widget_);
-    auto* layout = parent == nullptr ? nullptr : gtk_widget_get_layout_manager(parent);
-    for (auto*& constraint : frameConstraints_) {
-        if (constraint == nullptr) {
-            continue;
-        }
-        if (GTK_IS_CONSTRAINT_LAYOUT(layout)) {
-            gtk_constraint_layout_remove_constraint(GTK_CONSTRAINT_LAYOUT(layout), constraint);
-        }
-        g_object_unref(constraint);
-        constraint = nullptr;
     }
 }
 

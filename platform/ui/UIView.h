@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -10,8 +9,7 @@
 #include "platform/ui/NSLayoutAnchor.h"
 #include "platform/ui/UIResponder.h"
 
-using GtkWidget = struct _GtkWidget;          // NOLINT(bugprone-reserved-identifier): GTK's own.
-using GtkConstraint = struct _GtkConstraint;  // NOLINT(bugprone-reserved-identifier): GTK's own.
+using GtkWidget = struct _GtkWidget;  // NOLINT(bugprone-reserved-identifier): GTK's own.
 
 namespace orvalo {
 
@@ -82,15 +80,12 @@ class UIView : public UIResponder {
     friend class NSLayoutConstraint;
     friend class UIViewController;
 
-    void holdFrame();
-    void releaseFrame();
     void drop(const UIView& subview);
 
     GtkWidget* widget_;
     std::vector<std::shared_ptr<UIView>> subviews_;
     std::vector<std::shared_ptr<NSLayoutConstraint>> constraints_;
     std::optional<CGRect> frame_;  // What was set, while it holds.
-    std::array<GtkConstraint*, 4> frameConstraints_{};
     bool translates_ = true;
     std::weak_ptr<UIResponder> controller_;  // Of the screen whose root this is.
 };

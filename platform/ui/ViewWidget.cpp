@@ -1,5 +1,8 @@
 #include "platform/ui/ViewWidget.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace orvalo {
 
 namespace {
@@ -24,12 +27,55 @@ void dispose(GObject* object) {
 void initClass(void* type, void* /*data*/) {
     parentClass = g_type_class_peek_parent(type);
     G_OBJECT_CLASS(type)->dispose = dispose;
-    gtk_widget_class_set_layout_manager_type(GTK_WIDGET_CLASS(type), GTK_TYPE_CONSTRAINT_LAYOUT);
+    gtk_widget_class_set_layout_manager_type(GTK_WIDGET_CLASS(type), viewLayoutType());
     gtk_widget_class_set_css_name(GTK_WIDGET_CLASS(type), "view");
 }
 
 void init(GTypeInstance* instance, void* /*type*/) {
     gtk_widget_set_overflow(reinterpret_cast<GtkWidget*>(instance), GTK_OVERFLOW_HIDDEN);
+}
+
+void* layoutParentClass = nullptr;
+
+GQuark frameKey() {
+    static const GQuark key = g_quark_from_static_string("orvalo-frame");
+    return key;
+}
+
+/// What the toolkit can lay out of a length; nothing of one that is not a number.
+double allocatable(double length) {
+    constexpr double most = 32767;  // Windows and their parts are no larger on X11.
+    return std::isnan(length) ? 0 : std::clamp(length, -most, most);
+}
+
+void allocateFrame(GtkWidget* child, const CGRect& frame) {
+    // A control does not become smaller than it can be.
+    GtkRequisition least;
+    gtk_widget_get_preferred_size(child, &least, nullptr);
+    const auto at = GRAPHENE_POINT_INIT(static_cast<float>(allocatable(frame.origin.x)),
+                                        static_cast<float>(allocatable(frame.origin.y)));
+    gtk_widget_allocate(child,
+                        std::max(least.width, static_cast<int>(allocatable(frame.size.width))),
+                        std::max(least.height, static_cast<int>(allocatable(frame.size.height))),
+                        -1, gsk_transform_translate(nullptr, &at));
+}
+
+void allocateLayout(GtkLayoutManager* manager, GtkWidget* widget, int width, int height,
+                    int baseline) {
+    GTK_LAYOUT_MANAGER_CLASS(layoutParentClass)->allocate(manager, widget, width, height, baseline);
+    for (auto* child = gtk_widget_get_first_child(widget); child != nullptr;
+         child = gtk_widget_get_next_sibling(child)) {
+        const auto* frame =
+            static_cast<const CGRect*>(g_object_get_qdata(G_OBJECT(child), frameKey()));
+        if (frame != nullptr && gtk_widget_should_layout(child) != FALSE) {
+            allocateFrame(child, *frame);
+        }
+    }
+}
+
+void initLayoutClass(void* type, void* /*data*/) {
+    layoutParentClass = g_type_class_peek_parent(type);
+    GTK_LAYOUT_MANAGER_CLASS(type)->allocate = allocateLayout;
 }
 
 }  // namespace
@@ -39,6 +85,23 @@ GType viewWidgetType() {
         g_type_register_static_simple(GTK_TYPE_WIDGET, "UIView", sizeof(ViewWidgetClass), initClass,
                                       sizeof(ViewWidget), init, GTypeFlags{});
     return type;
+}
+
+GType viewLayoutType() {
+    static const GType type = [] {
+        // The toolkit keeps the layout's structures to itself; their extent is known at run time.
+        GTypeQuery base;
+        g_type_query(GTK_TYPE_CONSTRAINT_LAYOUT, &base);
+        return g_type_register_static_simple(GTK_TYPE_CONSTRAINT_LAYOUT, "UIViewLayout",
+                                             base.class_size, initLayoutClass, base.instance_size,
+                                             nullptr, GTypeFlags{});
+    }();
+    return type;
+}
+
+void holdFrame(GtkWidget* widget, const CGRect* frame) {
+    g_object_set_qdata(G_OBJECT(widget), frameKey(), const_cast<CGRect*>(frame));
+    gtk_widget_queue_resize(widget);
 }
 
 }  // namespace orvalo
