@@ -115,16 +115,16 @@ void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
 
 void AVAudioPlayerNode::Playback::awaitDecoded() {
     Lock lock(mutex_);
-    decoded_.wait(lock, [this] {
+    bool hasWaited = false;
+    decoded_.wait(lock, [&] {
         if (isCompleting_ || isCompletionDue()) {
             return false;
         }
-        if (!ring_ || !isPlaying_ || firstUndecoded() == nullptr) {
-            return true;
-        }
-        const auto available = ring_->written() - ring_->consumed();
-        // A file of another format waits for the ring to run empty, which takes rendering.
-        return nextFormatDiffers() ? available > 0 : available >= awaitedFrames();
+        // To wait for every quantum anew would cost two changes of threads each time.
+        const bool isEnough =
+            !ring_ || !isPlaying_ ||
+            hasDecoded(std::exchange(hasWaited, true) ? keptFrames() : awaitedFrames());
+        return isEnough;
     });
 }
 
@@ -209,7 +209,9 @@ bool AVAudioPlayerNode::Playback::decodeChunk(Lock& lock) {
         pass->ringEnd = ring_->written();
     }
     noteWhatIsLeft();
-    decoded_.notify_all();
+    if (hasDecoded(keptFrames())) {
+        decoded_.notify_all();
+    }
     return true;
 }
 
@@ -220,10 +222,8 @@ void AVAudioPlayerNode::Playback::sleepUntilNeeded(Lock& lock) {
     }
     if (firstUndecoded() != nullptr && ring_ && !isAdopting_) {
         const auto written = ring_->written();
-        // Empty for another format; otherwise half empty, to decode a good stretch at a time, or
-        // as soon as an offline quantum asks for more than that.
-        const auto kept = std::max<std::uint64_t>(ring_->capacity() / 2, awaitedFrames());
-        position = std::min(position, nextFormatDiffers() ? written : written - kept);
+        // Empty for another format; otherwise half empty, to decode a good stretch at a time.
+        position = std::min(position, nextFormatDiffers() ? written : written - keptFrames());
     }
     wakePosition_.store(position, std::memory_order_seq_cst);
     if (ring_ && ring_->consumed() >= position) {
@@ -247,6 +247,19 @@ void AVAudioPlayerNode::Playback::reportUnderruns() {
 std::uint64_t AVAudioPlayerNode::Playback::awaitedFrames() const {
     // A chunk must still fit, or the decoding thread could not bring them.
     return std::min(stream_.current()->largestDemand(), ring_->capacity() - kMaximumFramesToRender);
+}
+
+std::uint64_t AVAudioPlayerNode::Playback::keptFrames() const {
+    return std::max<std::uint64_t>(ring_->capacity() / 2, awaitedFrames());
+}
+
+bool AVAudioPlayerNode::Playback::hasDecoded(std::uint64_t frames) {
+    if (firstUndecoded() == nullptr) {
+        return true;
+    }
+    const auto available = ring_->written() - ring_->consumed();
+    // A file of another format waits for the ring to run empty, which takes rendering.
+    return nextFormatDiffers() ? available > 0 : available >= frames;
 }
 
 AVAudioPlayerNode::Playback::Pass* AVAudioPlayerNode::Playback::firstUndecoded() {

@@ -68,8 +68,12 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
 
     void reportUnderruns();
 
-    /// How many decoded frames awaitDecoded() waits for.
+    /// How many decoded frames awaitDecoded() does not wait with.
     std::uint64_t awaitedFrames() const;
+    /// With how many decoded frames left the decoding thread goes on.
+    std::uint64_t keptFrames() const;
+    /// Whether so many frames are decoded, or else as many as can be now.
+    bool hasDecoded(std::uint64_t frames);
     Pass* firstUndecoded();
     bool nextFormatDiffers();
     void noteWhatIsLeft();

@@ -15,8 +15,9 @@ namespace orvalo {
 /// whose loading takes longer than all else of a start, so that they are loaded when the first file
 /// is opened.
 class FFmpegLibrary {
-    LastingLibrary format_{"libavformat.so." AV_STRINGIFY(LIBAVFORMAT_VERSION_MAJOR)};
+    // The other one needs it; one after the other they load sooner.
     LastingLibrary codec_{"libavcodec.so." AV_STRINGIFY(LIBAVCODEC_VERSION_MAJOR)};
+    LastingLibrary format_{"libavformat.so." AV_STRINGIFY(LIBAVFORMAT_VERSION_MAJOR)};
 
   public:
     FFmpegLibrary();
@@ -44,7 +45,6 @@ class FFmpegLibrary {
     ORVALO_FORMAT(avio_flush);
     ORVALO_FORMAT(avio_open);
     ORVALO_CODEC(av_get_exact_bits_per_sample);
-    ORVALO_CODEC(av_new_packet);
     ORVALO_CODEC(av_packet_alloc);
     ORVALO_CODEC(av_packet_free);
     ORVALO_CODEC(av_packet_get_side_data);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 #include <filesystem>
+#include <vector>
 
 #include "platform/audio/file/FFmpegHandles.h"
 #include "platform/foundation/NSError.h"
@@ -19,21 +20,28 @@ bool isWrittenDirectly(const std::string& path) {
     return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
 }
 
-/// Stereo, the usual case, in a loop that compilers turn into shuffles.
+constexpr std::size_t kRun = 64;
+
+/// A loop of fixed length, which compilers turn into shuffles.
+void interleaveRun(const float* __restrict left, const float* __restrict right,
+                   float* __restrict samples) {
+    for (std::size_t frame = 0; frame < kRun; ++frame) {
+        samples[2 * frame] = left[frame];
+        samples[2 * frame + 1] = right[frame];
+    }
+}
+
 void interleave(const AudioBlock& block, float* samples) {
     const std::size_t channels = block.channelCount;
     const std::size_t frames = block.frameCount;
+    std::size_t done = 0;
     if (channels == 2) {
-        const float* left = block.channels[0];
-        const float* right = block.channels[1];
-        for (std::size_t frame = 0; frame < frames; ++frame) {
-            samples[2 * frame] = left[frame];
-            samples[2 * frame + 1] = right[frame];
+        for (; done + kRun <= frames; done += kRun) {
+            interleaveRun(block.channels[0] + done, block.channels[1] + done, samples + 2 * done);
         }
-        return;
     }
     for (std::size_t channel = 0; channel < channels; ++channel) {
-        for (std::size_t frame = 0; frame < frames; ++frame) {
+        for (std::size_t frame = done; frame < frames; ++frame) {
             samples[frame * channels + channel] = block.channels[channel][frame];
         }
     }
@@ -45,6 +53,7 @@ struct WaveFileWriter::Muxer {
     AVFormatContext* context = nullptr;
     std::string unfinished;  ///< What to remove unless it is finished.
     FFmpegPointer<AVPacket> packet;
+    std::vector<float> samples;  ///< The packet's.
 
     explicit Muxer(const std::string& path) {
         loadFFmpeg(path);
@@ -94,13 +103,13 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
 WaveFileWriter::~WaveFileWriter() = default;
 
 void WaveFileWriter::write(const AudioBlock& block) {
+    auto& samples = muxer_->samples;
+    samples.resize(std::size_t{block.channelCount} * block.frameCount);
+    interleave(block, samples.data());
     auto* packet = muxer_->packet.get();
-    const auto size = sizeof(float) * block.channelCount * block.frameCount;
-    check(ffmpeg().av_new_packet(packet, static_cast<int>(size)));
-    interleave(block, reinterpret_cast<float*>(packet->data));
-    const int result = ffmpeg().av_write_frame(muxer_->context, packet);
-    ffmpeg().av_packet_unref(packet);
-    check(result);
+    packet->data = reinterpret_cast<std::uint8_t*>(samples.data());
+    packet->size = static_cast<int>(samples.size() * sizeof(float));
+    check(ffmpeg().av_write_frame(muxer_->context, packet));
     check(muxer_->context->pb->error);
 }
 
