@@ -90,7 +90,7 @@ class Arrangement {
         const auto count = static_cast<double>(rowsOf(shape_).size());
         const double gaps = (count - 1.0) * unit_;
         const double row =
-            std::max(12.5 * unit_, (shape_ == Shape::tall ? 0.15 : 0.2) * layout_.height);
+            std::max(13.5 * unit_, (shape_ == Shape::tall ? 0.15 : 0.2) * layout_.height);
         const double rows = std::min(count * row + gaps, 0.7 * body.height);
         const double graphs = std::max(0.0, body.height - rows - unit_);
         placeGraphs({body.x, body.y, body.width, graphs});

@@ -48,11 +48,13 @@ void paintGrid(const Brush& brush, const Layout& layout, const Plot& plot) {
         }
         const std::string text = std::to_string(std::lround(level));
         const double high = 1.2 * layout.text;
-        brush.text({x - 4.0 * layout.unit - 0.25 * layout.unit, area.bottom() - high,
-                    4.0 * layout.unit, high},
-                   text, {.size = style.size, .colour = style.colour, .align = Align::right});
+        const double wide = brush.textWidth(text, style) + 1.0;
+        const double gap = 0.4 * layout.unit;
+        if (x - gap - wide >= area.x) {
+            brush.text({x - gap - wide, area.bottom() - high, wide, high}, text, style);
+        }
         if (index > 0) {
-            brush.text({area.x + 0.4 * layout.unit, y, 4.0 * layout.unit, high}, text, style);
+            brush.text({area.x + gap, y, wide, high}, text, style);
         }
     }
 }
@@ -118,8 +120,11 @@ void paintCurve(const Brush& brush, const Scene& scene) {
     cairo_stroke(context);
     paintDot(brush, scene, plot);
     if (!isEnabled(scene)) {
-        brush.text(plot.area().inset(layout.unit, 0.0), "Bypassed",
-                   {.size = 1.1 * layout.text, .colour = theme::dimText, .align = Align::centre});
+        // Below the line, which runs from corner to corner now.
+        const Rect below{plot.area().centerX(), plot.area().centerY(), 0.5 * plot.area().width,
+                         0.5 * plot.area().height};
+        brush.text(below, "Bypassed",
+                   {.size = layout.text, .colour = theme::dimText, .align = Align::centre});
     }
     cairo_restore(context);
 }

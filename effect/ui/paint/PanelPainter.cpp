@@ -15,14 +15,15 @@ void paintLight(const Brush& brush, const Scene& scene, const Rect& title, const
                 double titleEnd, double brightness) {
     const Layout& layout = scene.layout;
     const double radius = std::max(2.5, 0.45 * layout.unit);
-    const double x = title.right() - radius;
+    const double glow = 1.7 * radius;
+    const double x = title.right() - glow;
     const double y = title.centerY();
     brush.disc(x, y, radius, theme::track);
     if (brightness > 0.0) {
-        brush.disc(x, y, 1.7 * radius, theme::accent.withAlpha(0.25 * brightness));
+        brush.disc(x, y, glow, theme::accent.withAlpha(0.25 * brightness));
         brush.disc(x, y, radius, theme::accent.withAlpha(brightness));
     }
-    const double end = x - radius - 0.6 * layout.unit;
+    const double end = x - glow - 0.25 * layout.unit;
     const Rect area{titleEnd + 0.5 * layout.unit, title.y,
                     std::max(0.0, end - titleEnd - 0.5 * layout.unit), title.height};
     const TextStyle style{

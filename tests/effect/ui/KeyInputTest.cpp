@@ -1,0 +1,137 @@
+#include "effect/ui/model/KeyInput.h"
+
+#include "tests/effect/ui/SceneFixture.h"
+
+namespace {
+
+using namespace orvalo::effect;
+using namespace orvalo::effect::ui;
+
+class KeyInputTest : public orvalo::testing::SceneFixture {
+  protected:
+    KeyInputTest() : input(scene, editor) { editor.setHasKeyboard(true); }
+
+    bool press(Key key, bool fine = false) {
+        return input.press({.key = key, .character = 0, .fine = fine});
+    }
+    bool type(const char* text) {
+        bool used = true;
+        for (; *text != '\0'; ++text) {
+            used = input.press({.key = Key::character, .character = *text, .fine = false}) && used;
+        }
+        return used;
+    }
+    void focusOn(Parameter parameter) {
+        editor.focus(
+            static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter),
+            true);
+    }
+
+    KeyInput input;
+};
+
+TEST_F(KeyInputTest, TabShowsTheFocusAndGoesRound) {
+    EXPECT_TRUE(press(Key::tab));
+    EXPECT_TRUE(scene.showsFocus);
+    EXPECT_EQ(scene.focusedControl(), Parameter::threshold);
+    press(Key::tab);
+    EXPECT_EQ(scene.focusedControl(), Parameter::ratio);
+    press(Key::backTab);
+    press(Key::backTab);
+    EXPECT_EQ(scene.focusedControl(), Parameter::enabled);
+    press(Key::backTab);
+    EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::nextPreset));
+    for (std::size_t i = 0; i < focusCount; ++i) {
+        press(Key::tab);
+    }
+    EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::nextPreset));
+}
+
+TEST_F(KeyInputTest, ArrowsTurnTheFocusedKnob) {
+    focusOn(Parameter::threshold);
+    EXPECT_TRUE(press(Key::up));
+    EXPECT_TRUE(press(Key::left));
+    EXPECT_TRUE(press(Key::down, true));
+    EXPECT_TRUE(press(Key::pageDown));
+    EXPECT_TRUE(press(Key::home));
+    EXPECT_TRUE(press(Key::end));
+    EXPECT_TRUE(press(Key::erase));
+    EXPECT_EQ(host.values,
+              (std::vector<float>{-17.0F, -18.0F, -18.1F, -28.1F, -60.0F, 0.0F, -18.0F}));
+    EXPECT_EQ(host.calls.front(), "grab threshold");
+    EXPECT_EQ(host.calls.back(), "let threshold");
+}
+
+TEST_F(KeyInputTest, EnterTypesEnterCommits) {
+    focusOn(Parameter::ratio);
+    EXPECT_TRUE(press(Key::enter));
+    EXPECT_TRUE(type("2.5:1"));
+    EXPECT_TRUE(press(Key::enter));
+    EXPECT_EQ(host.values, std::vector<float>{2.5F});
+    EXPECT_FALSE(scene.entry);
+}
+
+TEST_F(KeyInputTest, DigitsBeginToTypeAtOnce) {
+    focusOn(Parameter::threshold);
+    EXPECT_TRUE(type("-24"));
+    EXPECT_EQ(scene.entry->entry.text(), "-24");
+    EXPECT_TRUE(press(Key::tab));
+    EXPECT_EQ(value(Parameter::threshold), -24.0F);
+    EXPECT_EQ(scene.focusedControl(), Parameter::ratio);
+}
+
+TEST_F(KeyInputTest, EscapeCancels) {
+    focusOn(Parameter::threshold);
+    type("-24");
+    EXPECT_TRUE(press(Key::escape));
+    EXPECT_FALSE(scene.entry);
+    EXPECT_EQ(host.calls, Calls{});
+    EXPECT_FALSE(press(Key::escape));
+}
+
+TEST_F(KeyInputTest, BadTextStaysWithItsComplaintUntilItIsMended) {
+    focusOn(Parameter::threshold);
+    type("-2x");
+    press(Key::enter);
+    ASSERT_TRUE(scene.entry);
+    EXPECT_EQ(scene.entry->complaint, "\"-2x\" is no value in dB");
+    press(Key::backspace);
+    EXPECT_EQ(scene.entry->complaint, "");
+    press(Key::enter);
+    EXPECT_EQ(host.values, std::vector<float>{-2.0F});
+}
+
+TEST_F(KeyInputTest, SpaceIsTheHostsExceptOnButtons) {
+    focusOn(Parameter::threshold);
+    EXPECT_FALSE(type(" "));
+    EXPECT_FALSE(type("p"));
+    focusOn(Parameter::enabled);
+    EXPECT_TRUE(type(" "));
+    EXPECT_EQ(host.values, std::vector<float>{0.0F});
+}
+
+TEST_F(KeyInputTest, PresetsAreChosenWithTheKeyboard) {
+    editor.focus(static_cast<std::size_t>(Focus::presetName), true);
+    EXPECT_TRUE(press(Key::right));
+    EXPECT_EQ(scene.presets.label(), "First");
+    EXPECT_TRUE(press(Key::enter));
+    EXPECT_EQ(scene.list, 0U);
+    press(Key::up);
+    EXPECT_EQ(scene.list, 1U);
+    press(Key::down);
+    press(Key::end);
+    EXPECT_TRUE(press(Key::enter));
+    EXPECT_FALSE(scene.list);
+    EXPECT_EQ(scene.presets.label(), "Second");
+    press(Key::down);
+    EXPECT_EQ(scene.list, 1U);
+    press(Key::home);
+    EXPECT_TRUE(press(Key::escape));
+    EXPECT_FALSE(scene.list);
+    EXPECT_EQ(scene.presets.label(), "Second");
+    editor.focus(static_cast<std::size_t>(Focus::previousPreset), true);
+    EXPECT_TRUE(press(Key::enter));
+    EXPECT_EQ(scene.presets.label(), "First");
+}
+
+}  // namespace

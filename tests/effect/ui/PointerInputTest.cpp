@@ -1,0 +1,163 @@
+#include "effect/ui/model/PointerInput.h"
+
+#include "tests/effect/ui/SceneFixture.h"
+
+namespace {
+
+using namespace orvalo::effect;
+using namespace orvalo::effect::ui;
+
+class PointerInputTest : public orvalo::testing::SceneFixture {
+  protected:
+    PointerInputTest() : input(scene, editor) {}
+
+    static Pointer at(const Rect& area, double up = 0.0, bool fine = false) {
+        return {.x = area.centerX(), .y = area.centerY() - up, .time = 0.0, .fine = fine};
+    }
+    Pointer knob(Parameter parameter, double up = 0.0, bool fine = false) const {
+        return at(scene.layout.cell(parameter).dial, up, fine);
+    }
+
+    void click(Pointer pointer, double time = 0.0) {
+        pointer.time = time;
+        input.press(pointer);
+        input.release();
+    }
+
+    PointerInput input;
+};
+
+TEST_F(PointerInputTest, DraggingUpTurnsByTheShareOfTheWay) {
+    input.press(knob(Parameter::threshold));
+    EXPECT_EQ(host.calls, Calls{"grab threshold"});
+    // 20 of 200 pixels of 60 dB.
+    input.move(knob(Parameter::threshold, 20.0));
+    input.move(knob(Parameter::threshold, 10.0));
+    input.release();
+    EXPECT_EQ(host.values, (std::vector<float>{-12.0F, -15.0F}));
+    EXPECT_EQ(host.calls,
+              (Calls{"grab threshold", "write threshold", "write threshold", "let threshold"}));
+}
+
+TEST_F(PointerInputTest, DraggingToTheRightTurnsUpToo) {
+    Pointer pointer = knob(Parameter::threshold);
+    input.press(pointer);
+    pointer.x += 20.0;
+    input.move(pointer);
+    EXPECT_EQ(value(Parameter::threshold), -12.0F);
+}
+
+TEST_F(PointerInputTest, FineControlIsTenTimesSlowerAndCanChangeOnTheWay) {
+    input.press(knob(Parameter::threshold));
+    input.move(knob(Parameter::threshold, 20.0, true));
+    EXPECT_EQ(value(Parameter::threshold), -17.4F);
+    input.move(knob(Parameter::threshold, 40.0, false));
+    EXPECT_EQ(value(Parameter::threshold), -11.4F);
+}
+
+TEST_F(PointerInputTest, DraggingBeyondTheEndStopsThereAndComesBackAtOnce) {
+    input.press(knob(Parameter::threshold));
+    input.move(knob(Parameter::threshold, 500.0));
+    EXPECT_EQ(value(Parameter::threshold), 0.0F);
+    input.move(knob(Parameter::threshold, 480.0));
+    EXPECT_EQ(value(Parameter::threshold), -6.0F);
+}
+
+TEST_F(PointerInputTest, DoubleClickResets) {
+    editor.receive(Parameter::threshold, -40.0F);
+    click(knob(Parameter::threshold), 1.0);
+    click(knob(Parameter::threshold), 1.3);
+    EXPECT_EQ(host.values, std::vector<float>{-18.0F});
+    EXPECT_EQ(host.calls, (Calls{"grab threshold", "let threshold", "grab threshold",
+                                 "write threshold", "let threshold"}));
+}
+
+TEST_F(PointerInputTest, SlowOrApartIsNoDoubleClick) {
+    editor.receive(Parameter::threshold, -40.0F);
+    click(knob(Parameter::threshold), 1.0);
+    click(knob(Parameter::threshold), 1.5);
+    click(knob(Parameter::ratio), 1.6);
+    click(knob(Parameter::threshold), 1.7);
+    EXPECT_EQ(host.values, std::vector<float>{});
+}
+
+TEST_F(PointerInputTest, TheWheelTurnsBySteps) {
+    input.wheel(knob(Parameter::threshold), 1);
+    input.wheel(knob(Parameter::threshold), -1);
+    input.wheel(knob(Parameter::threshold, 0.0, true), -1);
+    EXPECT_EQ(host.values, (std::vector<float>{-17.0F, -18.0F, -18.1F}));
+    host.calls.clear();
+    input.wheel(at(scene.layout.cell(Parameter::enabled).area), -1);
+    input.wheel(at(scene.layout.curve), -1);
+    EXPECT_EQ(host.calls, Calls{});
+}
+
+TEST_F(PointerInputTest, TheSwitchSwitches) {
+    click(at(scene.layout.cell(Parameter::enabled).area));
+    click(at(scene.layout.cell(Parameter::enabled).area), 0.1);
+    EXPECT_EQ(host.values, (std::vector<float>{0.0F, 1.0F}));
+}
+
+TEST_F(PointerInputTest, AValueIsTypedWhereItStands) {
+    click(at(scene.layout.cell(Parameter::attack).value));
+    ASSERT_TRUE(scene.entry);
+    EXPECT_EQ(scene.entry->parameter, Parameter::attack);
+    // The second click goes into the text.
+    click(at(scene.layout.cell(Parameter::attack).value), 0.1);
+    ASSERT_TRUE(scene.entry);
+    EXPECT_FALSE(scene.entry->entry.isAllChosen());
+}
+
+TEST_F(PointerInputTest, TurningAwayTakesAGoodTextAndDropsABadOne) {
+    click(at(scene.layout.cell(Parameter::attack).value));
+    scene.entry->entry = TextEntry("25");
+    click(at(scene.layout.curve), 1.0);
+    EXPECT_FALSE(scene.entry);
+    EXPECT_EQ(value(Parameter::attack), 25.0F);
+    click(at(scene.layout.cell(Parameter::attack).value), 2.0);
+    scene.entry->entry = TextEntry("x");
+    click(at(scene.layout.curve), 3.0);
+    EXPECT_FALSE(scene.entry);
+    EXPECT_EQ(value(Parameter::attack), 25.0F);
+}
+
+TEST_F(PointerInputTest, ArrowsGoThroughThePresets) {
+    click(at(scene.layout.nextPreset), 1.0);
+    EXPECT_EQ(scene.presets.label(), "First");
+    click(at(scene.layout.nextPreset), 1.1);
+    EXPECT_EQ(scene.presets.label(), "Second");
+    click(at(scene.layout.previousPreset), 1.2);
+    EXPECT_EQ(scene.presets.label(), "First");
+    input.wheel(at(scene.layout.presetName), -1);
+    EXPECT_EQ(scene.presets.label(), "Second");
+}
+
+TEST_F(PointerInputTest, TheListOffersThePresets) {
+    click(at(scene.layout.presetName));
+    ASSERT_EQ(scene.list, 0U);
+    input.move(at(scene.layout.presetEntry(1, 2)));
+    EXPECT_EQ(scene.list, 1U);
+    click(at(scene.layout.presetEntry(1, 2)), 1.0);
+    EXPECT_FALSE(scene.list);
+    EXPECT_EQ(scene.presets.label(), "Second");
+}
+
+TEST_F(PointerInputTest, PressingBesideTheListOnlyClosesIt) {
+    click(at(scene.layout.presetName));
+    click(at(scene.layout.cell(Parameter::enabled).area), 1.0);
+    EXPECT_FALSE(scene.list);
+    EXPECT_EQ(host.calls, Calls{});
+}
+
+TEST_F(PointerInputTest, HoveringTouchesOnlyWhatItConcerns) {
+    input.move(knob(Parameter::knee));
+    EXPECT_TRUE(isTouched(Parameter::knee));
+    EXPECT_FALSE(isTouched(Parameter::ratio));
+    scene.drawn();
+    input.move(knob(Parameter::knee, 1.0));
+    EXPECT_FALSE(scene.isChanged());
+    input.leave();
+    EXPECT_TRUE(isTouched(Parameter::knee));
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+#include "effect/ui/model/TextEntry.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using orvalo::effect::ui::TextEntry;
+
+void type(TextEntry& entry, const char* text) {
+    for (; *text != '\0'; ++text) {
+        entry.insert(*text);
+    }
+}
+
+TEST(TextEntry, TypingReplacesWhatStoodThere) {
+    TextEntry entry("-18.0 dB");
+    EXPECT_TRUE(entry.isAllChosen());
+    type(entry, "-12");
+    EXPECT_EQ(entry.text(), "-12");
+    EXPECT_EQ(entry.caret(), 3U);
+    EXPECT_FALSE(entry.isAllChosen());
+}
+
+TEST(TextEntry, EditsAtTheCaret) {
+    TextEntry entry("1234");
+    entry.moveBy(-1);
+    EXPECT_EQ(entry.caret(), 0U);
+    entry.moveBy(1);
+    entry.insert('x');
+    EXPECT_EQ(entry.text(), "1x234");
+    entry.eraseAfter();
+    EXPECT_EQ(entry.text(), "1x34");
+    entry.eraseBefore();
+    entry.eraseBefore();
+    entry.eraseBefore();
+    EXPECT_EQ(entry.text(), "34");
+    entry.moveToEnd();
+    entry.eraseAfter();
+    entry.moveBy(1);
+    EXPECT_EQ(entry.caret(), 2U);
+    entry.moveToStart();
+    entry.moveBy(-1);
+    EXPECT_EQ(entry.caret(), 0U);
+}
+
+TEST(TextEntry, ErasesAllThatIsChosen) {
+    TextEntry before("12");
+    before.eraseBefore();
+    EXPECT_EQ(before.text(), "");
+    EXPECT_FALSE(before.isAllChosen());
+    TextEntry after("12");
+    after.moveToEnd();
+    after.chooseAll();
+    after.eraseAfter();
+    EXPECT_EQ(after.text(), "");
+    after.chooseAll();
+    EXPECT_FALSE(after.isAllChosen());
+}
+
+TEST(TextEntry, LeavesOutWhatIsNoPlainCharacterOrTooMuch) {
+    TextEntry entry("");
+    type(entry, "\n\t\x7F\xC3\xA4");
+    EXPECT_EQ(entry.text(), "");
+    for (int i = 0; i < 100; ++i) {
+        entry.insert('1');
+    }
+    EXPECT_EQ(entry.text(), std::string(TextEntry::longest, '1'));
+}
+
+}  // namespace

@@ -1,0 +1,102 @@
+#include "effect/ui/model/ValueMapping.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "effect/ui/model/Control.h"
+
+namespace {
+
+using namespace orvalo::effect;
+using namespace orvalo::effect::ui;
+
+TEST(ValueMapping, TheEndsOfTheWayAreTheEndsOfTheRange) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        const auto parameter = static_cast<Parameter>(i);
+        const auto& ends = range(parameter);
+        EXPECT_EQ(valueAt(parameter, 0.0), ends.minimum) << ends.symbol;
+        EXPECT_EQ(valueAt(parameter, 1.0), ends.maximum) << ends.symbol;
+        EXPECT_EQ(valueAt(parameter, -3.0), ends.minimum) << ends.symbol;
+        EXPECT_EQ(valueAt(parameter, 3.0), ends.maximum) << ends.symbol;
+        EXPECT_EQ(positionOf(parameter, ends.minimum), 0.0) << ends.symbol;
+        EXPECT_EQ(positionOf(parameter, ends.maximum), 1.0) << ends.symbol;
+        EXPECT_EQ(positionOf(parameter, 1e9F), 1.0) << ends.symbol;
+        const float odd = std::numeric_limits<float>::quiet_NaN();
+        EXPECT_EQ(positionOf(parameter, odd), positionOf(parameter, ends.standard)) << ends.symbol;
+    }
+}
+
+TEST(ValueMapping, PositionsAndValuesAreEachOthersInverse) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        const auto parameter = static_cast<Parameter>(i);
+        for (double position = 0.0; position <= 1.0; position += 0.05) {
+            EXPECT_NEAR(positionOf(parameter, valueAt(parameter, position)), position, 1e-6)
+                << range(parameter).symbol;
+        }
+    }
+}
+
+TEST(ValueMapping, TimesLieOnALogarithmicWay) {
+    EXPECT_NEAR(valueAt(Parameter::release, 0.5), std::sqrt(5.0F * 2000.0F), 1e-3F);
+    EXPECT_NEAR(valueAt(Parameter::threshold, 0.5), -30.0F, 1e-5F);
+}
+
+TEST(ValueMapping, TurnedValuesStopAtRoundNumbers) {
+    EXPECT_EQ(rounded(Parameter::threshold, -12.345F), -12.3F);
+    EXPECT_EQ(rounded(Parameter::mix, 49.6F), 50.0F);
+    EXPECT_EQ(rounded(Parameter::attack, 12.345F), 12.3F);
+    EXPECT_EQ(rounded(Parameter::attack, 0.12345F), 0.123F);
+    EXPECT_EQ(rounded(Parameter::release, 1234.0F), 1230.0F);
+    EXPECT_EQ(rounded(Parameter::ratio, 3.14159F), 3.14F);
+    EXPECT_EQ(rounded(Parameter::triggerNote, 36.5F), 37.0F);
+    EXPECT_EQ(rounded(Parameter::output, 99.0F), 12.0F);
+}
+
+TEST(ValueMapping, StepsAreCoarseOrFine) {
+    EXPECT_EQ(stepped(Parameter::threshold, -18.0F, 1, false), -17.0F);
+    EXPECT_EQ(stepped(Parameter::threshold, -18.0F, -3, true), -18.3F);
+    EXPECT_EQ(stepped(Parameter::threshold, -0.5F, 1, false), 0.0F);
+    EXPECT_EQ(stepped(Parameter::mix, 100.0F, -1, false), 95.0F);
+    EXPECT_EQ(stepped(Parameter::mix, 100.0F, -1, true), 99.0F);
+    EXPECT_EQ(stepped(Parameter::triggerNote, 36.0F, 1, false), 37.0F);
+    EXPECT_EQ(stepped(Parameter::triggerNote, 36.0F, 1, true), 37.0F);
+    EXPECT_EQ(stepped(Parameter::midiChannel, 16.0F, 1, false), 16.0F);
+    // A fiftieth of the way from 1 to 20 is a factor of 20 to the power of 1/50.
+    EXPECT_EQ(stepped(Parameter::ratio, 4.0F, 1, false), 4.25F);
+}
+
+TEST(ValueMapping, EveryStepMoves) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        const auto parameter = static_cast<Parameter>(i);
+        for (const bool fine : {false, true}) {
+            float value = range(parameter).minimum;
+            int steps = 0;
+            for (; value < range(parameter).maximum; ++steps) {
+                const float next = stepped(parameter, value, 1, fine);
+                ASSERT_GT(next, value) << range(parameter).symbol;
+                value = next;
+            }
+            EXPECT_LE(steps, 1000) << range(parameter).symbol;
+        }
+    }
+}
+
+TEST(KnobDrag, AddsUpMovesThatAreSmallerThanAStep) {
+    KnobDrag drag(Parameter::triggerNote, 36.0F);
+    for (int i = 0; i < 10; ++i) {
+        drag.move(0.1 / 127.0, false);
+    }
+    EXPECT_EQ(drag.move(0.0, false), 37.0F);
+}
+
+TEST(KnobDrag, FineMovesAreATenth) {
+    KnobDrag drag(Parameter::threshold, -30.0F);
+    EXPECT_EQ(drag.move(0.1, false), -24.0F);
+    EXPECT_EQ(drag.move(0.1, true), -23.4F);
+    EXPECT_EQ(drag.move(-1.0, false), -60.0F);
+    EXPECT_EQ(drag.move(0.5, false), -30.0F);
+}
+
+}  // namespace
