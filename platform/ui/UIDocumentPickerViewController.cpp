@@ -6,6 +6,7 @@
 
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
+#include "platform/foundation/FileManager.h"
 #include "platform/foundation/GLibPointer.h"
 #include "platform/ui/MainThread.h"
 #include "platform/ui/UIWindow.h"
@@ -27,6 +28,13 @@ std::optional<URL> urlOf(GFile* file) {
         g_warning("The picked folder has no address: %s.", address.get());
     }
     return url;
+}
+
+void beginInDocuments(GtkFileChooser* chooser) {
+    const auto documents = FileManager::default_().urls(SearchPathDirectory::documentDirectory,
+                                                        SearchPathDomainMask::userDomainMask);
+    const GFilePointer folder(g_file_new_for_path(documents.front().path().c_str()));
+    gtk_file_chooser_set_current_folder(chooser, folder.get(), nullptr);
 }
 
 }  // namespace
@@ -63,6 +71,7 @@ void UIDocumentPickerViewController::beginPresentation(
         GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER, "C_hoose", "_Cancel");
     gtk_file_chooser_set_select_multiple(GTK_FILE_CHOOSER(chooser_), several ? TRUE : FALSE);
     gtk_native_dialog_set_modal(GTK_NATIVE_DIALOG(chooser_), TRUE);
+    beginInDocuments(GTK_FILE_CHOOSER(chooser_));
     const auto answered = +[](UIDocumentPickerViewController* self, int response) {
         self->answer(response == GTK_RESPONSE_ACCEPT);
     };

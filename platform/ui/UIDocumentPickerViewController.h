@@ -18,7 +18,7 @@ enum class UIDocumentPickerMode {
 };
 
 /// The desktop's own chooser of folders, modal for the presenter's window; through the desktop
-/// portal where the program runs in a sandbox. Main thread.
+/// portal where the program runs in a sandbox. It begins in the user's documents. Main thread.
 class UIDocumentPickerViewController : public UIViewController {
   public:
     /// documentTypes: "public.folder", the only type that there is a chooser for; another one, or

@@ -1,0 +1,82 @@
+#include "tests/kit/Desktop.h"
+
+#include <adwaita.h>
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+
+#include "platform/foundation/RunLoop.h"
+#include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/XServer.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+/// Runs a program of the X desktop, which ends with the test.
+GPid start(std::vector<std::string> arguments) {
+    std::vector<char*> texts;
+    for (auto& argument : arguments) {
+        texts.push_back(argument.data());
+    }
+    texts.push_back(nullptr);
+    GPid process = 0;
+    GError* error = nullptr;
+    g_spawn_async(
+        nullptr, texts.data(), nullptr,
+        static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
+                                 G_SPAWN_STDERR_TO_DEV_NULL | G_SPAWN_DO_NOT_REAP_CHILD),
+        [](gpointer) { prctl(PR_SET_PDEATHSIG, SIGTERM); }, nullptr, &process, &error);
+    EXPECT_EQ(error, nullptr) << error->message;
+    return process;
+}
+
+/// The display, what stands on it, and where the toolkit keeps what it remembers.
+struct Desktop {
+    TemporaryFolder home;
+    XServer server{"1280x960x24"};
+
+    Desktop() {
+        const auto path = home.path().string();
+        for (const auto* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+            setenv(name, path.c_str(), 1);
+        }
+        setenv("GSETTINGS_BACKEND", "memory", 1);
+        setenv("GTK_A11Y", "none", 1);
+        unsetenv("GTK_USE_PORTAL");
+        g_set_application_name("Orvalo");
+        gtk_init();
+        adw_init();
+        start({"openbox", "--sm-disable"});
+    }
+};
+
+}  // namespace
+
+void startDesktop() {
+    static Desktop desktop;
+}
+
+bool waitUntil(const std::function<bool()>& condition) {
+    return RunLoop::main()->run(condition, std::chrono::seconds(60));
+}
+
+void act(const std::vector<std::string>& arguments) {
+    std::vector<std::string> all{"xdotool"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    std::vector<char*> texts;
+    for (auto& argument : all) {
+        texts.push_back(argument.data());
+    }
+    texts.push_back(nullptr);
+    int status = -1;
+    g_spawn_sync(nullptr, texts.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr,
+                 nullptr, &status, nullptr);
+    EXPECT_EQ(status, 0) << arguments.front();
+}
+
+}  // namespace orvalo::testing

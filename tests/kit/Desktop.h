@@ -1,0 +1,20 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvalo::testing {
+
+/// Starts, at the first call, a virtual display with a window manager on it, and the toolkit there.
+/// What the toolkit remembers goes to a folder that goes with the test.
+void startDesktop();
+
+/// Serves the main loop until it holds; false when it never does.
+bool waitUntil(const std::function<bool()>& condition);
+
+/// Lets the window that has the keyboard, and the pointer, have what a user does: the arguments of
+/// xdotool.
+void act(const std::vector<std::string>& arguments);
+
+}  // namespace orvalo::testing

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace orvalo::testing {
+
+/// The bytes of a PNG file, a grey picture of that extent in pixels.
+std::string pngFile(int width, int height);
+
+}  // namespace orvalo::testing
