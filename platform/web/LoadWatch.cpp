@@ -2,6 +2,8 @@
 
 #include <webkit/webkit.h>
 
+#include <utility>
+
 #include "platform/foundation/Timer.h"
 
 namespace orvalo {
@@ -15,10 +17,18 @@ constexpr double platformTimeout = 60;
 struct LoadWatch::Signals {
     static void loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event, gpointer watch) {
         auto* self = static_cast<LoadWatch*>(watch);
-        if (event == WEBKIT_LOAD_FINISHED) {
-            self->stop(State::idle);
-        } else {
-            self->restart();
+        switch (event) {
+            case WEBKIT_LOAD_STARTED:
+            case WEBKIT_LOAD_REDIRECTED:
+                self->address_ = self->announced_;
+                self->restart();
+                break;
+            case WEBKIT_LOAD_COMMITTED:
+                self->restart();
+                break;
+            case WEBKIT_LOAD_FINISHED:
+                self->stop(State::idle);
+                break;
         }
     }
 
@@ -43,6 +53,10 @@ LoadWatch::~LoadWatch() {
 
 void LoadWatch::setInterval(double seconds) {
     interval_ = seconds > 0 ? seconds : platformTimeout;
+}
+
+void LoadWatch::announce(std::string address) {
+    announced_ = std::move(address);
 }
 
 void LoadWatch::pause() {
@@ -72,8 +86,8 @@ void LoadWatch::stop(State state) {
 
 void LoadWatch::expire() {
     stop(State::idle);
-    g_warning("Nothing came from %s for %g s; its loading was stopped.",
-              webkit_web_view_get_uri(view_), interval_);
+    g_warning("Nothing came from %s for %g s; its loading was stopped.", address_.c_str(),
+              interval_);
     webkit_web_view_stop_loading(view_);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 using WebKitWebView = struct _WebKitWebView;  // NOLINT(bugprone-reserved-identifier): WebKit's own.
 
@@ -21,6 +22,8 @@ class LoadWatch {
     /// For the loads that begin from now on. seconds: not above 0 or not a number counts as 60, the
     /// platform's own time-out.
     void setInterval(double seconds);
+    /// Names what the next load that begins is of, for the line.
+    void announce(std::string address);
     /// A load under way waits for a delegate, until resume().
     void pause();
     void resume();
@@ -35,6 +38,8 @@ class LoadWatch {
 
     WebKitWebView* view_;
     double interval_;
+    std::string announced_;
+    std::string address_;  // Of the load under way.
     State state_ = State::idle;
     std::shared_ptr<Timer> timer_;
 };

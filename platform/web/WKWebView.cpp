@@ -73,7 +73,8 @@ struct WKWebView::Signals {
     static GtkWidget* create(WebKitWebView* /*engine*/, WebKitNavigationAction* action,
                              gpointer view) {
         const auto created = static_cast<WKWebView*>(view)->createWebView(action);
-        return created ? GTK_WIDGET(g_object_ref(created->widget())) : nullptr;
+        // The engine takes no reference: nobody would keep a view that the delegate did not.
+        return created.use_count() > 1 ? created->widget() : nullptr;
     }
 };
 
@@ -164,8 +165,14 @@ std::shared_ptr<WKNavigation> WKWebView::loadHTMLString(const std::string& strin
 void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& request,
                              bool halts) {
     const auto self = shared(this);
-    const auto answer = open(
+    const auto settle = open(
         decision, "The decision handler of webView(decidePolicyFor: WKNavigationAction)", halts);
+    const auto answer = [settle, request, view = weak(this)](bool isAllowed) {
+        settle(isAllowed);
+        if (const auto still = view.lock(); still && isAllowed && request.url) {
+            still->watch_->announce(request.url->absoluteString());
+        }
+    };
     if (const auto delegate = navigationDelegate_.lock()) {
         delegate->webView(self, std::make_shared<WKNavigationAction>(request),
                           [answer](WKNavigationActionPolicy policy) {

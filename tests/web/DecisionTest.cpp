@@ -61,7 +61,7 @@ class DecisionTest : public WebFixture {
 };
 
 TEST_F(DecisionTest, AnActionLoadsNothingUntilItIsAllowed) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     holdActions();
     load(site.address("/page"));
     ASSERT_TRUE(waitForHeld(1, 0));
@@ -75,7 +75,7 @@ TEST_F(DecisionTest, AnActionLoadsNothingUntilItIsAllowed) {
 }
 
 TEST_F(DecisionTest, AnActionCanBeRefusedLater) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     holdActions();
     load(site.address("/page"));
     ASSERT_TRUE(waitForHeld(1, 0));
@@ -86,7 +86,7 @@ TEST_F(DecisionTest, AnActionCanBeRefusedLater) {
 }
 
 TEST_F(DecisionTest, AResponseShowsNothingUntilItIsAllowed) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     holdResponses();
     load(site.address("/page"));
     ASSERT_TRUE(waitForHeld(0, 1));
@@ -98,7 +98,7 @@ TEST_F(DecisionTest, AResponseShowsNothingUntilItIsAllowed) {
 }
 
 TEST_F(DecisionTest, AResponseCanBeRefusedLater) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     holdResponses();
     load(site.address("/page"));
     ASSERT_TRUE(waitForHeld(0, 1));
@@ -112,7 +112,7 @@ TEST_F(DecisionTest, AnOpenDecisionDoesNotHinderTheNextLoad) {
     };
     load(site.address("/page"));
     ASSERT_TRUE(waitForHeld(1, 0));
-    EXPECT_EQ(loadWholly(site.address("/next")), "next");
+    EXPECT_TRUE(loadWholly(site.address("/next"), "next"));
     delegate->heldActions[0](WKNavigationActionPolicy::allow);
     passTime(site, "/");
     EXPECT_EQ(title(), "next");
@@ -165,7 +165,7 @@ TEST_F(DecisionTest, ADroppedHandlerLeavesTheDecisionOpen) {
 
 TEST_F(DecisionTest, AnsweredDecisionsAreLetGo) {
     AliveDecisions decisions;
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     EXPECT_EQ(decisions.seen, 2);
     EXPECT_EQ(decisions.alive, 0);
 }

@@ -14,7 +14,7 @@ class SandboxTest : public WebFixture {};
 
 TEST_F(SandboxTest, APageSeesAFileSystemOfItsOwnWhereTheMachineCanDoThat) {
     const Site site({{"/", titled("start")}});
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     const auto processes = webProcesses();
     ASSERT_FALSE(processes.empty());
     const auto own = std::filesystem::read_symlink("/proc/self/ns/mnt");

@@ -31,10 +31,10 @@ void Site::serve(const std::string& path, const LoopbackServer::Connection& conn
         case Page::Manner::never:
             connection.waitForEnd();
             break;
-        case Page::Manner::headOnly:
-            connection.send(
-                "HTTP/1.1 200 Answer\r\nContent-Type: text/html\r\n"
-                "Content-Length: 1000\r\n\r\n");
+        case Page::Manner::half:
+            connection.send("HTTP/1.1 200 Answer\r\nContent-Type: " + page.type +
+                            "\r\nContent-Length: " + std::to_string(2 * page.content.size()) +
+                            "\r\n\r\n" + page.content);
             connection.waitForEnd();
             break;
         case Page::Manner::broken:

@@ -11,10 +11,10 @@ namespace orvalo::testing {
 /// What a path of the site answers.
 struct Page {
     enum class Manner {
-        whole,     ///< The answer, with its length.
-        never,     ///< Nothing, and the connection stays open.
-        headOnly,  ///< The answer's head, and then nothing.
-        broken,    ///< Nothing, and the connection is closed.
+        whole,   ///< The answer, with its length.
+        never,   ///< Nothing, and the connection stays open.
+        half,    ///< The content without its end.
+        broken,  ///< Nothing, and the connection is closed.
     };
 
     std::string content{};

@@ -15,6 +15,15 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
+std::size_t count(const std::string& text, const std::string& word) {
+    std::size_t result = 0;
+    for (auto place = text.find(word); place != std::string::npos;
+         place = text.find(word, place + 1)) {
+        ++result;
+    }
+    return result;
+}
+
 class TroubleTest : public WebFixture {
   protected:
     const Site site{{{"/", titled("start", "<a href='/file' download='taken.bin'>file</a>")},
@@ -24,7 +33,7 @@ class TroubleTest : public WebFixture {
 };
 
 TEST_F(TroubleTest, AKilledPageIsToldAndTheViewLoadsAgain) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     const CapturedOutput errors(2);
     const auto processes = webProcesses();
     ASSERT_FALSE(processes.empty());
@@ -35,12 +44,20 @@ TEST_F(TroubleTest, AKilledPageIsToldAndTheViewLoadsAgain) {
         return errors.text().find("The process of the page " + site.address("/") + " crashed.") !=
                std::string::npos;
     }));
-    EXPECT_EQ(loadWholly(site.address("/next")), "next");
-    EXPECT_EQ(loadWholly(site.address("/")), "start");
+    // A process that was kept ready for the next page was killed too; its end may be seen only now.
+    std::size_t told = 0;
+    EXPECT_TRUE(waitUntil([&] {
+        if (const auto crashes = count(errors.text(), "crashed."); crashes > told) {
+            told = crashes;
+            load(site.address("/next"));
+        }
+        return title() == "next";
+    })) << errors.text();
+    EXPECT_TRUE(loadWholly(site.address("/"), "start"));
 }
 
 TEST_F(TroubleTest, APageThatIsKilledWhileItLoadsLeavesTheViewUsable) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     delegate->onResponse = [](const auto&) { return RecordingDelegate::Answer::hold; };
     load(site.address("/next"));
     ASSERT_TRUE(waitUntil([this] { return delegate->heldResponses.size() == 1; }));
@@ -49,11 +66,11 @@ TEST_F(TroubleTest, APageThatIsKilledWhileItLoadsLeavesTheViewUsable) {
     EXPECT_TRUE(waitUntil([&] { return errors.text().find(" was ended.") != std::string::npos; }));
     delegate->onResponse = {};
     delegate->heldResponses[0](WKNavigationResponsePolicy::allow);
-    EXPECT_EQ(loadWholly(site.address("/next")), "next");
+    EXPECT_TRUE(loadWholly(site.address("/next"), "next"));
 }
 
 TEST_F(TroubleTest, WhatCannotBeLoadedIsToldAndNotShown) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     delegate->calls.clear();
     for (const auto& address : {site.address("/broken"), LoopbackServer::refusedAddress()}) {
         const CapturedOutput errors(2);
@@ -70,7 +87,7 @@ TEST_F(TroubleTest, WhatCannotBeLoadedIsToldAndNotShown) {
 }
 
 TEST_F(TroubleTest, ARefusalOfTheDelegateIsNoTrouble) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     const CapturedOutput errors(2);
     delegate->onResponse = [](const auto&) { return RecordingDelegate::Answer::cancel; };
     load(site.address("/next"));
@@ -81,7 +98,7 @@ TEST_F(TroubleTest, ARefusalOfTheDelegateIsNoTrouble) {
 }
 
 TEST_F(TroubleTest, DownloadsAreRefused) {
-    loadWholly(site.address("/"));
+    loadWholly(site.address("/"), "start");
     const CapturedOutput errors(2);
     evaluate("document.querySelector('a').click()");
     EXPECT_TRUE(waitUntil([&] {

@@ -60,13 +60,9 @@ void WebFixture::load(const std::string& address, double timeoutInterval) const 
     view->load({.url = URL::string(address), .timeoutInterval = timeoutInterval});
 }
 
-std::string WebFixture::loadWholly(const std::string& address) const {
+bool WebFixture::loadWholly(const std::string& address, const std::string& title) const {
     load(address);
-    EXPECT_TRUE(waitUntil([this, address] {
-        return webkit_web_view_is_loading(engine()) == FALSE &&
-               webkit_web_view_get_uri(engine()) == address;
-    }));
-    return title();
+    return waitForTitle(title);
 }
 
 bool WebFixture::waitForTitle(const std::string& title) const {

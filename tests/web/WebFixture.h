@@ -22,8 +22,8 @@ class WebFixture : public ::testing::Test {
 
     /// Starts to load an address.
     void load(const std::string& address, double timeoutInterval = 60) const;
-    /// Loads an address to its end and returns the title of what is shown then.
-    std::string loadWholly(const std::string& address) const;
+    /// Loads an address and waits for its title; false when it does not come.
+    bool loadWholly(const std::string& address, const std::string& title) const;
     /// Waits until the title of what is shown is that one and nothing loads.
     bool waitForTitle(const std::string& title) const;
     /// Runs a script in the page and returns its result as text.
