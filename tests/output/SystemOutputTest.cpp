@@ -1,8 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <fstream>
+#include <utility>
 
 #include "platform/audio/output/AudioOutput.h"
 #include "tests/output/LogLines.h"
@@ -55,6 +58,26 @@ TEST_F(SystemOutputTest, IsAClockWhenThereIsNothing) {
     EXPECT_THAT(play(), ElementsAre(standIn_));
     setenv("ORVALO_AUDIO_OUTPUT", "auto", 1);
     EXPECT_THAT(play(), ElementsAre(standIn_));
+}
+
+TEST_F(SystemOutputTest, IsAClockWhenTheProcessCanOpenNothingMore) {
+    const LogLines log;
+    const int next = dup(STDERR_FILENO);
+    close(next);
+    rlimit descriptors{};
+    getrlimit(RLIMIT_NOFILE, &descriptors);
+    const auto most = std::exchange(descriptors.rlim_cur, static_cast<rlim_t>(next));
+    setrlimit(RLIMIT_NOFILE, &descriptors);
+    const auto output = AudioOutput::system();
+    EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
+    output->start(source_);
+    EXPECT_TRUE(source_.waitForBlocks(3));
+    output->stop();
+    descriptors.rlim_cur = most;
+    setrlimit(RLIMIT_NOFILE, &descriptors);
+    EXPECT_EQ(source_.threadName(), "orvalo-null");
+    // After what libpulse says itself.
+    EXPECT_EQ(log.messages().back(), standIn_);
 }
 
 TEST_F(SystemOutputTest, IsAClockByChoice) {

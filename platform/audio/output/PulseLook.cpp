@@ -5,8 +5,11 @@ namespace orvalo {
 PulseLook::PulseLook(std::chrono::milliseconds patience)
     : deadline_(std::chrono::steady_clock::now() + patience),
       loop_(pa_mainloop_new(), pa_mainloop_free),
-      context_(pa_context_new(pa_mainloop_get_api(loop_.get()), "Orvalo"), pa_context_unref) {
-    if (pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
+      context_(loop_ ? pa_context_new(pa_mainloop_get_api(loop_.get()), "Orvalo") : nullptr,
+               pa_context_unref) {
+    // There is no loop when the system has no descriptor left.
+    if (!context_ ||
+        pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
         return;
     }
     pa_context_state_t state = pa_context_get_state(context_.get());
@@ -17,7 +20,9 @@ PulseLook::PulseLook(std::chrono::milliseconds patience)
 }
 
 PulseLook::~PulseLook() {
-    pa_context_disconnect(context_.get());
+    if (context_) {
+        pa_context_disconnect(context_.get());
+    }
 }
 
 std::optional<PulseLook::Sink> PulseLook::defaultSink() {

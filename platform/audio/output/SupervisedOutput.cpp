@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <system_error>
 #include <utility>
 
 #include "platform/audio/output/ClockStream.h"
@@ -23,6 +24,22 @@ std::string text(const OutputFacts& facts) {
     return std::to_string(std::llround(facts.format.sampleRate)) + " Hz, " +
            std::to_string(channels) + (channels == 1 ? " channel, " : " channels, ") +
            std::to_string(facts.frameCount) + " frames";
+}
+
+/// What the device has, or else why there is nothing, as the end of a sentence.
+std::optional<OutputFacts> lookAt(OutputDevice& device, std::string& failure) {
+    std::optional<OutputFacts> facts;
+    try {
+        facts = device.look();
+        failure = facts ? "" : device.absence();
+    } catch (const std::system_error& error) {
+        // Looks are made on threads of their own, which a system at its limits refuses.
+        failure = "it cannot be looked for (" + error.code().message() + ")";
+    }
+    if (!facts) {
+        g_debug("Audio output %s: %s.", device.name().c_str(), failure.c_str());
+    }
+    return facts;
 }
 
 }  // namespace
@@ -100,7 +117,8 @@ std::uint64_t SupervisedOutput::xrunCount() const {
 
 std::optional<OutputFacts> SupervisedOutput::lookAround() {
     for (const auto& device : devices_) {
-        if (auto facts = device->look()) {
+        std::string failure;
+        if (auto facts = lookAt(*device, failure)) {
             return facts;
         }
     }
@@ -108,10 +126,8 @@ std::optional<OutputFacts> SupervisedOutput::lookAround() {
 }
 
 bool SupervisedOutput::open(OutputDevice& device) {
-    const auto facts = device.look();
+    const auto facts = lookAt(device, lastFailure_);
     if (!facts) {
-        lastFailure_ = device.absence();
-        g_debug("Audio output %s: %s.", device.name().c_str(), lastFailure_.c_str());
         return false;
     }
     try {

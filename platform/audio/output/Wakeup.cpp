@@ -1,35 +1,37 @@
 #include "platform/audio/output/Wakeup.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
-
 #include <cerrno>
-
-#include "platform/foundation/NSError.h"
+#include <ctime>
 
 namespace orvalo {
 
-Wakeup::Wakeup() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (descriptor_ < 0) {
-        throw NSError::posix(errno, "eventfd");
-    }
+Wakeup::Wakeup() {
+    sem_init(&signals_, 0, 0);
 }
 
 Wakeup::~Wakeup() {
-    close(descriptor_);
+    sem_destroy(&signals_);
 }
 
-void Wakeup::signal() const noexcept {
+void Wakeup::signal() noexcept {
     // Fails only when as many signals as a counter holds are waiting to be seen.
-    eventfd_write(descriptor_, 1);
+    sem_post(&signals_);
 }
 
 void Wakeup::wait(std::chrono::milliseconds limit) noexcept {
-    pollfd entry{descriptor_, POLLIN, 0};
-    if (poll(&entry, 1, static_cast<int>(limit.count())) > 0) {
-        eventfd_t signals = 0;
-        eventfd_read(descriptor_, &signals);
+    using namespace std::chrono;
+    timespec until{};
+    clock_gettime(CLOCK_MONOTONIC, &until);
+    const auto end = seconds(until.tv_sec) + nanoseconds(until.tv_nsec) + limit;
+    until.tv_sec = duration_cast<seconds>(end).count();
+    until.tv_nsec = (end % seconds(1)).count();
+    while (sem_clockwait(&signals_, CLOCK_MONOTONIC, &until) != 0) {
+        if (errno == ETIMEDOUT) {
+            return;
+        }
+    }
+    // Signals that came together are one.
+    while (sem_trywait(&signals_) == 0) {
     }
 }
 
