@@ -1,5 +1,6 @@
 #include "bench/live/BareSleeper.h"
 
+#include <algorithm>
 #include <ctime>
 
 #include "bench/measuring/Clocks.h"
@@ -23,7 +24,9 @@ void BareSleeper::run(std::int64_t quantum) {
         due += quantum;
         const timespec until{due / nanosecondsInSecond, due % nanosecondsInSecond};
         clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
-        const auto missed = (monotonicNanoseconds() - due) / quantum;
+        const auto late = monotonicNanoseconds() - due;
+        latest_ = std::max(latest_.load(), late);
+        const auto missed = late / quantum;
         late_ += missed > 0 ? 1 : 0;
         due += missed * quantum;
     }

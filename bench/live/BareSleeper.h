@@ -18,11 +18,14 @@ class BareSleeper {
 
     /// How often it was woken a whole quantum late or more.
     std::uint64_t lateCount() const { return late_; }
+    /// The latest that it was woken, in ns.
+    std::int64_t latest() const { return latest_; }
 
   private:
     void run(std::int64_t quantum);
 
     std::atomic<std::uint64_t> late_ = 0;
+    std::atomic<std::int64_t> latest_ = 0;
     std::atomic<bool> isOver_ = false;
     std::thread thread_;
 };

@@ -29,6 +29,14 @@ std::vector<double> QuantumTimes::effectShares(double sampleRate) const {
     return shares;
 }
 
+std::size_t QuantumTimes::overdueCount(double sampleRate) const {
+    std::size_t overdue = 0;
+    for (std::size_t index = 0; index < count_; ++index) {
+        overdue += share(quanta_[index].whole, quanta_[index].frames, sampleRate) > 1.0 ? 1 : 0;
+    }
+    return overdue;
+}
+
 std::uint32_t QuantumTimes::largestQuantum() const {
     std::uint32_t largest = 0;
     for (std::size_t index = 0; index < count_; ++index) {

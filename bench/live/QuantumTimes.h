@@ -24,6 +24,8 @@ class QuantumTimes {
     /// The host's own part, and the effect's, of each quantum's time at that rate, as shares.
     std::vector<double> hostShares(double sampleRate) const;
     std::vector<double> effectShares(double sampleRate) const;
+    /// How many took longer, host and effect together, than they last.
+    std::size_t overdueCount(double sampleRate) const;
     /// The size of the largest quantum, in frames.
     std::uint32_t largestQuantum() const;
 

@@ -52,8 +52,13 @@ struct Bench {
             static_cast<unsigned long long>(outcome.xruns),
             static_cast<unsigned long long>(outcome.underruns),
             static_cast<unsigned long long>(outcome.midiEvents));
-        std::printf("  a thread that only sleeps from quantum to quantum was late %llu times\n",
-                    static_cast<unsigned long long>(sleeper.lateCount()));
+        std::printf("  quanta that took longer to render than they last: %zu\n",
+                    times.overdueCount(kFormat.sampleRate));
+        std::printf(
+            "  a thread that only sleeps from quantum to quantum was a quantum late %llu times, "
+            "%.1f ms at most\n",
+            static_cast<unsigned long long>(sleeper.lateCount()),
+            static_cast<double>(sleeper.latest()) * 1e-6);
         for (const auto& [part, shares] : {std::pair{"host", &host}, {"effect", &effect}}) {
             std::printf(
                 "  %-6s of the quantum: median %6.2f %%, 99 %% below %6.2f %%, "

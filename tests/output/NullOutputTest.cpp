@@ -121,6 +121,22 @@ TEST(NullOutput, CountsPeriodsThatTheSourceOversleepsAndLeavesThemOut) {
     output.stop();
 }
 
+TEST(NullOutput, CatchesUpWithASourceThatIsLateByLessThanTwoPeriods) {
+    RecordingSource source;
+    std::atomic<int> calls{0};
+    source.whileRendering = [&] {
+        // Two and a half periods of 200 ms, the call's own one among them.
+        if (++calls == 2) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        }
+    };
+    NullOutput output({48000.0, 2}, 9600);
+    output.start(source);
+    ASSERT_TRUE(source.waitForBlocks(5));
+    EXPECT_EQ(output.xrunCount(), 0U);
+    output.stop();
+}
+
 TEST(NullOutputDeathTest, EndsTheProgramWhenStartedTwice) {
     RecordingSource source;
     NullOutput output;

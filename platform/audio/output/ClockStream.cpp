@@ -12,6 +12,8 @@ namespace orvalo {
 namespace {
 
 constexpr std::int64_t kNanoseconds = 1'000'000'000;
+/// As on a device of three buffers: when one falls due, two are still to be played.
+constexpr double kPeriodsInHand = 2;
 
 std::int64_t monotonicNow() {
     timespec now{};
@@ -51,7 +53,7 @@ void ClockStream::run() {
         due += 1;
         const auto time = begin + static_cast<std::int64_t>(due * period);
         const auto late = static_cast<double>(monotonicNow() - time);
-        if (late >= period) {
+        if (late >= kPeriodsInHand * period) {
             const auto missed = static_cast<std::uint64_t>(late / period);
             gate_->countXruns(missed);
             due += static_cast<double>(missed);

@@ -10,8 +10,9 @@
 namespace orvalo {
 
 /// A stream that nothing plays: a thread pulls quanta by the monotonic clock and discards them.
-/// Periods are reckoned from the first one, so that it does not drift; periods that the source
-/// overslept are counted as xruns and left out.
+/// Periods are reckoned from the first one, so that it does not drift. A source that is late by
+/// less than two periods catches up, as one on a device of three buffers does; else the periods
+/// that it overslept are counted as xruns and left out.
 class ClockStream : public OutputStream {
   public:
     /// facts.frameCount: above 0.
