@@ -46,11 +46,28 @@ void cleanup(LV2_Handle handle) {
     delete static_cast<Echo*>(handle);
 }
 
-const LV2_Descriptor kEcho{
-    "urn:orvalo:zoo:echo", instantiate, connectPort, nullptr, run, nullptr, cleanup, nullptr};
+constexpr LV2_Descriptor describe(const char* uri) {
+    return {uri, instantiate, connectPort, nullptr, run, nullptr, cleanup, nullptr};
+}
+
+// One effect under many names, for the interfaces that they have.
+const std::array kEchoes{
+    describe("urn:orvalo:zoo:echo"),
+    describe("urn:orvalo:interface:probe"),
+    describe("urn:orvalo:interface:fixed"),
+    describe("urn:orvalo:interface:direct"),
+    describe("urn:orvalo:interface:demanding"),
+    describe("urn:orvalo:interface:optional"),
+    describe("urn:orvalo:interface:toolkit"),
+    describe("urn:orvalo:interface:missing"),
+    describe("urn:orvalo:interface:foreign"),
+    describe("urn:orvalo:interface:refusing"),
+    describe("urn:orvalo:interface:windowless"),
+    describe("urn:orvalo:interface:none"),
+};
 
 }  // namespace
 
 extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
-    return index == 0 ? &kEcho : nullptr;
+    return index < kEchoes.size() ? &kEchoes[index] : nullptr;
 }

@@ -1,0 +1,125 @@
+#include "platform/audio/interface/LV2EmbeddedInterface.h"
+
+#include <glib.h>
+
+#include <utility>
+
+#include "platform/audio/interface/LV2InterfaceError.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr unsigned kShownPeriod = static_cast<unsigned>(1000.0 / LV2Interface::kUpdateRate);
+// Often enough that nothing piles up, seldom enough to cost nothing.
+constexpr unsigned kHiddenPeriod = 250;
+// Below the toolkit's drawing, which stands at 120, so that an interface cannot hold it up.
+constexpr int kTimerPriority = 125;
+
+}  // namespace
+
+LV2EmbeddedInterface::LV2EmbeddedInterface(std::shared_ptr<X11Connection> connection,
+                                           std::shared_ptr<LV2LocalAudioUnit> unit,
+                                           const LV2InterfaceData& data, const Place& place)
+    : connection_(std::move(connection)), unit_(std::move(unit)), data_(data), place_(place) {
+    open();
+    setTimer(false);
+}
+
+LV2EmbeddedInterface::~LV2EmbeddedInterface() {
+    onClosed = nullptr;
+    close({});
+}
+
+void LV2EmbeddedInterface::open() {
+    // Never a container that had another interface in it: the X server gives the new window the
+    // number of the old one, whose end is still to be reported.
+    container_ = std::make_unique<X11Container>(connection_, place_.toplevel, place_.size);
+    container_->setStatedFixed(data_.isFixedSize);
+    container_->onSize = [this](X11Size size) {
+        if (interface_ != nullptr) {
+            interface_->setSize(size);
+        }
+    };
+    container_->onRules = [this] {
+        if (onRules) {
+            onRules();
+        }
+    };
+    container_->onGone = [this] { close("it has lost its window"); };
+    interface_ =
+        std::make_unique<LV2Interface>(unit_, data_, container_->window(), place_.scaleFactor,
+                                       [this](X11Size size) { container_->want(size); });
+    if (!container_->adopt(interface_->window())) {
+        interface_ = nullptr;
+        throw lv2InterfaceError(LV2ErrorCode::instantiationFailed, data_.plugin,
+                                "it makes no window");
+    }
+    container_->place(area_, visible_);
+    container_->setVisible(isVisible_);
+}
+
+void LV2EmbeddedInterface::place(const X11Rect& area, const X11Rect& visible) {
+    area_ = area;
+    visible_ = visible;
+    if (container_ != nullptr) {
+        container_->place(area, visible);
+    }
+}
+
+void LV2EmbeddedInterface::setVisible(bool isVisible) {
+    if (interface_ == nullptr || isVisible == isVisible_) {
+        return;
+    }
+    isVisible_ = isVisible;
+    container_->setVisible(isVisible);
+    setTimer(isVisible);
+}
+
+void LV2EmbeddedInterface::setTimer(bool isVisible) {
+    if (timer_ != nullptr) {
+        g_source_destroy(timer_.get());
+    }
+    timer_.reset(g_timeout_source_new(isVisible ? kShownPeriod : kHiddenPeriod));
+    g_source_set_priority(timer_.get(), kTimerPriority);
+    g_source_set_callback(
+        timer_.get(),
+        [](void* self) -> gboolean {
+            static_cast<LV2EmbeddedInterface*>(self)->tick();
+            // Closing destroys the source.
+            return G_SOURCE_CONTINUE;
+        },
+        this, nullptr);
+    g_source_attach(timer_.get(), nullptr);
+}
+
+void LV2EmbeddedInterface::tick() {
+    if (interface_->isOutdated()) {
+        container_->release();
+        interface_ = nullptr;
+        try {
+            open();
+            if (onRules) {
+                onRules();
+            }
+        } catch (const NSError& error) {
+            close(error.localizedDescription());
+        }
+    } else if (!interface_->update()) {
+        close("it has closed itself");
+    }
+}
+
+void LV2EmbeddedInterface::close(const std::string& reason) {
+    if (timer_ != nullptr) {
+        g_source_destroy(timer_.get());
+        timer_ = nullptr;
+    }
+    container_->release();
+    interface_ = nullptr;
+    if (const auto closed = std::exchange(onClosed, nullptr)) {
+        closed(reason);
+    }
+}
+
+}  // namespace orvalo

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/audio/interface/LV2Interface.h"
+#include "platform/audio/interface/LV2InterfaceData.h"
+#include "platform/audio/interface/X11Connection.h"
+#include "platform/audio/interface/X11Container.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo {
+
+/// An open interface inside somebody's toplevel window: the interface, the container around its
+/// window, and the timer that keeps it going on the main run loop, slowly while it is hidden. An
+/// interface that reaches an instance which has been replaced is made anew. Main thread.
+class LV2EmbeddedInterface {
+  public:
+    struct Place {
+        unsigned long toplevel;  ///< The X window.
+        double scaleFactor;      ///< Of the screen: 1 for plain ones.
+        X11Size size;            ///< Of the area that it will be given, in pixels.
+    };
+
+    /// Opens it, not visible yet. The data's library must stay loaded for the object's life. Throws
+    /// NSError.
+    LV2EmbeddedInterface(std::shared_ptr<X11Connection> connection,
+                         std::shared_ptr<LV2LocalAudioUnit> unit, const LV2InterfaceData& data,
+                         const Place& place);
+    /// Takes it off the screen, then cleans it up.
+    ~LV2EmbeddedInterface();
+    LV2EmbeddedInterface(const LV2EmbeddedInterface&) = delete;
+    LV2EmbeddedInterface& operator=(const LV2EmbeddedInterface&) = delete;
+
+    /// As X11Container::place().
+    void place(const X11Rect& area, const X11Rect& visible);
+    void setVisible(bool isVisible);
+    const X11SizeRules& rules() const { return container_->rules(); }
+
+    /// What the interface asks for has changed. May be empty.
+    std::function<void()> onRules;
+    /// The interface is closed: by itself, by the loss of its window, or because it could not be
+    /// made anew. The reason is a clause without a full stop. Called once, from the run loop; the
+    /// object may be destroyed inside. May be empty.
+    std::function<void(const std::string& reason)> onClosed;
+
+  private:
+    void open();
+    void setTimer(bool isVisible);
+    void tick();
+    void close(const std::string& reason);
+
+    const std::shared_ptr<X11Connection> connection_;
+    const std::shared_ptr<LV2LocalAudioUnit> unit_;
+    const LV2InterfaceData data_;
+    const Place place_;
+    X11Rect area_;
+    X11Rect visible_;
+    std::unique_ptr<X11Container> container_;
+    std::unique_ptr<LV2Interface> interface_;
+    GSourcePointer timer_;
+    bool isVisible_ = false;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,224 @@
+#include "platform/audio/interface/LV2Interface.h"
+
+#include <glib.h>
+#include <lv2/atom/atom.h>
+
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include "platform/audio/interface/LV2InterfaceError.h"
+#include "platform/audio/interface/X11Errors.h"
+#include "platform/audio/lv2/URIDMap.h"
+
+namespace orvalo {
+
+namespace {
+
+// The protocol of plain control values.
+constexpr std::uint32_t kFloats = 0;
+
+std::uint32_t eventTransfer() {
+    static const auto number = URIDMap::shared().map(LV2_ATOM__eventTransfer);
+    return number;
+}
+
+std::uint32_t floatProtocol() {
+    static const auto number = URIDMap::shared().map(LV2_UI__floatProtocol);
+    return number;
+}
+
+LV2Interface& interface(SuilController controller) {
+    return *static_cast<LV2Interface*>(controller);
+}
+
+}  // namespace
+
+LV2Interface::Connection::Connection(std::shared_ptr<LV2LocalAudioUnit> ofUnit,
+                                     std::shared_ptr<LV2EventLink> byLink)
+    : unit(std::move(ofUnit)), link(std::move(byLink)), instance(unit->connectInterface(link)) {}
+
+LV2Interface::Connection::~Connection() {
+    unit->disconnectInterface(link);
+}
+
+LV2Interface::LV2Interface(std::shared_ptr<LV2LocalAudioUnit> unit, const LV2InterfaceData& data,
+                           unsigned long parent, double scaleFactor,
+                           std::function<void(X11Size)> onResize)
+    : data_(data),
+      log_(data.plugin),
+      connection_(unit, std::make_shared<LV2EventLink>(unit->data().ports)),
+      options_({.sampleRate = unit->sampleRate(),
+                .updateRate = kUpdateRate,
+                .scaleFactor = scaleFactor,
+                .windowTitle = data.title,
+                .sequenceSize = unit->data().sequenceSize,
+                .contextName = unit->contextName()}),
+      features_(options_, log_, parent, connection_.instance, std::move(onResize)),
+      shown_(unit->data().ports.size()),
+      isKnown_(unit->data().ports.size()),
+      isTouched_(unit->data().ports.size()),
+      host_(suil_host_new(write, index, subscribe, unsubscribe)) {
+    suil_host_set_touch_func(host_.get(), touch);
+    for (const auto port : data_.notifiedPorts) {
+        connection_.link->setSubscribed(port, true);
+    }
+    instance_.reset(suil_instance_new(host_.get(), this, LV2_UI__X11UI, data_.plugin.c_str(),
+                                      data_.uri.c_str(), LV2_UI__X11UI, data_.bundle.c_str(),
+                                      data_.binary.c_str(), features_.features()));
+    // It may have set a handler of its own.
+    X11Errors::takeOver();
+    if (instance_ == nullptr) {
+        throw lv2InterfaceError(LV2ErrorCode::instantiationFailed, data_.plugin,
+                                "it refuses to be made");
+    }
+    const auto extension = [this](const char* uri) {
+        return suil_instance_extension_data(instance_.get(), uri);
+    };
+    idle_ = static_cast<const LV2UI_Idle_Interface*>(extension(LV2_UI__idleInterface));
+    resize_ = static_cast<const LV2UI_Resize*>(extension(LV2_UI__resize));
+    showControls();
+}
+
+LV2Interface::~LV2Interface() {
+    instance_.reset();
+}
+
+unsigned long LV2Interface::window() const {
+    return reinterpret_cast<unsigned long>(suil_instance_get_widget(instance_.get()));
+}
+
+bool LV2Interface::update() {
+    showControls();
+    showEvents();
+    return idle_ == nullptr || idle_->idle == nullptr ||
+           idle_->idle(suil_instance_get_handle(instance_.get())) == 0;
+}
+
+void LV2Interface::setSize(X11Size size) {
+    if (resize_ != nullptr && resize_->ui_resize != nullptr) {
+        // In this direction the handle is the interface's own.
+        resize_->ui_resize(suil_instance_get_handle(instance_.get()), size.width, size.height);
+    }
+}
+
+bool LV2Interface::isOutdated() const {
+    return data_.reachesInstance &&
+           connection_.unit->instanceNumber() != connection_.instance.number;
+}
+
+void LV2Interface::showControls() {
+    const auto& controls = connection_.unit->controls();
+    for (const auto& port : connection_.unit->data().ports) {
+        if (port.kind != LV2PortKind::control || isTouched_[port.index]) {
+            continue;
+        }
+        const float value = controls.value(port.index);
+        auto& shown = shown_[port.index];
+        // By their bits: what is no number is not equal to itself.
+        if (isKnown_[port.index] && std::memcmp(&value, &shown, sizeof(value)) == 0) {
+            continue;
+        }
+        isKnown_[port.index] = true;
+        shown = value;
+        suil_instance_port_event(instance_.get(), port.index, sizeof(value), kFloats, &value);
+    }
+}
+
+void LV2Interface::showEvents() {
+    std::uint32_t port = 0;
+    while (const auto* event = connection_.link->receive(port)) {
+        suil_instance_port_event(instance_.get(), port,
+                                 static_cast<std::uint32_t>(sizeof(*event)) + event->size,
+                                 eventTransfer(), event);
+    }
+    if (const auto lost = connection_.link->takeLostCount(); lost > 0) {
+        g_warning("%u events of <%s> were too many for its interface.", lost, data_.plugin.c_str());
+    }
+}
+
+const LV2Port* LV2Interface::control(std::uint32_t port) const {
+    const auto& ports = connection_.unit->data().ports;
+    return port < ports.size() && ports[port].kind == LV2PortKind::control ? &ports[port] : nullptr;
+}
+
+void LV2Interface::write(SuilController controller, std::uint32_t port, std::uint32_t size,
+                         std::uint32_t protocol, const void* buffer) {
+    auto& self = interface(controller);
+    const bool isFloat = protocol == kFloats || protocol == floatProtocol();
+    const bool isTaken = isFloat
+                             ? self.writeControl(port, size, buffer)
+                             : protocol == eventTransfer() && self.writeEvent(port, size, buffer);
+    if (!isTaken && !std::exchange(self.hasComplained_, true)) {
+        g_warning("The interface of <%s> wrote to port %u what that cannot take.",
+                  self.data_.plugin.c_str(), port);
+    }
+}
+
+bool LV2Interface::writeControl(std::uint32_t port, std::uint32_t size, const void* buffer) {
+    const auto* written = control(port);
+    float value = 0.0F;
+    if (written == nullptr || !written->isInput || size != sizeof(value)) {
+        return false;
+    }
+    std::memcpy(&value, buffer, sizeof(value));
+    if (!std::isfinite(value)) {
+        return false;
+    }
+    // The interface knows already; telling it would fight with the user's hand.
+    shown_[port] = value;
+    isKnown_[port] = true;
+    connection_.unit->controls().setValue(port, value);
+    return true;
+}
+
+bool LV2Interface::writeEvent(std::uint32_t port, std::uint32_t size, const void* buffer) {
+    LV2_Atom atom{};
+    if (size < sizeof(atom)) {
+        return false;
+    }
+    std::memcpy(&atom, buffer, sizeof(atom));
+    return atom.size <= size - sizeof(atom) &&
+           connection_.link->send(port, atom.type, atom.size,
+                                  static_cast<const std::byte*>(buffer) + sizeof(atom));
+}
+
+std::uint32_t LV2Interface::index(SuilController controller, const char* symbol) {
+    for (const auto& port : interface(controller).connection_.unit->data().ports) {
+        if (port.symbol == symbol) {
+            return port.index;
+        }
+    }
+    return LV2UI_INVALID_PORT_INDEX;
+}
+
+std::uint32_t LV2Interface::setSubscribed(std::uint32_t port, std::uint32_t protocol,
+                                          bool isSubscribed) {
+    if (control(port) != nullptr) {
+        // It hears of all controls anyway.
+        return protocol == kFloats || protocol == floatProtocol() ? 0 : 1;
+    }
+    return protocol == eventTransfer() && connection_.link->setSubscribed(port, isSubscribed) ? 0
+                                                                                              : 1;
+}
+
+std::uint32_t LV2Interface::subscribe(SuilController controller, std::uint32_t port,
+                                      std::uint32_t protocol,
+                                      const LV2_Feature* const* /*features*/) {
+    return interface(controller).setSubscribed(port, protocol, true);
+}
+
+std::uint32_t LV2Interface::unsubscribe(SuilController controller, std::uint32_t port,
+                                        std::uint32_t protocol,
+                                        const LV2_Feature* const* /*features*/) {
+    return interface(controller).setSubscribed(port, protocol, false);
+}
+
+void LV2Interface::touch(SuilController controller, std::uint32_t port, bool isGrabbed) {
+    auto& self = interface(controller);
+    if (self.control(port) != nullptr) {
+        self.isTouched_[port] = isGrabbed;
+    }
+}
+
+}  // namespace orvalo

@@ -1,0 +1,58 @@
+#include "platform/audio/interface/LV2InterfaceLibrary.h"
+
+#include <dlfcn.h>
+#include <lv2/ui/ui.h>
+
+#include <filesystem>
+
+#include "platform/audio/interface/LV2InterfaceError.h"
+
+namespace orvalo {
+
+namespace {
+
+bool holds(void* library, const std::string& uri) {
+    const auto entry =
+        reinterpret_cast<LV2UI_DescriptorFunction>(dlsym(library, "lv2ui_descriptor"));
+    if (entry == nullptr) {
+        return false;
+    }
+    for (std::uint32_t index = 0;; ++index) {
+        const auto* descriptor = entry(index);
+        if (descriptor == nullptr) {
+            return false;
+        }
+        if (descriptor->URI == uri) {
+            return true;
+        }
+    }
+}
+
+}  // namespace
+
+LV2InterfaceLibrary::LV2InterfaceLibrary(const LV2InterfaceData& data) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(data.binary, error)) {
+        throw lv2InterfaceError(LV2ErrorCode::noLibrary, data.plugin,
+                                "its library " + data.binary + " is missing");
+    }
+    const int residence = data.staysLoaded ? RTLD_NODELETE : 0;
+    library_ = dlopen(data.binary.c_str(), RTLD_NOW | RTLD_LOCAL | residence);
+    if (library_ == nullptr) {
+        // The text is per thread.
+        const char* reason = dlerror();  // NOLINT(concurrency-mt-unsafe)
+        throw lv2InterfaceError(LV2ErrorCode::noLibrary, data.plugin,
+                                "its library does not load (" + std::string(reason) + ")");
+    }
+    if (!holds(library_, data.uri)) {
+        dlclose(library_);
+        throw lv2InterfaceError(LV2ErrorCode::noLibrary, data.plugin,
+                                "the library " + data.binary + " does not hold <" + data.uri + ">");
+    }
+}
+
+LV2InterfaceLibrary::~LV2InterfaceLibrary() {
+    dlclose(library_);
+}
+
+}  // namespace orvalo

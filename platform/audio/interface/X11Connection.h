@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/audio/interface/X11Errors.h"
+#include "platform/foundation/GLibPointer.h"
+
+using XEvent = union _XEvent;  // NOLINT(bugprone-reserved-identifier): Xlib's own.
+
+namespace orvalo {
+
+/// The host's own connection to an X server, apart from the toolkit's. The main run loop brings its
+/// events; its errors are ignored, because other people's windows can go at any time. Main thread.
+class X11Connection {
+  public:
+    using Handler = std::function<void(const XEvent&)>;
+
+    /// display: the server's name, as in DISPLAY. Null when there is no such server.
+    static std::shared_ptr<X11Connection> open(const std::string& display);
+    /// Its windows go with it.
+    ~X11Connection();
+    X11Connection(const X11Connection&) = delete;
+    X11Connection& operator=(const X11Connection&) = delete;
+
+    Display* display() const { return display_; }
+
+    /// Has the events reported for a window go to a handler, which may stop that itself. One
+    /// handler a window.
+    void setHandler(unsigned long window, Handler handler);
+    void removeHandler(unsigned long window) { handlers_.erase(window); }
+
+    /// Whether the window is that other one or inside it. Asks the server.
+    bool isInside(unsigned long window, unsigned long other) const;
+
+  private:
+    explicit X11Connection(Display* display);
+
+    void dispatch();
+
+    struct Source;
+
+    Display* display_;
+    GSourcePointer source_;
+    std::map<unsigned long, Handler> handlers_;
+};
+
+}  // namespace orvalo

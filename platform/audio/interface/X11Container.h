@@ -1,0 +1,74 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/audio/interface/X11Connection.h"
+#include "platform/audio/interface/X11Geometry.h"
+#include "platform/audio/interface/X11Keyboard.h"
+#include "platform/audio/interface/X11SizeRules.h"
+
+namespace orvalo {
+
+/// A window inside somebody's toplevel that an interface puts its own window into. The container
+/// alone decides about place and extent: in the area that it is given, a window that can be resized
+/// fills the area as far as its hints allow, one that cannot stands in its middle, cut where the
+/// area is too small. What the interface asks for is noted, and answered. Main thread.
+class X11Container {
+  public:
+    /// parent: the toplevel. Not visible yet. initial: the extent until the interface has a window.
+    X11Container(std::shared_ptr<X11Connection> connection, unsigned long parent, X11Size initial);
+    /// Destroys it, with whatever is in it.
+    ~X11Container();
+    X11Container(const X11Container&) = delete;
+    X11Container& operator=(const X11Container&) = delete;
+
+    unsigned long window() const { return window_; }
+
+    /// Takes charge of the interface's window. child: what the interface says is its window; where
+    /// it is none in here, the topmost window in here. False when there is none.
+    bool adopt(unsigned long child);
+    /// Lets go of the interface's window, which may be gone soon.
+    void release();
+
+    /// Where the interface belongs, and the part of that which can be seen, both in the parent's
+    /// pixels.
+    void place(const X11Rect& area, const X11Rect& visible);
+    void setVisible(bool isVisible);
+    /// The interface asks for an extent.
+    void want(X11Size size);
+    /// The interface's data say that it cannot be resized.
+    void setStatedFixed(bool isFixed) { rules_.isStatedFixed = isFixed; }
+
+    const X11SizeRules& rules() const { return rules_; }
+    /// The extent that the interface's window has been given.
+    X11Size size() const { return child_ == 0 ? X11Size{} : given_.size(); }
+
+    /// The interface's window has another extent now. May be empty.
+    std::function<void(X11Size)> onSize;
+    /// What the interface asks for, or its hints, have changed. May be empty.
+    std::function<void()> onRules;
+    /// The interface's window, or the container with it, is gone. May be empty.
+    std::function<void()> onGone;
+
+  private:
+    void handle(const XEvent& event);
+    void handleChild(const XEvent& event);
+    void readHints();
+    void lay();
+    void answer();
+
+    std::shared_ptr<X11Connection> connection_;
+    unsigned long window_ = 0;
+    unsigned long child_ = 0;  // 0 without one.
+    X11SizeRules rules_;
+    X11Rect area_;
+    X11Rect seen_;
+    X11Rect frame_;  // The container's own, as it was set last.
+    X11Rect given_;  // The child's in the container, as it was set last.
+    bool isVisible_ = false;
+    bool isMapped_ = false;
+    std::unique_ptr<X11Keyboard> keyboard_;
+};
+
+}  // namespace orvalo

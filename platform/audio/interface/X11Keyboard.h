@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/audio/interface/X11Connection.h"
+
+namespace orvalo {
+
+/// Gives the keyboard to an embedded interface while the pointer is in it, if its toplevel has the
+/// keyboard: the focus goes to the toplevel itself, so that the X server offers each key to the
+/// window under the pointer first and to the toplevel where that takes none. When the pointer
+/// leaves, or the interface is hidden, the focus goes back to where it was, also when the interface
+/// has taken it for itself. Main thread.
+class X11Keyboard {
+  public:
+    /// container: the window around the interface's; toplevel: the window above that.
+    X11Keyboard(std::shared_ptr<X11Connection> connection, unsigned long toplevel,
+                unsigned long container);
+    ~X11Keyboard();
+    X11Keyboard(const X11Keyboard&) = delete;
+    X11Keyboard& operator=(const X11Keyboard&) = delete;
+
+    /// For the container's EnterNotify and LeaveNotify events.
+    void handle(const XEvent& event);
+    /// Ends the interface's use of the keyboard.
+    void takeBack();
+
+  private:
+    void give();
+
+    std::shared_ptr<X11Connection> connection_;
+    const unsigned long toplevel_;
+    const unsigned long container_;
+    unsigned long before_ = 0;  // What had the focus; 0 while the keyboard is not given.
+    bool hasPointer_ = false;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,150 @@
+#include "platform/audio/view/LV2ViewController.h"
+
+#include <gdk/x11/gdkx.h>
+#include <glib.h>
+#include <gtk/gtk.h>
+
+#include <utility>
+
+#include "platform/audio/interface/LV2InterfaceError.h"
+#include "platform/audio/interface/X11Connection.h"
+#include "platform/audio/interface/X11Errors.h"
+
+namespace orvalo {
+
+namespace {
+
+/// The one connection of all open interfaces.
+std::shared_ptr<X11Connection> connection() {
+    static std::weak_ptr<X11Connection> open;
+    auto result = open.lock();
+    if (result == nullptr) {
+        auto* display = gdk_display_get_default();
+        X11Errors::leaveToToolkit(gdk_x11_display_get_xdisplay(display));
+        result = X11Connection::open(gdk_display_get_name(display));
+        open = result;
+    }
+    return result;
+}
+
+LV2InterfaceData readData(const LV2LocalAudioUnit& unit) {
+    const LV2World::Access access(unit.world());
+    return LV2InterfaceData::read(access, unit.data());
+}
+
+void requireX11(const std::string& plugin) {
+    auto* display = gdk_display_get_default();
+    if (display == nullptr || !GDK_IS_X11_DISPLAY(display)) {
+        throw lv2InterfaceError(LV2ErrorCode::noInterface, plugin,
+                                "it needs an X11 display, and the program's windows use " +
+                                    std::string(display == nullptr ? "none" : "another kind"));
+    }
+}
+
+void report(const NSError& error) {
+    g_warning("%s", error.localizedDescription().c_str());
+}
+
+}  // namespace
+
+void LV2ViewController::enable() {
+    LV2LocalAudioUnit::setInterfaceProvider(
+        [](const std::shared_ptr<LV2LocalAudioUnit>& unit) { return make(unit); });
+}
+
+std::shared_ptr<LV2ViewController> LV2ViewController::make(
+    const std::shared_ptr<LV2LocalAudioUnit>& unit) {
+    try {
+        const auto data = readData(*unit);
+        requireX11(data.plugin);
+        auto result = std::make_shared<LV2ViewController>(unit, data);
+        result->setView(result->container_);
+        return result;
+    } catch (const NSError& error) {
+        report(error);
+        return nullptr;
+    }
+}
+
+LV2ViewController::LV2ViewController(std::shared_ptr<LV2LocalAudioUnit> unit,
+                                     const LV2InterfaceData& data)
+    : AUViewController(std::nullopt, nullptr),
+      unit_(std::move(unit)),
+      data_(data),
+      library_(data_),
+      container_(std::make_shared<X11ContainerView>()) {
+    container_->onPlace = [this](const auto& where) { place(where); };
+    container_->onHidden = [this] {
+        hasFailed_ = false;
+        if (interface_ != nullptr) {
+            interface_->setVisible(false);
+        }
+    };
+    container_->onLeaving = [this] { close(); };
+}
+
+LV2ViewController::~LV2ViewController() {
+    // The view may be held elsewhere.
+    container_->onPlace = nullptr;
+    container_->onHidden = nullptr;
+    container_->onLeaving = nullptr;
+}
+
+void LV2ViewController::place(const X11ContainerView::Place& place) {
+    if (interface_ != nullptr &&
+        (place.toplevel != toplevel_ || place.scaleFactor != scaleFactor_)) {
+        close();
+    }
+    if (interface_ == nullptr && !hasFailed_) {
+        open(place);
+    }
+    if (interface_ != nullptr) {
+        interface_->place(place.area, place.visible);
+        interface_->setVisible(true);
+    }
+}
+
+void LV2ViewController::open(const X11ContainerView::Place& place) {
+    toplevel_ = place.toplevel;
+    scaleFactor_ = place.scaleFactor;
+    try {
+        const auto server = connection();
+        if (server == nullptr) {
+            throw lv2InterfaceError(LV2ErrorCode::noInterface, data_.plugin,
+                                    "the X server takes no further connection");
+        }
+        interface_ = std::make_unique<LV2EmbeddedInterface>(
+            server, unit_, data_,
+            LV2EmbeddedInterface::Place{place.toplevel, static_cast<double>(place.scaleFactor),
+                                        place.area.size()});
+        interface_->onRules = [this] { takeRules(); };
+        interface_->onClosed = [this](const std::string& reason) { closed(reason); };
+        container_->setMessage({});
+        takeRules();
+    } catch (const NSError& error) {
+        hasFailed_ = true;
+        report(error);
+        container_->setMessage("The interface of " + data_.title + " cannot be shown.");
+    }
+}
+
+void LV2ViewController::close() {
+    interface_ = nullptr;
+    hasFailed_ = false;
+}
+
+void LV2ViewController::closed(const std::string& reason) {
+    g_message("The interface of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
+    hasFailed_ = true;
+    container_->setLeastSize(-1, -1);
+    container_->setMessage("The interface of " + data_.title + " is closed.");
+    interface_ = nullptr;
+}
+
+void LV2ViewController::takeRules() {
+    const auto least = interface_->rules().least();
+    const auto points = [this](int pixels) { return (pixels + scaleFactor_ - 1) / scaleFactor_; };
+    container_->setLeastSize(points(least.width), points(least.height));
+}
+
+}  // namespace orvalo

@@ -1,0 +1,38 @@
+#include "tests/interface/Pointer.h"
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+
+#include "tests/interface/Screen.h"
+
+namespace orvalo::testing {
+
+void movePointer(int x, int y) {
+    XTestFakeMotionEvent(screen(), -1, x, y, CurrentTime);
+    XSync(screen(), False);
+}
+
+void pressButton(unsigned button) {
+    XTestFakeButtonEvent(screen(), button, True, CurrentTime);
+    XSync(screen(), False);
+}
+
+void releaseButton(unsigned button) {
+    XTestFakeButtonEvent(screen(), button, False, CurrentTime);
+    XSync(screen(), False);
+}
+
+void click(int x, int y, unsigned button) {
+    movePointer(x, y);
+    pressButton(button);
+    releaseButton(button);
+}
+
+void strikeKey(unsigned long keysym) {
+    const unsigned code = XKeysymToKeycode(screen(), keysym);
+    XTestFakeKeyEvent(screen(), code, True, CurrentTime);
+    XTestFakeKeyEvent(screen(), code, False, CurrentTime);
+    XSync(screen(), False);
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,76 @@
+#include "tests/interface/Screen.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <glib.h>
+
+#include "platform/audio/interface/X11Errors.h"
+#include "platform/foundation/RunLoop.h"
+#include "tests/testing/XServer.h"
+
+namespace orvalo::testing {
+
+Display* screen() {
+    static const XServer server;
+    static Display* const display = [] {
+        auto* opened = XOpenDisplay(nullptr);
+        // The tests look at windows that may be gone.
+        X11Errors::takeOver();
+        X11Errors::ignore(opened, true);
+        return opened;
+    }();
+    return display;
+}
+
+bool waitFor(const std::function<bool()>& condition) {
+    // Turns even where nothing else happens.
+    const auto turns = g_timeout_add(
+        5, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+    const bool held = RunLoop::main()->run(condition, std::chrono::seconds(20));
+    g_source_remove(turns);
+    return held;
+}
+
+void runFor(int turns) {
+    int left = turns;
+    waitFor([&left] { return --left < 0; });
+}
+
+X11Rect rectangleOf(unsigned long window) {
+    auto* display = screen();
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(display, window, &attributes) == 0 ||
+        attributes.map_state != IsViewable) {
+        return {};
+    }
+    X11Rect result{0, 0, attributes.width, attributes.height};
+    Window child = 0;
+    XTranslateCoordinates(display, window, DefaultRootWindow(display), 0, 0, &result.x, &result.y,
+                          &child);
+    return result;
+}
+
+unsigned pixelAt(int x, int y) {
+    auto* display = screen();
+    auto* image = XGetImage(display, DefaultRootWindow(display), x, y, 1, 1, AllPlanes, ZPixmap);
+    const auto pixel = static_cast<unsigned>(XGetPixel(image, 0, 0) & 0xFFFFFFU);
+    XDestroyImage(image);
+    return pixel;
+}
+
+bool comesTo(unsigned long window, const X11Rect& rectangle) {
+    return waitFor([&] { return rectangleOf(window) == rectangle; });
+}
+
+bool isPainted(int x, int y, unsigned color) {
+    return waitFor([=] { return pixelAt(x, y) == color; });
+}
+
+unsigned long keyboardFocus() {
+    Window focus = 0;
+    int revert = 0;
+    XGetInputFocus(screen(), &focus, &revert);
+    return focus;
+}
+
+}  // namespace orvalo::testing
