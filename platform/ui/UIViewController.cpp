@@ -118,6 +118,7 @@ void UIViewController::dismiss(bool animated, const std::function<void()>& compl
 void UIViewController::presentationEnded() {
     if (const auto presenter = presenting_.lock()) {
         presenter->presented_.reset();
+        presenting_.reset();
     }
 }
 

@@ -25,7 +25,7 @@ class Alert : public PresenterFixture {
             });
     }
 
-    std::shared_ptr<UIAlertController> alert(
+    static std::shared_ptr<UIAlertController> alert(
         const std::vector<std::shared_ptr<UIAlertAction>>& actions) {
         auto made = std::make_shared<UIAlertController>("Really?", "It takes a while.",
                                                         UIAlertControllerStyle::alert);

@@ -5,6 +5,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -17,13 +18,17 @@ namespace orvalo::testing {
 
 namespace {
 
+/// The texts as the C library takes them, for as long as they live.
+std::vector<char*> textsOf(std::vector<std::string>& arguments) {
+    std::vector<char*> texts(arguments.size() + 1);
+    std::transform(arguments.begin(), arguments.end(), texts.begin(),
+                   [](auto& argument) { return argument.data(); });
+    return texts;
+}
+
 /// Runs a program of the X desktop, which ends with the test.
 GPid start(std::vector<std::string> arguments) {
-    std::vector<char*> texts;
-    for (auto& argument : arguments) {
-        texts.push_back(argument.data());
-    }
-    texts.push_back(nullptr);
+    auto texts = textsOf(arguments);
     GPid process = 0;
     GError* error = nullptr;
     g_spawn_async(
@@ -42,12 +47,15 @@ struct Desktop {
 
     Desktop() {
         const auto path = home.path().string();
+        // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet that reads them.
         for (const auto* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
             setenv(name, path.c_str(), 1);
         }
         setenv("GSETTINGS_BACKEND", "memory", 1);
         setenv("GTK_A11Y", "none", 1);
         unsetenv("GTK_USE_PORTAL");
+        // NOLINTEND(concurrency-mt-unsafe)
+        g_set_prgname("orvalo-test");
         g_set_application_name("Orvalo");
         gtk_init();
         adw_init();
@@ -68,11 +76,7 @@ bool waitUntil(const std::function<bool()>& condition) {
 void act(const std::vector<std::string>& arguments) {
     std::vector<std::string> all{"xdotool"};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    std::vector<char*> texts;
-    for (auto& argument : all) {
-        texts.push_back(argument.data());
-    }
-    texts.push_back(nullptr);
+    auto texts = textsOf(all);
     int status = -1;
     g_spawn_sync(nullptr, texts.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr,
                  nullptr, &status, nullptr);

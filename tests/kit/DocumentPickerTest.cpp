@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/FileManager.h"
@@ -18,7 +19,7 @@ using Picker = std::shared_ptr<UIDocumentPickerViewController>;
 /// Writes down what it hears.
 class Listener : public UIDocumentPickerDelegate {
   public:
-    explicit Listener(const std::shared_ptr<UIViewController>& screen) : screen_(screen) {}
+    explicit Listener(std::shared_ptr<UIViewController> screen) : screen_(std::move(screen)) {}
 
     void documentPicker(const Picker& /*controller*/,
                         const std::vector<URL>& didPickDocumentsAt) override {
@@ -62,7 +63,7 @@ class DocumentPicker : public PresenterFixture {
         std::ofstream(folder.path() / "file.m4a") << "no folder";
     }
 
-    Picker picker(const std::weak_ptr<UIDocumentPickerDelegate>& delegate) {
+    static Picker picker(const std::weak_ptr<UIDocumentPickerDelegate>& delegate) {
         auto made = std::make_shared<UIDocumentPickerViewController>(
             std::vector<std::string>{"public.folder"}, UIDocumentPickerMode::open);
         made->setDelegate(delegate);
@@ -70,7 +71,7 @@ class DocumentPicker : public PresenterFixture {
     }
 
     /// Has the chooser's entry take a path.
-    void type(const std::string& path) { act({"type", "--delay", "20", path}); }
+    static void type(const std::string& path) { act({"type", "--delay", "20", path}); }
 
     TemporaryFolder folder;
     std::shared_ptr<Listener> listener = std::make_shared<Listener>(screen);

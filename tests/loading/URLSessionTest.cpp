@@ -63,6 +63,7 @@ TEST(URLSession, CanBeAskedFromAnyThread) {
     });
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int number = 0; number < 8; ++number) {
         threads.emplace_back([&server, &right, path = "/" + std::to_string(number)] {
             right += load(server.address(path)).text() == path ? 1 : 0;

@@ -30,6 +30,7 @@ const std::shared_ptr<URLSession>& URLSession::shared() {
     return session;
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): it is asked of a session.
 void URLSession::data(const URLRequest& for_, URLCompletion completion) {
     if (!for_.url || for_.url->isFileURL()) {
         DispatchQueue::global()->async(
