@@ -19,6 +19,7 @@
 #include "platform/web/WKWebViewConfiguration.h"
 #include "platform/web/WKWindowFeatures.h"
 #include "platform/web/WebAddress.h"
+#include "platform/web/WebSandbox.h"
 #include "platform/web/WebTrouble.h"
 
 namespace orvalo {
@@ -43,6 +44,15 @@ std::shared_ptr<URLResponse> responseOf(WebKitURIResponse* response) {
 URLRequest requestOf(WebKitNavigationAction* action) {
     auto* request = webkit_navigation_action_get_request(action);
     return {.url = webAddress(webkit_uri_request_get_uri(request))};
+}
+
+/// Whether pages can be loaded at all; a line on standard error if not.
+bool canLoad() {
+    const auto problem = sandboxProblem();
+    if (problem) {
+        g_warning("No web page can be shown, since none can be sandboxed: %s", problem->c_str());
+    }
+    return !problem;
 }
 
 /// Whether the engine loads a part of its own viewer for documents, which no page has asked for.
@@ -140,8 +150,10 @@ void WKWebView::setNavigationDelegate(const std::shared_ptr<WKNavigationDelegate
 std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
     requireMainThread("WKWebView.load");
     if (request.url) {
-        watch_->setInterval(request.timeoutInterval);
-        webkit_web_view_load_uri(engine(), request.url->absoluteString().c_str());
+        if (canLoad()) {
+            watch_->setInterval(request.timeoutInterval);
+            webkit_web_view_load_uri(engine(), request.url->absoluteString().c_str());
+        }
     } else {
         // Later, as with every other load; the engine has no such loads.
         DispatchQueue::main()->async([view = weak(this), request] {
@@ -156,9 +168,11 @@ std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
 std::shared_ptr<WKNavigation> WKWebView::loadHTMLString(const std::string& string,
                                                         const std::optional<URL>& baseURL) {
     requireMainThread("WKWebView.loadHTMLString");
-    watch_->setInterval(URLRequest().timeoutInterval);
-    webkit_web_view_load_html(engine(), string.c_str(),
-                              baseURL ? baseURL->absoluteString().c_str() : nullptr);
+    if (canLoad()) {
+        watch_->setInterval(URLRequest().timeoutInterval);
+        webkit_web_view_load_html(engine(), string.c_str(),
+                                  baseURL ? baseURL->absoluteString().c_str() : nullptr);
+    }
     return std::make_shared<WKNavigation>();
 }
 

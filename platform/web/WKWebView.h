@@ -25,7 +25,8 @@ class WKNavigationDelegate;
 class WKUIDelegate;
 class WKWebViewConfiguration;
 
-/// Shows a web page, in a process of its own and sandboxed. Its delegates decide where it goes;
+/// Shows a web page, in a process of its own and sandboxed; where the machine cannot sandbox it,
+/// nothing is loaded and a line on standard error says why. Its delegates decide where it goes;
 /// without them everything is allowed but new windows. What goes wrong is told on standard error
 /// and leaves the view ready for the next load. All operations on the main thread; elsewhere a
 /// fatal error that names the operation.

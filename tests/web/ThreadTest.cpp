@@ -20,9 +20,7 @@ class ThreadTest : public WebFixture {
 TEST_F(ThreadTest, OnlyTheMainThreadUsesAView) {
     expectRefusal("WKWebView\\.load", [this] { view->load({}); });
     expectRefusal("WKWebView\\.loadHTMLString", [this] { view->loadHTMLString("", std::nullopt); });
-    expectRefusal("WKWebView\\.uiDelegate", [this] { view->uiDelegate(); });
     expectRefusal("WKWebView\\.uiDelegate", [this] { view->setUIDelegate(nullptr); });
-    expectRefusal("WKWebView\\.navigationDelegate", [this] { view->navigationDelegate(); });
     expectRefusal("WKWebView\\.navigationDelegate",
                   [this] { view->setNavigationDelegate(nullptr); });
     expectRefusal("WKWebView", [] { WKWebView(std::make_shared<WKWebViewConfiguration>()); });

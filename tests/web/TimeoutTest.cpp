@@ -22,6 +22,7 @@ class TimeoutTest : public WebFixture {
                       {.content = "<title>half</title>" + std::string(5000, ' '),
                        .manner = Page::Manner::half}},
                      {"/old", redirection("/never")},
+                     {"/moved", redirection("/next")},
                      {"/picture", titled("picture", "<img src='/never'>")},
                      {"/next", titled("next")}}};
 
@@ -73,19 +74,31 @@ TEST_F(TimeoutTest, HoldsForALinkToo) {
     EXPECT_TRUE(waitForTitle("start"));
 }
 
-TEST_F(TimeoutTest, ADelegateCanTakeItsTime) {
+TEST_F(TimeoutTest, ADelegateCanTakeItsTimeForAResponse) {
     const CapturedOutput errors(2);
-    delegate->onResponse = [this](const auto& address) {
-        return address == site.address("/next") ? hold : allow;
-    };
+    delegate->onResponse = [](const auto&) { return hold; };
     load(site.address("/next"), shortTime);
     ASSERT_TRUE(waitUntil([this] { return delegate->heldResponses.size() == 1; }));
     // A load of the same time-out that begins now ends in vain while that one still waits.
-    WebFixture::waitInVain(site.address("/never"), shortTime);
+    waitInVain(site.address("/never"), shortTime);
     EXPECT_NE(webkit_web_view_is_loading(engine()), FALSE);
     delegate->heldResponses[0](WKNavigationResponsePolicy::allow);
     EXPECT_TRUE(waitForTitle("next"));
     EXPECT_THAT(errors.text(), Not(HasSubstr(site.address("/next"))));
+}
+
+TEST_F(TimeoutTest, ADelegateCanTakeItsTimeForARedirection) {
+    const CapturedOutput errors(2);
+    delegate->onAction = [this](const auto& address) {
+        return address == site.address("/next") ? hold : allow;
+    };
+    load(site.address("/moved"), shortTime);
+    ASSERT_TRUE(waitUntil([this] { return delegate->heldActions.size() == 1; }));
+    waitInVain(site.address("/never"), shortTime);
+    EXPECT_NE(webkit_web_view_is_loading(engine()), FALSE);
+    delegate->heldActions[0](WKNavigationActionPolicy::allow);
+    EXPECT_TRUE(waitForTitle("next"));
+    EXPECT_THAT(errors.text(), Not(HasSubstr(site.address("/moved"))));
 }
 
 TEST_F(TimeoutTest, CountsAnewAfterADelegatesAnswer) {

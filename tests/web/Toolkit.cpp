@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "platform/web/WKWebView.h"
+#include "platform/web/WebSandbox.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/XServer.h"
 
@@ -37,8 +38,7 @@ void startToolkit() {
 }
 
 bool canSandbox() {
-    static const bool can =
-        std::system("bwrap --unshare-all --ro-bind / / --dev /dev --proc /proc true") == 0;
+    static const bool can = !sandboxProblem();
     return can;
 }
 
