@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "effect/ui/XErrors.h"
+#include "effect/ui/paint/Theme.h"
 
 namespace orvalo::effect::ui {
 
@@ -14,9 +15,6 @@ namespace {
 constexpr long events = ExposureMask | StructureNotifyMask | VisibilityChangeMask |
                         ButtonPressMask | ButtonReleaseMask | PointerMotionMask | LeaveWindowMask |
                         KeyPressMask | FocusChangeMask;
-
-/// The ground's colour, which the server shows until the first picture.
-constexpr unsigned long groundPixel = 0x121518;
 
 /// How often the windows around are looked at, in seconds.
 constexpr double lookEvery = 0.25;
@@ -58,7 +56,7 @@ std::unique_ptr<PluginWindow> PluginWindow::open(std::uintptr_t parent, Size siz
     // make the interface so.
     Visual* visual = DefaultVisualOfScreen(around.screen);
     XSetWindowAttributes attributes{};
-    attributes.background_pixel = groundPixel;
+    attributes.background_pixel = theme::groundPixel;
     attributes.border_pixel = 0;
     attributes.bit_gravity = NorthWestGravity;
     attributes.colormap = DefaultColormapOfScreen(around.screen);
@@ -80,14 +78,19 @@ PluginWindow::PluginWindow(Display* display, Window parent, Window window, Visua
       window_(window),
       size_(size),
       picture_(std::make_unique<WindowPicture>(display, window, visual)) {
-    // Without this the end of the server would be the end of the host's process.
+    // Without this the end of the server would be the end of a host that survives it.
     XSetIOErrorExitHandler(
         display,
-        [](Display* /*display*/, void* self) { static_cast<PluginWindow*>(self)->closed_ = true; },
+        [](Display* /*display*/, void* self) { static_cast<PluginWindow*>(self)->lost_ = true; },
         this);
 }
 
 PluginWindow::~PluginWindow() {
+    if (lost_) {
+        // cairo would wait for ever for a server that has gone; the process keeps its leavings.
+        static_cast<void>(picture_.release());
+        return;
+    }
     if (!closed_) {
         XDestroyWindow(display_, window_);
     }
@@ -97,13 +100,16 @@ PluginWindow::~PluginWindow() {
 }
 
 void PluginWindow::requestSize(Size size) {
+    if (isClosed()) {
+        return;
+    }
     XResizeWindow(display_, window_, static_cast<unsigned>(std::max(1, size.width)),
                   static_cast<unsigned>(std::max(1, size.height)));
     XFlush(display_);
 }
 
 std::optional<XEvent> PluginWindow::nextEvent() {
-    while (!closed_ && XPending(display_) > 0) {
+    while (!isClosed() && XPending(display_) > 0) {
         XEvent event;
         XNextEvent(display_, &event);
         // Of several moves only the last one counts.
@@ -113,7 +119,7 @@ std::optional<XEvent> PluginWindow::nextEvent() {
             XNextEvent(display_, &event);
         }
         handleOwn(event);
-        if (!closed_) {
+        if (!isClosed()) {
             return event;
         }
     }
@@ -143,7 +149,7 @@ void PluginWindow::handleOwn(const XEvent& event) {
 }
 
 bool PluginWindow::isVisible(double now) {
-    if (obscured_ || closed_) {
+    if (obscured_ || isClosed()) {
         return false;
     }
     if (looked_ < 0.0 || now - looked_ >= lookEvery) {
@@ -152,7 +158,7 @@ bool PluginWindow::isVisible(double now) {
                     attributes.map_state == IsViewable;
         looked_ = now;
     }
-    return viewable_ && !closed_;
+    return viewable_ && !isClosed();
 }
 
 void PluginWindow::takeKeyboard(Time time) {

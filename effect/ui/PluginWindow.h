@@ -12,7 +12,7 @@
 namespace orvalo::effect::ui {
 
 /// The interface's window inside the host's, on a connection to the X server of its own. It
-/// survives the end of the host's window and of the server.
+/// survives the end of the host's window, and of the server where the host does.
 class PluginWindow {
   public:
     struct Size {
@@ -30,7 +30,7 @@ class PluginWindow {
     Window id() const { return window_; }
     Size size() const { return size_; }
     /// The window or its server has gone.
-    bool isClosed() const { return closed_; }
+    bool isClosed() const { return closed_ || lost_; }
 
     /// Asks for a size; it holds once the server says so.
     void requestSize(Size size);
@@ -60,6 +60,8 @@ class PluginWindow {
     Size size_;
     std::unique_ptr<WindowPicture> picture_;
     bool closed_ = false;
+    // The connection is broken: nothing of it may be used any more.
+    bool lost_ = false;
     bool obscured_ = false;
     bool viewable_ = false;
     double looked_ = -1.0;

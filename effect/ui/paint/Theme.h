@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace orvalo::effect::ui {
 
 /// A colour as cairo takes it, each part from 0 to 1.
@@ -9,6 +11,12 @@ struct Colour {
     double blue;
     double alpha = 1.0;
 
+    /// From a colour as the web writes it, 0xRRGGBB.
+    static constexpr Colour of(std::uint32_t rgb) {
+        constexpr double full = 255.0;
+        return {((rgb >> 16U) & 0xFFU) / full, ((rgb >> 8U) & 0xFFU) / full, (rgb & 0xFFU) / full};
+    }
+
     constexpr Colour withAlpha(double share) const { return {red, green, blue, alpha * share}; }
 };
 
@@ -16,18 +24,20 @@ struct Colour {
 /// one signal for what is wrong.
 namespace theme {
 
-inline constexpr Colour ground{0.071, 0.082, 0.094};
-inline constexpr Colour panel{0.106, 0.122, 0.141};
-inline constexpr Colour raised{0.157, 0.180, 0.208};
-inline constexpr Colour raisedLight{0.208, 0.239, 0.275};
-inline constexpr Colour line{0.180, 0.208, 0.239};
-inline constexpr Colour track{0.212, 0.243, 0.278};
-inline constexpr Colour text{0.886, 0.910, 0.929};
-inline constexpr Colour dimText{0.596, 0.643, 0.690};
-inline constexpr Colour level{0.435, 0.494, 0.553};
-inline constexpr Colour accent{0.373, 0.788, 0.722};
-inline constexpr Colour asleep{0.388, 0.431, 0.471};
-inline constexpr Colour signal{0.937, 0.439, 0.373};
+/// What the server shows until the first picture, too.
+inline constexpr std::uint32_t groundPixel = 0x121518;
+inline constexpr Colour ground = Colour::of(groundPixel);
+inline constexpr Colour panel = Colour::of(0x1B1F24);
+inline constexpr Colour raised = Colour::of(0x282E35);
+inline constexpr Colour raisedLight = Colour::of(0x353D46);
+inline constexpr Colour line = Colour::of(0x2E353D);
+inline constexpr Colour track = Colour::of(0x363E47);
+inline constexpr Colour text = Colour::of(0xE2E8ED);
+inline constexpr Colour dimText = Colour::of(0x98A4B0);
+inline constexpr Colour level = Colour::of(0x6F7E8D);
+inline constexpr Colour accent = Colour::of(0x5FC9B8);
+inline constexpr Colour asleep = Colour::of(0x636E78);
+inline constexpr Colour signal = Colour::of(0xEF705F);
 
 }  // namespace theme
 

@@ -1,0 +1,165 @@
+#include <cairo.h>
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "effect/ui/model/KeyInput.h"
+#include "effect/ui/model/PointerInput.h"
+#include "effect/ui/paint/ScenePainter.h"
+#include "tests/effect/ui/SceneFixture.h"
+
+namespace {
+
+using namespace orvalo::effect;
+using namespace orvalo::effect::ui;
+
+/// A picture in memory.
+class Picture {
+  public:
+    explicit Picture(const Layout& layout)
+        : surface_(cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(layout.width),
+                                              static_cast<int>(layout.height))),
+          context_(cairo_create(surface_)) {}
+    ~Picture() {
+        cairo_destroy(context_);
+        cairo_surface_destroy(surface_);
+    }
+    Picture(const Picture&) = delete;
+    Picture& operator=(const Picture&) = delete;
+
+    cairo_t* context() const { return context_; }
+
+    std::vector<std::uint32_t> pixels() const {
+        cairo_surface_flush(surface_);
+        const auto width = static_cast<std::size_t>(cairo_image_surface_get_width(surface_));
+        const auto height = static_cast<std::size_t>(cairo_image_surface_get_height(surface_));
+        std::vector<std::uint32_t> pixels(width * height);
+        std::memcpy(pixels.data(), cairo_image_surface_get_data(surface_), pixels.size() * 4);
+        for (auto& pixel : pixels) {
+            pixel &= 0xFFFFFFU;
+        }
+        return pixels;
+    }
+
+  private:
+    cairo_surface_t* surface_;
+    cairo_t* context_;
+};
+
+class PaintTest : public orvalo::testing::SceneFixture {
+  protected:
+    PaintTest() : picture(scene.layout), pointer(scene, editor), keys(scene, editor) {
+        scene.touchAll();
+        paint();
+    }
+
+    std::vector<Rect> paint() {
+        auto drawn = paintScene(picture.context(), scene, now);
+        scene.drawn();
+        return drawn;
+    }
+
+    /// What was drawn bit by bit is what is drawn at once.
+    void expectWhole(const char* when) {
+        paint();
+        Picture whole(scene.layout);
+        Scene copy = scene;
+        copy.touchAll();
+        paintScene(whole.context(), copy, now);
+        EXPECT_EQ(picture.pixels(), whole.pixels()) << when;
+    }
+
+    double now = 1.0;
+    Picture picture;
+    PointerInput pointer;
+    KeyInput keys;
+};
+
+TEST_F(PaintTest, DrawingTheChangesIsDrawingItAll) {
+    expectWhole("at the start");
+    editor.receive(Parameter::threshold, -33.0F);
+    expectWhole("after a value");
+    pointer.move({.x = scene.layout.cell(Parameter::mix).dial.centerX(),
+                  .y = scene.layout.cell(Parameter::mix).dial.centerY()});
+    expectWhole("under the pointer");
+    pointer.leave();
+    editor.setHasKeyboard(true);
+    keys.press({.key = Key::tab});
+    expectWhole("with the focus");
+    keys.press({.key = Key::tab});
+    expectWhole("with the next focus");
+    scene.levels = {.input = -9.0F, .output = 3.0F, .reduction = 8.0F, .ducking = 2.0F};
+    scene.touch(Part::meters);
+    scene.touch(Part::curve);
+    expectWhole("with levels");
+    scene.history.advance(0.0);
+    scene.history.take(scene.levels, 0.1);
+    scene.history.advance(3.0);
+    scene.touch(Part::history);
+    expectWhole("with a history");
+    editor.stepPreset(1);
+    expectWhole("after a preset");
+    editor.set(Parameter::enabled, 0.0F);
+    expectWhole("switched off");
+}
+
+TEST_F(PaintTest, LightsShineAndGoOut) {
+    scene.lightOut.take(1.0F, 0.5);
+    scene.lightOut.take(2.0F, 1.0);
+    scene.touch(Part::lightOut);
+    const auto dark = picture.pixels();
+    paint();
+    EXPECT_NE(picture.pixels(), dark);
+    now = 2.0;
+    scene.touch(Part::lightOut);
+    paint();
+    EXPECT_EQ(picture.pixels(), dark);
+}
+
+TEST_F(PaintTest, OnlyWhatHasChangedIsDrawn) {
+    EXPECT_TRUE(paint().empty());
+    scene.touch(Parameter::mix);
+    EXPECT_EQ(paint(), std::vector<Rect>{scene.layout.cell(Parameter::mix).area});
+}
+
+TEST_F(PaintTest, WhatIsOpenStaysAboveWhatIsDrawnBelow) {
+    editor.openList();
+    paint();
+    const auto open = picture.pixels();
+    scene.touch(Part::history);
+    scene.touch(Part::curve);
+    paint();
+    std::size_t inside = 0;
+    const Rect list = scene.layout.presetList(2).inset(8.0, 8.0);
+    const auto after = picture.pixels();
+    for (std::size_t i = 0; i < open.size(); ++i) {
+        const auto x = static_cast<double>(i % 640);
+        const auto y = static_cast<double>(i / 640);
+        if (list.contains(x, y)) {
+            EXPECT_EQ(after[i], open[i]) << x << ',' << y;
+            ++inside;
+        }
+    }
+    EXPECT_GT(inside, 1000U);
+    editor.closeList();
+    expectWhole("closed again");
+}
+
+TEST_F(PaintTest, AnySizeCanBeDrawn) {
+    for (const double width : {1.0, 40.0, 320.0, 1000.0}) {
+        for (const double height : {1.0, 40.0, 240.0, 1000.0}) {
+            scene.layout = Layout::of(width, height, 1.0);
+            scene.levels.input = -5.0F;
+            editor.beginEntry(Parameter::output);
+            scene.entry->entry = TextEntry("no number at all");
+            editor.commitEntry();
+            scene.touchAll();
+            const Picture small(scene.layout);
+            paintScene(small.context(), scene, now);
+            EXPECT_EQ(cairo_status(small.context()), CAIRO_STATUS_SUCCESS);
+        }
+    }
+}
+
+}  // namespace

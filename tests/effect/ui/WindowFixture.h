@@ -1,0 +1,48 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "tests/effect/ui/EmbeddedInterface.h"
+#include "tests/effect/ui/HostWindow.h"
+#include "tests/effect/ui/XServer.h"
+
+namespace orvalo::testing {
+
+/// A host's window on a server that all tests of a program share.
+class WindowFixture : public ::testing::Test {
+  protected:
+    static XServer& server() {
+        static XServer server;
+        return server;
+    }
+
+    WindowFixture() : host((server(), 800), 600) {}
+
+    HostWindow host;
+};
+
+/// With the interface in it, drawn.
+class InterfaceFixture : public WindowFixture {
+  protected:
+    using Parameter = effect::Parameter;
+    using Writes = std::vector<PortWrite>;
+    using Touches = std::vector<std::string>;
+
+    InterfaceFixture() : interface(host) {
+        interface.settle();
+        layout = interface.layout();
+    }
+
+    const effect::ui::Rect& dial(Parameter parameter) const { return layout.cell(parameter).dial; }
+    const effect::ui::Rect& valueText(Parameter parameter) const {
+        return layout.cell(parameter).value;
+    }
+    bool untilWritten(std::size_t count) {
+        return interface.idleUntil([&] { return interface.writes.size() >= count; });
+    }
+
+    EmbeddedInterface interface;
+    effect::ui::Layout layout;
+};
+
+}  // namespace orvalo::testing
