@@ -57,7 +57,7 @@ using ConstraintDeathTest = Constraint;
 
 TEST_F(ConstraintDeathTest, NeedsAViewAroundBoth) {
     const auto alone = std::make_shared<UIView>();
-    const auto expected =
+    const auto* expected =
         "Fatal error: NSLayoutConstraint\\.activate: the two views do not stand in one view\\.";
     EXPECT_EXIT(NSLayoutConstraint::activate({alone->topAnchor().constraint(a->topAnchor())}),
                 ::testing::KilledBySignal(SIGABRT), expected);

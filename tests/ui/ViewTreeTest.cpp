@@ -36,6 +36,9 @@ TEST_F(ViewTree, MovesAViewOutOfItsFormerSuperview) {
 }
 
 TEST_F(ViewTree, LetsGoOfARemovedViewAndItsConstraints) {
+    const auto screen = std::make_shared<WitnessScreen>("Screen");
+    show(screen);
+    screen->view()->addSubview(around);
     around->addSubview(a);
     around->addSubview(b);
     NSLayoutConstraint::activate({a->topAnchor().constraint(around->topAnchor()),
