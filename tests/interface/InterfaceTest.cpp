@@ -312,7 +312,7 @@ TEST_F(Interface, IsMadeAnewWithTheInstanceThatItReaches) {
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
-TEST_F(Interface, ThatRefusesOrMakesNoWindowIsAnError) {
+TEST_F(Interface, ThatRefusesToBeMadeIsAnError) {
     const auto refusal = [this](const std::string& name) -> std::string {
         try {
             open(name);
@@ -324,9 +324,12 @@ TEST_F(Interface, ThatRefusesOrMakesNoWindowIsAnError) {
     EXPECT_EQ(refusal("refusing"),
               "The interface of <urn:orvalo:interface:refusing> cannot be shown: it refuses to be "
               "made.");
-    EXPECT_EQ(refusal("windowless"),
-              "The interface of <urn:orvalo:interface:windowless> cannot be shown: it makes no "
-              "window.");
+}
+
+TEST_F(Interface, IsClosedWhenItMakesNoWindow) {
+    open("windowless");
+    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_EQ(closed_, (std::vector<std::string>{"it makes no window"}));
 }
 
 TEST_F(Interface, HasTheKeyboardWhileThePointerIsInIt) {

@@ -4,6 +4,8 @@
 #include <X11/Xutil.h>
 #include <glib.h>
 
+#include <set>
+
 #include "platform/audio/interface/X11Errors.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/testing/XServer.h"
@@ -23,9 +25,9 @@ Display* screen() {
 }
 
 bool waitFor(const std::function<bool()>& condition) {
-    // Turns even where nothing else happens.
-    const auto turns = g_timeout_add(
-        5, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+    // Turns even where nothing else happens, and never holds up what does.
+    const auto turns = g_timeout_add_full(
+        G_PRIORITY_LOW, 5, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
     const bool held = RunLoop::main()->run(condition, std::chrono::seconds(20));
     g_source_remove(turns);
     return held;
@@ -56,6 +58,23 @@ unsigned pixelAt(int x, int y) {
     const auto pixel = static_cast<unsigned>(XGetPixel(image, 0, 0) & 0xFFFFFFU);
     XDestroyImage(image);
     return pixel;
+}
+
+std::size_t countColors(const X11Rect& area) {
+    auto* display = screen();
+    auto* image = XGetImage(display, DefaultRootWindow(display), area.x, area.y,
+                            static_cast<unsigned>(area.width), static_cast<unsigned>(area.height),
+                            AllPlanes, ZPixmap);
+    std::set<unsigned long> colors;
+    for (int x = 0; image != nullptr && x < area.width; x += 7) {
+        for (int y = 0; y < area.height; y += 7) {
+            colors.insert(XGetPixel(image, x, y));
+        }
+    }
+    if (image != nullptr) {
+        XDestroyImage(image);
+    }
+    return colors.size();
 }
 
 bool comesTo(unsigned long window, const X11Rect& rectangle) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
@@ -21,6 +22,8 @@ void runFor(int turns);
 X11Rect rectangleOf(unsigned long window);
 /// A pixel of the screen: 0xRRGGBB.
 unsigned pixelAt(int x, int y);
+/// The number of colours at a grid of points in a part of the screen.
+std::size_t countColors(const X11Rect& area);
 
 /// Runs the main run loop until that holds; false after many seconds.
 bool comesTo(unsigned long window, const X11Rect& rectangle);

@@ -1,18 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 
-#include <cstdlib>
-#include <optional>
+#include <memory>
+#include <thread>
 
-#include "platform/audio/view/LV2ViewController.h"
 #include "platform/foundation/RunLoop.h"
-#include "platform/ui/NSLayoutConstraint.h"
+
 #include "tests/interface/Effects.h"
 #include "tests/interface/Pointer.h"
 #include "tests/interface/Screen.h"
+#include "tests/interface/StageWindow.h"
 #include "tests/interface/WidgetPlace.h"
-#include "tests/interface/WindowManager.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace {
@@ -24,82 +22,43 @@ using zoo::Misdeed;
 
 constexpr std::uint32_t kGain = 4;
 
-/// A window with a button above a stage, as the main screen has them, and an interface in the
-/// stage.
+/// An interface in a window's stage.
 class View : public ::testing::Test {
   protected:
-    static void SetUpTestSuite() {
-        screen();
-        startWindowManager();
-        gtk_init();
-        LV2ViewController::enable();
-    }
+    static void SetUpTestSuite() { startToolkit(); }
 
     View() : record_(interfaceRecord()) {
         movePointer(1, 1);
         resetRecord();
-        window_ = gtk_window_new();
-        gtk_window_set_default_size(GTK_WINDOW(window_), 700, 500);
-        auto* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-        button_ = gtk_button_new_with_label("Play");
-        gtk_box_append(GTK_BOX(box), button_);
-        stage_ = std::make_shared<UIView>();
-        gtk_widget_set_vexpand(stage_->widget(), TRUE);
-        gtk_box_append(GTK_BOX(box), stage_->widget());
-        gtk_window_set_child(GTK_WINDOW(window_), box);
-        g_signal_connect_swapped(button_, "clicked", G_CALLBACK(+[](int* count) { ++*count; }),
-                                 &plays_);
-        g_object_add_weak_pointer(G_OBJECT(window_), reinterpret_cast<void**>(&window_));
+        window_ = std::make_unique<StageWindow>();
     }
 
     ~View() override {
-        closeWindow();
+        window_ = nullptr;
         controller_ = nullptr;
-        stage_ = nullptr;
         EXPECT_EQ(record_.cleanups, record_.instantiations);
         EXPECT_FALSE(record_.wasMappedAtCleanup);
     }
 
-    void closeWindow() {
-        if (window_ != nullptr) {
-            gtk_window_destroy(GTK_WINDOW(window_));
-        }
-    }
-
     std::shared_ptr<UIViewController> request(const std::string& name) {
         unit_ = makeUnit(name);
-        std::optional<std::shared_ptr<UIViewController>> delivered;
-        unit_->requestViewController([&delivered](const auto& controller) {
-            EXPECT_TRUE(RunLoop::isMainThread());
-            delivered = controller;
-        });
-        EXPECT_FALSE(delivered.has_value());
-        EXPECT_TRUE(waitFor([&delivered] { return delivered.has_value(); }));
-        return delivered.value_or(nullptr);
+        return requestInterface(*unit_);
     }
 
-    /// Puts an interface into the stage as the main screen does.
     void embed(const std::string& name = "probe") {
         controller_ = request(name);
         ASSERT_NE(controller_, nullptr);
-        const auto view = controller_->view();
-        view->setFrame(stage_->bounds());
-        stage_->addSubview(view);
-        view->setTranslatesAutoresizingMaskIntoConstraints(false);
-        NSLayoutConstraint::activate({view->topAnchor().constraint(stage_->topAnchor()),
-                                      view->leadingAnchor().constraint(stage_->leadingAnchor()),
-                                      view->bottomAnchor().constraint(stage_->bottomAnchor()),
-                                      view->trailingAnchor().constraint(stage_->trailingAnchor())});
+        window_->embed(*controller_);
     }
 
     void show() {
-        gtk_window_present(GTK_WINDOW(window_));
+        window_->present();
         ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
     }
 
     bool fillsItsStage() {
         return waitFor([this] {
-            const auto place = placeOf(stage_->widget());
+            const auto place = window_->place();
             return !place.isEmpty() && rectangleOf(record_.window) == place;
         });
     }
@@ -110,29 +69,26 @@ class View : public ::testing::Test {
     }
 
     zoo::InterfaceRecord& record_;
-    GtkWidget* window_;
-    GtkWidget* button_;
-    std::shared_ptr<UIView> stage_;
+    std::unique_ptr<StageWindow> window_;
     std::shared_ptr<LV2LocalAudioUnit> unit_;
     std::shared_ptr<UIViewController> controller_;
-    int plays_ = 0;
 };
 
 TEST_F(View, OpensTheInterfaceWhenItComesOnScreenFirst) {
     embed();
-    stage_->setHidden(true);
-    gtk_window_present(GTK_WINDOW(window_));
-    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_mapped(window_) != FALSE; }));
+    window_->stage()->setHidden(true);
+    window_->present();
+    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_mapped(window_->window()) != FALSE; }));
     runFor(40);
     EXPECT_EQ(record_.instantiations, 0);
-    stage_->setHidden(false);
+    window_->stage()->setHidden(false);
     ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
     EXPECT_EQ(record_.instantiations, 1);
     EXPECT_EQ(record_.scaleFactor, 1.0F);
     EXPECT_TRUE(fillsItsStage());
-    stage_->setHidden(true);
+    window_->stage()->setHidden(true);
     EXPECT_TRUE(comesTo(record_.window, {}));
-    stage_->setHidden(false);
+    window_->stage()->setHidden(false);
     EXPECT_TRUE(fillsItsStage());
     EXPECT_EQ(record_.instantiations, 1);
 }
@@ -141,13 +97,13 @@ TEST_F(View, FollowsItsPlace) {
     embed();
     show();
     EXPECT_TRUE(fillsItsStage());
-    gtk_widget_set_size_request(button_, -1, 150);
-    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_height(button_) > 120; }));
+    gtk_widget_set_size_request(window_->button(), -1, 150);
+    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_height(window_->button()) > 120; }));
     EXPECT_TRUE(fillsItsStage());
     // Moved, with the extent that it has.
-    gtk_widget_set_margin_start(stage_->widget(), 60);
-    gtk_window_set_default_size(GTK_WINDOW(window_), 760, 500);
-    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_width(window_) == 760; }));
+    gtk_widget_set_margin_start(window_->stage()->widget(), 60);
+    gtk_window_set_default_size(GTK_WINDOW(window_->window()), 760, 500);
+    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_width(window_->window()) == 760; }));
     EXPECT_TRUE(fillsItsStage());
 }
 
@@ -164,19 +120,20 @@ TEST_F(View, TakesClicksAndDrags) {
     ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 2.1F; }));
     unit_->controls().setValue(kGain, 0.125F);
     ASSERT_TRUE(waitFor([this] { return record_.values[kGain] == 0.125F; }));
-    EXPECT_EQ(plays_, 0);
+    EXPECT_EQ(window_->presses(), 0);
 }
 
 TEST_F(View, LeavesTheSpaceBarToTheButtonUnlessThePointerIsInIt) {
     constexpr unsigned long kSpace = 0x20;
     embed();
-    gtk_window_present(GTK_WINDOW(window_));
-    gtk_widget_grab_focus(button_);
+    window_->present();
+    gtk_widget_grab_focus(window_->button());
     show();
-    ASSERT_TRUE(waitFor([this] { return gtk_window_is_active(GTK_WINDOW(window_)) != FALSE; }));
+    ASSERT_TRUE(
+        waitFor([this] { return gtk_window_is_active(GTK_WINDOW(window_->window())) != FALSE; }));
     ASSERT_TRUE(fillsItsStage());
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return plays_ == 1; }));
+    ASSERT_TRUE(waitFor([this] { return window_->presses() == 1; }));
     const auto place = rectangleOf(record_.window);
     const auto before = keyboardFocus();
     click(place.x + 50, place.y + 50);
@@ -185,11 +142,11 @@ TEST_F(View, LeavesTheSpaceBarToTheButtonUnlessThePointerIsInIt) {
     strikeKey(kSpace);
     ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
     commit(Misdeed::takeKeyboard);
-    const auto button = placeOf(button_);
+    const auto button = placeOf(window_->button());
     movePointer(button.x + 20, button.y + 10);
     ASSERT_TRUE(waitFor([before] { return keyboardFocus() == before; }));
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return plays_ == 2; }));
+    ASSERT_TRUE(waitFor([this] { return window_->presses() == 2; }));
     EXPECT_EQ(record_.keys.size(), 1U);
 }
 
@@ -198,7 +155,7 @@ TEST_F(View, ScrollsWhereTheInterfaceIsLarger) {
     show();
     commit(Misdeed::growHints);
     ASSERT_TRUE(waitFor([this] { return record_.width == 900; }));
-    const auto stage = placeOf(stage_->widget());
+    const auto stage = window_->place();
     ASSERT_TRUE(waitFor([this, &stage] { return rectangleOf(record_.window).x == stage.x; }));
     auto* scroller = GTK_SCROLLED_WINDOW(controller_->view()->widget());
     auto* across = gtk_scrolled_window_get_hadjustment(scroller);
@@ -217,9 +174,9 @@ TEST_F(View, SaysThatTheInterfaceIsClosedAndOpensItAnewTheNextTime) {
     ASSERT_TRUE(waitFor([this] { return record_.cleanups == 1; }));
     runFor(40);
     EXPECT_EQ(record_.instantiations, 1);
-    stage_->setHidden(true);
+    window_->stage()->setHidden(true);
     runFor(20);
-    stage_->setHidden(false);
+    window_->stage()->setHidden(false);
     ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2; }));
     EXPECT_TRUE(fillsItsStage());
 }
@@ -227,10 +184,23 @@ TEST_F(View, SaysThatTheInterfaceIsClosedAndOpensItAnewTheNextTime) {
 TEST_F(View, SaysWhenTheInterfaceRefusesToBeMade) {
     embed("refusing");
     const CapturedOutput errors(2);
-    gtk_window_present(GTK_WINDOW(window_));
+    window_->present();
     ASSERT_TRUE(waitFor([&errors] { return errors.text().ends_with("be made.\n"); }));
     EXPECT_THAT(errors.text(), HasSubstr("The interface of <urn:orvalo:interface:refusing> cannot "
                                          "be shown: it refuses to be made."));
+}
+
+TEST_F(View, ComesOnTheMainThreadAndNotAtOnce) {
+    unit_ = makeUnit("probe");
+    std::thread asker([this] {
+        unit_->requestViewController([this](const auto& controller) {
+            EXPECT_TRUE(RunLoop::isMainThread());
+            controller_ = controller;
+        });
+    });
+    asker.join();
+    EXPECT_EQ(controller_, nullptr);
+    ASSERT_TRUE(waitFor([this] { return controller_ != nullptr; }));
 }
 
 TEST_F(View, IsAbsentWithOneLineWhenThereIsNothingToEmbed) {
@@ -248,16 +218,13 @@ TEST_F(View, IsAbsentWithOneLineWhenThereIsNothingToEmbed) {
     }
 }
 
-TEST_F(View, GoesInAnyOrder) {
-    // The window first, the controller later.
+TEST_F(View, LosesItsWindowBeforeItsController) {
     embed();
     show();
-    closeWindow();
+    window_->close();
     EXPECT_EQ(record_.cleanups, 1);
     runFor(10);
     controller_ = nullptr;
-    // The controller while its view is still on screen.
-    EXPECT_EQ(record_.cleanups, 1);
 }
 
 TEST_F(View, LosesItsControllerWhileItIsShown) {
@@ -277,11 +244,11 @@ TEST_F(View, IsTakenOutOfItsStageAndPutBack) {
     view->removeFromSuperview();
     EXPECT_EQ(record_.cleanups, 1);
     record_.exposures = 0;
-    stage_->addSubview(view);
+    window_->stage()->addSubview(view);
     view->setTranslatesAutoresizingMaskIntoConstraints(true);
     view->setFrame(CGRect(20, 30, 300, 200));
     ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
-    const auto stage = placeOf(stage_->widget());
+    const auto stage = window_->place();
     EXPECT_TRUE(comesTo(record_.window, {stage.x + 20, stage.y + 30, 300, 200}));
     // Larger than the stage, and partly outside.
     view->setFrame(CGRect(-40, 10, 300, 200));
@@ -292,9 +259,6 @@ TEST_F(View, IsTakenOutOfItsStageAndPutBack) {
 TEST_F(View, ComesAndGoesManyTimes) {
     for (int round = 0; round < 10; ++round) {
         embed();
-        if (window_ == nullptr) {
-            break;
-        }
         record_.exposures = 0;
         show();
         controller_->view()->removeFromSuperview();

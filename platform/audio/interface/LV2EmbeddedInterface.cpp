@@ -15,6 +15,8 @@ constexpr unsigned kShownPeriod = static_cast<unsigned>(1000.0 / LV2Interface::k
 constexpr unsigned kHiddenPeriod = 250;
 // Below the toolkit's drawing, which stands at 120, so that an interface cannot hold it up.
 constexpr int kTimerPriority = 125;
+// Two seconds, at the least.
+constexpr int kLongestTurnsWithoutWindow = 120;
 
 }  // namespace
 
@@ -50,11 +52,8 @@ void LV2EmbeddedInterface::open() {
     interface_ =
         std::make_unique<LV2Interface>(unit_, data_, container_->window(), place_.scaleFactor,
                                        [this](X11Size size) { container_->want(size); });
-    if (!container_->adopt(interface_->window())) {
-        interface_ = nullptr;
-        throw lv2InterfaceError(LV2ErrorCode::instantiationFailed, data_.plugin,
-                                "it makes no window");
-    }
+    turnsWithoutWindow_ = 0;
+    container_->adopt(interface_->window());
     container_->place(area_, visible_);
     container_->setVisible(isVisible_);
 }
@@ -107,6 +106,9 @@ void LV2EmbeddedInterface::tick() {
         }
     } else if (!interface_->update()) {
         close("it has closed itself");
+    } else if (isVisible_ && !container_->hasChild() &&
+               ++turnsWithoutWindow_ == kLongestTurnsWithoutWindow) {
+        close("it makes no window");
     }
 }
 

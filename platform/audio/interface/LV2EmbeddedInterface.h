@@ -62,6 +62,7 @@ class LV2EmbeddedInterface {
     std::unique_ptr<LV2Interface> interface_;
     GSourcePointer timer_;
     bool isVisible_ = false;
+    int turnsWithoutWindow_ = 0;
 };
 
 }  // namespace orvalo

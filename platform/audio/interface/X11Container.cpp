@@ -49,7 +49,8 @@ X11Container::~X11Container() {
     XFlush(connection_->display());
 }
 
-bool X11Container::adopt(unsigned long child) {
+void X11Container::adopt(unsigned long child) {
+    isOpen_ = true;
     auto* display = connection_->display();
     Window root = 0;
     Window parent = 0;
@@ -64,7 +65,7 @@ bool X11Container::adopt(unsigned long child) {
     }
     XWindowAttributes attributes{};
     if (found == 0 || XGetWindowAttributes(display, found, &attributes) == 0) {
-        return false;
+        return;
     }
     child_ = found;
     given_ = {attributes.x, attributes.y, attributes.width, attributes.height};
@@ -78,10 +79,13 @@ bool X11Container::adopt(unsigned long child) {
     XMapWindow(display, child_);
     readHints();
     lay();
-    return true;
+    if (onRules) {
+        onRules();
+    }
 }
 
 void X11Container::release() {
+    isOpen_ = false;
     if (child_ != 0) {
         keyboard_->takeBack();
         connection_->removeHandler(child_);
@@ -203,6 +207,12 @@ void X11Container::handle(const XEvent& event) {
             }
             break;
         }
+        case CreateNotify:
+            // Some interfaces make their window in a thread of their own, or later.
+            if (isOpen_ && child_ == 0) {
+                adopt(event.xcreatewindow.window);
+            }
+            break;
         case MapRequest:
             XMapWindow(connection_->display(), event.xmaprequest.window);
             break;

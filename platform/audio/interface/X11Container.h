@@ -25,9 +25,12 @@ class X11Container {
 
     unsigned long window() const { return window_; }
 
-    /// Takes charge of the interface's window. child: what the interface says is its window; where
-    /// it is none in here, the topmost window in here. False when there is none.
-    bool adopt(unsigned long child);
+    /// The interface has been made: takes charge of its window, at once or as soon as there is one.
+    /// child: what the interface says is its window; where it is none in here, the topmost window
+    /// in here counts.
+    void adopt(unsigned long child);
+    /// Whether the interface has a window in here.
+    bool hasChild() const { return child_ != 0; }
     /// Lets go of the interface's window, which may be gone soon.
     void release();
 
@@ -64,8 +67,9 @@ class X11Container {
     X11SizeRules rules_;
     X11Rect area_;
     X11Rect seen_;
-    X11Rect frame_;  // The container's own, as it was set last.
-    X11Rect given_;  // The child's in the container, as it was set last.
+    X11Rect frame_;        // The container's own, as it was set last.
+    X11Rect given_;        // The child's in the container, as it was set last.
+    bool isOpen_ = false;  // Takes windows.
     bool isVisible_ = false;
     bool isMapped_ = false;
     std::unique_ptr<X11Keyboard> keyboard_;

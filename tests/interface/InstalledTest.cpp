@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <ostream>
+#include <string>
+
+#include "platform/audio/component/AVAudioUnitComponentManager.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
+#include "tests/interface/Effects.h"
+#include "tests/interface/Pointer.h"
+#include "tests/interface/Screen.h"
+#include "tests/interface/StageWindow.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+
+struct Installed {
+    std::string name;
+    std::string uri;
+
+    friend void PrintTo(const Installed& effect, std::ostream* out) { *out << effect.uri; }
+};
+
+/// Effects with interfaces that others wrote, as Debian packages them, and our own.
+const std::vector<Installed>& installed() {
+    static const std::vector<Installed> effects{
+        {"fil4", "http://gareus.org/oss/lv2/fil4#stereo"},
+        {"zcmp", "urn:zamaudio:ZamCompX2"},
+        {"hall", "https://github.com/michaelwillis/dragonfly-reverb"},
+    };
+    return effects;
+}
+
+/// Registers all of them by one bundle in front of the standard path.
+class InstalledInterface : public ::testing::TestWithParam<Installed> {
+  protected:
+    static void SetUpTestSuite() {
+        static const TemporaryFolder folder;
+        std::filesystem::create_directory(folder.path() / "codes.lv2");
+        std::ofstream manifest(folder.path() / "codes.lv2" / "manifest.ttl");
+        manifest << "@prefix ac: <urn:tessaly:audio-component#> .\n";
+        for (const auto& effect : installed()) {
+            manifest << "<" << effect.uri << R"(> ac:type "aufx" ; ac:subtype ")" << effect.name
+                     << R"(" ; ac:manufacturer "REAL" .)"
+                     << "\n";
+        }
+        manifest.close();
+        // No other thread is there yet.
+        const auto path = folder.path().string() + ":/usr/lib/lv2";
+        setenv("LV2_PATH", path.c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
+        startToolkit();
+    }
+
+    void SetUp() override {
+        movePointer(1, 1);
+        AudioComponentDescription key;
+        for (const char character : GetParam().name) {
+            key.componentSubType =
+                key.componentSubType << 8U | static_cast<unsigned char>(character);
+        }
+        const auto found =
+            AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->components(key);
+        ASSERT_EQ(found.size(), 1U);
+        unit_ = std::make_shared<LV2LocalAudioUnit>(LV2World::shared(), found[0]->uri,
+                                                    found[0]->audioComponentDescription);
+        controller_ = requestInterface(*unit_);
+        ASSERT_NE(controller_, nullptr);
+        window_.embed(*controller_);
+    }
+
+    /// Whether there is a picture in the stage.
+    bool isDrawn() {
+        return waitFor([this] {
+            render(*unit_);
+            return countColors(window_.place()) > 8;
+        });
+    }
+
+    std::vector<float> controlInputs() const {
+        std::vector<float> values;
+        for (const auto& port : unit_->data().ports) {
+            if (port.kind == LV2PortKind::control && port.isInput) {
+                values.push_back(unit_->controls().value(port.index));
+            }
+        }
+        return values;
+    }
+
+    /// Presses and drags at one point after the other until something moves.
+    bool dragSomething() {
+        const auto place = window_.place();
+        const auto before = controlInputs();
+        for (int y = 40; y < place.height - 40; y += 24) {
+            for (int x = 30; x < place.width - 30; x += 24) {
+                movePointer(place.x + x, place.y + y);
+                pressButton(1);
+                for (int step = 1; step <= 4; ++step) {
+                    movePointer(place.x + x + step * 2, place.y + y - step * 5);
+                    render(*unit_);
+                    runFor(3);
+                }
+                releaseButton(1);
+                runFor(3);
+                if (controlInputs() != before) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+
+    StageWindow window_;
+    std::shared_ptr<LV2LocalAudioUnit> unit_;
+    std::shared_ptr<UIViewController> controller_;
+};
+
+TEST_P(InstalledInterface, IsDrawnMovedHiddenAndClosed) {
+    window_.present();
+    ASSERT_TRUE(isDrawn());
+    EXPECT_TRUE(dragSomething());
+    gtk_window_set_default_size(GTK_WINDOW(window_.window()), 1000, 750);
+    ASSERT_TRUE(waitFor([this] { return window_.place().width == 1000; }));
+    runFor(40);
+    EXPECT_TRUE(isDrawn());
+    window_.stage()->setHidden(true);
+    runFor(40);
+    window_.stage()->setHidden(false);
+    EXPECT_TRUE(isDrawn());
+    unit_->allocateRenderResources(96000.0);
+    runFor(40);
+    EXPECT_TRUE(isDrawn());
+    window_.close();
+    runFor(20);
+}
+
+INSTANTIATE_TEST_SUITE_P(Debian, InstalledInterface, ::testing::ValuesIn(installed()),
+                         [](const auto& item) { return item.param.name; });
+
+}  // namespace
