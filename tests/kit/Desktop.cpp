@@ -14,6 +14,9 @@
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/XServer.h"
 
+// After what its macros would spoil.
+#include <X11/Xlib.h>
+
 namespace orvalo::testing {
 
 namespace {
@@ -40,6 +43,32 @@ GPid start(std::vector<std::string> arguments) {
     return process;
 }
 
+/// The toolkit looks for the window manager when it starts, and not again for a good while.
+void waitForWindowManager() {
+    auto* display = XOpenDisplay(nullptr);
+    ASSERT_NE(display, nullptr);
+    const auto root = DefaultRootWindow(display);
+    XSelectInput(display, root, PropertyChangeMask);
+    // Extended Window Manager Hints: how a window manager says that it is there.
+    const auto supporting = XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False);
+    const auto isThere = [&] {
+        Atom type = None;
+        int format = 0;
+        unsigned long count = 0;
+        unsigned long rest = 0;
+        unsigned char* value = nullptr;
+        XGetWindowProperty(display, root, supporting, 0, 1, False, AnyPropertyType, &type, &format,
+                           &count, &rest, &value);
+        XFree(value);
+        return type != None;
+    };
+    while (!isThere()) {
+        XEvent event;
+        XNextEvent(display, &event);
+    }
+    XCloseDisplay(display);
+}
+
 /// The display, what stands on it, and where the toolkit keeps what it remembers.
 struct Desktop {
     TemporaryFolder home;
@@ -57,9 +86,10 @@ struct Desktop {
         // NOLINTEND(concurrency-mt-unsafe)
         g_set_prgname("orvalo-test");
         g_set_application_name("Orvalo");
+        start({"openbox", "--sm-disable"});
+        waitForWindowManager();
         gtk_init();
         adw_init();
-        start({"openbox", "--sm-disable"});
     }
 };
 
