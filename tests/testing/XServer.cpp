@@ -1,6 +1,7 @@
 #include "tests/testing/XServer.h"
 
 #include <fcntl.h>
+#include <glib.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,7 +9,6 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <stdexcept>
 #include <system_error>
 
@@ -67,10 +67,10 @@ XServer::XServer(const std::string& screen) {
         throw std::runtime_error("Xvfb did not start.");
     }
     display_ = ":" + number;
-    setenv("DISPLAY", display_.c_str(), 1);
-    setenv("GDK_BACKEND", "x11", 1);
-    unsetenv("WAYLAND_DISPLAY");
-    unsetenv("XAUTHORITY");
+    g_setenv("DISPLAY", display_.c_str(), TRUE);
+    g_setenv("GDK_BACKEND", "x11", TRUE);
+    g_unsetenv("WAYLAND_DISPLAY");
+    g_unsetenv("XAUTHORITY");
 }
 
 XServer::~XServer() {

@@ -10,7 +10,6 @@ namespace orvalo::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class LocalTextTest : public WebFixture {
   protected:

@@ -42,10 +42,10 @@ TEST_F(SandboxTest, AMachineThatCannotSandboxShowsNoPage) {
     std::ofstream(folder.path() / "bwrap") << "#!/bin/sh\necho 'bwrap: No.' >&2\nexit 1\n";
     std::filesystem::permissions(folder.path() / "bwrap", std::filesystem::perms::owner_all);
     const std::string path = g_getenv("PATH");
-    setenv("PATH", folder.path().c_str(), 1);
+    g_setenv("PATH", folder.path().c_str(), TRUE);
     EXPECT_EXIT(
         {
-            setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "0", 1);
+            g_setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "0", TRUE);
             view->loadHTMLString("<title>text</title>", std::nullopt);
             load("http://127.0.0.1/");
             std::_Exit(webkit_web_view_is_loading(engine()) == FALSE ? 0 : 1);
@@ -53,7 +53,7 @@ TEST_F(SandboxTest, AMachineThatCannotSandboxShowsNoPage) {
         ::testing::ExitedWithCode(0),
         "No web page can be shown, since none can be sandboxed: bwrap: No\\.\n.*"
         "No web page can be shown, since none can be sandboxed: bwrap: No\\.");
-    setenv("PATH", path.c_str(), 1);
+    g_setenv("PATH", path.c_str(), TRUE);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <gtk/gtk.h>
 
-#include <cstdlib>
-
 #include "platform/web/WKWebView.h"
 #include "platform/web/WebSandbox.h"
 #include "tests/testing/TemporaryFolder.h"
@@ -20,11 +18,11 @@ struct Toolkit {
     Toolkit() {
         for (const char* place : {"HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_CONFIG_HOME",
                                   "XDG_RUNTIME_DIR", "XDG_STATE_HOME"}) {
-            setenv(place, folder.path().c_str(), 1);
+            g_setenv(place, folder.path().c_str(), TRUE);
         }
-        setenv("GTK_A11Y", "none", 1);
+        g_setenv("GTK_A11Y", "none", TRUE);
         if (!canSandbox()) {
-            setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", 1);
+            g_setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", TRUE);
         }
         gtk_init();
         WKWebView::registerClass();
