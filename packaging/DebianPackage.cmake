@@ -1,0 +1,52 @@
+# The Debian package: cpack -G DEB in a build folder where everything is built.
+
+set(ORVALO_MAINTAINER "Tessaly <packages@orvalo.example>" CACHE STRING
+    "Who the Debian package says maintains it: a name and an address in angle brackets")
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME orvalo)
+set(CPACK_PACKAGE_VENDOR Tessaly)
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_CONTACT "${ORVALO_MAINTAINER}")
+set(CPACK_PACKAGE_HOMEPAGE_URL "${ORVALO_SITE}")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ORVALO_MAINTAINER}")
+set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+# CPack makes the description's first line of the summary; the blank lines of the rest are dots.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "host and showcase of the Orvalo dynamics effect")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+"Orvalo plays music through one audio effect, the Orvalo dynamics effect,
+shows the effect's own interface, and reports the MIDI that the effect sends.
+Eighty demonstration loops are included.
+.
+The effect is a stereo compressor for every LV2 host: notes that come in duck
+the signal, and gain reduction plays notes.
+.
+This package contains the application (orvalo), its twin for the terminal
+(orvalo-play), the effect and the music.")
+
+# The libraries that the programs are linked with are found by dpkg-shlibdeps. FFmpeg's are loaded
+# when the first file is opened, by the versions that the programs were built with.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+pkg_check_modules(PACKAGED_CODEC REQUIRED libavcodec)
+pkg_check_modules(PACKAGED_FORMAT REQUIRED libavformat)
+string(REGEX MATCH "^[0-9]+" codec "${PACKAGED_CODEC_VERSION}")
+string(REGEX MATCH "^[0-9]+" format "${PACKAGED_FORMAT_VERSION}")
+# The sandbox of the web view is made of two programs; GTK reads pictures for its icons by plug-in.
+string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
+    "libavcodec${codec} | libavcodec-extra${codec}"
+    "libavformat${format} | libavformat-extra${format}"
+    adwaita-icon-theme bubblewrap hicolor-icon-theme librsvg2-common xdg-dbus-proxy)
+string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "fonts-dejavu-core | fonts-cantarell" libasound2-plugins xdg-desktop-portal xdg-utils)
+string(JOIN ", " CPACK_DEBIAN_PACKAGE_SUGGESTS
+    "pipewire-pulse | pulseaudio" jackd2 jalv)
+
+# The build is whoever's who packages: cpack takes what is there.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON PARENT_SCOPE)
+include(CPack)
