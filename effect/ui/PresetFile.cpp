@@ -36,7 +36,7 @@ struct Vocabulary {
 };
 
 std::optional<Parameter> parameterOf(std::string_view symbol) {
-    const auto found =
+    const auto* const found =
         std::find_if(parameterRanges.begin(), parameterRanges.end(),
                      [symbol](const ParameterRange& range) { return symbol == range.symbol; });
     if (found == parameterRanges.end()) {

@@ -5,7 +5,7 @@
 
 namespace orvalo::effect::ui {
 
-void dropErrors(_XDisplay* display) {
+void dropErrors(Display* display) {
     // An error has a number of one byte; 0 is none.
     constexpr int firstError = 1;
     constexpr int lastError = 127;

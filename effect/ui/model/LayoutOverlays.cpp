@@ -44,8 +44,10 @@ Rect Layout::presetEntry(std::size_t index, std::size_t count) const {
     const Grid grid = presetGrid(*this, count);
     const Rect list = presetList(count).inset(0.5 * unit, 0.5 * unit);
     const double wide = list.width / static_cast<double>(grid.columns);
-    return {list.x + static_cast<double>(index / grid.rows) * wide,
-            list.y + static_cast<double>(index % grid.rows) * grid.rowHeight, wide, grid.rowHeight};
+    const std::size_t column = index / grid.rows;
+    const std::size_t row = index % grid.rows;
+    return {list.x + static_cast<double>(column) * wide,
+            list.y + static_cast<double>(row) * grid.rowHeight, wide, grid.rowHeight};
 }
 
 Rect Layout::entryField(Parameter parameter) const {

@@ -21,13 +21,13 @@ bool areStandard(const ParameterValues& values) {
     return true;
 }
 
-}  // namespace
-
-bool PresetChoice::matches(const Preset& preset, const ParameterValues& values) const {
+bool matches(const Preset& preset, const ParameterValues& values) {
     return !preset.values.empty() &&
            std::all_of(preset.values.begin(), preset.values.end(),
                        [&](const auto& one) { return isSame(values[one.first], one.second); });
 }
+
+}  // namespace
 
 std::string PresetChoice::describe(const ParameterValues& values) {
     if (chosen_ && matches(presets_.at(*chosen_), values)) {

@@ -43,7 +43,6 @@ class PresetChoice {
     const std::string& label() const { return label_; }
 
   private:
-    bool matches(const Preset& preset, const ParameterValues& values) const;
     std::string describe(const ParameterValues& values);
 
     std::vector<Preset> presets_;

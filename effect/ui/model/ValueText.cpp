@@ -66,7 +66,7 @@ std::string shortValueText(Parameter parameter, float value) {
 }
 
 std::string valueText(Parameter parameter, float value) {
-    const std::string number = shortValueText(parameter, value);
+    std::string number = shortValueText(parameter, value);
     switch (control(parameter).unit) {
         case Unit::decibels:
             return number + " dB";

@@ -12,6 +12,7 @@ namespace {
 constexpr float lowest = -60.0F;
 constexpr float highest = 12.0F;
 constexpr float gridStep = 12.0F;
+constexpr int gridLines = 5;
 
 /// The plot: levels in dB to places in pixels, the same way across and up.
 class Plot {
@@ -36,8 +37,8 @@ void paintGrid(const Brush& brush, const Layout& layout, const Plot& plot) {
     const Rect& area = plot.area();
     // Every second label where they would touch.
     const bool dense = area.width / 6.0 > 2.4 * layout.text;
-    int index = 0;
-    for (float level = lowest + gridStep; level < highest; level += gridStep, ++index) {
+    for (int index = 0; index < gridLines; ++index) {
+        const float level = lowest + gridStep * static_cast<float>(index + 1);
         const Colour colour = level == 0.0F ? theme::track : theme::line.withAlpha(0.7);
         const double x = std::round(plot.x(level));
         const double y = std::round(plot.y(level));

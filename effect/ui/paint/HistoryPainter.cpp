@@ -117,10 +117,6 @@ void paintHistory(const Brush& brush, const Scene& scene) {
     const Colour accent = accentOf(scene);
     trace(context, scene.history, plot, input);
     fillTo(brush, plot, plot.bottom(), theme::level.withAlpha(0.45));
-    trace(context, scene.history, plot, output);
-    brush.use(theme::text.withAlpha(0.8));
-    cairo_set_line_width(context, std::max(1.0, 0.14 * layout.unit));
-    cairo_stroke(context);
     trace(context, scene.history, plot, both);
     fillTo(brush, plot, plot.y, accent.withAlpha(0.22));
     trace(context, scene.history, plot, reduction);
@@ -128,6 +124,10 @@ void paintHistory(const Brush& brush, const Scene& scene) {
     trace(context, scene.history, plot, reduction);
     brush.use(accent);
     cairo_set_line_width(context, std::max(1.25, 0.2 * layout.unit));
+    cairo_stroke(context);
+    trace(context, scene.history, plot, output);
+    brush.use(theme::text.withAlpha(0.9));
+    cairo_set_line_width(context, std::max(1.0, 0.14 * layout.unit));
     cairo_stroke(context);
     cairo_restore(context);
     brush.fill({plot.x, plot.y, plot.width, hairline(layout)}, theme::track);
