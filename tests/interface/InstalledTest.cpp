@@ -11,6 +11,7 @@
 #include "tests/interface/Pointer.h"
 #include "tests/interface/Screen.h"
 #include "tests/interface/StageWindow.h"
+#include "tests/interface/WidgetPlace.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace {
@@ -128,6 +129,10 @@ TEST_P(InstalledInterface, IsDrawnMovedHiddenAndClosed) {
     EXPECT_TRUE(dragSomething());
     gtk_window_set_default_size(GTK_WINDOW(window_.window()), 1000, 750);
     ASSERT_TRUE(waitFor([this] { return window_.place().width == 1000; }));
+    // The toolkit goes on drawing its own: the button at its whole breadth.
+    const auto button = placeOf(window_.button());
+    const auto left = pixelAt(button.x + 20, button.y + 10);
+    EXPECT_TRUE(isPainted(button.x + button.width - 20, button.y + 10, left));
     runFor(40);
     EXPECT_TRUE(isDrawn());
     window_.stage()->setHidden(true);

@@ -46,7 +46,7 @@ class Interface : public ::testing::Test {
         connection_ = X11Connection::open("");
         embedded_ = std::make_unique<LV2EmbeddedInterface>(
             connection_, unit_, data,
-            LV2EmbeddedInterface::Place{toplevel_.window(), 2.0, kArea.size()});
+            LV2EmbeddedInterface::Place{toplevel_.window(), 2.0, kArea.size(), nullptr});
         embedded_->onClosed = [this](const std::string& reason) {
             closed_.push_back(reason);
             embedded_ = nullptr;

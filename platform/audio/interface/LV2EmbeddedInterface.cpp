@@ -22,8 +22,11 @@ constexpr int kLongestTurnsWithoutWindow = 120;
 
 LV2EmbeddedInterface::LV2EmbeddedInterface(std::shared_ptr<X11Connection> connection,
                                            std::shared_ptr<LV2LocalAudioUnit> unit,
-                                           const LV2InterfaceData& data, const Place& place)
-    : connection_(std::move(connection)), unit_(std::move(unit)), data_(data), place_(place) {
+                                           LV2InterfaceData data, const Place& place)
+    : connection_(std::move(connection)),
+      unit_(std::move(unit)),
+      data_(std::move(data)),
+      place_(place) {
     open();
     setTimer(false);
 }
@@ -40,6 +43,7 @@ void LV2EmbeddedInterface::open() {
     container_->setStatedFixed(data_.isFixedSize);
     container_->onSize = [this](X11Size size) {
         if (interface_ != nullptr) {
+            enter();
             interface_->setSize(size);
         }
     };
@@ -49,6 +53,7 @@ void LV2EmbeddedInterface::open() {
         }
     };
     container_->onGone = [this] { close("it has lost its window"); };
+    enter();
     interface_ =
         std::make_unique<LV2Interface>(unit_, data_, container_->window(), place_.scaleFactor,
                                        [this](X11Size size) { container_->want(size); });
@@ -92,7 +97,14 @@ void LV2EmbeddedInterface::setTimer(bool isVisible) {
     g_source_attach(timer_.get(), nullptr);
 }
 
+void LV2EmbeddedInterface::enter() const {
+    if (place_.willEnter) {
+        place_.willEnter();
+    }
+}
+
 void LV2EmbeddedInterface::tick() {
+    enter();
     if (interface_->isOutdated()) {
         container_->release();
         interface_ = nullptr;
@@ -117,6 +129,7 @@ void LV2EmbeddedInterface::close(const std::string& reason) {
         g_source_destroy(timer_.get());
         timer_ = nullptr;
     }
+    enter();
     container_->release();
     interface_ = nullptr;
     if (const auto closed = std::exchange(onClosed, nullptr)) {

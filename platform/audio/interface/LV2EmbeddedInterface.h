@@ -22,12 +22,15 @@ class LV2EmbeddedInterface {
         unsigned long toplevel;  ///< The X window.
         double scaleFactor;      ///< Of the screen: 1 for plain ones.
         X11Size size;            ///< Of the area that it will be given, in pixels.
+        /// Called before the interface's own code runs, which may take what belongs to the thread,
+        /// such as the current OpenGL context. May be empty.
+        std::function<void()> willEnter;
     };
 
     /// Opens it, not visible yet. The data's library must stay loaded for the object's life. Throws
     /// NSError.
     LV2EmbeddedInterface(std::shared_ptr<X11Connection> connection,
-                         std::shared_ptr<LV2LocalAudioUnit> unit, const LV2InterfaceData& data,
+                         std::shared_ptr<LV2LocalAudioUnit> unit, LV2InterfaceData data,
                          const Place& place);
     /// Takes it off the screen, then cleans it up.
     ~LV2EmbeddedInterface();
@@ -48,6 +51,7 @@ class LV2EmbeddedInterface {
 
   private:
     void open();
+    void enter() const;
     void setTimer(bool isVisible);
     void tick();
     void close(const std::string& reason);

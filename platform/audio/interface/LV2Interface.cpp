@@ -3,6 +3,7 @@
 #include <glib.h>
 #include <lv2/atom/atom.h>
 
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -42,8 +43,8 @@ LV2Interface::Connection::~Connection() {
     unit->disconnectInterface(link);
 }
 
-LV2Interface::LV2Interface(std::shared_ptr<LV2LocalAudioUnit> unit, const LV2InterfaceData& data,
-                           unsigned long parent, double scaleFactor,
+LV2Interface::LV2Interface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
+                           const LV2InterfaceData& data, unsigned long parent, double scaleFactor,
                            std::function<void(X11Size)> onResize)
     : data_(data),
       log_(data.plugin),
@@ -116,7 +117,8 @@ void LV2Interface::showControls() {
         const float value = controls.value(port.index);
         auto& shown = shown_[port.index];
         // By their bits: what is no number is not equal to itself.
-        if (isKnown_[port.index] && std::memcmp(&value, &shown, sizeof(value)) == 0) {
+        if (isKnown_[port.index] &&
+            std::bit_cast<std::uint32_t>(value) == std::bit_cast<std::uint32_t>(shown)) {
             continue;
         }
         isKnown_[port.index] = true;

@@ -28,7 +28,7 @@ class LV2Interface {
     /// parent: the X window to be put into; scaleFactor: the screen's, 1 for plain ones; onResize:
     /// what the interface asks for, also while it is made. The data's library must stay loaded for
     /// the object's life. Throws NSError when the interface refuses to be made.
-    LV2Interface(std::shared_ptr<LV2LocalAudioUnit> unit, const LV2InterfaceData& data,
+    LV2Interface(const std::shared_ptr<LV2LocalAudioUnit>& unit, const LV2InterfaceData& data,
                  unsigned long parent, double scaleFactor, std::function<void(X11Size)> onResize);
     /// Cleans the interface up. Its window should be shown no more.
     ~LV2Interface();

@@ -116,7 +116,9 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
         interface_ = std::make_unique<LV2EmbeddedInterface>(
             server, unit_, data_,
             LV2EmbeddedInterface::Place{place.toplevel, static_cast<double>(place.scaleFactor),
-                                        place.area.size()});
+                                        place.area.size(),
+                                        // GDK takes its context for current until it is told.
+                                        gdk_gl_context_clear_current});
         interface_->onRules = [this] { takeRules(); };
         interface_->onClosed = [this](const std::string& reason) { closed(reason); };
         container_->setMessage({});
