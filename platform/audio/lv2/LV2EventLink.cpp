@@ -12,12 +12,12 @@ constexpr std::size_t kBuffersPerRing = 16;
 
 }  // namespace
 
-LV2EventLink::Lane::Lane(const LV2Port& description)
-    : port(description.index),
-      isInput(description.isInput),
-      longest(description.bufferSize),
-      ring(kBuffersPerRing * description.bufferSize),
-      words((description.bufferSize + sizeof(std::uint64_t) - 1) / sizeof(std::uint64_t)) {}
+LV2EventLink::Lane::Lane(const LV2Port& ofPort)
+    : port(ofPort.index),
+      isInput(ofPort.isInput),
+      longest(ofPort.bufferSize),
+      ring(kBuffersPerRing * ofPort.bufferSize),
+      words((ofPort.bufferSize + sizeof(std::uint64_t) - 1) / sizeof(std::uint64_t)) {}
 
 LV2EventLink::LV2EventLink(const std::vector<LV2Port>& ports) : lanes_(ports.size()) {
     std::size_t longest = 0;

@@ -46,7 +46,7 @@ class LV2EventLink {
   private:
     /// Events as atoms, one ring message each, and one atom that is out of the ring.
     struct Lane {
-        explicit Lane(const LV2Port& port);
+        explicit Lane(const LV2Port& ofPort);
 
         const LV2_Atom* front() const noexcept {
             return reinterpret_cast<const LV2_Atom*>(words.data());

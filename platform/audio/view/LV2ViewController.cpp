@@ -66,11 +66,10 @@ std::shared_ptr<LV2ViewController> LV2ViewController::make(
     }
 }
 
-LV2ViewController::LV2ViewController(std::shared_ptr<LV2LocalAudioUnit> unit,
-                                     const LV2InterfaceData& data)
+LV2ViewController::LV2ViewController(std::shared_ptr<LV2LocalAudioUnit> unit, LV2InterfaceData data)
     : AUViewController(std::nullopt, nullptr),
       unit_(std::move(unit)),
-      data_(data),
+      data_(std::move(data)),
       library_(data_),
       container_(std::make_shared<X11ContainerView>()) {
     container_->onPlace = [this](const auto& where) { place(where); };

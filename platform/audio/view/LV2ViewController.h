@@ -26,7 +26,7 @@ class LV2ViewController : public AUViewController {
     static std::shared_ptr<LV2ViewController> make(const std::shared_ptr<LV2LocalAudioUnit>& unit);
 
     /// For make(): the data's library loads.
-    LV2ViewController(std::shared_ptr<LV2LocalAudioUnit> unit, const LV2InterfaceData& data);
+    LV2ViewController(std::shared_ptr<LV2LocalAudioUnit> unit, LV2InterfaceData data);
     ~LV2ViewController() override;
 
   private:
