@@ -33,7 +33,7 @@ void Toplevel::destroy() {
     }
 }
 
-unsigned long Toplevel::focusInside() {
+unsigned long Toplevel::focusInside() const {
     auto* display = screen();
     const auto inside = XCreateSimpleWindow(display, window_, 0, 0, 1, 1, 0, 0, 0);
     XSelectInput(display, inside, KeyPressMask);

@@ -16,9 +16,9 @@ class Toplevel {
     /// Takes it away, with whatever is in it.
     void destroy();
     /// Makes a window in it that has the keyboard, and returns that.
-    unsigned long focusInside();
+    unsigned long focusInside() const;
     /// Keys that came to the toplevel or the window inside.
-    std::vector<unsigned long> takeKeys();
+    static std::vector<unsigned long> takeKeys();
 
   private:
     unsigned long window_;
