@@ -37,6 +37,8 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor* /*descriptor*/, const char* plu
         auto opened =
             UserInterface::open(bundle == nullptr ? "" : bundle, write, controller, features);
         if (opened != nullptr && widget != nullptr) {
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands a window's number over as a
+            // pointer
             *widget = reinterpret_cast<LV2UI_Widget>(opened->window());
         }
         return opened.release();

@@ -21,6 +21,7 @@ const LV2UI_Descriptor* load() {
     // It stays loaded: hosts may open it again.
     static void* const library = dlopen(EFFECT_BUNDLE "orvalo-ui.so", RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the program's only thread
         throw std::runtime_error(dlerror());
     }
     const auto find =
@@ -97,7 +98,8 @@ EmbeddedInterface::EmbeddedInterface(HostWindow& host, const Offer& offer)
         {{LV2_OPTIONS_INSTANCE, 0, uris_[LV2_UI__scaleFactor], sizeof(float), type, &offer.scale},
          {LV2_OPTIONS_INSTANCE, 0, uris_[LV2_UI__updateRate], sizeof(float), type, &rate},
          {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}}};
-    const auto parent = reinterpret_cast<void*>(offer.parent.value_or(0));
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands a window's number over as a pointer
+    auto* const parent = reinterpret_cast<void*>(offer.parent.value_or(0));
     const std::array<LV2_Feature, 7> offered{
         {{LV2_UI__parent, parent},
          {LV2_URID__map, uris_.interface()},

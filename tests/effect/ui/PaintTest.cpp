@@ -141,7 +141,8 @@ TEST_F(PaintTest, WhatIsOpenStaysAboveWhatIsDrawnBelow) {
     const auto after = picture.pixels();
     for (std::size_t i = 0; i < open.size(); ++i) {
         const auto x = static_cast<double>(i % 640);
-        const auto y = static_cast<double>(i / 640);
+        const std::size_t row = i / 640;
+        const auto y = static_cast<double>(row);
         if (list.contains(x, y)) {
             EXPECT_EQ(after[i], open[i]) << x << ',' << y;
             ++inside;

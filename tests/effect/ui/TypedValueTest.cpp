@@ -47,7 +47,8 @@ TEST(TypedValue, TakesWhatPeopleType) {
 TEST(TypedValue, TakesBackWhatIsShown) {
     for (std::size_t i = 1; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
-        for (double position = 0.0; position <= 1.0; position += 0.01) {
+        for (int percent = 0; percent <= 100; ++percent) {
+            const double position = 0.01 * percent;
             const std::string shown =
                 valueText(parameter, rounded(parameter, valueAt(parameter, position)));
             const auto typed = typedValue(parameter, shown);

@@ -31,7 +31,8 @@ TEST(ValueMapping, TheEndsOfTheWayAreTheEndsOfTheRange) {
 TEST(ValueMapping, PositionsAndValuesAreEachOthersInverse) {
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
-        for (double position = 0.0; position <= 1.0; position += 0.05) {
+        for (int percent = 0; percent <= 100; percent += 5) {
+            const double position = 0.01 * percent;
             EXPECT_NEAR(positionOf(parameter, valueAt(parameter, position)), position, 1e-6)
                 << range(parameter).symbol;
         }

@@ -6,7 +6,6 @@
 namespace {
 
 using namespace orvalo::testing;
-using orvalo::effect::Parameter;
 
 class WindowInputTest : public InterfaceFixture {
   protected:

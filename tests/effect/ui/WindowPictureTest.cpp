@@ -5,7 +5,6 @@
 namespace {
 
 using namespace orvalo::testing;
-using orvalo::effect::Parameter;
 using orvalo::effect::ui::Layout;
 using orvalo::effect::ui::Meter;
 using orvalo::effect::ui::Rect;

@@ -1,11 +1,11 @@
 #include "tests/effect/ui/XServer.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 
