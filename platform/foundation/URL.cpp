@@ -119,4 +119,12 @@ std::string description(const std::optional<URL>& url) {
     return url ? "Optional(" + url->absoluteString() + ")" : "nil";
 }
 
+std::string description(const std::vector<URL>& urls) {
+    std::string result = "[";
+    for (const auto& url : urls) {
+        result += (result.size() == 1 ? "" : ", ") + url.absoluteString();
+    }
+    return result + "]";
+}
+
 }  // namespace orvalo

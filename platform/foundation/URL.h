@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvalo {
 
@@ -36,5 +37,7 @@ class URL {
 
 /// The textual form of an optional address: "Optional(<absoluteString>)", or "nil".
 std::string description(const std::optional<URL>& url);
+/// The textual form of a list of addresses: "[<absoluteString>, ...]".
+std::string description(const std::vector<URL>& urls);
 
 }  // namespace orvalo

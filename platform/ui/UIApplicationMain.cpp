@@ -15,6 +15,7 @@
 #include "platform/ui/UIApplicationDelegate.h"
 #include "platform/ui/UIButton.h"
 #include "platform/ui/UIClass.h"
+#include "platform/ui/UIImageView.h"
 #include "platform/ui/UIStoryboard.h"
 #include "platform/ui/UIViewController.h"
 #include "platform/ui/UIWindow.h"
@@ -80,8 +81,7 @@ struct UIApplicationStart {
             const std::unique_ptr<GtkCssProvider, Release<g_object_unref>> provider(
                 gtk_css_provider_new());
             gtk_css_provider_load_from_path(provider.get(), style->path().c_str());
-            gtk_style_context_add_provider_for_display(display,
-                                                       GTK_STYLE_PROVIDER(provider.get()),
+            gtk_style_context_add_provider_for_display(display, GTK_STYLE_PROVIDER(provider.get()),
                                                        GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
         }
     }
@@ -120,7 +120,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     gdk_set_allowed_backends("x11,*");
     // Numbers in lines read the same everywhere.
     gtk_disable_setlocale();
-    std::setlocale(LC_ALL, "");      // NOLINT(concurrency-mt-unsafe): there is one thread yet.
+    std::setlocale(LC_ALL, "");       // NOLINT(concurrency-mt-unsafe): there is one thread yet.
     std::setlocale(LC_NUMERIC, "C");  // NOLINT(concurrency-mt-unsafe): as above.
     g_log_writer_default_set_use_stderr(TRUE);
     if (gtk_init_check() == FALSE) {
@@ -130,6 +130,10 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     adw_init();
     UIView::setClass(GTK_TYPE_BUTTON,
                      [](GtkWidget* widget) { return std::make_shared<UIButton>(widget); });
+    UIImageView::registerClass();
+    if (const auto name = Bundle::main()->infoValue("Name")) {
+        g_set_application_name(name->c_str());
+    }
 
     UIApplicationStart start{delegateClassName, nullptr, nullptr};
     const auto identifier = Bundle::main()->infoValue("Identifier");

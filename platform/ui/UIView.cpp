@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/foundation/FatalError.h"
+#include "platform/foundation/GLibPointer.h"
 #include "platform/ui/MainThread.h"
 #include "platform/ui/NSLayoutConstraint.h"
 #include "platform/ui/ViewWidget.h"
@@ -92,6 +93,8 @@ bool UIView::isHidden() const {
 void UIView::setHidden(bool hidden) {
     requireMainThread("UIView.isHidden");
     gtk_widget_set_visible(widget_, hidden ? FALSE : TRUE);
+    // The toolkit gives a shortcut also to widgets that are not shown, and it is lost on them.
+    gtk_widget_set_sensitive(widget_, hidden ? FALSE : TRUE);
 }
 
 CGRect UIView::frame() const {

@@ -36,7 +36,7 @@ class UIView : public UIResponder {
     /// The widget, which lives as long as the view.
     GtkWidget* widget() const { return widget_; }
 
-    /// Whether the view and what it holds is not shown.
+    /// Whether the view and what it holds is not shown. A hidden view takes no shortcuts either.
     bool isHidden() const;
     void setHidden(bool hidden);
 

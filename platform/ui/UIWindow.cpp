@@ -35,6 +35,8 @@ void UIWindow::makeKeyAndVisible() {
         root.widget = addPage(root.controller);
     }
     gtk_window_present(GTK_WINDOW(widget()));
+    // Shortcuts come first until the user moves the focus.
+    gtk_window_set_focus(GTK_WINDOW(widget()), nullptr);
 }
 
 GtkWidget* UIWindow::addPage(const std::shared_ptr<UIViewController>& controller) {
@@ -51,10 +53,12 @@ void UIWindow::push(const std::shared_ptr<UIViewController>& controller, bool an
                     const std::function<void()>& then) {
     controller->window_ = weak(this);
     controller->appear(animated);
-    const auto below = pages_.back().controller;
+    const auto below = pages_.back();
     pages_.push_back({controller, addPage(controller)});
+    // Its shortcuts would be taken otherwise, unseen.
+    gtk_widget_set_sensitive(below.widget, FALSE);
     show(pages_.back().widget, animated, [below, animated, then] {
-        below->disappear(animated);
+        below.controller->disappear(animated);
         if (then) {
             then();
         }
@@ -71,6 +75,7 @@ void UIWindow::pop(const std::shared_ptr<UIViewController>& controller, bool ani
     }
     const std::vector<Page> leaving(from, pages_.end());
     pages_.erase(from, pages_.end());
+    gtk_widget_set_sensitive(pages_.back().widget, TRUE);
     pages_.back().controller->appear(animated);
     show(pages_.back().widget, animated, [self = shared(this), leaving, animated, then] {
         for (const auto& page : leaving) {

@@ -73,9 +73,23 @@ void allocateLayout(GtkLayoutManager* manager, GtkWidget* widget, int width, int
     }
 }
 
+/// A view has whatever extent it is given; what it holds asks for none. The toolkit's own answer,
+/// which it needs for the layout, would be the extent of the last one where a constraint wishes
+/// for as much as there is.
+void measureLayout(GtkLayoutManager* manager, GtkWidget* widget, GtkOrientation orientation,
+                   int forSize, int* minimum, int* natural, int* minimumBaseline,
+                   int* naturalBaseline) {
+    GTK_LAYOUT_MANAGER_CLASS(layoutParentClass)
+        ->measure(manager, widget, orientation, forSize, minimum, natural, minimumBaseline,
+                  naturalBaseline);
+    *minimum = 0;
+    *natural = 0;
+}
+
 void initLayoutClass(void* type, void* /*data*/) {
     layoutParentClass = g_type_class_peek_parent(type);
     GTK_LAYOUT_MANAGER_CLASS(type)->allocate = allocateLayout;
+    GTK_LAYOUT_MANAGER_CLASS(type)->measure = measureLayout;
 }
 
 }  // namespace

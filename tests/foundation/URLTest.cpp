@@ -84,6 +84,9 @@ TEST(URL, ComparesByValue) {
 TEST(URL, DescribesAnOptionalAddress) {
     EXPECT_EQ(description(URL::fileURLWithPath("/a b")), "Optional(file:///a%20b)");
     EXPECT_EQ(description(std::nullopt), "nil");
+    EXPECT_EQ(description(std::vector<URL>{}), "[]");
+    EXPECT_EQ(description(std::vector{URL::fileURLWithPath("/a b"), URL::fileURLWithPath("/c")}),
+              "[file:///a%20b, file:///c]");
 }
 
 }  // namespace

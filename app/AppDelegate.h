@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/ui/UIApplicationDelegate.h"
+#include "platform/ui/UIResponder.h"
+
+namespace orvalo {
+
+class UIWindow;
+
+/// The application's delegate, which leaves everything to the layout. Main thread.
+class AppDelegate : public UIResponder, public UIApplicationDelegate {
+  public:
+    /// The window of the layout; the platform fills it.
+    std::shared_ptr<UIWindow> window;
+
+    void setWindow(const std::shared_ptr<UIWindow>& layoutWindow) override {
+        window = layoutWindow;
+    }
+    bool didFinishLaunchingWithOptions(
+        const std::shared_ptr<UIApplication>& application,
+        const std::map<std::string, std::string>& launchOptions) override;
+    void applicationWillResignActive(const std::shared_ptr<UIApplication>& application) override;
+    void applicationDidEnterBackground(const std::shared_ptr<UIApplication>& application) override;
+    void applicationWillEnterForeground(const std::shared_ptr<UIApplication>& application) override;
+    void applicationDidBecomeActive(const std::shared_ptr<UIApplication>& application) override;
+    void applicationWillTerminate(const std::shared_ptr<UIApplication>& application) override;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,127 @@
+#include "app/HelpViewController.h"
+
+#include <glib.h>
+
+#include "app/Site.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/GLibPointer.h"
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/Print.h"
+#include "platform/foundation/URLRequest.h"
+#include "platform/foundation/URLResponse.h"
+#include "platform/foundation/loading/TextContents.h"
+#include "platform/web/WKNavigationAction.h"
+#include "platform/web/WKNavigationResponse.h"
+#include "support/Unwrapped.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr double kPatience = 60;  // Seconds.
+
+std::string upperCased(const std::string& text) {
+    const GText result(g_utf8_strup(text.c_str(), -1));
+    return result.get();
+}
+
+}  // namespace
+
+HelpViewController::HelpViewController(const std::optional<std::string>& nibName,
+                                       const std::shared_ptr<Bundle>& bundle)
+    : UIViewController(nibName, bundle) {}
+
+HelpViewController::HelpViewController(const NSCoder& coder) : UIViewController(coder) {}
+
+void HelpViewController::onButtonExit(const std::shared_ptr<NSObject>& /*sender*/) {
+    dismiss(true, [] {});
+}
+
+void HelpViewController::webView(const std::shared_ptr<WKWebView>& /*webView*/,
+                                 const std::shared_ptr<WKNavigationAction>& decidePolicyFor,
+                                 std::function<void(WKNavigationActionPolicy)> decisionHandler) {
+    print("navigationAction: ");
+    if (const auto& url = decidePolicyFor->request.url) {
+        print(url->absoluteString());
+        decisionHandler(WKNavigationActionPolicy::allow);
+    }
+}
+
+void HelpViewController::webView(const std::shared_ptr<WKWebView>& /*webView*/,
+                                 const std::shared_ptr<WKNavigationResponse>& decidePolicyFor,
+                                 std::function<void(WKNavigationResponsePolicy)> decisionHandler) {
+    print("navigationResponse: ");
+    const auto& url = decidePolicyFor->response->url;
+    if (!url) {
+        return;
+    }
+    print(url->absoluteString());
+    const auto extension = upperCased(url->pathExtension());
+    decisionHandler(extension.empty() || extension == "PDF" || extension == "HTML"
+                        ? WKNavigationResponsePolicy::allow
+                        : WKNavigationResponsePolicy::cancel);
+}
+
+std::shared_ptr<WKWebView> HelpViewController::webView(
+    const std::shared_ptr<WKWebView>& /*webView*/,
+    const std::shared_ptr<WKWebViewConfiguration>& /*createWebViewWith*/,
+    const std::shared_ptr<WKNavigationAction>& for_,
+    const std::shared_ptr<WKWindowFeatures>& /*windowFeatures*/) {
+    print("createWebViewWith:");
+    if (const auto& url = for_->request.url) {
+        print(url->absoluteString());
+    }
+    return nullptr;
+}
+
+void HelpViewController::loadHelpHtml() {
+    const auto resource = Bundle::main()->url("help", "html");
+    const auto& file = unwrapped(resource);
+    std::string text;
+    try {
+        text = textContentsOf(file);
+    } catch (const NSError& error) {
+        print(error.description());
+        return;
+    }
+    webView_->loadHTMLString(text, file);
+}
+
+void HelpViewController::loadHelpPdf() {
+    load(makersSite + "/DYNAMICS/");
+}
+
+void HelpViewController::navigateWeb() {
+    load(makersSite + "/");
+}
+
+void HelpViewController::load(const std::string& address) {
+    const auto url = URL::string(address);
+    webView_->load(
+        URLRequest{unwrapped(url), URLRequestCachePolicy::useProtocolCachePolicy, kPatience});
+}
+
+void HelpViewController::prepareInfo(const std::string& which) {
+    identifier = which;
+}
+
+void HelpViewController::viewDidLoad() {
+    UIViewController::viewDidLoad();
+    webView_->setUIDelegate(shared(this));
+    webView_->setNavigationDelegate(shared(this));
+}
+
+void HelpViewController::viewWillAppear(bool animated) {
+    UIViewController::viewWillAppear(animated);
+    if (identifier == "ShowHelp") {
+        loadHelpPdf();
+    } else if (identifier == "ShowInfo") {
+        navigateWeb();
+    }
+}
+
+void HelpViewController::didReceiveMemoryWarning() {
+    UIViewController::didReceiveMemoryWarning();
+}
+
+}  // namespace orvalo

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace orvalo {
+
+/// The address of the maker's web site: scheme and host, set when the build is configured.
+extern const std::string makersSite;
+
+}  // namespace orvalo

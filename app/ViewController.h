@@ -1,0 +1,111 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Audio Engine/AUEnginePlayerDelegate.h"
+#include "hosting/AUExtensionManagerDelegate.h"
+#include "platform/foundation/URL.h"
+#include "platform/ui/UIButton.h"
+#include "platform/ui/UIDocumentPickerDelegate.h"
+#include "platform/ui/UIOutlet.h"
+#include "platform/ui/UIViewController.h"
+
+namespace orvalo {
+
+class AUExtensionManager;
+class AVAudioUnit;
+
+/// The main screen: holds the effect's interface and the five buttons, and prints what happens.
+/// Main thread, but for onFoundComponent() and onEngineInitialized(), which come from the search.
+class ViewController : public UIViewController,
+                       public AUExtensionManagerDelegate,
+                       public AUEnginePlayerDelegate,
+                       public UIDocumentPickerDelegate {
+  private:
+    /// The one manager; made when the view has loaded, never released.
+    std::shared_ptr<AUExtensionManager> audioUnitManager;
+
+  public:
+    /// What the effect's interface is put into.
+    UIOutlet<UIView> pluginView{"ViewController.pluginView"};
+    UIOutlet<UIButton> buttonUnit{"ViewController.buttonUnit"};
+    UIOutlet<UIButton> buttonInfo{"ViewController.buttonInfo"};
+    UIOutlet<UIButton> buttonHelp{"ViewController.buttonHelp"};
+    UIOutlet<UIButton> playButton{"ViewController.playButton"};
+    UIOutlet<UIButton> stopButton{"ViewController.stopButton"};
+
+  private:
+    std::string documentsPath;
+    /// Reserved for a directory that is shared with the effect.
+    std::string sharedPath;
+    std::string resourcesPath;
+    /// A place for the effect's view controller.
+    std::shared_ptr<UIViewController> audioUnitViewController;
+    /// A place for the effect.
+    std::shared_ptr<AVAudioUnit> avAudioUnit;
+
+  public:
+    ViewController(const std::optional<std::string>& nibName,
+                   const std::shared_ptr<Bundle>& bundle);
+    explicit ViewController(const NSCoder& coder);
+
+    /// The view of audioUnitViewController; absent without that.
+    std::shared_ptr<UIView> audioUnitView() const;
+
+    void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) override;
+    void onEngineInitialized() override;
+    void onPlayerStateChanged(bool playing) override;
+    void onFileSelect(const std::string& file) override;
+    void onLoop(std::int64_t count) override;
+
+    /// Shows or hides the effect's interface.
+    virtual void onButtonUnit(const std::shared_ptr<NSObject>& sender);
+    virtual void onPlayButton(const std::shared_ptr<UIButton>& sender);
+    virtual void onStopButton(const std::shared_ptr<UIButton>& sender);
+    /// Opens the maker's site in the browser and the help page here.
+    virtual void showHelp(const std::shared_ptr<NSObject>& sender);
+
+  private:
+    virtual void embedPlugInView();
+
+  public:
+    /// Lays the effect's interface out at 4:3 in the middle of the screen.
+    virtual void centerPluginView();
+
+  private:
+    /// w, h: points to fit into.
+    virtual void resetPluginView(double w, double h);
+    virtual void getDirectories();
+
+  public:
+    void viewDidLoad() override;
+    void viewWillAppear(bool animated) override;
+    void viewDidDisappear(bool animated) override;
+    void viewDidLayoutSubviews() override;
+    bool canPerformAction(const std::string& action,
+                          const std::shared_ptr<NSObject>& withSender) override;
+    void prepare(const std::shared_ptr<UIStoryboardSegue>& for_,
+                 const std::shared_ptr<NSObject>& sender) override;
+
+    /// Asks the user to confirm or cancel; the answer is printed.
+    virtual void alertMessage(const std::string& title, const std::string& message);
+
+    // The folder picker; nothing on screen opens it.
+    virtual void openFilePicker();
+    void documentPicker(const std::shared_ptr<UIDocumentPickerViewController>& picker,
+                        const URL& didPickDocumentAt) override;
+    void documentPicker(const std::shared_ptr<UIDocumentPickerViewController>& picker,
+                        const std::vector<URL>& didPickDocumentsAt) override;
+    void documentPickerWasCancelled(
+        const std::shared_ptr<UIDocumentPickerViewController>& picker) override;
+
+  private:
+    friend struct ViewControllerPeer;  ///< The tests' view of the private parts.
+
+    void embed(const std::shared_ptr<UIViewController>& controller);
+};
+
+}  // namespace orvalo

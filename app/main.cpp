@@ -1,0 +1,11 @@
+#include <cstdlib>
+
+#include "app/ApplicationClasses.h"
+#include "platform/ui/UIApplicationMain.h"
+
+int main(int argc, char** argv) {
+    using namespace orvalo;
+    registerApplicationClasses();
+    const int status = UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
+    return status;
+}

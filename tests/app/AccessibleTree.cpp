@@ -1,0 +1,100 @@
+#include "tests/app/AccessibleTree.h"
+
+#include <atspi/atspi.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using Node = std::unique_ptr<AtspiAccessible, Release<g_object_unref>>;
+
+std::string nameOf(AtspiAccessible* node) {
+    const GText name(atspi_accessible_get_name(node, nullptr));
+    return name ? name.get() : "";
+}
+
+/// The toolkit tells neither what is covered nor what is off the screen, but what can be used.
+bool isUsable(AtspiAccessible* node) {
+    const std::unique_ptr<AtspiStateSet, Release<g_object_unref>> states(
+        atspi_accessible_get_state_set(node));
+    return atspi_state_set_contains(states.get(), ATSPI_STATE_VISIBLE) != FALSE &&
+           atspi_state_set_contains(states.get(), ATSPI_STATE_SENSITIVE) != FALSE;
+}
+
+using Visit = std::function<void(AtspiAccessible*)>;
+
+void walk(AtspiAccessible* node, const Visit& visit) {
+    if (!isUsable(node)) {
+        return;
+    }
+    visit(node);
+    const int count = atspi_accessible_get_child_count(node, nullptr);
+    for (int index = 0; index < count; ++index) {
+        if (const Node child{atspi_accessible_get_child_at_index(node, index, nullptr)}) {
+            walk(child.get(), visit);
+        }
+    }
+}
+
+void visitWindows(AtspiAccessible* application, const Visit& visit) {
+    const int count = atspi_accessible_get_child_count(application, nullptr);
+    for (int index = 0; index < count; ++index) {
+        const Node window(atspi_accessible_get_child_at_index(application, index, nullptr));
+        if (window) {
+            walk(window.get(), [&visit](AtspiAccessible* node) {
+                if (atspi_accessible_get_role(node, nullptr) == ATSPI_ROLE_PUSH_BUTTON) {
+                    visit(node);
+                }
+            });
+        }
+    }
+}
+
+void visitButtons(const std::string& application, const Visit& visit) {
+    static const int initialised = atspi_init();
+    (void)initialised;
+    const Node desktop(atspi_get_desktop(0));
+    // What was known of the tree may have changed since.
+    atspi_accessible_clear_cache(desktop.get());
+    const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
+    for (int index = 0; index < count; ++index) {
+        const Node found(atspi_accessible_get_child_at_index(desktop.get(), index, nullptr));
+        if (found && nameOf(found.get()) == application) {
+            visitWindows(found.get(), visit);
+        }
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> AccessibleTree::buttons() const {
+    std::vector<std::string> result;
+    visitButtons(application_,
+                 [&result](AtspiAccessible* node) { result.push_back(nameOf(node)); });
+    return result;
+}
+
+bool AccessibleTree::shows(const std::string& button) const {
+    const auto all = buttons();
+    return std::find(all.begin(), all.end(), button) != all.end();
+}
+
+bool AccessibleTree::press(const std::string& button) const {
+    bool isPressed = false;
+    visitButtons(application_, [&](AtspiAccessible* node) {
+        if (!isPressed && nameOf(node) == button) {
+            const std::unique_ptr<AtspiAction, Release<g_object_unref>> action(
+                atspi_accessible_get_action_iface(node));
+            isPressed = action && atspi_action_do_action(action.get(), 0, nullptr) != FALSE;
+        }
+    });
+    return isPressed;
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,106 @@
+#include "tests/app/ApplicationFixture.h"
+
+#include <X11/Xlib.h>
+#include <gio/gio.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+
+namespace orvalo::testing {
+
+namespace {
+
+/// The buses of the session, and with them the one for accessibility.
+void startSession() {
+    static auto* const bus = [] {
+        const std::string display = std::getenv("DISPLAY");
+        auto* made = g_test_dbus_new(G_TEST_DBUS_NONE);
+        g_test_dbus_add_service_dir(made, "/usr/share/dbus-1/services");
+        g_test_dbus_up(made);
+        // Which the bus has taken for one that is not the test's.
+        setenv("DISPLAY", display.c_str(), 1);
+        return made;
+    }();
+    (void)bus;
+}
+
+std::string output(const std::vector<std::string>& command) {
+    Program tool(command);
+    std::string result;
+    for (const auto& line : tool.readAll()) {
+        result += line + "\n";
+    }
+    tool.wait();
+    return result;
+}
+
+}  // namespace
+
+ApplicationFixture::ApplicationFixture() {
+    startDesktop();
+    startSession();
+    environment = {{"ORVALO_AUDIO_OUTPUT", "null"},
+                   {"LV2_PATH", "/nowhere"},
+                   {"GTK_A11Y", "atspi"},
+                   {"XDG_DATA_HOME", (folder.path() / "data").string()},
+                   {"XDG_CONFIG_HOME", (folder.path() / "config").string()}};
+}
+
+Lines ApplicationFixture::start() {
+    program = startAgain();
+    auto lines = program->readUntil("WARNING: Audio unit is nil (yet?).");
+    EXPECT_TRUE(eventually([this] { return tree.shows("Play"); }));
+    focus();
+    return lines;
+}
+
+std::unique_ptr<Program> ApplicationFixture::startAgain() const {
+    return std::make_unique<Program>(
+        std::vector<std::string>{ORVALO_TEST_STAGE "/bin/orvalo-on-loopback"}, environment);
+}
+
+void ApplicationFixture::focus() {
+    act({"mousemove", "2", "2"});
+    act({"search", "--sync", "--onlyvisible", "--name", "^Orvalo$", "windowfocus", "--sync"});
+}
+
+void ApplicationFixture::key(const std::string& name) {
+    act({"key", name});
+}
+
+bool ApplicationFixture::eventually(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+    }
+    return true;
+}
+
+int ApplicationFixture::quit() {
+    focus();
+    key("ctrl+q");
+    return program->wait();
+}
+
+ApplicationFixture::Place ApplicationFixture::place() {
+    const auto window =
+        std::stoul(output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"}));
+    auto* display = XOpenDisplay(nullptr);
+    XWindowAttributes attributes;
+    XGetWindowAttributes(display, window, &attributes);
+    Place result{0, 0, attributes.width, attributes.height};
+    Window ignored = 0;
+    XTranslateCoordinates(display, window, attributes.root, 0, 0, &result.x, &result.y, &ignored);
+    XCloseDisplay(display);
+    return result;
+}
+
+int ApplicationFixture::windowCount() {
+    const auto windows = output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"});
+    return static_cast<int>(std::count(windows.begin(), windows.end(), '\n'));
+}
+
+}  // namespace orvalo::testing

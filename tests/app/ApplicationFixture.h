@@ -1,0 +1,54 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/app/AccessibleTree.h"
+#include "tests/kit/Desktop.h"
+#include "tests/play/Program.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace orvalo::testing {
+
+using Lines = std::vector<std::string>;
+
+/// The application on a display with a window manager and a session bus, without sound, with its
+/// own effect and no other.
+class ApplicationFixture : public ::testing::Test {
+  protected:
+    ApplicationFixture();
+
+    /// Starts it and waits until the effect is found and the window drawn; returns the lines.
+    Lines start();
+    /// A further start of it.
+    std::unique_ptr<Program> startAgain() const;
+    /// Has the keyboard go to its window, and the pointer away from it.
+    static void focus();
+    /// Types a key of xdotool's names into its window.
+    static void key(const std::string& name);
+    /// Looks again and again until it holds; false when it never does.
+    static bool eventually(const std::function<bool()>& condition);
+    /// Closes the window and returns the exit status.
+    int quit();
+
+    /// The place of its window on the display, in pixels.
+    struct Place {
+        int x;
+        int y;
+        int width;
+        int height;
+    };
+    static Place place();
+    static int windowCount();
+
+    Program::Environment environment;
+    TemporaryFolder folder;
+    std::unique_ptr<Program> program;
+    const AccessibleTree tree{"orvalo-on-loopback"};
+};
+
+}  // namespace orvalo::testing

@@ -1,0 +1,108 @@
+#include <fstream>
+
+#include "tests/app/ApplicationFixture.h"
+#include "tests/web/Site.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+class PagesTest : public ApplicationFixture {
+  protected:
+    PagesTest() {
+        std::string address = site.address("/");
+        address.pop_back();
+        environment["ORVALO_TEST_SITE"] = address;
+        makeBrowser();
+    }
+
+    /// A browser that writes down what it is asked to open.
+    void makeBrowser() {
+        const auto applications = folder.path() / "data/applications";
+        std::filesystem::create_directories(applications);
+        std::filesystem::create_directories(folder.path() / "config");
+        std::ofstream(folder.path() / "browser")
+            << "#!/bin/sh\nprintf '%s\\n' \"$1\" >" << opened().string() << ".new\nmv "
+            << opened().string() << ".new " << opened().string() << "\n";
+        std::filesystem::permissions(folder.path() / "browser", std::filesystem::perms::owner_all);
+        std::ofstream(applications / "browser.desktop")
+            << "[Desktop Entry]\nType=Application\nName=Browser\nExec="
+            << (folder.path() / "browser").string()
+            << " %u\nMimeType=x-scheme-handler/http;x-scheme-handler/https;\n";
+        std::ofstream(folder.path() / "config/mimeapps.list")
+            << "[Default Applications]\nx-scheme-handler/http=browser.desktop\n";
+    }
+    std::filesystem::path opened() const { return folder.path() / "opened"; }
+
+    Lines readUntilResponse() {
+        program->readUntil("navigationResponse: ");
+        return program->readUntil("http://");
+    }
+    void leavePage() {
+        ASSERT_TRUE(eventually([this] { return tree.shows("Back"); }));
+        focus();
+        key("Escape");
+        ASSERT_TRUE(eventually([this] { return tree.shows("Play") && !tree.shows("Back"); }));
+    }
+
+    Site site{{{"/", titled("Information", "<h1>About</h1>")},
+               {"/DYNAMICS/", titled("Help", "<h1>Help</h1>")}}};
+};
+
+TEST_F(PagesTest, InformationShowsTheRootAndComesBack) {
+    start();
+    ASSERT_TRUE(tree.press("Information"));
+    const auto lines = program->readUntil("navigationResponse: ");
+    EXPECT_EQ(lines,
+              (Lines{"ShowInfo", "navigationAction: ", site.address("/"), "navigationResponse: "}));
+    EXPECT_EQ(program->readUntil(""), Lines{site.address("/")});
+    EXPECT_EQ(site.requested().front(), "/");
+    leavePage();
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(PagesTest, HelpShowsItsPageAndOpensTheSiteInTheBrowser) {
+    start();
+    key("F1");
+    const auto lines = program->readUntil("navigationResponse: ");
+    EXPECT_EQ(lines, (Lines{"ShowHelp", "navigationAction: ", site.address("/DYNAMICS/"),
+                            "navigationResponse: "}));
+    EXPECT_EQ(site.requested().front(), "/DYNAMICS/");
+    ASSERT_TRUE(eventually([this] { return std::filesystem::exists(opened()); }));
+    std::string address;
+    std::getline(std::ifstream(opened()), address);
+    EXPECT_EQ(address, environment["ORVALO_TEST_SITE"]);
+    leavePage();
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(PagesTest, APageIsLoadedAgainEveryTime) {
+    start();
+    for (int round = 0; round < 3; ++round) {
+        key("ctrl+i");
+        EXPECT_EQ(program->readUntil("ShowInfo"), Lines{"ShowInfo"});
+        program->readUntil("navigationResponse: ");
+        EXPECT_EQ(program->readUntil("http://").back(), site.address("/"));
+        leavePage();
+    }
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(PagesTest, TheMainScreensKeysRestMeanwhile) {
+    start();
+    key("ctrl+i");
+    program->readUntil("navigationResponse: ");
+    ASSERT_TRUE(eventually([this] { return tree.shows("Back"); }));
+    focus();
+    key("space");
+    key("F1");
+    key("ctrl+i");
+    leavePage();
+    EXPECT_EQ(program->readUntil("http://"), Lines{site.address("/")});
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(program->readAll(), Lines{});
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/HelpViewController.h"
+#include "app/ViewController.h"
+#include "platform/ui/UIStoryboard.h"
+#include "platform/ui/UIWindow.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo {
+
+/// The tests' way to the main screen's private parts.
+struct ViewControllerPeer {
+    static auto& manager(ViewController& screen) { return screen.audioUnitManager; }
+    static auto& effectController(ViewController& screen) { return screen.audioUnitViewController; }
+    static const std::string& documentsPath(const ViewController& screen) {
+        return screen.documentsPath;
+    }
+    static const std::string& sharedPath(const ViewController& screen) { return screen.sharedPath; }
+    static const std::string& resourcesPath(const ViewController& screen) {
+        return screen.resourcesPath;
+    }
+    static void embedPlugInView(ViewController& screen) { screen.embedPlugInView(); }
+    static void resetPluginView(ViewController& screen, double w, double h) {
+        screen.resetPluginView(w, h);
+    }
+};
+
+struct HelpViewControllerPeer {
+    static const std::string& identifier(const HelpViewController& screen) {
+        return screen.identifier;
+    }
+};
+
+}  // namespace orvalo
+
+namespace orvalo::testing {
+
+using Lines = std::vector<std::string>;
+
+/// The screens of the application's own layout, on a display.
+class ScreenFixture : public ::testing::Test {
+  protected:
+    ScreenFixture();
+    ~ScreenFixture() override;
+
+    /// The main screen in a window, on screen, after its search for the effect has ended.
+    std::shared_ptr<ViewController> showMainScreen();
+    /// The layout, with the application.s classes known.
+    static std::shared_ptr<UIStoryboard> layout();
+    /// Serves the main queue until everything that is in it now has run.
+    static void serveMainQueue();
+
+    std::shared_ptr<UIWindow> window;
+};
+
+}  // namespace orvalo::testing

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace orvalo::testing {
+
+/// The picture that is on the display now.
+class Screenshot {
+  public:
+    Screenshot();
+
+    int width() const { return width_; }
+    int height() const { return height_; }
+    /// The colour of a pixel, as 0xRRGGBB.
+    std::uint32_t at(int x, int y) const {
+        return pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
+                       static_cast<std::size_t>(x)];
+    }
+    /// How many pixels of a rectangle have that colour.
+    int count(std::uint32_t color, int x, int y, int width, int height) const;
+
+  private:
+    int width_;
+    int height_;
+    std::vector<std::uint32_t> pixels_;
+};
+
+}  // namespace orvalo::testing

@@ -1,0 +1,88 @@
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "tests/app/ApplicationFixture.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::HasSubstr;
+using StartTest = ApplicationFixture;
+
+/// The lines of a list that are in another one, in their order.
+Lines among(const Lines& lines, const Lines& wanted) {
+    Lines result;
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(result), [&](const auto& line) {
+        return std::find(wanted.begin(), wanted.end(), line) != wanted.end();
+    });
+    return result;
+}
+
+TEST_F(StartTest, PrintsItsTranscript) {
+    const auto lines = start();
+    const auto& home = environment.contains("HOME") ? environment.at("HOME") : getenv("HOME");
+    const Lines onMain{
+        "Info: Main view controller loaded.",
+        "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
+        std::string("ViewController: The app's documents path is: ") + home,
+        "ViewController: The app's resources path is: " ORVALO_TEST_STAGE "/share/orvalo"};
+    // The search prints beside the main thread.
+    const Lines onSearch{
+        "AUExtensionManager: Loaded component has following properties.",
+        "AUExtension (",
+        "type: aumf",
+        "subtype: orVL",
+        "manufacturer: TSLY",
+        "flags: 0x00000002",
+        ")",
+        "AUExtensionManager: Audio unit was found, making connections now ...",
+        "AUEnginePlayer: A new audio unit will be connected.",
+        "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling block.",
+        "AUEnginePlayer: Audio unit was attached.",
+        "AUEnginePlayer::ERROR: There was a problem with the file processing format or the file is "
+        "nil (yet).",
+        "AUExtensionManager: Performed audio unit connection.",
+        "ViewController: Loading the audio unit's interface...",
+        "WARNING: Audio unit is nil (yet?)."};
+    EXPECT_EQ(among(lines, onMain), onMain);
+    EXPECT_EQ(among(lines, onSearch), onSearch);
+    EXPECT_EQ(lines.front(), onMain.front());
+    // Beside these there are the line of the process and the empty lines around it.
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const auto& line) { return line.starts_with("Process Name: "); }),
+              1);
+    EXPECT_EQ(lines.size(), onMain.size() + onSearch.size() + 4);
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(program->readAll(), Lines{});
+}
+
+TEST_F(StartTest, ShowsThePlayButtonAndNotTheStopButton) {
+    start();
+    EXPECT_EQ(tree.buttons(), (Lines{"Effect", "Play", "Information", "Help"}));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartTest, ASecondStartPresentsTheRunningWindow) {
+    start();
+    const auto second = startAgain();
+    EXPECT_EQ(second->readAll(), Lines{});
+    EXPECT_EQ(second->wait(), 0);
+    EXPECT_EQ(windowCount(), 1);
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(StartTest, WithoutADisplaySaysSo) {
+    environment["DISPLAY"] = ":65535";
+    environment["WAYLAND_DISPLAY"] = "nowhere";
+    const auto alone = startAgain();
+    EXPECT_EQ(alone->readAll(), Lines{});
+    EXPECT_EQ(alone->wait(), 1);
+    EXPECT_THAT(alone->standardError(), HasSubstr("There is no display to show a window on."));
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

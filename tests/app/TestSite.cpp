@@ -1,0 +1,19 @@
+#include <cstdlib>
+
+#include "app/Site.h"
+
+namespace orvalo {
+
+namespace {
+
+const char* chosenSite() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): before main() there is one thread.
+    const char* site = std::getenv("ORVALO_TEST_SITE");
+    return site == nullptr ? "https://orvalo.example" : site;
+}
+
+}  // namespace
+
+const std::string makersSite = chosenSite();
+
+}  // namespace orvalo
