@@ -35,6 +35,50 @@ std::string output(const std::vector<std::string>& command) {
     return result;
 }
 
+unsigned long windowOnScreen() {
+    return std::stoul(output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"}));
+}
+
+/// A connection to the display.
+class Display {
+  public:
+    Display() : display_(XOpenDisplay(nullptr)) {}
+    ~Display() { XCloseDisplay(display_); }
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+
+    ApplicationPlace placeOf(unsigned long window) const {
+        XWindowAttributes attributes;
+        XGetWindowAttributes(display_, window, &attributes);
+        ApplicationPlace result{0, 0, attributes.width, attributes.height};
+        Window ignored = 0;
+        XTranslateCoordinates(display_, window, attributes.root, 0, 0, &result.x, &result.y,
+                              &ignored);
+        return result;
+    }
+
+    std::vector<unsigned long> viewableChildren(unsigned long window) const {
+        Window root = 0;
+        Window parent = 0;
+        Window* children = nullptr;
+        unsigned count = 0;
+        XQueryTree(display_, window, &root, &parent, &children, &count);
+        std::vector<unsigned long> result;
+        for (unsigned index = 0; index < count; ++index) {
+            XWindowAttributes attributes;
+            XGetWindowAttributes(display_, children[index], &attributes);
+            if (attributes.map_state == IsViewable) {
+                result.push_back(children[index]);
+            }
+        }
+        XFree(children);
+        return result;
+    }
+
+  private:
+    ::Display* display_;
+};
+
 }  // namespace
 
 ApplicationFixture::ApplicationFixture() {
@@ -85,17 +129,21 @@ int ApplicationFixture::quit() {
     return program->wait();
 }
 
-ApplicationFixture::Place ApplicationFixture::place() {
-    const auto window =
-        std::stoul(output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"}));
-    auto* display = XOpenDisplay(nullptr);
-    XWindowAttributes attributes;
-    XGetWindowAttributes(display, window, &attributes);
-    Place result{0, 0, attributes.width, attributes.height};
-    Window ignored = 0;
-    XTranslateCoordinates(display, window, attributes.root, 0, 0, &result.x, &result.y, &ignored);
-    XCloseDisplay(display);
-    return result;
+ApplicationPlace ApplicationFixture::place() {
+    const Display display;
+    return display.placeOf(windowOnScreen());
+}
+
+std::optional<ApplicationPlace> ApplicationFixture::effectPlace() {
+    const Display display;
+    for (const auto window : display.viewableChildren(windowOnScreen())) {
+        const auto found = display.placeOf(window);
+        // Toolkits also keep windows of a pixel or so.
+        if (found.width > 10 && found.height > 10) {
+            return found;
+        }
+    }
+    return std::nullopt;
 }
 
 int ApplicationFixture::windowCount() {

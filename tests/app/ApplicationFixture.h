@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,14 @@
 namespace orvalo::testing {
 
 using Lines = std::vector<std::string>;
+
+/// A window's place on the display, in pixels.
+struct ApplicationPlace {
+    int x;
+    int y;
+    int width;
+    int height;
+};
 
 /// The application on a display with a window manager and a session bus, without sound, with its
 /// own effect and no other.
@@ -35,14 +44,10 @@ class ApplicationFixture : public ::testing::Test {
     /// Closes the window and returns the exit status.
     int quit();
 
-    /// The place of its window on the display, in pixels.
-    struct Place {
-        int x;
-        int y;
-        int width;
-        int height;
-    };
-    static Place place();
+    /// The place of its window on the display.
+    static ApplicationPlace place();
+    /// The place of the effect's embedded window on the display; absent while none is shown.
+    static std::optional<ApplicationPlace> effectPlace();
     static int windowCount();
 
     Program::Environment environment;

@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "tests/app/ApplicationFixture.h"
 #include "tests/app/Screenshot.h"
 
@@ -7,17 +9,6 @@ namespace {
 
 class EffectInterfaceTest : public ApplicationFixture {
   protected:
-    /// How many pixels of the window's stage differ between two moments.
-    static int difference(const Screenshot& one, const Screenshot& other) {
-        const auto where = place();
-        int result = 0;
-        for (int y = where.y; y < where.y + where.height - kBar; ++y) {
-            for (int x = where.x; x < where.x + where.width; ++x) {
-                result += one.at(x, y) == other.at(x, y) ? 0 : 1;
-            }
-        }
-        return result;
-    }
     /// Whether the stage shows mostly the effect's dark colours.
     static bool showsEffect() {
         const auto where = place();
@@ -32,7 +23,8 @@ class EffectInterfaceTest : public ApplicationFixture {
         return dark > where.width * (where.height - kBar) / 2;
     }
 
-    static constexpr int kBar = 80;  // At least the height of the row of buttons.
+    static constexpr int kBar = 80;  // At least the height of the row of buttons,
+    static constexpr int kRow = 52;  // and at most.
 };
 
 TEST_F(EffectInterfaceTest, IsHiddenUntilTheUnitButtonIsPressed) {
@@ -52,19 +44,15 @@ TEST_F(EffectInterfaceTest, FollowsTheWindowsExtent) {
     for (const auto& [width, height] : {std::pair{640, 560}, {1100, 800}, {700, 900}}) {
         act({"search", "--onlyvisible", "--name", "^Orvalo$", "windowsize", "--sync",
              std::to_string(width), std::to_string(height)});
-        EXPECT_TRUE(eventually([] {
-            // At 4:3 in the middle: its dark ground reaches the nearer edges of the stage.
-            const auto where = place();
-            const Screenshot now;
-            const int stageHeight = where.height - 68;
-            const int wide = std::min(where.width, stageHeight * 4 / 3);
-            const int x = where.x + (where.width - wide) / 2;
-            const int y = where.y + (stageHeight - wide * 3 / 4) / 2;
-            const auto isDark = [&now](int column, int row) {
-                return (now.at(column, row) & 0xFFU) < 0x50;
-            };
-            return isDark(x + 4, y + 4) && isDark(x + wide - 5, y + 4) &&
-                   isDark(x + 4, y + wide * 3 / 4 - 5);
+        EXPECT_TRUE(eventually([width = width, height = height] {
+            const auto window = place();
+            const auto effect = effectPlace();
+            // At 4:3, as large as the stage above the row of buttons lets it be, in its middle.
+            return effect && window.width == width && window.height == height &&
+                   std::abs(effect->width * 3 - effect->height * 4) <= 4 &&
+                   (effect->width == width || effect->y == window.y) &&
+                   std::abs((effect->x - window.x) * 2 + effect->width - width) <= 2 &&
+                   effect->y + effect->height <= window.y + height - kRow;
         })) << width;
     }
     EXPECT_EQ(quit(), 0);

@@ -1,5 +1,6 @@
 #include <fstream>
 
+#include "platform/web/WebSandbox.h"
 #include "tests/app/ApplicationFixture.h"
 #include "tests/web/Site.h"
 
@@ -13,6 +14,10 @@ class PagesTest : public ApplicationFixture {
         std::string address = site.address("/");
         address.pop_back();
         environment["ORVALO_TEST_SITE"] = address;
+        // The engine's sandbox is not what is tested here, and some machines cannot make it.
+        if (sandboxProblem()) {
+            environment["WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"] = "1";
+        }
         makeBrowser();
     }
 
@@ -34,10 +39,6 @@ class PagesTest : public ApplicationFixture {
     }
     std::filesystem::path opened() const { return folder.path() / "opened"; }
 
-    Lines readUntilResponse() {
-        program->readUntil("navigationResponse: ");
-        return program->readUntil("http://");
-    }
     void leavePage() {
         ASSERT_TRUE(eventually([this] { return tree.shows("Back"); }));
         focus();
@@ -55,7 +56,7 @@ TEST_F(PagesTest, InformationShowsTheRootAndComesBack) {
     const auto lines = program->readUntil("navigationResponse: ");
     EXPECT_EQ(lines,
               (Lines{"ShowInfo", "navigationAction: ", site.address("/"), "navigationResponse: "}));
-    EXPECT_EQ(program->readUntil(""), Lines{site.address("/")});
+    EXPECT_EQ(program->readUntil("http://"), Lines{site.address("/")});
     EXPECT_EQ(site.requested().front(), "/");
     leavePage();
     EXPECT_EQ(quit(), 0);

@@ -54,7 +54,7 @@ TEST_F(StartTest, PrintsItsTranscript) {
     EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                             [](const auto& line) { return line.starts_with("Process Name: "); }),
               1);
-    EXPECT_EQ(lines.size(), onMain.size() + onSearch.size() + 4);
+    EXPECT_EQ(lines.size(), onMain.size() + onSearch.size() + 3);
     EXPECT_EQ(quit(), 0);
     EXPECT_EQ(program->readAll(), Lines{});
 }
