@@ -87,23 +87,28 @@ void UserInterface::portEvent(std::uint32_t port, std::uint32_t size, std::uint3
 
 void UserInterface::readReading(Reading reading, float value) {
     const double now = clockSeconds();
-    const auto take = [&](float& level) {
-        if (std::abs(level - value) >= visibleChange || value <= Levels::lowest || value == 0.0F) {
+    const auto take = [&](float Levels::*level) {
+        float& touched = touched_.*level;
+        if (std::abs(touched - value) >= visibleChange ||
+            (value != touched && (value <= Levels::lowest || value == 0.0F))) {
             scene_.touch(Part::meters);
             scene_.touch(Part::curve);
+            touched = value;
         }
-        level = value;
-        scene_.history.take(scene_.levels, now);
+        scene_.levels.*level = value;
+        if (scene_.history.take(scene_.levels, now)) {
+            scene_.touch(Part::history);
+        }
     };
     switch (reading) {
         case Reading::reduction:
-            return take(scene_.levels.reduction);
+            return take(&Levels::reduction);
         case Reading::ducking:
-            return take(scene_.levels.ducking);
+            return take(&Levels::ducking);
         case Reading::inputLevel:
-            return take(scene_.levels.input);
+            return take(&Levels::input);
         case Reading::outputLevel:
-            return take(scene_.levels.output);
+            return take(&Levels::output);
         case Reading::midiInCount:
             return scene_.lightIn.take(value, now);
         case Reading::midiOutCount:

@@ -57,6 +57,7 @@ class UserInterface {
     PointerInput pointer_;
     KeyInput keys_;
     std::unique_ptr<PluginWindow> window_;
+    Levels touched_;  // As they were when the meters were last told to be drawn.
     double lightIn_ = 0.0;
     double lightOut_ = 0.0;
     double lastDrawn_ = -1.0;

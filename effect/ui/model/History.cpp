@@ -5,13 +5,14 @@
 
 namespace orvalo::effect::ui {
 
-void History::take(const Levels& levels, double now) {
-    advance(now);
+bool History::take(const Levels& levels, double now) {
+    const bool changed = advance(now);
     current_ = levels;
     highest_ = {.input = std::max(highest_.input, levels.input),
                 .output = std::max(highest_.output, levels.output),
                 .reduction = std::max(highest_.reduction, levels.reduction),
                 .ducking = std::max(highest_.ducking, levels.ducking)};
+    return changed;
 }
 
 bool History::advance(double now) {

@@ -15,8 +15,9 @@ class History {
     static constexpr double secondsPerStep = 0.025;
     static constexpr double seconds = static_cast<double>(steps) * secondsPerStep;
 
-    /// Takes the levels that hold from `now` on, in seconds of a clock that never goes back.
-    void take(const Levels& levels, double now);
+    /// Takes the levels that hold from `now` on, in seconds of a clock that never goes back. Closes
+    /// the steps before that, as advance() does; true when what is shown has changed.
+    bool take(const Levels& levels, double now);
 
     /// Closes the steps that have passed until `now`; true when what is shown has changed.
     bool advance(double now);

@@ -40,6 +40,17 @@ TEST(History, LevelsHoldUntilTheNextOnes) {
     EXPECT_EQ(history.step(newest - 3), Levels());
 }
 
+TEST(History, TakingLevelsClosesTheStepsBeforeThemAndSaysSo) {
+    History history;
+    const Levels loud{.input = -12.0F, .output = -12.0F, .reduction = 4.0F, .ducking = 0.0F};
+    EXPECT_FALSE(history.take(loud, 0.0));
+    EXPECT_FALSE(history.take(loud, 0.9 * step));
+    EXPECT_TRUE(history.take(Levels(), 1.1 * step));
+    EXPECT_EQ(history.step(newest), loud);
+    EXPECT_FALSE(history.advance(1.2 * step));
+    EXPECT_TRUE(history.advance(2.1 * step));
+}
+
 TEST(History, ShowsNothingNewOnceAllStepsAreAlike) {
     History history;
     history.advance(0.0);
