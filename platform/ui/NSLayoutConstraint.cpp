@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/foundation/FatalError.h"
+#include "platform/foundation/GLibPointer.h"
 #include "platform/ui/MainThread.h"
 #include "platform/ui/UIView.h"
 
@@ -39,6 +40,28 @@ std::shared_ptr<UIView> ownerOf(const std::shared_ptr<UIView>& first,
         return aroundFirst;
     }
     return aroundSecond == first ? first : nullptr;
+}
+
+/// Takes a constraint out of a layout that is in no window. The toolkit takes single ones only out
+/// of those that are, and all of them always: the others are put back.
+void removeDetached(GtkConstraintLayout* layout, GtkConstraint* constraint) {
+    using Constraints = std::unique_ptr<GListModel, Release<g_object_unref>>;
+    std::vector<GtkConstraint*> others;
+    {
+        const Constraints all(gtk_constraint_layout_observe_constraints(layout));
+        for (guint index = 0; index < g_list_model_get_n_items(all.get()); ++index) {
+            auto* held = GTK_CONSTRAINT(g_list_model_get_item(all.get(), index));
+            if (held == constraint) {
+                g_object_unref(held);
+            } else {
+                others.push_back(held);
+            }
+        }
+    }
+    gtk_constraint_layout_remove_all_constraints(layout);
+    for (auto* other : others) {
+        gtk_constraint_layout_add_constraint(layout, other);
+    }
 }
 
 }  // namespace
@@ -89,7 +112,11 @@ bool NSLayoutConstraint::touches(const UIView& view) const {
 void NSLayoutConstraint::deactivate(UIView& owner) {
     auto* layout = gtk_widget_get_layout_manager(owner.widget());
     if (constraint_ != nullptr && GTK_IS_CONSTRAINT_LAYOUT(layout)) {
-        gtk_constraint_layout_remove_constraint(GTK_CONSTRAINT_LAYOUT(layout), constraint_);
+        if (gtk_constraint_is_attached(constraint_) != FALSE) {
+            gtk_constraint_layout_remove_constraint(GTK_CONSTRAINT_LAYOUT(layout), constraint_);
+        } else {
+            removeDetached(GTK_CONSTRAINT_LAYOUT(layout), constraint_);
+        }
     }
     g_clear_object(&constraint_);
     std::erase_if(owner.constraints_, [this](const auto& held) { return held.get() == this; });

@@ -2,6 +2,7 @@
 #include <gtk/gtk.h>
 
 #include "platform/ui/NSLayoutConstraint.h"
+#include "tests/testing/CapturedOutput.h"
 #include "tests/ui/LayoutFixture.h"
 
 namespace orvalo::testing {
@@ -51,6 +52,33 @@ TEST_F(Constraint, HoldsOnlyOnceActive) {
     NSLayoutConstraint::activate({constraint});
     EXPECT_EQ(container->constraints(),
               std::vector<std::shared_ptr<NSLayoutConstraint>>{constraint});
+}
+
+TEST_F(Constraint, EndsWithItsViewAlsoInNoWindow) {
+    const auto around = std::make_shared<UIView>();
+    const auto child = std::make_shared<UIView>();
+    const auto other = std::make_shared<UIView>();
+    for (const auto& view : {child, other}) {
+        around->addSubview(view);
+        view->setTranslatesAutoresizingMaskIntoConstraints(false);
+        NSLayoutConstraint::activate({
+            view->topAnchor().constraint(around->topAnchor()),
+            view->leadingAnchor().constraint(around->leadingAnchor()),
+            view->bottomAnchor().constraint(around->bottomAnchor()),
+            view->trailingAnchor().constraint(around->trailingAnchor()),
+        });
+    }
+    const CapturedOutput errors(2);
+    child->removeFromSuperview();
+    EXPECT_EQ(errors.text(), "");
+    EXPECT_EQ(around->constraints().size(), 4U);
+    // What is left holds as before once there is a window.
+    container->addSubview(around);
+    around->setFrame({0, 0, 80, 60});
+    EXPECT_TRUE(waitUntil([&] { return other->frame() == CGRect(0, 0, 80, 60); }));
+    other->removeFromSuperview();
+    EXPECT_EQ(errors.text(), "");
+    EXPECT_TRUE(around->constraints().empty());
 }
 
 using ConstraintDeathTest = Constraint;
