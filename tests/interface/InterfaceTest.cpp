@@ -23,6 +23,7 @@ using zoo::Misdeed;
 
 constexpr std::uint32_t kGain = 4;
 constexpr std::uint32_t kCount = 5;
+constexpr unsigned long kSpace = 0x20;
 
 /// An interface open in a plain window, 400 x 300 at (50, 40) in it: (150, 140) on the screen.
 class Interface : public ::testing::Test {
@@ -332,14 +333,11 @@ TEST_F(Interface, IsClosedWhenItMakesNoWindow) {
     EXPECT_EQ(closed_, (std::vector<std::string>{"it makes no window"}));
 }
 
-TEST_F(Interface, HasTheKeyboardWhileThePointerIsInIt) {
-    constexpr unsigned long kSpace = 0x20;
+TEST_F(Interface, HasTheKeyboardFromAClickUntilThePointerLeaves) {
     const auto inside = toplevel_.focusInside();
     open();
     ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
-    strikeKey(kSpace);
-    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
-    movePointer(200, 200);
+    click(200, 200);
     ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
     strikeKey(kSpace);
     ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
@@ -348,20 +346,89 @@ TEST_F(Interface, HasTheKeyboardWhileThePointerIsInIt) {
     ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
     strikeKey(kSpace);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    // The next visit begins with a click, too.
+    movePointer(200, 200);
+    runFor(20);
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
     EXPECT_EQ(record_.keys.size(), 1U);
+}
+
+TEST_F(Interface, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWheel) {
+    const auto inside = toplevel_.focusInside();
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    constexpr unsigned kWheelUp = 4;
+    click(200, 200, kWheelUp);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    // Nor when it takes it for itself.
+    commit(Misdeed::takeKeyboard);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+    EXPECT_TRUE(record_.keys.empty());
+}
+
+TEST_F(Interface, GivesTheKeyboardBackAtAClickElsewhere) {
+    const auto inside = toplevel_.focusInside();
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    commit(Misdeed::takeKeyboard);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    // The pointer comes out of the interface only with the click.
+    movePointer(700, 500);
+    pressButton(1);
+    releaseButton(1);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    // A click anywhere else on the screen gives it nothing either.
+    click(5, 5);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+}
+
+TEST_F(Interface, GetsTheKeyboardThatItsToplevelGetsAfterTheClick) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    const Toplevel other;
+    const auto elsewhere = other.focusInside();
+    other.lower();
+    click(200, 200);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), elsewhere);
+    toplevel_.focusInside();
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+}
+
+TEST_F(Interface, HasTheKeyboardAlsoAfterItWasMadeAnew) {
+    toplevel_.focusInside();
+    open("direct");
+    unit_->allocateRenderResources(96000.0);
+    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2 && record_.width == 400; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    // The toplevel's events are still heard.
+    toplevel_.focusInside();
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
 TEST_F(Interface, GivesTheKeyboardBackThatItTookForItself) {
     const auto inside = toplevel_.focusInside();
     open();
     ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
-    movePointer(200, 200);
+    click(200, 200);
     ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
     commit(Misdeed::takeKeyboard);
     ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
     movePointer(700, 500);
     ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
-    movePointer(200, 200);
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
     commit(Misdeed::takeKeyboard);
     ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
     embedded_->setVisible(false);

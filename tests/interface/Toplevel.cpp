@@ -33,6 +33,11 @@ void Toplevel::destroy() {
     }
 }
 
+void Toplevel::lower() const {
+    XLowerWindow(screen(), window_);
+    XSync(screen(), False);
+}
+
 unsigned long Toplevel::focusInside() const {
     auto* display = screen();
     const auto inside = XCreateSimpleWindow(display, window_, 0, 0, 1, 1, 0, 0, 0);

@@ -15,6 +15,8 @@ class Toplevel {
     unsigned long window() const { return window_; }
     /// Takes it away, with whatever is in it.
     void destroy();
+    /// Puts it below all others.
+    void lower() const;
     /// Makes a window in it that has the keyboard, and returns that.
     unsigned long focusInside() const;
     /// Keys that came to the toplevel or the window inside.

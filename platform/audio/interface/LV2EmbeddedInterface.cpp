@@ -39,6 +39,7 @@ LV2EmbeddedInterface::~LV2EmbeddedInterface() {
 void LV2EmbeddedInterface::open() {
     // Never a container that had another interface in it: the X server gives the new window the
     // number of the old one, whose end is still to be reported.
+    container_ = nullptr;
     container_ = std::make_unique<X11Container>(connection_, place_.toplevel, place_.size);
     container_->setStatedFixed(data_.isFixedSize);
     container_->onSize = [this](X11Size size) {

@@ -1,10 +1,36 @@
 #include "platform/audio/interface/X11Connection.h"
 
 #include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
 
+#include <array>
 #include <utility>
 
 namespace orvalo {
+
+namespace {
+
+/// Has the presses of all buttons reported, also those that others get. Returns XInput's opcode; 0
+/// where the server has no XInput 2.
+int selectPresses(Display* display) {
+    int opcode = 0;
+    int event = 0;
+    int error = 0;
+    // Before 2.1 presses were not reported while somebody else has grabbed the pointer.
+    int major = 2;
+    int minor = 1;
+    if (XQueryExtension(display, "XInputExtension", &opcode, &event, &error) == False ||
+        XIQueryVersion(display, &major, &minor) != Success) {
+        return 0;
+    }
+    std::array<unsigned char, XIMaskLen(XI_RawButtonPress)> bits{};
+    XISetMask(bits.data(), XI_RawButtonPress);
+    XIEventMask mask{XIAllMasterDevices, static_cast<int>(bits.size()), bits.data()};
+    XISelectEvents(display, DefaultRootWindow(display), &mask, 1);
+    return opcode;
+}
+
+}  // namespace
 
 /// Ready when there is an event, read or not.
 struct X11Connection::Source {
@@ -62,12 +88,64 @@ void X11Connection::dispatch() {
     for (int count = XPending(display_); count > 0; --count) {
         XEvent event;
         XNextEvent(display_, &event);
+        if (event.type == GenericEvent) {
+            dispatchGeneric(event);
+            continue;
+        }
         const auto found = handlers_.find(event.xany.window);
         if (found != handlers_.end()) {
             const auto handler = found->second;
             handler(event);
         }
     }
+}
+
+void X11Connection::setPressHandler(const void* owner, std::function<void()> handler) {
+    if (inputExtension_ == 0) {
+        inputExtension_ = selectPresses(display_);
+    }
+    pressHandlers_.insert_or_assign(owner, std::move(handler));
+}
+
+void X11Connection::dispatchGeneric(XEvent& event) {
+    auto& cookie = event.xcookie;
+    if (cookie.extension != inputExtension_ || cookie.evtype != XI_RawButtonPress ||
+        XGetEventData(display_, &cookie) == False) {
+        return;
+    }
+    const int button = static_cast<const XIRawEvent*>(cookie.data)->detail;
+    XFreeEventData(display_, &cookie);
+    // The wheel's two directions, each way.
+    constexpr int kWheelRight = 7;
+    if (button >= static_cast<int>(Button4) && button <= kWheelRight) {
+        return;
+    }
+    const auto handlers = pressHandlers_;
+    for (const auto& [owner, handler] : handlers) {
+        if (pressHandlers_.contains(owner)) {
+            handler();
+        }
+    }
+}
+
+X11Connection::Pointer X11Connection::pointer(unsigned long window) const {
+    Pointer result{false, false};
+    for (Window at = DefaultRootWindow(display_); at != None;) {
+        result.isInside = result.isInside || at == window;
+        Window root = 0;
+        Window child = 0;
+        int rootX = 0;
+        int rootY = 0;
+        int x = 0;
+        int y = 0;
+        unsigned mask = 0;
+        if (XQueryPointer(display_, at, &root, &child, &rootX, &rootY, &x, &y, &mask) == False) {
+            break;
+        }
+        result.isButtonHeld = (mask & (Button1Mask | Button2Mask | Button3Mask)) != 0;
+        at = child;
+    }
+    return result;
 }
 
 bool X11Connection::isInside(unsigned long window, unsigned long other) const {

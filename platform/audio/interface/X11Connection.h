@@ -32,19 +32,36 @@ class X11Connection {
     void setHandler(unsigned long window, Handler handler);
     void removeHandler(unsigned long window) { handlers_.erase(window); }
 
+    /// Has a handler called whenever a button is pressed anywhere on the screen, whoever gets the
+    /// press; the wheel is no button. One handler an owner. Where the server has no XInput 2, no
+    /// press is reported.
+    void setPressHandler(const void* owner, std::function<void()> handler);
+    void removePressHandler(const void* owner) { pressHandlers_.erase(owner); }
+
     /// Whether the window is that other one or inside it. Asks the server.
     bool isInside(unsigned long window, unsigned long other) const;
+
+    /// Where the pointer is, and what it does.
+    struct Pointer {
+        bool isInside;      ///< In that window or a window in it, with nothing above.
+        bool isButtonHeld;  ///< Any of the first three.
+    };
+    /// Asks the server.
+    Pointer pointer(unsigned long window) const;
 
   private:
     explicit X11Connection(Display* display);
 
     void dispatch();
+    void dispatchGeneric(XEvent& event);
 
     struct Source;
 
     Display* display_;
     GSourcePointer source_;
     std::map<unsigned long, Handler> handlers_;
+    std::map<const void*, std::function<void()>> pressHandlers_;
+    int inputExtension_ = 0;  // Its major opcode; 0 without it, and until a press handler is set.
 };
 
 }  // namespace orvalo

@@ -11,8 +11,8 @@ namespace orvalo {
 
 namespace {
 
-constexpr long kOwnEvents =
-    StructureNotifyMask | SubstructureNotifyMask | EnterWindowMask | LeaveWindowMask;
+constexpr long kOwnEvents = StructureNotifyMask | SubstructureNotifyMask | EnterWindowMask |
+                            LeaveWindowMask | FocusChangeMask;
 
 unsigned extent(int value) {
     return static_cast<unsigned>(std::clamp(value, 1, X11SizeRules::kNoLimit));
@@ -194,6 +194,7 @@ void X11Container::handle(const XEvent& event) {
     switch (event.type) {
         case EnterNotify:
         case LeaveNotify:
+        case FocusIn:
             keyboard_->handle(event);
             break;
         case ConfigureRequest: {

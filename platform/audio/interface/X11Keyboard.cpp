@@ -6,62 +6,105 @@
 
 namespace orvalo {
 
+namespace {
+
+/// Whether the focus itself has moved, not only a grab of the keyboard, and not only the pointer's
+/// share in it.
+bool isMoveOfFocus(const XFocusChangeEvent& event) {
+    const bool isOfGrab = event.mode == NotifyGrab || event.mode == NotifyUngrab;
+    return !isOfGrab && event.detail != NotifyPointer && event.detail != NotifyPointerRoot;
+}
+
+}  // namespace
+
 X11Keyboard::X11Keyboard(std::shared_ptr<X11Connection> connection, unsigned long toplevel,
                          unsigned long container)
     : connection_(std::move(connection)), toplevel_(toplevel), container_(container) {
-    // A window that gets the focus while the pointer is already here enters nothing.
+    // After a click the window manager gives the focus to the toplevel, and the toolkit takes it on
+    // from there.
     XSelectInput(connection_->display(), toplevel_, FocusChangeMask);
     connection_->setHandler(toplevel_, [this](const XEvent& event) {
-        if (event.type == FocusIn && hasPointer_) {
+        if (event.type == FocusIn || event.type == FocusOut) {
             give();
         }
     });
+    connection_->setPressHandler(this, [this] { pressed(); });
+    focus();
 }
 
 X11Keyboard::~X11Keyboard() {
     takeBack();
+    connection_->removePressHandler(this);
     connection_->removeHandler(toplevel_);
     XSelectInput(connection_->display(), toplevel_, NoEventMask);
 }
 
 void X11Keyboard::handle(const XEvent& event) {
-    // While a button is held or a menu is open the interface is still in use.
-    if (event.xcrossing.detail == NotifyInferior || event.xcrossing.mode == NotifyGrab) {
-        return;
+    switch (event.type) {
+        case EnterNotify:
+            focus();
+            break;
+        case LeaveNotify:
+            // While a button is held or a menu is open the interface is still in use.
+            if (event.xcrossing.detail != NotifyInferior && event.xcrossing.mode != NotifyGrab) {
+                takeBack();
+            }
+            break;
+        case FocusIn:
+            if (!isUsed_ && isMoveOfFocus(event.xfocus)) {
+                // Touches are held buttons, but no presses.
+                const auto pointer = connection_->pointer(container_);
+                isUsed_ = pointer.isInside && pointer.isButtonHeld;
+                if (!isUsed_) {
+                    takeBack();
+                }
+            }
+            break;
+        default:
+            break;
     }
-    hasPointer_ = event.type == EnterNotify;
-    if (hasPointer_) {
+}
+
+void X11Keyboard::pressed() {
+    if (connection_->pointer(container_).isInside) {
+        isUsed_ = true;
         give();
-    } else {
+    } else if (isUsed_ && connection_->pointer(toplevel_).isInside) {
+        // Outside the toplevel it may be a menu of the interface.
         takeBack();
     }
 }
 
 void X11Keyboard::give() {
-    Window focus = None;
-    int revert = 0;
-    XGetInputFocus(connection_->display(), &focus, &revert);
+    const auto now = focus();
     // Without a focus window the keys go where the pointer is anyway; in another toplevel they are
     // that one's.
-    if (focus == None || focus == PointerRoot || focus == toplevel_ ||
-        connection_->isInside(focus, container_) || !connection_->isInside(focus, toplevel_)) {
-        return;
+    if (isUsed_ && now != None && now == before_) {
+        XSetInputFocus(connection_->display(), toplevel_, RevertToParent, CurrentTime);
+        XFlush(connection_->display());
     }
-    before_ = focus;
-    XSetInputFocus(connection_->display(), toplevel_, RevertToParent, CurrentTime);
 }
 
 void X11Keyboard::takeBack() {
-    Window focus = None;
-    int revert = 0;
-    XGetInputFocus(connection_->display(), &focus, &revert);
-    const bool wasGiven = before_ != None && focus == toplevel_;
-    if (wasGiven || (focus > PointerRoot && connection_->isInside(focus, container_))) {
+    const auto now = focus();
+    const bool isHere = now > PointerRoot && connection_->isInside(now, container_);
+    if (isHere || (isUsed_ && now == toplevel_ && before_ != None)) {
         XSetInputFocus(connection_->display(), before_ == None ? toplevel_ : before_,
                        RevertToParent, CurrentTime);
         XFlush(connection_->display());
     }
-    before_ = None;
+    isUsed_ = false;
+}
+
+unsigned long X11Keyboard::focus() {
+    Window now = None;
+    int revert = 0;
+    XGetInputFocus(connection_->display(), &now, &revert);
+    if (now > PointerRoot && now != toplevel_ && !connection_->isInside(now, container_) &&
+        connection_->isInside(now, toplevel_)) {
+        before_ = now;
+    }
+    return now;
 }
 
 }  // namespace orvalo

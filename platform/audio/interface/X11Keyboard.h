@@ -6,11 +6,12 @@
 
 namespace orvalo {
 
-/// Gives the keyboard to an embedded interface while the pointer is in it, if its toplevel has the
-/// keyboard: the focus goes to the toplevel itself, so that the X server offers each key to the
-/// window under the pointer first and to the toplevel where that takes none. When the pointer
-/// leaves, or the interface is hidden, the focus goes back to where it was, also when the interface
-/// has taken it for itself. Main thread.
+/// Gives the keyboard to an embedded interface once the user has clicked into it, if its toplevel
+/// has the keyboard: the focus goes to the toplevel itself, so that the X server offers each key to
+/// the window under the pointer first and to the toplevel where that takes none. When the pointer
+/// leaves the interface, the user clicks elsewhere in the toplevel, or the interface is hidden, the
+/// focus goes back to where it was, also when the interface has taken it for itself; what it takes
+/// without a click goes back at once. One for a toplevel at a time. Main thread.
 class X11Keyboard {
   public:
     /// container: the window around the interface's; toplevel: the window above that.
@@ -20,19 +21,22 @@ class X11Keyboard {
     X11Keyboard(const X11Keyboard&) = delete;
     X11Keyboard& operator=(const X11Keyboard&) = delete;
 
-    /// For the container's EnterNotify and LeaveNotify events.
+    /// For the container's EnterNotify, LeaveNotify and FocusIn events.
     void handle(const XEvent& event);
     /// Ends the interface's use of the keyboard.
     void takeBack();
 
   private:
+    void pressed();
     void give();
+    unsigned long focus();
 
     std::shared_ptr<X11Connection> connection_;
     const unsigned long toplevel_;
     const unsigned long container_;
-    unsigned long before_ = 0;  // What had the focus; 0 while the keyboard is not given.
-    bool hasPointer_ = false;
+    // What had the focus last in the toplevel, but not in here; 0 when that is not known.
+    unsigned long before_ = 0;
+    bool isUsed_ = false;  // The interface, by a click.
 };
 
 }  // namespace orvalo
