@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "platform/audio/interface/X11SizeRules.h"
 
 namespace {
@@ -33,6 +35,21 @@ TEST(SizeRules, HaveOneExtentOnlyWhereTheHintsLeaveNoOther) {
     EXPECT_TRUE(rules.isFixed());
     EXPECT_EQ(rules.fit({800, 600}), (X11Size{400, 300}));
     EXPECT_EQ(rules.least(), (X11Size{400, 300}));
+}
+
+TEST(SizeRules, StayWithinAnyScreenWhateverTheHints) {
+    constexpr int kMost = std::numeric_limits<int>::max();
+    X11SizeRules rules;
+    rules.smallest = {kMost, 200};
+    EXPECT_EQ(rules.fit({800, 600}), (X11Size{X11SizeRules::kNoLimit, 600}));
+    EXPECT_EQ(rules.least(), (X11Size{X11SizeRules::kNoLimit, 200}));
+    rules.smallest = {-kMost, -kMost};
+    rules.largest = {-1, kMost};
+    EXPECT_EQ(rules.fit({800, kMost}), (X11Size{1, X11SizeRules::kNoLimit}));
+    rules.isStatedFixed = true;
+    rules.wanted = {kMost, kMost};
+    rules.largest = {kMost, kMost};
+    EXPECT_EQ(rules.least(), (X11Size{X11SizeRules::kNoLimit, X11SizeRules::kNoLimit}));
 }
 
 TEST(SizeRules, HaveTheWantedExtentWhereTheDataSayFixed) {

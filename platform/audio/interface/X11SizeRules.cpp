@@ -7,10 +7,15 @@ namespace orvalo {
 
 namespace {
 
+/// Hints come from other people's windows, and may be any number.
+int clamped(int length, int smallest, int largest) {
+    return std::min(std::max(std::min(length, largest), std::max(1, smallest)),
+                    X11SizeRules::kNoLimit);
+}
+
 X11Size clamped(X11Size size, const X11SizeRules& rules) {
-    return {
-        std::max(std::min(size.width, rules.largest.width), std::max(1, rules.smallest.width)),
-        std::max(std::min(size.height, rules.largest.height), std::max(1, rules.smallest.height))};
+    return {clamped(size.width, rules.smallest.width, rules.largest.width),
+            clamped(size.height, rules.smallest.height, rules.largest.height)};
 }
 
 int scaled(int value, int numerator, int denominator) {

@@ -27,8 +27,8 @@ struct X11SizeRules {
 
     /// Whether there is but one extent: that asked for.
     bool isFixed() const;
-    /// The extent to show it at in that area. It is larger than the area only where the interface
-    /// cannot be smaller.
+    /// The extent to show it at in that area, up to the limit. It is larger than the area only
+    /// where the interface cannot be smaller.
     X11Size fit(X11Size area) const;
     /// The least area in which it is whole.
     X11Size least() const;
