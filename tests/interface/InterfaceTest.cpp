@@ -270,6 +270,14 @@ TEST_F(Interface, FollowsItsArea) {
     EXPECT_TRUE(comesTo(record_.window, {}));
 }
 
+TEST_F(Interface, PlacesItsOtherWindowsAsItLikes) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    commit(Misdeed::secondWindow);
+    EXPECT_TRUE(comesTo(record_.second, X11Rect{160, 160, 60, 50}));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+}
+
 TEST_F(Interface, IsUnmappedAndSlowWhileItIsHidden) {
     open("probe", false);
     EXPECT_TRUE(comesTo(record_.window, {}));

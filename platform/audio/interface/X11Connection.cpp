@@ -66,6 +66,9 @@ X11Connection::X11Connection(Display* display) : display_(display) {
                                   nullptr,         nullptr,       nullptr};
     source_.reset(g_source_new(&functions, sizeof(Source)));
     reinterpret_cast<Source*>(source_.get())->connection = this;
+    // Below the toolkit's drawing, which stands at 120, so that no interface can hold it up.
+    constexpr int kPriority = 125;
+    g_source_set_priority(source_.get(), kPriority);
     g_source_add_unix_fd(source_.get(), XConnectionNumber(display_), G_IO_IN);
     g_source_attach(source_.get(), nullptr);
 }

@@ -205,6 +205,18 @@ void X11Container::handle(const XEvent& event) {
             }
             if (request.window == child_) {
                 answer();
+            } else {
+                // Other windows of the interface are its own affair, as are their errors.
+                XWindowChanges changes{};
+                changes.x = request.x;
+                changes.y = request.y;
+                changes.width = request.width;
+                changes.height = request.height;
+                changes.border_width = request.border_width;
+                changes.sibling = request.above;
+                changes.stack_mode = request.detail;
+                XConfigureWindow(connection_->display(), request.window,
+                                 static_cast<unsigned>(request.value_mask), &changes);
             }
             break;
         }

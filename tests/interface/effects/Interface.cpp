@@ -264,6 +264,12 @@ bool misbehave(Interface& self, Misdeed misdeed) {
         case Misdeed::writeNonsense:
             writeNonsense(self);
             break;
+        case Misdeed::secondWindow:
+            record().second =
+                XCreateSimpleWindow(self.display, record().parent, 0, 0, 5, 5, 0, 0, 0xFFFFFFU);
+            XMapRaised(self.display, record().second);
+            XMoveResizeWindow(self.display, record().second, 10, 20, 60, 50);
+            break;
         case Misdeed::requestValue:
             record().requested = self.request->request(self.request->handle,
                                                        self.number(LV2_ATOM__Path), 0, nullptr);

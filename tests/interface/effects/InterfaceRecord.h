@@ -19,6 +19,7 @@ enum class Misdeed {
     takeKeyboard,   ///< Takes the keyboard for itself.
     writeNonsense,  ///< Writes to ports that cannot take it.
     requestValue,   ///< Asks the user for a file.
+    secondWindow,   ///< Makes another window beside its own, and moves it.
 };
 
 /// What the test interface has seen of its host. One for the process, on the main thread.
@@ -27,6 +28,7 @@ struct InterfaceRecord {
     int cleanups = 0;
     int idles = 0;
     int exposures = 0;
+    unsigned long second = 0;  ///< The other window.
     int clicks = 0;
     std::vector<unsigned> keys;  ///< Keysyms.
     int width = 0;               ///< As the window was told last.
