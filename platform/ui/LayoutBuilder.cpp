@@ -7,6 +7,7 @@
 #include "platform/ui/LayoutScope.h"
 #include "platform/ui/UIClass.h"
 #include "platform/ui/UIViewController.h"
+#include "platform/ui/ViewLayout.h"
 #include "platform/ui/ViewWidget.h"
 
 namespace orvalo {

@@ -1,35 +1,13 @@
 #include "platform/ui/UIApplication.h"
 
-#include <gio/gio.h>
+#include <giomm/appinfo.h>
+#include <giomm/init.h>
 
 #include <utility>
 
-#include "platform/foundation/GLibPointer.h"
 #include "platform/ui/MainThread.h"
 
 namespace orvalo {
-
-namespace {
-
-struct Opening {
-    std::string address;
-    std::function<void(bool)> completion;
-};
-
-void opened(GObject* /*source*/, GAsyncResult* result, void* data) {
-    const std::unique_ptr<Opening> opening(static_cast<Opening*>(data));
-    GError* error = nullptr;
-    const bool isOpen = g_app_info_launch_default_for_uri_finish(result, &error) != FALSE;
-    if (!isOpen) {
-        const std::unique_ptr<GError, Release<g_error_free>> held(error);
-        g_warning("%s was not opened: %s", opening->address.c_str(), held->message);
-    }
-    if (opening->completion) {
-        opening->completion(isOpen);
-    }
-}
-
-}  // namespace
 
 const std::shared_ptr<UIApplication>& UIApplication::shared() {
     static const auto* const application =
@@ -40,9 +18,21 @@ const std::shared_ptr<UIApplication>& UIApplication::shared() {
 void UIApplication::open(const URL& url, const std::map<std::string, std::string>& /*options*/,
                          std::function<void(bool)> completion) {
     requireMainThread("UIApplication.open");
-    g_app_info_launch_default_for_uri_async(
-        url.absoluteString().c_str(), nullptr, nullptr, opened,
-        new Opening{url.absoluteString(), std::move(completion)});
+    Gio::init();
+    const auto& address = url.absoluteString();
+    Gio::AppInfo::launch_default_for_uri_async(
+        address, [address, completion = std::move(completion)](
+                     const Glib::RefPtr<Gio::AsyncResult>& result) {
+            bool isOpen = false;
+            try {
+                isOpen = Gio::AppInfo::launch_default_for_uri_finish(result);
+            } catch (const Glib::Error& error) {
+                g_warning("%s was not opened: %s", address.c_str(), error.what());
+            }
+            if (completion) {
+                completion(isOpen);
+            }
+        });
 }
 
 }  // namespace orvalo

@@ -1,6 +1,11 @@
 #include "platform/ui/UIApplicationMain.h"
 
 #include <adwaita.h>
+#include <gtkmm/application.h>
+#include <gtkmm/cssprovider.h>
+#include <gtkmm/icontheme.h>
+#include <gtkmm/stylecontext.h>
+#include <gtkmm/window.h>
 
 #include <clocale>
 #include <cstdlib>
@@ -9,7 +14,6 @@
 
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FatalError.h"
-#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIApplicationDelegate.h"
@@ -25,6 +29,7 @@ namespace orvalo {
 /// The course of the application's life.
 struct UIApplicationStart {
     std::string delegateClassName;
+    Glib::RefPtr<Gtk::Application> application;
     std::shared_ptr<UIResponder> responder;  // The delegate, as what it derives from.
     std::shared_ptr<UIWindow> window;
     bool isActive = false;
@@ -42,18 +47,16 @@ struct UIApplicationStart {
         UIApplication::shared()->delegate_ = std::move(made);
     }
 
-    void launch(GApplication* application) {
+    void launch() {
         makeDelegate();
         const auto layout = loadLayout();
         window = layout->makeWindow();
         window->setRootViewController(layout->instantiateInitialViewController());
-        auto* toolkitWindow = GTK_WINDOW(window->widget());
-        gtk_window_set_application(toolkitWindow, GTK_APPLICATION(application));
-        gtk_window_set_icon_name(toolkitWindow, g_application_get_application_id(application));
-        g_signal_connect_swapped(toolkitWindow, "notify::is-active", G_CALLBACK(+[](void* start) {
-                                     static_cast<UIApplicationStart*>(start)->takeActivity();
-                                 }),
-                                 this);
+        auto& toolkitWindow = *Glib::wrap(GTK_WINDOW(window->widget()));
+        application->add_window(toolkitWindow);
+        toolkitWindow.set_icon_name(application->get_id());
+        toolkitWindow.property_is_active().signal_changed().connect(
+            [this, &toolkitWindow] { takeActivity(toolkitWindow.is_active()); });
         delegate().setWindow(window);
         delegate().didFinishLaunchingWithOptions(UIApplication::shared(), {});
     }
@@ -74,39 +77,36 @@ struct UIApplicationStart {
 
     /// The layout's own look and the application's icons.
     static void dress(const std::string& layout) {
-        auto* display = gdk_display_get_default();
-        gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(display),
-                                       Bundle::main()->iconsURL().path().c_str());
+        const auto display = Gdk::Display::get_default();
+        Gtk::IconTheme::get_for_display(display)->add_search_path(
+            Bundle::main()->iconsURL().path());
         if (const auto style = Bundle::main()->url(layout, "css")) {
-            const std::unique_ptr<GtkCssProvider, Release<g_object_unref>> provider(
-                gtk_css_provider_new());
-            gtk_css_provider_load_from_path(provider.get(), style->path().c_str());
-            gtk_style_context_add_provider_for_display(display, GTK_STYLE_PROVIDER(provider.get()),
-                                                       GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+            const auto provider = Gtk::CssProvider::create();
+            provider->load_from_path(style->path());
+            Gtk::StyleContext::add_provider_for_display(display, provider,
+                                                        GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
         }
     }
 
-    void takeActivity() {
-        const bool active = gtk_window_is_active(GTK_WINDOW(window->widget())) != FALSE;
+    void takeActivity(bool active) {
         if (std::exchange(isActive, active) == active) {
             return;
         }
-        const auto& application = UIApplication::shared();
-        active ? delegate().applicationDidBecomeActive(application)
-               : delegate().applicationWillResignActive(application);
+        const auto& running = UIApplication::shared();
+        active ? delegate().applicationDidBecomeActive(running)
+               : delegate().applicationWillResignActive(running);
     }
 
-    static void activate(GApplication* application, void* data) {
-        auto& start = *static_cast<UIApplicationStart*>(data);
-        if (!start.window) {
-            start.launch(application);
+    void activate() {
+        if (!window) {
+            launch();
         }
-        start.window->makeKeyAndVisible();
+        window->makeKeyAndVisible();
     }
 
-    static void shutDown(GApplication* /*application*/, void* data) {
-        if (static_cast<UIApplicationStart*>(data)->window) {
-            UIApplication::shared()->delegate()->applicationWillTerminate(UIApplication::shared());
+    void shutDown() const {
+        if (window) {
+            delegate().applicationWillTerminate(UIApplication::shared());
         }
     }
 };
@@ -135,15 +135,13 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
         g_set_application_name(name->c_str());
     }
 
-    UIApplicationStart start{delegateClassName, nullptr, nullptr};
-    const auto identifier = Bundle::main()->infoValue("Identifier");
-    const std::unique_ptr<GtkApplication, Release<g_object_unref>> application(gtk_application_new(
-        identifier ? identifier->c_str() : nullptr, G_APPLICATION_DEFAULT_FLAGS));
-    g_signal_connect(application.get(), "activate", G_CALLBACK(UIApplicationStart::activate),
-                     &start);
-    g_signal_connect(application.get(), "shutdown", G_CALLBACK(UIApplicationStart::shutDown),
-                     &start);
-    return g_application_run(G_APPLICATION(application.get()), argc, argv);
+    UIApplicationStart start;
+    start.delegateClassName = delegateClassName;
+    start.application =
+        Gtk::Application::create(Bundle::main()->infoValue("Identifier").value_or(""));
+    start.application->signal_activate().connect([&start] { start.activate(); });
+    start.application->signal_shutdown().connect([&start] { start.shutDown(); });
+    return start.application->run(argc, argv);
 }
 
 }  // namespace orvalo

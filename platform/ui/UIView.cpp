@@ -10,6 +10,7 @@
 #include "platform/foundation/GLibPointer.h"
 #include "platform/ui/MainThread.h"
 #include "platform/ui/NSLayoutConstraint.h"
+#include "platform/ui/ViewLayout.h"
 #include "platform/ui/ViewWidget.h"
 
 namespace orvalo {

@@ -1,6 +1,9 @@
 #include "platform/ui/UIWindow.h"
 
-#include <gtk/gtk.h>
+#include <gtkmm/init.h>
+#include <gtkmm/object.h>
+#include <gtkmm/stack.h>
+#include <gtkmm/window.h>
 
 #include <algorithm>
 #include <utility>
@@ -13,8 +16,20 @@
 
 namespace orvalo {
 
-UIWindow::UIWindow(GtkWidget* widget) : UIView(widget), stack_(gtk_stack_new()) {
-    gtk_window_set_child(GTK_WINDOW(widget), stack_);
+namespace {
+
+Gtk::Window& windowOf(const UIView& view) {
+    // Also for windows that were made without the C++ toolkit.
+    Gtk::init_gtkmm_internals();
+    return *Glib::wrap(GTK_WINDOW(view.widget()));
+}
+
+}  // namespace
+
+UIWindow::UIWindow(GtkWidget* widget) : UIView(widget) {
+    auto& window = windowOf(*this);
+    stack_ = Gtk::make_managed<Gtk::Stack>();
+    window.set_child(*stack_);
 }
 
 std::shared_ptr<UIViewController> UIWindow::rootViewController() const {
@@ -34,18 +49,20 @@ void UIWindow::makeKeyAndVisible() {
         root.controller->appear(false);
         root.widget = addPage(root.controller);
     }
-    gtk_window_present(GTK_WINDOW(widget()));
+    auto& window = windowOf(*this);
+    window.present();
     // Shortcuts come first until the user moves the focus.
-    gtk_window_set_focus(GTK_WINDOW(widget()), nullptr);
+    window.unset_focus();
 }
 
-GtkWidget* UIWindow::addPage(const std::shared_ptr<UIViewController>& controller) {
-    auto* page = newScreenBin(controller->view()->widget(), [held = std::weak_ptr(controller)] {
-        if (const auto shown = held.lock()) {
-            shown->layout();
-        }
-    });
-    gtk_stack_add_child(GTK_STACK(stack_), page);
+Gtk::Widget* UIWindow::addPage(const std::shared_ptr<UIViewController>& controller) {
+    auto* page =
+        Glib::wrap(newScreenBin(controller->view()->widget(), [held = std::weak_ptr(controller)] {
+            if (const auto shown = held.lock()) {
+                shown->layout();
+            }
+        }));
+    stack_->add(*page);
     return page;
 }
 
@@ -56,8 +73,8 @@ void UIWindow::push(const std::shared_ptr<UIViewController>& controller, bool an
     const auto below = pages_.back();
     pages_.push_back({controller, addPage(controller)});
     // Its shortcuts would be taken otherwise, unseen.
-    gtk_widget_set_sensitive(below.widget, FALSE);
-    show(pages_.back().widget, animated, [below, animated, then] {
+    below.widget->set_sensitive(false);
+    show(*pages_.back().widget, animated, [below, animated, then] {
         below.controller->disappear(animated);
         if (then) {
             then();
@@ -75,13 +92,13 @@ void UIWindow::pop(const std::shared_ptr<UIViewController>& controller, bool ani
     }
     const std::vector<Page> leaving(from, pages_.end());
     pages_.erase(from, pages_.end());
-    gtk_widget_set_sensitive(pages_.back().widget, TRUE);
+    pages_.back().widget->set_sensitive(true);
     pages_.back().controller->appear(animated);
-    show(pages_.back().widget, animated, [self = shared(this), leaving, animated, then] {
+    show(*pages_.back().widget, animated, [self = shared(this), leaving, animated, then] {
         for (const auto& page : leaving) {
             page.controller->disappear(animated);
             page.controller->window_.reset();
-            gtk_stack_remove(GTK_STACK(self->stack_), page.widget);
+            self->stack_->remove(*page.widget);
         }
         if (then) {
             then();
@@ -89,28 +106,22 @@ void UIWindow::pop(const std::shared_ptr<UIViewController>& controller, bool ani
     });
 }
 
-void UIWindow::show(GtkWidget* page, bool animated, std::function<void()> then) {
-    auto* stack = GTK_STACK(stack_);
-    gtk_stack_set_transition_type(
-        stack, animated ? GTK_STACK_TRANSITION_TYPE_CROSSFADE : GTK_STACK_TRANSITION_TYPE_NONE);
-    gtk_stack_set_visible_child(stack, page);
-    if (gtk_stack_get_transition_running(stack) == FALSE) {
+void UIWindow::show(Gtk::Widget& page, bool animated, std::function<void()> then) {
+    stack_->set_transition_type(animated ? Gtk::StackTransitionType::CROSSFADE
+                                         : Gtk::StackTransitionType::NONE);
+    stack_->set_visible_child(page);
+    if (!stack_->get_transition_running()) {
         DispatchQueue::main()->async([then = std::move(then)] { then(); });
         return;
     }
-    using Then = std::function<void()>;
-    const auto ended = +[](GObject* object, GParamSpec*, Then* waiting) {
-        if (gtk_stack_get_transition_running(GTK_STACK(object)) == FALSE) {
-            const Then once = std::exchange(*waiting, nullptr);
-            // The closure goes with its handler.
-            g_signal_handlers_disconnect_matched(object, G_SIGNAL_MATCH_DATA, 0, 0, nullptr,
-                                                 nullptr, waiting);
-            once();
-        }
-    };
-    g_signal_connect_data(
-        stack, "notify::transition-running", G_CALLBACK(ended), new Then(std::move(then)),
-        [](void* waiting, GClosure*) { delete static_cast<Then*>(waiting); }, GConnectFlags{});
+    const auto connection = std::make_shared<sigc::connection>();
+    *connection = stack_->property_transition_running().signal_changed().connect(
+        [stack = stack_, connection, then = std::move(then)] {
+            if (!stack->get_transition_running()) {
+                connection->disconnect();
+                then();
+            }
+        });
 }
 
 std::shared_ptr<UIResponder> UIWindow::next() const {

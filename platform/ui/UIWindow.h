@@ -6,6 +6,11 @@
 
 #include "platform/ui/UIView.h"
 
+namespace Gtk {
+class Stack;
+class Widget;
+}  // namespace Gtk
+
 namespace orvalo {
 
 class UIViewController;
@@ -33,15 +38,15 @@ class UIWindow : public UIView {
     /// Takes that controller, and what stands above it, away.
     void pop(const std::shared_ptr<UIViewController>& controller, bool animated,
              const std::function<void()>& then);
-    void show(GtkWidget* page, bool animated, std::function<void()> then);
-    GtkWidget* addPage(const std::shared_ptr<UIViewController>& controller);
+    void show(Gtk::Widget& page, bool animated, std::function<void()> then);
+    Gtk::Widget* addPage(const std::shared_ptr<UIViewController>& controller);
 
     struct Page {
         std::shared_ptr<UIViewController> controller;
-        GtkWidget* widget;
+        Gtk::Widget* widget;  // Null until it is shown first.
     };
     std::vector<Page> pages_;  // The one that is shown is the last.
-    GtkWidget* stack_;
+    Gtk::Stack* stack_;        // The window owns it.
 };
 
 }  // namespace orvalo
