@@ -155,6 +155,47 @@ TEST_F(View, LeavesTheSpaceBarToTheButtonUnlessItIsClicked) {
     EXPECT_EQ(record_.keys.size(), 1U);
 }
 
+TEST_F(View, IsGoneFromTheFirstMomentOfATransitionToAnotherPage) {
+    embed();
+    auto* pages = gtk_stack_new();
+    // Longer than anybody waits.
+    gtk_stack_set_transition_duration(GTK_STACK(pages), 600'000);
+    gtk_stack_set_transition_type(GTK_STACK(pages), GTK_STACK_TRANSITION_TYPE_CROSSFADE);
+    auto* other = gtk_label_new("Help");
+    auto* page = GTK_WIDGET(g_object_ref(gtk_window_get_child(GTK_WINDOW(window_->window()))));
+    gtk_window_set_child(GTK_WINDOW(window_->window()), pages);
+    gtk_stack_add_child(GTK_STACK(pages), page);
+    g_object_unref(page);
+    gtk_stack_add_child(GTK_STACK(pages), other);
+    show();
+    ASSERT_TRUE(fillsItsStage());
+    gtk_stack_set_visible_child(GTK_STACK(pages), other);
+    EXPECT_TRUE(comesTo(record_.window, {}));
+    EXPECT_TRUE(gtk_stack_get_transition_running(GTK_STACK(pages)));
+    gtk_stack_set_visible_child(GTK_STACK(pages), page);
+    EXPECT_TRUE(fillsItsStage());
+    EXPECT_EQ(record_.instantiations, 1);
+}
+
+TEST_F(View, CanBeTakenOutPutBackAndPlacedOutOfSight) {
+    embed();
+    show();
+    ASSERT_TRUE(fillsItsStage());
+    const auto view = controller_->view();
+    view->removeFromSuperview();
+    ASSERT_TRUE(waitFor([this] { return record_.cleanups == 1; }));
+    view->setTranslatesAutoresizingMaskIntoConstraints(true);
+    window_->stage()->addSubview(view);
+    view->setFrame({20, 10, 300, 200});
+    const auto stage = window_->place();
+    EXPECT_TRUE(waitFor([this, &stage] {
+        return rectangleOf(record_.window) == X11Rect{stage.x + 20, stage.y + 10, 300, 200};
+    }));
+    EXPECT_EQ(record_.instantiations, 2);
+    view->setFrame({-400, 0, 300, 200});
+    EXPECT_TRUE(comesTo(record_.window, {}));
+}
+
 TEST_F(View, ScrollsWhereTheInterfaceIsLarger) {
     embed();
     show();

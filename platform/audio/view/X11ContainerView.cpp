@@ -29,11 +29,16 @@ X11Rect rectangle(GtkWidget* widget, GtkNative* native) {
             pixels(double{bounds.origin.y} + double{bounds.size.height} + y) - top};
 }
 
-/// What the widgets around it and the surface leave to be seen.
+/// What the widgets around it and the surface leave to be seen. Nothing on a page that is giving
+/// way to another: the toolkit fades it out, a foreign window would stand in front to the end.
 X11Rect visiblePart(GtkWidget* widget, GtkNative* native) {
     auto visible = rectangle(widget, native);
+    auto* inside = widget;
     for (auto* around = gtk_widget_get_parent(widget); around != nullptr;
-         around = gtk_widget_get_parent(around)) {
+         inside = std::exchange(around, gtk_widget_get_parent(around))) {
+        if (GTK_IS_STACK(around) && gtk_stack_get_visible_child(GTK_STACK(around)) != inside) {
+            return {};
+        }
         const bool isSurface = around == GTK_WIDGET(native);
         if (isSurface || gtk_widget_get_overflow(around) == GTK_OVERFLOW_HIDDEN) {
             visible = intersection(visible, rectangle(around, native));
@@ -119,7 +124,8 @@ void X11ContainerView::look() {
     }
     const Place place{gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(stage_),
                       rectangle(stage_, native), visiblePart(stage_, native)};
-    if (place.area.isEmpty() || place == place_) {
+    const bool isUnplaced = place_.toplevel == 0;
+    if ((isUnplaced && place.area.isEmpty()) || place == place_) {
         return;
     }
     if (place.toplevel != place_.toplevel) {

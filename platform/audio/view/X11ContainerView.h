@@ -20,7 +20,7 @@ class X11ContainerView : public UIView {
         unsigned long toplevel = 0;
         int scaleFactor = 1;
         X11Rect area;
-        X11Rect visible;  ///< The part of the area that can be seen.
+        X11Rect visible;  ///< The part of the area that can be seen; may be empty.
 
         friend bool operator==(const Place&, const Place&) = default;
     };
@@ -33,7 +33,8 @@ class X11ContainerView : public UIView {
     /// A line in the middle of the view; an empty one for none.
     void setMessage(const std::string& message);
 
-    /// The view is on screen, there. Called when it comes and after every change. May be empty.
+    /// The view is on screen, there. Called when it comes, with an area that is not empty, and
+    /// after every change. May be empty.
     std::function<void(const Place&)> onPlace;
     /// The view is on screen no more. May be empty.
     std::function<void()> onHidden;
