@@ -86,6 +86,8 @@ TEST_F(RefusalTest, TheErrorCarriesItsDomainAndCode) {
 }
 
 // In a process of its own, which has opened no file before.
+// The sanitizer for undefined behaviour looks at objects through a pipe, for which nothing is left.
+#ifndef __SANITIZE_ADDRESS__
 TEST_F(RefusalTest, NothingLeftToLoadFFmpegWith) {
     writeBytes(at("a.wav"), "not empty");
     const auto refuse = [this] {
@@ -106,6 +108,7 @@ TEST_F(RefusalTest, NothingLeftToLoadFFmpegWith) {
                 R"(/a\.wav: FFmpeg cannot be loaded \(libav[a-z]+\.so\..*: )"
                 R"(Too many open files\)\|.*/a\.wav: not a sound file of a known kind\|)");
 }
+#endif
 
 TEST_F(RefusalTest, ForeignData) {
     std::string text;

@@ -43,9 +43,11 @@ void RenderGate::countXruns(std::uint64_t count) noexcept {
 }
 
 void RenderGate::end() noexcept {
+    // Whoever sees the end may take the gate away.
+    const auto supervisor = supervisor_;
     ended_.store(true, std::memory_order_release);
-    if (supervisor_) {
-        supervisor_->signal();
+    if (supervisor) {
+        supervisor->signal();
     }
 }
 
