@@ -24,6 +24,7 @@ struct LayoutScopeClass {
 };
 
 void* parentClass = nullptr;
+GType (*parentTypeFromName)(GtkBuilderScope*, GtkBuilder*, const char*) = nullptr;
 
 /// One handler of a signal.
 struct Handler {
@@ -54,6 +55,11 @@ GClosure* createClosure(GtkBuilderScope* self, GtkBuilder* /*builder*/, const ch
     return closure;
 }
 
+GType typeFromName(GtkBuilderScope* self, GtkBuilder* builder, const char* name) {
+    UIView::provideClass(name);
+    return parentTypeFromName(self, builder, name);
+}
+
 void finalize(GObject* object) {
     delete reinterpret_cast<LayoutScope*>(object)->owner;
     G_OBJECT_CLASS(parentClass)->finalize(object);
@@ -65,7 +71,10 @@ void initClass(void* type, void* /*data*/) {
 }
 
 void initScope(void* interface, void* /*data*/) {
-    static_cast<GtkBuilderScopeInterface*>(interface)->create_closure = createClosure;
+    auto* scope = static_cast<GtkBuilderScopeInterface*>(interface);
+    scope->create_closure = createClosure;
+    parentTypeFromName = scope->get_type_from_name;
+    scope->get_type_from_name = typeFromName;
 }
 
 GType scopeType() {

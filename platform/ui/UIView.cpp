@@ -24,6 +24,11 @@ std::map<GType, Maker>& makers() {
     return *known;
 }
 
+std::map<std::string, std::function<void()>>& lateClasses() {
+    static auto* const known = new std::map<std::string, std::function<void()>>;
+    return *known;
+}
+
 GQuark viewKey() {
     static const GQuark key = g_quark_from_static_string("orvalo-view");
     return key;
@@ -84,6 +89,16 @@ std::shared_ptr<UIView> UIView::of(GtkWidget* widget) {
 
 void UIView::setClass(std::size_t widgetType, Maker make) {
     makers().insert_or_assign(widgetType, std::move(make));
+}
+
+void UIView::setLateClass(const std::string& widgetClass, std::function<void()> provide) {
+    lateClasses().insert_or_assign(widgetClass, std::move(provide));
+}
+
+void UIView::provideClass(const std::string& widgetClass) {
+    if (auto found = lateClasses().extract(widgetClass)) {
+        found.mapped()();
+    }
 }
 
 bool UIView::isHidden() const {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/foundation/CGRect.h"
@@ -32,6 +33,11 @@ class UIView : public UIResponder {
     /// closest type counts.
     static void setClass(std::size_t widgetType,
                          std::function<std::shared_ptr<UIView>(GtkWidget*)> make);
+    /// Has provide called, once, before the first widget of a class is made that layouts know by
+    /// that name, such as "GtkLabel"; it makes the toolkit know the class, and calls setClass().
+    static void setLateClass(const std::string& widgetClass, std::function<void()> provide);
+    /// A layout needs that class: provides it where it is late and not there yet.
+    static void provideClass(const std::string& widgetClass);
 
     /// The widget, which lives as long as the view.
     GtkWidget* widget() const { return widget_; }

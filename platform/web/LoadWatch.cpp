@@ -1,10 +1,9 @@
 #include "platform/web/LoadWatch.h"
 
-#include <webkit/webkit.h>
-
 #include <utility>
 
 #include "platform/foundation/Timer.h"
+#include "platform/web/WebKitLibrary.h"
 
 namespace orvalo {
 
@@ -88,7 +87,7 @@ void LoadWatch::expire() {
     stop(State::idle);
     g_warning("Nothing came from %s for %g s; its loading was stopped.", address_.c_str(),
               interval_);
-    webkit_web_view_stop_loading(view_);
+    webkit().webkit_web_view_stop_loading(view_);
 }
 
 }  // namespace orvalo

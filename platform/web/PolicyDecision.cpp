@@ -1,10 +1,9 @@
 #include "platform/web/PolicyDecision.h"
 
-#include <webkit/webkit.h>
-
 #include <utility>
 
 #include "platform/foundation/FatalError.h"
+#include "platform/web/WebKitLibrary.h"
 
 namespace orvalo {
 
@@ -40,9 +39,9 @@ void PolicyDecision::settle(bool isAllowed) {
         return;
     }
     if (isAllowed) {
-        webkit_policy_decision_use(engine_);
+        webkit().webkit_policy_decision_use(engine_);
     } else {
-        webkit_policy_decision_ignore(engine_);
+        webkit().webkit_policy_decision_ignore(engine_);
     }
     g_object_unref(std::exchange(engine_, nullptr));
 }

@@ -1,7 +1,5 @@
 #include "platform/web/WKWebView.h"
 
-#include <webkit/webkit.h>
-
 #include <string_view>
 #include <utility>
 
@@ -19,6 +17,7 @@
 #include "platform/web/WKWebViewConfiguration.h"
 #include "platform/web/WKWindowFeatures.h"
 #include "platform/web/WebAddress.h"
+#include "platform/web/WebKitLibrary.h"
 #include "platform/web/WebSandbox.h"
 #include "platform/web/WebTrouble.h"
 
@@ -29,21 +28,21 @@ namespace {
 GtkWidget* newWidget(const std::shared_ptr<WKWebView>& opener) {
     requireMainThread("WKWebView");
     // A page that is opened by another one shares its process.
-    return GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view",
+    return GTK_WIDGET(g_object_new(webkit().webkit_web_view_get_type(), "related-view",
                                    opener ? opener->widget() : nullptr, nullptr));
 }
 
 std::shared_ptr<URLResponse> responseOf(WebKitURIResponse* response) {
-    auto url = webAddress(webkit_uri_response_get_uri(response));
-    if (const auto status = webkit_uri_response_get_status_code(response); status != 0) {
+    auto url = webAddress(webkit().webkit_uri_response_get_uri(response));
+    if (const auto status = webkit().webkit_uri_response_get_status_code(response); status != 0) {
         return std::make_shared<HTTPURLResponse>(std::move(url), status);
     }
     return std::make_shared<URLResponse>(std::move(url));
 }
 
 URLRequest requestOf(WebKitNavigationAction* action) {
-    auto* request = webkit_navigation_action_get_request(action);
-    return {.url = webAddress(webkit_uri_request_get_uri(request))};
+    auto* request = webkit().webkit_navigation_action_get_request(action);
+    return {.url = webAddress(webkit().webkit_uri_request_get_uri(request))};
 }
 
 /// Whether pages can be loaded at all; a line on standard error if not.
@@ -57,10 +56,11 @@ bool canLoad() {
 
 /// Whether the engine loads a part of its own viewer for documents, which no page has asked for.
 bool isViewerPart(WebKitResponsePolicyDecision* decision) {
-    auto* response = webkit_response_policy_decision_get_response(decision);
+    auto* response = webkit().webkit_response_policy_decision_get_response(decision);
     constexpr std::string_view scheme = "webkit-pdfjs-viewer:";
-    return webkit_response_policy_decision_is_main_frame_main_resource(decision) == FALSE &&
-           std::string_view(webkit_uri_response_get_uri(response)).starts_with(scheme);
+    return webkit().webkit_response_policy_decision_is_main_frame_main_resource(decision) ==
+               FALSE &&
+           std::string_view(webkit().webkit_uri_response_get_uri(response)).starts_with(scheme);
 }
 
 }  // namespace
@@ -72,10 +72,10 @@ struct WKWebView::Signals {
         if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
             self->decideResponse(decision);
         } else {
-            auto* action = webkit_navigation_policy_decision_get_navigation_action(
-                WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+            auto* action = webkit().webkit_navigation_policy_decision_get_navigation_action(
+                reinterpret_cast<WebKitNavigationPolicyDecision*>(decision));
             self->decideAction(decision, requestOf(action),
-                               webkit_navigation_action_is_redirect(action) != FALSE);
+                               webkit().webkit_navigation_action_is_redirect(action) != FALSE);
         }
         return TRUE;
     }
@@ -100,8 +100,8 @@ WKWebView::WKWebView(const std::shared_ptr<WKWebViewConfiguration>& configuratio
 
 void WKWebView::connect() {
     // As on any desktop, scripts may ask for windows; the delegate decides.
-    webkit_settings_set_javascript_can_open_windows_automatically(
-        webkit_web_view_get_settings(engine()), TRUE);
+    webkit().webkit_settings_set_javascript_can_open_windows_automatically(
+        webkit().webkit_web_view_get_settings(engine()), TRUE);
     g_signal_connect(engine(), "decide-policy", G_CALLBACK(Signals::decidePolicy), this);
     g_signal_connect(engine(), "create", G_CALLBACK(Signals::create), this);
     watch_ = std::make_unique<LoadWatch>(engine());
@@ -115,16 +115,18 @@ WKWebView::~WKWebView() {
     for (const auto& decision : decisions_) {
         decision->end();
     }
-    webkit_web_view_stop_loading(engine());
+    webkit().webkit_web_view_stop_loading(engine());
 }
 
 WebKitWebView* WKWebView::engine() const {
-    return WEBKIT_WEB_VIEW(widget());
+    return reinterpret_cast<WebKitWebView*>(widget());
 }
 
 void WKWebView::registerClass() {
-    UIView::setClass(WEBKIT_TYPE_WEB_VIEW,
-                     [](GtkWidget* widget) { return std::make_shared<WKWebView>(widget); });
+    UIView::setLateClass("WebKitWebView", [] {
+        UIView::setClass(webkit().webkit_web_view_get_type(),
+                         [](GtkWidget* widget) { return std::make_shared<WKWebView>(widget); });
+    });
 }
 
 std::shared_ptr<WKUIDelegate> WKWebView::uiDelegate() const {
@@ -152,7 +154,7 @@ std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
     if (request.url) {
         if (canLoad()) {
             watch_->setInterval(request.timeoutInterval);
-            webkit_web_view_load_uri(engine(), request.url->absoluteString().c_str());
+            webkit().webkit_web_view_load_uri(engine(), request.url->absoluteString().c_str());
         }
     } else {
         // Later, as with every other load; the engine has no such loads.
@@ -170,8 +172,8 @@ std::shared_ptr<WKNavigation> WKWebView::loadHTMLString(const std::string& strin
     requireMainThread("WKWebView.loadHTMLString");
     if (canLoad()) {
         watch_->setInterval(URLRequest().timeoutInterval);
-        webkit_web_view_load_html(engine(), string.c_str(),
-                                  baseURL ? baseURL->absoluteString().c_str() : nullptr);
+        webkit().webkit_web_view_load_html(engine(), string.c_str(),
+                                           baseURL ? baseURL->absoluteString().c_str() : nullptr);
     }
     return std::make_shared<WKNavigation>();
 }
@@ -199,16 +201,16 @@ void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& r
 
 void WKWebView::decideResponse(WebKitPolicyDecision* decision) {
     const auto self = shared(this);
-    auto* response = WEBKIT_RESPONSE_POLICY_DECISION(decision);
+    auto* response = reinterpret_cast<WebKitResponsePolicyDecision*>(decision);
     const bool halts =
-        webkit_response_policy_decision_is_main_frame_main_resource(response) != FALSE;
+        webkit().webkit_response_policy_decision_is_main_frame_main_resource(response) != FALSE;
     const auto answer = open(
         decision, "The decision handler of webView(decidePolicyFor: WKNavigationResponse)", halts);
     const auto delegate = navigationDelegate_.lock();
     if (delegate && !isViewerPart(response)) {
         delegate->webView(self,
-                          std::make_shared<WKNavigationResponse>(
-                              responseOf(webkit_response_policy_decision_get_response(response))),
+                          std::make_shared<WKNavigationResponse>(responseOf(
+                              webkit().webkit_response_policy_decision_get_response(response))),
                           [answer](WKNavigationResponsePolicy policy) {
                               answer(policy == WKNavigationResponsePolicy::allow);
                           });

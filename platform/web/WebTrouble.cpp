@@ -1,6 +1,6 @@
 #include "platform/web/WebTrouble.h"
 
-#include <webkit/webkit.h>
+#include "platform/web/WebKitLibrary.h"
 
 namespace orvalo {
 
@@ -8,8 +8,9 @@ namespace {
 
 /// Whether a load ended because somebody wanted it so.
 bool isWanted(const GError* error) {
-    return g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
-           g_error_matches(error, WEBKIT_POLICY_ERROR,
+    return g_error_matches(error, webkit().webkit_network_error_quark(),
+                           WEBKIT_NETWORK_ERROR_CANCELLED) ||
+           g_error_matches(error, webkit().webkit_policy_error_quark(),
                            WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
 }
 
@@ -36,14 +37,15 @@ const char* reasonText(WebKitWebProcessTerminationReason reason) {
 
 void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
                        gpointer /*data*/) {
-    g_warning("The process of the page %s %s.", webkit_web_view_get_uri(view), reasonText(reason));
+    g_warning("The process of the page %s %s.", webkit().webkit_web_view_get_uri(view),
+              reasonText(reason));
 }
 
 void refuseDownload(WebKitNetworkSession* /*session*/, WebKitDownload* download,
                     gpointer /*data*/) {
     g_warning("The download of %s was refused.",
-              webkit_uri_request_get_uri(webkit_download_get_request(download)));
-    webkit_download_cancel(download);
+              webkit().webkit_uri_request_get_uri(webkit().webkit_download_get_request(download)));
+    webkit().webkit_download_cancel(download);
 }
 
 }  // namespace
@@ -52,7 +54,7 @@ void reportTrouble(WebKitWebView* view) {
     g_signal_connect(view, "load-failed", G_CALLBACK(loadFailed), nullptr);
     g_signal_connect(view, "web-process-terminated", G_CALLBACK(processTerminated), nullptr);
     static const auto downloads =
-        g_signal_connect(webkit_network_session_get_default(), "download-started",
+        g_signal_connect(webkit().webkit_network_session_get_default(), "download-started",
                          G_CALLBACK(refuseDownload), nullptr);
     static_cast<void>(downloads);
 }

@@ -9,6 +9,7 @@ namespace {
 class LayoutClassTest : public WebFixture {};
 
 TEST_F(LayoutClassTest, ALayoutsWebViewIsAWKWebView) {
+    UIView::provideClass("WebKitWebView");
     auto* builder = gtk_builder_new_from_string(
         "<interface><object class='GtkBox' id='box'><child>"
         "<object class='WebKitWebView' id='webView'/></child></object></interface>",

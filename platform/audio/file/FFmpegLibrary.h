@@ -7,7 +7,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
-#include "platform/audio/file/LastingLibrary.h"
+#include "platform/foundation/LastingLibrary.h"
 
 namespace orvalo {
 

@@ -1,10 +1,7 @@
-#include "platform/audio/file/LastingLibrary.h"
+#include "platform/foundation/LastingLibrary.h"
 
 #include <dlfcn.h>
 
-#include <cstdint>
-
-#include "platform/audio/file/FileRefusal.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -15,8 +12,7 @@ void* required(void* found) {
     if (found == nullptr) {
         // The text is per thread.
         const char* reason = dlerror();  // NOLINT(concurrency-mt-unsafe)
-        throw NSError("AVAudioFileErrorDomain", static_cast<std::int64_t>(FileRefusal::noLibrary),
-                      reason);
+        throw NSError("LibraryErrorDomain", 0, reason);
     }
     return found;
 }

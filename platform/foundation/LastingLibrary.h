@@ -20,7 +20,8 @@ class LastingLibrary {
         void* address_;
     };
 
-    /// Throws NSError, whose text is the loader's, when it cannot be loaded.
+    /// name: as the loader knows it, such as "libm.so.6". Throws NSError, whose text is the
+    /// loader's, when it cannot be loaded.
     explicit LastingLibrary(const std::string& name);
     /// Throws NSError when the library has no such function.
     Symbol operator[](const char* function) const;
