@@ -3,6 +3,7 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/GLibPointer.h"
@@ -34,7 +35,7 @@ std::shared_ptr<UIView> ownerOf(const std::shared_ptr<UIView>& first,
     if (!first || !second) {
         return nullptr;
     }
-    const auto aroundFirst = first->superview();
+    auto aroundFirst = first->superview();
     const auto aroundSecond = second->superview();
     if (aroundFirst == second || (aroundFirst && aroundFirst == aroundSecond)) {
         return aroundFirst;
@@ -66,8 +67,8 @@ void removeDetached(GtkConstraintLayout* layout, GtkConstraint* constraint) {
 
 }  // namespace
 
-NSLayoutConstraint::NSLayoutConstraint(const NSLayoutAnchor& first, const NSLayoutAnchor& second)
-    : first_(first), second_(second) {}
+NSLayoutConstraint::NSLayoutConstraint(NSLayoutAnchor first, NSLayoutAnchor second)
+    : first_(std::move(first)), second_(std::move(second)) {}
 
 NSLayoutConstraint::~NSLayoutConstraint() {
     g_clear_object(&constraint_);

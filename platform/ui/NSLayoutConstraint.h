@@ -14,7 +14,7 @@ namespace orvalo {
 /// Main thread.
 class NSLayoutConstraint : public NSObject {
   public:
-    NSLayoutConstraint(const NSLayoutAnchor& first, const NSLayoutAnchor& second);
+    NSLayoutConstraint(NSLayoutAnchor first, NSLayoutAnchor second);
     ~NSLayoutConstraint() override;
 
     /// Makes the constraints hold, in this order. One whose views have no view in common around
