@@ -1,6 +1,5 @@
 #include "platform/ui/LayoutBuilder.h"
 
-#include <array>
 #include <utility>
 
 #include "platform/foundation/FatalError.h"
@@ -12,44 +11,27 @@
 
 namespace orvalo {
 
-namespace {
-
-/// The toolkit wants to know the classes of all objects of a layout, also of those it is not asked
-/// to make.
-void nameClasses() {
-    static const GType segue =
-        g_type_register_static_simple(G_TYPE_OBJECT, "UIStoryboardSegue", sizeof(GObjectClass),
-                                      nullptr, sizeof(GObject), nullptr, GTypeFlags{});
-    g_type_ensure(segue);
-    g_type_ensure(viewWidgetType());
-    g_type_ensure(viewLayoutType());
-}
-
-}  // namespace
-
-LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& text,
-                             const std::string& screen, const UIClass& ownerClass,
+LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& screen,
+                             const UIClass& ownerClass,
                              const std::shared_ptr<UIViewController>& owner)
     : layout_(layout), builder_(gtk_builder_new()), owner_(owner) {
     const std::unique_ptr<GtkBuilderScope, Release<g_object_unref>> scope(
         newLayoutScope(ownerClass, owner));
     gtk_builder_set_scope(builder_.get(), scope.get());
-    build(text, screen);
+    build(screen);
 }
 
-LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& text,
-                             const std::string& object)
+LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& object)
     : layout_(layout), builder_(gtk_builder_new()) {
-    build(text, object);
+    build(object);
 }
 
-void LayoutBuilder::build(const std::string& text, const std::string& object) {
-    nameClasses();
-    std::array<const char*, 2> wanted{object.c_str(), nullptr};
+void LayoutBuilder::build(const std::string& object) {
+    g_type_ensure(viewWidgetType());
+    g_type_ensure(viewLayoutType());
     GError* error = nullptr;
-    if (gtk_builder_add_objects_from_string(builder_.get(), text.data(),
-                                            static_cast<gssize>(text.size()), wanted.data(),
-                                            &error) == FALSE) {
+    if (gtk_builder_add_from_string(builder_.get(), object.data(),
+                                    static_cast<gssize>(object.size()), &error) == FALSE) {
         const std::unique_ptr<GError, Release<g_error_free>> held(error);
         fatalError(layout_ + ": " + held->message);
     }

@@ -12,15 +12,15 @@ namespace orvalo {
 class UIClass;
 class UIViewController;
 
-/// Makes the widgets of one object at the top of a layout. Main thread.
+/// Makes the widgets of one object at the top of a layout from its text. Main thread.
 class LayoutBuilder {
   public:
     /// A screen: its signals become actions of the owner, which is not kept alive. What the toolkit
     /// cannot make is a fatal error that names the layout.
-    LayoutBuilder(const std::string& layout, const std::string& text, const std::string& screen,
-                  const UIClass& ownerClass, const std::shared_ptr<UIViewController>& owner);
+    LayoutBuilder(const std::string& layout, const std::string& screen, const UIClass& ownerClass,
+                  const std::shared_ptr<UIViewController>& owner);
     /// An object without actions.
-    LayoutBuilder(const std::string& layout, const std::string& text, const std::string& object);
+    LayoutBuilder(const std::string& layout, const std::string& object);
 
     static GtkWidget* plainWindow();
 
@@ -30,7 +30,7 @@ class LayoutBuilder {
     void takeSegue(const std::string& button, const std::string& segue) const;
 
   private:
-    void build(const std::string& text, const std::string& object);
+    void build(const std::string& object);
 
     std::string layout_;
     std::unique_ptr<GtkBuilder, Release<g_object_unref>> builder_;

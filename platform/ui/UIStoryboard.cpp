@@ -40,8 +40,7 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
 std::shared_ptr<UIStoryboard> UIStoryboard::load(const URL& url) {
     requireMainThread("UIStoryboard.load");
     const std::shared_ptr<UIStoryboard> storyboard(new UIStoryboard(url.path()));
-    storyboard->text_ = contentsOf(url);
-    UIStoryboardReader(*storyboard).read(url.path(), storyboard->text_);
+    UIStoryboardReader(*storyboard).read(url.path(), contentsOf(url));
     storyboard->check();
     for (const auto& problem : storyboard->problems_) {
         g_warning("%s", problem.c_str());
@@ -137,7 +136,7 @@ std::shared_ptr<UIView> UIStoryboard::makeView(
     if (described == nullptr || known == nullptr) {
         fatalError(name_ + ": there is no screen of the class \"" + screen + "\".");
     }
-    const LayoutBuilder builder(name_, text_, screen, *known, owner);
+    const LayoutBuilder builder(name_, objects_.at(screen), *known, owner);
     auto view = UIView::of(builder.widget(screen));
     for (const auto& outlet : described->outlets) {
         if (known->hasOutlet(outlet)) {
@@ -153,9 +152,9 @@ std::shared_ptr<UIView> UIStoryboard::makeView(
 }
 
 std::shared_ptr<UIWindow> UIStoryboard::makeWindow() const {
-    return std::make_shared<UIWindow>(window_.empty()
-                                          ? LayoutBuilder::plainWindow()
-                                          : LayoutBuilder(name_, text_, window_).widget(window_));
+    return std::make_shared<UIWindow>(
+        window_.empty() ? LayoutBuilder::plainWindow()
+                        : LayoutBuilder(name_, objects_.at(window_)).widget(window_));
 }
 
 }  // namespace orvalo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -69,7 +70,7 @@ class UIStoryboard : public NSObject {
     const Screen* screen(const std::string& name) const;
 
     std::string name_;
-    std::string text_;
+    std::map<std::string, std::string> objects_;  // The layouts of single objects, by id.
     std::vector<Screen> screens_;
     std::vector<Segue> segues_;
     std::string window_;  // The window's id; empty without one.

@@ -3,6 +3,7 @@
 #include <glib.h>
 
 #include <memory>
+#include <utility>
 
 #include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
@@ -10,6 +11,11 @@
 namespace orvalo {
 
 namespace {
+
+std::string escaped(std::string_view text) {
+    const GText result(g_markup_escape_text(text.data(), static_cast<gssize>(text.size())));
+    return result.get();
+}
 
 std::string valueOf(const char* wanted, const char** names, const char** values) {
     for (; *names != nullptr; ++names, ++values) {
@@ -53,6 +59,9 @@ void UIStoryboardReader::read(std::string_view name, std::string_view text) {
 void UIStoryboardReader::begin(std::string_view element, const char** names, const char** values) {
     if (element == "object") {
         ++depth_;
+    }
+    copyTag(element, names, values);
+    if (element == "object") {
         beginObject(valueOf("class", names, values), valueOf("id", names, values));
     } else if (element == "signal" && kind_ == Kind::screen && depth_ > 0) {
         into_.screens_.back().actions.push_back(valueOf("handler", names, values));
@@ -61,8 +70,21 @@ void UIStoryboardReader::begin(std::string_view element, const char** names, con
     }
 }
 
+void UIStoryboardReader::copyTag(std::string_view element, const char** names,
+                                 const char** values) {
+    if (depth_ == 0) {
+        return;
+    }
+    object_.append("<").append(element);
+    for (; *names != nullptr; ++names, ++values) {
+        object_.append(" ").append(*names).append("=\"").append(escaped(*values)).append("\"");
+    }
+    object_ += ">";
+}
+
 void UIStoryboardReader::beginObject(const std::string& type, const std::string& id) {
     if (depth_ == 1) {
+        id_ = id;
         if (type == "UIStoryboardSegue") {
             kind_ = Kind::segue;
             into_.segues_.emplace_back();
@@ -99,13 +121,19 @@ void UIStoryboardReader::take(std::string_view text) {
     if (property_ != nullptr) {
         property_->append(text);
     }
+    if (depth_ > 0) {
+        object_ += escaped(text);
+    }
 }
 
 void UIStoryboardReader::end(std::string_view element) {
-    if (element == "object") {
-        --depth_;
-    } else if (element == "property") {
+    if (depth_ > 0) {
+        object_.append("</").append(element).append(">");
+    }
+    if (element == "property") {
         property_ = nullptr;
+    } else if (element == "object" && --depth_ == 0) {
+        into_.objects_[id_] = "<interface>" + std::exchange(object_, {}) + "</interface>";
     }
 }
 

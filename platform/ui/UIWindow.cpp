@@ -30,6 +30,15 @@ UIWindow::UIWindow(GtkWidget* widget) : UIView(widget) {
     auto& window = windowOf(*this);
     stack_ = Gtk::make_managed<Gtk::Stack>();
     window.set_child(*stack_);
+    transitions_ = stack_->property_transition_running().signal_changed().connect([this] {
+        if (!stack_->get_transition_running()) {
+            settle();
+        }
+    });
+}
+
+UIWindow::~UIWindow() {
+    transitions_.disconnect();
 }
 
 std::shared_ptr<UIViewController> UIWindow::rootViewController() const {
@@ -68,6 +77,7 @@ Gtk::Widget* UIWindow::addPage(const std::shared_ptr<UIViewController>& controll
 
 void UIWindow::push(const std::shared_ptr<UIViewController>& controller, bool animated,
                     const std::function<void()>& then) {
+    settle();
     controller->window_ = weak(this);
     controller->appear(animated);
     const auto below = pages_.back();
@@ -84,6 +94,7 @@ void UIWindow::push(const std::shared_ptr<UIViewController>& controller, bool an
 
 void UIWindow::pop(const std::shared_ptr<UIViewController>& controller, bool animated,
                    const std::function<void()>& then) {
+    settle();
     const auto from = std::find_if(pages_.begin(), pages_.end(), [&controller](const auto& page) {
         return page.controller == controller;
     });
@@ -110,18 +121,20 @@ void UIWindow::show(Gtk::Widget& page, bool animated, std::function<void()> then
     stack_->set_transition_type(animated ? Gtk::StackTransitionType::CROSSFADE
                                          : Gtk::StackTransitionType::NONE);
     stack_->set_visible_child(page);
+    pending_ = std::move(then);
     if (!stack_->get_transition_running()) {
-        DispatchQueue::main()->async([then = std::move(then)] { then(); });
-        return;
-    }
-    const auto connection = std::make_shared<sigc::connection>();
-    *connection = stack_->property_transition_running().signal_changed().connect(
-        [stack = stack_, connection, then = std::move(then)] {
-            if (!stack->get_transition_running()) {
-                connection->disconnect();
-                then();
+        DispatchQueue::main()->async([self = shared(this), turn = ++turn_] {
+            if (self->turn_ == turn) {
+                self->settle();
             }
         });
+    }
+}
+
+void UIWindow::settle() {
+    if (const auto then = std::exchange(pending_, nullptr)) {
+        then();
+    }
 }
 
 std::shared_ptr<UIResponder> UIWindow::next() const {

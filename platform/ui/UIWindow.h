@@ -1,5 +1,8 @@
 #pragma once
 
+#include <sigc++/connection.h>
+
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -20,6 +23,7 @@ class UIWindow : public UIView {
   public:
     /// Over a GtkWindow.
     explicit UIWindow(GtkWidget* widget);
+    ~UIWindow() override;
 
     std::shared_ptr<UIViewController> rootViewController() const;
     /// Before the window is shown first.
@@ -39,6 +43,8 @@ class UIWindow : public UIView {
     void pop(const std::shared_ptr<UIViewController>& controller, bool animated,
              const std::function<void()>& then);
     void show(Gtk::Widget& page, bool animated, std::function<void()> then);
+    /// What was to follow the change of pages under way, now: before the next one at the latest.
+    void settle();
     Gtk::Widget* addPage(const std::shared_ptr<UIViewController>& controller);
 
     struct Page {
@@ -47,6 +53,9 @@ class UIWindow : public UIView {
     };
     std::vector<Page> pages_;  // The one that is shown is the last.
     Gtk::Stack* stack_;        // The window owns it.
+    sigc::connection transitions_;
+    std::function<void()> pending_;
+    std::uint64_t turn_ = 0;  // Of the changes without an animation.
 };
 
 }  // namespace orvalo

@@ -68,6 +68,30 @@ TEST_F(Lifecycle, AppearsEveryTime) {
                                 "A viewDidDisappear", "A viewWillAppear", "B viewDidDisappear"}));
 }
 
+TEST_F(Lifecycle, EndsATransitionBeforeTheNext) {
+    show(a);
+    events().clear();
+    bool isShown = false;
+    a->present(b, true, [&isShown] { isShown = true; });
+    dismiss(b, true);
+    EXPECT_TRUE(isShown);
+    EXPECT_EQ(events(),
+              (Events{"B viewDidLoad", "B viewWillAppear animated", "A viewDidDisappear animated",
+                      "A viewWillAppear animated", "B viewDidDisappear animated"}));
+}
+
+TEST_F(Lifecycle, PresentsAgainWhatStillFadesAway) {
+    show(a);
+    present(true);
+    events().clear();
+    const CapturedOutput errors(2);
+    b->dismiss(true, nullptr);
+    present(true);
+    EXPECT_EQ(events(), (Events{"A viewWillAppear animated", "B viewDidDisappear animated",
+                                "B viewWillAppear animated", "A viewDidDisappear animated"}));
+    EXPECT_EQ(errors.text(), "");
+}
+
 TEST_F(Lifecycle, PresentsOneAtATime) {
     show(a);
     present(false);
