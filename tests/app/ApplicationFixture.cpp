@@ -99,6 +99,11 @@ Lines ApplicationFixture::start() {
     return lines;
 }
 
+std::string ApplicationFixture::lineWith(const std::string& text) const {
+    const auto lines = program->readUntil(text);
+    return lines.empty() ? "" : lines.back();
+}
+
 std::unique_ptr<Program> ApplicationFixture::startAgain() const {
     return std::make_unique<Program>(
         std::vector<std::string>{ORVALO_TEST_STAGE "/bin/orvalo-on-loopback"}, environment);

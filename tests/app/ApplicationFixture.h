@@ -33,6 +33,8 @@ class ApplicationFixture : public ::testing::Test {
 
     /// Starts it and waits until the effect is found and the window drawn; returns the lines.
     Lines start();
+    /// The last of the lines up to the first that holds the text; "" when there is none.
+    std::string lineWith(const std::string& text) const;
     /// A further start of it.
     std::unique_ptr<Program> startAgain() const;
     /// Has the keyboard go to its window, and the pointer away from it.
