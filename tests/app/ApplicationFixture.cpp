@@ -111,7 +111,7 @@ std::unique_ptr<Program> ApplicationFixture::startAgain() const {
 
 void ApplicationFixture::focus() {
     act({"mousemove", "2", "2"});
-    act({"search", "--sync", "--onlyvisible", "--name", "^Orvalo$", "windowfocus", "--sync"});
+    act({"search", "--sync", "--onlyvisible", "--name", "^Orvalo$", "windowactivate", "--sync"});
 }
 
 void ApplicationFixture::key(const std::string& name) {
