@@ -95,7 +95,7 @@ void HelpViewController::navigateWeb() {
     load(makersSite + "/");
 }
 
-void HelpViewController::load(const std::string& address) {
+void HelpViewController::load(const std::string& address) const {
     const auto url = URL::string(address);
     webView_->load(
         URLRequest{unwrapped(url), URLRequestCachePolicy::useProtocolCachePolicy, kPatience});

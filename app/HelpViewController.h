@@ -60,7 +60,7 @@ class HelpViewController : public UIViewController,
   private:
     friend struct HelpViewControllerPeer;  ///< The tests' view of the private parts.
 
-    void load(const std::string& address);
+    void load(const std::string& address) const;
 };
 
 }  // namespace orvalo

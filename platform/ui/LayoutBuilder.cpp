@@ -11,18 +11,18 @@
 
 namespace orvalo {
 
-LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& screen,
+LayoutBuilder::LayoutBuilder(std::string layout, const std::string& screen,
                              const UIClass& ownerClass,
                              const std::shared_ptr<UIViewController>& owner)
-    : layout_(layout), builder_(gtk_builder_new()), owner_(owner) {
+    : layout_(std::move(layout)), builder_(gtk_builder_new()), owner_(owner) {
     const std::unique_ptr<GtkBuilderScope, Release<g_object_unref>> scope(
         newLayoutScope(ownerClass, owner));
     gtk_builder_set_scope(builder_.get(), scope.get());
     build(screen);
 }
 
-LayoutBuilder::LayoutBuilder(const std::string& layout, const std::string& object)
-    : layout_(layout), builder_(gtk_builder_new()) {
+LayoutBuilder::LayoutBuilder(std::string layout, const std::string& object)
+    : layout_(std::move(layout)), builder_(gtk_builder_new()) {
     build(object);
 }
 

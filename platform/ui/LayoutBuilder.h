@@ -17,10 +17,10 @@ class LayoutBuilder {
   public:
     /// A screen: its signals become actions of the owner, which is not kept alive. What the toolkit
     /// cannot make is a fatal error that names the layout.
-    LayoutBuilder(const std::string& layout, const std::string& screen, const UIClass& ownerClass,
+    LayoutBuilder(std::string layout, const std::string& screen, const UIClass& ownerClass,
                   const std::shared_ptr<UIViewController>& owner);
     /// An object without actions.
-    LayoutBuilder(const std::string& layout, const std::string& object);
+    LayoutBuilder(std::string layout, const std::string& object);
 
     static GtkWidget* plainWindow();
 

@@ -34,7 +34,7 @@ struct UIApplicationStart {
     std::shared_ptr<UIWindow> window;
     bool isActive = false;
 
-    UIApplicationDelegate& delegate() const { return *UIApplication::shared()->delegate_; }
+    static UIApplicationDelegate& delegate() { return *UIApplication::shared()->delegate_; }
 
     void makeDelegate() {
         const auto* known = UIClass::named(delegateClassName);

@@ -39,7 +39,7 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
 
 std::shared_ptr<UIStoryboard> UIStoryboard::load(const URL& url) {
     requireMainThread("UIStoryboard.load");
-    const std::shared_ptr<UIStoryboard> storyboard(new UIStoryboard(url.path()));
+    std::shared_ptr<UIStoryboard> storyboard(new UIStoryboard(url.path()));
     UIStoryboardReader(*storyboard).read(url.path(), contentsOf(url));
     storyboard->check();
     for (const auto& problem : storyboard->problems_) {

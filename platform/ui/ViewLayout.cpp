@@ -38,9 +38,9 @@ GQuark ratioKey() {
 }
 
 /// As large as it can be, in the middle of the place that the constraints have given.
-void allocateAspect(GtkWidget* child, GtkWidget* widget, double ratio) {
+void allocateAspect(GtkWidget* child, double ratio) {
     graphene_rect_t given;
-    if (gtk_widget_compute_bounds(child, widget, &given) == FALSE) {
+    if (gtk_widget_compute_bounds(child, gtk_widget_get_parent(child), &given) == FALSE) {
         return;
     }
     const double width = given.size.width;
@@ -68,7 +68,7 @@ void allocateLayout(GtkLayoutManager* manager, GtkWidget* widget, int width, int
             allocateFrame(child, *frame);
         } else if (const auto* ratio =
                        static_cast<const double*>(g_object_get_qdata(object, ratioKey()))) {
-            allocateAspect(child, widget, *ratio);
+            allocateAspect(child, *ratio);
         }
     }
 }
