@@ -29,6 +29,7 @@ class Child {
 
     /// When the child was begun, by monotonicNanoseconds().
     std::int64_t beganAt() const { return beganAt_; }
+    pid_t process() const { return process_; }
 
     /// Reads its output until a line is the given one, and returns when it came by
     /// monotonicNanoseconds(); nothing when it did not come within so many seconds, or at all. For
