@@ -113,8 +113,8 @@ struct UIApplicationStart {
 
 namespace {
 
-/// Has the toolkit draw without OpenGL, unless the user wants otherwise: for windows that mostly
-/// stand still that starts in half the time, and keeps out of the way of effects' interfaces that
+/// Has the toolkit draw without OpenGL, unless the user wants otherwise: windows that mostly
+/// stand still are on screen sooner so, and out of the way of effects' interfaces that
 /// use OpenGL themselves. What other programs would inherit goes with the object.
 class QuickDrawing {
   public:

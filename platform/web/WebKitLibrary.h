@@ -7,7 +7,7 @@
 namespace orvalo {
 
 /// What is used of WebKitGTK, under its own names. It needs 130 libraries more, whose loading takes
-/// a quarter of the application's start, so that it is loaded with the first web view.
+/// 34 ms, so that it is loaded with the first web view.
 class WebKitLibrary {
     LastingLibrary library_{"libwebkitgtk-6.0.so.4"};
 
