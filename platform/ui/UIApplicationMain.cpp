@@ -15,6 +15,7 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/NSError.h"
+#include "platform/ui/QuickDrawing.h"
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIApplicationDelegate.h"
 #include "platform/ui/UIButton.h"
@@ -110,33 +111,6 @@ struct UIApplicationStart {
         }
     }
 };
-
-namespace {
-
-/// Has the toolkit draw without OpenGL, unless the user wants otherwise: windows that mostly
-/// stand still are on screen sooner so, and out of the way of effects' interfaces that
-/// use OpenGL themselves. What other programs would inherit goes with the object.
-class QuickDrawing {
-  public:
-    QuickDrawing() {
-        // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet.
-        g_setenv("GSK_RENDERER", "cairo", FALSE);
-        g_setenv("GDK_DEBUG", "gl-disable", FALSE);
-    }
-    ~QuickDrawing() {
-        if (isOurs_) {
-            g_unsetenv("GDK_DEBUG");
-        }
-        // NOLINTEND(concurrency-mt-unsafe)
-    }
-    QuickDrawing(const QuickDrawing&) = delete;
-    QuickDrawing& operator=(const QuickDrawing&) = delete;
-
-  private:
-    const bool isOurs_ = g_getenv("GDK_DEBUG") == nullptr;
-};
-
-}  // namespace
 
 int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& principalClassName,
                       const std::string& delegateClassName) {
