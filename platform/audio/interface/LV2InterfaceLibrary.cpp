@@ -17,15 +17,18 @@ bool holds(void* library, const std::string& uri) {
     if (entry == nullptr) {
         return false;
     }
-    for (std::uint32_t index = 0;; ++index) {
+    // A library that answers every index would be asked for ever.
+    constexpr std::uint32_t most = 1024;
+    for (std::uint32_t index = 0; index < most; ++index) {
         const auto* descriptor = entry(index);
         if (descriptor == nullptr) {
             return false;
         }
-        if (descriptor->URI == uri) {
+        if (descriptor->URI != nullptr && descriptor->URI == uri) {
             return true;
         }
     }
+    return false;
 }
 
 }  // namespace
