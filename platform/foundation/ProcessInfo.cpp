@@ -1,6 +1,9 @@
 #include "platform/foundation/ProcessInfo.h"
 
 #include <unistd.h>
+#include <uuid/uuid.h>
+
+#include <array>
 
 #include "platform/foundation/ExecutablePath.h"
 
@@ -9,6 +12,17 @@ namespace orvalo {
 const ProcessInfo& ProcessInfo::processInfo() {
     static const ProcessInfo info;
     return info;
+}
+
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): given as the process's own.
+std::string ProcessInfo::globallyUniqueString() const {
+    // The kernel's random numbers, not GLib's: a fork would go on with the same ones of those.
+    // NOLINTNEXTLINE(modernize-avoid-c-arrays): the library's own type.
+    uuid_t identifier;
+    uuid_generate_random(identifier);
+    std::array<char, UUID_STR_LEN> text{};
+    uuid_unparse_upper(identifier, text.data());
+    return text.data();
 }
 
 ProcessInfo::ProcessInfo()

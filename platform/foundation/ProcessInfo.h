@@ -13,6 +13,9 @@ class ProcessInfo {
     /// The executable's file name.
     const std::string& processName() const { return processName_; }
     std::int32_t processIdentifier() const { return processIdentifier_; }
+    /// A text that no other call gives, in this process, a fork of it, or anywhere else: a random
+    /// UUID (RFC 4122, version 4) in capitals.
+    std::string globallyUniqueString() const;
 
   private:
     ProcessInfo();

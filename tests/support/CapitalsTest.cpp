@@ -1,0 +1,59 @@
+#include "support/Capitals.h"
+
+#include <glib.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo {
+namespace {
+
+std::string joined() {
+    std::string result;
+    for (const auto name : capitals) {
+        result.append(name).append("\n");
+    }
+    return result;
+}
+
+TEST(Capitals, AreAHundredAndNinetySeven) {
+    EXPECT_EQ(capitals.size(), 197U);
+    EXPECT_EQ(capitals.front(), "Kabul");
+    EXPECT_EQ(capitals.back(), "Harare");
+}
+
+TEST(Capitals, AreTheseLetterByLetter) {
+    // Of the list of names, each followed by a line feed, in UTF-8.
+    const auto text = joined();
+    const GText sum(g_compute_checksum_for_string(G_CHECKSUM_SHA256, text.data(),
+                                                  static_cast<gssize>(text.size())));
+    EXPECT_STREQ(sum.get(), "8e47bd3f5523845f1824ea7e8d16d34a6ee60374a27a5c9b044cd82035761175");
+}
+
+TEST(Capitals, StandInTheOrderOfTheCountries) {
+    EXPECT_EQ(capitals[44], "Copenagen");
+    EXPECT_EQ(capitals[29], "Yaoundé");
+    EXPECT_EQ(capitals[80], "Jerusalem");
+    EXPECT_EQ(capitals[184], "Kiev");
+    EXPECT_EQ(capitals[187], "Washington D.C.");
+}
+
+TEST(Capitals, AreSpeltAsTheyStand) {
+    for (const auto* name :
+         {"Copenagen", "Kiev", "Washington D.C.", "Sri Jayawardenapura Kotte", "East Jerusalem",
+          "Yaoundé", "San José", "Reykjavík", "Malé", "Asunción", "São Tomé", "Lomé", "St. John's",
+          "N'Djamena", "Sana'a", "Port-au-Prince"}) {
+        EXPECT_EQ(std::ranges::count(capitals, name), 1) << name;
+    }
+}
+
+TEST(Capitals, NoneStandsTwice) {
+    EXPECT_EQ(std::set(capitals.begin(), capitals.end()).size(), capitals.size());
+}
+
+}  // namespace
+}  // namespace orvalo
