@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+
 namespace orvalo {
 
 /// A place in points, from a top-left origin; y grows downwards.
@@ -23,6 +25,12 @@ struct CGRect {
 
     CGRect() = default;
     CGRect(double x, double y, double width, double height) : origin{x, y}, size{width, height} {}
+
+    // Of the same rectangle in standard form, whose extents are not negative.
+    double minX() const { return size.width < 0 ? origin.x + size.width : origin.x; }
+    double minY() const { return size.height < 0 ? origin.y + size.height : origin.y; }
+    double width() const { return std::abs(size.width); }
+    double height() const { return std::abs(size.height); }
 
     friend bool operator==(const CGRect&, const CGRect&) = default;
 };
