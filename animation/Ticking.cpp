@@ -1,0 +1,19 @@
+#include "animation/Ticking.h"
+
+#include <utility>
+
+namespace orvalo {
+
+std::shared_ptr<Timer> startTicking(float interval, std::function<void()> tick) {
+    return Timer::scheduledTimer(static_cast<double>(interval),
+                                 [tick = std::move(tick)](const auto& /*timer*/) { tick(); });
+}
+
+void stopTicking(std::shared_ptr<Timer>& timer) {
+    // Cleared first: the variable may go with what the timer keeps alive.
+    if (const auto stopped = std::exchange(timer, nullptr)) {
+        stopped->invalidate();
+    }
+}
+
+}  // namespace orvalo
