@@ -1,0 +1,167 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// What the host and the process of an effect say to each other beside the audio. A record's
+/// fields() names its fields once, for writing and for reading.
+///
+/// Requests carry a number of the host's choice; the service answers each with one Done of that
+/// number, in the order of the requests, but a Ping, which it answers as soon as its main loop
+/// turns.
+
+#define ORVALO_BRIDGE_FIELDS(...)         \
+    template <typename Archive>           \
+    void fields(Archive& archive) {       \
+        archive(__VA_ARGS__);             \
+    }                                     \
+    template <typename Archive>           \
+    void fields(Archive& archive) const { \
+        archive(__VA_ARGS__);             \
+    }
+
+namespace orvalo::bridge {
+
+/// A control input's value.
+struct ControlValue {
+    std::uint32_t port = 0;
+    float value = 0.0F;
+    ORVALO_BRIDGE_FIELDS(port, value)
+};
+
+/// The first request; the descriptor of the shared memory comes with it.
+struct Instantiate {
+    std::uint32_t number = 0;
+    std::string uri;
+    std::vector<std::string> bundles;  ///< Paths of the bundles that speak of the plug-in.
+    std::string stateFolder;           ///< Where the plug-in may keep files.
+    std::string contextName;
+    double sampleRate = 0.0;             ///< Hz; 0 for not yet known.
+    std::string state;                   ///< As State gave it; "" for the plug-in's own default.
+    std::vector<ControlValue> controls;  ///< Set after the state.
+    std::uint32_t inputChannelCount = 0;
+    std::uint32_t outputChannelCount = 0;
+    std::uint32_t portCount = 0;
+    ORVALO_BRIDGE_FIELDS(number, uri, bundles, stateFolder, contextName, sampleRate, state,
+                         controls, inputChannelCount, outputChannelCount, portCount)
+};
+
+/// AUAudioUnit::allocateRenderResources(). No quantum is under way.
+struct Prepare {
+    std::uint32_t number = 0;
+    double sampleRate = 0.0;
+    ORVALO_BRIDGE_FIELDS(number, sampleRate)
+};
+
+struct SetContextName {
+    std::uint32_t number = 0;
+    std::string name;
+    ORVALO_BRIDGE_FIELDS(number, name)
+};
+
+/// Loads the preset of that URI.
+struct LoadPreset {
+    std::uint32_t number = 0;
+    std::string uri;
+    ORVALO_BRIDGE_FIELDS(number, uri)
+};
+
+struct Ping {
+    std::uint32_t number = 0;
+    ORVALO_BRIDGE_FIELDS(number)
+};
+
+/// Makes the interface inside the host's window, hidden. Answered by InterfaceOpened and Done, or
+/// by Done with the reason why not.
+struct OpenInterface {
+    std::uint32_t number = 0;
+    std::string display;
+    std::uint64_t window = 0;
+    double scaleFactor = 1.0;
+    ORVALO_BRIDGE_FIELDS(number, display, window, scaleFactor)
+};
+
+/// The interface's window has another extent, in pixels.
+struct ResizeInterface {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    ORVALO_BRIDGE_FIELDS(width, height)
+};
+
+struct ShowInterface {
+    bool isVisible = false;
+    ORVALO_BRIDGE_FIELDS(isVisible)
+};
+
+/// Answered by Done once it is gone, so that its window may go.
+struct CloseInterface {
+    std::uint32_t number = 0;
+    ORVALO_BRIDGE_FIELDS(number)
+};
+
+using HostMessage = std::variant<Instantiate, Prepare, SetContextName, LoadPreset, Ping,
+                                 OpenInterface, ResizeInterface, ShowInterface, CloseInterface>;
+
+/// The answer to a request.
+struct Done {
+    std::uint32_t number = 0;
+    std::string error;  ///< What went wrong, for people; "" for nothing.
+    ORVALO_BRIDGE_FIELDS(number, error)
+};
+
+/// The plug-in's state, whenever it is another than was said last.
+struct State {
+    std::string text;
+    ORVALO_BRIDGE_FIELDS(text)
+};
+
+struct InterfaceOpened {
+    std::uint64_t window = 0;  ///< That the interface says it has; 0 when it says nothing.
+    ORVALO_BRIDGE_FIELDS(window)
+};
+
+/// The interface asks for an extent, in pixels.
+struct InterfaceWants {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    ORVALO_BRIDGE_FIELDS(width, height)
+};
+
+/// The interface has closed itself, or could not be made anew; the reason is a clause.
+struct InterfaceClosed {
+    std::string reason;
+    ORVALO_BRIDGE_FIELDS(reason)
+};
+
+using ServiceMessage = std::variant<Done, State, InterfaceOpened, InterfaceWants, InterfaceClosed>;
+
+/// A message as it travels, its head in front.
+std::vector<std::byte> encode(const HostMessage& message);
+std::vector<std::byte> encode(const ServiceMessage& message);
+
+/// In front of each message.
+struct Head {
+    std::uint32_t version = 0;
+    std::uint32_t type = 0;    ///< The position among the sender's messages.
+    std::uint32_t length = 0;  ///< Of what follows, in bytes.
+
+    /// Whether the version is this build's and the length is allowed.
+    bool isSound() const;
+};
+
+/// The longest that a message may be behind its head: a state with samples in it.
+constexpr std::uint32_t kLongestMessage = 64U << 20U;
+
+/// A message of that type; absent when the bytes are not exactly one.
+std::optional<HostMessage> decodeHostMessage(std::uint32_t type, std::span<const std::byte> bytes);
+std::optional<ServiceMessage> decodeServiceMessage(std::uint32_t type,
+                                                   std::span<const std::byte> bytes);
+
+}  // namespace orvalo::bridge
+
+#undef ORVALO_BRIDGE_FIELDS

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+
+namespace orvalo {
+
+/// A MIDI message that an effect sent during a quantum.
+struct SharedEvent {
+    std::uint32_t frame = 0;  ///< From the quantum's first.
+    std::uint8_t cable = 0;
+    std::span<const std::byte> bytes;
+};
+
+/// Writes a quantum's events into shared memory, one behind the other: frame, cable, length, bytes.
+/// Render thread of the service.
+class SharedEventWriter {
+  public:
+    explicit SharedEventWriter(std::span<std::byte> area) : area_(area) {}
+
+    /// False, and nothing is written, when there is no room for all of it.
+    bool write(const SharedEvent& event) noexcept {
+        const auto length = static_cast<std::uint32_t>(event.bytes.size());
+        if (event.bytes.size() > area_.size() ||
+            area_.size() - used_ < kHeaderSize + event.bytes.size()) {
+            return false;
+        }
+        put(&event.frame, sizeof(event.frame));
+        put(&event.cable, sizeof(event.cable));
+        put(&length, sizeof(length));
+        put(event.bytes.data(), event.bytes.size());
+        return true;
+    }
+
+    /// Bytes written so far.
+    std::uint32_t used() const noexcept { return static_cast<std::uint32_t>(used_); }
+
+    static constexpr std::size_t kHeaderSize =
+        sizeof(std::uint32_t) + sizeof(std::uint8_t) + sizeof(std::uint32_t);
+
+  private:
+    void put(const void* data, std::size_t size) noexcept {
+        if (size > 0) {
+            std::memcpy(area_.data() + used_, data, size);
+            used_ += size;
+        }
+    }
+
+    std::span<std::byte> area_;
+    std::size_t used_ = 0;
+};
+
+/// Reads events that another process wrote, and which it can still change: every field is copied
+/// out before it is looked at. Reading ends at the first event that breaks a rule: one that does
+/// not lie wholly in the used part of the area, is empty, is outside the quantum, or comes before
+/// its predecessor. Render thread of the host.
+class SharedEventReader {
+  public:
+    /// copy: where each message's bytes are put, at least as large as the area, so that who gets
+    /// them reads what was checked; the three bytes behind a message's last one are 0 at least as
+    /// far as copy reaches.
+    SharedEventReader(std::span<const std::byte> area, std::uint32_t used, std::uint32_t frameCount,
+                      std::span<std::byte> copy) noexcept
+        : area_(area.first(used <= area.size() ? used : 0)), frameCount_(frameCount), copy_(copy) {}
+
+    /// The next event, which lives until the next call; false behind the last one.
+    bool read(SharedEvent& event) noexcept {
+        std::uint32_t length = 0;
+        if (area_.size() < SharedEventWriter::kHeaderSize) {
+            return false;
+        }
+        const auto* from = area_.data();
+        std::memcpy(&event.frame, from, sizeof(event.frame));
+        std::memcpy(&event.cable, from + sizeof(event.frame), sizeof(event.cable));
+        std::memcpy(&length, from + sizeof(event.frame) + sizeof(event.cable), sizeof(length));
+        area_ = area_.subspan(SharedEventWriter::kHeaderSize);
+        if (length == 0 || length > area_.size() || length > copy_.size() ||
+            event.frame >= frameCount_ || event.frame < earliest_) {
+            area_ = {};
+            return false;
+        }
+        earliest_ = event.frame;
+        std::memcpy(copy_.data(), area_.data(), length);
+        const auto behind = copy_.subspan(length);
+        std::memset(behind.data(), 0,
+                    behind.size() < kReadableBehind ? behind.size() : kReadableBehind);
+        event.bytes = copy_.first(length);
+        area_ = area_.subspan(length);
+        return true;
+    }
+
+  private:
+    static constexpr std::size_t kReadableBehind = 3;
+
+    std::span<const std::byte> area_;
+    const std::uint32_t frameCount_;
+    std::uint32_t earliest_ = 0;
+    std::span<std::byte> copy_;
+};
+
+}  // namespace orvalo
