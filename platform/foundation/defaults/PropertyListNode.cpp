@@ -1,0 +1,211 @@
+#include "platform/foundation/defaults/PropertyListNode.h"
+
+#include <glib.h>
+
+#include <cstdlib>
+#include <limits>
+#include <optional>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/PropertyListError.h"
+
+namespace orvalo {
+
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::seconds;
+
+// 2001-01-01 00:00:00 UTC, from which property lists count.
+constexpr auto kReferenceDate = std::chrono::sys_seconds(seconds(978'307'200));
+
+using Text = std::unique_ptr<char, Release<std::free>>;
+
+void checkDepth(int depth) {
+    if (depth > kMostPropertyListDepth) {
+        throw propertyListError("it is nested too deeply");
+    }
+}
+
+/// For libplist, a text ends at its first NUL.
+const std::string& checkedText(const std::string& text) {
+    if (g_utf8_validate_len(text.data(), text.size(), nullptr) == FALSE) {
+        throw propertyListError("a text in it is not UTF-8 or holds a NUL");
+    }
+    return text;
+}
+
+PropertyListNode dateNode(PropertyList::Date date) {
+    const auto since = date - kReferenceDate;
+    const auto whole = std::chrono::duration_cast<seconds>(since);
+    if (!std::in_range<std::int32_t>(whole.count())) {
+        throw propertyListError("a date in it is not between 1932 and 2069");
+    }
+    const microseconds rest = since - whole;
+    return PropertyListNode(plist_new_date(static_cast<std::int32_t>(whole.count()),
+                                           static_cast<std::int32_t>(rest.count())));
+}
+
+class NodeMaker {
+  public:
+    explicit NodeMaker(int depth) : depth_(depth) {}
+
+    PropertyListNode operator()(bool value) const {
+        return PropertyListNode(plist_new_bool(value ? 1 : 0));
+    }
+    PropertyListNode operator()(std::int64_t value) const {
+        // Written and read as signed, whatever libplist calls it.
+        return PropertyListNode(plist_new_uint(static_cast<std::uint64_t>(value)));
+    }
+    PropertyListNode operator()(double value) const {
+        return PropertyListNode(plist_new_real(value));
+    }
+    PropertyListNode operator()(const std::string& value) const {
+        return PropertyListNode(plist_new_string(checkedText(value).c_str()));
+    }
+    PropertyListNode operator()(const Data& value) const {
+        return PropertyListNode(
+            plist_new_data(reinterpret_cast<const char*>(value.data()), value.size()));
+    }
+    PropertyListNode operator()(PropertyList::Date value) const { return dateNode(value); }
+    PropertyListNode operator()(const PropertyList::List& list) const {
+        checkDepth(depth_ + 1);
+        PropertyListNode node(plist_new_array());
+        for (const auto& element : list) {
+            plist_array_append_item(node.get(), inner(element).release());
+        }
+        return node;
+    }
+    PropertyListNode operator()(const PropertyList::Dictionary& dictionary) const {
+        checkDepth(depth_ + 1);
+        PropertyListNode node(plist_new_dict());
+        for (const auto& [key, element] : dictionary) {
+            plist_dict_set_item(node.get(), checkedText(key).c_str(), inner(element).release());
+        }
+        return node;
+    }
+
+  private:
+    PropertyListNode inner(const PropertyList& element) const {
+        return std::visit(NodeMaker(depth_ + 1), element.value());
+    }
+
+    int depth_;
+};
+
+PropertyList integerOf(plist_t node) {
+    std::uint64_t value = 0;
+    plist_get_uint_val(node, &value);
+    // libplist gives a number above 64 signed bits the same bits as a negative one; they differ
+    // when compared.
+    const PropertyListNode same(plist_new_uint(value));
+    if (plist_compare_node_value(node, same.get()) == 0) {
+        throw propertyListError("an integer in it has more than 64 bits");
+    }
+    return static_cast<std::int64_t>(value);
+}
+
+PropertyList dateOf(plist_t node) {
+    std::int32_t whole = 0;
+    std::int32_t rest = 0;
+    plist_get_date_val(node, &whole, &rest);
+    // libplist tells the fraction without its sign, and makes something up when out of range.
+    if (rest < 0 || rest >= microseconds(seconds(1)).count() ||
+        whole == std::numeric_limits<std::int32_t>::min()) {
+        throw propertyListError("a date in it is not between 1932 and 2069");
+    }
+    auto isNegative = whole < 0;
+    if (whole == 0 && rest != 0) {
+        const PropertyListNode positive(plist_new_date(0, rest));
+        isNegative = plist_compare_node_value(node, positive.get()) == 0;
+    }
+    return kReferenceDate + seconds(whole) + microseconds(isNegative ? -rest : rest);
+}
+
+std::string textOf(const Text& text) {
+    return checkedText(text ? text.get() : std::string());
+}
+
+PropertyList value(plist_t node, int depth);
+
+PropertyList listOf(plist_t node, int depth) {
+    checkDepth(depth);
+    PropertyList::List list;
+    plist_array_iter iterator = nullptr;
+    plist_array_new_iter(node, &iterator);
+    const Text owner(static_cast<char*>(iterator));
+    for (;;) {
+        plist_t element = nullptr;
+        plist_array_next_item(node, iterator, &element);
+        if (element == nullptr) {
+            return list;
+        }
+        list.push_back(value(element, depth));
+    }
+}
+
+PropertyList dictionaryOf(plist_t node, int depth) {
+    checkDepth(depth);
+    PropertyList::Dictionary dictionary;
+    plist_dict_iter iterator = nullptr;
+    plist_dict_new_iter(node, &iterator);
+    const Text owner(static_cast<char*>(iterator));
+    for (;;) {
+        char* name = nullptr;
+        plist_t element = nullptr;
+        plist_dict_next_item(node, iterator, &name, &element);
+        const Text key(name);
+        if (element == nullptr) {
+            return dictionary;
+        }
+        dictionary.insert_or_assign(textOf(key), value(element, depth));
+    }
+}
+
+PropertyList value(plist_t node, int depth) {
+    switch (plist_get_node_type(node)) {
+        case PLIST_BOOLEAN: {
+            std::uint8_t truth = 0;
+            plist_get_bool_val(node, &truth);
+            return truth != 0;
+        }
+        case PLIST_UINT:
+            return integerOf(node);
+        case PLIST_REAL: {
+            double number = 0;
+            plist_get_real_val(node, &number);
+            return number;
+        }
+        case PLIST_STRING: {
+            char* text = nullptr;
+            plist_get_string_val(node, &text);
+            return textOf(Text(text));
+        }
+        case PLIST_DATA: {
+            std::uint64_t size = 0;
+            const auto* bytes =
+                reinterpret_cast<const std::uint8_t*>(plist_get_data_ptr(node, &size));
+            return bytes == nullptr ? Data() : Data(bytes, bytes + size);
+        }
+        case PLIST_DATE:
+            return dateOf(node);
+        case PLIST_ARRAY:
+            return listOf(node, depth + 1);
+        case PLIST_DICT:
+            return dictionaryOf(node, depth + 1);
+        default:
+            throw propertyListError("it is none of a property list's kinds");
+    }
+}
+
+}  // namespace
+
+PropertyListNode nodeOf(const PropertyList& value) {
+    return std::visit(NodeMaker(0), value.value());
+}
+
+PropertyList valueOf(plist_t node) {
+    return value(node, 0);
+}
+
+}  // namespace orvalo
