@@ -1,0 +1,368 @@
+#include "animation/AnimatorChain.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/animation/Counting.h"
+#include "tests/foundation/Wait.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo {
+
+struct AnimatorChainPeer {
+    static std::int64_t& currentIndex(AnimatorChain& chain) { return chain._currentIndex; }
+    static std::int64_t& direction(AnimatorChain& chain) { return chain._direction; }
+};
+
+namespace {
+
+using testing::CapturedOutput;
+using testing::counting;
+using testing::Lines;
+using testing::nameOf;
+using testing::record;
+using testing::tick;
+using Members = std::vector<std::shared_ptr<Animator>>;
+using Peer = AnimatorChainPeer;
+
+const std::string kWarning = "WARNUNG: Es sind keine Animator Objekte definiert.";
+
+std::shared_ptr<AnimatorChain> chainOf(const Members& members) {
+    auto chain = std::make_shared<AnimatorChain>();
+    for (const auto& member : members) {
+        chain->add(member);
+    }
+    return chain;
+}
+
+/// A chain of the members, which writes down every callback of its own.
+std::shared_ptr<AnimatorChain> recorded(const Members& members, Lines& lines) {
+    auto chain = chainOf(members);
+    chain->onAnimation = [&lines, members](const auto&, const auto& item) {
+        lines.push_back("before " + nameOf(item, members));
+    };
+    chain->onFinished = [&lines](const auto& self) {
+        lines.push_back("finished at " + std::to_string(self->getCurrentIndex()));
+    };
+    return chain;
+}
+
+TEST(AnimatorChain, BeginsEmptyAtTheFirstPositionForwards) {
+    const auto chain = std::make_shared<AnimatorChain>();
+    EXPECT_EQ(chain->getCount(), 0);
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+    EXPECT_EQ(chain->getCurrentItem(), nullptr);
+    EXPECT_EQ(Peer::direction(*chain), 1);
+    EXPECT_EQ(chain->interval, 0.005F);
+    EXPECT_FALSE(chain->async);
+    EXPECT_FALSE(chain->onAnimation || chain->onFinished);
+}
+
+TEST(AnimatorChain, RunsItsMembersOneAfterTheOther) {
+    Lines lines;
+    const Members members{counting(1), counting(1)};
+    const auto chain = recorded(members, lines);
+    record(members[0], "A", lines);
+    record(members[1], "B", lines);
+    tick(*chain);
+    EXPECT_EQ(lines, (Lines{"before A", "A leaves 0"}));
+    EXPECT_EQ(chain->getCurrentItem(), members[0]);
+    tick(*chain);
+    EXPECT_EQ(lines.back(), "A ends at 1");
+    EXPECT_EQ(chain->getCurrentIndex(), 1);
+    EXPECT_EQ(chain->getCurrentItem(), members[1]);
+    EXPECT_EQ(members[1]->getValue(), 0);
+    lines.clear();
+    tick(*chain, 2);
+    EXPECT_EQ(lines, (Lines{"before B", "B leaves 0", "before B", "B ends at 1", "finished at 2"}));
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+    EXPECT_EQ(chain->getCount(), 2);
+}
+
+TEST(AnimatorChain, MovesPastAMemberThatWasNeverSetUpAfterOneTick) {
+    Lines lines;
+    const Members members{std::make_shared<Animator>(), counting(1)};
+    const auto chain = recorded(members, lines);
+    tick(*chain, 2);
+    EXPECT_EQ(lines, (Lines{"before A", "before B"}));
+}
+
+TEST(AnimatorChain, BackwardsEndsWithoutRunningTheFirstMember) {
+    Lines lines;
+    const Members members{counting(1), counting(1), counting(1)};
+    const auto chain = recorded(members, lines);
+    Peer::currentIndex(*chain) = 2;
+    chain->setBackwards(true);
+    EXPECT_EQ(chain->getCurrentIndex(), 2);
+    tick(*chain, 4);
+    EXPECT_EQ(lines, (Lines{"before C", "before C", "before B", "before B", "finished at 0"}));
+    EXPECT_FALSE(members[0]->isFinished());
+    EXPECT_TRUE(members[1]->isFinished());
+}
+
+TEST(AnimatorChain, SwitchedBackwardsWhileRunningGoesBackTheWayItCame) {
+    Lines lines;
+    const Members members{counting(1), counting(1), counting(1)};
+    const auto chain = recorded(members, lines);
+    tick(*chain, 4);
+    chain->setBackwards(true);
+    lines.clear();
+    tick(*chain, 3);
+    EXPECT_EQ(lines, (Lines{"before C", "before C", "before B", "finished at 0"}));
+}
+
+TEST(AnimatorChain, BackwardsAtTheFirstPositionStepsThatMemberOnceAndEnds) {
+    Lines lines;
+    const Members members{counting(9), counting(9)};
+    const auto chain = recorded(members, lines);
+    chain->setBackwards(true);
+    tick(*chain);
+    EXPECT_EQ(lines, (Lines{"before A", "finished at 0"}));
+    EXPECT_EQ(members[0]->getValue(), 1);
+}
+
+TEST(AnimatorChain, BackwardsWithAFinishedFirstMemberEndsBelowTheListAndStandsAtItsBegin) {
+    Lines lines;
+    const auto chain = recorded({std::make_shared<Animator>(), counting(1)}, lines);
+    chain->setBackwards(true);
+    tick(*chain);
+    EXPECT_EQ(lines, (Lines{"before A", "finished at -1"}));
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+}
+
+TEST(AnimatorChain, TurnsForwardsAgainWithoutTouchingTheIndex) {
+    const auto chain = chainOf({counting(1), counting(1)});
+    Peer::currentIndex(*chain) = 1;
+    chain->setBackwards(true);
+    EXPECT_EQ(Peer::direction(*chain), -1);
+    chain->setBackwards(false);
+    EXPECT_EQ(Peer::direction(*chain), 1);
+    EXPECT_EQ(chain->getCurrentIndex(), 1);
+}
+
+TEST(AnimatorChain, BringsAnIndexOutsideTheListToItsLastMember) {
+    for (const std::int64_t index : {-7, -1, 3, 99}) {
+        Lines lines;
+        const auto chain = recorded({counting(2), counting(2), counting(2)}, lines);
+        Peer::currentIndex(*chain) = index;
+        EXPECT_EQ(chain->getCurrentItem(), nullptr);
+        tick(*chain);
+        EXPECT_EQ(lines, Lines{"before C"}) << index;
+        EXPECT_EQ(chain->getCurrentIndex(), 2);
+    }
+}
+
+TEST(AnimatorChain, WithoutADirectionNeverEnds) {
+    Lines lines;
+    const auto chain = recorded({counting(1)}, lines);
+    Peer::direction(*chain) = 0;
+    tick(*chain, 5);
+    EXPECT_EQ(lines, Lines(5, "before A"));
+}
+
+TEST(AnimatorChain, AddsWhatIsThereAndRemovesItsFirstEntry) {
+    const Members members{counting(1), counting(2)};
+    const auto chain = chainOf({members[0], nullptr, members[1], members[0]});
+    EXPECT_EQ(chain->getCount(), 3);
+    Peer::currentIndex(*chain) = 1;
+    chain->remove(members[0]);
+    EXPECT_EQ(chain->getCount(), 2);
+    EXPECT_EQ(chain->getCurrentIndex(), 1);
+    EXPECT_EQ(chain->getCurrentItem(), members[0]);
+    chain->remove(nullptr);
+    EXPECT_EQ(chain->getCount(), 2);
+}
+
+TEST(AnimatorChain, RemovingWhatIsNoMemberEndsTheProgram) {
+    const auto chain = chainOf({counting(1)});
+    EXPECT_DEATH(chain->remove(counting(1)),
+                 "Fatal error: Unexpectedly found nil while unwrapping an Optional value");
+}
+
+TEST(AnimatorChain, RemoveAllStopsAndEmptiesIt) {
+    std::weak_ptr<Animator> member;
+    const auto chain = std::make_shared<AnimatorChain>();
+    {
+        const auto made = counting(1);
+        chain->add(made);
+        chain->add(made);
+        member = made;
+    }
+    Peer::currentIndex(*chain) = 1;
+    chain->setBackwards(true);
+    chain->async = true;
+    chain->removeAll();
+    EXPECT_EQ(chain->getCount(), 0);
+    EXPECT_TRUE(member.expired());
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+    EXPECT_EQ(Peer::direction(*chain), -1);
+    EXPECT_TRUE(chain->async);
+}
+
+TEST(AnimatorChain, StopKeepsMembersModeAndDirection) {
+    const auto chain = chainOf({counting(1), counting(1)});
+    chain->async = true;
+    chain->setBackwards(true);
+    Peer::currentIndex(*chain) = 1;
+    chain->stop();
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+    EXPECT_EQ(chain->getCount(), 2);
+    EXPECT_EQ(Peer::direction(*chain), -1);
+    EXPECT_TRUE(chain->async);
+}
+
+TEST(AnimatorChain, EmptyWarnsOnEveryTickAndNeverFinishes) {
+    Lines lines;
+    const auto chain = recorded({}, lines);
+    const CapturedOutput output;
+    tick(*chain, 3);
+    EXPECT_EQ(output.lines(), Lines(3, kWarning));
+    EXPECT_EQ(lines, Lines{});
+}
+
+TEST(AnimatorChain, EmptyKeepsItsTimer) {
+    const auto chain = std::make_shared<AnimatorChain>();
+    chain->interval = 0.001F;
+    Lines written;
+    {
+        const CapturedOutput output;
+        chain->start();
+        EXPECT_TRUE(testing::serveUntil([&output] { return output.lines().size() >= 3; }));
+        chain->stop();
+        written = output.lines();
+    }
+    EXPECT_EQ(written, Lines(written.size(), kWarning));
+}
+
+TEST(AnimatorChain, AsynchronousStartsOneMemberATickAndLeavesThemRunning) {
+    Lines lines;
+    const Members members{counting(3), counting(3), counting(3)};
+    for (const auto& member : members) {
+        member->setInterval(0.001F);
+    }
+    const auto chain = recorded(members, lines);
+    chain->async = true;
+    tick(*chain, 2);
+    EXPECT_EQ(lines, (Lines{"before A", "before B"}));
+    EXPECT_EQ(members[0]->getValue(), 0);
+    tick(*chain);
+    EXPECT_EQ(lines, (Lines{"before A", "before B", "before C", "finished at 3"}));
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+    EXPECT_TRUE(testing::serveUntil([&members] { return members[2]->isFinished(); }));
+    EXPECT_TRUE(testing::serveUntil(
+        [&members] { return members[0]->isFinished() && members[1]->isFinished(); }));
+    EXPECT_EQ(members[0]->getValue(), 3);
+}
+
+TEST(AnimatorChain, AsynchronousBackwardsEndsAtTheFirstPosition) {
+    Lines lines;
+    const auto chain = recorded(
+        {std::make_shared<Animator>(), std::make_shared<Animator>(), std::make_shared<Animator>()},
+        lines);
+    chain->async = true;
+    chain->setBackwards(true);
+    Peer::currentIndex(*chain) = 2;
+    std::vector<std::shared_ptr<Animator>> started;
+    chain->onAnimation = [&started](const auto&, const auto& item) { started.push_back(item); };
+    tick(*chain, 2);
+    EXPECT_EQ(lines, Lines{"finished at 0"});
+    for (const auto& animator : started) {
+        animator->stop();
+    }
+    EXPECT_EQ(started.size(), 2U);
+}
+
+TEST(AnimatorChain, WorksOnWhicheverMemberStandsThereAfterARemoval) {
+    Lines lines;
+    const Members members{counting(5), counting(5), counting(5)};
+    const auto chain = recorded(members, lines);
+    Peer::currentIndex(*chain) = 1;
+    chain->remove(members[1]);
+    tick(*chain);
+    EXPECT_EQ(lines, Lines{"before C"});
+}
+
+TEST(AnimatorChain, RemovalInsideATickCountsForItsEnd) {
+    Lines lines;
+    const Members members{counting(5), counting(5), counting(5)};
+    const auto chain = recorded(members, lines);
+    Peer::currentIndex(*chain) = 2;
+    chain->onAnimation = [](const auto& self, const auto& item) { self->remove(item); };
+    tick(*chain);
+    EXPECT_EQ(members[2]->getValue(), 1);
+    EXPECT_EQ(lines, Lines{"finished at 2"});
+}
+
+TEST(AnimatorChain, EmptiedByItsCallbackGoesOnWithTheTick) {
+    Lines lines;
+    const Members members{counting(5)};
+    const auto chain = recorded(members, lines);
+    chain->onAnimation = [](const auto& self, const auto&) { self->removeAll(); };
+    tick(*chain);
+    EXPECT_EQ(members[0]->getValue(), 1);
+    EXPECT_EQ(lines, Lines{"finished at 0"});
+}
+
+TEST(AnimatorChain, AnIndexBeyondSixtyFourBitsEndsTheProgram) {
+    const auto chain = chainOf({std::make_shared<Animator>()});
+    chain->onAnimation = [](const auto& self, const auto&) {
+        Peer::currentIndex(*self) = std::numeric_limits<std::int64_t>::max();
+    };
+    EXPECT_DEATH(tick(*chain), "Fatal error: Integer overflow in an addition");
+}
+
+class CountedChain : public AnimatorChain {
+  public:
+    int stops = 0;
+    int resets = 0;
+
+    void stop() override {
+        ++stops;
+        AnimatorChain::stop();
+    }
+
+  private:
+    void reset() override { ++resets; }
+};
+
+TEST(AnimatorChain, CallsItsOwnOperationsThroughTheOverridableOnes) {
+    const auto chain = std::make_shared<CountedChain>();
+    chain->removeAll();
+    EXPECT_EQ(chain->stops, 1);
+    chain->add(std::make_shared<Animator>());
+    tick(*chain);
+    EXPECT_EQ(chain->stops, 2);
+    EXPECT_EQ(chain->resets, 2);
+}
+
+class OddAnimator : public Animator {
+  public:
+    int steps = 0;
+    int starts = 0;
+
+    void animate() override { ++steps; }
+    bool isFinished() const override { return steps == 2; }
+    void start() override { ++starts; }
+};
+
+TEST(AnimatorChain, HonoursWhatItsMembersOverride) {
+    const auto member = std::make_shared<OddAnimator>();
+    const auto chain = chainOf({member, counting(1)});
+    tick(*chain);
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+    tick(*chain);
+    EXPECT_EQ(member->steps, 2);
+    EXPECT_EQ(chain->getCurrentIndex(), 1);
+    chain->stop();
+    chain->async = true;
+    tick(*chain);
+    EXPECT_EQ(member->starts, 1);
+}
+
+}  // namespace
+}  // namespace orvalo

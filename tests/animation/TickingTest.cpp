@@ -1,0 +1,343 @@
+// What everything that ticks has in common: its timer, and its life while callbacks do as they
+// like.
+#include "animation/Ticking.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "animation/AnimationSequencer.h"
+#include "animation/AnimatorChain.h"
+#include "animation/AnimatorStack.h"
+#include "animation/Impulse.h"
+#include "tests/animation/Counting.h"
+#include "tests/foundation/Wait.h"
+
+namespace orvalo {
+namespace {
+
+using testing::endless;
+using testing::Lines;
+using testing::serveUntil;
+
+constexpr float kShort = 0.002F;
+
+/// How each of them is made to tick for ever.
+template <typename Kind>
+struct Kit;
+
+template <>
+struct Kit<AnimatorStack> {
+    static void setInterval(AnimatorStack& stack, float interval) { stack.interval = interval; }
+    static void fill(AnimatorStack& stack) { stack.add(endless()); }
+};
+
+template <>
+struct Kit<AnimatorChain> {
+    static void setInterval(AnimatorChain& chain, float interval) { chain.interval = interval; }
+    static void fill(AnimatorChain& chain) {
+        chain.add(endless());
+        chain.add(endless());
+    }
+};
+
+template <>
+struct Kit<AnimationSequencer> {
+    static void setInterval(AnimationSequencer& sequencer, float interval) {
+        sequencer.interval = interval;
+    }
+    static void fill(AnimationSequencer& sequencer) {
+        constexpr std::int64_t many = 1'000'000'000;
+        sequencer.add(std::make_shared<Animator>(0.0F, 1.0F, many), 0);
+    }
+};
+
+template <>
+struct Kit<Impulse> {
+    static void setInterval(Impulse& impulse, float interval) {
+        impulse.setup(1, 1.0F, interval, 1.0F);
+    }
+    static void fill(Impulse& /*impulse*/) {}
+};
+
+/// One that ticks for ever every two milliseconds once it is started.
+template <typename Kind>
+std::shared_ptr<Kind> makeEndless(float interval = kShort) {
+    auto result = std::make_shared<Kind>();
+    Kit<Kind>::setInterval(*result, interval);
+    Kit<Kind>::fill(*result);
+    return result;
+}
+
+/// Has the block run on every tick that is not the last.
+template <typename Kind>
+void onTick(Kind& ticking, std::function<void()> block) {
+    ticking.onAnimation = [block = std::move(block)](const auto&...) { block(); };
+}
+
+/// A timer beside it, as a clock.
+class Clock {
+  public:
+    explicit Clock(float interval) : timer_(startTicking(interval, [this] { ++firings_; })) {}
+    ~Clock() { timer_->invalidate(); }
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
+
+    /// Serves the run loop for so many firings.
+    void wait(int firings) {
+        const int end = firings_ + firings;
+        EXPECT_TRUE(serveUntil([&] { return firings_ >= end; }));
+    }
+
+  private:
+    int firings_ = 0;
+    std::shared_ptr<Timer> timer_;
+};
+
+template <typename Kind>
+class Ticking : public ::testing::Test {};
+
+using Kinds = ::testing::Types<AnimatorStack, AnimatorChain, AnimationSequencer, Impulse>;
+TYPED_TEST_SUITE(Ticking, Kinds);
+
+TYPED_TEST(Ticking, GoesOnUntilItIsStopped) {
+    const auto ticking = makeEndless<TypeParam>();
+    int ticks = 0;
+    onTick(*ticking, [&ticks] { ++ticks; });
+    ticking->start();
+    EXPECT_EQ(ticks, 0);
+    EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+    ticking->stop();
+    const int atStop = ticks;
+    Clock(kShort).wait(10);
+    EXPECT_EQ(ticks, atStop);
+}
+
+TYPED_TEST(Ticking, StopsFromInsideItsCallback) {
+    const auto ticking = makeEndless<TypeParam>();
+    int ticks = 0;
+    onTick(*ticking, [&ticks, &ticking] {
+        ++ticks;
+        ticking->stop();
+    });
+    ticking->start();
+    EXPECT_TRUE(serveUntil([&ticks] { return ticks > 0; }));
+    const int atStop = ticks;
+    Clock(kShort).wait(10);
+    EXPECT_EQ(ticks, atStop);
+}
+
+TYPED_TEST(Ticking, LivesWhileItsTimerRunsAndNoLonger) {
+    auto ticking = makeEndless<TypeParam>();
+    const std::weak_ptr<TypeParam> watched = ticking;
+    int ticks = 0;
+    onTick(*ticking, [&ticks, watched] {
+        if (++ticks == 3) {
+            watched.lock()->stop();
+            EXPECT_FALSE(watched.expired());
+        }
+    });
+    ticking->start();
+    ticking = nullptr;
+    EXPECT_FALSE(watched.expired());
+    EXPECT_TRUE(serveUntil([&watched] { return watched.expired(); }));
+    EXPECT_EQ(ticks, 3);
+}
+
+TYPED_TEST(Ticking, MayLoseItsLastReferenceByTheStopItself) {
+    auto owner = makeEndless<TypeParam>();
+    const std::weak_ptr<TypeParam> watched = owner;
+    auto& ticking = *owner;
+    ticking.start();
+    owner = nullptr;
+    ticking.stop();
+    EXPECT_TRUE(watched.expired());
+}
+
+TYPED_TEST(Ticking, MayGoWithItsCallback) {
+    auto ticking = makeEndless<TypeParam>();
+    const std::weak_ptr<TypeParam> watched = ticking;
+    auto capture = std::make_shared<int>(7);
+    int seen = 0;
+    onTick(*ticking, [&ticking, &seen, capture] {
+        if (ticking) {
+            ticking->onAnimation = nullptr;
+        }
+        ticking = nullptr;
+        seen = *capture;
+    });
+    capture = nullptr;
+    ticking->animate();
+    EXPECT_EQ(seen, 7);
+    EXPECT_TRUE(watched.expired());
+}
+
+TYPED_TEST(Ticking, MayBeStoppedAndStartedAgainByItsCallback) {
+    const auto ticking = makeEndless<TypeParam>();
+    int ticks = 0;
+    onTick(*ticking, [&ticks, &ticking] {
+        ++ticks;
+        ticking->stop();
+        Kit<TypeParam>::setInterval(*ticking, kShort);
+        Kit<TypeParam>::fill(*ticking);
+        ticking->start();
+    });
+    ticking->start();
+    EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+    ticking->stop();
+    const int atStop = ticks;
+    Clock(kShort).wait(10);
+    EXPECT_EQ(ticks, atStop);
+}
+
+TYPED_TEST(Ticking, TicksOnTheThreadThatStartedIt) {
+    std::thread([] {
+        const auto self = std::this_thread::get_id();
+        const auto ticking = makeEndless<TypeParam>();
+        int ticks = 0;
+        onTick(*ticking, [&ticks, self] {
+            EXPECT_EQ(std::this_thread::get_id(), self);
+            ++ticks;
+        });
+        ticking->start();
+        EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+        ticking->stop();
+    }).join();
+}
+
+TYPED_TEST(Ticking, GoesWithItsThread) {
+    std::weak_ptr<TypeParam> watched;
+    std::thread([&watched] {
+        const auto ticking = makeEndless<TypeParam>();
+        ticking->start();
+        watched = ticking;
+    }).join();
+    EXPECT_TRUE(watched.expired());
+}
+
+// A second start leaves a timer behind that nothing ends but its thread.
+
+TYPED_TEST(Ticking, StartedTwiceTicksTwiceAPeriodAndGoesOnAfterAStop) {
+    std::thread([] {
+        constexpr float interval = 0.01F;
+        const auto ticking = makeEndless<TypeParam>(interval);
+        int ticks = 0;
+        onTick(*ticking, [&ticks] { ++ticks; });
+        Clock clock(interval);
+        ticking->start();
+        ticking->start();
+        clock.wait(10);
+        EXPECT_GE(ticks, 15);
+        ticking->stop();
+        Kit<TypeParam>::setInterval(*ticking, interval);
+        Kit<TypeParam>::fill(*ticking);
+        const int atStop = ticks;
+        clock.wait(10);
+        EXPECT_GE(ticks, atStop + 5);
+    }).join();
+}
+
+TYPED_TEST(Ticking, TakesItsIntervalAtTheStart) {
+    std::thread([] {
+        const auto ticking = makeEndless<TypeParam>(3600.0F);
+        int ticks = 0;
+        onTick(*ticking, [&ticks] { ++ticks; });
+        ticking->start();
+        Kit<TypeParam>::setInterval(*ticking, kShort);
+        Clock(kShort).wait(10);
+        EXPECT_EQ(ticks, 0);
+        ticking->start();
+        EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+    }).join();
+}
+
+template <typename Kind>
+class Overridden : public Kind {
+  public:
+    int ticks = 0;
+    void animate() override { ++ticks; }
+};
+
+TYPED_TEST(Ticking, CallsWhatASubclassMakesOfATick) {
+    const auto ticking = std::make_shared<Overridden<TypeParam>>();
+    Kit<TypeParam>::setInterval(*ticking, kShort);
+    ticking->start();
+    EXPECT_TRUE(serveUntil([&ticking] { return ticking->ticks >= 3; }));
+    ticking->stop();
+}
+
+TEST(SeveralTicking, TickInTheOrderOfTheirStarts) {
+    constexpr float interval = 0.01F;
+    Lines order;
+    const auto chain = makeEndless<AnimatorChain>(interval);
+    const auto impulse = makeEndless<Impulse>(interval);
+    const auto stack = makeEndless<AnimatorStack>(interval);
+    const auto note = [&order](const std::string& name) {
+        return [&order, name] {
+            if (std::find(order.begin(), order.end(), name) == order.end()) {
+                order.push_back(name);
+            }
+        };
+    };
+    onTick(*stack, note("stack"));
+    onTick(*chain, note("chain"));
+    onTick(*impulse, note("impulse"));
+    stack->start();
+    chain->start();
+    impulse->start();
+    EXPECT_TRUE(serveUntil([&order] { return order.size() >= 3; }));
+    stack->stop();
+    chain->stop();
+    impulse->stop();
+    EXPECT_EQ(order, (Lines{"stack", "chain", "impulse"}));
+}
+
+TEST(SequencerTimer, AdvancesTheFrameBeforeEveryTickAlsoInAPause) {
+    const auto sequencer = makeEndless<AnimationSequencer>();
+    std::vector<std::int64_t> frames;
+    sequencer->onAnimation = [&frames](const auto& self, const auto&) {
+        if (frames.empty() || frames.back() != self->getCurrentFrame()) {
+            frames.push_back(self->getCurrentFrame());
+        }
+    };
+    sequencer->start();
+    EXPECT_TRUE(serveUntil([&frames] { return frames.size() >= 3; }));
+    sequencer->pause();
+    const auto atPause = sequencer->getCurrentFrame();
+    const auto seen = frames.size();
+    EXPECT_TRUE(serveUntil([&] { return sequencer->getCurrentFrame() >= atPause + 3; }));
+    EXPECT_EQ(frames.size(), seen);
+    sequencer->stop();
+    frames.resize(3);
+    EXPECT_EQ(frames, (std::vector<std::int64_t>{1, 2, 3}));
+}
+
+TEST(SequencerTimer, AFrameBeyondSixtyFourBitsEndsTheProgram) {
+    const auto sequencer = makeEndless<AnimationSequencer>();
+    sequencer->add(std::make_shared<Animator>(), std::numeric_limits<std::int64_t>::max());
+    EXPECT_DEATH(
+        {
+            sequencer->seek(std::numeric_limits<std::int64_t>::max() - 1);
+            sequencer->pause();
+            sequencer->start();
+            serveUntil([] { return false; });
+        },
+        "Fatal error: Integer overflow in an addition");
+}
+
+TEST(StopTicking, OfAnAbsentTimerDoesNothing) {
+    std::shared_ptr<Timer> none;
+    stopTicking(none);
+    EXPECT_EQ(none, nullptr);
+}
+
+}  // namespace
+}  // namespace orvalo
