@@ -60,4 +60,8 @@ URL Bundle::effectsURL() const {
     return prefix_.appendingPathComponent("lib/lv2");
 }
 
+URL Bundle::helperURL(std::string_view name) const {
+    return prefix_.appendingPathComponent("libexec/orvalo").appendingPathComponent(name);
+}
+
 }  // namespace orvalo

@@ -30,6 +30,8 @@ class Bundle : public NSObject {
     URL iconsURL() const;
     /// <prefix>/lib/lv2, whether it is there or not: where the application's own effects live.
     URL effectsURL() const;
+    /// <prefix>/libexec/orvalo/<name>, whether it is there or not: a program that others start.
+    URL helperURL(std::string_view name) const;
 
     explicit Bundle(URL prefix);  ///< A bundle at another place.
 

@@ -44,6 +44,11 @@ TEST_F(BundleTest, NamesTheEffectsFolderWhetherItIsThereOrNot) {
     EXPECT_EQ(bundle_.effectsURL().path(), (folder_.path() / "lib/lv2").string());
 }
 
+TEST_F(BundleTest, NamesAHelperProgramWhetherItIsThereOrNot) {
+    EXPECT_EQ(bundle_.helperURL("servant").path(),
+              (folder_.path() / "libexec/orvalo/servant").string());
+}
+
 TEST(MainBundle, StandsAroundTheRunningProgram) {
     const auto program = fs::canonical("/proc/self/exe");
     const auto prefix = program.parent_path().parent_path();
