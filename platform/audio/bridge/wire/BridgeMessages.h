@@ -12,8 +12,8 @@
 /// fields() names its fields once, for writing and for reading.
 ///
 /// Requests carry a number of the host's choice; the service answers each with one Done of that
-/// number, in the order of the requests, but a Ping, which it answers as soon as its main loop
-/// turns.
+/// number, in the order of the requests. What a request changes in the state is said before its
+/// Done, but for Instantiate, whose Done is not held up.
 
 #define ORVALO_BRIDGE_FIELDS(...)         \
     template <typename Archive>           \
@@ -132,15 +132,25 @@ struct InterfaceWants {
     ORVALO_BRIDGE_FIELDS(width, height)
 };
 
-/// The interface has closed itself, or could not be made anew; the reason is a clause.
+/// The interface has closed itself; the reason is a clause. It does nothing more, and goes with
+/// CloseInterface.
 struct InterfaceClosed {
     std::string reason;
     ORVALO_BRIDGE_FIELDS(reason)
 };
 
-using ServiceMessage = std::variant<Done, State, InterfaceOpened, InterfaceWants, InterfaceClosed>;
+/// The interface reaches an instance that has been replaced, so that it has to be made anew, inside
+/// another window: the host closes it and opens it again. Until then it does nothing more.
+struct InterfaceOutdated {
+    template <typename Archive>
+    void fields(Archive& /*archive*/) const {}
+};
 
-/// A message as it travels, its head in front.
+using ServiceMessage =
+    std::variant<Done, State, InterfaceOpened, InterfaceWants, InterfaceClosed, InterfaceOutdated>;
+
+/// A message as it travels, its head in front. One longer than kLongestMessage is refused by who
+/// gets it.
 std::vector<std::byte> encode(const HostMessage& message);
 std::vector<std::byte> encode(const ServiceMessage& message);
 

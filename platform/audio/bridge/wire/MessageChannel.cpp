@@ -87,6 +87,15 @@ MessageChannel::Result MessageChannel::receive(
     return Result::waiting;
 }
 
+// The room for one descriptor is padded, so that more can come: all but the last are closed.
+void MessageChannel::keepPassed(const std::byte* data, std::size_t size) {
+    for (std::size_t at = 0; at + sizeof(int) <= size; at += sizeof(int)) {
+        int descriptor = -1;
+        std::memcpy(&descriptor, data + at, sizeof(descriptor));
+        passed_ = FileDescriptor(descriptor);
+    }
+}
+
 std::ptrdiff_t MessageChannel::readSome() {
     std::array<std::byte, 65536> buffer;
     iovec part{buffer.data(), buffer.size()};
@@ -103,9 +112,8 @@ std::ptrdiff_t MessageChannel::readSome() {
     for (auto* entry = CMSG_FIRSTHDR(&header); entry != nullptr;
          entry = CMSG_NXTHDR(&header, entry)) {
         if (entry->cmsg_level == SOL_SOCKET && entry->cmsg_type == SCM_RIGHTS) {
-            int descriptor = -1;
-            std::memcpy(&descriptor, CMSG_DATA(entry), sizeof(descriptor));
-            passed_ = FileDescriptor(descriptor);
+            keepPassed(reinterpret_cast<const std::byte*>(CMSG_DATA(entry)),
+                       entry->cmsg_len - CMSG_LEN(0));
         }
     }
     incoming_.insert(incoming_.end(), buffer.begin(), buffer.begin() + count);

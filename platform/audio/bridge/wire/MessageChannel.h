@@ -39,6 +39,8 @@ class MessageChannel {
     /// returns. A handler that returns false breaks the channel.
     Result receive(
         const std::function<bool(std::uint32_t type, std::span<const std::byte>)>& handler);
+    /// Whether a message has come in part; once the channel is closed, that it was cut off.
+    bool hasPart() const { return !incoming_.empty(); }
     /// The last descriptor that came with a message; none when none came.
     FileDescriptor takePassed() { return std::move(passed_); }
 
@@ -50,6 +52,7 @@ class MessageChannel {
     };
 
     bool sendSome(Outgoing& message);
+    void keepPassed(const std::byte* data, std::size_t size);
     std::ptrdiff_t readSome();
     bool deliver(
         const std::function<bool(std::uint32_t type, std::span<const std::byte>)>& handler);

@@ -63,7 +63,9 @@ SharedAudio SharedAudio::map(FileDescriptor descriptor, const Layout& layout) {
 
 SharedAudio::SharedAudio(FileDescriptor descriptor, const Layout& layout)
     : descriptor_(std::move(descriptor)), layout_(layout), size_(sizeOf(layout)) {
-    void* memory = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor_.get(), 0);
+    // All of it there at once: a render thread that touches a page first would wait for it.
+    void* memory = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE,
+                        descriptor_.get(), 0);
     if (memory == MAP_FAILED) {
         throw NSError::posix(errno, "The memory shared with an effect");
     }

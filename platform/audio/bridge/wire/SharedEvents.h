@@ -20,10 +20,10 @@ class SharedEventWriter {
   public:
     explicit SharedEventWriter(std::span<std::byte> area) : area_(area) {}
 
-    /// False, and nothing is written, when there is no room for all of it.
+    /// False, and nothing is written, when it is empty or there is no room for all of it.
     bool write(const SharedEvent& event) noexcept {
         const auto length = static_cast<std::uint32_t>(event.bytes.size());
-        if (event.bytes.size() > area_.size() ||
+        if (event.bytes.empty() || event.bytes.size() > area_.size() ||
             area_.size() - used_ < kHeaderSize + event.bytes.size()) {
             return false;
         }
@@ -42,10 +42,8 @@ class SharedEventWriter {
 
   private:
     void put(const void* data, std::size_t size) noexcept {
-        if (size > 0) {
-            std::memcpy(area_.data() + used_, data, size);
-            used_ += size;
-        }
+        std::memcpy(area_.data() + used_, data, size);
+        used_ += size;
     }
 
     std::span<std::byte> area_;
