@@ -69,7 +69,11 @@ class UserDefaults : public NSObject {
     PropertyList::Dictionary dictionaryRepresentation() const;
 
   private:
-    explicit UserDefaults(std::shared_ptr<DefaultsDomain> domain, bool isStandard);
+    UserDefaults(std::shared_ptr<DefaultsDomain> domain, bool isStandard);
+
+    /// What the key's value converts to; the neutral value without one.
+    template <typename Result>
+    Result converted(std::string_view key, Result (*conversion)(const PropertyList&)) const;
 
     std::shared_ptr<DefaultsDomain> domain_;
     bool isStandard_;

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace orvalo {
+
+/// A domain's change counter, in memory that all processes share. Even: nobody writes; odd: a write
+/// is under way, or its process has died. Any thread.
+class ChangeMapping {
+  public:
+    /// Bytes of the file that a mapping needs.
+    static constexpr std::size_t size = 64;
+
+    /// Maps a file of at least that size. Throws NSError.
+    ChangeMapping(int descriptor, bool isWritable, const std::string& path);
+    ~ChangeMapping();
+    ChangeMapping(const ChangeMapping&) = delete;
+    ChangeMapping& operator=(const ChangeMapping&) = delete;
+
+    bool hasMagic() const { return page_->magic == kMagic; }
+    std::uint64_t count() const { return page_->count.load(std::memory_order_acquire); }
+    bool isWritable() const { return isWritable_; }
+
+    /// For the one who holds the domain's lock, where it is writable.
+    void setCount(std::uint64_t count) { page_->count.store(count, std::memory_order_release); }
+    /// The same: begins the file anew, at a count that it has not had.
+    void initialise();
+
+  private:
+    static constexpr std::uint64_t kMagic = 0x3165'676e'6168'436f;  // "oChange1" in memory.
+
+    struct Page {
+        std::uint64_t magic;
+        std::atomic<std::uint64_t> count;
+    };
+    static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
+    static_assert(sizeof(Page) <= size);
+
+    Page* page_;
+    bool isWritable_;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,49 @@
+#include "platform/foundation/defaults/DefaultsDomains.h"
+
+#include <pthread.h>
+
+#include "platform/foundation/defaults/DefaultsDomain.h"
+
+namespace orvalo {
+
+DefaultsDomains& DefaultsDomains::shared() {
+    // Never destroyed: threads may still ask for it while the process ends.
+    static auto& domains = *new DefaultsDomains;
+    return domains;
+}
+
+DefaultsDomains::DefaultsDomains() {
+    pthread_atfork([] { shared().beginFork(); }, [] { shared().endFork(); },
+                   [] { shared().endFork(); });
+}
+
+std::shared_ptr<DefaultsDomain> DefaultsDomains::domain(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    auto& known = domains_[path];
+    auto domain = known.lock();
+    if (!domain) {
+        domain = std::make_shared<DefaultsDomain>(path);
+        known = domain;
+    }
+    return domain;
+}
+
+void DefaultsDomains::beginFork() {
+    mutex_.lock();
+    for (const auto& [path, known] : domains_) {
+        if (auto domain = known.lock()) {
+            domain->beginFork();
+            held_.push_back(std::move(domain));
+        }
+    }
+}
+
+void DefaultsDomains::endFork() {
+    for (const auto& domain : held_) {
+        domain->endFork();
+    }
+    held_.clear();
+    mutex_.unlock();
+}
+
+}  // namespace orvalo

@@ -1,0 +1,206 @@
+#include "platform/foundation/defaults/DefaultsFile.h"
+
+#include <fcntl.h>
+#include <glib.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/DamagedFile.h"
+#include "platform/foundation/defaults/DefaultsSchema.h"
+#include "platform/foundation/defaults/PrivateFile.h"
+#include "platform/foundation/defaults/PropertyListCoding.h"
+#include "platform/foundation/defaults/SQLiteError.h"
+#include "platform/foundation/defaults/SQLiteTransaction.h"
+
+namespace orvalo {
+
+namespace {
+
+// 4 MB, as SQLite has it by itself.
+constexpr int kPagesToCheckpoint = 1000;
+// A log that grew to here has never been without a reader; then the writer waits for them.
+constexpr int kPagesToShorten = 4 * kPagesToCheckpoint;
+// Readers take some ten microseconds. The writer must not wait long for a stopped one.
+constexpr int kPatienceWithReaders = 100;
+constexpr int kPatience = 10'000;
+// How many changes lie between two removals of what removed entries leave behind.
+constexpr std::int64_t kChangesToPurge = 256;
+
+constexpr const char* kSelect =
+    "SELECT change, key, value, (SELECT purged FROM state) FROM entries WHERE change > ?1 "
+    "ORDER BY change";
+constexpr const char* kInsert = "INSERT OR REPLACE INTO entries (key, value) VALUES (?1, ?2)";
+
+bool createFile(const std::string& path) {
+    const int descriptor =
+        open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kPrivateFileMode);
+    if (descriptor < 0) {
+        if (errno == EEXIST) {
+            return false;
+        }
+        throw NSError::posix(errno, path);
+    }
+    close(descriptor);
+    return true;
+}
+
+std::uintmax_t sizeOf(const std::string& path) {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(path, error);
+    return error ? 0 : size;
+}
+
+FileIdentity prepared(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 && createFile(path)) {
+        // A log beside no file was another file's.
+        setLogAside(path);
+    }
+    status = checkedPrivateFile(path);
+    if (status.st_size == 0 && sizeOf(path + "-wal") > 0) {
+        throw SQLiteError(SQLITE_CORRUPT, "it is empty beside a log");
+    }
+    for (const auto* suffix : {"-wal", "-shm"}) {
+        if (struct stat other{}; stat((path + suffix).c_str(), &other) == 0) {
+            static_cast<void>(checkedPrivateFile(path + suffix));
+        }
+    }
+    return FileIdentity(status);
+}
+
+SQLiteDatabase openDatabase(const std::string& path) {
+    SQLiteDatabase database(path);
+    try {
+        database.integer("SELECT count(*) FROM sqlite_schema");
+    } catch (const SQLiteError& error) {
+        // In a folder that cannot be written, SQLite finds no place for the log's index.
+        const bool isLocked = (error.code() & 0xFF) == SQLITE_CANTOPEN;
+        if (!isLocked || sizeOf(path + "-wal") > 0) {
+            throw;
+        }
+        return SQLiteDatabase(path, true);
+    }
+    return database;
+}
+
+/// The value that is stored; absent, with a line, when it cannot be read.
+std::optional<PropertyList> decoded(const std::string& path, const std::string& key,
+                                    std::span<const std::uint8_t> bytes) {
+    try {
+        return propertyList(bytes);
+    } catch (const NSError& error) {
+        g_warning("The value of '%s' in %s is not readable: %s.", key.c_str(), path.c_str(),
+                  error.what());
+        return std::nullopt;
+    }
+}
+
+void check(SQLiteDatabase& database, const char* pragma) {
+    auto statement = database.prepare(pragma);
+    if (!statement.step() || statement.text(0) != "ok") {
+        throw SQLiteError(SQLITE_CORRUPT, std::string(statement.text(0)));
+    }
+}
+
+}  // namespace
+
+DefaultsFile::DefaultsFile(const std::string& path)
+    : path_(path),
+      identity_(prepared(path)),
+      database_(openDatabase(path)),
+      longestLog_(kPagesToShorten) {
+    bringToThisVersion(database_, path);
+    check(database_, "PRAGMA quick_check(1)");
+    try {
+        select_ = database_.prepare(kSelect);
+        insert_ = database_.prepare(kInsert);
+    } catch (const SQLiteError& error) {
+        // It says that it is ours, and has not what ours have.
+        throw SQLiteError(SQLITE_CORRUPT, error.what());
+    }
+}
+
+DefaultsChanges DefaultsFile::changes() {
+    DefaultsChanges changes;
+    changes.isWhole = seen_ == 0;
+    auto last = seen_;
+    select_->bind(1, seen_);
+    while (select_->step()) {
+        if (seen_ > 0 && select_->integer(3) > seen_) {
+            // Among what was purged may be a key that is still known here.
+            select_->reset();
+            seen_ = 0;
+            return this->changes();
+        }
+        last = select_->integer(0);
+        DefaultsChanges::Entry entry{std::string(select_->text(1)), std::nullopt};
+        if (!select_->isNull(2)) {
+            entry.value = decoded(path_, entry.key, select_->data(2));
+        }
+        if (entry.value || !changes.isWhole) {
+            changes.entries.push_back(std::move(entry));
+        }
+    }
+    select_->reset();
+    seen_ = last;
+    return changes;
+}
+
+void DefaultsFile::put(std::string_view key, std::optional<std::span<const std::uint8_t>> value) {
+    insert_->bind(1, key);
+    if (value) {
+        insert_->bind(2, *value);
+        insert_->finish();
+    } else {
+        insert_->bindNull(2);
+        insert_->finish();
+    }
+    const auto change = database_.lastRow();
+    if (seen_ > 0) {
+        seen_ = change;
+    }
+    if (!value && change % kChangesToPurge == 0) {
+        purge(change);
+    }
+    limitLog();
+}
+
+void DefaultsFile::purge(std::int64_t before) {
+    try {
+        SQLiteTransaction transaction(database_);
+        const auto number = std::to_string(before);
+        database_.run(("DELETE FROM entries WHERE value IS NULL AND change < " + number +
+                       "; UPDATE state SET purged = " + number)
+                          .c_str());
+        transaction.commit();
+    } catch (const SQLiteError& error) {
+        // What was put is stored; this can as well happen another time, unless it cannot.
+        if (error.isDamage()) {
+            throw;
+        }
+    }
+}
+
+void DefaultsFile::limitLog() {
+    const int pages = database_.logPages();
+    if (pages >= longestLog_) {
+        database_.setPatience(kPatienceWithReaders);
+        database_.shortenLog();
+        database_.setPatience(kPatience);
+        longestLog_ = pages + kPagesToCheckpoint;
+    } else if (pages >= kPagesToCheckpoint) {
+        database_.checkpoint();
+    } else {
+        longestLog_ = kPagesToShorten;
+    }
+}
+
+void DefaultsFile::verify() {
+    check(database_, "PRAGMA integrity_check(1)");
+}
+
+}  // namespace orvalo

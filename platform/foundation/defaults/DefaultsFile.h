@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/foundation/defaults/DefaultsChanges.h"
+#include "platform/foundation/defaults/FileIdentity.h"
+#include "platform/foundation/defaults/SQLiteDatabase.h"
+
+namespace orvalo {
+
+/// A domain's opened file: a SQLite database in WAL mode. One thread at a time. Every operation
+/// throws NSError; a SQLiteError that isDamage() when the file is damaged.
+///
+/// Each entry carries the number of the change that made it, higher than all before; a removed one
+/// stays for a while as an entry without a value. So whoever knows up to which change he has read
+/// reads only what came later.
+class DefaultsFile {
+  public:
+    /// Opens the file and looks it over, and creates it where it is missing; brings one of an older
+    /// version to this one. A file of a newer version, of another program or of another user is
+    /// refused and left alone. The caller holds the domain's lock.
+    explicit DefaultsFile(const std::string& path);
+
+    /// Whether the file is still the one that others find.
+    bool isInPlace() const { return identity_.isAt(path_); }
+    bool isReadOnly() const { return database_.isReadOnly(); }
+
+    /// What has changed since the last call; all there is at the first.
+    DefaultsChanges changes();
+    /// Has the next call of changes() give all there is.
+    void forgetChanges() { seen_ = 0; }
+    /// Stores a binary property list, or removes the key. The caller holds the domain's lock and
+    /// has read all changes; this one is not among the next.
+    void put(std::string_view key, std::optional<std::span<const std::uint8_t>> value);
+    /// Throws SQLiteError unless the whole file is in order.
+    void verify();
+
+  private:
+    void purge(std::int64_t before);
+    void limitLog();
+
+    std::string path_;
+    FileIdentity identity_;
+    SQLiteDatabase database_;
+    std::optional<SQLiteStatement> select_;
+    std::optional<SQLiteStatement> insert_;
+    std::int64_t seen_ = 0;  ///< The last change that was read.
+    int longestLog_;
+};
+
+}  // namespace orvalo

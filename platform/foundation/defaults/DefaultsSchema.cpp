@@ -1,0 +1,70 @@
+#include "platform/foundation/defaults/DefaultsSchema.h"
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/SQLiteTransaction.h"
+
+namespace orvalo {
+
+namespace {
+
+// "OrvD", in the place where a database says whose it is.
+constexpr std::int64_t kApplication = 0x4F727644;
+
+// What leads from each version to the next; an empty database is version 0.
+constexpr std::array kSteps = {
+    // A change's number is its row's. Without a value, the entry has been removed.
+    "CREATE TABLE entries (change INTEGER PRIMARY KEY, key TEXT NOT NULL UNIQUE, value BLOB);",
+    // Removed entries up to this change are no longer there.
+    "CREATE TABLE state (purged INTEGER NOT NULL); INSERT INTO state VALUES (0);",
+};
+constexpr auto kVersion = static_cast<std::int64_t>(kSteps.size());
+
+std::int64_t version(SQLiteDatabase& database) {
+    return database.integer("PRAGMA user_version");
+}
+
+void checkOrigin(SQLiteDatabase& database, const std::string& path) {
+    const auto application = database.integer("PRAGMA application_id");
+    const bool isEmpty =
+        application == 0 && database.integer("SELECT count(*) FROM sqlite_schema") == 0;
+    if (application != kApplication && !isEmpty) {
+        throw NSError::posix(EEXIST, path + " is another program's database");
+    }
+    const auto found = version(database);
+    if (found < 0 || found > kVersion) {
+        throw NSError::posix(ENOTSUP, path + " is of version " + std::to_string(found) +
+                                          ", newer than this program's " +
+                                          std::to_string(kVersion));
+    }
+}
+
+}  // namespace
+
+void bringToThisVersion(SQLiteDatabase& database, const std::string& path) {
+    checkOrigin(database, path);
+    if (database.isReadOnly()) {
+        if (version(database) != kVersion) {
+            throw NSError::posix(EROFS, path + " is of an older version");
+        }
+        return;
+    }
+    database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+    if (version(database) == kVersion) {
+        return;
+    }
+    SQLiteTransaction transaction(database);
+    for (auto step = version(database); step < kVersion; ++step) {
+        database.run(kSteps.at(static_cast<std::size_t>(step)));
+    }
+    database.run(("PRAGMA application_id = " + std::to_string(kApplication) +
+                  "; PRAGMA user_version = " + std::to_string(kVersion))
+                     .c_str());
+    transaction.commit();
+}
+
+}  // namespace orvalo

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "platform/foundation/defaults/SQLiteDatabase.h"
+
+namespace orvalo {
+
+/// Sees to it that a database holds settings in the form of this version: makes it of an empty one,
+/// and brings an older one forward, either wholly or not at all. Throws NSError, and leaves the
+/// database as it is, when it holds something else or is of a newer version; SQLiteError when it is
+/// damaged. The caller holds the domain's lock.
+void bringToThisVersion(SQLiteDatabase& database, const std::string& path);
+
+}  // namespace orvalo

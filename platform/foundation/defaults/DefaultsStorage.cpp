@@ -1,0 +1,155 @@
+#include "platform/foundation/defaults/DefaultsStorage.h"
+
+#include <cerrno>
+#include <filesystem>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/DamagedFile.h"
+#include "platform/foundation/defaults/PrivateFile.h"
+#include "platform/foundation/defaults/SQLiteError.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr int kMostAttempts = 3;
+
+bool isOdd(std::uint64_t count) {
+    return (count & 1U) != 0;
+}
+
+bool isWriteProtection(const NSError& error) {
+    return error.domain() == "NSPOSIXErrorDomain" &&
+           (error.code() == EROFS || error.code() == EACCES || error.code() == EPERM);
+}
+
+}  // namespace
+
+void DefaultsStorage::close() {
+    file_.reset();
+    counter_.reset();
+}
+
+void DefaultsStorage::openCounter() {
+    if (counter_ && counter_->isInPlace()) {
+        return;
+    }
+    close();
+    makePrivateFolder(std::filesystem::path(path_).parent_path());
+    try {
+        counter_ = std::make_unique<ChangeCounter>(path_ + "-changes");
+    } catch (const NSError& error) {
+        if (!isWriteProtection(error)) {
+            throw;
+        }
+    }
+}
+
+bool DefaultsStorage::isOpen() const {
+    return file_ && file_->isInPlace() && (!counter_ || counter_->isInPlace());
+}
+
+bool DefaultsStorage::isWritable() const {
+    return counter_ && counter_->mapping()->isWritable() && !file_->isReadOnly();
+}
+
+DefaultsStorage::Update DefaultsStorage::update() {
+    const auto mapping = counter_ ? counter_->mapping() : nullptr;
+    // Read before the entries: what is written meanwhile is looked at once more.
+    const auto count = mapping ? mapping->count() : 0;
+    Update update{file_->changes(), mapping, count};
+    agreed_ = count;
+    return update;
+}
+
+void DefaultsStorage::endWriteOfDeadProcess() const {
+    const auto& mapping = counter_->mapping();
+    if (isOdd(mapping->count()) && mapping->isWritable()) {
+        const ChangeCounter::Write ended(*mapping);
+    }
+}
+
+DefaultsStorage::Update DefaultsStorage::underLock(const std::function<Update()>& operation) {
+    for (int attempt = 1;; ++attempt) {
+        openCounter();
+        std::optional<ChangeCounter::Lock> lock;
+        if (counter_) {
+            lock.emplace(counter_->lock());
+            if (!counter_->isInPlace() && attempt < kMostAttempts) {
+                continue;
+            }
+            endWriteOfDeadProcess();
+        }
+        try {
+            if (!file_ || !file_->isInPlace()) {
+                file_.reset();
+                file_ = std::make_unique<DefaultsFile>(path_);
+            }
+            return operation();
+        } catch (const SQLiteError& error) {
+            if (!error.isDamage() || attempt == kMostAttempts) {
+                if (file_) {
+                    file_->forgetChanges();
+                    agreed_ = 1;
+                }
+                throw;
+            }
+            file_.reset();
+            setAsideIfDamaged();
+        }
+    }
+}
+
+void DefaultsStorage::setAsideIfDamaged() {
+    try {
+        DefaultsFile(path_).verify();
+    } catch (const SQLiteError& error) {
+        if (!error.isDamage() || !counter_ || !counter_->mapping()->isWritable()) {
+            throw;
+        }
+        // The others find out that theirs is no longer in place when they look.
+        const ChangeCounter::Write write(*counter_->mapping());
+        setDatabaseAside(path_);
+    }
+}
+
+DefaultsStorage::Update DefaultsStorage::refresh() {
+    if (isOpen()) {
+        if (counter_ && isOdd(counter_->mapping()->count())) {
+            if (const auto lock = counter_->tryLock()) {
+                endWriteOfDeadProcess();
+            }
+        }
+        try {
+            return update();
+        } catch (const SQLiteError& error) {
+            if (!error.isDamage()) {
+                throw;
+            }
+            file_.reset();
+        }
+    }
+    return underLock([this] { return update(); });
+}
+
+DefaultsStorage::Update DefaultsStorage::put(std::string_view key,
+                                             std::optional<std::span<const std::uint8_t>> value) {
+    if (file_ && !isWritable()) {
+        close();  // It may be writable by now.
+    }
+    return underLock([&] {
+        if (!isWritable()) {
+            throw NSError::posix(EROFS, path_);
+        }
+        const auto& mapping = counter_->mapping();
+        auto others = mapping->count() == agreed_ ? Update{{}, mapping, 0} : update();
+        {
+            const ChangeCounter::Write write(*mapping);
+            file_->put(key, value);
+        }
+        others.count = agreed_ = mapping->count();
+        return others;
+    });
+}
+
+}  // namespace orvalo
