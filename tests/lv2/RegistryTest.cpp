@@ -214,4 +214,34 @@ INSTANTIATE_TEST_SUITE_P(
         WrongCodes{"ac:type <urn:aumf> ; ac:subtype \"test\" ; ac:manufacturer \"TEST\"",
                    "as something that is no literal."}));
 
+TEST_F(Registry, NamesTheBundlesThatSpeakOfAPlugin) {
+    writePlugin("path", "amp");
+    writePlugin("path", "other");
+    write("more", "presets.lv2", "<urn:test:p> lv2:appliesTo <urn:test:amp> .");
+    writeRegistered("own", "third");
+    LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
+    EXPECT_THAT(world.bundlesOf("urn:test:amp"),
+                ElementsAre(bundle("path/amp.lv2"), bundle("more/presets.lv2")));
+    EXPECT_THAT(world.bundlesOf("urn:test:third"), ElementsAre(bundle("own/third.lv2")));
+    EXPECT_THAT(world.bundlesOf("urn:test:nobody"), ElementsAre());
+}
+
+TEST_F(Registry, NamesAllBundlesForAPluginThatItsOwnCutsUp) {
+    writePlugin("path", "amp");
+    write("path", "far.lv2", "far:ar a lv2:Plugin .");
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    EXPECT_THAT(world.bundlesOf("http://plugins.example/far"),
+                ElementsAre(bundle("path/amp.lv2"), bundle("path/far.lv2")));
+    EXPECT_THAT(world.bundlesOf("urn:test:amp"), ElementsAre(bundle("path/amp.lv2")));
+}
+
+TEST_F(Registry, OfSingleBundlesKnowsThoseAlone) {
+    writeRegistered("path", "amp");
+    writeRegistered("path", "other");
+    LV2World world({{}, {}, {root_.path() / "path/amp.lv2"}});
+    ASSERT_EQ(world.components().size(), 1U);
+    EXPECT_EQ(world.components().front().uri, "urn:test:amp");
+    EXPECT_THAT(world.bundlesOf("urn:test:amp"), ElementsAre(bundle("path/amp.lv2")));
+}
+
 }  // namespace

@@ -30,6 +30,21 @@ TEST(URIDMap, HasNoURIForANumberThatWasNotGiven) {
     EXPECT_EQ(map.unmap(4294967295U), nullptr);
 }
 
+TEST(URIDMap, TakesTheNumbersOfAProcessThatBeganAlike) {
+    auto& map = URIDMap::shared();
+    auto uris = map.uris();
+    map.map("urn:test:listed");
+    ASSERT_EQ(map.uris().back(), "urn:test:listed");
+    ASSERT_EQ(map.map("urn:test:listed"), map.uris().size());
+    EXPECT_TRUE(map.adopt(uris));
+    uris = map.uris();
+    uris.emplace_back("urn:test:adopted");
+    EXPECT_TRUE(map.adopt(uris));
+    EXPECT_EQ(map.uris(), uris);
+    std::swap(uris.front(), uris.back());
+    EXPECT_FALSE(map.adopt(uris));
+}
+
 TEST(URIDMap, AgreesBetweenThreads) {
     constexpr int kCount = 2000;
     std::array<std::vector<LV2_URID>, 4> numbers;

@@ -84,12 +84,19 @@ std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath) {
     folders.push_back(searchPath.ownFolder);
     std::vector<LV2Bundle> bundles;
     std::unordered_set<std::string> seen;
+    const auto add = [&](const std::string& path) {
+        auto manifest = readTurtle(path + "/manifest.ttl", kLargestManifest);
+        if (manifest && seen.insert(path).second) {
+            bundles.push_back({path, bundleURI(path), std::move(*manifest)});
+        }
+    };
+    for (const auto& path : searchPath.bundles) {
+        std::error_code error;
+        add(fs::weakly_canonical(path, error).native());
+    }
     for (const auto& folder : folders) {
         for (const auto& item : items(folder)) {
-            auto manifest = readTurtle(item + "/manifest.ttl", kLargestManifest);
-            if (manifest && seen.insert(item).second) {
-                bundles.push_back({item, bundleURI(item), std::move(*manifest)});
-            }
+            add(item);
         }
     }
     return bundles;

@@ -17,14 +17,17 @@ struct LV2Bundle {
 struct LV2SearchPath {
     std::vector<std::filesystem::path> folders;  ///< In order of preference.
     std::filesystem::path ownFolder;             ///< The application's own; comes last.
+    /// Single bundles, in front of those of the folders.
+    std::vector<std::filesystem::path> bundles{};
 
     /// LV2_PATH where it is set, else the folders that LV2 hosts search by default, and the own
     /// folder behind them. "~" and "$NAME" at the start of a folder stand for what they name.
     static LV2SearchPath fromEnvironment(std::filesystem::path ownFolder);
 };
 
-/// The bundles of all the folders: folder after folder, by name within each, each once. Folders
-/// that are not there are no error; a manifest that cannot be read is reported and left out.
+/// The single bundles, then those of all the folders: folder after folder, by name within each,
+/// each once. Folders that are not there are no error; a manifest that cannot be read is reported
+/// and left out.
 std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath);
 
 }  // namespace orvalo

@@ -54,7 +54,9 @@ LV2Features::LV2Features(LV2Options& options, LV2Worker& worker, LV2Log& log, LV
                      &threadSafeRestore_,
                      &isLive_,
                      nullptr},
-      state_{&map_, &unmap_, &options_, &immediateSchedule_, &log_, nullptr} {}
+      state_{&map_, &unmap_, &options_, &immediateSchedule_, &log_, nullptr},
+      plainState_{&map_,     &unmap_,    &options_, &immediateSchedule_, &log_, &makePath_,
+                  &mapPath_, &freePath_, nullptr} {}
 
 bool LV2Features::isOffered(const std::string& uri) {
     // The last two are the plug-in's own promises, which a host has nothing to add to.

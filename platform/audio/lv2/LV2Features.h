@@ -25,6 +25,8 @@ class LV2Features {
     const LV2_Feature* const* forInstantiation() const { return instantiation_.data(); }
     /// For saving and restoring state, off the render thread; ends with null. lilv adds the paths.
     const LV2_Feature* const* forState() const { return state_.data(); }
+    /// The same with the paths, where lilv is not asked; ends with null.
+    const LV2_Feature* const* forPlainState() const { return plainState_.data(); }
 
     /// Whether a plug-in may require the feature of that URI.
     static bool isOffered(const std::string& uri);
@@ -48,6 +50,7 @@ class LV2Features {
     LV2_Feature isLive_;
     std::array<const LV2_Feature*, 13> instantiation_;
     std::array<const LV2_Feature*, 6> state_;
+    std::array<const LV2_Feature*, 9> plainState_;
 };
 
 }  // namespace orvalo

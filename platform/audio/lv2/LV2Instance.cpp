@@ -3,6 +3,7 @@
 #include <lv2/options/options.h>
 #include <lv2/state/state.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -44,6 +45,43 @@ void setPortValue(const char* symbol, void* handle, const void* value, std::uint
     if (port != nullptr && number) {
         controls.setValue(port->index, *number);
     }
+}
+
+LV2_State_Status store(LV2_State_Handle handle, std::uint32_t key, const void* value,
+                       std::size_t size, std::uint32_t type, std::uint32_t flags) {
+    if (key == 0 || type == 0 || value == nullptr) {
+        return LV2_STATE_ERR_UNKNOWN;
+    }
+    if ((flags & LV2_STATE_IS_POD) == 0) {
+        return LV2_STATE_ERR_BAD_FLAGS;
+    }
+    auto& properties = *static_cast<LV2StateProperties*>(handle);
+    const std::string body(static_cast<const char*>(value), size);
+    const auto known =
+        std::find_if(properties.begin(), properties.end(),
+                     [key](const LV2StateProperty& property) { return property.key == key; });
+    if (known != properties.end()) {
+        *known = {key, type, flags, body};
+    } else {
+        properties.push_back({key, type, flags, body});
+    }
+    return LV2_STATE_SUCCESS;
+}
+
+const void* retrieve(LV2_State_Handle handle, std::uint32_t key, std::size_t* size,
+                     std::uint32_t* type, std::uint32_t* flags) {
+    for (const auto& property : *static_cast<const LV2StateProperties*>(handle)) {
+        if (property.key == key) {
+            *size = property.body.size();
+            *type = property.type;
+            *flags = property.flags;
+            return property.body.data();
+        }
+    }
+    *size = 0;
+    *type = 0;
+    *flags = 0;
+    return nullptr;
 }
 
 }  // namespace
@@ -94,10 +132,12 @@ void LV2Instance::deactivate() {
     }
 }
 
+bool LV2Instance::keepsState() const {
+    return extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface) != nullptr;
+}
+
 LV2State LV2Instance::save() const {
-    const bool hasFiles =
-        extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface) != nullptr;
-    const std::string folder = hasFiles ? parts_.paths.folder().string() : std::string();
+    const std::string folder = keepsState() ? parts_.paths.folder().string() : std::string();
     LilvState* state = nullptr;
     {
         const LV2World::Access access(parts_.world);
@@ -116,6 +156,31 @@ void LV2Instance::restore(const LilvState& state) {
     const LV2World::Access access(parts_.world);
     lilv_state_restore(&state, instance_.get(), setPortValue, &parts_.controls, 0,
                        features_.forState());
+}
+
+LV2StateProperties LV2Instance::saveProperties() const {
+    LV2StateProperties properties;
+    if (!keepsState()) {
+        return properties;
+    }
+    const auto* state = extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface);
+    const auto status =
+        state->save(lilv_instance_get_handle(instance_.get()), store, &properties,
+                    LV2_STATE_IS_POD | LV2_STATE_IS_NATIVE, features_.forPlainState());
+    if (status != LV2_STATE_SUCCESS) {
+        throw lv2Error(LV2ErrorCode::stateFailed, parts_.data.uri, "its state cannot be saved");
+    }
+    return properties;
+}
+
+void LV2Instance::restore(const LV2StateProperties& properties) {
+    if (keepsState()) {
+        const auto* state = extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface);
+        // The interface's handle is not const, though what it gives is.
+        auto kept = properties;
+        state->restore(lilv_instance_get_handle(instance_.get()), retrieve, &kept, 0,
+                       features_.forPlainState());
+    }
 }
 
 bool LV2Instance::takesOptions() const {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/audio/lv2/LV2Controls.h"
 #include "platform/audio/lv2/LV2Features.h"
@@ -11,6 +13,7 @@
 #include "platform/audio/lv2/LV2Process.h"
 #include "platform/audio/lv2/LV2State.h"
 #include "platform/audio/lv2/LV2StatePaths.h"
+#include "platform/audio/lv2/LV2StateProperty.h"
 #include "platform/audio/lv2/LV2Worker.h"
 #include "platform/audio/lv2/LV2World.h"
 
@@ -18,8 +21,12 @@ namespace orvalo {
 
 /// What the instances of one unit share.
 struct LV2UnitParts {
-    LV2UnitParts(LV2World& lv2World, LV2PluginData pluginData)
-        : world(lv2World), data(std::move(pluginData)), log(data.uri), controls(data.ports) {}
+    LV2UnitParts(LV2World& lv2World, LV2PluginData pluginData, std::filesystem::path filesFolder)
+        : world(lv2World),
+          data(std::move(pluginData)),
+          log(data.uri),
+          paths(std::move(filesFolder)),
+          controls(data.ports) {}
 
     LV2World& world;
     const LV2PluginData data;
@@ -52,10 +59,15 @@ class LV2Instance {
     /// It must not run any more.
     void deactivate();
 
+    /// Whether it keeps state beside its control values.
+    bool keepsState() const;
     /// Its state now. Throws NSError.
     LV2State save() const;
     /// Sets its state: not while it runs, but for plug-ins with threadSafeRestore.
     void restore(const LilvState& state);
+    /// What it keeps beside its control values, and the way back, as above.
+    LV2StateProperties saveProperties() const;
+    void restore(const LV2StateProperties& properties);
     /// Whether it can be told options later.
     bool takesOptions() const;
     /// Tells it the context's name, if it takes options: not while it runs.

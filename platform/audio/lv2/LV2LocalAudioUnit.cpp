@@ -27,16 +27,22 @@ LV2PluginData readData(LV2World& world, const std::string& uri) {
 }  // namespace
 
 LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
-                                     const AudioComponentDescription& description)
-    : description_(description), parts_(world, readData(world, uri)) {
-    auto instance = std::make_unique<LV2Instance>(parts_, kFirstSampleRate, contextName_);
-    if (parts_.data.hasDefaultState) {
+                                     const AudioComponentDescription& description,
+                                     const LV2UnitStart& start)
+    : description_(description),
+      parts_(world, readData(world, uri), start.filesFolder),
+      contextName_(start.contextName) {
+    const double sampleRate = start.sampleRate == 0.0 ? kFirstSampleRate : start.sampleRate;
+    auto instance = std::make_unique<LV2Instance>(parts_, sampleRate, contextName_);
+    if (start.state) {
+        instance->restore(*start.state);
+    } else if (parts_.data.hasDefaultState) {
         if (const auto state = readState(world, uri)) {
             instance->restore(*state);
         }
     }
     // Only now: a default state states its values as the data do, without the rate.
-    parts_.controls.setSampleRate(kFirstSampleRate);
+    parts_.controls.setSampleRate(sampleRate);
     instance->activate();
     instance_.exchange(std::move(instance));
 }
@@ -118,6 +124,16 @@ void LV2LocalAudioUnit::setInterfaceProvider(LV2InterfaceProvider provider) {
 double LV2LocalAudioUnit::sampleRate() const {
     const std::scoped_lock lock(control_);
     return instance_.current()->sampleRate();
+}
+
+bool LV2LocalAudioUnit::keepsState() const {
+    const std::scoped_lock lock(control_);
+    return instance_.current()->keepsState();
+}
+
+LV2StateProperties LV2LocalAudioUnit::stateProperties() const {
+    const std::scoped_lock lock(control_);
+    return instance_.current()->saveProperties();
 }
 
 LV2LocalAudioUnit::InstanceAccess LV2LocalAudioUnit::connectInterface(

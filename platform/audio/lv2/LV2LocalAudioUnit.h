@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -17,6 +18,15 @@
 
 namespace orvalo {
 
+/// What a unit begins with, where that is not what its plug-in has by itself.
+struct LV2UnitStart {
+    std::string contextName{};
+    double sampleRate = 0.0;              ///< Hz; 0 for the rate that a plug-in is tried with.
+    std::filesystem::path filesFolder{};  ///< As LV2StatePaths takes it.
+    /// stateProperties() of such a unit; absent for the default.
+    std::optional<LV2StateProperties> state{};
+};
+
 /// An LV2 plug-in in this process. What must not overlap the plug-in's run() (presets, unless it
 /// allows that, and the context's name) takes the instance away from the render thread for its
 /// time; blocks rendered meanwhile pass the input through, mapped to the output's channels.
@@ -24,7 +34,7 @@ class LV2LocalAudioUnit : public AUAudioUnit {
   public:
     /// Throws NSError as makeLV2AudioUnit() does. The world must outlive the unit.
     LV2LocalAudioUnit(LV2World& world, const std::string& uri,
-                      const AudioComponentDescription& description);
+                      const AudioComponentDescription& description, const LV2UnitStart& start = {});
 
     AudioComponentDescription componentDescription() const override { return description_; }
     std::string contextName() const override;
@@ -49,6 +59,12 @@ class LV2LocalAudioUnit : public AUAudioUnit {
     const LV2PluginData& data() const { return parts_.data; }
     LV2World& world() const { return parts_.world; }
     double sampleRate() const;
+
+    /// Whether the plug-in keeps state beside its control values.
+    bool keepsState() const;
+    /// That state now, from which another unit of the plug-in can start. May run beside render().
+    /// Throws NSError.
+    LV2StateProperties stateProperties() const;
 
     /// An open interface's way to the unit's instance.
     struct InstanceAccess {

@@ -6,11 +6,15 @@
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 namespace orvalo {
 
+LV2StatePaths::LV2StatePaths(std::filesystem::path folder)
+    : folder_(std::move(folder)), isOwn_(folder_.empty()) {}
+
 LV2StatePaths::~LV2StatePaths() {
-    if (!folder_.empty()) {
+    if (isOwn_ && !folder_.empty()) {
         std::error_code error;
         std::filesystem::remove_all(folder_, error);
     }

@@ -9,11 +9,12 @@ namespace orvalo {
 
 /// Where the files of one unit's plug-in live while the unit does: the state extension's features
 /// for making, mapping and freeing paths. Paths are kept absolute, as states are not stored beyond
-/// the process. Any thread.
+/// the unit. Any thread.
 class LV2StatePaths {
   public:
-    LV2StatePaths() = default;
-    /// Removes the folder and what is in it.
+    /// folder: one that somebody else looks after; empty for one of its own, which goes with the
+    /// object and takes what is in it along.
+    explicit LV2StatePaths(std::filesystem::path folder = {});
     ~LV2StatePaths();
     LV2StatePaths(const LV2StatePaths&) = delete;
     LV2StatePaths& operator=(const LV2StatePaths&) = delete;
@@ -32,6 +33,7 @@ class LV2StatePaths {
 
     std::mutex mutex_;
     std::filesystem::path folder_;
+    const bool isOwn_;
     LV2_State_Make_Path makePath_{this, make};
     LV2_State_Map_Path mapPath_{this, copy, copy};
     LV2_State_Free_Path freePath_{this, release};

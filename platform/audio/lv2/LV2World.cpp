@@ -48,6 +48,24 @@ std::vector<LV2Component> LV2World::components() {
     return outside;
 }
 
+std::vector<std::string> LV2World::bundlesOf(const std::string& pluginURI) {
+    const std::scoped_lock lock(mutex_);
+    const auto* known = plugin(pluginURI);
+    const auto own = known == nullptr ? std::filesystem::path() : bundlePath(known);
+    std::vector<std::string> mentioning;
+    std::vector<std::string> all;
+    bool isOwnMentioned = false;
+    for (const auto& entry : entries_) {
+        all.push_back(entry.bundle.path.native());
+        if (mayMention(entry.bundle, pluginURI)) {
+            mentioning.push_back(entry.bundle.path.native());
+            isOwnMentioned = isOwnMentioned || entry.bundle.path == own;
+        }
+    }
+    // A plug-in whose URI its own manifest cuts up was found by reading all of them.
+    return known == nullptr || isOwnMentioned ? mentioning : all;
+}
+
 void LV2World::search() {
     if (isSearched_) {
         return;
@@ -103,10 +121,16 @@ const LilvPlugin* LV2World::plugin(const std::string& uri) {
     return found;
 }
 
-bool LV2World::isOwn(const LilvPlugin* plugin) const {
+std::filesystem::path LV2World::bundlePath(const LilvPlugin* plugin) {
     char* text = lilv_node_get_path(lilv_plugin_get_bundle_uri(plugin), nullptr);
-    const std::filesystem::path bundle(text == nullptr ? "" : text);
+    const std::filesystem::path path(text == nullptr ? "" : text);
     lilv_free(text);
+    // Without the closing slash.
+    return path.has_filename() ? path : path.parent_path();
+}
+
+bool LV2World::isOwn(const LilvPlugin* plugin) const {
+    const auto bundle = bundlePath(plugin);
     std::error_code error;
     const auto own = std::filesystem::canonical(searchPath_.ownFolder, error);
     if (error) {

@@ -29,6 +29,10 @@ class LV2World {
     /// then those inside by URI. A component without its plug-in is left out with a warning.
     std::vector<LV2Component> components();
 
+    /// The paths of the bundles that may speak of a plug-in: its own, and those with presets or
+    /// codes for it. A world of these alone knows of it what this one does.
+    std::vector<std::string> bundlesOf(const std::string& pluginURI);
+
     /// Exclusive use of lilv, for the object's life. Does not nest. Every call of a lilv function
     /// needs one, but for running, connecting and activating an instance.
     class Access {
@@ -58,6 +62,7 @@ class LV2World {
     const LilvPlugin* loadedPlugin(const std::string& uri) const;
     const LilvPlugin* plugin(const std::string& uri);
     bool isOwn(const LilvPlugin* plugin) const;
+    static std::filesystem::path bundlePath(const LilvPlugin* plugin);
 
     const LV2SearchPath searchPath_;
     std::mutex mutex_;

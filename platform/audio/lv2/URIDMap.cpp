@@ -37,6 +37,24 @@ const char* URIDMap::unmap(LV2_URID number) const noexcept {
     return entry == nullptr ? nullptr : entry->uri.c_str();
 }
 
+std::vector<std::string> URIDMap::uris() const {
+    std::vector<std::string> result;
+    while (const auto* uri = unmap(static_cast<LV2_URID>(result.size() + 1))) {
+        result.emplace_back(uri);
+    }
+    return result;
+}
+
+bool URIDMap::adopt(const std::vector<std::string>& uris) {
+    LV2_URID number = 0;
+    for (const auto& uri : uris) {
+        if (map(uri.c_str()) != ++number) {
+            return false;
+        }
+    }
+    return true;
+}
+
 const URIDMap::Entry* URIDMap::find(const Entry* from, std::string_view uri) noexcept {
     while (from != nullptr && from->uri != uri) {
         from = from->next;

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvalo {
 
@@ -23,6 +24,12 @@ class URIDMap {
     LV2_URID map(const char* uri);
     /// The number's URI; null for a number that was never given.
     const char* unmap(LV2_URID number) const noexcept;
+
+    /// All URIs so far, in the order of their numbers.
+    std::vector<std::string> uris() const;
+    /// Gives the URIs of another process the numbers that they had there; false when others have
+    /// them already.
+    bool adopt(const std::vector<std::string>& uris);
 
     static constexpr std::size_t kCapacity = 65536;
 
