@@ -1,0 +1,150 @@
+// What an animator's callbacks may do to it.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "animation/Animator.h"
+
+namespace orvalo {
+namespace {
+
+using Values = std::vector<float>;
+
+std::shared_ptr<Animator> animatorOf(std::int64_t frames) {
+    return std::make_shared<Animator>(0.0f, static_cast<float>(frames), frames);
+}
+
+TEST(AnimatorCallback, ThatFinishesMayBeginTheNextRun) {
+    const auto animator = animatorOf(1);
+    Values ends;
+    animator->onFinished = [&ends](const auto& self, float value) {
+        ends.push_back(value);
+        if (ends.size() == 1) {
+            self->setup(5, 6, 1);
+        }
+    };
+    animator->animate();
+    animator->animate();
+    EXPECT_FALSE(animator->isFinished());
+    EXPECT_EQ(animator->getValue(), 5);
+    animator->animate();
+    animator->animate();
+    EXPECT_EQ(ends, (Values{1, 6}));
+}
+
+TEST(AnimatorCallback, BeforeAFrameMayStopTheRun) {
+    const auto animator = animatorOf(4);
+    int finished = 0;
+    animator->onFinished = [&finished](const auto&, float) { ++finished; };
+    animator->onAnimation = [](const auto& self, float value) {
+        if (value == 2) {
+            self->stop();
+        }
+    };
+    for (int step = 0; step < 10; ++step) {
+        animator->animate();
+    }
+    EXPECT_TRUE(animator->isFinished());
+    EXPECT_EQ(finished, 0);
+}
+
+TEST(AnimatorCallback, BeforeAFrameMaySetUpAnotherRunThatItThenBegins) {
+    const auto animator = animatorOf(4);
+    animator->onAnimation = [](const auto& self, float) {
+        self->onAnimation = nullptr;
+        self->setup(100, 200, 2);
+    };
+    animator->animate();
+    EXPECT_EQ(animator->getValue(), 150);
+    animator->animate();
+    EXPECT_EQ(animator->getValue(), 200);
+}
+
+TEST(AnimatorCallback, MayReplaceItselfWhileItRuns) {
+    const auto animator = animatorOf(4);
+    auto held = std::make_shared<int>(7);
+    const std::weak_ptr<int> watched = held;
+    Values seen;
+    animator->onAnimation = [&seen, held = std::move(held)](const auto& self, float) {
+        self->onAnimation = [&seen](const auto&, float value) { seen.push_back(value); };
+        seen.push_back(static_cast<float>(*held));
+    };
+    animator->animate();
+    EXPECT_TRUE(watched.expired());
+    animator->animate();
+    EXPECT_EQ(seen, (Values{7, 1}));
+}
+
+TEST(AnimatorCallback, MayStepTheRunItself) {
+    const auto animator = animatorOf(4);
+    animator->onAnimation = [](const auto& self, float value) {
+        if (value == 0) {
+            self->onAnimation = nullptr;
+            self->animate();
+        }
+    };
+    animator->animate();
+    EXPECT_EQ(animator->getValue(), 2);
+}
+
+TEST(AnimatorCallback, AtATurnMayEndTheRunWhichTurnsYet) {
+    const auto animator = animatorOf(2);
+    animator->looped = true;
+    int finished = 0;
+    animator->onFinished = [&finished](const auto&, float) { ++finished; };
+    animator->onLoop = [](const auto& self) { self->stop(); };
+    for (int step = 0; step < 3; ++step) {
+        animator->animate();
+    }
+    // A run of no frames is ready, as after reverse() on a finished one.
+    EXPECT_FALSE(animator->isFinished());
+    EXPECT_EQ(animator->getValue(), 2);
+    animator->animate();
+    EXPECT_TRUE(animator->isFinished());
+    EXPECT_EQ(animator->getValue(), 0);
+    EXPECT_EQ(finished, 1);
+}
+
+/// Steps an animator whose only reference the callback lets go of; true when it went afterwards.
+template <typename Install>
+bool survivesItsRelease(int steps, Install install) {
+    auto animator = animatorOf(2);
+    const std::weak_ptr<Animator> watched = animator;
+    install(*animator, [&animator] { animator.reset(); });
+    for (int step = 0; step < steps; ++step) {
+        EXPECT_FALSE(watched.expired());
+        // As an owner does who holds it elsewhere.
+        watched.lock().get()->animate();
+    }
+    return watched.expired();
+}
+
+TEST(AnimatorCallback, MayLetGoOfTheAnimator) {
+    EXPECT_TRUE(survivesItsRelease(1, [](Animator& animator, auto release) {
+        animator.onAnimation = [release](const auto&, float) { release(); };
+    }));
+    EXPECT_TRUE(survivesItsRelease(3, [](Animator& animator, auto release) {
+        animator.onFinished = [release](const auto&, float) { release(); };
+    }));
+    EXPECT_TRUE(survivesItsRelease(3, [](Animator& animator, auto release) {
+        animator.looped = true;
+        animator.onLoop = [release](const auto&) { release(); };
+    }));
+}
+
+TEST(AnimatorCallback, MayLetGoOfTheAnimatorThatIsUndone) {
+    auto animator = animatorOf(2);
+    const std::weak_ptr<Animator> watched = animator;
+    Animator* const bare = animator.get();
+    bare->onAnimation = [&animator](const auto& self, float) {
+        animator.reset();
+        self->onAnimation = nullptr;
+    };
+    bare->undo();
+    EXPECT_TRUE(watched.expired());
+}
+
+}  // namespace
+}  // namespace orvalo

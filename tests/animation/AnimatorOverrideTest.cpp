@@ -1,0 +1,183 @@
+// What subclasses of Animator may replace, and what then happens.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "animation/Animator.h"
+
+namespace orvalo {
+namespace {
+
+using enum EnumEasing;
+using Lines = std::vector<std::string>;
+
+struct Way {
+    float source;
+    float destination;
+    std::int64_t frames;
+    float interval;
+    EnumEasing type;
+
+    bool operator==(const Way&) const = default;
+};
+
+/// Writes down which operations are called.
+class Recording : public Animator {
+  public:
+    Lines calls;
+    std::vector<Way> runs;
+
+    void setup(float source, float destination, std::int64_t frames, float interval,
+               EnumEasing type) override {
+        calls.emplace_back("setup");
+        runs.push_back({source, destination, frames, interval, type});
+        Animator::setup(source, destination, frames, interval, type);
+    }
+    void reverse() override {
+        calls.emplace_back("reverse");
+        Animator::reverse();
+    }
+    void animate() override {
+        calls.emplace_back("animate");
+        Animator::animate();
+    }
+    void stop() override {
+        calls.emplace_back("stop");
+        Animator::stop();
+    }
+};
+
+std::shared_ptr<Recording> recordingOf(float destination, std::int64_t frames,
+                                       EnumEasing type = EASING_easeNone) {
+    auto result = std::make_shared<Recording>();
+    result->setup(0, destination, frames, 0.25f, type);
+    result->calls.clear();
+    result->runs.clear();
+    return result;
+}
+
+TEST(AnimatorOverride, OfStopIsCalledAtTheEnd) {
+    const auto animator = recordingOf(1, 0);
+    animator->animate();
+    EXPECT_EQ(animator->calls, (Lines{"animate", "stop"}));
+}
+
+TEST(AnimatorOverride, OfReverseAndSetupAreCalledAtATurn) {
+    const auto animator = recordingOf(1, 0, EASING_easeInBack);
+    animator->looped = true;
+    animator->animate();
+    EXPECT_EQ(animator->calls, (Lines{"animate", "reverse", "setup"}));
+    EXPECT_EQ(animator->runs, (std::vector<Way>{{1, 0, 0, 0.25f, EASING_easeInBack}}));
+}
+
+TEST(AnimatorOverride, OfSetupIsCalledByRewindWithItsDefaults) {
+    const auto animator = recordingOf(2, -5, EASING_easeInBack);
+    animator->rewind();
+    EXPECT_EQ(animator->calls, Lines{"setup"});
+    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 2, -5, 0.009f, EASING_easeNone}}));
+}
+
+TEST(AnimatorOverride, OfSetupAndAnimateAreCalledByUndo) {
+    const auto animator = recordingOf(2, 7, EASING_easeInBack);
+    animator->undo();
+    EXPECT_EQ(animator->calls, (Lines{"setup", "animate", "animate", "stop"}));
+    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 2, 1, 0.009f, EASING_easeNone}}));
+}
+
+TEST(AnimatorOverride, OfSetupSeesThePeriodAndTheCurveInUse) {
+    const auto animator = recordingOf(2, 7);
+    animator->setInterval(0.5f);
+    animator->setType(EASING_easeOutCirc);
+    animator->reverse();
+    EXPECT_EQ(animator->runs, (std::vector<Way>{{2, 0, 7, 0.5f, EASING_easeOutCirc}}));
+}
+
+TEST(AnimatorOverride, OfSetupSeesThePeriodOfAnAnimatorNeverSetUp) {
+    const auto animator = std::make_shared<Recording>();
+    animator->reverse();
+    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 0, -1, 0.005f, EASING_easeNone}}));
+}
+
+/// Every curve that may be replaced gives its number.
+class OwnCurves : public Animator {
+  public:
+    using Animator::Animator;
+
+    float easeInElastic(std::int64_t, float, float, std::int64_t) override { return 29; }
+    float easeOutElastic(std::int64_t, float, float, std::int64_t) override { return 30; }
+    float easeInOutElastic(std::int64_t, float, float, std::int64_t) override { return 31; }
+    float easeInBack(std::int64_t, float, float, std::int64_t) override { return 33; }
+    float easeOutBack(std::int64_t, float, float, std::int64_t) override { return 34; }
+    float easeInOutBack(std::int64_t, float, float, std::int64_t) override { return 35; }
+};
+
+/// The first and the last frame of a run of two.
+std::vector<float> framesOf(EnumEasing type) {
+    const auto animator = std::make_shared<OwnCurves>(0.0f, 1.0f, 4, 0.009f, type);
+    std::vector<float> values;
+    for (int frame = 0; frame < 2; ++frame) {
+        animator->animate();
+        values.push_back(animator->getValue());
+    }
+    return values;
+}
+
+TEST(AnimatorOverride, OfACurveIsWhatARunComputes) {
+    for (const auto type : {EASING_easeInElastic, EASING_easeOutElastic, EASING_easeInOutElastic,
+                            EASING_easeInBack, EASING_easeOutBack, EASING_easeInOutBack}) {
+        const auto number = static_cast<float>(rawValue(type));
+        EXPECT_EQ(framesOf(type), (std::vector{number, number}));
+    }
+}
+
+TEST(AnimatorOverride, OfInAndOutReachesOutIn) {
+    EXPECT_EQ(framesOf(EASING_easeOutInElastic), (std::vector{30.0f, 29.0f}));
+    EXPECT_EQ(framesOf(EASING_easeOutInBack), (std::vector{34.0f, 33.0f}));
+}
+
+/// Out-In curves of its own.
+class OwnOutIn : public Animator {
+  public:
+    using Animator::Animator;
+
+    float easeOutInElastic(std::int64_t currentFrame, float sourceValue, float amount,
+                           std::int64_t numFrames) override {
+        return static_cast<float>(currentFrame) + sourceValue + amount +
+               static_cast<float>(numFrames);
+    }
+    float easeOutInBack(std::int64_t, float, float, std::int64_t) override { return 36; }
+};
+
+TEST(AnimatorOverride, OfOutInIsWhatARunComputes) {
+    const auto animator =
+        std::make_shared<OwnOutIn>(20.0f, 320.0f, 4000, 0.009f, EASING_easeOutInElastic);
+    animator->animate();
+    EXPECT_EQ(animator->getValue(), 4321);
+    animator->setType(EASING_easeOutInBack);
+    animator->animate();
+    EXPECT_EQ(animator->getValue(), 36);
+}
+
+/// Changes its curve while it is computed.
+class Restless : public Animator {
+  public:
+    float easeInBack(std::int64_t, float, float, std::int64_t) override {
+        setType(EASING_easeNone);
+        return 33;
+    }
+};
+
+TEST(AnimatorOverride, OfACurveMayBindAnother) {
+    const auto animator = std::make_shared<Restless>();
+    animator->setup(0, 4, 4, 0.009f, EASING_easeInBack);
+    animator->animate();
+    EXPECT_EQ(animator->getValue(), 33);
+    animator->animate();
+    EXPECT_EQ(animator->getValue(), 2);
+}
+
+}  // namespace
+}  // namespace orvalo

@@ -1,0 +1,244 @@
+// Animators on their own timers, on real run loops.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "animation/Animator.h"
+#include "tests/foundation/Wait.h"
+
+namespace orvalo {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using orvalo::testing::serveUntil;
+
+/// A run of so many frames, a millisecond each, by ones.
+std::shared_ptr<Animator> animatorOf(std::int64_t frames, float interval = 0.001f) {
+    return std::make_shared<Animator>(0.0f, static_cast<float>(frames), frames, interval);
+}
+
+/// Serves the run loop for so many firings of another timer, as long as those.
+void serveFirings(int count) {
+    int firings = 0;
+    const auto timer = Timer::scheduledTimer(0.001, [&firings](const auto&) { ++firings; });
+    EXPECT_TRUE(serveUntil([&] { return firings >= count; }));
+    timer->invalidate();
+}
+
+/// Longer than a period of 20 ms: whatever has one is then due together.
+void beLate() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+}
+
+void runsToItsEnd() {
+    const auto thread = std::this_thread::get_id();
+    const auto animator = animatorOf(5);
+    std::vector<float> before;
+    std::vector<float> ends;
+    animator->onAnimation = [&](const auto&, float value) {
+        EXPECT_EQ(std::this_thread::get_id(), thread);
+        before.push_back(value);
+    };
+    animator->onFinished = [&](const auto&, float value) { ends.push_back(value); };
+    animator->start();
+    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_EQ(before, (std::vector<float>{0, 1, 2, 3, 4}));
+    serveFirings(5);
+    EXPECT_EQ(ends, std::vector<float>{5});
+}
+
+TEST(AnimatorTimer, StepsARunToItsEnd) {
+    runsToItsEnd();
+}
+
+TEST(AnimatorTimer, StepsARunOnTheThreadThatStartsIt) {
+    std::thread(runsToItsEnd).join();
+}
+
+TEST(AnimatorTimer, StepsEachPeriodOnce) {
+    constexpr std::chrono::milliseconds period(20);
+    const auto animator = animatorOf(4, 0.02f);
+    const auto start = Clock::now();
+    int steps = 0;
+    animator->onAnimation = [&](const auto&, float) {
+        ++steps;
+        // The period is single precision, and so a little less.
+        EXPECT_GE(Clock::now() - start, steps * period - std::chrono::microseconds(1));
+    };
+    animator->start();
+    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_EQ(steps, 4);
+}
+
+TEST(AnimatorTimer, KeepsItsPeriodUntilTheNextStart) {
+    const auto animator = animatorOf(3, 1000);
+    animator->start();
+    animator->setInterval(0.001f);
+    serveFirings(5);
+    EXPECT_EQ(animator->getValue(), 0);
+    animator->start();
+    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_EQ(animator->getValue(), 3);
+}
+
+TEST(AnimatorTimer, WithoutARunFiresInVain) {
+    const auto animator = std::make_shared<Animator>();
+    int calls = 0;
+    animator->onAnimation = [&calls](const auto&, float) { ++calls; };
+    animator->onFinished = [&calls](const auto&, float) { ++calls; };
+    animator->start();
+    serveFirings(10);
+    EXPECT_EQ(calls, 0);
+    // It still runs: a run that is set up now is stepped.
+    animator->setup(0, 1, 1);
+    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_EQ(calls, 2);
+}
+
+TEST(AnimatorTimer, StartedTwiceStepsTwiceAPeriod) {
+    // On a thread of its own, with which the first timer ends.
+    std::thread([] {
+        const auto animator = animatorOf(1000, 0.02f);
+        animator->start();
+        animator->start();
+        float seen = 0;
+        const auto timer = Timer::scheduledTimer(0.02, [&](const auto& fired) {
+            seen = animator->getValue();
+            fired->invalidate();
+        });
+        beLate();
+        EXPECT_TRUE(serveUntil([&] { return seen > 0; }));
+        EXPECT_EQ(seen, 2);
+    }).join();
+}
+
+TEST(AnimatorTimer, OfAnEarlierStartCanNoMoreBeStopped) {
+    std::thread([] {
+        const auto animator = animatorOf(1000000);
+        animator->start();
+        animator->setInterval(1000);
+        animator->start();
+        EXPECT_TRUE(serveUntil([&] { return animator->getValue() >= 3; }));
+        animator->stop();
+        animator->setup(0, 1000000, 1000000);
+        EXPECT_TRUE(serveUntil([&] { return animator->getValue() >= 3; }));
+    }).join();
+}
+
+TEST(AnimatorTimer, HoldsTheAnimatorUntilItsEnd) {
+    std::weak_ptr<Animator> watched;
+    int ends = 0;
+    {
+        const auto animator = animatorOf(5);
+        animator->onFinished = [&ends](const auto&, float) { ++ends; };
+        animator->start();
+        watched = animator;
+    }
+    EXPECT_FALSE(watched.expired());
+    EXPECT_TRUE(serveUntil([&] { return ends == 1; }));
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(AnimatorTimer, StoppedLetsGoOfTheAnimator) {
+    std::weak_ptr<Animator> watched;
+    {
+        const auto animator = animatorOf(5);
+        animator->start();
+        watched = animator;
+    }
+    // Nobody but the timer holds it.
+    watched.lock().get()->stop();
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(AnimatorTimer, MayBeStoppedFromItsCallback) {
+    const auto animator = animatorOf(100);
+    int steps = 0;
+    animator->onAnimation = [&steps](const auto& self, float) {
+        if (++steps == 3) {
+            self->stop();
+        }
+    };
+    animator->start();
+    EXPECT_TRUE(serveUntil([&] { return steps == 3; }));
+    serveFirings(5);
+    EXPECT_EQ(steps, 3);
+    EXPECT_TRUE(animator->isFinished());
+}
+
+TEST(AnimatorTimer, MayBeStartedAnewFromItsCallback) {
+    const auto animator = animatorOf(2);
+    std::vector<float> ends;
+    animator->onFinished = [&ends](const auto& self, float value) {
+        ends.push_back(value);
+        if (ends.size() < 3) {
+            self->setup(value, value * 10, 2, 0.001f);
+            self->start();
+        }
+    };
+    animator->start();
+    EXPECT_TRUE(serveUntil([&] { return ends.size() == 3; }));
+    EXPECT_EQ(ends, (std::vector<float>{2, 20, 200}));
+    serveFirings(5);
+    EXPECT_TRUE(animator->isFinished());
+}
+
+TEST(AnimatorTimer, MayLoseItsAnimatorInACallback) {
+    auto animator = animatorOf(100);
+    const std::weak_ptr<Animator> watched = animator;
+    animator->onAnimation = [&animator](const auto& self, float value) {
+        if (value == 3) {
+            self->stop();
+            animator.reset();
+        }
+    };
+    animator->start();
+    EXPECT_TRUE(serveUntil([&] { return watched.expired(); }));
+}
+
+TEST(AnimatorTimer, OfOneRunMayStopAnother) {
+    const auto first = animatorOf(100);
+    const auto second = animatorOf(100);
+    int steps = 0;
+    second->onAnimation = [&steps](const auto&, float) { ++steps; };
+    first->onAnimation = [&second](const auto&, float) { second->stop(); };
+    first->start();
+    second->start();
+    EXPECT_TRUE(serveUntil([&] { return first->getValue() >= 5; }));
+    EXPECT_TRUE(second->isFinished());
+    EXPECT_LE(steps, 1);
+    first->stop();
+}
+
+TEST(AnimatorTimer, StepsThoseDueTogetherInTheirOrder) {
+    std::string order;
+    std::vector<std::shared_ptr<Animator>> animators;
+    for (const char name : {'a', 'b', 'c'}) {
+        animators.push_back(animatorOf(1, 0.02f));
+        animators.back()->onFinished = [&order, name](const auto&, float) { order += name; };
+        animators.back()->start();
+    }
+    beLate();
+    EXPECT_TRUE(serveUntil([&] { return order.size() == 3; }));
+    EXPECT_EQ(order, "abc");
+}
+
+TEST(AnimatorTimer, EndsWithItsThread) {
+    std::weak_ptr<Animator> watched;
+    std::thread([&watched] {
+        const auto animator = animatorOf(1000000);
+        animator->start();
+        animator->start();
+        watched = animator;
+        EXPECT_TRUE(serveUntil([&] { return animator->getValue() >= 3; }));
+    }).join();
+    EXPECT_TRUE(watched.expired());
+}
+
+}  // namespace
+}  // namespace orvalo

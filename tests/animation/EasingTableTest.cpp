@@ -1,0 +1,67 @@
+// Every curve against golden/easing.tsv; golden/make-table tells how the values there came about.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <iomanip>
+#include <string>
+
+#include "animation/EasingCurve.h"
+#include "animation/EasingName.h"
+#include "tests/animation/EasingTable.h"
+
+namespace orvalo {
+namespace {
+
+using orvalo::testing::EasingRow;
+using orvalo::testing::easingRows;
+
+float evaluate(std::int64_t curve, const EasingRow& row) {
+    return easingCurves.at(static_cast<std::size_t>(curve))(row.currentFrame, row.sourceValue,
+                                                            row.amount, row.numFrames);
+}
+
+std::string nameOf(std::int64_t curve) {
+    return easingName(static_cast<EnumEasing>(curve));
+}
+
+class EasingTable : public ::testing::TestWithParam<std::int64_t> {};
+
+TEST_P(EasingTable, HoldsTheCurvesValues) {
+    const auto rows = easingRows(nameOf(GetParam()));
+    EXPECT_EQ(rows.size(), 124U);
+    for (const auto& row : rows) {
+        if (!row.fatalMessage.empty()) {
+            continue;
+        }
+        const float value = evaluate(GetParam(), row);
+        const bool isRight =
+            std::isnan(row.value) ? std::isnan(value) : row.lowest <= value && value <= row.highest;
+        EXPECT_TRUE(isRight) << std::setprecision(9) << "frame " << row.currentFrame << " of "
+                             << row.numFrames << ", from " << row.sourceValue << " by "
+                             << row.amount << ": " << value << " instead of " << row.value << " ("
+                             << row.lowest << " to " << row.highest << ')';
+    }
+}
+
+using EasingTableDeathTest = EasingTable;
+
+TEST_P(EasingTableDeathTest, HoldsWhatEndsTheProgram) {
+    for (const auto& row : easingRows(nameOf(GetParam()))) {
+        if (!row.fatalMessage.empty()) {
+            EXPECT_EXIT(evaluate(GetParam(), row), ::testing::KilledBySignal(SIGABRT),
+                        "^Fatal error: " + row.fatalMessage + "\n$")
+                << "frame " << row.currentFrame << " of " << row.numFrames;
+        }
+    }
+}
+
+const auto all = ::testing::Range<std::int64_t>(0, rawValue(EnumEasing::EASING_easeLast));
+const auto called = [](const auto& curve) { return nameOf(curve.param); };
+
+INSTANTIATE_TEST_SUITE_P(Curves, EasingTable, all, called);
+INSTANTIATE_TEST_SUITE_P(Curves, EasingTableDeathTest, all, called);
+
+}  // namespace
+}  // namespace orvalo
