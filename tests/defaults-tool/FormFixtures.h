@@ -1,0 +1,28 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "app/defaults/format/FormatError.h"
+#include "platform/foundation/defaults/PropertyList.h"
+
+namespace orvalo::testing {
+
+/// A value of every kind, with what is hard to write among them, but no control characters and no
+/// NaN, which is equal to nothing.
+PropertyList::Dictionary everyKind();
+
+/// The message of the FormatError that the action throws; "no error" when it throws none.
+template <typename Action>
+std::string trouble(const Action& action) {
+    try {
+        action();
+    } catch (const FormatError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+}  // namespace orvalo::testing

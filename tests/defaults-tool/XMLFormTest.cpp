@@ -1,0 +1,153 @@
+#include "app/defaults/format/XMLForm.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/defaults-tool/FormFixtures.h"
+
+namespace orvalo::testing {
+namespace {
+
+using Dictionary = PropertyList::Dictionary;
+using List = PropertyList::List;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+std::string plist(const std::string& content) {
+    return "<plist version=\"1.0\">" + content + "</plist>";
+}
+
+std::string domainTrouble(const std::string& text) {
+    return trouble([&] { xmlDomain(text); });
+}
+
+/// The value of one element, in a domain of one key.
+PropertyList element(const std::string& content) {
+    return xmlDomain(plist("<dict><key>k</key>" + content + "</dict>")).at("k");
+}
+
+TEST(XMLForm, EveryKindComesBackAsItWas) {
+    EXPECT_EQ(xmlDomain(xmlText(everyKind())), everyKind());
+    const auto strange = xmlDomain(xmlText({{"k", std::nan("")}})).at("k");
+    EXPECT_TRUE(strange.as<double>() != nullptr && std::isnan(*strange.as<double>()));
+}
+
+TEST(XMLForm, IsTheUsualDocument) {
+    EXPECT_EQ(xmlText({{"a<", "b&"},
+                       {"list", List{1, 1.0, true, false, Data{1}, PropertyList::Date{}}},
+                       {"none", Dictionary{}}}),
+              R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">
+<dict>
+	<key>a&lt;</key>
+	<string>b&amp;</string>
+	<key>list</key>
+	<array>
+		<integer>1</integer>
+		<real>1</real>
+		<true/>
+		<false/>
+		<data>AQ==</data>
+		<date>1970-01-01T00:00:00Z</date>
+	</array>
+	<key>none</key>
+	<dict>
+	</dict>
+</dict>
+</plist>
+)");
+}
+
+TEST(XMLForm, WhatXMLCannotCarryIsRefused) {
+    const std::string end = "; JSON can.";
+    EXPECT_EQ(trouble([] {
+                  xmlText({{"k", "a\x1b"}});
+              }),
+              "'k': XML cannot carry the character '\\u001b'" + end);
+    EXPECT_EQ(trouble([] {
+                  xmlText({{"k", List{Dictionary{{"x\x01", 1}}}}});
+              }),
+              "'x\\u0001': XML cannot carry the character '\\u0001'" + end);
+    EXPECT_EQ(trouble([] {
+                  xmlText({{"k", "\uFFFE"}});
+              }),
+              "'k': XML cannot carry the character '\uFFFE'" + end);
+    EXPECT_EQ(trouble([] { xmlText({{"k", "\x7f\u0080\t\n\r"}}); }), "no error");
+}
+
+TEST(XMLForm, OtherWritersAreUnderstood) {
+    EXPECT_EQ(element("<string>a&#10;b<![CDATA[<c>]]>&quot;&apos;</string>"),
+              PropertyList("a\nb<c>\"'"));
+    EXPECT_EQ(element("<string/>"), PropertyList(""));
+    EXPECT_EQ(element("<string>a\r\nb\rc&#13;</string>"), PropertyList("a\nb\nc\r"));
+    EXPECT_EQ(element("<integer> +5\r\n</integer>"), PropertyList(5));
+    EXPECT_EQ(element("<real>1e3</real>"), PropertyList(1000.0));
+    EXPECT_EQ(element("<true></true>"), PropertyList(true));
+    EXPECT_EQ(element("<data>\n\tAQ\n\t==\n</data>"), PropertyList(Data{1}));
+    EXPECT_EQ(element("<!-- a --><array/>"), PropertyList(List{}));
+    EXPECT_EQ(xmlDomain("\xEF\xBB\xBF<?xml version='1.0'?>\n" + plist(" <dict/> ") + "\n"),
+              Dictionary{});
+}
+
+TEST(XMLForm, WhatIsNoDomainIsRefused) {
+    EXPECT_EQ(domainTrouble(plist("<array/>")), "it holds no dictionary of keys and values.");
+    EXPECT_EQ(domainTrouble(plist("")), "there is no value.");
+    EXPECT_EQ(domainTrouble(plist("<dict/>\n<dict/>")),
+              "line 2: there is more than one value at the top.");
+    EXPECT_THAT(domainTrouble(""), HasSubstr("line 1"));
+    EXPECT_EQ(domainTrouble("<dict/>"), "line 1: <dict> stands outside of the element plist.");
+    EXPECT_THAT(domainTrouble(plist("<dict/>") + plist("<dict/>")), StartsWith("line 1: "));
+}
+
+TEST(XMLForm, TroubleIsNamedWithItsLine) {
+    const auto inside = [](const std::string& content) {
+        return domainTrouble("<plist>\n<dict>\n" + content + "\n</dict></plist>");
+    };
+    EXPECT_EQ(inside("<foo/>"), "line 3: <foo> is no element of a property list.");
+    EXPECT_EQ(inside("<key>a</key><integer>12abc</integer>"),
+              "line 3: 'a': '12abc' is no value of <integer>.");
+    EXPECT_EQ(inside("<key>a</key><integer>9223372036854775808</integer>"),
+              "line 3: 'a': '9223372036854775808' is no value of <integer>.");
+    EXPECT_EQ(inside("<key>a</key><date>2001</date>"),
+              "line 3: 'a': '2001' is no value of <date>.");
+    EXPECT_EQ(inside("<key>a</key><data>?</data>"), "line 3: 'a': '?' is no value of <data>.");
+    EXPECT_EQ(inside("<key>a</key><real>x</real>"), "line 3: 'a': 'x' is no value of <real>.");
+    EXPECT_EQ(inside("<key>a</key><true>1</true>"), "line 3: 'a': '1' is no value of <true>.");
+    EXPECT_EQ(inside("<key>a</key>\n<key>b</key>"), "line 4: 'a': the key has no value.");
+    EXPECT_EQ(inside("<key>a</key>"), "line 4: 'a': the key has no value.");
+    EXPECT_EQ(inside("<true/>"), "line 3: a value has no key.");
+    EXPECT_EQ(inside("<array/>"), "line 3: a value has no key.");
+    EXPECT_EQ(inside("<key>a</key><array><key>b</key></array>"),
+              "line 3: 'a', element 1: a key stands outside of a dictionary.");
+    EXPECT_EQ(inside("<key>a</key><true/><key>a</key><true/>"),
+              "line 3: the key 'a' stands twice.");
+    EXPECT_EQ(inside("<key>a</key>text<true/>"),
+              "line 3: 'a': the text 'text' stands in no element of its own.");
+    EXPECT_EQ(inside("<key>a<true/></key>"),
+              "line 3: <true> stands in the text of another element.");
+    EXPECT_THAT(inside("<key>a</string>"), StartsWith("line 3: "));
+    EXPECT_THAT(inside("<key>&lol;</key>"), StartsWith("line 3: "));
+    EXPECT_THAT(inside("<key>\xff</key>"), StartsWith("line 3: "));
+    EXPECT_THAT(domainTrouble("<plist>\n<dict>"), StartsWith("line 2: "));
+}
+
+TEST(XMLForm, NestingHasAnEnd) {
+    const auto nested = [](std::size_t depth) {
+        std::string text;
+        for (std::size_t count = 0; count < depth; ++count) {
+            text += "<array>";
+        }
+        for (std::size_t count = 0; count < depth; ++count) {
+            text += "</array>";
+        }
+        return domainTrouble(plist("<dict><key>k</key>" + text + "</dict>"));
+    };
+    EXPECT_EQ(nested(255), "no error");
+    EXPECT_THAT(nested(256), HasSubstr("nested too deeply."));
+}
+
+}  // namespace
+}  // namespace orvalo::testing

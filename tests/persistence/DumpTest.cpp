@@ -1,0 +1,63 @@
+#include <gtest/gtest.h>
+
+#include "tests/persistence/PersistenceFixture.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+class DumpTest : public PersistenceFixture {
+  protected:
+    std::string dump() const {
+        const CapturedOutput output;
+        data.dumpout();
+        return output.text();
+    }
+};
+
+constexpr auto kStandard = "PersistentAppData::dumpout() : UserDefaults.standard : \n";
+constexpr auto kShared = "PersistentAppData::dumpout() : UserDefaults.shared : \n";
+constexpr auto kCombined = "PersistentAppData::dumpout() : UserDefaults.combined : \n";
+
+TEST_F(DumpTest, EmptyViewsAreTheirHeaders) {
+    EXPECT_EQ(dump(), std::string(kStandard) + kShared + kCombined);
+}
+
+TEST_F(DumpTest, AnEntryIsALineAndAnEmptyOne) {
+    data.setString("key", "a text");
+    EXPECT_EQ(dump(), std::string(kStandard) + "key = a text \n\n" + kShared + kCombined +
+                          "key = a text \n\n");
+}
+
+TEST_F(DumpTest, AViewShowsWhatItsSearchListFinds) {
+    data.setInteger("number", -3, Storage::shared);
+    data.setBool("truth", true, Storage::defaults);
+    const std::string both = "number = -3 \n\ntruth = 1 \n\n";
+    EXPECT_EQ(dump(), kStandard + both + kShared + "number = -3 \n\n" + kCombined + both);
+}
+
+TEST_F(DumpTest, AnOwnValueHidesTheGroups) {
+    data.setString("key", "group's", Storage::shared);
+    data.setString("key", "own");
+    EXPECT_EQ(dump(), std::string(kStandard) + "key = own \n\n" + kShared + "key = group's \n\n" +
+                          kCombined + "key = own \n\n");
+}
+
+TEST_F(DumpTest, AValueIsItsTextualForm) {
+    const PropertyList nested = PropertyList::Dictionary{{"a", PropertyList::List{1, "b c"}}};
+    for (const auto& value : {PropertyList(0.5), PropertyList(Data{0x0A, 0x1B}), PropertyList(""),
+                              nested, PropertyList(PropertyList::Date{})}) {
+        data.setObject("key", value, Storage::shared);
+        const auto entry = "key = " + description(value) + " \n\n";
+        EXPECT_EQ(dump(), kStandard + entry + kShared + entry + kCombined + entry);
+    }
+}
+
+TEST_F(DumpTest, TextIsPrintedUnchanged) {
+    data.setString("k\ney", "line\nfeed\ttab", Storage::shared);
+    const std::string entry = "k\ney = line\nfeed\ttab \n\n";
+    EXPECT_EQ(dump(), kStandard + entry + kShared + entry + kCombined + entry);
+}
+
+}  // namespace
+}  // namespace orvalo::testing

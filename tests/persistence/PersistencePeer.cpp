@@ -1,0 +1,74 @@
+// Does with the persistent data what the words of its command line say, one after the other, each
+// with the words that it takes:
+//     standard KEY             prints the text in the process's standard store
+//     instance                 makes the shared instance
+//     combined                 makes the combined view, without an instance
+//     set STORAGE KEY TEXT     sets a text through the instance; a storage is a number
+//     get STORAGE KEY          prints the text that the instance finds
+//     dump                     dumps out
+//     group NAME               names the application group's suite
+// What is absent prints "nothing".
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "persistence/PersistentAppData.h"
+#include "persistence/UserDefaultsViews.h"
+#include "platform/foundation/Print.h"
+#include "support/FileLocations.h"
+
+namespace {
+
+using namespace orvalo;
+using Storage = PersistentAppData::Storage;
+
+class Words {
+  public:
+    Words(int count, char** words) : words_(words + 1, words + count) {}
+    bool areLeft() const { return next_ < words_.size(); }
+    std::string take() { return words_.at(next_++); }
+    Storage takeStorage() { return PersistentAppData::storage(std::stol(take())).value(); }
+
+  private:
+    std::vector<std::string> words_;
+    std::size_t next_ = 0;
+};
+
+void follow(const std::string& command, Words& words) {
+    if (command == "standard") {
+        print(UserDefaults::standard()->string(words.take()).value_or("nothing"));
+    } else if (command == "instance") {
+        PersistentAppData::sharedInstance();
+    } else if (command == "combined") {
+        UserDefaultsViews::combined();
+    } else if (command == "set") {
+        const auto storage = words.takeStorage();
+        const auto key = words.take();
+        PersistentAppData::sharedInstance()->setString(key, words.take(), storage);
+    } else if (command == "get") {
+        const auto storage = words.takeStorage();
+        print(PersistentAppData::sharedInstance()
+                  ->getString(words.take(), storage)
+                  .value_or("nothing"));
+    } else if (command == "dump") {
+        PersistentAppData::sharedInstance()->dumpout();
+    } else if (command == "group") {
+        sharedContainer = words.take();
+    } else {
+        std::fprintf(stderr, "persistence_peer: %s?\n", command.c_str());
+        std::exit(2);  // NOLINT(concurrency-mt-unsafe): there is one thread.
+    }
+}
+
+}  // namespace
+
+// NOLINTNEXTLINE(bugprone-exception-escape): words that make no sense are to end the program.
+int main(int argc, char** argv) {
+    for (Words words(argc, argv); words.areLeft();) {
+        follow(words.take(), words);
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/persistence/PersistenceFixture.h"
+
+namespace orvalo::testing {
+namespace {
+
+using Storage = PersistentAppData::Storage;
+
+TEST(Storage, HasThreeRawValues) {
+    EXPECT_EQ(static_cast<std::int64_t>(Storage::defaults), 0);
+    EXPECT_EQ(static_cast<std::int64_t>(Storage::shared), 1);
+    EXPECT_EQ(static_cast<std::int64_t>(Storage::combined), 2);
+    EXPECT_EQ(PersistentAppData::storage(0), Storage::defaults);
+    EXPECT_EQ(PersistentAppData::storage(1), Storage::shared);
+    EXPECT_EQ(PersistentAppData::storage(2), Storage::combined);
+}
+
+TEST(Storage, NoOtherRawValueIsAView) {
+    for (const std::int64_t raw : {std::int64_t{-1}, std::int64_t{3}, INT64_MIN, INT64_MAX}) {
+        EXPECT_EQ(PersistentAppData::storage(raw), std::nullopt) << raw;
+    }
+}
+
+TEST(Storage, IsHashable) {
+    EXPECT_NE(std::hash<Storage>()(Storage::shared), std::hash<Storage>()(Storage::combined));
+}
+
+class ViewTest : public PersistenceFixture {};
+
+TEST_F(ViewTest, WithoutAStorageItIsTheStandardStore) {
+    group->set("theirs", "key");
+    data.setString("key", "ours");
+    EXPECT_EQ(standard->string("key"), "ours");
+    EXPECT_EQ(group->string("key"), "theirs");
+    EXPECT_EQ(data.getString("key"), "ours");
+
+    data.setInteger("number", 1);
+    data.setFloat("float", 2.5F);
+    data.setBool("truth", true);
+    data.setURL("address", URL::string("https://a.example/"));
+    data.setObject("object", PropertyList::List{1});
+    EXPECT_EQ(standard->integer("number"), data.getInteger("number"));
+    EXPECT_EQ(standard->float_("float"), data.getFloat("float"));
+    EXPECT_EQ(standard->bool_("truth"), data.getBool("truth"));
+    EXPECT_EQ(standard->url("address"), data.getUrl("address"));
+    EXPECT_EQ(standard->object("object"), data.getObject("object"));
+    EXPECT_EQ(group->dictionaryRepresentation().size(), 1U);
+}
+
+TEST_F(ViewTest, EveryOperationTakesTheSharedView) {
+    data.setString("text", "a", Storage::shared);
+    data.setInteger("number", -7, Storage::shared);
+    data.setFloat("float", 0.5F, Storage::shared);
+    data.setBool("truth", true, Storage::shared);
+    data.setURL("address", URL::string("https://a.example/"), Storage::shared);
+    data.setObject("object", PropertyList::List{1, "b"}, Storage::shared);
+    EXPECT_EQ(group->dictionaryRepresentation(),
+              (PropertyList::Dictionary{{"text", "a"},
+                                        {"number", -7},
+                                        {"float", 0.5},
+                                        {"truth", true},
+                                        {"address", "https://a.example/"},
+                                        {"object", PropertyList::List{1, "b"}}}));
+    EXPECT_EQ(data.getString("text", Storage::shared), "a");
+    EXPECT_EQ(data.getInteger("number", Storage::shared), -7);
+    EXPECT_EQ(data.getFloat("float", Storage::shared), 0.5F);
+    EXPECT_TRUE(data.getBool("truth", Storage::shared));
+    EXPECT_EQ(data.getUrl("address", Storage::shared), URL::string("https://a.example/"));
+    EXPECT_EQ(data.getObject("object", Storage::shared), PropertyList(PropertyList::List{1, "b"}));
+}
+
+TEST_F(ViewTest, EveryOperationTakesTheCombinedView) {
+    data.setString("text", "a", Storage::combined);
+    data.setInteger("number", -7, Storage::combined);
+    data.setFloat("float", 0.5F, Storage::combined);
+    data.setBool("truth", true, Storage::combined);
+    data.setURL("address", URL::string("https://a.example/"), Storage::combined);
+    data.setObject("object", "b", Storage::combined);
+    EXPECT_TRUE(group->dictionaryRepresentation().empty());
+    EXPECT_EQ(data.getString("text", Storage::combined), "a");
+    EXPECT_EQ(data.getInteger("number", Storage::combined), -7);
+    EXPECT_EQ(data.getFloat("float", Storage::combined), 0.5F);
+    EXPECT_TRUE(data.getBool("truth", Storage::combined));
+    EXPECT_EQ(data.getUrl("address", Storage::combined), URL::string("https://a.example/"));
+    EXPECT_EQ(data.getObject("object", Storage::combined), PropertyList("b"));
+}
+
+TEST_F(ViewTest, TheCombinedViewFallsBackOnTheGroup) {
+    data.setString("key", "group's", Storage::shared);
+    EXPECT_EQ(data.getString("key", Storage::combined), "group's");
+    data.setString("key", "own", Storage::defaults);
+    EXPECT_EQ(data.getString("key", Storage::combined), "own");
+    EXPECT_EQ(data.getString("key", Storage::shared), "group's");
+    data.setObject("key", std::nullopt, Storage::combined);
+    EXPECT_EQ(data.getString("key", Storage::combined), "group's");
+}
+
+TEST_F(ViewTest, TheStandardViewFallsBackOnTheGroupAsWell) {
+    data.setInteger("key", 5, Storage::shared);
+    EXPECT_EQ(data.getInteger("key"), 5);
+    EXPECT_EQ(standard->integer("key"), 5);
+}
+
+TEST_F(ViewTest, TheSharedViewNeverSeesTheOwnDomain) {
+    data.setString("key", "own");
+    EXPECT_EQ(data.getString("key", Storage::shared), std::nullopt);
+}
+
+TEST_F(ViewTest, AWriteToTheCombinedViewLandsInTheOwnDomain) {
+    data.setString("key", "group's", Storage::shared);
+    data.setString("key", "combined", Storage::combined);
+    EXPECT_EQ(group->string("key"), "group's");
+    EXPECT_EQ(standard->string("key"), "combined");
+}
+
+TEST_F(ViewTest, AnyOtherStorageIsTheCombinedView) {
+    const auto other = static_cast<Storage>(7);
+    data.setString("key", "written", other);
+    EXPECT_EQ(standard->string("key"), "written");
+    EXPECT_EQ(group->string("key"), std::nullopt);
+    group->set("group's", "other");
+    EXPECT_EQ(data.getString("other", other), "group's");
+}
+
+}  // namespace
+}  // namespace orvalo::testing
