@@ -1,0 +1,20 @@
+#include "platform/audio/bridge/host/BridgeLimits.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace orvalo {
+
+std::uint64_t BridgeLimits::defaultMemory() {
+    constexpr std::uint64_t kMost = std::uint64_t{2} << 30U;
+    const auto pages = sysconf(_SC_PHYS_PAGES);
+    const auto pageSize = sysconf(_SC_PAGESIZE);
+    if (pages <= 0 || pageSize <= 0) {
+        return kMost;
+    }
+    return std::min(kMost,
+                    static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageSize) / 2);
+}
+
+}  // namespace orvalo

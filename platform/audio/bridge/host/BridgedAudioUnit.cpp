@@ -1,0 +1,160 @@
+#include "platform/audio/bridge/host/BridgedAudioUnit.h"
+
+#include <glib.h>
+
+#include <utility>
+
+#include "platform/audio/bridge/wire/BridgeMessages.h"
+#include "platform/audio/lv2/LV2Error.h"
+#include "platform/foundation/DispatchQueue.h"
+
+namespace orvalo {
+
+namespace {
+
+BridgedInterfaceProvider& interfaceProvider() {
+    static BridgedInterfaceProvider provider;
+    return provider;
+}
+
+LV2PluginData readData(LV2World& world, const std::string& uri) {
+    const LV2World::Access access(world);
+    return LV2PluginData::read(access, uri);
+}
+
+}  // namespace
+
+BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
+                                   const AudioComponentDescription& description,
+                                   const std::filesystem::path& program, const BridgeLimits& limits)
+    : BridgedAudioUnit(world, readData(world, uri), description, program, limits) {
+    supervisor_.start();
+}
+
+BridgedAudioUnit::BridgedAudioUnit(LV2World& world, LV2PluginData data,
+                                   const AudioComponentDescription& description,
+                                   const std::filesystem::path& program, const BridgeLimits& limits)
+    : world_(world),
+      data_(std::move(data)),
+      description_(description),
+      render_(static_cast<std::uint32_t>(data_.midiOutputNames.size()), limits),
+      mailbox_(std::make_shared<InterfaceMailbox>()),
+      supervisor_(order(program), limits, render_, *mailbox_),
+      interfaceChannel_(mailbox_, [this](std::uint32_t process, bridge::HostMessage message,
+                                         std::function<void(const std::string&)> completion) {
+          supervisor_.post({std::move(message), process,
+                            [completion = std::move(completion)](const ServiceAnswer& answer) {
+                                if (completion && (answer.kind == ServiceAnswer::Kind::done ||
+                                                   answer.kind == ServiceAnswer::Kind::refused)) {
+                                    completion(answer.error);
+                                }
+                            }});
+      }) {}
+
+ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program) {
+    ServiceOrder order{
+        .program = program,
+        .uri = data_.uri,
+        .bundles = world_.bundlesOf(data_.uri),
+        .stateFolder = paths_.folder().string(),
+        .layout = {data_.inputChannelCount, data_.outputChannelCount,
+                   static_cast<std::uint32_t>(data_.ports.size())},
+        .ranges = {},
+    };
+    const LV2World::Access access(world_);
+    order.ranges = readControlRanges(access, data_);
+    return order;
+}
+
+std::string BridgedAudioUnit::contextName() const {
+    const std::scoped_lock lock(control_);
+    return contextName_;
+}
+
+void BridgedAudioUnit::setContextName(const std::string& name) {
+    const std::scoped_lock lock(control_);
+    contextName_ = name;
+    supervisor_.perform(bridge::SetContextName{.number = 0, .name = name});
+}
+
+std::vector<std::shared_ptr<AUAudioUnitPreset>> BridgedAudioUnit::factoryPresets() const {
+    const std::scoped_lock lock(control_);
+    std::vector<std::shared_ptr<AUAudioUnitPreset>> result;
+    for (const auto& preset : presets()) {
+        const auto number = static_cast<std::int64_t>(result.size());
+        result.push_back(std::make_shared<AUAudioUnitPreset>(number, preset.label));
+    }
+    return result;
+}
+
+std::shared_ptr<AUAudioUnitPreset> BridgedAudioUnit::currentPreset() const {
+    const std::scoped_lock lock(control_);
+    return currentPreset_;
+}
+
+void BridgedAudioUnit::setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) {
+    const std::scoped_lock lock(control_);
+    currentPreset_ = nullptr;
+    if (preset == nullptr || preset->number < 0 ||
+        static_cast<std::size_t>(preset->number) >= presets().size()) {
+        return;
+    }
+    const auto& uri = presets()[static_cast<std::size_t>(preset->number)].uri;
+    const auto answer = supervisor_.perform(bridge::LoadPreset{.number = 0, .uri = uri});
+    if (answer.kind == ServiceAnswer::Kind::done) {
+        currentPreset_ = preset;
+    } else if (answer.kind == ServiceAnswer::Kind::refused) {
+        g_warning("The preset <%s> cannot be loaded: %s", uri.c_str(), answer.error.c_str());
+    }
+}
+
+AUMIDIOutputEventBlock BridgedAudioUnit::MIDIOutputEventBlock() const {
+    const std::scoped_lock lock(control_);
+    const auto* block = render_.midiBlock();
+    return block == nullptr ? AUMIDIOutputEventBlock() : *block;
+}
+
+void BridgedAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
+    const std::scoped_lock lock(control_);
+    render_.setMIDIBlock(block ? std::make_unique<AUMIDIOutputEventBlock>(std::move(block))
+                               : nullptr);
+}
+
+void BridgedAudioUnit::requestViewController(
+    std::function<void(std::shared_ptr<UIViewController>)> completion) {
+    if (!interfaceProvider()) {
+        completion(nullptr);
+        return;
+    }
+    DispatchQueue::main()->async(
+        [unit = shared(this), completion = std::move(completion)]() mutable {
+            completion(interfaceProvider()(unit));
+        });
+}
+
+void BridgedAudioUnit::setInterfaceProvider(BridgedInterfaceProvider provider) {
+    interfaceProvider() = std::move(provider);
+}
+
+void BridgedAudioUnit::allocateRenderResources(double sampleRate) {
+    const std::scoped_lock lock(control_);
+    if (sampleRate != sampleRate_) {
+        const auto answer =
+            supervisor_.perform(bridge::Prepare{.number = 0, .sampleRate = sampleRate});
+        if (answer.kind == ServiceAnswer::Kind::refused) {
+            throw NSError("LV2", static_cast<std::int64_t>(LV2ErrorCode::instantiationFailed),
+                          answer.error);
+        }
+        sampleRate_ = sampleRate;
+    }
+    render_.setSampleRate(sampleRate);
+}
+
+const std::vector<LV2Preset>& BridgedAudioUnit::presets() const {
+    if (!presets_) {
+        presets_ = findPresets(world_, data_.uri);
+    }
+    return *presets_;
+}
+
+}  // namespace orvalo

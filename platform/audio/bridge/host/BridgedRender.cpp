@@ -1,0 +1,164 @@
+#include "platform/audio/bridge/host/BridgedRender.h"
+
+#include <sched.h>
+
+#include <algorithm>
+
+#include "platform/audio/bridge/wire/SharedEvents.h"
+#include "platform/foundation/RealTimeScope.h"
+
+namespace orvalo {
+
+namespace {
+
+// An hour at 192 kHz; more than that is no latency.
+constexpr std::uint32_t kLongestLatency = 691200000;
+
+void tellScheduling(SharedAudio::Control& control) noexcept {
+    sched_param parameters{};
+    const int policy = sched_getscheduler(0);
+    if (policy >= 0 && sched_getparam(0, &parameters) == 0) {
+        control.schedulingPolicy.store(policy, std::memory_order_relaxed);
+        control.schedulingPriority.store(parameters.sched_priority, std::memory_order_relaxed);
+    }
+}
+
+}  // namespace
+
+void BridgedRender::connect(std::unique_ptr<RenderSession> session) {
+    session_.exchange(std::move(session));
+    sessionNumber_.fetch_add(1, std::memory_order_release);
+    Futex::wake(sessionNumber_);
+}
+
+std::unique_ptr<RenderSession> BridgedRender::disconnect() {
+    auto* session = session_.current();
+    if (session == nullptr) {
+        return nullptr;
+    }
+    session->end();
+    return session_.exchange(nullptr);
+}
+
+void BridgedRender::giveUp() {
+    isHopeless_.store(true, std::memory_order_release);
+    sessionNumber_.fetch_add(1, std::memory_order_release);
+    Futex::wake(sessionNumber_);
+}
+
+void BridgedRender::setSampleRate(double sampleRate) {
+    sampleRate_.store(sampleRate, std::memory_order_relaxed);
+    // Another thread may be the next to render.
+    tellsScheduling_.store(true, std::memory_order_relaxed);
+}
+
+void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) noexcept {
+    const RealTimeScope scope;
+    if (output.frameCount == 0) {
+        return;
+    }
+    if (isOffline()) {
+        awaitSession();
+    }
+    {
+        const RenderSlot<RenderSession>::Access session(session_);
+        if (!session || !process(*session, input, output)) {
+            fader_.writeDry(input, output);
+        }
+    }
+    sampleTime_ += output.frameCount;
+    quanta_.fetch_add(1, std::memory_order_relaxed);
+}
+
+void BridgedRender::awaitSession() noexcept {
+    const auto limit = std::chrono::steady_clock::now() + limits_.request + limits_.offlineWait;
+    for (;;) {
+        const auto number = sessionNumber_.load(std::memory_order_acquire);
+        // Not held while waiting: who puts a session in waits for accesses to end.
+        const bool isThere = static_cast<bool>(RenderSlot<RenderSession>::Access(session_));
+        if (isThere || isHopeless_.load(std::memory_order_acquire) ||
+            std::chrono::steady_clock::now() >= limit) {
+            return;
+        }
+        Futex::wait(sessionNumber_, number, limit);
+    }
+}
+
+bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
+                            const AudioBlock& output) noexcept {
+    const auto until = deadline(input.frameCount);
+    const auto isInTime = [this, &session, until](bool isAwaited) {
+        const bool isAnswered = isAwaited ? session.awaitAnswer(until) : session.isAnswered();
+        if (!isAnswered && !session.hasEnded.load(std::memory_order_acquire)) {
+            late_.fetch_add(1, std::memory_order_relaxed);
+        }
+        return isAnswered;
+    };
+    if (session.isOutstanding) {
+        if (!isInTime(isOffline())) {
+            return false;
+        }
+        takeReports(session);
+    }
+    handOver(session, input);
+    if (!isInTime(true)) {
+        return false;
+    }
+    fader_.writeWet(input, session.audio.output(output.frameCount), output);
+    takeReports(session);
+    return true;
+}
+
+void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) noexcept {
+    auto& control = session.audio.control();
+    const auto shared = session.audio.input(input.frameCount);
+    for (std::uint32_t channel = 0; channel < shared.channelCount; ++channel) {
+        std::copy_n(input.channels[channel], input.frameCount, shared.channels[channel]);
+    }
+    if (tellsScheduling_.exchange(false, std::memory_order_relaxed) || !session.knowsScheduling) {
+        tellScheduling(control);
+        session.knowsScheduling = true;
+    }
+    control.frameCount.store(input.frameCount, std::memory_order_relaxed);
+    session.isOutstanding = true;
+    session.sampleTime = sampleTime_;
+    session.frameCount = input.frameCount;
+    const auto number = session.handedOver.load(std::memory_order_relaxed) + 1;
+    session.handedOver.store(number, std::memory_order_relaxed);
+    control.request.store(number, std::memory_order_release);
+    Futex::wake(control.request);
+}
+
+void BridgedRender::takeReports(RenderSession& session) noexcept {
+    session.isOutstanding = false;
+    const auto& control = session.audio.control();
+    const auto latency = control.latency.load(std::memory_order_relaxed);
+    latency_.store(latency <= kLongestLatency ? latency : 0, std::memory_order_relaxed);
+    const RenderSlot<AUMIDIOutputEventBlock>::Access block(midiBlock_);
+    if (!block || !*block) {
+        return;
+    }
+    SharedEventReader reader(session.audio.events(),
+                             control.eventBytes.load(std::memory_order_relaxed), session.frameCount,
+                             session.eventCopy);
+    for (SharedEvent event; reader.read(event);) {
+        if (event.cable < midiOutputCount_) {
+            (*block)(session.sampleTime + event.frame, event.cable,
+                     static_cast<std::int64_t>(event.bytes.size()),
+                     reinterpret_cast<const std::uint8_t*>(event.bytes.data()));
+        }
+    }
+}
+
+Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {
+    const auto now = std::chrono::steady_clock::now();
+    if (isOffline()) {
+        return now + limits_.offlineWait;
+    }
+    const std::chrono::duration<double> quantum(frameCount /
+                                                sampleRate_.load(std::memory_order_relaxed));
+    return now + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                     quantum * limits_.waitFraction);
+}
+
+}  // namespace orvalo

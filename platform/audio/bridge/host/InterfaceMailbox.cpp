@@ -1,0 +1,104 @@
+#include "platform/audio/bridge/host/InterfaceMailbox.h"
+
+#include <utility>
+
+#include "platform/foundation/DispatchQueue.h"
+
+namespace orvalo {
+
+namespace {
+
+using Kind = InterfaceEvent::Kind;
+
+// No window falls so far behind with an effect that means well.
+constexpr std::size_t kMostWaiting = 256;
+
+void call(BridgedInterfaceListener& listener, const InterfaceEvent& event) {
+    switch (event.kind) {
+        case Kind::ready:
+            return listener.processReady();
+        case Kind::lost:
+            return listener.processGone();
+        case Kind::givenUp:
+            return listener.processGivenUp();
+        case Kind::opened:
+            return listener.interfaceOpened(event.window);
+        case Kind::refused:
+            return listener.interfaceRefused(event.text);
+        case Kind::wants:
+            return listener.interfaceWants(event.width, event.height);
+        case Kind::closed:
+            return listener.interfaceClosed(event.text);
+        case Kind::outdated:
+            return listener.interfaceOutdated();
+        case Kind::gone:
+            return listener.interfaceGone();
+    }
+}
+
+}  // namespace
+
+void InterfaceMailbox::setListener(const std::weak_ptr<BridgedInterfaceListener>& listener) {
+    const std::scoped_lock lock(mutex_);
+    listener_ = listener;
+    waiting_.clear();
+    heardProcess_.store(0, std::memory_order_relaxed);
+    if (standing_.kind != Kind::lost) {
+        waiting_.push_back(standing_);
+        schedule();
+    }
+}
+
+void InterfaceMailbox::post(InterfaceEvent event) {
+    const std::scoped_lock lock(mutex_);
+    const bool isStanding =
+        event.kind == Kind::ready || event.kind == Kind::lost || event.kind == Kind::givenUp;
+    if (isStanding) {
+        standing_ = event;
+    }
+    if (listener_.expired()) {
+        return;
+    }
+    if (event.kind == Kind::wants && !waiting_.empty() && waiting_.back().kind == Kind::wants) {
+        waiting_.back() = std::move(event);
+    } else if (isStanding || waiting_.size() < kMostWaiting) {
+        waiting_.push_back(std::move(event));
+    }
+    schedule();
+}
+
+void InterfaceMailbox::schedule() {
+    if (!std::exchange(isScheduled_, true)) {
+        DispatchQueue::main()->async([self = shared(this)] { self->deliver(); });
+    }
+}
+
+void InterfaceMailbox::deliver() {
+    InterfaceEvent event;
+    std::shared_ptr<BridgedInterfaceListener> listener;
+    while (take(event, listener)) {
+        if (listener) {
+            call(*listener, event);
+        }
+    }
+}
+
+bool InterfaceMailbox::take(InterfaceEvent& event,
+                            std::shared_ptr<BridgedInterfaceListener>& listener) {
+    const std::scoped_lock lock(mutex_);
+    if (waiting_.empty()) {
+        isScheduled_ = false;
+        return false;
+    }
+    event = std::move(waiting_.front());
+    waiting_.pop_front();
+    listener = listener_.lock();
+    if (event.kind == Kind::ready) {
+        heardProcess_.store(event.process, std::memory_order_relaxed);
+    } else if (event.kind == Kind::lost || event.kind == Kind::givenUp) {
+        heardProcess_.store(0, std::memory_order_relaxed);
+    }
+    return true;
+}
+
+}  // namespace orvalo

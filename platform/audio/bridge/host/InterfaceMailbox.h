@@ -1,0 +1,51 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "platform/audio/bridge/host/BridgedInterfaceListener.h"
+#include "platform/foundation/NSObject.h"
+
+namespace orvalo {
+
+/// One call of a BridgedInterfaceListener.
+struct InterfaceEvent {
+    enum class Kind { ready, lost, givenUp, opened, refused, wants, closed, outdated, gone };
+
+    Kind kind = Kind::ready;
+    std::uint32_t process = 0;  ///< Of ready: its number, from 1.
+    std::uint64_t window = 0;   ///< Of opened.
+    std::int32_t width = 0;     ///< Of wants, as is height.
+    std::int32_t height = 0;
+    std::string text = {};  ///< Of refused and closed.
+};
+
+/// What is on its way to a listener on the main thread. A process that says too much loses it: of
+/// wishes that wait behind each other the last one holds, and there is an end to what waits. Any
+/// thread.
+class InterfaceMailbox : public NSObject {
+  public:
+    void setListener(const std::weak_ptr<BridgedInterfaceListener>& listener);
+    void post(InterfaceEvent event);
+    /// The number of the process that the listener has heard is ready; 0 while it has heard of
+    /// none.
+    std::uint32_t heardProcess() const { return heardProcess_.load(std::memory_order_relaxed); }
+
+  private:
+    void schedule();
+    void deliver();
+    bool take(InterfaceEvent& event, std::shared_ptr<BridgedInterfaceListener>& listener);
+
+    std::mutex mutex_;
+    std::weak_ptr<BridgedInterfaceListener> listener_;
+    std::deque<InterfaceEvent> waiting_;
+    bool isScheduled_ = false;
+    InterfaceEvent standing_{.kind = InterfaceEvent::Kind::lost};  // Of the process, last.
+    std::atomic<std::uint32_t> heardProcess_{0};
+};
+
+}  // namespace orvalo

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include "platform/audio/bridge/wire/Futex.h"
+#include "platform/audio/bridge/wire/SharedAudio.h"
+
+namespace orvalo {
+
+/// The render thread's side of one start of an effect's process.
+struct RenderSession {
+    /// Touches all of the memory, so that the render thread is the first to use none of it. Control
+    /// values are no numbers until the process has written them.
+    explicit RenderSession(SharedAudio memory)
+        : audio(std::move(memory)), eventCopy(SharedAudio::kEventAreaSize) {
+        for (const auto& block :
+             {audio.input(kMaximumFramesToRender), audio.output(kMaximumFramesToRender)}) {
+            for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
+                std::fill_n(block.channels[channel], block.frameCount, 0.0F);
+            }
+        }
+        for (auto& value : audio.controlValues()) {
+            value.store(std::numeric_limits<float>::quiet_NaN(), std::memory_order_relaxed);
+        }
+    }
+
+    /// Whether the quantum that was handed over last has been answered.
+    bool isAnswered() const noexcept {
+        return audio.control().response.load(std::memory_order_acquire) ==
+               handedOver.load(std::memory_order_relaxed);
+    }
+
+    /// Waits for that answer; false at the deadline and once the session has been ended.
+    bool awaitAnswer(Futex::Deadline deadline) const noexcept {
+        const auto& response = audio.control().response;
+        const auto wanted = handedOver.load(std::memory_order_relaxed);
+        for (;;) {
+            const auto seen = response.load(std::memory_order_acquire);
+            if (hasEnded.load(std::memory_order_acquire)) {
+                return false;
+            }
+            if (seen == wanted) {
+                return true;
+            }
+            if (std::chrono::steady_clock::now() >= deadline) {
+                return false;
+            }
+            Futex::wait(response, seen, deadline);
+        }
+    }
+
+    /// Ends every wait for an answer, now and later. The supervisor's thread.
+    void end() noexcept {
+        hasEnded.store(true, std::memory_order_release);
+        auto& response = audio.control().response;
+        // Another word than before, so that who is about to wait for it to change need not.
+        constexpr std::uint32_t kFarAway = 0x80000000;
+        response.fetch_add(kFarAway, std::memory_order_release);
+        Futex::wake(response);
+    }
+
+    const SharedAudio audio;
+    std::atomic<bool> hasEnded{false};
+    /// The number of the quantum that was handed over last.
+    std::atomic<std::uint32_t> handedOver{0};
+
+    // The render thread's.
+    bool isOutstanding = false;    ///< The last quantum's answer has not been taken.
+    std::int64_t sampleTime = 0;   ///< Of that quantum.
+    std::uint32_t frameCount = 0;  ///< Of that quantum.
+    bool knowsScheduling = false;  ///< The process has been told how the render thread runs.
+    std::vector<std::byte> eventCopy;
+};
+
+}  // namespace orvalo
