@@ -2,7 +2,10 @@
 
 #include <glib.h>
 
+#include <iterator>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DefaultsDomains.h"
@@ -13,11 +16,10 @@ namespace orvalo {
 
 namespace {
 
-Data binary(const std::string& key, const PropertyList& value) {
+void checkKey(const std::string& key) {
     if (g_utf8_validate_len(key.data(), key.size(), nullptr) == FALSE) {
         throw propertyListError("its key is not UTF-8 or holds a NUL");
     }
-    return binaryPropertyList(value);
 }
 
 }  // namespace
@@ -61,8 +63,7 @@ void DefaultsDomain::refresh() {
         apply(std::move(update));
         lastTrouble_.clear();
     } catch (const NSError& error) {
-        if (lastTrouble_ != error.what()) {
-            lastTrouble_ = error.what();
+        if (std::exchange(lastTrouble_, error.what()) != error.what()) {
             g_warning("The settings in %s cannot be read: %s.", storage_.path().c_str(),
                       error.what());
         }
@@ -94,7 +95,8 @@ void DefaultsDomain::addTo(PropertyList::Dictionary& dictionary) {
 void DefaultsDomain::set(std::string_view key, const std::optional<PropertyList>& value) {
     DefaultsChanges::Entry entry{std::string(key), value};
     try {
-        const auto bytes = value ? binary(entry.key, *value) : Data();
+        checkKey(entry.key);
+        const auto bytes = value ? binaryPropertyList(*value) : Data();
         const std::lock_guard storageLock(storageMutex_);
         auto update = storage_.put(
             entry.key, value ? std::optional(std::span<const std::uint8_t>(bytes)) : std::nullopt);
@@ -105,6 +107,33 @@ void DefaultsDomain::set(std::string_view key, const std::optional<PropertyList>
         g_warning("'%s' in %s stays as it was: %s.", entry.key.c_str(), storage_.path().c_str(),
                   error.what());
     }
+}
+
+void DefaultsDomain::change(DefaultsChanges changes) {
+    std::vector<Data> values;
+    values.reserve(changes.entries.size());
+    std::vector<BinaryEntry> entries;
+    for (const auto& [key, value] : changes.entries) {
+        try {
+            checkKey(key);
+            values.push_back(value ? binaryPropertyList(*value) : Data());
+        } catch (const NSError& error) {
+            throw propertyListError("'" + key + "': " + error.what());
+        }
+        entries.push_back({key, value ? std::optional<std::span<const std::uint8_t>>(values.back())
+                                      : std::nullopt});
+    }
+    const std::lock_guard storageLock(storageMutex_);
+    auto update = storage_.putAll(entries, changes.isWhole);
+    if (changes.isWhole) {
+        update.changes = std::move(changes);
+    } else {
+        auto& all = update.changes.entries;
+        all.insert(all.end(), std::move_iterator(changes.entries.begin()),
+                   std::move_iterator(changes.entries.end()));
+    }
+    const std::lock_guard lock(entriesMutex_);
+    apply(std::move(update));
 }
 
 void DefaultsDomain::beginFork() {

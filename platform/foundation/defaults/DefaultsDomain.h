@@ -52,6 +52,10 @@ class DefaultsDomain {
     /// on standard error.
     void set(std::string_view key, const std::optional<PropertyList>& value);
 
+    /// Stores and removes all these together; when isWhole, removes all others. When it throws
+    /// NSError, whose text names a key that cannot be stored, all is as it was.
+    void change(DefaultsChanges changes);
+
     /// Around a fork: waits for the other threads' operations and lets the files go.
     void beginFork();
     void endFork();

@@ -22,6 +22,9 @@ std::shared_ptr<DefaultsDomain> DefaultsDomains::domain(const std::string& path)
     auto& known = domains_[path];
     auto domain = known.lock();
     if (!domain) {
+        std::erase_if(domains_, [&](const auto& entry) {
+            return entry.first != path && entry.second.expired();
+        });
         domain = std::make_shared<DefaultsDomain>(path);
         known = domain;
     }

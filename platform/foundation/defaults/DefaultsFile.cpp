@@ -20,8 +20,8 @@ namespace orvalo {
 
 namespace {
 
-// 4 MB, as SQLite has it by itself.
-constexpr int kPagesToCheckpoint = 1000;
+// 1 MB.
+constexpr int kPagesToCheckpoint = 250;
 // A log that grew to here has never been without a reader; then the writer waits for them.
 constexpr int kPagesToShorten = 4 * kPagesToCheckpoint;
 // Readers take some ten microseconds. The writer must not wait long for a stopped one.
@@ -34,6 +34,10 @@ constexpr const char* kSelect =
     "SELECT change, key, value, (SELECT purged FROM state) FROM entries WHERE change > ?1 "
     "ORDER BY change";
 constexpr const char* kInsert = "INSERT OR REPLACE INTO entries (key, value) VALUES (?1, ?2)";
+constexpr const char* kRemove =
+    "INSERT OR REPLACE INTO entries (key) SELECT key FROM entries WHERE key = ?1 AND value NOTNULL";
+constexpr const char* kRemoveAll =
+    "INSERT OR REPLACE INTO entries (key) SELECT key FROM entries WHERE value NOTNULL";
 
 bool createFile(const std::string& path) {
     const int descriptor =
@@ -112,12 +116,13 @@ DefaultsFile::DefaultsFile(const std::string& path)
     : path_(path),
       identity_(prepared(path)),
       database_(openDatabase(path)),
-      longestLog_(kPagesToShorten) {
+      nextCheckpoint_(kPagesToCheckpoint) {
     bringToThisVersion(database_, path);
     check(database_, "PRAGMA quick_check(1)");
     try {
         select_ = database_.prepare(kSelect);
         insert_ = database_.prepare(kInsert);
+        remove_ = database_.prepare(kRemove);
     } catch (const SQLiteError& error) {
         // It says that it is ours, and has not what ours have.
         throw SQLiteError(SQLITE_CORRUPT, error.what());
@@ -150,16 +155,45 @@ DefaultsChanges DefaultsFile::changes() {
     return changes;
 }
 
-void DefaultsFile::put(std::string_view key, std::optional<std::span<const std::uint8_t>> value) {
-    insert_->bind(1, key);
-    if (value) {
-        insert_->bind(2, *value);
-        insert_->finish();
-    } else {
-        insert_->bindNull(2);
-        insert_->finish();
+void DefaultsFile::write(const BinaryEntry& entry) {
+    auto& statement = entry.value ? *insert_ : *remove_;
+    statement.bind(1, entry.key);
+    if (entry.value) {
+        statement.bind(2, *entry.value);
     }
+    statement.finish();
+}
+
+void DefaultsFile::putAll(std::span<const BinaryEntry> entries, bool replaces) {
+    const auto before = database_.lastRow();
+    SQLiteTransaction transaction(database_);
+    if (replaces) {
+        database_.run(kRemoveAll);
+    }
+    for (const auto& entry : entries) {
+        write(entry);
+    }
+    transaction.commit();
     const auto change = database_.lastRow();
+    if (change == before) {
+        return;  // There was nothing to remove.
+    }
+    if (seen_ > 0) {
+        seen_ = change;
+    }
+    if (replaces) {
+        purge(change);
+    }
+    limitLog();
+}
+
+void DefaultsFile::put(std::string_view key, std::optional<std::span<const std::uint8_t>> value) {
+    const auto before = database_.lastRow();
+    write({key, value});
+    const auto change = database_.lastRow();
+    if (change == before) {
+        return;  // There was nothing to remove.
+    }
     if (seen_ > 0) {
         seen_ = change;
     }
@@ -187,16 +221,21 @@ void DefaultsFile::purge(std::int64_t before) {
 
 void DefaultsFile::limitLog() {
     const int pages = database_.logPages();
-    if (pages >= longestLog_) {
+    if (pages < kPagesToCheckpoint) {
+        nextCheckpoint_ = kPagesToCheckpoint;  // The log has begun anew.
+        return;
+    }
+    if (pages < nextCheckpoint_) {
+        return;
+    }
+    if (pages < kPagesToShorten) {
+        database_.checkpoint();
+    } else {
         database_.setPatience(kPatienceWithReaders);
         database_.shortenLog();
         database_.setPatience(kPatience);
-        longestLog_ = pages + kPagesToCheckpoint;
-    } else if (pages >= kPagesToCheckpoint) {
-        database_.checkpoint();
-    } else {
-        longestLog_ = kPagesToShorten;
     }
+    nextCheckpoint_ = pages + kPagesToCheckpoint;
 }
 
 void DefaultsFile::verify() {

@@ -36,10 +36,13 @@ class DefaultsFile {
     /// Stores a binary property list, or removes the key. The caller holds the domain's lock and
     /// has read all changes; this one is not among the next.
     void put(std::string_view key, std::optional<std::span<const std::uint8_t>> value);
+    /// put() of all these together, or of none when it throws. replaces: removes all others.
+    void putAll(std::span<const BinaryEntry> entries, bool replaces);
     /// Throws SQLiteError unless the whole file is in order.
     void verify();
 
   private:
+    void write(const BinaryEntry& entry);
     void purge(std::int64_t before);
     void limitLog();
 
@@ -48,8 +51,9 @@ class DefaultsFile {
     SQLiteDatabase database_;
     std::optional<SQLiteStatement> select_;
     std::optional<SQLiteStatement> insert_;
+    std::optional<SQLiteStatement> remove_;
     std::int64_t seen_ = 0;  ///< The last change that was read.
-    int longestLog_;
+    int nextCheckpoint_;     ///< Pages in the log.
 };
 
 }  // namespace orvalo

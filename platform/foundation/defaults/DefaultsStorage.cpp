@@ -28,6 +28,7 @@ bool isWriteProtection(const NSError& error) {
 void DefaultsStorage::close() {
     file_.reset();
     counter_.reset();
+    agreed_ = 1;
 }
 
 void DefaultsStorage::openCounter() {
@@ -83,6 +84,7 @@ DefaultsStorage::Update DefaultsStorage::underLock(const std::function<Update()>
         try {
             if (!file_ || !file_->isInPlace()) {
                 file_.reset();
+                agreed_ = 1;
                 file_ = std::make_unique<DefaultsFile>(path_);
             }
             return operation();
@@ -134,6 +136,15 @@ DefaultsStorage::Update DefaultsStorage::refresh() {
 
 DefaultsStorage::Update DefaultsStorage::put(std::string_view key,
                                              std::optional<std::span<const std::uint8_t>> value) {
+    return written([&] { file_->put(key, value); });
+}
+
+DefaultsStorage::Update DefaultsStorage::putAll(std::span<const BinaryEntry> entries,
+                                                bool replaces) {
+    return written([&] { file_->putAll(entries, replaces); });
+}
+
+DefaultsStorage::Update DefaultsStorage::written(const std::function<void()>& operation) {
     if (file_ && !isWritable()) {
         close();  // It may be writable by now.
     }
@@ -145,7 +156,7 @@ DefaultsStorage::Update DefaultsStorage::put(std::string_view key,
         auto others = mapping->count() == agreed_ ? Update{{}, mapping, 0} : update();
         {
             const ChangeCounter::Write write(*mapping);
-            file_->put(key, value);
+            operation();
         }
         others.count = agreed_ = mapping->count();
         return others;

@@ -36,6 +36,8 @@ class DefaultsStorage {
     /// Stores a binary property list, or removes the key. The update is what others have changed
     /// before.
     Update put(std::string_view key, std::optional<std::span<const std::uint8_t>> value);
+    /// put() of all these together, or of none when it throws. replaces: removes all others.
+    Update putAll(std::span<const BinaryEntry> entries, bool replaces);
     /// Lets the files go, which a fork must not share; the next operation opens them again.
     void close();
 
@@ -49,6 +51,7 @@ class DefaultsStorage {
     /// has been set aside.
     Update underLock(const std::function<Update()>& operation);
     void setAsideIfDamaged();
+    Update written(const std::function<void()>& operation);
     Update update();
 
     std::string path_;
