@@ -52,8 +52,8 @@ std::optional<std::string> Bundle::infoValue(const std::string& key) const {
     return value ? std::optional<std::string>(value.get()) : std::nullopt;
 }
 
-URL Bundle::iconsURL() const {
-    return prefix_.appendingPathComponent("share/icons");
+URL Bundle::dataURL() const {
+    return prefix_.appendingPathComponent("share");
 }
 
 URL Bundle::effectsURL() const {

@@ -25,9 +25,9 @@ class Bundle : public NSObject {
     /// What the bundle says of itself under a key of share/orvalo/Info.ini, group [Bundle], such as
     /// "Identifier"; absent without the file or the key.
     std::optional<std::string> infoValue(const std::string& key) const;
-    /// <prefix>/share/icons, whether it is there or not: the application's icons, as icon themes
-    /// have them.
-    URL iconsURL() const;
+    /// <prefix>/share, whether it is there or not: what desktops look for in data folders, such as
+    /// icons.
+    URL dataURL() const;
     /// <prefix>/lib/lv2, whether it is there or not: where the application's own effects live.
     URL effectsURL() const;
     /// <prefix>/libexec/orvalo/<name>, whether it is there or not: a program that others start.

@@ -1,9 +1,7 @@
 #include "platform/ui/UIApplicationMain.h"
 
-#include <adwaita.h>
 #include <gtkmm/application.h>
 #include <gtkmm/cssprovider.h>
-#include <gtkmm/icontheme.h>
 #include <gtkmm/stylecontext.h>
 #include <gtkmm/window.h>
 
@@ -15,7 +13,7 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/NSError.h"
-#include "platform/ui/QuickDrawing.h"
+#include "platform/ui/ToolkitStart.h"
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIApplicationDelegate.h"
 #include "platform/ui/UIButton.h"
@@ -76,15 +74,12 @@ struct UIApplicationStart {
         }
     }
 
-    /// The layout's own look and the application's icons.
+    /// The layout's own look.
     static void dress(const std::string& layout) {
-        const auto display = Gdk::Display::get_default();
-        Gtk::IconTheme::get_for_display(display)->add_search_path(
-            Bundle::main()->iconsURL().path());
         if (const auto style = Bundle::main()->url(layout, "css")) {
             const auto provider = Gtk::CssProvider::create();
             provider->load_from_path(style->path());
-            Gtk::StyleContext::add_provider_for_display(display, provider,
+            Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
                                                         GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
         }
     }
@@ -124,16 +119,10 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     std::setlocale(LC_ALL, "");       // NOLINT(concurrency-mt-unsafe): there is one thread yet.
     std::setlocale(LC_NUMERIC, "C");  // NOLINT(concurrency-mt-unsafe): as above.
     g_log_writer_default_set_use_stderr(TRUE);
-    bool hasDisplay = false;
-    {
-        const QuickDrawing drawing;
-        hasDisplay = gtk_init_check() != FALSE;
-    }
-    if (!hasDisplay) {
+    if (!startToolkit(Bundle::main()->dataURL().path())) {
         g_critical("There is no display to show a window on.");
         std::exit(EXIT_FAILURE);  // NOLINT(concurrency-mt-unsafe): as above.
     }
-    adw_init();
     UIView::setClass(GTK_TYPE_BUTTON,
                      [](GtkWidget* widget) { return std::make_shared<UIButton>(widget); });
     UIImageView::registerClass();
@@ -145,6 +134,8 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     start.delegateClassName = delegateClassName;
     start.application =
         Gtk::Application::create(Bundle::main()->infoValue("Identifier").value_or(""));
+    // There are none, and to look for icons among them the icon theme would be read anew.
+    start.application->unset_resource_base_path();
     start.application->signal_activate().connect([&start] { start.activate(); });
     start.application->signal_shutdown().connect([&start] { start.shutDown(); });
     return start.application->run(argc, argv);
