@@ -5,7 +5,7 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/audio/output/DenormalGuard.h"
+#include "platform/audio/signal/DenormalGuard.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/NSError.h"

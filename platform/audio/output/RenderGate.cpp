@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/audio/output/DenormalGuard.h"
+#include "platform/audio/signal/DenormalGuard.h"
 #include "platform/foundation/RealTimeScope.h"
 
 namespace orvalo {

@@ -1,0 +1,98 @@
+#include "platform/audio/bridge/service/ServiceInterface.h"
+
+#include <X11/Xlib.h>
+#include <glib.h>
+
+#include <utility>
+
+#include "platform/audio/interface/LV2InterfaceError.h"
+#include "platform/audio/interface/X11Connection.h"
+#include "platform/audio/interface/X11Errors.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr unsigned kShownPeriod = static_cast<unsigned>(1000.0 / LV2Interface::kUpdateRate);
+// Often enough that nothing piles up, seldom enough to cost nothing.
+constexpr unsigned kHiddenPeriod = 250;
+
+LV2InterfaceData readData(const LV2LocalAudioUnit& unit) {
+    const LV2World::Access access(unit.world());
+    return LV2InterfaceData::read(access, unit.data());
+}
+
+/// Interfaces name the server by the environment, and end the process where there is none.
+void enterDisplay(const std::string& plugin, const std::string& display, unsigned long window) {
+    g_setenv("DISPLAY", display.c_str(), TRUE);
+    const auto connection = X11Connection::open(display);
+    if (connection == nullptr) {
+        throw lv2InterfaceError(LV2ErrorCode::noInterface, plugin,
+                                "the X server \"" + display + "\" cannot be reached");
+    }
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(connection->display(), window, &attributes) == 0) {
+        throw lv2InterfaceError(LV2ErrorCode::noInterface, plugin,
+                                "the window that it belongs in is gone");
+    }
+    X11Errors::takeOver();
+}
+
+}  // namespace
+
+ServiceInterface::ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
+                                   const std::string& display, unsigned long window,
+                                   double scaleFactor, Events events)
+    : data_(readData(*unit)), library_(data_), events_(std::move(events)) {
+    enterDisplay(data_.plugin, display, window);
+    interface_ = std::make_unique<LV2Interface>(unit, data_, window, scaleFactor,
+                                                [this](X11Size size) { events_.wants(size); });
+    setTimer(false);
+}
+
+ServiceInterface::~ServiceInterface() {
+    stopTimer();
+}
+
+void ServiceInterface::setVisible(bool isVisible) {
+    if (!isOver_) {
+        setTimer(isVisible);
+    }
+}
+
+void ServiceInterface::setSize(X11Size size) {
+    if (!isOver_) {
+        interface_->setSize(size);
+    }
+}
+
+void ServiceInterface::setTimer(bool isVisible) {
+    stopTimer();
+    timer_.reset(g_timeout_source_new(isVisible ? kShownPeriod : kHiddenPeriod));
+    g_source_set_callback(
+        timer_.get(),
+        [](void* self) -> gboolean { return static_cast<ServiceInterface*>(self)->tick() ? 1 : 0; },
+        this, nullptr);
+    g_source_attach(timer_.get(), nullptr);
+}
+
+void ServiceInterface::stopTimer() {
+    if (timer_ != nullptr) {
+        g_source_destroy(timer_.get());
+        timer_ = nullptr;
+    }
+}
+
+bool ServiceInterface::tick() {
+    if (interface_->isOutdated()) {
+        isOver_ = true;
+        events_.outdated();
+    } else if (!interface_->update()) {
+        isOver_ = true;
+        events_.closed();
+    }
+    events_.turned();
+    return !isOver_;
+}
+
+}  // namespace orvalo

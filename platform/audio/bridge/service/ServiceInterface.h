@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/audio/interface/LV2Interface.h"
+#include "platform/audio/interface/LV2InterfaceLibrary.h"
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo {
+
+/// The effect's interface inside a window of the host's, and the timer that keeps it going, slowly
+/// while it is hidden. Main thread.
+class ServiceInterface {
+  public:
+    /// What the interface tells of itself. None may destroy it.
+    struct Events {
+        std::function<void(X11Size)> wants;  ///< It asks for an extent, also while it is made.
+        std::function<void()> closed;        ///< It has closed itself: it gets no more turns.
+        std::function<void()> outdated;  ///< Its instance has been replaced: no more turns either.
+        std::function<void()> turned;    ///< It had a turn.
+    };
+
+    /// Makes it, hidden. display: the X server's name; window: the host's, in which it belongs.
+    /// Throws NSError: no such server or window, or as LV2Interface does.
+    ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit, const std::string& display,
+                     unsigned long window, double scaleFactor, Events events);
+    /// Cleans it up. Its window should be shown no more.
+    ~ServiceInterface();
+    ServiceInterface(const ServiceInterface&) = delete;
+    ServiceInterface& operator=(const ServiceInterface&) = delete;
+
+    /// As LV2Interface::window().
+    unsigned long window() const { return interface_->window(); }
+    void setVisible(bool isVisible);
+    /// The extent of its window, in pixels.
+    void setSize(X11Size size);
+
+  private:
+    void setTimer(bool isVisible);
+    void stopTimer();
+    bool tick();
+
+    const LV2InterfaceData data_;
+    const LV2InterfaceLibrary library_;
+    const Events events_;
+    std::unique_ptr<LV2Interface> interface_;
+    GSourcePointer timer_;
+    bool isOver_ = false;
+};
+
+}  // namespace orvalo
