@@ -1,0 +1,56 @@
+#pragma once
+
+#include <gtkmm/applicationwindow.h>
+#include <gtkmm/button.h>
+#include <gtkmm/checkbutton.h>
+#include <gtkmm/label.h>
+#include <gtkmm/spinbutton.h>
+#include <gtkmm/stack.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "animation/demo/DemoPage.h"
+#include "animation/demo/Motion.h"
+#include "platform/foundation/Timer.h"
+
+namespace orvalo {
+
+/// The window: one page at a time, and below it how fast it goes.
+class EasingWindow : public Gtk::ApplicationWindow {
+  public:
+    EasingWindow();
+    ~EasingWindow() override;
+
+  private:
+    void addPage(DemoPage& page, const Glib::ustring& name);
+    Gtk::Widget& makeBar();
+    void addShortcut(const char* keys, std::function<void()> action);
+
+    DemoPage& page() const { return *page_; }
+    Pace pace() const;
+    void play();
+    void playOrStop();
+    void follow();          ///< Another page is shown.
+    void playingChanged();  ///< On the page that is shown.
+    void motionChanged();
+    void rest();
+    void wake();
+
+    Motion motion_;
+    std::vector<DemoPage*> pages_;
+    DemoPage* page_ = nullptr;
+    std::shared_ptr<Timer> rest_;  ///< Runs between two runs.
+    bool isStopping_ = false;      ///< By hand, so that nothing is repeated.
+
+    Gtk::Stack stack_;
+    Gtk::Label stillness_;
+    Gtk::SpinButton duration_;
+    Gtk::SpinButton interval_;
+    Gtk::CheckButton repeat_{"_Repeat", true};
+    Gtk::Button button_;
+    Gtk::Widget* durationField_ = nullptr;
+};
+
+}  // namespace orvalo
