@@ -166,6 +166,12 @@ std::optional<ApplicationPlace> ApplicationFixture::effectPlace() {
     return std::nullopt;
 }
 
+void ApplicationFixture::pointAt(const EffectSpot& spot) {
+    const auto effect = effectPlace().value_or(ApplicationPlace{});
+    act({"mousemove", std::to_string(effect.x + static_cast<int>(spot.x * effect.width)),
+         std::to_string(effect.y + static_cast<int>(spot.y * effect.height))});
+}
+
 int ApplicationFixture::windowCount() {
     const auto windows = output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"});
     return static_cast<int>(std::count(windows.begin(), windows.end(), '\n'));

@@ -25,6 +25,12 @@ struct ApplicationPlace {
     int height;
 };
 
+/// A place in the effect's interface, in parts of its extent from the top left.
+struct EffectSpot {
+    double x;
+    double y;
+};
+
 /// The application on a display with a window manager and a session bus, without sound, with its
 /// own effect and no other.
 class ApplicationFixture : public ::testing::Test {
@@ -50,7 +56,14 @@ class ApplicationFixture : public ::testing::Test {
     static ApplicationPlace place();
     /// The place of the effect's embedded window on the display; absent while none is shown.
     static std::optional<ApplicationPlace> effectPlace();
+    /// Moves the pointer into the effect's interface, which is shown.
+    static void pointAt(const EffectSpot& spot);
     static int windowCount();
+
+    static constexpr EffectSpot kThreshold{0.06, 0.68};
+    static constexpr EffectSpot kThresholdsValue{0.06, 0.745};
+    static constexpr EffectSpot kPresets{0.5, 0.036};
+    static constexpr EffectSpot kPower{0.91, 0.036};
 
     Program::Environment environment;
     TemporaryFolder folder;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 
 #include "tests/app/ApplicationFixture.h"
@@ -21,6 +22,12 @@ class EffectInterfaceTest : public ApplicationFixture {
             }
         }
         return dark > where.width * (where.height - kRow) / 2;
+    }
+
+    void showEffect() {
+        start();
+        key("ctrl+e");
+        ASSERT_TRUE(eventually(showsEffect));
     }
 
     static constexpr int kRow = 68;  // The height of the row of buttons.
@@ -65,16 +72,48 @@ TEST_F(EffectInterfaceTest, FollowsTheWindowsExtent) {
 }
 
 TEST_F(EffectInterfaceTest, TheSpaceBarPlaysAlsoWhileTheEffectIsShown) {
-    start();
-    key("ctrl+e");
-    ASSERT_TRUE(eventually(showsEffect));
-    const auto where = place();
-    act({"mousemove", std::to_string(where.x + where.width / 2),
-         std::to_string(where.y + where.height / 3)});
+    showEffect();
+    pointAt({0.5, 0.3});
     key("space");
     EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
               "AUEnginePlayer: Audio engine starting.");
     EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(EffectInterfaceTest, TheApplicationsKeysWorkAlsoAfterAClickIntoTheEffect) {
+    showEffect();
+    for (const auto& spot : {kThreshold, kPower, EffectSpot{0.5, 0.3}}) {
+        pointAt(spot);
+        act({"click", "1"});
+        key("space");
+        EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
+                  "AUEnginePlayer: Audio engine starting.");
+        key("space");
+        EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
+                  "AUEnginePlayer: Audio engine stopping.");
+    }
+    key("ctrl+e");
+    EXPECT_TRUE(eventually([] { return !showsEffect(); }));
+    key("ctrl+e");
+    ASSERT_TRUE(eventually(showsEffect));
+    act({"click", "1"});
+    key("ctrl+q");
+    EXPECT_EQ(program->wait(), 0);
+}
+
+TEST_F(EffectInterfaceTest, WhatIsTypedIntoTheEffectIsNoKeyOfTheApplications) {
+    showEffect();
+    pointAt(kThresholdsValue);
+    act({"click", "1"});
+    act({"type", "--", "- 12 dB "});
+    // Behind what was typed: a key that the effect does not use.
+    key("ctrl+e");
+    ASSERT_TRUE(eventually([] { return !effectPlace(); }));
+    EXPECT_TRUE(tree.shows("Play"));
+    EXPECT_FALSE(tree.shows("Stop"));
+    EXPECT_EQ(quit(), 0);
+    const auto lines = program->readAll();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "AUEnginePlayer: Audio engine starting."), 0);
 }
 
 }  // namespace

@@ -80,16 +80,11 @@ class EnduranceTest : public ApplicationFixture {
     /// Uses the effect's interface: a knob, the choice of presets, a typed value.
     static void useEffect() {
         ASSERT_TRUE(eventually([] { return effectPlace().has_value(); }));
-        const auto effect = *effectPlace();
-        const auto at = [&effect](double x, double y) {
-            act({"mousemove", std::to_string(effect.x + static_cast<int>(x * effect.width)),
-                 std::to_string(effect.y + static_cast<int>(y * effect.height))});
-        };
-        at(kThreshold.x, kThreshold.y);
+        pointAt(kThreshold);
         act({"mousedown", "1", "mousemove_relative", "0", "20", "mouseup", "1"});
-        at(kPresets.x, kPresets.y);
+        pointAt(kPresets);
         act({"click", "1", "key", "Down", "key", "Return"});
-        at(kThresholdsValue.x, kThresholdsValue.y);
+        pointAt(kThresholdsValue);
         act({"click", "--repeat", "2", "1", "type", "--", "-12"});
         act({"key", "Return"});
     }
@@ -104,15 +99,6 @@ class EnduranceTest : public ApplicationFixture {
     }
 
   private:
-    /// A place in the effect's interface, from 0 to 1 of its extent.
-    struct Spot {
-        double x;
-        double y;
-    };
-    static constexpr Spot kThreshold{0.06, 0.68};
-    static constexpr Spot kThresholdsValue{0.06, 0.745};
-    static constexpr Spot kPresets{0.5, 0.036};
-
     static std::string textOf(const fs::path& path) {
         std::ifstream file(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};

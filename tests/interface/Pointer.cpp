@@ -29,9 +29,22 @@ void click(int x, int y, unsigned button) {
 }
 
 void strikeKey(unsigned long keysym) {
-    const unsigned code = XKeysymToKeycode(screen(), keysym);
+    const unsigned code = keycode(keysym);
     XTestFakeKeyEvent(screen(), code, True, CurrentTime);
     XTestFakeKeyEvent(screen(), code, False, CurrentTime);
+    XSync(screen(), False);
+}
+
+unsigned keycode(unsigned long keysym) {
+    return XKeysymToKeycode(screen(), keysym);
+}
+
+void sendKey(unsigned long window, unsigned code) {
+    XEvent event{};
+    event.xkey.type = KeyPress;
+    event.xkey.window = window;
+    event.xkey.keycode = code;
+    XSendEvent(screen(), window, False, NoEventMask, &event);
     XSync(screen(), False);
 }
 

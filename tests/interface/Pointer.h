@@ -12,5 +12,10 @@ void releaseButton(unsigned button);
 void click(int x, int y, unsigned button = 1);
 /// Strikes the key with that keysym.
 void strikeKey(unsigned long keysym);
+/// The keycode of a keysym.
+unsigned keycode(unsigned long keysym);
+
+/// Sends a window the press of a key that nobody strikes, to whoever made the window.
+void sendKey(unsigned long window, unsigned code);
 
 }  // namespace orvalo::testing

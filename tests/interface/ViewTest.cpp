@@ -6,11 +6,7 @@
 
 #include "platform/foundation/RunLoop.h"
 
-#include "tests/interface/Effects.h"
-#include "tests/interface/Pointer.h"
-#include "tests/interface/Screen.h"
-#include "tests/interface/StageWindow.h"
-#include "tests/interface/WidgetPlace.h"
+#include "tests/interface/ViewFixture.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace {
@@ -22,57 +18,7 @@ using zoo::Misdeed;
 
 constexpr std::uint32_t kGain = 4;
 
-/// An interface in a window's stage.
-class View : public ::testing::Test {
-  protected:
-    static void SetUpTestSuite() { startToolkit(); }
-
-    View() : record_(interfaceRecord()) {
-        movePointer(1, 1);
-        resetRecord();
-        window_ = std::make_unique<StageWindow>();
-    }
-
-    ~View() override {
-        window_ = nullptr;
-        controller_ = nullptr;
-        EXPECT_EQ(record_.cleanups, record_.instantiations);
-        EXPECT_FALSE(record_.wasMappedAtCleanup);
-    }
-
-    std::shared_ptr<UIViewController> request(const std::string& name) {
-        unit_ = makeUnit(name);
-        return requestInterface(*unit_);
-    }
-
-    void embed(const std::string& name = "probe") {
-        controller_ = request(name);
-        ASSERT_NE(controller_, nullptr);
-        window_->embed(*controller_);
-    }
-
-    void show() {
-        window_->present();
-        ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
-    }
-
-    bool fillsItsStage() {
-        return waitFor([this] {
-            const auto place = window_->place();
-            return !place.isEmpty() && rectangleOf(record_.window) == place;
-        });
-    }
-
-    void commit(Misdeed misdeed) {
-        record_.misdeed = misdeed;
-        ASSERT_TRUE(waitFor([this] { return record_.misdeed == Misdeed::none; }));
-    }
-
-    zoo::InterfaceRecord& record_;
-    std::unique_ptr<StageWindow> window_;
-    std::shared_ptr<LV2LocalAudioUnit> unit_;
-    std::shared_ptr<UIViewController> controller_;
-};
+using View = ViewFixture;
 
 TEST_F(View, OpensTheInterfaceWhenItComesOnScreenFirst) {
     embed();
@@ -121,38 +67,6 @@ TEST_F(View, TakesClicksAndDrags) {
     unit_->controls().setValue(kGain, 0.125F);
     ASSERT_TRUE(waitFor([this] { return record_.values[kGain] == 0.125F; }));
     EXPECT_EQ(window_->presses(), 0);
-}
-
-TEST_F(View, LeavesTheSpaceBarToTheButtonUnlessItIsClicked) {
-    constexpr unsigned long kSpace = 0x20;
-    embed();
-    window_->present();
-    gtk_widget_grab_focus(window_->button());
-    show();
-    ASSERT_TRUE(
-        waitFor([this] { return gtk_window_is_active(GTK_WINDOW(window_->window())) != FALSE; }));
-    ASSERT_TRUE(fillsItsStage());
-    strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 1; }));
-    const auto place = rectangleOf(record_.window);
-    const auto before = keyboardFocus();
-    movePointer(place.x + 50, place.y + 50);
-    runFor(20);
-    strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 2; }));
-    EXPECT_TRUE(record_.keys.empty());
-    click(place.x + 50, place.y + 50);
-    ASSERT_TRUE(
-        waitFor([this, before] { return record_.clicks == 1 && keyboardFocus() != before; }));
-    strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
-    commit(Misdeed::takeKeyboard);
-    const auto button = placeOf(window_->button());
-    movePointer(button.x + 20, button.y + 10);
-    ASSERT_TRUE(waitFor([before] { return keyboardFocus() == before; }));
-    strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 3; }));
-    EXPECT_EQ(record_.keys.size(), 1U);
 }
 
 TEST_F(View, IsGoneFromTheFirstMomentOfATransitionToAnotherPage) {

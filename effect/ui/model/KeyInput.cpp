@@ -42,6 +42,10 @@ bool KeyInput::press(const Keystroke& key) {
         moveFocus(key.key == Key::tab ? 1 : -1);
         return true;
     }
+    // Where nobody sees a focus the space bar is the host's, whatever was clicked last.
+    if (isSpace(key) && !scene_.showsFocus) {
+        return false;
+    }
     const auto parameter = scene_.focusedControl();
     const bool used = parameter ? pressOnControl(*parameter, key) : pressOnPresets(key);
     if (used) {

@@ -11,6 +11,9 @@ namespace orvalo {
 namespace {
 
 constexpr unsigned kShownPeriod = static_cast<unsigned>(1000.0 / LV2Interface::kUpdateRate);
+// An interface that comes on screen has a picture to make as soon as the X server asks for it.
+constexpr unsigned kFirstPeriod = 2;
+constexpr int kFirstTurns = 10;
 // Often enough that nothing piles up, seldom enough to cost nothing.
 constexpr unsigned kHiddenPeriod = 250;
 // Below the toolkit's drawing, which stands at 120, so that an interface cannot hold it up.
@@ -28,19 +31,24 @@ LV2EmbeddedInterface::LV2EmbeddedInterface(std::shared_ptr<X11Connection> connec
       data_(std::move(data)),
       place_(place) {
     open();
-    setTimer(false);
+    setTimer(kHiddenPeriod);
 }
 
 LV2EmbeddedInterface::~LV2EmbeddedInterface() {
     onClosed = nullptr;
     close({});
+    // A turn under way may keep it.
+    container_->onSize = nullptr;
+    container_->onRules = nullptr;
+    container_->onGone = nullptr;
+    container_->onUnusedKey = nullptr;
 }
 
 void LV2EmbeddedInterface::open() {
     // Never a container that had another interface in it: the X server gives the new window the
     // number of the old one, whose end is still to be reported.
     container_ = nullptr;
-    container_ = std::make_unique<X11Container>(connection_, place_.toplevel, place_.size);
+    container_ = std::make_shared<X11Container>(connection_, place_.toplevel, place_.size);
     container_->setStatedFixed(data_.isFixedSize);
     container_->onSize = [this](X11Size size) {
         if (interface_ != nullptr) {
@@ -54,10 +62,19 @@ void LV2EmbeddedInterface::open() {
         }
     };
     container_->onGone = [this] { close("it has lost its window"); };
+    container_->onUnusedKey = [this](const X11Key& key) {
+        if (const auto take = onUnusedKey) {
+            take(key);
+        }
+    };
     enter();
     interface_ =
-        std::make_unique<LV2Interface>(unit_, data_, container_->window(), place_.scaleFactor,
-                                       [this](X11Size size) { container_->want(size); });
+        std::make_shared<LV2Interface>(unit_, data_, container_->window(), place_.scaleFactor,
+                                       [container = std::weak_ptr(container_)](X11Size size) {
+                                           if (const auto held = container.lock()) {
+                                               held->want(size);
+                                           }
+                                       });
     turnsWithoutWindow_ = 0;
     container_->adopt(interface_->window());
     container_->place(area_, visible_);
@@ -78,14 +95,15 @@ void LV2EmbeddedInterface::setVisible(bool isVisible) {
     }
     isVisible_ = isVisible;
     container_->setVisible(isVisible);
-    setTimer(isVisible);
+    firstTurns_ = isVisible ? kFirstTurns : 0;
+    setTimer(isVisible ? kFirstPeriod : kHiddenPeriod);
 }
 
-void LV2EmbeddedInterface::setTimer(bool isVisible) {
+void LV2EmbeddedInterface::setTimer(unsigned period) {
     if (timer_ != nullptr) {
         g_source_destroy(timer_.get());
     }
-    timer_.reset(g_timeout_source_new(isVisible ? kShownPeriod : kHiddenPeriod));
+    timer_.reset(g_timeout_source_new(period));
     g_source_set_priority(timer_.get(), kTimerPriority);
     g_source_set_callback(
         timer_.get(),
@@ -105,6 +123,9 @@ void LV2EmbeddedInterface::enter() const {
 }
 
 void LV2EmbeddedInterface::tick() {
+    if (firstTurns_ > 0 && --firstTurns_ == 0) {
+        setTimer(kShownPeriod);
+    }
     enter();
     if (interface_->isOutdated()) {
         container_->release();
@@ -117,7 +138,21 @@ void LV2EmbeddedInterface::tick() {
         } catch (const NSError& error) {
             close(error.localizedDescription());
         }
-    } else if (!interface_->update()) {
+        return;
+    }
+    // Its own code may run the loop, which may close it, and this object with it.
+    const auto willEnter = place_.willEnter;
+    const auto container = container_;
+    auto interface = interface_;
+    const bool goesOn = interface->update();
+    if (interface.use_count() == 1) {
+        if (willEnter) {
+            willEnter();
+        }
+        interface = nullptr;
+        return;
+    }
+    if (!goesOn) {
         close("it has closed itself");
     } else if (isVisible_ && !container_->hasChild() &&
                ++turnsWithoutWindow_ == kLongestTurnsWithoutWindow) {

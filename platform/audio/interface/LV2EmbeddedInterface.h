@@ -15,7 +15,8 @@ namespace orvalo {
 
 /// An open interface inside somebody's toplevel window: the interface, the container around its
 /// window, and the timer that keeps it going on the main run loop, slowly while it is hidden. An
-/// interface that reaches an instance which has been replaced is made anew. Main thread.
+/// interface that reaches an instance which has been replaced is made anew. One that runs the loop
+/// itself, and is closed meanwhile, is cleaned up when its own code has ended. Main thread.
 class LV2EmbeddedInterface {
   public:
     struct Place {
@@ -32,7 +33,7 @@ class LV2EmbeddedInterface {
     LV2EmbeddedInterface(std::shared_ptr<X11Connection> connection,
                          std::shared_ptr<LV2LocalAudioUnit> unit, LV2InterfaceData data,
                          const Place& place);
-    /// Takes it off the screen, then cleans it up.
+    /// Takes it off the screen, then cleans it up, at once but for what is said above.
     ~LV2EmbeddedInterface();
     LV2EmbeddedInterface(const LV2EmbeddedInterface&) = delete;
     LV2EmbeddedInterface& operator=(const LV2EmbeddedInterface&) = delete;
@@ -44,6 +45,9 @@ class LV2EmbeddedInterface {
 
     /// What the interface asks for has changed. May be empty.
     std::function<void()> onRules;
+    /// The interface has got a key and sent it on, because it means nothing to it. The object may
+    /// be destroyed inside. May be empty.
+    std::function<void(const X11Key&)> onUnusedKey;
     /// The interface is closed: by itself, by the loss of its window, or because it could not be
     /// made anew. The reason is a clause without a full stop. Called once, from the run loop; the
     /// object may be destroyed inside. May be empty.
@@ -52,7 +56,7 @@ class LV2EmbeddedInterface {
   private:
     void open();
     void enter() const;
-    void setTimer(bool isVisible);
+    void setTimer(unsigned period);  // In ms.
     void tick();
     void close(const std::string& reason);
 
@@ -62,11 +66,13 @@ class LV2EmbeddedInterface {
     const Place place_;
     X11Rect area_;
     X11Rect visible_;
-    std::unique_ptr<X11Container> container_;
-    std::unique_ptr<LV2Interface> interface_;
+    // Shared with the turn that is under way.
+    std::shared_ptr<X11Container> container_;
+    std::shared_ptr<LV2Interface> interface_;
     GSourcePointer timer_;
     bool isVisible_ = false;
     int turnsWithoutWindow_ = 0;
+    int firstTurns_ = 0;  // How many of them are left.
 };
 
 }  // namespace orvalo

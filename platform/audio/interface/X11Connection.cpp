@@ -86,6 +86,8 @@ void X11Connection::setHandler(unsigned long window, Handler handler) {
 }
 
 void X11Connection::dispatch() {
+    // A handler may let go of it.
+    const auto self = shared_from_this();
     // No more than what is here already: an interface that draws without end must not hold the
     // loop.
     for (int count = XPending(display_); count > 0; --count) {

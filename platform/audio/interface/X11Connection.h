@@ -14,7 +14,7 @@ namespace orvalo {
 
 /// The host's own connection to an X server, apart from the toolkit's. The main run loop brings its
 /// events; its errors are ignored, because other people's windows can go at any time. Main thread.
-class X11Connection {
+class X11Connection : public std::enable_shared_from_this<X11Connection> {
   public:
     using Handler = std::function<void(const XEvent&)>;
 

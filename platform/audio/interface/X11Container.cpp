@@ -37,6 +37,11 @@ X11Container::X11Container(std::shared_ptr<X11Connection> connection, unsigned l
                       CWBackPixel | CWBorderPixel | CWColormap | CWEventMask, &attributes);
     connection_->setHandler(window_, [this](const XEvent& event) { handle(event); });
     keyboard_ = std::make_unique<X11Keyboard>(connection_, parent, window_);
+    keyboard_->onUnusedKey = [this](const X11Key& key) {
+        if (const auto take = onUnusedKey) {
+            take(key);
+        }
+    };
     // Interfaces use it over their own connections.
     XSync(display, False);
 }
@@ -195,6 +200,7 @@ void X11Container::handle(const XEvent& event) {
         case EnterNotify:
         case LeaveNotify:
         case FocusIn:
+        case KeyPress:
             keyboard_->handle(event);
             break;
         case ConfigureRequest: {

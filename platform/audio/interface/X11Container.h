@@ -53,6 +53,9 @@ class X11Container {
     std::function<void()> onRules;
     /// The interface's window, or the container with it, is gone. May be empty.
     std::function<void()> onGone;
+    /// The interface has sent a key on, as X11Keyboard has it. The object may be destroyed inside.
+    /// May be empty.
+    std::function<void(const X11Key&)> onUnusedKey;
 
   private:
     void handle(const XEvent& event);

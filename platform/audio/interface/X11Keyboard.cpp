@@ -21,11 +21,13 @@ X11Keyboard::X11Keyboard(std::shared_ptr<X11Connection> connection, unsigned lon
                          unsigned long container)
     : connection_(std::move(connection)), toplevel_(toplevel), container_(container) {
     // After a click the window manager gives the focus to the toplevel, and the toolkit takes it on
-    // from there.
-    XSelectInput(connection_->display(), toplevel_, FocusChangeMask);
+    // from there. Keys are sent on with the mask for keys, or with none, to who made the window.
+    XSelectInput(connection_->display(), toplevel_, FocusChangeMask | KeyPressMask);
     connection_->setHandler(toplevel_, [this](const XEvent& event) {
         if (event.type == FocusIn || event.type == FocusOut) {
             give();
+        } else if (event.type == KeyPress) {
+            takeKey(event);
         }
     });
     connection_->setPressHandler(this, [this] { pressed(); });
@@ -60,8 +62,20 @@ void X11Keyboard::handle(const XEvent& event) {
                 }
             }
             break;
+        case KeyPress:
+            takeKey(event);
+            break;
         default:
             break;
+    }
+}
+
+void X11Keyboard::takeKey(const XEvent& event) {
+    // What is not sent has come to the toolkit as well.
+    if (isUsed_ && event.xkey.send_event != False) {
+        if (const auto take = onUnusedKey) {
+            take({event.xkey.keycode, event.xkey.state});
+        }
     }
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/audio/interface/X11Connection.h"
+#include "platform/audio/interface/X11Key.h"
 
 namespace orvalo {
 
@@ -11,7 +13,9 @@ namespace orvalo {
 /// the window under the pointer first and to the toplevel where that takes none. When the pointer
 /// leaves the interface, the user clicks elsewhere in the toplevel, or the interface is hidden, the
 /// focus goes back to where it was, also when the interface has taken it for itself; what it takes
-/// without a click goes back at once. One for a toplevel at a time. Main thread.
+/// without a click goes back at once. Keys that the interface has got and sends on, because they
+/// mean nothing to it, are reported: toolkits of today do not see what is sent. One for a toplevel
+/// at a time. Main thread.
 class X11Keyboard {
   public:
     /// container: the window around the interface's; toplevel: the window above that.
@@ -21,13 +25,18 @@ class X11Keyboard {
     X11Keyboard(const X11Keyboard&) = delete;
     X11Keyboard& operator=(const X11Keyboard&) = delete;
 
-    /// For the container's EnterNotify, LeaveNotify and FocusIn events.
+    /// The interface has sent a key on, to the container or to the toplevel, while it had the
+    /// keyboard. The object may be destroyed inside. May be empty.
+    std::function<void(const X11Key&)> onUnusedKey;
+
+    /// For the container's EnterNotify, LeaveNotify, FocusIn and KeyPress events.
     void handle(const XEvent& event);
     /// Ends the interface's use of the keyboard.
     void takeBack();
 
   private:
     void pressed();
+    void takeKey(const XEvent& event);
     void give();
     unsigned long focus();
 

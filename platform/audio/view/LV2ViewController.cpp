@@ -9,6 +9,7 @@
 #include "platform/audio/interface/LV2InterfaceError.h"
 #include "platform/audio/interface/X11Connection.h"
 #include "platform/audio/interface/X11Errors.h"
+#include "platform/audio/view/WindowShortcuts.h"
 
 namespace orvalo {
 
@@ -119,6 +120,11 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
                                         // GDK takes its context for current until it is told.
                                         gdk_gl_context_clear_current});
         interface_->onRules = [this] { takeRules(); };
+        interface_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
+            if (const auto held = view.lock()) {
+                activateShortcut(held->widget(), key);
+            }
+        };
         interface_->onClosed = [this](const std::string& reason) { closed(reason); };
         container_->setMessage({});
         takeRules();

@@ -101,12 +101,19 @@ TEST_F(KeyInputTest, BadTextStaysWithItsComplaintUntilItIsMended) {
     EXPECT_EQ(host.values, std::vector<float>{-2.0F});
 }
 
-TEST_F(KeyInputTest, SpaceIsTheHostsExceptOnButtons) {
+TEST_F(KeyInputTest, SpaceIsTheHostsExceptOnButtonsThatTheKeyboardHasChosen) {
     focusOn(Parameter::threshold);
     EXPECT_FALSE(type(" "));
     EXPECT_FALSE(type("p"));
     focusOn(Parameter::enabled);
     EXPECT_TRUE(type(" "));
+    EXPECT_EQ(host.values, std::vector<float>{0.0F});
+    // As a click leaves it.
+    for (const std::size_t place : {scene.focus, static_cast<std::size_t>(Focus::presetName),
+                                    static_cast<std::size_t>(Focus::nextPreset)}) {
+        editor.focus(place, false);
+        EXPECT_FALSE(type(" "));
+    }
     EXPECT_EQ(host.values, std::vector<float>{0.0F});
 }
 

@@ -27,6 +27,8 @@ constexpr std::uint32_t kEvents = 2;
 constexpr std::uint32_t kNotify = 3;
 constexpr std::uint32_t kGain = 4;
 constexpr std::uint32_t kCount = 5;
+constexpr long kEventMask =
+    ButtonPressMask | Button1MotionMask | StructureNotifyMask | ExposureMask;
 
 InterfaceRecord& record() {
     static InterfaceRecord seen;
@@ -127,9 +129,7 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor* /*descriptor*/, const char* plu
         return self;
     }
     self->window = XCreateSimpleWindow(self->display, seen.parent, 0, 0, 300, 200, 0, 0, 0x336699);
-    XSelectInput(
-        self->display, self->window,
-        ButtonPressMask | Button1MotionMask | KeyPressMask | StructureNotifyMask | ExposureMask);
+    XSelectInput(self->display, self->window, kEventMask | KeyPressMask);
     XMapWindow(self->display, self->window);
     XSync(self->display, False);
     seen.window = self->window;
@@ -197,6 +197,10 @@ void handleEvent(Interface& self, XEvent& event) {
             break;
         case KeyPress:
             seen.keys.push_back(static_cast<unsigned>(XLookupKeysym(&event.xkey, 0)));
+            if (seen.keyMask) {
+                event.xkey.window = seen.parent;
+                XSendEvent(self.display, seen.parent, True, *seen.keyMask, &event);
+            }
             break;
         case ConfigureNotify:
             seen.width = event.xconfigure.width;
@@ -269,6 +273,12 @@ bool misbehave(Interface& self, Misdeed misdeed) {
                 XCreateSimpleWindow(self.display, record().parent, 0, 0, 5, 5, 0, 0, 0xFFFFFFU);
             XMapRaised(self.display, record().second);
             XMoveResizeWindow(self.display, record().second, 10, 20, 60, 50);
+            break;
+        case Misdeed::ignoreKeys:
+            XSelectInput(self.display, self.window, kEventMask);
+            break;
+        case Misdeed::callOut:
+            record().onCall();
             break;
         case Misdeed::requestValue:
             record().requested = self.request->request(self.request->handle,

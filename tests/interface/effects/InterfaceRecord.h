@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +22,8 @@ enum class Misdeed {
     writeNonsense,  ///< Writes to ports that cannot take it.
     requestValue,   ///< Asks the user for a file.
     secondWindow,   ///< Makes another window beside its own, and moves it.
+    ignoreKeys,     ///< Wants no keys any more.
+    callOut,        ///< Calls what the test has asked for.
 };
 
 /// What the test interface has seen of its host. One for the process, on the main thread.
@@ -52,6 +56,8 @@ struct InterfaceRecord {
     unsigned long window = 0;
     bool wasMappedAtCleanup = false;  ///< Whether its window could be seen then.
     Misdeed misdeed = Misdeed::none;
+    std::function<void()> onCall;  ///< For callOut.
+    std::optional<long> keyMask;   ///< Keys are sent on to the parent with that event mask.
 };
 
 /// Exported by the interface's library as "interfaceRecord".

@@ -1,0 +1,171 @@
+#include <gmock/gmock.h>
+
+#include "tests/interface/InterfaceFixture.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using zoo::Misdeed;
+using InterfaceKeyboard = InterfaceFixture;
+
+constexpr unsigned long kSpace = 0x20;
+
+TEST_F(InterfaceKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
+    const auto inside = toplevel_.focusInside();
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    strikeKey(kSpace);
+    ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
+    EXPECT_TRUE(toplevel_.takeKeys().empty());
+    movePointer(700, 500);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    // The next visit begins with a click, too.
+    movePointer(200, 200);
+    runFor(20);
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    EXPECT_EQ(record_.keys.size(), 1U);
+}
+
+TEST_F(InterfaceKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWheel) {
+    const auto inside = toplevel_.focusInside();
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    constexpr unsigned kWheelUp = 4;
+    click(200, 200, kWheelUp);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    // Nor when it takes it for itself.
+    commit(Misdeed::takeKeyboard);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+    EXPECT_TRUE(record_.keys.empty());
+}
+
+TEST_F(InterfaceKeyboard, GivesTheKeyboardBackAtAClickElsewhere) {
+    const auto inside = toplevel_.focusInside();
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    commit(Misdeed::takeKeyboard);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    // The pointer comes out of the interface only with the click.
+    movePointer(700, 500);
+    pressButton(1);
+    releaseButton(1);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    // A click anywhere else on the screen gives it nothing either.
+    click(5, 5);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+}
+
+TEST_F(InterfaceKeyboard, GetsTheKeyboardThatItsToplevelGetsAfterTheClick) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    const Toplevel other;
+    const auto elsewhere = other.focusInside();
+    other.lower();
+    click(200, 200);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), elsewhere);
+    toplevel_.focusInside();
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+}
+
+TEST_F(InterfaceKeyboard, HasTheKeyboardAlsoAfterItWasMadeAnew) {
+    toplevel_.focusInside();
+    open("direct");
+    unit_->allocateRenderResources(96000.0);
+    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2 && record_.width == 400; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    // The toplevel's events are still heard.
+    toplevel_.focusInside();
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+}
+
+TEST_F(InterfaceKeyboard, GivesTheKeyboardBackThatItTookForItself) {
+    const auto inside = toplevel_.focusInside();
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    commit(Misdeed::takeKeyboard);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    movePointer(700, 500);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    commit(Misdeed::takeKeyboard);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    embedded_->setVisible(false);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+}
+
+TEST_F(InterfaceKeyboard, HandsBackTheKeysThatTheInterfaceSendsOnWhileItHasTheKeyboard) {
+    toplevel_.focusInside();
+    open();
+    std::vector<unsigned> unused;
+    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    const unsigned space = keycode(kSpace);
+    // With the mask for keys, and with none.
+    for (const long mask : {1L, 0L}) {
+        unused.clear();
+        record_.keyMask = mask;
+        click(200, 200);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+        strikeKey(kSpace);
+        EXPECT_TRUE(waitFor([&] { return unused == std::vector{space}; })) << mask;
+        movePointer(700, 500);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() != toplevel_.window(); }));
+    }
+    // What is sent without the keyboard is nobody's key.
+    unused.clear();
+    sendKey(record_.parent, space);
+    runFor(20);
+    EXPECT_TRUE(unused.empty());
+}
+
+TEST_F(InterfaceKeyboard, LeavesKeysThatTheInterfaceDoesNotWantToTheToplevel) {
+    toplevel_.focusInside();
+    open();
+    std::vector<unsigned> unused;
+    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    commit(Misdeed::ignoreKeys);
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    strikeKey(kSpace);
+    runFor(20);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    EXPECT_TRUE(unused.empty());
+    EXPECT_TRUE(record_.keys.empty());
+}
+
+TEST_F(InterfaceKeyboard, MayBeClosedByAKeyThatItSendsOn) {
+    toplevel_.focusInside();
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    record_.keyMask = 1;
+    connection_ = nullptr;
+    embedded_->onUnusedKey = [this](const X11Key& /*key*/) { embedded_ = nullptr; };
+    click(200, 200);
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    strikeKey(kSpace);
+    EXPECT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_EQ(record_.cleanups, 1);
+}
+
+}  // namespace
