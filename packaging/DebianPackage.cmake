@@ -28,8 +28,8 @@ The effect is a stereo compressor for every LV2 host: notes that come in duck
 the signal, and gain reduction plays notes.
 .
 This package contains the application (orvalo), its twin for the terminal
-(orvalo-play), the effect and the music, and a window that shows easing
-curves at work (orvalo-easing).")
+(orvalo-play), the effect and the music, a window that shows easing curves
+at work (orvalo-easing), and the settings for the terminal (orvalo-defaults).")
 
 # The libraries that the programs are linked with are found by dpkg-shlibdeps. FFmpeg's are loaded
 # when the first file is opened, by the versions that the programs were built with, and WebKitGTK

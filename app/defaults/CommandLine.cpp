@@ -16,6 +16,8 @@ using Context = std::unique_ptr<GOptionContext, Release<g_option_context_free>>;
 using GErrorPointer = std::unique_ptr<GError, Release<g_error_free>>;
 using GTexts = std::unique_ptr<char*, Release<g_strfreev>>;
 
+constexpr auto kProgram = "orvalo-defaults";
+
 /// A command's options in the form that GLib takes, and what it found of them.
 class Parser {
   public:
@@ -38,7 +40,6 @@ class Parser {
         g_option_context_set_help_enabled(context_.get(), FALSE);
         g_option_context_set_summary(context_.get(), syntax.summary);
         g_option_context_add_main_entries(context_.get(), entries_.data(), nullptr);
-        g_set_prgname((std::string("orvalo-defaults ") + syntax.name).c_str());
     }
     ~Parser() {
         for (auto* text : texts_) {
@@ -120,7 +121,11 @@ CommandLine CommandLine::parse(const CommandSyntax& syntax, const std::vector<st
 }
 
 std::string helpOf(const CommandSyntax& syntax) {
-    return Parser(syntax).help();
+    // Which the help begins with, and messages later.
+    g_set_prgname((std::string(kProgram) + " " + syntax.name).c_str());
+    auto text = Parser(syntax).help();
+    g_set_prgname(kProgram);
+    return text;
 }
 
 }  // namespace orvalo

@@ -39,7 +39,7 @@ const std::vector<CommandSyntax>& commandSyntaxes() {
          "DOMAIN KEY",
          2,
          2,
-         "Set the value of a key",
+         "Set the value of a key, by one of the options",
          {{"string", "TEXT", "To a text"},
           {"int", "N", "To a whole number of 64 bits"},
           {"float", "N", "To a number of double precision; inf and nan are numbers too"},
@@ -52,7 +52,7 @@ const std::vector<CommandSyntax>& commandSyntaxes() {
          "DOMAIN KEY",
          1,
          2,
-         "Remove a key",
+         "Remove a key, or all with --all",
          {{"all", nullptr, "Remove every key of the domain"}}},
         {"export",
          Command::export_,
@@ -61,14 +61,14 @@ const std::vector<CommandSyntax>& commandSyntaxes() {
          2,
          "Write a domain to a file, or to standard output",
          {{"format", "json|xml",
-           "The file's format: JSON (the default), or an XML property list, which is the default "
-           "for a FILE that ends in .plist or .xml"}}},
+           "JSON, which is the default, or an XML property list, which is the default for a FILE "
+           "that ends in .plist or .xml"}}},
         {"import",
          Command::import,
          "DOMAIN [FILE]",
          1,
          2,
-         "Set all keys that a file holds, or standard input: JSON or an XML property list",
+         "Set the keys that a file or standard input holds, of either format",
          {{"replace", nullptr, "Remove the keys that it does not hold"}}}};
     return syntaxes;
 }

@@ -1,0 +1,81 @@
+#include "app/defaults/Domain.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "app/defaults/DefaultsOptions.h"
+#include "app/defaults/format/Escaped.h"
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/DefaultsDomain.h"
+#include "platform/foundation/defaults/DefaultsPlaces.h"
+
+namespace orvalo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What cannot be looked at counts as there: opening it says why.
+bool isAnythingAt(const fs::path& path) {
+    std::error_code ignored;
+    return fs::status(path, ignored).type() != fs::file_type::not_found;
+}
+
+std::string pathOf(const std::string& name) {
+    if (name == ownDomainName()) {
+        return ownDomainFile().string();
+    }
+    if (const auto trouble = suiteNameTrouble(name)) {
+        throw BadOption(escaped(*trouble));
+    }
+    return suiteFile(name).string();
+}
+
+}  // namespace
+
+Domain::Domain(std::string name) : name_(std::move(name)), path_(pathOf(name_)) {}
+
+Domain::~Domain() = default;
+
+std::vector<std::string> Domain::names() {
+    const auto folder = suiteFile("any").parent_path();
+    std::error_code error;
+    if (fs::directory_iterator(folder, error); error && isAnythingAt(folder)) {
+        throw NSError::posix(error.value(), folder.string());
+    }
+    auto names = suiteNames();
+    if (isAnythingAt(ownDomainFile())) {
+        names.push_back(ownDomainName());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+bool Domain::isThere() const {
+    return isAnythingAt(path_);
+}
+
+PropertyList::Dictionary Domain::entries() {
+    PropertyList::Dictionary entries;
+    if (isThere()) {
+        opened().addTo(entries);
+    }
+    return entries;
+}
+
+void Domain::change(DefaultsChanges changes) {
+    opened().change(std::move(changes));
+}
+
+DefaultsDomain& Domain::opened() {
+    if (!domain_) {
+        auto domain = DefaultsDomain::of(path_);
+        domain->open();
+        domain_ = std::move(domain);
+    }
+    return *domain_;
+}
+
+}  // namespace orvalo
