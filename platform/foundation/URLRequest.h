@@ -16,8 +16,13 @@ struct URLRequest {
     /// Absent for a request that leads nowhere.
     std::optional<URL> url;
     URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy;
-    /// Seconds without any progress after which loading fails.
-    double timeoutInterval = 60;
+    static constexpr double defaultTimeout = 60;
+    /// Seconds without any progress after which loading fails; what is not above 0, or no number,
+    /// counts as the default.
+    double timeoutInterval = defaultTimeout;
+
+    /// The seconds that count.
+    double timeout() const { return timeoutInterval > 0 ? timeoutInterval : defaultTimeout; }
 };
 
 }  // namespace orvalo

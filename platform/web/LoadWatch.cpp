@@ -3,15 +3,10 @@
 #include <utility>
 
 #include "platform/foundation/Timer.h"
+#include "platform/foundation/URLRequest.h"
 #include "platform/web/WebKitLibrary.h"
 
 namespace orvalo {
-
-namespace {
-
-constexpr double platformTimeout = 60;
-
-}  // namespace
 
 struct LoadWatch::Signals {
     static void loadChanged(WebKitWebView* /*view*/, WebKitLoadEvent event, gpointer watch) {
@@ -39,7 +34,7 @@ struct LoadWatch::Signals {
     }
 };
 
-LoadWatch::LoadWatch(WebKitWebView* view) : view_(view), interval_(platformTimeout) {
+LoadWatch::LoadWatch(WebKitWebView* view) : view_(view), interval_(URLRequest::defaultTimeout) {
     g_signal_connect(view_, "load-changed", G_CALLBACK(Signals::loadChanged), this);
     g_signal_connect(view_, "notify::estimated-load-progress", G_CALLBACK(Signals::progressed),
                      this);
@@ -51,7 +46,7 @@ LoadWatch::~LoadWatch() {
 }
 
 void LoadWatch::setInterval(double seconds) {
-    interval_ = seconds > 0 ? seconds : platformTimeout;
+    interval_ = seconds;
 }
 
 void LoadWatch::announce(std::string address) {

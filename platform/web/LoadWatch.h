@@ -19,8 +19,7 @@ class LoadWatch {
     LoadWatch(const LoadWatch&) = delete;
     LoadWatch& operator=(const LoadWatch&) = delete;
 
-    /// For the loads that begin from now on. seconds: not above 0 or not a number counts as 60, the
-    /// platform's own time-out.
+    /// For the loads that begin from now on. seconds: above 0.
     void setInterval(double seconds);
     /// Names what the next load that begins is of, for the line.
     void announce(std::string address);

@@ -153,7 +153,7 @@ std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
     requireMainThread("WKWebView.load");
     if (request.url) {
         if (canLoad()) {
-            watch_->setInterval(request.timeoutInterval);
+            watch_->setInterval(request.timeout());
             webkit().webkit_web_view_load_uri(engine(), request.url->absoluteString().c_str());
         }
     } else {
@@ -171,7 +171,7 @@ std::shared_ptr<WKNavigation> WKWebView::loadHTMLString(const std::string& strin
                                                         const std::optional<URL>& baseURL) {
     requireMainThread("WKWebView.loadHTMLString");
     if (canLoad()) {
-        watch_->setInterval(URLRequest().timeoutInterval);
+        watch_->setInterval(URLRequest::defaultTimeout);
         webkit().webkit_web_view_load_html(engine(), string.c_str(),
                                            baseURL ? baseURL->absoluteString().c_str() : nullptr);
     }

@@ -17,9 +17,6 @@ namespace {
 using GErrorPointer = std::unique_ptr<GError, Release<g_error_free>>;
 
 guint milliseconds(double seconds) {
-    if (!(seconds > 0)) {
-        return 0;
-    }
     constexpr double longest = std::numeric_limits<guint>::max();
     return static_cast<guint>(std::min(seconds * 1000, longest));
 }
@@ -52,15 +49,15 @@ std::optional<URL> origin(SoupMessage* message) {
 
 void HTTPTransfer::start(const URLRequest& request, const URL& url, URLCompletion completion) {
     std::unique_ptr<HTTPTransfer> transfer(
-        new HTTPTransfer(url, request.timeoutInterval, std::move(completion)));
+        new HTTPTransfer(url, request.timeout(), std::move(completion)));
     LoadingThread::shared().perform([transfer = std::move(transfer)]() mutable {
         transfer.release()->send();  // From here on it ends itself.
     });
 }
 
-HTTPTransfer::HTTPTransfer(URL url, double timeoutInterval, URLCompletion completion)
+HTTPTransfer::HTTPTransfer(URL url, double timeout, URLCompletion completion)
     : url_(std::move(url)),
-      timeoutInterval_(timeoutInterval),
+      timeout_(timeout),
       completion_(std::move(completion)),
       cancellable_(g_cancellable_new()) {}
 
@@ -138,7 +135,7 @@ void HTTPTransfer::restartClock() {
     if (clock_) {
         g_source_destroy(clock_.get());
     }
-    clock_.reset(g_timeout_source_new(milliseconds(timeoutInterval_)));
+    clock_.reset(g_timeout_source_new(milliseconds(timeout_)));
     g_source_set_callback(
         clock_.get(),
         [](gpointer data) -> gboolean {

@@ -29,7 +29,7 @@ class HTTPTransfer {
     HTTPTransfer& operator=(const HTTPTransfer&) = delete;
 
   private:
-    HTTPTransfer(URL url, double timeoutInterval, URLCompletion completion);
+    HTTPTransfer(URL url, double timeout, URLCompletion completion);
 
     void send();
     void received(GAsyncResult* result);
@@ -43,7 +43,7 @@ class HTTPTransfer {
     static constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
     const URL url_;
-    const double timeoutInterval_;
+    const double timeout_;  // Seconds, above 0.
     URLCompletion completion_;
     SoupMessage* message_ = nullptr;
     GCancellable* cancellable_;
