@@ -59,6 +59,7 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
     char* render = nullptr;
     char* file = nullptr;
     gboolean list = FALSE;
+    gboolean inProcess = FALSE;
     // NOLINTNEXTLINE(modernize-avoid-c-arrays): what GLib takes, ended by an empty entry.
     const GOptionEntry entries[] = {
         {"passes", 'n', 0, G_OPTION_ARG_STRING, &passes, "Stop after N passes of the file", "N"},
@@ -69,6 +70,8 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
          "FILE.wav"},
         {"file", 'f', 0, G_OPTION_ARG_FILENAME, &file,
          "Play this file instead of a demonstration file", "AUDIO"},
+        {"in-process", 'i', 0, G_OPTION_ARG_NONE, &inProcess,
+         "Load the effect in this program instead of in a process of its own", nullptr},
         {"list", 'l', 0, G_OPTION_ARG_NONE, &list, "Show the effects in the registry", nullptr},
         {nullptr, '\0', 0, G_OPTION_ARG_NONE, nullptr, nullptr, nullptr}};
 
@@ -103,6 +106,7 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
     options.render = text(renderText, "--render");
     options.file = text(fileText, "--file");
     options.list = list != FALSE;
+    options.inProcess = inProcess != FALSE;
     return options;
 }
 

@@ -14,6 +14,7 @@ struct PlayOptions {
     std::optional<std::string> render;   ///< A path to write to.
     std::optional<std::string> file;     ///< A path to play.
     bool list = false;
+    bool inProcess = false;  ///< To load the effect in this program's process.
 
     /// Reads the command line. --help prints the help on standard output and ends the program with
     /// status 0. Throws BadOption.

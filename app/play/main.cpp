@@ -9,6 +9,7 @@
 #include "app/play/Performance.h"
 #include "app/play/PlayOptions.h"
 #include "app/play/RegistryTable.h"
+#include "platform/audio/engine/EffectLoading.h"
 #include "platform/audio/file/AVAudioFile.h"
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/Print.h"
@@ -41,6 +42,9 @@ int main(int argc, char** argv) {
         if (options.list) {
             print(registryTable());
             return EXIT_SUCCESS;
+        }
+        if (options.inProcess) {
+            setPlatformEffectLoading(EffectLoading::inProcess);
         }
         if (options.render) {
             render.emplace(options);

@@ -94,8 +94,8 @@ TEST_F(CommandLineTest, HelpNamesEveryOption) {
     for (const auto& line : end.output) {
         text += line + "\n";
     }
-    for (const auto* option :
-         {"--passes=N", "--seconds=S", "--render=FILE.wav", "--file=AUDIO", "--list", "--help"}) {
+    for (const auto* option : {"--passes=N", "--seconds=S", "--render=FILE.wav", "--file=AUDIO",
+                               "--in-process", "--list", "--help"}) {
         EXPECT_THAT(text, HasSubstr(option));
     }
 }

@@ -31,6 +31,7 @@ AVAudioEngine::~AVAudioEngine() {
 void AVAudioEngine::attach(const std::shared_ptr<AVAudioNode>& node) {
     const std::lock_guard lock(mutex_);
     graph_.attach(node);
+    node->setRenderingOffline(isManual_);
     node->setEngine(shared(this));
 }
 
@@ -39,6 +40,7 @@ void AVAudioEngine::detach(const std::shared_ptr<AVAudioNode>& node) {
     graph_.detach(node);
     publish();
     compiler_.forget(node);
+    node->setRenderingOffline(false);
     node->setEngine(nullptr);
 }
 
@@ -114,6 +116,10 @@ void AVAudioEngine::enableManualRenderingMode(const AVAudioFormat& format) {
     }
     outputNode_->setManualFormat(format);
     isManual_ = true;
+    const std::lock_guard lock(mutex_);
+    for (const auto& node : graph_.nodes()) {
+        node->setRenderingOffline(true);
+    }
 }
 
 void AVAudioEngine::renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& buffer) {

@@ -53,6 +53,10 @@ class AVAudioNode : public NSObject {
     /// offline rendering, between two render calls.
     virtual void awaitInput() {}
 
+    /// Whether the engine renders without a device, as fast as it can. Told to an attached node
+    /// before it renders.
+    virtual void setRenderingOffline(bool /*isOffline*/) {}
+
     void setEngine(const std::shared_ptr<AVAudioEngine>& engine);
 
     mutable std::mutex engineMutex_;

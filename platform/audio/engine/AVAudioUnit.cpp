@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
+#include "platform/audio/bridge/host/BridgedUnit.h"
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
+#include "platform/audio/engine/EffectLoading.h"
 #include "platform/audio/lv2/LV2AudioUnit.h"
 #include "platform/audio/signal/AVAudioPCMBuffer.h"
 #include "platform/audio/signal/SampleRateConverter.h"
@@ -19,15 +21,23 @@ AVAudioPCMBuffer makeBuffer(std::uint32_t channels) {
     return {AVAudioFormat{.channelCount = std::max(channels, 1U)}, kMaximumFramesToRender};
 }
 
-std::shared_ptr<AVAudioUnit> makeUnit(const AudioComponentDescription& description) {
+EffectLoading loading(AudioComponentInstantiationOptions options) {
+    return options == AudioComponentInstantiationOptions::loadInProcess ? EffectLoading::inProcess
+                                                                        : platformEffectLoading();
+}
+
+std::shared_ptr<AVAudioUnit> makeUnit(const AudioComponentDescription& description,
+                                      AudioComponentInstantiationOptions options) {
     const auto components =
         AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->components(description);
     if (components.empty()) {
         throw NSError("AVAudioUnit", 1, "No component matches " + orvalo::description(description));
     }
     const auto& component = components.front();
+    const auto make =
+        loading(options) == EffectLoading::inProcess ? makeLV2AudioUnit : makeBridgedAudioUnit;
     return std::make_shared<AVAudioUnit>(
-        makeLV2AudioUnit(component->uri, component->audioComponentDescription));
+        make(component->uri, component->audioComponentDescription));
 }
 
 }  // namespace
@@ -71,13 +81,13 @@ AVAudioUnit::AVAudioUnit(std::shared_ptr<AUAudioUnit> unit)
 AVAudioUnit::~AVAudioUnit() = default;
 
 void AVAudioUnit::instantiate(const AudioComponentDescription& with,
-                              AudioComponentInstantiationOptions /*options*/,
+                              AudioComponentInstantiationOptions options,
                               InstantiationHandler completionHandler) {
-    DispatchQueue::global()->async([with, completion = std::move(completionHandler)] {
+    DispatchQueue::global()->async([with, options, completion = std::move(completionHandler)] {
         std::shared_ptr<AVAudioUnit> unit;
         std::optional<NSError> failure;
         try {
-            unit = makeUnit(with);
+            unit = makeUnit(with, options);
         } catch (const NSError& error) {
             g_warning("%s", error.what());
             failure = error;
@@ -99,6 +109,10 @@ void AVAudioUnit::prepareToRender(const AVAudioFormat* input, const AVAudioForma
                           " Hz and deliver at " + std::to_string(output.sampleRate) + " Hz.");
     }
     auAudioUnit_->allocateRenderResources(output.sampleRate);
+}
+
+void AVAudioUnit::setRenderingOffline(bool isOffline) {
+    auAudioUnit_->setRenderingOffline(isOffline);
 }
 
 std::shared_ptr<RenderKernel> AVAudioUnit::kernel() const {

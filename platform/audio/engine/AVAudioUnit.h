@@ -11,7 +11,7 @@
 
 namespace orvalo {
 
-/// How to load an effect; a set. Empty: the platform chooses.
+/// How to load an effect; a set. Empty: the platform chooses, as platformEffectLoading() says.
 enum class AudioComponentInstantiationOptions : std::uint32_t { none = 0, loadInProcess = 2 };
 
 /// An effect as a node of the graph. Runs at the rate of what feeds it; where its channels differ
@@ -41,6 +41,7 @@ class AVAudioUnit : public AVAudioNode {
                                 const AVAudioFormat& engineFormat) const override;
     void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
     std::shared_ptr<RenderKernel> kernel() const override;
+    void setRenderingOffline(bool isOffline) override;
 
     const std::shared_ptr<AUAudioUnit> auAudioUnit_;
     const std::shared_ptr<Kernel> kernel_;

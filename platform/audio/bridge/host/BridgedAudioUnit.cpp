@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "platform/audio/bridge/host/ControlRanges.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/lv2/LV2Error.h"
 #include "platform/foundation/DispatchQueue.h"

@@ -1,14 +1,8 @@
 #include "platform/audio/bridge/host/LastState.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace orvalo {
-
-void LastState::takeState(std::string text) {
-    state = std::move(text);
-    controls.clear();
-}
 
 void LastState::takeControls(std::span<const std::atomic<float>> values,
                              const std::vector<ControlRange>& ranges) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/audio/bridge/host/ControlRanges.h"
+#include "platform/audio/bridge/host/ControlRange.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 
 namespace orvalo {
@@ -18,8 +18,6 @@ struct LastState {
     std::string state;        ///< As the process gave it, never looked into; "" before.
     std::vector<bridge::ControlValue> controls;
 
-    /// Takes a state that the process has given, which says of the controls, too, what is known.
-    void takeState(std::string text);
     /// Takes the values that a process left in shared memory: those that are numbers within their
     /// range. Another keeps what was known before.
     void takeControls(std::span<const std::atomic<float>> values,

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/audio/bridge/host/ControlRanges.h"
+#include "platform/audio/bridge/host/ControlRange.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/bridge/wire/SharedAudio.h"
 

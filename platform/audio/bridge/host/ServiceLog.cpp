@@ -70,7 +70,9 @@ void ServiceLog::endLine(Clock::time_point now) {
     }
     if (linesThisSecond_ < linesPerSecond_) {
         ++linesThisSecond_;
-        g_message("<%s>: %s", uri_.c_str(), text.c_str());
+        const auto name = "<" + uri_ + ">: ";
+        // What the plug-in itself logs has its name in front already.
+        g_message("%s%s", text.starts_with(name) ? "" : name.c_str(), text.c_str());
     } else {
         ++leftOut_;
     }

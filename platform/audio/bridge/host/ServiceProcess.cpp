@@ -4,8 +4,8 @@
 #include <glib.h>
 #include <poll.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -115,7 +115,7 @@ ServiceProcess::ServiceProcess(const std::filesystem::path& program) {
     Spawning spawning;
     spawning.setDescriptors(writing.get(), theirs.get());
     id_ = spawning.spawn(program);
-    process_ = FileDescriptor(pidfd_open(id_, 0));
+    process_ = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, id_, 0)));
     if (!process_) {
         const int error = errno;
         kill(-id_, SIGKILL);

@@ -190,7 +190,7 @@ void ServiceRun::settle(const Pending& pending, const bridge::Done& done) {
 
 bool ServiceRun::take(const bridge::State& state) {
     if (state.text.size() <= surroundings_.limits.state) {
-        surroundings_.last.takeState(state.text);
+        surroundings_.last.state = state.text;
     } else if (!std::exchange(saidStateIsTooLarge_, true)) {
         g_warning("The state of the effect <%s> takes %s, more than the %s that are kept.",
                   surroundings_.order.uri.c_str(), inMebibytes(state.text.size()).c_str(),
@@ -291,6 +291,7 @@ ServiceRun::End ServiceRun::finish() {
     auto& [order, limits, render, mailbox, last] = surroundings_;
     // From here on the input passes through, whatever the process still does.
     if (readySession_ != nullptr) {
+        static_cast<void>(isQuantumInTime(clock_.now()));
         session_ = render.disconnect();
         readySession_ = nullptr;
     }
