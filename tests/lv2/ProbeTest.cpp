@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <stdexcept>
 #include <thread>
 
 #include "platform/audio/lv2/LV2AudioUnit.h"
@@ -99,6 +100,16 @@ TEST_F(Probe, IsToldTheContextNameWhenMadeAndLater) {
     EXPECT_STREQ(seen().contextName.data(), "running in distribution host");
     unit->allocateRenderResources(44100.0);
     EXPECT_STREQ(seen().firstContextName.data(), "running in distribution host");
+}
+
+TEST_F(Probe, GoesOnRunningAfterAnOptionThatItThrowsAt) {
+    const auto unit = makeZooUnit("probe");
+    EXPECT_THROW(unit->setContextName("unheard of"), std::runtime_error);
+    const int before = seen().runs;
+    rendered(*unit);
+    EXPECT_EQ(seen().runs, before + 1);
+    unit->setContextName("known");
+    EXPECT_STREQ(seen().contextName.data(), "known");
 }
 
 TEST_F(Probe, OffersItsPresetsByLabelThenByURI) {

