@@ -2,11 +2,14 @@
 
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/NSError.h"
+#include "platform/web/WebSandbox.h"
 
 namespace orvalo {
 
 const WebKitLibrary& webkit() {
     static const WebKitLibrary library = [] {
+        // Loading takes far longer.
+        tryOutSandbox();
         try {
             return WebKitLibrary();
         } catch (const NSError& error) {

@@ -3,6 +3,8 @@
 #include <glib.h>
 
 #include <array>
+#include <future>
+#include <memory>
 #include <string_view>
 
 #include "platform/foundation/GLibPointer.h"
@@ -11,8 +13,10 @@ namespace orvalo {
 
 namespace {
 
+using Environment = std::unique_ptr<char*, Release<g_strfreev>>;
+
 /// Runs a program that does nothing in namespaces such as the engine makes them.
-std::optional<std::string> tryOut() {
+std::optional<std::string> tryOut(const Environment& environment) {
     std::array command{"bwrap",
                        "--unshare-all",
                        "--ro-bind",
@@ -29,8 +33,8 @@ std::optional<std::string> tryOut() {
     char* said = nullptr;
     int status = 0;
     GError* error = nullptr;
-    if (g_spawn_sync(nullptr, const_cast<char**>(command.data()), nullptr, flags, nullptr, nullptr,
-                     nullptr, &said, &status, &error) == FALSE) {
+    if (g_spawn_sync(nullptr, const_cast<char**>(command.data()), environment.get(), flags, nullptr,
+                     nullptr, nullptr, &said, &status, &error) == FALSE) {
         std::string problem = error->message;
         g_error_free(error);
         return problem;
@@ -42,15 +46,28 @@ std::optional<std::string> tryOut() {
     return g_strchomp(said);
 }
 
+bool isOff() {
+    const char* value = g_getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS");
+    return value != nullptr && std::string_view(value) != "0";
+}
+
+const std::shared_future<std::optional<std::string>>& trial() {
+    // With an environment of its own, which the main thread cannot change under it.
+    static const auto result =
+        std::async(std::launch::async, tryOut, Environment(g_get_environ())).share();
+    return result;
+}
+
 }  // namespace
 
 std::optional<std::string> sandboxProblem() {
-    const char* isOff = g_getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS");
-    if (isOff != nullptr && std::string_view(isOff) != "0") {
-        return std::nullopt;
+    return isOff() ? std::nullopt : trial().get();
+}
+
+void tryOutSandbox() {
+    if (!isOff()) {
+        trial();
     }
-    static const auto problem = tryOut();
-    return problem;
 }
 
 }  // namespace orvalo
