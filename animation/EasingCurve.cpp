@@ -174,21 +174,27 @@ struct Bounce {
     }
 
   private:
-    static float wholeFrame(float frame) { return static_cast<float>(checkedInt(frame)); }
+    /// The frame as the conversion to a whole number and back gives it. Made of frames that were
+    /// whole numbers, it is one already; only its size can be wrong.
+    static float wholeFrame(float frame) {
+        static_cast<void>(checkedInt(frame));
+        return frame;
+    }
 
-    static float arc(float x) { return 7.5625f * x * x; }
-
+    /// Four arcs of a parabola, each around its middle and on its height. Which one it is takes no
+    /// branch, as nobody could foresee it; where u is no number, the last.
     static float height(float u) {
-        if (u < static_cast<float>(1 / 2.75)) {
-            return arc(u);
-        }
-        if (u < 0.72727275f) {
-            return arc(u - 0.54545456f) + 0.75f;
-        }
-        if (u < 0.90909094f) {
-            return arc(u - 0.8181818f) + 0.9375f;
-        }
-        return arc(u - 0.95454544f) + 0.984375f;
+        struct Arc {
+            float middle;
+            float lift;
+        };
+        static constexpr std::array<Arc, 4> fromLast{
+            {{0.95454544f, 0.984375f}, {0.8181818f, 0.9375f}, {0.54545456f, 0.75f}, {0, 0}}};
+        constexpr auto firstEnd = static_cast<float>(1 / 2.75);
+        const int ends = (u < firstEnd) + (u < 0.72727275f) + (u < 0.90909094f);
+        const Arc& arc = fromLast[static_cast<std::size_t>(ends)];
+        const float x = u - arc.middle;
+        return 7.5625f * x * x + arc.lift;
     }
 };
 
