@@ -20,6 +20,11 @@ unsigned extent(int value) {
 
 }  // namespace
 
+X11Container::HeldWindow::~HeldWindow() {
+    XDestroyWindow(connection->display(), id);
+    XFlush(connection->display());
+}
+
 X11Container::X11Container(std::shared_ptr<X11Connection> connection, unsigned long parent,
                            X11Size initial)
     : connection_(std::move(connection)), frame_{0, 0, initial.width, initial.height} {
@@ -31,12 +36,13 @@ X11Container::X11Container(std::shared_ptr<X11Connection> connection, unsigned l
     attributes.border_pixel = 0;
     attributes.colormap = DefaultColormap(display, screen);
     attributes.event_mask = kOwnEvents;
-    window_ =
+    const auto made =
         XCreateWindow(display, parent, 0, 0, extent(initial.width), extent(initial.height), 0,
                       DefaultDepth(display, screen), InputOutput, DefaultVisual(display, screen),
                       CWBackPixel | CWBorderPixel | CWColormap | CWEventMask, &attributes);
-    connection_->setHandler(window_, [this](const XEvent& event) { handle(event); });
-    keyboard_ = std::make_unique<X11Keyboard>(connection_, parent, window_);
+    window_ = std::make_shared<HeldWindow>(connection_, made);
+    connection_->setHandler(made, [this](const XEvent& event) { handle(event); });
+    keyboard_ = std::make_unique<X11Keyboard>(connection_, parent, made);
     keyboard_->onUnusedKey = [this](const X11Key& key) {
         if (const auto take = onUnusedKey) {
             take(key);
@@ -49,9 +55,7 @@ X11Container::X11Container(std::shared_ptr<X11Connection> connection, unsigned l
 X11Container::~X11Container() {
     release();
     keyboard_ = nullptr;
-    connection_->removeHandler(window_);
-    XDestroyWindow(connection_->display(), window_);
-    XFlush(connection_->display());
+    connection_->removeHandler(window());
 }
 
 void X11Container::adopt(unsigned long child) {
@@ -62,7 +66,7 @@ void X11Container::adopt(unsigned long child) {
     Window* children = nullptr;
     unsigned count = 0;
     unsigned long found = 0;
-    if (XQueryTree(display, window_, &root, &parent, &children, &count) != 0 && count > 0) {
+    if (XQueryTree(display, window(), &root, &parent, &children, &count) != 0 && count > 0) {
         found = std::find(children, children + count, child) == children + count
                     ? children[count - 1]
                     : child;
@@ -80,7 +84,7 @@ void X11Container::adopt(unsigned long child) {
     XSelectInput(display, child_, PropertyChangeMask);
     connection_->setHandler(child_, [this](const XEvent& event) { handleChild(event); });
     // Only from now on: an interface may wait for its window to be mapped while it is made.
-    XSelectInput(display, window_, kOwnEvents | SubstructureRedirectMask);
+    XSelectInput(display, window(), kOwnEvents | SubstructureRedirectMask);
     XMapWindow(display, child_);
     readHints();
     lay();
@@ -94,7 +98,7 @@ void X11Container::release() {
     if (child_ != 0) {
         keyboard_->takeBack();
         connection_->removeHandler(child_);
-        XSelectInput(connection_->display(), window_, kOwnEvents);
+        XSelectInput(connection_->display(), window(), kOwnEvents);
         child_ = 0;
     }
     const bool isStatedFixed = rules_.isStatedFixed;
@@ -140,11 +144,11 @@ void X11Container::lay() {
     const auto frame = intersection(whole, seen_);
     const bool isMapped = isVisible_ && child_ != 0 && !frame.isEmpty();
     if (!isMapped && isMapped_) {
-        XUnmapWindow(display, window_);
+        XUnmapWindow(display, window());
     }
     if (child_ != 0 && !frame.isEmpty()) {
         if (frame != frame_) {
-            XMoveResizeWindow(display, window_, frame.x, frame.y, extent(frame.width),
+            XMoveResizeWindow(display, window(), frame.x, frame.y, extent(frame.width),
                               extent(frame.height));
             frame_ = frame;
         }
@@ -160,7 +164,7 @@ void X11Container::lay() {
         }
     }
     if (isMapped && !isMapped_) {
-        XMapWindow(display, window_);
+        XMapWindow(display, window());
     }
     isMapped_ = isMapped;
     XFlush(display);
@@ -240,9 +244,9 @@ void X11Container::handle(const XEvent& event) {
             const bool isChild =
                 event.type == DestroyNotify
                     ? event.xdestroywindow.window == child_
-                    : event.xreparent.window == child_ && event.xreparent.parent != window_;
+                    : event.xreparent.window == child_ && event.xreparent.parent != window();
             const bool isOwn =
-                event.type == DestroyNotify && event.xdestroywindow.window == window_;
+                event.type == DestroyNotify && event.xdestroywindow.window == window();
             if ((isChild || isOwn) && child_ != 0) {
                 connection_->removeHandler(child_);
                 child_ = 0;

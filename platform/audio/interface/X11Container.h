@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/audio/interface/X11Connection.h"
 #include "platform/audio/interface/X11Geometry.h"
@@ -23,7 +24,10 @@ class X11Container {
     X11Container(const X11Container&) = delete;
     X11Container& operator=(const X11Container&) = delete;
 
-    unsigned long window() const { return window_; }
+    unsigned long window() const { return window_->id; }
+    /// Keeps the window there, empty or not, beyond the container's life: for an interface that is
+    /// still to clean up in it. Main thread.
+    std::shared_ptr<const void> hold() const { return window_; }
 
     /// The interface has been made: takes charge of its window, at once or as soon as there is one.
     /// child: what the interface says is its window; where it is none in here, the topmost window
@@ -58,6 +62,17 @@ class X11Container {
     std::function<void(const X11Key&)> onUnusedKey;
 
   private:
+    struct HeldWindow {
+        HeldWindow(std::shared_ptr<X11Connection> server, unsigned long made)
+            : connection(std::move(server)), id(made) {}
+        ~HeldWindow();
+        HeldWindow(const HeldWindow&) = delete;
+        HeldWindow& operator=(const HeldWindow&) = delete;
+
+        const std::shared_ptr<X11Connection> connection;
+        const unsigned long id;
+    };
+
     void handle(const XEvent& event);
     void handleChild(const XEvent& event);
     void readHints();
@@ -65,7 +80,7 @@ class X11Container {
     void answer();
 
     std::shared_ptr<X11Connection> connection_;
-    unsigned long window_ = 0;
+    std::shared_ptr<const HeldWindow> window_;
     unsigned long child_ = 0;  // 0 without one.
     X11SizeRules rules_;
     X11Rect area_;

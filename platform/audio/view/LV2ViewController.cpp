@@ -6,9 +6,13 @@
 
 #include <utility>
 
+#include "platform/audio/bridge/host/BridgedAudioUnit.h"
+#include "platform/audio/bridge/interface/BridgedEmbeddedInterface.h"
+#include "platform/audio/interface/LV2EmbeddedInterface.h"
 #include "platform/audio/interface/LV2InterfaceError.h"
-#include "platform/audio/interface/X11Connection.h"
+#include "platform/audio/interface/LV2InterfaceLibrary.h"
 #include "platform/audio/interface/X11Errors.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/audio/view/WindowShortcuts.h"
 
 namespace orvalo {
@@ -28,7 +32,8 @@ std::shared_ptr<X11Connection> connection() {
     return result;
 }
 
-LV2InterfaceData readData(const LV2LocalAudioUnit& unit) {
+template <typename Unit>
+LV2InterfaceData readData(const Unit& unit) {
     const LV2World::Access access(unit.world());
     return LV2InterfaceData::read(access, unit.data());
 }
@@ -46,32 +51,53 @@ void report(const NSError& error) {
     g_warning("%s", error.localizedDescription().c_str());
 }
 
-}  // namespace
-
-void LV2ViewController::enable() {
-    LV2LocalAudioUnit::setInterfaceProvider(
-        [](const std::shared_ptr<LV2LocalAudioUnit>& unit) { return make(unit); });
+LV2ViewController::Opener opener(const std::shared_ptr<LV2LocalAudioUnit>& unit,
+                                 const LV2InterfaceData& data) {
+    auto library = std::make_shared<LV2InterfaceLibrary>(data);
+    return [unit, data, library = std::move(library)](
+               const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedInterface> {
+        return std::make_unique<LV2EmbeddedInterface>(connection, unit, data, place);
+    };
 }
 
-std::shared_ptr<LV2ViewController> LV2ViewController::make(
-    const std::shared_ptr<LV2LocalAudioUnit>& unit) {
+LV2ViewController::Opener opener(const std::shared_ptr<BridgedAudioUnit>& unit,
+                                 const LV2InterfaceData& data) {
+    return [unit, isFixedSize = data.isFixedSize](
+               const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedInterface> {
+        return std::make_unique<BridgedEmbeddedInterface>(connection, unit, isFixedSize, place);
+    };
+}
+
+template <typename Unit>
+std::shared_ptr<UIViewController> provide(const std::shared_ptr<Unit>& unit) {
     try {
         const auto data = readData(*unit);
         requireX11(data.plugin);
-        auto result = std::make_shared<LV2ViewController>(unit, data);
-        result->setView(result->container_);
-        return result;
+        return LV2ViewController::make(data, opener(unit, data));
     } catch (const NSError& error) {
         report(error);
         return nullptr;
     }
 }
 
-LV2ViewController::LV2ViewController(std::shared_ptr<LV2LocalAudioUnit> unit, LV2InterfaceData data)
+}  // namespace
+
+void LV2ViewController::enable() {
+    LV2LocalAudioUnit::setInterfaceProvider(provide<LV2LocalAudioUnit>);
+    BridgedAudioUnit::setInterfaceProvider(provide<BridgedAudioUnit>);
+}
+
+std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2InterfaceData& data,
+                                                           Opener opener) {
+    auto result = std::make_shared<LV2ViewController>(data, std::move(opener));
+    result->setView(result->container_);
+    return result;
+}
+
+LV2ViewController::LV2ViewController(LV2InterfaceData data, Opener opener)
     : AUViewController(std::nullopt, nullptr),
-      unit_(std::move(unit)),
       data_(std::move(data)),
-      library_(data_),
+      opener_(std::move(opener)),
       container_(std::make_shared<X11ContainerView>()) {
     container_->onPlace = [this](const auto& where) { place(where); };
     container_->onHidden = [this] {
@@ -113,17 +139,20 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
             throw lv2InterfaceError(LV2ErrorCode::noInterface, data_.plugin,
                                     "the X server takes no further connection");
         }
-        interface_ = std::make_unique<LV2EmbeddedInterface>(
-            server, unit_, data_,
-            LV2EmbeddedInterface::Place{place.toplevel, static_cast<double>(place.scaleFactor),
-                                        place.area.size(),
-                                        // GDK takes its context for current until it is told.
-                                        gdk_gl_context_clear_current});
+        interface_ = opener_(server, {.toplevel = place.toplevel,
+                                      .scaleFactor = static_cast<double>(place.scaleFactor),
+                                      .size = place.area.size(),
+                                      // GDK takes its context for current until it is told.
+                                      .willEnter = gdk_gl_context_clear_current});
         interface_->onRules = [this] { takeRules(); };
         interface_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
             if (const auto held = view.lock()) {
                 activateShortcut(held->widget(), key);
             }
+        };
+        interface_->onAway = [this](bool isAway) {
+            container_->setMessage(isAway ? data_.title + " has stopped. It is started again."
+                                          : std::string());
         };
         interface_->onClosed = [this](const std::string& reason) { closed(reason); };
         container_->setMessage({});

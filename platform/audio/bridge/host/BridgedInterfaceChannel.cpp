@@ -1,5 +1,7 @@
 #include "platform/audio/bridge/host/BridgedInterfaceChannel.h"
 
+#include <utility>
+
 namespace orvalo {
 
 void BridgedInterfaceChannel::open(const std::string& display, std::uint64_t window,
@@ -22,11 +24,9 @@ void BridgedInterfaceChannel::show(bool isVisible) {
     send_(mailbox_->heardProcess(), bridge::ShowInterface{.isVisible = isVisible}, {});
 }
 
-void BridgedInterfaceChannel::close() {
+void BridgedInterfaceChannel::close(std::shared_ptr<const void> held) {
     send_(mailbox_->heardProcess(), bridge::CloseInterface{},
-          [mailbox = mailbox_](const std::string& /*error*/) {
-              mailbox->post({.kind = InterfaceEvent::Kind::gone});
-          });
+          [held = std::move(held)](const std::string& /*error*/) {});
 }
 
 }  // namespace orvalo

@@ -37,8 +37,9 @@ class BridgedInterfaceChannel {
     /// The window has another extent, in pixels.
     void resize(std::int32_t width, std::int32_t height);
     void show(bool isVisible);
-    /// Ends the interface; interfaceGone() says when its window may go.
-    void close();
+    /// Ends the interface. held: let go of, on any thread, once it is gone, or its process is: the
+    /// window that it is in, which it still cleans up in.
+    void close(std::shared_ptr<const void> held);
 
   private:
     const std::shared_ptr<InterfaceMailbox> mailbox_;

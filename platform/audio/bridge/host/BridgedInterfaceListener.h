@@ -28,8 +28,6 @@ class BridgedInterfaceListener {
     virtual void interfaceClosed(const std::string& reason) = 0;
     /// The interface cannot go on: it has to be closed, and opened anew inside another window.
     virtual void interfaceOutdated() = 0;
-    /// The interface has been closed, as it was told to.
-    virtual void interfaceGone() = 0;
 };
 
 }  // namespace orvalo

@@ -31,8 +31,6 @@ void call(BridgedInterfaceListener& listener, const InterfaceEvent& event) {
             return listener.interfaceClosed(event.text);
         case Kind::outdated:
             return listener.interfaceOutdated();
-        case Kind::gone:
-            return listener.interfaceGone();
     }
 }
 

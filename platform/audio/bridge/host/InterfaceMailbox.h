@@ -14,7 +14,7 @@ namespace orvalo {
 
 /// One call of a BridgedInterfaceListener.
 struct InterfaceEvent {
-    enum class Kind { ready, lost, givenUp, opened, refused, wants, closed, outdated, gone };
+    enum class Kind { ready, lost, givenUp, opened, refused, wants, closed, outdated };
 
     Kind kind = Kind::ready;
     std::uint32_t process = 0;  ///< Of ready: its number, from 1.
