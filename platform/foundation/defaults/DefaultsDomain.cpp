@@ -3,6 +3,7 @@
 #include <glib.h>
 
 #include <iterator>
+#include <memory>
 #include <span>
 #include <utility>
 #include <vector>
@@ -142,8 +143,13 @@ void DefaultsDomain::beginFork() {
     entriesMutex_.lock();
 }
 
-void DefaultsDomain::endFork() {
-    entriesMutex_.unlock();
+void DefaultsDomain::endFork(bool isChild) {
+    if (isChild) {
+        // A lock for reading and writing knows its writer by a number that the child does not have.
+        std::construct_at(&entriesMutex_);
+    } else {
+        entriesMutex_.unlock();
+    }
     storageMutex_.unlock();
 }
 

@@ -58,7 +58,7 @@ class DefaultsDomain {
 
     /// Around a fork: waits for the other threads' operations and lets the files go.
     void beginFork();
-    void endFork();
+    void endFork(bool isChild);
 
   private:
     struct Hash {

@@ -13,8 +13,8 @@ DefaultsDomains& DefaultsDomains::shared() {
 }
 
 DefaultsDomains::DefaultsDomains() {
-    pthread_atfork([] { shared().beginFork(); }, [] { shared().endFork(); },
-                   [] { shared().endFork(); });
+    pthread_atfork([] { shared().beginFork(); }, [] { shared().endFork(false); },
+                   [] { shared().endFork(true); });
 }
 
 std::shared_ptr<DefaultsDomain> DefaultsDomains::domain(const std::string& path) {
@@ -41,9 +41,9 @@ void DefaultsDomains::beginFork() {
     }
 }
 
-void DefaultsDomains::endFork() {
+void DefaultsDomains::endFork(bool isChild) {
     for (const auto& domain : held_) {
-        domain->endFork();
+        domain->endFork(isChild);
     }
     held_.clear();
     mutex_.unlock();

@@ -24,7 +24,7 @@ class DefaultsDomains {
   private:
     DefaultsDomains();
     void beginFork();
-    void endFork();
+    void endFork(bool isChild);
 
     std::mutex mutex_;
     std::map<std::string, std::weak_ptr<DefaultsDomain>> domains_;

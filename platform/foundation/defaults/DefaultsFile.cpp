@@ -27,8 +27,10 @@ constexpr int kPagesToShorten = 4 * kPagesToCheckpoint;
 // Readers take some ten microseconds. The writer must not wait long for a stopped one.
 constexpr int kPatienceWithReaders = 100;
 constexpr int kPatience = 10'000;
-// How many changes lie between two removals of what removed entries leave behind.
+// How many changes lie, at least, between two removals of what removed entries leave behind.
 constexpr std::int64_t kChangesToPurge = 256;
+// A page of the smallest size that SQLite knows.
+constexpr off_t kSmallestDatabase = 512;
 
 constexpr const char* kSelect =
     "SELECT change, key, value, (SELECT purged FROM state) FROM entries WHERE change > ?1 "
@@ -68,6 +70,10 @@ FileIdentity prepared(const std::string& path) {
     if (status.st_size == 0 && sizeOf(path + "-wal") > 0) {
         throw SQLiteError(SQLITE_CORRUPT, "it is empty beside a log");
     }
+    // SQLite takes it for an empty one.
+    if (status.st_size > 0 && status.st_size < kSmallestDatabase) {
+        throw SQLiteError(SQLITE_CORRUPT, "it is too short");
+    }
     for (const auto* suffix : {"-wal", "-shm"}) {
         if (struct stat other{}; stat((path + suffix).c_str(), &other) == 0) {
             static_cast<void>(checkedPrivateFile(path + suffix));
@@ -82,8 +88,8 @@ SQLiteDatabase openDatabase(const std::string& path) {
         database.integer("SELECT count(*) FROM sqlite_schema");
     } catch (const SQLiteError& error) {
         // In a folder that cannot be written, SQLite finds no place for the log's index.
-        const bool isLocked = (error.code() & 0xFF) == SQLITE_CANTOPEN;
-        if (!isLocked || sizeOf(path + "-wal") > 0) {
+        const int code = static_cast<int>(error.code()) & 0xFF;
+        if ((code != SQLITE_CANTOPEN && code != SQLITE_READONLY) || sizeOf(path + "-wal") > 0) {
             throw;
         }
         return SQLiteDatabase(path, true);
@@ -123,6 +129,7 @@ DefaultsFile::DefaultsFile(const std::string& path)
         select_ = database_.prepare(kSelect);
         insert_ = database_.prepare(kInsert);
         remove_ = database_.prepare(kRemove);
+        purged_ = database_.integer("SELECT purged FROM state");
     } catch (const SQLiteError& error) {
         // It says that it is ours, and has not what ours have.
         throw SQLiteError(SQLITE_CORRUPT, error.what());
@@ -197,7 +204,7 @@ void DefaultsFile::put(std::string_view key, std::optional<std::span<const std::
     if (seen_ > 0) {
         seen_ = change;
     }
-    if (!value && change % kChangesToPurge == 0) {
+    if (!value && change - purged_ >= kChangesToPurge) {
         purge(change);
     }
     limitLog();
@@ -211,6 +218,7 @@ void DefaultsFile::purge(std::int64_t before) {
                        "; UPDATE state SET purged = " + number)
                           .c_str());
         transaction.commit();
+        purged_ = before;
     } catch (const SQLiteError& error) {
         // What was put is stored; this can as well happen another time, unless it cannot.
         if (error.isDamage()) {

@@ -52,8 +52,9 @@ class DefaultsFile {
     std::optional<SQLiteStatement> select_;
     std::optional<SQLiteStatement> insert_;
     std::optional<SQLiteStatement> remove_;
-    std::int64_t seen_ = 0;  ///< The last change that was read.
-    int nextCheckpoint_;     ///< Pages in the log.
+    std::int64_t seen_ = 0;    ///< The last change that was read.
+    std::int64_t purged_ = 0;  ///< The last change after which removed entries were purged here.
+    int nextCheckpoint_;       ///< Pages in the log.
 };
 
 }  // namespace orvalo

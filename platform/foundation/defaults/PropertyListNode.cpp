@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <optional>
@@ -38,7 +39,8 @@ const std::string& checkedText(const std::string& text) {
 PropertyListNode dateNode(PropertyList::Date date) {
     const auto since = date - kReferenceDate;
     const auto whole = std::chrono::duration_cast<seconds>(since);
-    if (!std::in_range<std::int32_t>(whole.count())) {
+    if (!std::in_range<std::int32_t>(whole.count()) ||
+        whole.count() == std::numeric_limits<std::int32_t>::min()) {
         throw propertyListError("a date in it is not between 1932 and 2069");
     }
     const microseconds rest = since - whole;
@@ -114,12 +116,18 @@ PropertyList dateOf(plist_t node) {
         whole == std::numeric_limits<std::int32_t>::min()) {
         throw propertyListError("a date in it is not between 1932 and 2069");
     }
-    auto isNegative = whole < 0;
-    if (whole == 0 && rest != 0) {
-        const PropertyListNode positive(plist_new_date(0, rest));
-        isNegative = plist_compare_node_value(node, positive.get()) == 0;
+    // What it tells is cut to whole microseconds, so some come out one less than they went in.
+    const auto last = static_cast<std::int32_t>(microseconds(seconds(1)).count()) - 1;
+    for (const auto exact : {rest, std::min(rest + 1, last)}) {
+        for (const auto sign : {1, -1}) {
+            const PropertyListNode same(plist_new_date(whole, sign * exact));
+            if (plist_compare_node_value(node, same.get()) != 0) {
+                return kReferenceDate + seconds(whole) + microseconds(sign * exact);
+            }
+        }
     }
-    return kReferenceDate + seconds(whole) + microseconds(isNegative ? -rest : rest);
+    // Not one of ours: finer than microseconds.
+    return kReferenceDate + seconds(whole) + microseconds(whole < 0 ? -rest : rest);
 }
 
 std::string textOf(const Text& text) {

@@ -1,0 +1,142 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <list>
+
+#include "tests/defaults/Database.h"
+#include "tests/defaults/SuiteFile.h"
+#include "tests/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class ADamagedFile : public SuiteFile {
+  protected:
+    /// Enough values for several pages.
+    void fill() const {
+        const auto settings = open();
+        for (int number = 0; number < 50; ++number) {
+            settings->set(std::string(300, 'v'), "key " + std::to_string(number));
+        }
+        emptyLog(file_);
+    }
+
+    /// The suite works, and begins without values; the old file is the only one set aside, and
+    /// named on standard error.
+    void expectANewBeginning(const std::string& oldBytes) const {
+        const CapturedOutput errors(2);
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty());
+        const auto old = setAside(file_);
+        ASSERT_THAT(old, SizeIs(1));
+        EXPECT_TRUE(bytesOf(old[0]) == oldBytes);
+        EXPECT_THAT(errors.text(), HasSubstr("The settings in " + file_.string() +
+                                             " are damaged. They are kept as " + old[0].string() +
+                                             ", and new ones begin."));
+        settings->set("new", "key");
+        EXPECT_EQ(open()->string("key"), "new");
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+    }
+
+    std::string spoil(const std::string& bytes) const {
+        writeBytes(file_, bytes);
+        return bytes;
+    }
+};
+
+TEST_F(ADamagedFile, thatIsNoDatabaseIsSetAside) {
+    expectANewBeginning(spoil("Dear diary, " + std::string(5000, '.')));
+}
+
+TEST_F(ADamagedFile, thatIsShortIsSetAside) {
+    expectANewBeginning(spoil("x"));
+}
+
+TEST_F(ADamagedFile, withADamagedPageIsSetAside) {
+    fill();
+    auto bytes = bytesOf(file_);
+    ASSERT_GT(bytes.size(), 5U * 4096U);
+    std::fill(bytes.begin() + 3 * 4096, bytes.begin() + 4 * 4096, '\x5A');
+    expectANewBeginning(spoil(bytes));
+}
+
+TEST_F(ADamagedFile, thatSaysItIsOursAndHasNotOurTablesIsSetAside) {
+    std::filesystem::create_directories(file_.parent_path());
+    query(file_,
+          "PRAGMA journal_mode = WAL; PRAGMA application_id = 1332901444;"
+          "PRAGMA user_version = 2; CREATE TABLE a (b)");
+    expectANewBeginning(bytesOf(file_));
+}
+
+TEST_F(ADamagedFile, thatIsEmptyBesideALogIsSetAside) {
+    Worker other({name_});
+    other.ask("set key 5");
+    other.signal(SIGKILL);
+    other.wait();
+    ASSERT_GT(std::filesystem::file_size(file_.string() + "-wal"), 0U);
+    expectANewBeginning(spoil(""));
+}
+
+TEST_F(ADamagedFile, thatWasCutAnywhereIsSetAsideOrWhole) {
+    fill();
+    const auto whole = bytesOf(file_);
+    for (std::size_t size = 0; size < whole.size(); size += 1000) {
+        for (const auto* suffix : {"", "-wal", "-shm"}) {
+            std::filesystem::remove(file_.string() + suffix);
+        }
+        spoil(whole.substr(0, size));
+        const CapturedOutput errors(2);
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr) << size;
+        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty()) << size;
+        settings->set(5, "key");
+        EXPECT_EQ(open()->integer("key"), 5) << size;
+        EXPECT_EQ(errors.text().find("damaged") == std::string::npos, size == 0) << size;
+    }
+    EXPECT_THAT(setAside(file_), SizeIs((whole.size() - 1) / 1000));
+}
+
+TEST_F(ADamagedFile, isLeftByWhoHasItOpenWhenAnotherSetsItAside) {
+    fill();
+    const auto settings = open();
+    EXPECT_EQ(settings->dictionaryRepresentation().size(), 50U);
+    spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    // This one says that it is damaged, at which it ends, and the next one begins anew.
+    EXPECT_EQ(Worker({name_}).wait(), 3);
+    EXPECT_EQ(Worker({name_}).ask("set new 1"), "done");
+    EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 1}}));
+    settings->set(2, "mine");
+    EXPECT_EQ(Worker({name_}).ask("get mine"), "2");
+    EXPECT_THAT(setAside(file_), SizeIs(1));
+}
+
+TEST_F(ADamagedFile, isSetAsideOnceWhenManyProcessesNotice) {
+    fill();
+    spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    // Whoever sets it aside says so, at which it ends: the first, and no other.
+    std::list<Worker> workers;
+    for (int count = 0; count < 4; ++count) {
+        workers.emplace_back(std::vector{name_});
+    }
+    std::size_t done = 0;
+    for (auto& worker : workers) {
+        const auto number = std::to_string(worker.process());
+        worker.say("set key" + number + " " + number);
+        done += worker.readLine() == "done" ? 1 : 0;
+    }
+    EXPECT_EQ(done, 3U);
+    EXPECT_THAT(setAside(file_), SizeIs(1));
+    EXPECT_EQ(open()->dictionaryRepresentation().size(), 3U);
+    EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+}
+
+}  // namespace
+}  // namespace orvalo::testing

@@ -1,0 +1,228 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+
+#include "tests/defaults/Database.h"
+#include "tests/defaults/SuiteFile.h"
+#include "tests/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr uid_t kSomebodyElse = 65534;
+
+mode_t permissions(const std::filesystem::path& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+    return status.st_mode & 07777U;
+}
+
+class DefaultsFiles : public SuiteFile {
+  protected:
+    std::array<std::filesystem::path, 4> files() const {
+        return {file_, file_.string() + "-wal", file_.string() + "-shm",
+                file_.string() + "-changes"};
+    }
+};
+
+TEST_F(DefaultsFiles, areForTheirOwnerAlone) {
+    const auto before = umask(0);
+    open()->set(1, "key");
+    umask(before);
+    for (const auto& file : files()) {
+        EXPECT_EQ(permissions(file), 0600U) << file;
+    }
+    EXPECT_EQ(permissions(file_.parent_path()), 0700U);
+}
+
+TEST_F(DefaultsFiles, areTakenBackFromOthers) {
+    open()->set(1, "key");
+    for (const auto& file : files()) {
+        chmod(file.c_str(), 0664);
+    }
+    chmod(file_.parent_path().c_str(), 0755);
+    EXPECT_EQ(open()->integer("key"), 1);
+    for (const auto& file : files()) {
+        EXPECT_EQ(permissions(file), 0600U) << file;
+    }
+    EXPECT_EQ(permissions(file_.parent_path()), 0700U);
+}
+
+TEST_F(DefaultsFiles, areNotLookedAtWhenNothingHasChanged) {
+    const auto settings = open();
+    settings->set(5, "key");
+    // A look would find that there is no file, and begin a new one.
+    std::filesystem::rename(file_, file_.string() + ".away");
+    EXPECT_EQ(settings->integer("key"), 5);
+    EXPECT_EQ(settings->dictionaryRepresentation().size(), 1U);
+    EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+TEST_F(DefaultsFiles, holdBinaryPropertyListsInADatabase) {
+    open()->set("text", "key");
+    EXPECT_THAT(query(file_, "SELECT key FROM entries"), ElementsAre("key"));
+    EXPECT_THAT(query(file_, "SELECT substr(value, 1, 8) FROM entries"), ElementsAre("bplist00"));
+    EXPECT_THAT(query(file_, "PRAGMA journal_mode"), ElementsAre("wal"));
+    EXPECT_THAT(query(file_, "PRAGMA user_version"), ElementsAre("2"));
+}
+
+TEST_F(DefaultsFiles, ofVersionOneAreBroughtForward) {
+    std::filesystem::create_directories(file_.parent_path());
+    query(file_,
+          "PRAGMA journal_mode = WAL; PRAGMA application_id = 1332901444; PRAGMA user_version = 1;"
+          "CREATE TABLE entries (change INTEGER PRIMARY KEY, key TEXT NOT NULL UNIQUE, value BLOB);"
+          "INSERT INTO entries VALUES (7, 'key', x'62706c6973743030"  // The integer 42.
+          "102a08000000000000010100000000000000010000000000000000000000000000000a')");
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    EXPECT_EQ(settings->integer("key"), 42);
+    settings->set(43, "key");
+    EXPECT_EQ(open()->integer("key"), 43);
+    EXPECT_THAT(query(file_, "PRAGMA user_version"), ElementsAre("2"));
+    EXPECT_THAT(query(file_, "SELECT change FROM entries"), ElementsAre("8"));
+}
+
+TEST_F(DefaultsFiles, ofANewerVersionAreRefusedAndLeftAlone) {
+    open()->set(1, "key");
+    query(file_, "PRAGMA user_version = 3");
+    emptyLog(file_);
+    const auto bytes = bytesOf(file_);
+    const CapturedOutput errors(2);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(errors.text(),
+                HasSubstr("The suite '" + name_ + "' cannot be opened: " + file_.string() +
+                          " is of version 3, newer than this program's 2"));
+    EXPECT_EQ(bytesOf(file_), bytes);
+    EXPECT_THAT(setAside(file_), IsEmpty());
+}
+
+TEST_F(DefaultsFiles, ofAnotherProgramAreRefusedAndLeftAlone) {
+    query(file_, "CREATE TABLE theirs (a); INSERT INTO theirs VALUES (1)");
+    const auto bytes = bytesOf(file_);
+    const CapturedOutput errors(2);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(errors.text(), HasSubstr(file_.string() + " is another program's database"));
+    query(file_, "PRAGMA application_id = 77");
+    EXPECT_EQ(open(), nullptr);
+    query(file_, "PRAGMA application_id = 0");
+    EXPECT_EQ(query(file_, "SELECT a FROM theirs").size(), 1U);
+    EXPECT_EQ(bytesOf(file_).substr(100), bytes.substr(100));
+}
+
+TEST_F(DefaultsFiles, ofAnotherUserAreRefused) {
+    // Only the superuser can give a file away; anybody else finds one that is his.
+    std::filesystem::create_directories(file_.parent_path());
+    if (geteuid() == 0) {
+        open()->set(1, "key");
+        ASSERT_EQ(chown(file_.c_str(), kSomebodyElse, kSomebodyElse), 0);
+    } else {
+        std::filesystem::create_symlink("/etc/passwd", file_);
+    }
+    const CapturedOutput errors(2);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(errors.text(), HasSubstr(file_.string() + " belongs to another user"));
+}
+
+TEST_F(DefaultsFiles, thatAreNoRegularFilesAreRefused) {
+    std::filesystem::create_directories(file_.parent_path());
+    ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
+    const CapturedOutput errors(2);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(errors.text(), HasSubstr(file_.string() + " is no regular file"));
+}
+
+TEST_F(DefaultsFiles, areMadeAnewAfterTheirRemoval) {
+    const auto settings = open();
+    settings->set(1, "old");
+    Worker other({name_});
+    EXPECT_EQ(other.ask("get old"), "1");
+    for (const auto& file : files()) {
+        std::filesystem::remove(file);
+    }
+    settings->set(2, "new");
+    EXPECT_EQ(settings->object("old"), std::nullopt);
+    EXPECT_EQ(settings->integer("new"), 2);
+    EXPECT_EQ(other.ask("set third 3"), "done");
+    EXPECT_EQ(other.ask("get new"), "2");
+    EXPECT_EQ(settings->integer("third"), 3);
+}
+
+TEST_F(DefaultsFiles, canLoseTheDatabaseAlone) {
+    const auto settings = open();
+    settings->set(1, "old");
+    std::filesystem::remove(file_);
+    settings->set(2, "new");
+    EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 2}}));
+    EXPECT_EQ(open()->integer("new"), 2);
+    EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+}
+
+TEST_F(DefaultsFiles, canLoseTheirCounter) {
+    for (const auto& spoilt :
+         {std::string(), std::string("short"), std::string(64, 'x'), std::string(5000, '\0')}) {
+        open()->set("kept", "key");
+        writeBytes(file_.string() + "-changes", spoilt);
+        const auto settings = open();
+        EXPECT_EQ(settings->string("key"), "kept");
+        Worker other({name_});
+        EXPECT_EQ(other.ask("set theirs 5"), "done");
+        EXPECT_EQ(settings->integer("theirs"), 5);
+        settings->set(6, "theirs");
+        EXPECT_EQ(other.ask("get theirs"), "6");
+    }
+}
+
+TEST_F(DefaultsFiles, forgetWhatWasRemoved) {
+    const auto settings = open();
+    Worker other({name_});
+    settings->set(0, "first");
+    EXPECT_EQ(other.ask("count"), "1");
+    for (int number = 0; number < 1000; ++number) {
+        const auto key = std::to_string(number);
+        settings->set(number, key);
+        settings->removeObject(key);
+    }
+    EXPECT_LT(std::stoi(query(file_, "SELECT count(*) FROM entries").at(0)), 300);
+    EXPECT_EQ(other.ask("count"), "1");
+    EXPECT_EQ(other.ask("get 999"), "absent");
+    EXPECT_EQ(other.ask("get first"), "0");
+}
+
+TEST_F(DefaultsFiles, haveALogThatDoesNotGrowForEver) {
+    const auto settings = open();
+    Worker other({name_});
+    for (int number = 0; number < 3000; ++number) {
+        settings->set(number, "key");
+        if (number % 10 == 0) {
+            EXPECT_EQ(other.ask("get key"), std::to_string(number));
+        }
+    }
+    EXPECT_LT(std::filesystem::file_size(file_.string() + "-wal"), 5U << 20U);
+}
+
+TEST_F(DefaultsFiles, loseOnlyAValueThatIsNotReadable) {
+    open()->set("good", "good");
+    query(file_, "INSERT INTO entries (key, value) VALUES ('bad', 'not a property list')");
+    const CapturedOutput errors(2);
+    const auto settings = open();
+    EXPECT_EQ(settings->object("bad"), std::nullopt);
+    EXPECT_EQ(settings->string("good"), "good");
+    EXPECT_THAT(errors.text(), HasSubstr("The value of 'bad' in " + file_.string() +
+                                         " is not readable: it is no binary property list."));
+    EXPECT_EQ(query(file_, "SELECT count(*) FROM entries").at(0), "2");
+    settings->set("better", "bad");
+    EXPECT_EQ(open()->string("bad"), "better");
+}
+
+}  // namespace
+}  // namespace orvalo::testing

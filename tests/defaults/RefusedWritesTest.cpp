@@ -1,0 +1,217 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+
+#include "tests/defaults/Database.h"
+#include "tests/defaults/SuiteFile.h"
+#include "tests/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr uid_t kSomebodyElse = 65534;
+
+/// As long as it lives, files grow up to a size and no further.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t size) : formerHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &former_);
+        const rlimit limit{size, former_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &former_);
+        std::signal(SIGXFSZ, formerHandler_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+  private:
+    rlimit former_{};
+    sighandler_t formerHandler_;
+};
+
+/// As long as it lives, SQLite finds every disk full.
+class FullDisk {
+  public:
+    FullDisk() {
+        replace("pwrite", reinterpret_cast<sqlite3_syscall_ptr>(fail));
+        replace("pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(fail));
+    }
+    ~FullDisk() {
+        replace("pwrite", nullptr);
+        replace("pwrite64", nullptr);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    static ssize_t fail(int /*file*/, const void* /*bytes*/, size_t /*size*/, off_t /*at*/) {
+        errno = ENOSPC;
+        return -1;
+    }
+    static void replace(const char* name, sqlite3_syscall_ptr function) {
+        auto* system = sqlite3_vfs_find(nullptr);
+        system->xSetSystemCall(system, name, function);
+    }
+};
+
+class ARefusedWrite : public SuiteFile {
+  protected:
+    void expectEverythingToWork() const {
+        const auto settings = open();
+        settings->set("works", "again");
+        EXPECT_EQ(Worker({name_}).ask("get again"), "works");
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+    }
+};
+
+TEST_F(ARefusedWrite, onAFullDiskLosesNothing) {
+    const auto settings = open();
+    settings->set("stored", "key");
+    {
+        const CapturedOutput errors(2);
+        const FullDisk full;
+        for (int count = 0; count < 3; ++count) {
+            settings->set("refused", "key");
+            EXPECT_EQ(settings->string("key"), "stored");
+            EXPECT_EQ(Worker({name_}).ask("get key"), "stored");
+        }
+        EXPECT_THAT(errors.text(), HasSubstr("'key' in " + file_.string() +
+                                             " stays as it was: database or disk is full."));
+        settings->removeObject("key");
+        EXPECT_EQ(settings->string("key"), "stored");
+        EXPECT_EQ(open()->string("key"), "stored");
+    }
+    settings->set("accepted", "key");
+    EXPECT_EQ(settings->string("key"), "accepted");
+    expectEverythingToWork();
+}
+
+TEST_F(ARefusedWrite, ofAFileThatMayNotGrowLosesNothing) {
+    const auto settings = open();
+    settings->set("stored", "key");
+    const std::string large(100'000, 'x');
+    {
+        const CapturedOutput errors(2);
+        const FileSizeLimit limit(std::filesystem::file_size(file_.string() + "-wal") + 20'000);
+        for (int count = 0; count < 3; ++count) {
+            settings->set(large, "key");
+            EXPECT_EQ(settings->string("key"), "stored");
+        }
+        EXPECT_THAT(errors.text(), HasSubstr(" stays as it was: "));
+        EXPECT_EQ(Worker({name_}).ask("get key"), "stored");
+    }
+    settings->set(large, "key");
+    EXPECT_EQ(settings->string("key"), large);
+    expectEverythingToWork();
+}
+
+TEST_F(ARefusedWrite, whereNoFileCanBeMadeIsAnAbsentSuite) {
+    {
+        const CapturedOutput errors(2);
+        const FileSizeLimit limit(0);
+        EXPECT_EQ(open(), nullptr);
+    }
+    {
+        const CapturedOutput errors(2);
+        const FullDisk full;
+        EXPECT_EQ(open(), nullptr);
+        EXPECT_THAT(errors.text(), HasSubstr("The suite '" + name_ + "' cannot be opened: "));
+    }
+    expectEverythingToWork();
+}
+
+TEST_F(ARefusedWrite, ofTheStandardStoreEndsNothing) {
+    const auto standard = UserDefaults::standard();
+    standard->set("stored", "key");
+    {
+        const CapturedOutput errors(2);
+        const FullDisk full;
+        standard->set("refused", "key");
+        EXPECT_EQ(standard->string("key"), "stored");
+        EXPECT_THAT(errors.text(), HasSubstr("stays as it was: database or disk is full."));
+    }
+    standard->set("accepted", "key");
+    EXPECT_EQ(standard->string("key"), "accepted");
+    standard->removeObject("key");
+}
+
+// The superuser may write everywhere, so it goes on as somebody else, and as a process of its own.
+void expect(bool condition, const char* what) {
+    if (!condition) {
+        std::cerr << "not so: " << what << std::endl;
+        _exit(EXIT_FAILURE);
+    }
+}
+
+void becomeSomebodyElse() {
+    if (geteuid() != 0) {
+        return;
+    }
+    const auto home = settingsHome().parent_path();
+    expect(chown(home.c_str(), kSomebodyElse, kSomebodyElse) == 0, "the folder is given away");
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
+        expect(chown(entry.path().c_str(), kSomebodyElse, kSomebodyElse) == 0, "so is the file");
+    }
+    expect(setgid(kSomebodyElse) == 0 && setuid(kSomebodyElse) == 0, "this is somebody else");
+}
+
+void protect(const std::filesystem::path& folder, bool isProtected) {
+    chmod(folder.c_str(), 0700);
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        chmod(entry.path().c_str(), isProtected ? 0400 : 0600);
+    }
+    chmod(folder.c_str(), isProtected ? 0500 : 0700);
+}
+
+[[noreturn]] void useAReadOnlyFolder(const std::string& name, bool hasLog) {
+    const auto file = suiteFile(name);
+    UserDefaults::suiteName(name)->set("stored", "key");
+    if (!hasLog) {
+        query(file, "PRAGMA wal_checkpoint(TRUNCATE)");
+        for (const auto* suffix : {"-wal", "-shm", "-changes"}) {
+            std::filesystem::remove(file.string() + suffix);
+        }
+    }
+    becomeSomebodyElse();
+    protect(file.parent_path(), true);
+    expect(UserDefaults::suiteName("another") == nullptr, "no new suite can be made");
+    const auto settings = UserDefaults::suiteName(name);
+    expect(settings != nullptr, "the suite can be opened");
+    expect(settings->string("key") == "stored", "what is stored can be read");
+    settings->set("refused", "key");
+    expect(settings->string("key") == "stored", "what was stored is still there");
+    expect(settings->dictionaryRepresentation().size() == 1, "all of it");
+    protect(file.parent_path(), false);
+    settings->set("accepted", "key");
+    expect(settings->string("key") == "accepted", "it can be written again");
+    expect(UserDefaults::suiteName(name)->string("key") == "accepted", "by all who open it");
+    std::cerr << "all is well" << std::endl;
+    _exit(EXIT_SUCCESS);
+}
+
+TEST_F(ARefusedWrite, inAReadOnlyFolderLosesNothing) {
+    EXPECT_EXIT(useAReadOnlyFolder(name_, true), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: .*Read-only file system");
+}
+
+TEST_F(ARefusedWrite, inAReadOnlyFolderWithoutALogLosesNothing) {
+    EXPECT_EXIT(useAReadOnlyFolder(name_, false), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: .*Read-only file system");
+}
+
+}  // namespace
+}  // namespace orvalo::testing
