@@ -10,7 +10,6 @@
 #include "app/defaults/format/FormatError.h"
 #include "app/defaults/format/JSONForm.h"
 #include "app/defaults/format/XMLForm.h"
-#include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
@@ -29,7 +28,7 @@ void printLines(const std::string& lines) {
 }
 
 /// The entries of a domain that is to be there.
-PropertyList::Dictionary entriesOf(Domain& domain) {
+PropertyList::Dictionary entriesOf(const Domain& domain) {
     if (!domain.isThere()) {
         failForWantOf("domain", domain);
     }
@@ -53,7 +52,7 @@ void listDomains() {
     printLines(lines);
 }
 
-void listKeys(Domain& domain) {
+void listKeys(const Domain& domain) {
     std::string lines;
     for (const auto& [key, value] : entriesOf(domain)) {
         lines += escaped(key) + "\n";
@@ -61,7 +60,7 @@ void listKeys(Domain& domain) {
     printLines(lines);
 }
 
-void read(const DefaultsOptions& options, Domain& domain) {
+void read(const DefaultsOptions& options, const Domain& domain) {
     const auto entries = entriesOf(domain);
     if (!options.key) {
         printLines(jsonText(entries) + "\n");
@@ -80,7 +79,7 @@ void read(const DefaultsOptions& options, Domain& domain) {
     printLines(*text + "\n");
 }
 
-void remove(const DefaultsOptions& options, Domain& domain) {
+void remove(const DefaultsOptions& options, const Domain& domain) {
     const auto entries = entriesOf(domain);
     if (!options.key) {
         domain.change({.isWhole = true, .entries = {}});
@@ -90,7 +89,7 @@ void remove(const DefaultsOptions& options, Domain& domain) {
     domain.change({.isWhole = false, .entries = {{*options.key, std::nullopt}}});
 }
 
-void exportTo(const DefaultsOptions& options, Domain& domain) {
+void exportTo(const DefaultsOptions& options, const Domain& domain) {
     const auto entries = entriesOf(domain);
     writeWholeFile(options.file, options.isXML ? xmlText(entries) : jsonText(entries) + "\n");
 }
@@ -101,7 +100,7 @@ bool looksLikeXML(const std::string& text) {
     return first != std::string::npos && text[first] == '<';
 }
 
-void importFrom(const DefaultsOptions& options, Domain& domain) {
+void importFrom(const DefaultsOptions& options, const Domain& domain) {
     const auto text = readWholeFile(options.file);
     DefaultsChanges changes{.isWhole = options.replaces, .entries = {}};
     try {
@@ -116,7 +115,7 @@ void importFrom(const DefaultsOptions& options, Domain& domain) {
 }
 
 void runInDomain(const DefaultsOptions& options) {
-    Domain domain(options.domain);
+    const Domain domain(options.domain);
     switch (options.command) {
         case Command::list:
             listKeys(domain);

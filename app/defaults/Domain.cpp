@@ -37,8 +37,6 @@ std::string pathOf(const std::string& name) {
 
 Domain::Domain(std::string name) : name_(std::move(name)), path_(pathOf(name_)) {}
 
-Domain::~Domain() = default;
-
 std::vector<std::string> Domain::names() {
     const auto folder = suiteFile("any").parent_path();
     std::error_code error;
@@ -57,25 +55,18 @@ bool Domain::isThere() const {
     return isAnythingAt(path_);
 }
 
-PropertyList::Dictionary Domain::entries() {
+PropertyList::Dictionary Domain::entries() const {
     PropertyList::Dictionary entries;
     if (isThere()) {
-        opened().addTo(entries);
+        const auto domain = DefaultsDomain::of(path_);
+        domain->open();
+        domain->addTo(entries);
     }
     return entries;
 }
 
-void Domain::change(DefaultsChanges changes) {
-    opened().change(std::move(changes));
-}
-
-DefaultsDomain& Domain::opened() {
-    if (!domain_) {
-        auto domain = DefaultsDomain::of(path_);
-        domain->open();
-        domain_ = std::move(domain);
-    }
-    return *domain_;
+void Domain::change(DefaultsChanges changes) const {
+    DefaultsDomain::of(path_)->change(std::move(changes));
 }
 
 }  // namespace orvalo

@@ -1,17 +1,16 @@
 #include "app/defaults/WholeFile.h"
 
 #include <fcntl.h>
-#include <glib.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <system_error>
+#include <utility>
 
-#include "app/defaults/format/Escaped.h"
-#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -21,22 +20,17 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
-constexpr int kForOwner = 0600;
 
-/// An open file, or a standard one that stays open.
+/// An open file; its name is for messages. Everything throws NSError.
 class Descriptor {
   public:
-    Descriptor(const std::string& path, int flags, int standard)
-        : name_(path == "-" ? (standard == STDIN_FILENO ? "standard input" : "standard output")
-                            : escaped(path)),
-          number_(path == "-" ? standard : open(path.c_str(), flags | O_CLOEXEC)),
-          isOurs_(path != "-") {
+    Descriptor(int number, std::string name) : number_(number), name_(std::move(name)) {
         if (number_ < 0) {
-            fail();
+            fail(errno);
         }
     }
     ~Descriptor() {
-        if (isOurs_) {
+        if (number_ > STDERR_FILENO) {
             close(number_);
         }
     }
@@ -47,11 +41,16 @@ class Descriptor {
     std::size_t read(char* bytes, std::size_t size) const {
         return checked([&] { return ::read(number_, bytes, size); });
     }
-    /// Writes some of the bytes.
-    std::size_t write(std::string_view bytes) const {
-        return checked([&] { return ::write(number_, bytes.data(), bytes.size()); });
+    void writeAll(std::string_view text) const {
+        while (!text.empty()) {
+            text.remove_prefix(checked([&] { return ::write(number_, text.data(), text.size()); }));
+        }
     }
-    [[noreturn]] void fail(int error = errno) const { throw NSError::posix(error, name_); }
+    /// Has what was written survive whatever happens.
+    void sync() const {
+        checked([&]() -> ssize_t { return fsync(number_); });
+    }
+    [[noreturn]] void fail(int error) const { throw NSError::posix(error, name_); }
 
   private:
     template <typename Call>
@@ -61,15 +60,18 @@ class Descriptor {
             count = call();
         }
         if (count < 0) {
-            fail();
+            fail(errno);
         }
         return static_cast<std::size_t>(count);
     }
 
-    std::string name_;
     int number_;
-    bool isOurs_;
+    std::string name_;
 };
+
+int openedFile(const std::string& path, int flags) {
+    return open(path.c_str(), flags | O_CLOEXEC);
+}
 
 /// Whether a file can take the place of what is at the path.
 bool canBeReplaced(const std::string& path) {
@@ -82,19 +84,26 @@ void replaceFile(const std::string& path, std::string_view text) {
     // Of a link, what it leads to.
     std::error_code ignored;
     const auto place =
-        fs::is_symlink(path, ignored) ? fs::weakly_canonical(path, ignored) : fs::path(path);
-    GError* failure = nullptr;
-    if (g_file_set_contents_full(place.c_str(), text.data(), static_cast<gssize>(text.size()),
-                                 G_FILE_SET_CONTENTS_CONSISTENT, kForOwner, &failure) == FALSE) {
-        const std::unique_ptr<GError, Release<g_error_free>> error(failure);
-        throw NSError("NSPOSIXErrorDomain", error->code, escaped(error->message));
+        fs::is_symlink(path, ignored) ? fs::weakly_canonical(path, ignored).string() : path;
+    auto other = place + ".XXXXXX";
+    const Descriptor file(mkostemp(other.data(), O_CLOEXEC), path);  // For its owner's eyes only.
+    try {
+        file.writeAll(text);
+        file.sync();
+        if (rename(other.c_str(), place.c_str()) != 0) {
+            file.fail(errno);
+        }
+    } catch (const NSError&) {
+        unlink(other.c_str());
+        throw;
     }
 }
 
 }  // namespace
 
 std::string readWholeFile(const std::string& path) {
-    const Descriptor file(path, O_RDONLY, STDIN_FILENO);
+    const auto file = path == "-" ? Descriptor(STDIN_FILENO, "standard input")
+                                  : Descriptor(openedFile(path, O_RDONLY), path);
     std::string text;
     std::array<char, 65536> piece{};
     while (const auto count = file.read(piece.data(), piece.size())) {
@@ -111,10 +120,9 @@ void writeWholeFile(const std::string& path, std::string_view text) {
         replaceFile(path, text);
         return;
     }
-    const Descriptor file(path, O_WRONLY, STDOUT_FILENO);
-    while (!text.empty()) {
-        text.remove_prefix(file.write(text));
-    }
+    const auto file = path == "-" ? Descriptor(STDOUT_FILENO, "standard output")
+                                  : Descriptor(openedFile(path, O_WRONLY), path);
+    file.writeAll(text);
 }
 
 }  // namespace orvalo

@@ -9,6 +9,8 @@
 
 #include "app/defaults/DefaultsCommands.h"
 #include "app/defaults/DefaultsOptions.h"
+#include "app/defaults/format/Escaped.h"
+#include "platform/foundation/NSError.h"
 
 namespace {
 
@@ -43,6 +45,9 @@ int main(int argc, char** argv) {
         return EXIT_SUCCESS;
     } catch (const orvalo::BadOption& error) {
         return complain(error.what(), kBadOption);
+    } catch (const orvalo::NSError& error) {
+        // The platform names paths and keys as they are.
+        return complain(orvalo::escaped(error.what()).c_str(), EXIT_FAILURE);
     } catch (const std::exception& error) {
         return complain(error.what(), EXIT_FAILURE);
     }

@@ -52,6 +52,9 @@ void ValueBuilder::key(std::string name) {
     if (inner.dictionary.contains(name)) {
         fail("the key " + inQuotes(name) + " stands twice.");
     }
+    if (name.find('\0') != std::string::npos) {
+        fail("the key " + inQuotes(name) + " holds a NUL, which no key can.");
+    }
     inner.key = std::move(name);
 }
 

@@ -1,0 +1,153 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "tests/defaults-tool/ToolFixture.h"
+
+// What is read, written, listed and deleted.
+
+namespace orvalo::testing {
+namespace {
+
+class DefaultsValuesTest : public ToolFixture {
+  protected:
+    void expectWritten(const std::string& option, const std::string& text,
+                       const std::string& json) const {
+        expectSilence({"write", "d", "k", option, text});
+        expectOutput({"read", "d", "k"}, json + "\n");
+    }
+    /// Whether there is anything at all in the home.
+    bool isAnythingThere() const { return std::filesystem::exists(path("config")); }
+};
+
+TEST_F(DefaultsValuesTest, EveryTypeIsReadAsItWasWritten) {
+    expectWritten("--string", "a \"text\"\n", R"("a \"text\"\n")");
+    expectWritten("--string", "", R"("")");
+    expectWritten("--int", "-9223372036854775808", "-9223372036854775808");
+    expectWritten("--float", "5", "5.0");
+    expectWritten("--float", "-1e300", "-1e+300");
+    expectWritten("--float", "-inf", "{\n  \"$real\": \"-inf\"\n}");
+    expectWritten("--float", "nan", "{\n  \"$real\": \"nan\"\n}");
+    expectWritten("--bool", "true", "true");
+    expectWritten("--bool", "no", "false");
+    expectWritten("--date", "2026-11-21T08:30:00.250Z",
+                  "{\n  \"$date\": \"2026-11-21T08:30:00.25Z\"\n}");
+    expectWritten("--data", "+/8=", "{\n  \"$data\": \"+/8=\"\n}");
+    expectWritten("--json", R"({"a": [1, 1.0]})", "{\n  \"a\": [\n    1,\n    1.0\n  ]\n}");
+}
+
+TEST_F(DefaultsValuesTest, RawShowsATextAsItIs) {
+    expectSilence({"write", "d", "k", "--string", "tab\there \x1b[1m"});
+    expectOutput({"read", "d", "k", "--raw"}, "tab\there \x1b[1m\n");
+    expectSilence({"write", "d", "k", "--int", "5"});
+    expectRefusal({"read", "d", "k", "--raw"}, "the value of 'k' is no text; --raw shows no other.",
+                  1);
+}
+
+TEST_F(DefaultsValuesTest, ADomainIsReadInTheOrderOfItsKeys) {
+    expectSilence({"write", "d", "b", "--int", "1"});
+    expectSilence({"write", "d", "a", "--bool", "yes"});
+    expectOutput({"read", "d"}, "{\n  \"a\": true,\n  \"b\": 1\n}\n");
+    expectOutput({"list", "d"}, "a\nb\n");
+}
+
+TEST_F(DefaultsValuesTest, AKeyIsOneLineOfTheList) {
+    expectSilence({"write", "d", "a\nb\\\x1b", "--int", "1"});
+    expectSilence({"write", "d", "", "--int", "2"});
+    expectOutput({"list", "d"}, "\na\\nb\\\\\\u001b\n");
+}
+
+TEST_F(DefaultsValuesTest, DomainsAreListedByName) {
+    expectOutput({"domains"}, "");
+    for (const auto* name : {"group.com.Tessaly.audio", "com.tessaly.Orvalo", "d"}) {
+        expectSilence({"write", name, "k", "--int", "1"});
+    }
+    expectOutput({"domains"}, "com.tessaly.Orvalo\nd\ngroup.com.Tessaly.audio\n");
+}
+
+TEST_F(DefaultsValuesTest, TheOwnDomainIsTheApplications) {
+    expectSilence({"write", "com.tessaly.Orvalo", "k", "--int", "1"});
+    EXPECT_TRUE(std::filesystem::exists(path("config/com.tessaly.Orvalo/defaults.sqlite")));
+    expectOutput({"read", "com.tessaly.Orvalo"}, "{\n  \"k\": 1\n}\n");
+}
+
+TEST_F(DefaultsValuesTest, ReadingCreatesNothing) {
+    for (const std::string name : {"d", "com.tessaly.Orvalo"}) {
+        const auto line = "there is no domain '" + name + "'.";
+        expectRefusal({"read", name}, line, 1);
+        expectRefusal({"read", name, "k"}, line, 1);
+        expectRefusal({"list", name}, line, 1);
+        expectRefusal({"export", name}, line, 1);
+        expectRefusal({"export", name, path("out.json")}, line, 1);
+        expectRefusal({"delete", name, "k"}, line, 1);
+        expectRefusal({"delete", name, "--all"}, line, 1);
+    }
+    expectOutput({"domains"}, "");
+    EXPECT_FALSE(isAnythingThere());
+    EXPECT_FALSE(std::filesystem::exists(path("out.json")));
+}
+
+TEST_F(DefaultsValuesTest, AMissingKeyIsNamed) {
+    expectSilence({"write", "d", "k", "--int", "1"});
+    expectRefusal({"read", "d", "x\n"}, "there is no key 'x\\n' in 'd'.", 1);
+    expectRefusal({"delete", "d", "x"}, "there is no key 'x' in 'd'.", 1);
+    expectOutput({"list", "d"}, "k\n");
+}
+
+TEST_F(DefaultsValuesTest, DeleteRemovesOneKeyOrAll) {
+    for (const auto* key : {"a", "b", "c"}) {
+        expectSilence({"write", "d", key, "--int", "1"});
+    }
+    expectSilence({"delete", "d", "b"});
+    expectOutput({"list", "d"}, "a\nc\n");
+    expectSilence({"delete", "--all", "d"});
+    expectOutput({"list", "d"}, "");
+    expectOutput({"read", "d"}, "{}\n");
+    expectSilence({"write", "d", "b", "--int", "2"});
+    expectOutput({"read", "d"}, "{\n  \"b\": 2\n}\n");
+}
+
+TEST_F(DefaultsValuesTest, WhatCannotBeStoredChangesNothing) {
+    const auto deep = std::string(150, '[') + std::string(150, ']');
+    expectRefusal({"write", "d", "k", "--date", "2070-01-01T00:00:00Z"},
+                  "'k': a date in it is not between 1932 and 2069", 1);
+    EXPECT_FALSE(isAnythingThere());
+    expectSilence({"write", "d", "k", "--int", "1"});
+    expectRefusal({"write", "d", "k", "--date", "2070-01-01T00:00:00Z"},
+                  "'k': a date in it is not between 1932 and 2069", 1);
+    expectRefusal({"write", "d", "k", "--json", deep}, "'k': it is nested too deeply", 1);
+    expectRefusal({"write", "d", "k", "--json", R"("a\u0000b")"},
+                  "'k': a text in it is not UTF-8 or holds a NUL", 1);
+    expectOutput({"read", "d"}, "{\n  \"k\": 1\n}\n");
+}
+
+TEST_F(DefaultsValuesTest, AHomeThatCannotBeUsedIsNamed) {
+    environment["XDG_CONFIG_HOME"] = file("no-folder", "");
+    expectRefusal({"write", "d", "k", "--int", "1"},
+                  path("no-folder/orvalo-suites") + ": Not a directory", 1);
+    expectRefusal({"read", "d"}, "there is no domain 'd'.", 1);
+    expectOutput({"domains"}, "");
+    std::filesystem::create_directories(path("odd"));
+    file("odd/orvalo-suites", "");
+    environment["XDG_CONFIG_HOME"] = path("odd");
+    expectRefusal({"domains"}, path("odd/orvalo-suites") + ": Not a directory", 1);
+}
+
+TEST_F(DefaultsValuesTest, AnOutputThatTakesNothingIsNamed) {
+    expectSilence({"write", "d", "k", "--int", "1"});
+    const auto full = shell("\"$D\" read d >/dev/full");
+    EXPECT_EQ(full.error, "orvalo-defaults: standard output: No space left on device\n");
+    EXPECT_EQ(full.status, 1);
+    const auto closed = shell("\"$D\" read d >&-");
+    EXPECT_EQ(closed.error, "orvalo-defaults: standard output: Bad file descriptor\n");
+    EXPECT_EQ(closed.status, 1);
+    // Nothing of it went to a file that was opened in its place.
+    EXPECT_EQ(shell("\"$D\" write d k --int 2 >&- 2>&- <&-").status, 0);
+    EXPECT_EQ(shell("\"$D\" read d nothing >&- 2>&- <&-").status, 1);
+    expectOutput({"read", "d"}, "{\n  \"k\": 2\n}\n");
+}
+
+}  // namespace
+}  // namespace orvalo::testing
