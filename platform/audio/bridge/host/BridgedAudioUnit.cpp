@@ -127,10 +127,19 @@ void BridgedAudioUnit::requestViewController(
         completion(nullptr);
         return;
     }
-    DispatchQueue::main()->async(
-        [unit = shared(this), completion = std::move(completion)]() mutable {
-            completion(interfaceProvider()(unit));
+    // Weak, because the supervisor's thread must not be the one that lets go of the unit.
+    const auto answered = [self = weak(this),
+                           completion = std::move(completion)](const ServiceAnswer& answer) {
+        if (answer.kind == ServiceAnswer::Kind::refused) {
+            g_warning("%s", answer.error.c_str());
+        }
+        const bool isRefused = answer.kind == ServiceAnswer::Kind::refused;
+        DispatchQueue::main()->async([self, completion, isRefused] {
+            const auto unit = isRefused ? nullptr : self.lock();
+            completion(unit == nullptr ? nullptr : interfaceProvider()(unit));
         });
+    };
+    supervisor_.post({bridge::LoadInterface{}, 0, answered});
 }
 
 void BridgedAudioUnit::setInterfaceProvider(BridgedInterfaceProvider provider) {

@@ -20,7 +20,8 @@ bool isSlow(const HostMessage& message) {
     return std::holds_alternative<bridge::Instantiate>(message) ||
            std::holds_alternative<bridge::Prepare>(message) ||
            std::holds_alternative<bridge::LoadPreset>(message) ||
-           std::holds_alternative<bridge::OpenInterface>(message);
+           std::holds_alternative<bridge::OpenInterface>(message) ||
+           std::holds_alternative<bridge::LoadInterface>(message);
 }
 
 std::string inWords(std::chrono::milliseconds limit) {
@@ -332,7 +333,8 @@ std::string ServiceRun::occasion() const {
         if (std::holds_alternative<bridge::LoadPreset>(message)) {
             return " while it loaded a preset";
         }
-        if (std::holds_alternative<bridge::OpenInterface>(message)) {
+        if (std::holds_alternative<bridge::OpenInterface>(message) ||
+            std::holds_alternative<bridge::LoadInterface>(message)) {
             return " while it opened its interface";
         }
     }

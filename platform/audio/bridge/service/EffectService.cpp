@@ -117,7 +117,7 @@ void EffectService::take(const bridge::OpenInterface& request) {
     answerAfter(request.number, [&] {
         interface_ = nullptr;
         interface_ = std::make_unique<ServiceInterface>(
-            effect_->unit(), request.display, request.window, request.scaleFactor,
+            effect_->unit(), interfaceCode(), request.display, request.window, request.scaleFactor,
             ServiceInterface::Events{
                 .wants =
                     [this](X11Size size) {
@@ -147,6 +147,17 @@ void EffectService::take(const bridge::ShowInterface& request) {
 void EffectService::take(const bridge::CloseInterface& request) {
     interface_ = nullptr;
     answer(request.number);
+}
+
+void EffectService::take(const bridge::LoadInterface& request) {
+    answerAfter(request.number, [this] { interfaceCode(); });
+}
+
+std::shared_ptr<const InterfaceCode> EffectService::interfaceCode() {
+    if (interfaceCode_ == nullptr) {
+        interfaceCode_ = std::make_shared<InterfaceCode>(*effect_->unit());
+    }
+    return interfaceCode_;
 }
 
 }  // namespace orvalo

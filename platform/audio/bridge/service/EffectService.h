@@ -23,6 +23,7 @@ class EffectService {
   private:
     void take(const bridge::HostMessage& message);
     void instantiate(const bridge::Instantiate& request);
+    std::shared_ptr<const InterfaceCode> interfaceCode();
     void fail(const char* reason);
     void answer(std::uint32_t number, const std::string& error = {});
     /// Does what a request asks, and answers with what has gone wrong.
@@ -38,9 +39,11 @@ class EffectService {
     void take(const bridge::ResizeInterface& request);
     void take(const bridge::ShowInterface& request);
     void take(const bridge::CloseInterface& request);
+    void take(const bridge::LoadInterface& request);
 
     ServiceConnection connection_;
     std::unique_ptr<LoadedEffect> effect_;  // Null before the first message, and when that fails.
+    std::shared_ptr<const InterfaceCode> interfaceCode_;  // Once the host has asked for it.
     std::unique_ptr<ServiceInterface> interface_;
     std::optional<int> status_;
 };

@@ -40,12 +40,15 @@ void enterDisplay(const std::string& plugin, const std::string& display, unsigne
 
 }  // namespace
 
+InterfaceCode::InterfaceCode(const LV2LocalAudioUnit& unit) : data(readData(unit)), library(data) {}
+
 ServiceInterface::ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
+                                   std::shared_ptr<const InterfaceCode> code,
                                    const std::string& display, unsigned long window,
                                    double scaleFactor, Events events)
-    : data_(readData(*unit)), library_(data_), events_(std::move(events)) {
-    enterDisplay(data_.plugin, display, window);
-    interface_ = std::make_unique<LV2Interface>(unit, data_, window, scaleFactor,
+    : code_(std::move(code)), events_(std::move(events)) {
+    enterDisplay(code_->data.plugin, display, window);
+    interface_ = std::make_unique<LV2Interface>(unit, code_->data, window, scaleFactor,
                                                 [this](X11Size size) { events_.wants(size); });
     setTimer(false);
 }

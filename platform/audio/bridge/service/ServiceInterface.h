@@ -10,6 +10,15 @@
 
 namespace orvalo {
 
+/// What an effect's interface is made of, loaded and held for the object's life.
+struct InterfaceCode {
+    /// Throws NSError: the unit has no interface that can be opened here.
+    explicit InterfaceCode(const LV2LocalAudioUnit& unit);
+
+    const LV2InterfaceData data;
+    const LV2InterfaceLibrary library;
+};
+
 /// The effect's interface inside a window of the host's, and the timer that keeps it going, slowly
 /// while it is hidden. Main thread.
 class ServiceInterface {
@@ -24,7 +33,8 @@ class ServiceInterface {
 
     /// Makes it, hidden. display: the X server's name; window: the host's, in which it belongs.
     /// Throws NSError: no such server or window, or as LV2Interface does.
-    ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit, const std::string& display,
+    ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
+                     std::shared_ptr<const InterfaceCode> code, const std::string& display,
                      unsigned long window, double scaleFactor, Events events);
     /// Cleans it up. Its window should be shown no more.
     ~ServiceInterface();
@@ -42,8 +52,7 @@ class ServiceInterface {
     void stopTimer();
     bool tick();
 
-    const LV2InterfaceData data_;
-    const LV2InterfaceLibrary library_;
+    const std::shared_ptr<const InterfaceCode> code_;
     const Events events_;
     std::unique_ptr<LV2Interface> interface_;
     GSourcePointer timer_;

@@ -104,8 +104,15 @@ struct CloseInterface {
     ORVALO_BRIDGE_FIELDS(number)
 };
 
-using HostMessage = std::variant<Instantiate, Prepare, SetContextName, LoadPreset, Ping,
-                                 OpenInterface, ResizeInterface, ShowInterface, CloseInterface>;
+/// Loads the code of the interface, so that what is wrong with it is known before it is opened.
+struct LoadInterface {
+    std::uint32_t number = 0;
+    ORVALO_BRIDGE_FIELDS(number)
+};
+
+using HostMessage =
+    std::variant<Instantiate, Prepare, SetContextName, LoadPreset, Ping, OpenInterface,
+                 ResizeInterface, ShowInterface, CloseInterface, LoadInterface>;
 
 /// The answer to a request.
 struct Done {
