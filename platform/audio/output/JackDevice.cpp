@@ -18,7 +18,8 @@ namespace orvalo {
 
 namespace {
 
-constexpr std::chrono::milliseconds kServerPatience{500};
+// Many times what a server takes on a machine that is not busy.
+constexpr std::chrono::milliseconds kServerPatience{2000};
 
 /// Never destroyed: a server that hangs can keep a call for longer than the program runs.
 Turns& libjack() {
