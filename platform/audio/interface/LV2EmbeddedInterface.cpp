@@ -25,11 +25,11 @@ constexpr int kLongestTurnsWithoutWindow = 120;
 
 LV2EmbeddedInterface::LV2EmbeddedInterface(std::shared_ptr<X11Connection> connection,
                                            std::shared_ptr<LV2LocalAudioUnit> unit,
-                                           LV2InterfaceData data, const Place& place)
+                                           LV2InterfaceData data, Place place)
     : connection_(std::move(connection)),
       unit_(std::move(unit)),
       data_(std::move(data)),
-      place_(place) {
+      place_(std::move(place)) {
     open();
     setTimer(kHiddenPeriod);
 }

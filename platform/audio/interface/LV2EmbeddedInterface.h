@@ -22,7 +22,7 @@ class LV2EmbeddedInterface : public EmbeddedInterface {
     /// Opens it. The data's library must stay loaded for the object's life. Throws NSError.
     LV2EmbeddedInterface(std::shared_ptr<X11Connection> connection,
                          std::shared_ptr<LV2LocalAudioUnit> unit, LV2InterfaceData data,
-                         const Place& place);
+                         Place place);
     ~LV2EmbeddedInterface() override;
 
     void place(const X11Rect& area, const X11Rect& visible) override;

@@ -70,7 +70,7 @@ void X11Keyboard::handle(const XEvent& event) {
     }
 }
 
-void X11Keyboard::takeKey(const XEvent& event) {
+void X11Keyboard::takeKey(const XEvent& event) const {
     // What is not sent has come to the toolkit as well.
     if (isUsed_ && event.xkey.send_event != False) {
         if (const auto take = onUnusedKey) {

@@ -36,7 +36,7 @@ class X11Keyboard {
 
   private:
     void pressed();
-    void takeKey(const XEvent& event);
+    void takeKey(const XEvent& event) const;
     void give();
     unsigned long focus();
 
