@@ -1,5 +1,6 @@
-// How soon the effect's interface is on screen after a start, against jalv.gtk3; and what the
-// application costs while nobody does anything.
+// How soon the effect's interface is on screen after a start, against jalv.gtk3; what the
+// application costs while nobody does anything; and whether it plays without a gap while the
+// interface is shown.
 
 #include <unistd.h>
 
@@ -9,12 +10,14 @@
 #include <exception>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "bench/live/BareSleeper.h"
 #include "bench/measuring/Child.h"
 #include "bench/measuring/Clocks.h"
 #include "bench/measuring/JackServer.h"
@@ -22,6 +25,8 @@
 #include "bench/measuring/Stage.h"
 #include "bench/measuring/Statistics.h"
 #include "bench/window/Desktop.h"
+#include "bench/window/SessionBus.h"
+#include "bench/window/XrunCount.h"
 
 namespace {
 
@@ -30,30 +35,85 @@ using namespace orvalo::bench;
 constexpr std::uint32_t kAccent = 0x5FC9B8;  // Of the effect's interface, and of the icon.
 constexpr int kEnough = 60;                  // Its pixels, counted as Desktop does; not the icon's.
 constexpr double kPatience = 20;             // Seconds.
+constexpr double kQuantum = 64.0 / 48000.0;  // Seconds, of the JACK server.
 
-void awaitUntil(const std::function<bool()>& condition, const char* failure) {
+/// The condition is looked at whenever something has changed on the display, and ten times a
+/// second.
+void awaitUntil(Desktop& desktop, const std::function<bool()>& condition, const char* failure) {
     const auto end = monotonicNanoseconds() + static_cast<std::int64_t>(kPatience * 1e9);
     while (!condition()) {
         if (monotonicNanoseconds() > end) {
             throw std::runtime_error(failure);
         }
-        // A look at the display keeps the X server from its work for a while.
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        desktop.awaitChange();
     }
 }
 
-/// Milliseconds from the program's start to the interface on the display.
-double startOf(const Desktop& desktop, const Command& command, const Environment& environment,
-               bool asksForEffect) {
-    awaitUntil([&] { return desktop.count(kAccent) == 0; }, "a window of the last round stays");
-    const auto former = desktop.activeWindow();
+/// What is seen of a program's start, in milliseconds from its beginning.
+struct Start {
+    double mapped;  ///< Its window is up,
+    double active;  ///< takes keys,
+    double shown;   ///< and has the effect's interface in it, drawn.
+};
+
+Start watchStart(Desktop& desktop, const Command& command, const Environment& environment,
+                 bool asksForEffect) {
+    awaitUntil(
+        desktop, [&] { return desktop.count(kAccent) == 0; }, "a window of the last round stays");
+    // The window manager has things to do when a window goes.
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    desktop.beginWatch();
     const Child program(command, environment);
     if (asksForEffect) {
-        awaitUntil([&] { return desktop.activeWindow() != former; }, "orvalo shows no window");
+        awaitUntil(
+            desktop, [&] { return desktop.activeAt().has_value(); }, "orvalo shows no window");
         desktop.typeControlE();
     }
-    awaitUntil([&] { return desktop.count(kAccent) >= kEnough; }, "no interface is shown");
-    return inSeconds(monotonicNanoseconds() - program.beganAt()) * 1e3;
+    awaitUntil(
+        desktop, [&] { return desktop.count(kAccent) >= kEnough; }, "no interface is shown");
+    const auto now = monotonicNanoseconds();
+    const auto since = [&](std::int64_t moment) {
+        return inSeconds(moment - program.beganAt()) * 1e3;
+    };
+    return {since(desktop.mappedAt().value_or(now)), since(desktop.activeAt().value_or(now)),
+            since(now)};
+}
+
+/// A line of medians; returns that of the interface.
+double report(const char* what, const std::vector<Start>& starts) {
+    const auto medianOf = [&](double Start::*field) {
+        std::vector<double> values;
+        values.reserve(starts.size());
+        for (const auto& start : starts) {
+            values.push_back(start.*field);
+        }
+        return median(values);
+    };
+    const auto shown = medianOf(&Start::shown);
+    std::printf("  %-12s window %6.1f ms   active %6.1f ms   interface %6.1f ms", what,
+                medianOf(&Start::mapped), medianOf(&Start::active), shown);
+    return shown;
+}
+
+void measureStart(Desktop& desktop, const Environment& environment, int rounds) {
+    std::vector<Start> ours;
+    std::vector<Start> theirs;
+    for (int round = 0; round <= rounds; ++round) {
+        const auto orvalo =
+            watchStart(desktop, {(stage() / "bin/orvalo").string()}, environment, true);
+        const auto jalv =
+            watchStart(desktop, {"jalv.gtk3", "urn:tessaly:orvalo"}, environment, false);
+        // The first round fills the caches.
+        if (round != 0) {
+            ours.push_back(orvalo);
+            theirs.push_back(jalv);
+        }
+    }
+    std::printf("start to the interface on screen, medians of %d starts:\n", rounds);
+    const auto jalv = report("jalv.gtk3", theirs);
+    std::printf("\n");
+    const auto orvalo = report("orvalo", ours);
+    std::printf("   %.3f x jalv.gtk3\n", orvalo / jalv);
 }
 
 /// Seconds of the processor's time that a process has used.
@@ -71,16 +131,29 @@ double processorSeconds(pid_t process) {
     return ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
-void measureIdle(const Desktop& desktop, const Environment& environment, int seconds) {
-    const auto former = desktop.activeWindow();
-    const Child program({(stage() / "bin/orvalo").string()}, environment);
-    awaitUntil([&] { return desktop.activeWindow() != former; }, "orvalo shows no window");
+/// The application with its window up.
+std::unique_ptr<Child> startWindow(Desktop& desktop, const Environment& environment) {
+    desktop.beginWatch();
+    auto program = std::make_unique<Child>(Command{(stage() / "bin/orvalo").string()}, environment);
+    awaitUntil(
+        desktop, [&] { return desktop.activeAt().has_value(); }, "orvalo shows no window");
+    return program;
+}
+
+void showInterface(Desktop& desktop) {
+    desktop.typeControlE();
+    awaitUntil(
+        desktop, [&] { return desktop.count(kAccent) >= kEnough; }, "no interface is shown");
+}
+
+void measureIdle(Desktop& desktop, const Environment& environment, int seconds) {
+    const auto program = startWindow(desktop, environment);
     const auto share = [&](const char* what) {
         std::this_thread::sleep_for(std::chrono::seconds(2));
-        const auto before = processorSeconds(program.process());
+        const auto before = processorSeconds(program->process());
         std::this_thread::sleep_for(std::chrono::seconds(seconds));
         std::printf("  %-26s %8.2f %% of a core\n", what,
-                    (processorSeconds(program.process()) - before) / seconds * 100);
+                    (processorSeconds(program->process()) - before) / seconds * 100);
     };
     std::printf("idle, %d s each:\n", seconds);
     share("interface never shown");
@@ -90,33 +163,39 @@ void measureIdle(const Desktop& desktop, const Environment& environment, int sec
     share("interface hidden again");
 }
 
+/// The xruns are the server's count; how punctual the machine is itself stands beside it.
+void measurePlaying(Desktop& desktop, Environment environment, int seconds) {
+    environment["ORVALO_AUDIO_OUTPUT"] = "jack";
+    const auto program = startWindow(desktop, environment);
+    showInterface(desktop);
+    const XrunCount xruns;
+    desktop.typeSpace();
+    awaitUntil(
+        desktop, [&] { return xruns.isSomebodyPlaying(); }, "orvalo does not play");
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    const auto before = xruns.value();
+    const BareSleeper sleeper(static_cast<std::int64_t>(kQuantum * 1e9));
+    std::this_thread::sleep_for(std::chrono::seconds(seconds));
+    std::printf(
+        "playing for %d s with the interface shown, JACK, 64 frames: %llu xruns\n"
+        "  a bare thread was late by a quantum %llu times, %.1f ms at most\n",
+        seconds, static_cast<unsigned long long>(xruns.value() - before),
+        static_cast<unsigned long long>(sleeper.lateCount()), inSeconds(sleeper.latest()) * 1e3);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const Options options(argc, argv, {{"--rounds", "9"}, {"--seconds", "15"}});
+    const Options options(argc, argv,
+                          {{"--rounds", "9"}, {"--seconds", "15"}, {"--playing", "60"}});
     try {
+        const SessionBus bus;
         const JackServer server;
-        const Desktop desktop;
-        Environment environment{{"LV2_PATH", lv2Path()}, {"ORVALO_AUDIO_OUTPUT", "null"}};
-        std::vector<double> ours;
-        std::vector<double> theirs;
-        const int rounds = options.count("--rounds");
-        for (int round = 0; round <= rounds; ++round) {
-            const auto orvalo =
-                startOf(desktop, {(stage() / "bin/orvalo").string()}, environment, true);
-            const auto jalv =
-                startOf(desktop, {"jalv.gtk3", "urn:tessaly:orvalo"}, environment, false);
-            // The first round fills the caches.
-            if (round != 0) {
-                ours.push_back(orvalo);
-                theirs.push_back(jalv);
-            }
-        }
-        std::printf("start to the interface on screen, median of %d starts:\n", rounds);
-        std::printf("  %-26s %8.1f ms\n", "jalv.gtk3", median(theirs));
-        std::printf("  %-26s %8.1f ms   %.3f x jalv.gtk3\n", "orvalo", median(ours),
-                    median(ours) / median(theirs));
+        Desktop desktop;
+        const Environment environment{{"LV2_PATH", lv2Path()}, {"ORVALO_AUDIO_OUTPUT", "null"}};
+        measureStart(desktop, environment, options.count("--rounds"));
         measureIdle(desktop, environment, options.count("--seconds"));
+        measurePlaying(desktop, environment, options.count("--playing"));
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "orvalo-bench-window: %s\n", error.what());

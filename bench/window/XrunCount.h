@@ -1,0 +1,28 @@
+#pragma once
+
+#include <jack/jack.h>
+
+#include <atomic>
+#include <cstdint>
+
+namespace orvalo::bench {
+
+/// The xruns that the JACK server reports while the object lives, whoever's they are.
+class XrunCount {
+  public:
+    /// Throws std::runtime_error when there is no server.
+    XrunCount();
+    ~XrunCount();
+    XrunCount(const XrunCount&) = delete;
+    XrunCount& operator=(const XrunCount&) = delete;
+
+    std::uint64_t value() const { return value_; }
+    /// Whether a client's port is connected to the server's playback.
+    bool isSomebodyPlaying() const;
+
+  private:
+    jack_client_t* client_;
+    std::atomic<std::uint64_t> value_ = 0;
+};
+
+}  // namespace orvalo::bench
