@@ -1,5 +1,6 @@
 #include "platform/ui/UIApplicationMain.h"
 
+#include <glibmm/main.h>
 #include <gtkmm/application.h>
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/stylecontext.h>
@@ -53,7 +54,10 @@ struct UIApplicationStart {
         window->setRootViewController(layout->instantiateInitialViewController());
         auto& toolkitWindow = *Glib::wrap(GTK_WINDOW(window->widget()));
         application->add_window(toolkitWindow);
-        toolkitWindow.set_icon_name(application->get_id());
+        // Its sizes are drawn one by one, which need not keep the first frame waiting.
+        Glib::signal_idle().connect_once(
+            [this, &toolkitWindow] { toolkitWindow.set_icon_name(application->get_id()); },
+            Glib::PRIORITY_LOW);
         toolkitWindow.property_is_active().signal_changed().connect(
             [this, &toolkitWindow] { takeActivity(toolkitWindow.is_active()); });
         delegate().setWindow(window);
