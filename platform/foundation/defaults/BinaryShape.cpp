@@ -98,10 +98,22 @@ class Shape {
         }
     }
 
-    void checkBytes(const Extent& elements, std::uint64_t each) const {
+    /// width: bytes of an element.
+    std::span<const std::uint8_t> content(const Extent& elements, std::size_t width) const {
         const auto room = elements.begin > table_ ? 0 : table_ - elements.begin;
-        if (elements.count > room / each) {
+        if (elements.count > room / width) {
             fail();
+        }
+        return bytes_.subspan(elements.begin, elements.count * width);
+    }
+
+    /// libplist ends the program at a NUL in a text.
+    void checkText(const Extent& elements, std::size_t width) const {
+        const auto text = content(elements, width);
+        for (std::size_t at = 0; at < text.size(); at += width) {
+            if (number(elements.begin + at, width) == 0) {
+                throw propertyListError("a text in it is not UTF-8 or holds a NUL");
+            }
         }
     }
 
@@ -117,11 +129,13 @@ class Shape {
         const auto low = marker & 0xFU;
         switch (marker >> 4U) {
             case kData:
+                content(extent(at, low), 1);
+                break;
             case kText:
-                checkBytes(extent(at, low), 1);
+                checkText(extent(at, low), 1);
                 break;
             case kWideText:
-                checkBytes(extent(at, low), 2);
+                checkText(extent(at, low), 2);
                 break;
             case kList:
             case kSet:

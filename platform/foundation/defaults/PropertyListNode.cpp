@@ -130,10 +130,6 @@ PropertyList dateOf(plist_t node) {
     return kReferenceDate + seconds(whole) + microseconds(whole < 0 ? -rest : rest);
 }
 
-std::string textOf(const Text& text) {
-    return checkedText(text ? text.get() : std::string());
-}
-
 PropertyList value(plist_t node, int depth);
 
 PropertyList listOf(plist_t node, int depth) {
@@ -166,7 +162,8 @@ PropertyList dictionaryOf(plist_t node, int depth) {
         if (element == nullptr) {
             return dictionary;
         }
-        dictionary.insert_or_assign(textOf(key), value(element, depth));
+        dictionary.insert_or_assign(checkedText(key ? key.get() : std::string()),
+                                    value(element, depth));
     }
 }
 
@@ -185,9 +182,9 @@ PropertyList value(plist_t node, int depth) {
             return number;
         }
         case PLIST_STRING: {
-            char* text = nullptr;
-            plist_get_string_val(node, &text);
-            return textOf(Text(text));
+            std::uint64_t size = 0;
+            const char* text = plist_get_string_ptr(node, &size);
+            return checkedText(text == nullptr ? "" : std::string(text, size));
         }
         case PLIST_DATA: {
             std::uint64_t size = 0;
