@@ -112,11 +112,11 @@ template <typename Install>
 bool survivesItsRelease(int steps, Install install) {
     auto animator = animatorOf(2);
     const std::weak_ptr<Animator> watched = animator;
+    Animator* const bare = animator.get();
     install(*animator, [&animator] { animator.reset(); });
     for (int step = 0; step < steps; ++step) {
         EXPECT_FALSE(watched.expired());
-        // As an owner does who holds it elsewhere.
-        watched.lock().get()->animate();
+        bare->animate();
     }
     return watched.expired();
 }

@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "animation/Animator.h"
+#include "tests/foundation/Wait.h"
 
 namespace orvalo {
 namespace {
 
 using enum EnumEasing;
+using orvalo::testing::serveUntil;
 using Lines = std::vector<std::string>;
 
 struct Way {
@@ -85,6 +87,14 @@ TEST(AnimatorOverride, OfSetupAndAnimateAreCalledByUndo) {
     animator->undo();
     EXPECT_EQ(animator->calls, (Lines{"setup", "animate", "animate", "stop"}));
     EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 2, 1, 0.009f, EASING_easeNone}}));
+}
+
+TEST(AnimatorOverride, OfAnimateIsCalledByTheTimer) {
+    const auto animator = recordingOf(1, 0);
+    animator->setInterval(0.001f);
+    animator->start();
+    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_EQ(animator->calls, (Lines{"animate", "stop"}));
 }
 
 TEST(AnimatorOverride, OfSetupSeesThePeriodAndTheCurveInUse) {

@@ -145,14 +145,13 @@ TEST(AnimatorTimer, HoldsTheAnimatorUntilItsEnd) {
 }
 
 TEST(AnimatorTimer, StoppedLetsGoOfTheAnimator) {
-    std::weak_ptr<Animator> watched;
-    {
-        const auto animator = animatorOf(5);
-        animator->start();
-        watched = animator;
-    }
-    // Nobody but the timer holds it.
-    watched.lock().get()->stop();
+    auto animator = animatorOf(5);
+    animator->start();
+    const std::weak_ptr<Animator> watched = animator;
+    Animator* const bare = animator.get();
+    // From now on nobody but the timer holds it.
+    animator.reset();
+    bare->stop();
     EXPECT_TRUE(watched.expired());
 }
 
