@@ -87,14 +87,13 @@ void ServiceInterface::stopTimer() {
 }
 
 bool ServiceInterface::tick() {
-    if (interface_->isOutdated()) {
-        isOver_ = true;
-        events_.outdated();
-    } else if (!interface_->update()) {
-        isOver_ = true;
-        events_.closed();
-    }
+    const bool isOutdated = interface_->isOutdated();
+    isOver_ = isOutdated || !interface_->update();
+    // What it has set last is there before it is told that there is no more.
     events_.turned();
+    if (isOver_) {
+        (isOutdated ? events_.outdated : events_.closed)();
+    }
     return !isOver_;
 }
 

@@ -28,7 +28,7 @@ class ServiceInterface {
         std::function<void(X11Size)> wants;  ///< It asks for an extent, also while it is made.
         std::function<void()> closed;        ///< It has closed itself: it gets no more turns.
         std::function<void()> outdated;  ///< Its instance has been replaced: no more turns either.
-        std::function<void()> turned;    ///< It had a turn.
+        std::function<void()> turned;    ///< It had a turn; comes before these two.
     };
 
     /// Makes it, hidden. display: the X server's name; window: the host's, in which it belongs.
