@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 
 #if defined(__SANITIZE_ADDRESS__)
 
@@ -25,12 +24,12 @@ namespace {
 /// The buses of the session, and with them the one for accessibility.
 void startSession() {
     static auto* const bus = [] {
-        const std::string display = std::getenv("DISPLAY");
+        const std::string display = g_getenv("DISPLAY");
         auto* made = g_test_dbus_new(G_TEST_DBUS_NONE);
         g_test_dbus_add_service_dir(made, "/usr/share/dbus-1/services");
         g_test_dbus_up(made);
         // Which the bus has taken for one that is not the test's.
-        setenv("DISPLAY", display.c_str(), 1);
+        g_setenv("DISPLAY", display.c_str(), TRUE);
         return made;
     }();
     (void)bus;

@@ -130,7 +130,7 @@ TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
     if (!kIsSanitized) {
         // A pass decodes seconds of music into megabytes; eighty of them lost would be far above
         // this.
-        constexpr long kKibibytesOfChance = 16 * 1024;
+        constexpr long kKibibytesOfChance = 16L * 1024;
         EXPECT_LE(status(process, "VmRSS"), memory + kKibibytesOfChance);
     }
     EXPECT_EQ(quit(), 0) << program->standardError();

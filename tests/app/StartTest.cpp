@@ -1,5 +1,5 @@
+#include <glib.h>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ Lines among(const Lines& lines, const Lines& wanted) {
 
 TEST_F(StartTest, PrintsItsTranscript) {
     const auto lines = start();
-    const auto& home = environment.contains("HOME") ? environment.at("HOME") : getenv("HOME");
+    const std::string home = g_getenv("HOME");
     const Lines onMain{
         "Info: Main view controller loaded.",
         "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
@@ -42,8 +42,8 @@ TEST_F(StartTest, PrintsItsTranscript) {
         "AUEnginePlayer: A new audio unit will be connected.",
         "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling block.",
         "AUEnginePlayer: Audio unit was attached.",
-        "AUEnginePlayer::ERROR: There was a problem with the file processing format or the file is "
-        "nil (yet).",
+        std::string("AUEnginePlayer::ERROR: There was a problem with the file processing format or "
+                    "the file is nil (yet)."),
         "AUExtensionManager: Performed audio unit connection.",
         "ViewController: Loading the audio unit's interface...",
         "WARNING: Audio unit is nil (yet?)."};
