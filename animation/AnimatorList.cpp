@@ -36,9 +36,6 @@ bool AnimatorList::removeFirst(const Item& item) {
         first = entries[first].nextOfItsOwn;
     }
     ++holes_;
-    if (holes_ > entries.size() - holes_) {
-        closeHoles();
-    }
     return true;
 }
 
@@ -53,7 +50,11 @@ std::int64_t AnimatorList::count() const {
 std::vector<AnimatorList::Item> AnimatorList::items() const {
     std::vector<Item> result;
     result.reserve(entries_->size() - holes_);
-    walk([&result](const Item& item) { result.push_back(item); });
+    for (const auto& entry : *entries_) {
+        if (entry.item) {
+            result.push_back(entry.item);
+        }
+    }
     return result;
 }
 
@@ -66,7 +67,9 @@ AnimatorList::Entries& AnimatorList::changeable() {
 
 void AnimatorList::closeHoles() {
     AnimatorList closed;
-    walk([&closed](const Item& item) { closed.append(item); });
+    for (const auto& item : items()) {
+        closed.append(item);
+    }
     *this = std::move(closed);
 }
 

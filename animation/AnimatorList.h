@@ -14,8 +14,8 @@ class Animator;
 /// lists of which many members go on one tick: finding and removing one costs the same however many
 /// there are, and a walk copies nothing unless the list changes meanwhile.
 ///
-/// A removed entry leaves a hole, the holes are closed when they outnumber the members, and an
-/// index tells for each animator where it stands.
+/// A removed entry leaves a hole, a walk that finds more holes than members closes them first, and
+/// an index tells for each animator where it stands.
 class AnimatorList {
   public:
     using Item = std::shared_ptr<Animator>;
@@ -35,7 +35,10 @@ class AnimatorList {
     /// Calls visit(item) for each entry that there is now, in order, whatever becomes of the list
     /// meanwhile.
     template <typename Visit>
-    void walk(Visit visit) const {
+    void walk(Visit visit) {
+        if (2 * holes_ > entries_->size()) {
+            closeHoles();
+        }
         const auto walked = entries_;  // Who changes the list while this is held, changes a copy.
         for (const auto& entry : *walked) {
             if (entry.item) {

@@ -20,8 +20,6 @@ class Timer;
 /// do anything with the stack and its members, or let go of them.
 class AnimatorStack : public NSObject {
   private:
-    friend struct AnimatorStackPeer;
-
     std::shared_ptr<Timer> _timer;
     AnimatorList _animators;
 

@@ -44,6 +44,8 @@ CurvePlot::CurvePlot(EnumEasing type) : Glib::ObjectBase("OrvaloCurvePlot") {
     least_ = std::min(0.0, *std::min_element(samples_.begin(), samples_.end()));
     greatest_ = std::max(1.0, *std::max_element(samples_.begin(), samples_.end()));
     set_expand();
+    // The button around it has the name.
+    g_object_set(gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, nullptr);
 }
 
 void CurvePlot::setPlace(double share, double value) {

@@ -2,8 +2,6 @@
 
 #include <gtkmm/label.h>
 
-#include "animation/demo/Named.h"
-
 namespace orvalo {
 
 Gtk::Box& makeField(const Glib::ustring& name, Gtk::SpinButton& number, const FieldRange& range,
@@ -16,7 +14,6 @@ Gtk::Box& makeField(const Glib::ustring& name, Gtk::SpinButton& number, const Fi
     number.set_numeric();
     number.set_value(range.value);
     label.set_mnemonic_widget(number);
-    setAccessibleName(number, label.get_text() + (unit.empty() ? "" : ", " + unit));
     row.append(label);
     row.append(number);
     if (!unit.empty()) {

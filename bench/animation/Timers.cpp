@@ -24,11 +24,29 @@ using namespace orvalo::bench;
 constexpr int kInterval = 5;  // ms
 constexpr std::int64_t kPeriod = std::int64_t{kInterval} * 1'000'000;
 
+/// When a timer means to fire, from when it meant to fire last and when it did, in ns. now: of a
+/// firing.
+using Due = std::int64_t (*)(std::int64_t lastDue, std::int64_t last, std::int64_t now);
+
+/// On a grid of periods from the start, of which it leaves out those that have passed.
+std::int64_t onGrid(std::int64_t lastDue, std::int64_t /*last*/, std::int64_t now) {
+    return now - (now - lastDue) % kPeriod;
+}
+
+/// On a grid that begins anew when it was a whole period late.
+std::int64_t onGridFromLastMiss(std::int64_t lastDue, std::int64_t last, std::int64_t /*now*/) {
+    return (last - lastDue >= kPeriod ? last : lastDue) + kPeriod;
+}
+
+/// A period after the last firing.
+std::int64_t afterLast(std::int64_t /*lastDue*/, std::int64_t last, std::int64_t /*now*/) {
+    return last + kPeriod;
+}
+
 struct Contender {
     std::string name;
     TimerWay way;
-    /// Whether the firings keep to a grid from the start; otherwise each counts from the last one.
-    bool keepsGrid;
+    Due due;                       ///< As its documentation or source has it.
     std::vector<double> lateness;  ///< Of each firing, in ns.
 };
 
@@ -37,13 +55,13 @@ void run(Contender& contender, int seconds) {
     contender.lateness.clear();
     contender.lateness.reserve(static_cast<std::size_t>(end / kPeriod));
     const auto start = monotonicNanoseconds();
-    auto from = start;
+    auto due = start;
+    auto last = start;
     contender.way(kInterval, [&] {
         const auto now = monotonicNanoseconds();
-        // On a grid, what is more than a period late is the next firing, and this one is missing.
-        const auto late = contender.keepsGrid ? (now - start) % kPeriod : now - from - kPeriod;
-        contender.lateness.push_back(static_cast<double>(late));
-        from = now;
+        due = contender.due(due, last, now);
+        last = now;
+        contender.lateness.push_back(static_cast<double>(now - due));
         return now - start < end;
     });
 }
@@ -91,10 +109,10 @@ void report(std::list<Contender>& contenders, const char* condition, int seconds
 int main(int argc, char** argv) {
     const Options options(argc, argv, {{"--seconds", "60"}});
     const int seconds = options.count("--seconds");
-    std::list<Contender> contenders{{"Timer", runTimer, true, {}},
-                                    {"g_timeout_add", runTimeout, false, {}}};
+    std::list<Contender> contenders{{"Timer", runTimer, onGrid, {}},
+                                    {"g_timeout_add", runTimeout, afterLast, {}}};
     if (auto* const way = qtTimerWay()) {
-        contenders.push_back({"QTimer", way, true, {}});
+        contenders.push_back({"QTimer", way, onGridFromLastMiss, {}});
     }
     report(contenders, "idle", seconds);
     const Load load;

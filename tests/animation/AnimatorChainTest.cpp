@@ -14,6 +14,7 @@
 
 namespace orvalo {
 
+/// The tests' way to a chain's inner state.
 struct AnimatorChainPeer {
     static std::int64_t& currentIndex(AnimatorChain& chain) { return chain._currentIndex; }
     static std::int64_t& direction(AnimatorChain& chain) { return chain._direction; }

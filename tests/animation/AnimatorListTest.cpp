@@ -20,14 +20,14 @@ Items make(std::size_t count) {
     return result;
 }
 
-Items walked(const AnimatorList& list) {
+Items walked(AnimatorList& list) {
     Items result;
     list.walk([&result](const Item& item) { result.push_back(item); });
     return result;
 }
 
 TEST(AnimatorList, BeginsEmpty) {
-    const AnimatorList list;
+    AnimatorList list;
     EXPECT_EQ(list.count(), 0);
     EXPECT_TRUE(list.isEmpty());
     EXPECT_EQ(list.items(), Items{});
@@ -150,9 +150,11 @@ TEST(AnimatorList, DoesWhatAPlainListDoes) {
             ASSERT_EQ(list.count(), std::ssize(plain));
             ASSERT_EQ(list.contains(animator),
                       std::find(plain.begin(), plain.end(), animator) != plain.end());
-            ASSERT_EQ(walked(list), plain);
+            ASSERT_EQ(list.items(), plain);
+            if (any(4) == 0) {
+                ASSERT_EQ(walked(list), plain);
+            }
         }
-        ASSERT_EQ(list.items(), plain);
     }
 }
 

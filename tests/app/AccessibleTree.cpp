@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/foundation/GLibPointer.h"
 
@@ -47,16 +48,12 @@ void visitWindows(AtspiAccessible* application, const Visit& visit) {
     for (int index = 0; index < count; ++index) {
         const Node window(atspi_accessible_get_child_at_index(application, index, nullptr));
         if (window) {
-            walk(window.get(), [&visit](AtspiAccessible* node) {
-                if (atspi_accessible_get_role(node, nullptr) == ATSPI_ROLE_PUSH_BUTTON) {
-                    visit(node);
-                }
-            });
+            walk(window.get(), visit);
         }
     }
 }
 
-void visitButtons(const std::string& application, const Visit& visit) {
+void visitAll(const std::string& application, const Visit& visit) {
     static const int initialised = atspi_init();
     (void)initialised;
     const Node desktop(atspi_get_desktop(0));
@@ -75,8 +72,11 @@ void visitButtons(const std::string& application, const Visit& visit) {
 
 std::vector<std::string> AccessibleTree::buttons() const {
     std::vector<std::string> result;
-    visitButtons(application_,
-                 [&result](AtspiAccessible* node) { result.push_back(nameOf(node)); });
+    visitAll(application_, [&result](AtspiAccessible* node) {
+        if (atspi_accessible_get_role(node, nullptr) == ATSPI_ROLE_PUSH_BUTTON) {
+            result.push_back(nameOf(node));
+        }
+    });
     return result;
 }
 
@@ -85,10 +85,20 @@ bool AccessibleTree::shows(const std::string& button) const {
     return std::find(all.begin(), all.end(), button) != all.end();
 }
 
-bool AccessibleTree::press(const std::string& button) const {
+std::vector<std::string> AccessibleTree::names() const {
+    std::vector<std::string> result;
+    visitAll(application_, [&result](AtspiAccessible* node) {
+        if (auto name = nameOf(node); !name.empty()) {
+            result.push_back(std::move(name));
+        }
+    });
+    return result;
+}
+
+bool AccessibleTree::press(const std::string& name) const {
     bool isPressed = false;
-    visitButtons(application_, [&](AtspiAccessible* node) {
-        if (!isPressed && nameOf(node) == button) {
+    visitAll(application_, [&](AtspiAccessible* node) {
+        if (!isPressed && nameOf(node) == name) {
             const std::unique_ptr<AtspiAction, Release<g_object_unref>> action(
                 atspi_accessible_get_action_iface(node));
             isPressed = action && atspi_action_do_action(action.get(), 0, nullptr) != FALSE;

@@ -16,8 +16,11 @@ class AccessibleTree {
     std::vector<std::string> buttons() const;
     /// Whether there is a button of that name among them.
     bool shows(const std::string& button) const;
-    /// Presses a button as assistive technology does; false when there is no such one.
-    bool press(const std::string& button) const;
+    /// The names of everything that has one, texts included, in the order of the tree.
+    std::vector<std::string> names() const;
+    /// Presses what has that name, as assistive technology does; false when there is no such thing,
+    /// or it cannot be pressed.
+    bool press(const std::string& name) const;
 
   private:
     std::string application_;

@@ -20,6 +20,8 @@ class Screenshot {
     /// How many pixels of a rectangle have that colour.
     int count(std::uint32_t color, int x, int y, int width, int height) const;
 
+    bool operator==(const Screenshot&) const = default;
+
   private:
     int width_;
     int height_;

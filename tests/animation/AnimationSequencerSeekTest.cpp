@@ -1,0 +1,117 @@
+#include "animation/AnimationSequencer.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "tests/animation/Counting.h"
+#include "tests/animation/Sequence.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo {
+namespace {
+
+using testing::CapturedOutput;
+using testing::counting;
+using testing::Lines;
+using testing::recorded;
+using testing::sequence;
+using testing::tickOn;
+using Members = std::vector<std::shared_ptr<Animator>>;
+using Peer = AnimationSequencerPeer;
+
+TEST(AnimationSequencer, APauseStopsTheStepsButNotTheFrames) {
+    Lines lines;
+    const Members made{counting(9), counting(9), counting(9)};
+    const auto sequencer = recorded({{made[0], 0}, {made[1], 3}, {made[2], 4}}, lines);
+    tickOn(*sequencer);
+    sequencer->pause();
+    lines.clear();
+    tickOn(*sequencer, 4);
+    EXPECT_EQ(lines, Lines{});
+    EXPECT_EQ(sequencer->getCurrentFrame(), 5);
+    EXPECT_EQ(sequencer->getCurrentCount(), 1);
+    sequencer->continue_();
+    tickOn(*sequencer);
+    EXPECT_EQ(lines, (Lines{"6: before A", "6: before B", "6: before C"}));
+}
+
+TEST(AnimationSequencer, APauseHidesEvenTheWarning) {
+    const auto sequencer = std::make_shared<AnimationSequencer>();
+    sequencer->pause();
+    const CapturedOutput output;
+    tickOn(*sequencer);
+    EXPECT_EQ(output.text(), "");
+}
+
+TEST(AnimationSequencer, AStopKeepsThePauseTheScheduleAndTheLength) {
+    const auto sequencer = sequence({{counting(5), 0}});
+    tickOn(*sequencer, 2);
+    sequencer->pause();
+    sequencer->stop();
+    EXPECT_EQ(sequencer->getCurrentFrame(), 0);
+    EXPECT_EQ(sequencer->getCurrentIndex(), 0);
+    EXPECT_EQ(sequencer->getCurrentCount(), 1);
+    EXPECT_EQ(Peer::maxFrames(*sequencer), 5);
+    tickOn(*sequencer, 5);
+    EXPECT_EQ(sequencer->getCurrentFrame(), 5);
+}
+
+TEST(AnimationSequencer, RewindsEveryAnimatorAndNothingElse) {
+    const Members made{counting(4), counting(4)};
+    const auto sequencer = sequence({{made[0], 0}, {made[1], 2}});
+    tickOn(*sequencer, 3);
+    sequencer->rewind();
+    for (const auto& animator : made) {
+        EXPECT_EQ(animator->getValue(), 0);
+        EXPECT_FALSE(animator->isFinished());
+    }
+    EXPECT_EQ(sequencer->getCurrentFrame(), 3);
+    EXPECT_EQ(sequencer->getCurrentIndex(), 1);
+    EXPECT_EQ(sequencer->getCurrentCount(), 2);
+}
+
+TEST(AnimationSequencer, SeeksByStoppingWhatBeganBeforeAndRewindingTheRest) {
+    const Members made{counting(50), counting(50), counting(50)};
+    const auto sequencer = sequence({{made[0], 0}, {made[1], 15}, {made[2], 30}});
+    tickOn(*sequencer, 40);
+    sequencer->seek(15);
+    EXPECT_TRUE(made[0]->isFinished());
+    EXPECT_EQ(made[0]->getValue(), 40);
+    for (const auto& animator : {made[1], made[2]}) {
+        EXPECT_FALSE(animator->isFinished());
+        EXPECT_EQ(animator->getValue(), 0);
+    }
+    EXPECT_EQ(sequencer->getCurrentIndex(), 1);
+    EXPECT_EQ(sequencer->getCurrentFrame(), 15);
+    EXPECT_EQ(sequencer->getCurrentCount(), 3);
+}
+
+TEST(AnimationSequencer, SeeksToItsVeryEnd) {
+    const auto animator = counting(10);
+    const auto sequencer = sequence({{animator, 0}});
+    sequencer->seek(10);
+    EXPECT_EQ(sequencer->getCurrentFrame(), 10);
+    EXPECT_TRUE(animator->isFinished());
+    EXPECT_EQ(sequencer->getCurrentIndex(), 1);
+    // The search begins right behind the list, which is allowed.
+    Lines lines;
+    sequencer->onFinished = [&lines](const auto&) { lines.emplace_back("finished"); };
+    tickOn(*sequencer);
+    EXPECT_EQ(lines, Lines{"finished"});
+}
+
+TEST(AnimationSequencer, SeekingBeyondItsEndStopsIt) {
+    const auto animator = counting(10);
+    const auto sequencer = sequence({{animator, 0}});
+    tickOn(*sequencer, 2);
+    sequencer->seek(11);
+    EXPECT_EQ(sequencer->getCurrentFrame(), 0);
+    EXPECT_EQ(sequencer->getCurrentIndex(), 0);
+    EXPECT_FALSE(animator->isFinished());
+    EXPECT_EQ(animator->getValue(), 2);
+}
+
+}  // namespace
+}  // namespace orvalo
