@@ -1,0 +1,187 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "platform/audio/bridge/host/BridgedAudioUnit.h"
+#include "platform/foundation/Bundle.h"
+#include "tests/bridge/interface/ServicePid.h"
+#include "tests/bridge/interface/WindowAt.h"
+#include "tests/interface/Pointer.h"
+#include "tests/interface/Screen.h"
+#include "tests/interface/StageWindow.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::HasSubstr;
+
+constexpr unsigned kInterfaceColor = 0x336699;
+
+LV2World& world() {
+    static const std::string folder = ORVALO_INTERFACE_EFFECTS;
+    static auto* effects = new LV2World({{folder}, folder + "/none"});
+    return *effects;
+}
+
+/// An interface whose effect lives in a process of its own, in a window's stage.
+class BridgedView : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() { startToolkit(); }
+
+    BridgedView() {
+        movePointer(1, 1);
+        window_ = std::make_unique<StageWindow>();
+    }
+
+    ~BridgedView() override {
+        window_ = nullptr;
+        controller_ = nullptr;
+        unit_ = nullptr;
+        EXPECT_TRUE(waitFor([] { return servicePids().empty(); }));
+    }
+
+    void make(const std::string& name) {
+        unit_ = std::make_shared<BridgedAudioUnit>(
+            world(), "urn:orvalo:interface:" + name, AudioComponentDescription{},
+            Bundle::main()->helperURL("effect-service").path());
+        unit_->setRenderingOffline(true);
+        unit_->allocateRenderResources(48000);
+        controller_ = requestInterface(*unit_);
+    }
+
+    void show(const std::string& name = "probe") {
+        make(name);
+        ASSERT_NE(controller_, nullptr);
+        window_->embed(*controller_);
+        window_->present();
+        ASSERT_TRUE(fillsItsStage());
+    }
+
+    bool fillsItsStage() {
+        return waitFor([this] {
+            const auto place = window_->place();
+            return !place.isEmpty() && pixelAt(place.x + 10, place.y + 10) == kInterfaceColor &&
+                   rectangleOf(windowAt(place.x + 10, place.y + 10)) == place;
+        });
+    }
+
+    /// What the effect makes of 1: its gain.
+    float gain() {
+        std::array<float, 64> in{};
+        std::array<float, 64> out{};
+        in.fill(1.0F);
+        float* input = in.data();
+        float* output = out.data();
+        unit_->render({&input, 1, 64}, {&output, 1, 64});
+        return out.back();
+    }
+
+    std::unique_ptr<StageWindow> window_;
+    std::shared_ptr<BridgedAudioUnit> unit_;
+    std::shared_ptr<UIViewController> controller_;
+};
+
+TEST_F(BridgedView, FillsItsStageAndFollowsIt) {
+    show();
+    gtk_widget_set_size_request(window_->button(), -1, 150);
+    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_height(window_->button()) > 120; }));
+    EXPECT_TRUE(fillsItsStage());
+    const auto place = window_->place();
+    const auto interface = windowAt(place.x + 10, place.y + 10);
+    window_->stage()->setHidden(true);
+    EXPECT_TRUE(comesTo(interface, {}));
+    window_->stage()->setHidden(false);
+    EXPECT_TRUE(fillsItsStage());
+    EXPECT_EQ(windowAt(place.x + 10, place.y + 10), interface);
+}
+
+TEST_F(BridgedView, TakesClicksThatChangeTheSound) {
+    show();
+    EXPECT_EQ(gain(), 0.5F);
+    const auto place = window_->place();
+    click(place.x + 130, place.y + 50);
+    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    EXPECT_EQ(window_->presses(), 0);
+}
+
+TEST_F(BridgedView, ComesBackWithWhatItShowedAfterItsProcessWasKilled) {
+    show();
+    const auto place = window_->place();
+    click(place.x + 130, place.y + 50);
+    ASSERT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    const auto first = servicePids();
+    ASSERT_EQ(first.size(), 1U);
+    const auto interface = windowAt(place.x + 10, place.y + 10);
+    CapturedOutput errors(STDERR_FILENO);
+    kill(first.front(), SIGKILL);
+    EXPECT_TRUE(comesTo(interface, {}));
+    EXPECT_TRUE(fillsItsStage());
+    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    EXPECT_NE(servicePids(), first);
+    EXPECT_THAT(errors.text(), HasSubstr("killed by signal 9"));
+    click(place.x + 210, place.y + 50);
+    EXPECT_TRUE(waitFor([this] { return gain() == 2.1F; }));
+}
+
+TEST_F(BridgedView, SaysThatItIsClosedWhenItsEffectIsGivenUp) {
+    show();
+    const auto place = window_->place();
+    for (int death = 0; death < 3; ++death) {
+        ASSERT_TRUE(fillsItsStage());
+        ASSERT_TRUE(waitFor([] { return servicePids().size() == 1; }));
+        kill(servicePids().front(), SIGKILL);
+        ASSERT_TRUE(
+            waitFor([&place] { return pixelAt(place.x + 10, place.y + 10) != kInterfaceColor; }));
+    }
+    EXPECT_TRUE(waitFor([] { return servicePids().empty(); }));
+    EXPECT_EQ(gain(), 1.0F);
+    // The words in the middle.
+    EXPECT_TRUE(waitFor([&place] { return countColors(place) > 2; }));
+}
+
+TEST_F(BridgedView, IsMadeAnewInAnotherWindowAtAnotherRate) {
+    // It reaches the effect's instance, which another rate replaces.
+    show("direct");
+    const auto place = window_->place();
+    // The interface's own may have the same number again.
+    const auto before = parentWindowAt(place.x + 10, place.y + 10);
+    unit_->allocateRenderResources(96000);
+    EXPECT_TRUE(waitFor([&] {
+        return parentWindowAt(place.x + 10, place.y + 10) != before &&
+               pixelAt(place.x + 10, place.y + 10) == kInterfaceColor;
+    }));
+    EXPECT_TRUE(fillsItsStage());
+    click(place.x + 130, place.y + 50);
+    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+}
+
+TEST_F(BridgedView, GoesWithItsWindow) {
+    show();
+    window_->close();
+    EXPECT_TRUE(waitFor([this] { return gain() == 0.5F; }));
+    EXPECT_EQ(servicePids().size(), 1U);
+}
+
+TEST_F(BridgedView, IsAbsentWithOneLineWhenThereIsNothingToEmbed) {
+    for (const std::string name :
+         {"none", "toolkit", "demanding", "optional", "missing", "foreign"}) {
+        const CapturedOutput errors(2);
+        make(name);
+        EXPECT_EQ(controller_, nullptr);
+        int lines = 0;
+        for (const auto& line : errors.lines()) {
+            // GLib begins a warning with an empty line.
+            lines += line.empty() ? 0 : 1;
+        }
+        EXPECT_EQ(lines, 1) << errors.text();
+        EXPECT_THAT(errors.text(), HasSubstr("<urn:orvalo:interface:" + name + ">"));
+    }
+}
+
+}  // namespace
