@@ -26,6 +26,9 @@
 
 namespace orvalo {
 
+// Milliseconds; the first frame is out by then.
+constexpr unsigned kIconDelay = 500;
+
 /// The course of the application's life.
 struct UIApplicationStart {
     std::string delegateClassName;
@@ -55,9 +58,12 @@ struct UIApplicationStart {
         auto& toolkitWindow = *Glib::wrap(GTK_WINDOW(window->widget()));
         application->add_window(toolkitWindow);
         // Its sizes are drawn one by one, which need not keep the first frame waiting.
-        Glib::signal_idle().connect_once(
-            [this, &toolkitWindow] { toolkitWindow.set_icon_name(application->get_id()); },
-            Glib::PRIORITY_LOW);
+        Glib::signal_timeout().connect_once(
+            [this] {
+                gtk_window_set_icon_name(GTK_WINDOW(window->widget()),
+                                         application->get_id().c_str());
+            },
+            kIconDelay);
         toolkitWindow.property_is_active().signal_changed().connect(
             [this, &toolkitWindow] { takeActivity(toolkitWindow.is_active()); });
         delegate().setWindow(window);
