@@ -16,7 +16,6 @@ namespace orvalo::testing {
 
 namespace {
 
-using ::testing::HasSubstr;
 using MainScreenTest = ScreenFixture;
 
 /// An effect that keeps the question for its interface until the test answers it.

@@ -15,8 +15,8 @@ namespace orvalo::testing {
 
 ScreenFixture::ScreenFixture() {
     // No effect but the application's own, and no sound.
-    setenv("ORVALO_AUDIO_OUTPUT", "null", 1);
-    setenv("LV2_PATH", "/nowhere", 1);
+    g_setenv("ORVALO_AUDIO_OUTPUT", "null", TRUE);
+    g_setenv("LV2_PATH", "/nowhere", TRUE);
     startDesktop();
     UIView::setClass(GTK_TYPE_BUTTON,
                      [](GtkWidget* widget) { return std::make_shared<UIButton>(widget); });

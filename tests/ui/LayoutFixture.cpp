@@ -45,7 +45,7 @@ LayoutFixture::~LayoutFixture() {
 }
 
 std::string LayoutFixture::write(const std::string& objects) const {
-    const auto path = (folder.path() / "Test.ui").string();
+    auto path = (folder.path() / "Test.ui").string();
     std::ofstream(path) << "<interface>" << objects << "</interface>\n";
     return path;
 }

@@ -18,7 +18,7 @@ class Lifecycle : public LayoutFixture {
         a->present(b, animated, [&isShown] { isShown = true; });
         ASSERT_TRUE(waitUntil([&isShown] { return isShown; }));
     }
-    void dismiss(const std::shared_ptr<UIViewController>& controller, bool animated) {
+    static void dismiss(const std::shared_ptr<UIViewController>& controller, bool animated) {
         bool isGone = false;
         controller->dismiss(animated, [&isGone] { isGone = true; });
         ASSERT_TRUE(waitUntil([&isGone] { return isGone; }));

@@ -26,7 +26,7 @@ class Storyboard : public LayoutFixture {
     }
 
     /// What loading the file throws.
-    std::string errorOf(const std::string& path) {
+    static std::string errorOf(const std::string& path) {
         try {
             UIStoryboard::load(URL::fileURLWithPath(path));
         } catch (const NSError& error) {
