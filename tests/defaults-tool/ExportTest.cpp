@@ -13,7 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using ::testing::StartsWith;
 
 class DefaultsExportTest : public ToolFixture {
   protected:

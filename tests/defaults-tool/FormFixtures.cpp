@@ -5,9 +5,7 @@
 
 namespace orvalo::testing {
 
-PropertyList::Dictionary everyKind() {
-    using Dictionary = PropertyList::Dictionary;
-    using List = PropertyList::List;
+Dictionary everyKind() {
     const PropertyList::Date date{std::chrono::microseconds(1'700'000'000'250'000)};
     return {
         {"", "an empty key"},

@@ -10,9 +10,12 @@
 
 namespace orvalo::testing {
 
+using Dictionary = PropertyList::Dictionary;
+using List = PropertyList::List;
+
 /// A value of every kind, with what is hard to write among them, but no control characters and no
 /// NaN, which is equal to nothing.
-PropertyList::Dictionary everyKind();
+Dictionary everyKind();
 
 /// The message of the FormatError that the action throws; "no error" when it throws none.
 template <typename Action>

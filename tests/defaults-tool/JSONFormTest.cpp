@@ -11,8 +11,6 @@
 namespace orvalo::testing {
 namespace {
 
-using Dictionary = PropertyList::Dictionary;
-using List = PropertyList::List;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 

@@ -4,14 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/defaults-tool/FormFixtures.h"
 
 namespace orvalo::testing {
 namespace {
 
-using Dictionary = PropertyList::Dictionary;
-using List = PropertyList::List;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -106,31 +107,31 @@ TEST(XMLForm, TroubleIsNamedWithItsLine) {
     const auto inside = [](const std::string& content) {
         return domainTrouble("<plist>\n<dict>\n" + content + "\n</dict></plist>");
     };
-    EXPECT_EQ(inside("<foo/>"), "line 3: <foo> is no element of a property list.");
-    EXPECT_EQ(inside("<key>a</key><integer>12abc</integer>"),
-              "line 3: 'a': '12abc' is no value of <integer>.");
-    EXPECT_EQ(inside("<key>a</key><integer>9223372036854775808</integer>"),
-              "line 3: 'a': '9223372036854775808' is no value of <integer>.");
-    EXPECT_EQ(inside("<key>a</key><date>2001</date>"),
-              "line 3: 'a': '2001' is no value of <date>.");
-    EXPECT_EQ(inside("<key>a</key><data>?</data>"), "line 3: 'a': '?' is no value of <data>.");
-    EXPECT_EQ(inside("<key>a</key><real>x</real>"), "line 3: 'a': 'x' is no value of <real>.");
-    EXPECT_EQ(inside("<key>a</key><true>1</true>"), "line 3: 'a': '1' is no value of <true>.");
-    EXPECT_EQ(inside("<key>a</key>\n<key>b</key>"), "line 4: 'a': the key has no value.");
-    EXPECT_EQ(inside("<key>a</key>"), "line 4: 'a': the key has no value.");
-    EXPECT_EQ(inside("<true/>"), "line 3: a value has no key.");
-    EXPECT_EQ(inside("<array/>"), "line 3: a value has no key.");
-    EXPECT_EQ(inside("<key>a</key><array><key>b</key></array>"),
-              "line 3: 'a', element 1: a key stands outside of a dictionary.");
-    EXPECT_EQ(inside("<key>a</key><true/><key>a</key><true/>"),
-              "line 3: the key 'a' stands twice.");
-    EXPECT_EQ(inside("<key>a</key>text<true/>"),
-              "line 3: 'a': the text 'text' stands in no element of its own.");
-    EXPECT_EQ(inside("<key>a<true/></key>"),
-              "line 3: <true> stands in the text of another element.");
-    EXPECT_THAT(inside("<key>a</string>"), StartsWith("line 3: "));
-    EXPECT_THAT(inside("<key>&lol;</key>"), StartsWith("line 3: "));
-    EXPECT_THAT(inside("<key>\xff</key>"), StartsWith("line 3: "));
+    const std::vector<std::pair<std::string, std::string>> troubles{
+        {"<foo/>", "line 3: <foo> is no element of a property list."},
+        {"<key>a</key><integer>12abc</integer>", "line 3: 'a': '12abc' is no value of <integer>."},
+        {"<key>a</key><integer>9223372036854775808</integer>",
+         "line 3: 'a': '9223372036854775808' is no value of <integer>."},
+        {"<key>a</key><date>2001</date>", "line 3: 'a': '2001' is no value of <date>."},
+        {"<key>a</key><data>?</data>", "line 3: 'a': '?' is no value of <data>."},
+        {"<key>a</key><real>x</real>", "line 3: 'a': 'x' is no value of <real>."},
+        {"<key>a</key><true>1</true>", "line 3: 'a': '1' is no value of <true>."},
+        {"<key>a</key>\n<key>b</key>", "line 4: 'a': the key has no value."},
+        {"<key>a</key>", "line 4: 'a': the key has no value."},
+        {"<true/>", "line 3: a value has no key."},
+        {"<array/>", "line 3: a value has no key."},
+        {"<key>a</key><array><key>b</key></array>",
+         "line 3: 'a', element 1: a key stands outside of a dictionary."},
+        {"<key>a</key><true/><key>a</key><true/>", "line 3: the key 'a' stands twice."},
+        {"<key>a</key>text<true/>",
+         "line 3: 'a': the text 'text' stands in no element of its own."},
+        {"<key>a<true/></key>", "line 3: <true> stands in the text of another element."}};
+    for (const auto& [content, line] : troubles) {
+        EXPECT_EQ(inside(content), line);
+    }
+    for (const auto* content : {"<key>a</string>", "<key>&lol;</key>", "<key>\xff</key>"}) {
+        EXPECT_THAT(inside(content), StartsWith("line 3: "));
+    }
     EXPECT_THAT(domainTrouble("<plist>\n<dict>"), StartsWith("line 2: "));
 }
 

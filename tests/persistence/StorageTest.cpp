@@ -28,7 +28,35 @@ TEST(Storage, IsHashable) {
     EXPECT_NE(std::hash<Storage>()(Storage::shared), std::hash<Storage>()(Storage::combined));
 }
 
-class ViewTest : public PersistenceFixture {};
+class ViewTest : public PersistenceFixture {
+  protected:
+    /// A value by every setter.
+    void setEach(Storage storage) {
+        data.setString("text", "a", storage);
+        data.setInteger("number", -7, storage);
+        data.setFloat("float", 0.5F, storage);
+        data.setBool("truth", true, storage);
+        data.setURL("address", address, storage);
+        data.setObject("object", PropertyList::List{1, "b"}, storage);
+    }
+    /// Every getter finds it.
+    void expectEach(Storage storage) {
+        EXPECT_EQ(data.getString("text", storage), "a");
+        EXPECT_EQ(data.getInteger("number", storage), -7);
+        EXPECT_EQ(data.getFloat("float", storage), 0.5F);
+        EXPECT_TRUE(data.getBool("truth", storage));
+        EXPECT_EQ(data.getUrl("address", storage), address);
+        EXPECT_EQ(data.getObject("object", storage), PropertyList(PropertyList::List{1, "b"}));
+    }
+
+    const std::optional<URL> address = URL::string("https://a.example/");
+    const PropertyList::Dictionary each{{"text", "a"},
+                                        {"number", -7},
+                                        {"float", 0.5},
+                                        {"truth", true},
+                                        {"address", "https://a.example/"},
+                                        {"object", PropertyList::List{1, "b"}}};
+};
 
 TEST_F(ViewTest, WithoutAStorageItIsTheStandardStore) {
     group->set("theirs", "key");
@@ -51,41 +79,27 @@ TEST_F(ViewTest, WithoutAStorageItIsTheStandardStore) {
 }
 
 TEST_F(ViewTest, EveryOperationTakesTheSharedView) {
-    data.setString("text", "a", Storage::shared);
-    data.setInteger("number", -7, Storage::shared);
-    data.setFloat("float", 0.5F, Storage::shared);
-    data.setBool("truth", true, Storage::shared);
-    data.setURL("address", URL::string("https://a.example/"), Storage::shared);
-    data.setObject("object", PropertyList::List{1, "b"}, Storage::shared);
-    EXPECT_EQ(group->dictionaryRepresentation(),
-              (PropertyList::Dictionary{{"text", "a"},
-                                        {"number", -7},
-                                        {"float", 0.5},
-                                        {"truth", true},
-                                        {"address", "https://a.example/"},
-                                        {"object", PropertyList::List{1, "b"}}}));
-    EXPECT_EQ(data.getString("text", Storage::shared), "a");
-    EXPECT_EQ(data.getInteger("number", Storage::shared), -7);
-    EXPECT_EQ(data.getFloat("float", Storage::shared), 0.5F);
-    EXPECT_TRUE(data.getBool("truth", Storage::shared));
-    EXPECT_EQ(data.getUrl("address", Storage::shared), URL::string("https://a.example/"));
-    EXPECT_EQ(data.getObject("object", Storage::shared), PropertyList(PropertyList::List{1, "b"}));
+    setEach(Storage::shared);
+    EXPECT_EQ(group->dictionaryRepresentation(), each);
+    expectEach(Storage::shared);
+    for (const auto& [key, value] : each) {
+        group->removeObject(key);
+    }
+    EXPECT_TRUE(standard->dictionaryRepresentation().empty());
 }
 
 TEST_F(ViewTest, EveryOperationTakesTheCombinedView) {
-    data.setString("text", "a", Storage::combined);
-    data.setInteger("number", -7, Storage::combined);
-    data.setFloat("float", 0.5F, Storage::combined);
-    data.setBool("truth", true, Storage::combined);
-    data.setURL("address", URL::string("https://a.example/"), Storage::combined);
-    data.setObject("object", "b", Storage::combined);
+    setEach(Storage::combined);
     EXPECT_TRUE(group->dictionaryRepresentation().empty());
-    EXPECT_EQ(data.getString("text", Storage::combined), "a");
-    EXPECT_EQ(data.getInteger("number", Storage::combined), -7);
-    EXPECT_EQ(data.getFloat("float", Storage::combined), 0.5F);
-    EXPECT_TRUE(data.getBool("truth", Storage::combined));
-    EXPECT_EQ(data.getUrl("address", Storage::combined), URL::string("https://a.example/"));
-    EXPECT_EQ(data.getObject("object", Storage::combined), PropertyList("b"));
+    EXPECT_EQ(standard->dictionaryRepresentation(), each);
+    expectEach(Storage::combined);
+}
+
+TEST_F(ViewTest, EveryOperationTakesTheStandardView) {
+    setEach(Storage::defaults);
+    EXPECT_TRUE(group->dictionaryRepresentation().empty());
+    EXPECT_EQ(standard->dictionaryRepresentation(), each);
+    expectEach(Storage::defaults);
 }
 
 TEST_F(ViewTest, TheCombinedViewFallsBackOnTheGroup) {
