@@ -22,7 +22,6 @@ class EffectService {
 
   private:
     void take(const bridge::HostMessage& message);
-    void instantiate(const bridge::Instantiate& request);
     std::shared_ptr<const InterfaceCode> interfaceCode();
     void fail(const char* reason);
     void answer(std::uint32_t number, const std::string& error = {});

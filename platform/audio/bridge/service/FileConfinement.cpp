@@ -31,8 +31,9 @@ constexpr std::uint64_t kSignalScope = 1U << 1U;
 
 constexpr std::uint64_t kRead =
     LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
-constexpr std::uint64_t kUse =
-    LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR | LANDLOCK_ACCESS_FS_WRITE_FILE;
+// Files are opened for writing with their contents cut off, even where they have none.
+constexpr std::uint64_t kUse = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR |
+                               LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
 // What a rule for a plain file may say.
 constexpr std::uint64_t kOfFiles = LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_READ_FILE |
                                    LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;

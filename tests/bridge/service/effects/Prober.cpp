@@ -76,7 +76,7 @@ void probe(const Prober& self, const std::string& outside) {
     self.say("read its bundle", openFile(PROBER_BUNDLE "/manifest.ttl", O_RDONLY));
     self.say("write a temporary file",
              openFile(std::string(getenv("TMPDIR")) + "/made", O_RDWR | O_CREAT));
-    self.say("write nowhere", openFile("/dev/null", O_WRONLY));
+    self.say("write nowhere", openFile("/dev/null", O_WRONLY | O_TRUNC));
     self.say("read the system's files", openFile("/etc/passwd", O_RDONLY));
     self.say("run a program", runProgram("/bin/true"));
     self.say("signal the host", kill(getppid(), 0));
