@@ -59,8 +59,7 @@ double left(std::size_t column) {
 
 void writeText(std::ostream& svg, std::string_view kind, double x, double y,
                std::string_view text) {
-    svg << "<text class=\"" << kind << "\" x=\"" << x << "\" y=\"" << y << "\">" << text
-        << "</text>\n";
+    svg << "<text class='" << kind << "' x='" << x << "' y='" << y << "'>" << text << "</text>\n";
 }
 
 /// Draws curves side by side, all with the room that the largest of them needs, and returns the
@@ -109,8 +108,8 @@ double drawRows(std::ostream& svg) {
     double bottom = drawRow(svg, headHeight, 0, 1) + gap;
     drawColumnHeads(svg, bottom);
     for (std::size_t first = 1; first < easingCount; first += columns) {
-        svg << "<path class=\"rule\" d=\"M" << margin << ' ' << bottom + rowGap / 2 << 'H'
-            << sheetWidth - margin << "\"/>\n";
+        svg << "<path class='rule' d='M" << margin << ' ' << bottom + rowGap / 2 << 'H'
+            << sheetWidth - margin << "'/>\n";
         bottom = drawRow(svg, bottom + rowGap, first, columns);
     }
     return bottom + margin;
@@ -123,11 +122,11 @@ int main() {
     rows << std::fixed << std::setprecision(2);
     const double height = drawRows(rows);
     std::cout << std::fixed << std::setprecision(2)
-              << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << sheetWidth << ' '
-              << height << "\" width=\"" << sheetWidth << "\" height=\"" << height << "\">\n"
+              << "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 " << sheetWidth << ' '
+              << height << "' width='" << sheetWidth << "' height='" << height << "'>\n"
               << "<title>The 41 easing curves</title>\n"
-              << style << "<rect class=\"sheet\" rx=\"10\" width=\"" << sheetWidth << "\" height=\""
-              << height << "\"/>\n";
+              << style << "<rect class='sheet' rx='10' width='" << sheetWidth << "' height='"
+              << height << "'/>\n";
     writeText(std::cout, "head", margin, margin + 20, "Easing curves");
     std::cout << rows.str() << "</svg>\n";
     return std::cout.flush() ? 0 : 1;

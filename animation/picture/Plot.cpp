@@ -36,25 +36,25 @@ void Plot::draw(std::ostream& svg, double x, double y) const {
         return svg << x + static_cast<double>(frame) << ' ' << y - way * values_[frame];
     };
     for (const double level : {y, y - way}) {
-        svg << "<path class=\"level\" d=\"M" << x << ' ' << level << 'h' << width << "\"/>\n";
+        svg << "<path class='level' d='M" << x << ' ' << level << 'h' << width << "'/>\n";
     }
-    svg << "<path class=\"curve\" d=\"";
+    svg << "<path class='curve' d='";
     for (std::size_t frame = 0; frame <= frames; ++frame) {
         const bool isLeap = frame > 0 && std::abs(values_[frame] - values_[frame - 1]) > leap;
         svg << (frame == 0 || isLeap ? "M" : "L");
         placeOf(frame);
     }
-    svg << "\"/>\n";
+    svg << "'/>\n";
     for (std::size_t frame = 1; frame <= frames; ++frame) {
         if (std::abs(values_[frame] - values_[frame - 1]) > leap) {
-            svg << "<path class=\"leap\" d=\"M";
+            svg << "<path class='leap' d='M";
             placeOf(frame - 1) << 'L';
-            placeOf(frame) << "\"/>\n";
+            placeOf(frame) << "'/>\n";
         }
     }
     for (const std::size_t end : {std::size_t{0}, frames}) {
-        svg << "<circle class=\"" << (end == 0 ? "start" : "end") << "\" r=\"3.5\" cx=\""
-            << x + static_cast<double>(end) << "\" cy=\"" << y - way * values_[end] << "\"/>\n";
+        svg << "<circle class='" << (end == 0 ? "start" : "end") << "' r='3.5' cx='"
+            << x + static_cast<double>(end) << "' cy='" << y - way * values_[end] << "'/>\n";
     }
 }
 
