@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::string_view kMagic = "bplist00";
 constexpr std::size_t kTrailerSize = 32;
-constexpr std::uint64_t kMostValues = 1'000'000;
 
 // The high half of a value's first byte.
 constexpr unsigned kInteger = 0x1;
@@ -118,7 +117,7 @@ class Shape {
     }
 
     void visit(std::uint64_t reference, int depth) {
-        if (++values_ > kMostValues) {
+        if (++values_ > kMostPropertyListValues) {
             throw propertyListError("it stands for more than a million values");
         }
         if (reference >= count_) {

@@ -50,7 +50,8 @@ PropertyListNode dateNode(PropertyList::Date date) {
 
 class NodeMaker {
   public:
-    explicit NodeMaker(int depth) : depth_(depth) {}
+    /// room: how many more values there may be.
+    NodeMaker(int depth, std::size_t& room) : depth_(depth), room_(room) {}
 
     PropertyListNode operator()(bool value) const {
         return PropertyListNode(plist_new_bool(value ? 1 : 0));
@@ -71,7 +72,7 @@ class NodeMaker {
     }
     PropertyListNode operator()(PropertyList::Date value) const { return dateNode(value); }
     PropertyListNode operator()(const PropertyList::List& list) const {
-        checkDepth(depth_ + 1);
+        enter(list.size());
         PropertyListNode node(plist_new_array());
         for (const auto& element : list) {
             plist_array_append_item(node.get(), inner(element).release());
@@ -79,7 +80,7 @@ class NodeMaker {
         return node;
     }
     PropertyListNode operator()(const PropertyList::Dictionary& dictionary) const {
-        checkDepth(depth_ + 1);
+        enter(2 * dictionary.size());
         PropertyListNode node(plist_new_dict());
         for (const auto& [key, element] : dictionary) {
             plist_dict_set_item(node.get(), checkedText(key).c_str(), inner(element).release());
@@ -88,11 +89,19 @@ class NodeMaker {
     }
 
   private:
+    void enter(std::size_t elements) const {
+        checkDepth(depth_ + 1);
+        if (elements > room_) {
+            throw propertyListError("it stands for more than a million values");
+        }
+        room_ -= elements;
+    }
     PropertyListNode inner(const PropertyList& element) const {
-        return std::visit(NodeMaker(depth_ + 1), element.value());
+        return std::visit(NodeMaker(depth_ + 1, room_), element.value());
     }
 
     int depth_;
+    std::size_t& room_;
 };
 
 PropertyList integerOf(plist_t node) {
@@ -206,7 +215,8 @@ PropertyList value(plist_t node, int depth) {
 }  // namespace
 
 PropertyListNode nodeOf(const PropertyList& value) {
-    return std::visit(NodeMaker(0), value.value());
+    std::size_t room = kMostPropertyListValues - 1;
+    return std::visit(NodeMaker(0, room), value.value());
 }
 
 PropertyList valueOf(plist_t node) {

@@ -2,6 +2,7 @@
 
 #include <plist/plist.h>
 
+#include <cstddef>
 #include <memory>
 
 #include "platform/foundation/GLibPointer.h"
@@ -14,6 +15,8 @@ using PropertyListNode = std::unique_ptr<void, Release<plist_free>>;
 
 /// How deep lists and dictionaries may lie in each other.
 inline constexpr int kMostPropertyListDepth = 128;
+/// How many values one may stand for, keys included.
+inline constexpr std::size_t kMostPropertyListValues = 1'000'000;
 
 /// The value for libplist to write. Throws NSError, whose text says what is wrong, for a value that
 /// it cannot hold: see UserDefaults.
