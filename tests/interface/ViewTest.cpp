@@ -20,13 +20,14 @@ constexpr std::uint32_t kGain = 4;
 
 using View = ViewFixture;
 
-TEST_F(View, OpensTheInterfaceWhenItComesOnScreenFirst) {
+TEST_F(View, OpensTheInterfaceHiddenSoThatItIsThereWhenTheViewComesOnScreen) {
     embed();
     window_->stage()->setHidden(true);
     window_->present();
-    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_mapped(window_->window()) != FALSE; }));
+    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 1; }));
     runFor(40);
-    EXPECT_EQ(record_.instantiations, 0);
+    EXPECT_EQ(record_.exposures, 0);
+    EXPECT_EQ(rectangleOf(record_.window), X11Rect());
     window_->stage()->setHidden(false);
     ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
     EXPECT_EQ(record_.instantiations, 1);

@@ -99,6 +99,11 @@ LV2ViewController::LV2ViewController(LV2InterfaceData data, Opener opener)
       data_(std::move(data)),
       opener_(std::move(opener)),
       container_(std::make_shared<X11ContainerView>()) {
+    container_->onToplevel = [this](const auto& where) {
+        if (interface_ == nullptr && !hasFailed_) {
+            open(where);
+        }
+    };
     container_->onPlace = [this](const auto& where) { place(where); };
     container_->onHidden = [this] {
         hasFailed_ = false;
@@ -111,6 +116,7 @@ LV2ViewController::LV2ViewController(LV2InterfaceData data, Opener opener)
 
 LV2ViewController::~LV2ViewController() {
     // The view may be held elsewhere.
+    container_->onToplevel = nullptr;
     container_->onPlace = nullptr;
     container_->onHidden = nullptr;
     container_->onLeaving = nullptr;

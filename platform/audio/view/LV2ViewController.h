@@ -13,9 +13,10 @@
 namespace orvalo {
 
 /// The X11 interface of an LV2 unit, whose code runs in this process or in the unit's own. It is
-/// opened when its view comes on screen first, and from then on lives as long as the view's window;
-/// one that has closed, or could not be opened, says so in its place and is tried again when the
-/// view comes on screen anew; one whose process is being made again says so meanwhile. Main thread.
+/// opened, hidden, once its view is in a window, so that it is there when the view comes on screen,
+/// and from then on lives as long as the view's window; one that has closed, or could not be
+/// opened, says so in its place and is tried again when the view comes on screen anew; one whose
+/// process is being made again says so meanwhile. Main thread.
 class LV2ViewController : public AUViewController {
   public:
     /// From now on requestViewController() of an LV2 unit gives one; absent, with one line on

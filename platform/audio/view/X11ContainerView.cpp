@@ -72,18 +72,72 @@ X11ContainerView::X11ContainerView() : UIView(gtk_scrolled_window_new()) {
     gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
     g_signal_connect(stage_, "map", G_CALLBACK(forward<&X11ContainerView::mapped>), this);
     g_signal_connect(stage_, "unmap", G_CALLBACK(forward<&X11ContainerView::unmapped>), this);
-    g_signal_connect(stage_, "unrealize",
-                     G_CALLBACK(+[](GtkWidget* /*stage*/, X11ContainerView* view) {
-                         if (const auto leaving = view->onLeaving) {
-                             leaving();
-                         }
-                     }),
-                     this);
+    g_signal_connect_swapped(stage_, "notify::root",
+                             G_CALLBACK(+[](X11ContainerView* view) { view->rooted(); }), this);
 }
 
 X11ContainerView::~X11ContainerView() {
     unmapped();
+    forgetIdle();
     g_signal_handlers_disconnect_by_data(stage_, this);
+    if (root_ != nullptr) {
+        g_signal_handlers_disconnect_by_data(root_, this);
+    }
+}
+
+void X11ContainerView::rooted() {
+    auto* root = GTK_WIDGET(gtk_widget_get_root(stage_));
+    if (root == root_) {
+        return;
+    }
+    if (root_ != nullptr) {
+        g_signal_handlers_disconnect_by_data(root_, this);
+        leave();
+    }
+    root_ = root;
+    if (root_ == nullptr) {
+        return;
+    }
+    g_signal_connect(root_, "unrealize", G_CALLBACK(forward<&X11ContainerView::leave>), this);
+    g_signal_connect(root_, "realize", G_CALLBACK(forward<&X11ContainerView::expectIdle>), this);
+    if (gtk_widget_get_realized(root_) != FALSE) {
+        expectIdle();
+    }
+}
+
+void X11ContainerView::expectIdle() {
+    forgetIdle();
+    idle_.reset(g_idle_source_new());
+    g_source_set_callback(
+        idle_.get(),
+        [](void* view) -> gboolean {
+            static_cast<X11ContainerView*>(view)->arrived();
+            return G_SOURCE_REMOVE;
+        },
+        this, nullptr);
+    g_source_attach(idle_.get(), nullptr);
+}
+
+void X11ContainerView::forgetIdle() {
+    if (idle_ != nullptr) {
+        g_source_destroy(idle_.get());
+        idle_ = nullptr;
+    }
+}
+
+void X11ContainerView::arrived() {
+    auto* surface = gtk_native_get_surface(GTK_NATIVE(root_));
+    if (place_.toplevel == 0 && onToplevel && GDK_IS_X11_SURFACE(surface)) {
+        gdk_display_sync(gdk_surface_get_display(surface));
+        onToplevel({gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(stage_), {}, {}});
+    }
+}
+
+void X11ContainerView::leave() {
+    forgetIdle();
+    if (const auto leaving = onLeaving) {
+        leaving();
+    }
 }
 
 void X11ContainerView::setLeastSize(int width, int height) {

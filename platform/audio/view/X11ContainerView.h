@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/audio/interface/X11Geometry.h"
+#include "platform/foundation/GLibPointer.h"
 #include "platform/ui/UIView.h"
 
 using GdkFrameClock = struct _GdkFrameClock;  // NOLINT(bugprone-reserved-identifier): GTK's own.
@@ -33,21 +34,31 @@ class X11ContainerView : public UIView {
     /// A line in the middle of the view; an empty one for none.
     void setMessage(const std::string& message);
 
+    /// The view is in a toplevel that is there, though it may not be on screen: a place without an
+    /// area. Called when the program has nothing else to do. May be empty.
+    std::function<void(const Place&)> onToplevel;
     /// The view is on screen, there. Called when it comes, with an area that is not empty, and
     /// after every change. May be empty.
     std::function<void(const Place&)> onPlace;
     /// The view is on screen no more. May be empty.
     std::function<void()> onHidden;
-    /// The toplevel is about to go. May be empty.
+    /// The toplevel is about to go, or the view leaves it. May be empty.
     std::function<void()> onLeaving;
 
   private:
+    void rooted();
+    void expectIdle();
+    void forgetIdle();
+    void arrived();
+    void leave();
     void mapped();
     void unmapped();
     void look();
 
     GtkWidget* stage_;
     GtkWidget* label_;
+    GtkWidget* root_ = nullptr;
+    GSourcePointer idle_;
     GdkFrameClock* clock_ = nullptr;  // While the view is on screen.
     unsigned long painted_ = 0;       // The handler at the clock.
     Place place_;
