@@ -13,7 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-
 class DefaultsExportTest : public ToolFixture {
   protected:
     DefaultsExportTest() { expectSilence({"write", "d", "k", "--float", "1"}); }
