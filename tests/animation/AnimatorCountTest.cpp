@@ -25,6 +25,7 @@ TEST(AnimatorCount, CountsTheLiving) {
 TEST(AnimatorCount, IsRightWhenTheyDieOnSeveralThreads) {
     const std::int64_t before = Animator::classCount;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([made = std::vector{std::make_shared<Animator>()}]() mutable {
             for (int more = 0; more < 5000; ++more) {
