@@ -56,7 +56,7 @@ std::string realText(double value) {
         return "nan";
     }
     std::array<char, 32> digits{};
-    const auto* end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
     return {digits.data(), end};
 }
 
