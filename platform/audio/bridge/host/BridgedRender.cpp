@@ -74,14 +74,17 @@ void BridgedRender::awaitSession() noexcept {
     const auto limit = std::chrono::steady_clock::now() + limits_.request + limits_.offlineWait;
     for (;;) {
         const auto number = sessionNumber_.load(std::memory_order_acquire);
-        // Not held while waiting: who puts a session in waits for accesses to end.
-        const bool isThere = static_cast<bool>(RenderSlot<RenderSession>::Access(session_));
-        if (isThere || isHopeless_.load(std::memory_order_acquire) ||
+        if (hasLiveSession() || isHopeless_.load(std::memory_order_acquire) ||
             std::chrono::steady_clock::now() >= limit) {
             return;
         }
         Futex::wait(sessionNumber_, number, limit);
     }
+}
+
+bool BridgedRender::hasLiveSession() noexcept {
+    const RenderSlot<RenderSession>::Access session(session_);
+    return session && !session->hasEnded.load(std::memory_order_acquire);
 }
 
 bool BridgedRender::process(RenderSession& session, const AudioBlock& input,

@@ -52,7 +52,9 @@ class BridgedRender {
     void render(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
+    /// Holds no session meanwhile: who exchanges it waits for accesses to end.
     void awaitSession() noexcept;
+    bool hasLiveSession() noexcept;
     bool process(RenderSession& session, const AudioBlock& input,
                  const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) noexcept;

@@ -196,12 +196,13 @@ bool ServiceSupervisor::takeDeath(const std::string& what, const std::string& la
 }
 
 void ServiceSupervisor::giveUp() {
-    hasGivenUp_.store(true, std::memory_order_release);
-    render_.giveUp();
-    mailbox_.post({.kind = InterfaceEvent::Kind::givenUp});
+    // Said before anybody can see it.
     g_warning(
         "The effect <%s> died %s and is not started again; its input passes through unchanged.",
         order_.uri.c_str(), inWords(limits_.deaths, limits_.window).c_str());
+    hasGivenUp_.store(true, std::memory_order_release);
+    mailbox_.post({.kind = InterfaceEvent::Kind::givenUp});
+    render_.giveUp();
 }
 
 void ServiceSupervisor::remember(std::deque<ServiceCommand> commands) {
