@@ -186,7 +186,9 @@ TEST_F(DefaultsFiles, forgetWhatWasRemoved) {
     const auto settings = open();
     Worker other({name_});
     settings->set(0, "first");
-    EXPECT_EQ(other.ask("count"), "1");
+    settings->set(1, "gone");
+    EXPECT_EQ(other.ask("count"), "2");
+    settings->removeObject("gone");
     for (int number = 0; number < 1000; ++number) {
         const auto key = std::to_string(number);
         settings->set(number, key);
@@ -194,7 +196,7 @@ TEST_F(DefaultsFiles, forgetWhatWasRemoved) {
     }
     EXPECT_LT(std::stoi(query(file_, "SELECT count(*) FROM entries").at(0)), 300);
     EXPECT_EQ(other.ask("count"), "1");
-    EXPECT_EQ(other.ask("get 999"), "absent");
+    EXPECT_EQ(other.ask("get gone"), "absent");
     EXPECT_EQ(other.ask("get first"), "0");
 }
 
