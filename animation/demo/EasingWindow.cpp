@@ -75,7 +75,7 @@ void EasingWindow::addPage(DemoPage& page, const Glib::ustring& name) {
     scrolled.set_expand();
     stack_.add(scrolled, name, name);
     page.signalPlaying().connect([this, &page] {
-        if (&page == page_) {
+        if (&page == page_ && !isDirected_) {
             playingChanged();
         }
     });
@@ -104,7 +104,10 @@ Gtk::Widget& EasingWindow::makeBar() {
             }
         });
     }
-    repeat_.signal_toggled().connect([this] { wake(); });
+    repeat_.signal_toggled().connect([this] {
+        wake();
+        showAction();
+    });
     return bar;
 }
 
@@ -136,20 +139,23 @@ Pace EasingWindow::pace() const {
 
 void EasingWindow::play() {
     wake();
+    isDirected_ = true;
     if (motion_.isReduced()) {
         page().showEnd(pace());
     } else {
         page().play(pace());
     }
+    isDirected_ = false;
+    showAction();
 }
 
 void EasingWindow::playOrStop() {
     if (rest_ || page().isPlaying()) {
         wake();
-        isStopping_ = true;
+        isDirected_ = true;
         page().stop();
-        isStopping_ = false;
-        playingChanged();
+        isDirected_ = false;
+        showAction();
     } else {
         play();
     }
@@ -167,15 +173,15 @@ void EasingWindow::follow() {
         }
     }
     durationField_->set_visible(page().hasDuration());
-    playingChanged();
+    showAction();
 }
 
 void EasingWindow::playingChanged() {
-    const bool hasEnded = !page().isPlaying();
-    if (hasEnded && !isStopping_ && repeat_.get_active() && !motion_.isReduced()) {
-        rest();
+    if (!page().isPlaying() && repeat_.get_active() && !motion_.isReduced()) {
+        wake();
+        rest_ = startTicking(kRest, [this] { play(); });
     }
-    button_.set_label(hasEnded && !rest_ ? page().action() : "_Stop");
+    showAction();
 }
 
 void EasingWindow::motionChanged() {
@@ -187,8 +193,8 @@ void EasingWindow::motionChanged() {
     }
 }
 
-void EasingWindow::rest() {
-    rest_ = startTicking(kRest, [this] { play(); });
+void EasingWindow::showAction() {
+    button_.set_label(rest_ || page().isPlaying() ? "_Stop" : page().action());
 }
 
 void EasingWindow::wake() {

@@ -33,16 +33,16 @@ class EasingWindow : public Gtk::ApplicationWindow {
     void play();
     void playOrStop();
     void follow();          ///< Another page is shown.
-    void playingChanged();  ///< On the page that is shown.
+    void playingChanged();  ///< By itself, on the page that is shown.
     void motionChanged();
-    void rest();
+    void showAction();
     void wake();
 
     Motion motion_;
     std::vector<DemoPage*> pages_;
     DemoPage* page_ = nullptr;
     std::shared_ptr<Timer> rest_;  ///< Runs between two runs.
-    bool isStopping_ = false;      ///< By hand, so that nothing is repeated.
+    bool isDirected_ = false;      ///< While the window itself has a page play or stop.
 
     Gtk::Stack stack_;
     Gtk::Label stillness_;

@@ -37,16 +37,16 @@ GroupsPage::GroupsPage(std::function<EnumEasing()> curve)
       lanes_(Gtk::make_managed<Lanes>(animators_)) {
     auto& none = *Gtk::make_managed<Gtk::Box>();
     kinds_ = {
-        {"Stack",
+        {"S_tack",
          "A stack runs its animators side by side on one timer, drops each as it ends, and "
          "has finished when none is left.",
          &none, &GroupsPage::prepareStack, &GroupsPage::startStack},
-        {"Chain",
+        {"_Chain",
          "A chain runs them one after the other. Backwards it goes back the way it came, and "
          "ends when it comes down to the first. Asynchronous, it starts one after the other "
          "on timers of their own.",
          &makeChainOptions(), &GroupsPage::prepareChain, &GroupsPage::startChain},
-        {"Sequencer",
+        {"Se_quencer",
          "A sequencer begins each animator at a frame of its own on one time line. In a pause "
          "the time line goes on: what became due meanwhile begins together.",
          &makeSequencerOptions(), &GroupsPage::prepareSequencer, &GroupsPage::startSequencer}};
@@ -101,7 +101,7 @@ void GroupsPage::addSwitch() {
     switch_.set_halign(Gtk::Align::CENTER);
     Gtk::ToggleButton* first = nullptr;
     for (const auto& kind : kinds_) {
-        auto& button = *Gtk::make_managed<Gtk::ToggleButton>(kind.name);
+        auto& button = *Gtk::make_managed<Gtk::ToggleButton>(kind.name, true);
         if (first == nullptr) {
             first = &button;
             button.set_active();

@@ -35,7 +35,8 @@ class GroupsPage : public DemoPage {
     void drawAgain() override;
 
   private:
-    /// A kind of group: its name, what is said of it, and how it is made ready and started.
+    /// A kind of group: its name with a mnemonic, what is said of it, and how it is made ready and
+    /// started.
     struct Kind {
         std::string name;
         std::string explanation;

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -149,8 +148,8 @@ TEST_F(EasingWindowTest, NamesEveryCurveAndEveryControl) {
 
 TEST_F(EasingWindowTest, MovesWhatItPlays) {
     openGroups();
-    EXPECT_TRUE(easing.press("Repeat"));
-    EXPECT_TRUE(easing.press("Play"));
+    key("alt+r");
+    key("F5");
     EXPECT_TRUE(comes("Stop"));
     const Screenshot seen;
     EXPECT_TRUE(eventually([&seen] { return Screenshot() != seen; }));
@@ -158,7 +157,7 @@ TEST_F(EasingWindowTest, MovesWhatItPlays) {
 
 TEST_F(EasingWindowTest, RepeatsUntilItIsStopped) {
     openGroups();
-    EXPECT_TRUE(easing.press("Repeat"));
+    key("alt+r");
     // By the key and by the button.
     key("F5");
     EXPECT_TRUE(comes("Stop"));
@@ -175,21 +174,20 @@ TEST_F(EasingWindowTest, RunsEveryKindOfGroupToItsEnd) {
     EXPECT_TRUE(eventually([this] { return easing.press("easeOutBounce"); }));
     key("alt+2");
     EXPECT_TRUE(comes("All follow easeOutBounce, as chosen under Curves."));
-    for (const auto* kind : {"Stack", "Chain", "Sequencer"}) {
-        EXPECT_TRUE(easing.press(kind));
+    for (const auto& [kind, choice] :
+         {std::pair("stack", "alt+t"), {"chain", "alt+c"}, {"sequencer", "alt+q"}}) {
+        key(choice);
         key("F5");
-        EXPECT_TRUE(comes("The " + std::string(1, static_cast<char>(std::tolower(kind[0]))) +
-                          (kind + 1) + " has finished."))
-            << kind;
+        EXPECT_TRUE(comes("The " + std::string(kind) + " has finished.")) << kind;
         EXPECT_TRUE(comes("Play"));
     }
 }
 
 TEST_F(EasingWindowTest, RunsAChainAsynchronouslyUntilItsMembersHaveEnded) {
     openGroups();
-    EXPECT_TRUE(easing.press("Chain"));
+    key("alt+c");
     EXPECT_TRUE(comes("Asynchronous"));
-    EXPECT_TRUE(easing.press("Asynchronous"));
+    key("alt+a");
     key("F5");
     EXPECT_TRUE(comes("The chain has finished."));
     EXPECT_TRUE(comes("Play"));
@@ -201,7 +199,7 @@ TEST_F(EasingWindowTest, TellsWhatBecameOfAPush) {
     EXPECT_TRUE(comes("Push"));
     EXPECT_TRUE(easing.press("Push"));
     EXPECT_TRUE(comes("Ended after 308 ticks with 2 collisions."));
-    EXPECT_TRUE(easing.press("Bounds"));
+    key("alt+b");
     EXPECT_TRUE(comes("Push"));
     EXPECT_TRUE(easing.press("Push"));
     EXPECT_TRUE(comes("Ended after 308 ticks with 0 collisions."));
