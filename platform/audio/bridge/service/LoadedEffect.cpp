@@ -31,12 +31,11 @@ std::optional<LV2StateProperties> stateOf(const bridge::Instantiate& request) {
 }
 
 std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Instantiate& request) {
-    const auto unit =
-        std::make_shared<LV2LocalAudioUnit>(world, request.uri, AudioComponentDescription{},
-                                            LV2UnitStart{.contextName = request.contextName,
-                                                         .sampleRate = request.sampleRate,
-                                                         .filesFolder = request.stateFolder,
-                                                         .state = stateOf(request)});
+    auto unit = std::make_shared<LV2LocalAudioUnit>(world, request.uri, AudioComponentDescription{},
+                                                    LV2UnitStart{.contextName = request.contextName,
+                                                                 .sampleRate = request.sampleRate,
+                                                                 .filesFolder = request.stateFolder,
+                                                                 .state = stateOf(request)});
     const auto& data = unit->data();
     if (layoutOf(request) != SharedAudio::Layout{data.inputChannelCount, data.outputChannelCount,
                                                  static_cast<std::uint32_t>(data.ports.size())}) {
