@@ -6,6 +6,7 @@
 
 #include <poll.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
@@ -86,7 +87,7 @@ class FakeService {
                 return true;
             });
             if (result != MessageChannel::Result::waiting) {
-                std::_Exit(0);
+                isDeaf_ ? sleepForEver() : std::_Exit(0);
             }
         }
     }
@@ -204,13 +205,26 @@ class FakeService {
         audio_->control().latency.store(7);
     }
 
+    /// Past the channel, which is the main thread's, and whole.
+    static void sendWhole(const std::vector<std::byte>& bytes) {
+        for (std::size_t sent = 0; sent < bytes.size();) {
+            pollfd socket{kSocket, POLLOUT, 0};
+            poll(&socket, 1, -1);
+            const auto count = write(kSocket, bytes.data() + sent, bytes.size() - sent);
+            sent += count > 0 ? static_cast<std::size_t>(count) : 0;
+        }
+    }
+    static void sendWhole(const bridge::ServiceMessage& message) {
+        sendWhole(bridge::encode(message));
+    }
+
     /// Bytes that make a message of a length that may not be true.
-    void sendRaw(bridge::Head head, std::size_t size) {
+    static void sendRaw(bridge::Head head, std::size_t size) {
         const auto sound = bridge::encode(bridge::ServiceMessage(bridge::State{}));
         std::memcpy(&head.version, sound.data(), sizeof(head.version));
         std::vector<std::byte> bytes(sizeof(head) + size, std::byte{0xA5});
         std::memcpy(bytes.data(), &head, sizeof(head));
-        static_cast<void>(!write(kSocket, bytes.data(), bytes.size()));
+        sendWhole(bytes);
     }
 
     void misbehave() {
@@ -225,22 +239,25 @@ class FakeService {
             {"exit", [] { std::_Exit(3); }},
             {"hang", [] { sleepForEver(); }},
             {"late", [] { std::this_thread::sleep_for(std::chrono::milliseconds(300)); }},
-            {"deaf", [] { close(kSocket); }},
+            {"deaf", [this] { hangUp(); }},
             {"deaf-hang",
-             [] {
-                 close(kSocket);
+             [this] {
+                 hangUp();
                  sleepForEver();
              }},
             {"leak", [this] { leak_.assign(std::size_t{256} << 20U, 1); }},
             {"child", [] { say("child " + std::to_string(makeChild()) + "\n"); }},
             // Its messages.
-            {"garbage", [this] { sendRaw({.type = 0, .length = 3}, 3); }},
-            {"huge-length", [this] { sendRaw({.type = 0, .length = 0xFFFFFFFF}, 100); }},
-            {"unknown-type", [this] { sendRaw({.type = 1000, .length = 0}, 0); }},
+            {"garbage", [] { sendRaw({.type = 0, .length = 3}, 3); }},
+            {"huge-length", [] { sendRaw({.type = 0, .length = 0xFFFFFFFF}, 100); }},
+            {"unknown-type", [] { sendRaw({.type = 1000, .length = 0}, 0); }},
             {"other-version", [] { static_cast<void>(!write(kSocket, "0123456789ab", 12)); }},
-            {"unasked-done", [this] { answer(4711); }},
-            {"huge-state", [this] { send(bridge::State{std::string(2U << 20U, 's')}); }},
-            {"bad-state", [this] { send(bridge::State{std::string("\0\xFF garbage", 10)}); }},
+            {"unasked-done",
+             [] {
+                 sendWhole(bridge::Done{4711, ""});
+             }},
+            {"huge-state", [] { sendWhole(bridge::State{std::string(2U << 20U, 's')}); }},
+            {"bad-state", [] { sendWhole(bridge::State{std::string("\0\xFF garbage", 10)}); }},
             // What it writes in shared memory.
             {"many-events", [this] { audio_->control().eventBytes.store(0xFFFFFFFF); }},
             {"odd-events",
@@ -250,7 +267,12 @@ class FakeService {
              }},
             {"far-cable", [this] { audio_->events()[sizeof(std::uint32_t)] = std::byte{200}; }},
             {"endless-latency", [this] { audio_->control().latency.store(0xFFFFFFFF); }},
-            {"far-answer", [this] { audio_->control().response.store(role_->when + 100); }},
+            {"far-answer",
+             [this] {
+                 audio_->control().response.store(role_->when + 100);
+                 Futex::wake(audio_->control().response);
+                 sleepForEver();
+             }},
             {"odd-controls",
              [this] {
                  auto values = audio_->controlValues();
@@ -277,6 +299,11 @@ class FakeService {
         }
     }
 
+    void hangUp() {
+        isDeaf_ = true;
+        shutdown(kSocket, SHUT_RDWR);
+    }
+
     static pid_t makeChild() {
         const auto child = fork();
         if (child == 0) {
@@ -291,6 +318,7 @@ class FakeService {
     std::string state_;
     std::vector<char> leak_;
     std::atomic<std::uint32_t> answered_{0};
+    std::atomic<bool> isDeaf_{false};
 };
 
 }  // namespace

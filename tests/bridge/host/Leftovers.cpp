@@ -22,7 +22,9 @@ std::size_t countEntries(const fs::path& folder) {
 /// The fields behind the name, which may hold anything, from the state on.
 std::istringstream status(const std::string& process) {
     std::ifstream file("/proc/" + process + "/stat");
-    std::string text((std::istreambuf_iterator<char>(file)), {});
+    std::string text;
+    // Nothing, when the process goes meanwhile.
+    std::getline(file, text, '\0');
     const auto end = text.rfind(") ");
     return std::istringstream(end == std::string::npos ? "" : text.substr(end + 2));
 }

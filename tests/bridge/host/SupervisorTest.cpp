@@ -13,6 +13,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::AllOf;
+using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using Kind = ServiceAnswer::Kind;
@@ -57,7 +58,7 @@ TEST(Supervisor, AStateIsHandedOnUntouchedWhateverItHolds) {
         effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"});
     EXPECT_EQ(state.kind, Kind::died);
     effect.render(1);
-    EXPECT_THAT(error.text(), HasSubstr("with '\uFFFD\uFFFD garbage'"));
+    EXPECT_THAT(error.text(), ContainsRegex("with '.+ garbage'"));
 }
 
 TEST(Supervisor, AStateThatIsTooLargeIsNotKept) {

@@ -307,15 +307,11 @@ ServiceRun::End ServiceRun::finish() {
     const auto when = occasion();
     last.takeControls(session_->audio.controlValues(), order.ranges);
     log_.finish(ServiceLog::Clock::now());
-    End result{(reason_.empty() ? how : reason_) + when, log_.lastMessage(), {}};
+    End result{(reason_.empty() ? how : reason_) + when, log_.lastMessage(), {}, {}};
     for (auto& [command, number, since] : pending_) {
         const bool isRepeatable = std::holds_alternative<bridge::Prepare>(command.message) ||
                                   std::holds_alternative<bridge::SetContextName>(command.message);
-        if (isRepeatable) {
-            result.unanswered.push_back(std::move(command));
-        } else if (command.completion) {
-            command.completion({ServiceAnswer::Kind::died, ""});
-        }
+        (isRepeatable ? result.repeatable : result.lost).push_back(std::move(command));
     }
     pending_.clear();
     return result;

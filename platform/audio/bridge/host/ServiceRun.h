@@ -54,7 +54,8 @@ class ServiceRun {
     struct End {
         std::string what;         ///< "was killed by signal 11 (Segmentation fault) while playing"
         std::string lastMessage;  ///< "" for none.
-        std::vector<ServiceCommand> unanswered;  ///< That another process may well answer.
+        std::vector<ServiceCommand> repeatable;  ///< Unanswered: for the next process.
+        std::vector<ServiceCommand> lost;        ///< Unanswered, and not to be tried again.
     };
     /// Takes the effect from the render thread, ends the process, and keeps what it knew last.
     End finish();

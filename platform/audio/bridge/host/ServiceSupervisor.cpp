@@ -158,14 +158,24 @@ void ServiceSupervisor::sendCommands(ServiceRun& run) {
 bool ServiceSupervisor::takeEnd(ServiceRun::End end, const std::optional<std::string>& refusal) {
     {
         const std::scoped_lock lock(mutex_);
-        commands_.insert(commands_.begin(), std::make_move_iterator(end.unanswered.begin()),
-                         std::make_move_iterator(end.unanswered.end()));
+        commands_.insert(commands_.begin(), std::make_move_iterator(end.repeatable.begin()),
+                         std::make_move_iterator(end.repeatable.end()));
     }
+    bool isLast = false;
     if (!refusal) {
-        return takeDeath(end.what, end.lastMessage);
+        isLast = !takeDeath(end.what, end.lastMessage);
+    } else if (wasReady_) {
+        isLast = !takeDeath("could not be made again (" + *refusal + ")", "");
+    } else {
+        isLast = !takeRefusal(*refusal);
     }
-    return wasReady_ ? takeDeath("could not be made again (" + *refusal + ")", "")
-                     : takeRefusal(*refusal);
+    // Only now, that who waited for them finds the reason in the log.
+    for (const auto& command : end.lost) {
+        if (command.completion) {
+            command.completion({ServiceAnswer::Kind::died, ""});
+        }
+    }
+    return !isLast;
 }
 
 bool ServiceSupervisor::takeRefusal(const std::string& why) {
