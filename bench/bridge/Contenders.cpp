@@ -1,0 +1,131 @@
+#include "bench/bridge/Contenders.h"
+
+#include <dirent.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <thread>
+
+#include "bench/measuring/Clocks.h"
+#include "bench/measuring/Stage.h"
+#include "platform/audio/output/RealTimePriority.h"
+
+namespace orvalo::bench {
+
+namespace {
+
+constexpr double kRate = 48000.0;
+
+/// The child that a thread of this process has started last.
+pid_t newestChild() {
+    pid_t newest = -1;
+    if (auto* tasks = opendir("/proc/self/task")) {
+        while (const auto* entry = readdir(tasks)) {
+            std::ifstream file(std::string("/proc/self/task/") + entry->d_name + "/children");
+            for (pid_t child = 0; file >> child;) {
+                newest = std::max(newest, child);
+            }
+        }
+        closedir(tasks);
+    }
+    return newest;
+}
+
+/// Noise in, anything out: blocks of two channels.
+class Blocks {
+  public:
+    explicit Blocks(std::uint32_t frames) : frames_(frames) {
+        for (auto& channel : samples_) {
+            channel.resize(frames);
+            for (auto& sample : channel) {
+                sample = static_cast<float>(std::rand() % 2001 - 1000) / 2000.0F;
+            }
+        }
+    }
+
+    void render(AUAudioUnit& unit) noexcept {
+        const std::array<float*, 2> inputs{samples_[0].data(), samples_[1].data()};
+        const std::array<float*, 2> outputs{samples_[2].data(), samples_[3].data()};
+        unit.render({inputs.data(), unit.inputChannelCount(), frames_},
+                    {outputs.data(), unit.outputChannelCount(), frames_});
+    }
+
+  private:
+    const std::uint32_t frames_;
+    std::array<std::vector<float>, 4> samples_;
+};
+
+struct Cost {
+    double passing = 0.0;        ///< µs
+    std::int64_t processor = 0;  ///< ns
+};
+
+Cost renderTimed(AUAudioUnit& unit, Blocks& blocks) {
+    const auto processor = threadNanoseconds();
+    const auto begin = monotonicNanoseconds();
+    blocks.render(unit);
+    const auto end = monotonicNanoseconds();
+    return {static_cast<double>(end - begin) * 1e-3, threadNanoseconds() - processor};
+}
+
+}  // namespace
+
+std::shared_ptr<LV2LocalAudioUnit> makeLocal(const std::string& uri) {
+    auto unit =
+        std::make_shared<LV2LocalAudioUnit>(LV2World::shared(), uri, AudioComponentDescription{});
+    unit->allocateRenderResources(kRate);
+    return unit;
+}
+
+std::shared_ptr<BridgedAudioUnit> makeBridged(const std::string& uri) {
+    auto unit =
+        std::make_shared<BridgedAudioUnit>(LV2World::shared(), uri, AudioComponentDescription{},
+                                           stage() / "libexec/orvalo/effect-service");
+    unit->allocateRenderResources(kRate);
+    return unit;
+}
+
+Contenders::Contenders(const std::string& uri)
+    : local(makeLocal(uri)), bridged(makeBridged(uri)), service(newestChild()) {}
+
+std::int64_t processNanoseconds(pid_t process) {
+    clockid_t clock{};
+    return clock_getcpuclockid(process, &clock) == 0 ? nanosecondsOf(clock) : 0;
+}
+
+QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int seconds) {
+    QuantumCosts costs;
+    const auto late = contenders.bridged->lateQuantumCount();
+    std::thread renderer([&] {
+        becomeRenderThread("bench-render");
+        Blocks blocks(frames);
+        std::int64_t localProcessor = 0;
+        std::int64_t bridgedProcessor = -processNanoseconds(contenders.service);
+        const auto period = static_cast<std::int64_t>(frames * 1e9 / kRate);
+        const auto quanta = static_cast<int>(seconds * kRate / frames);
+        auto next = monotonicNanoseconds();
+        for (int quantum = 0; quantum < quanta; ++quantum) {
+            next += period;
+            const timespec until{next / 1'000'000'000, next % 1'000'000'000};
+            clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
+            const auto local = renderTimed(*contenders.local, blocks);
+            const auto bridged = renderTimed(*contenders.bridged, blocks);
+            costs.local.push_back(local.passing);
+            costs.bridged.push_back(bridged.passing);
+            costs.added.push_back(bridged.passing - local.passing);
+            localProcessor += local.processor;
+            bridgedProcessor += bridged.processor;
+        }
+        bridgedProcessor += processNanoseconds(contenders.service);
+        costs.localProcessor = inSeconds(localProcessor) / seconds;
+        costs.bridgedProcessor = inSeconds(bridgedProcessor) / seconds;
+    });
+    renderer.join();
+    costs.lateCount = contenders.bridged->lateQuantumCount() - late;
+    return costs;
+}
+
+}  // namespace orvalo::bench
