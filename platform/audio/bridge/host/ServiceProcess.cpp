@@ -59,6 +59,7 @@ class Spawning {
     pid_t spawn(const std::filesystem::path& program) const {
         std::vector<std::string> environment = serviceEnvironment();
         std::vector<char*> variables;
+        variables.reserve(environment.size() + 1);
         for (auto& variable : environment) {
             variables.push_back(variable.data());
         }
