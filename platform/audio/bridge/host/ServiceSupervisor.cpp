@@ -215,7 +215,7 @@ void ServiceSupervisor::giveUp() {
     render_.giveUp();
 }
 
-void ServiceSupervisor::remember(std::deque<ServiceCommand> commands) {
+void ServiceSupervisor::remember(const std::deque<ServiceCommand>& commands) {
     for (const auto& command : commands) {
         if (command.completion) {
             command.completion({ServiceAnswer::Kind::remembered, ""});

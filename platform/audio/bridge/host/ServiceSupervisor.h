@@ -50,7 +50,7 @@ class ServiceSupervisor {
     bool takeDeath(const std::string& what, const std::string& lastMessage);
     void giveUp();
     void sendCommands(ServiceRun& run);
-    void remember(std::deque<ServiceCommand> commands);
+    static void remember(const std::deque<ServiceCommand>& commands);
     std::deque<ServiceCommand> takeCommands();
     void wake() const;
     void fallAsleep() const;
