@@ -56,8 +56,8 @@ class OfflineUnit : public TestUnit {
 };
 
 TEST(RenderingOffline, UnitsAreToldOfItBeforeTheyRender) {
-    const auto engine = std::make_shared<AVAudioEngine>(
-        std::make_unique<StepOutput>(AVAudioFormat{48000.0, 2}));
+    const auto engine =
+        std::make_shared<AVAudioEngine>(std::make_unique<StepOutput>(AVAudioFormat{48000.0, 2}));
     const auto early = std::make_shared<OfflineUnit>();
     const auto late = std::make_shared<OfflineUnit>();
     const auto node = std::make_shared<AVAudioUnit>(early);
