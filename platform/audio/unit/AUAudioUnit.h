@@ -56,8 +56,8 @@ class AUAudioUnit : public NSObject {
     /// By how many frames the output is behind the input, as last reported.
     virtual std::uint32_t latency() const = 0;
 
-    /// Whether the unit is rendered as fast as it can be, so that it may take its time over a block.
-    /// At first it is not. Never while render() may be called.
+    /// Whether the unit is rendered as fast as it can be, so that it may take its time over a
+    /// block. At first it is not. Never while render() may be called.
     virtual void setRenderingOffline(bool /*isOffline*/) {}
 
     /// Makes the unit ready to render at a rate (Hz), in calls of up to kMaximumFramesToRender

@@ -133,10 +133,13 @@ bool ServiceSupervisor::runOnce() {
         return false;
     }
     auto end = run->finish();
+    const auto refusal = run->refusal();
+    // Nothing of the process is left when others hear of its end.
+    run.reset();
     if (isReady) {
         mailbox_.post({.kind = InterfaceEvent::Kind::lost});
     }
-    return takeEnd(std::move(end), run->refusal());
+    return takeEnd(std::move(end), refusal);
 }
 
 void ServiceSupervisor::becomeReady() {
