@@ -137,9 +137,10 @@ TEST_F(PerformanceTest, AMissingDemonstrationFileIsABrokenInstallation) {
     program = (folder.path() / "bin" / "orvalo-play").string();
     std::filesystem::create_directories(folder.path() / "bin");
     std::filesystem::copy_file(staged("orvalo-play"), program);
-    std::filesystem::create_directories(folder.path() / "lib");
-    std::filesystem::create_directory_symlink(std::string(ORVALO_STAGE) + "/lib/lv2",
-                                              folder.path() / "lib" / "lv2");
+    for (const auto* part : {"lib", "libexec"}) {
+        std::filesystem::create_directory_symlink(std::filesystem::path(ORVALO_STAGE) / part,
+                                                  folder.path() / part);
+    }
     const auto end = run({});
     EXPECT_EQ(end.status, -SIGABRT);
     EXPECT_THAT(end.error, HasSubstr("Fatal error: "));
