@@ -83,7 +83,8 @@ class NodeMaker {
         enter(2 * dictionary.size());
         PropertyListNode node(plist_new_dict());
         for (const auto& [key, element] : dictionary) {
-            plist_dict_set_item(node.get(), checkedText(key).c_str(), inner(element).release());
+            const auto& name = checkedText(key);
+            plist_dict_set_item(node.get(), name.c_str(), inner(element).release());
         }
         return node;
     }

@@ -324,6 +324,10 @@ class FakeService {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // Under a sanitizer, which would end the process in its own way.
+    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL}) {
+        std::signal(signal, SIG_DFL);
+    }
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     prctl(PR_SET_DUMPABLE, 0);
     if (argc != 2 || std::to_string(getppid()) != argv[1]) {

@@ -335,7 +335,9 @@ std::string ServiceRun::occasion() const {
         }
     }
     const bool isPlaying =
-        watchedQuantum_ > 0 && clock_.now() - lastQuantum_ < std::chrono::seconds(1);
+        watchedQuantum_ > 0 &&
+        // A quantum that is never finished is the last for as long as that is waited for.
+        clock_.now() - lastQuantum_ < surroundings_.limits.hang + std::chrono::seconds(1);
     return isPlaying ? " while playing" : "";
 }
 
