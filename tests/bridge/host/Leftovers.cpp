@@ -2,11 +2,13 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <ostream>
 #include <sstream>
+#include <thread>
 
 namespace orvalo::testing {
 
@@ -39,6 +41,16 @@ Leftovers Leftovers::now() {
     std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
         result.sharedMaps += line.find("orvalo-effect-audio") != std::string::npos ? 1 : 0;
+    }
+    return result;
+}
+
+Leftovers Leftovers::settled(const Leftovers& wanted) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    auto result = now();
+    while (result != wanted && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::yield();
+        result = now();
     }
     return result;
 }

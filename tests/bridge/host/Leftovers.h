@@ -16,6 +16,9 @@ struct Leftovers {
     std::size_t threads = 0;
 
     static Leftovers now();
+    /// The same, as soon as it is what is wanted; after many seconds as it is then. A thread that
+    /// has been joined stands in the system's list for a moment longer.
+    static Leftovers settled(const Leftovers& wanted);
 
     friend bool operator==(const Leftovers&, const Leftovers&) = default;
 };

@@ -73,7 +73,7 @@ TEST(ServiceProcess, IsEndedWithAllThatItHasStarted) {
             sched_yield();
         }
     }
-    EXPECT_EQ(Leftovers::now(), before);
+    EXPECT_EQ(Leftovers::settled(before), before);
 }
 
 TEST(ServiceProcess, IsEndedWhileItIsStopped) {
@@ -112,7 +112,7 @@ TEST(ServiceProcess, AProgramThatIsNotThereIsNamed) {
         EXPECT_EQ(error.localizedDescription(),
                   "The program /nowhere/effect-service: No such file or directory");
     }
-    EXPECT_EQ(Leftovers::now(), before);
+    EXPECT_EQ(Leftovers::settled(before), before);
 }
 
 TEST(ServiceProcess, LeavesNothingBehind) {
@@ -121,7 +121,7 @@ TEST(ServiceProcess, LeavesNothingBehind) {
     for (int round = 0; round < 20; ++round) {
         ServiceProcess process(script.path());
     }
-    EXPECT_EQ(Leftovers::now(), before);
+    EXPECT_EQ(Leftovers::settled(before), before);
 }
 
 TEST(ServiceEnvironment, HasWhatAnEffectNeedsAndNothingElse) {
