@@ -64,3 +64,20 @@ function(orvalo_test name)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
 endfunction()
+
+# orvalo_test_out_of_process(<names>): those tests once more, with effects in processes of their own
+# rather than in the program's. Once is enough under the sanitizers.
+function(orvalo_test_out_of_process)
+    if(ORVALO_SANITIZE)
+        return()
+    endif()
+    foreach(name IN LISTS ARGN)
+        add_test(NAME ${name}_out_of_process COMMAND ${name})
+        get_test_property(${name} TIMEOUT timeout)
+        get_test_property(${name} LABELS labels)
+        set_tests_properties(${name}_out_of_process PROPERTIES
+            TIMEOUT ${timeout}
+            LABELS "${labels}"
+            ENVIRONMENT ORVALO_EFFECT_LOADING=out-of-process)
+    endforeach()
+endfunction()
