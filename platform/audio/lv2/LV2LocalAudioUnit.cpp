@@ -62,12 +62,7 @@ void LV2LocalAudioUnit::setContextName(const std::string& name) {
 
 std::vector<std::shared_ptr<AUAudioUnitPreset>> LV2LocalAudioUnit::factoryPresets() const {
     const std::scoped_lock lock(control_);
-    std::vector<std::shared_ptr<AUAudioUnitPreset>> result;
-    for (const auto& preset : presets()) {
-        const auto number = static_cast<std::int64_t>(result.size());
-        result.push_back(std::make_shared<AUAudioUnitPreset>(number, preset.label));
-    }
-    return result;
+    return numbered(presets());
 }
 
 std::shared_ptr<AUAudioUnitPreset> LV2LocalAudioUnit::currentPreset() const {
@@ -78,12 +73,11 @@ std::shared_ptr<AUAudioUnitPreset> LV2LocalAudioUnit::currentPreset() const {
 void LV2LocalAudioUnit::setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) {
     const std::scoped_lock lock(control_);
     currentPreset_ = nullptr;
-    if (preset == nullptr || preset->number < 0 ||
-        static_cast<std::size_t>(preset->number) >= presets().size()) {
+    const auto* found = presetFor(presets(), preset);
+    if (found == nullptr) {
         return;
     }
-    const auto& found = presets()[static_cast<std::size_t>(preset->number)];
-    if (const auto state = readState(parts_.world, found.uri)) {
+    if (const auto state = readState(parts_.world, found->uri)) {
         restore(*state);
         currentPreset_ = preset;
     }

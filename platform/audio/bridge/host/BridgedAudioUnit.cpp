@@ -80,12 +80,7 @@ void BridgedAudioUnit::setContextName(const std::string& name) {
 
 std::vector<std::shared_ptr<AUAudioUnitPreset>> BridgedAudioUnit::factoryPresets() const {
     const std::scoped_lock lock(control_);
-    std::vector<std::shared_ptr<AUAudioUnitPreset>> result;
-    for (const auto& preset : presets()) {
-        const auto number = static_cast<std::int64_t>(result.size());
-        result.push_back(std::make_shared<AUAudioUnitPreset>(number, preset.label));
-    }
-    return result;
+    return numbered(presets());
 }
 
 std::shared_ptr<AUAudioUnitPreset> BridgedAudioUnit::currentPreset() const {
@@ -96,11 +91,11 @@ std::shared_ptr<AUAudioUnitPreset> BridgedAudioUnit::currentPreset() const {
 void BridgedAudioUnit::setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) {
     const std::scoped_lock lock(control_);
     currentPreset_ = nullptr;
-    if (preset == nullptr || preset->number < 0 ||
-        static_cast<std::size_t>(preset->number) >= presets().size()) {
+    const auto* found = presetFor(presets(), preset);
+    if (found == nullptr) {
         return;
     }
-    const auto& uri = presets()[static_cast<std::size_t>(preset->number)].uri;
+    const auto& uri = found->uri;
     const auto answer = supervisor_.perform(bridge::LoadPreset{.number = 0, .uri = uri});
     if (answer.kind == ServiceAnswer::Kind::done) {
         currentPreset_ = preset;
