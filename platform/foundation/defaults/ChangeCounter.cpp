@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -42,20 +41,17 @@ int opened(const std::string& path, bool& isWritable) {
     return descriptor;
 }
 
-/// Gives the file its size with bytes, for which a full disk has no room, where a mapping's first
-/// use would end the program.
-void fill(int descriptor, bool isWritable, const std::string& path) {
+/// Gives the file its size, and room on the disk even where it has a hole: a mapping that is
+/// written to where there is none ends the program.
+void makeRoom(int descriptor, bool isWritable, const std::string& path) {
     struct stat status {};
     fstat(descriptor, &status);
-    if (status.st_size >= static_cast<off_t>(ChangeMapping::size)) {
-        return;
-    }
-    if (!isWritable) {
+    if (isWritable) {
+        if (const int error = posix_fallocate(descriptor, 0, ChangeMapping::size); error != 0) {
+            throw NSError::posix(error, path);
+        }
+    } else if (status.st_size < static_cast<off_t>(ChangeMapping::size)) {
         throw NSError::posix(EROFS, path);
-    }
-    constexpr std::array<char, ChangeMapping::size> zeros{};
-    if (pwrite(descriptor, zeros.data(), zeros.size(), 0) != static_cast<ssize_t>(zeros.size())) {
-        throw NSError::posix(errno == 0 ? ENOSPC : errno, path);
     }
 }
 
@@ -81,7 +77,7 @@ ChangeCounter::ChangeCounter(const std::string& path) : path_(path) {
     try {
         identity_ = FileIdentity(checkedPrivateFile(descriptor_, path));
         const auto held = lock();
-        fill(descriptor_, isWritable, path);
+        makeRoom(descriptor_, isWritable, path);
         mapping_ = std::make_shared<ChangeMapping>(descriptor_, isWritable, path);
         if (isWritable && !mapping_->hasMagic()) {
             mapping_->initialise();

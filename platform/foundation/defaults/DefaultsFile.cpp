@@ -82,16 +82,35 @@ FileIdentity prepared(const std::string& path) {
     return FileIdentity(status);
 }
 
-SQLiteDatabase openDatabase(const std::string& path) {
+bool hasLog(const std::string& path) {
+    return sizeOf(path + "-wal") > 0;
+}
+
+/// In a folder that cannot be written, and on a full disk, SQLite finds no place for the log and
+/// its index.
+bool isWantOfPlace(const SQLiteError& error) {
+    const auto code = static_cast<int>(error.code());
+    switch (code & 0xFF) {
+        case SQLITE_CANTOPEN:
+        case SQLITE_READONLY:
+        case SQLITE_FULL:
+            return true;
+        default:
+            return code == SQLITE_IOERR_SHMSIZE || code == SQLITE_IOERR_SHMOPEN ||
+                   code == SQLITE_IOERR_WRITE;
+    }
+}
+
+/// trouble: set when the file is opened without its log, which it has not.
+SQLiteDatabase openDatabase(const std::string& path, std::optional<NSError>& trouble) {
     SQLiteDatabase database(path);
     try {
         database.integer("SELECT count(*) FROM sqlite_schema");
     } catch (const SQLiteError& error) {
-        // In a folder that cannot be written, SQLite finds no place for the log's index.
-        const int code = static_cast<int>(error.code()) & 0xFF;
-        if ((code != SQLITE_CANTOPEN && code != SQLITE_READONLY) || sizeOf(path + "-wal") > 0) {
+        if (!isWantOfPlace(error) || hasLog(path)) {
             throw;
         }
+        trouble = error;
         return SQLiteDatabase(path, true);
     }
     return database;
@@ -121,11 +140,12 @@ void check(SQLiteDatabase& database, const char* pragma) {
 DefaultsFile::DefaultsFile(const std::string& path)
     : path_(path),
       identity_(prepared(path)),
-      database_(openDatabase(path)),
+      database_(openDatabase(path, logTrouble_)),
+      isBroughtForward_(bringToThisVersion(database_, path)),
       nextCheckpoint_(kPagesToCheckpoint) {
-    bringToThisVersion(database_, path);
     check(database_, "PRAGMA quick_check(1)");
     try {
+        version_ = database_.prepare("PRAGMA user_version");
         select_ = database_.prepare(kSelect);
         insert_ = database_.prepare(kInsert);
         remove_ = database_.prepare(kRemove);
@@ -136,7 +156,17 @@ DefaultsFile::DefaultsFile(const std::string& path)
     }
 }
 
+bool DefaultsFile::isInPlace() const {
+    // Somebody who can write has begun a log.
+    const bool isLeftBehind = logTrouble_ && hasLog(path_);
+    return identity_.isAt(path_) && !isLeftBehind;
+}
+
 DefaultsChanges DefaultsFile::changes() {
+    version_->step();
+    const auto version = version_->integer(0);
+    version_->reset();
+    refuseNewerVersion(version, path_);
     DefaultsChanges changes;
     changes.isWhole = seen_ == 0;
     auto last = seen_;

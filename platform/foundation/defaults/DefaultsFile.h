@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DefaultsChanges.h"
 #include "platform/foundation/defaults/FileIdentity.h"
 #include "platform/foundation/defaults/SQLiteDatabase.h"
@@ -25,11 +26,17 @@ class DefaultsFile {
     /// refused and left alone. The caller holds the domain's lock.
     explicit DefaultsFile(const std::string& path);
 
-    /// Whether the file is still the one that others find.
-    bool isInPlace() const { return identity_.isAt(path_); }
+    /// Whether the file is still the one that others find, and may be read as it was opened.
+    bool isInPlace() const;
     bool isReadOnly() const { return database_.isReadOnly(); }
+    /// Whether opening it changed its form, for which others that have it open are to look again.
+    bool isBroughtForward() const { return isBroughtForward_; }
+    /// What kept the log from being opened beside a file that is only read; absent when nothing
+    /// did.
+    const std::optional<NSError>& logTrouble() const { return logTrouble_; }
 
-    /// What has changed since the last call; all there is at the first.
+    /// What has changed since the last call; all there is at the first. Refused as at the opening
+    /// when a newer version has brought the file forward meanwhile.
     DefaultsChanges changes();
     /// Has the next call of changes() give all there is.
     void forgetChanges() { seen_ = 0; }
@@ -48,7 +55,10 @@ class DefaultsFile {
 
     std::string path_;
     FileIdentity identity_;
+    std::optional<NSError> logTrouble_;
     SQLiteDatabase database_;
+    bool isBroughtForward_;
+    std::optional<SQLiteStatement> version_;
     std::optional<SQLiteStatement> select_;
     std::optional<SQLiteStatement> insert_;
     std::optional<SQLiteStatement> remove_;

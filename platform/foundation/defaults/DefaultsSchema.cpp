@@ -35,27 +35,30 @@ void checkOrigin(SQLiteDatabase& database, const std::string& path) {
     if (application != kApplication && !isEmpty) {
         throw NSError::posix(EEXIST, path + " is another program's database");
     }
-    const auto found = version(database);
-    if (found < 0 || found > kVersion) {
-        throw NSError::posix(ENOTSUP, path + " is of version " + std::to_string(found) +
+    refuseNewerVersion(version(database), path);
+}
+
+}  // namespace
+
+void refuseNewerVersion(std::int64_t version, const std::string& path) {
+    if (version < 0 || version > kVersion) {
+        throw NSError::posix(ENOTSUP, path + " is of version " + std::to_string(version) +
                                           ", newer than this program's " +
                                           std::to_string(kVersion));
     }
 }
 
-}  // namespace
-
-void bringToThisVersion(SQLiteDatabase& database, const std::string& path) {
+bool bringToThisVersion(SQLiteDatabase& database, const std::string& path) {
     checkOrigin(database, path);
     if (database.isReadOnly()) {
         if (version(database) != kVersion) {
             throw NSError::posix(EROFS, path + " is of an older version");
         }
-        return;
+        return false;
     }
     database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
     if (version(database) == kVersion) {
-        return;
+        return false;
     }
     SQLiteTransaction transaction(database);
     for (auto step = version(database); step < kVersion; ++step) {
@@ -65,6 +68,7 @@ void bringToThisVersion(SQLiteDatabase& database, const std::string& path) {
                   "; PRAGMA user_version = " + std::to_string(kVersion))
                      .c_str());
     transaction.commit();
+    return true;
 }
 
 }  // namespace orvalo

@@ -1,5 +1,9 @@
 #include "platform/foundation/defaults/DefaultsStorage.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <filesystem>
 
@@ -18,9 +22,11 @@ bool isOdd(std::uint64_t count) {
     return (count & 1U) != 0;
 }
 
-bool isWriteProtection(const NSError& error) {
+/// Whether what is there can be read all the same.
+bool keepsFromWritingAlone(const NSError& error) {
+    constexpr std::array reasons{EROFS, EACCES, EPERM, ENOSPC, EDQUOT, EFBIG};
     return error.domain() == "NSPOSIXErrorDomain" &&
-           (error.code() == EROFS || error.code() == EACCES || error.code() == EPERM);
+           std::ranges::find(reasons, error.code()) != reasons.end();
 }
 
 }  // namespace
@@ -28,6 +34,7 @@ bool isWriteProtection(const NSError& error) {
 void DefaultsStorage::close() {
     file_.reset();
     counter_.reset();
+    counterTrouble_.reset();
     agreed_ = 1;
 }
 
@@ -40,9 +47,10 @@ void DefaultsStorage::openCounter() {
     try {
         counter_ = std::make_unique<ChangeCounter>(path_ + "-changes");
     } catch (const NSError& error) {
-        if (!isWriteProtection(error)) {
+        if (!keepsFromWritingAlone(error)) {
             throw;
         }
+        counterTrouble_ = error;
     }
 }
 
@@ -54,6 +62,17 @@ bool DefaultsStorage::isWritable() const {
     return counter_ && counter_->mapping()->isWritable() && !file_->isReadOnly();
 }
 
+void DefaultsStorage::refuseWrite() const {
+    if (counterTrouble_) {
+        throw NSError(*counterTrouble_);
+    }
+    if (file_->logTrouble()) {
+        throw NSError(*file_->logTrouble());
+    }
+    const auto culprit = file_->isReadOnly() ? path_ : path_ + "-changes";
+    throw NSError::posix(access(culprit.c_str(), W_OK) == 0 ? EROFS : errno, culprit);
+}
+
 DefaultsStorage::Update DefaultsStorage::update() {
     const auto mapping = counter_ ? counter_->mapping() : nullptr;
     // Read before the entries: what is written meanwhile is looked at once more.
@@ -61,6 +80,18 @@ DefaultsStorage::Update DefaultsStorage::update() {
     Update update{file_->changes(), mapping, count};
     agreed_ = count;
     return update;
+}
+
+void DefaultsStorage::openFile() {
+    if (file_ && file_->isInPlace()) {
+        return;
+    }
+    file_.reset();
+    agreed_ = 1;
+    file_ = std::make_unique<DefaultsFile>(path_);
+    if (file_->isBroughtForward() && isWritable()) {
+        const ChangeCounter::Write told(*counter_->mapping());
+    }
 }
 
 void DefaultsStorage::endWriteOfDeadProcess() const {
@@ -82,11 +113,7 @@ DefaultsStorage::Update DefaultsStorage::underLock(const std::function<Update()>
             endWriteOfDeadProcess();
         }
         try {
-            if (!file_ || !file_->isInPlace()) {
-                file_.reset();
-                agreed_ = 1;
-                file_ = std::make_unique<DefaultsFile>(path_);
-            }
+            openFile();
             return operation();
         } catch (const SQLiteError& error) {
             if (!error.isDamage() || attempt == kMostAttempts) {
@@ -150,7 +177,7 @@ DefaultsStorage::Update DefaultsStorage::written(const std::function<void()>& op
     }
     return underLock([&] {
         if (!isWritable()) {
-            throw NSError::posix(EROFS, path_);
+            refuseWrite();
         }
         const auto& mapping = counter_->mapping();
         auto others = mapping->count() == agreed_ ? Update{{}, mapping, 0} : update();

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/ChangeCounter.h"
 #include "platform/foundation/defaults/DefaultsChanges.h"
 #include "platform/foundation/defaults/DefaultsFile.h"
@@ -21,7 +22,8 @@ class DefaultsStorage {
     /// What has changed, and up to which count.
     struct Update {
         DefaultsChanges changes;
-        /// Absent where there can be no counter, as on a read-only disk: everybody always looks.
+        /// Absent where there can be no counter, as on a read-only or full disk: everybody always
+        /// looks.
         std::shared_ptr<const ChangeMapping> counter;
         /// The count with which the changes agree. An odd one has no duration: look again.
         std::uint64_t count = 0;
@@ -45,6 +47,9 @@ class DefaultsStorage {
     void openCounter();
     bool isOpen() const;
     bool isWritable() const;
+    [[noreturn]] void refuseWrite() const;
+    /// Under the lock.
+    void openFile();
     /// Under the lock.
     void endWriteOfDeadProcess() const;
     /// The operation under the domain's lock, with the file open; once more after a damaged file
@@ -56,6 +61,7 @@ class DefaultsStorage {
 
     std::string path_;
     std::unique_ptr<ChangeCounter> counter_;
+    std::optional<NSError> counterTrouble_;  ///< Why there is none.
     std::unique_ptr<DefaultsFile> file_;
     std::uint64_t agreed_ = 1;  ///< The count up to which the file has been read; odd: none.
 };
