@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <list>
 
 #include "tests/defaults/Database.h"
@@ -85,10 +86,24 @@ TEST_F(ADamagedFile, thatIsEmptyBesideALogIsSetAside) {
     expectANewBeginning(spoil(""));
 }
 
-TEST_F(ADamagedFile, thatWasCutAnywhereIsSetAsideOrWhole) {
+/// Every so many bytes before the end, and those beside them.
+std::vector<std::size_t> cuts(std::size_t whole, std::size_t step) {
+    std::vector<std::size_t> sizes;
+    for (std::size_t size = 0; size < whole; size += step) {
+        sizes.insert(sizes.end(), {size, size + 1});
+        if (size > 0) {
+            sizes.push_back(size - 1);
+        }
+    }
+    return sizes;
+}
+
+TEST_F(ADamagedFile, thatWasCutAtAnyPageIsSetAsideOrWhole) {
     fill();
     const auto whole = bytesOf(file_);
-    for (std::size_t size = 0; size < whole.size(); size += 1000) {
+    const auto sizes = cuts(whole.size(), 4096);
+    ASSERT_GT(sizes.size(), 15U);
+    for (const auto size : sizes) {
         for (const auto* suffix : {"", "-wal", "-shm"}) {
             std::filesystem::remove(file_.string() + suffix);
         }
@@ -101,7 +116,34 @@ TEST_F(ADamagedFile, thatWasCutAnywhereIsSetAsideOrWhole) {
         EXPECT_EQ(open()->integer("key"), 5) << size;
         EXPECT_EQ(errors.text().find("damaged") == std::string::npos, size == 0) << size;
     }
-    EXPECT_THAT(setAside(file_), SizeIs((whole.size() - 1) / 1000));
+    EXPECT_THAT(setAside(file_), SizeIs(sizes.size() - 1));
+}
+
+TEST_F(ADamagedFile, whoseLogWasCutAnywhereHasWhatCameBefore) {
+    open()->set(0, "key");
+    emptyLog(file_);
+    Worker writer({name_});
+    for (int number = 1; number <= 20; ++number) {
+        writer.ask("set key " + std::to_string(number));
+    }
+    writer.signal(SIGKILL);
+    writer.wait();
+    const auto database = bytesOf(file_);
+    const auto log = bytesOf(file_.string() + "-wal");
+    std::int64_t last = 0;
+    // The last cut takes nothing away.
+    constexpr std::size_t kStep = 1030;
+    for (std::size_t size = 0; size < log.size() + kStep; size += kStep) {
+        spoil(database);
+        std::filesystem::remove(file_.string() + "-shm");
+        writeBytes(file_.string() + "-wal", log.substr(0, size));
+        const auto number = open()->integer("key");
+        EXPECT_GE(number, last) << size;
+        last = number;
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok")) << size;
+    }
+    EXPECT_EQ(last, 20);
+    EXPECT_THAT(setAside(file_), IsEmpty());
 }
 
 TEST_F(ADamagedFile, isLeftByWhoHasItOpenWhenAnotherSetsItAside) {

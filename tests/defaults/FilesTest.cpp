@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 
+#include "platform/foundation/defaults/ChangeCounter.h"
 #include "tests/defaults/Database.h"
 #include "tests/defaults/SuiteFile.h"
 #include "tests/defaults/Worker.h"
@@ -83,9 +84,14 @@ TEST_F(DefaultsFiles, ofVersionOneAreBroughtForward) {
           "CREATE TABLE entries (change INTEGER PRIMARY KEY, key TEXT NOT NULL UNIQUE, value BLOB);"
           "INSERT INTO entries VALUES (7, 'key', x'62706c6973743030"  // The integer 42.
           "102a08000000000000010100000000000000010000000000000000000000000000000a')");
+    ChangeCounter counter(file_.string() + "-changes");
+    const auto before = counter.mapping()->count();
     const auto settings = open();
     ASSERT_NE(settings, nullptr);
     EXPECT_EQ(settings->integer("key"), 42);
+    // Who has it open in its old form is to look again.
+    EXPECT_GT(counter.mapping()->count(), before);
+    EXPECT_EQ(counter.mapping()->count() % 2, 0U);
     settings->set(43, "key");
     EXPECT_EQ(open()->integer("key"), 43);
     EXPECT_THAT(query(file_, "PRAGMA user_version"), ElementsAre("2"));
@@ -104,6 +110,31 @@ TEST_F(DefaultsFiles, ofANewerVersionAreRefusedAndLeftAlone) {
                           " is of version 3, newer than this program's 2"));
     EXPECT_EQ(bytesOf(file_), bytes);
     EXPECT_THAT(setAside(file_), IsEmpty());
+}
+
+TEST_F(DefaultsFiles, thatANewerVersionBringsForwardAreLeftAloneByWhoHasThemOpen) {
+    const auto settings = open();
+    settings->set(1, "key");
+    query(file_, "PRAGMA user_version = 3; CREATE TABLE newer (a)");
+    {
+        ChangeCounter counter(file_.string() + "-changes");
+        const auto lock = counter.lock();
+        const ChangeCounter::Write told(*counter.mapping());
+    }
+    emptyLog(file_);
+    const auto bytes = bytesOf(file_);
+    const CapturedOutput errors(2);
+    EXPECT_EQ(settings->integer("key"), 1);
+    settings->set(2, "key");
+    settings->removeObject("key");
+    EXPECT_EQ(settings->integer("key"), 1);
+    const std::string reason = file_.string() + " is of version 3, newer than this program's 2";
+    EXPECT_THAT(errors.text(),
+                HasSubstr("The settings in " + file_.string() + " cannot be read: " + reason));
+    EXPECT_THAT(errors.text(),
+                HasSubstr("'key' in " + file_.string() + " stays as it was: " + reason));
+    emptyLog(file_);
+    EXPECT_EQ(bytesOf(file_), bytes);
 }
 
 TEST_F(DefaultsFiles, ofAnotherProgramAreRefusedAndLeftAlone) {
@@ -139,6 +170,47 @@ TEST_F(DefaultsFiles, thatAreNoRegularFilesAreRefused) {
     const CapturedOutput errors(2);
     EXPECT_EQ(open(), nullptr);
     EXPECT_THAT(errors.text(), HasSubstr(file_.string() + " is no regular file"));
+}
+
+TEST_F(DefaultsFiles, canBeLinks) {
+    const auto elsewhere = settingsHome() / ("elsewhere of " + name_);
+    open()->set(1, "key");
+    emptyLog(file_);
+    std::filesystem::rename(file_, elsewhere);
+    std::filesystem::create_symlink(elsewhere, file_);
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    EXPECT_EQ(settings->integer("key"), 1);
+    settings->set(2, "key");
+    EXPECT_EQ(Worker({name_}).ask("get key"), "2");
+    EXPECT_TRUE(std::filesystem::is_symlink(file_));
+    EXPECT_THAT(query(elsewhere, "PRAGMA integrity_check"), ElementsAre("ok"));
+}
+
+TEST_F(DefaultsFiles, thatAreLinksToNothingAreRefusedAndLeftAlone) {
+    std::filesystem::create_directories(file_.parent_path());
+    std::filesystem::create_symlink(settingsHome() / "nothing", file_);
+    const CapturedOutput errors(2);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(errors.text(), HasSubstr(file_.string() + ": No such file or directory"));
+    EXPECT_FALSE(std::filesystem::exists(settingsHome() / "nothing"));
+}
+
+TEST_F(DefaultsFiles, haveACounterThatIsARegularFile) {
+    const auto counter = file_.string() + "-changes";
+    const auto refusal = [&] {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(open(), nullptr);
+        std::filesystem::remove(counter);
+        return errors.text();
+    };
+    std::filesystem::create_directories(counter);
+    EXPECT_THAT(refusal(), HasSubstr(counter + ": Is a directory"));
+    ASSERT_EQ(mkfifo(counter.c_str(), 0600), 0);
+    EXPECT_THAT(refusal(), HasSubstr(counter + " is no regular file"));
+    std::filesystem::create_symlink("/etc/passwd", counter);
+    EXPECT_THAT(refusal(), HasSubstr(counter + ": Too many levels of symbolic links"));
+    EXPECT_NE(open(), nullptr);
 }
 
 TEST_F(DefaultsFiles, areMadeAnewAfterTheirRemoval) {

@@ -4,6 +4,8 @@
 //                                           one line: set KEY NUMBER, get KEY, remove KEY, count
 //     defaults_worker SUITE endless KEY     stores 1, 2, 3, ... and writes a line for each that is
 //                                           stored, for ever
+//     defaults_worker SUITE together KEYS   sets so many keys, and no others, to 1, then all to 2,
+//                                           ..., and writes a line for each number, for ever
 //     defaults_worker SUITE hammer SELF PROCESSES SECONDS
 //                                           reads and writes at random, as process SELF (from 0) of
 //                                           so many, and says how often it wrote each of its keys
@@ -19,8 +21,11 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/foundation/defaults/DefaultsDomain.h"
+#include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "platform/foundation/defaults/UserDefaults.h"
 #include "tests/defaults/Hammer.h"
 
@@ -61,9 +66,11 @@ std::string obey(UserDefaults& settings, const std::string& line) {
     return value ? description(*value) : "absent";
 }
 
-[[noreturn]] void writeEndlessly(UserDefaults& settings, const std::string& key) {
+/// Writes 1, 2, 3, ..., and says each when it is stored.
+template <typename Operation>
+[[noreturn]] void writeEndlessly(const Operation& store) {
     for (std::int64_t number = 1;; ++number) {
-        settings.set(number, key);
+        store(number);
         const auto line = std::to_string(number) + "\n";
         if (write(STDOUT_FILENO, line.data(), line.size()) < 0) {
             _exit(EXIT_FAILURE);
@@ -84,7 +91,17 @@ int run(const std::vector<std::string>& words) {
         return EXIT_SUCCESS;
     }
     if (words[1] == "endless" && words.size() == 3) {
-        writeEndlessly(*settings, words[2]);
+        writeEndlessly([&](std::int64_t number) { settings->set(number, words[2]); });
+    }
+    if (words[1] == "together" && words.size() == 3) {
+        const auto domain = DefaultsDomain::of(suiteFile(words[0]).string());
+        writeEndlessly([&, keys = std::stoi(words[2])](std::int64_t number) {
+            DefaultsChanges changes{.isWhole = true, .entries = {}};
+            for (int key = 0; key < keys; ++key) {
+                changes.entries.push_back({"key" + std::to_string(key), number});
+            }
+            domain->change(std::move(changes));
+        });
     }
     if (words[1] == "hammer" && words.size() == 5) {
         Hammer hammer(*settings, std::stoi(words[2]), std::stoi(words[3]));

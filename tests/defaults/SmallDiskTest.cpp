@@ -1,0 +1,237 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/DefaultsDomain.h"
+#include "tests/defaults/Database.h"
+#include "tests/defaults/SmallDisk.h"
+#include "tests/defaults/SuiteFile.h"
+#include "tests/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::UnorderedElementsAreArray;
+
+class ASmallDisk : public SuiteFile {
+  protected:
+    static void SetUpTestSuite() { SmallDisk::shared().mount(settingsHome().parent_path()); }
+    static void TearDownTestSuite() { SmallDisk::shared().unmount(); }
+
+    ASmallDisk() { disk_.empty(); }
+    ~ASmallDisk() override { disk_.makeRoom(); }
+
+    /// Without the empty ones with which the log sets warnings apart.
+    static std::vector<std::string> lines(const CapturedOutput& output) {
+        auto lines = output.lines();
+        std::erase(lines, "");
+        return lines;
+    }
+
+    /// A write that is either stored or refused with one line, and which of both.
+    bool isStored(UserDefaults& settings, const PropertyList& value, const std::string& key) {
+        const CapturedOutput errors(2);
+        const auto before = settings.object(key);
+        settings.set(value, key);
+        const auto after = settings.object(key);
+        if (after == value) {
+            EXPECT_THAT(lines(errors), IsEmpty());
+            stored_.insert_or_assign(key, value);
+            return true;
+        }
+        EXPECT_EQ(after, before);
+        EXPECT_THAT(lines(errors), ElementsAre(HasSubstr("'" + key + "' in " + file_.string() +
+                                                         " stays as it was: ")));
+        return false;
+    }
+
+    /// What was stored is there for the one, for all who come new, and in the file.
+    void expectAllThatWasStored(const UserDefaults& settings) const {
+        EXPECT_EQ(settings.dictionaryRepresentation(), stored_);
+        Worker other({name_});
+        EXPECT_EQ(other.ask("count"), std::to_string(stored_.size()));
+        for (const auto& [key, value] : stored_) {
+            EXPECT_EQ(other.ask("get " + key), description(value));
+        }
+    }
+
+    void expectToWorkAgain(UserDefaults& settings) {
+        EXPECT_TRUE(isStored(settings, 1, "again"));
+        EXPECT_TRUE(isStored(settings, std::string(100'000, 'l'), "large"));
+        Worker other({name_});
+        EXPECT_EQ(other.ask("set theirs 5"), "done");
+        EXPECT_EQ(settings.integer("theirs"), 5);
+        stored_.insert_or_assign("theirs", 5);
+        expectAllThatWasStored(settings);
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+        EXPECT_THAT(setAside(file_), IsEmpty());
+    }
+
+    /// Leaves the database alone in its folder.
+    void leaveTheDatabaseAlone() const {
+        emptyLog(file_);
+        for (const auto* suffix : {"-wal", "-shm", "-changes"}) {
+            std::filesystem::remove(file_.string() + suffix);
+        }
+    }
+
+    SmallDisk& disk_ = SmallDisk::shared();
+    PropertyList::Dictionary stored_;
+};
+
+TEST_F(ASmallDisk, thatIsFullLosesNothing) {
+    const auto settings = open();
+    for (int number = 0; number < 20; ++number) {
+        ASSERT_TRUE(isStored(*settings, number, std::to_string(number)));
+    }
+    disk_.fill();
+    // What is small may find room in a page that has been begun.
+    for (int number = 0; number < 20; ++number) {
+        isStored(*settings, -1 - number, std::to_string(number));
+    }
+    EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "0"));
+    EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "new"));
+    expectAllThatWasStored(*settings);
+    disk_.makeRoom();
+    expectToWorkAgain(*settings);
+}
+
+TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
+    const auto settings = open();
+    Worker other({name_});
+    int refusals = 0;
+    for (int number = 0; refusals < 5; ++number) {
+        const auto key = "key" + std::to_string(number);
+        const auto size = static_cast<std::size_t>(number * 37 % 20'000);
+        refusals += isStored(*settings, std::string(size, 'v'), key) ? 0 : 1;
+        if (number % 10 == 0) {
+            EXPECT_EQ(other.ask("count"), std::to_string(stored_.size()));
+        }
+    }
+    EXPECT_GT(stored_.size(), 20U);
+    expectAllThatWasStored(*settings);
+    disk_.makeRoom();
+    expectToWorkAgain(*settings);
+}
+
+TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
+    const auto settings = open();
+    ASSERT_TRUE(isStored(*settings, 1, "key"));
+    const auto change = [&](bool isWhole) {
+        DefaultsChanges changes{.isWhole = isWhole, .entries = {{"key", 2}}};
+        for (int number = 0; number < 100; ++number) {
+            changes.entries.push_back({"key" + std::to_string(number), std::string(30'000, 'v')});
+        }
+        DefaultsDomain::of(file_.string())->change(std::move(changes));
+    };
+    for (const bool isWhole : {false, true}) {
+        EXPECT_THROW(change(isWhole), NSError);
+        expectAllThatWasStored(*settings);
+    }
+    disk_.makeRoom();
+    change(true);
+    EXPECT_EQ(settings->dictionaryRepresentation().size(), 101U);
+    EXPECT_EQ(Worker({name_}).ask("count"), "101");
+}
+
+TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    leaveTheDatabaseAlone();
+    disk_.fill();
+    {
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "key"));
+        expectAllThatWasStored(*settings);
+        disk_.makeRoom();
+        expectToWorkAgain(*settings);
+    }
+    expectAllThatWasStored(*open());
+}
+
+TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    disk_.fill();
+    {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
+        EXPECT_THAT(lines(errors),
+                    ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
+    }
+    disk_.makeRoom();
+    const auto another = UserDefaults::suiteName("another");
+    ASSERT_NE(another, nullptr);
+    another->set(5, "key");
+    EXPECT_EQ(Worker({"another"}).ask("get key"), "5");
+    expectToWorkAgain(*open());
+}
+
+// To write to a page of a mapped file for which there is no room ends a program.
+TEST_F(ASmallDisk, thatIsFullEndsNobodyWhoseCounterHasAHole) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    emptyLog(file_);
+    const auto counter = file_.string() + "-changes";
+    for (const std::uintmax_t size : {64, 4096}) {
+        std::filesystem::remove(counter);
+        writeBytes(counter, "");
+        std::filesystem::resize_file(counter, size);
+        disk_.fill();
+        {
+            const auto settings = open();
+            ASSERT_NE(settings, nullptr);
+            EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "key"));
+            expectAllThatWasStored(*settings);
+        }
+        disk_.makeRoom();
+    }
+    expectToWorkAgain(*open());
+}
+
+TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    // Where the disk is but a limit, only the first who opens needs more.
+    Worker first({name_});
+    EXPECT_EQ(first.ask("get key"), "there");
+    disk_.protect();
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "key"));
+    EXPECT_FALSE(isStored(*settings, 5, "new"));
+    expectAllThatWasStored(*settings);
+    {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
+        EXPECT_THAT(lines(errors), SizeIs(1));
+    }
+    disk_.makeRoom();
+    expectToWorkAgain(*settings);
+}
+
+TEST_F(ASmallDisk, thatIsReadOnlyLetsAReaderOfTheDatabaseAloneFollowOthersOnceItIsNot) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    leaveTheDatabaseAlone();
+    disk_.protect();
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    expectAllThatWasStored(*settings);
+    disk_.makeRoom();
+    Worker other({name_});
+    EXPECT_EQ(other.ask("set theirs 5"), "done");
+    EXPECT_EQ(settings->integer("theirs"), 5);
+    EXPECT_EQ(other.ask("set theirs 6"), "done");
+    EXPECT_EQ(settings->integer("theirs"), 6);
+    stored_.insert_or_assign("theirs", 6);
+    expectToWorkAgain(*settings);
+}
+
+}  // namespace
+}  // namespace orvalo::testing
