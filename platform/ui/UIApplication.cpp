@@ -1,13 +1,36 @@
 #include "platform/ui/UIApplication.h"
 
-#include <giomm/appinfo.h>
-#include <giomm/init.h>
+#include <gio/gio.h>
 
+#include <memory>
 #include <utility>
 
+#include "platform/foundation/GLibPointer.h"
 #include "platform/ui/MainThread.h"
 
 namespace orvalo {
+
+namespace {
+
+struct Opening {
+    std::string address;
+    std::function<void(bool)> completion;
+
+    static void ended(GObject* /*source*/, GAsyncResult* result, void* data) {
+        const std::unique_ptr<Opening> self(static_cast<Opening*>(data));
+        GError* error = nullptr;
+        const bool isOpen = g_app_info_launch_default_for_uri_finish(result, &error) != FALSE;
+        const std::unique_ptr<GError, Release<g_error_free>> held(error);
+        if (held != nullptr) {
+            g_warning("%s was not opened: %s", self->address.c_str(), held->message);
+        }
+        if (self->completion) {
+            self->completion(isOpen);
+        }
+    }
+};
+
+}  // namespace
 
 const std::shared_ptr<UIApplication>& UIApplication::shared() {
     static const auto* const application =
@@ -18,21 +41,10 @@ const std::shared_ptr<UIApplication>& UIApplication::shared() {
 void UIApplication::open(const URL& url, const std::map<std::string, std::string>& /*options*/,
                          std::function<void(bool)> completion) {
     requireMainThread("UIApplication.open");
-    Gio::init();
-    const auto& address = url.absoluteString();
-    Gio::AppInfo::launch_default_for_uri_async(
-        address, [address, completion = std::move(completion)](
-                     const Glib::RefPtr<Gio::AsyncResult>& result) {
-            bool isOpen = false;
-            try {
-                isOpen = Gio::AppInfo::launch_default_for_uri_finish(result);
-            } catch (const Glib::Error& error) {
-                g_warning("%s was not opened: %s", address.c_str(), error.what());
-            }
-            if (completion) {
-                completion(isOpen);
-            }
-        });
+    auto opening = std::make_unique<Opening>(Opening{url.absoluteString(), std::move(completion)});
+    const auto* address = opening->address.c_str();
+    g_app_info_launch_default_for_uri_async(address, nullptr, nullptr, Opening::ended,
+                                            opening.release());
 }
 
 }  // namespace orvalo

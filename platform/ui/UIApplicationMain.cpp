@@ -1,10 +1,6 @@
 #include "platform/ui/UIApplicationMain.h"
 
-#include <glibmm/main.h>
-#include <gtkmm/application.h>
-#include <gtkmm/cssprovider.h>
-#include <gtkmm/stylecontext.h>
-#include <gtkmm/window.h>
+#include <gtk/gtk.h>
 
 #include <clocale>
 #include <cstdlib>
@@ -13,6 +9,7 @@
 
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FatalError.h"
+#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 #include "platform/ui/ToolkitStart.h"
 #include "platform/ui/UIApplication.h"
@@ -26,13 +23,20 @@
 
 namespace orvalo {
 
+namespace {
+
+template <typename Type>
+using Held = std::unique_ptr<Type, Release<g_object_unref>>;
+
 // Milliseconds; the first frame is out by then.
 constexpr unsigned kIconDelay = 500;
+
+}  // namespace
 
 /// The course of the application's life.
 struct UIApplicationStart {
     std::string delegateClassName;
-    Glib::RefPtr<Gtk::Application> application;
+    Held<GtkApplication> application;
     std::shared_ptr<UIResponder> responder;  // The delegate, as what it derives from.
     std::shared_ptr<UIWindow> window;
     bool isActive = false;
@@ -55,17 +59,21 @@ struct UIApplicationStart {
         const auto layout = loadLayout();
         window = layout->makeWindow();
         window->setRootViewController(layout->instantiateInitialViewController());
-        auto& toolkitWindow = *Glib::wrap(GTK_WINDOW(window->widget()));
-        application->add_window(toolkitWindow);
+        auto* toolkitWindow = GTK_WINDOW(window->widget());
+        gtk_application_add_window(application.get(), toolkitWindow);
         // Its sizes are drawn one by one, which need not keep the first frame waiting.
-        Glib::signal_timeout().connect_once(
-            [this] {
-                gtk_window_set_icon_name(GTK_WINDOW(window->widget()),
-                                         application->get_id().c_str());
+        g_timeout_add_once(
+            kIconDelay,
+            [](void* shown) {
+                gtk_window_set_icon_name(GTK_WINDOW(shown), g_application_get_application_id(
+                                                                g_application_get_default()));
             },
-            kIconDelay);
-        toolkitWindow.property_is_active().signal_changed().connect(
-            [this, &toolkitWindow] { takeActivity(toolkitWindow.is_active()); });
+            toolkitWindow);
+        g_signal_connect_swapped(
+            toolkitWindow, "notify::is-active", G_CALLBACK(+[](UIApplicationStart* start) {
+                start->takeActivity(gtk_window_is_active(GTK_WINDOW(start->window->widget())));
+            }),
+            this);
         delegate().setWindow(window);
         delegate().didFinishLaunchingWithOptions(UIApplication::shared(), {});
     }
@@ -87,10 +95,11 @@ struct UIApplicationStart {
     /// The layout's own look.
     static void dress(const std::string& layout) {
         if (const auto style = Bundle::main()->url(layout, "css")) {
-            const auto provider = Gtk::CssProvider::create();
-            provider->load_from_path(style->path());
-            Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
-                                                        GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+            const Held<GtkCssProvider> provider(gtk_css_provider_new());
+            gtk_css_provider_load_from_path(provider.get(), style->path().c_str());
+            gtk_style_context_add_provider_for_display(gdk_display_get_default(),
+                                                       GTK_STYLE_PROVIDER(provider.get()),
+                                                       GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
         }
     }
 
@@ -142,13 +151,19 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
 
     UIApplicationStart start;
     start.delegateClassName = delegateClassName;
-    start.application =
-        Gtk::Application::create(Bundle::main()->infoValue("Identifier").value_or(""));
+    const auto identifier = Bundle::main()->infoValue("Identifier");
+    start.application.reset(gtk_application_new(identifier ? identifier->c_str() : nullptr,
+                                                G_APPLICATION_DEFAULT_FLAGS));
+    auto* application = G_APPLICATION(start.application.get());
     // There are none, and to look for icons among them the icon theme would be read anew.
-    start.application->unset_resource_base_path();
-    start.application->signal_activate().connect([&start] { start.activate(); });
-    start.application->signal_shutdown().connect([&start] { start.shutDown(); });
-    return start.application->run(argc, argv);
+    g_application_set_resource_base_path(application, nullptr);
+    g_signal_connect_swapped(application, "activate",
+                             G_CALLBACK(+[](UIApplicationStart* self) { self->activate(); }),
+                             &start);
+    g_signal_connect_swapped(application, "shutdown",
+                             G_CALLBACK(+[](UIApplicationStart* self) { self->shutDown(); }),
+                             &start);
+    return g_application_run(application, argc, argv);
 }
 
 }  // namespace orvalo

@@ -1,9 +1,6 @@
 #include "platform/ui/UIWindow.h"
 
-#include <gtkmm/init.h>
-#include <gtkmm/object.h>
-#include <gtkmm/stack.h>
-#include <gtkmm/window.h>
+#include <gtk/gtk.h>
 
 #include <algorithm>
 #include <utility>
@@ -16,29 +13,21 @@
 
 namespace orvalo {
 
-namespace {
-
-Gtk::Window& windowOf(const UIView& view) {
-    // Also for windows that were made without the C++ toolkit.
-    Gtk::init_gtkmm_internals();
-    return *Glib::wrap(GTK_WINDOW(view.widget()));
-}
-
-}  // namespace
-
-UIWindow::UIWindow(GtkWidget* widget) : UIView(widget) {
-    auto& window = windowOf(*this);
-    stack_ = Gtk::make_managed<Gtk::Stack>();
-    window.set_child(*stack_);
-    transitions_ = stack_->property_transition_running().signal_changed().connect([this] {
-        if (!stack_->get_transition_running()) {
-            settle();
-        }
-    });
+UIWindow::UIWindow(GtkWidget* widget)
+    : UIView(widget), stack_(GTK_STACK(g_object_ref_sink(gtk_stack_new()))) {
+    gtk_window_set_child(GTK_WINDOW(widget), GTK_WIDGET(stack_));
+    g_signal_connect_swapped(stack_, "notify::transition-running",
+                             G_CALLBACK(+[](UIWindow* window) {
+                                 if (gtk_stack_get_transition_running(window->stack_) == FALSE) {
+                                     window->settle();
+                                 }
+                             }),
+                             this);
 }
 
 UIWindow::~UIWindow() {
-    transitions_.disconnect();
+    g_signal_handlers_disconnect_by_data(stack_, this);
+    g_object_unref(stack_);
 }
 
 std::shared_ptr<UIViewController> UIWindow::rootViewController() const {
@@ -58,20 +47,19 @@ void UIWindow::makeKeyAndVisible() {
         root.controller->appear(false);
         root.widget = addPage(root.controller);
     }
-    auto& window = windowOf(*this);
-    window.present();
+    auto* window = GTK_WINDOW(widget());
+    gtk_window_present(window);
     // Shortcuts come first until the user moves the focus.
-    window.unset_focus();
+    gtk_window_set_focus(window, nullptr);
 }
 
-Gtk::Widget* UIWindow::addPage(const std::shared_ptr<UIViewController>& controller) {
-    auto* page =
-        Glib::wrap(newScreenBin(controller->view()->widget(), [held = std::weak_ptr(controller)] {
-            if (const auto shown = held.lock()) {
-                shown->layout();
-            }
-        }));
-    stack_->add(*page);
+GtkWidget* UIWindow::addPage(const std::shared_ptr<UIViewController>& controller) {
+    auto* page = newScreenBin(controller->view()->widget(), [held = std::weak_ptr(controller)] {
+        if (const auto shown = held.lock()) {
+            shown->layout();
+        }
+    });
+    gtk_stack_add_child(stack_, page);
     return page;
 }
 
@@ -83,8 +71,8 @@ void UIWindow::push(const std::shared_ptr<UIViewController>& controller, bool an
     const auto below = pages_.back();
     pages_.push_back({controller, addPage(controller)});
     // Its shortcuts would be taken otherwise, unseen.
-    below.widget->set_sensitive(false);
-    show(*pages_.back().widget, animated, [below, animated, then] {
+    gtk_widget_set_sensitive(below.widget, FALSE);
+    show(pages_.back().widget, animated, [below, animated, then] {
         below.controller->disappear(animated);
         if (then) {
             then();
@@ -103,13 +91,13 @@ void UIWindow::pop(const std::shared_ptr<UIViewController>& controller, bool ani
     }
     const std::vector<Page> leaving(from, pages_.end());
     pages_.erase(from, pages_.end());
-    pages_.back().widget->set_sensitive(true);
+    gtk_widget_set_sensitive(pages_.back().widget, TRUE);
     pages_.back().controller->appear(animated);
-    show(*pages_.back().widget, animated, [self = shared(this), leaving, animated, then] {
+    show(pages_.back().widget, animated, [self = shared(this), leaving, animated, then] {
         for (const auto& page : leaving) {
             page.controller->disappear(animated);
             page.controller->window_.reset();
-            self->stack_->remove(*page.widget);
+            gtk_stack_remove(self->stack_, page.widget);
         }
         if (then) {
             then();
@@ -117,12 +105,12 @@ void UIWindow::pop(const std::shared_ptr<UIViewController>& controller, bool ani
     });
 }
 
-void UIWindow::show(Gtk::Widget& page, bool animated, std::function<void()> then) {
-    stack_->set_transition_type(animated ? Gtk::StackTransitionType::CROSSFADE
-                                         : Gtk::StackTransitionType::NONE);
-    stack_->set_visible_child(page);
+void UIWindow::show(GtkWidget* page, bool animated, std::function<void()> then) {
+    gtk_stack_set_transition_type(
+        stack_, animated ? GTK_STACK_TRANSITION_TYPE_CROSSFADE : GTK_STACK_TRANSITION_TYPE_NONE);
+    gtk_stack_set_visible_child(stack_, page);
     pending_ = std::move(then);
-    if (!stack_->get_transition_running()) {
+    if (gtk_stack_get_transition_running(stack_) == FALSE) {
         DispatchQueue::main()->async([self = shared(this), turn = ++turn_] {
             if (self->turn_ == turn) {
                 self->settle();

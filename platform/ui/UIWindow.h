@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sigc++/connection.h>
-
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -9,10 +7,7 @@
 
 #include "platform/ui/UIView.h"
 
-namespace Gtk {
-class Stack;
-class Widget;
-}  // namespace Gtk
+using GtkStack = struct _GtkStack;  // NOLINT(bugprone-reserved-identifier): GTK's own.
 
 namespace orvalo {
 
@@ -42,18 +37,17 @@ class UIWindow : public UIView {
     /// Takes that controller, and what stands above it, away.
     void pop(const std::shared_ptr<UIViewController>& controller, bool animated,
              const std::function<void()>& then);
-    void show(Gtk::Widget& page, bool animated, std::function<void()> then);
+    void show(GtkWidget* page, bool animated, std::function<void()> then);
     /// What was to follow the change of pages under way, now: before the next one at the latest.
     void settle();
-    Gtk::Widget* addPage(const std::shared_ptr<UIViewController>& controller);
+    GtkWidget* addPage(const std::shared_ptr<UIViewController>& controller);
 
     struct Page {
         std::shared_ptr<UIViewController> controller;
-        Gtk::Widget* widget;  // Null until it is shown first.
+        GtkWidget* widget;  // Null until it is shown first.
     };
     std::vector<Page> pages_;  // The one that is shown is the last.
-    Gtk::Stack* stack_;        // The window owns it.
-    sigc::connection transitions_;
+    GtkStack* const stack_;
     std::function<void()> pending_;
     std::uint64_t turn_ = 0;  // Of the changes without an animation.
 };
