@@ -18,7 +18,8 @@ Examples:
   orvalo-defaults write group.com.Tessaly.audio gain --float 0.5
   orvalo-defaults export group.com.Tessaly.audio settings.json
 
-orvalo-defaults COMMAND --help shows the options of one command.
+orvalo-defaults COMMAND --help shows the options of one command, and
+orvalo-defaults --version the version.
 )";
 
 }  // namespace

@@ -78,6 +78,18 @@ TEST_F(DefaultsExportTest, NothingIsLeftBesideTheFile) {
     EXPECT_EQ(std::distance(fs::directory_iterator(path("place")), {}), 1);
 }
 
+TEST_F(DefaultsExportTest, AFileForWhichThereIsNoRoomStaysAsItWas) {
+    fs::create_directories(path("place"));
+    file("place/out", "before");
+    expectSilence({"import", "d", file("in", "{\"k\": \"" + std::string(300'000, 'x') + "\"}")});
+    // 102,400 bytes.
+    const auto end = shell(R"(trap '' XFSZ; ulimit -f 200; "$D" export d )" + path("place/out"));
+    EXPECT_EQ(end.error, "orvalo-defaults: " + path("place/out") + ": File too large\n");
+    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(contents(path("place/out")), "before");
+    EXPECT_EQ(std::distance(fs::directory_iterator(path("place")), {}), 1);
+}
+
 class DefaultsRoundTripTest : public ToolFixture {};
 
 TEST_F(DefaultsRoundTripTest, EveryKindComesBackThroughStoreAndFile) {

@@ -73,6 +73,16 @@ TEST_F(DefaultsValuesTest, TheOwnDomainIsTheApplications) {
     expectOutput({"read", "com.tessaly.Orvalo"}, "{\n  \"k\": 1\n}\n");
 }
 
+TEST_F(DefaultsValuesTest, WithoutAnotherPlaceSettingsLieInTheHome) {
+    environment["XDG_CONFIG_HOME"] = "";
+    environment["HOME"] = path("home");
+    expectSilence({"write", "d", "k", "--int", "1"});
+    expectSilence({"write", "com.tessaly.Orvalo", "k", "--int", "2"});
+    EXPECT_TRUE(std::filesystem::exists(path("home/.config/orvalo-suites/d.sqlite")));
+    EXPECT_TRUE(std::filesystem::exists(path("home/.config/com.tessaly.Orvalo/defaults.sqlite")));
+    expectOutput({"domains"}, "com.tessaly.Orvalo\nd\n");
+}
+
 TEST_F(DefaultsValuesTest, ReadingCreatesNothing) {
     for (const std::string name : {"d", "com.tessaly.Orvalo"}) {
         const auto line = "there is no domain '" + name + "'.";
@@ -133,6 +143,19 @@ TEST_F(DefaultsValuesTest, AHomeThatCannotBeUsedIsNamed) {
     file("odd/orvalo-suites", "");
     environment["XDG_CONFIG_HOME"] = path("odd");
     expectRefusal({"domains"}, path("odd/orvalo-suites") + ": Not a directory", 1);
+}
+
+TEST_F(DefaultsValuesTest, AReaderThatHasEnoughEndsItAndChangesNothing) {
+    // More than a pipe holds.
+    expectSilence({"import", "d", file("in", "{\"k\": \"" + std::string(1'000'000, 'x') + "\"}")});
+    const auto before = run({"read", "d"}).output;
+    // By the signal of a broken pipe, as programs in a pipe end.
+    const auto ended = shell(R"({ "$D" read d; echo "$?" >&2; } | head -n 1)");
+    EXPECT_EQ(ended.output, "{\n");
+    EXPECT_EQ(ended.error, "141\n");
+    const auto told = shell(R"(trap '' PIPE; { "$D" export d; echo "$?" >&2; } | head -n 1)");
+    EXPECT_EQ(told.error, "orvalo-defaults: standard output: Broken pipe\n1\n");
+    EXPECT_EQ(run({"read", "d"}).output, before);
 }
 
 TEST_F(DefaultsValuesTest, AnOutputThatTakesNothingIsNamed) {

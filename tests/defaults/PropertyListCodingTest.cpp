@@ -90,6 +90,21 @@ TEST(BinaryPropertyList, keepsWhatDoesNotEqualItself) {
     EXPECT_TRUE(std::signbit(*thereAndBack(-0.0).as<double>()));
 }
 
+TEST(BinaryPropertyList, keepsEveryMicrosecondOfADate) {
+    constexpr auto first = kReferenceDate - 2'147'483'647s;
+    constexpr auto last = kReferenceDate + 2'147'483'647s + 999'999us;
+    // A prime, so that the fractions differ from date to date.
+    for (auto date = first; date <= last; date += 429'496'729'999us) {
+        ASSERT_EQ(thereAndBack(date), PropertyList(date)) << date.time_since_epoch().count();
+    }
+    for (int fraction = 0; fraction < 1'000'000; fraction += 997) {
+        for (const auto second : {-2s, -1s, 0s, 816'945'000s}) {
+            const auto date = kReferenceDate + second + std::chrono::microseconds(fraction);
+            ASSERT_EQ(thereAndBack(date), PropertyList(date)) << date.time_since_epoch().count();
+        }
+    }
+}
+
 TEST(BinaryPropertyList, keepsManyKeys) {
     Dictionary many;
     for (int number = 0; number < 2000; ++number) {

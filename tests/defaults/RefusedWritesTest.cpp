@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 
 #include "tests/defaults/Database.h"
@@ -22,6 +23,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 constexpr uid_t kSomebodyElse = 65534;
+constexpr uid_t kAThird = 65533;
 
 /// As long as it lives, files grow up to a size and no further.
 class FileSizeLimit {
@@ -157,7 +159,8 @@ void expect(bool condition, const char* what) {
     }
 }
 
-void becomeSomebodyElse() {
+/// before: what the superuser does last; whether it was done.
+void becomeSomebodyElse(const std::function<bool()>& before = [] { return true; }) {
     if (geteuid() != 0) {
         return;
     }
@@ -166,6 +169,7 @@ void becomeSomebodyElse() {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
         expect(chown(entry.path().c_str(), kSomebodyElse, kSomebodyElse) == 0, "so is the file");
     }
+    expect(before(), "the superuser has done his part");
     expect(setgid(kSomebodyElse) == 0 && setuid(kSomebodyElse) == 0, "this is somebody else");
 }
 
@@ -206,6 +210,37 @@ void protect(const std::filesystem::path& folder, bool isProtected) {
     expect(settings->string("key") == "accepted", "it can be written again");
     expect(UserDefaults::suiteName(name)->string("key") == "accepted", "by all who open it");
     endWell();
+}
+
+/// Only the superuser can give a file to a third; anybody else finds one that is his.
+[[noreturn]] void useAThirdPersonsFiles(const std::string& name) {
+    const auto file = suiteFile(name);
+    const auto third = suiteFile("of a third");
+    UserDefaults::suiteName(name)->set("stored", "key");
+    if (geteuid() != 0) {
+        std::filesystem::create_symlink("/etc/passwd", third);
+    } else {
+        UserDefaults::suiteName("of a third")->set("theirs", "key");
+        becomeSomebodyElse([&] {
+            return chown(third.c_str(), kAThird, kAThird) == 0 &&
+                   chown((file.string() + "-changes").c_str(), kAThird, kAThird) == 0;
+        });
+        const auto settings = UserDefaults::suiteName(name);
+        expect(settings && settings->string("key") == "stored", "without the counter it is read");
+        settings->set("refused", "key");
+        expect(settings->string("key") == "stored", "what was stored is still there");
+        std::filesystem::remove(file.string() + "-changes");
+    }
+    expect(UserDefaults::suiteName("of a third") == nullptr, "a third's suite cannot be opened");
+    const auto settings = UserDefaults::suiteName(name);
+    settings->set("accepted", "key");
+    expect(settings->string("key") == "accepted", "the own one can be written");
+    endWell();
+}
+
+TEST_F(ARefusedWrite, toAThirdPersonsFilesLosesNothing) {
+    EXPECT_EXIT(useAThirdPersonsFiles(name_), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "The suite 'of a third' cannot be opened: .* belongs to another user");
 }
 
 TEST_F(ARefusedWrite, inAReadOnlyFolderLosesNothing) {
