@@ -6,14 +6,12 @@
 #include <algorithm>
 #include <numbers>
 
-#include "animation/EasingCurve.h"
 #include "animation/demo/Colors.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr int kSteps = 120;
 constexpr double kDot = 3.5;  // Radii, in pixels.
 constexpr double kBall = 4.5;
 constexpr double kMargin = 7;
@@ -36,13 +34,7 @@ void CurvePlot::Release::operator()(GskRenderNode* node) const {
     gsk_render_node_unref(node);
 }
 
-CurvePlot::CurvePlot(EnumEasing type) : Glib::ObjectBase("OrvaloCurvePlot") {
-    const auto curve = easingCurves.at(static_cast<std::size_t>(rawValue(type)));
-    for (int step = 0; step <= kSteps; ++step) {
-        samples_.push_back(static_cast<double>(curve(step, 0.0F, 1.0F, kSteps)));
-    }
-    least_ = std::min(0.0, *std::min_element(samples_.begin(), samples_.end()));
-    greatest_ = std::max(1.0, *std::max_element(samples_.begin(), samples_.end()));
+CurvePlot::CurvePlot(EnumEasing type) : Glib::ObjectBase("OrvaloCurvePlot"), samples_(type) {
     set_expand();
     // The button around it has the name.
     g_object_set(gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, nullptr);
@@ -97,9 +89,10 @@ void CurvePlot::drawPicture() {
     pen->set_line_width(1.75);
     pen->set_line_join(Cairo::Context::LineJoin::ROUND);
     setColor(pen, faded(color_, 0.7F));
-    for (int step = 0; step <= kSteps; ++step) {
-        pen->line_to(xOf(static_cast<double>(step) / kSteps),
-                     yOf(samples_[static_cast<std::size_t>(step)]));
+    const auto& values = samples_.values;
+    for (std::size_t step = 0; step < values.size(); ++step) {
+        pen->line_to(xOf(static_cast<double>(step) / static_cast<double>(values.size() - 1)),
+                     yOf(values[step]));
     }
     pen->stroke();
     pen = nullptr;  // The drawing ends with it.
@@ -111,7 +104,7 @@ double CurvePlot::xOf(double share) const {
 }
 
 double CurvePlot::yOf(double value) const {
-    const double share = (value - least_) / (greatest_ - least_);
+    const double share = (value - samples_.least) / (samples_.greatest - samples_.least);
     return height_ - kMargin - share * (height_ - 2 * kMargin);
 }
 

@@ -3,9 +3,8 @@
 #include <gtkmm/widget.h>
 
 #include <memory>
-#include <vector>
 
-#include "animation/EnumEasing.h"
+#include "animation/demo/CurveSamples.h"
 
 using GskRenderNode = struct _GskRenderNode;  // NOLINT(bugprone-reserved-identifier): GSK's own.
 
@@ -34,9 +33,7 @@ class CurvePlot : public Gtk::Widget {
     double xOf(double share) const;
     double yOf(double value) const;
 
-    std::vector<double> samples_;  ///< Of the curve, in steps of equal time.
-    double least_ = 0;
-    double greatest_ = 1;
+    CurveSamples samples_;
     double share_ = 0;
     double value_ = 0;
     std::unique_ptr<GskRenderNode, Release> picture_;

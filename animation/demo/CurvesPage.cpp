@@ -9,6 +9,7 @@
 #include "animation/EasingName.h"
 #include "animation/demo/CurvePlot.h"
 #include "animation/demo/Named.h"
+#include "animation/demo/TileGrid.h"
 
 namespace orvalo {
 
@@ -28,7 +29,7 @@ Gtk::Label& header(const Glib::ustring& text) {
 }  // namespace
 
 CurvesPage::CurvesPage() {
-    auto& grid = *Gtk::make_managed<Gtk::Grid>();
+    auto& grid = *Gtk::make_managed<TileGrid>();
     grid.set_row_spacing(6);
     grid.set_column_spacing(6);
     addHeaders(grid);
@@ -61,25 +62,20 @@ void CurvesPage::addHeaders(Gtk::Grid& grid) {
     }
 }
 
-void CurvesPage::addTile(Gtk::Grid& grid, EnumEasing type, int column, int row) {
+void CurvesPage::addTile(TileGrid& grid, EnumEasing type, int column, int row) {
     auto& plot = *Gtk::make_managed<CurvePlot>(type);
     auto& button = *Gtk::make_managed<Gtk::ToggleButton>();
     button.add_css_class("tile");
     button.set_child(plot);
     button.set_tooltip_text(easingName(type));
     setAccessibleName(button, easingName(type));
-    if (first_ == nullptr) {
-        first_ = &button;
-    } else {
-        button.set_group(*first_);
-    }
     button.set_active(type == chosen_);
     button.signal_toggled().connect([this, &button, type] {
         if (button.get_active()) {
             chosen_ = type;
         }
     });
-    grid.attach(button, column, row);
+    grid.add(button, column, row);
 
     auto tile = std::make_unique<Tile>();
     tile->type = type;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtkmm/grid.h>
-#include <gtkmm/togglebutton.h>
 
 #include <cstdint>
 #include <memory>
@@ -15,6 +14,7 @@ namespace orvalo {
 
 class Animator;
 class CurvePlot;
+class TileGrid;
 
 /// All curves side by side, one animator each in one stack. One of them is chosen for the pages of
 /// groups.
@@ -41,11 +41,10 @@ class CurvesPage : public DemoPage {
     };
 
     void addHeaders(Gtk::Grid& grid);
-    void addTile(Gtk::Grid& grid, EnumEasing type, int column, int row);
+    void addTile(TileGrid& grid, EnumEasing type, int column, int row);
     void setup(const Pace& pace);
 
     std::vector<std::unique_ptr<Tile>> tiles_;
-    Gtk::ToggleButton* first_ = nullptr;  ///< Whose group the other tiles are in.
     EnumEasing chosen_ = EnumEasing::EASING_easeInOutCubic;
     std::int64_t frames_ = 1;
     std::shared_ptr<AnimatorStack> stack_ = std::make_shared<AnimatorStack>();

@@ -12,12 +12,14 @@
 #include "animation/demo/Field.h"
 #include "animation/demo/GroupsPage.h"
 #include "animation/demo/ImpulsePage.h"
+#include "animation/demo/Named.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr float kRest = 0.8F;  // Seconds between two runs.
+constexpr float kRest = 0.8F;      // Seconds between two runs.
+constexpr int kLeastHeight = 490;  // Of a page, in pixels: what it shows is worth looking at.
 
 }  // namespace
 
@@ -28,6 +30,7 @@ EasingWindow::EasingWindow() {
     auto& header = *Gtk::make_managed<Gtk::HeaderBar>();
     auto& switcher = *Gtk::make_managed<Gtk::StackSwitcher>();
     switcher.set_stack(stack_);
+    setAccessibleName(switcher, "Pages");
     header.set_title_widget(switcher);
     set_titlebar(header);
 
@@ -72,6 +75,8 @@ EasingWindow::~EasingWindow() {
 void EasingWindow::addPage(DemoPage& page, const Glib::ustring& name) {
     auto& scrolled = *Gtk::make_managed<Gtk::ScrolledWindow>();
     scrolled.set_child(page);
+    scrolled.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scrolled.set_min_content_height(kLeastHeight);
     scrolled.set_expand();
     stack_.add(scrolled, name, name);
     page.signalPlaying().connect([this, &page] {
@@ -90,6 +95,7 @@ Gtk::Widget& EasingWindow::makeBar() {
     bar.append(durationField);
     bar.append(makeField("_Interval", interval_, {1, 100, 1, 0, 5}, "ms"));
     bar.append(repeat_);
+    nameByLabel(repeat_);
     button_.set_use_underline();
     button_.set_hexpand();
     button_.set_halign(Gtk::Align::END);
@@ -139,6 +145,10 @@ Pace EasingWindow::pace() const {
 
 void EasingWindow::play() {
     wake();
+    // What is being written counts, too.
+    for (auto* field : {&duration_, &interval_}) {
+        field->update();
+    }
     isDirected_ = true;
     if (motion_.isReduced()) {
         page().showEnd(pace());
@@ -195,6 +205,7 @@ void EasingWindow::motionChanged() {
 
 void EasingWindow::showAction() {
     button_.set_label(rest_ || page().isPlaying() ? "_Stop" : page().action());
+    nameByLabel(button_);
 }
 
 void EasingWindow::wake() {

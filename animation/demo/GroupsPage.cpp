@@ -5,7 +5,9 @@
 #include <utility>
 
 #include "animation/EasingName.h"
+#include "animation/demo/CurveSamples.h"
 #include "animation/demo/Lanes.h"
+#include "animation/demo/Named.h"
 
 namespace orvalo {
 
@@ -13,6 +15,7 @@ namespace {
 
 constexpr int kLanes = 5;
 constexpr auto kNotFound = "?";
+constexpr auto kReady = "Ready.";
 
 std::vector<std::shared_ptr<Animator>> makeAnimators() {
     std::vector<std::shared_ptr<Animator>> result(kLanes);
@@ -102,6 +105,7 @@ void GroupsPage::addSwitch() {
     Gtk::ToggleButton* first = nullptr;
     for (const auto& kind : kinds_) {
         auto& button = *Gtk::make_managed<Gtk::ToggleButton>(kind.name, true);
+        nameByLabel(button);
         if (first == nullptr) {
             first = &button;
             button.set_active();
@@ -120,8 +124,10 @@ void GroupsPage::addSwitch() {
 
 Gtk::Widget& GroupsPage::makeChainOptions() {
     auto& row = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 18);
-    row.append(backwards_);
-    row.append(async_);
+    for (auto* button : {&backwards_, &async_}) {
+        nameByLabel(*button);
+        row.append(*button);
+    }
     backwards_.signal_toggled().connect([this] { turn(backwards_.get_active()); });
     async_.signal_toggled().connect([this] {
         stop();
@@ -132,6 +138,7 @@ Gtk::Widget& GroupsPage::makeChainOptions() {
 
 Gtk::Widget& GroupsPage::makeSequencerOptions() {
     auto& row = *Gtk::make_managed<Gtk::Box>();
+    nameByLabel(pause_);
     row.append(pause_);
     pause_.signal_toggled().connect(
         [this] { pause_.get_active() ? sequencer_->pause() : sequencer_->continue_(); });
@@ -144,12 +151,16 @@ void GroupsPage::choose(const Kind& kind) {
     explanation_.set_text(kind.explanation);
     options_.set_visible_child(*kind.options);
     prepare(pace_);
-    say("");
+    say(kReady);
     drawAgain();
 }
 
 void GroupsPage::prepare(const Pace& pace) {
-    curveName_.set_text("All follow " + easingName(curve_()) + ", as chosen under Curves.");
+    const auto curve = curve_();
+    curveName_.set_text("All follow " + easingName(curve) + ", as chosen under Curves.");
+    // A way back overshoots on the other side.
+    const CurveSamples samples(curve);
+    lanes_->setOvershoot(std::max(-samples.least, samples.greatest - 1));
     (this->*kind_->prepare)(pace);
 }
 

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "animation/demo/Colors.h"
+#include "animation/demo/Named.h"
 
 namespace orvalo {
 
@@ -37,6 +38,7 @@ void fillCircle(const Cairo::RefPtr<Cairo::Context>& pen, double x, double y, do
 ImpulseGraph::ImpulseGraph() {
     set_expand();
     set_content_height(200);
+    showAsPicture(*this, "The way of the value");
     set_draw_func(sigc::mem_fun(*this, &ImpulseGraph::draw));
 }
 

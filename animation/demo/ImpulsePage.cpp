@@ -10,6 +10,7 @@
 #include "animation/ImpulsePeer.h"
 #include "animation/demo/Field.h"
 #include "animation/demo/ImpulseGraph.h"
+#include "animation/demo/Named.h"
 
 namespace orvalo {
 
@@ -36,6 +37,7 @@ ImpulsePage::ImpulsePage() : graph_(Gtk::make_managed<ImpulseGraph>()) {
     append(push);
     auto& bounds = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 18);
     hasBounds_.set_active();
+    nameByLabel(hasBounds_);
     bounds.append(hasBounds_);
     bounds.append(makeField("_Lower", lower_, {-1000, 1000, 5, 0, -100}));
     bounds.append(makeField("_Upper", upper_, {-1000, 1000, 5, 0, 100}));
@@ -43,6 +45,7 @@ ImpulsePage::ImpulsePage() : graph_(Gtk::make_managed<ImpulseGraph>()) {
     hasBounds_.signal_toggled().connect([this] { enableBounds(); });
 
     append(*graph_);
+    event_.set_text("Ready.");
     event_.set_xalign(0);
     event_.add_css_class("dim-label");
     append(event_);
@@ -77,6 +80,9 @@ void ImpulsePage::enableBounds() {
 
 void ImpulsePage::setup(const Pace& pace) {
     impulse_->stop();
+    for (auto* field : {&amount_, &intensity_, &lower_, &upper_}) {
+        field->update();
+    }
     const double amount = amount_.get_value();
     const double intensity = intensity_.get_value();
     const auto bounds = std::pair(lower_.get_value(), upper_.get_value());
@@ -86,7 +92,7 @@ void ImpulsePage::setup(const Pace& pace) {
                         static_cast<float>(bounds.second));
     ticks_ = 0;
     collisions_ = 0;
-    event_.set_text("");
+    event_.set_text("On its way.");
     graph_->begin(hasBounds_.get_active() ? std::optional(bounds) : std::nullopt,
                   std::abs(amount) * intensity / (1 - intensity));
 }

@@ -5,6 +5,7 @@
 
 #include "animation/Animator.h"
 #include "animation/demo/Colors.h"
+#include "animation/demo/Named.h"
 
 namespace orvalo {
 
@@ -12,7 +13,6 @@ namespace {
 
 constexpr double kBall = 11;  // Radii, in pixels.
 constexpr double kTrack = 3;
-constexpr double kOvershoot = 0.14;  // Room beside the track, in parts of the width.
 
 void drawTrack(const Cairo::RefPtr<Cairo::Context>& pen, double left, double right, double y,
                const Gdk::RGBA& color) {
@@ -35,7 +35,8 @@ void drawBall(const Cairo::RefPtr<Cairo::Context>& pen, double x, double y,
 
 Lanes::Lanes(std::vector<std::shared_ptr<Animator>> animators) : animators_(std::move(animators)) {
     set_expand();
-    set_content_height(240);
+    set_content_height(270);
+    showAsPicture(*this, "The animators and where they are");
     set_draw_func(sigc::mem_fun(*this, &Lanes::draw));
 }
 
@@ -44,17 +45,23 @@ void Lanes::setCaptions(std::vector<std::string> captions) {
     queue_draw();
 }
 
+void Lanes::setOvershoot(double overshoot) {
+    overshoot_ = overshoot;
+    queue_draw();
+}
+
 void Lanes::draw(const Cairo::RefPtr<Cairo::Context>& pen, int width, int height) {
     const Colors colors(*this);
-    const double left = kOvershoot * width;
-    const double right = width - left;
+    const double length = (width - 2 * kBall) / (1 + 2 * overshoot_);
+    const double left = kBall + overshoot_ * length;
+    const double right = left + length;
     const double pitch = height / static_cast<double>(animators_.size());
     for (std::size_t lane = 0; lane < animators_.size(); ++lane) {
         const double y = pitch * (static_cast<double>(lane) + 0.4);
         const auto& animator = *animators_[lane];
         const auto value = static_cast<double>(animator.getValue());
         drawTrack(pen, left, right, y, faded(colors.text, 0.14F));
-        drawBall(pen, left + value * (right - left), y, colors.accent);
+        drawBall(pen, left + value * length, y, colors.accent);
         if (lane < captions_.size()) {
             const auto layout = create_pango_layout(captions_[lane]);
             setColor(pen, faded(colors.text, 0.65F));

@@ -10,20 +10,23 @@ namespace orvalo {
 
 class Animator;
 
-/// A track for each animator, on which a ball stands where its value is: 0 at the left end, 1 at
-/// the right end. The first track is at the top.
+/// A track for each animator, from 0 on the left to 1 on the right, and a ball where its value is.
+/// The first track is at the top.
 class Lanes : public Gtk::DrawingArea {
   public:
     explicit Lanes(std::vector<std::shared_ptr<Animator>> animators);
 
     /// What is written below each track.
     void setCaptions(std::vector<std::string> captions);
+    /// How far the values come beyond 0 and 1, on either side.
+    void setOvershoot(double overshoot);
 
   private:
     void draw(const Cairo::RefPtr<Cairo::Context>& pen, int width, int height);
 
     std::vector<std::shared_ptr<Animator>> animators_;
     std::vector<std::string> captions_;
+    double overshoot_ = 0;
 };
 
 }  // namespace orvalo

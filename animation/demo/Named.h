@@ -1,16 +1,24 @@
 #pragma once
 
-#include <gtk/gtk.h>
-#include <gtkmm/widget.h>
+#include <gtkmm/button.h>
+#include <gtkmm/checkbutton.h>
 
 #include <string>
 
 namespace orvalo {
 
 /// What assistive technology calls the widget.
-inline void setAccessibleName(Gtk::Widget& widget, const std::string& name) {
-    gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   name.c_str(), -1);
-}
+void setAccessibleName(Gtk::Widget& widget, const std::string& name);
+
+/// Has assistive technology call the button what stands on it. The toolkit leaves the underline of
+/// a mnemonic in the name, and so must be told again whenever the button's label has changed.
+void nameByLabel(Gtk::Button& button);
+
+/// The same for a check button. It can also be pressed by assistive technology then, to which the
+/// toolkit offers no way to do so.
+void nameByLabel(Gtk::CheckButton& button);
+
+/// Has assistive technology call the widget a picture of that name.
+void showAsPicture(Gtk::Widget& widget, const std::string& name);
 
 }  // namespace orvalo

@@ -67,6 +67,12 @@ void key(const std::string& name) {
     act({"key", name});
 }
 
+/// Writes a number into the field to which the keys lead.
+void enter(const std::string& keys, const std::string& number) {
+    key(keys);
+    act({"type", number});
+}
+
 class EasingWindowTest : public ::testing::Test {
   protected:
     EasingWindowTest() {
@@ -88,9 +94,11 @@ class EasingWindowTest : public ::testing::Test {
              "--sync"});
     }
 
-    /// The same, on the page of groups, of which less is to be looked through, at rest.
+    /// The same, on the page of groups, of which less is to be looked through, at rest; what plays
+    /// there takes no longer than it must.
     void openGroups() {
         open();
+        enter("alt+d", "0.2");
         key("alt+2");
         EXPECT_TRUE(comes("Play"));
     }
@@ -133,6 +141,7 @@ class EasingWindowTest : public ::testing::Test {
 
 TEST_F(EasingWindowTest, NamesEveryCurveAndEveryControl) {
     open();
+    enter("alt+d", "0.2");
     EXPECT_TRUE(comes("Curves"));
     Lines expected{"Curves", "Groups", "Impulse", "Duration", "Interval", "Repeat"};
     for (std::size_t number = 0; number < easingCount; ++number) {
@@ -164,6 +173,35 @@ TEST_F(EasingWindowTest, RepeatsUntilItIsStopped) {
     EXPECT_TRUE(comes("Play"));
 }
 
+TEST_F(EasingWindowTest, DoesWhatAssistiveTechnologyPresses) {
+    openGroups();
+    EXPECT_TRUE(easing.press("Repeat"));
+    EXPECT_TRUE(easing.press("Play"));
+    EXPECT_TRUE(comes("The stack has finished."));
+    // Again, by itself.
+    EXPECT_TRUE(comes("Number 1 has ended and is removed, 4 left."));
+    EXPECT_TRUE(easing.press("Stop"));
+    EXPECT_TRUE(comes("Play"));
+}
+
+TEST_F(EasingWindowTest, ChoosesACurveByTheArrowsAtOneStopOfTab) {
+    open();
+    key("F5");
+    EXPECT_TRUE(comes("Play"));
+    // From the button over the three pages to the curves, and there from InOutCubic on.
+    for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "Right", "End", "Up", "Home", "Down",
+                             "Right", "Right", "Right", "Left", "space"}) {
+        key(name);
+    }
+    // Over duration, interval and repetition back to the button.
+    for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "space"}) {
+        key(name);
+    }
+    EXPECT_TRUE(comes("Stop"));
+    key("alt+2");
+    EXPECT_TRUE(comes("All follow easeInOutQuart, as chosen under Curves."));
+}
+
 TEST_F(EasingWindowTest, RunsEveryKindOfGroupToItsEnd) {
     openGroups();
     EXPECT_TRUE(isThere("All follow easeInOutCubic, as chosen under Curves."));
@@ -190,12 +228,14 @@ TEST_F(EasingWindowTest, TellsWhatBecameOfAPush) {
     open();
     key("alt+3");
     EXPECT_TRUE(comes("Push"));
+    enter("alt+i", "1");
     key("F5");
     EXPECT_TRUE(comes("Ended after 308 ticks with 2 collisions."));
     key("alt+b");
+    enter("alt+a", "24");
     EXPECT_TRUE(comes("Push"));
     key("F5");
-    EXPECT_TRUE(comes("Ended after 308 ticks with 0 collisions."));
+    EXPECT_TRUE(comes("Ended after 331 ticks with 0 collisions."));
 }
 
 TEST_F(EasingWindowTest, ShowsEndsOnlyWhereTheToolkitsSettingAsksForLessMotion) {
