@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/audio/bridge/host/ProcessorHold.h"
 #include "platform/audio/bridge/wire/SharedEvents.h"
 #include "platform/foundation/RealTimeScope.h"
 
@@ -122,6 +123,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
         tellScheduling(control);
         session.knowsScheduling = true;
     }
+    control.processor.store(place(), std::memory_order_relaxed);
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
     session.isOutstanding = true;
     session.sampleTime = sampleTime_;
@@ -151,6 +153,13 @@ void BridgedRender::takeReports(RenderSession& session) noexcept {
                      reinterpret_cast<const std::uint8_t*>(event.bytes.data()));
         }
     }
+}
+
+int BridgedRender::place() const noexcept {
+    // Who renders offline is any thread, and not ours to hold.
+    constexpr int kAnywhere = -1;
+    thread_local ProcessorHold hold;
+    return isOffline() ? kAnywhere : hold.keep(std::chrono::steady_clock::now());
 }
 
 Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {

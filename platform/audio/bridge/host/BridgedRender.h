@@ -59,6 +59,7 @@ class BridgedRender {
                  const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) noexcept;
     void takeReports(RenderSession& session) noexcept;
+    int place() const noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
     bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 

@@ -53,6 +53,7 @@ ServiceAudioThread::~ServiceAudioThread() {
 void ServiceAudioThread::serve() noexcept {
     pthread_setname_np(pthread_self(), "effect-audio");
     const DenormalGuard denormals;
+    pthread_getaffinity_np(pthread_self(), sizeof(anywhere_), &anywhere_);
     auto& control = audio_.control();
     for (std::uint32_t answered = 0; !isEnding_.load(std::memory_order_acquire);) {
         const auto request = control.request.load(std::memory_order_acquire);
@@ -65,6 +66,8 @@ void ServiceAudioThread::serve() noexcept {
         answered = request;
         control.response.store(answered, std::memory_order_release);
         Futex::wake(control.response);
+        // After the answer, since moving takes longer than many an effect's quantum.
+        followHost();
     }
     hasEnded_.store(true, std::memory_order_release);
 }
@@ -84,6 +87,21 @@ void ServiceAudioThread::takeScheduling() {
         g_message("The effect runs without the real-time priority %d of the host: %s.", priority,
                   g_strerror(error));
     }
+}
+
+void ServiceAudioThread::followHost() noexcept {
+    const int processor = audio_.control().processor.load(std::memory_order_relaxed);
+    if (processor == processor_) {
+        return;
+    }
+    processor_ = processor;
+    cpu_set_t processors = anywhere_;
+    if (processor >= 0 && processor < CPU_SETSIZE) {
+        CPU_ZERO(&processors);
+        CPU_SET(static_cast<unsigned>(processor), &processors);
+    }
+    // Where this is refused the thread stays where it may be.
+    pthread_setaffinity_np(pthread_self(), sizeof(processors), &processors);
 }
 
 void ServiceAudioThread::render() noexcept {

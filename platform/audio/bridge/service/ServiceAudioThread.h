@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sched.h>
+
 #include <atomic>
 #include <memory>
 #include <optional>
@@ -31,6 +33,9 @@ class ServiceAudioThread {
   private:
     void serve() noexcept;
     void takeScheduling();
+    /// Goes to the processor of the host's render thread: the two take turns, and are in nobody's
+    /// way.
+    void followHost() noexcept;
     void render() noexcept;
 
     const std::shared_ptr<LV2LocalAudioUnit> unit_;
@@ -41,6 +46,8 @@ class ServiceAudioThread {
     // The thread's own.
     int policy_ = 0;
     int priority_ = 0;
+    int processor_ = -1;
+    cpu_set_t anywhere_{};    ///< The processors that it may be on.
     std::int64_t start_ = 0;  // The quantum's on the unit's time line.
     std::optional<SharedEventWriter> events_;
     std::thread thread_;

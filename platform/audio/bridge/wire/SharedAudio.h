@@ -37,6 +37,9 @@ class SharedAudio {
         /// priority), which the service's takes for itself where it may.
         std::atomic<std::int32_t> schedulingPolicy{0};
         std::atomic<std::int32_t> schedulingPriority{0};
+        /// By the host, before request: the processor that its render thread is on, from 0, which
+        /// the service's goes to; -1 when it may be anywhere.
+        std::atomic<std::int32_t> processor{-1};
         alignas(64) std::atomic<std::uint32_t> response{0};
         /// By the service, before response: frames, as AUAudioUnit::latency().
         std::atomic<std::uint32_t> latency{0};
