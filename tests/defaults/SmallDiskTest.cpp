@@ -15,12 +15,10 @@
 namespace orvalo::testing {
 namespace {
 
-using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-using ::testing::UnorderedElementsAreArray;
 
 class ASmallDisk : public SuiteFile {
   protected:
@@ -64,6 +62,14 @@ class ASmallDisk : public SuiteFile {
         }
     }
 
+    /// It has no room for much, neither for a new key nor for an old one.
+    void expectToBeReadAlone(UserDefaults& settings) {
+        const std::string much(100'000, 'x');
+        EXPECT_FALSE(isStored(settings, much, stored_.begin()->first));
+        EXPECT_FALSE(isStored(settings, much, "never before"));
+        expectAllThatWasStored(settings);
+    }
+
     void expectToWorkAgain(UserDefaults& settings) {
         EXPECT_TRUE(isStored(settings, 1, "again"));
         EXPECT_TRUE(isStored(settings, std::string(100'000, 'l'), "large"));
@@ -76,8 +82,9 @@ class ASmallDisk : public SuiteFile {
         EXPECT_THAT(setAside(file_), IsEmpty());
     }
 
-    /// Leaves the database alone in its folder.
-    void leaveTheDatabaseAlone() const {
+    /// A suite whose database lies alone in its folder.
+    void makeADatabaseAlone() {
+        ASSERT_TRUE(isStored(*open(), "there", "key"));
         emptyLog(file_);
         for (const auto* suffix : {"-wal", "-shm", "-changes"}) {
             std::filesystem::remove(file_.string() + suffix);
@@ -98,9 +105,7 @@ TEST_F(ASmallDisk, thatIsFullLosesNothing) {
     for (int number = 0; number < 20; ++number) {
         isStored(*settings, -1 - number, std::to_string(number));
     }
-    EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "0"));
-    EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "new"));
-    expectAllThatWasStored(*settings);
+    expectToBeReadAlone(*settings);
     disk_.makeRoom();
     expectToWorkAgain(*settings);
 }
@@ -144,14 +149,12 @@ TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
 }
 
 TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
-    ASSERT_TRUE(isStored(*open(), "there", "key"));
-    leaveTheDatabaseAlone();
+    makeADatabaseAlone();
     disk_.fill();
     {
         const auto settings = open();
         ASSERT_NE(settings, nullptr);
-        EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "key"));
-        expectAllThatWasStored(*settings);
+        expectToBeReadAlone(*settings);
         disk_.makeRoom();
         expectToWorkAgain(*settings);
     }
@@ -188,8 +191,7 @@ TEST_F(ASmallDisk, thatIsFullEndsNobodyWhoseCounterHasAHole) {
         {
             const auto settings = open();
             ASSERT_NE(settings, nullptr);
-            EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "key"));
-            expectAllThatWasStored(*settings);
+            expectToBeReadAlone(*settings);
         }
         disk_.makeRoom();
     }
@@ -204,9 +206,8 @@ TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
     disk_.protect();
     const auto settings = open();
     ASSERT_NE(settings, nullptr);
-    EXPECT_FALSE(isStored(*settings, std::string(100'000, 'x'), "key"));
+    expectToBeReadAlone(*settings);
     EXPECT_FALSE(isStored(*settings, 5, "new"));
-    expectAllThatWasStored(*settings);
     {
         const CapturedOutput errors(2);
         EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
@@ -217,8 +218,7 @@ TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
 }
 
 TEST_F(ASmallDisk, thatIsReadOnlyLetsAReaderOfTheDatabaseAloneFollowOthersOnceItIsNot) {
-    ASSERT_TRUE(isStored(*open(), "there", "key"));
-    leaveTheDatabaseAlone();
+    makeADatabaseAlone();
     disk_.protect();
     const auto settings = open();
     ASSERT_NE(settings, nullptr);
