@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/defaults-tool/FormFixtures.h"
+#include "tests/testing/CapturedOutput.h"
 
 namespace orvalo::testing {
 namespace {
@@ -129,10 +130,24 @@ TEST(XMLForm, TroubleIsNamedWithItsLine) {
     for (const auto& [content, line] : troubles) {
         EXPECT_EQ(inside(content), line);
     }
-    for (const auto* content : {"<key>a</string>", "<key>&lol;</key>", "<key>\xff</key>"}) {
+    for (const auto* content : {"<key>a</string>", "<key>&lol;</key>"}) {
         EXPECT_THAT(inside(content), StartsWith("line 3: "));
     }
     EXPECT_THAT(domainTrouble("<plist>\n<dict>"), StartsWith("line 2: "));
+}
+
+TEST(XMLForm, BytesThatAreNoTextAreNamedWithTheirLineAlone) {
+    const CapturedOutput errors(2);
+    for (const std::string bad :
+         {"<key>\xff</key>", "<intM\xcbger>0</integer>", "<!-- \xff -->", "<key>\xed\xa0\x80</key>",
+          "<string><![CDATA[<a\xff]]></string><string>a</string></dict></dict>"}) {
+        EXPECT_EQ(domainTrouble("<plist>\r\n<dict>\r\n" + bad + "</dict></plist>"),
+                  "line 3: it is not UTF-8 or holds a NUL.")
+            << bad;
+    }
+    EXPECT_EQ(domainTrouble(std::string("<plist>\n\0</plist>", 17)),
+              "line 2: it is not UTF-8 or holds a NUL.");
+    EXPECT_EQ(errors.text(), "");
 }
 
 TEST(XMLForm, NestingHasAnEnd) {

@@ -157,6 +157,15 @@ std::string withLineFeeds(std::string_view text) {
     return result;
 }
 
+/// GLib looks at one piece after the other, and goes on behind a bad one in CDATA.
+void checkUTF8(const std::string& text) {
+    const char* end = nullptr;
+    if (g_utf8_validate_len(text.data(), text.size(), &end) == FALSE) {
+        const auto line = 1 + std::count(text.data(), end, '\n');
+        throw FormatError("line " + std::to_string(line) + ": it is not UTF-8 or holds a NUL.");
+    }
+}
+
 /// What GLib says, in one line of a reasonable length, behind the line's number.
 std::string message(GMarkupParseContext* context, const char* said) {
     int line = 0;
@@ -179,6 +188,7 @@ PropertyList::Dictionary xmlDomain(std::string_view text) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     const auto lines =
         withLineFeeds(text.substr(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0));
+    checkUTF8(lines);
     Reader reader;
     const std::unique_ptr<GMarkupParseContext, Release<g_markup_parse_context_free>> context(
         g_markup_parse_context_new(&kCallbacks,

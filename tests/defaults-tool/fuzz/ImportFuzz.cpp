@@ -7,6 +7,8 @@
 //
 // A round depends on its number alone; it stands on standard error when the program dies.
 
+#include <glib.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -204,6 +206,9 @@ int main(int argc, char** argv) {
         std::fputs("defaults_import_fuzz SEEDS ROUNDS [FIRST] | FILE\n", stderr);
         return EXIT_FAILURE;
     }
+    // What a library has to warn of is a finding too.
+    g_log_set_always_fatal(
+        static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING));
     Counts counts;
     if (!fs::is_directory(arguments[0])) {
         feedBoth(bytesOf(arguments[0]), counts);
