@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/animation/Counting.h"
@@ -15,10 +17,10 @@ namespace {
 using testing::CapturedOutput;
 using testing::counting;
 using testing::Lines;
+using testing::Members;
 using testing::recorded;
 using testing::sequence;
 using testing::tickOn;
-using Members = std::vector<std::shared_ptr<Animator>>;
 using Peer = AnimationSequencerPeer;
 
 TEST(AnimationSequencer, APauseStopsTheStepsButNotTheFrames) {
@@ -86,6 +88,41 @@ TEST(AnimationSequencer, SeeksByStoppingWhatBeganBeforeAndRewindingTheRest) {
     EXPECT_EQ(sequencer->getCurrentIndex(), 1);
     EXPECT_EQ(sequencer->getCurrentFrame(), 15);
     EXPECT_EQ(sequencer->getCurrentCount(), 3);
+}
+
+/// Writes down under its name what a sequencer has it do.
+class Led : public Animator {
+  public:
+    Led(std::string name, Lines& lines) : name_(std::move(name)), lines_(lines) {}
+
+    void rewind() override { lines_.push_back("rewind " + name_); }
+    void stop() override { lines_.push_back("stop " + name_); }
+
+  private:
+    std::string name_;
+    Lines& lines_;
+};
+
+TEST(AnimationSequencer, LeadsItsAnimatorsInTheirOrder) {
+    Lines lines;
+    const auto sequencer = sequence({{std::make_shared<Led>("late", lines), 20},
+                                     {std::make_shared<Led>("early", lines), 0},
+                                     {std::make_shared<Led>("middle", lines), 10}});
+    sequencer->rewind();
+    EXPECT_EQ(lines, (Lines{"rewind early", "rewind middle", "rewind late"}));
+    lines.clear();
+    sequencer->seek(11);
+    EXPECT_EQ(lines, (Lines{"stop early", "stop middle", "rewind late"}));
+}
+
+TEST(AnimationSequencer, HonoursWhatItsAnimatorsOverride) {
+    const auto animator = std::make_shared<testing::TwoSteps>();
+    const auto sequencer = sequence({{animator, 0}, {counting(9), 0}});
+    tickOn(*sequencer);
+    EXPECT_EQ(sequencer->getCurrentCount(), 2);
+    tickOn(*sequencer, 2);
+    EXPECT_EQ(animator->steps, 2);
+    EXPECT_EQ(sequencer->getCurrentCount(), 1);
 }
 
 TEST(AnimationSequencer, SeeksToItsVeryEnd) {

@@ -16,9 +16,9 @@ namespace {
 using testing::CapturedOutput;
 using testing::counting;
 using testing::Lines;
+using testing::Members;
 using testing::sequence;
 using testing::tickOn;
-using Members = std::vector<std::shared_ptr<Animator>>;
 using Peer = AnimationSequencerPeer;
 constexpr auto kLargest = std::numeric_limits<std::int64_t>::max();
 

@@ -16,15 +16,14 @@ namespace {
 
 using testing::CapturedOutput;
 using testing::counting;
+using testing::kNoMembers;
 using testing::Lines;
+using testing::Members;
 using testing::record;
 using testing::recorded;
 using testing::sequence;
 using testing::tickOn;
-using Members = std::vector<std::shared_ptr<Animator>>;
 using Peer = AnimationSequencerPeer;
-
-const std::string kWarning = "WARNUNG: Es sind keine Animator Objekte definiert.";
 
 TEST(AnimationSequencer, BeginsFramesZeroAndOneOnTheFirstTickAndEveryOtherOnItsOwn) {
     Lines lines;
@@ -88,7 +87,7 @@ TEST(AnimationSequencer, EmptiedWarnsOnEveryTickAndNeverFinishes) {
     EXPECT_EQ(sequencer->getCurrentFrame(), 1);
     const CapturedOutput output;
     tickOn(*sequencer, 2);
-    EXPECT_EQ(output.lines(), Lines(2, kWarning));
+    EXPECT_EQ(output.lines(), Lines(2, kNoMembers));
     EXPECT_EQ(lines, Lines{});
     EXPECT_EQ(sequencer->getCurrentFrame(), 3);
 }

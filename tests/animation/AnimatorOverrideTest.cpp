@@ -29,6 +29,8 @@ struct Way {
 /// Writes down which operations are called.
 class Recording : public Animator {
   public:
+    using Animator::Animator;
+
     Lines calls;
     std::vector<Way> runs;
 
@@ -109,6 +111,31 @@ TEST(AnimatorOverride, OfSetupSeesThePeriodOfAnAnimatorNeverSetUp) {
     const auto animator = std::make_shared<Recording>();
     animator->reverse();
     EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 0, -1, 0.005f, EASING_easeNone}}));
+}
+
+TEST(AnimatorOverride, OfSetupSeesItsDefaults) {
+    const auto animator = std::make_shared<Recording>();
+    Animator& plain = *animator;
+    plain.setup(0, 2, 7);
+    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 2, 7, 0.009f, EASING_easeNone}}));
+}
+
+TEST(AnimatorOverride, OfSetupSeesTheDefaultsOfAnAnimatorMadeWithAWay) {
+    const auto animator = std::make_shared<Recording>(0.0f, 2.0f, 7);
+    animator->reverse();
+    EXPECT_EQ(animator->runs, (std::vector<Way>{{2, 0, 7, 0.009f, EASING_easeNone}}));
+}
+
+/// Would keep its run.
+class Stubborn : public Animator {
+    void reset() override {}
+};
+
+TEST(AnimatorOverride, OfTheResetIsNotCalledByStop) {
+    const auto animator = std::make_shared<Stubborn>();
+    animator->setup(0, 1, 2);
+    animator->stop();
+    EXPECT_TRUE(animator->isFinished());
 }
 
 /// Every curve that may be replaced gives its number.

@@ -11,22 +11,18 @@
 namespace orvalo {
 namespace {
 
+using testing::Counted;
 using testing::counting;
+using testing::groupOf;
 using testing::Lines;
+using testing::Members;
 using testing::nameOf;
 using testing::record;
 using testing::tick;
-using Members = std::vector<std::shared_ptr<Animator>>;
 
 /// A stack of the members, which writes down every callback of its own.
 std::shared_ptr<AnimatorStack> recorded(const Members& members, Lines& lines) {
-    auto stack = std::make_shared<AnimatorStack>();
-    for (const auto& member : members) {
-        stack->add(member);
-    }
-    stack->onAnimation = [&lines, members](const auto&, const auto& item) {
-        lines.push_back("before " + nameOf(item, members));
-    };
+    auto stack = testing::recordedGroupOf<AnimatorStack>(members, lines);
     stack->onRemovedItem = [&lines, members](const auto& self, const auto& item) {
         lines.push_back("removed " + nameOf(item, members) + ", " +
                         std::to_string(self->getCount()) + " left");
@@ -151,10 +147,7 @@ TEST(AnimatorStack, ShowsEachRemovalOfATickAsItHappens) {
     for (int index = 0; index < memberCount; ++index) {
         left.push_back(counting(1));
     }
-    const auto stack = std::make_shared<AnimatorStack>();
-    for (const auto& member : left) {
-        stack->add(member);
-    }
+    const auto stack = groupOf<AnimatorStack>(left);
     stack->onRemovedItem = [&left](const auto& self, const auto& item) {
         ASSERT_EQ(item, left.front());
         left.erase(left.begin());
@@ -188,8 +181,7 @@ TEST(AnimatorStack, StoppedByACallbackStillStepsTheRestOfTheTick) {
 }
 
 TEST(AnimatorStack, EndsTheProgramWhenAMemberEndsThatACallbackRemoved) {
-    const auto stack = std::make_shared<AnimatorStack>();
-    stack->add(counting(1));
+    const auto stack = groupOf<AnimatorStack>({counting(1)});
     tick(*stack);
     stack->onAnimation = [](const auto& self, const auto&) { self->stop(); };
     EXPECT_DEATH(tick(*stack),
@@ -215,23 +207,31 @@ TEST(AnimatorStack, FinishedCallbackThatRefillsItLosesWhatItAdded) {
     EXPECT_EQ(stack->getCount(), 0);
 }
 
-class CountedStack : public AnimatorStack {
-  public:
-    int stops = 0;
-    int resets = 0;
+TEST(AnimatorStack, FinishedCallbackThatStartsItIsStoppedAllTheSame) {
+    const auto stack = std::make_shared<AnimatorStack>();
+    stack->interval = 0.001F;
+    stack->onFinished = [](const auto& self) {
+        self->onFinished = nullptr;
+        self->start();
+    };
+    const std::weak_ptr<AnimatorStack> watched = stack;
+    tick(*stack);
+    // Only a timer that still ran would hold it, too.
+    EXPECT_EQ(watched.use_count(), 1);
+}
 
-    void stop() override {
-        ++stops;
-        AnimatorStack::stop();
-    }
-    void reset() override {
-        ++resets;
-        AnimatorStack::reset();
-    }
-};
+TEST(AnimatorStack, HonoursWhatItsMembersOverride) {
+    const auto member = std::make_shared<testing::TwoSteps>();
+    const auto stack = groupOf<AnimatorStack>({member});
+    tick(*stack);
+    EXPECT_EQ(stack->getCount(), 1);
+    tick(*stack);
+    EXPECT_EQ(member->steps, 2);
+    EXPECT_EQ(stack->getCount(), 0);
+}
 
 TEST(AnimatorStack, CallsItsOwnOperationsThroughTheOverridableOnes) {
-    const auto stack = std::make_shared<CountedStack>();
+    const auto stack = std::make_shared<Counted<AnimatorStack>>();
     tick(*stack);
     EXPECT_EQ(stack->stops, 1);
     EXPECT_EQ(stack->resets, 1);

@@ -10,6 +10,7 @@
 namespace orvalo::testing {
 
 using Lines = std::vector<std::string>;
+using Members = std::vector<std::shared_ptr<Animator>>;
 
 /// An animator that is set up for so many frames, at least one, and whose value is the frame that
 /// it has come to.
@@ -24,6 +25,17 @@ inline std::shared_ptr<Animator> endless() {
     return result;
 }
 
+/// One whose own operations say that it ends with its second step.
+class TwoSteps : public Animator {
+  public:
+    int steps = 0;
+    int starts = 0;
+
+    void animate() override { ++steps; }
+    bool isFinished() const override { return steps == 2; }
+    void start() override { ++starts; }
+};
+
 /// Has the animator write down its own callbacks under its name.
 inline void record(const std::shared_ptr<Animator>& animator, const std::string& name,
                    Lines& lines) {
@@ -36,8 +48,7 @@ inline void record(const std::shared_ptr<Animator>& animator, const std::string&
 }
 
 /// A member of a group, by name.
-inline std::string nameOf(const std::shared_ptr<Animator>& animator,
-                          const std::vector<std::shared_ptr<Animator>>& members) {
+inline std::string nameOf(const std::shared_ptr<Animator>& animator, const Members& members) {
     for (std::size_t index = 0; index < members.size(); ++index) {
         if (members[index] == animator) {
             return std::string(1, static_cast<char>('A' + index));
@@ -45,6 +56,43 @@ inline std::string nameOf(const std::shared_ptr<Animator>& animator,
     }
     return "?";
 }
+
+/// A stack or a chain of the members.
+template <typename Group>
+std::shared_ptr<Group> groupOf(const Members& members) {
+    auto group = std::make_shared<Group>();
+    for (const auto& member : members) {
+        group->add(member);
+    }
+    return group;
+}
+
+/// The same, which writes down before which member's turn it calls back.
+template <typename Group>
+std::shared_ptr<Group> recordedGroupOf(const Members& members, Lines& lines) {
+    auto group = groupOf<Group>(members);
+    group->onAnimation = [&lines, members](const auto&, const auto& item) {
+        lines.push_back("before " + nameOf(item, members));
+    };
+    return group;
+}
+
+/// Counts how often its own operations call these two.
+template <typename Kind>
+class Counted : public Kind {
+  public:
+    int stops = 0;
+    int resets = 0;
+
+    void stop() override {
+        ++stops;
+        Kind::stop();
+    }
+    void reset() override { ++resets; }
+};
+
+/// What a chain or a sequencer prints when it has nothing to animate.
+inline const std::string kNoMembers = "WARNUNG: Es sind keine Animator Objekte definiert.";
 
 /// So many ticks of the group's own, by hand.
 template <typename Group>

@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "animation/ImpulsePeer.h"
@@ -112,10 +113,20 @@ TEST(Impulse, BoundsThatAreNotEnabledAreNoBounds) {
     EXPECT_EQ(Peer::value(*impulse), 1.5F);
 }
 
-TEST(Impulse, HasBoundsAt1024WhenOnlyTheirUseIsNew) {
+TEST(Impulse, BeginsWithBoundsThatAreNotEnabled) {
     const auto impulse = std::make_shared<Impulse>(1, 4096.0F);
+    EXPECT_EQ(Peer::bounds(*impulse), std::pair(-1024.0F, 1024.0F));
     tick(*impulse);
     EXPECT_EQ(Peer::value(*impulse), 3072.0F);
+}
+
+TEST(Impulse, TicksEveryNineMillisecondsUnlessToldOtherwise) {
+    EXPECT_EQ(Peer::interval(Impulse()), 0.009F);
+    EXPECT_EQ(Peer::interval(Impulse(1, 1.0F)), 0.009F);
+    Impulse impulse(1, 1.0F, 0.5F);
+    EXPECT_EQ(Peer::interval(impulse), 0.5F);
+    impulse.setup(1, 1.0F);
+    EXPECT_EQ(Peer::interval(impulse), 0.009F);
 }
 
 TEST(Impulse, CollidesAtEveryMoveWithBoundsTheWrongWayRound) {
@@ -192,25 +203,8 @@ TEST(Impulse, MoreTicksThanSixtyFourBitsCountEndTheProgram) {
     EXPECT_DEATH(tick(*impulse), "Fatal error: Integer overflow in an addition");
 }
 
-class CountedImpulse : public Impulse {
-  public:
-    int stops = 0;
-    int resets = 0;
-
-    void stop() override {
-        ++stops;
-        Impulse::stop();
-    }
-
-  protected:
-    void reset() override {
-        ++resets;
-        Impulse::reset();
-    }
-};
-
 TEST(Impulse, CallsItsOwnOperationsThroughTheOverridableOnes) {
-    const auto impulse = std::make_shared<CountedImpulse>();
+    const auto impulse = std::make_shared<testing::Counted<Impulse>>();
     tick(*impulse);
     EXPECT_EQ(impulse->stops, 1);
     EXPECT_EQ(impulse->resets, 1);

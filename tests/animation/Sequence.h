@@ -53,7 +53,7 @@ inline std::shared_ptr<AnimationSequencer> sequence(const std::vector<Placed>& p
 inline std::shared_ptr<AnimationSequencer> recorded(const std::vector<Placed>& placed,
                                                     Lines& lines) {
     auto sequencer = sequence(placed);
-    std::vector<std::shared_ptr<Animator>> members;
+    Members members;
     for (const auto& entry : placed) {
         members.push_back(entry.animator);
     }

@@ -20,6 +20,7 @@
 #include "animation/Impulse.h"
 #include "tests/animation/Counting.h"
 #include "tests/foundation/Wait.h"
+#include "tests/testing/CapturedOutput.h"
 
 namespace orvalo {
 namespace {
@@ -274,6 +275,29 @@ TYPED_TEST(Ticking, CallsWhatASubclassMakesOfATick) {
     ticking->stop();
 }
 
+template <typename Kind>
+class Empty : public ::testing::Test {};
+
+using Warning = ::testing::Types<AnimatorChain, AnimationSequencer>;
+TYPED_TEST_SUITE(Empty, Warning);
+
+/// The first few lines that it prints, at least three.
+template <typename Kind>
+Lines linesOf(Kind& ticking) {
+    const testing::CapturedOutput output;
+    EXPECT_TRUE(serveUntil([&output] { return output.lines().size() >= 3; }));
+    ticking.stop();
+    return output.lines();
+}
+
+TYPED_TEST(Empty, KeepsItsTimerAndWarnsAtEveryTick) {
+    const auto ticking = std::make_shared<TypeParam>();
+    Kit<TypeParam>::setInterval(*ticking, kShort);
+    ticking->start();
+    const auto lines = linesOf(*ticking);
+    EXPECT_EQ(lines, Lines(lines.size(), testing::kNoMembers));
+}
+
 TEST(SeveralTicking, TickInTheOrderOfTheirStarts) {
     constexpr float interval = 0.01F;
     Lines order;
@@ -318,6 +342,28 @@ TEST(SequencerTimer, AdvancesTheFrameBeforeEveryTickAlsoInAPause) {
     sequencer->stop();
     frames.resize(3);
     EXPECT_EQ(frames, (std::vector<std::int64_t>{1, 2, 3}));
+}
+
+TEST(SequencerTimer, GoesOnWhenEverythingIsRemoved) {
+    const auto sequencer = makeEndless<AnimationSequencer>();
+    sequencer->start();
+    sequencer->removeAll();
+    const auto lines = linesOf(*sequencer);
+    EXPECT_EQ(lines, Lines(lines.size(), testing::kNoMembers));
+}
+
+TEST(SequencerTimer, StartedGoesOnFromItsFrame) {
+    const auto sequencer = makeEndless<AnimationSequencer>();
+    std::int64_t first = 0;
+    sequencer->onAnimation = [&first](const auto& self, const auto&) {
+        first = first == 0 ? self->getCurrentFrame() : first;
+    };
+    sequencer->add(testing::endless(), 41);
+    sequencer->seek(41);
+    sequencer->start();
+    EXPECT_TRUE(serveUntil([&first] { return first != 0; }));
+    sequencer->stop();
+    EXPECT_EQ(first, 42);
 }
 
 TEST(SequencerTimer, AFrameBeyondSixtyFourBitsEndsTheProgram) {

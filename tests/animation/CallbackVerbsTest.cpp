@@ -1,0 +1,106 @@
+// Everything that a callback may do, done in every callback of everything that ticks and of its
+// members, on a run loop: what is freed too early or never is for the address sanitizer to see.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "animation/Ticking.h"
+#include "tests/animation/CallbackVerbs.h"
+#include "tests/foundation/Wait.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo {
+namespace {
+
+using testing::Callback;
+using testing::counting;
+using testing::Members;
+using testing::serveUntil;
+using testing::Verb;
+
+/// Serves the calling thread's run loop for some more ticks.
+void goOn() {
+    int ticks = 0;
+    auto clock = startTicking(testing::kVerbInterval, [&ticks] { ++ticks; });
+    EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+    stopTicking(clock);
+}
+
+template <typename Kind>
+class CallbackOf : public ::testing::Test {
+  protected:
+    /// Has one tick, whose callback does something the first time. What has no end by itself ends
+    /// with the thread.
+    void perform(const Callback<Kind>& callback, const std::function<void()>& verb) {
+        std::thread([this, &callback, &verb] {
+            members_ = {counting(2), counting(3)};
+            object_ = testing::VerbKit<Kind>::make(members_);
+            if constexpr (requires { object_->interval; }) {
+                object_->interval = testing::kVerbInterval;
+            }
+            const std::vector<std::weak_ptr<NSObject>> living{object_, members_[0], members_[1]};
+            int calls = 0;
+            callback.install(*object_, members_, [&calls, &verb] {
+                if (++calls == 1) {
+                    verb();
+                }
+            });
+            object_->start();
+            EXPECT_TRUE(serveUntil([&calls] { return calls > 0; }));
+            goOn();
+            object_ = nullptr;
+            members_.clear();
+            watched_ = living;
+        }).join();
+        for (const auto& object : watched_) {
+            EXPECT_TRUE(object.expired());
+        }
+    }
+
+    std::shared_ptr<Kind> object_;
+    Members members_;
+
+  private:
+    std::vector<std::weak_ptr<NSObject>> watched_;
+};
+
+using Kinds = ::testing::Types<Animator, AnimatorStack, AnimatorChain, AnimationSequencer, Impulse>;
+TYPED_TEST_SUITE(CallbackOf, Kinds);
+
+/// A stack whose member ends when it is no longer in the list ends the program; it must.
+template <typename Kind>
+bool isFatal(const Callback<Kind>& callback, const Verb<Kind>& verb) {
+    return std::is_same_v<Kind, AnimatorStack> && callback.name == "onFinished of the first" &&
+           (verb.name == "stop" || verb.name == "stop and start");
+}
+
+TYPED_TEST(CallbackOf, MayDoAnything) {
+    const testing::CapturedOutput output;
+    for (const auto& callback : testing::VerbKit<TypeParam>::callbacks()) {
+        for (const auto& verb : testing::VerbKit<TypeParam>::verbs()) {
+            SCOPED_TRACE(callback.name + ": " + verb.name);
+            if (!isFatal(callback, verb)) {
+                this->perform(callback,
+                              [this, &verb] { verb.run(*this->object_, this->members_); });
+            }
+        }
+    }
+}
+
+TYPED_TEST(CallbackOf, MayLetGoOfEverything) {
+    for (const auto& callback : testing::VerbKit<TypeParam>::callbacks()) {
+        SCOPED_TRACE(callback.name);
+        this->perform(callback, [this] {
+            this->object_ = nullptr;
+            this->members_.clear();
+        });
+    }
+}
+
+}  // namespace
+}  // namespace orvalo
