@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include "platform/foundation/RunLoop.h"
@@ -38,6 +40,31 @@ TEST_F(View, OpensTheInterfaceHiddenSoThatItIsThereWhenTheViewComesOnScreen) {
     window_->stage()->setHidden(false);
     EXPECT_TRUE(fillsItsStage());
     EXPECT_EQ(record_.instantiations, 1);
+}
+
+TEST_F(View, StandsInItsPlaceBeforeTheToolkitDrawsThere) {
+    embed();
+    window_->stage()->setHidden(true);
+    window_->present();
+    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 1; }));
+    std::optional<bool> stood;
+    // While the toolkit draws the main loop has no turn: what stands now stood before.
+    std::function<void()> drawn = [&] {
+        if (gtk_widget_get_mapped(window_->stage()->widget()) == FALSE || stood) {
+            return;
+        }
+        const auto end = g_get_monotonic_time() + 2 * G_TIME_SPAN_SECOND;
+        do {
+            stood = rectangleOf(record_.window) == window_->place();
+        } while (!*stood && g_get_monotonic_time() < end);
+    };
+    auto* clock = gtk_widget_get_frame_clock(window_->window());
+    const auto handler = g_signal_connect_swapped(
+        clock, "paint", G_CALLBACK(+[](const std::function<void()>* call) { (*call)(); }), &drawn);
+    window_->stage()->setHidden(false);
+    EXPECT_TRUE(waitFor([&stood] { return stood.has_value(); }));
+    g_signal_handler_disconnect(clock, handler);
+    EXPECT_EQ(stood, true);
 }
 
 TEST_F(View, FollowsItsPlace) {

@@ -1,7 +1,5 @@
 #include "platform/audio/interface/LV2EmbeddedInterface.h"
 
-#include <glib.h>
-
 #include <utility>
 
 #include "platform/audio/interface/LV2InterfaceError.h"
@@ -10,14 +8,8 @@ namespace orvalo {
 
 namespace {
 
-constexpr unsigned kShownPeriod = static_cast<unsigned>(1000.0 / LV2Interface::kUpdateRate);
-// An interface that comes on screen has a picture to make as soon as the X server asks for it.
-constexpr unsigned kFirstPeriod = 2;
-constexpr int kFirstTurns = 10;
-// Often enough that nothing piles up, seldom enough to cost nothing.
-constexpr unsigned kHiddenPeriod = 250;
 // Below the toolkit's drawing, which stands at 120, so that an interface cannot hold it up.
-constexpr int kTimerPriority = 125;
+constexpr int kTurnPriority = 125;
 // Two seconds, at the least.
 constexpr int kLongestTurnsWithoutWindow = 120;
 
@@ -31,7 +23,7 @@ LV2EmbeddedInterface::LV2EmbeddedInterface(std::shared_ptr<X11Connection> connec
       data_(std::move(data)),
       place_(std::move(place)) {
     open();
-    setTimer(kHiddenPeriod);
+    turns_ = std::make_unique<InterfaceTurns>(kTurnPriority, [this] { tick(); });
 }
 
 LV2EmbeddedInterface::~LV2EmbeddedInterface() {
@@ -95,25 +87,7 @@ void LV2EmbeddedInterface::setVisible(bool isVisible) {
     }
     isVisible_ = isVisible;
     container_->setVisible(isVisible);
-    firstTurns_ = isVisible ? kFirstTurns : 0;
-    setTimer(isVisible ? kFirstPeriod : kHiddenPeriod);
-}
-
-void LV2EmbeddedInterface::setTimer(unsigned period) {
-    if (timer_ != nullptr) {
-        g_source_destroy(timer_.get());
-    }
-    timer_.reset(g_timeout_source_new(period));
-    g_source_set_priority(timer_.get(), kTimerPriority);
-    g_source_set_callback(
-        timer_.get(),
-        [](void* self) -> gboolean {
-            static_cast<LV2EmbeddedInterface*>(self)->tick();
-            // Closing destroys the source.
-            return G_SOURCE_CONTINUE;
-        },
-        this, nullptr);
-    g_source_attach(timer_.get(), nullptr);
+    turns_->setVisible(isVisible);
 }
 
 void LV2EmbeddedInterface::enter() const {
@@ -123,9 +97,6 @@ void LV2EmbeddedInterface::enter() const {
 }
 
 void LV2EmbeddedInterface::tick() {
-    if (firstTurns_ > 0 && --firstTurns_ == 0) {
-        setTimer(kShownPeriod);
-    }
     enter();
     if (interface_->isOutdated()) {
         container_->release();
@@ -161,10 +132,7 @@ void LV2EmbeddedInterface::tick() {
 }
 
 void LV2EmbeddedInterface::close(const std::string& reason) {
-    if (timer_ != nullptr) {
-        g_source_destroy(timer_.get());
-        timer_ = nullptr;
-    }
+    turns_ = nullptr;
     enter();
     container_->release();
     interface_ = nullptr;

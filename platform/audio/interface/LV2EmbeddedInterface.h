@@ -4,19 +4,19 @@
 #include <string>
 
 #include "platform/audio/interface/EmbeddedInterface.h"
+#include "platform/audio/interface/InterfaceTurns.h"
 #include "platform/audio/interface/LV2Interface.h"
 #include "platform/audio/interface/LV2InterfaceData.h"
 #include "platform/audio/interface/X11Connection.h"
 #include "platform/audio/interface/X11Container.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
-#include "platform/foundation/GLibPointer.h"
 
 namespace orvalo {
 
 /// An open interface of a unit in this process: the interface, the container around its window, and
-/// the timer that keeps it going on the main run loop, slowly while it is hidden. An interface that
-/// reaches an instance which has been replaced is made anew. One that runs the loop itself, and is
-/// closed meanwhile, is cleaned up when its own code has ended, at once otherwise. Main thread.
+/// its turns on the main run loop. An interface that reaches an instance which has been replaced is
+/// made anew. One that runs the loop itself, and is closed meanwhile, is cleaned up when its own
+/// code has ended, at once otherwise. Main thread.
 class LV2EmbeddedInterface : public EmbeddedInterface {
   public:
     /// Opens it. The data's library must stay loaded for the object's life. Throws NSError.
@@ -32,7 +32,6 @@ class LV2EmbeddedInterface : public EmbeddedInterface {
   private:
     void open();
     void enter() const;
-    void setTimer(unsigned period);  // In ms.
     void tick();
     void close(const std::string& reason);
 
@@ -45,10 +44,9 @@ class LV2EmbeddedInterface : public EmbeddedInterface {
     // Shared with the turn that is under way.
     std::shared_ptr<X11Container> container_;
     std::shared_ptr<LV2Interface> interface_;
-    GSourcePointer timer_;
+    std::unique_ptr<InterfaceTurns> turns_;  // Until it is closed.
     bool isVisible_ = false;
     int turnsWithoutWindow_ = 0;
-    int firstTurns_ = 0;  // How many of them are left.
 };
 
 }  // namespace orvalo

@@ -152,9 +152,11 @@ void X11ContainerView::setMessage(const std::string& message) {
 void X11ContainerView::mapped() {
     clock_ = gtk_widget_get_frame_clock(stage_);
     g_object_ref(clock_);
-    // Ancestors move the view without telling it, but never without a frame.
-    painted_ =
-        g_signal_connect(clock_, "after-paint", G_CALLBACK(forward<&X11ContainerView::look>), this);
+    // Ancestors move the view without telling it, but never without a frame. Most of that is known
+    // once the toolkit has laid out: the foreign window is drawn while the toolkit draws.
+    const auto look = G_CALLBACK(forward<&X11ContainerView::look>);
+    g_signal_connect_after(clock_, "layout", look, this);
+    g_signal_connect(clock_, "after-paint", look, this);
     gtk_widget_queue_draw(stage_);
 }
 
@@ -162,7 +164,7 @@ void X11ContainerView::unmapped() {
     if (clock_ == nullptr) {
         return;
     }
-    g_signal_handler_disconnect(clock_, painted_);
+    g_signal_handlers_disconnect_by_data(clock_, this);
     g_object_unref(std::exchange(clock_, nullptr));
     place_ = {};
     if (onHidden) {

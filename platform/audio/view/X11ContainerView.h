@@ -60,7 +60,6 @@ class X11ContainerView : public UIView {
     GtkWidget* root_ = nullptr;
     GSourcePointer idle_;
     GdkFrameClock* clock_ = nullptr;  // While the view is on screen.
-    unsigned long painted_ = 0;       // The handler at the clock.
     Place place_;
 };
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo {
+
+/// The turns that an interface gets in the main loop: as often as it may redraw while it is on
+/// screen, seldom while it is not, and in quick succession when it comes there, because it has a
+/// picture to make as soon as the X server asks for it. Main thread.
+class InterfaceTurns {
+  public:
+    /// Begins those of one that is not on screen. priority: of the main loop's sources. turn may
+    /// end the object.
+    InterfaceTurns(int priority, std::function<void()> turn);
+    ~InterfaceTurns();
+    InterfaceTurns(const InterfaceTurns&) = delete;
+    InterfaceTurns& operator=(const InterfaceTurns&) = delete;
+
+    void setVisible(bool isVisible);
+
+  private:
+    void setPeriod(unsigned milliseconds);
+    void take();
+
+    const int priority_;
+    const std::function<void()> turn_;
+    GSourcePointer timer_;
+    int quickTurns_ = 0;
+};
+
+}  // namespace orvalo
