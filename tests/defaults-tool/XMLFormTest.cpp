@@ -77,6 +77,10 @@ TEST(XMLForm, WhatXMLCannotCarryIsRefused) {
                   xmlText({{"k", "\uFFFE"}});
               }),
               "'k': XML cannot carry the character '\uFFFE'" + end);
+    EXPECT_EQ(trouble([] {
+                  xmlText({{"k", std::string("a\0b", 3)}});
+              }),
+              "'k': XML cannot carry the character '\\u0000'" + end);
     EXPECT_EQ(trouble([] { xmlText({{"k", "\x7f\u0080\t\n\r"}}); }), "no error");
 }
 

@@ -73,7 +73,8 @@ class Writer {
 };
 
 std::string Writer::escapedForXML(const std::string& text) const {
-    for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
+    const char* const end = text.c_str() + text.size();
+    for (const char* at = text.c_str(); at < end; at = g_utf8_next_char(at)) {
         if (!isCarried(g_utf8_get_char(at))) {
             const std::string character(at, static_cast<const char*>(g_utf8_next_char(at)));
             throw FormatError(inQuotes(*key_) + ": XML cannot carry the character " +
