@@ -143,8 +143,9 @@ void Animator::animate() {
     if (_frames < 0) {
         return;
     }
-    const auto self = shared(this);
     if (_step < _frames) {
+        // A callback alone can let go of it meanwhile.
+        const auto self = onAnimation ? shared(this) : nullptr;
         call(onAnimation, self, _value);
         _step = checkedAdd<std::int64_t>(_step, 1);
         if (_action == nullptr) {
@@ -153,6 +154,7 @@ void Animator::animate() {
         _value = (this->*_action)(_step, _source, _amount, _frames);
         return;
     }
+    const auto self = shared(this);
     _value = _destination;
     if (looped) {
         call(onLoop, self);

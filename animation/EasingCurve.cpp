@@ -205,8 +205,14 @@ struct Shares {
     static float easeOut(float t, float b, float c, float d) { return Family::out(t / d, b, c); }
     static float easeInOut(float t, float b, float c, float d) {
         const float u = t / (d / 2);
-        return u < 1 ? Family::first(u, b, c / 2) : Family::second(u, b, c / 2);
+        return isBelow1(t, d / 2) ? Family::first(u, b, c / 2) : Family::second(u, b, c / 2);
     }
+
+  private:
+    /// Whether t / half, rounded, is below 1. The float next below half is below it by so much that
+    /// no quotient below 1 is rounded to 1, so nobody need wait for the division: to have foreseen
+    /// the wrong half then costs less. t and half: whole numbers and their halves.
+    static bool isBelow1(float t, float half) { return half < 0 ? t > half : t < half; }
 };
 
 template <float (*formula)(float t, float b, float c, float d)>
