@@ -65,19 +65,19 @@ function(orvalo_test name)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
 endfunction()
 
-# orvalo_test_out_of_process(<names>): those tests once more, with effects in processes of their own
-# rather than in the program's. Once is enough under the sanitizers.
-function(orvalo_test_out_of_process)
+# orvalo_test_in_process(<names>): those tests once more, with effects in the program's own process
+# rather than in theirs. Once is enough under the sanitizers.
+function(orvalo_test_in_process)
     if(ORVALO_SANITIZE)
         return()
     endif()
     foreach(name IN LISTS ARGN)
-        add_test(NAME ${name}_out_of_process COMMAND ${name})
+        add_test(NAME ${name}_in_process COMMAND ${name})
         get_test_property(${name} TIMEOUT timeout)
         get_test_property(${name} LABELS labels)
-        set_tests_properties(${name}_out_of_process PROPERTIES
+        set_tests_properties(${name}_in_process PROPERTIES
             TIMEOUT ${timeout}
             LABELS "${labels}"
-            ENVIRONMENT ORVALO_EFFECT_LOADING=out-of-process)
+            ENVIRONMENT ORVALO_EFFECT_LOADING=in-process)
     endforeach()
 endfunction()

@@ -63,10 +63,11 @@ struct Cost {
     std::int64_t processor = 0;  ///< ns
 };
 
-Cost renderTimed(AUAudioUnit& unit, Blocks& blocks) {
+template <typename Body>
+Cost timed(Body body) {
     const auto processor = threadNanoseconds();
     const auto begin = monotonicNanoseconds();
-    blocks.render(unit);
+    body();
     const auto end = monotonicNanoseconds();
     return {static_cast<double>(end - begin) * 1e-3, threadNanoseconds() - processor};
 }
@@ -111,11 +112,26 @@ QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int
             next += period;
             const timespec until{next / 1'000'000'000, next % 1'000'000'000};
             clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
-            const auto local = renderTimed(*contenders.local, blocks);
-            const auto bridged = renderTimed(*contenders.bridged, blocks);
+            Cost local;
+            Cost bridged;
+            Cost bare;
+            constexpr int kContenders = 3;
+            for (int turn = 0; turn < kContenders; ++turn) {
+                switch ((quantum + turn) % kContenders) {
+                    case 0:
+                        local = timed([&] { blocks.render(*contenders.local); });
+                        break;
+                    case 1:
+                        bridged = timed([&] { blocks.render(*contenders.bridged); });
+                        break;
+                    default:
+                        bare = timed([&] { contenders.bare->run(); });
+                }
+            }
             costs.local.push_back(local.passing);
             costs.bridged.push_back(bridged.passing);
             costs.added.push_back(bridged.passing - local.passing);
+            costs.bare.push_back(bare.passing);
             localProcessor += local.processor;
             bridgedProcessor += bridged.processor;
         }

@@ -25,11 +25,13 @@ void compareQuanta(const std::string& uri, int seconds) {
         const auto costs = renderPaced(contenders, frames, seconds);
         std::printf(
             "%4u frames: in process %6.1f us, %6.1f us at p99; outside %6.1f, %6.1f; "
-            "added %6.1f, %6.1f; processor %.4f, %.4f s a second; %llu of %zu late\n",
+            "added %6.1f, %6.1f, %.2f x a bare hand-over's %.1f; processor %.4f, %.4f s a "
+            "second; %llu of %zu late\n",
             frames, median(costs.local), quantile(costs.local, 0.99), median(costs.bridged),
             quantile(costs.bridged, 0.99), median(costs.added), quantile(costs.added, 0.99),
-            costs.localProcessor, costs.bridgedProcessor,
-            static_cast<unsigned long long>(costs.lateCount), costs.added.size());
+            median(costs.added) / median(costs.bare), median(costs.bare), costs.localProcessor,
+            costs.bridgedProcessor, static_cast<unsigned long long>(costs.lateCount),
+            costs.added.size());
         std::fflush(stdout);
     }
 }

@@ -23,7 +23,8 @@ class EffectLoadingTest : public ::testing::Test {
     // One thread is all there is.
     // NOLINTBEGIN(concurrency-mt-unsafe)
     static void set(const char* value) { setenv("ORVALO_EFFECT_LOADING", value, 1); }
-    ~EffectLoadingTest() override { unsetenv("ORVALO_EFFECT_LOADING"); }
+    static void unset() { unsetenv("ORVALO_EFFECT_LOADING"); }
+    ~EffectLoadingTest() override { unset(); }
     // NOLINTEND(concurrency-mt-unsafe)
 };
 
@@ -34,14 +35,18 @@ TEST_F(EffectLoadingTest, TheSettingSaysWhereEffectsAreLoaded) {
     EXPECT_EQ(platformEffectLoading(), EffectLoading::inProcess);
 }
 
+TEST_F(EffectLoadingTest, NothingOfAnEffectIsLoadedHereUnlessItIsWanted) {
+    unset();
+    EXPECT_EQ(platformEffectLoading(), EffectLoading::outOfProcess);
+}
+
 TEST_F(EffectLoadingTest, ASettingThatSaysNothingOfTheKindIsLeftAsideByName) {
-    const auto byItself = platformEffectLoading();
     const CapturedOutput error(2);
     set("");
-    EXPECT_EQ(platformEffectLoading(), byItself);
+    EXPECT_EQ(platformEffectLoading(), EffectLoading::outOfProcess);
     EXPECT_EQ(error.text(), "");
     set("upstairs");
-    EXPECT_EQ(platformEffectLoading(), byItself);
+    EXPECT_EQ(platformEffectLoading(), EffectLoading::outOfProcess);
     EXPECT_THAT(error.text(), HasSubstr("ORVALO_EFFECT_LOADING is 'in-process' or "
                                         "'out-of-process', not 'upstairs'."));
 }

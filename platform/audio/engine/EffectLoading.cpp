@@ -10,7 +10,7 @@ namespace orvalo {
 
 namespace {
 
-constexpr auto kByItself = EffectLoading::inProcess;
+constexpr auto kByItself = EffectLoading::outOfProcess;
 constexpr const char* kSetting = "ORVALO_EFFECT_LOADING";
 
 std::atomic<std::optional<EffectLoading>>& ofProgram() {
