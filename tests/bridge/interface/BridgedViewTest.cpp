@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/foundation/Bundle.h"
@@ -19,6 +20,7 @@ namespace {
 
 using namespace orvalo;
 using namespace orvalo::testing;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 constexpr unsigned kInterfaceColor = 0x336699;
@@ -27,6 +29,20 @@ LV2World& world() {
     static const std::string folder = ORVALO_INTERFACE_EFFECTS;
     static auto* effects = new LV2World({{folder}, folder + "/none"});
     return *effects;
+}
+
+/// The first label in a tree of widgets; null without one.
+GtkWidget* labelBelow(GtkWidget* widget) {
+    if (GTK_IS_LABEL(widget)) {
+        return widget;
+    }
+    for (auto* child = gtk_widget_get_first_child(widget); child != nullptr;
+         child = gtk_widget_get_next_sibling(child)) {
+        if (auto* label = labelBelow(child); label != nullptr) {
+            return label;
+        }
+    }
+    return nullptr;
 }
 
 /// An interface whose effect lives in a process of its own, in a window's stage.
@@ -127,6 +143,40 @@ TEST_F(BridgedView, ComesBackWithWhatItShowedAfterItsProcessWasKilled) {
     EXPECT_THAT(errors.text(), HasSubstr("killed by signal 9"));
     click(place.x + 210, place.y + 50);
     EXPECT_TRUE(waitFor([this] { return gain() == 2.1F; }));
+}
+
+TEST_F(BridgedView, ComesBackWhenItNeverReturnedFromAClick) {
+    show();
+    const auto place = window_->place();
+    click(place.x + 130, place.y + 50);
+    ASSERT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    const auto first = servicePids();
+    CapturedOutput errors(STDERR_FILENO);
+    click(place.x + 50, place.y + 50, 2);
+    EXPECT_TRUE(waitFor([&first] { return servicePids() != first; }));
+    EXPECT_TRUE(fillsItsStage());
+    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    EXPECT_THAT(errors.text(), HasSubstr("did not answer for"));
+    click(place.x + 210, place.y + 50);
+    EXPECT_TRUE(waitFor([this] { return gain() == 2.1F; }));
+}
+
+TEST_F(BridgedView, SaysThatItIsStartedAgainForAsLongAsThatTakes) {
+    show();
+    auto* label = labelBelow(window_->stage()->widget());
+    ASSERT_NE(label, nullptr);
+    std::vector<std::string> texts;
+    g_signal_connect(label, "notify::label",
+                     G_CALLBACK(+[](GtkLabel* changed, GParamSpec*, std::vector<std::string>* to) {
+                         to->emplace_back(gtk_label_get_text(changed));
+                     }),
+                     &texts);
+    const CapturedOutput errors(STDERR_FILENO);
+    kill(servicePids().front(), SIGKILL);
+    EXPECT_TRUE(waitFor([&texts] { return texts.size() >= 2; }));
+    EXPECT_TRUE(fillsItsStage());
+    EXPECT_THAT(texts, ElementsAre("Interface probe has stopped. It is started again.", ""));
+    g_signal_handlers_disconnect_by_data(label, &texts);
 }
 
 TEST_F(BridgedView, SaysThatItIsClosedWhenItsEffectIsGivenUp) {

@@ -1,5 +1,6 @@
 // An X11 interface that writes down what its host does. The left button sets the gain to a
-// hundredth of where the pointer is, also while it moves; the right one sends an atom.
+// hundredth of where the pointer is, also while it moves; the right one sends an atom; from the
+// middle one it never returns.
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -11,6 +12,7 @@
 #include <lv2/urid/urid.h>
 
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <string_view>
@@ -181,6 +183,13 @@ void sendAtom(Interface& self) {
                self.number(LV2_ATOM__eventTransfer), &message);
 }
 
+void loop() {
+    // Never true, which the compiler must not know.
+    static std::atomic<bool> isOver{false};
+    while (!isOver) {
+    }
+}
+
 void handleEvent(Interface& self, XEvent& event) {
     auto& seen = record();
     switch (event.type) {
@@ -188,6 +197,8 @@ void handleEvent(Interface& self, XEvent& event) {
             ++seen.clicks;
             if (event.xbutton.button == Button1) {
                 setGain(self, event.xbutton.x);
+            } else if (event.xbutton.button == Button2) {
+                loop();
             } else {
                 sendAtom(self);
             }
