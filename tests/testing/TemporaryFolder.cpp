@@ -1,18 +1,12 @@
 #include "tests/testing/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <string>
 #include <system_error>
+
+#include "tests/testing/ProgramFolder.h"
 
 namespace orvalo::testing {
 
-TemporaryFolder::TemporaryFolder() {
-    auto pattern = (std::filesystem::temp_directory_path() / "orvalo-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) {
-        throw std::system_error(errno, std::generic_category(), pattern);
-    }
-    path_ = pattern;
-}
+TemporaryFolder::TemporaryFolder() : path_(ProgramFolder::makeFolder()) {}
 
 TemporaryFolder::~TemporaryFolder() {
     std::error_code ignored;

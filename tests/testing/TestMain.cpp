@@ -2,7 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/testing/ProgramFolder.h"
+
 int main(int argc, char** argv) {
+    const orvalo::testing::ProgramFolder folder;
     // Standard output belongs to the lines under test.
     g_log_writer_default_set_use_stderr(TRUE);
     testing::InitGoogleMock(&argc, argv);

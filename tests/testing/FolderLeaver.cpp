@@ -1,0 +1,36 @@
+// Tests that leave temporary folders, each in its own way; check-left-folders runs them.
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+
+#include "tests/testing/TemporaryFolder.h"
+
+namespace {
+
+using orvalo::testing::TemporaryFolder;
+
+[[noreturn]] void dieWithFolder() {
+    const TemporaryFolder folder;
+    std::ofstream(folder.path() / "file") << "left";
+    std::abort();
+}
+
+TEST(FolderLeaver, DiesInADeathTest) {
+    EXPECT_EXIT(dieWithFolder(), ::testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST(FolderLeaver, DiesInADeathTestBesideAFolder) {
+    const TemporaryFolder folder;
+    EXPECT_EXIT(dieWithFolder(), ::testing::KilledBySignal(SIGABRT), "");
+    EXPECT_TRUE(std::filesystem::is_directory(folder.path()));
+}
+
+TEST(FolderLeaver, Fails) {
+    new TemporaryFolder;
+    FAIL() << "as it is meant to";
+}
+
+}  // namespace
