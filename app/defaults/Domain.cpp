@@ -10,6 +10,7 @@
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DefaultsDomain.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
+#include "platform/foundation/defaults/SQLiteError.h"
 
 namespace orvalo {
 
@@ -21,6 +22,16 @@ namespace fs = std::filesystem;
 bool isAnythingAt(const fs::path& path) {
     std::error_code ignored;
     return fs::status(path, ignored).type() != fs::file_type::not_found;
+}
+
+/// The operation, with the file's name in front of what SQLite has to say, which names none.
+template <typename Operation>
+void naming(const std::string& path, const Operation& operation) {
+    try {
+        operation();
+    } catch (const SQLiteError& error) {
+        throw NSError(error.domain(), error.code(), path + ": " + error.what());
+    }
 }
 
 std::string pathOf(const std::string& name) {
@@ -59,14 +70,14 @@ PropertyList::Dictionary Domain::entries() const {
     PropertyList::Dictionary entries;
     if (isThere()) {
         const auto domain = DefaultsDomain::of(path_);
-        domain->open();
+        naming(path_, [&] { domain->open(); });
         domain->addTo(entries);
     }
     return entries;
 }
 
 void Domain::change(DefaultsChanges changes) const {
-    DefaultsDomain::of(path_)->change(std::move(changes));
+    naming(path_, [&] { DefaultsDomain::of(path_)->change(std::move(changes)); });
 }
 
 }  // namespace orvalo

@@ -145,6 +145,24 @@ TEST_F(DefaultsValuesTest, AHomeThatCannotBeUsedIsNamed) {
     expectRefusal({"domains"}, path("odd/orvalo-suites") + ": Not a directory", 1);
 }
 
+TEST_F(DefaultsValuesTest, AWriteForWhichThereIsNoRoomIsNamedAndChangesNothing) {
+    expectSilence({"write", "d", "k", "--int", "1"});
+    const auto full = [&](const std::string& command) {
+        // 102,400 bytes.
+        return shell("trap '' XFSZ; ulimit -f 200; \"$D\" " + command);
+    };
+    const auto large = file("in", "{\"k\": 2, \"large\": \"" + std::string(300'000, 'x') + "\"}");
+    for (const auto& command : {"import d " + large, "import --replace d " + large}) {
+        const auto end = full(command);
+        EXPECT_EQ(end.error, "orvalo-defaults: " + path("config/orvalo-suites/d.sqlite") +
+                                 ": disk I/O error\n");
+        EXPECT_EQ(end.status, 1);
+        expectOutput({"read", "d"}, "{\n  \"k\": 1\n}\n");
+    }
+    EXPECT_EQ(full("write d k --int 3").status, 0);
+    expectOutput({"read", "d"}, "{\n  \"k\": 3\n}\n");
+}
+
 TEST_F(DefaultsValuesTest, AReaderThatHasEnoughEndsItAndChangesNothing) {
     // More than a pipe holds.
     expectSilence({"import", "d", file("in", "{\"k\": \"" + std::string(1'000'000, 'x') + "\"}")});
@@ -170,6 +188,13 @@ TEST_F(DefaultsValuesTest, AnOutputThatTakesNothingIsNamed) {
     EXPECT_EQ(shell("\"$D\" write d k --int 2 >&- 2>&- <&-").status, 0);
     EXPECT_EQ(shell("\"$D\" read d nothing >&- 2>&- <&-").status, 1);
     expectOutput({"read", "d"}, "{\n  \"k\": 2\n}\n");
+    // A damaged database is told of while files are open; the first of them is the counter.
+    file("config/orvalo-suites/d.sqlite", std::string(5000, 'x'));
+    std::filesystem::remove(path("config/orvalo-suites/d.sqlite-wal"));
+    std::filesystem::remove(path("config/orvalo-suites/d.sqlite-shm"));
+    EXPECT_EQ(shell("\"$D\" read d 2>&-").output, "{}\n");
+    EXPECT_THAT(contents(path("config/orvalo-suites/d.sqlite-changes")),
+                ::testing::StartsWith("oChange1"));
 }
 
 }  // namespace

@@ -82,8 +82,12 @@ TEST_F(ADamagedFile, thatIsEmptyBesideALogIsSetAside) {
     other.ask("set key 5");
     other.signal(SIGKILL);
     other.wait();
-    ASSERT_GT(std::filesystem::file_size(file_.string() + "-wal"), 0U);
+    const auto log = bytesOf(file_.string() + "-wal");
+    ASSERT_GT(log.size(), 0U);
     expectANewBeginning(spoil(""));
+    const auto old = setAside(file_);
+    ASSERT_THAT(old, SizeIs(1));
+    EXPECT_TRUE(bytesOf(old[0].string() + "-wal") == log);
 }
 
 /// Every so many bytes before the end, and those beside them.

@@ -127,6 +127,9 @@ TEST_F(DefaultsFiles, thatANewerVersionBringsForwardAreLeftAloneByWhoHasThemOpen
     settings->set(2, "key");
     settings->removeObject("key");
     EXPECT_EQ(settings->integer("key"), 1);
+    // However often it is read, once.
+    const auto text = errors.text();
+    EXPECT_EQ(text.find("cannot be read"), text.rfind("cannot be read"));
     const std::string reason = file_.string() + " is of version 3, newer than this program's 2";
     EXPECT_THAT(errors.text(),
                 HasSubstr("The settings in " + file_.string() + " cannot be read: " + reason));
@@ -251,6 +254,20 @@ TEST_F(DefaultsFiles, canLoseTheirCounter) {
         settings->set(6, "theirs");
         EXPECT_EQ(other.ask("get theirs"), "6");
     }
+}
+
+TEST_F(DefaultsFiles, endAWriteWhoseProcessHasDied) {
+    const auto settings = open();
+    settings->set(5, "key");
+    ChangeCounter counter(file_.string() + "-changes");
+    const auto& mapping = counter.mapping();
+    // As it is left by one that dies while it writes.
+    mapping->setCount(mapping->count() | 1U);
+    EXPECT_EQ(settings->integer("key"), 5);
+    EXPECT_EQ(mapping->count() % 2, 0U);
+    std::filesystem::rename(file_, file_.string() + ".away");
+    EXPECT_EQ(settings->integer("key"), 5);
+    EXPECT_FALSE(std::filesystem::exists(file_));
 }
 
 TEST_F(DefaultsFiles, forgetWhatWasRemoved) {

@@ -103,12 +103,33 @@ TEST_F(Processes, thatAreKilledLoseNothingThatWasAcknowledged) {
         EXPECT_LE(there, acknowledged + 1);
         EXPECT_GE(there, seen);
         // Whoever comes new finds what those have seen who were there before.
+        EXPECT_EQ(Worker({name_}).ask("get " + key), std::to_string(there));
         if (round % 20 == 0) {
-            EXPECT_EQ(Worker({name_}).ask("get " + key), std::to_string(there));
             EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
         }
     }
     EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+}
+
+TEST_F(Processes, thatAreKilledWhileTheyBeginASuiteLeaveItWhole) {
+    std::mt19937 random(6);
+    const int kills = ofEnvironment("ORVALO_KILLS", 200) / 4;
+    for (int round = 0; round < kills; ++round) {
+        const auto name = newSuiteName();
+        {
+            Worker writer({name, "endless", "key"});
+            std::this_thread::sleep_for(std::chrono::microseconds(random() % 8000));
+            writer.signal(SIGKILL);
+            writer.wait();
+        }
+        // A damaged file would be told of, at which it ends.
+        Worker next({name});
+        const auto number = next.ask("get key");
+        EXPECT_TRUE(number == "absent" || std::atoll(number.c_str()) > 0) << number;
+        EXPECT_EQ(next.ask("set key 5"), "done");
+        EXPECT_EQ(UserDefaults::suiteName(name)->integer("key"), 5);
+        EXPECT_THAT(query(suiteFile(name), "PRAGMA integrity_check"), ElementsAre("ok"));
+    }
 }
 
 TEST_F(Processes, thatAreStoppedInAWriteKeepNobodyFromReading) {

@@ -110,6 +110,20 @@ TEST_F(ASmallDisk, thatIsFullLosesNothing) {
     expectToWorkAgain(*settings);
 }
 
+TEST_F(ASmallDisk, thatIsFullHidesNothingThatOthersHaveStored) {
+    const auto settings = open();
+    ASSERT_TRUE(isStored(*settings, 1, "key"));
+    EXPECT_EQ(Worker({name_}).ask("set theirs 5"), "done");
+    disk_.fill();
+    {
+        const CapturedOutput errors(2);
+        settings->set(std::string(100'000, 'x'), "key");
+        EXPECT_THAT(lines(errors), SizeIs(1));
+    }
+    stored_.insert_or_assign("theirs", 5);
+    expectAllThatWasStored(*settings);
+}
+
 TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
     const auto settings = open();
     Worker other({name_});
