@@ -198,6 +198,23 @@ TEST(QuartEasing, FallsWhereTheOthersRise) {
     EXPECT_NEAR(at(EASING_easeInOutQuart, 4999999, 3, 4, 10000000), 5, 1e-4f);
 }
 
+TEST(QuartEasing, LeapsWhereTheShareOfTheHalfReachesOne) {
+    const auto expectHalf = [](std::int64_t frame, std::int64_t frames) {
+        const float share = static_cast<float>(frame) / (static_cast<float>(frames) / 2);
+        EXPECT_EQ(at(EASING_easeInOutQuart, frame, 0, 1, frames) < 1, share < 1)
+            << frame << " of " << frames;
+    };
+    constexpr auto most = std::numeric_limits<std::int64_t>::max();
+    for (const std::int64_t frames :
+         {std::int64_t{7}, std::int64_t{8}, std::int64_t{16777217}, std::int64_t{33554434},
+          std::int64_t{1'000'000'007}, most / 3, most - 1}) {
+        for (std::int64_t frame = frames / 2 - 3; frame <= frames / 2 + 3; ++frame) {
+            expectHalf(frame, frames);
+            expectHalf(-frame, -frames);
+        }
+    }
+}
+
 TEST(ElasticEasing, EndsExactly) {
     EXPECT_EQ(at(EASING_easeInElastic, 7, 0.1f, 0.2f, 7), 0.1f + 0.2f);
     EXPECT_EQ(at(EASING_easeOutElastic, 7, 0.1f, 0.2f, 7), 0.1f + 0.2f);
