@@ -125,9 +125,14 @@ bool UserInterface::idle() {
     }
     const double now = clockSeconds();
     passTime(now);
-    if (scene_.isChanged() && now - lastDrawn_ >= drawEvery_ && window_->isVisible(now)) {
-        draw(now);
-        lastDrawn_ = now;
+    if ((scene_.isChanged() || isUncovered_) && now - lastDrawn_ >= drawEvery_) {
+        if (window_->isVisible(now)) {
+            draw(now);
+            lastDrawn_ = now;
+        } else if (!isPainted_) {
+            // Most of the work, done before anybody waits for it.
+            paint(now);
+        }
     }
     return window_->isClosed();
 }
@@ -146,20 +151,32 @@ void UserInterface::passTime(double now) {
     }
 }
 
-void UserInterface::draw(double now) {
+std::vector<Rect> UserInterface::paint(double now) {
     auto& picture = window_->picture();
     const auto size = window_->size();
     if (picture.resize(size.width, size.height)) {
         scene_.touchAll();
     }
-    const auto drawn = paintScene(picture.context(), scene_, now);
+    auto areas = paintScene(picture.context(), scene_, now);
     scene_.drawn();
-    picture.present(drawn);
+    isPainted_ = true;
+    return areas;
+}
+
+void UserInterface::draw(double now) {
+    auto areas = paint(now);
+    if (std::exchange(isUncovered_, false)) {
+        areas = {scene_.layout.whole()};
+    }
+    window_->picture().present(areas);
     window_->flush();
 }
 
 void UserInterface::adoptSize() {
     const auto size = window_->size();
+    if (size.width == scene_.layout.width && size.height == scene_.layout.height) {
+        return;
+    }
     scene_.layout = Layout::of(size.width, size.height, scale_);
     scene_.touchAll();
 }
@@ -171,7 +188,7 @@ void UserInterface::resize(int width, int height) {
 void UserInterface::handle(const XEvent& event) {
     switch (event.type) {
         case Expose:
-            scene_.touchAll();
+            isUncovered_ = true;
             break;
         case ConfigureNotify:
             adoptSize();

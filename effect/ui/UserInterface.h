@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "effect/ui/HostLink.h"
 #include "effect/ui/PluginWindow.h"
@@ -47,6 +48,8 @@ class UserInterface {
     void handleKey(const XKeyEvent& key);
     void adoptSize();
     void passTime(double now);
+    /// Brings the picture up to date, in memory; returns where it has changed.
+    std::vector<Rect> paint(double now);
     void draw(double now);
 
     double scale_;
@@ -61,6 +64,8 @@ class UserInterface {
     double lightIn_ = 0.0;
     double lightOut_ = 0.0;
     double lastDrawn_ = -1.0;
+    bool isPainted_ = false;   // Ever.
+    bool isUncovered_ = true;  // What was in the window is lost.
 };
 
 }  // namespace orvalo::effect::ui
