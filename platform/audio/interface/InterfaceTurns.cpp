@@ -19,7 +19,7 @@ constexpr unsigned kHiddenPeriod = 250;
 
 InterfaceTurns::InterfaceTurns(int priority, std::function<void()> turn)
     : priority_(priority), turn_(std::move(turn)) {
-    setPeriod(kHiddenPeriod);
+    setPeriod(kQuickPeriod);
 }
 
 InterfaceTurns::~InterfaceTurns() {
@@ -27,6 +27,7 @@ InterfaceTurns::~InterfaceTurns() {
 }
 
 void InterfaceTurns::setVisible(bool isVisible) {
+    isVisible_ = isVisible;
     quickTurns_ = isVisible ? kQuickTurns : 0;
     setPeriod(isVisible ? kQuickPeriod : kHiddenPeriod);
 }
@@ -50,7 +51,7 @@ void InterfaceTurns::setPeriod(unsigned milliseconds) {
 
 void InterfaceTurns::take() {
     if (quickTurns_ > 0 && --quickTurns_ == 0) {
-        setPeriod(kShownPeriod);
+        setPeriod(isVisible_ ? kShownPeriod : kHiddenPeriod);
     }
     const auto turn = turn_;
     turn();

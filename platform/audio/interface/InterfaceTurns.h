@@ -7,8 +7,9 @@
 namespace orvalo {
 
 /// The turns that an interface gets in the main loop: as often as it may redraw while it is on
-/// screen, seldom while it is not, and in quick succession when it comes there, because it has a
-/// picture to make as soon as the X server asks for it. Main thread.
+/// screen, seldom while it is not, one soon after it is made, in which it can prepare its picture,
+/// and some in quick succession when it comes on screen, because the X server asks for that picture
+/// then. Main thread.
 class InterfaceTurns {
   public:
     /// Begins those of one that is not on screen. priority: of the main loop's sources. turn may
@@ -27,7 +28,8 @@ class InterfaceTurns {
     const int priority_;
     const std::function<void()> turn_;
     GSourcePointer timer_;
-    int quickTurns_ = 0;
+    bool isVisible_ = false;
+    int quickTurns_ = 1;
 };
 
 }  // namespace orvalo

@@ -54,18 +54,23 @@ void report(const NSError& error) {
 LV2ViewController::Opener opener(const std::shared_ptr<LV2LocalAudioUnit>& unit,
                                  const LV2InterfaceData& data) {
     auto library = std::make_shared<LV2InterfaceLibrary>(data);
-    return [unit, data, library = std::move(library)](
-               const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedInterface> {
-        return std::make_unique<LV2EmbeddedInterface>(connection, unit, data, place);
-    };
+    // When nothing else is to be done.
+    return {[unit, data, library = std::move(library)](
+                const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedInterface> {
+                return std::make_unique<LV2EmbeddedInterface>(connection, unit, data, place);
+            },
+            G_PRIORITY_DEFAULT_IDLE};
 }
 
 LV2ViewController::Opener opener(const std::shared_ptr<BridgedAudioUnit>& unit,
                                  const LV2InterfaceData& data) {
-    return [unit, isFixedSize = data.isFixedSize](
-               const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedInterface> {
-        return std::make_unique<BridgedEmbeddedInterface>(connection, unit, isFixedSize, place);
-    };
+    // At once: it is made elsewhere, while this process draws its window.
+    return {[unit, isFixedSize = data.isFixedSize](
+                const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedInterface> {
+                return std::make_unique<BridgedEmbeddedInterface>(connection, unit, isFixedSize,
+                                                                  place);
+            },
+            G_PRIORITY_DEFAULT};
 }
 
 template <typename Unit>
@@ -98,7 +103,7 @@ LV2ViewController::LV2ViewController(LV2InterfaceData data, Opener opener)
     : AUViewController(std::nullopt, nullptr),
       data_(std::move(data)),
       opener_(std::move(opener)),
-      container_(std::make_shared<X11ContainerView>()) {
+      container_(std::make_shared<X11ContainerView>(opener_.priority)) {
     container_->onToplevel = [this](const auto& where) {
         if (interface_ == nullptr && !hasFailed_) {
             open(where);
@@ -145,11 +150,11 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
             throw lv2InterfaceError(LV2ErrorCode::noInterface, data_.plugin,
                                     "the X server takes no further connection");
         }
-        interface_ = opener_(server, {.toplevel = place.toplevel,
-                                      .scaleFactor = static_cast<double>(place.scaleFactor),
-                                      .size = place.area.size(),
-                                      // GDK takes its context for current until it is told.
-                                      .willEnter = gdk_gl_context_clear_current});
+        interface_ = opener_.open(server, {.toplevel = place.toplevel,
+                                           .scaleFactor = static_cast<double>(place.scaleFactor),
+                                           .size = place.area.size(),
+                                           // GDK takes its context for current until it is told.
+                                           .willEnter = gdk_gl_context_clear_current});
         interface_->onRules = [this] { takeRules(); };
         interface_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
             if (const auto held = view.lock()) {

@@ -24,9 +24,14 @@ class LV2ViewController : public AUViewController {
     /// embedded here. Once, at the program's start, by a program whose toolkit uses X11.
     static void enable();
 
-    /// Opens the interface in a place. Throws NSError.
-    using Opener = std::function<std::unique_ptr<EmbeddedInterface>(
-        const std::shared_ptr<X11Connection>&, const EmbeddedInterface::Place&)>;
+    struct Opener {
+        /// Opens the interface in a place. Throws NSError.
+        std::function<std::unique_ptr<EmbeddedInterface>(const std::shared_ptr<X11Connection>&,
+                                                         const EmbeddedInterface::Place&)>
+            open;
+        /// The main loop's, for one that nobody waits for yet.
+        int priority;
+    };
 
     /// With its view.
     static std::shared_ptr<LV2ViewController> make(const LV2InterfaceData& data, Opener opener);

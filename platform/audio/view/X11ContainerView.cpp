@@ -57,7 +57,8 @@ void forward(void* /*sender*/, void* view) {
 
 }  // namespace
 
-X11ContainerView::X11ContainerView() : UIView(gtk_scrolled_window_new()) {
+X11ContainerView::X11ContainerView(int toplevelPriority)
+    : UIView(gtk_scrolled_window_new()), toplevelPriority_(toplevelPriority) {
     stage_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     label_ = gtk_label_new(nullptr);
     gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
@@ -78,7 +79,7 @@ X11ContainerView::X11ContainerView() : UIView(gtk_scrolled_window_new()) {
 
 X11ContainerView::~X11ContainerView() {
     unmapped();
-    forgetIdle();
+    forgetTurn();
     g_signal_handlers_disconnect_by_data(stage_, this);
     if (root_ != nullptr) {
         g_signal_handlers_disconnect_by_data(root_, this);
@@ -99,29 +100,30 @@ void X11ContainerView::rooted() {
         return;
     }
     g_signal_connect(root_, "unrealize", G_CALLBACK(forward<&X11ContainerView::leave>), this);
-    g_signal_connect(root_, "realize", G_CALLBACK(forward<&X11ContainerView::expectIdle>), this);
+    g_signal_connect(root_, "realize", G_CALLBACK(forward<&X11ContainerView::expectTurn>), this);
     if (gtk_widget_get_realized(root_) != FALSE) {
-        expectIdle();
+        expectTurn();
     }
 }
 
-void X11ContainerView::expectIdle() {
-    forgetIdle();
-    idle_.reset(g_idle_source_new());
+void X11ContainerView::expectTurn() {
+    forgetTurn();
+    turn_.reset(g_idle_source_new());
+    g_source_set_priority(turn_.get(), toplevelPriority_);
     g_source_set_callback(
-        idle_.get(),
+        turn_.get(),
         [](void* view) -> gboolean {
             static_cast<X11ContainerView*>(view)->arrived();
             return G_SOURCE_REMOVE;
         },
         this, nullptr);
-    g_source_attach(idle_.get(), nullptr);
+    g_source_attach(turn_.get(), nullptr);
 }
 
-void X11ContainerView::forgetIdle() {
-    if (idle_ != nullptr) {
-        g_source_destroy(idle_.get());
-        idle_ = nullptr;
+void X11ContainerView::forgetTurn() {
+    if (turn_ != nullptr) {
+        g_source_destroy(turn_.get());
+        turn_ = nullptr;
     }
 }
 
@@ -134,7 +136,7 @@ void X11ContainerView::arrived() {
 }
 
 void X11ContainerView::leave() {
-    forgetIdle();
+    forgetTurn();
     if (const auto leaving = onLeaving) {
         leaving();
     }

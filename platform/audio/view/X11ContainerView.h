@@ -26,7 +26,8 @@ class X11ContainerView : public UIView {
         friend bool operator==(const Place&, const Place&) = default;
     };
 
-    X11ContainerView();
+    /// toplevelPriority: the main loop's for onToplevel.
+    explicit X11ContainerView(int toplevelPriority);
     ~X11ContainerView() override;
 
     /// The extent, in points, below which the view scrolls.
@@ -35,7 +36,7 @@ class X11ContainerView : public UIView {
     void setMessage(const std::string& message);
 
     /// The view is in a toplevel that is there, though it may not be on screen: a place without an
-    /// area. Called when the program has nothing else to do. May be empty.
+    /// area. May be empty.
     std::function<void(const Place&)> onToplevel;
     /// The view is on screen, there. Called when it comes, with an area that is not empty, and
     /// after every change. May be empty.
@@ -47,8 +48,8 @@ class X11ContainerView : public UIView {
 
   private:
     void rooted();
-    void expectIdle();
-    void forgetIdle();
+    void expectTurn();
+    void forgetTurn();
     void arrived();
     void leave();
     void mapped();
@@ -58,7 +59,8 @@ class X11ContainerView : public UIView {
     GtkWidget* stage_;
     GtkWidget* label_;
     GtkWidget* root_ = nullptr;
-    GSourcePointer idle_;
+    const int toplevelPriority_;
+    GSourcePointer turn_;             // In which onToplevel is called.
     GdkFrameClock* clock_ = nullptr;  // While the view is on screen.
     Place place_;
 };
