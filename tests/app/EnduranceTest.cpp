@@ -1,16 +1,12 @@
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <set>
+#include <vector>
 
 #include "tests/app/ApplicationFixture.h"
+#include "tests/app/ApplicationProcesses.h"
 
 namespace orvalo::testing {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 // Under the address sanitizer every end of the application is a check for leaks, which the exit
 // status tells of. It fills memory of its own, and does not go with the web engine.
@@ -28,53 +24,10 @@ int applicationStarts() {
     return stated != nullptr ? std::stoi(stated) : kIsSanitized ? 6 : 100;
 }
 
-/// A running process, as the system's own files tell of it.
-struct Process {
-    int number = 0;
-    std::string name;
-};
-
 class EnduranceTest : public ApplicationFixture {
   protected:
-    /// The processes that run and were started with the test's own data folder: the application
-    /// and all that it has started.
-    std::vector<Process> processes() const {
-        const auto mark = "XDG_DATA_HOME=" + environment.at("XDG_DATA_HOME");
-        std::vector<Process> result;
-        std::error_code gone;
-        for (const auto& entry : fs::directory_iterator("/proc", gone)) {
-            const auto number = entry.path().filename().string();
-            if (number.find_first_not_of("0123456789") == std::string::npos &&
-                textOf(entry.path() / "environ").find(mark) != std::string::npos) {
-                result.push_back({std::stoi(number), textOf(entry.path() / "comm")});
-            }
-        }
-        return result;
-    }
-
-    /// Of the application, which runs.
-    fs::path itsFolder() const {
-        const auto all = processes();
-        const auto found = std::find_if(all.begin(), all.end(), [](const auto& process) {
-            return process.name.starts_with("orvalo-on");
-        });
-        return "/proc/" + std::to_string(found == all.end() ? 0 : found->number);
-    }
-
-    static std::size_t countIn(const fs::path& folder) {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-    }
-
-    /// A number of the process's "status", such as VmRSS, which is in KiB.
-    static long status(const fs::path& folder, const std::string& name) {
-        std::ifstream file(folder / "status");
-        for (std::string line; std::getline(file, line);) {
-            if (line.starts_with(name + ":")) {
-                return std::stol(line.substr(name.size() + 1));
-            }
-        }
-        return 0;
+    std::vector<RunningProcess> processes() const {
+        return processesWithData(environment.at("XDG_DATA_HOME"));
     }
 
     /// Uses the effect's interface: a knob, the choice of presets, a typed value.
@@ -97,12 +50,6 @@ class EnduranceTest : public ApplicationFixture {
         EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
                   "AUEnginePlayer: Audio engine stopping.");
     }
-
-  private:
-    static std::string textOf(const fs::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 };
 
 TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
@@ -110,28 +57,28 @@ TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
     // What is made once and kept: threads of pools, libraries, pictures.
     constexpr int kFirst = 20;
     constexpr int kAll = 100;
-    fs::path process;
+    RunningProcess process;
     std::size_t files = 0;
     long memory = 0;
     long threads = 0;
     for (int round = 0; round < kAll; ++round) {
         if (round == kFirst) {
-            process = itsFolder();
-            files = countIn(process / "fd");
-            threads = status(process, "Threads");
-            memory = status(process, "VmRSS");
+            process = processNamed("orvalo-on", processes());
+            files = process.descriptorCount();
+            threads = process.status("Threads");
+            memory = process.status("VmRSS");
         }
         playAndStop();
         ASSERT_FALSE(HasFailure()) << "round " << round;
     }
     // Pools of the toolkit end their threads a while after the last use.
-    EXPECT_TRUE(eventually([&] { return countIn(process / "fd") <= files; }));
-    EXPECT_TRUE(eventually([&] { return status(process, "Threads") <= threads; }));
+    EXPECT_TRUE(eventually([&] { return process.descriptorCount() <= files; }));
+    EXPECT_TRUE(eventually([&] { return process.status("Threads") <= threads; }));
     if (!kIsSanitized) {
         // A pass decodes seconds of music into megabytes; eighty of them lost would be far above
         // this.
         constexpr long kKibibytesOfChance = 16L * 1024;
-        EXPECT_LE(status(process, "VmRSS"), memory + kKibibytesOfChance);
+        EXPECT_LE(process.status("VmRSS"), memory + kKibibytesOfChance);
     }
     EXPECT_EQ(quit(), 0) << program->standardError();
     EXPECT_TRUE(eventually([this] { return processes().empty(); }));

@@ -184,7 +184,7 @@ void LV2ViewController::closed(const std::string& reason) {
     g_message("The interface of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
     hasFailed_ = true;
     container_->setLeastSize(-1, -1);
-    container_->setMessage("The interface of " + data_.title + " is closed.");
+    container_->setMessage("The interface of " + data_.title + " is closed: " + reason + ".");
     interface_ = nullptr;
 }
 

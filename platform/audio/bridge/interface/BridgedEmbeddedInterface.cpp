@@ -34,7 +34,7 @@ class BridgedEmbeddedInterface::Listener : public BridgedInterfaceListener {
     void processGone() override { owner_.processGone(); }
     void processGivenUp() override {
         owner_.processGone();
-        owner_.close("its effect has died too often");
+        owner_.close("the effect has died too often, and its input passes through unchanged");
     }
     void interfaceOpened(std::uint64_t window) override { owner_.opened(window); }
     void interfaceRefused(const std::string& error) override { owner_.close(error); }

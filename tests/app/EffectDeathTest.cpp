@@ -1,0 +1,94 @@
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+#include "tests/app/ApplicationFixture.h"
+#include "tests/app/ApplicationProcesses.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::Contains;
+using ::testing::HasSubstr;
+
+/// The application while the process of its effect is ended by force.
+class EffectDeathTest : public ApplicationFixture {
+  protected:
+    EffectDeathTest() { environment["ORVALO_EFFECT_LOADING"] = "out-of-process"; }
+
+    std::vector<RunningProcess> processes() const {
+        return processesWithData(environment.at("XDG_DATA_HOME"));
+    }
+    RunningProcess application() const { return processNamed("orvalo-on", processes()); }
+    RunningProcess service() const { return processNamed("effect-service", processes()); }
+
+    void expectItPlaysAndStops() {
+        focus();
+        key("space");
+        EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
+                  "AUEnginePlayer: Audio engine stopping.");
+        key("space");
+        EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
+                  "AUEnginePlayer: Audio engine starting.");
+    }
+
+    /// Ends the effect's process and waits for the next one, whose interface is shown.
+    void endEffect(int signal) {
+        const auto ended = service();
+        ASSERT_NE(ended.number, 0);
+        kill(ended.number, signal);
+        EXPECT_TRUE(eventually([this, &ended] {
+            const auto next = service();
+            return next.number != 0 && next.number != ended.number && effectPlace().has_value();
+        }));
+    }
+};
+
+TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
+    start();
+    key("ctrl+e");
+    ASSERT_TRUE(eventually([] { return effectPlace().has_value(); }));
+    key("space");
+    ASSERT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
+              "AUEnginePlayer: Audio engine starting.");
+    endEffect(SIGKILL);
+    expectItPlaysAndStops();
+    const auto descriptors = application().descriptorCount();
+    const auto threads = application().status("Threads");
+    endEffect(SIGSTOP);
+    expectItPlaysAndStops();
+    EXPECT_TRUE(eventually([&] { return application().descriptorCount() <= descriptors; }));
+    EXPECT_TRUE(eventually([&] { return application().status("Threads") <= threads; }));
+    // The third death within a minute is the last.
+    kill(service().number, SIGSEGV);
+    EXPECT_TRUE(eventually([this] { return service().number == 0; }));
+    EXPECT_TRUE(eventually([] { return !effectPlace().has_value(); }));
+    expectItPlaysAndStops();
+    EXPECT_THAT(tree.names(), Contains("The interface of Orvalo is closed: the effect has died too "
+                                       "often, and its input passes through unchanged."));
+    EXPECT_EQ(quit(), 0);
+    EXPECT_TRUE(eventually([this] { return processes().empty(); }));
+    for (const auto* line :
+         {"The effect <urn:tessaly:orvalo> was killed by signal 9 (Killed)",
+          "The effect <urn:tessaly:orvalo> did not finish a quantum within a second while playing; "
+          "it is started again with its last state.",
+          "The effect <urn:tessaly:orvalo> was killed by signal 11 (Segmentation fault) while "
+          "playing.",
+          "The effect <urn:tessaly:orvalo> died 3 times within a minute and is not started again; "
+          "its input passes through unchanged."}) {
+        EXPECT_THAT(program->standardError(), HasSubstr(line));
+    }
+}
+
+TEST_F(EffectDeathTest, TheEffectsProcessEndsWithAnApplicationThatIsKilled) {
+    start();
+    ASSERT_NE(service().number, 0);
+    program->signal(SIGKILL);
+    EXPECT_EQ(program->wait(), -SIGKILL);
+    EXPECT_TRUE(eventually([this] { return service().number == 0; }));
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing
