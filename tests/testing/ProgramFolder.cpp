@@ -16,6 +16,9 @@ constexpr const char* kVariable = "ORVALO_TEST_FOLDER";
 ProgramFolder::ProgramFolder() {
     if (std::getenv(kVariable) == nullptr) {
         made_ = makeFolder();
+        // Open to all as the folder around it: some tests go on as another person.
+        std::filesystem::permissions(
+            made_, std::filesystem::perms::all | std::filesystem::perms::sticky_bit);
         setenv(kVariable, made_.c_str(), 1);
     }
 }
