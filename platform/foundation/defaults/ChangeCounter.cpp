@@ -92,7 +92,7 @@ ChangeCounter::~ChangeCounter() {
     close(descriptor_);
 }
 
-std::optional<ChangeCounter::Lock> ChangeCounter::tryLock() {
+std::optional<ChangeCounter::Lock> ChangeCounter::tryLock() const {
     while (flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EINTR) {
             return std::nullopt;
@@ -101,7 +101,7 @@ std::optional<ChangeCounter::Lock> ChangeCounter::tryLock() {
     return Lock(descriptor_);
 }
 
-ChangeCounter::Lock ChangeCounter::lock() {
+ChangeCounter::Lock ChangeCounter::lock() const {
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
     for (auto wait = kFirstWait;; wait = std::min(wait * 2, kLongestWait)) {
         if (auto held = tryLock()) {

@@ -52,9 +52,9 @@ class ChangeCounter {
     const std::shared_ptr<ChangeMapping>& mapping() const { return mapping_; }
 
     /// Waits for the lock. Throws NSError when another process has held it for ten seconds.
-    Lock lock();
+    Lock lock() const;
     /// The lock, unless another process holds it.
-    std::optional<Lock> tryLock();
+    std::optional<Lock> tryLock() const;
 
   private:
     std::string path_;
