@@ -81,7 +81,7 @@ TEST_F(DefaultsExportTest, NothingIsLeftBesideTheFile) {
 TEST_F(DefaultsExportTest, AFileForWhichThereIsNoRoomStaysAsItWas) {
     fs::create_directories(path("place"));
     file("place/out", "before");
-    expectSilence({"import", "d", file("in", "{\"k\": \"" + std::string(300'000, 'x') + "\"}")});
+    expectSilence({"import", "d", file("in", R"({"k": ")" + std::string(300'000, 'x') + "\"}")});
     // 102,400 bytes.
     const auto end = shell(R"(trap '' XFSZ; ulimit -f 200; "$D" export d )" + path("place/out"));
     EXPECT_EQ(end.error, "orvalo-defaults: " + path("place/out") + ": File too large\n");

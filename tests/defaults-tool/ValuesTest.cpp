@@ -151,7 +151,7 @@ TEST_F(DefaultsValuesTest, AWriteForWhichThereIsNoRoomIsNamedAndChangesNothing) 
         // 102,400 bytes.
         return shell("trap '' XFSZ; ulimit -f 200; \"$D\" " + command);
     };
-    const auto large = file("in", "{\"k\": 2, \"large\": \"" + std::string(300'000, 'x') + "\"}");
+    const auto large = file("in", R"({"k": 2, "large": ")" + std::string(300'000, 'x') + "\"}");
     for (const auto& command : {"import d " + large, "import --replace d " + large}) {
         const auto end = full(command);
         EXPECT_EQ(end.error, "orvalo-defaults: " + path("config/orvalo-suites/d.sqlite") +
@@ -165,7 +165,7 @@ TEST_F(DefaultsValuesTest, AWriteForWhichThereIsNoRoomIsNamedAndChangesNothing) 
 
 TEST_F(DefaultsValuesTest, AReaderThatHasEnoughEndsItAndChangesNothing) {
     // More than a pipe holds.
-    expectSilence({"import", "d", file("in", "{\"k\": \"" + std::string(1'000'000, 'x') + "\"}")});
+    expectSilence({"import", "d", file("in", R"({"k": ")" + std::string(1'000'000, 'x') + "\"}")});
     const auto before = run({"read", "d"}).output;
     // By the signal of a broken pipe, as programs in a pipe end.
     const auto ended = shell(R"({ "$D" read d; echo "$?" >&2; } | head -n 1)");

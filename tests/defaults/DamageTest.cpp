@@ -65,7 +65,7 @@ TEST_F(ADamagedFile, withADamagedPageIsSetAside) {
     fill();
     auto bytes = bytesOf(file_);
     ASSERT_GT(bytes.size(), 5U * 4096U);
-    std::fill(bytes.begin() + 3 * 4096, bytes.begin() + 4 * 4096, '\x5A');
+    std::fill_n(bytes.begin() + 12'288, 4096, '\x5A');
     expectANewBeginning(spoil(bytes));
 }
 
@@ -175,7 +175,7 @@ TEST_F(ADamagedFile, isSetAsideOnceWhenManyProcessesNotice) {
     std::size_t done = 0;
     for (auto& worker : workers) {
         const auto number = std::to_string(worker.process());
-        worker.say("set key" + number + " " + number);
+        worker.say(std::string("set key").append(number).append(" ").append(number));
         done += worker.readLine() == "done" ? 1 : 0;
     }
     EXPECT_EQ(done, 3U);

@@ -239,6 +239,8 @@ TEST_F(DefaultsFiles, canLoseTheDatabaseAlone) {
     EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 2}}));
     EXPECT_EQ(open()->integer("new"), 2);
     EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+    // The log that was left is no damage of the new one.
+    EXPECT_THAT(setAside(file_), IsEmpty());
 }
 
 TEST_F(DefaultsFiles, canLoseTheirCounter) {

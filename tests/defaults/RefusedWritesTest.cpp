@@ -10,7 +10,9 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
+#include <vector>
 
+#include "platform/foundation/defaults/ChangeCounter.h"
 #include "tests/defaults/Database.h"
 #include "tests/defaults/SuiteFile.h"
 #include "tests/defaults/Worker.h"
@@ -19,8 +21,12 @@
 namespace orvalo::testing {
 namespace {
 
+using ::testing::AllOf;
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Gt;
 using ::testing::HasSubstr;
+using ::testing::SizeIs;
 
 constexpr uid_t kSomebodyElse = 65534;
 constexpr uid_t kAThird = 65533;
@@ -45,29 +51,38 @@ class FileSizeLimit {
     sighandler_t formerHandler_;
 };
 
-/// As long as it lives, SQLite finds every disk full.
-class FullDisk {
+/// As long as it lives, SQLite writes to files by another function.
+class OtherWrites {
   public:
-    FullDisk() {
-        replace("pwrite", reinterpret_cast<sqlite3_syscall_ptr>(fail));
-        replace("pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(fail));
+    using Write = ssize_t (*)(int, const void*, size_t, off_t);
+
+    explicit OtherWrites(Write write) {
+        replace("pwrite", reinterpret_cast<sqlite3_syscall_ptr>(write));
+        replace("pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(write));
     }
-    ~FullDisk() {
+    ~OtherWrites() {
         replace("pwrite", nullptr);
         replace("pwrite64", nullptr);
     }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
+    OtherWrites(const OtherWrites&) = delete;
+    OtherWrites& operator=(const OtherWrites&) = delete;
 
+  private:
+    static void replace(const char* name, sqlite3_syscall_ptr function) {
+        auto* system = sqlite3_vfs_find(nullptr);
+        system->xSetSystemCall(system, name, function);
+    }
+};
+
+/// As long as it lives, SQLite finds every disk full.
+class FullDisk {
   private:
     static ssize_t fail(int /*file*/, const void* /*bytes*/, size_t /*size*/, off_t /*at*/) {
         errno = ENOSPC;
         return -1;
     }
-    static void replace(const char* name, sqlite3_syscall_ptr function) {
-        auto* system = sqlite3_vfs_find(nullptr);
-        system->xSetSystemCall(system, name, function);
-    }
+
+    const OtherWrites writes_{fail};
 };
 
 class ARefusedWrite : public SuiteFile {
@@ -100,6 +115,27 @@ TEST_F(ARefusedWrite, onAFullDiskLosesNothing) {
     settings->set("accepted", "key");
     EXPECT_EQ(settings->string("key"), "accepted");
     expectEverythingToWork();
+}
+
+// Whoever dies in between is found out by the mark.
+TEST(AWrite, isMarkedAsLongAsItLasts) {
+    static const ChangeMapping* mapping = nullptr;
+    static std::vector<bool> marks;
+    const auto name = newSuiteName();
+    const auto settings = UserDefaults::suiteName(name);
+    settings->set(1, "key");
+    const ChangeCounter counter(suiteFile(name).string() + "-changes");
+    mapping = counter.mapping().get();
+    {
+        const OtherWrites writes([](int file, const void* bytes, size_t size, off_t at) {
+            marks.push_back(mapping->count() % 2 == 1);
+            return pwrite(file, bytes, size, at);
+        });
+        settings->set(2, "key");
+    }
+    EXPECT_THAT(marks, AllOf(SizeIs(Gt(0U)), Each(true)));
+    EXPECT_EQ(mapping->count() % 2, 0U);
+    EXPECT_EQ(settings->integer("key"), 2);
 }
 
 TEST_F(ARefusedWrite, ofAFileThatMayNotGrowLosesNothing) {
