@@ -40,7 +40,7 @@ class CurvesPage : public DemoPage {
         std::int64_t step = 0;  ///< Frames that the animator has computed in this run.
     };
 
-    void addHeaders(Gtk::Grid& grid);
+    static void addHeaders(Gtk::Grid& grid);
     void addTile(TileGrid& grid, EnumEasing type, int column, int row);
     void setup(const Pace& pace);
 

@@ -156,6 +156,27 @@ TEST(AnimatorChain, WithoutADirectionNeverEnds) {
     EXPECT_EQ(lines, Lines(5, "before A"));
 }
 
+TEST(AnimatorChain, WithoutADirectionDoesNotEndBehindItsLastMember) {
+    Lines lines;
+    const auto chain = recorded({counting(5), counting(5)}, lines);
+    Peer::direction(*chain) = 0;
+    Peer::currentIndex(*chain) = 1;
+    chain->onAnimation = [](const auto& self, const auto& item) { self->remove(item); };
+    tick(*chain);
+    EXPECT_EQ(lines, Lines{});
+    EXPECT_EQ(chain->getCurrentIndex(), 1);
+}
+
+TEST(AnimatorChain, MayLoseItsLastReferenceByTheRemovalOfAll) {
+    auto owner = chainOf({counting(5)});
+    const std::weak_ptr<AnimatorChain> watched = owner;
+    auto& chain = *owner;
+    chain.start();
+    owner = nullptr;
+    chain.removeAll();
+    EXPECT_TRUE(watched.expired());
+}
+
 TEST(AnimatorChain, AddsWhatIsThereAndRemovesItsFirstEntry) {
     const Members members{counting(1), counting(2)};
     const auto chain = chainOf({members[0], nullptr, members[1], members[0]});

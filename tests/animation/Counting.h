@@ -51,7 +51,7 @@ inline void record(const std::shared_ptr<Animator>& animator, const std::string&
 inline std::string nameOf(const std::shared_ptr<Animator>& animator, const Members& members) {
     for (std::size_t index = 0; index < members.size(); ++index) {
         if (members[index] == animator) {
-            return std::string(1, static_cast<char>('A' + index));
+            return {static_cast<char>('A' + index)};
         }
     }
     return "?";
