@@ -69,6 +69,15 @@ TEST_F(ADamagedFile, withADamagedPageIsSetAside) {
     expectANewBeginning(spoil(bytes));
 }
 
+TEST_F(ADamagedFile, withADamagedIndexWhichNoReadLooksAtIsSetAside) {
+    fill();
+    const auto page =
+        std::stol(query(file_, "SELECT rootpage FROM sqlite_schema WHERE type = 'index'").at(0));
+    auto bytes = bytesOf(file_);
+    std::fill_n(bytes.begin() + (page - 1) * 4096, 4096, '\x5A');
+    expectANewBeginning(spoil(bytes));
+}
+
 TEST_F(ADamagedFile, thatSaysItIsOursAndHasNotOurTablesIsSetAside) {
     std::filesystem::create_directories(file_.parent_path());
     query(file_,
