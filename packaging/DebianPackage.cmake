@@ -32,8 +32,8 @@ This package contains the application (orvalo), its twin for the terminal
 at work (orvalo-easing), and the settings for the terminal (orvalo-defaults).")
 
 # The libraries that the programs are linked with are found by dpkg-shlibdeps. FFmpeg's are loaded
-# when the first file is opened, by the versions that the programs were built with, and WebKitGTK
-# with the first page.
+# when the first file is opened, by the versions that the programs were built with, WebKitGTK with
+# the first page, and libsoup with the first request.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 pkg_check_modules(PACKAGED_CODEC REQUIRED libavcodec)
 pkg_check_modules(PACKAGED_FORMAT REQUIRED libavformat)
@@ -43,7 +43,7 @@ string(REGEX MATCH "^[0-9]+" format "${PACKAGED_FORMAT_VERSION}")
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
     "libavcodec${codec} | libavcodec-extra${codec}"
     "libavformat${format} | libavformat-extra${format}"
-    adwaita-icon-theme bubblewrap hicolor-icon-theme libwebkitgtk-6.0-4
+    adwaita-icon-theme bubblewrap hicolor-icon-theme libsoup-3.0-0 libwebkitgtk-6.0-4
     librsvg2-common xdg-dbus-proxy)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "fonts-dejavu-core | fonts-cantarell" libasound2-plugins xdg-desktop-portal xdg-utils)

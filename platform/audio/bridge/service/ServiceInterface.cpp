@@ -13,10 +13,6 @@ namespace orvalo {
 
 namespace {
 
-constexpr unsigned kShownPeriod = static_cast<unsigned>(1000.0 / LV2Interface::kUpdateRate);
-// Often enough that nothing piles up, seldom enough to cost nothing.
-constexpr unsigned kHiddenPeriod = 250;
-
 LV2InterfaceData readData(const LV2LocalAudioUnit& unit) {
     const LV2World::Access access(unit.world());
     return LV2InterfaceData::read(access, unit.data());
@@ -50,16 +46,12 @@ ServiceInterface::ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& uni
     enterDisplay(code_->data.plugin, display, window);
     interface_ = std::make_unique<LV2Interface>(unit, code_->data, window, scaleFactor,
                                                 [this](X11Size size) { events_.wants(size); });
-    setTimer(false);
-}
-
-ServiceInterface::~ServiceInterface() {
-    stopTimer();
+    turns_ = std::make_unique<InterfaceTurns>(G_PRIORITY_DEFAULT, [this] { tick(); });
 }
 
 void ServiceInterface::setVisible(bool isVisible) {
     if (!isOver_) {
-        setTimer(isVisible);
+        turns_->setVisible(isVisible);
     }
 }
 
@@ -69,32 +61,15 @@ void ServiceInterface::setSize(X11Size size) {
     }
 }
 
-void ServiceInterface::setTimer(bool isVisible) {
-    stopTimer();
-    timer_.reset(g_timeout_source_new(isVisible ? kShownPeriod : kHiddenPeriod));
-    g_source_set_callback(
-        timer_.get(),
-        [](void* self) -> gboolean { return static_cast<ServiceInterface*>(self)->tick() ? 1 : 0; },
-        this, nullptr);
-    g_source_attach(timer_.get(), nullptr);
-}
-
-void ServiceInterface::stopTimer() {
-    if (timer_ != nullptr) {
-        g_source_destroy(timer_.get());
-        timer_ = nullptr;
-    }
-}
-
-bool ServiceInterface::tick() {
+void ServiceInterface::tick() {
     const bool isOutdated = interface_->isOutdated();
     isOver_ = isOutdated || !interface_->update();
     // What it has set last is there before it is told that there is no more.
     events_.turned();
     if (isOver_) {
+        turns_ = nullptr;
         (isOutdated ? events_.outdated : events_.closed)();
     }
-    return !isOver_;
 }
 
 }  // namespace orvalo

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
+#include "platform/audio/interface/InterfaceTurns.h"
 #include "platform/audio/interface/LV2Interface.h"
 #include "platform/audio/interface/LV2InterfaceLibrary.h"
-#include "platform/foundation/GLibPointer.h"
 
 namespace orvalo {
 
@@ -19,8 +19,7 @@ struct InterfaceCode {
     const LV2InterfaceLibrary library;
 };
 
-/// The effect's interface inside a window of the host's, and the timer that keeps it going, slowly
-/// while it is hidden. Main thread.
+/// The effect's interface inside a window of the host's, and its turns. Main thread.
 class ServiceInterface {
   public:
     /// What the interface tells of itself. None may destroy it.
@@ -37,7 +36,7 @@ class ServiceInterface {
                      std::shared_ptr<const InterfaceCode> code, const std::string& display,
                      unsigned long window, double scaleFactor, Events events);
     /// Cleans it up. Its window should be shown no more.
-    ~ServiceInterface();
+    ~ServiceInterface() = default;
     ServiceInterface(const ServiceInterface&) = delete;
     ServiceInterface& operator=(const ServiceInterface&) = delete;
 
@@ -48,14 +47,12 @@ class ServiceInterface {
     void setSize(X11Size size);
 
   private:
-    void setTimer(bool isVisible);
-    void stopTimer();
-    bool tick();
+    void tick();
 
     const std::shared_ptr<const InterfaceCode> code_;
     const Events events_;
     std::unique_ptr<LV2Interface> interface_;
-    GSourcePointer timer_;
+    std::unique_ptr<InterfaceTurns> turns_;
     bool isOver_ = false;
 };
 
