@@ -2,35 +2,24 @@
 
 #include <glib.h>
 
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
 #include <utility>
 
+#include "platform/foundation/NSError.h"
+
 namespace orvalo {
 
-LV2StatePaths::LV2StatePaths(std::filesystem::path folder)
-    : folder_(std::move(folder)), isOwn_(folder_.empty()) {}
-
-LV2StatePaths::~LV2StatePaths() {
-    if (isOwn_ && !folder_.empty()) {
-        std::error_code error;
-        std::filesystem::remove_all(folder_, error);
-    }
-}
+LV2StatePaths::LV2StatePaths(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
 std::filesystem::path LV2StatePaths::folder() {
     const std::scoped_lock lock(mutex_);
     if (folder_.empty()) {
-        std::error_code error;
-        auto made = (std::filesystem::temp_directory_path(error) / "orvalo-lv2-XXXXXX").string();
-        if (error || mkdtemp(made.data()) == nullptr) {
-            const int code = error ? error.value() : errno;
-            g_warning("No folder for a plug-in's files: %s.",
-                      std::generic_category().message(code).c_str());
-        } else {
-            folder_ = made;
+        try {
+            folder_ = own_.emplace("orvalo-effect").path();
+        } catch (const NSError& error) {
+            g_warning("No folder for a plug-in's files: %s.", error.what());
         }
     }
     return folder_;

@@ -4,6 +4,9 @@
 
 #include <filesystem>
 #include <mutex>
+#include <optional>
+
+#include "platform/foundation/ProcessFolder.h"
 
 namespace orvalo {
 
@@ -15,7 +18,6 @@ class LV2StatePaths {
     /// folder: one that somebody else looks after; empty for one of its own, which goes with the
     /// object and takes what is in it along.
     explicit LV2StatePaths(std::filesystem::path folder = {});
-    ~LV2StatePaths();
     LV2StatePaths(const LV2StatePaths&) = delete;
     LV2StatePaths& operator=(const LV2StatePaths&) = delete;
 
@@ -33,7 +35,7 @@ class LV2StatePaths {
 
     std::mutex mutex_;
     std::filesystem::path folder_;
-    const bool isOwn_;
+    std::optional<ProcessFolder> own_;
     LV2_State_Make_Path makePath_{this, make};
     LV2_State_Map_Path mapPath_{this, copy, copy};
     LV2_State_Free_Path freePath_{this, release};

@@ -1,0 +1,122 @@
+#include "platform/foundation/ProcessFolder.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <system_error>
+
+#include "platform/foundation/NSError.h"
+
+namespace orvalo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folders that go when the process exits.
+class Leaving {
+  public:
+    static Leaving& shared() {
+        static auto* const leaving = new Leaving;
+        return *leaving;
+    }
+
+    void add(const fs::path& folder) {
+        const std::scoped_lock lock(mutex_);
+        folders_[folder] = getpid();
+    }
+
+    void remove(const fs::path& folder) {
+        const std::scoped_lock lock(mutex_);
+        folders_.erase(folder);
+    }
+
+  private:
+    // NOLINTNEXTLINE(cert-err33-c): without it a later process removes the folders.
+    Leaving() {
+        std::atexit([] { shared().removeAll(); });
+    }
+
+    void removeAll() {
+        const std::scoped_lock lock(mutex_);
+        for (const auto& [folder, maker] : folders_) {
+            // One that is a copy of the maker leaves it to that.
+            if (maker == getpid()) {
+                std::error_code ignored;
+                fs::remove_all(folder, ignored);
+            }
+        }
+    }
+
+    std::mutex mutex_;
+    std::map<fs::path, pid_t> folders_;  ///< With who made each.
+};
+
+/// The folder, locked; none when somebody else holds its lock, or it is none of this user's.
+FileDescriptor locked(const fs::path& folder) {
+    FileDescriptor file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat status {};
+    if (!file || fstat(file.get(), &status) != 0 || status.st_uid != geteuid() ||
+        flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+        return {};
+    }
+    return file;
+}
+
+void removeLeftBehind(const fs::path& place, const std::string& beginning) {
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(place, error)) {
+        if (entry.path().filename().string().starts_with(beginning) && locked(entry.path())) {
+            fs::remove_all(entry.path(), error);
+        }
+    }
+}
+
+/// Whether the open folder is still the one of that name.
+bool isStillThere(const FileDescriptor& folder, const fs::path& path) {
+    struct stat opened {};
+    struct stat named {};
+    return fstat(folder.get(), &opened) == 0 && stat(path.c_str(), &named) == 0 &&
+           opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
+}
+
+}  // namespace
+
+ProcessFolder::ProcessFolder(const std::string& kind) {
+    std::error_code error;
+    const auto place = fs::temp_directory_path(error);
+    if (error) {
+        throw NSError::posix(error.value(), "the system's temporary place");
+    }
+    const auto beginning = kind + "-";
+    removeLeftBehind(place, beginning);
+    // Who cleans up at this moment may take one that is not locked yet.
+    constexpr int kTries = 10;
+    for (int count = 0; !lock_; ++count) {
+        auto made = (place / (beginning + "XXXXXX")).string();
+        if (count == kTries || mkdtemp(made.data()) == nullptr) {
+            throw NSError::posix(errno, made);
+        }
+        path_ = made;
+        lock_ = locked(path_);
+        if (!isStillThere(lock_, path_)) {
+            lock_ = {};
+            fs::remove(path_, error);
+        }
+    }
+    Leaving::shared().add(path_);
+}
+
+ProcessFolder::~ProcessFolder() {
+    Leaving::shared().remove(path_);
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+
+}  // namespace orvalo

@@ -1,0 +1,120 @@
+#include "platform/foundation/ProcessFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "platform/foundation/NSError.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+namespace fs = std::filesystem;
+
+/// With a temporary place of its own.
+class ProcessFolderTest : public ::testing::Test {
+  protected:
+    // One thread is all there is.
+    // NOLINTBEGIN(concurrency-mt-unsafe)
+    ProcessFolderTest() { setenv("TMPDIR", place_.path().c_str(), 1); }
+    ~ProcessFolderTest() override {
+        if (before_.empty()) {
+            unsetenv("TMPDIR");
+        } else {
+            setenv("TMPDIR", before_.c_str(), 1);
+        }
+    }
+
+    static std::string now() {
+        const char* value = std::getenv("TMPDIR");
+        return value == nullptr ? "" : value;
+    }
+    // NOLINTEND(concurrency-mt-unsafe)
+
+    /// How many folders there are.
+    static std::ptrdiff_t count() {
+        return std::distance(fs::directory_iterator(now()), fs::directory_iterator());
+    }
+
+    /// Lets a copy of this process make a folder with a file in it, and end.
+    template <typename End>
+    static void makeElsewhere(End end) {
+        const pid_t process = fork();
+        if (process == 0) {
+            const ProcessFolder folder("kind");
+            std::ofstream(folder.path() / "file") << "text";
+            end();
+            _exit(1);
+        }
+        int status = 0;
+        waitpid(process, &status, 0);
+    }
+
+    const std::string before_ = now();
+    const TemporaryFolder place_;
+};
+
+TEST_F(ProcessFolderTest, GoesWithTheObjectAndAllThatIsInIt) {
+    {
+        const ProcessFolder folder("kind");
+        EXPECT_EQ(folder.path().parent_path(), place_.path());
+        EXPECT_TRUE(folder.path().filename().string().starts_with("kind-"));
+        EXPECT_EQ(fs::status(folder.path()).permissions(), fs::perms::owner_all);
+        std::ofstream(folder.path() / "file") << "text";
+    }
+    EXPECT_EQ(count(), 0);
+}
+
+TEST_F(ProcessFolderTest, GoesWithAProcessThatExits) {
+    makeElsewhere([] { std::exit(0); });  // NOLINT(concurrency-mt-unsafe)
+    EXPECT_EQ(count(), 0);
+}
+
+TEST_F(ProcessFolderTest, StaysWhenACopyOfTheProcessExits) {
+    const ProcessFolder folder("kind");
+    if (const pid_t process = fork(); process == 0) {
+        std::exit(0);  // NOLINT(concurrency-mt-unsafe)
+    } else {
+        waitpid(process, nullptr, 0);
+    }
+    EXPECT_TRUE(fs::exists(folder.path()));
+}
+
+TEST_F(ProcessFolderTest, OfAProcessThatWasKilledGoesWithTheNextOfItsKind) {
+    makeElsewhere([] { raise(SIGKILL); });
+    EXPECT_EQ(count(), 1);
+    const ProcessFolder other("another");
+    EXPECT_EQ(count(), 2);
+    const ProcessFolder next("kind");
+    EXPECT_EQ(count(), 2);
+    EXPECT_TRUE(fs::exists(next.path()));
+}
+
+TEST_F(ProcessFolderTest, LeavesThoseThatAreInUseAndWhatIsNoFolder) {
+    const ProcessFolder first("kind");
+    std::ofstream(place_.path() / "kind-file") << "text";
+    fs::create_directory_symlink(place_.path() / "nowhere", place_.path() / "kind-link");
+    const ProcessFolder second("kind");
+    EXPECT_TRUE(fs::exists(first.path()));
+    EXPECT_TRUE(fs::exists(second.path()));
+    EXPECT_EQ(count(), 4);
+}
+
+TEST_F(ProcessFolderTest, IsRefusedWithThePlaceInTheError) {
+    setenv("TMPDIR", "/proc", 1);  // NOLINT(concurrency-mt-unsafe)
+    try {
+        const ProcessFolder folder("kind");
+        FAIL() << folder.path();
+    } catch (const NSError& error) {
+        EXPECT_EQ(std::string(error.what()).substr(0, 11), "/proc/kind-") << error.what();
+    }
+}
+
+}  // namespace
