@@ -20,12 +20,6 @@ add_compile_options(-pthread)
 
 include(Ccache)
 
-# A large program links in a sixth of the time.
-find_program(ORVALO_LLD ld.lld)
-if(ORVALO_LLD)
-    add_link_options(-fuse-ld=lld)
-endif()
-
 if(ORVALO_SANITIZE)
     # Their reports show lines and no variables, which would take a third longer to compile.
     add_compile_options(-fsanitize=${ORVALO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -O1 -g1)
