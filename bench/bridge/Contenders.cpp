@@ -1,12 +1,12 @@
 #include "bench/bridge/Contenders.h"
 
-#include <dirent.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
+#include <random>
 #include <thread>
 
 #include "bench/measuring/Clocks.h"
@@ -22,14 +22,11 @@ constexpr double kRate = 48000.0;
 /// The child that a thread of this process has started last.
 pid_t newestChild() {
     pid_t newest = -1;
-    if (auto* tasks = opendir("/proc/self/task")) {
-        while (const auto* entry = readdir(tasks)) {
-            std::ifstream file(std::string("/proc/self/task/") + entry->d_name + "/children");
-            for (pid_t child = 0; file >> child;) {
-                newest = std::max(newest, child);
-            }
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream file(task.path() / "children");
+        for (pid_t child = 0; file >> child;) {
+            newest = std::max(newest, child);
         }
-        closedir(tasks);
     }
     return newest;
 }
@@ -40,8 +37,9 @@ class Blocks {
     explicit Blocks(std::uint32_t frames) : frames_(frames) {
         for (auto& channel : samples_) {
             channel.resize(frames);
+            std::uniform_real_distribution<float> noise(-0.5F, 0.5F);
             for (auto& sample : channel) {
-                sample = static_cast<float>(std::rand() % 2001 - 1000) / 2000.0F;
+                sample = noise(random_);
             }
         }
     }
@@ -55,6 +53,7 @@ class Blocks {
 
   private:
     const std::uint32_t frames_;
+    std::minstd_rand random_;
     std::array<std::vector<float>, 4> samples_;
 };
 
