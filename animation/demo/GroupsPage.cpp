@@ -93,7 +93,7 @@ GroupsPage::GroupsPage(std::function<EnumEasing()> curve)
 }
 
 GroupsPage::~GroupsPage() {
-    stop();
+    GroupsPage::stop();
     stack_->onFinished = nullptr;
     chain_->onFinished = nullptr;
     sequencer_->onFinished = nullptr;
@@ -193,7 +193,7 @@ void GroupsPage::prepareSequencer(const Pace& pace) {
     makeSequencer();
     std::vector<std::string> captions;
     for (int lane = 0; lane < kLanes; ++lane) {
-        const auto begin = pace.frames() * lane / (2 * (kLanes - 1));
+        const auto begin = pace.frames() * lane / (std::int64_t{2} * (kLanes - 1));
         setup(lane, pace, 0.5);
         sequencer_->add(animators_[static_cast<std::size_t>(lane)], begin);
         captions.push_back("From frame " + std::to_string(begin) + ", " + frames(part(pace, 0.5)));

@@ -45,8 +45,17 @@ std::string output(const std::vector<std::string>& command) {
     return result;
 }
 
+constexpr std::chrono::seconds kPatience{60};
+
+/// Throws std::invalid_argument when there never is one.
 unsigned long windowOnScreen() {
-    return std::stoul(output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"}));
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    // The search ends with nothing when any window goes that it is looking at.
+    std::string found;
+    while (found.empty() && std::chrono::steady_clock::now() < deadline) {
+        found = output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"});
+    }
+    return std::stoul(found);
 }
 
 /// A connection to the display.
@@ -133,7 +142,7 @@ void ApplicationFixture::key(const std::string& name) {
 }
 
 bool ApplicationFixture::eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             return false;

@@ -34,7 +34,7 @@ std::string asideName(const std::string& path, int attempt) {
 /// Renames what stands at the path with the suffix, and returns to what, without the suffix.
 std::string renameAside(const std::string& path, const std::string& suffix) {
     for (int attempt = 0;; ++attempt) {
-        const auto name = asideName(path, attempt);
+        auto name = asideName(path, attempt);
         if (renameTo(path + suffix, name + suffix)) {
             return name;
         }

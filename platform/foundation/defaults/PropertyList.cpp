@@ -34,7 +34,7 @@ std::string quoted(const std::string& text) {
 
 std::string textOf(double number) {
     std::array<char, 32> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     return {digits.data(), end};
 }
 

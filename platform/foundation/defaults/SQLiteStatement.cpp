@@ -1,5 +1,7 @@
 #include "platform/foundation/defaults/SQLiteStatement.h"
 
+#include <utility>
+
 #include "platform/foundation/defaults/SQLiteError.h"
 
 namespace orvalo {
@@ -33,9 +35,10 @@ bool SQLiteStatement::step() {
     const int result = sqlite3_step(statement_.get());
     if (result != SQLITE_ROW && result != SQLITE_DONE) {
         auto* connection = sqlite3_db_handle(statement_.get());
-        const SQLiteError error(sqlite3_extended_errcode(connection), sqlite3_errmsg(connection));
+        // The message goes with the statement's state.
+        SQLiteError error(sqlite3_extended_errcode(connection), sqlite3_errmsg(connection));
         reset();
-        throw error;
+        throw SQLiteError(std::move(error));
     }
     return result == SQLITE_ROW;
 }

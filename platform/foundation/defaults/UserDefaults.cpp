@@ -48,6 +48,8 @@ std::shared_ptr<UserDefaults> UserDefaults::suiteName(std::string_view name) {
                   : nullptr;
 }
 
+// The list is the process's, whoever is asked to add to it.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void UserDefaults::addSuiteNamed(std::string_view name) {
     auto& list = SearchList::shared();
     if (list.holds(name)) {
