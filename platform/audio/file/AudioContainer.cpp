@@ -8,11 +8,6 @@
 #include "platform/audio/file/FileRefusal.h"
 #include "platform/foundation/FatalError.h"
 
-extern "C" {
-#include <libavutil/avstring.h>
-#include <libavutil/opt.h>
-}
-
 namespace orvalo {
 
 namespace {
@@ -74,7 +69,7 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
     if (file.size() == 0) {
         throw refusal(FileRefusal::empty, file.path(), "the file is empty");
     }
-    auto* bytes = static_cast<std::uint8_t*>(av_malloc(kInputBytes));
+    auto* bytes = static_cast<std::uint8_t*>(ffmpeg().av_malloc(kInputBytes));
     input_.reset(
         ffmpeg().avio_alloc_context(bytes, kInputBytes, 0, this, readBytes, nullptr, seekBytes));
     if (bytes == nullptr || !input_) {
@@ -100,7 +95,7 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
 AVFormatContext* AudioContainer::openContext() {
     const AVInputFormat* kind = nullptr;
     const int score = ffmpeg().av_probe_input_buffer2(input_.get(), &kind, "", nullptr, 0, 0);
-    if (score < 0 || kind == nullptr || av_match_list(kind->name, kKinds, ',') == 0 ||
+    if (score < 0 || kind == nullptr || ffmpeg().av_match_list(kind->name, kKinds, ',') == 0 ||
         (score < kLeastProbeScore && !beginsWithTag(file_))) {
         throw refusal(FileRefusal::unknownKind, file_.path(), "not a sound file of a known kind");
     }
@@ -111,12 +106,12 @@ AVFormatContext* AudioContainer::openContext() {
     context->pb = input_.get();
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
     context->io_open = refuseToOpen;
-    av_opt_set(context, "format_whitelist", kKinds, 0);
+    ffmpeg().av_opt_set(context, "format_whitelist", kKinds, 0);
     // Lengths and starts come from the edit list itself, which is exacter than its use by FFmpeg.
     AVDictionary* options = nullptr;
-    av_dict_set_int(&options, "ignore_editlist", 1, 0);
+    ffmpeg().av_dict_set_int(&options, "ignore_editlist", 1, 0);
     const int opened = ffmpeg().avformat_open_input(&context, nullptr, kind, &options);
-    av_dict_free(&options);
+    ffmpeg().av_dict_free(&options);
     if (opened < 0) {
         throw refusal(FileRefusal::brokenHeader, file_.path(), "its header is damaged or cut off");
     }
@@ -126,7 +121,7 @@ AVFormatContext* AudioContainer::openContext() {
 AudioContainer::~AudioContainer() = default;
 
 bool AudioContainer::isKind(const char* name) const {
-    return av_match_name(name, context_->iformat->name) != 0;
+    return ffmpeg().av_match_name(name, context_->iformat->name) != 0;
 }
 
 bool AudioContainer::readPacket(AVPacket& packet) {

@@ -45,7 +45,7 @@ constexpr std::int64_t kMostFramesPerByte = 8192;
 }
 
 std::int64_t inFrames(std::int64_t stamp, const AudioContainer& container, int rate) {
-    return av_rescale_q(stamp, container.stream().time_base, {1, rate});
+    return ffmpeg().av_rescale_q(stamp, container.stream().time_base, {1, rate});
 }
 
 std::int64_t sideNumber(const AVPacket& packet, std::size_t at) {
@@ -88,7 +88,7 @@ Range scannedAndStatedRange(AudioContainer& container, int rate) {
     const auto range = scannedRange(container, rate);
     const auto stated = streamDuration != AV_NOPTS_VALUE
                             ? inFrames(streamDuration, container, rate)
-                            : av_rescale_q(duration, AV_TIME_BASE_Q, {1, rate});
+                            : ffmpeg().av_rescale_q(duration, AV_TIME_BASE_Q, {1, rate});
     // Some writers count one packet too much.
     if (isStated && duration > 0 && range.packetsEnd + range.longestPacket < stated) {
         refuseAsShort(container);
@@ -205,8 +205,8 @@ struct iTunesNote {
 
 // The note that some encoders leave: " 00000000 <priming> <padding> <frames> ...", hexadecimal.
 std::optional<iTunesNote> iTunesNoteOf(const AudioContainer& container) {
-    const auto* entry =
-        av_dict_get(container.context().metadata, "iTunSMPB", nullptr, AV_DICT_IGNORE_SUFFIX);
+    const auto* entry = ffmpeg().av_dict_get(container.context().metadata, "iTunSMPB", nullptr,
+                                             AV_DICT_IGNORE_SUFFIX);
     unsigned priming = 0;
     unsigned padding = 0;
     unsigned long long frames = 0;
@@ -230,14 +230,14 @@ std::vector<Segment> movieSegments(const AudioContainer& container, const MovieH
     const auto tickFrames = static_cast<std::int64_t>(std::ceil(av_q2d(movieTick) * rate));
     std::vector<Segment> segments;
     for (const auto& edit : header.edits) {
-        auto frames = av_rescale_q(edit.duration, movieTick, {1, rate});
+        auto frames = ffmpeg().av_rescale_q(edit.duration, movieTick, {1, rate});
         if (edit.mediaStart < 0) {
             segments.push_back({AudioTimeline::kSilence, frames});
             continue;
         }
         // Movie time is often too coarse for frames: where the note or the media's own end say the
         // same within a tick, they say it exactly.
-        const auto start = av_rescale_q(edit.mediaStart, mediaTick, {1, rate});
+        const auto start = ffmpeg().av_rescale_q(edit.mediaStart, mediaTick, {1, rate});
         const auto rest = mediaFrames - start;
         if (isNoteWithin && note->priming == start &&
             std::abs(note->frames - frames) <= tickFrames) {
@@ -256,8 +256,8 @@ std::optional<std::vector<Segment>> movieTimeline(AudioContainer& container, int
     if (!header || header->movieTimeScale > INT32_MAX || header->mediaTimeScale > INT32_MAX) {
         return std::nullopt;
     }
-    auto mediaFrames = av_rescale_q(header->mediaDuration,
-                                    {1, static_cast<int>(header->mediaTimeScale)}, {1, rate});
+    auto mediaFrames = ffmpeg().av_rescale_q(
+        header->mediaDuration, {1, static_cast<int>(header->mediaTimeScale)}, {1, rate});
     checkMoviePackets(container, mediaFrames, rate);
     if (mediaFrames == 0) {  // Fragments follow, each with times of its own.
         mediaFrames = scannedRange(container, rate).end;

@@ -11,9 +11,9 @@ struct FFmpegDeleter {
     void operator()(AVFormatContext* context) const { ffmpeg().avformat_close_input(&context); }
     void operator()(AVCodecContext* context) const { ffmpeg().avcodec_free_context(&context); }
     void operator()(AVPacket* packet) const { ffmpeg().av_packet_free(&packet); }
-    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+    void operator()(AVFrame* frame) const { ffmpeg().av_frame_free(&frame); }
     void operator()(AVIOContext* input) const {
-        av_freep(&input->buffer);
+        ffmpeg().av_freep(&input->buffer);
         ffmpeg().avio_context_free(&input);
     }
 };

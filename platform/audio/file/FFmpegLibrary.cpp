@@ -7,7 +7,7 @@
 namespace orvalo {
 
 FFmpegLibrary::FFmpegLibrary() {
-    sendFFmpegLogToGLib();
+    sendFFmpegLogToGLib(*this);
 }
 
 const FFmpegLibrary& ffmpeg() {

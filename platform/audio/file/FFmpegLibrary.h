@@ -5,17 +5,20 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
+#include <libavutil/avstring.h>
+#include <libavutil/opt.h>
 }
 
 #include "platform/foundation/LastingLibrary.h"
 
 namespace orvalo {
 
-/// What is used of libavformat and libavcodec, under its own names. They need 130 libraries more,
-/// whose loading takes longer than all else of a start, so that they are loaded when the first file
-/// is opened.
+/// What is used of libavformat, libavcodec and libavutil, under its own names. They need 130
+/// libraries more, whose loading takes longer than all else of a start, so that they are loaded
+/// when the first file is opened.
 class FFmpegLibrary {
-    // The other one needs it; one after the other they load sooner.
+    // Each needs the one before; one after the other they load sooner.
+    LastingLibrary utilities_{"libavutil.so." AV_STRINGIFY(LIBAVUTIL_VERSION_MAJOR)};
     LastingLibrary codec_{"libavcodec.so." AV_STRINGIFY(LIBAVCODEC_VERSION_MAJOR)};
     LastingLibrary format_{"libavformat.so." AV_STRINGIFY(LIBAVFORMAT_VERSION_MAJOR)};
 
@@ -24,6 +27,7 @@ class FFmpegLibrary {
 
 #define ORVALO_FORMAT(name) decltype(::name)* const name = format_[#name]
 #define ORVALO_CODEC(name) decltype(::name)* const name = codec_[#name]
+#define ORVALO_UTILITY(name) decltype(::name)* const name = utilities_[#name]
     ORVALO_FORMAT(av_probe_input_buffer2);
     ORVALO_FORMAT(av_read_frame);
     ORVALO_FORMAT(av_seek_frame);
@@ -59,8 +63,28 @@ class FFmpegLibrary {
     ORVALO_CODEC(avcodec_parameters_to_context);
     ORVALO_CODEC(avcodec_receive_frame);
     ORVALO_CODEC(avcodec_send_packet);
+    ORVALO_UTILITY(av_channel_layout_default);
+    ORVALO_UTILITY(av_dict_free);
+    ORVALO_UTILITY(av_dict_get);
+    ORVALO_UTILITY(av_dict_set);
+    ORVALO_UTILITY(av_dict_set_int);
+    ORVALO_UTILITY(av_frame_alloc);
+    ORVALO_UTILITY(av_frame_free);
+    ORVALO_UTILITY(av_frame_unref);
+    ORVALO_UTILITY(av_freep);
+    ORVALO_UTILITY(av_get_packed_sample_fmt);
+    ORVALO_UTILITY(av_log_format_line2);
+    ORVALO_UTILITY(av_log_set_callback);
+    ORVALO_UTILITY(av_malloc);
+    ORVALO_UTILITY(av_match_list);
+    ORVALO_UTILITY(av_match_name);
+    ORVALO_UTILITY(av_opt_set);
+    ORVALO_UTILITY(av_rescale_q);
+    ORVALO_UTILITY(av_rescale_q_rnd);
+    ORVALO_UTILITY(av_sample_fmt_is_planar);
 #undef ORVALO_FORMAT
 #undef ORVALO_CODEC
+#undef ORVALO_UTILITY
 };
 
 /// The library, which loadFFmpeg() has loaded before. Any thread.

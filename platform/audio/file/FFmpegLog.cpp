@@ -5,9 +5,7 @@
 #include <array>
 #include <cstdarg>
 
-extern "C" {
-#include <libavutil/log.h>
-}
+#include "platform/audio/file/FFmpegLibrary.h"
 
 namespace orvalo {
 
@@ -19,14 +17,15 @@ void logToGLib(void* source, int level, const char* format, va_list arguments) {
     }
     std::array<char, 1024> line{};
     int isLineStart = 1;
-    av_log_format_line2(source, level, format, arguments, line.data(), line.size(), &isLineStart);
+    ffmpeg().av_log_format_line2(source, level, format, arguments, line.data(), line.size(),
+                                 &isLineStart);
     g_debug("FFmpeg: %s", g_strchomp(line.data()));
 }
 
 }  // namespace
 
-void sendFFmpegLogToGLib() {
-    av_log_set_callback(logToGLib);
+void sendFFmpegLogToGLib(const FFmpegLibrary& library) {
+    library.av_log_set_callback(logToGLib);
 }
 
 }  // namespace orvalo

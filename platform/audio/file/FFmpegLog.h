@@ -2,8 +2,10 @@
 
 namespace orvalo {
 
+class FFmpegLibrary;
+
 /// Sends FFmpeg's own log to GLib's as debug messages: what counts, the reader says in its own
 /// words. One thread.
-void sendFFmpegLogToGLib();
+void sendFFmpegLogToGLib(const FFmpegLibrary& library);
 
 }  // namespace orvalo

@@ -27,7 +27,7 @@ bool isCoarse(const AVRational& timeBase, int rate) {
 PacketDecoder::PacketDecoder(const LocalFile& file) : file_(file) {
     loadFFmpeg(file.path());
     packet_.reset(ffmpeg().av_packet_alloc());
-    frame_.reset(av_frame_alloc());
+    frame_.reset(ffmpeg().av_frame_alloc());
     if (!packet_ || !frame_) {
         fatalError("No memory to decode an audio file.");
     }
@@ -63,7 +63,7 @@ void PacketDecoder::restart() {
     }
     // A flushed decoder may remember (the seed of its noise, say); a new one does not.
     openDecoder();
-    av_frame_unref(frame_.get());
+    ffmpeg().av_frame_unref(frame_.get());
     frameStart_ = 0;
     nextStart_.reset();
     firstPacketStamp_.reset();
@@ -86,13 +86,13 @@ bool PacketDecoder::canSeek() const {
 
 bool PacketDecoder::seek(std::int64_t target) {
     const AVStream& stream = container_->stream();
-    const auto stamp =
-        av_rescale_q_rnd(target, {1, decoder_->sample_rate}, stream.time_base, AV_ROUND_DOWN);
+    const auto stamp = ffmpeg().av_rescale_q_rnd(target, {1, decoder_->sample_rate},
+                                                 stream.time_base, AV_ROUND_DOWN);
     if (!canSeek() || !container_->seek(stamp)) {
         return false;
     }
     ffmpeg().avcodec_flush_buffers(decoder_.get());
-    av_frame_unref(frame_.get());
+    ffmpeg().av_frame_unref(frame_.get());
     frameStart_ = 0;
     nextStart_.reset();
     firstPacketStamp_.reset();
@@ -114,7 +114,7 @@ void PacketDecoder::place() {
     const AVRational timeBase = container_->stream().time_base;
     const int rate = frame_->sample_rate;
     const bool isStamped = frame_->pts != AV_NOPTS_VALUE;
-    const auto stamped = (isStamped ? av_rescale_q(frame_->pts, timeBase, {1, rate}) : 0);
+    const auto stamped = (isStamped ? ffmpeg().av_rescale_q(frame_->pts, timeBase, {1, rate}) : 0);
     if (!nextStart_) {
         // Some coders' first packet makes no frame. Where it has time 0 all the same, the stamps
         // are late by what it would have made.

@@ -86,7 +86,8 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
     parameters->sample_rate = static_cast<int>(std::lround(format.sampleRate));
     parameters->bits_per_coded_sample = 32;
     parameters->block_align = static_cast<int>(format.channelCount * sizeof(float));
-    av_channel_layout_default(&parameters->ch_layout, static_cast<int>(format.channelCount));
+    ffmpeg().av_channel_layout_default(&parameters->ch_layout,
+                                       static_cast<int>(format.channelCount));
 
     check(ffmpeg().avio_open(&context->pb, ("file:" + workingPath_).c_str(),
                              AVIO_FLAG_WRITE | AVIO_FLAG_DIRECT));
@@ -94,9 +95,9 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
         muxer_->unfinished = workingPath_;
     }
     AVDictionary* options = nullptr;
-    av_dict_set(&options, "rf64", "auto", 0);
+    ffmpeg().av_dict_set(&options, "rf64", "auto", 0);
     const int result = ffmpeg().avformat_write_header(context, &options);
-    av_dict_free(&options);
+    ffmpeg().av_dict_free(&options);
     check(result);
 }
 
