@@ -26,7 +26,8 @@ class BridgedInterfaceChannel {
         : mailbox_(std::move(mailbox)), send_(std::move(send)) {}
 
     /// Who hears from now on, on the main thread, in order; it is told first how things stand:
-    /// processReady(), processGivenUp(), or nothing while a process is being made. Null for nobody.
+    /// processReady() before this returns, processGivenUp() soon, or nothing while a process is
+    /// being made. Null for nobody. Main thread.
     void setListener(const std::weak_ptr<BridgedInterfaceListener>& listener) {
         mailbox_->setListener(listener);
     }

@@ -37,13 +37,20 @@ void call(BridgedInterfaceListener& listener, const InterfaceEvent& event) {
 }  // namespace
 
 void InterfaceMailbox::setListener(const std::weak_ptr<BridgedInterfaceListener>& listener) {
-    const std::scoped_lock lock(mutex_);
-    listener_ = listener;
-    waiting_.clear();
-    heardProcess_.store(0, std::memory_order_relaxed);
-    if (standing_.kind != Kind::lost) {
-        waiting_.push_back(standing_);
-        schedule();
+    bool isReady = false;
+    {
+        const std::scoped_lock lock(mutex_);
+        listener_ = listener;
+        waiting_.clear();
+        isReady = standing_.kind == Kind::ready;
+        heardProcess_.store(isReady ? standing_.process : 0, std::memory_order_relaxed);
+        if (standing_.kind == Kind::givenUp) {
+            waiting_.push_back(standing_);
+            schedule();
+        }
+    }
+    if (const auto held = listener.lock(); held && isReady) {
+        held->processReady();
     }
 }
 

@@ -29,6 +29,7 @@ struct InterfaceEvent {
 /// thread.
 class InterfaceMailbox : public NSObject {
   public:
+    /// Tells it before it returns, on the main thread, that there is a process, if there is one.
     void setListener(const std::weak_ptr<BridgedInterfaceListener>& listener);
     void post(InterfaceEvent event);
     /// The number of the process that the listener has heard is ready; 0 while it has heard of

@@ -117,7 +117,7 @@ void EffectService::take(const bridge::OpenInterface& request) {
     answerAfter(request.number, [&] {
         interface_ = nullptr;
         interface_ = std::make_unique<ServiceInterface>(
-            effect_->unit(), interfaceCode(), request.display, request.window, request.scaleFactor,
+            effect_->unit(), interfaceParts(), request.display, request.window, request.scaleFactor,
             ServiceInterface::Events{
                 .wants =
                     [this](X11Size size) {
@@ -150,14 +150,14 @@ void EffectService::take(const bridge::CloseInterface& request) {
 }
 
 void EffectService::take(const bridge::LoadInterface& request) {
-    answerAfter(request.number, [this] { interfaceCode(); });
+    answerAfter(request.number, [this] { interfaceParts(); });
 }
 
-std::shared_ptr<const InterfaceCode> EffectService::interfaceCode() {
-    if (interfaceCode_ == nullptr) {
-        interfaceCode_ = std::make_shared<InterfaceCode>(*effect_->unit());
+std::shared_ptr<const InterfaceParts> EffectService::interfaceParts() {
+    if (interfaceParts_ == nullptr) {
+        interfaceParts_ = std::make_shared<InterfaceParts>(*effect_->unit());
     }
-    return interfaceCode_;
+    return interfaceParts_;
 }
 
 }  // namespace orvalo

@@ -22,7 +22,7 @@ class EffectService {
 
   private:
     void take(const bridge::HostMessage& message);
-    std::shared_ptr<const InterfaceCode> interfaceCode();
+    std::shared_ptr<const InterfaceParts> interfaceParts();
     void fail(const char* reason);
     void answer(std::uint32_t number, const std::string& error = {});
     /// Does what a request asks, and answers with what has gone wrong.
@@ -42,7 +42,7 @@ class EffectService {
 
     ServiceConnection connection_;
     std::unique_ptr<LoadedEffect> effect_;  // Null before the first message, and when that fails.
-    std::shared_ptr<const InterfaceCode> interfaceCode_;  // Once the host has asked for it.
+    std::shared_ptr<const InterfaceParts> interfaceParts_;  // Once the host has asked for it.
     std::unique_ptr<ServiceInterface> interface_;
     std::optional<int> status_;
 };

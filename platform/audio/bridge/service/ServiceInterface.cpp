@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/audio/interface/LV2InterfaceError.h"
-#include "platform/audio/interface/X11Connection.h"
 #include "platform/audio/interface/X11Errors.h"
 
 namespace orvalo {
@@ -19,16 +18,18 @@ LV2InterfaceData readData(const LV2LocalAudioUnit& unit) {
 }
 
 /// Interfaces name the server by the environment, and end the process where there is none.
-void enterDisplay(const std::string& plugin, const std::string& display, unsigned long window) {
+void enterDisplay(const InterfaceParts& parts, const std::string& display, unsigned long window) {
     g_setenv("DISPLAY", display.c_str(), TRUE);
-    const auto connection = X11Connection::open(display);
-    if (connection == nullptr) {
-        throw lv2InterfaceError(LV2ErrorCode::noInterface, plugin,
+    const bool isKnown =
+        parts.server != nullptr && display == DisplayString(parts.server->display());
+    const auto server = isKnown ? parts.server : X11Connection::open(display);
+    if (server == nullptr) {
+        throw lv2InterfaceError(LV2ErrorCode::noInterface, parts.data.plugin,
                                 "the X server \"" + display + "\" cannot be reached");
     }
     XWindowAttributes attributes{};
-    if (XGetWindowAttributes(connection->display(), window, &attributes) == 0) {
-        throw lv2InterfaceError(LV2ErrorCode::noInterface, plugin,
+    if (XGetWindowAttributes(server->display(), window, &attributes) == 0) {
+        throw lv2InterfaceError(LV2ErrorCode::noInterface, parts.data.plugin,
                                 "the window that it belongs in is gone");
     }
     X11Errors::takeOver();
@@ -36,15 +37,16 @@ void enterDisplay(const std::string& plugin, const std::string& display, unsigne
 
 }  // namespace
 
-InterfaceCode::InterfaceCode(const LV2LocalAudioUnit& unit) : data(readData(unit)), library(data) {}
+InterfaceParts::InterfaceParts(const LV2LocalAudioUnit& unit)
+    : data(readData(unit)), library(data), server(X11Connection::open({})) {}
 
 ServiceInterface::ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
-                                   std::shared_ptr<const InterfaceCode> code,
+                                   std::shared_ptr<const InterfaceParts> parts,
                                    const std::string& display, unsigned long window,
                                    double scaleFactor, Events events)
-    : code_(std::move(code)), events_(std::move(events)) {
-    enterDisplay(code_->data.plugin, display, window);
-    interface_ = std::make_unique<LV2Interface>(unit, code_->data, window, scaleFactor,
+    : parts_(std::move(parts)), events_(std::move(events)) {
+    enterDisplay(*parts_, display, window);
+    interface_ = std::make_unique<LV2Interface>(unit, parts_->data, window, scaleFactor,
                                                 [this](X11Size size) { events_.wants(size); });
     turns_ = std::make_unique<InterfaceTurns>(G_PRIORITY_DEFAULT, [this] { tick(); });
 }

@@ -7,16 +7,20 @@
 #include "platform/audio/interface/InterfaceTurns.h"
 #include "platform/audio/interface/LV2Interface.h"
 #include "platform/audio/interface/LV2InterfaceLibrary.h"
+#include "platform/audio/interface/X11Connection.h"
 
 namespace orvalo {
 
-/// What an effect's interface is made of, loaded and held for the object's life.
-struct InterfaceCode {
+/// What an effect's interface is opened with: made ready beforehand, and held for the object's
+/// life.
+struct InterfaceParts {
     /// Throws NSError: the unit has no interface that can be opened here.
-    explicit InterfaceCode(const LV2LocalAudioUnit& unit);
+    explicit InterfaceParts(const LV2LocalAudioUnit& unit);
 
     const LV2InterfaceData data;
     const LV2InterfaceLibrary library;
+    /// The X server that the environment names; null when it is not there.
+    const std::shared_ptr<X11Connection> server;
 };
 
 /// The effect's interface inside a window of the host's, and its turns. Main thread.
@@ -33,7 +37,7 @@ class ServiceInterface {
     /// Makes it, hidden. display: the X server's name; window: the host's, in which it belongs.
     /// Throws NSError: no such server or window, or as LV2Interface does.
     ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
-                     std::shared_ptr<const InterfaceCode> code, const std::string& display,
+                     std::shared_ptr<const InterfaceParts> parts, const std::string& display,
                      unsigned long window, double scaleFactor, Events events);
     /// Cleans it up. Its window should be shown no more.
     ~ServiceInterface() = default;
@@ -49,7 +53,7 @@ class ServiceInterface {
   private:
     void tick();
 
-    const std::shared_ptr<const InterfaceCode> code_;
+    const std::shared_ptr<const InterfaceParts> parts_;
     const Events events_;
     std::unique_ptr<LV2Interface> interface_;
     std::unique_ptr<InterfaceTurns> turns_;
