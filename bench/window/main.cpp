@@ -163,24 +163,37 @@ void measureIdle(Desktop& desktop, const Environment& environment, int seconds) 
     share("interface hidden again");
 }
 
-/// The xruns are the server's count; how punctual the machine is itself stands beside it.
-void measurePlaying(Desktop& desktop, Environment environment, int seconds) {
-    environment["ORVALO_AUDIO_OUTPUT"] = "jack";
-    const auto program = startWindow(desktop, environment);
-    showInterface(desktop);
-    const XrunCount xruns;
-    desktop.typeSpace();
-    awaitUntil(
-        desktop, [&] { return xruns.isSomebodyPlaying(); }, "orvalo does not play");
+/// The xruns of the JACK server from now on, by its own count, and how punctual the machine is
+/// itself.
+void countXruns(const char* what, const XrunCount& xruns, int seconds) {
     std::this_thread::sleep_for(std::chrono::seconds(2));
     const auto before = xruns.value();
     const BareSleeper sleeper(static_cast<std::int64_t>(kQuantum * 1e9));
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
     std::printf(
-        "playing for %d s with the interface shown, JACK, 64 frames: %llu xruns\n"
-        "  a bare thread was late by a quantum %llu times, %.1f ms at most\n",
-        seconds, static_cast<unsigned long long>(xruns.value() - before),
+        "  %-26s %4llu xruns; a bare thread %llu times late by a quantum, %.1f ms at most\n", what,
+        static_cast<unsigned long long>(xruns.value() - before),
         static_cast<unsigned long long>(sleeper.lateCount()), inSeconds(sleeper.latest()) * 1e3);
+}
+
+void measurePlaying(Desktop& desktop, Environment environment, int seconds) {
+    const XrunCount xruns;
+    std::printf("JACK server, 64 frames, %d s each:\n", seconds);
+    countXruns("nobody plays", xruns, seconds);
+    {
+        desktop.beginWatch();
+        const Child jalv({"jalv.gtk3", "urn:tessaly:orvalo"}, environment);
+        awaitUntil(
+            desktop, [&] { return desktop.count(kAccent) >= kEnough; }, "jalv.gtk3 shows nothing");
+        countXruns("jalv.gtk3 with silence", xruns, seconds);
+    }
+    environment["ORVALO_AUDIO_OUTPUT"] = "jack";
+    const auto program = startWindow(desktop, environment);
+    showInterface(desktop);
+    desktop.typeSpace();
+    awaitUntil(
+        desktop, [&] { return xruns.isSomebodyPlaying(); }, "orvalo does not play");
+    countXruns("orvalo with music", xruns, seconds);
 }
 
 }  // namespace
