@@ -2,6 +2,9 @@
 
 #include <string>
 
+#include "platform/foundation/FatalError.h"
+#include "platform/foundation/NSError.h"
+
 namespace orvalo {
 
 /// A shared library that stays loaded until the program ends.
@@ -29,5 +32,16 @@ class LastingLibrary {
   private:
     void* handle_;
 };
+
+/// A Library, whose making loads LastingLibraries and finds their functions. A fatal error,
+/// "<name> cannot be loaded: <reason>", when one is missing.
+template <typename Library>
+Library requiredLibrary(const std::string& name) {
+    try {
+        return Library();
+    } catch (const NSError& error) {
+        fatalError(name + " cannot be loaded: " + error.what());
+    }
+}
 
 }  // namespace orvalo
