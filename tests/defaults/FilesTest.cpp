@@ -76,27 +76,6 @@ TEST_F(DefaultsFiles, holdBinaryPropertyListsInADatabase) {
     EXPECT_THAT(query(file_, "PRAGMA user_version"), ElementsAre("2"));
 }
 
-TEST_F(DefaultsFiles, ofVersionOneAreBroughtForward) {
-    std::filesystem::create_directories(file_.parent_path());
-    query(file_,
-          "PRAGMA journal_mode = WAL; PRAGMA application_id = 1332901444; PRAGMA user_version = 1;"
-          "CREATE TABLE entries (change INTEGER PRIMARY KEY, key TEXT NOT NULL UNIQUE, value BLOB);"
-          "INSERT INTO entries VALUES (7, 'key', x'62706c6973743030"  // The integer 42.
-          "102a08000000000000010100000000000000010000000000000000000000000000000a')");
-    ChangeCounter counter(file_.string() + "-changes");
-    const auto before = counter.mapping()->count();
-    const auto settings = open();
-    ASSERT_NE(settings, nullptr);
-    EXPECT_EQ(settings->integer("key"), 42);
-    // Who has it open in its old form is to look again.
-    EXPECT_GT(counter.mapping()->count(), before);
-    EXPECT_EQ(counter.mapping()->count() % 2, 0U);
-    settings->set(43, "key");
-    EXPECT_EQ(open()->integer("key"), 43);
-    EXPECT_THAT(query(file_, "PRAGMA user_version"), ElementsAre("2"));
-    EXPECT_THAT(query(file_, "SELECT change FROM entries"), ElementsAre("8"));
-}
-
 TEST_F(DefaultsFiles, ofANewerVersionAreRefusedAndLeftAlone) {
     open()->set(1, "key");
     query(file_, "PRAGMA user_version = 3");

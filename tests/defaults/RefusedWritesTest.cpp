@@ -1,11 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <functional>
@@ -14,6 +12,7 @@
 
 #include "platform/foundation/defaults/ChangeCounter.h"
 #include "tests/defaults/Database.h"
+#include "tests/defaults/OtherWrites.h"
 #include "tests/defaults/SuiteFile.h"
 #include "tests/defaults/Worker.h"
 #include "tests/testing/CapturedOutput.h"
@@ -49,40 +48,6 @@ class FileSizeLimit {
   private:
     rlimit former_{};
     sighandler_t formerHandler_;
-};
-
-/// As long as it lives, SQLite writes to files by another function.
-class OtherWrites {
-  public:
-    using Write = ssize_t (*)(int, const void*, size_t, off_t);
-
-    explicit OtherWrites(Write write) {
-        replace("pwrite", reinterpret_cast<sqlite3_syscall_ptr>(write));
-        replace("pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(write));
-    }
-    ~OtherWrites() {
-        replace("pwrite", nullptr);
-        replace("pwrite64", nullptr);
-    }
-    OtherWrites(const OtherWrites&) = delete;
-    OtherWrites& operator=(const OtherWrites&) = delete;
-
-  private:
-    static void replace(const char* name, sqlite3_syscall_ptr function) {
-        auto* system = sqlite3_vfs_find(nullptr);
-        system->xSetSystemCall(system, name, function);
-    }
-};
-
-/// As long as it lives, SQLite finds every disk full.
-class FullDisk {
-  private:
-    static ssize_t fail(int /*file*/, const void* /*bytes*/, size_t /*size*/, off_t /*at*/) {
-        errno = ENOSPC;
-        return -1;
-    }
-
-    const OtherWrites writes_{fail};
 };
 
 class ARefusedWrite : public SuiteFile {

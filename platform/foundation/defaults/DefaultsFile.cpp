@@ -137,12 +137,12 @@ void check(SQLiteDatabase& database, const char* pragma) {
 
 }  // namespace
 
-DefaultsFile::DefaultsFile(const std::string& path)
+DefaultsFile::DefaultsFile(const std::string& path, ChangeMapping* counter)
     : path_(path),
       identity_(prepared(path)),
       database_(openDatabase(path, logTrouble_)),
-      isBroughtForward_(bringToThisVersion(database_, path)),
       nextCheckpoint_(kPagesToCheckpoint) {
+    bringToThisVersion(database_, path, counter);
     check(database_, "PRAGMA quick_check(1)");
     try {
         version_ = database_.prepare("PRAGMA user_version");

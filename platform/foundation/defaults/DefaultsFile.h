@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/ChangeMapping.h"
 #include "platform/foundation/defaults/DefaultsChanges.h"
 #include "platform/foundation/defaults/FileIdentity.h"
 #include "platform/foundation/defaults/SQLiteDatabase.h"
@@ -23,14 +24,13 @@ class DefaultsFile {
   public:
     /// Opens the file and looks it over, and creates it where it is missing; brings one of an older
     /// version to this one. A file of a newer version, of another program or of another user is
-    /// refused and left alone. The caller holds the domain's lock.
-    explicit DefaultsFile(const std::string& path);
+    /// refused and left alone. The caller holds the domain's lock. counter: marked when the file's
+    /// form changes; null: it does not, and an older version is refused.
+    DefaultsFile(const std::string& path, ChangeMapping* counter);
 
     /// Whether the file is still the one that others find, and may be read as it was opened.
     bool isInPlace() const;
     bool isReadOnly() const { return database_.isReadOnly(); }
-    /// Whether opening it changed its form, for which others that have it open are to look again.
-    bool isBroughtForward() const { return isBroughtForward_; }
     /// What kept the log from being opened beside a file that is only read; absent when nothing
     /// did.
     const std::optional<NSError>& logTrouble() const { return logTrouble_; }
@@ -57,7 +57,6 @@ class DefaultsFile {
     FileIdentity identity_;
     std::optional<NSError> logTrouble_;
     SQLiteDatabase database_;
-    bool isBroughtForward_;
     std::optional<SQLiteStatement> version_;
     std::optional<SQLiteStatement> select_;
     std::optional<SQLiteStatement> insert_;

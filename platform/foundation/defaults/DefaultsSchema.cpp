@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/ChangeCounter.h"
 #include "platform/foundation/defaults/SQLiteTransaction.h"
 
 namespace orvalo {
@@ -48,18 +49,20 @@ void refuseNewerVersion(std::int64_t version, const std::string& path) {
     }
 }
 
-bool bringToThisVersion(SQLiteDatabase& database, const std::string& path) {
+void bringToThisVersion(SQLiteDatabase& database, const std::string& path, ChangeMapping* counter) {
     checkOrigin(database, path);
-    if (database.isReadOnly()) {
+    if (database.isReadOnly() || counter == nullptr) {
         if (version(database) != kVersion) {
             throw NSError::posix(EROFS, path + " is of an older version");
         }
-        return false;
+        return;
     }
     database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
     if (version(database) == kVersion) {
-        return false;
+        return;
     }
+    // Who dies before its end leaves the mark, and others look.
+    const ChangeCounter::Write told(*counter);
     SQLiteTransaction transaction(database);
     for (auto step = version(database); step < kVersion; ++step) {
         database.run(kSteps.at(static_cast<std::size_t>(step)));
@@ -68,7 +71,6 @@ bool bringToThisVersion(SQLiteDatabase& database, const std::string& path) {
                   "; PRAGMA user_version = " + std::to_string(kVersion))
                      .c_str());
     transaction.commit();
-    return true;
 }
 
 }  // namespace orvalo

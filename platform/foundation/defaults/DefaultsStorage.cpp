@@ -58,8 +58,12 @@ bool DefaultsStorage::isOpen() const {
     return file_ && file_->isInPlace() && (!counter_ || counter_->isInPlace());
 }
 
+ChangeMapping* DefaultsStorage::mark() const {
+    return counter_ && counter_->mapping()->isWritable() ? counter_->mapping().get() : nullptr;
+}
+
 bool DefaultsStorage::isWritable() const {
-    return counter_ && counter_->mapping()->isWritable() && !file_->isReadOnly();
+    return mark() != nullptr && !file_->isReadOnly();
 }
 
 void DefaultsStorage::refuseWrite() const {
@@ -88,10 +92,7 @@ void DefaultsStorage::openFile() {
     }
     file_.reset();
     agreed_ = 1;
-    file_ = std::make_unique<DefaultsFile>(path_);
-    if (file_->isBroughtForward() && isWritable()) {
-        const ChangeCounter::Write told(*counter_->mapping());
-    }
+    file_ = std::make_unique<DefaultsFile>(path_, mark());
 }
 
 void DefaultsStorage::endWriteOfDeadProcess() const {
@@ -131,13 +132,13 @@ DefaultsStorage::Update DefaultsStorage::underLock(const std::function<Update()>
 
 void DefaultsStorage::setAsideIfDamaged() {
     try {
-        DefaultsFile(path_).verify();
+        DefaultsFile(path_, mark()).verify();
     } catch (const SQLiteError& error) {
-        if (!error.isDamage() || !counter_ || !counter_->mapping()->isWritable()) {
+        if (!error.isDamage() || mark() == nullptr) {
             throw;
         }
         // The others find out that theirs is no longer in place when they look.
-        const ChangeCounter::Write write(*counter_->mapping());
+        const ChangeCounter::Write write(*mark());
         setDatabaseAside(path_);
     }
 }

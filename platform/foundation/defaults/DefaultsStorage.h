@@ -46,6 +46,8 @@ class DefaultsStorage {
   private:
     void openCounter();
     bool isOpen() const;
+    /// The counter, where a write can be marked in it; otherwise null.
+    ChangeMapping* mark() const;
     bool isWritable() const;
     [[noreturn]] void refuseWrite() const;
     /// Under the lock.

@@ -1,0 +1,131 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <vector>
+
+#include "platform/foundation/defaults/ChangeCounter.h"
+#include "tests/defaults/Database.h"
+#include "tests/defaults/OtherWrites.h"
+#include "tests/defaults/SuiteFile.h"
+#include "tests/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::Gt;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+bool isLog(int file) {
+    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file))
+        .string()
+        .ends_with("-wal");
+}
+
+class AFileOfVersionOne : public SuiteFile {
+  protected:
+    AFileOfVersionOne() { make(); }
+
+    void make() const {
+        std::filesystem::remove_all(file_.parent_path());
+        std::filesystem::create_directories(file_.parent_path());
+        query(file_,
+              "PRAGMA journal_mode = WAL; PRAGMA application_id = 1332901444;"
+              "PRAGMA user_version = 1; CREATE TABLE entries "
+              "(change INTEGER PRIMARY KEY, key TEXT NOT NULL UNIQUE, value BLOB);"
+              "INSERT INTO entries VALUES (7, 'key', x'62706c6973743030"  // The integer 42.
+              "102a08000000000000010100000000000000010000000000000000000000000000000a')");
+    }
+
+    std::string counter() const { return file_.string() + "-changes"; }
+    std::string version() const { return query(file_, "PRAGMA user_version").at(0); }
+
+    void expectToComeForward() const {
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        EXPECT_EQ(settings->integer("key"), 42);
+        EXPECT_EQ(version(), "2");
+        settings->set(43, "key");
+        EXPECT_EQ(Worker({name_}).ask("get key"), "43");
+        EXPECT_THAT(query(file_, "SELECT change FROM entries"), ElementsAre("8"));
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+        EXPECT_THAT(setAside(file_), IsEmpty());
+    }
+};
+
+TEST_F(AFileOfVersionOne, isBroughtForwardAndOthersAreToldOf) {
+    const ChangeCounter changes(counter());
+    const auto before = changes.mapping()->count();
+    expectToComeForward();
+    EXPECT_GT(changes.mapping()->count(), before);
+    EXPECT_EQ(changes.mapping()->count() % 2, 0U);
+}
+
+// Whoever dies in between is found out by the mark.
+TEST_F(AFileOfVersionOne, isMarkedAsLongAsItIsBroughtForward) {
+    static const ChangeMapping* mapping = nullptr;
+    static std::vector<bool> marks;
+    const ChangeCounter changes(counter());
+    mapping = changes.mapping().get();
+    {
+        const OtherWrites writes([](int file, const void* bytes, size_t size, off_t at) {
+            if (isLog(file)) {
+                marks.push_back(mapping->count() % 2 == 1);
+            }
+            return pwrite(file, bytes, size, at);
+        });
+        EXPECT_NE(open(), nullptr);
+    }
+    EXPECT_THAT(marks, AllOf(SizeIs(Gt(0U)), Each(true)));
+}
+
+TEST_F(AFileOfVersionOne, isWholeWhereverTheOneIsKilledWhoBringsItForward) {
+    static int left = 0;
+    int kills = 0;
+    for (int status = SIGKILL; WIFSIGNALED(status); ++kills) {
+        make();
+        const auto before = ChangeCounter(counter()).mapping()->count();
+        const auto child = fork();
+        if (child == 0) {
+            left = kills;
+            const OtherWrites writes([](int file, const void* bytes, size_t size, off_t at) {
+                if (left-- == 0) {
+                    std::raise(SIGKILL);
+                }
+                return pwrite(file, bytes, size, at);
+            });
+            _exit(open() ? EXIT_SUCCESS : EXIT_FAILURE);
+        }
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(status == SIGKILL || status == EXIT_SUCCESS) << status;
+        EXPECT_TRUE(version() == "1" || ChangeCounter(counter()).mapping()->count() > before);
+        expectToComeForward();
+    }
+    EXPECT_GT(kills, 4);
+}
+
+TEST_F(AFileOfVersionOne, isWholeWhereverTheDiskIsFullWhileItIsBroughtForward) {
+    int refusals = 0;
+    for (bool isForward = false; !isForward; ++refusals) {
+        make();
+        {
+            const CapturedOutput errors(2);
+            const FullDisk full(refusals);
+            isForward = open() != nullptr;
+        }
+        EXPECT_EQ(version(), isForward ? "2" : "1");
+        expectToComeForward();
+    }
+    EXPECT_GT(refusals, 4);
+}
+
+}  // namespace
+}  // namespace orvalo::testing
