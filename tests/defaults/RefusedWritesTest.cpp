@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <functional>
+#include <initializer_list>
 #include <iostream>
 #include <vector>
 
@@ -188,14 +189,15 @@ void protect(const std::filesystem::path& folder, bool isProtected) {
     _exit(EXIT_SUCCESS);
 }
 
-[[noreturn]] void useAReadOnlyFolder(const std::string& name, bool hasLog) {
+[[noreturn]] void useAReadOnlyFolder(const std::string& name,
+                                     std::initializer_list<const char*> missing) {
     const auto file = suiteFile(name);
     UserDefaults::suiteName(name)->set("stored", "key");
-    if (!hasLog) {
-        query(file, "PRAGMA wal_checkpoint(TRUNCATE)");
-        for (const auto* suffix : {"-wal", "-shm", "-changes"}) {
-            std::filesystem::remove(file.string() + suffix);
+    for (const std::string suffix : missing) {
+        if (suffix == "-wal") {
+            emptyLog(file);
         }
+        std::filesystem::remove(file.string() + suffix);
     }
     becomeSomebodyElse();
     protect(file.parent_path(), true);
@@ -206,6 +208,7 @@ void protect(const std::filesystem::path& folder, bool isProtected) {
     settings->set("refused", "key");
     expect(settings->string("key") == "stored", "what was stored is still there");
     expect(settings->dictionaryRepresentation().size() == 1, "all of it");
+    expect(Worker({name}).ask("get key") == "stored", "by others, too");
     protect(file.parent_path(), false);
     settings->set("accepted", "key");
     expect(settings->string("key") == "accepted", "it can be written again");
@@ -245,13 +248,23 @@ TEST_F(ARefusedWrite, toAThirdPersonsFilesLosesNothing) {
 }
 
 TEST_F(ARefusedWrite, inAReadOnlyFolderLosesNothing) {
-    EXPECT_EXIT(useAReadOnlyFolder(name_, true), ::testing::ExitedWithCode(EXIT_SUCCESS),
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {}), ::testing::ExitedWithCode(EXIT_SUCCESS),
                 "'key' in .* stays as it was: .*sqlite: Permission denied");
 }
 
 TEST_F(ARefusedWrite, inAReadOnlyFolderWithoutALogLosesNothing) {
-    EXPECT_EXIT(useAReadOnlyFolder(name_, false), ::testing::ExitedWithCode(EXIT_SUCCESS),
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {"-wal", "-shm", "-changes"}),
+                ::testing::ExitedWithCode(EXIT_SUCCESS),
                 "'key' in .* stays as it was: .*sqlite-changes: Permission denied");
+}
+
+// As somebody restores a folder who knows of databases and their logs.
+TEST_F(ARefusedWrite, inAReadOnlyFolderWithoutTheLogsIndexLosesNothing) {
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {"-shm", "-changes"}),
+                ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: .*sqlite-changes: Permission denied");
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {"-shm"}), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: unable to open database file");
 }
 
 }  // namespace

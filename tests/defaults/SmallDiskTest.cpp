@@ -81,6 +81,17 @@ class ASmallDisk : public SuiteFile {
         EXPECT_THAT(setAside(file_), IsEmpty());
     }
 
+    /// A suite whose database has a log beside it, and nothing else.
+    void makeALogWithoutIndex() {
+        ASSERT_TRUE(isStored(*open(), "there", "key"));
+        emptyLog(file_);
+        ASSERT_TRUE(isStored(*open(), "in the log", "new"));
+        for (const auto* suffix : {"-shm", "-changes"}) {
+            std::filesystem::remove(file_.string() + suffix);
+        }
+        ASSERT_GT(std::filesystem::file_size(file_.string() + "-wal"), 0U);
+    }
+
     /// A suite whose database lies alone in its folder.
     void makeADatabaseAlone() {
         ASSERT_TRUE(isStored(*open(), "there", "key"));
@@ -172,6 +183,37 @@ TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
         expectToWorkAgain(*settings);
     }
     expectAllThatWasStored(*open());
+}
+
+TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexCanBeRead) {
+    using Obstacle = void (SmallDisk::*)();
+    for (const Obstacle obstacle : {&SmallDisk::fill, &SmallDisk::protect}) {
+        disk_.empty();
+        stored_.clear();
+        makeALogWithoutIndex();
+        (disk_.*obstacle)();
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        expectToBeReadAlone(*settings);
+        disk_.makeRoom();
+        expectToWorkAgain(*settings);
+    }
+}
+
+TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexLetsAReaderFollowOthersOnceItHas) {
+    makeALogWithoutIndex();
+    disk_.protect();
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    expectAllThatWasStored(*settings);
+    disk_.makeRoom();
+    Worker other({name_});
+    for (int number = 0; number < 300; ++number) {
+        EXPECT_EQ(other.ask("set theirs " + std::to_string(number)), "done");
+        EXPECT_EQ(settings->integer("theirs"), number);
+    }
+    stored_.insert_or_assign("theirs", 299);
+    expectToWorkAgain(*settings);
 }
 
 TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {

@@ -5,8 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DamagedFile.h"
@@ -54,12 +52,6 @@ bool createFile(const std::string& path) {
     return true;
 }
 
-std::uintmax_t sizeOf(const std::string& path) {
-    std::error_code error;
-    const auto size = std::filesystem::file_size(path, error);
-    return error ? 0 : size;
-}
-
 FileIdentity prepared(const std::string& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 && createFile(path)) {
@@ -67,7 +59,7 @@ FileIdentity prepared(const std::string& path) {
         setLogAside(path);
     }
     status = checkedPrivateFile(path);
-    if (status.st_size == 0 && sizeOf(path + "-wal") > 0) {
+    if (status.st_size == 0 && LogSizes(path).log > 0) {
         throw SQLiteError(SQLITE_CORRUPT, "it is empty beside a log");
     }
     // SQLite takes it for an empty one.
@@ -80,10 +72,6 @@ FileIdentity prepared(const std::string& path) {
         }
     }
     return FileIdentity(status);
-}
-
-bool hasLog(const std::string& path) {
-    return sizeOf(path + "-wal") > 0;
 }
 
 /// In a folder that cannot be written, and on a full disk, SQLite finds no place for the log and
@@ -101,17 +89,23 @@ bool isWantOfPlace(const SQLiteError& error) {
     }
 }
 
-/// trouble: set when the file is opened without its log, which it has not.
-SQLiteDatabase openDatabase(const std::string& path, std::optional<NSError>& trouble) {
+/// trouble: set when the log's index cannot be shared, and the file only read as it is now, which
+/// the sizes tell.
+SQLiteDatabase openDatabase(const std::string& path, std::optional<NSError>& trouble,
+                            LogSizes& sizes) {
     SQLiteDatabase database(path);
     try {
         database.integer("SELECT count(*) FROM sqlite_schema");
     } catch (const SQLiteError& error) {
-        if (!isWantOfPlace(error) || hasLog(path)) {
+        if (!isWantOfPlace(error)) {
             throw;
         }
         trouble = error;
-        return SQLiteDatabase(path, true);
+    }
+    if (trouble) {
+        using Access = SQLiteDatabase::Access;
+        sizes = LogSizes(path);
+        return SQLiteDatabase(path, sizes.log > 0 ? Access::ownIndex : Access::alone);
     }
     return database;
 }
@@ -140,7 +134,8 @@ void check(SQLiteDatabase& database, const char* pragma) {
 DefaultsFile::DefaultsFile(const std::string& path, ChangeMapping* counter)
     : path_(path),
       identity_(prepared(path)),
-      database_(openDatabase(path, logTrouble_)),
+      logSizes_(path),
+      database_(openDatabase(path, logTrouble_, logSizes_)),
       nextCheckpoint_(kPagesToCheckpoint) {
     bringToThisVersion(database_, path, counter);
     check(database_, "PRAGMA quick_check(1)");
@@ -157,12 +152,15 @@ DefaultsFile::DefaultsFile(const std::string& path, ChangeMapping* counter)
 }
 
 bool DefaultsFile::isInPlace() const {
-    // Somebody who can write has begun a log.
-    const bool isLeftBehind = logTrouble_ && hasLog(path_);
+    // Somebody who can write begins a log or its index.
+    const bool isLeftBehind = logTrouble_ && LogSizes(path_) != logSizes_;
     return identity_.isAt(path_) && !isLeftBehind;
 }
 
 DefaultsChanges DefaultsFile::changes() {
+    if (logTrouble_ && seen_ > 0) {
+        return {};  // Nobody writes, and who begins to is not to be read beside.
+    }
     version_->step();
     const auto version = version_->integer(0);
     version_->reset();

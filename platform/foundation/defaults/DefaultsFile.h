@@ -10,6 +10,7 @@
 #include "platform/foundation/defaults/ChangeMapping.h"
 #include "platform/foundation/defaults/DefaultsChanges.h"
 #include "platform/foundation/defaults/FileIdentity.h"
+#include "platform/foundation/defaults/LogSizes.h"
 #include "platform/foundation/defaults/SQLiteDatabase.h"
 
 namespace orvalo {
@@ -31,8 +32,8 @@ class DefaultsFile {
     /// Whether the file is still the one that others find, and may be read as it was opened.
     bool isInPlace() const;
     bool isReadOnly() const { return database_.isReadOnly(); }
-    /// What kept the log from being opened beside a file that is only read; absent when nothing
-    /// did.
+    /// What kept the log's index from being shared, so that the file is only read, and only until
+    /// somebody can write; absent when nothing did.
     const std::optional<NSError>& logTrouble() const { return logTrouble_; }
 
     /// What has changed since the last call; all there is at the first. Refused as at the opening
@@ -56,6 +57,7 @@ class DefaultsFile {
     std::string path_;
     FileIdentity identity_;
     std::optional<NSError> logTrouble_;
+    LogSizes logSizes_;
     SQLiteDatabase database_;
     std::optional<SQLiteStatement> version_;
     std::optional<SQLiteStatement> select_;

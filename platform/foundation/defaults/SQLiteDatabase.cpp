@@ -21,12 +21,23 @@ constexpr int kPatience = 10'000;
     throw SQLiteError(sqlite3_extended_errcode(connection), sqlite3_errmsg(connection));
 }
 
+const char* parameters(SQLiteDatabase::Access access) {
+    switch (access) {
+        case SQLiteDatabase::Access::alone:
+            return "?immutable=1";
+        case SQLiteDatabase::Access::ownIndex:
+            // The lock that would keep others out needs a file that can be written.
+            return "?mode=ro&vfs=unix-none";
+        default:
+            return "";
+    }
+}
+
 }  // namespace
 
-SQLiteDatabase::SQLiteDatabase(const std::string& path, bool isImmutable)
+SQLiteDatabase::SQLiteDatabase(const std::string& path, Access access)
     : logPages_(std::make_unique<int>(0)) {
-    const auto name =
-        URL::fileURLWithPath(path).absoluteString() + (isImmutable ? "?immutable=1" : "");
+    const auto name = URL::fileURLWithPath(path).absoluteString() + parameters(access);
     sqlite3* connection = nullptr;
     const int result = sqlite3_open_v2(
         name.c_str(), &connection,
@@ -49,6 +60,10 @@ SQLiteDatabase::SQLiteDatabase(const std::string& path, bool isImmutable)
             return SQLITE_OK;
         },
         logPages_.get());
+    if (access == Access::ownIndex) {
+        // Before the first look, it has SQLite keep the index in memory.
+        run("PRAGMA locking_mode = EXCLUSIVE");
+    }
 }
 
 bool SQLiteDatabase::isReadOnly() const {

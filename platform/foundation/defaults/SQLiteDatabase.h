@@ -17,10 +17,14 @@ namespace orvalo {
 /// every connection to it away; so nobody may.
 class SQLiteDatabase {
   public:
-    /// Opens an existing file, for reading alone where it cannot be written. isImmutable: the file
-    /// has no log beside it, and nobody will write to it. Throws SQLiteError, as every operation
-    /// does.
-    explicit SQLiteDatabase(const std::string& path, bool isImmutable = false);
+    enum class Access {
+        shared,    ///< With all who have it open; for reading alone where it cannot be written.
+        alone,     ///< For reading; the file has no log beside it, and nobody writes to it.
+        ownIndex,  ///< For reading, with the log's index in memory; nobody writes to either file.
+    };
+
+    /// Opens an existing file. Throws SQLiteError, as every operation does.
+    explicit SQLiteDatabase(const std::string& path, Access access = Access::shared);
 
     bool isReadOnly() const;
     void run(const char* statements);
