@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,6 +22,7 @@ using ::testing::AllOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::Gt;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
@@ -112,19 +114,64 @@ TEST_F(AFileOfVersionOne, isWholeWhereverTheOneIsKilledWhoBringsItForward) {
     EXPECT_GT(kills, 4);
 }
 
-TEST_F(AFileOfVersionOne, isWholeWhereverTheDiskIsFullWhileItIsBroughtForward) {
+TEST_F(AFileOfVersionOne, isReadWhereverTheDiskIsFullWhileItIsBroughtForward) {
     int refusals = 0;
     for (bool isForward = false; !isForward; ++refusals) {
         make();
         {
-            const CapturedOutput errors(2);
             const FullDisk full(refusals);
-            isForward = open() != nullptr;
+            const auto settings = open();
+            ASSERT_NE(settings, nullptr);
+            EXPECT_EQ(settings->integer("key"), 42);
         }
-        EXPECT_EQ(version(), isForward ? "2" : "1");
+        isForward = version() == "2";
         expectToComeForward();
     }
     EXPECT_GT(refusals, 4);
+}
+
+// Beside a program of that version, which has the log open.
+TEST_F(AFileOfVersionOne, isReadInItsFormOnAFullDiskAndFollowed) {
+    sqlite3* older = nullptr;
+    sqlite3_open(file_.c_str(), &older);
+    const auto run = [&](const char* statement) {
+        EXPECT_EQ(sqlite3_exec(older, statement, nullptr, nullptr, nullptr), SQLITE_OK);
+    };
+    run("INSERT INTO entries (key, value) SELECT 'gone', value FROM entries");
+    const ChangeCounter changes(counter());
+    std::shared_ptr<UserDefaults> settings;
+    {
+        const FullDisk full;
+        settings = open();
+        ASSERT_NE(settings, nullptr);
+        EXPECT_EQ(settings->integer("gone"), 42);
+        const CapturedOutput errors(2);
+        settings->set(1, "key");
+        EXPECT_EQ(settings->integer("key"), 42);
+        EXPECT_THAT(errors.text(), HasSubstr("'key' in " + file_.string() +
+                                             " stays as it was: database or disk is full."));
+    }
+    run("UPDATE entries SET key = 'new', change = 9 WHERE key = 'gone'");
+    { const ChangeCounter::Write told(*changes.mapping()); }
+    {
+        const FullDisk full;
+        EXPECT_EQ(settings->integer("new"), 42);
+        EXPECT_EQ(settings->object("gone"), std::nullopt);
+    }
+    EXPECT_EQ(version(), "1");
+    run("DELETE FROM entries WHERE key = 'new'");
+    sqlite3_close(older);
+    settings.reset();
+    expectToComeForward();
+}
+
+TEST_F(AFileOfVersionOne, isReadWhereItLiesAloneOnAFullDisk) {
+    {
+        const FullDisk full;
+        EXPECT_EQ(open()->integer("key"), 42);
+    }
+    EXPECT_EQ(version(), "1");
+    expectToComeForward();
 }
 
 }  // namespace

@@ -30,9 +30,6 @@ constexpr std::int64_t kChangesToPurge = 256;
 // A page of the smallest size that SQLite knows.
 constexpr off_t kSmallestDatabase = 512;
 
-constexpr const char* kSelect =
-    "SELECT change, key, value, (SELECT purged FROM state) FROM entries WHERE change > ?1 "
-    "ORDER BY change";
 constexpr const char* kInsert = "INSERT OR REPLACE INTO entries (key, value) VALUES (?1, ?2)";
 constexpr const char* kRemove =
     "INSERT OR REPLACE INTO entries (key) SELECT key FROM entries WHERE key = ?1 AND value NOTNULL";
@@ -135,13 +132,25 @@ DefaultsFile::DefaultsFile(const std::string& path, ChangeMapping* counter)
     : path_(path),
       identity_(prepared(path)),
       logSizes_(path),
-      database_(openDatabase(path, logTrouble_, logSizes_)),
+      database_(openDatabase(path, trouble_, logSizes_)),
+      isFrozen_(trouble_),
       nextCheckpoint_(kPagesToCheckpoint) {
-    bringToThisVersion(database_, path, counter);
+    try {
+        bringToThisVersion(database_, path, counter);
+    } catch (const SQLiteError& error) {
+        if (!isWantOfPlace(error) || isEmpty(database_)) {
+            throw;
+        }
+        trouble_ = error;
+    }
+    isOlder_ = !isOfThisVersion(database_);
     check(database_, "PRAGMA quick_check(1)");
     try {
         version_ = database_.prepare("PRAGMA user_version");
-        select_ = database_.prepare(kSelect);
+        select_ = selectEntries(database_, path);
+        if (isOlder_) {
+            return;
+        }
         insert_ = database_.prepare(kInsert);
         remove_ = database_.prepare(kRemove);
         purged_ = database_.integer("SELECT purged FROM state");
@@ -153,13 +162,16 @@ DefaultsFile::DefaultsFile(const std::string& path, ChangeMapping* counter)
 
 bool DefaultsFile::isInPlace() const {
     // Somebody who can write begins a log or its index.
-    const bool isLeftBehind = logTrouble_ && LogSizes(path_) != logSizes_;
+    const bool isLeftBehind = isFrozen_ && LogSizes(path_) != logSizes_;
     return identity_.isAt(path_) && !isLeftBehind;
 }
 
 DefaultsChanges DefaultsFile::changes() {
-    if (logTrouble_ && seen_ > 0) {
+    if (isFrozen_ && seen_ > 0) {
         return {};  // Nobody writes, and who begins to is not to be read beside.
+    }
+    if (isOlder_) {
+        seen_ = 0;  // Among what its programs purge may be a key that is known here.
     }
     version_->step();
     const auto version = version_->integer(0);

@@ -26,15 +26,14 @@ class DefaultsFile {
     /// Opens the file and looks it over, and creates it where it is missing; brings one of an older
     /// version to this one. A file of a newer version, of another program or of another user is
     /// refused and left alone. The caller holds the domain's lock. counter: marked when the file's
-    /// form changes; null: it does not, and an older version is refused.
+    /// form changes; null: it does not. Where it cannot, one of an older version is only read.
     DefaultsFile(const std::string& path, ChangeMapping* counter);
 
     /// Whether the file is still the one that others find, and may be read as it was opened.
     bool isInPlace() const;
-    bool isReadOnly() const { return database_.isReadOnly(); }
-    /// What kept the log's index from being shared, so that the file is only read, and only until
-    /// somebody can write; absent when nothing did.
-    const std::optional<NSError>& logTrouble() const { return logTrouble_; }
+    bool isReadOnly() const { return isOlder_ || database_.isReadOnly(); }
+    /// What was in the way, at the opening, of more than reading; absent when nothing was.
+    const std::optional<NSError>& trouble() const { return trouble_; }
 
     /// What has changed since the last call; all there is at the first. Refused as at the opening
     /// when a newer version has brought the file forward meanwhile.
@@ -56,9 +55,11 @@ class DefaultsFile {
 
     std::string path_;
     FileIdentity identity_;
-    std::optional<NSError> logTrouble_;
+    std::optional<NSError> trouble_;
     LogSizes logSizes_;
     SQLiteDatabase database_;
+    bool isFrozen_;  ///< Without a share in the log, it is read once, and until somebody can write.
+    bool isOlder_ = false;  ///< Left in the form of an older version, in which it is only read.
     std::optional<SQLiteStatement> version_;
     std::optional<SQLiteStatement> select_;
     std::optional<SQLiteStatement> insert_;

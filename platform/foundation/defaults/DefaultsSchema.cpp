@@ -25,6 +25,14 @@ constexpr std::array kSteps = {
 };
 constexpr auto kVersion = static_cast<std::int64_t>(kSteps.size());
 
+// How the entries of each version from 1 on are read.
+constexpr std::array kSelects = {
+    "SELECT change, key, value, 0 FROM entries WHERE change > ?1 ORDER BY change",
+    "SELECT change, key, value, (SELECT purged FROM state) FROM entries WHERE change > ?1 "
+    "ORDER BY change",
+};
+static_assert(kSelects.size() == kSteps.size());
+
 std::int64_t version(SQLiteDatabase& database) {
     return database.integer("PRAGMA user_version");
 }
@@ -52,13 +60,10 @@ void refuseNewerVersion(std::int64_t version, const std::string& path) {
 void bringToThisVersion(SQLiteDatabase& database, const std::string& path, ChangeMapping* counter) {
     checkOrigin(database, path);
     if (database.isReadOnly() || counter == nullptr) {
-        if (version(database) != kVersion) {
-            throw NSError::posix(EROFS, path + " is of an older version");
-        }
         return;
     }
     database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
-    if (version(database) == kVersion) {
+    if (isOfThisVersion(database)) {
         return;
     }
     // Who dies before its end leaves the mark, and others look.
@@ -71,6 +76,21 @@ void bringToThisVersion(SQLiteDatabase& database, const std::string& path, Chang
                   "; PRAGMA user_version = " + std::to_string(kVersion))
                      .c_str());
     transaction.commit();
+}
+
+bool isEmpty(SQLiteDatabase& database) {
+    return version(database) == 0;
+}
+
+bool isOfThisVersion(SQLiteDatabase& database) {
+    return version(database) == kVersion;
+}
+
+SQLiteStatement selectEntries(SQLiteDatabase& database, const std::string& path) {
+    if (isEmpty(database)) {
+        throw NSError::posix(EROFS, path + " is empty");
+    }
+    return database.prepare(kSelects.at(static_cast<std::size_t>(version(database) - 1)));
 }
 
 }  // namespace orvalo

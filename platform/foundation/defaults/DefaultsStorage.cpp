@@ -70,8 +70,8 @@ void DefaultsStorage::refuseWrite() const {
     if (counterTrouble_) {
         throw NSError(*counterTrouble_);
     }
-    if (file_->logTrouble()) {
-        throw NSError(*file_->logTrouble());
+    if (file_->trouble()) {
+        throw NSError(*file_->trouble());
     }
     const auto culprit = file_->isReadOnly() ? path_ : path_ + "-changes";
     throw NSError::posix(access(culprit.c_str(), W_OK) == 0 ? EROFS : errno, culprit);
