@@ -210,6 +210,30 @@ TEST_F(DefaultsFiles, areMadeAnewAfterTheirRemoval) {
     EXPECT_EQ(settings->integer("third"), 3);
 }
 
+TEST_F(DefaultsFiles, areReadAnewAfterTheirRemovalByWhoOnlyReads) {
+    Worker reader({name_});
+    Worker another({name_});
+    for (const bool isCounterAlone : {false, true}) {
+        const auto settings = open();
+        settings->set(1, "key");
+        EXPECT_EQ(reader.ask("get key"), "1");
+        EXPECT_EQ(another.ask("get key"), "1");
+        for (const auto& file : files()) {
+            if (!isCounterAlone || file == files().back()) {
+                std::filesystem::remove(file);
+            }
+        }
+        for (int number = 2; number < 5; ++number) {
+            settings->set(number, "key");
+            EXPECT_EQ(reader.ask("get key"), std::to_string(number));
+            EXPECT_EQ(another.ask("get key"), std::to_string(number));
+        }
+        EXPECT_EQ(another.ask("set key 5"), "done");
+        EXPECT_EQ(settings->integer("key"), 5);
+        EXPECT_EQ(reader.ask("get key"), "5");
+    }
+}
+
 TEST_F(DefaultsFiles, canLoseTheDatabaseAlone) {
     const auto settings = open();
     settings->set(1, "old");

@@ -24,12 +24,17 @@ class ChangeMapping {
     std::uint64_t count() const { return page_->count.load(std::memory_order_acquire); }
     bool isWritable() const { return isWritable_; }
 
+    /// Has all others who map the file look, where it is writable. Needs no lock: it lets an odd
+    /// count be odd, and reaches no count that a write reaches.
+    void haveAllLook() { page_->count.fetch_add(kFarAway, std::memory_order_acq_rel); }
     /// For the one who holds the domain's lock, where it is writable.
     void setCount(std::uint64_t count) { page_->count.store(count, std::memory_order_release); }
     /// The same: begins the file anew, at a count that it has not had.
     void initialise();
 
   private:
+    // Even, and more than the writes of a lifetime.
+    static constexpr std::uint64_t kFarAway = std::uint64_t{1} << 40U;
     static constexpr std::uint64_t kMagic = 0x3165'676e'6168'436f;  // "oChange1" in memory.
 
     struct Page {

@@ -32,6 +32,10 @@ bool keepsFromWritingAlone(const NSError& error) {
 }  // namespace
 
 void DefaultsStorage::close() {
+    if (mark() != nullptr && !counter_->isInPlace()) {
+        // Whoever maps it, too, would not hear of those who write from now on.
+        mark()->haveAllLook();
+    }
     file_.reset();
     counter_.reset();
     counterTrouble_.reset();
