@@ -149,6 +149,37 @@ TEST(MadeMisbehaving, ALoopWhileItIsMadeIsAnError) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
+/// As a device's thread is, where the system grants it; one of its own.
+template <typename Body>
+void onRealTimeThread(Body body) {
+    std::thread([&body] {
+        const sched_param parameters{.sched_priority = 5};
+        pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameters);
+        body();
+    }).join();
+}
+
+TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
+    const CapturedOutput error(2);
+    auto limits = strictLimits();
+    limits.waitFraction = 50.0;
+    limits.hang = std::chrono::seconds(10) * BridgeLimits::kSlowness;
+    const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:loop", limits);
+    const auto process = *children().begin();
+    unit->setRenderingOffline(false);
+    auto fed = feed(*unit);
+    onRealTimeThread([&] {
+        Transcript transcript;
+        EXPECT_EQ(transcript.add(fed.next()), wet);
+        ASSERT_TRUE(loadPreset(*unit, "Once"));
+        while (transcript.count(toDry) == 0) {
+            transcript.add(fed.next());
+            ASSERT_TRUE(transcript.isSound());
+        }
+        EXPECT_TRUE(isAlive(process)) << "It still loops.";
+    });
+}
+
 /// What others do to a process.
 class SignalTest : public ::testing::TestWithParam<int> {};
 

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sched.h>
 
 #include <chrono>
@@ -29,6 +30,23 @@ pid_t threadOf(pid_t process, const std::string& name) {
     return 0;
 }
 
+/// Whether the system lets this user's threads have such a priority.
+bool isRealTimeGranted() {
+    bool isGranted = false;
+    std::thread([&isGranted] {
+        const sched_param parameters{.sched_priority = 5};
+        isGranted = pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameters) == 0;
+    }).join();
+    return isGranted;
+}
+
+cpu_set_t onlyOn(int processor) {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    CPU_SET(static_cast<unsigned>(processor), &set);
+    return set;
+}
+
 class ServiceProcessor : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -50,18 +68,51 @@ class ServiceProcessor : public ::testing::Test {
         return false;
     }
 
+    /// Renders until the service's audio thread has that policy and priority.
+    bool comesTo(int policy, int priority) {
+        const auto deadline = std::chrono::steady_clock::now() + kPatience;
+        while (std::chrono::steady_clock::now() < deadline) {
+            effect_.renderQuantum(64);
+            const auto thread = threadOf(effect_.service.id(), "effect-audio");
+            sched_param parameters{};
+            if (sched_getscheduler(thread) == policy && sched_getparam(thread, &parameters) == 0 &&
+                parameters.sched_priority == priority) {
+                return true;
+            }
+        }
+        return false;
+    }
+    void setHost(int policy, int priority) {
+        effect_.audio().control().schedulingPolicy = policy;
+        effect_.audio().control().schedulingPriority = priority;
+    }
+
     HostedEffect effect_{ORVALO_ZOO, "urn:orvalo:zoo:probe"};
     cpu_set_t all_{};
 };
 
+TEST_F(ServiceProcessor, IsSharedOnlyByAThreadThatTheHostCanInterrupt) {
+    const auto first = sched_getcpu();
+    effect_.audio().control().processor = first;
+    ASSERT_TRUE(comesTo(onlyOn(first)));
+    const bool isGranted = isRealTimeGranted();
+    setHost(SCHED_FIFO, sched_get_priority_min(SCHED_FIFO));
+    EXPECT_TRUE(comesTo(all_));
+    EXPECT_TRUE(comesTo(isGranted ? SCHED_FIFO : SCHED_OTHER,
+                        isGranted ? sched_get_priority_min(SCHED_FIFO) : 0));
+    setHost(SCHED_FIFO, 5);
+    EXPECT_TRUE(comesTo(isGranted ? onlyOn(first) : all_));
+    EXPECT_TRUE(comesTo(isGranted ? SCHED_FIFO : SCHED_OTHER, isGranted ? 4 : 0));
+    setHost(SCHED_OTHER, 0);
+    EXPECT_TRUE(comesTo(onlyOn(first)));
+    EXPECT_TRUE(comesTo(SCHED_OTHER, 0));
+}
+
 TEST_F(ServiceProcessor, FollowsTheHostsRenderThread) {
     for (int processor = 0; processor < CPU_SETSIZE; ++processor) {
         if (CPU_ISSET(static_cast<unsigned>(processor), &all_)) {
-            cpu_set_t only;
-            CPU_ZERO(&only);
-            CPU_SET(static_cast<unsigned>(processor), &only);
             effect_.audio().control().processor = processor;
-            EXPECT_TRUE(comesTo(only)) << processor;
+            EXPECT_TRUE(comesTo(onlyOn(processor))) << processor;
         }
     }
     effect_.audio().control().processor = -1;

@@ -134,7 +134,7 @@ TEST(ServiceProbe, HasOneLineForThePriorityThatItDoesNotGet) {
     effect.renderQuantum(16);
     EXPECT_EQ(
         effect.service.standardError(),
-        "The effect runs without the real-time priority 1000 of the host: Invalid argument.\n");
+        "The effect runs without the real-time priority of the host (1000): Invalid argument.\n");
 }
 
 TEST(ServiceErrors, AreSaidInTheAnswer) {

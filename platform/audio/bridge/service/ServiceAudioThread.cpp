@@ -18,6 +18,8 @@ namespace {
 // Woken by the host, or by the end; this is but the most that a wait may be said to take.
 constexpr std::chrono::hours kLongestWait{1};
 
+constexpr int kAnywhere = -1;
+
 }  // namespace
 
 ServiceAudioThread::ServiceAudioThread(std::shared_ptr<LV2LocalAudioUnit> unit,
@@ -81,16 +83,23 @@ void ServiceAudioThread::takeScheduling() {
     }
     policy_ = policy;
     priority_ = priority;
+    // One step below, so that on one processor the host goes on when its wait is over, whatever the
+    // effect does there.
+    const bool isRealTime = policy == SCHED_FIFO || policy == SCHED_RR;
+    const bool isAbove = priority > sched_get_priority_min(policy);
     sched_param parameters{};
-    parameters.sched_priority = priority;
-    if (const int error = pthread_setschedparam(pthread_self(), policy, &parameters); error != 0) {
-        g_message("The effect runs without the real-time priority %d of the host: %s.", priority,
+    parameters.sched_priority = isRealTime && isAbove ? priority - 1 : priority;
+    const int error = pthread_setschedparam(pthread_self(), policy, &parameters);
+    if (error != 0) {
+        g_message("The effect runs without the real-time priority of the host (%d): %s.", priority,
                   g_strerror(error));
     }
+    maySharePlace_ = !isRealTime || (isAbove && error == 0);
 }
 
 void ServiceAudioThread::followHost() noexcept {
-    const int processor = audio_.control().processor.load(std::memory_order_relaxed);
+    const int processor =
+        maySharePlace_ ? audio_.control().processor.load(std::memory_order_relaxed) : kAnywhere;
     if (processor == processor_) {
         return;
     }

@@ -34,7 +34,7 @@ class SharedAudio {
         /// By the host, before request: the quantum's frames, 1 to kMaximumFramesToRender.
         std::atomic<std::uint32_t> frameCount{0};
         /// By the host: how its render thread is scheduled (sched_setscheduler's policy and
-        /// priority), which the service's takes for itself where it may.
+        /// priority), by which the service's goes where it may.
         std::atomic<std::int32_t> schedulingPolicy{0};
         std::atomic<std::int32_t> schedulingPriority{0};
         /// By the host, before request: the processor that its render thread is on, from 0, which
