@@ -36,6 +36,7 @@ namespace {
 using namespace orvalo;
 
 constexpr int kSocket = 3;
+constexpr std::int32_t kFlood = 200000;  // Wishes, instead of one.
 
 void say(const std::string& text) {
     static_cast<void>(!write(STDERR_FILENO, text.data(), text.size()));
@@ -118,6 +119,9 @@ class FakeService {
         }
         std::thread([this] { render(); }).detach();
         answer(request.number);
+        if (role_->how == "last-words") {
+            raise(SIGKILL);
+        }
     }
     void take(const bridge::Prepare& request) {
         if (request.sampleRate == 22050.0 && role_->how != "half") {
@@ -150,6 +154,9 @@ class FakeService {
         answer(request.number);
     }
     void take(const bridge::ResizeInterface& request) {
+        for (std::int32_t wish = 1; request.width == kFlood && wish <= kFlood; ++wish) {
+            sendWhole(bridge::InterfaceWants{1 + wish % 100, 1});
+        }
         send(bridge::InterfaceWants{request.width, request.height});
     }
     void take(const bridge::ShowInterface& request) {
@@ -246,6 +253,7 @@ class FakeService {
                  sleepForEver();
              }},
             {"leak", [this] { leak_.assign(std::size_t{256} << 20U, 1); }},
+            {"other-group", [] { setpgid(0, getpgid(getppid())); }},
             {"child", [] { say("child " + std::to_string(makeChild()) + "\n"); }},
             // Its messages.
             {"garbage", [] { sendRaw({.type = 0, .length = 3}, 3); }},
@@ -256,6 +264,9 @@ class FakeService {
              [] {
                  sendWhole(bridge::Done{4711, ""});
              }},
+            {"unasked-opened", [] { sendWhole(bridge::InterfaceOpened{1}); }},
+            {"unasked-closed", [] { sendWhole(bridge::InterfaceClosed{"it says so"}); }},
+            {"unasked-outdated", [] { sendWhole(bridge::InterfaceOutdated{}); }},
             {"huge-state", [] { sendWhole(bridge::State{std::string(2U << 20U, 's')}); }},
             {"bad-state", [] { sendWhole(bridge::State{std::string("\0\xFF garbage", 10)}); }},
             // What it writes in shared memory.

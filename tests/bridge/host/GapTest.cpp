@@ -96,6 +96,9 @@ INSTANTIATE_TEST_SUITE_P(
                       Way{"unknown-type", "sent a message that makes no sense"},
                       Way{"other-version", "sent a message that makes no sense"},
                       Way{"unasked-done", "sent a message that makes no sense"},
+                      Way{"unasked-opened", "sent a message that makes no sense"},
+                      Way{"unasked-closed", "sent a message that makes no sense"},
+                      Way{"unasked-outdated", "sent a message that makes no sense"},
                       Way{"deaf", "closed its connection"},
                       Way{"mute", "did not answer for " + limitInWords()}),
     [](const auto& way) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/bridge/host/FakeEffect.h"
 
@@ -74,10 +75,11 @@ TEST_F(InterfaceChannelTest, AListenerHearsHowThingsStandAndWhatComes) {
     channel.open(":7", 100, 2.0);
     channel.resize(300, 200);
     channel.show(false);
+    channel.open(":7", 200, 2.0);
     channel.show(true);
-    ASSERT_TRUE(hear(5));
+    ASSERT_TRUE(hear(6));
     EXPECT_THAT(listener->calls, ElementsAre("ready", "opened 101", "wants 300x200", "outdated",
-                                             "closed it has been shown"));
+                                             "opened 201", "closed it has been shown"));
 }
 
 TEST_F(InterfaceChannelTest, WhatAnInterfaceNeedsIsHeldUntilItIsGone) {
@@ -139,16 +141,46 @@ TEST_F(InterfaceChannelTest, WhatWaitsForTheMainThreadHasAnEnd) {
     channel.setListener(listener);
     ASSERT_TRUE(hear(1));
     for (int round = 0; round < 1000; ++round) {
-        channel.show(false);
+        channel.open(":7", 100, 1.0);
     }
     effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"});
     dieByPreset();
     effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"});
     ASSERT_TRUE(hear(259));
     EXPECT_EQ(listener->calls.size(), 259U);
-    EXPECT_EQ(listener->calls[256], "outdated");
+    EXPECT_EQ(listener->calls[256], "opened 101");
     EXPECT_EQ(listener->calls[257], "gone");
     EXPECT_EQ(listener->calls[258], "ready");
+}
+
+TEST_F(InterfaceChannelTest, TheMainThreadTurnsWhileAProcessFloodsIt) {
+    std::size_t heardAtTurn = 0;
+    listener->react = [&](const std::string& call) {
+        if (call.starts_with("wants") && listener->calls.size() == 2) {
+            DispatchQueue::main()->async([&] { heardAtTurn = listener->calls.size(); });
+        }
+        // Slower than it is flooded.
+        const auto until = std::chrono::steady_clock::now() + std::chrono::microseconds(50);
+        while (std::chrono::steady_clock::now() < until) {
+        }
+    };
+    channel.setListener(listener);
+    channel.resize(200000, 1);
+    ASSERT_TRUE(RunLoop::main()->run([&] { return heardAtTurn > 0; }, std::chrono::seconds(60)));
+    ASSERT_TRUE(RunLoop::main()->run([&] { return listener->calls.back() == "wants 16384x1"; },
+                                     std::chrono::seconds(60)));
+    EXPECT_LT(heardAtTurn, listener->calls.size() - 1);
+}
+
+TEST_F(InterfaceChannelTest, WhatIsSaidOfAnInterfaceThatIsClosedIsNotTakenForTheNext) {
+    channel.setListener(listener);
+    channel.open(":7", 100, 1.0);
+    channel.close({});
+    listener = std::make_shared<Recorder>();
+    channel.setListener(listener);
+    channel.open(":7", 200, 1.0);
+    ASSERT_TRUE(hear(2));
+    EXPECT_THAT(listener->calls, ElementsAre("ready", "opened 201"));
 }
 
 TEST_F(InterfaceChannelTest, TheEndOfAProcessAndTheNextAreHeardOf) {

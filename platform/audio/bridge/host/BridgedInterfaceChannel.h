@@ -19,8 +19,9 @@ class BridgedInterfaceChannel {
   public:
     /// Hands a message to the process of that number, and calls the completion, if there is one, on
     /// any thread: with the error's text, "" for none; or never, when that process is gone.
+    using Completion = std::function<void(const std::string& error)>;
     using Send = std::function<void(std::uint32_t process, bridge::HostMessage message,
-                                    std::function<void(const std::string& error)> completion)>;
+                                    Completion completion)>;
 
     BridgedInterfaceChannel(std::shared_ptr<InterfaceMailbox> mailbox, Send send)
         : mailbox_(std::move(mailbox)), send_(std::move(send)) {}
@@ -43,6 +44,8 @@ class BridgedInterfaceChannel {
     void close(std::shared_ptr<const void> held);
 
   private:
+    void send(bridge::HostMessage message, Completion completion);
+
     const std::shared_ptr<InterfaceMailbox> mailbox_;
     const Send send_;
 };

@@ -13,6 +13,10 @@ using Kind = InterfaceEvent::Kind;
 // No window falls so far behind with an effect that means well.
 constexpr std::size_t kMostWaiting = 256;
 
+bool isStanding(const InterfaceEvent& event) {
+    return event.kind == Kind::ready || event.kind == Kind::lost || event.kind == Kind::givenUp;
+}
+
 void call(BridgedInterfaceListener& listener, const InterfaceEvent& event) {
     switch (event.kind) {
         case Kind::ready:
@@ -56,20 +60,34 @@ void InterfaceMailbox::setListener(const std::weak_ptr<BridgedInterfaceListener>
 
 void InterfaceMailbox::post(InterfaceEvent event) {
     const std::scoped_lock lock(mutex_);
-    const bool isStanding =
-        event.kind == Kind::ready || event.kind == Kind::lost || event.kind == Kind::givenUp;
-    if (isStanding) {
+    if (isStanding(event)) {
         standing_ = event;
+        closings_ = 0;
     }
-    if (listener_.expired()) {
+    if (listener_.expired() || closings_ > 0) {
         return;
     }
     if (event.kind == Kind::wants && !waiting_.empty() && waiting_.back().kind == Kind::wants) {
         waiting_.back() = std::move(event);
-    } else if (isStanding || waiting_.size() < kMostWaiting) {
+    } else if (isStanding(event) || waiting_.size() < kMostWaiting) {
         waiting_.push_back(std::move(event));
     }
     schedule();
+}
+
+void InterfaceMailbox::beginClosing(std::uint32_t process) {
+    const std::scoped_lock lock(mutex_);
+    if (process != 0 && process == standing_.process) {
+        ++closings_;
+        std::erase_if(waiting_, [](const auto& event) { return !isStanding(event); });
+    }
+}
+
+void InterfaceMailbox::endClosing(std::uint32_t process) {
+    const std::scoped_lock lock(mutex_);
+    if (process == standing_.process && closings_ > 0) {
+        --closings_;
+    }
 }
 
 void InterfaceMailbox::schedule() {
@@ -81,10 +99,25 @@ void InterfaceMailbox::schedule() {
 void InterfaceMailbox::deliver() {
     InterfaceEvent event;
     std::shared_ptr<BridgedInterfaceListener> listener;
-    while (take(event, listener)) {
+    // What comes meanwhile takes its turn behind all else that waits for the main thread.
+    for (auto count = beginDelivery(); count > 0 && take(event, listener); --count) {
         if (listener) {
             call(*listener, event);
         }
+    }
+    endDelivery();
+}
+
+std::size_t InterfaceMailbox::beginDelivery() {
+    const std::scoped_lock lock(mutex_);
+    return waiting_.size();
+}
+
+void InterfaceMailbox::endDelivery() {
+    const std::scoped_lock lock(mutex_);
+    isScheduled_ = false;
+    if (!waiting_.empty()) {
+        schedule();
     }
 }
 
@@ -92,7 +125,6 @@ bool InterfaceMailbox::take(InterfaceEvent& event,
                             std::shared_ptr<BridgedInterfaceListener>& listener) {
     const std::scoped_lock lock(mutex_);
     if (waiting_.empty()) {
-        isScheduled_ = false;
         return false;
     }
     event = std::move(waiting_.front());

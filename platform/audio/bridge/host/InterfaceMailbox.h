@@ -32,6 +32,10 @@ class InterfaceMailbox : public NSObject {
     /// Tells it before it returns, on the main thread, that there is a process, if there is one.
     void setListener(const std::weak_ptr<BridgedInterfaceListener>& listener);
     void post(InterfaceEvent event);
+    /// The interface in the process of that number is told to close: what it says until
+    /// endClosing() is of no interest any more.
+    void beginClosing(std::uint32_t process);
+    void endClosing(std::uint32_t process);
     /// The number of the process that the listener has heard is ready; 0 while it has heard of
     /// none.
     std::uint32_t heardProcess() const { return heardProcess_.load(std::memory_order_relaxed); }
@@ -39,12 +43,15 @@ class InterfaceMailbox : public NSObject {
   private:
     void schedule();
     void deliver();
+    std::size_t beginDelivery();
     bool take(InterfaceEvent& event, std::shared_ptr<BridgedInterfaceListener>& listener);
+    void endDelivery();
 
     std::mutex mutex_;
     std::weak_ptr<BridgedInterfaceListener> listener_;
     std::deque<InterfaceEvent> waiting_;
     bool isScheduled_ = false;
+    std::uint32_t closings_ = 0;  // Not yet ended, in the standing process.
     InterfaceEvent standing_{.kind = InterfaceEvent::Kind::lost};  // Of the process, last.
     std::atomic<std::uint32_t> heardProcess_{0};
 };

@@ -53,9 +53,7 @@ ServiceRun::ServiceRun(const Surroundings& surroundings)
 
 ServiceRun::~ServiceRun() {
     // The render thread must not be left with a session that nobody answers.
-    if (readySession_ != nullptr) {
-        surroundings_.render.disconnect();
-    }
+    takeSessionBack();
 }
 
 void ServiceRun::sendInstantiate() {
@@ -201,6 +199,15 @@ bool ServiceRun::take(const bridge::State& state) {
 }
 
 bool ServiceRun::take(const bridge::InterfaceOpened& opened) {
+    // Once for each request, before its answer.
+    const bool isAsked =
+        !pending_.empty() &&
+        std::holds_alternative<bridge::OpenInterface>(pending_.front().command.message) &&
+        std::exchange(openedFor_, pending_.front().number) != pending_.front().number;
+    if (!isAsked) {
+        return false;
+    }
+    isInterfaceOpen_ = true;
     surroundings_.mailbox.post({.kind = InterfaceEvent::Kind::opened, .window = opened.window});
     return true;
 }
@@ -214,12 +221,18 @@ bool ServiceRun::take(const bridge::InterfaceWants& wants) {
 }
 
 bool ServiceRun::take(const bridge::InterfaceClosed& closed) {
+    if (!std::exchange(isInterfaceOpen_, false)) {
+        return false;
+    }
     surroundings_.mailbox.post(
         {.kind = InterfaceEvent::Kind::closed, .text = plainText(closed.reason)});
     return true;
 }
 
 bool ServiceRun::take(const bridge::InterfaceOutdated& /*outdated*/) {
+    if (!std::exchange(isInterfaceOpen_, false)) {
+        return false;
+    }
     surroundings_.mailbox.post({.kind = InterfaceEvent::Kind::outdated});
     return true;
 }
@@ -288,20 +301,24 @@ bool ServiceRun::end(std::string reason) {
     return false;
 }
 
+void ServiceRun::takeSessionBack() {
+    if (std::exchange(readySession_, nullptr) != nullptr) {
+        session_ = surroundings_.render.disconnect();
+    }
+}
+
 ServiceRun::End ServiceRun::finish() {
     auto& [order, limits, render, mailbox, last] = surroundings_;
-    // From here on the input passes through, whatever the process still does.
-    if (readySession_ != nullptr) {
-        static_cast<void>(isQuantumInTime(clock_.now()));
-        session_ = render.disconnect();
-        readySession_ = nullptr;
-    }
+    static_cast<void>(isQuantumInTime(clock_.now()));
+    takeSessionBack();
     if (reason_.empty() && !process_.endsWithin(limits.farewell)) {
         reason_ = "closed its connection";
     }
     if (reason_.empty()) {
         // What it had to say before it ended; the most it can have in the socket, and no more.
         static_cast<void>(receive());
+        // It may just have said that it is ready.
+        takeSessionBack();
     }
     const auto how = process_.end();
     const auto when = occasion();

@@ -87,6 +87,8 @@ class ServiceRun {
     bool isPingInTime(Time now);
     bool isSmallEnough(Time now);
     bool end(std::string reason);
+    /// From here on the input passes through, if it was not already.
+    void takeSessionBack();
     std::string occasion() const;
 
     Surroundings surroundings_;
@@ -113,6 +115,8 @@ class ServiceRun {
     std::uint64_t quantaSeen_ = 0;
     Time lastQuantum_;
     bool saidStateIsTooLarge_ = false;
+    std::uint32_t openedFor_ = 0;   // The request that the interface was opened for last.
+    bool isInterfaceOpen_ = false;  // By what the process says.
 };
 
 }  // namespace orvalo
