@@ -67,6 +67,15 @@ TEST_F(ProcessorHoldTest, LetsItGoForAQuantumAndHoldsItAnew) {
     });
 }
 
+TEST_F(ProcessorHoldTest, IsEndedByAnotherThread) {
+    onThread([this] {
+        hold_.keep(kBegin);
+        onThread([this] { hold_.letGo(); });
+        EXPECT_EQ(ofThisThread(), all_);
+    });
+    onThread([this] { hold_.letGo(); });
+}
+
 TEST_F(ProcessorHoldTest, LeavesWhatOthersHaveSaidMeanwhile) {
     onThread([this] {
         const int here = hold_.keep(kBegin);

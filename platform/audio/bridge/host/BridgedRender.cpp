@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "platform/audio/bridge/host/ProcessorHold.h"
 #include "platform/audio/bridge/wire/SharedEvents.h"
 #include "platform/foundation/RealTimeScope.h"
 
@@ -38,7 +37,9 @@ std::unique_ptr<RenderSession> BridgedRender::disconnect() {
         return nullptr;
     }
     session->end();
-    return session_.exchange(nullptr);
+    auto taken = session_.exchange(nullptr);
+    hold_.letGo();
+    return taken;
 }
 
 void BridgedRender::giveUp() {
@@ -155,11 +156,10 @@ void BridgedRender::takeReports(RenderSession& session) noexcept {
     }
 }
 
-int BridgedRender::place() const noexcept {
+int BridgedRender::place() noexcept {
     // Who renders offline is any thread, and not ours to hold.
     constexpr int kAnywhere = -1;
-    thread_local ProcessorHold hold;
-    return isOffline() ? kAnywhere : hold.keep(std::chrono::steady_clock::now());
+    return isOffline() ? kAnywhere : hold_.keep(std::chrono::steady_clock::now());
 }
 
 Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
+#include "platform/audio/bridge/host/ProcessorHold.h"
 #include "platform/audio/bridge/host/RenderSession.h"
 #include "platform/audio/bridge/host/WetDryFader.h"
 #include "platform/audio/signal/RenderSlot.h"
@@ -59,7 +60,7 @@ class BridgedRender {
                  const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) noexcept;
     void takeReports(RenderSession& session) noexcept;
-    int place() const noexcept;
+    int place() noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
     bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
@@ -78,6 +79,7 @@ class BridgedRender {
     std::atomic<std::uint64_t> quanta_{0};
 
     // The render thread's.
+    ProcessorHold hold_;  // Whoever takes a session out lets go of that thread.
     WetDryFader fader_;
     std::int64_t sampleTime_ = 0;  // Frames rendered so far.
 };

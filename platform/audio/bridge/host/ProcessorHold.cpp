@@ -1,5 +1,7 @@
 #include "platform/audio/bridge/host/ProcessorHold.h"
 
+#include <unistd.h>
+
 namespace orvalo {
 
 int ProcessorHold::keep(Time now) noexcept {
@@ -18,16 +20,19 @@ int ProcessorHold::keep(Time now) noexcept {
 void ProcessorHold::hold(int processor) noexcept {
     CPU_ZERO(&held_);
     CPU_SET(static_cast<unsigned>(processor), &held_);
-    isHolding_ = sched_getaffinity(0, sizeof(before_), &before_) == 0 &&
-                 sched_setaffinity(0, sizeof(held_), &held_) == 0;
+    thread_ = gettid();
+    isHolding_ = sched_getaffinity(thread_, sizeof(before_), &before_) == 0 &&
+                 sched_setaffinity(thread_, sizeof(held_), &held_) == 0;
 }
 
 void ProcessorHold::letGo() noexcept {
-    isHolding_ = false;
     cpu_set_t now;
-    if (sched_getaffinity(0, sizeof(now), &now) == 0 && CPU_EQUAL(&now, &held_)) {
-        sched_setaffinity(0, sizeof(before_), &before_);
+    // The thread may have ended meanwhile.
+    if (isHolding_ && sched_getaffinity(thread_, sizeof(now), &now) == 0 &&
+        CPU_EQUAL(&now, &held_)) {
+        sched_setaffinity(thread_, sizeof(before_), &before_);
     }
+    isHolding_ = false;
 }
 
 }  // namespace orvalo

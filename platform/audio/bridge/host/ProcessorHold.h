@@ -1,6 +1,7 @@
 #pragma once
 
 #include <sched.h>
+#include <sys/types.h>
 
 #include <chrono>
 
@@ -11,7 +12,7 @@ namespace orvalo {
 /// waker is about to sleep starts at once, while another processor has to be woken first. A thread
 /// that is free is woken on any idle processor, which is never the one that the effect has just
 /// worked on. Once in a while the thread is let go for a quantum, so that the system can still move
-/// it to where there is less to do. One for each thread, whatever it renders.
+/// it to where there is less to do.
 class ProcessorHold {
   public:
     using Time = std::chrono::steady_clock::time_point;
@@ -23,12 +24,14 @@ class ProcessorHold {
     /// it was, and not touched when somebody else has changed it meanwhile. The processor that it
     /// is on; -1 when the system does not tell.
     int keep(Time now) noexcept;
+    /// Lets go for good, if it holds. Any thread, while keep() is not called.
+    void letGo() noexcept;
 
   private:
     void hold(int processor) noexcept;
-    void letGo() noexcept;
 
     bool isHolding_ = false;
+    pid_t thread_ = 0;  ///< That it holds.
     Time until_;
     cpu_set_t before_{};  ///< Where the thread might run.
     cpu_set_t held_{};
