@@ -95,6 +95,13 @@ TEST_F(ServiceConfinement, LeavesOtherProcessesAndTheSystemAlone) {
     EXPECT_EQ(outcomes_["mount"], "EPERM");
     EXPECT_EQ(outcomes_["read the host's memory"], "EPERM");
     EXPECT_EQ(outcomes_["keep a secret from the user"], "EPERM");
+    EXPECT_EQ(outcomes_["name a thread"], "done");
+}
+
+TEST_F(ServiceConfinement, LeavesItWhereTheHostCanEndIt) {
+    EXPECT_EQ(outcomes_["leave its group"], "EPERM");
+    EXPECT_EQ(outcomes_["leave its session"], "EPERM");
+    EXPECT_EQ(outcomes_["outlive the host"], "EPERM");
 }
 
 TEST_F(ServiceConfinement, HoldsForAllThreads) {

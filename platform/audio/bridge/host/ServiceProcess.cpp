@@ -8,6 +8,7 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -132,8 +133,16 @@ ServiceProcess::~ServiceProcess() {
 }
 
 bool ServiceProcess::endsWithin(std::chrono::milliseconds limit) const {
+    const auto until = std::chrono::steady_clock::now() + limit;
     pollfd process{process_.get(), POLLIN, 0};
-    return poll(&process, 1, static_cast<int>(limit.count())) == 1;
+    int count = -1;
+    do {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(std::max<std::chrono::nanoseconds>(
+                until - std::chrono::steady_clock::now(), std::chrono::nanoseconds(0)));
+        count = poll(&process, 1, static_cast<int>(left.count()));
+    } while (count < 0 && errno == EINTR);
+    return count == 1;
 }
 
 std::uint64_t ServiceProcess::residentMemory() const {
@@ -150,6 +159,8 @@ std::string ServiceProcess::end() {
     }
     // Its number stands for it until its end has been taken.
     kill(-id_, SIGKILL);
+    // Also when it has found a way out of its group.
+    syscall(SYS_pidfd_send_signal, process_.get(), SIGKILL, nullptr, 0);
     siginfo_t info{};
     if (!endsWithin(kLastWait)) {
         g_warning("The process %d of an effect cannot be ended.", static_cast<int>(id_));

@@ -2,6 +2,7 @@
 
 #include <glib.h>
 #include <seccomp.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 
 #include <array>
@@ -28,6 +29,8 @@ constexpr std::array kForbidden {
         "acct", "bpf", "clock_settime", "delete_module", "finit_module", "init_module", "ioperm",
         "iopl", "kexec_file_load", "kexec_load", "lookup_dcookie", "perf_event_open", "reboot",
         "setdomainname", "sethostname", "settimeofday", "syslog", "userfaultfd", "vhangup",
+        // Out of the group in which the host ends it.
+        "setpgid", "setsid",
         // Keys, and other name spaces.
         "add_key", "keyctl", "request_key", "setns", "unshare",
         // It makes sockets of any kind without the call that is looked at.
@@ -46,6 +49,11 @@ int load(scmp_filter_ctx filter) {
     if (error == 0) {
         error = seccomp_rule_add(filter, SCMP_ACT_ERRNO(EAFNOSUPPORT), SCMP_SYS(socket), 1,
                                  SCMP_A0(SCMP_CMP_NE, AF_UNIX));
+    }
+    if (error == 0) {
+        // It ends with the host.
+        error = seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), SCMP_SYS(prctl), 1,
+                                 SCMP_A0(SCMP_CMP_EQ, PR_SET_PDEATHSIG));
     }
     for (const char* name : kForbidden) {
         error = error == 0 ? forbid(filter, name) : error;

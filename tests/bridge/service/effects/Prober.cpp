@@ -9,6 +9,7 @@
 #include <lv2/state/state.h>
 #include <lv2/urid/urid.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -85,6 +86,10 @@ void probe(const Prober& self, const std::string& outside) {
     iovec local{&byte, 1};
     iovec remote{&byte, 1};
     self.say("read the host's memory", process_vm_readv(getppid(), &local, 1, &remote, 1, 0));
+    self.say("leave its group", setpgid(0, getpgid(getppid())));
+    self.say("leave its session", setsid());
+    self.say("outlive the host", prctl(PR_SET_PDEATHSIG, 0));
+    self.say("name a thread", prctl(PR_SET_NAME, "prober"));
     self.say("keep a secret from the user", syscall(SYS_keyctl, 0, -3, 0, 0, 0));
 }
 
