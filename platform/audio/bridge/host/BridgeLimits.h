@@ -31,6 +31,8 @@ struct BridgeLimits {
     Milliseconds request{10000 * kSlowness};
     /// How long a process that has hung up may take to end by itself, which tells why it did.
     Milliseconds farewell{500 * kSlowness};
+    /// How long after a start that failed the next is tried.
+    Milliseconds rest{1000};
     /// How long the supervisor sleeps at most.
     Milliseconds tick{100};
 

@@ -122,19 +122,20 @@ void BridgedAudioUnit::requestViewController(
         completion(nullptr);
         return;
     }
-    // Weak, because the supervisor's thread must not be the one that lets go of the unit.
-    const auto answered = [self = weak(this),
-                           completion = std::move(completion)](const ServiceAnswer& answer) {
-        if (answer.kind == ServiceAnswer::Kind::refused) {
-            g_warning("%s", answer.error.c_str());
-        }
-        const bool isRefused = answer.kind == ServiceAnswer::Kind::refused;
-        DispatchQueue::main()->async([self, completion, isRefused] {
-            const auto unit = isRefused ? nullptr : self.lock();
-            completion(unit == nullptr ? nullptr : interfaceProvider()(unit));
-        });
-    };
-    supervisor_.post({bridge::LoadInterface{}, 0, answered});
+    // Weak, and handed on whole, because the supervisor's thread must not be the one that lets go
+    // of the unit, nor of what the completion holds.
+    const auto asked = std::make_shared<decltype(completion)>(std::move(completion));
+    supervisor_.post({bridge::LoadInterface{}, 0, [self = weak(this), asked](const auto& answer) {
+                          const bool isRefused = answer.kind == ServiceAnswer::Kind::refused;
+                          if (isRefused) {
+                              g_warning("%s", answer.error.c_str());
+                          }
+                          DispatchQueue::main()->async(
+                              [self, completion = std::move(*asked), isRefused] {
+                                  const auto unit = isRefused ? nullptr : self.lock();
+                                  completion(unit == nullptr ? nullptr : interfaceProvider()(unit));
+                              });
+                      }});
 }
 
 void BridgedAudioUnit::setInterfaceProvider(BridgedInterfaceProvider provider) {

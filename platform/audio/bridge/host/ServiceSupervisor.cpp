@@ -88,6 +88,15 @@ void ServiceSupervisor::fallAsleep() const {
     static_cast<void>(eventfd_read(wakeup_.get(), &count));
 }
 
+void ServiceSupervisor::rest() const {
+    const auto until = std::chrono::steady_clock::now() + limits_.rest;
+    pollfd wakeup{wakeup_.get(), POLLIN, 0};
+    while (!isStopping() && std::chrono::steady_clock::now() < until) {
+        fallAsleep();
+        poll(&wakeup, 1, static_cast<int>(limits_.tick.count()));
+    }
+}
+
 std::deque<ServiceCommand> ServiceSupervisor::takeCommands() {
     const std::scoped_lock lock(mutex_);
     return std::exchange(commands_, {});
@@ -112,8 +121,13 @@ bool ServiceSupervisor::runOnce() {
         run.emplace(ServiceRun::Surroundings{order_, limits_, render_, mailbox_, last_});
     } catch (const NSError& error) {
         if (wasReady_) {
-            return takeDeath("could not be started again (" + error.localizedDescription() + ")",
-                             "");
+            const bool goesOn =
+                takeDeath("could not be started again (" + error.localizedDescription() + ")", "");
+            if (goesOn) {
+                // What is short now may not be in a while.
+                rest();
+            }
+            return goesOn;
         }
         return takeRefusal("The plug-in <" + order_.uri +
                            "> cannot be used: " + error.localizedDescription() + ".");

@@ -54,6 +54,7 @@ class ServiceSupervisor {
     std::deque<ServiceCommand> takeCommands();
     void wake() const;
     void fallAsleep() const;
+    void rest() const;
     bool isStopping() const { return isStopping_.load(std::memory_order_acquire); }
 
     const ServiceOrder order_;
