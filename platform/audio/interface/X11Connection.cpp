@@ -62,6 +62,13 @@ std::shared_ptr<X11Connection> X11Connection::open(const std::string& display) {
 X11Connection::X11Connection(Display* display) : display_(display) {
     X11Errors::takeOver();
     X11Errors::ignore(display_, true);
+    // A server that goes must not end a process that does more than show windows.
+    XSetIOErrorExitHandler(
+        display_,
+        [](Display* /*lost*/, void* self) {
+            g_source_destroy(static_cast<X11Connection*>(self)->source_.get());
+        },
+        this);
     static GSourceFuncs functions{Source::prepare, Source::check, Source::dispatch,
                                   nullptr,         nullptr,       nullptr};
     source_.reset(g_source_new(&functions, sizeof(Source)));

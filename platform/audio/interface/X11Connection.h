@@ -13,7 +13,8 @@ using XEvent = union _XEvent;  // NOLINT(bugprone-reserved-identifier): Xlib's o
 namespace orvalo {
 
 /// The host's own connection to an X server, apart from the toolkit's. The main run loop brings its
-/// events; its errors are ignored, because other people's windows can go at any time. Main thread.
+/// events; its errors are ignored, because other people's windows can go at any time. When the
+/// server itself goes, it brings no more events. Main thread.
 class X11Connection : public std::enable_shared_from_this<X11Connection> {
   public:
     using Handler = std::function<void(const XEvent&)>;

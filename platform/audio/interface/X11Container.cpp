@@ -76,6 +76,10 @@ void X11Container::adopt(unsigned long child) {
     if (found == 0 || XGetWindowAttributes(display, found, &attributes) == 0) {
         return;
     }
+    if (child_ != 0 && child_ != found) {
+        connection_->removeHandler(child_);
+        XSelectInput(display, child_, NoEventMask);
+    }
     child_ = found;
     given_ = {attributes.x, attributes.y, attributes.width, attributes.height};
     if (rules_.wanted == X11Size{}) {

@@ -11,6 +11,7 @@
 #include "tests/interface/Pointer.h"
 #include "tests/interface/Screen.h"
 #include "tests/interface/Toplevel.h"
+#include "tests/testing/XServer.h"
 
 namespace {
 
@@ -173,6 +174,20 @@ TEST_F(ServiceInterface, SaysWhyItCannotBeOpened) {
     EXPECT_THAT(tryToOpen(toplevel_.window(), ":4000"),
                 HasSubstr("the X server \":4000\" cannot be reached"));
     EXPECT_THAT(tryToOpen(0x7ffffff, display_), HasSubstr("the window that it belongs in is gone"));
+    open();
+    EXPECT_TRUE(comesTo(window_, kOnScreen));
+}
+
+TEST_F(ServiceInterface, OutlivesTheServerThatItsEnvironmentNames) {
+    std::optional<XServer> server(std::in_place);
+    effect_.emplace(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:face");
+    make();
+    service().send(bridge::LoadInterface{++number_});
+    ASSERT_EQ(service().answer(number_), "");
+    server.reset();
+    g_setenv("DISPLAY", display_.c_str(), TRUE);
+    effect_->renderQuantum(64);
+    ping();
     open();
     EXPECT_TRUE(comesTo(window_, kOnScreen));
 }

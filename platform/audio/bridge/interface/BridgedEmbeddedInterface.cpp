@@ -70,6 +70,8 @@ BridgedEmbeddedInterface::~BridgedEmbeddedInterface() {
 }
 
 void BridgedEmbeddedInterface::open() {
+    // Before another looks after the toplevel's keys.
+    container_ = nullptr;
     container_ = std::make_unique<X11Container>(connection_, place_.toplevel, place_.size);
     container_->setStatedFixed(isFixedSize_);
     container_->onSize = [this](X11Size size) { channel().resize(size.width, size.height); };
@@ -91,7 +93,7 @@ void BridgedEmbeddedInterface::open() {
 }
 
 void BridgedEmbeddedInterface::opened(std::uint64_t window) {
-    if (container_ == nullptr) {
+    if (container_ == nullptr || isOpened_) {
         return;
     }
     isOpened_ = true;

@@ -115,8 +115,8 @@ void EffectService::take(const bridge::Ping& request) {
 
 void EffectService::take(const bridge::OpenInterface& request) {
     answerAfter(request.number, [&] {
-        interface_ = nullptr;
-        interface_ = std::make_unique<ServiceInterface>(
+        closeInterface();
+        interface_ = std::make_shared<ServiceInterface>(
             effect_->unit(), interfaceParts(), request.display, request.window, request.scaleFactor,
             ServiceInterface::Events{
                 .wants =
@@ -145,8 +145,14 @@ void EffectService::take(const bridge::ShowInterface& request) {
 }
 
 void EffectService::take(const bridge::CloseInterface& request) {
-    interface_ = nullptr;
+    closeInterface();
     answer(request.number);
+}
+
+void EffectService::closeInterface() {
+    if (const auto closing = std::exchange(interface_, nullptr)) {
+        closing->end();
+    }
 }
 
 void EffectService::take(const bridge::LoadInterface& request) {

@@ -23,6 +23,7 @@ class EffectService {
   private:
     void take(const bridge::HostMessage& message);
     std::shared_ptr<const InterfaceParts> interfaceParts();
+    void closeInterface();
     void fail(const char* reason);
     void answer(std::uint32_t number, const std::string& error = {});
     /// Does what a request asks, and answers with what has gone wrong.
@@ -43,7 +44,7 @@ class EffectService {
     ServiceConnection connection_;
     std::unique_ptr<LoadedEffect> effect_;  // Null before the first message, and when that fails.
     std::shared_ptr<const InterfaceParts> interfaceParts_;  // Once the host has asked for it.
-    std::unique_ptr<ServiceInterface> interface_;
+    std::shared_ptr<ServiceInterface> interface_;
     std::optional<int> status_;
 };
 

@@ -52,24 +52,28 @@ ServiceInterface::ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& uni
 }
 
 void ServiceInterface::setVisible(bool isVisible) {
-    if (!isOver_) {
+    if (turns_ != nullptr) {
         turns_->setVisible(isVisible);
     }
 }
 
 void ServiceInterface::setSize(X11Size size) {
-    if (!isOver_) {
+    if (turns_ != nullptr) {
         interface_->setSize(size);
     }
 }
 
 void ServiceInterface::tick() {
+    const auto self = shared_from_this();
     const bool isOutdated = interface_->isOutdated();
-    isOver_ = isOutdated || !interface_->update();
+    const bool goesOn = !isOutdated && interface_->update();
+    if (turns_ == nullptr) {
+        return;
+    }
     // What it has set last is there before it is told that there is no more.
     events_.turned();
-    if (isOver_) {
-        turns_ = nullptr;
+    if (!goesOn) {
+        end();
         (isOutdated ? events_.outdated : events_.closed)();
     }
 }

@@ -23,10 +23,11 @@ struct InterfaceParts {
     const std::shared_ptr<X11Connection> server;
 };
 
-/// The effect's interface inside a window of the host's, and its turns. Main thread.
-class ServiceInterface {
+/// The effect's interface inside a window of the host's, and its turns. An interface may run the
+/// main loop inside of a turn. Main thread.
+class ServiceInterface : public std::enable_shared_from_this<ServiceInterface> {
   public:
-    /// What the interface tells of itself. None may destroy it.
+    /// What the interface tells of itself. None may end it.
     struct Events {
         std::function<void(X11Size)> wants;  ///< It asks for an extent, also while it is made.
         std::function<void()> closed;        ///< It has closed itself: it gets no more turns.
@@ -39,13 +40,16 @@ class ServiceInterface {
     ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
                      std::shared_ptr<const InterfaceParts> parts, const std::string& display,
                      unsigned long window, double scaleFactor, Events events);
-    /// Cleans it up. Its window should be shown no more.
+    /// Cleans it up, after end(). Its window should be shown no more.
     ~ServiceInterface() = default;
     ServiceInterface(const ServiceInterface&) = delete;
     ServiceInterface& operator=(const ServiceInterface&) = delete;
 
     /// As LV2Interface::window().
     unsigned long window() const { return interface_->window(); }
+    /// No more turns, and nothing more is told. Inside of a turn the object lives until that is
+    /// over.
+    void end() { turns_ = nullptr; }
     void setVisible(bool isVisible);
     /// The extent of its window, in pixels.
     void setSize(X11Size size);
@@ -56,8 +60,7 @@ class ServiceInterface {
     const std::shared_ptr<const InterfaceParts> parts_;
     const Events events_;
     std::unique_ptr<LV2Interface> interface_;
-    std::unique_ptr<InterfaceTurns> turns_;
-    bool isOver_ = false;
+    std::unique_ptr<InterfaceTurns> turns_;  // Null once it is over.
 };
 
 }  // namespace orvalo
