@@ -2,9 +2,9 @@
 
 namespace orvalo {
 
-bool AppDelegate::didFinishLaunchingWithOptions(
+bool AppDelegate::application(
     const std::shared_ptr<UIApplication>& /*application*/,
-    const std::map<std::string, std::string>& /*launchOptions*/) {
+    const std::map<std::string, std::string>& /*didFinishLaunchingWithOptions*/) {
     return true;
 }
 

@@ -20,9 +20,9 @@ class AppDelegate : public UIResponder, public UIApplicationDelegate {
     void setWindow(const std::shared_ptr<UIWindow>& layoutWindow) override {
         window = layoutWindow;
     }
-    bool didFinishLaunchingWithOptions(
+    bool application(
         const std::shared_ptr<UIApplication>& application,
-        const std::map<std::string, std::string>& launchOptions) override;
+        const std::map<std::string, std::string>& didFinishLaunchingWithOptions) override;
     void applicationWillResignActive(const std::shared_ptr<UIApplication>& application) override;
     void applicationDidEnterBackground(const std::shared_ptr<UIApplication>& application) override;
     void applicationWillEnterForeground(const std::shared_ptr<UIApplication>& application) override;

@@ -6,6 +6,6 @@
 int main(int argc, char** argv) {
     using namespace orvalo;
     registerApplicationClasses();
-    const int status = UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
-    return status;
+    UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
+    return EXIT_SUCCESS;
 }

@@ -18,9 +18,9 @@ class UIApplicationDelegate {
     virtual void setWindow(const std::shared_ptr<UIWindow>& window) = 0;
 
     /// The application has started and its window is about to be shown. The result is not used.
-    virtual bool didFinishLaunchingWithOptions(
+    virtual bool application(
         const std::shared_ptr<UIApplication>& application,
-        const std::map<std::string, std::string>& launchOptions) = 0;
+        const std::map<std::string, std::string>& didFinishLaunchingWithOptions) = 0;
     virtual void applicationWillResignActive(const std::shared_ptr<UIApplication>& application) = 0;
     virtual void applicationDidEnterBackground(
         const std::shared_ptr<UIApplication>& application) = 0;

@@ -75,7 +75,7 @@ struct UIApplicationStart {
             }),
             this);
         delegate().setWindow(window);
-        delegate().didFinishLaunchingWithOptions(UIApplication::shared(), {});
+        delegate().application(UIApplication::shared(), {});
     }
 
     static std::shared_ptr<UIStoryboard> loadLayout() {
@@ -163,7 +163,10 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     g_signal_connect_swapped(application, "shutdown",
                              G_CALLBACK(+[](UIApplicationStart* self) { self->shutDown(); }),
                              &start);
-    return g_application_run(application, argc, argv);
+    if (const int status = g_application_run(application, argc, argv); status != 0) {
+        std::exit(status);  // NOLINT(concurrency-mt-unsafe): no window has been there.
+    }
+    return 0;
 }
 
 }  // namespace orvalo
