@@ -2,9 +2,10 @@
 
 #include <glib.h>
 
+#include <algorithm>
+
 #include "app/Site.h"
 #include "platform/foundation/Bundle.h"
-#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/Print.h"
 #include "platform/foundation/URLRequest.h"
@@ -20,9 +21,10 @@ namespace {
 
 constexpr double kPatience = 60;  // Seconds.
 
-std::string upperCased(const std::string& text) {
-    const GText result(g_utf8_strup(text.c_str(), -1));
-    return result.get();
+/// In capitals, as far as that makes a difference for the extensions below; any bytes.
+std::string upperCased(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), g_ascii_toupper);
+    return text;
 }
 
 }  // namespace
