@@ -1,10 +1,13 @@
 #include "platform/ui/UIApplication.h"
 
+#include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
+#include <unistd.h>
 
 #include <memory>
 #include <utility>
 
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/GLibPointer.h"
 #include "platform/ui/MainThread.h"
 
@@ -12,23 +15,29 @@ namespace orvalo {
 
 namespace {
 
-struct Opening {
-    std::string address;
-    std::function<void(bool)> completion;
-
-    static void ended(GObject* /*source*/, GAsyncResult* result, void* data) {
-        const std::unique_ptr<Opening> self(static_cast<Opening*>(data));
-        GError* error = nullptr;
-        const bool isOpen = g_app_info_launch_default_for_uri_finish(result, &error) != FALSE;
-        const std::unique_ptr<GError, Release<g_error_free>> held(error);
-        if (held != nullptr) {
-            g_warning("%s was not opened: %s", self->address.c_str(), held->message);
-        }
-        if (self->completion) {
-            self->completion(isOpen);
-        }
+/// Starts the program that the desktop has for addresses of that kind. What it prints must not
+/// stand among the lines of this one, nor keep a pipe open that reads them.
+bool launch(const std::string& address) {
+    GError* error = nullptr;
+    bool isLaunched = false;
+    const GText scheme(g_uri_parse_scheme(address.c_str()));
+    const std::unique_ptr<GAppInfo, Release<g_object_unref>> program(
+        scheme == nullptr ? nullptr : g_app_info_get_default_for_uri_scheme(scheme.get()));
+    if (program != nullptr) {
+        std::string text = address;
+        GList list{text.data(), nullptr, nullptr};
+        isLaunched =
+            g_desktop_app_info_launch_uris_as_manager_with_fds(
+                G_DESKTOP_APP_INFO(program.get()), &list, nullptr, G_SPAWN_SEARCH_PATH, nullptr,
+                nullptr, nullptr, nullptr, -1, STDERR_FILENO, STDERR_FILENO, &error) != FALSE;
     }
-};
+    const std::unique_ptr<GError, Release<g_error_free>> held(error);
+    if (!isLaunched) {
+        g_warning("%s was not opened: %s", address.c_str(),
+                  held == nullptr ? "There is no program for such addresses." : held->message);
+    }
+    return isLaunched;
+}
 
 }  // namespace
 
@@ -41,10 +50,11 @@ const std::shared_ptr<UIApplication>& UIApplication::shared() {
 void UIApplication::open(const URL& url, const std::map<std::string, std::string>& /*options*/,
                          std::function<void(bool)> completion) {
     requireMainThread("UIApplication.open");
-    auto opening = std::make_unique<Opening>(Opening{url.absoluteString(), std::move(completion)});
-    const auto* address = opening->address.c_str();
-    g_app_info_launch_default_for_uri_async(address, nullptr, nullptr, Opening::ended,
-                                            opening.release());
+    const bool isOpen = launch(url.absoluteString());
+    if (completion) {
+        DispatchQueue::main()->async(
+            [completion = std::move(completion), isOpen] { completion(isOpen); });
+    }
 }
 
 }  // namespace orvalo
