@@ -130,8 +130,8 @@ CGRect UIView::frame() const {
 
 void UIView::setFrame(const CGRect& frame) {
     requireMainThread("UIView.frame");
-    frame_ = frame;
     if (translates_) {
+        frame_ = frame;
         holdFrame(widget_, &*frame_);
     }
 }

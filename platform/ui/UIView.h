@@ -47,8 +47,8 @@ class UIView : public UIResponder {
     void setHidden(bool hidden);
 
     /// The place in the superview's coordinates, in points. What was set holds, negative or larger
-    /// than the superview (which clips it), until the translation below is switched off; otherwise
-    /// it is what the layout has given last.
+    /// than the superview (which clips it), until the translation below is switched off; without
+    /// it, what is set is ignored, and the place is what the layout has given last.
     CGRect frame() const;
     void setFrame(const CGRect& frame);
     /// The view's own coordinates: the origin is (0, 0).
