@@ -216,6 +216,27 @@ void protect(const std::filesystem::path& folder, bool isProtected) {
     endWell();
 }
 
+[[noreturn]] void useALinkToAReadOnlyFolder(const std::string& name) {
+    const auto file = suiteFile(name);
+    const auto target = settingsHome() / ("elsewhere of " + name) / "settings";
+    UserDefaults::suiteName(name)->set("in the database", "key");
+    emptyLog(file);
+    UserDefaults::suiteName(name)->set("in the log", "key");
+    std::filesystem::create_directories(target.parent_path());
+    for (const std::string suffix : {"", "-wal"}) {
+        std::filesystem::rename(file.string() + suffix, target.string() + suffix);
+    }
+    std::filesystem::create_symlink(target, file);
+    becomeSomebodyElse();
+    protect(target.parent_path(), true);
+    const auto settings = UserDefaults::suiteName(name);
+    expect(settings && settings->string("key") == "in the log", "what is in the log is read");
+    protect(target.parent_path(), false);
+    settings->set("accepted", "key");
+    expect(settings->string("key") == "accepted", "it can be written again");
+    endWell();
+}
+
 /// Only the superuser can give a file to a third; anybody else finds one that is his.
 [[noreturn]] void useAThirdPersonsFiles(const std::string& name) {
     const auto file = suiteFile(name);
@@ -256,6 +277,11 @@ TEST_F(ARefusedWrite, inAReadOnlyFolderWithoutALogLosesNothing) {
     EXPECT_EXIT(useAReadOnlyFolder(name_, {"-wal", "-shm", "-changes"}),
                 ::testing::ExitedWithCode(EXIT_SUCCESS),
                 "'key' in .* stays as it was: .*sqlite-changes: Permission denied");
+}
+
+TEST_F(ARefusedWrite, throughALinkToAReadOnlyFolderLosesNothing) {
+    EXPECT_EXIT(useALinkToAReadOnlyFolder(name_), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "all is well");
 }
 
 // As somebody restores a folder who knows of databases and their logs.

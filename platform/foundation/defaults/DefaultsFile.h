@@ -23,10 +23,11 @@ namespace orvalo {
 /// reads only what came later.
 class DefaultsFile {
   public:
-    /// Opens the file and looks it over, and creates it where it is missing; brings one of an older
-    /// version to this one. A file of a newer version, of another program or of another user is
-    /// refused and left alone. The caller holds the domain's lock. counter: marked when the file's
-    /// form changes; null: it does not. Where it cannot, one of an older version is only read.
+    /// Opens the file, whose path is no link, and looks it over, and creates it where it is
+    /// missing; brings one of an older version to this one. A file of a newer version, of another
+    /// program or of another user is refused and left alone. The caller holds the domain's lock.
+    /// counter: marked when the file's form changes; null: it does not. Where it cannot, one of an
+    /// older version is only read.
     DefaultsFile(const std::string& path, ChangeMapping* counter);
 
     /// Whether the file is still the one that others find, and may be read as it was opened.

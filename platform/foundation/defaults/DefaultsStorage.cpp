@@ -6,6 +6,8 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <system_error>
+#include <utility>
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DamagedFile.h"
@@ -20,6 +22,16 @@ constexpr int kMostAttempts = 3;
 
 bool isOdd(std::uint64_t count) {
     return (count & 1U) != 0;
+}
+
+/// Where a file lies whose name may be a link: beside it are its log and its counter.
+std::string placeOf(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_symlink(path, error)) {
+        return path;
+    }
+    const auto place = std::filesystem::canonical(path, error);
+    return error ? path : place.string();
 }
 
 /// Whether what is there can be read all the same.
@@ -43,13 +55,15 @@ void DefaultsStorage::close() {
 }
 
 void DefaultsStorage::openCounter() {
-    if (counter_ && counter_->isInPlace()) {
+    auto place = placeOf(path_);
+    if (counter_ && counter_->isInPlace() && place == place_) {
         return;
     }
     close();
+    place_ = std::move(place);
     makePrivateFolder(std::filesystem::path(path_).parent_path());
     try {
-        counter_ = std::make_unique<ChangeCounter>(path_ + "-changes");
+        counter_ = std::make_unique<ChangeCounter>(place_ + "-changes");
     } catch (const NSError& error) {
         if (!keepsFromWritingAlone(error)) {
             throw;
@@ -59,7 +73,8 @@ void DefaultsStorage::openCounter() {
 }
 
 bool DefaultsStorage::isOpen() const {
-    return file_ && file_->isInPlace() && (!counter_ || counter_->isInPlace());
+    return file_ && file_->isInPlace() && (!counter_ || counter_->isInPlace()) &&
+           placeOf(path_) == place_;
 }
 
 ChangeMapping* DefaultsStorage::mark() const {
@@ -77,7 +92,7 @@ void DefaultsStorage::refuseWrite() const {
     if (file_->trouble()) {
         throw NSError(*file_->trouble());
     }
-    const auto culprit = file_->isReadOnly() ? path_ : path_ + "-changes";
+    const auto culprit = file_->isReadOnly() ? place_ : place_ + "-changes";
     throw NSError::posix(access(culprit.c_str(), W_OK) == 0 ? EROFS : errno, culprit);
 }
 
@@ -96,7 +111,7 @@ void DefaultsStorage::openFile() {
     }
     file_.reset();
     agreed_ = 1;
-    file_ = std::make_unique<DefaultsFile>(path_, mark());
+    file_ = std::make_unique<DefaultsFile>(place_, mark());
 }
 
 void DefaultsStorage::endWriteOfDeadProcess() const {
@@ -136,14 +151,14 @@ DefaultsStorage::Update DefaultsStorage::underLock(const std::function<Update()>
 
 void DefaultsStorage::setAsideIfDamaged() {
     try {
-        DefaultsFile(path_, mark()).verify();
+        DefaultsFile(place_, mark()).verify();
     } catch (const SQLiteError& error) {
         if (!error.isDamage() || mark() == nullptr) {
             throw;
         }
         // The others find out that theirs is no longer in place when they look.
         const ChangeCounter::Write write(*mark());
-        setDatabaseAside(path_);
+        setDatabaseAside(path_);  // The name: what it leads to is left alone.
     }
 }
 

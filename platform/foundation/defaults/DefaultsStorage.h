@@ -62,6 +62,7 @@ class DefaultsStorage {
     Update update();
 
     std::string path_;
+    std::string place_;  ///< Where the path leads, as of the opening.
     std::unique_ptr<ChangeCounter> counter_;
     std::optional<NSError> counterTrouble_;  ///< Why there is none.
     std::unique_ptr<DefaultsFile> file_;
