@@ -7,9 +7,9 @@ namespace {
 constexpr std::uint32_t kChannels = QuantumFeed::kChannels;
 constexpr std::uint32_t kPorts = 3;
 
-ServiceOrder order(const std::string& role) {
+ServiceOrder order(const std::string& role, const std::string& program) {
     ServiceOrder order{
-        .program = fakeServicePath(),
+        .program = program,
         .uri = "urn:fake:" + role,
         .bundles = {},
         .stateFolder = {},
@@ -34,8 +34,9 @@ BridgeLimits patientLimits() {
     return limits;
 }
 
-FakeEffect::FakeEffect(const std::string& role, const BridgeLimits& limits)
-    : render_(1, limits), supervisor_(order(role), limits, render_, *mailbox_) {
+FakeEffect::FakeEffect(const std::string& role, const BridgeLimits& limits,
+                       const std::string& program)
+    : render_(1, limits), supervisor_(order(role, program), limits, render_, *mailbox_) {
     render_.setMIDIBlock(std::make_unique<AUMIDIOutputEventBlock>(
         [this](std::int64_t time, std::uint8_t cable, std::int64_t length,
                const std::uint8_t* bytes) {

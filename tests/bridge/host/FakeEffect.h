@@ -12,6 +12,9 @@
 
 namespace orvalo::testing {
 
+/// The fake service's program.
+std::string fakeServicePath();
+
 /// Limits for services that are meant to break them: what waits, waits long, what must not last,
 /// does not.
 BridgeLimits patientLimits();
@@ -32,7 +35,9 @@ class FakeEffect {
     };
 
     /// role: as the fake service reads it, such as "segv:10". Started and offline.
-    explicit FakeEffect(const std::string& role, const BridgeLimits& limits = patientLimits());
+    /// program: the fake service's.
+    explicit FakeEffect(const std::string& role, const BridgeLimits& limits = patientLimits(),
+                        const std::string& program = fakeServicePath());
 
     Quantum render() { return feed_.next(); }
     /// Renders until what comes out is the effect's, whole; false if it never is.
@@ -58,8 +63,5 @@ class FakeEffect {
     std::shared_ptr<InterfaceMailbox> mailbox_ = std::make_shared<InterfaceMailbox>();
     ServiceSupervisor supervisor_;
 };
-
-/// The fake service's program.
-std::string fakeServicePath();
 
 }  // namespace orvalo::testing

@@ -1,12 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <filesystem>
 #include <thread>
 
 #include "platform/foundation/NSError.h"
 #include "tests/bridge/host/FakeEffect.h"
+#include "tests/bridge/host/Leftovers.h"
 #include "tests/bridge/host/Transcript.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/TemporaryFolder.h"
 
 namespace {
 
@@ -156,6 +160,25 @@ TEST(Supervisor, RequestsOfManyThreadsAreAllAnsweredWhileProcessesDie) {
         thread.join();
     }
     EXPECT_TRUE(effect.renderUntilWet());
+}
+
+TEST(Supervisor, AStartThatFailsIsTriedAgainAfterARest) {
+    const CapturedOutput error(2);
+    const TemporaryFolder folder;
+    const auto program = folder.path() / "service";
+    const auto elsewhere = folder.path() / "elsewhere";
+    std::filesystem::copy(fakeServicePath(), program);
+    auto limits = patientLimits();
+    limits.rest = std::chrono::seconds(2);
+    FakeEffect effect("half:0", limits, program);
+    std::filesystem::rename(program, elsewhere);
+    kill(*children().begin(), SIGKILL);
+    while (error.text().find("could not be started again") == std::string::npos) {
+        sched_yield();
+    }
+    std::filesystem::rename(elsewhere, program);
+    EXPECT_EQ(effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"}).kind,
+              Kind::done);
 }
 
 TEST(Supervisor, TheFirstRefusalIsAnError) {
