@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <utility>
+#include <vector>
+
 #include "tests/persistence/PersistenceFixture.h"
 #include "tests/testing/CapturedOutput.h"
 
@@ -51,6 +55,28 @@ TEST_F(DumpTest, AValueIsItsTextualForm) {
         const auto entry = "key = " + description(value) + " \n\n";
         EXPECT_EQ(dump(), kStandard + entry + kShared + entry + kCombined + entry);
     }
+}
+
+TEST_F(DumpTest, AFloatHasTheDigitsOfAFloat) {
+    const auto text = [this](const PropertyList& value) {
+        data.setObject("gain", value);
+        return dump().substr(std::string(kStandard).size());
+    };
+    const std::string rest = std::string(" \n\n") + kShared + kCombined;
+    data.setFloat("gain", 0.1F);
+    EXPECT_EQ(dump(), kStandard + ("gain = 0.1" + rest) + "gain = 0.1 \n\n");
+    for (const auto& [value, digits] : std::vector<std::pair<PropertyList, std::string>>{
+             {-16.7F, "-16.7"},
+             {std::numeric_limits<float>::max(), "3.4028235e+38"},
+             {std::numeric_limits<float>::denorm_min(), "1e-45"},
+             {0.1, "0.1"},
+             {1.0 / 3, "0.3333333333333333"},
+             {16'777'217.0, "16777217"},
+             {1e300, "1e+300"},
+             {std::numeric_limits<double>::infinity(), "inf"}}) {
+        EXPECT_EQ(text(value), "gain = " + digits + rest + "gain = " + digits + " \n\n");
+    }
+    EXPECT_EQ(description(PropertyList::List{0.1F}), "(\n    0.1\n)");
 }
 
 TEST_F(DumpTest, TextIsPrintedUnchanged) {

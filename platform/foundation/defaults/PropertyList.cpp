@@ -32,10 +32,17 @@ std::string quoted(const std::string& text) {
     return result + "\"";
 }
 
-std::string textOf(double number) {
+template <typename Float>
+std::string shortest(Float number) {
     std::array<char, 32> digits{};
     auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     return {digits.data(), end};
+}
+
+std::string textOf(double number) {
+    // IEEE 754 has what is out of a float's range become infinite.
+    const auto narrow = static_cast<float>(number);
+    return narrow == number ? shortest(narrow) : shortest(number);
 }
 
 std::string textOf(const Data& data) {

@@ -62,7 +62,8 @@ class PropertyList {
 };
 
 /// The textual form, as the platform has it: a truth value is 1 or 0, a number has as few digits as
-/// tell it from others, a text stands as it is, data is "{length = 2, bytes = 0x0a1b}", a date
+/// tell it from others of its width (32 bits where those hold it exactly, as property lists store
+/// it), a text stands as it is, data is "{length = 2, bytes = 0x0a1b}", a date
 /// "2001-01-01 00:00:00 +0000" (whole seconds). A list stands in round brackets, a dictionary in
 /// curly ones, with an element a line, indented by four blanks a level; a text in them is in
 /// quotation marks unless it consists of ASCII letters, digits and "_$/:." alone.
