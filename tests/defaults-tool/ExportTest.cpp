@@ -104,5 +104,15 @@ TEST_F(DefaultsRoundTripTest, EveryKindComesBackThroughStoreAndFile) {
     expectOutput({"read", "b"}, json);
 }
 
+TEST_F(DefaultsRoundTripTest, TheDeepestValueComesBackThroughStoreAndFile) {
+    const auto json = jsonText(Dictionary{{"deep", deepestValue()}}) + "\n";
+    expectSilence({"import", "a", file("in.json", json)});
+    for (const std::string name : {"out.json", "out.plist"}) {
+        expectSilence({"export", "a", path(name)});
+        expectSilence({"import", "--replace", "b", path(name)});
+        expectOutput({"export", "b"}, json);
+    }
+}
+
 }  // namespace
 }  // namespace orvalo::testing

@@ -27,4 +27,12 @@ Dictionary everyKind() {
         {"Größe <&>", 1}};
 }
 
+PropertyList deepestValue() {
+    PropertyList value = 1;
+    for (int depth = 0; depth < 128; ++depth) {
+        value = Dictionary{{"$dictionary", value}};
+    }
+    return value;
+}
+
 }  // namespace orvalo::testing

@@ -17,6 +17,9 @@ using List = PropertyList::List;
 /// NaN, which is equal to nothing.
 Dictionary everyKind();
 
+/// The deepest value that the store takes, of dictionaries that look like a form of JSON.
+PropertyList deepestValue();
+
 /// The message of the FormatError that the action throws; "no error" when it throws none.
 template <typename Action>
 std::string trouble(const Action& action) {

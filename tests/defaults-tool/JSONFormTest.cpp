@@ -35,6 +35,11 @@ TEST(JSONForm, ADomainOfOneKeyIsNoForm) {
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
 }
 
+TEST(JSONForm, TheDeepestValueOfTheStoreComesBackAsItWas) {
+    const Dictionary domain{{"deep", deepestValue()}};
+    EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
+}
+
 TEST(JSONForm, EveryKindIsWrittenSo) {
     EXPECT_EQ(jsonText(PropertyList(true)), "true");
     EXPECT_EQ(jsonText(PropertyList(-5)), "-5");
@@ -105,8 +110,8 @@ TEST(JSONForm, NestingHasAnEnd) {
     const auto nested = [](std::size_t depth) {
         return "{\"a\":" + std::string(depth, '[') + std::string(depth, ']') + "}";
     };
-    EXPECT_EQ(domainTrouble(nested(255)), "no error");
-    EXPECT_THAT(domainTrouble(nested(256)), HasSubstr("nested too deeply."));
+    EXPECT_EQ(domainTrouble(nested(256)), "no error");
+    EXPECT_THAT(domainTrouble(nested(257)), HasSubstr("nested too deeply."));
     EXPECT_THAT(domainTrouble(nested(1'000'000)), HasSubstr("nested too deeply."));
 }
 

@@ -165,8 +165,8 @@ TEST(XMLForm, NestingHasAnEnd) {
         }
         return domainTrouble(plist("<dict><key>k</key>" + text + "</dict>"));
     };
-    EXPECT_EQ(nested(255), "no error");
-    EXPECT_THAT(nested(256), HasSubstr("nested too deeply."));
+    EXPECT_EQ(nested(256), "no error");
+    EXPECT_THAT(nested(257), HasSubstr("nested too deeply."));
 }
 
 }  // namespace

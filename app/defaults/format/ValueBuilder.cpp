@@ -7,8 +7,8 @@ namespace orvalo {
 
 namespace {
 
-// Twice what the store takes, as a form of one key can stand around each dictionary.
-constexpr std::size_t kMostDepth = 256;
+// Twice what the store takes, as a form of one key can stand around each dictionary, in the domain.
+constexpr std::size_t kMostDepth = 1 + 2 * 128;
 
 // Beyond it a message would say nothing more.
 constexpr std::size_t kMostPlaces = 6;
