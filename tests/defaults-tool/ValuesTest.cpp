@@ -83,6 +83,20 @@ TEST_F(DefaultsValuesTest, WithoutAnotherPlaceSettingsLieInTheHome) {
     expectOutput({"domains"}, "com.tessaly.Orvalo\nd\n");
 }
 
+TEST_F(DefaultsValuesTest, APlaceThatIsNoAbsolutePathCountsAsNone) {
+    environment["XDG_CONFIG_HOME"] = "elsewhere";
+    environment["HOME"] = path("home");
+    const auto ended = shell("cd " + folder.path().string() +
+                             R"( && "$D" write d k --int 1 &&
+                                 "$D" write com.tessaly.Orvalo k --int 2)");
+    EXPECT_EQ(ended.error, "");
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_FALSE(std::filesystem::exists(path("elsewhere")));
+    EXPECT_TRUE(std::filesystem::exists(path("home/.config/orvalo-suites/d.sqlite")));
+    EXPECT_TRUE(std::filesystem::exists(path("home/.config/com.tessaly.Orvalo/defaults.sqlite")));
+    expectOutput({"domains"}, "com.tessaly.Orvalo\nd\n");
+}
+
 TEST_F(DefaultsValuesTest, ReadingCreatesNothing) {
     for (const std::string name : {"d", "com.tessaly.Orvalo"}) {
         const auto line = "there is no domain '" + name + "'.";
