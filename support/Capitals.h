@@ -1,13 +1,13 @@
 #pragma once
 
-#include <array>
-#include <string_view>
+#include <string>
+#include <vector>
 
 namespace orvalo {
 
 /// The names of 197 capitals, from Afghanistan's to Zimbabwe's, in the order of the countries'
 /// English names, in UTF-8. The spelling is part of what is kept.
-inline constexpr std::array<std::string_view, 197> capitals = {
+inline const std::vector<std::string> capitals = {
     "Kabul",
     "Tirana",
     "Algiers",

@@ -6,15 +6,18 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include "platform/foundation/GLibPointer.h"
+#include "support/UniqueName.h"
 
 namespace orvalo {
 namespace {
 
 std::string joined() {
     std::string result;
-    for (const auto name : capitals) {
+    for (const auto& name : capitals) {
         result.append(name).append("\n");
     }
     return result;
@@ -49,6 +52,16 @@ TEST(Capitals, AreSpeltAsTheyStand) {
           "N'Djamena", "Sana'a", "Port-au-Prince"}) {
         EXPECT_EQ(std::ranges::count(capitals, name), 1) << name;
     }
+}
+
+TEST(Capitals, AreAListOfTextsThatNobodyChanges) {
+    EXPECT_TRUE((std::is_same_v<decltype(capitals), const std::vector<std::string>>));
+}
+
+TEST(Capitals, NameWhatIsUnique) {
+    const auto name = uniqueName(capitals[44]);
+    EXPECT_EQ(name.substr(0, 10), "Copenagen-");
+    EXPECT_NE(uniqueName(capitals[44]), name);
 }
 
 TEST(Capitals, NoneStandsTwice) {
