@@ -11,7 +11,7 @@
 namespace orvalo {
 
 /// Where the process looks for settings: its own domain, then the suites that were added, in this
-/// order. Any thread.
+/// order. Any thread; a fork waits for those that are looking.
 class SearchList {
   public:
     static SearchList& shared();
@@ -43,9 +43,11 @@ class SearchList {
     };
 
     SearchList();
+    void beginFork();
+    void endFork(bool isChild);
 
     std::shared_ptr<DefaultsDomain> own_;
-    mutable std::shared_mutex mutex_;
+    mutable std::shared_mutex mutex_;  ///< Before the domains' where both are taken.
     std::vector<Suite> suites_;
 };
 
