@@ -4,7 +4,9 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "support/FileLocations.h"
@@ -103,24 +105,84 @@ class Noting : public PersistentAppData {
   public:
     mutable std::string called;
 
-    void setString(const std::string& key, const std::string& value, Storage) override {
-        called += key + "=" + value + ";";
+    void setString(const std::string& key, const std::string& value, Storage _for) override {
+        note("setString", key, _for) += value;
     }
-    std::optional<std::string> getString(const std::string& key, Storage) const override {
-        called += key + "?;";
+    std::optional<std::string> getString(const std::string& key, Storage from) const override {
+        note("getString", key, from);
         return "noted";
     }
-    void dumpout() const override { called += "dump;"; }
+    void setInteger(const std::string& key, std::int64_t value, Storage _for) override {
+        note("setInteger", key, _for) += std::to_string(value);
+    }
+    std::int64_t getInteger(const std::string& key, Storage from) const override {
+        note("getInteger", key, from);
+        return 1;
+    }
+    void setFloat(const std::string& key, float value, Storage _for) override {
+        note("setFloat", key, _for) += description(value);
+    }
+    float getFloat(const std::string& key, Storage from) const override {
+        note("getFloat", key, from);
+        return 2.5F;
+    }
+    void setBool(const std::string& key, bool value, Storage _for) override {
+        note("setBool", key, _for) += value ? "true" : "false";
+    }
+    bool getBool(const std::string& key, Storage from) const override {
+        note("getBool", key, from);
+        return true;
+    }
+    void setURL(const std::string& key, const std::optional<URL>& value, Storage _for) override {
+        note("setURL", key, _for) += value ? value->absoluteString() : "absent";
+    }
+    std::optional<URL> getUrl(const std::string& key, Storage from) const override {
+        note("getUrl", key, from);
+        return URL::string("noted:");
+    }
+    void setObject(const std::string& key, const std::optional<PropertyList>& value,
+                   Storage _for) override {
+        note("setObject", key, _for) += value ? description(*value) : "absent";
+    }
+    std::optional<PropertyList> getObject(const std::string& key, Storage from) const override {
+        note("getObject", key, from);
+        return 3;
+    }
+    void dumpout() const override { called += "\ndumpout"; }
+
+  private:
+    std::string& note(const std::string& operation, const std::string& key, Storage storage) const {
+        return called += "\n" + operation + " " + key + " " +
+                         std::to_string(static_cast<std::int64_t>(storage)) + " ";
+    }
 };
 
-TEST_F(PersistentAppDataTest, OperationsCanBeOverridden) {
+TEST_F(PersistentAppDataTest, EveryOperationCanBeOverridden) {
     const auto noting = std::make_shared<Noting>();
     const std::shared_ptr<PersistentAppData> base = noting;
-    base->setString("a", "b");
-    EXPECT_EQ(base->getString("c"), "noted");
+    base->setString("a", "text");
+    EXPECT_EQ(base->getString("b", Storage::shared), "noted");
+    base->setInteger("c", -5, Storage::combined);
+    EXPECT_EQ(base->getInteger("d"), 1);
+    base->setFloat("e", 0.5F, Storage::shared);
+    EXPECT_EQ(base->getFloat("f", Storage::combined), 2.5F);
+    base->setBool("g", true);
+    EXPECT_TRUE(base->getBool("h", Storage::shared));
+    base->setURL("i", std::nullopt, Storage::combined);
+    EXPECT_EQ(base->getUrl("j"), URL::string("noted:"));
+    base->setObject("k", 7, Storage::shared);
+    EXPECT_EQ(base->getObject("l", Storage::combined), PropertyList(3));
     base->dumpout();
-    EXPECT_EQ(noting->called, "a=b;c?;dump;");
-    EXPECT_EQ(data.getString("a"), std::nullopt);
+    EXPECT_EQ(noting->called,
+              "\nsetString a 0 text\ngetString b 1 \nsetInteger c 2 -5\ngetInteger d 0 "
+              "\nsetFloat e 1 0.5\ngetFloat f 2 \nsetBool g 0 true\ngetBool h 1 "
+              "\nsetURL i 2 absent\ngetUrl j 0 \nsetObject k 1 7\ngetObject l 2 \ndumpout");
+    EXPECT_TRUE(standard->dictionaryRepresentation().empty());
+}
+
+TEST_F(PersistentAppDataTest, TheDataAndItsStoresAreObjects) {
+    EXPECT_TRUE((std::is_base_of_v<NSObject, PersistentAppData>));
+    EXPECT_TRUE((std::is_base_of_v<NSObject, UserDefaults>));
 }
 
 TEST_F(PersistentAppDataTest, AGroupThatIsRefusedEndsTheProgram) {
