@@ -2,6 +2,7 @@
 // with the words that it takes:
 //     standard KEY             prints the text in the process's standard store
 //     instance                 makes the shared instance
+//     instances COUNT          makes it in so many threads at once, and prints how many they got
 //     combined                 makes the combined view, without an instance
 //     set STORAGE KEY TEXT     sets a text through the instance; a storage is a number
 //     get STORAGE KEY          prints the text that the instance finds
@@ -11,8 +12,12 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <map>
+#include <latch>
+#include <memory>
+#include <mutex>
+#include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "persistence/PersistentAppData.h"
@@ -37,11 +42,31 @@ class Words {
     std::size_t next_ = 0;
 };
 
+/// How many instances so many threads get that ask at the same moment.
+std::size_t instances(std::ptrdiff_t count) {
+    std::latch start(count);
+    std::mutex mutex;
+    std::set<std::shared_ptr<PersistentAppData>> all;
+    std::vector<std::jthread> threads;
+    for (auto left = count; left > 0; --left) {
+        threads.emplace_back([&] {
+            start.arrive_and_wait();
+            const auto instance = PersistentAppData::sharedInstance();
+            const std::lock_guard lock(mutex);
+            all.insert(instance);
+        });
+    }
+    threads.clear();
+    return all.size();
+}
+
 void follow(const std::string& command, Words& words) {
     if (command == "standard") {
         print(UserDefaults::standard()->string(words.take()).value_or("nothing"));
     } else if (command == "instance") {
         PersistentAppData::sharedInstance();
+    } else if (command == "instances") {
+        print(std::to_string(instances(std::stol(words.take()))));
     } else if (command == "combined") {
         UserDefaultsViews::combined();
     } else if (command == "set") {

@@ -48,6 +48,12 @@ TEST_F(SharingTest, TheFirstUseOfTheInstanceChangesTheStandardStore) {
                 ElementsAre("nothing", "group's"));
 }
 
+TEST_F(SharingTest, ThreadsThatMakeTheInstanceAtOnceGetTheSame) {
+    for (int round = 0; round < 10; ++round) {
+        EXPECT_THAT(fresh({"instances", "8"}), ElementsAre("1"));
+    }
+}
+
 TEST_F(SharingTest, TheCombinedViewAloneChangesItToo) {
     fresh({"set", "1", "key", "group's"});
     EXPECT_THAT(fresh({"standard", "key", "combined", "standard", "key"}),
