@@ -18,6 +18,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Truly;
 
 class ASmallDisk : public SuiteFile {
   protected:
@@ -224,6 +225,7 @@ TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
         EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
         EXPECT_THAT(lines(errors),
                     ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
+        EXPECT_FALSE(std::filesystem::exists(suiteFile("another")));
     }
     disk_.makeRoom();
     const auto another = UserDefaults::suiteName("another");
@@ -231,6 +233,24 @@ TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
     another->set(5, "key");
     EXPECT_EQ(Worker({"another"}).ask("get key"), "5");
     expectToWorkAgain(*open());
+}
+
+TEST_F(ASmallDisk, thatIsFullLeavesADamagedFileAloneWithoutACounter) {
+    const auto bytes = "Dear diary, " + std::string(500, '.');
+    writeBytes(file_, bytes);
+    disk_.fill();
+    {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(open(), nullptr);
+        EXPECT_THAT(lines(errors), ElementsAre(HasSubstr(" cannot be opened: ")));
+    }
+    EXPECT_THAT(setAside(file_), IsEmpty());
+    EXPECT_TRUE(bytesOf(file_) == bytes);
+    disk_.makeRoom();
+    const CapturedOutput errors(2);
+    EXPECT_NE(open(), nullptr);
+    EXPECT_THAT(setAside(file_),
+                ElementsAre(Truly([&](const auto& old) { return bytesOf(old) == bytes; })));
 }
 
 // To write to a page of a mapped file for which there is no room ends a program.

@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <vector>
 
+#include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/ChangeCounter.h"
+#include "platform/foundation/defaults/DefaultsFile.h"
 #include "tests/defaults/Database.h"
 #include "tests/defaults/OtherWrites.h"
 #include "tests/defaults/SuiteFile.h"
@@ -163,6 +165,26 @@ TEST_F(AFileOfVersionOne, isReadInItsFormOnAFullDiskAndFollowed) {
     sqlite3_close(older);
     settings.reset();
     expectToComeForward();
+}
+
+TEST_F(AFileOfVersionOne, isReadInItsFormWithoutACounter) {
+    {
+        DefaultsFile file(file_, nullptr);
+        EXPECT_TRUE(file.isReadOnly());
+        const auto changes = file.changes();
+        ASSERT_THAT(changes.entries, SizeIs(1));
+        EXPECT_EQ(changes.entries[0].key, "key");
+        EXPECT_EQ(changes.entries[0].value, 42);
+    }
+    EXPECT_EQ(version(), "1");
+    expectToComeForward();
+}
+
+TEST(NoFile, isMadeWithoutACounter) {
+    const auto file = suiteFile(newSuiteName());
+    std::filesystem::create_directories(file.parent_path());
+    EXPECT_THROW(DefaultsFile(file, nullptr), NSError);
+    EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 TEST_F(AFileOfVersionOne, isReadWhereItLiesAloneOnAFullDisk) {

@@ -49,9 +49,9 @@ bool createFile(const std::string& path) {
     return true;
 }
 
-FileIdentity prepared(const std::string& path) {
+FileIdentity prepared(const std::string& path, bool isCreated) {
     struct stat status {};
-    if (stat(path.c_str(), &status) != 0 && createFile(path)) {
+    if (isCreated && stat(path.c_str(), &status) != 0 && createFile(path)) {
         // A log beside no file was another file's.
         setLogAside(path);
     }
@@ -130,7 +130,7 @@ void check(SQLiteDatabase& database, const char* pragma) {
 
 DefaultsFile::DefaultsFile(const std::string& path, ChangeMapping* counter)
     : path_(path),
-      identity_(prepared(path)),
+      identity_(prepared(path, counter != nullptr)),
       logSizes_(path),
       database_(openDatabase(path, trouble_, logSizes_)),
       isFrozen_(trouble_),

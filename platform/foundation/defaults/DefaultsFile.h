@@ -23,11 +23,11 @@ namespace orvalo {
 /// reads only what came later.
 class DefaultsFile {
   public:
-    /// Opens the file, whose path is no link, and looks it over, and creates it where it is
-    /// missing; brings one of an older version to this one. A file of a newer version, of another
-    /// program or of another user is refused and left alone. The caller holds the domain's lock.
-    /// counter: marked when the file's form changes; null: it does not. Where it cannot, one of an
-    /// older version is only read.
+    /// Opens the file, whose path is no link, and looks it over. A file of a newer version, of
+    /// another program or of another user is refused and left alone. With the domain's counter,
+    /// whose lock the caller holds, it is created where it is missing, and one of an older version
+    /// brought to this one, at which the counter is marked. Without it, and where it cannot be
+    /// written, it is only read.
     DefaultsFile(const std::string& path, ChangeMapping* counter);
 
     /// Whether the file is still the one that others find, and may be read as it was opened.

@@ -89,10 +89,10 @@ void DefaultsStorage::refuseWrite() const {
     if (counterTrouble_) {
         throw NSError(*counterTrouble_);
     }
-    if (file_->trouble()) {
+    if (file_ && file_->trouble()) {
         throw NSError(*file_->trouble());
     }
-    const auto culprit = file_->isReadOnly() ? place_ : place_ + "-changes";
+    const auto culprit = file_ && file_->isReadOnly() ? place_ : place_ + "-changes";
     throw NSError::posix(access(culprit.c_str(), W_OK) == 0 ? EROFS : errno, culprit);
 }
 
@@ -111,6 +111,9 @@ void DefaultsStorage::openFile() {
     }
     file_.reset();
     agreed_ = 1;
+    if (mark() == nullptr && !std::filesystem::exists(place_)) {
+        refuseWrite();
+    }
     file_ = std::make_unique<DefaultsFile>(place_, mark());
 }
 

@@ -49,13 +49,14 @@ class DefaultsStorage {
     /// The counter, where a write can be marked in it; otherwise null.
     ChangeMapping* mark() const;
     bool isWritable() const;
+    /// Throws what keeps from writing.
     [[noreturn]] void refuseWrite() const;
-    /// Under the lock.
+    /// Under the lock, unless there is no counter.
     void openFile();
     /// Under the lock.
     void endWriteOfDeadProcess() const;
-    /// The operation under the domain's lock, with the file open; once more after a damaged file
-    /// has been set aside.
+    /// The operation with the file open, under the domain's lock; without a counter there is none,
+    /// and nothing but reading. Once more after a damaged file has been set aside.
     Update underLock(const std::function<Update()>& operation);
     void setAsideIfDamaged();
     Update written(const std::function<void()>& operation);
