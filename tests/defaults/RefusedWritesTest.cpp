@@ -138,6 +138,26 @@ TEST_F(ARefusedWrite, whereNoFileCanBeMadeIsAnAbsentSuite) {
     expectEverythingToWork();
 }
 
+TEST_F(ARefusedWrite, forWantOfACounterIsTheReadersLotOnlyUntilThereCanBeOne) {
+    open()->set(1, "key");
+    std::filesystem::remove(file_.string() + "-changes");
+    const auto settings = [&] {
+        const FileSizeLimit limit(16);
+        return open();
+    }();
+    ASSERT_NE(settings, nullptr);
+    for (int count = 0; count < 1000; ++count) {
+        ASSERT_EQ(settings->integer("key"), 1);
+    }
+    // By now it looks no more: it would find that there is no file, and begin a new one.
+    std::filesystem::rename(file_, file_.string() + ".away");
+    EXPECT_EQ(settings->integer("key"), 1);
+    EXPECT_FALSE(std::filesystem::exists(file_));
+    std::filesystem::rename(file_.string() + ".away", file_);
+    EXPECT_EQ(Worker({name_}).ask("set key 2"), "done");
+    EXPECT_EQ(settings->integer("key"), 2);
+}
+
 TEST_F(ARefusedWrite, ofTheStandardStoreEndsNothing) {
     const auto standard = UserDefaults::standard();
     standard->set("stored", "key");

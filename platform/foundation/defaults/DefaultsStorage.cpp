@@ -19,6 +19,8 @@ namespace orvalo {
 namespace {
 
 constexpr int kMostAttempts = 3;
+// To open the file anew takes as long as some hundred looks at it.
+constexpr int kLooksToTryAgain = 256;
 
 bool isOdd(std::uint64_t count) {
     return (count & 1U) != 0;
@@ -51,6 +53,7 @@ void DefaultsStorage::close() {
     file_.reset();
     counter_.reset();
     counterTrouble_.reset();
+    looks_ = 0;
     agreed_ = 1;
 }
 
@@ -166,6 +169,9 @@ void DefaultsStorage::setAsideIfDamaged() {
 }
 
 DefaultsStorage::Update DefaultsStorage::refresh() {
+    if (!counter_ && ++looks_ == kLooksToTryAgain) {
+        close();  // There may be a counter by now, and so an end of looking.
+    }
     if (isOpen()) {
         if (counter_ && isOdd(counter_->mapping()->count())) {
             if (const auto lock = counter_->tryLock()) {

@@ -66,6 +66,7 @@ class DefaultsStorage {
     std::string place_;  ///< Where the path leads, as of the opening.
     std::unique_ptr<ChangeCounter> counter_;
     std::optional<NSError> counterTrouble_;  ///< Why there is none.
+    int looks_ = 0;                          ///< At the file since there is none.
     std::unique_ptr<DefaultsFile> file_;
     std::uint64_t agreed_ = 1;  ///< The count up to which the file has been read; odd: none.
 };
