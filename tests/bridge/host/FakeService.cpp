@@ -36,7 +36,6 @@ namespace {
 using namespace orvalo;
 
 constexpr int kSocket = 3;
-constexpr std::int32_t kFlood = 200000;  // Wishes, instead of one.
 
 void say(const std::string& text) {
     static_cast<void>(!write(STDERR_FILENO, text.data(), text.size()));
@@ -151,12 +150,12 @@ class FakeService {
             return answer(request.number, "No\x01\xFF interface.");
         }
         send(bridge::InterfaceOpened{request.window + 1});
+        if (request.display == "twice") {
+            send(bridge::InterfaceOpened{request.window + 2});
+        }
         answer(request.number);
     }
     void take(const bridge::ResizeInterface& request) {
-        for (std::int32_t wish = 1; request.width == kFlood && wish <= kFlood; ++wish) {
-            sendWhole(bridge::InterfaceWants{1 + wish % 100, 1});
-        }
         send(bridge::InterfaceWants{request.width, request.height});
     }
     void take(const bridge::ShowInterface& request) {
@@ -253,7 +252,12 @@ class FakeService {
                  sleepForEver();
              }},
             {"leak", [this] { leak_.assign(std::size_t{256} << 20U, 1); }},
-            {"other-group", [] { setpgid(0, getpgid(getppid())); }},
+            {"other-group",
+             [this] {
+                 setpgid(0, getpgid(getppid()));
+                 prctl(PR_SET_PDEATHSIG, 0);
+                 isDeaf_ = true;
+             }},
             {"child", [] { say("child " + std::to_string(makeChild()) + "\n"); }},
             // Its messages.
             {"garbage", [] { sendRaw({.type = 0, .length = 3}, 3); }},
