@@ -5,6 +5,7 @@
 #include <csignal>
 #include <list>
 
+#include "platform/foundation/defaults/ChangeCounter.h"
 #include "tests/defaults/Database.h"
 #include "tests/defaults/SuiteFile.h"
 #include "tests/defaults/Worker.h"
@@ -29,19 +30,23 @@ class ADamagedFile : public SuiteFile {
         emptyLog(file_);
     }
 
-    /// The suite works, and begins without values; the old file is the only one set aside, and
-    /// named on standard error.
-    void expectANewBeginning(const std::string& oldBytes) const {
-        const CapturedOutput errors(2);
-        const auto settings = open();
-        ASSERT_NE(settings, nullptr);
-        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty());
+    /// The old file is the only one set aside, and named on standard error.
+    void expectToBeSetAsideOnce(const CapturedOutput& errors, const std::string& oldBytes) const {
         const auto old = setAside(file_);
         ASSERT_THAT(old, SizeIs(1));
         EXPECT_TRUE(bytesOf(old[0]) == oldBytes);
         EXPECT_THAT(errors.text(), HasSubstr("The settings in " + file_.string() +
                                              " are damaged. They are kept as " + old[0].string() +
                                              ", and new ones begin."));
+    }
+
+    /// The suite works, and begins without values.
+    void expectANewBeginning(const std::string& oldBytes) const {
+        const CapturedOutput errors(2);
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty());
+        expectToBeSetAsideOnce(errors, oldBytes);
         settings->set("new", "key");
         EXPECT_EQ(open()->string("key"), "new");
         EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
@@ -171,6 +176,43 @@ TEST_F(ADamagedFile, isLeftByWhoHasItOpenWhenAnotherSetsItAside) {
     settings->set(2, "mine");
     EXPECT_EQ(Worker({name_}).ask("get mine"), "2");
     EXPECT_THAT(setAside(file_), SizeIs(1));
+}
+
+// The pages that it has in memory are old once another program has written.
+TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndReads) {
+    fill();
+    const auto settings = open();
+    EXPECT_EQ(settings->dictionaryRepresentation().size(), 50U);
+    query(file_, "UPDATE entries SET change = 1000 WHERE key = 'key 7'");
+    const auto spoilt = spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    {
+        const ChangeCounter counter(file_.string() + "-changes");
+        const auto lock = counter.lock();
+        const ChangeCounter::Write told(*counter.mapping());
+    }
+    {
+        const CapturedOutput errors(2);
+        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty());
+        expectToBeSetAsideOnce(errors, spoilt);
+    }
+    settings->set(5, "new");
+    EXPECT_EQ(Worker({name_}).ask("get new"), "5");
+}
+
+TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndWrites) {
+    fill();
+    const auto settings = open();
+    settings->set(1, "key 7");
+    query(file_, "UPDATE entries SET change = 1000 WHERE key = 'key 7'");
+    const auto spoilt = spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    {
+        const CapturedOutput errors(2);
+        settings->set(5, "new");
+        expectToBeSetAsideOnce(errors, spoilt);
+    }
+    EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 5}}));
+    EXPECT_EQ(Worker({name_}).ask("get new"), "5");
+    EXPECT_EQ(Worker({name_}).ask("count"), "1");
 }
 
 TEST_F(ADamagedFile, isSetAsideOnceWhenManyProcessesNotice) {

@@ -147,6 +147,31 @@ TEST_F(DefaultsFiles, ofAnotherUserAreRefused) {
     EXPECT_THAT(errors.text(), HasSubstr(theirs.string() + " belongs to another user"));
 }
 
+TEST_F(DefaultsFiles, inAFolderOfAnotherUserAreRefused) {
+    const auto folder = file_.parent_path();
+    const auto away = folder.string() + ".away";
+    open()->set(1, "key");
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(folder.c_str(), kSomebodyElse, kSomebodyElse), 0);
+    } else {
+        std::filesystem::rename(folder, away);
+        std::filesystem::create_directory_symlink("/usr", folder);
+    }
+    {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(open(), nullptr);
+        EXPECT_THAT(errors.text(), HasSubstr("The suite '" + name_ + "' cannot be opened: " +
+                                             folder.string() + " belongs to another user"));
+    }
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(folder.c_str(), 0, 0), 0);
+    } else {
+        std::filesystem::remove(folder);
+        std::filesystem::rename(away, folder);
+    }
+    EXPECT_EQ(open()->integer("key"), 1);
+}
+
 TEST_F(DefaultsFiles, thatAreNoRegularFilesAreRefused) {
     std::filesystem::create_directories(file_.parent_path());
     ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
@@ -251,6 +276,21 @@ TEST_F(DefaultsFiles, endAWriteWhoseProcessHasDied) {
     std::filesystem::rename(file_, file_.string() + ".away");
     EXPECT_EQ(settings->integer("key"), 5);
     EXPECT_FALSE(std::filesystem::exists(file_));
+}
+
+TEST_F(DefaultsFiles, areLookedAtAgainAsLongAsSomebodyWrites) {
+    const auto settings = open();
+    settings->set(5, "key");
+    settings->set(6, "other");
+    ChangeCounter counter(file_.string() + "-changes");
+    const auto lock = counter.lock();
+    counter.mapping()->setCount(counter.mapping()->count() | 1U);
+    EXPECT_EQ(settings->integer("key"), 5);
+    // What is written under the mark has no count of its own yet.
+    query(file_,
+          "UPDATE entries SET change = 100, value = (SELECT value FROM entries WHERE "
+          "key = 'other') WHERE key = 'key'");
+    EXPECT_EQ(settings->integer("key"), 6);
 }
 
 TEST_F(DefaultsFiles, forgetWhatWasRemoved) {
