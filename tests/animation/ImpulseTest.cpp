@@ -165,6 +165,7 @@ TEST(Impulse, StopForgetsThePushButNotItsSourceNorItsBounds) {
     impulse->stop();
     EXPECT_TRUE(impulse->isFinished());
     EXPECT_EQ(Peer::value(*impulse), 0);
+    EXPECT_EQ(Peer::amount(*impulse), 0);
     EXPECT_EQ(impulse->getSourceValue(), 2.0F);
     EXPECT_EQ(lines, Lines{});
     impulse->setup(1, 2.0F);
@@ -178,6 +179,14 @@ TEST(Impulse, WithoutAPushEndsOnTheFirstTick) {
     record(*impulse, lines);
     tick(*impulse);
     EXPECT_EQ(lines, Lines{"finished at 0.000000"});
+}
+
+TEST(Impulse, HasNoPushLeftWhenItTellsOfItsEnd) {
+    const auto impulse = std::make_shared<Impulse>(1, 1.0F, 0.009F, 0.0001F);
+    float left = 1;
+    impulse->onFinished = [&left](const auto& self) { left = Peer::amount(*self); };
+    tick(*impulse);
+    EXPECT_EQ(left, 0);
 }
 
 TEST(Impulse, TheThresholdItselfStillMoves) {
