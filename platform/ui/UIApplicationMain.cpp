@@ -28,6 +28,17 @@ namespace {
 template <typename Type>
 using Held = std::unique_ptr<Type, Release<g_object_unref>>;
 
+/// -1 to go on; the exit status when something was given that the application does not take.
+int refuseArguments(GApplication* /*application*/, GVariantDict* options, void* /*data*/) {
+    const char** given = nullptr;
+    if (g_variant_dict_lookup(options, G_OPTION_REMAINING, "^a&ay", &given) == FALSE) {
+        return -1;
+    }
+    const std::unique_ptr<const char*, Release<g_free>> held(given);
+    g_critical("\"%s\" is not opened: the application takes no files.", *given);
+    return EXIT_FAILURE;
+}
+
 // Milliseconds; the first frame is out by then.
 constexpr unsigned kIconDelay = 500;
 
@@ -157,6 +168,9 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     auto* application = G_APPLICATION(start.application.get());
     // There are none, and to look for icons among them the icon theme would be read anew.
     g_application_set_resource_base_path(application, nullptr);
+    g_application_add_main_option(application, G_OPTION_REMAINING, 0, G_OPTION_FLAG_NONE,
+                                  G_OPTION_ARG_FILENAME_ARRAY, "", nullptr);
+    g_signal_connect(application, "handle-local-options", G_CALLBACK(refuseArguments), nullptr);
     g_signal_connect_swapped(application, "activate",
                              G_CALLBACK(+[](UIApplicationStart* self) { self->activate(); }),
                              &start);
