@@ -25,6 +25,8 @@ TEST_F(DefaultsCommandLineTest, HelpNamesEveryCommand) {
           "export DOMAIN [FILE]", "import DOMAIN [FILE]"}) {
         EXPECT_THAT(end.output, HasSubstr(std::string("\n  ") + command));
     }
+    EXPECT_THAT(end.output, HasSubstr("\n  orvalo-defaults read group.com.Tessaly.audio\n"));
+    EXPECT_THAT(end.output, HasSubstr("\norvalo-defaults --version the version.\n"));
     EXPECT_EQ(run({"-h"}).output, end.output);
     EXPECT_EQ(run({"help"}).output, end.output);
 }
@@ -41,6 +43,18 @@ TEST_F(DefaultsCommandLineTest, HelpOfACommandNamesItsOptions) {
     EXPECT_THAT(run({"delete", "--help"}).output, HasSubstr("--all"));
     EXPECT_THAT(run({"export", "--help"}).output, HasSubstr("--format=json|xml"));
     EXPECT_THAT(run({"import", "d", "--help"}).output, HasSubstr("--replace"));
+}
+
+TEST_F(DefaultsCommandLineTest, HelpOfACommandSaysWhatItDoes) {
+    const auto all = run({"--help"}).output;
+    for (const std::string command :
+         {"domains", "list", "read", "write", "delete", "export", "import"}) {
+        // In the list of commands it begins in the same column for all.
+        const auto at = all.find("\n  " + command + " ") + 27;
+        const auto does = all.substr(at, all.find('\n', at) - at);
+        EXPECT_GT(does.size(), 20U);
+        EXPECT_THAT(run({command, "--help"}).output, HasSubstr("\n" + does + "\n")) << command;
+    }
 }
 
 TEST_F(DefaultsCommandLineTest, TheVersionIsOneLine) {
@@ -60,6 +74,7 @@ TEST_F(DefaultsCommandLineTest, WhatMakesNoSenseIsOneLine) {
     expectBad({"write", "d", "k", "5"}, "write: '5' is one argument too many.");
     expectBad({"write", "d", "k", "--int"}, "write: Missing argument for --int.");
     expectBad({"write", "d", "k", "--loudly"}, "write: Unknown option --loudly.");
+    expectBad({"write", "d", "k", "--x\x1b"}, "write: Unknown option --x\\u001b.");
     expectBad({"delete", "d"}, "delete wants either a key or --all.");
     expectBad({"delete", "d", "k", "--all"}, "delete wants either a key or --all.");
     expectBad({"export", "d", "--format", "yaml"}, "--format wants json or xml, not 'yaml'.");
@@ -93,6 +108,7 @@ TEST_F(DefaultsCommandLineTest, AValueThatIsNoneOfItsTypeIsNamed) {
 TEST_F(DefaultsCommandLineTest, NamesThatNoDomainCanHaveAreRefused) {
     expectBad({"read", ""}, "A suite needs a name.");
     expectBad({"read", "a/b"}, "The suite name 'a/b' is a path.");
+    expectBad({"read", "a/\x1b"}, "The suite name 'a/\\u001b' is a path.");
     expectBad({"write", "..", "k", "--int", "1"}, "The suite name '..' is a path.");
     expectBad({"read", "\xff"}, "'\\xff' is not UTF-8.");
     expectBad({"write", "d", "\xff", "--int", "1"}, "'\\xff' is not UTF-8.");

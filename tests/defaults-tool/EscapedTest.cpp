@@ -28,6 +28,7 @@ TEST(Escaped, AQuotationIsCutBetweenCharacters) {
     EXPECT_EQ(inQuotes(std::string(60, 'x')), "'" + std::string(60, 'x') + "'");
     EXPECT_EQ(inQuotes(std::string(61, 'x')), "'" + std::string(60, 'x') + "...'");
     EXPECT_EQ(inQuotes(std::string(59, 'x') + "é"), "'" + std::string(59, 'x') + "...'");
+    EXPECT_EQ(inQuotes(std::string(57, 'x') + "😀"), "'" + std::string(57, 'x') + "...'");
     EXPECT_EQ(shortened(std::string(300, 'y')), std::string(200, 'y') + "...");
 }
 

@@ -10,6 +10,7 @@
 namespace orvalo::testing {
 namespace {
 
+using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 class DefaultsImportTest : public ToolFixture {
@@ -83,6 +84,8 @@ TEST_F(DefaultsImportTest, AFileThatIsNoneOfThemIsNamedWithItsLine) {
     EXPECT_THAT(end.error, StartsWith("orvalo-defaults: " + path("in") + ": line 3, column "));
     EXPECT_EQ(end.error.find('\n'), end.error.size() - 1);
     EXPECT_EQ(end.status, 1);
+    EXPECT_THAT(run({"import", "d", file("in\x1b", "x")}).error,
+                StartsWith("orvalo-defaults: " + path("in\\u001b") + ": line 1, column 1: "));
     expectUnchanged();
     expectRefused("<plist>\n<dict><key>a</key><foo/></dict></plist>",
                   path("in") + ": line 2: <foo> is no element of a property list.");
@@ -119,7 +122,9 @@ TEST_F(DefaultsImportTest, WhatCannotBeReadIsNamed) {
     expectRefusal({"import", "d", folder.path().string()},
                   folder.path().string() + ": Is a directory", 1);
     file("huge", "");
-    std::filesystem::resize_file(path("huge"), std::uintmax_t{1} << 30U);
+    std::filesystem::resize_file(path("huge"), std::uintmax_t{64} << 20U);
+    EXPECT_THAT(run({"import", "d", path("huge")}).error, HasSubstr("huge: line 1, column 1: "));
+    std::filesystem::resize_file(path("huge"), (std::uintmax_t{64} << 20U) + 1);
     expectRefusal({"import", "d", path("huge")}, path("huge") + ": File too large", 1);
     expectUnchanged();
 }

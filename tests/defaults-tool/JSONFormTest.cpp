@@ -67,6 +67,7 @@ TEST(JSONForm, NumbersAreIntegersUnlessTheyAreWrittenAsFloats) {
     EXPECT_EQ(jsonValue("5"), PropertyList(5));
     EXPECT_EQ(jsonValue("5.0"), PropertyList(5.0));
     EXPECT_EQ(jsonValue("5e0"), PropertyList(5.0));
+    EXPECT_EQ(jsonValue("5E0"), PropertyList(5.0));
     EXPECT_EQ(jsonValue("-9223372036854775808"), PropertyList(INT64_MIN));
     EXPECT_EQ(trouble([] { jsonValue("9223372036854775808"); }),
               "the number 9223372036854775808 has more than 64 bits.");
@@ -90,6 +91,9 @@ TEST(JSONForm, WhatNoDomainCanHoldIsNamedWithItsPlace) {
     EXPECT_EQ(domainTrouble(R"({"a": null})"), "'a': null is no value of a domain.");
     EXPECT_EQ(domainTrouble(R"({"a": {"b": [1, null]}})"),
               "'a', 'b', element 2: null is no value of a domain.");
+    EXPECT_EQ(domainTrouble(R"({"a": [[[[[[[null]]]]]]]})"),
+              "'a', element 1, element 1, element 1, element 1, element 1: null is no value of a "
+              "domain.");
     EXPECT_EQ(domainTrouble(R"({"a": 1, "a": 2})"), "the key 'a' stands twice.");
     EXPECT_EQ(domainTrouble(R"({"a": {"b": 1, "b": 2}})"), "'a': the key 'b' stands twice.");
     EXPECT_EQ(domainTrouble("[]"), "it holds no object of keys and values.");
@@ -104,6 +108,8 @@ TEST(JSONForm, FormsThatAreNoneAreNamedWithTheirPlace) {
         EXPECT_EQ(domainTrouble("{\"a\": [0, " + std::string(form) + "]}"),
                   "'a', element 2: this is no form of '" + name + "'; see orvalo-defaults(1).");
     }
+    EXPECT_EQ(domainTrouble(R"({"a": {"$dictionary": {"$b": {"$date": 5}}}})"),
+              "'a', '$b': this is no form of '$date'; see orvalo-defaults(1).");
 }
 
 TEST(JSONForm, NestingHasAnEnd) {

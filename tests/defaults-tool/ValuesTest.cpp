@@ -32,6 +32,8 @@ TEST_F(DefaultsValuesTest, EveryTypeIsReadAsItWasWritten) {
     expectWritten("--float", "nan", "{\n  \"$real\": \"nan\"\n}");
     expectWritten("--bool", "true", "true");
     expectWritten("--bool", "no", "false");
+    expectWritten("--bool", "yes", "true");
+    expectWritten("--bool", "false", "false");
     expectWritten("--date", "2026-11-21T08:30:00.250Z",
                   "{\n  \"$date\": \"2026-11-21T08:30:00.25Z\"\n}");
     expectWritten("--data", "+/8=", "{\n  \"$data\": \"+/8=\"\n}");
@@ -65,6 +67,15 @@ TEST_F(DefaultsValuesTest, DomainsAreListedByName) {
         expectSilence({"write", name, "k", "--int", "1"});
     }
     expectOutput({"domains"}, "com.tessaly.Orvalo\nd\ngroup.com.Tessaly.audio\n");
+}
+
+TEST_F(DefaultsValuesTest, NoNameIsACommandToTheTerminal) {
+    expectRefusal({"read", "d\x1b"}, "there is no domain 'd\\u001b'.", 1);
+    expectSilence({"write", "d\x1b", "k", "--int", "1"});
+    expectOutput({"domains"}, "d\\u001b\n");
+    expectRefusal({"read", "d\x1b", "x"}, "there is no key 'x' in 'd\\u001b'.", 1);
+    expectRefusal({"write", "d", "k\x1b", "--date", "2070-01-01T00:00:00Z"},
+                  "'k\\u001b': a date in it is not between 1932 and 2069", 1);
 }
 
 TEST_F(DefaultsValuesTest, TheOwnDomainIsTheApplications) {
@@ -157,6 +168,19 @@ TEST_F(DefaultsValuesTest, AHomeThatCannotBeUsedIsNamed) {
     file("odd/orvalo-suites", "");
     environment["XDG_CONFIG_HOME"] = path("odd");
     expectRefusal({"domains"}, path("odd/orvalo-suites") + ": Not a directory", 1);
+}
+
+TEST_F(DefaultsValuesTest, ADomainThatCannotBeOpenedIsThereAndNamed) {
+    expectSilence({"write", "d", "k", "--int", "1"});
+    // The standard files and one that is opened beside them.
+    const auto few = shell(R"(ulimit -n 5; "$D" read d)");
+    EXPECT_EQ(few.error, "orvalo-defaults: " + path("config/orvalo-suites/d.sqlite") +
+                             ": unable to open database file\n");
+    EXPECT_EQ(few.status, 1);
+    const auto circle = path("config/orvalo-suites/circle.sqlite");
+    std::filesystem::create_symlink("circle.sqlite", circle);
+    expectRefusal({"read", "circle"}, circle + ": Too many levels of symbolic links", 1);
+    expectOutput({"read", "d"}, "{\n  \"k\": 1\n}\n");
 }
 
 TEST_F(DefaultsValuesTest, AWriteForWhichThereIsNoRoomIsNamedAndChangesNothing) {

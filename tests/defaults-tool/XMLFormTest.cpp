@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,7 +38,7 @@ TEST(XMLForm, EveryKindComesBackAsItWas) {
 }
 
 TEST(XMLForm, IsTheUsualDocument) {
-    EXPECT_EQ(xmlText({{"a<", "b&"},
+    EXPECT_EQ(xmlText({{"a<", "b&]]>"},
                        {"list", List{1, 1.0, true, false, Data{1}, PropertyList::Date{}}},
                        {"none", Dictionary{}}}),
               R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -45,7 +46,7 @@ TEST(XMLForm, IsTheUsualDocument) {
 <plist version="1.0">
 <dict>
 	<key>a&lt;</key>
-	<string>b&amp;</string>
+	<string>b&amp;]]&gt;</string>
 	<key>list</key>
 	<array>
 		<integer>1</integer>
@@ -63,6 +64,12 @@ TEST(XMLForm, IsTheUsualDocument) {
 )");
 }
 
+TEST(XMLForm, InfinityHasItsUsualNameAndSign) {
+    const auto infinity = std::numeric_limits<double>::infinity();
+    const auto text = xmlText({{"k", List{infinity, -infinity}}});
+    EXPECT_THAT(text, HasSubstr("<real>+infinity</real>\n\t\t<real>-infinity</real>"));
+}
+
 TEST(XMLForm, WhatXMLCannotCarryIsRefused) {
     const std::string end = "; JSON can.";
     EXPECT_EQ(trouble([] {
@@ -78,6 +85,10 @@ TEST(XMLForm, WhatXMLCannotCarryIsRefused) {
               }),
               "'k': XML cannot carry the character '\uFFFE'" + end);
     EXPECT_EQ(trouble([] {
+                  xmlText({{"k", "\uFFFF"}});
+              }),
+              "'k': XML cannot carry the character '\uFFFF'" + end);
+    EXPECT_EQ(trouble([] {
                   xmlText({{"k", std::string("a\0b", 3)}});
               }),
               "'k': XML cannot carry the character '\\u0000'" + end);
@@ -91,7 +102,10 @@ TEST(XMLForm, OtherWritersAreUnderstood) {
     EXPECT_EQ(element("<string>a\r\nb\rc&#13;</string>"), PropertyList("a\nb\nc\r"));
     EXPECT_EQ(element("<integer> +5\r\n</integer>"), PropertyList(5));
     EXPECT_EQ(element("<real>1e3</real>"), PropertyList(1000.0));
+    EXPECT_EQ(element("<real> 1.5\n</real>"), PropertyList(1.5));
+    EXPECT_EQ(element("<date>\t1970-01-01T00:00:00Z </date>"), PropertyList(PropertyList::Date{}));
     EXPECT_EQ(element("<true></true>"), PropertyList(true));
+    EXPECT_EQ(element("<false>\n</false>"), PropertyList(false));
     EXPECT_EQ(element("<data>\n\tAQ\n\t==\n</data>"), PropertyList(Data{1}));
     EXPECT_EQ(element("<!-- a --><array/>"), PropertyList(List{}));
     EXPECT_EQ(xmlDomain("\xEF\xBB\xBF<?xml version='1.0'?>\n" + plist(" <dict/> ") + "\n"),
@@ -138,6 +152,7 @@ TEST(XMLForm, TroubleIsNamedWithItsLine) {
         EXPECT_THAT(inside(content), StartsWith("line 3: "));
     }
     EXPECT_THAT(domainTrouble("<plist>\n<dict>"), StartsWith("line 2: "));
+    EXPECT_LT(inside("<" + std::string(100'000, 'x') + "/>").size(), 250U);
 }
 
 TEST(XMLForm, BytesThatAreNoTextAreNamedWithTheirLineAlone) {
