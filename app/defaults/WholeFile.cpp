@@ -73,11 +73,12 @@ int openedFile(const std::string& path, int flags) {
     return open(path.c_str(), flags | O_CLOEXEC);
 }
 
-/// Whether a file can take the place of what is at the path.
+/// Whether a file can take the place of what is at the path; not that of a link to nowhere.
 bool canBeReplaced(const std::string& path) {
     std::error_code ignored;
     const auto status = fs::status(path, ignored);
-    return path != "-" && (!fs::exists(status) || fs::is_regular_file(status));
+    return path != "-" &&
+           (fs::is_regular_file(status) || (!fs::exists(status) && !fs::is_symlink(path, ignored)));
 }
 
 void replaceFile(const std::string& path, std::string_view text) {

@@ -57,6 +57,13 @@ TEST_F(DefaultsExportTest, ALinkStaysOne) {
     EXPECT_EQ(contents(path("target")), json);
 }
 
+TEST_F(DefaultsExportTest, ALinkThatLeadsNowhereIsNamedAndLeftAlone) {
+    fs::create_symlink("nowhere", path("link"));
+    expectRefusal({"export", "d", path("link")}, path("link") + ": No such file or directory", 1);
+    EXPECT_TRUE(fs::is_symlink(path("link")));
+    EXPECT_FALSE(fs::exists(path("nowhere")));
+}
+
 TEST_F(DefaultsExportTest, WhatCannotBeWrittenIsNamedAndLeftAlone) {
     expectRefusal({"export", "d", path("no/such")}, path("no/such") + ": No such file or directory",
                   1);
