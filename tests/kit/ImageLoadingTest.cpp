@@ -105,6 +105,16 @@ TEST_F(LoadFrom, DoesNothingBeforeTheMainQueueDoes) {
     EXPECT_EQ(linesAfter(3), (Lines{"direct", notAnAddress, always}));
 }
 
+TEST_F(LoadFrom, IsDoneBeforeTheMainQueuesNextItem) {
+    std::vector<CGSize> sizes;
+    const auto noteSize = [&] { sizes.push_back(shownSize()); };
+    DispatchQueue::main()->async(noteSize);
+    loadFrom(view, server.address("/picture.png"));
+    DispatchQueue::main()->async(noteSize);
+    EXPECT_EQ(linesAfter(1), Lines{always});
+    EXPECT_EQ(sizes, (std::vector<CGSize>{{1, 1}, {20, 10}}));
+}
+
 TEST_F(LoadFrom, ReportsWhatCannotBeRead) {
     loadFrom(view, LoopbackServer::refusedAddress());
     loadFrom(view, server.address("/nothing"));
