@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include "platform/ui/NSLayoutConstraint.h"
 #include "tests/ui/LayoutFixture.h"
 
 namespace orvalo::testing {
@@ -93,6 +94,24 @@ TEST_F(Frame, IsTheLayoutsOnceItsTranslationIsOff) {
     view->setTranslatesAutoresizingMaskIntoConstraints(false);
     EXPECT_FALSE(view->translatesAutoresizingMaskIntoConstraints());
     EXPECT_TRUE(waitUntil([this] { return view->frame() != CGRect(10, 20, 30, 40); }));
+}
+
+TEST_F(Frame, IsNotTakenOnceItsTranslationIsOff) {
+    view->setTranslatesAutoresizingMaskIntoConstraints(false);
+    NSLayoutConstraint::activate({
+        view->topAnchor().constraint(container->topAnchor()),
+        view->leadingAnchor().constraint(container->leadingAnchor()),
+        view->bottomAnchor().constraint(container->bottomAnchor()),
+        view->trailingAnchor().constraint(container->trailingAnchor()),
+    });
+    const auto waitForWhole = [this](const CGRect& whole) {
+        return waitUntil([&] { return view->bounds() == whole && view->frame() == whole; });
+    };
+    EXPECT_TRUE(waitForWhole({0, 0, 200, 100}));
+    view->setFrame({10, 20, 30, 40});
+    EXPECT_EQ(view->bounds(), CGRect(0, 0, 200, 100));
+    container->setFrame({0, 0, 400, 300});
+    EXPECT_TRUE(waitForWhole({0, 0, 400, 300}));
 }
 
 }  // namespace
