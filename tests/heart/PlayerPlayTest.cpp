@@ -207,6 +207,30 @@ TEST_F(PlayerPlay, EveryDemonstrationFileIsDrawnAndNoOther) {
     EXPECT_EQ(bundle->asked, all);
 }
 
+/// Prints when it is asked what it wants.
+class PrintingOutput : public AudioOutput {
+  public:
+    AVAudioFormat format() override {
+        print("format of the output");
+        return {};
+    }
+    void start(AudioOutputSource& /*source*/) override {}
+    void stop() override {}
+    std::uint64_t xrunCount() const override { return 0; }
+};
+
+TEST_F(PlayerPlay, TheEngineIsPreparedOnceTheFileIsNamed) {
+    const auto choosing = std::make_shared<AUEnginePlayer>(
+        std::make_shared<AVAudioEngine>(std::make_unique<PrintingOutput>()));
+    const AUEnginePlayerPeer choosingPeer{*choosing};
+    choosingPeer.randomizeFile();
+    const auto path = choosingPeer.fileURL()->path();
+    EXPECT_EQ(newLines(), Lines({"AUEnginePlayer: Audio file at '" + path +
+                                     "' was selected for loading into the player.",
+                                 "AUEnginePlayer: The player was connected to the mainMixerNode.",
+                                 path, "format of the output"}));
+}
+
 TEST_F(PlayerPlay, DemonstrationFilesComeFromTheProgramsBundle) {
     peer.randomizeFile();
     const std::filesystem::path path = demonstration();
