@@ -187,12 +187,11 @@ TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
 }
 
 TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexCanBeRead) {
-    using Obstacle = void (SmallDisk::*)();
-    for (const Obstacle obstacle : {&SmallDisk::fill, &SmallDisk::protect}) {
+    for (const bool isFull : {true, false}) {
         disk_.empty();
         stored_.clear();
         makeALogWithoutIndex();
-        (disk_.*obstacle)();
+        isFull ? disk_.fill() : disk_.protect();
         const auto settings = open();
         ASSERT_NE(settings, nullptr);
         expectToBeReadAlone(*settings);
