@@ -46,12 +46,13 @@ TEST_F(HelpScreenTest, ANavigationWithoutAnAddressStaysOpen) {
 TEST_F(HelpScreenTest, PagesAndDocumentsAreShownAndOthersAreNot) {
     using enum WKNavigationResponsePolicy;
     const std::vector<std::pair<const char*, WKNavigationResponsePolicy>> cases{
-        {"https://a.example/", allow},        {"https://a.example/DYNAMICS/", allow},
-        {"https://a.example/x", allow},       {"https://a.example/x.html", allow},
-        {"https://a.example/x.HtMl", allow},  {"https://a.example/x.pdf", allow},
-        {"https://a.example/x.PDF", allow},   {"https://a.example/x.htm", cancel},
-        {"https://a.example/x.php", cancel},  {"https://a.example/x.jpg", cancel},
-        {"https://a.example/x.pdf.z", cancel}};
+        {"https://a.example/", allow},         {"https://a.example/DYNAMICS/", allow},
+        {"https://a.example/x", allow},        {"https://a.example/x.html", allow},
+        {"https://a.example/x.HtMl", allow},   {"https://a.example/x.pdf", allow},
+        {"https://a.example/x.PDF", allow},    {"https://a.example/x.htm", cancel},
+        {"https://a.example/x.php", cancel},   {"https://a.example/x.jpg", cancel},
+        {"https://a.example/x.pdf.z", cancel}, {"https://a.example/x.%FC", cancel},
+        {"https://a.example/x.%C3", cancel},   {"https://a.example/x.pdf%00jpg", cancel}};
     for (const auto& [address, expected] : cases) {
         const CapturedOutput output;
         EXPECT_EQ(answerTo(URL::string(address)), expected) << address;
