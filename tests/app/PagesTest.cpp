@@ -1,4 +1,8 @@
+#include <gmock/gmock.h>
+
+#include <csignal>
 #include <fstream>
+#include <utility>
 
 #include "platform/web/WebSandbox.h"
 #include "tests/app/ApplicationFixture.h"
@@ -7,6 +11,8 @@
 namespace orvalo::testing {
 
 namespace {
+
+using ::testing::HasSubstr;
 
 class PagesTest : public ApplicationFixture {
   protected:
@@ -23,14 +29,14 @@ class PagesTest : public ApplicationFixture {
         makeBrowser();
     }
 
-    /// A browser that writes down what it is asked to open.
+    /// A browser that writes down what it is asked to open, and says something of its own.
     void makeBrowser() {
         const auto applications = folder.path() / "data/applications";
         std::filesystem::create_directories(applications);
         std::filesystem::create_directories(folder.path() / "config");
         std::ofstream(folder.path() / "browser")
-            << "#!/bin/sh\nprintf '%s\\n' \"$1\" >" << opened().string() << ".new\nmv "
-            << opened().string() << ".new " << opened().string() << "\n";
+            << "#!/bin/sh\necho foreign\nprintf '%s\\n' \"$1\" >" << opened().string()
+            << ".new\nmv " << opened().string() << ".new " << opened().string() << "\n";
         std::filesystem::permissions(folder.path() / "browser", std::filesystem::perms::owner_all);
         std::ofstream(applications / "browser.desktop")
             << "[Desktop Entry]\nType=Application\nName=Browser\nExec="
@@ -77,6 +83,24 @@ TEST_F(PagesTest, HelpShowsItsPageAndOpensTheSiteInTheBrowser) {
     EXPECT_EQ(address, environment["ORVALO_TEST_SITE"]);
     leavePage();
     EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(program->readAll(), Lines{site.address("/DYNAMICS/")});
+    EXPECT_THAT(program->standardError(), HasSubstr("foreign\n"));
+}
+
+TEST_F(PagesTest, ASiteWithoutAnAddressEndsTheProgram) {
+    environment["ORVALO_TEST_SITE"] = "no address";
+    for (const auto& [shortcut, lines] :
+         {std::pair{"F1", Lines{}}, std::pair{"ctrl+i", Lines{"ShowInfo"}}}) {
+        start();
+        key(shortcut);
+        EXPECT_EQ(program->readAll(), lines) << shortcut;
+        EXPECT_EQ(program->wait(), -SIGABRT) << shortcut;
+        EXPECT_THAT(program->standardError(),
+                    HasSubstr("Fatal error: Unexpectedly found nil while unwrapping an Optional "
+                              "value\n"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(opened()));
+    EXPECT_EQ(site.requested(), Lines{});
 }
 
 TEST_F(PagesTest, APageIsLoadedAgainEveryTime) {
