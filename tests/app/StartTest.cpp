@@ -83,6 +83,13 @@ TEST_F(StartTest, WithoutADisplaySaysSo) {
     EXPECT_THAT(alone->standardError(), HasSubstr("There is no display to show a window on."));
 }
 
+TEST_F(StartTest, AnUnknownOptionIsAnErrorThatNamesIt) {
+    Program alone({ORVALO_TEST_STAGE "/bin/orvalo-on-loopback", "--x"}, environment);
+    EXPECT_EQ(alone.readAll(), Lines{});
+    EXPECT_EQ(alone.wait(), 1);
+    EXPECT_THAT(alone.standardError(), HasSubstr("--x\n"));
+}
+
 }  // namespace
 
 }  // namespace orvalo::testing
