@@ -1,9 +1,16 @@
+#include <gmock/gmock.h>
+#include <unistd.h>
+
 #include "platform/foundation/URL.h"
+#include "platform/ui/UIDocumentPickerViewController.h"
 #include "tests/app/ScreenFixture.h"
+#include "tests/kit/Desktop.h"
 
 namespace orvalo::testing {
 
 namespace {
+
+using ::testing::HasSubstr;
 
 class FolderPickerTest : public ScreenFixture {
   protected:
@@ -31,9 +38,31 @@ TEST_F(FolderPickerTest, CancellingIsOneLine) {
     EXPECT_EQ(output.lines(), Lines{"The document picker was canceled."});
 }
 
-TEST_F(FolderPickerTest, NothingPickedEndsTheProgram) {
-    EXPECT_DEATH(screen->documentPicker(nullptr, std::vector<URL>{}),
-                 "Fatal error: The document picker has picked nothing.");
+TEST_F(FolderPickerTest, NothingPickedEndsTheProgramOnceItIsPrinted) {
+    EXPECT_DEATH(
+        {
+            dup2(STDERR_FILENO, STDOUT_FILENO);
+            screen->documentPicker(nullptr, std::vector<URL>{});
+        },
+        HasSubstr("documentPicker: []\nFatal error: The document picker has picked nothing.\n"));
+}
+
+TEST_F(FolderPickerTest, OpensForOneFolderAndHearsOfEscape) {
+    screen = showMainScreen();
+    waitForKeyboard(true);
+    const CapturedOutput output;
+    screen->openFilePicker();
+    const auto picker = std::dynamic_pointer_cast<UIDocumentPickerViewController>(
+        screen->presentedViewController());
+    ASSERT_NE(picker, nullptr);
+    EXPECT_EQ(picker->delegate(), screen);
+    EXPECT_FALSE(picker->allowsMultipleSelection);
+    waitForKeyboard(false);
+    act({"key", "Escape"});
+    ASSERT_TRUE(waitUntil([&output] { return !output.lines().empty(); }));
+    serveMainQueue();
+    EXPECT_EQ(output.lines(), Lines{"The document picker was canceled."});
+    EXPECT_EQ(screen->presentedViewController(), nullptr);
 }
 
 }  // namespace

@@ -1,12 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtk/gtk.h>
 
+#include <algorithm>
 #include <thread>
 
 #include "hosting/AUExtensionManager.h"
 #include "platform/audio/engine/AVAudioUnit.h"
+#include "platform/audio/view/AUViewController.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FileManager.h"
+#include "platform/ui/NSLayoutConstraint.h"
+#include "platform/ui/UIAlertController.h"
 #include "platform/ui/UIStoryboardSegue.h"
 #include "tests/app/ScreenFixture.h"
 #include "tests/heart/ConstantUnit.h"
@@ -16,6 +20,7 @@ namespace orvalo::testing {
 
 namespace {
 
+using ::testing::Contains;
 using MainScreenTest = ScreenFixture;
 
 /// An effect that keeps the question for its interface until the test answers it.
@@ -31,9 +36,9 @@ class AskedUnit : public ConstantUnit {
 };
 
 /// A part of the screen that writes down how it is taken in.
-class WitnessController : public UIViewController {
+class WitnessController : public AUViewController {
   public:
-    WitnessController() : UIViewController(std::nullopt, nullptr) {}
+    WitnessController() : AUViewController(std::nullopt, nullptr) {}
     void didMove(const std::shared_ptr<UIViewController>& toParent) override {
         isInPlace = toParent == parent() && view()->superview() != nullptr &&
                     !view()->translatesAutoresizingMaskIntoConstraints();
@@ -69,6 +74,45 @@ TEST_F(MainScreenTest, SwapsTheButtonsWithThePlayersState) {
     EXPECT_TRUE(screen->playButton->isHidden());
     EXPECT_FALSE(screen->stopButton->isHidden());
     screen->onPlayerStateChanged(false);
+    EXPECT_FALSE(screen->playButton->isHidden());
+    EXPECT_TRUE(screen->stopButton->isHidden());
+}
+
+TEST_F(MainScreenTest, APressAsksForPlaybackAndTheReportSwapsTheButtons) {
+    const auto screen = showMainScreen();
+    const auto reportTurns = [&screen](bool playing) {
+        EXPECT_EQ(screen->playButton->isHidden(), !playing);
+        EXPECT_EQ(screen->stopButton->isHidden(), playing);
+        serveMainQueue();
+        EXPECT_EQ(screen->playButton->isHidden(), playing);
+        EXPECT_EQ(screen->stopButton->isHidden(), !playing);
+    };
+    screen->onPlayButton(screen->playButton.get());
+    reportTurns(true);
+    screen->onStopButton(screen->stopButton.get());
+    reportTurns(false);
+}
+
+TEST_F(MainScreenTest, EitherButtonStartsAndStops) {
+    const auto screen = showMainScreen();
+    const CapturedOutput output;
+    screen->onStopButton(screen->stopButton.get());
+    serveMainQueue();
+    EXPECT_THAT(output.lines(), Contains("AUEnginePlayer: Audio engine starting."));
+    EXPECT_TRUE(screen->playButton->isHidden());
+    screen->onPlayButton(screen->playButton.get());
+    serveMainQueue();
+    EXPECT_THAT(output.lines(), Contains("AUEnginePlayer: Audio engine stopping."));
+    EXPECT_TRUE(screen->stopButton->isHidden());
+}
+
+TEST_F(MainScreenTest, AFileAndAPassAreTakenSilently) {
+    const auto screen = showMainScreen();
+    const CapturedOutput output;
+    screen->onFileSelect("/music/1.m4a");
+    screen->onLoop(0);
+    screen->onEngineInitialized();
+    EXPECT_EQ(output.lines(), Lines{});
     EXPECT_FALSE(screen->playButton->isHidden());
     EXPECT_TRUE(screen->stopButton->isHidden());
 }
@@ -133,6 +177,27 @@ TEST_F(MainScreenTest, EmbedsTheInterfaceInOrderAndLeavesItHidden) {
     }));
 }
 
+TEST_F(MainScreenTest, EmbedsTheInterfaceThatTheManagerHolds) {
+    const auto screen = showMainScreen();
+    const auto before = screen->pluginView->subviews().size();
+    const auto controller = std::make_shared<WitnessController>();
+    ViewControllerPeer::manager(*screen)->viewController = controller;
+    const CapturedOutput output;
+    ViewControllerPeer::embedPlugInView(*screen);
+    EXPECT_EQ(controller->parent(), screen);
+    EXPECT_TRUE(controller->isInPlace);
+    EXPECT_EQ(controller->view()->superview(), screen->pluginView.get());
+    EXPECT_EQ(screen->pluginView->subviews().size(), before + 1);
+    const auto& constraints = screen->pluginView->constraints();
+    EXPECT_EQ(std::count_if(constraints.begin(), constraints.end(),
+                            [&controller](const auto& constraint) {
+                                return constraint->firstAnchor().view() == controller->view();
+                            }),
+              4);
+    EXPECT_EQ(output.lines(), Lines{});
+    EXPECT_EQ(ViewControllerPeer::effectController(*screen), nullptr);
+}
+
 TEST_F(MainScreenTest, WithoutAManagerAPressEndsTheProgram) {
     const auto screen = std::make_shared<ViewController>(std::nullopt, nullptr);
     EXPECT_DEATH(screen->onPlayButton(nullptr),
@@ -175,18 +240,27 @@ TEST_F(MainScreenTest, ItsActionsCanBePerformedAndOthersCannot) {
 
 TEST_F(MainScreenTest, AnAlertPrintsItsTextAndTheAnswer) {
     const auto screen = showMainScreen();
-    ASSERT_TRUE(
-        waitUntil([this] { return gtk_window_is_active(GTK_WINDOW(window->widget())) != FALSE; }));
-    const CapturedOutput output;
-    screen->alertMessage("Title", "Message");
-    const auto leaves = [this](const std::string& key) {
-        EXPECT_TRUE(waitUntil(
-            [this] { return gtk_window_is_active(GTK_WINDOW(window->widget())) == FALSE; }));
+    for (const auto& [key, answer] : {std::pair{"Return", "Alert was confirmed."},
+                                      std::pair{"Escape", "Alert was canceled."}}) {
+        waitForKeyboard(true);
+        const CapturedOutput output;
+        screen->alertMessage("Title", "Message");
+        const auto alert =
+            std::dynamic_pointer_cast<UIAlertController>(screen->presentedViewController());
+        ASSERT_NE(alert, nullptr);
+        EXPECT_EQ(alert->title(), "Title");
+        EXPECT_EQ(alert->message(), "Message");
+        EXPECT_EQ(alert->preferredStyle(), UIAlertControllerStyle::alert);
+        ASSERT_EQ(alert->actions().size(), 2U);
+        EXPECT_EQ(alert->actions()[0]->title(), "OK");
+        EXPECT_EQ(alert->actions()[0]->style(), UIAlertActionStyle::default_);
+        EXPECT_EQ(alert->actions()[1]->title(), "Cancel");
+        EXPECT_EQ(alert->actions()[1]->style(), UIAlertActionStyle::cancel);
+        waitForKeyboard(false);
         act({"key", key});
-    };
-    leaves("Escape");
-    ASSERT_TRUE(waitUntil([&output] { return output.lines().size() == 2; }));
-    EXPECT_EQ(output.lines(), (Lines{"Title: Message", "Alert was canceled."}));
+        ASSERT_TRUE(waitUntil([&output] { return output.lines().size() == 2; }));
+        EXPECT_EQ(output.lines(), (Lines{"Title: Message", answer}));
+    }
 }
 
 }  // namespace

@@ -52,6 +52,12 @@ std::shared_ptr<ViewController> ScreenFixture::showMainScreen() {
     return screen;
 }
 
+void ScreenFixture::waitForKeyboard(bool isWindows) const {
+    EXPECT_TRUE(waitUntil([this, isWindows] {
+        return (gtk_window_is_active(GTK_WINDOW(window->widget())) != FALSE) == isWindows;
+    }));
+}
+
 void ScreenFixture::serveMainQueue() {
     bool isServed = false;
     DispatchQueue::main()->async([&isServed] { isServed = true; });

@@ -18,13 +18,10 @@ namespace orvalo {
 struct ViewControllerPeer {
     static auto& manager(ViewController& screen) { return screen.audioUnitManager; }
     static auto& effectController(ViewController& screen) { return screen.audioUnitViewController; }
-    static const std::string& documentsPath(const ViewController& screen) {
-        return screen.documentsPath;
-    }
+    static auto& documentsPath(ViewController& screen) { return screen.documentsPath; }
     static const std::string& sharedPath(const ViewController& screen) { return screen.sharedPath; }
-    static const std::string& resourcesPath(const ViewController& screen) {
-        return screen.resourcesPath;
-    }
+    static auto& resourcesPath(ViewController& screen) { return screen.resourcesPath; }
+    static void getDirectories(ViewController& screen) { screen.getDirectories(); }
     static void embedPlugInView(ViewController& screen) { screen.embedPlugInView(); }
     static void resetPluginView(ViewController& screen, double w, double h) {
         screen.resetPluginView(w, h);
@@ -51,8 +48,10 @@ class ScreenFixture : public ::testing::Test {
 
     /// The main screen in a window, on screen, after its search for the effect has ended.
     std::shared_ptr<ViewController> showMainScreen();
-    /// The layout, with the application.s classes known.
+    /// The layout, with the application's classes known.
     static std::shared_ptr<UIStoryboard> layout();
+    /// Waits until the window has the keyboard, or a dialog above it has.
+    void waitForKeyboard(bool isWindows) const;
     /// Serves the main queue until everything that is in it now has run.
     static void serveMainQueue();
 
