@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "platform/web/WKWebView.h"
+#include "tests/app/LoopbackSite.h"
+#include "tests/app/ScreenFixture.h"
+
+namespace orvalo::testing {
+
+/// A help screen with a web view that works, ready to be presented, in a bundle whose resources are
+/// the tests' affair: there are none at first.
+class HelpPageFixture : public ScreenFixture {
+  protected:
+    HelpPageFixture();
+    ~HelpPageFixture() override;
+
+    /// The folder of the bundle's resources.
+    static std::filesystem::path resources();
+    /// Presents the screen, and waits until it is shown.
+    void present() const;
+    void dismiss() const;
+    /// Waits until that page is shown to its end.
+    bool waitForTitle(const std::string& title) const;
+    /// The paths that the site was asked for since the test began.
+    Lines requested() const;
+    /// What is printed when a page is asked for and answered.
+    static Lines linesOf(const std::string& path);
+
+    std::shared_ptr<WKWebView> page;
+    std::shared_ptr<UIViewController> presenter =
+        std::make_shared<UIViewController>(std::nullopt, nullptr);
+    std::shared_ptr<HelpViewController> screen =
+        std::make_shared<HelpViewController>(std::nullopt, nullptr);
+
+  private:
+    const std::size_t requestedBefore_ = loopbackSite().requested().size();
+};
+
+}  // namespace orvalo::testing
