@@ -23,6 +23,12 @@ constexpr auto kStandard = "PersistentAppData::dumpout() : UserDefaults.standard
 constexpr auto kShared = "PersistentAppData::dumpout() : UserDefaults.shared : \n";
 constexpr auto kCombined = "PersistentAppData::dumpout() : UserDefaults.combined : \n";
 
+/// What a value of the group is in a dump, where nobody has others.
+std::string ofTheGroup(const std::string& key, const std::string& text) {
+    const std::string entry = key + " = " + text + " \n\n";
+    return kStandard + entry + kShared + entry + kCombined + entry;
+}
+
 TEST_F(DumpTest, EmptyViewsAreTheirHeaders) {
     EXPECT_EQ(dump(), std::string(kStandard) + kShared + kCombined);
 }
@@ -52,19 +58,13 @@ TEST_F(DumpTest, AValueIsItsTextualForm) {
     for (const auto& value : {PropertyList(0.5), PropertyList(Data{0x0A, 0x1B}), PropertyList(""),
                               nested, PropertyList(PropertyList::Date{})}) {
         data.setObject("key", value, Storage::shared);
-        const auto entry = "key = " + description(value) + " \n\n";
-        EXPECT_EQ(dump(), kStandard + entry + kShared + entry + kCombined + entry);
+        EXPECT_EQ(dump(), ofTheGroup("key", description(value)));
     }
 }
 
 TEST_F(DumpTest, AFloatHasTheDigitsOfAFloat) {
-    const auto text = [this](const PropertyList& value) {
-        data.setObject("gain", value);
-        return dump().substr(std::string(kStandard).size());
-    };
-    const std::string rest = std::string(" \n\n") + kShared + kCombined;
-    data.setFloat("gain", 0.1F);
-    EXPECT_EQ(dump(), kStandard + ("gain = 0.1" + rest) + "gain = 0.1 \n\n");
+    data.setFloat("gain", 0.1F, Storage::shared);
+    EXPECT_EQ(dump(), ofTheGroup("gain", "0.1"));
     for (const auto& [value, digits] : std::vector<std::pair<PropertyList, std::string>>{
              {-16.7F, "-16.7"},
              {std::numeric_limits<float>::max(), "3.4028235e+38"},
@@ -73,16 +73,16 @@ TEST_F(DumpTest, AFloatHasTheDigitsOfAFloat) {
              {1.0 / 3, "0.3333333333333333"},
              {16'777'217.0, "16777217"},
              {1e300, "1e+300"},
-             {std::numeric_limits<double>::infinity(), "inf"}}) {
-        EXPECT_EQ(text(value), "gain = " + digits + rest + "gain = " + digits + " \n\n");
+             {std::numeric_limits<double>::infinity(), "inf"},
+             {PropertyList::List{0.1F}, "(\n    0.1\n)"}}) {
+        data.setObject("gain", value, Storage::shared);
+        EXPECT_EQ(dump(), ofTheGroup("gain", digits));
     }
-    EXPECT_EQ(description(PropertyList::List{0.1F}), "(\n    0.1\n)");
 }
 
 TEST_F(DumpTest, TextIsPrintedUnchanged) {
     data.setString("k\ney", "line\nfeed\ttab", Storage::shared);
-    const std::string entry = "k\ney = line\nfeed\ttab \n\n";
-    EXPECT_EQ(dump(), kStandard + entry + kShared + entry + kCombined + entry);
+    EXPECT_EQ(dump(), ofTheGroup("k\ney", "line\nfeed\ttab"));
 }
 
 }  // namespace

@@ -90,8 +90,10 @@ TEST_F(PersistentAppDataTest, AnAbsentObjectRemovesTheKey) {
 }
 
 TEST_F(PersistentAppDataTest, ThereIsOneInstance) {
+    constexpr std::size_t kThreads = 8;
     std::vector<std::thread> threads;
-    for (int count = 0; count < 8; ++count) {
+    threads.reserve(kThreads);
+    while (threads.size() < kThreads) {
         threads.emplace_back(
             [this] { EXPECT_EQ(PersistentAppData::sharedInstance().get(), &data); });
     }
