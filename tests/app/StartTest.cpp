@@ -90,6 +90,14 @@ TEST_F(StartTest, AnUnknownOptionIsAnErrorThatNamesIt) {
     EXPECT_THAT(alone.standardError(), HasSubstr("--x\n"));
 }
 
+TEST_F(StartTest, AFileIsNotOpenedAndNamed) {
+    Program alone({ORVALO_TEST_STAGE "/bin/orvalo-on-loopback", "a.wav", "b.wav"}, environment);
+    EXPECT_EQ(alone.readAll(), Lines{});
+    EXPECT_EQ(alone.wait(), 1);
+    EXPECT_THAT(alone.standardError(),
+                HasSubstr("\"a.wav\" is not opened: the application takes no files.\n"));
+}
+
 }  // namespace
 
 }  // namespace orvalo::testing

@@ -60,7 +60,7 @@ class InterfaceChannelTest : public ::testing::Test {
     std::shared_ptr<Recorder> listener = std::make_shared<Recorder>();
     BridgedInterfaceChannel channel{
         effect.mailbox(), [this](std::uint32_t process, bridge::HostMessage message,
-                                 std::function<void(const std::string&)> completion) {
+                                 const std::function<void(const std::string&)>& completion) {
             effect.supervisor().post(
                 {std::move(message), process, [completion](const ServiceAnswer& answer) {
                      if (completion && answer.kind != ServiceAnswer::Kind::died) {

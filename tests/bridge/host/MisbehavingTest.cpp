@@ -13,7 +13,6 @@ namespace {
 
 using namespace orvalo;
 using namespace orvalo::testing;
-using ::testing::AnyOf;
 using ::testing::HasSubstr;
 using enum Transcript::Kind;
 

@@ -94,9 +94,15 @@ FileDescriptor moved(int descriptor) {
     return copy;
 }
 
-/// Two ends, both beyond the standard descriptors.
+/// The two ends of a way between processes.
+struct Ends {
+    FileDescriptor ours;
+    FileDescriptor theirs;
+};
+
+/// Both are beyond the standard descriptors.
 template <typename Make>
-std::pair<FileDescriptor, FileDescriptor> makeEnds(const Make& make) {
+Ends makeEnds(const Make& make) {
     std::array<int, 2> ends{-1, -1};
     if (make(ends.data()) != 0) {
         throw NSError::posix(errno, "The process of an effect");
@@ -109,13 +115,13 @@ std::pair<FileDescriptor, FileDescriptor> makeEnds(const Make& make) {
 }  // namespace
 
 ServiceProcess::ServiceProcess(const std::filesystem::path& program) {
-    auto [ours, theirs] = makeEnds(
+    auto socket = makeEnds(
         [](int* ends) { return socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends); });
-    auto [reading, writing] = makeEnds([](int* ends) { return pipe2(ends, O_CLOEXEC); });
+    auto output = makeEnds([](int* ends) { return pipe2(ends, O_CLOEXEC); });
     // What the process writes must not make it wait for this one, nor this one for it.
-    fcntl(reading.get(), F_SETFL, O_NONBLOCK);
+    fcntl(output.ours.get(), F_SETFL, O_NONBLOCK);
     Spawning spawning;
-    spawning.setDescriptors(writing.get(), theirs.get());
+    spawning.setDescriptors(output.theirs.get(), socket.theirs.get());
     id_ = spawning.spawn(program);
     process_ = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, id_, 0)));
     if (!process_) {
@@ -124,8 +130,8 @@ ServiceProcess::ServiceProcess(const std::filesystem::path& program) {
         waitpid(id_, nullptr, 0);
         throw NSError::posix(error, "The process of an effect");
     }
-    socket_ = std::move(ours);
-    output_ = std::move(reading);
+    socket_ = std::move(socket.ours);
+    output_ = std::move(output.ours);
 }
 
 ServiceProcess::~ServiceProcess() {
