@@ -17,6 +17,17 @@ LV2InterfaceData readData(const LV2LocalAudioUnit& unit) {
     return LV2InterfaceData::read(access, unit.data());
 }
 
+/// The sound goes on without the server. For what an interface has opened itself Xlib still ends
+/// the process, behind this.
+int bearLoss(Display* /*lost*/) {
+    return 0;
+}
+
+std::shared_ptr<X11Connection> openServer() {
+    XSetIOErrorHandler(bearLoss);
+    return X11Connection::open({});
+}
+
 /// Interfaces name the server by the environment, and end the process where there is none.
 void enterDisplay(const InterfaceParts& parts, const std::string& display, unsigned long window) {
     g_setenv("DISPLAY", display.c_str(), TRUE);
@@ -38,7 +49,7 @@ void enterDisplay(const InterfaceParts& parts, const std::string& display, unsig
 }  // namespace
 
 InterfaceParts::InterfaceParts(const LV2LocalAudioUnit& unit)
-    : data(readData(unit)), library(data), server(X11Connection::open({})) {}
+    : data(readData(unit)), library(data), server(openServer()) {}
 
 ServiceInterface::ServiceInterface(const std::shared_ptr<LV2LocalAudioUnit>& unit,
                                    std::shared_ptr<const InterfaceParts> parts,
