@@ -32,16 +32,29 @@ class Recording {
         }
     }
 
-    /// Whether these samples stand in it somewhere, each after the other.
-    bool holds(const std::vector<float>& wanted) const {
-        const std::lock_guard lock(mutex_);
-        return std::search(samples_.begin(), samples_.end(), wanted.begin(), wanted.end()) !=
-               samples_.end();
+    /// Whether these samples stand in it somewhere, each after the other. One thread, and always
+    /// the same samples.
+    bool holds(const std::vector<float>& wanted) {
+        {
+            // No longer than it takes to copy: the server must not wait for who looks.
+            const std::lock_guard lock(mutex_);
+            heard_.insert(heard_.end(), samples_.begin(), samples_.end());
+            samples_.clear();
+        }
+        const auto begin = heard_.end() - std::min(std::ssize(heard_), unsearched(wanted.size()));
+        searched_ = heard_.size();
+        return std::search(begin, heard_.end(), wanted.begin(), wanted.end()) != heard_.end();
     }
 
   private:
-    mutable std::mutex mutex_;
-    std::vector<float> samples_;
+    std::ptrdiff_t unsearched(std::size_t overlap) const {
+        return static_cast<std::ptrdiff_t>(heard_.size() - searched_ + overlap);
+    }
+
+    std::mutex mutex_;
+    std::vector<float> samples_;  // Since the last look.
+    std::vector<float> heard_;
+    std::size_t searched_ = 0;
 };
 
 /// orvalo-play through a transparent effect, on a real sound server.
