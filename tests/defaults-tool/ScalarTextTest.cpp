@@ -21,10 +21,22 @@ TEST(DateText, IsISO8601InUTC) {
     EXPECT_EQ(dateText(date(-1)), "1969-12-31T23:59:59.999999Z");
 }
 
+TEST(DateText, HasASignWhereTheYearHasNotFourDigits) {
+    EXPECT_EQ(dateText(date(253'402'300'799'000'000)), "9999-12-31T23:59:59Z");
+    EXPECT_EQ(dateText(date(253'402'300'800'000'000)), "+10000-01-01T00:00:00Z");
+    EXPECT_EQ(dateText(date(9'000'000'000'000'000'000)), "+287168-08-24T16:00:00Z");
+    EXPECT_EQ(dateText(date(-62'167'219'200'000'000)), "0000-01-01T00:00:00Z");
+    EXPECT_EQ(dateText(date(-62'167'219'200'000'001)), "-0001-12-31T23:59:59.999999Z");
+    EXPECT_EQ(dateText(date(-9'000'000'000'000'000'000)), "-283229-05-10T08:00:00Z");
+}
+
 TEST(DateText, IsReadAsTheSameDate) {
     for (const std::int64_t microseconds :
          {std::int64_t{0}, std::int64_t{-1}, std::int64_t{1}, std::int64_t{100'000},
-          std::int64_t{-1'169'000'000'000'001}, std::int64_t{3'125'000'000'999'999}}) {
+          std::int64_t{-1'169'000'000'000'001}, std::int64_t{3'125'000'000'999'999},
+          std::int64_t{253'402'300'800'000'000}, std::int64_t{-62'167'219'200'000'001},
+          std::int64_t{-62'135'596'800'000'001}, std::int64_t{9'000'000'000'000'000'000},
+          std::int64_t{-9'000'000'000'000'000'000}}) {
         EXPECT_EQ(dateValue(dateText(date(microseconds))), date(microseconds));
     }
 }
@@ -48,6 +60,13 @@ TEST(DateText, OfADateThatThereIsNotIsRefused) {
                              "2023-01-01T00:00:00,5Z",
                              "2023-01-01T00:00:00+01:00",
                              "-023-01-01T00:00:00Z",
+                             "12023-01-01T00:00:00Z",
+                             "+1012023-01-01T00:00:00Z",
+                             "+300000-01-01T00:00:00Z",
+                             "-300000-01-01T00:00:00Z",
+                             "-0001-02-29T00:00:00Z",
+                             "+2023",
+                             "+-2023-01-01T00:00:00Z",
                              "2023-01-01T00:00:00ZZ",
                              " 2023-01-01T00:00:00Z",
                              "2023-01-01T00:00:0\u0661Z"}) {

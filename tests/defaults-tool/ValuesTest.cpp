@@ -37,6 +37,9 @@ TEST_F(DefaultsValuesTest, EveryTypeIsReadAsItWasWritten) {
     expectWritten("--bool", "false", "false");
     expectWritten("--date", "2026-11-21T08:30:00.250Z",
                   "{\n  \"$date\": \"2026-11-21T08:30:00.25Z\"\n}");
+    expectWritten("--date", "9999-12-31T23:59:59Z", "{\n  \"$date\": \"9999-12-31T23:59:59Z\"\n}");
+    expectWritten("--date", "-0043-03-15T12:00:00Z",
+                  "{\n  \"$date\": \"-0043-03-15T12:00:00Z\"\n}");
     expectWritten("--data", "+/8=", "{\n  \"$data\": \"+/8=\"\n}");
     expectWritten("--json", R"({"a": [1, 1.0]})", "{\n  \"a\": [\n    1,\n    1.0\n  ]\n}");
 }
@@ -75,8 +78,8 @@ TEST_F(DefaultsValuesTest, NoNameIsACommandToTheTerminal) {
     expectSilence({"write", "d\x1b", "k", "--int", "1"});
     expectOutput({"domains"}, "d\\u001b\n");
     expectRefusal({"read", "d\x1b", "x"}, "there is no key 'x' in 'd\\u001b'.", 1);
-    expectRefusal({"write", "d", "k\x1b", "--date", "2070-01-01T00:00:00Z"},
-                  "'k\\u001b': a date in it is not between 1932 and 2069", 1);
+    expectRefusal({"write", "d", "k\x1b", "--json", R"("\u0000")"},
+                  "'k\\u001b': a text in it is not UTF-8 or holds a NUL", 1);
 }
 
 TEST_F(DefaultsValuesTest, TheOwnDomainIsTheApplications) {
@@ -147,12 +150,9 @@ TEST_F(DefaultsValuesTest, DeleteRemovesOneKeyOrAll) {
 
 TEST_F(DefaultsValuesTest, WhatCannotBeStoredChangesNothing) {
     const auto deep = std::string(150, '[') + std::string(150, ']');
-    expectRefusal({"write", "d", "k", "--date", "2070-01-01T00:00:00Z"},
-                  "'k': a date in it is not between 1932 and 2069", 1);
+    expectRefusal({"write", "d", "k", "--json", deep}, "'k': it is nested too deeply", 1);
     EXPECT_FALSE(isAnythingThere());
     expectSilence({"write", "d", "k", "--int", "1"});
-    expectRefusal({"write", "d", "k", "--date", "2070-01-01T00:00:00Z"},
-                  "'k': a date in it is not between 1932 and 2069", 1);
     expectRefusal({"write", "d", "k", "--json", deep}, "'k': it is nested too deeply", 1);
     expectRefusal({"write", "d", "k", "--json", R"("a\u0000b")"},
                   "'k': a text in it is not UTF-8 or holds a NUL", 1);

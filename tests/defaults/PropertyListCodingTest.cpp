@@ -25,6 +25,8 @@ using Int64 = std::numeric_limits<std::int64_t>;
 using Double = std::numeric_limits<double>;
 
 constexpr auto kReferenceDate = Date(978'307'200s);
+constexpr auto kEarliest = kReferenceDate - 9'200'000'000'000s;
+constexpr auto kLatest = kReferenceDate + 9'200'000'000'000s;
 
 PropertyList thereAndBack(const PropertyList& value) {
     return propertyList(binaryPropertyList(value));
@@ -76,8 +78,9 @@ INSTANTIATE_TEST_SUITE_P(When, Unchanged,
                                            kReferenceDate - 1us, kReferenceDate + 500ms,
                                            kReferenceDate - 500ms, kReferenceDate - 1500ms,
                                            kReferenceDate - 1s, Date(0us), Date(123'456'789'012us),
-                                           kReferenceDate + 2'147'483'647s + 999'999us,
-                                           kReferenceDate - 2'147'483'647s));
+                                           kReferenceDate + 2'147'483'648s,
+                                           kReferenceDate - 2'147'483'649s + 1us, kEarliest,
+                                           kLatest, Date(253'402'300'799s)));
 INSTANTIATE_TEST_SUITE_P(
     Nested, Unchanged,
     ::testing::Values(List{}, Dictionary{}, List{1, "two", 3.0, List{}, Dictionary{{"a", Data{}}}},
@@ -91,17 +94,31 @@ TEST(BinaryPropertyList, keepsWhatDoesNotEqualItself) {
 }
 
 TEST(BinaryPropertyList, keepsEveryMicrosecondOfADate) {
-    constexpr auto first = kReferenceDate - 2'147'483'647s;
-    constexpr auto last = kReferenceDate + 2'147'483'647s + 999'999us;
-    // A prime, so that the fractions differ from date to date.
-    for (auto date = first; date <= last; date += 429'496'729'999us) {
-        ASSERT_EQ(thereAndBack(date), PropertyList(date)) << date.time_since_epoch().count();
+    // From 1729 to 2272; a prime, so that the fractions differ from date to date.
+    constexpr auto span = 8'589'934'591s;
+    for (auto date = kReferenceDate - span; date <= kReferenceDate + span;
+         date += 1'717'986'917'999us) {
+        ASSERT_EQ(*thereAndBack(date).as<Date>(), date) << date.time_since_epoch().count();
     }
     for (int fraction = 0; fraction < 1'000'000; fraction += 997) {
-        for (const auto second : {-2s, -1s, 0s, 816'945'000s}) {
+        for (const auto second : {-8'589'934'591s, -2s, -1s, 0s, 816'945'000s, 8'589'934'590s}) {
             const auto date = kReferenceDate + second + std::chrono::microseconds(fraction);
-            ASSERT_EQ(thereAndBack(date), PropertyList(date)) << date.time_since_epoch().count();
+            ASSERT_EQ(*thereAndBack(date).as<Date>(), date) << date.time_since_epoch().count();
         }
+    }
+}
+
+TEST(BinaryPropertyList, keepsADateAsNearAsItHoldsIt) {
+    // So far off, doubles are 2^-10 s apart, which is 976.5625 us.
+    const auto off = kReferenceDate + 8'000'000'000'000s;
+    EXPECT_EQ(*thereAndBack(off + 1us).as<Date>(), off);
+    EXPECT_EQ(*thereAndBack(off + 500us).as<Date>(), off + 977us);
+    EXPECT_EQ(*thereAndBack(off + 977us).as<Date>(), off + 977us);
+    // What is read is what was held already.
+    for (auto date = kEarliest + 1us; date < kLatest; date += 9'199'999'999'999'999us) {
+        const PropertyList value(date);
+        ASSERT_EQ(thereAndBack(value), value) << date.time_since_epoch().count();
+        ASSERT_LE(abs(*value.as<Date>() - date), 1ms);
     }
 }
 
@@ -123,10 +140,10 @@ TEST(BinaryPropertyList, refusesTextThatIsNone) {
 }
 
 TEST(BinaryPropertyList, refusesDatesOutOfRange) {
-    const auto reason = "a date in it is not between 1932 and 2069";
-    EXPECT_THAT([] { binaryPropertyList(kReferenceDate + 2'147'483'648s); }, refuses(reason));
-    EXPECT_THAT([] { binaryPropertyList(kReferenceDate - 2'147'483'648s); }, refuses(reason));
-    EXPECT_THAT([] { binaryPropertyList(Date::max()); }, refuses(reason));
+    const auto reason = "a date in it is out of range";
+    for (const auto date : {kEarliest - 1s, kLatest + 1s, Date::min(), Date::max()}) {
+        EXPECT_THAT([&] { binaryPropertyList(date); }, refuses(reason));
+    }
 }
 
 TEST(BinaryPropertyList, refusesWhatIsTooDeepTooLargeOrTooMuch) {
@@ -173,12 +190,20 @@ Data binaryDate(double secondsSinceReferenceDate) {
 
 TEST(PropertyListOfBytes, refusesADateOutOfRange) {
     EXPECT_EQ(propertyList(binaryDate(-1.25)), PropertyList(kReferenceDate - 1250ms));
+    EXPECT_EQ(propertyList(binaryDate(9.2e12)), PropertyList(kLatest));
     for (const double date :
-         {2147483648.0, -2147483648.0, 1e300, -1e300, Double::infinity(), Double::quiet_NaN()}) {
+         {9.2e12 + 1, -9.2e12 - 1, 1e300, -1e300, Double::infinity(), Double::quiet_NaN()}) {
         EXPECT_THAT([&] { propertyList(binaryDate(date)); },
-                    refuses("a date in it is not between 1932 and 2069"))
+                    refuses("a date in it is out of range"))
             << date;
     }
+}
+
+TEST(PropertyListOfBytes, takesTheNearestMicrosecondOfADate) {
+    EXPECT_EQ(propertyList(binaryDate(0.0000004)), PropertyList(kReferenceDate));
+    EXPECT_EQ(propertyList(binaryDate(0.0000006)), PropertyList(kReferenceDate + 1us));
+    EXPECT_EQ(propertyList(binaryDate(-0.0000006)), PropertyList(kReferenceDate - 1us));
+    EXPECT_EQ(propertyList(binaryDate(-0.0)), PropertyList(kReferenceDate));
 }
 
 TEST(PropertyListOfBytes, refusesWhatEndsEarly) {

@@ -12,9 +12,9 @@ namespace orvalo {
 // Values that are one word, as both formats and the command line write them.
 
 /// ISO 8601 in UTC, with as many digits of a second as it takes, at most six:
-/// "2026-11-21T08:30:00.25Z". Of a year from 1 to 9999.
+/// "2026-11-21T08:30:00.25Z". A year before 0 or after 9999 has a sign.
 std::string dateText(PropertyList::Date date);
-/// The date of such a text; absent when it is another, or names no date.
+/// The date of such a text; absent when it is another, or names no date or none that can be stored.
 std::optional<PropertyList::Date> dateValue(std::string_view text);
 
 /// Base64 (RFC 4648, section 4) on one line.

@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cinttypes>
 #include <cstddef>
 #include <cstdio>
+
+#include "platform/foundation/defaults/PropertyListDate.h"
 
 namespace orvalo {
 
@@ -56,15 +59,10 @@ std::string textOf(const Data& data) {
 }
 
 std::string textOf(PropertyList::Date date) {
-    const auto day = std::chrono::floor<std::chrono::days>(date);
-    const std::chrono::year_month_day calendar(day);
-    const std::chrono::hh_mm_ss time(std::chrono::floor<std::chrono::seconds>(date - day));
+    const auto fields = fieldsOf(date);
     std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d +0000",
-                  static_cast<int>(calendar.year()), static_cast<unsigned>(calendar.month()),
-                  static_cast<unsigned>(calendar.day()), static_cast<int>(time.hours().count()),
-                  static_cast<int>(time.minutes().count()),
-                  static_cast<int>(time.seconds().count()));
+    std::snprintf(text.data(), text.size(), "%04" PRId64 "-%02u-%02u %02d:%02d:%02d +0000",
+                  fields.year, fields.month, fields.day, fields.hour, fields.minute, fields.second);
     return text.data();
 }
 
@@ -115,6 +113,8 @@ class Describer {
 };
 
 }  // namespace
+
+PropertyList::PropertyList(Date value) : value_(dateOf(secondsOf(value)).value_or(value)) {}
 
 std::string description(const PropertyList& value) {
     std::string text;

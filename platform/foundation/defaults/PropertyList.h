@@ -18,8 +18,10 @@ namespace orvalo {
 /// dictionary of such values. A value type; converts from each of its kinds.
 class PropertyList {
   public:
-    /// Microseconds of the system's clock. What is stored lies between the years 1932 and 2069:
-    /// 32-bit seconds around 2001.
+    /// Microseconds of the system's clock. A property list counts them as seconds of double
+    /// precision around 2001: so each from 1729 to 2272 is kept, and one further off becomes the
+    /// nearest that such a number holds. Stored is none that is further than 291,532 years from
+    /// 2001.
     using Date = std::chrono::sys_time<std::chrono::microseconds>;
     using List = std::vector<PropertyList>;
     using Dictionary = std::map<std::string, PropertyList, std::less<>>;
@@ -41,7 +43,7 @@ class PropertyList {
     PropertyList(std::string_view value) : value_(std::string(value)) {}
     PropertyList(const char* value) : value_(std::string(value)) {}
     PropertyList(Data value) : value_(std::move(value)) {}
-    PropertyList(Date value) : value_(value) {}
+    PropertyList(Date value);
     PropertyList(List value) : value_(std::move(value)) {}
     PropertyList(Dictionary value) : value_(std::move(value)) {}
 

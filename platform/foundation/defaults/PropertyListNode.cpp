@@ -2,23 +2,18 @@
 
 #include <glib.h>
 
-#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdlib>
-#include <limits>
-#include <optional>
+#include <cstring>
 
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/PropertyListDate.h"
 #include "platform/foundation/defaults/PropertyListError.h"
 
 namespace orvalo {
 
 namespace {
-
-using std::chrono::microseconds;
-using std::chrono::seconds;
-
-// 2001-01-01 00:00:00 UTC, from which property lists count.
-constexpr auto kReferenceDate = std::chrono::sys_seconds(seconds(978'307'200));
 
 using Text = std::unique_ptr<char, Release<std::free>>;
 
@@ -36,16 +31,32 @@ const std::string& checkedText(const std::string& text) {
     return text;
 }
 
+// libplist's own functions take and give a date as 32 bits of seconds; its binary form has all of
+// it.
+
+/// The binary form of a date alone, at which libplist puts the seconds behind the value's first
+/// byte.
+constexpr std::array<std::uint8_t, 50> kBinaryDate{
+    'b',  'p', 'l', 'i', 's', 't', '0', '0',     //
+    0x33, 0,   0,   0,   0,   0,   0,   0,   0,  // A date of 2^3 bytes.
+    8,                                           // Where it stands: the table of one place.
+    0,    0,   0,   0,   0,   0,   1,   1,       // Bytes of a place and of a reference.
+    0,    0,   0,   0,   0,   0,   0,   1,       // Values in all.
+    0,    0,   0,   0,   0,   0,   0,   0,       // The outermost of them.
+    0,    0,   0,   0,   0,   0,   0,   17};     // Where the table stands.
+constexpr std::size_t kSecondsAt = 9;
+
 PropertyListNode dateNode(PropertyList::Date date) {
-    const auto since = date - kReferenceDate;
-    const auto whole = std::chrono::duration_cast<seconds>(since);
-    if (!std::in_range<std::int32_t>(whole.count()) ||
-        whole.count() == std::numeric_limits<std::int32_t>::min()) {
-        throw propertyListError("a date in it is not between 1932 and 2069");
+    const double seconds = secondsOf(date);
+    if (dateOf(seconds) != date) {
+        throw propertyListError("a date in it is out of range");
     }
-    const microseconds rest = since - whole;
-    return PropertyListNode(plist_new_date(static_cast<std::int32_t>(whole.count()),
-                                           static_cast<std::int32_t>(rest.count())));
+    auto bytes = kBinaryDate;
+    const auto bits = GUINT64_TO_BE(std::bit_cast<std::uint64_t>(seconds));
+    std::memcpy(&bytes[kSecondsAt], &bits, sizeof bits);
+    plist_t node = nullptr;
+    plist_from_bin(reinterpret_cast<const char*>(bytes.data()), bytes.size(), &node);
+    return PropertyListNode(node);
 }
 
 class NodeMaker {
@@ -117,27 +128,18 @@ PropertyList integerOf(plist_t node) {
     return static_cast<std::int64_t>(value);
 }
 
-PropertyList dateOf(plist_t node) {
-    std::int32_t whole = 0;
-    std::int32_t rest = 0;
-    plist_get_date_val(node, &whole, &rest);
-    // libplist tells the fraction without its sign, and makes something up when out of range.
-    if (rest < 0 || rest >= microseconds(seconds(1)).count() ||
-        whole == std::numeric_limits<std::int32_t>::min()) {
-        throw propertyListError("a date in it is not between 1932 and 2069");
+PropertyList dateValue(plist_t node) {
+    char* binary = nullptr;
+    std::uint32_t size = 0;
+    plist_to_bin(node, &binary, &size);
+    const std::unique_ptr<char, Release<plist_to_bin_free>> owner(binary);
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, binary + kSecondsAt, sizeof bits);
+    const auto date = dateOf(std::bit_cast<double>(GUINT64_FROM_BE(bits)));
+    if (!date) {
+        throw propertyListError("a date in it is out of range");
     }
-    // What it tells is cut to whole microseconds, so some come out one less than they went in.
-    const auto last = static_cast<std::int32_t>(microseconds(seconds(1)).count()) - 1;
-    for (const auto exact : {rest, std::min(rest + 1, last)}) {
-        for (const auto sign : {1, -1}) {
-            const PropertyListNode same(plist_new_date(whole, sign * exact));
-            if (plist_compare_node_value(node, same.get()) != 0) {
-                return kReferenceDate + seconds(whole) + microseconds(sign * exact);
-            }
-        }
-    }
-    // Not one of ours: finer than microseconds.
-    return kReferenceDate + seconds(whole) + microseconds(whole < 0 ? -rest : rest);
+    return *date;
 }
 
 PropertyList value(plist_t node, int depth);
@@ -203,7 +205,7 @@ PropertyList value(plist_t node, int depth) {
             return bytes == nullptr ? Data() : Data(bytes, bytes + size);
         }
         case PLIST_DATE:
-            return dateOf(node);
+            return dateValue(node);
         case PLIST_ARRAY:
             return listOf(node, depth + 1);
         case PLIST_DICT:

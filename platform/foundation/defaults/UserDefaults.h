@@ -19,8 +19,8 @@ class DefaultsDomain;
 /// of this one. Reads are answered from memory as long as nobody has written. Any thread.
 ///
 /// Nothing here fails towards its caller. What cannot be stored (a full or read-only disk, a text
-/// that is not UTF-8 or holds a NUL, a date out of range, nesting deeper than 128, more than 16 MB)
-/// is left as it was, with one line on standard error.
+/// that is not UTF-8 or holds a NUL, a date beyond those of PropertyList, nesting deeper than 128,
+/// more than 16 MB) is left as it was, with one line on standard error.
 class UserDefaults : public NSObject {
   public:
     /// The application's own domain: that of the bundle's identifier, or of the program's name when
