@@ -3,6 +3,9 @@
 #include <signal.h>
 
 #include <array>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +18,7 @@
 #include "tests/interface/Screen.h"
 #include "tests/interface/StageWindow.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/TemporaryFolder.h"
 
 namespace {
 
@@ -45,6 +49,34 @@ GtkWidget* labelBelow(GtkWidget* widget) {
     return nullptr;
 }
 
+/// With which a machine that has much else to do is no hang.
+BridgeLimits patientLimits() {
+    BridgeLimits limits;
+    limits.hang = std::chrono::seconds(15);
+    limits.request = std::chrono::seconds(60);
+    limits.offlineWait = std::chrono::seconds(60);
+    return limits;
+}
+
+/// The effect service behind a program that waits with starting it while it is held up.
+class HeldUpService {
+  public:
+    explicit HeldUpService(const std::string& service) {
+        std::ofstream(path()) << "#!/bin/sh\nwhile test -e '" << sign().string()
+                              << "'; do sleep 0.05; done\nexec '" << service << "' \"$1\"\n";
+        std::filesystem::permissions(path(), std::filesystem::perms::owner_all);
+    }
+    std::filesystem::path path() const { return folder_.path() / "program"; }
+
+    void holdUp() const { std::ofstream(sign()) << "held up"; }
+    void letGo() const { std::filesystem::remove(sign()); }
+
+  private:
+    std::filesystem::path sign() const { return folder_.path() / "held-up"; }
+
+    TemporaryFolder folder_;
+};
+
 /// An interface whose effect lives in a process of its own, in a window's stage.
 class BridgedView : public ::testing::Test {
   protected:
@@ -63,9 +95,8 @@ class BridgedView : public ::testing::Test {
     }
 
     void make(const std::string& name) {
-        unit_ = std::make_shared<BridgedAudioUnit>(
-            world(), "urn:orvalo:interface:" + name, AudioComponentDescription{},
-            Bundle::main()->helperURL("effect-service").path());
+        unit_ = std::make_shared<BridgedAudioUnit>(world(), "urn:orvalo:interface:" + name,
+                                                   AudioComponentDescription{}, program_, limits_);
         unit_->setRenderingOffline(true);
         unit_->allocateRenderResources(48000);
         controller_ = requestInterface(*unit_);
@@ -98,6 +129,16 @@ class BridgedView : public ::testing::Test {
         return out.back();
     }
 
+    /// What the stage says; "" while it says nothing.
+    std::string words() const {
+        auto* label = labelBelow(window_->stage()->widget());
+        return label == nullptr || gtk_widget_get_mapped(label) == FALSE
+                   ? ""
+                   : gtk_label_get_text(GTK_LABEL(label));
+    }
+
+    std::string program_ = Bundle::main()->helperURL("effect-service").path();
+    BridgeLimits limits_ = patientLimits();
     std::unique_ptr<StageWindow> window_;
     std::shared_ptr<BridgedAudioUnit> unit_;
     std::shared_ptr<UIViewController> controller_;
@@ -146,14 +187,18 @@ TEST_F(BridgedView, ComesBackWithWhatItShowedAfterItsProcessWasKilled) {
 }
 
 TEST_F(BridgedView, ComesBackWhenItNeverReturnedFromAClick) {
+    limits_.hang = std::chrono::seconds(2);
     show();
     const auto place = window_->place();
     click(place.x + 130, place.y + 50);
     ASSERT_TRUE(waitFor([this] { return gain() == 1.3F; }));
     const auto first = servicePids();
+    const auto interface = windowAt(place.x + 10, place.y + 10);
     CapturedOutput errors(STDERR_FILENO);
     click(place.x + 50, place.y + 50, 2);
     EXPECT_TRUE(waitFor([&first] { return servicePids() != first; }));
+    // The windows of a process may outlive it a little.
+    EXPECT_TRUE(comesTo(interface, {}));
     EXPECT_TRUE(fillsItsStage());
     EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
     EXPECT_THAT(errors.text(), HasSubstr("did not answer for"));
@@ -179,6 +224,26 @@ TEST_F(BridgedView, SaysThatItIsStartedAgainForAsLongAsThatTakes) {
     g_signal_handlers_disconnect_by_data(label, &texts);
 }
 
+TEST_F(BridgedView, SaysThatItIsStartedAgainWhenItIsOpenedMeanwhile) {
+    const HeldUpService service(program_);
+    program_ = service.path();
+    make("probe");
+    ASSERT_NE(controller_, nullptr);
+    const CapturedOutput errors(STDERR_FILENO);
+    service.holdUp();
+    ASSERT_EQ(servicePids().size(), 1U);
+    kill(servicePids().front(), SIGKILL);
+    ASSERT_TRUE(waitFor(
+        [&errors] { return errors.text().find("it is started again") != std::string::npos; }));
+    window_->embed(*controller_);
+    window_->present();
+    EXPECT_TRUE(
+        waitFor([this] { return words() == "Interface probe has stopped. It is started again."; }));
+    service.letGo();
+    EXPECT_TRUE(fillsItsStage());
+    EXPECT_EQ(words(), "");
+}
+
 TEST_F(BridgedView, SaysThatItIsClosedWhenItsEffectIsGivenUp) {
     show();
     const auto place = window_->place();
@@ -191,7 +256,10 @@ TEST_F(BridgedView, SaysThatItIsClosedWhenItsEffectIsGivenUp) {
     }
     EXPECT_TRUE(waitFor([] { return servicePids().empty(); }));
     EXPECT_EQ(gain(), 1.0F);
-    // The words in the middle.
+    EXPECT_TRUE(waitFor([this] {
+        return words() == "The interface of Interface probe is closed: the effect has died too "
+                          "often, and its input passes through unchanged.";
+    }));
     EXPECT_TRUE(waitFor([&place] { return countColors(place) > 2; }));
 }
 
