@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/UserFolders.h"
 
 namespace orvalo {
 
@@ -25,11 +26,7 @@ FileManager& FileManager::default_() {
 
 std::vector<URL> FileManager::urls(SearchPathDirectory /*for_*/,
                                    SearchPathDomainMask /*in*/) const {
-    const char* path = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
-    if (path == nullptr) {
-        path = g_get_home_dir();
-    }
-    return {URL::fileURLWithPath(path)};
+    return {URL::fileURLWithPath(userDocumentsFolder().value_or(g_get_home_dir()).string())};
 }
 
 bool FileManager::fileExists(const std::string& atPath) const {

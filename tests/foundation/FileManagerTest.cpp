@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "platform/foundation/NSError.h"
+#include "tests/testing/ProgramFolder.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo {
@@ -110,33 +111,31 @@ TEST_F(FileManagerTest, CreatesNothingOnTheWeb) {
     EXPECT_EQ(error->localizedDescription(), "https://example.org/a: Invalid argument");
 }
 
-/// Ends the process with the documents directory, found under these settings, on standard error.
-[[noreturn]] void reportDocuments(const std::string& home, const std::string& settings) {
+/// Ends the process with the documents directory on standard error, of a user whose configuration
+/// says so.
+[[noreturn]] void reportDocuments(const std::string& settings) {
+    const auto home = orvalo::testing::ProgramFolder::makeFolder() / "home";
+    fs::create_directories(home / "settings");
+    std::ofstream(home / "settings/user-dirs.dirs") << settings;
     // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
     setenv("HOME", home.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (home + "/settings").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (home / "settings").c_str(), 1);
     // NOLINTEND(concurrency-mt-unsafe)
-    fs::create_directories(home + "/settings");
-    std::ofstream(home + "/settings/user-dirs.dirs") << settings;
     const auto urls = FileManager::default_().urls(SearchPathDirectory::documentDirectory,
                                                    SearchPathDomainMask::userDomainMask);
     for (const auto& url : urls) {
         std::cerr << url.path() << '\n';
     }
-    fs::remove_all(home);
     std::_Exit(0);
 }
 
 TEST(DocumentsDeathTest, AreWhereTheDesktopSays) {
-    const auto home = fs::temp_directory_path() / ("orvalo-home-" + std::to_string(getppid()));
-    EXPECT_EXIT(reportDocuments(home.string(), "XDG_DOCUMENTS_DIR=\"$HOME/My Texts\"\n"),
-                ::testing::ExitedWithCode(0), "^/.*/orvalo-home-[0-9]+/My Texts\n$");
+    EXPECT_EXIT(reportDocuments("XDG_DOCUMENTS_DIR=\"$HOME/My Texts\"\n"),
+                ::testing::ExitedWithCode(0), "^/.*/home/My Texts\n$");
 }
 
 TEST(DocumentsDeathTest, AreTheHomeDirectoryOtherwise) {
-    const auto home = fs::temp_directory_path() / ("orvalo-home-" + std::to_string(getppid()));
-    EXPECT_EXIT(reportDocuments(home.string(), ""), ::testing::ExitedWithCode(0),
-                "^/.*/orvalo-home-[0-9]+\n$");
+    EXPECT_EXIT(reportDocuments(""), ::testing::ExitedWithCode(0), "^/.*/home\n$");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/ProcessInfo.h"
+#include "platform/foundation/UserFolders.h"
 
 namespace orvalo {
 
@@ -17,14 +18,8 @@ constexpr std::string_view kSuffix = ".sqlite";
 // SQLite and the setting aside of a damaged file add to a name.
 constexpr std::size_t kRoomForSuffixes = 64;
 
-/// XDG has programs pass over paths that are not absolute; GLib does not.
-std::filesystem::path configurationFolder() {
-    const std::filesystem::path folder = g_get_user_config_dir();
-    return folder.is_absolute() ? folder : std::filesystem::path(g_get_home_dir()) / ".config";
-}
-
 std::filesystem::path suiteFolder() {
-    return configurationFolder() / "orvalo-suites";
+    return userConfigurationFolder() / "orvalo-suites";
 }
 
 bool isText(std::string_view name) {
@@ -60,7 +55,7 @@ std::optional<std::string> suiteNameTrouble(std::string_view name) {
 }
 
 std::filesystem::path ownDomainFile() {
-    return configurationFolder() / ownDomainName() / "defaults.sqlite";
+    return userConfigurationFolder() / ownDomainName() / "defaults.sqlite";
 }
 
 std::filesystem::path suiteFile(std::string_view name) {

@@ -6,6 +6,7 @@
 
 #include "platform/audio/lv2/LV2Bundle.h"
 #include "platform/foundation/ExecutablePath.h"
+#include "platform/foundation/UserFolders.h"
 
 namespace orvalo {
 
@@ -62,9 +63,9 @@ FilePlaces effectPlaces(const std::vector<std::string>& bundles, const fs::path&
     auto& readable = places.readable;
     add(readable, "", kOfTheSystem);
     add(readable, g_get_home_dir(), kOfHome);
-    add(readable, g_get_user_config_dir(), kOfConfiguration);
-    add(readable, g_get_user_data_dir(), kOfData);
-    add(readable, g_get_user_cache_dir(), kOfCaches);
+    add(readable, userConfigurationFolder(), kOfConfiguration);
+    add(readable, userDataFolder(), kOfData);
+    add(readable, userCacheFolder(), kOfCaches);
     if (const char* authority = g_getenv("XAUTHORITY")) {
         readable.emplace_back(authority);
     }
