@@ -1,3 +1,4 @@
+#include <X11/Xlib.h>
 #include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,6 +26,21 @@ constexpr unsigned kColor = 0x336699;
 constexpr X11Rect kArea{50, 40, 400, 300};
 // The toplevel stands at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
+
+bool isThere(unsigned long window) {
+    XWindowAttributes attributes{};
+    return XGetWindowAttributes(screen(), window, &attributes) != 0;
+}
+
+/// Sends a message to whoever made the window.
+void sendMessage(unsigned long window) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.format = 32;
+    XSendEvent(screen(), window, False, NoEventMask, &event);
+    XFlush(screen());
+}
 
 /// An effect's interface in a container of this program.
 class ServiceInterface : public ::testing::Test {
@@ -132,6 +148,23 @@ TEST_F(ServiceInterface, SaysThatItHasClosedItselfAndGetsNoMoreTurns) {
     EXPECT_EQ(control("turns"), 1.0F);
     EXPECT_EQ(control("width"), 0.0F);
     close();
+}
+
+TEST_F(ServiceInterface, ThatIsClosedInsideItsOwnTurnLivesUntilThatIsOver) {
+    make(FaceDeed::nest);
+    open();
+    // It is in its turn from then on.
+    service().await<bridge::InterfaceWants>();
+    close();
+    EXPECT_TRUE(isThere(window_));
+    sendMessage(window_);
+    EXPECT_TRUE(waitFor([this] { return !isThere(window_); }));
+    ping();
+    // Nobody asked for it any more when it closed itself.
+    EXPECT_TRUE(service().takePassed<bridge::InterfaceClosed>().empty());
+    open();
+    EXPECT_TRUE(comesTo(window_, kOnScreen));
+    EXPECT_EQ(service().standardError(), "");
 }
 
 TEST_F(ServiceInterface, IsOpenedAnewWhenItsInstanceIsReplaced) {

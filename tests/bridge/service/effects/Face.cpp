@@ -1,7 +1,9 @@
 // An effect whose interface is a plain coloured window. What it is told, it writes into controls:
-// where it was clicked, the width that it was given and the number of its turns.
+// where it was clicked, the width that it was given and the number of its turns. It ends the
+// process when it is cleaned up inside of a turn.
 
 #include <X11/Xlib.h>
+#include <glib.h>
 #include <lv2/core/lv2.h>
 #include <lv2/ui/ui.h>
 
@@ -49,8 +51,34 @@ struct Face {
     Window window = 0;
     FaceDeed deed = FaceDeed::none;
     float turns = 0.0F;
+    bool isInTurn = false;
 
     void say(Port port, float value) const { write(controller, port, sizeof(value), 0, &value); }
+    void askForSize() const { resize->ui_resize(resize->handle, 432, 321); }
+    /// What has come to the window; whether it was a message.
+    bool takeEvents() const {
+        bool isMessage = false;
+        while (XPending(display) > 0) {
+            XEvent event;
+            XNextEvent(display, &event);
+            isMessage = isMessage || event.type == ClientMessage;
+            if (event.type == ButtonPress) {
+                say(kLevel, static_cast<float>(event.xbutton.x));
+            }
+        }
+        return isMessage;
+    }
+    void nest() {
+        isInTurn = true;
+        const auto clock = g_timeout_add(
+            1, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+        askForSize();
+        while (!takeEvents()) {
+            g_main_context_iteration(nullptr, TRUE);
+        }
+        g_source_remove(clock);
+        isInTurn = false;
+    }
 };
 
 LV2UI_Handle makeFace(const LV2UI_Descriptor* /*descriptor*/, const char* /*plugin*/,
@@ -78,6 +106,9 @@ LV2UI_Handle makeFace(const LV2UI_Descriptor* /*descriptor*/, const char* /*plug
 
 void endFace(LV2UI_Handle handle) {
     auto* self = static_cast<Face*>(handle);
+    if (self->isInTurn) {
+        std::_Exit(8);
+    }
     XDestroyWindow(self->display, self->window);
     XCloseDisplay(self->display);
     delete self;
@@ -94,20 +125,14 @@ void takeValue(LV2UI_Handle handle, std::uint32_t port, std::uint32_t /*size*/,
 int idle(LV2UI_Handle handle) {
     auto& self = *static_cast<Face*>(handle);
     self.say(kTurns, ++self.turns);
-    while (XPending(self.display) > 0) {
-        XEvent event;
-        XNextEvent(self.display, &event);
-        if (event.type == ButtonPress) {
-            self.say(kLevel, static_cast<float>(event.xbutton.x));
-        }
-    }
+    self.takeEvents();
     switch (std::exchange(self.deed, FaceDeed::none)) {
         case FaceDeed::none:
             break;
         case FaceDeed::close:
             return 1;
         case FaceDeed::askForSize:
-            self.resize->ui_resize(self.resize->handle, 432, 321);
+            self.askForSize();
             break;
         case FaceDeed::badWindow:
             XMapWindow(self.display, 0x7ffffff);
@@ -115,6 +140,10 @@ int idle(LV2UI_Handle handle) {
             break;
         case FaceDeed::leave:
             std::_Exit(7);
+        case FaceDeed::nest:
+            self.say(kDeed, 0.0F);
+            self.nest();
+            return 1;
     }
     return 0;
 }
