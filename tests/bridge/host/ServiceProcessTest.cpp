@@ -3,9 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <thread>
+#include <utility>
 
 #include "platform/audio/bridge/host/ServiceEnvironment.h"
 #include "platform/foundation/NSError.h"
@@ -54,6 +58,84 @@ TEST(ServiceProcess, SaysHowItEnded) {
     ServiceProcess second(signal.path());
     ASSERT_TRUE(second.endsWithin(kLong));
     EXPECT_EQ(second.end(), "was killed by signal 11 (Segmentation fault)");
+}
+
+/// Interrupts the thread that makes it with signals, each of them as soon as the thread sleeps
+/// again after the last, until the object goes; or, when nobody sees to that, for a long time.
+class Interruption {
+  public:
+    /// whenMany: called once, on a thread of its own, after several signals.
+    explicit Interruption(std::function<void()> whenMany = {}) : whenMany_(std::move(whenMany)) {
+        count_ = 0;
+        struct sigaction counting {};
+        counting.sa_handler = [](int) { ++count_; };
+        sigaction(SIGUSR1, &counting, &before_);
+        thread_ = std::thread([this] { interrupt(); });
+    }
+    ~Interruption() {
+        isOver_ = true;
+        thread_.join();
+        sigaction(SIGUSR1, &before_, nullptr);
+    }
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+
+    /// Whether it goes on.
+    bool lasts() const { return std::chrono::steady_clock::now() < end_; }
+
+  private:
+    bool isAsleep() const {
+        std::ifstream file(stat_);
+        std::string line;
+        std::getline(file, line);
+        // The state stands behind the name, which is in brackets.
+        const auto name = line.rfind(") ");
+        return name != std::string::npos && line.substr(name + 2, 1) == "S";
+    }
+    void interrupt() {
+        constexpr int kMany = 10;
+        for (int sent = 0; !isOver_ && lasts();) {
+            if (count_ < sent || !isAsleep()) {
+                sched_yield();
+                continue;
+            }
+            if (sent == kMany && whenMany_) {
+                std::exchange(whenMany_, nullptr)();
+            }
+            pthread_kill(target_, SIGUSR1);
+            ++sent;
+        }
+    }
+
+    static inline std::atomic<int> count_{0};  // Of the signals that have come.
+
+    std::function<void()> whenMany_;
+    const std::string stat_ = "/proc/self/task/" + std::to_string(gettid()) + "/stat";
+    const pthread_t target_ = pthread_self();
+    const std::chrono::steady_clock::time_point end_ = std::chrono::steady_clock::now() + kLong;
+    struct sigaction before_ {};
+    std::atomic<bool> isOver_{false};
+    std::thread thread_;
+};
+
+TEST(ServiceProcess, IsWaitedForHoweverOftenASignalComes) {
+    const Script script("sleep 1000");
+    ServiceProcess process(script.path());
+    std::atomic<bool> isKilled{false};
+    const Interruption interruption([&] {
+        isKilled = true;
+        kill(process.id(), SIGKILL);
+    });
+    EXPECT_TRUE(process.endsWithin(kLong));
+    EXPECT_TRUE(isKilled);
+}
+
+TEST(ServiceProcess, IsWaitedForNoLongerHoweverOftenASignalComes) {
+    const Script script("sleep 1000");
+    ServiceProcess process(script.path());
+    const Interruption interruption;
+    EXPECT_FALSE(process.endsWithin(std::chrono::milliseconds(100)));
+    EXPECT_TRUE(interruption.lasts());
 }
 
 TEST(ServiceProcess, IsEndedWithAllThatItHasStarted) {
