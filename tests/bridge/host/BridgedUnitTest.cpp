@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/RunLoop.h"
 #include "tests/bridge/host/BridgedEffect.h"
 #include "tests/lv2/BlockRunner.h"
 #include "tests/lv2/Zoo.h"
@@ -107,6 +110,71 @@ TEST(BridgedUnit, ARateThatIsNoneIsAnErrorAndChangesNothing) {
         EXPECT_THROW(unit.allocateRenderResources(0.0), NSError);
     });
     twins.expectSameSound();
+}
+
+/// Held by a completion: what ends on another thread than the main one is counted.
+class MainThreadOnly {
+  public:
+    explicit MainThreadOnly(std::atomic<int>& strays) : strays_(strays) {}
+    MainThreadOnly(const MainThreadOnly&) = default;
+    MainThreadOnly& operator=(const MainThreadOnly&) = delete;
+    ~MainThreadOnly() { strays_ += RunLoop::isMainThread() ? 0 : 1; }
+
+  private:
+    std::atomic<int>& strays_;
+};
+
+/// Units have an interface provider, which no unit of these tests gets as far as.
+class BridgedUnitInterface : public ::testing::Test {
+  protected:
+    BridgedUnitInterface() {
+        BridgedAudioUnit::setInterfaceProvider([this](const auto& /*unit*/) {
+            ++provisions_;
+            return nullptr;
+        });
+    }
+    ~BridgedUnitInterface() override { BridgedAudioUnit::setInterfaceProvider({}); }
+
+    void request(AUAudioUnit& unit) {
+        unit.requestViewController([this, held = MainThreadOnly(strays_)](const auto& controller) {
+            EXPECT_TRUE(RunLoop::isMainThread());
+            EXPECT_EQ(controller, nullptr);
+            ++answers_;
+        });
+    }
+    bool isAnswered() {
+        return RunLoop::main()->run([this] { return answers_ > 0; }, std::chrono::seconds(60));
+    }
+
+    int provisions_ = 0;
+    int answers_ = 0;
+    std::atomic<int> strays_{0};
+};
+
+TEST_F(BridgedUnitInterface, IsAnsweredAndLetGoOfByTheMainThread) {
+    const CapturedOutput error(2);
+    auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
+    request(*unit);
+    EXPECT_TRUE(isAnswered());
+    // Ends the thread that could have held on to it.
+    unit = nullptr;
+    EXPECT_EQ(answers_, 1);
+    EXPECT_EQ(strays_, 0);
+    EXPECT_EQ(provisions_, 0);
+    EXPECT_THAT(error.text(), HasSubstr("urn:orvalo:zoo:probe"));
+}
+
+TEST_F(BridgedUnitInterface, IsAnsweredAlsoWhenTheUnitGoesBeforeItsProcessAnswers) {
+    const CapturedOutput error(2);
+    for (int round = 1; round <= 10; ++round) {
+        auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
+        answers_ = 0;
+        request(*unit);
+        unit = nullptr;
+        ASSERT_TRUE(isAnswered()) << "round " << round;
+    }
+    EXPECT_EQ(strays_, 0);
+    EXPECT_EQ(provisions_, 0);
 }
 
 class RefusalTest : public ::testing::TestWithParam<std::string> {};

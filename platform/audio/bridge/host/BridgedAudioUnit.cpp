@@ -18,6 +18,37 @@ BridgedInterfaceProvider& interfaceProvider() {
     return provider;
 }
 
+/// Somebody who asked for a unit's interface. Is answered on the main thread, even when the unit or
+/// its process goes before it can answer, and let go of there: the supervisor's thread, which has
+/// this meanwhile, must not be the one that lets go of what the completion holds, nor of the unit.
+class InterfaceRequest {
+  public:
+    using Completion = std::function<void(std::shared_ptr<UIViewController>)>;
+
+    InterfaceRequest(std::weak_ptr<BridgedAudioUnit> unit, Completion completion)
+        : unit_(std::move(unit)), completion_(std::move(completion)) {}
+    ~InterfaceRequest() {
+        if (completion_) {
+            answer(false);
+        }
+    }
+    InterfaceRequest(const InterfaceRequest&) = delete;
+    InterfaceRequest& operator=(const InterfaceRequest&) = delete;
+
+    /// Once.
+    void answer(bool hasInterface) {
+        DispatchQueue::main()->async([hasInterface, weakUnit = std::move(unit_),
+                                      completion = std::exchange(completion_, nullptr)] {
+            const auto unit = hasInterface ? weakUnit.lock() : nullptr;
+            completion(unit == nullptr ? nullptr : interfaceProvider()(unit));
+        });
+    }
+
+  private:
+    std::weak_ptr<BridgedAudioUnit> unit_;
+    Completion completion_;
+};
+
 LV2PluginData readData(LV2World& world, const std::string& uri) {
     const LV2World::Access access(world);
     return LV2PluginData::read(access, uri);
@@ -122,19 +153,13 @@ void BridgedAudioUnit::requestViewController(
         completion(nullptr);
         return;
     }
-    // Weak, and handed on whole, because the supervisor's thread must not be the one that lets go
-    // of the unit, nor of what the completion holds.
-    const auto asked = std::make_shared<decltype(completion)>(std::move(completion));
-    supervisor_.post({bridge::LoadInterface{}, 0, [self = weak(this), asked](const auto& answer) {
+    const auto request = std::make_shared<InterfaceRequest>(weak(this), std::move(completion));
+    supervisor_.post({bridge::LoadInterface{}, 0, [request](const ServiceAnswer& answer) {
                           const bool isRefused = answer.kind == ServiceAnswer::Kind::refused;
                           if (isRefused) {
                               g_warning("%s", answer.error.c_str());
                           }
-                          DispatchQueue::main()->async(
-                              [self, completion = std::move(*asked), isRefused] {
-                                  const auto unit = isRefused ? nullptr : self.lock();
-                                  completion(unit == nullptr ? nullptr : interfaceProvider()(unit));
-                              });
+                          request->answer(!isRefused);
                       }});
 }
 
