@@ -32,6 +32,8 @@ class EmbeddedInterface {
     /// At first it is not.
     virtual void setVisible(bool isVisible) = 0;
     virtual const X11SizeRules& rules() const = 0;
+    /// Whether it is away now, as onAway has it; it can be from the beginning.
+    virtual bool isAway() const { return false; }
 
     /// What the interface asks for has changed. May be empty.
     std::function<void()> onRules;

@@ -161,18 +161,20 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
                 activateShortcut(held->widget(), key);
             }
         };
-        interface_->onAway = [this](bool isAway) {
-            container_->setMessage(isAway ? data_.title + " has stopped. It is started again."
-                                          : std::string());
-        };
+        interface_->onAway = [this](bool isAway) { sayWhetherAway(isAway); };
         interface_->onClosed = [this](const std::string& reason) { closed(reason); };
-        container_->setMessage({});
+        sayWhetherAway(interface_->isAway());
         takeRules();
     } catch (const NSError& error) {
         hasFailed_ = true;
         report(error);
         container_->setMessage("The interface of " + data_.title + " cannot be shown.");
     }
+}
+
+void LV2ViewController::sayWhetherAway(bool isAway) {
+    container_->setMessage(isAway ? data_.title + " has stopped. It is started again."
+                                  : std::string());
 }
 
 void LV2ViewController::close() {

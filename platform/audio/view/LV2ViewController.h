@@ -43,6 +43,7 @@ class LV2ViewController : public AUViewController {
   private:
     void place(const X11ContainerView::Place& place);
     void open(const X11ContainerView::Place& place);
+    void sayWhetherAway(bool isAway);
     void close();
     void closed(const std::string& reason);
     void takeRules();

@@ -62,6 +62,7 @@ BridgedEmbeddedInterface::BridgedEmbeddedInterface(std::shared_ptr<X11Connection
       place_(std::move(place)),
       listener_(std::make_shared<Listener>(*this)) {
     channel().setListener(listener_);
+    isAway_ = container_ == nullptr;
 }
 
 BridgedEmbeddedInterface::~BridgedEmbeddedInterface() {

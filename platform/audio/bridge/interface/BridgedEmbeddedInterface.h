@@ -25,6 +25,7 @@ class BridgedEmbeddedInterface : public EmbeddedInterface {
     void place(const X11Rect& area, const X11Rect& visible) override;
     void setVisible(bool isVisible) override;
     const X11SizeRules& rules() const override;
+    bool isAway() const override { return isAway_; }
 
   private:
     class Listener;
