@@ -13,6 +13,7 @@
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/foundation/Bundle.h"
 #include "tests/bridge/interface/ServicePid.h"
+#include "tests/bridge/interface/UnhurriedLimits.h"
 #include "tests/bridge/interface/WindowAt.h"
 #include "tests/interface/Pointer.h"
 #include "tests/interface/Screen.h"
@@ -47,15 +48,6 @@ GtkWidget* labelBelow(GtkWidget* widget) {
         }
     }
     return nullptr;
-}
-
-/// With which a machine that has much else to do is no hang.
-BridgeLimits patientLimits() {
-    BridgeLimits limits;
-    limits.hang = std::chrono::seconds(15);
-    limits.request = std::chrono::seconds(60);
-    limits.offlineWait = std::chrono::seconds(60);
-    return limits;
 }
 
 /// The effect service behind a program that waits with starting it while it is held up.
@@ -138,7 +130,7 @@ class BridgedView : public ::testing::Test {
     }
 
     std::string program_ = Bundle::main()->helperURL("effect-service").path();
-    BridgeLimits limits_ = patientLimits();
+    BridgeLimits limits_ = unhurriedLimits();
     std::unique_ptr<StageWindow> window_;
     std::shared_ptr<BridgedAudioUnit> unit_;
     std::shared_ptr<UIViewController> controller_;
@@ -257,8 +249,9 @@ TEST_F(BridgedView, SaysThatItIsClosedWhenItsEffectIsGivenUp) {
     EXPECT_TRUE(waitFor([] { return servicePids().empty(); }));
     EXPECT_EQ(gain(), 1.0F);
     EXPECT_TRUE(waitFor([this] {
-        return words() == "The interface of Interface probe is closed: the effect has died too "
-                          "often, and its input passes through unchanged.";
+        return words() ==
+               "The interface of Interface probe is closed: the effect has died too "
+               "often, and its input passes through unchanged.";
     }));
     EXPECT_TRUE(waitFor([&place] { return countColors(place) > 2; }));
 }

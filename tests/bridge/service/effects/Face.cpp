@@ -1,6 +1,6 @@
 // An effect whose interface is a plain coloured window. What it is told, it writes into controls:
-// where it was clicked, the width that it was given and the number of its turns. It ends the
-// process when it is cleaned up inside of a turn.
+// where it was clicked, the width that it was given and the number of its turns. Keys it sends on.
+// It ends the process when it is cleaned up inside of a turn.
 
 #include <X11/Xlib.h>
 #include <glib.h>
@@ -48,6 +48,7 @@ struct Face {
     LV2UI_Controller controller;
     LV2UI_Resize* resize = nullptr;
     Display* display = nullptr;
+    Window parent = 0;
     Window window = 0;
     FaceDeed deed = FaceDeed::none;
     float turns = 0.0F;
@@ -64,6 +65,9 @@ struct Face {
             isMessage = isMessage || event.type == ClientMessage;
             if (event.type == ButtonPress) {
                 say(kLevel, static_cast<float>(event.xbutton.x));
+            } else if (event.type == KeyPress) {
+                event.xkey.window = parent;
+                XSendEvent(display, parent, True, KeyPressMask, &event);
             }
         }
         return isMessage;
@@ -86,18 +90,17 @@ LV2UI_Handle makeFace(const LV2UI_Descriptor* /*descriptor*/, const char* /*plug
                       LV2UI_Controller controller, LV2UI_Widget* widget,
                       const LV2_Feature* const* features) {
     auto* self = new Face{write, controller};
-    Window parent = 0;
     for (; *features != nullptr; ++features) {
         const std::string_view uri((*features)->URI);
         if (uri == LV2_UI__parent) {
-            parent = reinterpret_cast<Window>((*features)->data);
+            self->parent = reinterpret_cast<Window>((*features)->data);
         } else if (uri == LV2_UI__resize) {
             self->resize = static_cast<LV2UI_Resize*>((*features)->data);
         }
     }
     self->display = XOpenDisplay(nullptr);
-    self->window = XCreateSimpleWindow(self->display, parent, 0, 0, 300, 200, 0, 0, 0x336699);
-    XSelectInput(self->display, self->window, ButtonPressMask);
+    self->window = XCreateSimpleWindow(self->display, self->parent, 0, 0, 300, 200, 0, 0, 0x336699);
+    XSelectInput(self->display, self->window, ButtonPressMask | KeyPressMask);
     XMapWindow(self->display, self->window);
     XSync(self->display, False);
     *widget = reinterpret_cast<LV2UI_Widget>(self->window);

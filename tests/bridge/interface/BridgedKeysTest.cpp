@@ -1,0 +1,96 @@
+#include <glib.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <memory>
+#include <vector>
+
+#include "platform/audio/bridge/interface/BridgedEmbeddedInterface.h"
+#include "platform/foundation/Bundle.h"
+#include "tests/bridge/interface/ServicePid.h"
+#include "tests/bridge/interface/UnhurriedLimits.h"
+#include "tests/bridge/interface/WindowAt.h"
+#include "tests/interface/Pointer.h"
+#include "tests/interface/Screen.h"
+#include "tests/interface/Toplevel.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::ElementsAre;
+
+constexpr unsigned kColor = 0x336699;
+constexpr X11Rect kArea{50, 40, 400, 300};
+// The toplevel stands at (100, 100).
+constexpr X11Rect kOnScreen{150, 140, 400, 300};
+
+LV2World& world() {
+    static const std::string folder = ORVALO_SERVICE_EFFECTS;
+    static auto* effects = new LV2World({{folder}, folder + "/none"});
+    return *effects;
+}
+
+/// An interface whose effect lives in a process of its own, in a plain window that has the
+/// keyboard. Of the keys that it gets it sends all on.
+class BridgedKeys : public ::testing::Test {
+  protected:
+    BridgedKeys() : inside_(toplevel_.focusInside()) {
+        movePointer(1, 1);
+        unit_->allocateRenderResources(48000);
+        interface_ = std::make_unique<BridgedEmbeddedInterface>(
+            connection_, unit_, false,
+            EmbeddedInterface::Place{toplevel_.window(), 1.0, kArea.size(), nullptr});
+        interface_->onUnusedKey = [this](const X11Key& key) { keys_.push_back(key.code); };
+        interface_->place(kArea, kArea);
+        interface_->setVisible(true);
+    }
+
+    /// Waits until an interface is on screen that is not in the container of the last.
+    bool comesAnew() {
+        const bool isNew = waitFor([this] {
+            return parentWindowAt(200, 200) != container_ && pixelAt(200, 200) == kColor &&
+                   rectangleOf(windowAt(200, 200)) == kOnScreen;
+        });
+        container_ = parentWindowAt(200, 200);
+        return isNew;
+    }
+    /// Clicks into the interface and strikes a key, of which nobody but the interface hears.
+    void strike(unsigned long keysym) {
+        ASSERT_EQ(keyboardFocus(), inside_);
+        click(200, 200);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+        const auto count = keys_.size();
+        strikeKey(keysym);
+        ASSERT_TRUE(waitFor([this, count] { return keys_.size() > count; }));
+        runFor(20);
+    }
+
+    Toplevel toplevel_;
+    const unsigned long inside_;
+    const std::shared_ptr<X11Connection> connection_ = X11Connection::open(g_getenv("DISPLAY"));
+    std::shared_ptr<BridgedAudioUnit> unit_ = std::make_shared<BridgedAudioUnit>(
+        world(), "urn:orvalo:service:face", AudioComponentDescription{},
+        Bundle::main()->helperURL("effect-service").path(), unhurriedLimits());
+    std::unique_ptr<BridgedEmbeddedInterface> interface_;
+    unsigned long container_ = 0;
+    std::vector<unsigned> keys_;
+};
+
+TEST_F(BridgedKeys, ComeOnceAlsoFromAnInterfaceThatWasMadeAnew) {
+    const CapturedOutput errors(STDERR_FILENO);
+    ASSERT_TRUE(comesAnew());
+    ASSERT_NO_FATAL_FAILURE(strike('a'));
+    kill(servicePids().front(), SIGKILL);
+    ASSERT_TRUE(comesAnew());
+    ASSERT_NO_FATAL_FAILURE(strike('b'));
+    // The interface reaches the effect's instance, which another rate replaces.
+    unit_->allocateRenderResources(96000);
+    ASSERT_TRUE(comesAnew());
+    ASSERT_NO_FATAL_FAILURE(strike('c'));
+    EXPECT_THAT(keys_, ElementsAre(keycode('a'), keycode('b'), keycode('c')));
+}
+
+}  // namespace
