@@ -4,6 +4,7 @@
 #include <csignal>
 
 #include "platform/foundation/NSError.h"
+#include "tests/bridge/RealTimeThread.h"
 #include "tests/bridge/host/BridgedEffect.h"
 #include "tests/bridge/host/Leftovers.h"
 #include "tests/bridge/host/Transcript.h"
@@ -148,16 +149,6 @@ TEST(MadeMisbehaving, ALoopWhileItIsMadeIsAnError) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-/// As a device's thread is, where the system grants it; one of its own.
-template <typename Body>
-void onRealTimeThread(Body body) {
-    std::thread([&body] {
-        const sched_param parameters{.sched_priority = 5};
-        pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameters);
-        body();
-    }).join();
-}
-
 TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
     const CapturedOutput error(2);
     auto limits = strictLimits();
@@ -167,7 +158,7 @@ TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
     const auto process = *children().begin();
     unit->setRenderingOffline(false);
     auto fed = feed(*unit);
-    onRealTimeThread([&] {
+    onRealTimeThread(5, [&] {
         Transcript transcript;
         EXPECT_EQ(transcript.add(fed.next()), wet);
         ASSERT_TRUE(loadPreset(*unit, "Once"));

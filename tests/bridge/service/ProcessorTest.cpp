@@ -1,14 +1,10 @@
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <sched.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <thread>
-#include <vector>
 
+#include "tests/bridge/RealTimeThread.h"
+#include "tests/bridge/ThreadOf.h"
 #include "tests/bridge/service/HostedEffect.h"
 
 namespace {
@@ -17,28 +13,6 @@ using namespace orvalo;
 using namespace orvalo::testing;
 
 constexpr std::chrono::seconds kPatience{30};
-
-/// The thread of that name in that process; 0 when there is none.
-pid_t threadOf(pid_t process, const std::string& name) {
-    for (const auto& entry :
-         std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
-        std::ifstream file(entry.path() / "comm");
-        if (std::string comm; std::getline(file, comm) && comm == name) {
-            return std::stoi(entry.path().filename());
-        }
-    }
-    return 0;
-}
-
-/// Whether the system lets this user's threads have such a priority.
-bool isRealTimeGranted() {
-    bool isGranted = false;
-    std::thread([&isGranted] {
-        const sched_param parameters{.sched_priority = 5};
-        isGranted = pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameters) == 0;
-    }).join();
-    return isGranted;
-}
 
 cpu_set_t onlyOn(int processor) {
     cpu_set_t set;
@@ -91,18 +65,16 @@ class ServiceProcessor : public ::testing::Test {
     cpu_set_t all_{};
 };
 
-TEST_F(ServiceProcessor, IsSharedOnlyByAThreadThatTheHostCanInterrupt) {
+TEST_F(ServiceProcessor, IsSharedUnlessThePriorityIsRefused) {
     const auto first = sched_getcpu();
     effect_.audio().control().processor = first;
     ASSERT_TRUE(comesTo(onlyOn(first)));
     const bool isGranted = isRealTimeGranted();
-    setHost(SCHED_FIFO, sched_get_priority_min(SCHED_FIFO));
-    EXPECT_TRUE(comesTo(all_));
-    EXPECT_TRUE(comesTo(isGranted ? SCHED_FIFO : SCHED_OTHER,
-                        isGranted ? sched_get_priority_min(SCHED_FIFO) : 0));
     setHost(SCHED_FIFO, 5);
     EXPECT_TRUE(comesTo(isGranted ? onlyOn(first) : all_));
-    EXPECT_TRUE(comesTo(isGranted ? SCHED_FIFO : SCHED_OTHER, isGranted ? 4 : 0));
+    EXPECT_TRUE(comesTo(isGranted ? SCHED_FIFO : SCHED_OTHER, isGranted ? 5 : 0));
+    setHost(SCHED_FIFO, 1000);
+    EXPECT_TRUE(comesTo(all_)) << "No thread can have that one.";
     setHost(SCHED_OTHER, 0);
     EXPECT_TRUE(comesTo(onlyOn(first)));
     EXPECT_TRUE(comesTo(SCHED_OTHER, 0));

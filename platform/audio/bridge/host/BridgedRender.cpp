@@ -1,9 +1,9 @@
 #include "platform/audio/bridge/host/BridgedRender.h"
 
-#include <sched.h>
-
 #include <algorithm>
+#include <utility>
 
+#include "platform/audio/bridge/host/RenderPriority.h"
 #include "platform/audio/bridge/wire/SharedEvents.h"
 #include "platform/foundation/RealTimeScope.h"
 
@@ -13,15 +13,6 @@ namespace {
 
 // An hour at 192 kHz; more than that is no latency.
 constexpr std::uint32_t kLongestLatency = 691200000;
-
-void tellScheduling(SharedAudio::Control& control) noexcept {
-    sched_param parameters{};
-    const int policy = sched_getscheduler(0);
-    if (policy >= 0 && sched_getparam(0, &parameters) == 0) {
-        control.schedulingPolicy.store(policy, std::memory_order_relaxed);
-        control.schedulingPriority.store(parameters.sched_priority, std::memory_order_relaxed);
-    }
-}
 
 }  // namespace
 
@@ -120,11 +111,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
     for (std::uint32_t channel = 0; channel < shared.channelCount; ++channel) {
         std::copy_n(input.channels[channel], input.frameCount, shared.channels[channel]);
     }
-    if (tellsScheduling_.exchange(false, std::memory_order_relaxed) || !session.knowsScheduling) {
-        tellScheduling(control);
-        session.knowsScheduling = true;
-    }
-    control.processor.store(place(), std::memory_order_relaxed);
+    agreeOnPlace(session, std::chrono::steady_clock::now());
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
     session.isOutstanding = true;
     session.sampleTime = sampleTime_;
@@ -156,10 +143,23 @@ void BridgedRender::takeReports(RenderSession& session) noexcept {
     }
 }
 
-int BridgedRender::place() noexcept {
-    // Who renders offline is any thread, and not ours to hold.
+void BridgedRender::agreeOnPlace(RenderSession& session, Time now) noexcept {
+    auto& control = session.audio.control();
+    // Who renders offline is any thread, and not ours to hold or to raise.
     constexpr int kAnywhere = -1;
-    return isOffline() ? kAnywhere : hold_.keep(std::chrono::steady_clock::now());
+    const bool isNew = !std::exchange(session.knowsScheduling, true);
+    if (tellsScheduling_.exchange(false, std::memory_order_relaxed) || isNew || now >= nextLook_) {
+        nextLook_ = now + ProcessorHold::kLength;
+        const auto effect = isOffline() ? EffectScheduling() : takeLead();
+        maySharePlace_ = effect.maySharePlace && !isOffline();
+        control.schedulingPolicy.store(effect.policy, std::memory_order_relaxed);
+        control.schedulingPriority.store(effect.priority, std::memory_order_relaxed);
+    }
+    if (!maySharePlace_) {
+        hold_.letGo();
+    }
+    control.processor.store(maySharePlace_ ? hold_.keep(now) : kAnywhere,
+                            std::memory_order_relaxed);
 }
 
 Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {

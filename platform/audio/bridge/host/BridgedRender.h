@@ -35,7 +35,10 @@ class BridgedRender {
     void setSampleRate(double sampleRate);
     /// Whether time does not matter: offline rendering waits for late answers and for sessions.
     /// Never while render() may be called.
-    void setOffline(bool isOffline) { isOffline_.store(isOffline, std::memory_order_relaxed); }
+    void setOffline(bool isOffline) {
+        isOffline_.store(isOffline, std::memory_order_relaxed);
+        tellsScheduling_.store(true, std::memory_order_relaxed);
+    }
     /// Null to discard MIDI. Control threads, one at a time.
     void setMIDIBlock(std::unique_ptr<AUMIDIOutputEventBlock> block) {
         midiBlock_.exchange(std::move(block));
@@ -53,6 +56,8 @@ class BridgedRender {
     void render(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
+    using Time = std::chrono::steady_clock::time_point;
+
     /// Holds no session meanwhile: who exchanges it waits for accesses to end.
     void awaitSession() noexcept;
     bool hasLiveSession() noexcept;
@@ -60,7 +65,9 @@ class BridgedRender {
                  const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) noexcept;
     void takeReports(RenderSession& session) noexcept;
-    int place() noexcept;
+    /// Tells the process how its thread is to run, and where. What others do to the scheduling of
+    /// the render thread is seen within a second.
+    void agreeOnPlace(RenderSession& session, Time now) noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
     bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
@@ -80,6 +87,8 @@ class BridgedRender {
 
     // The render thread's.
     ProcessorHold hold_;  // Whoever takes a session out lets go of that thread.
+    Time nextLook_;       // At how the thread is scheduled.
+    bool maySharePlace_ = false;
     WetDryFader fader_;
     std::int64_t sampleTime_ = 0;  // Frames rendered so far.
 };

@@ -83,23 +83,18 @@ void ServiceAudioThread::takeScheduling() {
     }
     policy_ = policy;
     priority_ = priority;
-    // One step below, so that on one processor the host goes on when its wait is over, whatever the
-    // effect does there.
-    const bool isRealTime = policy == SCHED_FIFO || policy == SCHED_RR;
-    const bool isAbove = priority > sched_get_priority_min(policy);
-    sched_param parameters{};
-    parameters.sched_priority = isRealTime && isAbove ? priority - 1 : priority;
+    const sched_param parameters{.sched_priority = priority};
     const int error = pthread_setschedparam(pthread_self(), policy, &parameters);
     if (error != 0) {
         g_message("The effect runs without the real-time priority of the host (%d): %s.", priority,
                   g_strerror(error));
     }
-    maySharePlace_ = !isRealTime || (isAbove && error == 0);
+    mayFollowHost_ = error == 0;
 }
 
 void ServiceAudioThread::followHost() noexcept {
     const int processor =
-        maySharePlace_ ? audio_.control().processor.load(std::memory_order_relaxed) : kAnywhere;
+        mayFollowHost_ ? audio_.control().processor.load(std::memory_order_relaxed) : kAnywhere;
     if (processor == processor_) {
         return;
     }

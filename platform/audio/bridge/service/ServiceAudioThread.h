@@ -13,8 +13,8 @@
 
 namespace orvalo {
 
-/// The thread that renders the host's quanta: straight from the shared memory into it, with a
-/// real-time priority one step below the host's where the system grants it.
+/// The thread that renders the host's quanta: straight from the shared memory into it, with the
+/// host's real-time priority where the system grants it.
 class ServiceAudioThread {
   public:
     /// Takes the unit's MIDI block. audio must outlive the object.
@@ -33,8 +33,8 @@ class ServiceAudioThread {
   private:
     void serve() noexcept;
     void takeScheduling();
-    /// Goes to the processor of the host's render thread, since the two take turns; not where it
-    /// could keep that thread waiting, or be kept from its turn.
+    /// Goes to the processor that the host names, since the two take turns; not where others there
+    /// would keep it from its turn, because it has not got its priority.
     void followHost() noexcept;
     void render() noexcept;
 
@@ -47,7 +47,7 @@ class ServiceAudioThread {
     int policy_ = 0;
     int priority_ = 0;
     int processor_ = -1;
-    bool maySharePlace_ = true;
+    bool mayFollowHost_ = true;
     cpu_set_t anywhere_{};    ///< The processors that it may be on.
     std::int64_t start_ = 0;  // The quantum's on the unit's time line.
     std::optional<SharedEventWriter> events_;

@@ -33,12 +33,12 @@ class SharedAudio {
         alignas(64) std::atomic<std::uint32_t> request{0};
         /// By the host, before request: the quantum's frames, 1 to kMaximumFramesToRender.
         std::atomic<std::uint32_t> frameCount{0};
-        /// By the host: how its render thread is scheduled (sched_setscheduler's policy and
-        /// priority), by which the service's goes where it may.
+        /// By the host, before request: how the service's audio thread is to be scheduled where the
+        /// system grants it (sched_setscheduler's policy and priority).
         std::atomic<std::int32_t> schedulingPolicy{0};
         std::atomic<std::int32_t> schedulingPriority{0};
-        /// By the host, before request: the processor that its render thread is on, from 0, which
-        /// the service's goes to; -1 when it may be anywhere.
+        /// By the host, before request: the processor, from 0, to which the service's audio thread
+        /// goes; -1 when it may be anywhere.
         std::atomic<std::int32_t> processor{-1};
         alignas(64) std::atomic<std::uint32_t> response{0};
         /// By the service, before response: frames, as AUAudioUnit::latency().

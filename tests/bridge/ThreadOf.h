@@ -1,0 +1,24 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace orvalo::testing {
+
+/// The thread of that name in that process; 0 when there is none.
+inline pid_t threadOf(pid_t process, const std::string& name) {
+    std::error_code gone;
+    for (const auto& entry :
+         std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task", gone)) {
+        std::ifstream file(entry.path() / "comm");
+        if (std::string comm; std::getline(file, comm) && comm == name) {
+            return std::stoi(entry.path().filename());
+        }
+    }
+    return 0;
+}
+
+}  // namespace orvalo::testing
