@@ -141,6 +141,15 @@ void ApplicationFixture::key(const std::string& name) {
     act({"key", name});
 }
 
+void ApplicationFixture::playAndStop() {
+    key("space");
+    EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
+              "AUEnginePlayer: Audio engine starting.");
+    key("space");
+    EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
+              "AUEnginePlayer: Audio engine stopping.");
+}
+
 bool ApplicationFixture::eventually(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
     while (!condition()) {

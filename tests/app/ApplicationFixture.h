@@ -47,6 +47,8 @@ class ApplicationFixture : public ::testing::Test {
     static void focus();
     /// Types a key of xdotool's names into its window.
     static void key(const std::string& name);
+    /// Starts the playing and ends it, by the space bar.
+    void playAndStop();
     /// Looks again and again until it holds; false when it never does.
     static bool eventually(const std::function<bool()>& condition);
     /// Closes the window and returns the exit status.

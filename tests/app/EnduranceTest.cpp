@@ -41,15 +41,6 @@ class EnduranceTest : public ApplicationFixture {
         act({"click", "--repeat", "2", "1", "type", "--", "-12"});
         act({"key", "Return"});
     }
-
-    void playAndStop() {
-        key("space");
-        EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
-                  "AUEnginePlayer: Audio engine starting.");
-        key("space");
-        EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
-                  "AUEnginePlayer: Audio engine stopping.");
-    }
 };
 
 TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {

@@ -9,7 +9,6 @@
 #include <functional>
 #include <initializer_list>
 #include <iostream>
-#include <vector>
 
 #include "platform/foundation/defaults/ChangeCounter.h"
 #include "tests/defaults/Database.h"
@@ -21,12 +20,8 @@
 namespace orvalo::testing {
 namespace {
 
-using ::testing::AllOf;
-using ::testing::Each;
 using ::testing::ElementsAre;
-using ::testing::Gt;
 using ::testing::HasSubstr;
-using ::testing::SizeIs;
 
 constexpr uid_t kSomebodyElse = 65534;
 constexpr uid_t kAThird = 65533;
@@ -83,24 +78,17 @@ TEST_F(ARefusedWrite, onAFullDiskLosesNothing) {
     expectEverythingToWork();
 }
 
-// Whoever dies in between is found out by the mark.
 TEST(AWrite, isMarkedAsLongAsItLasts) {
-    static const ChangeMapping* mapping = nullptr;
-    static std::vector<bool> marks;
     const auto name = newSuiteName();
     const auto settings = UserDefaults::suiteName(name);
     settings->set(1, "key");
     const ChangeCounter counter(suiteFile(name).string() + "-changes");
-    mapping = counter.mapping().get();
     {
-        const OtherWrites writes([](int file, const void* bytes, size_t size, off_t at) {
-            marks.push_back(mapping->count() % 2 == 1);
-            return pwrite(file, bytes, size, at);
-        });
+        const MarkWatch watch(*counter.mapping());
         settings->set(2, "key");
+        EXPECT_TRUE(MarkWatch::wasMarkedThroughout());
     }
-    EXPECT_THAT(marks, AllOf(SizeIs(Gt(0U)), Each(true)));
-    EXPECT_EQ(mapping->count() % 2, 0U);
+    EXPECT_EQ(counter.mapping()->count() % 2, 0U);
     EXPECT_EQ(settings->integer("key"), 2);
 }
 

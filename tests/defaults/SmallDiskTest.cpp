@@ -82,6 +82,19 @@ class ASmallDisk : public SuiteFile {
         EXPECT_THAT(setAside(file_), IsEmpty());
     }
 
+    void expectToWorkOnceThereIsRoom(UserDefaults& settings) {
+        disk_.makeRoom();
+        expectToWorkAgain(settings);
+    }
+
+    /// No new suite can be made, as one line says.
+    static void expectNoOther() {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
+        EXPECT_THAT(lines(errors),
+                    ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
+    }
+
     /// A suite whose database has a log beside it, and nothing else.
     void makeALogWithoutIndex() {
         ASSERT_TRUE(isStored(*open(), "there", "key"));
@@ -117,8 +130,7 @@ TEST_F(ASmallDisk, thatIsFullLosesNothing) {
         isStored(*settings, -1 - number, std::to_string(number));
     }
     expectToBeReadAlone(*settings);
-    disk_.makeRoom();
-    expectToWorkAgain(*settings);
+    expectToWorkOnceThereIsRoom(*settings);
 }
 
 TEST_F(ASmallDisk, thatIsFullHidesNothingThatOthersHaveStored) {
@@ -149,8 +161,7 @@ TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
     }
     EXPECT_GT(stored_.size(), 20U);
     expectAllThatWasStored(*settings);
-    disk_.makeRoom();
-    expectToWorkAgain(*settings);
+    expectToWorkOnceThereIsRoom(*settings);
 }
 
 TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
@@ -180,8 +191,7 @@ TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
         const auto settings = open();
         ASSERT_NE(settings, nullptr);
         expectToBeReadAlone(*settings);
-        disk_.makeRoom();
-        expectToWorkAgain(*settings);
+        expectToWorkOnceThereIsRoom(*settings);
     }
     expectAllThatWasStored(*open());
 }
@@ -195,8 +205,7 @@ TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexCanBeRead) {
         const auto settings = open();
         ASSERT_NE(settings, nullptr);
         expectToBeReadAlone(*settings);
-        disk_.makeRoom();
-        expectToWorkAgain(*settings);
+        expectToWorkOnceThereIsRoom(*settings);
     }
 }
 
@@ -219,13 +228,8 @@ TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexLetsAReaderFollowOthersOnceItHas)
 TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
     disk_.fill();
-    {
-        const CapturedOutput errors(2);
-        EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
-        EXPECT_THAT(lines(errors),
-                    ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
-        EXPECT_FALSE(std::filesystem::exists(suiteFile("another")));
-    }
+    expectNoOther();
+    EXPECT_FALSE(std::filesystem::exists(suiteFile("another")));
     disk_.makeRoom();
     const auto another = UserDefaults::suiteName("another");
     ASSERT_NE(another, nullptr);
@@ -282,14 +286,8 @@ TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
     ASSERT_NE(settings, nullptr);
     expectToBeReadAlone(*settings);
     EXPECT_FALSE(isStored(*settings, 5, "new"));
-    {
-        const CapturedOutput errors(2);
-        EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
-        EXPECT_THAT(lines(errors),
-                    ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
-    }
-    disk_.makeRoom();
-    expectToWorkAgain(*settings);
+    expectNoOther();
+    expectToWorkOnceThereIsRoom(*settings);
 }
 
 TEST_F(ASmallDisk, thatIsReadOnlyLetsAReaderOfTheDatabaseAloneFollowOthersOnceItIsNot) {

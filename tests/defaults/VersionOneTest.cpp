@@ -6,7 +6,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <vector>
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/ChangeCounter.h"
@@ -20,19 +19,10 @@
 namespace orvalo::testing {
 namespace {
 
-using ::testing::AllOf;
-using ::testing::Each;
 using ::testing::ElementsAre;
-using ::testing::Gt;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-
-bool isLog(int file) {
-    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file))
-        .string()
-        .ends_with("-wal");
-}
 
 class AFileOfVersionOne : public SuiteFile {
   protected:
@@ -73,22 +63,11 @@ TEST_F(AFileOfVersionOne, isBroughtForwardAndOthersAreToldOf) {
     EXPECT_EQ(changes.mapping()->count() % 2, 0U);
 }
 
-// Whoever dies in between is found out by the mark.
 TEST_F(AFileOfVersionOne, isMarkedAsLongAsItIsBroughtForward) {
-    static const ChangeMapping* mapping = nullptr;
-    static std::vector<bool> marks;
     const ChangeCounter changes(counter());
-    mapping = changes.mapping().get();
-    {
-        const OtherWrites writes([](int file, const void* bytes, size_t size, off_t at) {
-            if (isLog(file)) {
-                marks.push_back(mapping->count() % 2 == 1);
-            }
-            return pwrite(file, bytes, size, at);
-        });
-        EXPECT_NE(open(), nullptr);
-    }
-    EXPECT_THAT(marks, AllOf(SizeIs(Gt(0U)), Each(true)));
+    const MarkWatch watch(*changes.mapping(), "-wal");
+    EXPECT_NE(open(), nullptr);
+    EXPECT_TRUE(MarkWatch::wasMarkedThroughout());
 }
 
 // The thread sanitizer takes locks that are held across a fork for the parent's.

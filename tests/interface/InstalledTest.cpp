@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
+#include <map>
 #include <ostream>
 #include <string>
 
@@ -12,7 +12,7 @@
 #include "tests/interface/Screen.h"
 #include "tests/interface/StageWindow.h"
 #include "tests/interface/WidgetPlace.h"
-#include "tests/testing/TemporaryFolder.h"
+#include "tests/lv2/RegisteredEffects.h"
 
 namespace {
 
@@ -37,26 +37,17 @@ const std::vector<Installed>& installed() {
     return effects;
 }
 
-/// Registers all of them by one bundle in front of the standard path.
 class InstalledInterface : public ::testing::TestWithParam<Installed> {
   protected:
     static void SetUpTestSuite() {
-        static const TemporaryFolder folder;
-        std::filesystem::create_directory(folder.path() / "codes.lv2");
-        std::ofstream manifest(folder.path() / "codes.lv2" / "manifest.ttl");
-        manifest << "@prefix ac: <urn:tessaly:audio-component#> .\n";
+        std::map<std::string, std::string> effects;
         for (const auto& effect : installed()) {
-            if (effect.name == "orVL") {
-                continue;  // Its own bundle does.
+            // Our own has a bundle that registers it.
+            if (effect.name != "orVL") {
+                effects.emplace(effect.name, effect.uri);
             }
-            manifest << "<" << effect.uri << R"(> ac:type "aufx" ; ac:subtype ")" << effect.name
-                     << R"(" ; ac:manufacturer "REAL" .)"
-                     << "\n";
         }
-        manifest.close();
-        // No other thread is there yet.
-        const auto path = folder.path().string() + ":/usr/lib/lv2";
-        setenv("LV2_PATH", path.c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
+        registerEffects(effects);
         startToolkit();
     }
 

@@ -7,16 +7,32 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 using zoo::Misdeed;
-using InterfaceKeyboard = InterfaceFixture;
 
 constexpr unsigned long kSpace = 0x20;
 
+class InterfaceKeyboard : public InterfaceFixture {
+  protected:
+    /// An interface that is drawn.
+    void show() {
+        open();
+        ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    }
+    void clickIntoIt() {
+        click(200, 200);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    }
+    /// It takes the keyboard for itself, which it has from a click.
+    void misbehave() {
+        clickIntoIt();
+        commit(Misdeed::takeKeyboard);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    }
+};
+
 TEST_F(InterfaceKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
     const auto inside = toplevel_.focusInside();
-    open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
-    click(200, 200);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    ASSERT_NO_FATAL_FAILURE(show());
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     strikeKey(kSpace);
     ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
     EXPECT_TRUE(toplevel_.takeKeys().empty());
@@ -34,8 +50,7 @@ TEST_F(InterfaceKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
 
 TEST_F(InterfaceKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWheel) {
     const auto inside = toplevel_.focusInside();
-    open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_NO_FATAL_FAILURE(show());
     constexpr unsigned kWheelUp = 4;
     click(200, 200, kWheelUp);
     runFor(20);
@@ -52,12 +67,8 @@ TEST_F(InterfaceKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWhe
 
 TEST_F(InterfaceKeyboard, GivesTheKeyboardBackAtAClickElsewhere) {
     const auto inside = toplevel_.focusInside();
-    open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
-    click(200, 200);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
-    commit(Misdeed::takeKeyboard);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    ASSERT_NO_FATAL_FAILURE(show());
+    ASSERT_NO_FATAL_FAILURE(misbehave());
     // The pointer comes out of the interface only with the click.
     movePointer(700, 500);
     pressButton(1);
@@ -70,8 +81,7 @@ TEST_F(InterfaceKeyboard, GivesTheKeyboardBackAtAClickElsewhere) {
 }
 
 TEST_F(InterfaceKeyboard, GetsTheKeyboardThatItsToplevelGetsAfterTheClick) {
-    open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_NO_FATAL_FAILURE(show());
     const Toplevel other;
     const auto elsewhere = other.focusInside();
     other.lower();
@@ -88,8 +98,7 @@ TEST_F(InterfaceKeyboard, HasTheKeyboardAlsoAfterItWasMadeAnew) {
     unit_->allocateRenderResources(96000.0);
     ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2 && record_.width == 400; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
-    click(200, 200);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     // The toplevel's events are still heard.
     toplevel_.focusInside();
     ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
@@ -97,18 +106,11 @@ TEST_F(InterfaceKeyboard, HasTheKeyboardAlsoAfterItWasMadeAnew) {
 
 TEST_F(InterfaceKeyboard, GivesTheKeyboardBackThatItTookForItself) {
     const auto inside = toplevel_.focusInside();
-    open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
-    click(200, 200);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
-    commit(Misdeed::takeKeyboard);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    ASSERT_NO_FATAL_FAILURE(show());
+    ASSERT_NO_FATAL_FAILURE(misbehave());
     movePointer(700, 500);
     ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
-    click(200, 200);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
-    commit(Misdeed::takeKeyboard);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    ASSERT_NO_FATAL_FAILURE(misbehave());
     embedded_->setVisible(false);
     ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
 }
@@ -124,8 +126,7 @@ TEST_F(InterfaceKeyboard, HandsBackTheKeysThatTheInterfaceSendsOnWhileItHasTheKe
     for (const long mask : {1L, 0L}) {
         unused.clear();
         record_.keyMask = mask;
-        click(200, 200);
-        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+        ASSERT_NO_FATAL_FAILURE(clickIntoIt());
         strikeKey(kSpace);
         EXPECT_TRUE(waitFor([&] { return unused == std::vector{space}; })) << mask;
         movePointer(700, 500);
@@ -145,8 +146,7 @@ TEST_F(InterfaceKeyboard, LeavesKeysThatTheInterfaceDoesNotWantToTheToplevel) {
     embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
     ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
     commit(Misdeed::ignoreKeys);
-    click(200, 200);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     strikeKey(kSpace);
     runFor(20);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
@@ -156,13 +156,11 @@ TEST_F(InterfaceKeyboard, LeavesKeysThatTheInterfaceDoesNotWantToTheToplevel) {
 
 TEST_F(InterfaceKeyboard, MayBeClosedByAKeyThatItSendsOn) {
     toplevel_.focusInside();
-    open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_NO_FATAL_FAILURE(show());
     record_.keyMask = 1;
     connection_ = nullptr;
     embedded_->onUnusedKey = [this](const X11Key& /*key*/) { embedded_ = nullptr; };
-    click(200, 200);
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     strikeKey(kSpace);
     EXPECT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(record_.cleanups, 1);

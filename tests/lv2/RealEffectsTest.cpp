@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
@@ -11,8 +9,8 @@
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "tests/lv2/BlockRunner.h"
 #include "tests/lv2/DirectHost.h"
+#include "tests/lv2/RegisteredEffects.h"
 #include "tests/lv2/Zoo.h"
-#include "tests/testing/TemporaryFolder.h"
 
 namespace {
 
@@ -50,23 +48,14 @@ const std::vector<RealEffect>& realEffects() {
     return effects;
 }
 
-/// Registers all of them by one bundle in front of the standard path.
 class RealEffects : public ::testing::TestWithParam<RealEffect> {
   protected:
     static void SetUpTestSuite() {
-        static const TemporaryFolder folder;
-        std::filesystem::create_directory(folder.path() / "codes.lv2");
-        std::ofstream manifest(folder.path() / "codes.lv2" / "manifest.ttl");
-        manifest << "@prefix ac: <urn:tessaly:audio-component#> .\n";
+        std::map<std::string, std::string> effects;
         for (const auto& effect : realEffects()) {
-            manifest << "<" << effect.uri << R"(> ac:type "aufx" ; ac:subtype ")" << effect.subtype
-                     << R"(" ; ac:manufacturer "REAL" ; ac:name "REAL: )" << effect.subtype
-                     << "\" .\n";
+            effects.emplace(effect.subtype, effect.uri);
         }
-        manifest.close();
-        // No other thread is there yet.
-        const auto path = folder.path().string() + ":/usr/lib/lv2";
-        setenv("LV2_PATH", path.c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
+        registerEffects(effects);
     }
 
     static std::shared_ptr<LV2LocalAudioUnit> make(const std::string& uri) {
