@@ -1,7 +1,6 @@
 #include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <memory>
 #include <vector>
@@ -83,7 +82,7 @@ TEST_F(BridgedKeys, ComeOnceAlsoFromAnInterfaceThatWasMadeAnew) {
     const CapturedOutput errors(STDERR_FILENO);
     ASSERT_TRUE(comesAnew());
     ASSERT_NO_FATAL_FAILURE(strike('a'));
-    kill(servicePids().front(), SIGKILL);
+    ASSERT_TRUE(killService());
     ASSERT_TRUE(comesAnew());
     ASSERT_NO_FATAL_FAILURE(strike('b'));
     // The interface reaches the effect's instance, which another rate replaces.

@@ -1,5 +1,6 @@
 #include "tests/bridge/interface/ServicePid.h"
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -11,15 +12,21 @@ std::vector<pid_t> servicePids() {
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
         std::ifstream children(task.path() / "children");
         for (pid_t pid = 0; children >> pid;) {
-            std::ifstream file("/proc/" + std::to_string(pid) + "/cmdline");
+            // What stands there of a process that is not reaped, too.
+            std::ifstream file("/proc/" + std::to_string(pid) + "/comm");
             std::string program;
-            std::getline(file, program, '\0');
-            if (program.ends_with("/effect-service")) {
+            std::getline(file, program);
+            if (program == "effect-service") {
                 result.push_back(pid);
             }
         }
     }
     return result;
+}
+
+bool killService() {
+    const auto pids = servicePids();
+    return pids.size() == 1 && kill(pids.front(), SIGKILL) == 0;
 }
 
 }  // namespace orvalo::testing
