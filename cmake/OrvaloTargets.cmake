@@ -82,6 +82,15 @@ function(orvalo_optimise)
         SKIP_PRECOMPILE_HEADERS ON)
 endfunction()
 
+# orvalo_test_library(<name> SOURCES ... LIBS <targets>): what several test programs share, compiled
+# once.
+function(orvalo_test_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC orvalo_options ${arg_LIBS} orvalo_testing)
+    target_precompile_headers(${name} REUSE_FROM orvalo_testing)
+endfunction()
+
 # orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s]): a GoogleTest program and
 # its tests, one CTest entry for the program. Tests without the label "release-only" run under the
 # sanitizers too.

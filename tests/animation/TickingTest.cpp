@@ -19,6 +19,7 @@
 #include "animation/AnimatorStack.h"
 #include "animation/Impulse.h"
 #include "tests/animation/Counting.h"
+#include "tests/foundation/DueTimers.h"
 #include "tests/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
 
@@ -28,6 +29,7 @@ namespace {
 using testing::endless;
 using testing::Lines;
 using testing::serveUntil;
+using testing::waitUntilDue;
 
 constexpr float kShort = 0.002F;
 
@@ -232,17 +234,16 @@ TYPED_TEST(Ticking, StartedTwiceTicksTwiceAPeriodAndGoesOnAfterAStop) {
         const auto ticking = makeEndless<TypeParam>(interval);
         int ticks = 0;
         onTick(*ticking, [&ticks] { ++ticks; });
-        Clock clock(interval);
         ticking->start();
         ticking->start();
-        clock.wait(10);
-        EXPECT_GE(ticks, 15);
+        ASSERT_TRUE(waitUntilDue(2));
+        EXPECT_TRUE(serveUntil([&ticks] { return ticks > 0; }));
+        EXPECT_EQ(ticks, 2);
         ticking->stop();
         Kit<TypeParam>::setInterval(*ticking, interval);
         Kit<TypeParam>::fill(*ticking);
         const int atStop = ticks;
-        clock.wait(10);
-        EXPECT_GE(ticks, atStop + 5);
+        EXPECT_TRUE(serveUntil([&] { return ticks >= atStop + 5; }));
     }).join();
 }
 
@@ -317,6 +318,7 @@ TEST(SeveralTicking, TickInTheOrderOfTheirStarts) {
     stack->start();
     chain->start();
     impulse->start();
+    ASSERT_TRUE(waitUntilDue(3));
     EXPECT_TRUE(serveUntil([&order] { return order.size() >= 3; }));
     stack->stop();
     chain->stop();

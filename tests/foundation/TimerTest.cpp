@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/foundation/DueTimers.h"
 #include "tests/foundation/Wait.h"
 
 namespace orvalo {
@@ -20,6 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using orvalo::testing::serveUntil;
+using orvalo::testing::waitUntilDue;
 
 using Fired = const std::shared_ptr<Timer>&;
 
@@ -242,7 +244,7 @@ TEST(Timer, FiresInStartOrderWhenDueTogether) {
             fired->invalidate();
         }));
     }
-    load(10ms);
+    ASSERT_TRUE(waitUntilDue(5));
     EXPECT_TRUE(serveUntil([&] { return order.size() == 5; }));
     EXPECT_EQ(order, (std::vector{0, 1, 2, 3, 4}));
 }
@@ -254,7 +256,7 @@ TEST(Timer, InvalidatedByAnotherOneOfTheSameTurnDoesNotFire) {
     const auto first = Timer::scheduledTimer(0.001, [&](Fired) { second->invalidate(); });
     second = Timer::scheduledTimer(0.001, [&](Fired) { ++seconds; });
     const auto third = Timer::scheduledTimer(0.001, [&](Fired) { ++thirds; });
-    load(10ms);
+    ASSERT_TRUE(waitUntilDue(3));
     EXPECT_TRUE(serveUntil([&] { return thirds == 2; }));
     EXPECT_EQ(seconds, 0);
     first->invalidate();
