@@ -14,7 +14,9 @@ unsigned long windowAt(int x, int y) {
         window = child;
         int inX = 0;
         int inY = 0;
-        XTranslateCoordinates(display, root, window, x, y, &inX, &inY, &child);
+        if (XTranslateCoordinates(display, root, window, x, y, &inX, &inY, &child) == False) {
+            return 0;
+        }
     }
     return window;
 }
