@@ -18,6 +18,7 @@
 #include "tests/app/Screenshot.h"
 #include "tests/kit/Desktop.h"
 #include "tests/play/Program.h"
+#include "tests/play/Staged.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {

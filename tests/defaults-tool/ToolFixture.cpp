@@ -3,6 +3,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/play/Staged.h"
+
 namespace orvalo::testing {
 
 ToolFixture::ToolFixture() {

@@ -12,6 +12,7 @@
 #include "tests/defaults/Hammer.h"
 #include "tests/defaults/SuiteFile.h"
 #include "tests/play/Program.h"
+#include "tests/play/Staged.h"
 
 namespace orvalo::testing {
 namespace {

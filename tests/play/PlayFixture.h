@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/play/Program.h"
+#include "tests/play/Staged.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WavFile.h"
 

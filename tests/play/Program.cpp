@@ -127,8 +127,4 @@ std::string Program::standardError() const {
     return result;
 }
 
-std::string staged(const std::string& program) {
-    return std::string(ORVALO_STAGE) + "/bin/" + program;
-}
-
 }  // namespace orvalo::testing

@@ -40,7 +40,4 @@ class Program {
     std::string pending_;
 };
 
-/// The path of a program in the stage.
-std::string staged(const std::string& program);
-
 }  // namespace orvalo::testing
