@@ -125,12 +125,13 @@ TEST(NullOutput, CatchesUpWithASourceThatIsLateByLessThanTwoPeriods) {
     RecordingSource source;
     std::atomic<int> calls{0};
     source.whileRendering = [&] {
-        // Two and a half periods of 200 ms, the call's own one among them.
+        // A little more than two periods of 500 ms, the call's own one among them: what the machine
+        // adds to it does not make a third.
         if (++calls == 2) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            std::this_thread::sleep_for(std::chrono::milliseconds(1050));
         }
     };
-    NullOutput output({48000.0, 2}, 9600);
+    NullOutput output({48000.0, 2}, 24000);
     output.start(source);
     ASSERT_TRUE(source.waitForBlocks(5));
     EXPECT_EQ(output.xrunCount(), 0U);

@@ -99,7 +99,7 @@ class PulseServerTest : public ::testing::Test {
         devices.push_back(std::make_unique<PulseDevice>());
         return std::make_unique<SupervisedOutput>(
             std::move(devices), SupervisedOutput::Absence::standIn,
-            SupervisedOutput::Timing{milliseconds(5000), milliseconds(50), milliseconds(50)});
+            SupervisedOutput::Timing{milliseconds(20000), milliseconds(50), milliseconds(50)});
     }
 
     const TemporaryFolder folder_;

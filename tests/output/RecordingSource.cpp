@@ -75,7 +75,7 @@ bool RecordingSource::waitForBlocks(std::uint64_t count) {
 }
 
 bool RecordingSource::waitUntil(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             return false;

@@ -214,7 +214,8 @@ TEST_F(SupervisedOutputTest, RendersOnWhileItLooksForADevice) {
 }
 
 TEST_F(SupervisedOutputTest, TakesAStreamThatRendersNoMoreForDead) {
-    timing_.silence = milliseconds(50);
+    // Longer than a busy machine keeps the stream's thread waiting before it is frozen.
+    timing_.silence = milliseconds(2000);
     timing_.retry = hours(1);
     const auto output = makeOutput();
     output->start(source_);
