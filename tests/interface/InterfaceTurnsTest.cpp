@@ -3,6 +3,7 @@
 #include <glib.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -18,12 +19,18 @@ class Turns : public ::testing::Test {
     void begin() {
         turns_ = std::make_unique<InterfaceTurns>(G_PRIORITY_DEFAULT, [this] { order_ += "t"; });
     }
-    void addTimer() {
-        g_timeout_add_once(
-            kBetween, [](void* order) { *static_cast<std::string*>(order) += "|"; }, &order_);
+    /// priority: what comes first when the loop is late and the timer's time and a turn's are over.
+    void addTimer(int priority = G_PRIORITY_DEFAULT) {
+        g_timeout_add_full(
+            priority, kBetween,
+            [](void* order) -> gboolean {
+                *static_cast<std::string*>(order) += "|";
+                return G_SOURCE_REMOVE;
+            },
+            &order_, nullptr);
     }
-    void runUntilTimer() {
-        while (order_.find('|') == std::string::npos) {
+    void runUntil(char event) {
+        while (order_.find(event) == std::string::npos) {
             g_main_context_iteration(nullptr, TRUE);
         }
     }
@@ -35,26 +42,28 @@ class Turns : public ::testing::Test {
 };
 
 TEST_F(Turns, ComeOnceAtTheBeginningAndAreSeldomWhileTheInterfaceIsHidden) {
+    // Before the first turn, so that its time is over before the second one's.
+    addTimer(G_PRIORITY_HIGH);
     begin();
-    addTimer();
-    runUntilTimer();
-    EXPECT_EQ(turnsBeforeTimer(), 1U);
+    runUntil('|');
+    runUntil('t');
+    EXPECT_EQ(std::count(order_.begin(), order_.end(), 't'), 1);
 }
 
 TEST_F(Turns, ComeAtOnceWhenTheInterfaceIsShown) {
     begin();
     turns_->setVisible(true);
     addTimer();
-    runUntilTimer();
+    runUntil('|');
     EXPECT_GE(turnsBeforeTimer(), 1U);
 }
 
 TEST_F(Turns, AreSeldomAgainWhenItIsHiddenAgain) {
     begin();
-    addTimer();
+    addTimer(G_PRIORITY_HIGH);
     turns_->setVisible(true);
     turns_->setVisible(false);
-    runUntilTimer();
+    runUntil('|');
     EXPECT_EQ(turnsBeforeTimer(), 0U);
 }
 
@@ -70,7 +79,7 @@ TEST_F(Turns, MayEndTheirObject) {
         g_main_context_iteration(nullptr, TRUE);
     }
     addTimer();
-    runUntilTimer();
+    runUntil('|');
     EXPECT_EQ(count, 1);
 }
 

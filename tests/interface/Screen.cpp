@@ -28,7 +28,7 @@ bool waitFor(const std::function<bool()>& condition) {
     // Turns even where nothing else happens, and never holds up what does.
     const auto turns = g_timeout_add_full(
         G_PRIORITY_LOW, 5, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
-    const bool held = RunLoop::main()->run(condition, std::chrono::seconds(20));
+    const bool held = RunLoop::main()->run(condition, std::chrono::seconds(60));
     g_source_remove(turns);
     return held;
 }
