@@ -35,33 +35,13 @@ void startSession() {
     (void)bus;
 }
 
-std::string output(const std::vector<std::string>& command) {
-    Program tool(command);
-    std::string result;
-    for (const auto& line : tool.readAll()) {
-        result += line + "\n";
-    }
-    tool.wait();
-    return result;
-}
-
 constexpr std::chrono::seconds kPatience{60};
+constexpr const char* kName = "^Orvalo$";
 
-/// Throws std::invalid_argument when there never is one.
-unsigned long windowOnScreen() {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    // The search ends with nothing when any window goes that it is looking at.
-    std::string found;
-    while (found.empty() && std::chrono::steady_clock::now() < deadline) {
-        found = output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"});
-    }
-    return std::stoul(found);
-}
-
-/// A connection to the display.
+/// A connection to the display, on which nothing happens meanwhile: what is looked at stays.
 class Display {
   public:
-    Display() : display_(XOpenDisplay(nullptr)) {}
+    Display() : display_(XOpenDisplay(nullptr)) { XGrabServer(display_); }
     ~Display() { XCloseDisplay(display_); }
     Display(const Display&) = delete;
     Display& operator=(const Display&) = delete;
@@ -94,9 +74,20 @@ class Display {
         return result;
     }
 
+    unsigned long keyboardFocus() const {
+        Window focus = None;
+        int ignored = 0;
+        XGetInputFocus(display_, &focus, &ignored);
+        return focus;
+    }
+
   private:
     ::Display* display_;
 };
+
+/// The last line that the search for the effect prints, and the last of the screen's beside it.
+constexpr const char* kEndOfSearch = "WARNING: Audio unit is nil (yet?).";
+constexpr const char* kEndOfScreen = "ViewController: The app's resources path is: ";
 
 }  // namespace
 
@@ -116,7 +107,12 @@ ApplicationFixture::ApplicationFixture() {
 
 Lines ApplicationFixture::start() {
     program = startAgain();
-    auto lines = program->readUntil("WARNING: Audio unit is nil (yet?).");
+    auto lines = program->readUntil(kEndOfSearch);
+    if (std::ranges::none_of(lines,
+                             [](const auto& line) { return line.starts_with(kEndOfScreen); })) {
+        const auto rest = program->readUntil(kEndOfScreen);
+        lines.insert(lines.end(), rest.begin(), rest.end());
+    }
     EXPECT_TRUE(eventually([this] { return tree.shows("Play"); }));
     focus();
     return lines;
@@ -134,7 +130,7 @@ std::unique_ptr<Program> ApplicationFixture::startAgain() const {
 
 void ApplicationFixture::focus() {
     act({"mousemove", "2", "2"});
-    act({"search", "--sync", "--onlyvisible", "--name", "^Orvalo$", "windowactivate", "--sync"});
+    activateWindow(kName);
 }
 
 void ApplicationFixture::key(const std::string& name) {
@@ -167,14 +163,21 @@ int ApplicationFixture::quit() {
 }
 
 ApplicationPlace ApplicationFixture::place() {
+    const auto window = windowNamed(kName);
     const Display display;
-    return display.placeOf(windowOnScreen());
+    return display.placeOf(window);
+}
+
+void ApplicationFixture::resize(int width, int height) {
+    act({"windowsize", "--sync", std::to_string(windowNamed(kName)), std::to_string(width),
+         std::to_string(height)});
 }
 
 std::optional<ApplicationPlace> ApplicationFixture::effectPlace() {
+    const auto window = windowNamed(kName);
     const Display display;
-    for (const auto window : display.viewableChildren(windowOnScreen())) {
-        const auto found = display.placeOf(window);
+    for (const auto child : display.viewableChildren(window)) {
+        const auto found = display.placeOf(child);
         // Toolkits also keep windows of a pixel or so.
         if (found.width > 10 && found.height > 10) {
             return found;
@@ -189,9 +192,18 @@ void ApplicationFixture::pointAt(const EffectSpot& spot) {
          std::to_string(effect.y + static_cast<int>(spot.y * effect.height))});
 }
 
+void ApplicationFixture::clickIntoField(const EffectSpot& spot) {
+    pointAt(spot);
+    act({"click", "1"});
+    // Keys go to the window under the pointer, then.
+    EXPECT_TRUE(eventually([] {
+        const auto window = windowNamed(kName);
+        return Display().keyboardFocus() == window;
+    }));
+}
+
 int ApplicationFixture::windowCount() {
-    const auto windows = output({"xdotool", "search", "--onlyvisible", "--name", "^Orvalo$"});
-    return static_cast<int>(std::count(windows.begin(), windows.end(), '\n'));
+    return static_cast<int>(windowsNamed(kName).size());
 }
 
 }  // namespace orvalo::testing

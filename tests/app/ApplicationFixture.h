@@ -37,7 +37,7 @@ class ApplicationFixture : public ::testing::Test {
   protected:
     ApplicationFixture();
 
-    /// Starts it and waits until the effect is found and the window drawn; returns the lines.
+    /// Starts it and waits until the effect is found and the window drawn; returns all its lines.
     Lines start();
     /// The last of the lines up to the first that holds the text; "" when there is none.
     std::string lineWith(const std::string& text) const;
@@ -56,10 +56,13 @@ class ApplicationFixture : public ::testing::Test {
 
     /// The place of its window on the display.
     static ApplicationPlace place();
+    static void resize(int width, int height);
     /// The place of the effect's embedded window on the display; absent while none is shown.
     static std::optional<ApplicationPlace> effectPlace();
     /// Moves the pointer into the effect's interface, which is shown.
     static void pointAt(const EffectSpot& spot);
+    /// Clicks into a field of the effect's interface and waits until that has the keyboard.
+    static void clickIntoField(const EffectSpot& spot);
     static int windowCount();
 
     static constexpr EffectSpot kThreshold{0.06, 0.68};

@@ -55,8 +55,7 @@ TEST_F(EffectInterfaceTest, FollowsTheWindowsExtent) {
                                         {420, 400},
                                         {1200, 900},
                                         {960, 788}}) {
-        act({"search", "--onlyvisible", "--name", "^Orvalo$", "windowsize", "--sync",
-             std::to_string(width), std::to_string(height)});
+        resize(width, height);
         EXPECT_TRUE(eventually([width = width, height = height] {
             const auto window = place();
             const auto effect = effectPlace();
@@ -98,8 +97,7 @@ TEST_F(EffectInterfaceTest, TheApplicationsKeysWorkAlsoAfterAClickIntoTheEffect)
 
 TEST_F(EffectInterfaceTest, WhatIsTypedIntoTheEffectIsNoKeyOfTheApplications) {
     showEffect();
-    pointAt(kThresholdsValue);
-    act({"click", "1"});
+    clickIntoField(kThresholdsValue);
     act({"type", "--", "- 12 dB "});
     // Behind what was typed: a key that the effect does not use.
     key("ctrl+e");

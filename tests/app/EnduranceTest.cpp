@@ -37,8 +37,8 @@ class EnduranceTest : public ApplicationFixture {
         act({"mousedown", "1", "mousemove_relative", "0", "20", "mouseup", "1"});
         pointAt(kPresets);
         act({"click", "1", "key", "Down", "key", "Return"});
-        pointAt(kThresholdsValue);
-        act({"click", "--repeat", "2", "1", "type", "--", "-12"});
+        clickIntoField(kThresholdsValue);
+        act({"type", "--", "-12"});
         act({"key", "Return"});
     }
 };

@@ -70,7 +70,7 @@ TEST_F(StartTest, ASecondStartPresentsTheRunningWindow) {
     const auto second = startAgain();
     EXPECT_EQ(second->readAll(), Lines{});
     EXPECT_EQ(second->wait(), 0);
-    EXPECT_EQ(windowCount(), 1);
+    EXPECT_TRUE(eventually([] { return windowCount() == 1; }));
     EXPECT_EQ(quit(), 0);
 }
 

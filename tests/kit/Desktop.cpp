@@ -9,7 +9,9 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <sstream>
 
+#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/XServer.h"
@@ -101,6 +103,35 @@ void startDesktop() {
 
 bool waitUntil(const std::function<bool()>& condition) {
     return RunLoop::main()->run(condition, std::chrono::seconds(60));
+}
+
+std::vector<unsigned long> windowsNamed(const std::string& name) {
+    std::vector<std::string> all{"xdotool", "search", "--onlyvisible", "--name", name};
+    auto texts = textsOf(all);
+    char* output = nullptr;
+    g_spawn_sync(nullptr, texts.data(), nullptr,
+                 static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDERR_TO_DEV_NULL),
+                 nullptr, nullptr, &output, nullptr, nullptr, nullptr);
+    const GText held(output);
+    std::vector<unsigned long> windows;
+    std::istringstream numbers(output != nullptr ? output : "");
+    for (unsigned long number = 0; numbers >> number;) {
+        windows.push_back(number);
+    }
+    return windows;
+}
+
+unsigned long windowNamed(const std::string& name) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    auto found = windowsNamed(name);
+    while (found.empty() && std::chrono::steady_clock::now() < deadline) {
+        found = windowsNamed(name);
+    }
+    return found.at(0);
+}
+
+void activateWindow(const std::string& name) {
+    act({"windowactivate", "--sync", std::to_string(windowNamed(name))});
 }
 
 void act(const std::vector<std::string>& arguments) {
