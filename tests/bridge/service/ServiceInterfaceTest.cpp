@@ -1,4 +1,3 @@
-#include <X11/Xlib.h>
 #include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,6 +6,7 @@
 
 #include "platform/audio/interface/X11Connection.h"
 #include "platform/audio/interface/X11Container.h"
+#include "tests/bridge/service/ForeignWindow.h"
 #include "tests/bridge/service/HostedEffect.h"
 #include "tests/bridge/service/effects/FaceDeed.h"
 #include "tests/interface/Pointer.h"
@@ -26,21 +26,6 @@ constexpr unsigned kColor = 0x336699;
 constexpr X11Rect kArea{50, 40, 400, 300};
 // The toplevel stands at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
-
-bool isThere(unsigned long window) {
-    XWindowAttributes attributes{};
-    return XGetWindowAttributes(screen(), window, &attributes) != 0;
-}
-
-/// Sends a message to whoever made the window.
-void sendMessage(unsigned long window) {
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = window;
-    event.xclient.format = 32;
-    XSendEvent(screen(), window, False, NoEventMask, &event);
-    XFlush(screen());
-}
 
 /// An effect's interface in a container of this program.
 class ServiceInterface : public ::testing::Test {

@@ -1,0 +1,23 @@
+#include "tests/bridge/service/ForeignWindow.h"
+
+#include <X11/Xlib.h>
+
+#include "tests/interface/Screen.h"
+
+namespace orvalo::testing {
+
+bool isThere(unsigned long window) {
+    XWindowAttributes attributes{};
+    return XGetWindowAttributes(screen(), window, &attributes) != 0;
+}
+
+void sendMessage(unsigned long window) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.format = 32;
+    XSendEvent(screen(), window, False, NoEventMask, &event);
+    XFlush(screen());
+}
+
+}  // namespace orvalo::testing
