@@ -55,6 +55,8 @@ TEST(PropertyListDescription, ofOneValue) {
     EXPECT_EQ(description(Date(978'307'200s)), "2001-01-01 00:00:00 +0000");
     EXPECT_EQ(description(Date(-1us)), "1969-12-31 23:59:59 +0000");
     EXPECT_EQ(description(Date(2'147'483'648s)), "2038-01-19 03:14:08 +0000");
+    EXPECT_EQ(description(Date::min()), "-290308-12-21 19:59:05 +0000");
+    EXPECT_EQ(description(Date::max()), "294247-01-10 04:00:54 +0000");
     EXPECT_EQ(description(Date(9'000'000'000'000s)), "287168-08-24 16:00:00 +0000");
 }
 

@@ -12,7 +12,9 @@ using std::chrono::microseconds;
 using std::chrono::minutes;
 using std::chrono::seconds;
 
-constexpr auto kReferenceDate = std::chrono::sys_seconds(seconds(978'307'200));
+using std::chrono::sys_seconds;
+
+constexpr auto kReferenceDate = sys_seconds(seconds(978'307'200));
 constexpr seconds kFurthest(9'200'000'000'000);
 constexpr double kMicrosecondsPerSecond = 1e6;
 
@@ -20,13 +22,25 @@ constexpr double kMicrosecondsPerSecond = 1e6;
 constexpr std::int64_t kCycleYears = 400;
 constexpr days kCycle(146'097);
 
+struct SplitDate {
+    sys_seconds whole;
+    microseconds rest;  ///< From 0 to a second.
+};
+
+/// As floor() would split it, which goes out of range at the first of all dates.
+SplitDate split(PropertyList::Date date) {
+    const auto whole = std::chrono::time_point_cast<seconds>(date);
+    const microseconds rest = date - whole;
+    return rest < microseconds(0) ? SplitDate{whole - seconds(1), rest + seconds(1)}
+                                  : SplitDate{whole, rest};
+}
+
 }  // namespace
 
 double secondsOf(PropertyList::Date date) {
-    const auto since = date - kReferenceDate;
-    const auto whole = std::chrono::floor<seconds>(since);
-    return static_cast<double>(whole.count()) +
-           static_cast<double>((since - whole).count()) / kMicrosecondsPerSecond;
+    const auto [whole, rest] = split(date);
+    return static_cast<double>((whole - kReferenceDate).count()) +
+           static_cast<double>(rest.count()) / kMicrosecondsPerSecond;
 }
 
 std::optional<PropertyList::Date> dateOf(double seconds) {
@@ -40,17 +54,18 @@ std::optional<PropertyList::Date> dateOf(double seconds) {
 }
 
 DateFields fieldsOf(PropertyList::Date date) {
-    const auto day = std::chrono::floor<days>(date);
+    const auto [whole, rest] = split(date);
+    const auto day = std::chrono::floor<days>(whole);
     const auto cycles = day.time_since_epoch() / kCycle;
     const std::chrono::year_month_day calendar(day - cycles * kCycle);
-    const std::chrono::hh_mm_ss time(date - day);
+    const std::chrono::hh_mm_ss time(whole - day);
     return {.year = static_cast<int>(calendar.year()) + cycles * kCycleYears,
             .month = static_cast<unsigned>(calendar.month()),
             .day = static_cast<unsigned>(calendar.day()),
             .hour = static_cast<int>(time.hours().count()),
             .minute = static_cast<int>(time.minutes().count()),
             .second = static_cast<int>(time.seconds().count()),
-            .microsecond = static_cast<int>(time.subseconds().count())};
+            .microsecond = static_cast<int>(rest.count())};
 }
 
 std::optional<PropertyList::Date> dateOf(const DateFields& fields) {
