@@ -78,7 +78,7 @@ TEST(UserFoldersDeathTest, ForDocumentsIsWhatTheUsersOwnConfigurationNames) {
         "# XDG_DOCUMENTS_DIR=\"/no\"\nXDG_MUSIC_DIR=\"/no\"\n"
         " XDG_DOCUMENTS_DIR=\"$HOME/My Texts\"\n",
         "/.*/home/My Texts");
-    expectDocuments("XDG_DOCUMENTS_DIR=\"/srv/\\\"texts\\\"/\"", "/srv/\"texts\"");
+    expectDocuments(R"(XDG_DOCUMENTS_DIR="/srv/\"texts\"/")", "/srv/\"texts\"");
     expectDocuments("XDG_DOCUMENTS_DIR=\"/first\"\nXDG_DOCUMENTS_DIR=\"/last\"\n", "/last");
 }
 
