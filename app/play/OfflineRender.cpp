@@ -4,7 +4,6 @@
 #include <array>
 #include <atomic>
 #include <cmath>
-#include <future>
 #include <limits>
 #include <random>
 
@@ -24,20 +23,6 @@ namespace {
 
 /// Large enough that what a call costs is lost in what it renders.
 constexpr std::uint32_t kQuantum = kMaximumFramesToRender;
-
-std::shared_ptr<AVAudioUnit> makeEffect() {
-    std::promise<std::shared_ptr<AVAudioUnit>> promise;
-    AVAudioUnit::instantiate(
-        orvaloComponentDescription, AudioComponentInstantiationOptions::none,
-        [&](const std::shared_ptr<AVAudioUnit>& unit, const std::optional<NSError>& error) {
-            if (unit) {
-                promise.set_value(unit);
-            } else {
-                promise.set_exception(std::make_exception_ptr(*error));
-            }
-        });
-    return promise.get_future().get();
-}
 
 std::shared_ptr<AVAudioFile> openFile(const PlayOptions& options) {
     if (options.file) {
@@ -105,7 +90,8 @@ OfflineRender::OfflineRender(const PlayOptions& options)
       writer_(*options.render, renderFormat(*file_)) {}
 
 void OfflineRender::run() {
-    const auto effect = makeEffect();
+    const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,
+                                                 AudioComponentInstantiationOptions::none);
     effect->auAudioUnit()->setContextName(orvaloContextName);
 
     const auto format = renderFormat(*file_);

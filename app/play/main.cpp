@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
             // What cannot be opened is told before anything starts.
             AVAudioFile::forReading(URL::fileURLWithPath(*options.file));
         }
-    } catch (const std::runtime_error& error) {
+    } catch (const std::exception& error) {
         return complain(error.what(), kBadOption);
     }
 

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <future>
 
 #include "hosting/OrvaloComponent.h"
 #include "platform/audio/engine/AVAudioEngine.h"
@@ -14,20 +13,6 @@
 namespace orvalo::bench {
 
 namespace {
-
-std::shared_ptr<AVAudioUnit> makeEffect() {
-    std::promise<std::shared_ptr<AVAudioUnit>> promise;
-    AVAudioUnit::instantiate(
-        orvaloComponentDescription, AudioComponentInstantiationOptions::none,
-        [&](const std::shared_ptr<AVAudioUnit>& unit, const std::optional<NSError>& error) {
-            if (unit) {
-                promise.set_value(unit);
-            } else {
-                promise.set_exception(std::make_exception_ptr(*error));
-            }
-        });
-    return promise.get_future().get();
-}
 
 /// Passes without end, until the player is stopped.
 class Passes : public std::enable_shared_from_this<Passes> {
@@ -61,7 +46,8 @@ class Passes : public std::enable_shared_from_this<Passes> {
 Outcome perform(std::unique_ptr<AudioOutput> output, const std::shared_ptr<AVAudioFile>& file,
                 int seconds) {
     std::uint64_t midiEvents = 0;
-    const auto effect = makeEffect();
+    const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,
+                                                 AudioComponentInstantiationOptions::none);
     effect->auAudioUnit()->setMIDIOutputEventBlock(
         [&midiEvents](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) {
             DispatchQueue::main()->async([&midiEvents] { ++midiEvents; });

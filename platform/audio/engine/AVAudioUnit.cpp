@@ -26,20 +26,6 @@ EffectLoading loading(AudioComponentInstantiationOptions options) {
                                                                         : platformEffectLoading();
 }
 
-std::shared_ptr<AVAudioUnit> makeUnit(const AudioComponentDescription& description,
-                                      AudioComponentInstantiationOptions options) {
-    const auto components =
-        AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->components(description);
-    if (components.empty()) {
-        throw NSError("AVAudioUnit", 1, "No component matches " + orvalo::description(description));
-    }
-    const auto& component = components.front();
-    const auto make =
-        loading(options) == EffectLoading::inProcess ? makeLV2AudioUnit : makeBridgedAudioUnit;
-    return std::make_shared<AVAudioUnit>(
-        make(component->uri, component->audioComponentDescription));
-}
-
 }  // namespace
 
 /// Lets the unit render between connections whose channels may differ from its own.
@@ -87,13 +73,27 @@ void AVAudioUnit::instantiate(const AudioComponentDescription& with,
         std::shared_ptr<AVAudioUnit> unit;
         std::optional<NSError> failure;
         try {
-            unit = makeUnit(with, options);
+            unit = instantiate(with, options);
         } catch (const NSError& error) {
             g_warning("%s", error.what());
             failure = error;
         }
         completion(unit, failure);
     });
+}
+
+std::shared_ptr<AVAudioUnit> AVAudioUnit::instantiate(const AudioComponentDescription& with,
+                                                      AudioComponentInstantiationOptions options) {
+    const auto components =
+        AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->components(with);
+    if (components.empty()) {
+        throw NSError("AVAudioUnit", 1, "No component matches " + orvalo::description(with));
+    }
+    const auto& component = components.front();
+    const auto make =
+        loading(options) == EffectLoading::inProcess ? makeLV2AudioUnit : makeBridgedAudioUnit;
+    return std::make_shared<AVAudioUnit>(
+        make(component->uri, component->audioComponentDescription));
 }
 
 AVAudioFormat AVAudioUnit::derivedFormat(const AVAudioFormat* input,

@@ -27,6 +27,9 @@ class AVAudioUnit : public AVAudioNode {
     static void instantiate(const AudioComponentDescription& with,
                             AudioComponentInstantiationOptions options,
                             InstantiationHandler completionHandler);
+    /// The same for who waits for it. Throws NSError. Any thread.
+    static std::shared_ptr<AVAudioUnit> instantiate(const AudioComponentDescription& with,
+                                                    AudioComponentInstantiationOptions options);
 
     explicit AVAudioUnit(std::shared_ptr<AUAudioUnit> unit);
     ~AVAudioUnit() override;
