@@ -7,6 +7,7 @@
 
 #include "effect/Uris.h"
 #include "effect/ui/UserInterface.h"
+#include "effect/ui/paint/Fonts.h"
 
 namespace {
 
@@ -82,5 +83,14 @@ const void* extensionData(const char* uri) {
 LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
     static const LV2UI_Descriptor descriptor{"urn:tessaly:orvalo:ui", instantiate, cleanup,
                                              portEvent, extensionData};
-    return index == 0 ? &descriptor : nullptr;
+    if (index != 0) {
+        return nullptr;
+    }
+    // A host takes its time between loading the library and showing a window.
+    static const bool areFontsOpen = guarded(false, [] {
+        orvalo::effect::ui::openFonts();
+        return true;
+    });
+    static_cast<void>(areFontsOpen);
+    return &descriptor;
 }

@@ -3,10 +3,10 @@
 #include <X11/Xlib.h>
 #include <cairo.h>
 
-#include <memory>
 #include <vector>
 
 #include "effect/ui/model/Rect.h"
+#include "effect/ui/paint/CairoPointers.h"
 
 namespace orvalo::effect::ui {
 
@@ -26,13 +26,6 @@ class WindowPicture {
     void present(const std::vector<Rect>& areas);
 
   private:
-    struct Destroy {
-        void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-        void operator()(cairo_t* context) const { cairo_destroy(context); }
-    };
-    using Surface = std::unique_ptr<cairo_surface_t, Destroy>;
-    using Context = std::unique_ptr<cairo_t, Destroy>;
-
     int width_ = 0;
     int height_ = 0;
     Surface window_;
