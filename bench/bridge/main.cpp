@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <optional>
 
 #include "bench/bridge/Contenders.h"
 #include "bench/bridge/Live.h"
+#include "bench/measuring/Awake.h"
 #include "bench/measuring/Clocks.h"
 #include "bench/measuring/JackServer.h"
 #include "bench/measuring/Options.h"
@@ -68,20 +70,26 @@ void compareXruns(const std::string& uri, int seconds) {
 int main(int argc, char** argv) {
     g_log_writer_default_set_use_stderr(TRUE);
     const Options options(argc, argv,
-                          {{"--uri", "urn:tessaly:orvalo"},
+                          {{"--awake", "no"},
+                           {"--uri", "urn:tessaly:orvalo"},
                            {"--seconds", "20"},
                            {"--starts", "20"},
                            {"--xrun-seconds", "60"}});
+    const auto uri = options.text("--uri");
+    const int seconds = options.count("--seconds");
+    const int starts = options.count("--starts");
+    const int xrunSeconds = options.count("--xrun-seconds");
+    const bool isAwake = options.isYes("--awake");
     try {
         // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet.
         setenv("LV2_PATH", lv2Path().c_str(), 1);
         setenv("ORVALO_AUDIO_OUTPUT", "jack", 1);
         // NOLINTEND(concurrency-mt-unsafe)
         const JackServer server;
-        const auto& uri = options.text("--uri");
-        compareQuanta(uri, options.count("--seconds"));
-        compareStarts(uri, options.count("--starts"));
-        compareXruns(uri, options.count("--xrun-seconds"));
+        const auto awake = isAwake ? std::make_optional<Awake>() : std::nullopt;
+        compareQuanta(uri, seconds);
+        compareStarts(uri, starts);
+        compareXruns(uri, xrunSeconds);
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "orvalo-bench-bridge: %s\n", error.what());

@@ -71,6 +71,7 @@ struct Bench {
 };
 
 void run(const Options& options) {
+    const int seconds = options.count("--seconds");
     const ScratchFolder scratch;
     const auto effectTime = installTimedEffect(scratch.path());
     std::filesystem::path music = options.text("--file");
@@ -84,7 +85,7 @@ void run(const Options& options) {
     setenv("ORVALO_AUDIO_OUTPUT", "jack", 1);
     const auto file = AVAudioFile::forReading(URL::fileURLWithPath(music.string()));
 
-    const Bench bench{file, effectTime, options.count("--seconds")};
+    const Bench bench{file, effectTime, seconds};
     bench.run("null output", std::make_unique<NullOutput>(kFormat, kQuantum));
     bench.run("JACK, dummy driver", AudioOutput::system());
 }

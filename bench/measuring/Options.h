@@ -15,6 +15,9 @@ class Options {
     const std::string& text(const std::string& name) const { return values_.at(name); }
     /// The value as a whole number above 0; any other text ends the program with a line about it.
     int count(const std::string& name) const;
+    /// Whether the value is "yes"; any text but that and "no" ends the program with a line about
+    /// it.
+    bool isYes(const std::string& name) const;
 
   private:
     std::map<std::string, std::string> values_;

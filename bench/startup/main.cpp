@@ -78,11 +78,12 @@ void compare(int bundles, int rounds, PortWatch& watch) {
 
 int main(int argc, char** argv) {
     const Options options(argc, argv, {{"--rounds", "9"}});
+    const int rounds = options.count("--rounds");
     try {
         const JackServer server;
         PortWatch watch;
         for (const int bundles : {100, 1000}) {
-            compare(bundles, options.count("--rounds"), watch);
+            compare(bundles, rounds, watch);
         }
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {

@@ -201,14 +201,17 @@ void measurePlaying(Desktop& desktop, Environment environment, int seconds) {
 int main(int argc, char** argv) {
     const Options options(argc, argv,
                           {{"--rounds", "9"}, {"--seconds", "15"}, {"--playing", "60"}});
+    const int rounds = options.count("--rounds");
+    const int seconds = options.count("--seconds");
+    const int playing = options.count("--playing");
     try {
         const SessionBus bus;
         const JackServer server;
         Desktop desktop;
         const Environment environment{{"LV2_PATH", lv2Path()}, {"ORVALO_AUDIO_OUTPUT", "null"}};
-        measureStart(desktop, environment, options.count("--rounds"));
-        measureIdle(desktop, environment, options.count("--seconds"));
-        measurePlaying(desktop, environment, options.count("--playing"));
+        measureStart(desktop, environment, rounds);
+        measureIdle(desktop, environment, seconds);
+        measurePlaying(desktop, environment, playing);
         return EXIT_SUCCESS;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "orvalo-bench-window: %s\n", error.what());
