@@ -81,6 +81,32 @@ class Display {
         return focus;
     }
 
+    /// Whether a window is another one, or lies in it.
+    bool isInside(unsigned long window, unsigned long other) const {
+        Window root = 0;
+        Window parent = window;
+        while (parent > PointerRoot && parent != other && parent != root) {
+            Window* children = nullptr;
+            unsigned count = 0;
+            if (XQueryTree(display_, parent, &root, &parent, &children, &count) == 0) {
+                return false;
+            }
+            XFree(children);
+        }
+        return parent == other;
+    }
+
+    /// The effect's interface in the application's window; 0 when it is not there.
+    unsigned long effectIn(unsigned long window) const {
+        for (const auto child : viewableChildren(window)) {
+            // Toolkits also keep windows of a pixel or so.
+            if (const auto place = placeOf(child); place.width > 10 && place.height > 10) {
+                return child;
+            }
+        }
+        return 0;
+    }
+
   private:
     ::Display* display_;
 };
@@ -176,12 +202,8 @@ void ApplicationFixture::resize(int width, int height) {
 std::optional<ApplicationPlace> ApplicationFixture::effectPlace() {
     const auto window = windowNamed(kName);
     const Display display;
-    for (const auto child : display.viewableChildren(window)) {
-        const auto found = display.placeOf(child);
-        // Toolkits also keep windows of a pixel or so.
-        if (found.width > 10 && found.height > 10) {
-            return found;
-        }
+    if (const auto effect = display.effectIn(window); effect != 0) {
+        return display.placeOf(effect);
     }
     return std::nullopt;
 }
@@ -195,10 +217,14 @@ void ApplicationFixture::pointAt(const EffectSpot& spot) {
 void ApplicationFixture::clickIntoField(const EffectSpot& spot) {
     pointAt(spot);
     act({"click", "1"});
-    // Keys go to the window under the pointer, then.
+    // It takes the keyboard itself, or else the application's window has it, from which keys go to
+    // the window under the pointer.
     EXPECT_TRUE(eventually([] {
         const auto window = windowNamed(kName);
-        return Display().keyboardFocus() == window;
+        const Display display;
+        const auto focus = display.keyboardFocus();
+        const auto effect = display.effectIn(window);
+        return focus == window || (effect != 0 && display.isInside(focus, effect));
     }));
 }
 
