@@ -20,7 +20,7 @@ class PropertyList {
   public:
     /// Microseconds of the system's clock. A property list counts them as seconds of double
     /// precision around 2001: so each from 1729 to 2272 is kept, and one further off becomes the
-    /// nearest that such a number holds. Stored is none that is further than 291,532 years from
+    /// nearest that such a number holds. Stored is none that is further than 291,536 years from
     /// 2001.
     using Date = std::chrono::sys_time<std::chrono::microseconds>;
     using List = std::vector<PropertyList>;

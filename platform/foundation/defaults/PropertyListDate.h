@@ -12,7 +12,7 @@ namespace orvalo {
 /// The seconds that stand for a date.
 double secondsOf(PropertyList::Date date);
 /// The date of such seconds, to the nearest microsecond. Absent when it lies more than 9.2e12
-/// seconds (291,532 years) off, which is about what 64 bits of microseconds hold, or is no number.
+/// seconds (291,536 years) off, which is about what 64 bits of microseconds hold, or is no number.
 std::optional<PropertyList::Date> dateOf(double seconds);
 
 /// A date by the Gregorian calendar, which goes on before its introduction and counts a year 0, in
