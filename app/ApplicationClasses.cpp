@@ -3,7 +3,7 @@
 #include "app/AppDelegate.h"
 #include "app/HelpViewController.h"
 #include "app/ViewController.h"
-#include "platform/audio/view/LV2ViewController.h"
+#include "platform/plugin-ui/view/LV2ViewController.h"
 #include "platform/ui/UIClass.h"
 #include "platform/web/WKWebView.h"
 

@@ -18,7 +18,7 @@ namespace orvalo {
 class AUExtensionManager;
 class AVAudioUnit;
 
-/// The main screen: holds the effect's interface and the five buttons, and prints what happens.
+/// The main screen: holds the effect's UI and the five buttons, and prints what happens.
 /// Main thread, but for onFoundComponent() and onEngineInitialized(), which come from the search.
 class ViewController : public UIViewController,
                        public AUExtensionManagerDelegate,
@@ -29,7 +29,7 @@ class ViewController : public UIViewController,
     std::shared_ptr<AUExtensionManager> audioUnitManager;
 
   public:
-    /// What the effect's interface is put into.
+    /// What the effect's UI is put into.
     UIOutlet<UIView> pluginView{"ViewController.pluginView"};
     UIOutlet<UIButton> buttonUnit{"ViewController.buttonUnit"};
     UIOutlet<UIButton> buttonInfo{"ViewController.buttonInfo"};
@@ -61,7 +61,7 @@ class ViewController : public UIViewController,
     void onFileSelect(const std::string& file) override;
     void onLoop(std::int64_t count) override;
 
-    /// Shows or hides the effect's interface.
+    /// Shows or hides the effect's UI.
     virtual void onButtonUnit(const std::shared_ptr<NSObject>& sender);
     virtual void onPlayButton(const std::shared_ptr<UIButton>& sender);
     virtual void onStopButton(const std::shared_ptr<UIButton>& sender);
@@ -72,7 +72,7 @@ class ViewController : public UIViewController,
     virtual void embedPlugInView();
 
   public:
-    /// Lays the effect's interface out at 4:3 in the middle of the screen.
+    /// Lays the effect's UI out at 4:3 in the middle of the screen.
     virtual void centerPluginView();
 
   private:

@@ -63,8 +63,8 @@ endfunction()
 # CTest knows by itself what it has run once, which on a fresh clone is nothing.
 set(ORVALO_LONG_TESTS
     app_test 90 app_endurance_test 60 file_test 50 bridge_misbehaving_test 40 bridge_host_test 30
-    web_test 25 easing_window_test 25 defaults_tool_test 20 demos_files_test 20 kit_test 15
-    output_jack_test 15 play_test 15 ui_test 10)
+    web_test 25 easing_window_test 25 defaults_tool_test 20 demos_files_test 20 view_support_test 10
+    output_jack_test 15 play_test 15 ui_test 15)
 
 function(orvalo_test_cost name program)
     list(FIND ORVALO_LONG_TESTS ${program} place)

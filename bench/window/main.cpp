@@ -1,6 +1,6 @@
-// How soon the effect's interface is on screen after a start, against jalv.gtk3; what the
+// How soon the effect's UI is on screen after a start, against jalv.gtk3; what the
 // application costs while nobody does anything; and whether it plays without a gap while the
-// interface is shown.
+// UI is shown.
 
 #include <unistd.h>
 
@@ -32,7 +32,7 @@ namespace {
 
 using namespace orvalo::bench;
 
-constexpr std::uint32_t kAccent = 0x5FC9B8;  // Of the effect's interface, and of the icon.
+constexpr std::uint32_t kAccent = 0x5FC9B8;  // Of the effect's UI, and of the icon.
 constexpr int kEnough = 60;                  // Its pixels, counted as Desktop does; not the icon's.
 constexpr double kPatience = 20;             // Seconds.
 constexpr double kQuantum = 64.0 / 48000.0;  // Seconds, of the JACK server.
@@ -53,7 +53,7 @@ void awaitUntil(Desktop& desktop, const std::function<bool()>& condition, const 
 struct Start {
     double mapped;  ///< Its window is up,
     double active;  ///< takes keys,
-    double shown;   ///< and has the effect's interface in it, drawn.
+    double shown;   ///< and has the effect's UI in it, drawn.
 };
 
 Start watchStart(Desktop& desktop, const Command& command, const Environment& environment,
@@ -70,7 +70,7 @@ Start watchStart(Desktop& desktop, const Command& command, const Environment& en
         desktop.typeControlE();
     }
     awaitUntil(
-        desktop, [&] { return desktop.count(kAccent) >= kEnough; }, "no interface is shown");
+        desktop, [&] { return desktop.count(kAccent) >= kEnough; }, "no UI is shown");
     const auto now = monotonicNanoseconds();
     const auto since = [&](std::int64_t moment) {
         return inSeconds(moment - program.beganAt()) * 1e3;
@@ -79,7 +79,7 @@ Start watchStart(Desktop& desktop, const Command& command, const Environment& en
             since(now)};
 }
 
-/// A line of medians; returns that of the interface.
+/// A line of medians; returns that of the UI.
 double report(const char* what, const std::vector<Start>& starts) {
     const auto medianOf = [&](double Start::*field) {
         std::vector<double> values;
@@ -90,7 +90,7 @@ double report(const char* what, const std::vector<Start>& starts) {
         return median(values);
     };
     const auto shown = medianOf(&Start::shown);
-    std::printf("  %-12s window %6.1f ms   active %6.1f ms   interface %6.1f ms", what,
+    std::printf("  %-12s window %6.1f ms   active %6.1f ms   UI %6.1f ms", what,
                 medianOf(&Start::mapped), medianOf(&Start::active), shown);
     return shown;
 }
@@ -109,7 +109,7 @@ void measureStart(Desktop& desktop, const Environment& environment, int rounds) 
             theirs.push_back(jalv);
         }
     }
-    std::printf("start to the interface on screen, medians of %d starts:\n", rounds);
+    std::printf("start to the UI on screen, medians of %d starts:\n", rounds);
     const auto jalv = report("jalv.gtk3", theirs);
     std::printf("\n");
     const auto orvalo = report("orvalo", ours);
@@ -140,10 +140,10 @@ std::unique_ptr<Child> startWindow(Desktop& desktop, const Environment& environm
     return program;
 }
 
-void showInterface(Desktop& desktop) {
+void showPluginUI(Desktop& desktop) {
     desktop.typeControlE();
     awaitUntil(
-        desktop, [&] { return desktop.count(kAccent) >= kEnough; }, "no interface is shown");
+        desktop, [&] { return desktop.count(kAccent) >= kEnough; }, "no UI is shown");
 }
 
 void measureIdle(Desktop& desktop, const Environment& environment, int seconds) {
@@ -156,11 +156,11 @@ void measureIdle(Desktop& desktop, const Environment& environment, int seconds) 
                     (processorSeconds(program->process()) - before) / seconds * 100);
     };
     std::printf("idle, %d s each:\n", seconds);
-    share("interface never shown");
+    share("UI never shown");
     desktop.typeControlE();
-    share("interface shown");
+    share("UI shown");
     desktop.typeControlE();
-    share("interface hidden again");
+    share("UI hidden again");
 }
 
 /// The xruns of the JACK server from now on, by its own count, and how punctual the machine is
@@ -189,7 +189,7 @@ void measurePlaying(Desktop& desktop, Environment environment, int seconds) {
     }
     environment["ORVALO_AUDIO_OUTPUT"] = "jack";
     const auto program = startWindow(desktop, environment);
-    showInterface(desktop);
+    showPluginUI(desktop);
     desktop.typeSpace();
     awaitUntil(
         desktop, [&] { return xruns.isSomebodyPlaying(); }, "orvalo does not play");

@@ -14,7 +14,7 @@ namespace orvalo {
 namespace {
 
 iovec piece(std::string_view text) {
-    // The interface also serves reading, so it asks for writable memory; writev only reads it.
+    // The iovec also serves reading, so it asks for writable memory; writev only reads it.
     return {const_cast<char*>(text.data()), text.size()};
 }
 

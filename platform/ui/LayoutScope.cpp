@@ -70,8 +70,8 @@ void initClass(void* type, void* /*data*/) {
     G_OBJECT_CLASS(type)->finalize = finalize;
 }
 
-void initScope(void* interface, void* /*data*/) {
-    auto* scope = static_cast<GtkBuilderScopeInterface*>(interface);
+void initScope(void* vtable, void* /*data*/) {
+    auto* scope = static_cast<GtkBuilderScopeInterface*>(vtable);
     scope->create_closure = createClosure;
     parentTypeFromName = scope->get_type_from_name;
     scope->get_type_from_name = typeFromName;

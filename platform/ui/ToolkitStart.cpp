@@ -43,7 +43,7 @@ std::string valueOr(const char* name, const char* otherwise) {
 
 bool startToolkit(const std::string& dataFolder) {
     // Windows that mostly stand still are on screen sooner without OpenGL, and out of the way of
-    // effects' interfaces that use it themselves. The toolkit looks for the renderer's name at
+    // effects' UIs that use it themselves. The toolkit looks for the renderer's name at
     // every window; what turns OpenGL off the programs that this one starts may need.
     g_setenv("GSK_RENDERER", "cairo", FALSE);
     {

@@ -142,7 +142,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     if (principalClassName) {
         fatalError("There is no application class \"" + *principalClassName + "\".");
     }
-    // Effects bring X11 interfaces, which only a window of X11 takes in.
+    // Effects bring X11 UIs, which only a window of X11 takes in.
     gdk_set_allowed_backends("x11,*");
     // Numbers in lines read the same everywhere.
     gtk_disable_setlocale();

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tests/animation/Counting.h"
-#include "tests/foundation/Wait.h"
+#include "tests/platform/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace orvalo {

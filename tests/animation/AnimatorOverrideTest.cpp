@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "animation/Animator.h"
-#include "tests/foundation/Wait.h"
+#include "tests/platform/foundation/Wait.h"
 
 namespace orvalo {
 namespace {

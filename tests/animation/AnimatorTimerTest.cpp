@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "animation/Animator.h"
-#include "tests/foundation/DueTimers.h"
-#include "tests/foundation/Wait.h"
+#include "tests/platform/foundation/DueTimers.h"
+#include "tests/platform/foundation/Wait.h"
 
 namespace orvalo {
 namespace {

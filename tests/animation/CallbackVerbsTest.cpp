@@ -11,7 +11,7 @@
 
 #include "animation/Ticking.h"
 #include "tests/animation/CallbackVerbs.h"
-#include "tests/foundation/Wait.h"
+#include "tests/platform/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace orvalo {

@@ -19,8 +19,8 @@
 #include "animation/AnimatorStack.h"
 #include "animation/Impulse.h"
 #include "tests/animation/Counting.h"
-#include "tests/foundation/DueTimers.h"
-#include "tests/foundation/Wait.h"
+#include "tests/platform/foundation/DueTimers.h"
+#include "tests/platform/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace orvalo {

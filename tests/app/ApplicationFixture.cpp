@@ -96,7 +96,7 @@ class Display {
         return parent == other;
     }
 
-    /// The effect's interface in the application's window; 0 when it is not there.
+    /// The effect's UI in the application's window; 0 when it is not there.
     unsigned long effectIn(unsigned long window) const {
         for (const auto child : viewableChildren(window)) {
             // Toolkits also keep windows of a pixel or so.

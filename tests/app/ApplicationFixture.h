@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "tests/app/AccessibleTree.h"
-#include "tests/kit/Desktop.h"
-#include "tests/play/Program.h"
+#include "tests/programs/play/Program.h"
+#include "tests/testing/Desktop.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {
@@ -25,7 +25,7 @@ struct ApplicationPlace {
     int height;
 };
 
-/// A place in the effect's interface, in parts of its extent from the top left.
+/// A place in the effect's UI, in parts of its extent from the top left.
 struct EffectSpot {
     double x;
     double y;
@@ -59,9 +59,9 @@ class ApplicationFixture : public ::testing::Test {
     static void resize(int width, int height);
     /// The place of the effect's embedded window on the display; absent while none is shown.
     static std::optional<ApplicationPlace> effectPlace();
-    /// Moves the pointer into the effect's interface, which is shown.
+    /// Moves the pointer into the effect's UI, which is shown.
     static void pointAt(const EffectSpot& spot);
-    /// Clicks into a field of the effect's interface and waits until that has the keyboard.
+    /// Clicks into a field of the effect's UI and waits until that has the keyboard.
     static void clickIntoField(const EffectSpot& spot);
     static int windowCount();
 

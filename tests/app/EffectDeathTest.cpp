@@ -34,7 +34,7 @@ class EffectDeathTest : public ApplicationFixture {
                   "AUEnginePlayer: Audio engine starting.");
     }
 
-    /// Ends the effect's process and waits for the next one, whose interface is shown.
+    /// Ends the effect's process and waits for the next one, whose UI is shown.
     void endEffect(int signal) {
         const auto ended = service();
         ASSERT_NE(ended.number, 0);
@@ -68,7 +68,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     expectItPlaysAndStops();
     EXPECT_TRUE(eventually([this] {
         return Value(tree.names(),
-                     Contains("The interface of Orvalo is closed: the effect has died too often, "
+                     Contains("The UI of Orvalo is closed: the effect has died too often, "
                               "and its input passes through unchanged."));
     }));
     EXPECT_EQ(quit(), 0);

@@ -9,11 +9,11 @@
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "platform/audio/file/AVAudioFile.h"
 #include "platform/audio/output/NullOutput.h"
-#include "platform/audio/view/LV2ViewController.h"
+#include "platform/plugin-ui/view/LV2ViewController.h"
 #include "support/view/PinToSuperviewEdges.h"
 #include "tests/app/ScreenFixture.h"
 #include "tests/app/Screenshot.h"
-#include "tests/kit/Desktop.h"
+#include "tests/testing/Desktop.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WavFile.h"
 
@@ -22,9 +22,9 @@ namespace orvalo::testing {
 namespace {
 
 constexpr std::uint32_t kRate = 48000;
-constexpr std::uint32_t kGround = 0x121518;  // What the interface is drawn on.
+constexpr std::uint32_t kGround = 0x121518;  // What the UI is drawn on.
 
-/// The effect in an engine that renders when the test asks it to, and its interface on screen.
+/// The effect in an engine that renders when the test asks it to, and its UI on screen.
 class EffectSoundTest : public ScreenFixture {
   protected:
     EffectSoundTest() {
@@ -39,7 +39,7 @@ class EffectSoundTest : public ScreenFixture {
         engine->connect(effect, engine->mainMixerNode(), std::nullopt);
         engine->start();
         player->play();
-        showInterface();
+        showPluginUI();
     }
 
     static std::shared_ptr<AVAudioUnit> makeEffect() {
@@ -52,18 +52,16 @@ class EffectSoundTest : public ScreenFixture {
         return promise.get_future().get();
     }
 
-    void showInterface() {
-        std::shared_ptr<UIViewController> interface;
+    void showPluginUI() {
+        std::shared_ptr<UIViewController> ui;
         effect->auAudioUnit()->requestViewController(
-            [&interface](const std::shared_ptr<UIViewController>& controller) {
-                interface = controller;
-            });
-        EXPECT_TRUE(waitUntil([&interface] { return interface != nullptr; }));
+            [&ui](const std::shared_ptr<UIViewController>& controller) { ui = controller; });
+        EXPECT_TRUE(waitUntil([&ui] { return ui != nullptr; }));
         screen = std::make_shared<UIViewController>(std::nullopt, nullptr);
-        screen->addChild(interface);
-        screen->view()->addSubview(interface->view());
-        pinToSuperviewEdges(*interface->view());
-        interface->didMove(screen);
+        screen->addChild(ui);
+        screen->view()->addSubview(ui->view());
+        pinToSuperviewEdges(*ui->view());
+        ui->didMove(screen);
         window = std::make_shared<UIWindow>(gtk_window_new());
         gtk_window_set_default_size(GTK_WINDOW(window->widget()), 800, 600);
         gtk_window_set_title(GTK_WINDOW(window->widget()), "Sound");
@@ -89,7 +87,7 @@ class EffectSoundTest : public ScreenFixture {
         }
         return 10 * std::log10(sum / (kRate / 2.0));
     }
-    /// At a part of the interface's width and height.
+    /// At a part of the UI's width and height.
     static void point(double x, double y) {
         act({"mousemove", std::to_string(20 + std::lround(800 * x)),
              std::to_string(20 + std::lround(600 * y))});

@@ -30,7 +30,7 @@ class EnduranceTest : public ApplicationFixture {
         return processesWithData(environment.at("XDG_DATA_HOME"));
     }
 
-    /// Uses the effect's interface: a knob, the choice of presets, a typed value.
+    /// Uses the effect's UI: a knob, the choice of presets, a typed value.
     static void useEffect() {
         ASSERT_TRUE(eventually([] { return effectPlace().has_value(); }));
         pointAt(kThreshold);

@@ -4,7 +4,7 @@
 #include "platform/foundation/URL.h"
 #include "platform/ui/UIDocumentPickerViewController.h"
 #include "tests/app/ScreenFixture.h"
-#include "tests/kit/Desktop.h"
+#include "tests/testing/Desktop.h"
 
 namespace orvalo::testing {
 

@@ -5,7 +5,7 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/web/WKWebViewConfiguration.h"
 #include "platform/web/WebSandbox.h"
-#include "tests/kit/Desktop.h"
+#include "tests/testing/Desktop.h"
 
 namespace orvalo::testing {
 

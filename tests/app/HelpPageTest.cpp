@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "tests/app/HelpPageFixture.h"
-#include "tests/kit/Desktop.h"
+#include "tests/testing/Desktop.h"
 
 namespace orvalo::testing {
 

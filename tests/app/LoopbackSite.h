@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/web/Site.h"
+#include "tests/platform/web/Site.h"
 
 namespace orvalo::testing {
 

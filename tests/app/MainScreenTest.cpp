@@ -6,15 +6,15 @@
 
 #include "hosting/AUExtensionManager.h"
 #include "platform/audio/engine/AVAudioUnit.h"
-#include "platform/audio/view/AUViewController.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FileManager.h"
+#include "platform/plugin-ui/view/AUViewController.h"
 #include "platform/ui/NSLayoutConstraint.h"
 #include "platform/ui/UIAlertController.h"
 #include "platform/ui/UIStoryboardSegue.h"
+#include "tests/Audio Engine/ConstantUnit.h"
 #include "tests/app/ScreenFixture.h"
-#include "tests/heart/ConstantUnit.h"
-#include "tests/kit/Desktop.h"
+#include "tests/testing/Desktop.h"
 
 namespace orvalo::testing {
 
@@ -23,7 +23,7 @@ namespace {
 using ::testing::Contains;
 using MainScreenTest = ScreenFixture;
 
-/// An effect that keeps the question for its interface until the test answers it.
+/// An effect that keeps the question for its UI until the test answers it.
 class AskedUnit : public ConstantUnit {
   public:
     AskedUnit() : ConstantUnit(0.0F) {}
@@ -134,7 +134,7 @@ TEST_F(MainScreenTest, AnAbsentUnitIsReported) {
                      "ERROR: The audio unit is not initialized to load the user interface."}));
 }
 
-TEST_F(MainScreenTest, AnAbsentInterfaceIsReported) {
+TEST_F(MainScreenTest, AnAbsentPluginUIIsReported) {
     const auto screen = showMainScreen();
     const auto unit = std::make_shared<AskedUnit>();
     const CapturedOutput output;
@@ -157,7 +157,7 @@ TEST_F(MainScreenTest, AScreenThatIsGoneIsReported) {
                                      "ERROR: Self is nil !?"}));
 }
 
-TEST_F(MainScreenTest, EmbedsTheInterfaceInOrderAndLeavesItHidden) {
+TEST_F(MainScreenTest, EmbedsThePluginUIInOrderAndLeavesItHidden) {
     const auto screen = showMainScreen();
     const auto before = screen->pluginView->subviews().size();
     const auto unit = std::make_shared<AskedUnit>();
@@ -177,7 +177,7 @@ TEST_F(MainScreenTest, EmbedsTheInterfaceInOrderAndLeavesItHidden) {
     }));
 }
 
-TEST_F(MainScreenTest, EmbedsTheInterfaceThatTheManagerHolds) {
+TEST_F(MainScreenTest, EmbedsThePluginUIThatTheManagerHolds) {
     const auto screen = showMainScreen();
     const auto before = screen->pluginView->subviews().size();
     const auto controller = std::make_shared<WitnessController>();

@@ -6,7 +6,7 @@
 
 #include "platform/web/WebSandbox.h"
 #include "tests/app/ApplicationFixture.h"
-#include "tests/web/Site.h"
+#include "tests/platform/web/Site.h"
 
 namespace orvalo::testing {
 

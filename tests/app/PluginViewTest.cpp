@@ -23,7 +23,7 @@ class PluginViewTest : public ScreenFixture {
     std::shared_ptr<UIViewController> effect;
 };
 
-TEST_F(PluginViewTest, WithoutAnInterfaceNothingIsReset) {
+TEST_F(PluginViewTest, WithoutAPluginUINothingIsReset) {
     const auto before = screen->pluginView->frame();
     const CapturedOutput output;
     ViewControllerPeer::resetPluginView(*screen, 400, 300);

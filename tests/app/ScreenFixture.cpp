@@ -9,7 +9,7 @@
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/ui/UIButton.h"
 #include "support/Unwrapped.h"
-#include "tests/kit/Desktop.h"
+#include "tests/testing/Desktop.h"
 
 namespace orvalo::testing {
 

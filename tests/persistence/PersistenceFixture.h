@@ -9,7 +9,7 @@
 
 #include "persistence/PersistentAppData.h"
 #include "persistence/UserDefaultsViews.h"
-#include "tests/play/Program.h"
+#include "tests/programs/play/Program.h"
 
 namespace orvalo::testing {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "support/FileLocations.h"
-#include "tests/heart/FatalEnd.h"
+#include "tests/Audio Engine/FatalEnd.h"
 #include "tests/persistence/PersistenceFixture.h"
 
 namespace orvalo::testing {

@@ -15,7 +15,7 @@ enum class LV2ErrorCode {
     instantiationFailed,
     stateFailed,
     badData,
-    noInterface,
+    noPluginUI,
 };
 
 /// The error "<uri>: reason": the plug-in in front, the reason as a clause without a full stop.

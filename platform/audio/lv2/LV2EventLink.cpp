@@ -7,7 +7,7 @@ namespace orvalo {
 
 namespace {
 
-// A block may fill a port's buffer, and the interface looks once in several blocks.
+// A block may fill a port's buffer, and the UI looks once in several blocks.
 constexpr std::size_t kBuffersPerRing = 16;
 
 }  // namespace

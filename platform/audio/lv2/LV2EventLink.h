@@ -15,8 +15,8 @@
 
 namespace orvalo {
 
-/// The events that travel between an effect's open interface and its sequence ports, both ways,
-/// whole and in order. The interface's side is one thread, the effect's side is the render thread;
+/// The events that travel between an effect's open UI and its sequence ports, both ways,
+/// whole and in order. The UI's side is one thread, the effect's side is the render thread;
 /// neither waits, locks or allocates. Outlives instances, which therefore may be replaced.
 class LV2EventLink {
   public:
@@ -25,17 +25,17 @@ class LV2EventLink {
 
     /// Hands an event to a sequence input, at the start of the next block that has room for it.
     /// False, and nothing is sent, for another kind of port, an event that the port could never
-    /// take, or a full ring. body: size bytes. The interface's thread.
+    /// take, or a full ring. body: size bytes. The UI's thread.
     bool send(std::uint32_t port, LV2_URID type, std::uint32_t size, const void* body);
 
-    /// Whether the interface wants what a sequence output sends; at first it does not. False for
-    /// another kind of port. The interface's thread.
+    /// Whether the UI wants what a sequence output sends; at first it does not. False for
+    /// another kind of port. The UI's thread.
     bool setSubscribed(std::uint32_t port, bool isSubscribed);
 
     /// The next event from the effect, of whichever port has one; null without one. It lives until
-    /// the next call. The interface's thread.
+    /// the next call. The UI's thread.
     const LV2_Atom* receive(std::uint32_t& port);
-    /// How many events of the effect found a full ring since the last call. The interface's thread.
+    /// How many events of the effect found a full ring since the last call. The UI's thread.
     std::uint32_t takeLostCount() noexcept { return lost_.exchange(0, std::memory_order_relaxed); }
 
     /// Adds what waits for a sequence input to its buffer, as far as there is room. Render thread.
@@ -64,11 +64,11 @@ class LV2EventLink {
     Lane* lane(std::uint32_t port, bool isInput) const noexcept;
 
     std::vector<std::unique_ptr<Lane>> lanes_;  // By port index; null for other ports.
-    std::vector<std::uint64_t> sent_;           // The interface's thread's.
+    std::vector<std::uint64_t> sent_;           // The UI's thread's.
     std::atomic<std::uint32_t> lost_{0};
 };
 
-/// The links of all open interfaces of a unit, as the render thread uses them.
+/// The links of all open UIs of a unit, as the render thread uses them.
 using LV2EventLinks = std::vector<std::shared_ptr<LV2EventLink>>;
 
 }  // namespace orvalo

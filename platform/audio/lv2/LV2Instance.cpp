@@ -176,7 +176,7 @@ LV2StateProperties LV2Instance::saveProperties() const {
 void LV2Instance::restore(const LV2StateProperties& properties) {
     if (keepsState()) {
         const auto* state = extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface);
-        // The interface's handle is not const, though what it gives is.
+        // The UI's handle is not const, though what it gives is.
         auto kept = properties;
         state->restore(lilv_instance_get_handle(instance_.get()), retrieve, &kept, 0,
                        features_.forPlainState());

@@ -47,7 +47,7 @@ class LV2Instance {
     LV2Instance& operator=(const LV2Instance&) = delete;
 
     double sampleRate() const { return sampleRate_; }
-    /// The plug-in's own handle and descriptor, which an interface may ask for.
+    /// The plug-in's own handle and descriptor, which a UI may ask for.
     LV2_Handle handle() const { return lilv_instance_get_handle(instance_.get()); }
     const LV2_Descriptor* descriptor() const {
         return lilv_instance_get_descriptor(instance_.get());

@@ -14,8 +14,8 @@ namespace {
 // The rate at which a plug-in is tried when it is made; the rate of most outputs, too.
 constexpr double kFirstSampleRate = 48000.0;
 
-LV2InterfaceProvider& interfaceProvider() {
-    static LV2InterfaceProvider provider;
+LV2PluginUIProvider& pluginUIProvider() {
+    static LV2PluginUIProvider provider;
     return provider;
 }
 
@@ -101,18 +101,18 @@ void LV2LocalAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
 
 void LV2LocalAudioUnit::requestViewController(
     std::function<void(std::shared_ptr<UIViewController>)> completion) {
-    if (!interfaceProvider()) {
+    if (!pluginUIProvider()) {
         completion(nullptr);
         return;
     }
     DispatchQueue::main()->async(
         [unit = shared(this), completion = std::move(completion)]() mutable {
-            completion(interfaceProvider()(unit));
+            completion(pluginUIProvider()(unit));
         });
 }
 
-void LV2LocalAudioUnit::setInterfaceProvider(LV2InterfaceProvider provider) {
-    interfaceProvider() = std::move(provider);
+void LV2LocalAudioUnit::setPluginUIProvider(LV2PluginUIProvider provider) {
+    pluginUIProvider() = std::move(provider);
 }
 
 double LV2LocalAudioUnit::sampleRate() const {
@@ -130,7 +130,7 @@ LV2StateProperties LV2LocalAudioUnit::stateProperties() const {
     return instance_.current()->saveProperties();
 }
 
-LV2LocalAudioUnit::InstanceAccess LV2LocalAudioUnit::connectInterface(
+LV2LocalAudioUnit::InstanceAccess LV2LocalAudioUnit::connectPluginUI(
     const std::shared_ptr<LV2EventLink>& link) {
     const std::scoped_lock lock(control_);
     auto links = links_.current() == nullptr ? LV2EventLinks() : *links_.current();
@@ -140,7 +140,7 @@ LV2LocalAudioUnit::InstanceAccess LV2LocalAudioUnit::connectInterface(
     return {instance.handle(), instance.descriptor(), instanceNumber()};
 }
 
-void LV2LocalAudioUnit::disconnectInterface(const std::shared_ptr<LV2EventLink>& link) {
+void LV2LocalAudioUnit::disconnectPluginUI(const std::shared_ptr<LV2EventLink>& link) {
     const std::scoped_lock lock(control_);
     auto links = links_.current() == nullptr ? LV2EventLinks() : *links_.current();
     links.erase(std::remove(links.begin(), links.end(), link), links.end());

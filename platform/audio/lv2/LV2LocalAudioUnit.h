@@ -11,7 +11,7 @@
 
 #include "platform/audio/lv2/LV2EventLink.h"
 #include "platform/audio/lv2/LV2Instance.h"
-#include "platform/audio/lv2/LV2InterfaceProvider.h"
+#include "platform/audio/lv2/LV2PluginUIProvider.h"
 #include "platform/audio/lv2/LV2Presets.h"
 #include "platform/audio/signal/RenderSlot.h"
 #include "platform/audio/unit/AUAudioUnit.h"
@@ -66,24 +66,24 @@ class LV2LocalAudioUnit : public AUAudioUnit {
     /// Throws NSError.
     LV2StateProperties stateProperties() const;
 
-    /// An open interface's way to the unit's instance.
+    /// An open UI's way to the unit's instance.
     struct InstanceAccess {
         LV2_Handle handle;
         const LV2_Descriptor* descriptor;
         std::uint32_t number;  ///< As instanceNumber().
     };
-    /// Opens an interface's side: its events travel by the link from now on, and instances stay,
-    /// inactive, when they are replaced, until the last interface has left. Waits for at most the
+    /// Opens a UI's side: its events travel by the link from now on, and instances stay,
+    /// inactive, when they are replaced, until the last UI has left. Waits for at most the
     /// render call that is under way. Off the render thread.
-    InstanceAccess connectInterface(const std::shared_ptr<LV2EventLink>& link);
-    /// Ends what connectInterface() began with that link.
-    void disconnectInterface(const std::shared_ptr<LV2EventLink>& link);
+    InstanceAccess connectPluginUI(const std::shared_ptr<LV2EventLink>& link);
+    /// Ends what connectPluginUI() began with that link.
+    void disconnectPluginUI(const std::shared_ptr<LV2EventLink>& link);
     /// How often the instance has been replaced. Any thread.
     std::uint32_t instanceNumber() const { return instanceNumber_.load(std::memory_order_acquire); }
 
-    /// Makes the interfaces of all units; an empty one, as at first: no unit has an interface.
+    /// Makes the UIs of all units; an empty one, as at first: no unit has a UI.
     /// Before the first is asked for.
-    static void setInterfaceProvider(LV2InterfaceProvider provider);
+    static void setPluginUIProvider(LV2PluginUIProvider provider);
 
   private:
     void setLinks(LV2EventLinks links);
@@ -99,8 +99,8 @@ class LV2LocalAudioUnit : public AUAudioUnit {
     std::shared_ptr<AUAudioUnitPreset> currentPreset_;
     RenderSlot<AUMIDIOutputEventBlock> midiBlock_;
     RenderSlot<LV2Instance> instance_;
-    RenderSlot<LV2EventLinks> links_;  // Null without an open interface.
-    // Replaced ones that an open interface may still reach.
+    RenderSlot<LV2EventLinks> links_;  // Null without an open UI.
+    // Replaced ones that an open UI may still reach.
     std::vector<std::unique_ptr<LV2Instance>> retired_;
     std::atomic<std::uint32_t> instanceNumber_{0};
     std::int64_t sampleTime_ = 0;  // The render thread's: frames rendered so far.

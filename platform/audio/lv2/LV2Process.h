@@ -27,7 +27,7 @@ class LV2Process {
 
     /// One block: hands the plug-in its inputs, runs it, delivers the worker's answers and calls
     /// midiBlock (may be null) with what it sent, in time order over all ports. links (may be
-    /// null): of the open interfaces, which events go to and come from. sampleTime: of the block's
+    /// null): of the open UIs, which events go to and come from. sampleTime: of the block's
     /// first frame. Render thread.
     void run(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
              const AUMIDIOutputEventBlock* midiBlock, const LV2EventLinks* links) noexcept;

@@ -7,7 +7,7 @@
 namespace orvalo {
 
 namespace {
-// Messages are paths and small records; one that does not fit is refused, as the interface allows.
+// Messages are paths and small records; one that does not fit is refused, as the extension allows.
 constexpr std::size_t kRingSize = 128U << 10U;
 }  // namespace
 
@@ -21,12 +21,12 @@ LV2Worker::~LV2Worker() {
     sem_destroy(&requested_);
 }
 
-void LV2Worker::start(LV2_Handle instance, const LV2_Worker_Interface* interface) {
-    if (interface == nullptr || interface->work == nullptr) {
+void LV2Worker::start(LV2_Handle instance, const LV2_Worker_Interface* worker) {
+    if (worker == nullptr || worker->work == nullptr) {
         return;
     }
     instance_ = instance;
-    interface_ = interface;
+    worker_ = worker;
     thread_ = std::thread([this] {
         pthread_setname_np(pthread_self(), "lv2-worker");
         serve();
@@ -51,30 +51,30 @@ void LV2Worker::serve() {
         std::uint32_t size = 0;
         if (requests_.read(size, request_.data())) {
             const std::scoped_lock lock(work_);
-            interface_->work(instance_, respond, this, size, request_.data());
+            worker_->work(instance_, respond, this, size, request_.data());
         }
     }
 }
 
 void LV2Worker::finishCycle() noexcept {
-    if (interface_ == nullptr) {
+    if (worker_ == nullptr) {
         return;
     }
-    if (interface_->work_response != nullptr) {
+    if (worker_->work_response != nullptr) {
         std::uint32_t size = 0;
         while (responses_.read(size, response_.data())) {
-            interface_->work_response(instance_, size, response_.data());
+            worker_->work_response(instance_, size, response_.data());
         }
     }
-    if (interface_->end_run != nullptr) {
-        interface_->end_run(instance_);
+    if (worker_->end_run != nullptr) {
+        worker_->end_run(instance_);
     }
 }
 
 LV2_Worker_Status LV2Worker::scheduleWork(LV2_Worker_Schedule_Handle handle, std::uint32_t size,
                                           const void* data) {
     auto& worker = *static_cast<LV2Worker*>(handle);
-    if (worker.interface_ == nullptr) {
+    if (worker.worker_ == nullptr) {
         return LV2_WORKER_ERR_UNKNOWN;
     }
     if (!worker.requests_.write(size, data)) {
@@ -87,11 +87,11 @@ LV2_Worker_Status LV2Worker::scheduleWork(LV2_Worker_Schedule_Handle handle, std
 LV2_Worker_Status LV2Worker::workNow(LV2_Worker_Schedule_Handle handle, std::uint32_t size,
                                      const void* data) {
     auto& worker = *static_cast<LV2Worker*>(handle);
-    if (worker.interface_ == nullptr) {
+    if (worker.worker_ == nullptr) {
         return LV2_WORKER_ERR_UNKNOWN;
     }
     const std::scoped_lock lock(worker.work_);
-    return worker.interface_->work(worker.instance_, respond, &worker, size, data);
+    return worker.worker_->work(worker.instance_, respond, &worker, size, data);
 }
 
 LV2_Worker_Status LV2Worker::respond(LV2_Worker_Respond_Handle handle, std::uint32_t size,

@@ -27,8 +27,8 @@ class LV2Worker {
     /// The feature for state restoring, off the render thread: jobs are done at once, in the call.
     LV2_Worker_Schedule& immediateSchedule() { return immediateSchedule_; }
 
-    /// Starts the thread, when the instance has a worker at all (interface may be null).
-    void start(LV2_Handle instance, const LV2_Worker_Interface* interface);
+    /// Starts the thread, when the instance has a worker at all (worker may be null).
+    void start(LV2_Handle instance, const LV2_Worker_Interface* worker);
     /// Ends the thread after the job under way; jobs that still wait are dropped. The instance must
     /// not run any more.
     void stop();
@@ -48,7 +48,7 @@ class LV2Worker {
     LV2_Worker_Schedule schedule_{this, scheduleWork};
     LV2_Worker_Schedule immediateSchedule_{this, workNow};
     LV2_Handle instance_ = nullptr;
-    const LV2_Worker_Interface* interface_ = nullptr;
+    const LV2_Worker_Interface* worker_ = nullptr;
     ByteRing requests_;
     ByteRing responses_;
     std::vector<std::byte> request_;   // The worker thread's.

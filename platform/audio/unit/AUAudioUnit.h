@@ -46,7 +46,7 @@ class AUAudioUnit : public NSObject {
     virtual AUMIDIOutputEventBlock MIDIOutputEventBlock() const = 0;
     virtual void setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) = 0;
 
-    /// Asks for the effect's interface. completion gets it, or an absent one when there is none.
+    /// Asks for the effect's UI. completion gets it, or an absent one when there is none.
     virtual void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) = 0;
 

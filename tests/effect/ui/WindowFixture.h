@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/effect/ui/EmbeddedInterface.h"
+#include "tests/effect/ui/EmbeddedPluginUI.h"
 #include "tests/effect/ui/HostWindow.h"
 #include "tests/effect/ui/XServer.h"
 
@@ -22,13 +22,13 @@ class WindowFixture : public ::testing::Test {
 };
 
 /// With the interface in it, drawn.
-class InterfaceFixture : public WindowFixture {
+class PluginUIFixture : public WindowFixture {
   protected:
     using Parameter = effect::Parameter;
     using Writes = std::vector<PortWrite>;
     using Touches = std::vector<std::string>;
 
-    InterfaceFixture() : interface(host) {
+    PluginUIFixture() : interface(host) {
         interface.settle();
         layout = interface.layout();
     }
@@ -41,7 +41,7 @@ class InterfaceFixture : public WindowFixture {
         return interface.idleUntil([&] { return interface.writes.size() >= count; });
     }
 
-    EmbeddedInterface interface;
+    EmbeddedPluginUI interface;
     effect::ui::Layout layout;
 };
 

@@ -7,7 +7,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-class WindowInputTest : public InterfaceFixture {
+class WindowInputTest : public PluginUIFixture {
   protected:
     void clickIn(const orvalo::effect::ui::Rect& area) {
         host.click(area.centerX(), area.centerY());
@@ -113,7 +113,7 @@ TEST_F(WindowInputTest, APresetWritesEveryControlItSets) {
     ASSERT_TRUE(untilWritten(values.size()));
     std::map<std::uint32_t, float> expected;
     for (const auto& [symbol, value] : values) {
-        expected[EmbeddedInterface::portOf(symbol)] = value;
+        expected[EmbeddedPluginUI::portOf(symbol)] = value;
     }
     std::map<std::uint32_t, float> written;
     for (const auto& [port, value] : interface.writes) {

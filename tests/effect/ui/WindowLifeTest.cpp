@@ -25,7 +25,7 @@ std::ptrdiff_t openFiles() {
 
 class WindowLifeTest : public WindowFixture {
   protected:
-    static void turnThreshold(HostWindow& window, const EmbeddedInterface& interface) {
+    static void turnThreshold(HostWindow& window, const EmbeddedPluginUI& interface) {
         const auto dial =
             orvalo::effect::ui::Rect(interface.layout().cell(Parameter::threshold).dial);
         window.movePointer(dial.centerX(), dial.centerY());
@@ -35,7 +35,7 @@ class WindowLifeTest : public WindowFixture {
 };
 
 TEST_F(WindowLifeTest, AParentIsAllItNeeds) {
-    EmbeddedInterface interface(host, {.all = false, .parent = host.id()});
+    EmbeddedPluginUI interface(host, {.all = false, .parent = host.id()});
     ASSERT_TRUE(interface.isOpen());
     EXPECT_EQ(host.child(), interface.window());
     interface.settle();
@@ -46,12 +46,12 @@ TEST_F(WindowLifeTest, AParentIsAllItNeeds) {
 }
 
 TEST_F(WindowLifeTest, WithoutAParentItDoesNotOpen) {
-    EXPECT_FALSE(EmbeddedInterface(host, {.parent = std::nullopt}).isOpen());
-    EXPECT_FALSE(EmbeddedInterface(host, {.parent = 0x7FFFFFF}).isOpen());
+    EXPECT_FALSE(EmbeddedPluginUI(host, {.parent = std::nullopt}).isOpen());
+    EXPECT_FALSE(EmbeddedPluginUI(host, {.parent = 0x7FFFFFF}).isOpen());
 }
 
 TEST_F(WindowLifeTest, PortsAreFoundByTheirSymbols) {
-    EmbeddedInterface interface(host, {.shift = 100, .parent = host.id()});
+    EmbeddedPluginUI interface(host, {.shift = 100, .parent = host.id()});
     interface.settle();
     turnThreshold(host, interface);
     ASSERT_TRUE(interface.idleUntil([&] { return !interface.writes.empty(); }));
@@ -60,7 +60,7 @@ TEST_F(WindowLifeTest, PortsAreFoundByTheirSymbols) {
 }
 
 TEST_F(WindowLifeTest, WhatTheEffectShowsIsSubscribedAndLetGo) {
-    EmbeddedInterface interface(host);
+    EmbeddedPluginUI interface(host);
     const std::vector<std::string> opened{"+20", "+21", "+22", "+23", "+24", "+25"};
     EXPECT_EQ(interface.subscriptions, opened);
     interface.subscriptions.clear();
@@ -70,10 +70,10 @@ TEST_F(WindowLifeTest, WhatTheEffectShowsIsSubscribedAndLetGo) {
 }
 
 TEST_F(WindowLifeTest, TwoInOneProcessAreTwo) {
-    EmbeddedInterface one(host);
+    EmbeddedPluginUI one(host);
     one.settle();
     HostWindow second(640, 480);
-    EmbeddedInterface other(second);
+    EmbeddedPluginUI other(second);
     other.settle();
     turnThreshold(second, other);
     ASSERT_TRUE(other.idleUntil([&] {
@@ -91,7 +91,7 @@ TEST_F(WindowLifeTest, ItEndsWithTheHostsWindow) {
     XErrorHandler former = XSetErrorHandler(countError);
     errorsSeen = 0;
     {
-        EmbeddedInterface interface(host);
+        EmbeddedPluginUI interface(host);
         interface.settle();
         EXPECT_EQ(interface.idle(), 0);
         host.destroy();
@@ -107,8 +107,8 @@ TEST_F(WindowLifeTest, ItEndsWithTheHostsWindow) {
     EXPECT_EQ(XSetErrorHandler(former), countError);
 }
 
-TEST_F(WindowLifeTest, TheWindowGoesWithTheInterface) {
-    EmbeddedInterface interface(host);
+TEST_F(WindowLifeTest, TheWindowGoesWithThePluginUI) {
+    EmbeddedPluginUI interface(host);
     interface.settle();
     EXPECT_NE(host.child(), 0U);
     interface.close();
@@ -117,7 +117,7 @@ TEST_F(WindowLifeTest, TheWindowGoesWithTheInterface) {
 
 TEST_F(WindowLifeTest, OpeningAndClosingLeavesNothing) {
     const auto once = [&] {
-        EmbeddedInterface interface(host);
+        EmbeddedPluginUI interface(host);
         interface.settle();
     };
     once();
@@ -141,7 +141,7 @@ TEST(WindowServer, ItSurvivesTheEndOfItsServerWhereTheHostDoes) {
         XSetIOErrorHandler([](Display* /*display*/) { return 0; });
         XSetIOErrorExitHandler(
             window.display(), [](Display* /*display*/, void* /*data*/) {}, nullptr);
-        EmbeddedInterface interface(window);
+        EmbeddedPluginUI interface(window);
         interface.settle();
         server.stop();
         bool ended = false;

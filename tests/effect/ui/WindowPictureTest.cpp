@@ -12,7 +12,7 @@ using orvalo::effect::ui::Section;
 
 constexpr std::uint32_t accent = 0x5FC9B8;
 
-class WindowPictureTest : public InterfaceFixture {
+class WindowPictureTest : public PluginUIFixture {
   protected:
     XWindowAttributes attributes() const {
         XWindowAttributes result{};
@@ -158,7 +158,7 @@ TEST_F(WindowPictureTest, WhatWasHiddenIsThereOnceItIsShown) {
 using WindowScaleTest = WindowFixture;
 
 TEST_F(WindowScaleTest, TheScaleFactorEnlargesIt) {
-    EmbeddedInterface interface(host, {.scale = 2.0F, .parent = host.id()});
+    EmbeddedPluginUI interface(host, {.scale = 2.0F, .parent = host.id()});
     ASSERT_TRUE(interface.isOpen());
     EXPECT_EQ(interface.sizes, (std::vector<std::pair<int, int>>{{1280, 960}}));
     interface.resize(800, 600);

@@ -13,34 +13,34 @@ namespace orvalo {
 
 namespace {
 
-BridgedInterfaceProvider& interfaceProvider() {
-    static BridgedInterfaceProvider provider;
+BridgedPluginUIProvider& pluginUIProvider() {
+    static BridgedPluginUIProvider provider;
     return provider;
 }
 
-/// Somebody who asked for a unit's interface. Is answered on the main thread, even when the unit or
+/// Somebody who asked for a unit's UI. Is answered on the main thread, even when the unit or
 /// its process goes before it can answer, and let go of there: the supervisor's thread, which has
 /// this meanwhile, must not be the one that lets go of what the completion holds, nor of the unit.
-class InterfaceRequest {
+class PluginUIRequest {
   public:
     using Completion = std::function<void(std::shared_ptr<UIViewController>)>;
 
-    InterfaceRequest(std::weak_ptr<BridgedAudioUnit> unit, Completion completion)
+    PluginUIRequest(std::weak_ptr<BridgedAudioUnit> unit, Completion completion)
         : unit_(std::move(unit)), completion_(std::move(completion)) {}
-    ~InterfaceRequest() {
+    ~PluginUIRequest() {
         if (completion_) {
             answer(false);
         }
     }
-    InterfaceRequest(const InterfaceRequest&) = delete;
-    InterfaceRequest& operator=(const InterfaceRequest&) = delete;
+    PluginUIRequest(const PluginUIRequest&) = delete;
+    PluginUIRequest& operator=(const PluginUIRequest&) = delete;
 
     /// Once.
-    void answer(bool hasInterface) {
-        DispatchQueue::main()->async([hasInterface, weakUnit = std::move(unit_),
+    void answer(bool hasPluginUI) {
+        DispatchQueue::main()->async([hasPluginUI, weakUnit = std::move(unit_),
                                       completion = std::exchange(completion_, nullptr)] {
-            const auto unit = hasInterface ? weakUnit.lock() : nullptr;
-            completion(unit == nullptr ? nullptr : interfaceProvider()(unit));
+            const auto unit = hasPluginUI ? weakUnit.lock() : nullptr;
+            completion(unit == nullptr ? nullptr : pluginUIProvider()(unit));
         });
     }
 
@@ -70,10 +70,10 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, LV2PluginData data,
       data_(std::move(data)),
       description_(description),
       render_(static_cast<std::uint32_t>(data_.midiOutputNames.size()), limits),
-      mailbox_(std::make_shared<InterfaceMailbox>()),
+      mailbox_(std::make_shared<PluginUIMailbox>()),
       supervisor_(order(program), limits, render_, *mailbox_),
-      interfaceChannel_(mailbox_, [this](std::uint32_t process, bridge::HostMessage message,
-                                         std::function<void(const std::string&)> completion) {
+      pluginUIChannel_(mailbox_, [this](std::uint32_t process, bridge::HostMessage message,
+                                        std::function<void(const std::string&)> completion) {
           supervisor_.post({std::move(message), process,
                             [completion = std::move(completion)](const ServiceAnswer& answer) {
                                 if (completion && (answer.kind == ServiceAnswer::Kind::done ||
@@ -149,12 +149,12 @@ void BridgedAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
 
 void BridgedAudioUnit::requestViewController(
     std::function<void(std::shared_ptr<UIViewController>)> completion) {
-    if (!interfaceProvider()) {
+    if (!pluginUIProvider()) {
         completion(nullptr);
         return;
     }
-    const auto request = std::make_shared<InterfaceRequest>(weak(this), std::move(completion));
-    supervisor_.post({bridge::LoadInterface{}, 0, [request](const ServiceAnswer& answer) {
+    const auto request = std::make_shared<PluginUIRequest>(weak(this), std::move(completion));
+    supervisor_.post({bridge::LoadPluginUI{}, 0, [request](const ServiceAnswer& answer) {
                           const bool isRefused = answer.kind == ServiceAnswer::Kind::refused;
                           if (isRefused) {
                               g_warning("%s", answer.error.c_str());
@@ -163,8 +163,8 @@ void BridgedAudioUnit::requestViewController(
                       }});
 }
 
-void BridgedAudioUnit::setInterfaceProvider(BridgedInterfaceProvider provider) {
-    interfaceProvider() = std::move(provider);
+void BridgedAudioUnit::setPluginUIProvider(BridgedPluginUIProvider provider) {
+    pluginUIProvider() = std::move(provider);
 }
 
 void BridgedAudioUnit::allocateRenderResources(double sampleRate) {

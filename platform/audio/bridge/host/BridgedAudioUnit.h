@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
-#include "platform/audio/bridge/host/BridgedInterfaceChannel.h"
+#include "platform/audio/bridge/host/BridgedPluginUIChannel.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
-#include "platform/audio/bridge/host/InterfaceMailbox.h"
+#include "platform/audio/bridge/host/PluginUIMailbox.h"
 #include "platform/audio/bridge/host/ServiceSupervisor.h"
 #include "platform/audio/lv2/LV2PluginData.h"
 #include "platform/audio/lv2/LV2Presets.h"
@@ -21,9 +21,9 @@ namespace orvalo {
 
 class BridgedAudioUnit;
 
-/// Makes a view controller with the interface of a unit; absent, with a line on standard error that
+/// Makes a view controller with the UI of a unit; absent, with a line on standard error that
 /// says why, when the plug-in has none that can be shown. Called on the main thread.
-using BridgedInterfaceProvider =
+using BridgedPluginUIProvider =
     std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<BridgedAudioUnit>&)>;
 
 /// An LV2 plug-in in a process of its own, which nothing that it does can take this one with. While
@@ -64,12 +64,12 @@ class BridgedAudioUnit : public AUAudioUnit {
     /// What its data say.
     const LV2PluginData& data() const { return data_; }
     LV2World& world() const { return world_; }
-    /// The way to its interface; as long as the unit.
-    BridgedInterfaceChannel& interfaceChannel() { return interfaceChannel_; }
+    /// The way to its UI; as long as the unit.
+    BridgedPluginUIChannel& pluginUIChannel() { return pluginUIChannel_; }
 
-    /// Makes the interfaces of all units; an empty one, as at first: no unit has an interface.
+    /// Makes the UIs of all units; an empty one, as at first: no unit has a UI.
     /// Before the first is asked for.
-    static void setInterfaceProvider(BridgedInterfaceProvider provider);
+    static void setPluginUIProvider(BridgedPluginUIProvider provider);
 
   private:
     BridgedAudioUnit(LV2World& world, LV2PluginData data,
@@ -89,9 +89,9 @@ class BridgedAudioUnit : public AUAudioUnit {
     mutable std::optional<std::vector<LV2Preset>> presets_;  // Once somebody asked for them.
     std::shared_ptr<AUAudioUnitPreset> currentPreset_;
     BridgedRender render_;
-    const std::shared_ptr<InterfaceMailbox> mailbox_;
+    const std::shared_ptr<PluginUIMailbox> mailbox_;
     ServiceSupervisor supervisor_;  // Ends before what it works for.
-    BridgedInterfaceChannel interfaceChannel_;
+    BridgedPluginUIChannel pluginUIChannel_;
 };
 
 }  // namespace orvalo

@@ -20,8 +20,8 @@ bool isSlow(const HostMessage& message) {
     return std::holds_alternative<bridge::Instantiate>(message) ||
            std::holds_alternative<bridge::Prepare>(message) ||
            std::holds_alternative<bridge::LoadPreset>(message) ||
-           std::holds_alternative<bridge::OpenInterface>(message) ||
-           std::holds_alternative<bridge::LoadInterface>(message);
+           std::holds_alternative<bridge::OpenPluginUI>(message) ||
+           std::holds_alternative<bridge::LoadPluginUI>(message);
 }
 
 std::string inWords(std::chrono::milliseconds limit) {
@@ -198,42 +198,42 @@ bool ServiceRun::take(const bridge::State& state) {
     return true;
 }
 
-bool ServiceRun::take(const bridge::InterfaceOpened& opened) {
+bool ServiceRun::take(const bridge::PluginUIOpened& opened) {
     // Once for each request, before its answer.
     const bool isAsked =
         !pending_.empty() &&
-        std::holds_alternative<bridge::OpenInterface>(pending_.front().command.message) &&
+        std::holds_alternative<bridge::OpenPluginUI>(pending_.front().command.message) &&
         std::exchange(openedFor_, pending_.front().number) != pending_.front().number;
     if (!isAsked) {
         return false;
     }
-    isInterfaceOpen_ = true;
-    surroundings_.mailbox.post({.kind = InterfaceEvent::Kind::opened, .window = opened.window});
+    isPluginUIOpen_ = true;
+    surroundings_.mailbox.post({.kind = PluginUIEvent::Kind::opened, .window = opened.window});
     return true;
 }
 
-bool ServiceRun::take(const bridge::InterfaceWants& wants) {
+bool ServiceRun::take(const bridge::PluginUIWants& wants) {
     constexpr std::int32_t kLargest = 16384;
-    surroundings_.mailbox.post({.kind = InterfaceEvent::Kind::wants,
+    surroundings_.mailbox.post({.kind = PluginUIEvent::Kind::wants,
                                 .width = std::clamp(wants.width, 1, kLargest),
                                 .height = std::clamp(wants.height, 1, kLargest)});
     return true;
 }
 
-bool ServiceRun::take(const bridge::InterfaceClosed& closed) {
-    if (!std::exchange(isInterfaceOpen_, false)) {
+bool ServiceRun::take(const bridge::PluginUIClosed& closed) {
+    if (!std::exchange(isPluginUIOpen_, false)) {
         return false;
     }
     surroundings_.mailbox.post(
-        {.kind = InterfaceEvent::Kind::closed, .text = plainText(closed.reason)});
+        {.kind = PluginUIEvent::Kind::closed, .text = plainText(closed.reason)});
     return true;
 }
 
-bool ServiceRun::take(const bridge::InterfaceOutdated& /*outdated*/) {
-    if (!std::exchange(isInterfaceOpen_, false)) {
+bool ServiceRun::take(const bridge::PluginUIOutdated& /*outdated*/) {
+    if (!std::exchange(isPluginUIOpen_, false)) {
         return false;
     }
-    surroundings_.mailbox.post({.kind = InterfaceEvent::Kind::outdated});
+    surroundings_.mailbox.post({.kind = PluginUIEvent::Kind::outdated});
     return true;
 }
 
@@ -346,9 +346,9 @@ std::string ServiceRun::occasion() const {
         if (std::holds_alternative<bridge::LoadPreset>(message)) {
             return " while it loaded a preset";
         }
-        if (std::holds_alternative<bridge::OpenInterface>(message) ||
-            std::holds_alternative<bridge::LoadInterface>(message)) {
-            return " while it opened its interface";
+        if (std::holds_alternative<bridge::OpenPluginUI>(message) ||
+            std::holds_alternative<bridge::LoadPluginUI>(message)) {
+            return " while it opened its UI";
         }
     }
     const bool isPlaying =

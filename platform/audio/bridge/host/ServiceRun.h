@@ -11,8 +11,8 @@
 #include "platform/audio/bridge/host/AttentiveClock.h"
 #include "platform/audio/bridge/host/BridgeLimits.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
-#include "platform/audio/bridge/host/InterfaceMailbox.h"
 #include "platform/audio/bridge/host/LastState.h"
+#include "platform/audio/bridge/host/PluginUIMailbox.h"
 #include "platform/audio/bridge/host/ServiceCommand.h"
 #include "platform/audio/bridge/host/ServiceLog.h"
 #include "platform/audio/bridge/host/ServiceProcess.h"
@@ -29,7 +29,7 @@ class ServiceRun {
         const ServiceOrder& order;
         const BridgeLimits& limits;
         BridgedRender& render;
-        InterfaceMailbox& mailbox;
+        PluginUIMailbox& mailbox;
         LastState& last;
     };
 
@@ -75,10 +75,10 @@ class ServiceRun {
     bool take(const bridge::ServiceMessage& message);
     bool take(const bridge::Done& done);
     bool take(const bridge::State& state);
-    bool take(const bridge::InterfaceOpened& opened);
-    bool take(const bridge::InterfaceWants& wants);
-    bool take(const bridge::InterfaceClosed& closed);
-    bool take(const bridge::InterfaceOutdated& outdated);
+    bool take(const bridge::PluginUIOpened& opened);
+    bool take(const bridge::PluginUIWants& wants);
+    bool take(const bridge::PluginUIClosed& closed);
+    bool take(const bridge::PluginUIOutdated& outdated);
     bool takeInstantiated(const std::string& error);
     void settle(const Pending& pending, const bridge::Done& done);
 
@@ -115,8 +115,8 @@ class ServiceRun {
     std::uint64_t quantaSeen_ = 0;
     Time lastQuantum_;
     bool saidStateIsTooLarge_ = false;
-    std::uint32_t openedFor_ = 0;   // The request that the interface was opened for last.
-    bool isInterfaceOpen_ = false;  // By what the process says.
+    std::uint32_t openedFor_ = 0;  // The request that the UI was opened for last.
+    bool isPluginUIOpen_ = false;  // By what the process says.
 };
 
 }  // namespace orvalo

@@ -26,7 +26,7 @@ std::string inWords(unsigned deaths, std::chrono::seconds window) {
 }  // namespace
 
 ServiceSupervisor::ServiceSupervisor(ServiceOrder order, const BridgeLimits& limits,
-                                     BridgedRender& render, InterfaceMailbox& mailbox,
+                                     BridgedRender& render, PluginUIMailbox& mailbox,
                                      LastState last)
     : order_(std::move(order)),
       limits_(limits),
@@ -151,14 +151,14 @@ bool ServiceSupervisor::runOnce() {
     // Nothing of the process is left when others hear of its end.
     run.reset();
     if (isReady) {
-        mailbox_.post({.kind = InterfaceEvent::Kind::lost});
+        mailbox_.post({.kind = PluginUIEvent::Kind::lost});
     }
     return takeEnd(std::move(end), refusal);
 }
 
 void ServiceSupervisor::becomeReady() {
     wasReady_ = true;
-    mailbox_.post({.kind = InterfaceEvent::Kind::ready, .process = process_});
+    mailbox_.post({.kind = PluginUIEvent::Kind::ready, .process = process_});
     if (started_) {
         std::exchange(started_, {})->set_value({});
     }
@@ -228,7 +228,7 @@ void ServiceSupervisor::giveUp() {
         "The effect <%s> died %s and is not started again; its input passes through unchanged.",
         order_.uri.c_str(), inWords(limits_.deaths, limits_.window).c_str());
     hasGivenUp_.store(true, std::memory_order_release);
-    mailbox_.post({.kind = InterfaceEvent::Kind::givenUp});
+    mailbox_.post({.kind = PluginUIEvent::Kind::givenUp});
     render_.giveUp();
 }
 

@@ -21,7 +21,7 @@ class ServiceSupervisor {
   public:
     /// last: what the effect is made with at first. Render and mailbox outlive the supervisor.
     ServiceSupervisor(ServiceOrder order, const BridgeLimits& limits, BridgedRender& render,
-                      InterfaceMailbox& mailbox, LastState last = {});
+                      PluginUIMailbox& mailbox, LastState last = {});
     /// Ends the process, at once.
     ~ServiceSupervisor();
     ServiceSupervisor(const ServiceSupervisor&) = delete;
@@ -60,7 +60,7 @@ class ServiceSupervisor {
     const ServiceOrder order_;
     const BridgeLimits limits_;
     BridgedRender& render_;
-    InterfaceMailbox& mailbox_;
+    PluginUIMailbox& mailbox_;
 
     FileDescriptor wakeup_;
     std::atomic<bool> isStopping_{false};

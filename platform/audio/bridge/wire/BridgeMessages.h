@@ -76,9 +76,9 @@ struct Ping {
     ORVALO_BRIDGE_FIELDS(number)
 };
 
-/// Makes the interface inside the host's window, hidden. Answered by InterfaceOpened and Done, or
+/// Makes the UI inside the host's window, hidden. Answered by PluginUIOpened and Done, or
 /// by Done with the reason why not.
-struct OpenInterface {
+struct OpenPluginUI {
     std::uint32_t number = 0;
     std::string display;
     std::uint64_t window = 0;
@@ -86,33 +86,33 @@ struct OpenInterface {
     ORVALO_BRIDGE_FIELDS(number, display, window, scaleFactor)
 };
 
-/// The interface's window has another extent, in pixels.
-struct ResizeInterface {
+/// The UI's window has another extent, in pixels.
+struct ResizePluginUI {
     std::int32_t width = 0;
     std::int32_t height = 0;
     ORVALO_BRIDGE_FIELDS(width, height)
 };
 
-struct ShowInterface {
+struct ShowPluginUI {
     bool isVisible = false;
     ORVALO_BRIDGE_FIELDS(isVisible)
 };
 
 /// Answered by Done once it is gone, so that its window may go.
-struct CloseInterface {
+struct ClosePluginUI {
     std::uint32_t number = 0;
     ORVALO_BRIDGE_FIELDS(number)
 };
 
-/// Loads the code of the interface, so that what is wrong with it is known before it is opened.
-struct LoadInterface {
+/// Loads the code of the UI, so that what is wrong with it is known before it is opened.
+struct LoadPluginUI {
     std::uint32_t number = 0;
     ORVALO_BRIDGE_FIELDS(number)
 };
 
 using HostMessage =
-    std::variant<Instantiate, Prepare, SetContextName, LoadPreset, Ping, OpenInterface,
-                 ResizeInterface, ShowInterface, CloseInterface, LoadInterface>;
+    std::variant<Instantiate, Prepare, SetContextName, LoadPreset, Ping, OpenPluginUI,
+                 ResizePluginUI, ShowPluginUI, ClosePluginUI, LoadPluginUI>;
 
 /// The answer to a request.
 struct Done {
@@ -127,34 +127,34 @@ struct State {
     ORVALO_BRIDGE_FIELDS(text)
 };
 
-struct InterfaceOpened {
-    std::uint64_t window = 0;  ///< That the interface says it has; 0 when it says nothing.
+struct PluginUIOpened {
+    std::uint64_t window = 0;  ///< That the UI says it has; 0 when it says nothing.
     ORVALO_BRIDGE_FIELDS(window)
 };
 
-/// The interface asks for an extent, in pixels.
-struct InterfaceWants {
+/// The UI asks for an extent, in pixels.
+struct PluginUIWants {
     std::int32_t width = 0;
     std::int32_t height = 0;
     ORVALO_BRIDGE_FIELDS(width, height)
 };
 
-/// The interface has closed itself; the reason is a clause. It does nothing more, and goes with
-/// CloseInterface.
-struct InterfaceClosed {
+/// The UI has closed itself; the reason is a clause. It does nothing more, and goes with
+/// ClosePluginUI.
+struct PluginUIClosed {
     std::string reason;
     ORVALO_BRIDGE_FIELDS(reason)
 };
 
-/// The interface reaches an instance that has been replaced, so that it has to be made anew, inside
+/// The UI reaches an instance that has been replaced, so that it has to be made anew, inside
 /// another window: the host closes it and opens it again. Until then it does nothing more.
-struct InterfaceOutdated {
+struct PluginUIOutdated {
     template <typename Archive>
     void fields(Archive& /*archive*/) const {}
 };
 
 using ServiceMessage =
-    std::variant<Done, State, InterfaceOpened, InterfaceWants, InterfaceClosed, InterfaceOutdated>;
+    std::variant<Done, State, PluginUIOpened, PluginUIWants, PluginUIClosed, PluginUIOutdated>;
 
 /// A message as it travels, its head in front. One longer than kLongestMessage is refused by who
 /// gets it.

@@ -1,0 +1,199 @@
+#include "platform/plugin-ui/view/LV2ViewController.h"
+
+#include <gdk/x11/gdkx.h>
+#include <glib.h>
+#include <gtk/gtk.h>
+
+#include <utility>
+
+#include "platform/audio/bridge/host/BridgedAudioUnit.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
+#include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
+#include "platform/plugin-ui/view/WindowShortcuts.h"
+#include "platform/plugin-ui/x11/LV2EmbeddedPluginUI.h"
+#include "platform/plugin-ui/x11/LV2PluginUIError.h"
+#include "platform/plugin-ui/x11/LV2PluginUILibrary.h"
+#include "platform/plugin-ui/x11/X11Errors.h"
+
+namespace orvalo {
+
+namespace {
+
+/// The one connection of all open UIs.
+std::shared_ptr<X11Connection> connection() {
+    static std::weak_ptr<X11Connection> open;
+    auto result = open.lock();
+    if (result == nullptr) {
+        auto* display = gdk_display_get_default();
+        X11Errors::leaveToToolkit(gdk_x11_display_get_xdisplay(display));
+        result = X11Connection::open(gdk_display_get_name(display));
+        open = result;
+    }
+    return result;
+}
+
+template <typename Unit>
+LV2PluginUIData readData(const Unit& unit) {
+    const LV2World::Access access(unit.world());
+    return LV2PluginUIData::read(access, unit.data());
+}
+
+void requireX11(const std::string& plugin) {
+    auto* display = gdk_display_get_default();
+    if (display == nullptr || !GDK_IS_X11_DISPLAY(display)) {
+        throw lv2PluginUIError(LV2ErrorCode::noPluginUI, plugin,
+                               "it needs an X11 display, and the program's windows use " +
+                                   std::string(display == nullptr ? "none" : "another kind"));
+    }
+}
+
+void report(const NSError& error) {
+    g_warning("%s", error.localizedDescription().c_str());
+}
+
+LV2ViewController::Opener opener(const std::shared_ptr<LV2LocalAudioUnit>& unit,
+                                 const LV2PluginUIData& data) {
+    auto library = std::make_shared<LV2PluginUILibrary>(data);
+    // When nothing else is to be done.
+    return {[unit, data, library = std::move(library)](
+                const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedPluginUI> {
+                return std::make_unique<LV2EmbeddedPluginUI>(connection, unit, data, place);
+            },
+            G_PRIORITY_DEFAULT_IDLE};
+}
+
+LV2ViewController::Opener opener(const std::shared_ptr<BridgedAudioUnit>& unit,
+                                 const LV2PluginUIData& data) {
+    // At once: it is made elsewhere, while this process draws its window.
+    return {[unit, isFixedSize = data.isFixedSize](
+                const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedPluginUI> {
+                return std::make_unique<BridgedEmbeddedPluginUI>(connection, unit, isFixedSize,
+                                                                 place);
+            },
+            G_PRIORITY_DEFAULT};
+}
+
+template <typename Unit>
+std::shared_ptr<UIViewController> provide(const std::shared_ptr<Unit>& unit) {
+    try {
+        const auto data = readData(*unit);
+        requireX11(data.plugin);
+        return LV2ViewController::make(data, opener(unit, data));
+    } catch (const NSError& error) {
+        report(error);
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+void LV2ViewController::enable() {
+    LV2LocalAudioUnit::setPluginUIProvider(provide<LV2LocalAudioUnit>);
+    BridgedAudioUnit::setPluginUIProvider(provide<BridgedAudioUnit>);
+}
+
+std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2PluginUIData& data,
+                                                           Opener opener) {
+    auto result = std::make_shared<LV2ViewController>(data, std::move(opener));
+    result->setView(result->container_);
+    return result;
+}
+
+LV2ViewController::LV2ViewController(LV2PluginUIData data, Opener opener)
+    : AUViewController(std::nullopt, nullptr),
+      data_(std::move(data)),
+      opener_(std::move(opener)),
+      container_(std::make_shared<X11ContainerView>(opener_.priority)) {
+    container_->onToplevel = [this](const auto& where) {
+        if (pluginUI_ == nullptr && !hasFailed_) {
+            open(where);
+        }
+    };
+    container_->onPlace = [this](const auto& where) { place(where); };
+    container_->onHidden = [this] {
+        hasFailed_ = false;
+        if (pluginUI_ != nullptr) {
+            pluginUI_->setVisible(false);
+        }
+    };
+    container_->onLeaving = [this] { close(); };
+}
+
+LV2ViewController::~LV2ViewController() {
+    // The view may be held elsewhere.
+    container_->onToplevel = nullptr;
+    container_->onPlace = nullptr;
+    container_->onHidden = nullptr;
+    container_->onLeaving = nullptr;
+}
+
+void LV2ViewController::place(const X11ContainerView::Place& place) {
+    if (pluginUI_ != nullptr &&
+        (place.toplevel != toplevel_ || place.scaleFactor != scaleFactor_)) {
+        close();
+    }
+    if (pluginUI_ == nullptr && !hasFailed_) {
+        open(place);
+    }
+    if (pluginUI_ != nullptr) {
+        pluginUI_->place(place.area, place.visible);
+        pluginUI_->setVisible(true);
+    }
+}
+
+void LV2ViewController::open(const X11ContainerView::Place& place) {
+    toplevel_ = place.toplevel;
+    scaleFactor_ = place.scaleFactor;
+    try {
+        const auto server = connection();
+        if (server == nullptr) {
+            throw lv2PluginUIError(LV2ErrorCode::noPluginUI, data_.plugin,
+                                   "the X server takes no further connection");
+        }
+        pluginUI_ = opener_.open(server, {.toplevel = place.toplevel,
+                                          .scaleFactor = static_cast<double>(place.scaleFactor),
+                                          .size = place.area.size(),
+                                          // GDK takes its context for current until it is told.
+                                          .willEnter = gdk_gl_context_clear_current});
+        pluginUI_->onRules = [this] { takeRules(); };
+        pluginUI_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
+            if (const auto held = view.lock()) {
+                activateShortcut(held->widget(), key);
+            }
+        };
+        pluginUI_->onAway = [this](bool isAway) { sayWhetherAway(isAway); };
+        pluginUI_->onClosed = [this](const std::string& reason) { closed(reason); };
+        sayWhetherAway(pluginUI_->isAway());
+        takeRules();
+    } catch (const NSError& error) {
+        hasFailed_ = true;
+        report(error);
+        container_->setMessage("The UI of " + data_.title + " cannot be shown.");
+    }
+}
+
+void LV2ViewController::sayWhetherAway(bool isAway) {
+    container_->setMessage(isAway ? data_.title + " has stopped. It is started again."
+                                  : std::string());
+}
+
+void LV2ViewController::close() {
+    pluginUI_ = nullptr;
+    hasFailed_ = false;
+}
+
+void LV2ViewController::closed(const std::string& reason) {
+    g_message("The UI of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
+    hasFailed_ = true;
+    container_->setLeastSize(-1, -1);
+    container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".");
+    pluginUI_ = nullptr;
+}
+
+void LV2ViewController::takeRules() {
+    const auto least = pluginUI_->rules().least();
+    const auto points = [this](int pixels) { return (pixels + scaleFactor_ - 1) / scaleFactor_; };
+    container_->setLeastSize(points(least.width), points(least.height));
+}
+
+}  // namespace orvalo

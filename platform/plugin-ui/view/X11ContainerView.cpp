@@ -1,0 +1,199 @@
+#include "platform/plugin-ui/view/X11ContainerView.h"
+
+#include <gdk/x11/gdkx.h>
+#include <gtk/gtk.h>
+
+#include <cmath>
+#include <utility>
+
+namespace orvalo {
+
+namespace {
+
+/// A widget's rectangle on its surface, in pixels.
+X11Rect rectangle(GtkWidget* widget, GtkNative* native) {
+    graphene_rect_t bounds;
+    if (gtk_widget_compute_bounds(widget, GTK_WIDGET(native), &bounds) == FALSE) {
+        return {};
+    }
+    double x = 0;
+    double y = 0;
+    gtk_native_get_surface_transform(native, &x, &y);
+    const double scale = gtk_widget_get_scale_factor(widget);
+    const auto pixels = [scale](double points) {
+        return static_cast<int>(std::lround(points * scale));
+    };
+    const int left = pixels(double{bounds.origin.x} + x);
+    const int top = pixels(double{bounds.origin.y} + y);
+    return {left, top, pixels(double{bounds.origin.x} + double{bounds.size.width} + x) - left,
+            pixels(double{bounds.origin.y} + double{bounds.size.height} + y) - top};
+}
+
+/// What the widgets around it and the surface leave to be seen. Nothing on a page that is giving
+/// way to another: the toolkit fades it out, a foreign window would stand in front to the end.
+X11Rect visiblePart(GtkWidget* widget, GtkNative* native) {
+    auto visible = rectangle(widget, native);
+    auto* inside = widget;
+    for (auto* around = gtk_widget_get_parent(widget); around != nullptr;
+         inside = std::exchange(around, gtk_widget_get_parent(around))) {
+        if (GTK_IS_STACK(around) && gtk_stack_get_visible_child(GTK_STACK(around)) != inside) {
+            return {};
+        }
+        const bool isSurface = around == GTK_WIDGET(native);
+        if (isSurface || gtk_widget_get_overflow(around) == GTK_OVERFLOW_HIDDEN) {
+            visible = intersection(visible, rectangle(around, native));
+        }
+        if (isSurface) {
+            break;
+        }
+    }
+    return visible;
+}
+
+template <auto operation>
+void forward(void* /*sender*/, void* view) {
+    (static_cast<X11ContainerView*>(view)->*operation)();
+}
+
+}  // namespace
+
+X11ContainerView::X11ContainerView(int toplevelPriority)
+    : UIView(gtk_scrolled_window_new()), toplevelPriority_(toplevelPriority) {
+    stage_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+    label_ = gtk_label_new(nullptr);
+    gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
+    gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
+    gtk_widget_set_hexpand(label_, TRUE);
+    gtk_widget_set_vexpand(label_, TRUE);
+    gtk_widget_set_visible(label_, FALSE);
+    gtk_box_append(GTK_BOX(stage_), label_);
+    auto* scroller = GTK_SCROLLED_WINDOW(widget());
+    gtk_scrolled_window_set_child(scroller, stage_);
+    // Bars that lie over the content would lie under the foreign window.
+    gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
+    g_signal_connect(stage_, "map", G_CALLBACK(forward<&X11ContainerView::mapped>), this);
+    g_signal_connect(stage_, "unmap", G_CALLBACK(forward<&X11ContainerView::unmapped>), this);
+    g_signal_connect_swapped(stage_, "notify::root",
+                             G_CALLBACK(+[](X11ContainerView* view) { view->rooted(); }), this);
+}
+
+X11ContainerView::~X11ContainerView() {
+    unmapped();
+    forgetTurn();
+    g_signal_handlers_disconnect_by_data(stage_, this);
+    if (root_ != nullptr) {
+        g_signal_handlers_disconnect_by_data(root_, this);
+    }
+}
+
+void X11ContainerView::rooted() {
+    auto* root = GTK_WIDGET(gtk_widget_get_root(stage_));
+    if (root == root_) {
+        return;
+    }
+    if (root_ != nullptr) {
+        g_signal_handlers_disconnect_by_data(root_, this);
+        leave();
+    }
+    root_ = root;
+    if (root_ == nullptr) {
+        return;
+    }
+    g_signal_connect(root_, "unrealize", G_CALLBACK(forward<&X11ContainerView::leave>), this);
+    g_signal_connect(root_, "realize", G_CALLBACK(forward<&X11ContainerView::expectTurn>), this);
+    if (gtk_widget_get_realized(root_) != FALSE) {
+        expectTurn();
+    }
+}
+
+void X11ContainerView::expectTurn() {
+    forgetTurn();
+    turn_.reset(g_idle_source_new());
+    g_source_set_priority(turn_.get(), toplevelPriority_);
+    g_source_set_callback(
+        turn_.get(),
+        [](void* view) -> gboolean {
+            static_cast<X11ContainerView*>(view)->arrived();
+            return G_SOURCE_REMOVE;
+        },
+        this, nullptr);
+    g_source_attach(turn_.get(), nullptr);
+}
+
+void X11ContainerView::forgetTurn() {
+    if (turn_ != nullptr) {
+        g_source_destroy(turn_.get());
+        turn_ = nullptr;
+    }
+}
+
+void X11ContainerView::arrived() {
+    auto* surface = gtk_native_get_surface(GTK_NATIVE(root_));
+    if (place_.toplevel == 0 && onToplevel && GDK_IS_X11_SURFACE(surface)) {
+        gdk_display_sync(gdk_surface_get_display(surface));
+        onToplevel({gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(stage_), {}, {}});
+    }
+}
+
+void X11ContainerView::leave() {
+    forgetTurn();
+    if (const auto leaving = onLeaving) {
+        leaving();
+    }
+}
+
+void X11ContainerView::setLeastSize(int width, int height) {
+    gtk_widget_set_size_request(stage_, width, height);
+}
+
+void X11ContainerView::setMessage(const std::string& message) {
+    gtk_label_set_text(GTK_LABEL(label_), message.c_str());
+    gtk_widget_set_visible(label_, message.empty() ? FALSE : TRUE);
+}
+
+void X11ContainerView::mapped() {
+    clock_ = gtk_widget_get_frame_clock(stage_);
+    g_object_ref(clock_);
+    // Ancestors move the view without telling it, but never without a frame. Most of that is known
+    // once the toolkit has laid out: the foreign window is drawn while the toolkit draws.
+    const auto look = G_CALLBACK(forward<&X11ContainerView::look>);
+    g_signal_connect_after(clock_, "layout", look, this);
+    g_signal_connect(clock_, "after-paint", look, this);
+    gtk_widget_queue_draw(stage_);
+}
+
+void X11ContainerView::unmapped() {
+    if (clock_ == nullptr) {
+        return;
+    }
+    g_signal_handlers_disconnect_by_data(clock_, this);
+    g_object_unref(std::exchange(clock_, nullptr));
+    place_ = {};
+    if (onHidden) {
+        onHidden();
+    }
+}
+
+void X11ContainerView::look() {
+    auto* native = gtk_widget_get_native(stage_);
+    auto* surface = native == nullptr ? nullptr : gtk_native_get_surface(native);
+    if (surface == nullptr || !GDK_IS_X11_SURFACE(surface)) {
+        return;
+    }
+    const Place place{gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(stage_),
+                      rectangle(stage_, native), visiblePart(stage_, native)};
+    const bool isUnplaced = place_.toplevel == 0;
+    if ((isUnplaced && place.area.isEmpty()) || place == place_) {
+        return;
+    }
+    if (place.toplevel != place_.toplevel) {
+        // The window must be on the server before others speak of it.
+        gdk_display_sync(gdk_surface_get_display(surface));
+    }
+    place_ = place;
+    if (onPlace) {
+        onPlace(place);
+    }
+}
+
+}  // namespace orvalo

@@ -1,0 +1,169 @@
+#include "platform/plugin-ui/x11/LV2PluginUIData.h"
+
+#include <lv2/core/lv2.h>
+#include <lv2/data-access/data-access.h>
+#include <lv2/instance-access/instance-access.h>
+#include <lv2/options/options.h>
+#include <lv2/ui/ui.h>
+#include <suil/suil.h>
+
+#include <algorithm>
+
+#include "platform/audio/lv2/TurtleFile.h"
+#include "platform/plugin-ui/x11/LV2PluginUIError.h"
+#include "platform/plugin-ui/x11/LV2PluginUIFeatures.h"
+#include "platform/plugin-ui/x11/LV2PluginUIOptions.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr const char* kSeeAlso = "http://www.w3.org/2000/01/rdf-schema#seeAlso";
+// Two names of one remark, both in use, neither in the header.
+constexpr const char* kMakeResident = LV2_UI_PREFIX "makeResident";
+constexpr const char* kMakeNameResident = LV2_UI_PREFIX "makeSONameResident";
+
+/// The questions to lilv of one UI.
+class Reader {
+  public:
+    Reader(const LV2World::Access& access, const LV2PluginData& plugin, const LilvUI* ui)
+        : access_(access), plugin_(plugin), ui_(ui) {}
+
+    LV2PluginUIData read() const {
+        loadData();
+        LV2PluginUIData data;
+        data.plugin = plugin_.uri;
+        data.uri = lilv_node_as_uri(lilv_ui_get_uri(ui_));
+        data.bundle = path(lilv_ui_get_bundle_uri(ui_));
+        data.binary = path(lilv_ui_get_binary_uri(ui_));
+        if (data.binary.empty() || data.bundle.empty()) {
+            throw lv2PluginUIError(LV2ErrorCode::noLibrary, plugin_.uri,
+                                   "its data name no library");
+        }
+        const LilvPointer<LilvNode> name(lilv_plugin_get_name(access_.plugin(plugin_.uri)));
+        data.title = name == nullptr ? plugin_.uri : lilv_node_as_string(name.get());
+        require(LV2_CORE__requiredFeature, "feature", LV2PluginUIFeatures::isOffered);
+        require(LV2_OPTIONS__requiredOption, "option", LV2PluginUIOptions::isOffered);
+        data.isFixedSize = mentions(LV2_UI__fixedSize) || mentions(LV2_UI__noUserResize);
+        data.reachesInstance = mentions(LV2_INSTANCE_ACCESS_URI) || mentions(LV2_DATA_ACCESS_URI);
+        data.staysLoaded = mentions(kMakeResident) || mentions(kMakeNameResident);
+        readNotifications(data);
+        return data;
+    }
+
+  private:
+    static std::string path(const LilvNode* uri) {
+        char* text = uri == nullptr ? nullptr : lilv_node_get_path(uri, nullptr);
+        std::string result(text == nullptr ? "" : text);
+        lilv_free(text);
+        return result;
+    }
+
+    LilvPointer<LilvNodes> values(const char* predicate) const {
+        return LilvPointer<LilvNodes>(lilv_world_find_nodes(access_.lilv(), lilv_ui_get_uri(ui_),
+                                                            access_.uri(predicate).get(), nullptr));
+    }
+
+    std::vector<std::string> uris(const char* predicate) const {
+        std::vector<std::string> result;
+        const auto nodes = values(predicate);
+        LILV_FOREACH(nodes, i, nodes.get()) {
+            const auto* node = lilv_nodes_get(nodes.get(), i);
+            if (lilv_node_is_uri(node)) {
+                result.emplace_back(lilv_node_as_uri(node));
+            }
+        }
+        return result;
+    }
+
+    void loadData() const {
+        for (const auto& file : uris(kSeeAlso)) {
+            if (const auto error = turtleFileError(file); !error.empty()) {
+                std::string reason = "its data file <";
+                reason.append(file).append("> is not sound (").append(error).append(")");
+                throw lv2PluginUIError(LV2ErrorCode::badData, plugin_.uri, reason);
+            }
+        }
+        lilv_world_load_resource(access_.lilv(), lilv_ui_get_uri(ui_));
+    }
+
+    void require(const char* predicate, const std::string& kind,
+                 bool (*isOffered)(const std::string&)) const {
+        for (const auto& uri : uris(predicate)) {
+            if (!isOffered(uri)) {
+                std::string reason = "it requires the " + kind + " <";
+                reason.append(uri).append(">, which is not offered");
+                throw lv2PluginUIError(LV2ErrorCode::unsupportedFeature, plugin_.uri, reason);
+            }
+        }
+    }
+
+    bool mentions(const std::string& feature) const {
+        const auto has = [&feature](const std::vector<std::string>& all) {
+            return std::find(all.begin(), all.end(), feature) != all.end();
+        };
+        return has(uris(LV2_CORE__requiredFeature)) || has(uris(LV2_CORE__optionalFeature));
+    }
+
+    void readNotifications(LV2PluginUIData& data) const {
+        const auto nodes = values(LV2_UI__portNotification);
+        LILV_FOREACH(nodes, i, nodes.get()) {
+            const auto* node = lilv_nodes_get(nodes.get(), i);
+            if (!lilv_node_is_uri(node) && !lilv_node_is_blank(node)) {
+                continue;
+            }
+            const auto value = [this, node](const char* predicate) {
+                return LilvPointer<LilvNode>(
+                    lilv_world_get(access_.lilv(), node, access_.uri(predicate).get(), nullptr));
+            };
+            const auto plugin = value(LV2_UI__plugin);
+            const bool isForAnother = plugin != nullptr && lilv_node_is_uri(plugin.get()) &&
+                                      plugin_.uri != lilv_node_as_uri(plugin.get());
+            const auto index = value(LV2_UI__portIndex);
+            const auto symbol = value(LV2_CORE__symbol);
+            for (const auto& port : plugin_.ports) {
+                const bool isMeant =
+                    (index != nullptr && lilv_node_is_int(index.get()) &&
+                     lilv_node_as_int(index.get()) == static_cast<int>(port.index)) ||
+                    (symbol != nullptr && lilv_node_as_string(symbol.get()) == port.symbol);
+                if (isMeant && !isForAnother && !port.isInput &&
+                    port.kind == LV2PortKind::sequence) {
+                    data.notifiedPorts.push_back(port.index);
+                }
+            }
+        }
+    }
+
+    const LV2World::Access& access_;
+    const LV2PluginData& plugin_;
+    const LilvUI* ui_;
+};
+
+/// The names that the kinds of a UI have in their vocabulary.
+void addKinds(const LilvUI* ui, std::string& kinds) {
+    LILV_FOREACH(nodes, i, lilv_ui_get_classes(ui)) {
+        const std::string kind = lilv_node_as_string(lilv_nodes_get(lilv_ui_get_classes(ui), i));
+        kinds += (kinds.empty() ? "" : ", ") + kind.substr(kind.find_last_of("#/") + 1);
+    }
+}
+
+}  // namespace
+
+LV2PluginUIData LV2PluginUIData::read(const LV2World::Access& access, const LV2PluginData& plugin) {
+    const auto* found = access.plugin(plugin.uri);
+    const std::unique_ptr<LilvUIs, void (*)(LilvUIs*)> uis(
+        found == nullptr ? nullptr : lilv_plugin_get_uis(found), lilv_uis_free);
+    const auto x11 = access.uri(LV2_UI__X11UI);
+    std::string kinds;
+    LILV_FOREACH(uis, i, uis.get()) {
+        const auto* ui = lilv_uis_get(uis.get(), i);
+        if (lilv_ui_is_a(ui, x11.get()) && suil_ui_supported(LV2_UI__X11UI, LV2_UI__X11UI) == 1) {
+            return Reader(access, plugin, ui).read();
+        }
+        addKinds(ui, kinds);
+    }
+    throw lv2PluginUIError(LV2ErrorCode::noPluginUI, plugin.uri,
+                           kinds.empty() ? "the plug-in has none" : "it is no X11UI but " + kinds);
+}
+
+}  // namespace orvalo

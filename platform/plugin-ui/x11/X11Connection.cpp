@@ -1,0 +1,184 @@
+#include "platform/plugin-ui/x11/X11Connection.h"
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
+
+#include <array>
+#include <utility>
+
+namespace orvalo {
+
+namespace {
+
+/// Has the presses of all buttons reported, also those that others get. Returns XInput's opcode; 0
+/// where the server has no XInput 2.
+int selectPresses(Display* display) {
+    int opcode = 0;
+    int event = 0;
+    int error = 0;
+    // Before 2.1 presses were not reported while somebody else has grabbed the pointer.
+    int major = 2;
+    int minor = 1;
+    if (XQueryExtension(display, "XInputExtension", &opcode, &event, &error) == False ||
+        XIQueryVersion(display, &major, &minor) != Success) {
+        return 0;
+    }
+    std::array<unsigned char, XIMaskLen(XI_RawButtonPress)> bits{};
+    XISetMask(bits.data(), XI_RawButtonPress);
+    XIEventMask mask{XIAllMasterDevices, static_cast<int>(bits.size()), bits.data()};
+    XISelectEvents(display, DefaultRootWindow(display), &mask, 1);
+    return opcode;
+}
+
+}  // namespace
+
+/// Ready when there is an event, read or not.
+struct X11Connection::Source {
+    GSource source;
+    X11Connection* connection;
+
+    static X11Connection& of(GSource* source) {
+        return *reinterpret_cast<Source*>(source)->connection;
+    }
+    static gboolean prepare(GSource* source, gint* timeout) {
+        *timeout = -1;
+        return check(source);
+    }
+    static gboolean check(GSource* source) {
+        // Sends what waits, too.
+        return XPending(of(source).display_) > 0 ? TRUE : FALSE;
+    }
+    static gboolean dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*data*/) {
+        of(source).dispatch();
+        return G_SOURCE_CONTINUE;
+    }
+};
+
+std::shared_ptr<X11Connection> X11Connection::open(const std::string& display) {
+    auto* opened = XOpenDisplay(display.empty() ? nullptr : display.c_str());
+    return std::shared_ptr<X11Connection>(opened == nullptr ? nullptr : new X11Connection(opened));
+}
+
+X11Connection::X11Connection(Display* display) : display_(display) {
+    X11Errors::takeOver();
+    X11Errors::ignore(display_, true);
+    // A server that goes must not end a process that does more than show windows.
+    XSetIOErrorExitHandler(
+        display_,
+        [](Display* /*lost*/, void* self) {
+            g_source_destroy(static_cast<X11Connection*>(self)->source_.get());
+        },
+        this);
+    static GSourceFuncs functions{Source::prepare, Source::check, Source::dispatch,
+                                  nullptr,         nullptr,       nullptr};
+    source_.reset(g_source_new(&functions, sizeof(Source)));
+    reinterpret_cast<Source*>(source_.get())->connection = this;
+    // Below the toolkit's drawing, which stands at 120, so that no UI can hold it up.
+    constexpr int kPriority = 125;
+    g_source_set_priority(source_.get(), kPriority);
+    g_source_add_unix_fd(source_.get(), XConnectionNumber(display_), G_IO_IN);
+    g_source_attach(source_.get(), nullptr);
+}
+
+X11Connection::~X11Connection() {
+    g_source_destroy(source_.get());
+    // Errors of the last requests still come.
+    XSync(display_, True);
+    X11Errors::ignore(display_, false);
+    XCloseDisplay(display_);
+}
+
+void X11Connection::setHandler(unsigned long window, Handler handler) {
+    handlers_.insert_or_assign(window, std::move(handler));
+}
+
+void X11Connection::dispatch() {
+    // A handler may let go of it.
+    const auto self = shared_from_this();
+    // No more than what is here already: a UI that draws without end must not hold the
+    // loop.
+    for (int count = XPending(display_); count > 0; --count) {
+        XEvent event;
+        XNextEvent(display_, &event);
+        if (event.type == GenericEvent) {
+            dispatchGeneric(event);
+            continue;
+        }
+        const auto found = handlers_.find(event.xany.window);
+        if (found != handlers_.end()) {
+            const auto handler = found->second;
+            handler(event);
+        }
+    }
+}
+
+void X11Connection::setPressHandler(const void* owner, std::function<void()> handler) {
+    if (inputExtension_ == 0) {
+        inputExtension_ = selectPresses(display_);
+    }
+    pressHandlers_.insert_or_assign(owner, std::move(handler));
+}
+
+void X11Connection::dispatchGeneric(XEvent& event) {
+    auto& cookie = event.xcookie;
+    if (cookie.extension != inputExtension_ || cookie.evtype != XI_RawButtonPress ||
+        XGetEventData(display_, &cookie) == False) {
+        return;
+    }
+    const int button = static_cast<const XIRawEvent*>(cookie.data)->detail;
+    XFreeEventData(display_, &cookie);
+    // The wheel's two directions, each way.
+    constexpr int kWheelRight = 7;
+    if (button >= static_cast<int>(Button4) && button <= kWheelRight) {
+        return;
+    }
+    const auto handlers = pressHandlers_;
+    for (const auto& [owner, handler] : handlers) {
+        if (pressHandlers_.contains(owner)) {
+            handler();
+        }
+    }
+}
+
+X11Connection::Pointer X11Connection::pointer(unsigned long window) const {
+    Pointer result{false, false};
+    for (Window at = DefaultRootWindow(display_); at != None;) {
+        result.isInside = result.isInside || at == window;
+        Window root = 0;
+        Window child = 0;
+        int rootX = 0;
+        int rootY = 0;
+        int x = 0;
+        int y = 0;
+        unsigned mask = 0;
+        if (XQueryPointer(display_, at, &root, &child, &rootX, &rootY, &x, &y, &mask) == False) {
+            break;
+        }
+        result.isButtonHeld = (mask & (Button1Mask | Button2Mask | Button3Mask)) != 0;
+        at = child;
+    }
+    return result;
+}
+
+bool X11Connection::isInside(unsigned long window, unsigned long other) const {
+    while (window != other) {
+        Window root = 0;
+        Window parent = 0;
+        Window* children = nullptr;
+        unsigned count = 0;
+        if (window <= PointerRoot ||
+            XQueryTree(display_, window, &root, &parent, &children, &count) == 0) {
+            return false;
+        }
+        if (children != nullptr) {
+            XFree(children);
+        }
+        if (window == root) {
+            return false;
+        }
+        window = parent;
+    }
+    return true;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,169 @@
+#include "programs/effect-service/EffectService.h"
+
+#include <glib.h>
+
+#include <utility>
+
+#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/foundation/NSError.h"
+#include "programs/effect-service/CallConfinement.h"
+#include "programs/effect-service/EffectPlaces.h"
+
+namespace orvalo {
+
+EffectService::EffectService(FileDescriptor socket) : connection_(std::move(socket)) {
+    connection_.onMessage = [this](const bridge::HostMessage& message) { take(message); };
+    connection_.onEnd = [this](bool isBroken) {
+        if (isBroken) {
+            fail("The host sent what is no message.");
+        } else if (!status_) {
+            status_ = 0;
+        }
+    };
+}
+
+int EffectService::run() {
+    while (!status_) {
+        g_main_context_iteration(nullptr, TRUE);
+    }
+    return *status_;
+}
+
+void EffectService::fail(const char* reason) {
+    g_warning("%s", reason);
+    status_ = 1;
+}
+
+void EffectService::take(const bridge::HostMessage& message) {
+    if (status_) {
+        return;
+    }
+    if (effect_ == nullptr && !std::holds_alternative<bridge::Instantiate>(message)) {
+        fail("The host asked for something before the effect.");
+        return;
+    }
+    std::visit([this](const auto& request) { take(request); }, message);
+}
+
+void EffectService::answer(std::uint32_t number, const std::string& error) {
+    connection_.send(bridge::Done{number, error});
+}
+
+template <typename Work>
+void EffectService::answerAfter(std::uint32_t number, const Work& work) {
+    std::string error;
+    try {
+        work();
+    } catch (const NSError& caught) {
+        error = caught.localizedDescription();
+    }
+    effect_->look();
+    answer(number, error);
+}
+
+void EffectService::take(const bridge::Instantiate& request) {
+    auto memory = connection_.takePassed();
+    if (effect_ != nullptr) {
+        fail("The host asked for a second effect.");
+        return;
+    }
+    if (!memory) {
+        fail("The host gave no memory for the sound.");
+        return;
+    }
+    // Before any code of the effect is loaded, and while there is but one thread.
+    g_setenv("TMPDIR", request.stateFolder.c_str(), TRUE);
+    confineFiles(effectPlaces(request.bundles, request.stateFolder));
+    confineCalls();
+    // The numbers of these come before those of a state, as they did in the process that it is of.
+    LV2URIDs::shared();
+    try {
+        effect_ = std::make_unique<LoadedEffect>(
+            request, std::move(memory), [this](const std::string& state) {
+                // What the host does not take must not pile up.
+                const bool isTold =
+                    state.size() < bridge::kLongestMessage && !connection_.isWaiting();
+                if (isTold) {
+                    connection_.send(bridge::State{state});
+                }
+                return isTold;
+            });
+    } catch (const NSError& error) {
+        answer(request.number, error.localizedDescription());
+        return;
+    }
+    answer(request.number);
+    effect_->look();
+}
+
+void EffectService::take(const bridge::Prepare& request) {
+    answerAfter(request.number,
+                [&] { effect_->unit()->allocateRenderResources(request.sampleRate); });
+}
+
+void EffectService::take(const bridge::SetContextName& request) {
+    answerAfter(request.number, [&] { effect_->unit()->setContextName(request.name); });
+}
+
+void EffectService::take(const bridge::LoadPreset& request) {
+    answerAfter(request.number, [&] { effect_->loadPreset(request.uri); });
+}
+
+void EffectService::take(const bridge::Ping& request) {
+    answer(request.number);
+}
+
+void EffectService::take(const bridge::OpenPluginUI& request) {
+    answerAfter(request.number, [&] {
+        closePluginUI();
+        pluginUI_ = std::make_shared<ServicePluginUI>(
+            effect_->unit(), pluginUIParts(), request.display, request.window, request.scaleFactor,
+            ServicePluginUI::Events{
+                .wants =
+                    [this](X11Size size) {
+                        connection_.send(bridge::PluginUIWants{size.width, size.height});
+                    },
+                .closed =
+                    [this] { connection_.send(bridge::PluginUIClosed{"it has closed itself"}); },
+                .outdated = [this] { connection_.send(bridge::PluginUIOutdated{}); },
+                .turned = [this] { effect_->publishControls(); },
+            });
+        connection_.send(bridge::PluginUIOpened{pluginUI_->window()});
+    });
+}
+
+void EffectService::take(const bridge::ResizePluginUI& request) {
+    if (pluginUI_ != nullptr) {
+        pluginUI_->setSize({request.width, request.height});
+    }
+}
+
+void EffectService::take(const bridge::ShowPluginUI& request) {
+    if (pluginUI_ != nullptr) {
+        pluginUI_->setVisible(request.isVisible);
+    }
+}
+
+void EffectService::take(const bridge::ClosePluginUI& request) {
+    closePluginUI();
+    answer(request.number);
+}
+
+void EffectService::closePluginUI() {
+    if (const auto closing = std::exchange(pluginUI_, nullptr)) {
+        closing->end();
+    }
+}
+
+void EffectService::take(const bridge::LoadPluginUI& request) {
+    answerAfter(request.number, [this] { pluginUIParts(); });
+}
+
+std::shared_ptr<const PluginUIParts> EffectService::pluginUIParts() {
+    if (pluginUIParts_ == nullptr) {
+        pluginUIParts_ = std::make_shared<PluginUIParts>(*effect_->unit());
+    }
+    return pluginUIParts_;
+}
+
+}  // namespace orvalo

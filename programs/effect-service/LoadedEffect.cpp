@@ -1,0 +1,86 @@
+#include "programs/effect-service/LoadedEffect.h"
+
+#include <glib.h>
+
+#include <algorithm>
+
+#include "platform/audio/lv2/LV2Error.h"
+#include "programs/effect-service/PackedState.h"
+
+namespace orvalo {
+
+namespace {
+
+LV2SearchPath bundlesOnly(const std::vector<std::string>& bundles) {
+    return {.folders = {}, .ownFolder = {}, .bundles = {bundles.begin(), bundles.end()}};
+}
+
+SharedAudio::Layout layoutOf(const bridge::Instantiate& request) {
+    return {request.inputChannelCount, request.outputChannelCount, request.portCount};
+}
+
+std::optional<LV2StateProperties> stateOf(const bridge::Instantiate& request) {
+    if (request.state.empty()) {
+        return std::nullopt;
+    }
+    auto state = unpackState(request.state);
+    if (!state) {
+        g_warning("The state that the effect was to start from cannot be read.");
+    }
+    return state;
+}
+
+std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Instantiate& request) {
+    auto unit = std::make_shared<LV2LocalAudioUnit>(world, request.uri, AudioComponentDescription{},
+                                                    LV2UnitStart{.contextName = request.contextName,
+                                                                 .sampleRate = request.sampleRate,
+                                                                 .filesFolder = request.stateFolder,
+                                                                 .state = stateOf(request)});
+    const auto& data = unit->data();
+    if (layoutOf(request) != SharedAudio::Layout{data.inputChannelCount, data.outputChannelCount,
+                                                 static_cast<std::uint32_t>(data.ports.size())}) {
+        throw lv2Error(LV2ErrorCode::badData, request.uri, "its data have changed meanwhile");
+    }
+    for (const auto& control : request.controls) {
+        if (control.port < data.ports.size()) {
+            unit->controls().setValue(control.port, control.value);
+        }
+    }
+    return unit;
+}
+
+}  // namespace
+
+LoadedEffect::LoadedEffect(const bridge::Instantiate& request, FileDescriptor memory,
+                           std::function<bool(const std::string&)> tellState)
+    : world_(bundlesOnly(request.bundles)),
+      audio_(SharedAudio::map(std::move(memory), layoutOf(request))),
+      unit_(makeUnit(world_, request)),
+      audioThread_(unit_, audio_),
+      stateWatch_(unit_, std::move(tellState)) {}
+
+void LoadedEffect::loadPreset(const std::string& uri) {
+    if (presets_.empty()) {
+        presets_ = findPresets(world_, unit_->data().uri);
+    }
+    const auto found = std::find_if(presets_.begin(), presets_.end(),
+                                    [&uri](const LV2Preset& preset) { return preset.uri == uri; });
+    if (found != presets_.end()) {
+        unit_->setCurrentPreset(
+            std::make_shared<AUAudioUnitPreset>(found - presets_.begin(), found->label));
+    }
+    if (found == presets_.end() || unit_->currentPreset() == nullptr) {
+        throw lv2Error(LV2ErrorCode::stateFailed, unit_->data().uri,
+                       "its preset <" + uri + "> cannot be loaded");
+    }
+}
+
+void LoadedEffect::look() {
+    publishControls();
+    stateWatch_.look();
+    if (const auto lost = audioThread_.takeLostCount(); lost > 0) {
+        g_warning("%u MIDI messages were more than a quantum can hold.", lost);
+    }
+}
+
+}  // namespace orvalo

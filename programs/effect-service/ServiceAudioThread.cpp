@@ -1,0 +1,131 @@
+#include "programs/effect-service/ServiceAudioThread.h"
+
+#include <glib.h>
+#include <pthread.h>
+#include <sched.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "platform/audio/bridge/wire/Futex.h"
+#include "platform/audio/signal/DenormalGuard.h"
+
+namespace orvalo {
+
+namespace {
+
+// Woken by the host, or by the end; this is but the most that a wait may be said to take.
+constexpr std::chrono::hours kLongestWait{1};
+
+constexpr int kAnywhere = -1;
+
+}  // namespace
+
+ServiceAudioThread::ServiceAudioThread(std::shared_ptr<LV2LocalAudioUnit> unit,
+                                       const SharedAudio& audio)
+    : unit_(std::move(unit)), audio_(audio) {
+    unit_->setMIDIOutputEventBlock([this](std::int64_t sampleTime, std::uint8_t cable,
+                                          std::int64_t length, const std::uint8_t* bytes) {
+        const SharedEvent event{
+            .frame = static_cast<std::uint32_t>(sampleTime - start_),
+            .cable = cable,
+            .bytes = std::as_bytes(std::span(bytes, static_cast<std::size_t>(length))),
+        };
+        if (!events_->write(event)) {
+            lost_.fetch_add(1, std::memory_order_relaxed);
+        }
+        return 0;
+    });
+    publishControls();
+    thread_ = std::thread([this] { serve(); });
+}
+
+ServiceAudioThread::~ServiceAudioThread() {
+    isEnding_.store(true, std::memory_order_release);
+    // It may be about to wait: a single call would come too early.
+    while (!hasEnded_.load(std::memory_order_acquire)) {
+        Futex::wake(audio_.control().request);
+        std::this_thread::yield();
+    }
+    thread_.join();
+    unit_->setMIDIOutputEventBlock({});
+}
+
+void ServiceAudioThread::serve() noexcept {
+    pthread_setname_np(pthread_self(), "effect-audio");
+    const DenormalGuard denormals;
+    pthread_getaffinity_np(pthread_self(), sizeof(anywhere_), &anywhere_);
+    auto& control = audio_.control();
+    for (std::uint32_t answered = 0; !isEnding_.load(std::memory_order_acquire);) {
+        const auto request = control.request.load(std::memory_order_acquire);
+        if (request == answered) {
+            Futex::wait(control.request, answered, std::chrono::steady_clock::now() + kLongestWait);
+            continue;
+        }
+        takeScheduling();
+        render();
+        answered = request;
+        control.response.store(answered, std::memory_order_release);
+        Futex::wake(control.response);
+        // After the answer, since moving takes longer than many an effect's quantum.
+        followHost();
+    }
+    hasEnded_.store(true, std::memory_order_release);
+}
+
+void ServiceAudioThread::takeScheduling() {
+    const auto& control = audio_.control();
+    const int policy = control.schedulingPolicy.load(std::memory_order_relaxed);
+    const int priority = control.schedulingPriority.load(std::memory_order_relaxed);
+    if (policy == policy_ && priority == priority_) {
+        return;
+    }
+    policy_ = policy;
+    priority_ = priority;
+    const sched_param parameters{.sched_priority = priority};
+    const int error = pthread_setschedparam(pthread_self(), policy, &parameters);
+    if (error != 0) {
+        g_message("The effect runs without the real-time priority of the host (%d): %s.", priority,
+                  g_strerror(error));
+    }
+    mayFollowHost_ = error == 0;
+}
+
+void ServiceAudioThread::followHost() noexcept {
+    const int processor =
+        mayFollowHost_ ? audio_.control().processor.load(std::memory_order_relaxed) : kAnywhere;
+    if (processor == processor_) {
+        return;
+    }
+    processor_ = processor;
+    cpu_set_t processors = anywhere_;
+    if (processor >= 0 && processor < CPU_SETSIZE) {
+        CPU_ZERO(&processors);
+        CPU_SET(static_cast<unsigned>(processor), &processors);
+    }
+    // Where this is refused the thread stays where it may be.
+    pthread_setaffinity_np(pthread_self(), sizeof(processors), &processors);
+}
+
+void ServiceAudioThread::render() noexcept {
+    auto& control = audio_.control();
+    const auto frames =
+        std::min(control.frameCount.load(std::memory_order_relaxed), kMaximumFramesToRender);
+    events_.emplace(audio_.events());
+    unit_->render(audio_.input(frames), audio_.output(frames));
+    start_ += frames;
+    control.latency.store(unit_->latency(), std::memory_order_relaxed);
+    control.eventBytes.store(events_->used(), std::memory_order_relaxed);
+    publishControls();
+}
+
+void ServiceAudioThread::publishControls() noexcept {
+    const auto& controls = unit_->controls();
+    std::uint32_t port = 0;
+    for (auto& value : audio_.controlValues()) {
+        value.store(controls.value(port++), std::memory_order_relaxed);
+    }
+}
+
+}  // namespace orvalo

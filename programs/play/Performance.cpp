@@ -1,0 +1,139 @@
+#include "programs/play/Performance.h"
+
+#include <glib-unix.h>
+#include <glib.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "platform/audio/engine/AVAudioPlayerNode.h"
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/RunLoop.h"
+#include "programs/play/OneFileBundle.h"
+
+namespace orvalo {
+
+namespace {
+
+/// How long play waits for the effect. One that comes later is connected while it plays.
+constexpr double kPatienceForTheEffect = 5.0;
+
+}  // namespace
+
+void Performance::run(const PlayOptions& options) {
+    const std::shared_ptr<Performance> performance(new Performance(options));
+    performance->begin();
+    RunLoop::main()->run();
+    for (const auto source : performance->signals_) {
+        g_source_remove(source);
+    }
+    for (const auto& timer : performance->timers_) {
+        timer->invalidate();
+    }
+    performance->timers_.clear();
+    // Manager and engine hold the performance, as they hold the application's main screen.
+    performance->manager_->auEngine->delegate.reset();
+    performance->manager_.reset();
+}
+
+void Performance::begin() {
+    const auto interrupted = [](void* performance) -> gboolean {
+        static_cast<Performance*>(performance)->pressStop();
+        return G_SOURCE_CONTINUE;
+    };
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        signals_.push_back(g_unix_signal_add(number, interrupted, this));
+    }
+
+    std::shared_ptr<Bundle> resources = Bundle::main();
+    if (options_.file) {
+        resources = std::make_shared<OneFileBundle>(URL::fileURLWithPath(*options_.file));
+    }
+    const auto player =
+        std::make_shared<AUEnginePlayer>(std::make_shared<AVAudioEngine>(), resources);
+    player->delegate = shared(this);
+    manager_ = AUExtensionManager::init(shared(this), player);
+    after(kPatienceForTheEffect, [self = shared(this)] {
+        if (!self->hasPressedPlay_) {
+            g_warning("The effect has not come within %.0f seconds; playing without it.",
+                      kPatienceForTheEffect);
+            self->pressPlay();
+        }
+    });
+    if (progress_.isShown()) {
+        timers_.push_back(Timer::scheduledTimer(
+            0.5, [self = shared(this)](const auto&) { self->showProgress(); }));
+    }
+}
+
+void Performance::onFoundComponent(const std::shared_ptr<AVAudioUnit>& /*unit*/) {}
+
+void Performance::onEngineInitialized() {
+    DispatchQueue::main()->async([self = shared(this)] { self->pressPlay(); });
+}
+
+void Performance::pressPlay() {
+    if (hasPressedPlay_ || isStopping_) {
+        return;
+    }
+    hasPressedPlay_ = true;
+    manager_->togglePlayback();
+}
+
+void Performance::pressStop() {
+    if (isStopping_) {
+        return;
+    }
+    isStopping_ = true;
+    progress_.hide();
+    if (hasPressedPlay_) {
+        manager_->togglePlayback();
+    } else {
+        RunLoop::main()->stop();
+    }
+}
+
+void Performance::onPlayerStateChanged(bool playing) {
+    if (!playing) {
+        RunLoop::main()->stop();
+        return;
+    }
+    startedAt_ = std::chrono::steady_clock::now();
+    if (options_.seconds) {
+        after(*options_.seconds, [self = shared(this)] { self->pressStop(); });
+    }
+}
+
+void Performance::onFileSelect(const std::string& file) {
+    fileName_ = std::filesystem::path(file).filename().string();
+}
+
+void Performance::onLoop(std::int64_t count) {
+    passesDone_ = count + 1;
+    if (options_.passes && passesDone_ == *options_.passes) {
+        // The pass has been taken, but its last frames are still to sound.
+        const std::chrono::duration<double> rest = AVAudioPlayerNode::consumptionLead;
+        after(rest.count(), [self = shared(this)] { self->pressStop(); });
+    }
+}
+
+void Performance::showProgress() {
+    if (!startedAt_ || isStopping_) {
+        return;
+    }
+    const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(
+                             std::chrono::steady_clock::now() - *startedAt_)
+                             .count();
+    const auto seconds = std::to_string(elapsed % 60);
+    progress_.show(fileName_ + "  pass " + std::to_string(passesDone_ + 1) + "  " +
+                   std::to_string(elapsed / 60) + (seconds.size() == 1 ? ":0" : ":") + seconds);
+}
+
+void Performance::after(double seconds, const std::function<void()>& action) {
+    timers_.push_back(Timer::scheduledTimer(seconds, [action](const std::shared_ptr<Timer>& timer) {
+        timer->invalidate();
+        action();
+    }));
+}
+
+}  // namespace orvalo

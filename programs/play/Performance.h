@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Audio Engine/AUEnginePlayerDelegate.h"
+#include "hosting/AUExtensionManager.h"
+#include "hosting/AUExtensionManagerDelegate.h"
+#include "platform/foundation/NSObject.h"
+#include "platform/foundation/Timer.h"
+#include "programs/play/PlayOptions.h"
+#include "programs/play/ProgressLine.h"
+
+namespace orvalo {
+
+/// The heart on the main run loop: waits for the effect, presses play, and presses stop when the
+/// wanted passes or seconds are over or a signal interrupts. Everything but the manager's
+/// notifications happens on the main thread.
+class Performance : public NSObject,
+                    public AUExtensionManagerDelegate,
+                    public AUEnginePlayerDelegate {
+  public:
+    /// Performs and returns when all has stopped. options.file, if given, can be opened.
+    static void run(const PlayOptions& options);
+
+    void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) override;
+    void onEngineInitialized() override;
+    void onPlayerStateChanged(bool playing) override;
+    void onFileSelect(const std::string& file) override;
+    void onLoop(std::int64_t count) override;
+
+  private:
+    explicit Performance(PlayOptions options) : options_(std::move(options)) {}
+
+    void begin();
+    void pressPlay();
+    void pressStop();
+    void showProgress();
+    /// Calls action once, on the main thread, after seconds.
+    void after(double seconds, const std::function<void()>& action);
+
+    const PlayOptions options_;
+    std::shared_ptr<AUExtensionManager> manager_;
+    ProgressLine progress_;
+    std::string fileName_;
+    std::int64_t passesDone_ = 0;
+    std::optional<std::chrono::steady_clock::time_point> startedAt_;
+    std::vector<std::shared_ptr<Timer>> timers_;
+    std::vector<unsigned> signals_;  ///< GLib's sources.
+    bool hasPressedPlay_ = false;
+    bool isStopping_ = false;
+};
+
+}  // namespace orvalo

@@ -1,0 +1,113 @@
+#include "programs/play/PlayOptions.h"
+
+#include <glib.h>
+
+#include <charconv>
+#include <cmath>
+#include <memory>
+#include <string_view>
+
+namespace orvalo {
+
+namespace {
+
+using FreeText = std::unique_ptr<char, decltype(&g_free)>;
+
+constexpr auto kSummary =
+    "Plays demonstration music through the Orvalo effect, pass after pass, until interrupted.";
+
+/// A number that fills the whole text.
+template <typename Number>
+std::optional<Number> parsed(std::string_view text) {
+    Number number{};
+    const auto* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
+}
+
+std::int64_t parsedPasses(std::string_view text) {
+    const auto passes = parsed<std::int64_t>(text);
+    if (!passes || *passes < 1) {
+        throw BadOption("--passes wants a whole number above 0, not '" + std::string(text) + "'.");
+    }
+    return *passes;
+}
+
+double parsedSeconds(std::string_view text) {
+    const auto seconds = parsed<double>(text);
+    if (!seconds || !std::isfinite(*seconds) || *seconds <= 0.0) {
+        throw BadOption("--seconds wants a number above 0, not '" + std::string(text) + "'.");
+    }
+    return *seconds;
+}
+
+std::optional<std::string> text(const FreeText& value, const char* option) {
+    if (!value) {
+        return {};
+    }
+    if (*value == '\0') {
+        throw BadOption(std::string(option) + " wants a file name, not an empty one.");
+    }
+    return value.get();
+}
+
+}  // namespace
+
+PlayOptions PlayOptions::parse(int argc, char** argv) {
+    char* passes = nullptr;
+    char* seconds = nullptr;
+    char* render = nullptr;
+    char* file = nullptr;
+    gboolean list = FALSE;
+    gboolean inProcess = FALSE;
+    // NOLINTNEXTLINE(modernize-avoid-c-arrays): what GLib takes, ended by an empty entry.
+    const GOptionEntry entries[] = {
+        {"passes", 'n', 0, G_OPTION_ARG_STRING, &passes, "Stop after N passes of the file", "N"},
+        {"seconds", 's', 0, G_OPTION_ARG_STRING, &seconds, "Stop after S seconds", "S"},
+        {"render", 'r', 0, G_OPTION_ARG_FILENAME, &render,
+         "Write to a wav file, as fast as it can, instead of playing; one pass unless told "
+         "otherwise",
+         "FILE.wav"},
+        {"file", 'f', 0, G_OPTION_ARG_FILENAME, &file,
+         "Play this file instead of a demonstration file", "AUDIO"},
+        {"in-process", 'i', 0, G_OPTION_ARG_NONE, &inProcess,
+         "Load the effect in this program instead of in a process of its own", nullptr},
+        {"list", 'l', 0, G_OPTION_ARG_NONE, &list, "Show the effects in the registry", nullptr},
+        {nullptr, '\0', 0, G_OPTION_ARG_NONE, nullptr, nullptr, nullptr}};
+
+    const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(
+        g_option_context_new(nullptr), &g_option_context_free);
+    g_option_context_set_summary(context.get(), kSummary);
+    g_option_context_add_main_entries(context.get(), entries, nullptr);
+
+    GError* failure = nullptr;
+    const bool isParsed = g_option_context_parse(context.get(), &argc, &argv, &failure) != FALSE;
+    const FreeText passesText(passes, &g_free);
+    const FreeText secondsText(seconds, &g_free);
+    const FreeText renderText(render, &g_free);
+    const FreeText fileText(file, &g_free);
+    if (!isParsed) {
+        const std::unique_ptr<GError, decltype(&g_error_free)> error(failure, &g_error_free);
+        throw BadOption(error->message);
+    }
+    if (argc > 1) {
+        throw BadOption("'" + std::string(argv[1]) +
+                        "' is no option; a file to play goes behind "
+                        "--file.");
+    }
+
+    PlayOptions options;
+    if (passesText) {
+        options.passes = parsedPasses(passesText.get());
+    }
+    if (secondsText) {
+        options.seconds = parsedSeconds(secondsText.get());
+    }
+    options.render = text(renderText, "--render");
+    options.file = text(fileText, "--file");
+    options.list = list != FALSE;
+    options.inProcess = inProcess != FALSE;
+    return options;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,67 @@
+#include "programs/play/RegistryTable.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string_view>
+#include <vector>
+
+#include "platform/audio/component/AVAudioUnitComponentManager.h"
+#include "support/FourCharCode.h"
+
+namespace orvalo {
+
+namespace {
+
+using Row = std::array<std::string, 6>;
+
+Row row(const AVAudioUnitComponent& component) {
+    const auto& codes = component.audioComponentDescription;
+    std::array<char, sizeof "0x00000000"> flags{};
+    std::snprintf(flags.data(), flags.size(), "0x%08x", codes.componentFlags);
+    return {stringValue(codes.componentType),
+            stringValue(codes.componentSubType),
+            stringValue(codes.componentManufacturer),
+            flags.data(),
+            component.name,
+            component.uri};
+}
+
+/// Characters, not bytes: names may be in any language.
+std::size_t width(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char character) {
+        return (static_cast<unsigned char>(character) & 0xC0U) != 0x80U;
+    }));
+}
+
+}  // namespace
+
+std::string registryTable() {
+    const auto components =
+        AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->components({});
+    if (components.empty()) {
+        return "No effect on the LV2 path states component codes.";
+    }
+    std::vector<Row> rows{{"type", "subtype", "manufacturer", "flags", "name", "plug-in"}};
+    for (const auto& component : components) {
+        rows.push_back(row(*component));
+    }
+    std::string table;
+    for (const auto& cells : rows) {
+        if (!table.empty()) {
+            table += '\n';
+        }
+        for (std::size_t column = 0; column + 1 < cells.size(); ++column) {
+            std::size_t widest = 0;
+            for (const auto& other : rows) {
+                widest = std::max(widest, width(other[column]));
+            }
+            table += cells[column];
+            table.append(widest + 2 - width(cells[column]), ' ');
+        }
+        table += cells.back();
+    }
+    return table;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,75 @@
+#include <utility>
+
+#include "tests/Audio Engine/PlayerFixture.h"
+#include "tests/testing/WavFile.h"
+
+namespace orvalo::testing {
+namespace {
+
+/// A stereo effect that hands its input on, the right channel turned over, and notes its rate.
+class TurningUnit : public ConstantUnit {
+  public:
+    TurningUnit() : ConstantUnit(0) {}
+    void allocateRenderResources(double sampleRate) override { rate = sampleRate; }
+    void render(const AudioBlock& input, const AudioBlock& output) noexcept override {
+        for (std::uint32_t frame = 0; frame < output.frameCount; ++frame) {
+            output.channels[0][frame] = input.channels[0][frame];
+            output.channels[1][frame] = -input.channels[1][frame];
+        }
+    }
+
+    double rate = 0;
+};
+
+/// A mono file of 44.1 kHz has been loaded; the effect is stereo, and the output at 48 kHz.
+class PlayerFormat : public PlayerFixture {
+  protected:
+    static constexpr std::uint32_t kOutputRate = 48000;
+
+    PlayerFormat() {
+        output48->enableManualRenderingMode({kOutputRate, 2});
+        loaded = std::make_shared<AUEnginePlayer>(output48);
+        loaded->connect(std::make_shared<AVAudioUnit>(effect), [] {});
+        loaded->load(constantFile("mono.wav", 1.0, 1));
+    }
+
+    /// Plays a file through what was connected for the loaded one: both channels after a tenth of
+    /// a second.
+    std::pair<float, float> sound(const std::shared_ptr<AVAudioFile>& file) {
+        const auto node = AUEnginePlayerPeer{*loaded}.node();
+        node->scheduleFile(file, std::nullopt, [] {});
+        output48->start();
+        node->play();
+        AVAudioPCMBuffer buffer({kOutputRate, 2}, kOutputRate / 100);
+        for (int round = 0; round < 10; ++round) {
+            output48->renderOffline(buffer.frameCapacity(), buffer);
+        }
+        const auto* const* channels = buffer.floatChannelData();
+        const auto last = buffer.frameLength - 1;
+        return {channels[0][last], channels[1][last]};
+    }
+
+    static constexpr float kNear = 1e-3F;  // What converting the rate may do to a constant.
+
+    std::shared_ptr<TurningUnit> effect = std::make_shared<TurningUnit>();
+    std::shared_ptr<AVAudioEngine> output48 = std::make_shared<AVAudioEngine>();
+    std::shared_ptr<AUEnginePlayer> loaded;
+};
+
+TEST_F(PlayerFormat, BehindTheEffectIsTheEffectsAtTheFilesRate) {
+    const auto [left, right] = sound(AUEnginePlayerPeer{*loaded}.file());
+    EXPECT_NEAR(left, kFileValue, kNear);
+    EXPECT_NEAR(right, -kFileValue, kNear);
+    EXPECT_EQ(effect->rate, kRate);
+}
+
+TEST_F(PlayerFormat, InFrontOfTheEffectIsThePlayersAndNotTheLoadedFiles) {
+    const auto path = folder.path() / "stereo.wav";
+    writeWav(path, kRate, Signal{std::vector(kRate, 0.5F), std::vector(kRate, 0.25F)});
+    const auto [left, right] = sound(AVAudioFile::forReading(URL::fileURLWithPath(path.string())));
+    EXPECT_NEAR(left, 0.5F, kNear);
+    EXPECT_NEAR(right, -0.25F, kNear);
+}
+
+}  // namespace
+}  // namespace orvalo::testing

@@ -1,0 +1,114 @@
+#include <algorithm>
+#include <cstdlib>
+
+#include "tests/app/ApplicationFixture.h"
+#include "tests/app/Screenshot.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+class EffectPluginUITest : public ApplicationFixture {
+  protected:
+    /// Whether the stage shows mostly the effect's dark colours.
+    static bool showsEffect() {
+        const auto where = place();
+        const Screenshot now;
+        int dark = 0;
+        for (int y = where.y; y < where.y + where.height - kRow; ++y) {
+            for (int x = where.x; x < where.x + where.width; ++x) {
+                const auto color = now.at(x, y);
+                dark += (color >> 16U) < 0x50 && ((color >> 8U) & 0xFFU) < 0x50 ? 1 : 0;
+            }
+        }
+        return dark > where.width * (where.height - kRow) / 2;
+    }
+
+    void showEffect() {
+        start();
+        key("ctrl+e");
+        ASSERT_TRUE(eventually(showsEffect));
+    }
+
+    static constexpr int kRow = 68;  // The height of the row of buttons.
+};
+
+TEST_F(EffectPluginUITest, IsHiddenUntilTheUnitButtonIsPressed) {
+    start();
+    EXPECT_FALSE(showsEffect());
+    ASSERT_TRUE(tree.press("Effect"));
+    EXPECT_TRUE(eventually(showsEffect));
+    ASSERT_TRUE(tree.press("Effect"));
+    EXPECT_TRUE(eventually([] { return !showsEffect(); }));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(EffectPluginUITest, FollowsTheWindowsExtent) {
+    start();
+    key("ctrl+e");
+    ASSERT_TRUE(eventually(showsEffect));
+    // Back and forth: what a layout does must not hang on the one before.
+    for (const auto& [width, height] : {std::pair{640, 560},
+                                        {1100, 800},
+                                        {700, 900},
+                                        {1200, 500},
+                                        {420, 400},
+                                        {1200, 900},
+                                        {960, 788}}) {
+        resize(width, height);
+        EXPECT_TRUE(eventually([width = width, height = height] {
+            const auto window = place();
+            const auto effect = effectPlace();
+            // At 4:3, as large as the stage above the row of buttons lets it be, in its middle.
+            return effect && window.width == width && window.height == height &&
+                   std::abs(effect->width * 3 - effect->height * 4) <= 4 &&
+                   std::abs((effect->x - window.x) * 2 + effect->width - width) <= 2 &&
+                   effect->y + effect->height <= window.y + height - kRow &&
+                   (effect->width == width || effect->height >= height - kRow - 1);
+        })) << width;
+    }
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(EffectPluginUITest, TheSpaceBarPlaysAlsoWhileTheEffectIsShown) {
+    showEffect();
+    pointAt({0.5, 0.3});
+    key("space");
+    EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
+              "AUEnginePlayer: Audio engine starting.");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(EffectPluginUITest, TheApplicationsKeysWorkAlsoAfterAClickIntoTheEffect) {
+    showEffect();
+    for (const auto& spot : {kThreshold, kPower, EffectSpot{0.5, 0.3}}) {
+        pointAt(spot);
+        act({"click", "1"});
+        playAndStop();
+    }
+    key("ctrl+e");
+    EXPECT_TRUE(eventually([] { return !showsEffect(); }));
+    key("ctrl+e");
+    ASSERT_TRUE(eventually(showsEffect));
+    act({"click", "1"});
+    key("ctrl+q");
+    EXPECT_EQ(program->wait(), 0);
+}
+
+TEST_F(EffectPluginUITest, WhatIsTypedIntoTheEffectIsNoKeyOfTheApplications) {
+    showEffect();
+    clickIntoField(kThresholdsValue);
+    act({"type", "--", "- 12 dB "});
+    // Behind what was typed: a key that the effect does not use.
+    key("ctrl+e");
+    ASSERT_TRUE(eventually([] { return !effectPlace(); }));
+    EXPECT_TRUE(tree.shows("Play"));
+    EXPECT_FALSE(tree.shows("Stop"));
+    EXPECT_EQ(quit(), 0);
+    const auto lines = program->readAll();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "AUEnginePlayer: Audio engine starting."), 0);
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

@@ -1,0 +1,183 @@
+#include "tests/effect/ui/EmbeddedPluginUI.h"
+
+#include <dlfcn.h>
+#include <lv2/atom/atom.h>
+#include <lv2/urid/urid.h>
+#include <poll.h>
+
+#include <array>
+#include <chrono>
+#include <stdexcept>
+
+#include "tests/effect/EffectWorld.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+constexpr int limitSeconds = 10;
+
+const LV2UI_Descriptor* load() {
+    // It stays loaded: hosts may open it again.
+    static void* const library = dlopen(EFFECT_BUNDLE "orvalo-ui.so", RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the program's only thread
+        throw std::runtime_error(dlerror());
+    }
+    const auto find =
+        reinterpret_cast<LV2UI_DescriptorFunction>(dlsym(library, "lv2ui_descriptor"));
+    EXPECT_EQ(find(1), nullptr);
+    return find(0);
+}
+
+EmbeddedPluginUI& self(void* handle) {
+    return *static_cast<EmbeddedPluginUI*>(handle);
+}
+
+void write(LV2UI_Controller controller, std::uint32_t port, std::uint32_t size,
+           std::uint32_t protocol, const void* buffer) {
+    ASSERT_EQ(size, sizeof(float));
+    ASSERT_EQ(protocol, 0U);
+    self(controller).writes.push_back({port, *static_cast<const float*>(buffer)});
+}
+
+void touch(LV2UI_Feature_Handle handle, std::uint32_t port, bool grabbed) {
+    self(handle).touches.push_back((grabbed ? "grab " : "let ") + std::to_string(port));
+}
+
+std::uint32_t subscribe(LV2UI_Feature_Handle handle, std::uint32_t port, std::uint32_t protocol,
+                        const LV2_Feature* const* /*features*/) {
+    EXPECT_EQ(protocol, 0U);
+    self(handle).subscriptions.push_back("+" + std::to_string(port));
+    return 0;
+}
+
+std::uint32_t unsubscribe(LV2UI_Feature_Handle handle, std::uint32_t port, std::uint32_t protocol,
+                          const LV2_Feature* const* /*features*/) {
+    EXPECT_EQ(protocol, 0U);
+    self(handle).subscriptions.push_back("-" + std::to_string(port));
+    return 0;
+}
+
+int resizeHost(LV2UI_Feature_Handle handle, int width, int height) {
+    self(handle).sizes.emplace_back(width, height);
+    return 0;
+}
+
+}  // namespace
+
+void PrintTo(const PortWrite& write, std::ostream* stream) {
+    *stream << write.port << ": " << write.value;
+}
+
+std::uint32_t EmbeddedPluginUI::portOf(const std::string& symbol) {
+    const auto& world = EffectWorld::shared();
+    const Node name(lilv_new_string(world.world(), symbol.c_str()));
+    const LilvPort* port = lilv_plugin_get_port_by_symbol(world.plugin(), name.get());
+    return port == nullptr ? LV2UI_INVALID_PORT_INDEX : lilv_port_get_index(world.plugin(), port);
+}
+
+EmbeddedPluginUI::EmbeddedPluginUI(HostWindow& host, const Offer& offer)
+    : host_(host),
+      offer_(offer),
+      portMap_{this,
+               [](LV2UI_Feature_Handle handle, const char* symbol) {
+                   const auto port = portOf(symbol);
+                   return port == LV2UI_INVALID_PORT_INDEX ? port
+                                                           : port + self(handle).offer_.shift;
+               }},
+      touch_{this, touch},
+      subscribe_{this, subscribe, unsubscribe},
+      resize_{this, resizeHost},
+      descriptor_(load()),
+      idle_(static_cast<const LV2UI_Idle_Interface*>(
+          descriptor_->extension_data(LV2_UI__idleInterface))) {
+    const float rate = 60.0F;
+    const LV2_URID type = uris_[LV2_ATOM__Float];
+    const std::array<LV2_Options_Option, 3> options{
+        {{LV2_OPTIONS_INSTANCE, 0, uris_[LV2_UI__scaleFactor], sizeof(float), type, &offer.scale},
+         {LV2_OPTIONS_INSTANCE, 0, uris_[LV2_UI__updateRate], sizeof(float), type, &rate},
+         {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}}};
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands a window's number over as a pointer
+    auto* const parent = reinterpret_cast<void*>(offer.parent.value_or(0));
+    const std::array<LV2_Feature, 7> offered{
+        {{LV2_UI__parent, parent},
+         {LV2_URID__map, uris_.interface()},
+         {LV2_OPTIONS__options, const_cast<LV2_Options_Option*>(options.data())},
+         {LV2_UI__portMap, &portMap_},
+         {LV2_UI__touch, &touch_},
+         {LV2_UI__portSubscribe, &subscribe_},
+         {LV2_UI__resize, &resize_}}};
+    std::vector<const LV2_Feature*> features;
+    for (const auto& one : offered) {
+        const bool isParent = &one == &offered.front();
+        if (isParent ? offer.parent.has_value() : offer.all) {
+            features.push_back(&one);
+        }
+    }
+    features.push_back(nullptr);
+    LV2UI_Widget widget = nullptr;
+    handle_ = descriptor_->instantiate(descriptor_, "urn:tessaly:orvalo", EFFECT_BUNDLE, write,
+                                       this, &widget, features.data());
+    window_ = reinterpret_cast<Window>(widget);
+}
+
+void EmbeddedPluginUI::close() {
+    if (handle_ != nullptr) {
+        descriptor_->cleanup(handle_);
+        handle_ = nullptr;
+    }
+}
+
+void EmbeddedPluginUI::send(const std::string& symbol, float value) {
+    sendRaw(portOf(symbol) + offer_.shift, sizeof value, 0, &value);
+}
+
+void EmbeddedPluginUI::sendRaw(std::uint32_t port, std::uint32_t size, std::uint32_t format,
+                               const void* buffer) {
+    descriptor_->port_event(handle_, port, size, format, buffer);
+}
+
+int EmbeddedPluginUI::idle() {
+    return idle_->idle(handle_);
+}
+
+bool EmbeddedPluginUI::idleUntil(const std::function<bool()>& condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(limitSeconds);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        idle();
+        // As a host's timer does it, between the calls.
+        poll(nullptr, 0, 4);
+    }
+    return true;
+}
+
+void EmbeddedPluginUI::settle() {
+    // Two pictures that are alike, more than a drawing's interval apart, after the first one.
+    Pixels before;
+    int alike = 0;
+    EXPECT_TRUE(idleUntil([&] {
+        Pixels now = pixels();
+        const bool isDrawn = now.at(now.width / 2.0, 2.0) == 0x121518 && now.count(0x5FC9B8) > 0;
+        alike = isDrawn && now == before ? alike + 1 : 0;
+        before = std::move(now);
+        return alike > 12;
+    }));
+}
+
+int EmbeddedPluginUI::resize(int width, int height) {
+    const auto* resizing =
+        static_cast<const LV2UI_Resize*>(descriptor_->extension_data(LV2_UI__resize));
+    return resizing->ui_resize(handle_, width, height);
+}
+
+effect::ui::Layout EmbeddedPluginUI::layout(float scale) const {
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(host_.display(), window_, &attributes);
+    return effect::ui::Layout::of(attributes.width, attributes.height, scale);
+}
+
+}  // namespace orvalo::testing

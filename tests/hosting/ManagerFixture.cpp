@@ -1,0 +1,41 @@
+#include "tests/hosting/ManagerFixture.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace orvalo::testing {
+
+ManagerFixture::ManagerFixture(const char* effectsPath) {
+    // No other thread reads the environment now.
+    setenv("LV2_PATH", effectsPath, 1);  // NOLINT(concurrency-mt-unsafe)
+}
+
+ManagerFixture::~ManagerFixture() = default;
+
+void ManagerFixture::makeManager() {
+    manager = AUExtensionManager::init(delegate, player);
+    serveMainQueueUntil([this] { return manager.use_count() == 1; });
+    // Letting go of a reference comes after all that the search did before it let go of its own;
+    // the count alone says nothing about that.
+    std::shared_ptr(manager).reset();
+}
+
+const std::string kNote =
+    "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!";
+
+Lines report(const std::string& flags) {
+    const auto name = std::filesystem::read_symlink("/proc/self/exe").filename().string();
+    return {"",
+            "Process Name: " + name + " PID: " + std::to_string(getpid()),
+            "",
+            "AUExtension (",
+            "type: aumf",
+            "subtype: orVL",
+            "manufacturer: TSLY",
+            "flags: " + flags,
+            ")"};
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,206 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/RunLoop.h"
+#include "tests/platform/audio/bridge/host/BridgedEffect.h"
+#include "tests/platform/audio/lv2/BlockRunner.h"
+#include "tests/platform/audio/lv2/Zoo.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::HasSubstr;
+
+const std::vector<std::uint32_t> kBlocks{64, 512, 4096, 100, 1};
+constexpr std::size_t kFrames = 20000;
+
+/// The same effect twice: in a process of its own, and in this one.
+class Twins {
+  public:
+    explicit Twins(const std::string& name)
+        : bridged(makeBridged(zooWorld(), "urn:orvalo:zoo:" + name)), local(makeZooUnit(name)) {
+        collectEvents(*bridged, bridgedEvents);
+        collectEvents(*local, localEvents);
+    }
+
+    void both(const std::function<void(AUAudioUnit&)>& work) const {
+        work(*bridged);
+        work(*local);
+    }
+    /// Renders with both, and sees to it that they do not differ.
+    void expectSameSound() {
+        const auto input = noise(bridged->inputChannelCount(), kFrames);
+        const auto expected = renderBlocks(*local, input, kBlocks, kFrames);
+        const auto rendered = renderBlocks(*bridged, input, kBlocks, kFrames);
+        ASSERT_EQ(rendered.size(), expected.size());
+        for (std::size_t channel = 0; channel < rendered.size(); ++channel) {
+            ASSERT_EQ(rendered[channel], expected[channel]) << "channel " << channel;
+        }
+        EXPECT_EQ(bridged->latency(), local->latency());
+        EXPECT_EQ(bridgedEvents, localEvents);
+    }
+
+    const std::shared_ptr<BridgedAudioUnit> bridged;
+    const std::shared_ptr<LV2LocalAudioUnit> local;
+    std::vector<SentEvent> bridgedEvents;
+    std::vector<SentEvent> localEvents;
+};
+
+class TwinsTest : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(TwinsTest, SoundTheSameAtEveryRate) {
+    Twins twins(GetParam());
+    EXPECT_EQ(twins.bridged->inputChannelCount(), twins.local->inputChannelCount());
+    EXPECT_EQ(twins.bridged->outputChannelCount(), twins.local->outputChannelCount());
+    EXPECT_EQ(twins.bridged->MIDIOutputNames(), twins.local->MIDIOutputNames());
+    for (const double rate : {48000.0, 44100.0, 96000.0, 44100.0}) {
+        twins.both([rate](AUAudioUnit& unit) { unit.allocateRenderResources(rate); });
+        twins.expectSameSound();
+    }
+    EXPECT_EQ(twins.bridged->lateQuantumCount(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Zoo, TwinsTest, ::testing::Values("probe", "echo"),
+                         [](const auto& name) { return name.param; });
+
+TEST(BridgedUnit, PresetsSoundTheSame) {
+    Twins twins("probe");
+    const auto presets = twins.local->factoryPresets();
+    ASSERT_FALSE(presets.empty());
+    ASSERT_EQ(twins.bridged->factoryPresets().size(), presets.size());
+    for (const auto& preset : presets) {
+        twins.both([&preset](AUAudioUnit& unit) { unit.setCurrentPreset(preset); });
+        EXPECT_EQ(twins.bridged->currentPreset(), preset);
+        twins.expectSameSound();
+    }
+    twins.both([](AUAudioUnit& unit) {
+        unit.setCurrentPreset(std::make_shared<AUAudioUnitPreset>(4711, "none"));
+    });
+    EXPECT_EQ(twins.bridged->currentPreset(), nullptr);
+    twins.expectSameSound();
+}
+
+TEST(BridgedUnit, HasAContextName) {
+    const auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
+    EXPECT_EQ(unit->contextName(), "");
+    unit->setContextName("Orvalo");
+    EXPECT_EQ(unit->contextName(), "Orvalo");
+}
+
+TEST(BridgedUnit, SeveralAtOnceDoNotDisturbEachOther) {
+    const auto first = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
+    const auto second = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
+    const auto expected = makeZooUnit("probe");
+    const auto input = noise(first->inputChannelCount(), kFrames);
+    const auto sound = renderBlocks(*expected, input, kBlocks, kFrames);
+    std::thread other([&] { EXPECT_EQ(renderBlocks(*first, input, kBlocks, kFrames), sound); });
+    EXPECT_EQ(renderBlocks(*second, input, kBlocks, kFrames), sound);
+    other.join();
+}
+
+TEST(BridgedUnit, ARateThatIsNoneIsAnErrorAndChangesNothing) {
+    Twins twins("probe");
+    twins.both([](AUAudioUnit& unit) {
+        unit.allocateRenderResources(44100.0);
+        EXPECT_THROW(unit.allocateRenderResources(0.0), NSError);
+    });
+    twins.expectSameSound();
+}
+
+/// Held by a completion: what ends on another thread than the main one is counted.
+class MainThreadOnly {
+  public:
+    explicit MainThreadOnly(std::atomic<int>& strays) : strays_(strays) {}
+    MainThreadOnly(const MainThreadOnly&) = default;
+    MainThreadOnly& operator=(const MainThreadOnly&) = delete;
+    ~MainThreadOnly() { strays_ += RunLoop::isMainThread() ? 0 : 1; }
+
+  private:
+    std::atomic<int>& strays_;
+};
+
+/// Units have a UI provider, which no unit of these tests gets as far as.
+class BridgedUnitPluginUI : public ::testing::Test {
+  protected:
+    BridgedUnitPluginUI() {
+        BridgedAudioUnit::setPluginUIProvider([this](const auto& /*unit*/) {
+            ++provisions_;
+            return nullptr;
+        });
+    }
+    ~BridgedUnitPluginUI() override { BridgedAudioUnit::setPluginUIProvider({}); }
+
+    void request(AUAudioUnit& unit) {
+        unit.requestViewController([this, held = MainThreadOnly(strays_)](const auto& controller) {
+            EXPECT_TRUE(RunLoop::isMainThread());
+            EXPECT_EQ(controller, nullptr);
+            ++answers_;
+        });
+    }
+    bool isAnswered() {
+        return RunLoop::main()->run([this] { return answers_ > 0; }, std::chrono::seconds(60));
+    }
+
+    int provisions_ = 0;
+    int answers_ = 0;
+    std::atomic<int> strays_{0};
+};
+
+TEST_F(BridgedUnitPluginUI, IsAnsweredAndLetGoOfByTheMainThread) {
+    const CapturedOutput error(2);
+    auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
+    request(*unit);
+    EXPECT_TRUE(isAnswered());
+    // Ends the thread that could have held on to it.
+    unit = nullptr;
+    EXPECT_EQ(answers_, 1);
+    EXPECT_EQ(strays_, 0);
+    EXPECT_EQ(provisions_, 0);
+    EXPECT_THAT(error.text(), HasSubstr("urn:orvalo:zoo:probe"));
+}
+
+TEST_F(BridgedUnitPluginUI, IsAnsweredAlsoWhenTheUnitGoesBeforeItsProcessAnswers) {
+    const CapturedOutput error(2);
+    for (int round = 1; round <= 10; ++round) {
+        auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
+        answers_ = 0;
+        request(*unit);
+        unit = nullptr;
+        ASSERT_TRUE(isAnswered()) << "round " << round;
+    }
+    EXPECT_EQ(strays_, 0);
+    EXPECT_EQ(provisions_, 0);
+}
+
+class RefusalTest : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(RefusalTest, WhatCannotBeUsedIsRefusedInTheSameWords) {
+    const auto refusal = [](const auto& make) -> std::string {
+        try {
+            make();
+        } catch (const NSError& error) {
+            return error.localizedDescription();
+        }
+        return "none";
+    };
+    const auto local = refusal([] { makeZooUnit(GetParam()); });
+    EXPECT_NE(local, "none");
+    EXPECT_EQ(refusal([] { makeBridged(zooWorld(), "urn:orvalo:zoo:" + GetParam()); }), local);
+}
+
+INSTANTIATE_TEST_SUITE_P(Zoo, RefusalTest,
+                         ::testing::Values("failing", "missing-library", "no-descriptor",
+                                           "no-ports", "nowhere", "unknown-feature",
+                                           "broken-library"),
+                         [](const auto& param) {
+                             auto name = param.param;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+}  // namespace

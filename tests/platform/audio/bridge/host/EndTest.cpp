@@ -1,0 +1,144 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <optional>
+
+#include "tests/platform/audio/bridge/host/FakeEffect.h"
+#include "tests/platform/audio/bridge/host/Leftovers.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+
+pid_t onlyChild() {
+    const auto all = children();
+    EXPECT_EQ(all.size(), 1U);
+    return all.empty() ? -1 : *all.begin();
+}
+
+TEST(End, NothingIsLeftOfAnEffect) {
+    const auto before = Leftovers::now();
+    {
+        FakeEffect effect("half:0");
+        effect.render(10);
+        EXPECT_EQ(Leftovers::now().sharedMaps, before.sharedMaps + 1);
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(End, NothingIsLeftOfProcessesThatDied) {
+    const auto before = Leftovers::now();
+    auto limits = patientLimits();
+    limits.deaths = 1000;
+    {
+        FakeEffect effect("half:0", limits);
+        const auto during = Leftovers::now();
+        for (int death = 0; death < 20; ++death) {
+            const auto process = onlyChild();
+            kill(process, SIGKILL);
+            while (isAlive(process)) {
+                sched_yield();
+            }
+            effect.render(1);
+            ASSERT_TRUE(effect.renderUntilWet());
+            EXPECT_NE(onlyChild(), process);
+        }
+        auto now = Leftovers::now();
+        now.children = during.children;
+        EXPECT_EQ(now, during);
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(End, AStoppedProcessIsEndedWithItsEffect) {
+    const auto before = Leftovers::now();
+    {
+        const FakeEffect effect("half:0");
+        kill(onlyChild(), SIGSTOP);
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(End, AProcessThatHasLeftItsGroupIsEndedWithItsEffect) {
+    const auto before = Leftovers::now();
+    {
+        FakeEffect effect("other-group:1");
+        effect.render(1);
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(End, TheRenderThreadMayBeAnywhereAgainOnceTheEffectIsGivenUp) {
+    const CapturedOutput error(2);
+    const auto processors = [] {
+        cpu_set_t set;
+        sched_getaffinity(0, sizeof(set), &set);
+        return CPU_COUNT(&set);
+    };
+    const int all = processors();
+    FakeEffect effect("half:0");
+    effect.bridgedRender().setOffline(false);
+    effect.render(1);
+    EXPECT_EQ(processors(), 1);
+    while (!effect.supervisor().hasGivenUp()) {
+        for (const auto child : children()) {
+            kill(child, SIGKILL);
+        }
+        sched_yield();
+    }
+    EXPECT_EQ(processors(), all);
+}
+
+TEST(End, AnEffectCanGoAtAnyMomentOfARestart) {
+    const auto before = Leftovers::now();
+    for (int round = 0; round < 40; ++round) {
+        FakeEffect effect("half:0");
+        kill(onlyChild(), SIGKILL);
+        std::this_thread::sleep_for(std::chrono::microseconds(round * 100));
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(End, AnEffectCanGoAfterItHasBeenGivenUp) {
+    const CapturedOutput error(2);
+    const auto before = Leftovers::now();
+    {
+        FakeEffect effect("segv:1:always");
+        effect.render(5);
+        EXPECT_TRUE(effect.supervisor().hasGivenUp());
+        EXPECT_EQ(Leftovers::now().children.size(), 0U);
+        EXPECT_EQ(Leftovers::now().sharedMaps, before.sharedMaps);
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(End, WhatAProcessHasStartedGoesWithIt) {
+    const CapturedOutput error(2);
+    FakeEffect effect("child:1");
+    effect.render(1);
+    effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"});
+    std::string text;
+    while ((text = error.text()).find(">: child ") == std::string::npos) {
+        sched_yield();
+    }
+    const auto child = static_cast<pid_t>(std::stol(text.substr(text.find(">: child ") + 9)));
+    ASSERT_TRUE(isAlive(child));
+    kill(onlyChild(), SIGKILL);
+    while (isAlive(child)) {
+        sched_yield();
+    }
+}
+
+TEST(End, AnEffectThatCannotBeMadeLeavesNothing) {
+    const CapturedOutput error(2);
+    const auto before = Leftovers::now();
+    for (const auto* role : {"refuse:0", "abort:0:always", "exit:0:always"}) {
+        EXPECT_ANY_THROW(FakeEffect{role}) << role;
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+}  // namespace

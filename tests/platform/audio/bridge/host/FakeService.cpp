@@ -1,0 +1,352 @@
+// The other end of the wire without an effect: a program that halves what it is fed, and that
+// misbehaves, on request, as the real service never does. The request is the effect's URI:
+// "urn:fake:<how>:<when>", with ":always" behind it or not. when: the number of the quantum; 0 for
+// when it is made. Without ":always" only a first process misbehaves: one that is made with a state
+// has learnt.
+
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/audio/bridge/wire/BridgeMessages.h"
+#include "platform/audio/bridge/wire/Futex.h"
+#include "platform/audio/bridge/wire/MessageChannel.h"
+#include "platform/audio/bridge/wire/SharedAudio.h"
+#include "platform/audio/bridge/wire/SharedEvents.h"
+#include "platform/foundation/FileDescriptor.h"
+
+namespace {
+
+using namespace orvalo;
+
+constexpr int kSocket = 3;
+
+void say(const std::string& text) {
+    static_cast<void>(!write(STDERR_FILENO, text.data(), text.size()));
+}
+
+[[noreturn]] void sleepForEver() {
+    for (;;) {
+        pause();
+    }
+}
+
+/// What the URI asks for.
+struct Role {
+    explicit Role(const bridge::Instantiate& request) {
+        std::istringstream text(request.uri);
+        std::string part;
+        std::getline(text, part, ':');
+        std::getline(text, part, ':');
+        std::getline(text, how, ':');
+        text >> when;
+        const bool isAlways = request.uri.ends_with(":always");
+        if (!isAlways && !request.state.empty()) {
+            how = "half";
+        }
+    }
+
+    std::string how;
+    std::uint32_t when = 0;
+};
+
+class FakeService {
+  public:
+    FakeService() : channel_(FileDescriptor(kSocket)) {}
+
+    void run() {
+        for (;;) {
+            pollfd socket{kSocket, POLLIN, 0};
+            if (channel_.isWaiting()) {
+                socket.events |= POLLOUT;
+            }
+            poll(&socket, 1, -1);
+            channel_.flush();
+            const auto result = channel_.receive([this](auto type, auto bytes) {
+                const auto message = bridge::decodeHostMessage(type, bytes);
+                if (!message) {
+                    return false;
+                }
+                std::visit([this](const auto& record) { take(record); }, *message);
+                return true;
+            });
+            if (result != MessageChannel::Result::waiting) {
+                isDeaf_ ? sleepForEver() : std::_Exit(0);
+            }
+        }
+    }
+
+  private:
+    void take(const bridge::Instantiate& request) {
+        role_.emplace(request);
+        std::ostringstream line;
+        line << "made at " << request.sampleRate << " in '" << request.contextName << "' with '"
+             << request.state << "'";
+        for (const auto& control : request.controls) {
+            line << " " << control.port << "=" << control.value;
+        }
+        say(line.str() + "\n");
+        audio_.emplace(SharedAudio::map(
+            channel_.takePassed(),
+            {request.inputChannelCount, request.outputChannelCount, request.portCount}));
+        if (role_->when == 0) {
+            misbehave();
+        }
+        if (role_->how == "refuse" && role_->when == 0) {
+            return answer(request.number, "The plug-in <" + request.uri + "> says no.");
+        }
+        state_ = request.state.empty() ? "first" : request.state + "+";
+        send(bridge::State{state_});
+        for (std::uint32_t port = 0; port < request.portCount; ++port) {
+            audio_->controlValues()[port].store(0.25F * static_cast<float>(port + 1));
+        }
+        std::thread([this] { render(); }).detach();
+        answer(request.number);
+        if (role_->how == "last-words") {
+            raise(SIGKILL);
+        }
+    }
+    void take(const bridge::Prepare& request) {
+        if (request.sampleRate == 22050.0 && role_->how != "half") {
+            raise(SIGKILL);
+        }
+        answer(request.number, request.sampleRate == 1.0 ? "no such rate" : "");
+    }
+    void take(const bridge::SetContextName& request) { answer(request.number); }
+    void take(const bridge::LoadPreset& request) {
+        if (request.uri == "urn:preset:deadly") {
+            raise(SIGKILL);
+        }
+        if (request.uri == "urn:preset:stuck") {
+            sleepForEver();
+        }
+        state_ = request.uri;
+        send(bridge::State{state_});
+        answer(request.number, request.uri == "urn:preset:none" ? "no such preset" : "");
+    }
+    void take(const bridge::Ping& request) {
+        if (role_->how != "mute" || answered_ < role_->when) {
+            answer(request.number);
+        }
+    }
+    void take(const bridge::OpenPluginUI& request) {
+        if (request.display == "refuse") {
+            return answer(request.number, "No\x01\xFF UI.");
+        }
+        send(bridge::PluginUIOpened{request.window + 1});
+        if (request.display == "twice") {
+            send(bridge::PluginUIOpened{request.window + 2});
+        }
+        answer(request.number);
+    }
+    void take(const bridge::ResizePluginUI& request) {
+        send(bridge::PluginUIWants{request.width, request.height});
+    }
+    void take(const bridge::ShowPluginUI& request) {
+        if (request.isVisible) {
+            send(bridge::PluginUIClosed{"it has been shown"});
+        } else {
+            send(bridge::PluginUIOutdated{});
+        }
+    }
+    template <typename Request>
+    void take(const Request& request) {
+        answer(request.number);
+    }
+    void take(const bridge::LoadPluginUI& request) { answer(request.number); }
+
+    void answer(std::uint32_t number, const std::string& error = "") {
+        send(bridge::Done{number, error});
+    }
+    void send(const bridge::ServiceMessage& message) { channel_.send(bridge::encode(message)); }
+
+    void render() {
+        auto& control = audio_->control();
+        for (;;) {
+            std::uint32_t request = control.request.load(std::memory_order_acquire);
+            while (request == answered_) {
+                Futex::wait(control.request, request,
+                            std::chrono::steady_clock::now() + std::chrono::seconds(1));
+                request = control.request.load(std::memory_order_acquire);
+            }
+            process(control.frameCount.load(), request);
+            if (request == role_->when) {
+                misbehave();
+            }
+            answered_ = request;
+            control.response.store(request, std::memory_order_release);
+            Futex::wake(control.response);
+        }
+    }
+
+    void process(std::uint32_t frames, std::uint32_t number) {
+        const auto input = audio_->input(frames);
+        const auto output = audio_->output(frames);
+        for (std::uint32_t channel = 0; channel < output.channelCount; ++channel) {
+            for (std::uint32_t frame = 0; frame < frames; ++frame) {
+                output.channels[channel][frame] = 0.5F * input.channels[channel][frame];
+            }
+        }
+        SharedEventWriter writer(audio_->events());
+        const std::array bytes{std::byte{0x90}, std::byte{60},
+                               static_cast<std::byte>(number % 128)};
+        writer.write({.frame = 1, .cable = 0, .bytes = bytes});
+        audio_->control().eventBytes.store(writer.used());
+        audio_->control().latency.store(7);
+    }
+
+    /// Past the channel, which is the main thread's, and whole.
+    static void sendWhole(const std::vector<std::byte>& bytes) {
+        for (std::size_t sent = 0; sent < bytes.size();) {
+            pollfd socket{kSocket, POLLOUT, 0};
+            poll(&socket, 1, -1);
+            const auto count = write(kSocket, bytes.data() + sent, bytes.size() - sent);
+            sent += count > 0 ? static_cast<std::size_t>(count) : 0;
+        }
+    }
+    static void sendWhole(const bridge::ServiceMessage& message) {
+        sendWhole(bridge::encode(message));
+    }
+
+    /// Bytes that make a message of a length that may not be true.
+    static void sendRaw(bridge::Head head, std::size_t size) {
+        const auto sound = bridge::encode(bridge::ServiceMessage(bridge::State{}));
+        std::memcpy(&head.version, sound.data(), sizeof(head.version));
+        std::vector<std::byte> bytes(sizeof(head) + size, std::byte{0xA5});
+        std::memcpy(bytes.data(), &head, sizeof(head));
+        sendWhole(bytes);
+    }
+
+    void misbehave() {
+        const std::map<std::string, std::function<void()>> ways{
+            // Its end.
+            {"segv", [] { raise(SIGSEGV); }},
+            {"abort",
+             [] {
+                 say("assertion 'x > 0' failed\n");
+                 std::abort();
+             }},
+            {"exit", [] { std::_Exit(3); }},
+            {"hang", [] { sleepForEver(); }},
+            {"late", [] { std::this_thread::sleep_for(std::chrono::milliseconds(300)); }},
+            {"deaf", [this] { hangUp(); }},
+            {"deaf-hang",
+             [this] {
+                 hangUp();
+                 sleepForEver();
+             }},
+            {"leak", [this] { leak_.assign(std::size_t{256} << 20U, 1); }},
+            {"other-group",
+             [this] {
+                 setpgid(0, getpgid(getppid()));
+                 prctl(PR_SET_PDEATHSIG, 0);
+                 isDeaf_ = true;
+             }},
+            {"child", [] { say("child " + std::to_string(makeChild()) + "\n"); }},
+            // Its messages.
+            {"garbage", [] { sendRaw({.type = 0, .length = 3}, 3); }},
+            {"huge-length", [] { sendRaw({.type = 0, .length = 0xFFFFFFFF}, 100); }},
+            {"unknown-type", [] { sendRaw({.type = 1000, .length = 0}, 0); }},
+            {"other-version", [] { static_cast<void>(!write(kSocket, "0123456789ab", 12)); }},
+            {"unasked-done",
+             [] {
+                 sendWhole(bridge::Done{4711, ""});
+             }},
+            {"unasked-opened", [] { sendWhole(bridge::PluginUIOpened{1}); }},
+            {"unasked-closed", [] { sendWhole(bridge::PluginUIClosed{"it says so"}); }},
+            {"unasked-outdated", [] { sendWhole(bridge::PluginUIOutdated{}); }},
+            {"huge-state", [] { sendWhole(bridge::State{std::string(2U << 20U, 's')}); }},
+            {"bad-state", [] { sendWhole(bridge::State{std::string("\0\xFF garbage", 10)}); }},
+            // What it writes in shared memory.
+            {"many-events", [this] { audio_->control().eventBytes.store(0xFFFFFFFF); }},
+            {"odd-events",
+             [this] {
+                 std::memset(audio_->events().data(), 0xFF, audio_->events().size());
+                 audio_->control().eventBytes.store(SharedAudio::kEventAreaSize);
+             }},
+            {"far-cable", [this] { audio_->events()[sizeof(std::uint32_t)] = std::byte{200}; }},
+            {"endless-latency", [this] { audio_->control().latency.store(0xFFFFFFFF); }},
+            {"far-answer",
+             [this] {
+                 audio_->control().response.store(role_->when + 100);
+                 Futex::wake(audio_->control().response);
+                 sleepForEver();
+             }},
+            {"odd-controls",
+             [this] {
+                 auto values = audio_->controlValues();
+                 values[0].store(std::strtof("nan", nullptr));
+                 values[1].store(1e30F);
+                 raise(SIGKILL);
+             }},
+            // What it writes on standard error.
+            {"flood",
+             [] {
+                 for (int line = 0; line < 3000; ++line) {
+                     say("flood " + std::to_string(line) + "\n");
+                 }
+             }},
+            {"long-line", [] { say(std::string(100000, 'l') + "\nand another\n"); }},
+            {"odd-line",
+             [] {
+                 say("a\x1B[31m b\xFF"
+                     "c\r\n\n\n  \n");
+             }},
+        };
+        if (const auto way = ways.find(role_->how); way != ways.end()) {
+            way->second();
+        }
+    }
+
+    void hangUp() {
+        isDeaf_ = true;
+        shutdown(kSocket, SHUT_RDWR);
+    }
+
+    static pid_t makeChild() {
+        const auto child = fork();
+        if (child == 0) {
+            sleepForEver();
+        }
+        return child;
+    }
+
+    MessageChannel channel_;
+    std::optional<Role> role_;
+    std::optional<SharedAudio> audio_;
+    std::string state_;
+    std::vector<char> leak_;
+    std::atomic<std::uint32_t> answered_{0};
+    std::atomic<bool> isDeaf_{false};
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Under a sanitizer, which would end the process in its own way.
+    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL}) {
+        std::signal(signal, SIG_DFL);
+    }
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    prctl(PR_SET_DUMPABLE, 0);
+    if (argc != 2 || std::to_string(getppid()) != argv[1]) {
+        return 1;
+    }
+    FakeService().run();
+}

@@ -1,0 +1,78 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/platform/audio/bridge/host/FakeEffect.h"
+#include "tests/platform/audio/bridge/host/Transcript.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using enum Transcript::Kind;
+
+/// Waits for a quantum for a moment only, and for an answer for long.
+BridgeLimits impatientLimits() {
+    BridgeLimits limits;
+    // Of a quantum of 2.7 ms.
+    limits.waitFraction = 10.0;
+    limits.hang = std::chrono::seconds(60);
+    return limits;
+}
+
+TEST(Late, AQuantumThatIsLatePassesThroughAndIsCounted) {
+    FakeEffect effect("late:4", impatientLimits());
+    effect.bridgedRender().setOffline(false);
+    Transcript transcript;
+    // Quanta before may be late on a busy machine: their answers come, and count, all the same.
+    while (transcript.count(toWet) == 0 || transcript.kinds().back() != wet) {
+        transcript.add(effect.render());
+        ASSERT_TRUE(transcript.isSound());
+    }
+    EXPECT_GT(transcript.count(dry), 0U);
+    EXPECT_EQ(effect.bridgedRender().lateQuantumCount(),
+              transcript.count(toDry) + transcript.count(dry));
+}
+
+TEST(Late, EventsOfALateQuantumComeBeforeTheNextOnesWithTheirOwnTimes) {
+    FakeEffect effect("late:4", impatientLimits());
+    effect.bridgedRender().setOffline(false);
+    Transcript transcript;
+    std::vector<FakeEffect::Event> expected;
+    while (transcript.count(toWet) == 0) {
+        const auto time = effect.sampleTime();
+        const auto kind = transcript.add(effect.render());
+        if (kind == wet || kind == toDry || kind == toWet) {
+            const int number = static_cast<int>(expected.size()) + 1;
+            expected.push_back({time + 1, 0, {0x90, 60, number}});
+        }
+    }
+    EXPECT_EQ(effect.events(), expected);
+}
+
+TEST(Late, OfflineALateQuantumIsWaitedFor) {
+    FakeEffect effect("late:4");
+    Transcript transcript;
+    for (int quantum = 0; quantum < 6; ++quantum) {
+        transcript.add(effect.render());
+    }
+    EXPECT_THAT(transcript.kinds(), Each(wet));
+    EXPECT_EQ(effect.bridgedRender().lateQuantumCount(), 0U);
+}
+
+TEST(Late, ALateQuantumThatIsNeverAnsweredEndsTheEffect) {
+    auto limits = impatientLimits();
+    limits.hang = std::chrono::milliseconds(100) * BridgeLimits::kSlowness;
+    limits.tick = std::chrono::milliseconds(20);
+    FakeEffect effect("hang:4", limits);
+    effect.bridgedRender().setOffline(false);
+    Transcript transcript;
+    while (transcript.count(toWet) == 0 || transcript.kinds().back() != wet) {
+        transcript.add(effect.render());
+        ASSERT_TRUE(transcript.isSound());
+    }
+    EXPECT_GT(effect.bridgedRender().lateQuantumCount(), 0U);
+}
+
+}  // namespace

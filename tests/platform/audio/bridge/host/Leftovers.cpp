@@ -1,0 +1,93 @@
+#include "tests/platform/audio/bridge/host/Leftovers.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <sstream>
+#include <thread>
+
+namespace orvalo::testing {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::size_t countEntries(const fs::path& folder) {
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+/// The fields behind the name, which may hold anything, from the state on.
+std::istringstream status(const std::string& process) {
+    std::ifstream file("/proc/" + process + "/stat");
+    std::string text;
+    // Nothing, when the process goes meanwhile.
+    std::getline(file, text, '\0');
+    const auto end = text.rfind(") ");
+    return std::istringstream(end == std::string::npos ? "" : text.substr(end + 2));
+}
+
+}  // namespace
+
+Leftovers Leftovers::now() {
+    // The thread sanitizer starts one of its own beside a program's first.
+    static const bool hasStartedOne = (std::thread([] {}).join(), true);
+    static_cast<void>(hasStartedOne);
+    Leftovers result;
+    result.descriptors = countEntries("/proc/self/fd");
+    result.threads = countEntries("/proc/self/task");
+    result.children = testing::children();
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        result.sharedMaps += line.find("orvalo-effect-audio") != std::string::npos ? 1 : 0;
+    }
+    return result;
+}
+
+Leftovers Leftovers::settled(const Leftovers& wanted) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    auto result = now();
+    while (result != wanted && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::yield();
+        result = now();
+    }
+    return result;
+}
+
+std::ostream& operator<<(std::ostream& stream, const Leftovers& leftovers) {
+    stream << leftovers.descriptors << " descriptors, " << leftovers.sharedMaps << " maps, "
+           << leftovers.threads << " threads, children:";
+    for (const auto child : leftovers.children) {
+        stream << " " << child;
+    }
+    return stream;
+}
+
+std::set<pid_t> children() {
+    std::set<pid_t> result;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        const auto name = entry.path().filename().string();
+        if (name.find_first_not_of("0123456789") != std::string::npos) {
+            continue;
+        }
+        auto fields = status(name);
+        char state = '\0';
+        pid_t parent = 0;
+        if (fields >> state >> parent && parent == getpid()) {
+            result.insert(static_cast<pid_t>(std::stol(name)));
+        }
+    }
+    return result;
+}
+
+bool isAlive(pid_t process) {
+    auto fields = status(std::to_string(process));
+    char state = '\0';
+    return fields >> state && state != 'Z' && state != 'X';
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,223 @@
+#include "platform/audio/bridge/host/ServiceProcess.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <thread>
+#include <utility>
+
+#include "platform/audio/bridge/host/ServiceEnvironment.h"
+#include "platform/foundation/NSError.h"
+#include "tests/platform/audio/bridge/host/FakeEffect.h"
+#include "tests/platform/audio/bridge/host/Leftovers.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using std::chrono::seconds;
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+constexpr seconds kLong{30};
+
+/// A program that is a script for the shell.
+class Script {
+  public:
+    explicit Script(const std::string& text) {
+        std::ofstream(path()) << "#!/bin/sh\n" << text << "\n";
+        std::filesystem::permissions(path(), std::filesystem::perms::owner_all);
+    }
+    std::filesystem::path path() const { return folder_.path() / "program"; }
+
+  private:
+    TemporaryFolder folder_;
+};
+
+std::string readAll(FileDescriptor descriptor) {
+    std::ifstream file("/dev/fd/" + std::to_string(descriptor.get()));
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(ServiceProcess, SaysHowItEnded) {
+    const Script status("exit 3");
+    ServiceProcess first(status.path());
+    ASSERT_TRUE(first.endsWithin(kLong));
+    EXPECT_EQ(first.end(), "ended with status 3");
+    const Script signal("kill -SEGV $$");
+    ServiceProcess second(signal.path());
+    ASSERT_TRUE(second.endsWithin(kLong));
+    EXPECT_EQ(second.end(), "was killed by signal 11 (Segmentation fault)");
+}
+
+/// Interrupts the thread that makes it with signals, each of them as soon as the thread sleeps
+/// again after the last, until the object goes; or, when nobody sees to that, for a long time.
+class Interruption {
+  public:
+    /// whenMany: called once, on a thread of its own, after several signals.
+    explicit Interruption(std::function<void()> whenMany = {}) : whenMany_(std::move(whenMany)) {
+        count_ = 0;
+        struct sigaction counting {};
+        counting.sa_handler = [](int) { ++count_; };
+        sigaction(SIGUSR1, &counting, &before_);
+        thread_ = std::thread([this] { interrupt(); });
+    }
+    ~Interruption() {
+        isOver_ = true;
+        thread_.join();
+        sigaction(SIGUSR1, &before_, nullptr);
+    }
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+
+    /// Whether it goes on.
+    bool lasts() const { return std::chrono::steady_clock::now() < end_; }
+
+  private:
+    bool isAsleep() const {
+        std::ifstream file(stat_);
+        std::string line;
+        std::getline(file, line);
+        // The state stands behind the name, which is in brackets.
+        const auto name = line.rfind(") ");
+        return name != std::string::npos && line.substr(name + 2, 1) == "S";
+    }
+    void interrupt() {
+        constexpr int kMany = 10;
+        for (int sent = 0; !isOver_ && lasts();) {
+            if (count_ < sent || !isAsleep()) {
+                sched_yield();
+                continue;
+            }
+            if (sent == kMany && whenMany_) {
+                std::exchange(whenMany_, nullptr)();
+            }
+            pthread_kill(target_, SIGUSR1);
+            ++sent;
+        }
+    }
+
+    static inline std::atomic<int> count_{0};  // Of the signals that have come.
+
+    std::function<void()> whenMany_;
+    const std::string stat_ = "/proc/self/task/" + std::to_string(gettid()) + "/stat";
+    const pthread_t target_ = pthread_self();
+    const std::chrono::steady_clock::time_point end_ = std::chrono::steady_clock::now() + kLong;
+    struct sigaction before_ {};
+    std::atomic<bool> isOver_{false};
+    std::thread thread_;
+};
+
+TEST(ServiceProcess, IsWaitedForHoweverOftenASignalComes) {
+    const Script script("sleep 1000");
+    ServiceProcess process(script.path());
+    std::atomic<bool> isKilled{false};
+    const Interruption interruption([&] {
+        isKilled = true;
+        kill(process.id(), SIGKILL);
+    });
+    EXPECT_TRUE(process.endsWithin(kLong));
+    EXPECT_TRUE(isKilled);
+}
+
+TEST(ServiceProcess, IsWaitedForNoLongerHoweverOftenASignalComes) {
+    const Script script("sleep 1000");
+    ServiceProcess process(script.path());
+    const Interruption interruption;
+    EXPECT_FALSE(process.endsWithin(std::chrono::milliseconds(100)));
+    EXPECT_TRUE(interruption.lasts());
+}
+
+TEST(ServiceProcess, IsEndedWithAllThatItHasStarted) {
+    const auto before = Leftovers::now();
+    {
+        const Script script("sleep 1000 & echo $!; wait");
+        ServiceProcess process(script.path());
+        const auto output = process.takeOutput();
+        std::array<char, 32> text{};
+        while (read(output.get(), text.data(), text.size() - 1) <= 0) {
+        }
+        const auto child = static_cast<pid_t>(std::stol(text.data()));
+        ASSERT_TRUE(isAlive(child));
+        EXPECT_FALSE(process.endsWithin(std::chrono::milliseconds(0)));
+        EXPECT_EQ(process.end(), "was killed by signal 9 (Killed)");
+        while (isAlive(child)) {
+            sched_yield();
+        }
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(ServiceProcess, IsEndedWhileItIsStopped) {
+    const Script script("kill -STOP $$");
+    ServiceProcess process(script.path());
+    EXPECT_EQ(process.end(), "was killed by signal 9 (Killed)");
+}
+
+TEST(ServiceProcess, HasItsOwnDescriptorsAndNoOthers) {
+    const Script script(
+        "for number in 0 1 2 3; do echo $number $(readlink /proc/$$/fd/$number); done\n"
+        // The shell itself has the script open beyond these.
+        "for number in 4 5 6 7 8 9; do test -e /proc/$$/fd/$number && echo more; done\n"
+        "echo host $1");
+    ServiceProcess process(script.path());
+    ASSERT_TRUE(process.endsWithin(kLong));
+    const auto text = readAll(process.takeOutput());
+    EXPECT_THAT(text, AllOf(HasSubstr("0 /dev/null\n"), HasSubstr("1 pipe:"), HasSubstr("2 pipe:"),
+                            HasSubstr("3 socket:"), Not(HasSubstr("more")),
+                            HasSubstr("host " + std::to_string(getpid()) + "\n")));
+}
+
+TEST(ServiceProcess, LeadsAProcessGroupOfItsOwn) {
+    const Script script("sleep 1000");
+    ServiceProcess process(script.path());
+    EXPECT_EQ(getpgid(process.id()), process.id());
+    EXPECT_GT(process.residentMemory(), 0U);
+}
+
+TEST(ServiceProcess, AProgramThatIsNotThereIsNamed) {
+    const auto before = Leftovers::now();
+    try {
+        ServiceProcess process("/nowhere/effect-service");
+        FAIL() << "It has been started.";
+    } catch (const NSError& error) {
+        EXPECT_EQ(error.localizedDescription(),
+                  "The program /nowhere/effect-service: No such file or directory");
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(ServiceProcess, LeavesNothingBehind) {
+    const auto before = Leftovers::now();
+    const Script script("exit 0");
+    for (int round = 0; round < 20; ++round) {
+        ServiceProcess process(script.path());
+    }
+    EXPECT_EQ(Leftovers::settled(before), before);
+}
+
+TEST(ServiceEnvironment, HasWhatAnEffectNeedsAndNothingElse) {
+    setenv("ORVALO_TEST_SECRET", "hunter2", 1);
+    setenv("LC_ORVALO_TEST", "C", 1);
+    setenv("XDG_ORVALO_TEST", "/x", 1);
+    setenv("LV2_PATH", "/lv2", 1);
+    const auto environment = serviceEnvironment();
+    EXPECT_THAT(environment, Contains("LC_ORVALO_TEST=C"));
+    EXPECT_THAT(environment, Contains("XDG_ORVALO_TEST=/x"));
+    EXPECT_THAT(environment, Contains("LV2_PATH=/lv2"));
+    EXPECT_THAT(environment, Contains(StartsWith("PATH=")));
+    EXPECT_THAT(environment, Each(Not(HasSubstr("SECRET"))));
+    unsetenv("LV2_PATH");
+}
+
+}  // namespace

@@ -1,0 +1,42 @@
+#include "platform/audio/bridge/host/ServiceRun.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/eventfd.h>
+#include <sys/wait.h>
+
+#include "tests/platform/audio/bridge/host/FakeEffect.h"
+#include "tests/platform/audio/bridge/host/Leftovers.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::StartsWith;
+
+TEST(ServiceRunTest, AProcessThatDiesRightBehindItsAnswerHasEndedLikeAnyOther) {
+    const CapturedOutput error(2);
+    const auto limits = patientLimits();
+    const ServiceOrder order{.program = fakeServicePath(),
+                             .uri = "urn:fake:last-words:1",
+                             .bundles = {},
+                             .stateFolder = {},
+                             .layout = {2, 2, 3},
+                             .ranges = {}};
+    BridgedRender render(1, limits);
+    const auto mailbox = std::make_shared<PluginUIMailbox>();
+    LastState last;
+    const FileDescriptor wakeup(eventfd(0, EFD_CLOEXEC));
+    ServiceRun run({order, limits, render, *mailbox, last});
+    siginfo_t info{};
+    const auto process = *children().begin();
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT), 0);
+    while (run.turn(wakeup.get())) {
+    }
+    EXPECT_THAT(run.finish().what, StartsWith("was killed by signal 9 (Killed)"));
+    EXPECT_EQ(last.state, "first");
+    EXPECT_TRUE(children().empty());
+}
+
+}  // namespace

@@ -1,0 +1,232 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+#include "platform/foundation/NSError.h"
+#include "tests/platform/audio/bridge/host/FakeEffect.h"
+#include "tests/platform/audio/bridge/host/Leftovers.h"
+#include "tests/platform/audio/bridge/host/Transcript.h"
+#include "tests/testing/CapturedOutput.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::AllOf;
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using Kind = ServiceAnswer::Kind;
+
+std::string errorOf(const std::string& role, const BridgeLimits& limits = patientLimits()) {
+    try {
+        const FakeEffect effect(role, limits);
+    } catch (const NSError& error) {
+        return error.localizedDescription();
+    }
+    return "none";
+}
+
+TEST(Supervisor, ANewProcessStartsWithTheLastKnownState) {
+    const CapturedOutput error(2);
+    FakeEffect effect("segv:2");
+    auto& supervisor = effect.supervisor();
+    EXPECT_EQ(supervisor.perform(bridge::Prepare{.number = 0, .sampleRate = 44100.0}).kind,
+              Kind::done);
+    EXPECT_EQ(supervisor.perform(bridge::SetContextName{.number = 0, .name = "the name"}).kind,
+              Kind::done);
+    EXPECT_EQ(supervisor.perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:a"}).kind,
+              Kind::done);
+    effect.render(3);
+    EXPECT_THAT(error.text(), HasSubstr("made at 0 in '' with ''"));
+    EXPECT_THAT(error.text(), HasSubstr("made at 44100 in 'the name' with 'urn:preset:a' 0=0.25 "
+                                        "1=0.5 2=0.75"));
+}
+
+TEST(Supervisor, ControlValuesThatAreImpossibleAreNotHandedOn) {
+    const CapturedOutput error(2);
+    FakeEffect effect("odd-controls:2");
+    effect.render(3);
+    EXPECT_THAT(error.text(), HasSubstr("with 'first' 2=0.75\n"));
+}
+
+TEST(Supervisor, AStateIsHandedOnUntouchedWhateverItHolds) {
+    const CapturedOutput error(2);
+    FakeEffect effect("bad-state:2");
+    effect.render(2);
+    const auto state =
+        effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"});
+    EXPECT_EQ(state.kind, Kind::died);
+    effect.render(1);
+    EXPECT_THAT(error.text(), ContainsRegex("with '.+ garbage'"));
+}
+
+TEST(Supervisor, AStateThatIsTooLargeIsNotKept) {
+    const CapturedOutput error(2);
+    auto limits = patientLimits();
+    limits.state = std::size_t{1} << 20U;
+    FakeEffect effect("huge-state:2", limits);
+    effect.render(2);
+    effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"});
+    effect.render(1);
+    EXPECT_THAT(error.text(), HasSubstr("The state of the effect <urn:fake:huge-state:2> takes 2 "
+                                        "MiB, more than the 1 MiB that are kept."));
+    EXPECT_THAT(error.text(), HasSubstr("with 'first'"));
+}
+
+TEST(Supervisor, WhatIsRefusedIsSaid) {
+    FakeEffect effect("half:0");
+    const auto rate = effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 1.0});
+    EXPECT_EQ(rate.kind, Kind::refused);
+    EXPECT_EQ(rate.error, "no such rate");
+    const auto preset =
+        effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:none"});
+    EXPECT_EQ(preset.kind, Kind::refused);
+    EXPECT_EQ(preset.error, "no such preset");
+    EXPECT_TRUE(FakeEffect::isWet(effect.render()));
+}
+
+TEST(Supervisor, APresetThatKillsIsNotAskedForAgain) {
+    const CapturedOutput error(2);
+    FakeEffect effect("half:0");
+    const auto answer =
+        effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"});
+    EXPECT_EQ(answer.kind, Kind::died);
+    EXPECT_EQ(effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "b"}).kind,
+              Kind::done);
+    EXPECT_FALSE(effect.supervisor().hasGivenUp());
+    EXPECT_THAT(error.text(),
+                HasSubstr("was killed by signal 9 (Killed) while it loaded a preset; it is"));
+}
+
+TEST(Supervisor, ARateThatKillsOnceIsAskedForAgain) {
+    FakeEffect effect("other:9999");
+    const auto answer =
+        effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 22050.0});
+    EXPECT_EQ(answer.kind, Kind::done);
+}
+
+TEST(Supervisor, ARateThatKillsEachTimeIsRememberedInTheEnd) {
+    const CapturedOutput error(2);
+    FakeEffect effect("other:9999:always");
+    const auto answer =
+        effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 22050.0});
+    EXPECT_EQ(answer.kind, Kind::remembered);
+    EXPECT_TRUE(effect.supervisor().hasGivenUp());
+    EXPECT_THAT(error.text(), HasSubstr("while it was prepared to play"));
+}
+
+TEST(Supervisor, ARequestThatIsNotAnsweredEndsTheProcess) {
+    const CapturedOutput error(2);
+    auto limits = patientLimits();
+    limits.request = std::chrono::milliseconds(300);
+    // Pings must not count meanwhile.
+    limits.hang = std::chrono::milliseconds(50);
+    limits.ping = std::chrono::milliseconds(10);
+    limits.tick = std::chrono::milliseconds(10);
+    FakeEffect effect("half:0", limits);
+    EXPECT_EQ(effect.supervisor()
+                  .perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:stuck"})
+                  .kind,
+              Kind::died);
+    EXPECT_THAT(error.text(),
+                HasSubstr("did not answer for 300 milliseconds while it loaded a preset"));
+}
+
+TEST(Supervisor, RequestsOfManyThreadsAreAllAnsweredWhileProcessesDie) {
+    auto limits = patientLimits();
+    limits.deaths = 1000;
+    FakeEffect effect("half:0", limits);
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number) {
+        threads.emplace_back([&effect, number] {
+            for (int round = 0; round < 10; ++round) {
+                const bool isDeadly = number == 0;
+                const auto preset = effect.supervisor().perform(bridge::LoadPreset{
+                    .number = 0, .uri = isDeadly ? "urn:preset:deadly" : "urn:preset:a"});
+                EXPECT_TRUE(preset.kind == Kind::died || (preset.kind == Kind::done && !isDeadly));
+                EXPECT_EQ(effect.supervisor()
+                              .perform(bridge::SetContextName{.number = 0, .name = "n"})
+                              .kind,
+                          Kind::done);
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_TRUE(effect.renderUntilWet());
+}
+
+TEST(Supervisor, AStartThatFailsIsTriedAgainAfterARest) {
+    const CapturedOutput error(2);
+    const TemporaryFolder folder;
+    const auto program = folder.path() / "service";
+    const auto elsewhere = folder.path() / "elsewhere";
+    std::filesystem::copy(fakeServicePath(), program);
+    auto limits = patientLimits();
+    limits.rest = std::chrono::seconds(2);
+    FakeEffect effect("half:0", limits, program);
+    std::filesystem::rename(program, elsewhere);
+    kill(*children().begin(), SIGKILL);
+    while (error.text().find("could not be started again") == std::string::npos) {
+        sched_yield();
+    }
+    std::filesystem::rename(elsewhere, program);
+    EXPECT_EQ(effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"}).kind,
+              Kind::done);
+}
+
+TEST(Supervisor, TheFirstRefusalIsAnError) {
+    const CapturedOutput error(2);
+    EXPECT_EQ(errorOf("refuse:0"), "The plug-in <urn:fake:refuse:0> says no.");
+    EXPECT_THAT(error.text(), Not(HasSubstr("WARNING")));
+}
+
+TEST(Supervisor, AnEffectThatDiesWhileItIsMadeIsTriedAgain) {
+    const CapturedOutput error(2);
+    EXPECT_EQ(errorOf("abort:0:always"),
+              "The plug-in <urn:fake:abort:0:always> cannot be used: it died 3 times within a "
+              "minute; at last it was killed by signal 6 (Aborted) while it was made. It last "
+              "said: assertion 'x > 0' failed");
+    EXPECT_THAT(error.text(),
+                AllOf(HasSubstr("was killed by signal 6 (Aborted) while it was made; it is "
+                                "started again. It last said: assertion 'x > 0' failed"),
+                      Not(HasSubstr("passes through"))));
+}
+
+TEST(Supervisor, AnEffectThatDoesNotComeIsTriedAgain) {
+    auto limits = patientLimits();
+    limits.request = std::chrono::milliseconds(100);
+    limits.tick = std::chrono::milliseconds(10);
+    EXPECT_THAT(errorOf("hang:0:always", limits),
+                HasSubstr("at last it did not answer for 100 milliseconds while it was made."));
+}
+
+TEST(Supervisor, AMissingProgramIsNamedAtOnce) {
+    const CapturedOutput error(2);
+    BridgedRender render(0, patientLimits());
+    const auto mailbox = std::make_shared<PluginUIMailbox>();
+    ServiceSupervisor supervisor({.program = "/nowhere/effect-service",
+                                  .uri = "urn:a",
+                                  .bundles = {},
+                                  .stateFolder = {},
+                                  .layout = {},
+                                  .ranges = {}},
+                                 patientLimits(), render, *mailbox);
+    try {
+        supervisor.start();
+        FAIL() << "It has been started.";
+    } catch (const NSError& failure) {
+        EXPECT_EQ(failure.localizedDescription(),
+                  "The plug-in <urn:a> cannot be used: The program /nowhere/effect-service: No "
+                  "such file or directory.");
+    }
+    EXPECT_EQ(error.text(), "");
+}
+
+}  // namespace

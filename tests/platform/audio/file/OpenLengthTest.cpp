@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/platform/audio/file/AudioFixtures.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace orvalo::testing {
+namespace {
+
+// Where a wave file made by writeWav() keeps the size of its data.
+constexpr std::size_t kDataSizePlace = 40;
+constexpr std::size_t kFrames = 10007;
+
+class OpenLengthTest : public ::testing::Test {
+  protected:
+    std::filesystem::path at(const std::string& name) const { return folder_.path() / name; }
+    const Channels signal_ = noise(2, kFrames);
+
+  private:
+    TemporaryFolder folder_;
+};
+
+// A recorder that writes to a stream cannot come back to state the length.
+TEST_F(OpenLengthTest, AWaveFileThatLeavesItsSizeOpenLastsToItsEnd) {
+    writeWav(at("whole.wav"), signal_, 48000.0);
+    const auto whole = readOn(*open(at("whole.wav")));
+    const auto bytes = bytesOf(at("whole.wav"));
+    for (const auto& size : {std::string(4, '\0'), std::string(4, '\xFF')}) {
+        auto open_ = bytes;
+        writeBytes(at("open.wav"), open_.replace(kDataSizePlace, 4, size));
+        const auto file = open(at("open.wav"));
+        EXPECT_EQ(file->length(), static_cast<std::int64_t>(kFrames));
+        EXPECT_TRUE(readOn(*file) == whole);
+    }
+}
+
+TEST_F(OpenLengthTest, ChunksBehindTheSoundAreNoSound) {
+    writeWav(at("a.wav"), signal_, 48000.0);
+    writeBytes(at("a.wav"),
+               bytesOf(at("a.wav")) + std::string("LIST\x40\0\0\0", 8) + std::string(64, 'x'));
+    EXPECT_EQ(open(at("a.wav"))->length(), static_cast<std::int64_t>(kFrames));
+}
+
+TEST_F(OpenLengthTest, AFlacFileWithoutALengthIsMeasured) {
+    writeEncoded(at("a.flac"), signal_, 48000.0);
+    auto bytes = bytesOf(at("a.flac"));
+    // The last 36 bits before the checksum in the stream's first block.
+    bytes[21] = static_cast<char>(bytes[21] & 0xF0);
+    writeBytes(at("a.flac"), bytes.replace(22, 4, std::string(4, '\0')));
+    const auto file = open(at("a.flac"));
+    EXPECT_EQ(file->length(), static_cast<std::int64_t>(kFrames));
+    EXPECT_EQ(readOn(*file).front().size(), kFrames);
+}
+
+TEST_F(OpenLengthTest, AnMp3FileWithoutANoteIsMeasured) {
+    writeEncoded(at("a.mp3"), signal_, 48000.0, {"-write_xing", "0"});
+    const auto file = open(at("a.mp3"));
+    EXPECT_EQ(file->length() % 1152, 0);
+    EXPECT_GE(file->length(), static_cast<std::int64_t>(kFrames));
+    EXPECT_EQ(readOn(*file).front().size(), static_cast<std::size_t>(file->length()));
+}
+
+TEST_F(OpenLengthTest, FragmentedMp4IsMeasured) {
+    writeEncoded(
+        at("a.m4a"), signal_, 48000.0,
+        {"-movflags", "+frag_keyframe+empty_moov+default_base_moof", "-frag_duration", "50000"});
+    const auto file = open(at("a.m4a"));
+    EXPECT_GE(file->length(), static_cast<std::int64_t>(kFrames));
+    EXPECT_LT(file->length(), static_cast<std::int64_t>(kFrames + 2048));
+    const auto first = readOn(*file);
+    EXPECT_EQ(first.front().size(), static_cast<std::size_t>(file->length()));
+    file->setFramePosition(0);
+    EXPECT_TRUE(readOn(*file) == first);
+}
+
+TEST_F(OpenLengthTest, OtherContainersAreRead) {
+    for (const auto* name : {"a.aiff", "a.au", "a.caf", "a.w64", "a.wv", "a.aac", "a.mka"}) {
+        SCOPED_TRACE(name);
+        writeEncoded(at(name), signal_, 48000.0);
+        const auto file = open(at(name));
+        EXPECT_NEAR(static_cast<double>(file->length()), kFrames, 3000.0);
+        EXPECT_EQ(readOn(*file).front().size(), static_cast<std::size_t>(file->length()));
+    }
+}
+
+TEST_F(OpenLengthTest, CoverArtIsNoSound) {
+    encode("color=red:size=64x64:duration=0.1", at("cover.png"), {"-frames:v", "1"});
+    writeWav(at("a.wav"), signal_, 44100.0);
+    for (const auto* name : {"a.m4a", "a.mp3", "a.flac"}) {
+        SCOPED_TRACE(name);
+        encode(at("a.wav"), at(name),
+               {"-i", at("cover.png"), "-map", "1:v", "-map", "0:a", "-c:v", "copy",
+                "-disposition:v:0", "attached_pic"});
+        const auto file = open(at(name));
+        EXPECT_EQ(file->length(), static_cast<std::int64_t>(kFrames));
+        EXPECT_EQ(readOn(*file).front().size(), kFrames);
+    }
+}
+
+}  // namespace
+}  // namespace orvalo::testing

@@ -1,0 +1,85 @@
+#include "tests/platform/audio/output/FakeDevice.h"
+
+#include <chrono>
+#include <utility>
+
+#include "platform/audio/signal/AVAudioPCMBuffer.h"
+#include "platform/foundation/NSError.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+class FakeStream : public OutputStream {
+  public:
+    FakeStream(OutputFacts facts, std::shared_ptr<RenderGate> gate,
+               std::shared_ptr<FakeControls> controls)
+        : facts_(std::move(facts)),
+          gate_(std::move(gate)),
+          controls_(std::move(controls)),
+          thread_([this] { run(); }) {
+        controls_->gate = gate_.get();
+        ++controls_->liveCount;
+        ++controls_->openCount;
+    }
+    ~FakeStream() override {
+        stopping_ = true;
+        thread_.join();
+        --controls_->liveCount;
+    }
+    FakeStream(const FakeStream&) = delete;
+    FakeStream& operator=(const FakeStream&) = delete;
+
+    const OutputFacts& facts() const override { return facts_; }
+
+  private:
+    void run() {
+        const AVAudioPCMBuffer buffer(facts_.format, facts_.frameCount);
+        while (!stopping_) {
+            if (!controls_->isFrozen) {
+                gate_->render(buffer.block(facts_.frameCount));
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
+    OutputFacts facts_;
+    std::shared_ptr<RenderGate> gate_;
+    std::shared_ptr<FakeControls> controls_;
+    std::atomic<bool> stopping_{false};
+    std::thread thread_;
+};
+
+}  // namespace
+
+void FakeControls::endStream() {
+    gate.load()->end();
+}
+
+void FakeControls::countXruns(std::uint64_t count) {
+    gate.load()->countXruns(count);
+}
+
+FakeDevice::FakeDevice(std::string name, std::shared_ptr<FakeControls> controls)
+    : name_(std::move(name)), controls_(std::move(controls)) {}
+
+std::optional<OutputFacts> FakeDevice::look() {
+    ++controls_->lookCount;
+    if (controls_->whileLooking) {
+        controls_->whileLooking();
+    }
+    if (!controls_->isThere) {
+        return std::nullopt;
+    }
+    return OutputFacts{{controls_->sampleRate, 2}, controls_->frameCount, name_};
+}
+
+std::unique_ptr<OutputStream> FakeDevice::open(const OutputFacts& facts,
+                                               std::shared_ptr<RenderGate> gate) {
+    if (!controls_->opens) {
+        throw NSError("FakeErrorDomain", 7, name_ + " is busy");
+    }
+    return std::make_unique<FakeStream>(facts, std::move(gate), controls_);
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,256 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <jack/jack.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/audio/output/JackDevice.h"
+#include "platform/audio/output/LibraryMessages.h"
+#include "platform/audio/output/SupervisedOutput.h"
+#include "tests/platform/audio/output/LogLines.h"
+#include "tests/platform/audio/output/RecordingSource.h"
+#include "tests/platform/audio/output/ServerProcess.h"
+#include "tests/platform/audio/output/SignalCapture.h"
+
+namespace orvalo {
+namespace {
+
+using std::chrono::milliseconds;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::LogLines;
+using testing::RecordingSource;
+using testing::ServerProcess;
+using testing::SignalCapture;
+
+using Client = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
+
+Client openClient(const char* name) {
+    return {jack_client_open(name, JackNoStartServer, nullptr), jack_client_close};
+}
+
+/// Records what the client "Orvalo" plays.
+class JackRecorder {
+  public:
+    JackRecorder() : client_(openClient("recorder")) {
+        for (const char* name : {"left", "right"}) {
+            ports_.push_back(jack_port_register(client_.get(), name, JACK_DEFAULT_AUDIO_TYPE,
+                                                JackPortIsInput, 0));
+        }
+        jack_set_process_callback(client_.get(), process, this);
+        jack_activate(client_.get());
+    }
+    /// Whether both of Orvalo's ports are connected to the recorder's.
+    bool connect() {
+        const auto join = [this](const char* from, const char* to) {
+            const int result = jack_connect(client_.get(), from, to);
+            return result == 0 || result == EEXIST;
+        };
+        return join("Orvalo:outport 0", "recorder:left") &&
+               join("Orvalo:outport 1", "recorder:right");
+    }
+    const SignalCapture& capture() const { return capture_; }
+
+  private:
+    static int process(jack_nframes_t frames, void* self) {
+        auto& recorder = *static_cast<JackRecorder*>(self);
+        const auto* left = static_cast<float*>(jack_port_get_buffer(recorder.ports_[0], frames));
+        const auto* right = static_cast<float*>(jack_port_get_buffer(recorder.ports_[1], frames));
+        recorder.capture_.append(left, right, frames, 1);
+        return 0;
+    }
+
+    SignalCapture capture_;
+    std::vector<jack_port_t*> ports_;
+    Client client_;
+};
+
+/// A JACK server of the test's own with its dummy driver.
+class JackServerTest : public ::testing::Test {
+  protected:
+    JackServerTest() {
+        // Also for the servers: whoever runs the tests keeps his own ones.
+        setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
+        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+        takeLibraryMessages();
+    }
+
+    /// inStep: the server waits for its clients in each period, so that none misses one.
+    std::unique_ptr<ServerProcess> startServer(const std::string& rate, const std::string& period,
+                                               bool inStep = false) {
+        // A client that opens while another one of a dead server is being closed would have libjack
+        // free that one: wait until all are closed.
+        EXPECT_TRUE(source_.waitUntil([] {
+            JackDevice device;
+            return !device.look() && device.absence() == "no JACK server is running";
+        }));
+        std::vector<std::string> command{"jackd", "--no-realtime", "--name", server_};
+        if (inStep) {
+            command.insert(command.end(), {"--sync", "--timeout", "5000"});
+        }
+        command.insert(command.end(), {"-d", "dummy", "--rate", rate, "--period", period});
+        auto process = std::make_unique<ServerProcess>(command);
+        EXPECT_TRUE(source_.waitUntil([] { return openClient("waiting") != nullptr; }));
+        return process;
+    }
+
+    /// A killed server stays in the machine's list of JACK servers, which has eight places. The
+    /// next one of its name takes the place over and leaves it in order; the rest are files.
+    void TearDown() override {
+        if (hasKilled_) {
+            startServer("48000", "64");
+        }
+        for (const auto& entry : std::filesystem::directory_iterator("/dev/shm")) {
+            if (entry.path().filename().string().find(server_) != std::string::npos) {
+                std::filesystem::remove(entry.path());
+            }
+        }
+    }
+
+    void kill(ServerProcess& server) {
+        hasKilled_ = true;
+        server.kill();
+    }
+
+    std::unique_ptr<SupervisedOutput> makeOutput(SupervisedOutput::Absence absence) const {
+        std::vector<std::unique_ptr<OutputDevice>> devices;
+        devices.push_back(std::make_unique<JackDevice>());
+        return std::make_unique<SupervisedOutput>(std::move(devices), absence, timing_);
+    }
+
+    const std::string server_ = "orvalo-test-" + std::to_string(getpid());
+    SupervisedOutput::Timing timing_{milliseconds(3000), milliseconds(50), milliseconds(50)};
+    bool hasKilled_ = false;
+    RecordingSource source_;
+    LogLines log_;
+};
+
+TEST_F(JackServerTest, IsHeardSampleBySample) {
+    const auto server = startServer("48000", "64", true);
+    setenv("ORVALO_AUDIO_OUTPUT", "auto", 1);
+    const auto output = AudioOutput::system();
+    unsetenv("ORVALO_AUDIO_OUTPUT");
+    EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
+    output->start(source_);
+    JackRecorder recorder;
+    ASSERT_TRUE(source_.waitUntil([&] { return recorder.connect(); }));
+    EXPECT_TRUE(
+        source_.waitUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
+    output->stop();
+    EXPECT_EQ(source_.smallestFrameCount(), 64U);
+    EXPECT_EQ(source_.largestFrameCount(), 64U);
+    EXPECT_EQ(source_.ordinaryCallCount(), 0U);
+    EXPECT_EQ(source_.denormalCount(), 0U);
+    EXPECT_EQ(source_.overlapCount(), 0U);
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 64 frames."));
+}
+
+TEST_F(JackServerTest, StopsAndStartsAgain) {
+    const auto server = startServer("44100", "128");
+    const auto output = makeOutput(SupervisedOutput::Absence::fail);
+    for (int round = 0; round < 3; ++round) {
+        output->start(source_);
+        ASSERT_TRUE(source_.waitForBlocks(5));
+        output->stop();
+        const auto count = source_.blockCount();
+        const auto client = openClient("bystander");
+        EXPECT_EQ(jack_port_by_name(client.get(), "Orvalo:outport 0"), nullptr);
+        EXPECT_EQ(source_.blockCount(), count);
+    }
+    EXPECT_EQ(output->format(), (AVAudioFormat{44100.0, 2}));
+    EXPECT_EQ(source_.lastFrameCount(), 128U);
+}
+
+TEST_F(JackServerTest, LivesOnWhenTheServerIsKilledAndReturnsToTheNextOne) {
+    auto server = startServer("48000", "64");
+    const auto output = makeOutput(SupervisedOutput::Absence::standIn);
+    output->format();
+    output->start(source_);
+    ASSERT_TRUE(source_.waitForBlocks(20));
+    kill(*server);
+    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
+    ASSERT_TRUE(source_.waitForBlocks(20));
+    EXPECT_THAT(source_.formatChanges(), IsEmpty());
+    server = startServer("44100", "128");
+    ASSERT_TRUE(source_.waitUntil([&] { return source_.lastFrameCount() == 128; }));
+    ASSERT_TRUE(source_.waitForBlocks(20));
+    EXPECT_THAT(source_.formatChanges(), ElementsAre(AVAudioFormat{44100.0, 2}));
+    output->stop();
+    EXPECT_EQ(source_.overlapCount(), 0U);
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 64 frames.",
+                            "Audio output: JACK went away; a silent clock takes its place (48000 "
+                            "Hz, 2 channels, 64 frames).",
+                            "Audio output: JACK takes the place of the silent clock, 44100 Hz, 2 "
+                            "channels, 128 frames."));
+}
+
+TEST_F(JackServerTest, StopsWhileTheServerDies) {
+    for (int round = 0; round < 3; ++round) {
+        auto server = startServer("48000", "64");
+        const auto output = makeOutput(SupervisedOutput::Absence::standIn);
+        output->start(source_);
+        ASSERT_TRUE(source_.waitForBlocks(5));
+        kill(*server);
+        output->stop();
+    }
+}
+
+TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {
+    const auto server = startServer("48000", "64");
+    const auto output = makeOutput(SupervisedOutput::Absence::standIn);
+    output->start(source_);
+    ASSERT_TRUE(source_.waitForBlocks(20));
+    ASSERT_EQ(jack_set_buffer_size(openClient("changer").get(), 256), 0);
+    ASSERT_TRUE(source_.waitUntil([&] { return source_.lastFrameCount() == 256; }));
+    ASSERT_TRUE(source_.waitForBlocks(20));
+    output->stop();
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 64 frames.",
+                            "Audio output: JACK stopped and was opened again, 48000 Hz, 2 "
+                            "channels, 256 frames."));
+}
+
+TEST_F(JackServerTest, LeavesAServerThatHangs) {
+    timing_.silence = milliseconds(300);
+    auto server = startServer("48000", "64");
+    const auto output = makeOutput(SupervisedOutput::Absence::standIn);
+    output->start(source_);
+    ASSERT_TRUE(source_.waitForBlocks(20));
+    server->signal(SIGSTOP);
+    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
+    // Meanwhile the server is looked for again and again.
+    ASSERT_TRUE(source_.waitForBlocks(200));
+    output->stop();
+    EXPECT_EQ(log_.messages().back(),
+              "Audio output: JACK went away; a silent clock takes its place (48000 Hz, 2 "
+              "channels, 64 frames).");
+    // What was left behind ends with the server.
+    kill(*server);
+}
+
+TEST_F(JackServerTest, StartsNoServer) {
+    setenv("ORVALO_AUDIO_OUTPUT", "jack", 1);
+    const auto output = AudioOutput::system();
+    unsetenv("ORVALO_AUDIO_OUTPUT");
+    EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
+    try {
+        output->start(source_);
+        FAIL() << "there is no server";
+    } catch (const std::exception& error) {
+        EXPECT_STREQ(error.what(),
+                     "The audio output JACK cannot be opened: no JACK server is running.");
+    }
+    EXPECT_EQ(openClient("bystander"), nullptr);
+    EXPECT_THAT(log_.messages(), IsEmpty()) << "libjack's own lines included";
+}
+
+}  // namespace
+}  // namespace orvalo

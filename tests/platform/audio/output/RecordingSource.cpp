@@ -1,0 +1,100 @@
+#include "tests/platform/audio/output/RecordingSource.h"
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <limits>
+#include <thread>
+
+#include "platform/foundation/RealTimeScope.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+/// A product below the smallest normal number, which the compiler cannot know.
+bool computesDenormals() {
+    volatile float small = std::numeric_limits<float>::min();
+    const float product = small * 0.25F;
+    volatile float denormal = std::numeric_limits<float>::denorm_min();
+    const float sum = denormal * 16777216.0F;
+    return product != 0.0F || sum != 0.0F;
+}
+
+}  // namespace
+
+void RecordingSource::renderOutput(const AudioBlock& block) noexcept {
+    if (busy_.exchange(true)) {
+        ++overlaps_;
+    }
+    ordinaryCalls_ += RealTimeScope::isActive() ? 0 : 1;
+    denormals_ += computesDenormals() ? 1 : 0;
+    for (std::uint32_t frame = 0; frame < block.frameCount; ++frame) {
+        const float value = sample(frames_ + frame);
+        for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
+            block.channels[channel][frame] = channel == 0 ? value : -value;
+        }
+    }
+    char name[16]{};
+    pthread_getname_np(pthread_self(), name, sizeof name);
+    std::uint64_t halves[2];
+    std::memcpy(halves, name, sizeof halves);
+    threadName_[0] = halves[0];
+    threadName_[1] = halves[1];
+    lastFrameCount_ = block.frameCount;
+    lastChannelCount_ = block.channelCount;
+    smallestFrameCount_ = std::min(smallestFrameCount_.load(), block.frameCount);
+    largestFrameCount_ = std::max(largestFrameCount_.load(), block.frameCount);
+    frames_ += block.frameCount;
+    if (whileRendering) {
+        whileRendering();
+    }
+    ++blocks_;
+    busy_ = false;
+}
+
+void RecordingSource::outputFormatChanged(const AVAudioFormat& format) {
+    if (busy_.exchange(true)) {
+        ++overlaps_;
+    }
+    if (whileFormatChanges) {
+        whileFormatChanges();
+    }
+    {
+        const std::lock_guard lock(mutex_);
+        formatChanges_.push_back(format);
+    }
+    busy_ = false;
+}
+
+bool RecordingSource::waitForBlocks(std::uint64_t count) {
+    const auto target = blocks_ + count;
+    return waitUntil([&] { return blocks_ >= target; });
+}
+
+bool RecordingSource::waitUntil(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+std::string RecordingSource::threadName() const {
+    const std::uint64_t halves[2]{threadName_[0], threadName_[1]};
+    char name[17]{};
+    std::memcpy(name, halves, sizeof halves);
+    return name;
+}
+
+std::vector<AVAudioFormat> RecordingSource::formatChanges() const {
+    const std::lock_guard lock(mutex_);
+    return formatChanges_;
+}
+
+}  // namespace orvalo::testing

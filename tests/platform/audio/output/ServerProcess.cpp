@@ -1,0 +1,57 @@
+#include "tests/platform/audio/output/ServerProcess.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+
+namespace orvalo::testing {
+
+ServerProcess::ServerProcess(const std::vector<std::string>& command) : process_(-1) {
+    std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
+    for (const auto& word : command) {
+        arguments.push_back(const_cast<char*>(word.c_str()));
+    }
+    arguments.push_back(nullptr);
+    const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
+    process_ = fork();
+    if (process_ < 0) {
+        throw std::system_error(errno, std::generic_category(), command.front());
+    }
+    if (process_ == 0) {
+        // It ends with the test, however that ends, and holds none of its files open.
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        for (const int standard : {0, 1, 2}) {
+            dup2(null, standard);
+        }
+        close_range(3, ~0U, 0);
+        execvp(arguments[0], arguments.data());
+        _exit(127);
+    }
+    close(null);
+}
+
+ServerProcess::~ServerProcess() {
+    if (process_ > 0) {
+        ::kill(process_, SIGCONT);
+        ::kill(process_, SIGTERM);
+        waitpid(process_, nullptr, 0);
+    }
+}
+
+void ServerProcess::signal(int number) const {
+    ::kill(process_, number);
+}
+
+void ServerProcess::kill() {
+    ::kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+    process_ = -1;
+}
+
+}  // namespace orvalo::testing

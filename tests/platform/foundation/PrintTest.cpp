@@ -1,0 +1,203 @@
+#include "platform/foundation/Print.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <ctime>
+#include <map>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "tests/platform/foundation/RedirectedDescriptor.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo {
+namespace {
+
+using orvalo::testing::CapturedOutput;
+using orvalo::testing::RedirectedDescriptor;
+using namespace std::string_view_literals;
+
+class Pipe {
+  public:
+    explicit Pipe(int flags) { EXPECT_EQ(pipe2(ends_.data(), O_CLOEXEC | flags), 0); }
+    ~Pipe() {
+        closeReader();
+        closeWriter();
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    int reader() const { return ends_[0]; }
+    int writer() const { return ends_[1]; }
+    void closeReader() { closeEnd(ends_[0]); }
+    void closeWriter() { closeEnd(ends_[1]); }
+
+  private:
+    static void closeEnd(int& end) {
+        if (end >= 0) {
+            close(end);
+            end = -1;
+        }
+    }
+
+    std::array<int, 2> ends_{};
+};
+
+std::string readAll(int descriptor) {
+    std::string text;
+    std::array<char, 65536> chunk{};
+    for (ssize_t count = 0; (count = read(descriptor, chunk.data(), chunk.size())) > 0;) {
+        text.append(chunk.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+}
+
+bool isPipeSignalPending() {
+    sigset_t pending;
+    sigpending(&pending);
+    return sigismember(&pending, SIGPIPE) == 1;
+}
+
+bool isPipeSignalBlocked() {
+    sigset_t mask;
+    pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+    return sigismember(&mask, SIGPIPE) == 1;
+}
+
+TEST(Print, WritesTheTextUnchangedAndALineFeed) {
+    const CapturedOutput output;
+    print("A line.");
+    EXPECT_EQ(output.text(), "A line.\n");
+    print("");
+    print("two\nlines\n");
+    print("nul \0, \xff, %s"sv);
+    EXPECT_EQ(output.text(), "A line.\n\ntwo\nlines\n\nnul \0, \xff, %s\n"sv);
+}
+
+TEST(Print, IsOneWrite) {
+    // A pipe in packet mode gives each write back by itself.
+    const Pipe pipe(O_DIRECT);
+    {
+        const RedirectedDescriptor redirected(STDOUT_FILENO, pipe.writer());
+        print("first");
+        print("second");
+    }
+    std::array<char, 64> packet{};
+    const auto count = read(pipe.reader(), packet.data(), packet.size());
+    ASSERT_GT(count, 0);
+    EXPECT_EQ(std::string(packet.data(), static_cast<std::size_t>(count)), "first\n");
+}
+
+class PrintOfManyThreads : public ::testing::TestWithParam<int> {};
+
+TEST_P(PrintOfManyThreads, NeverMixesLines) {
+    constexpr int threads = 8;
+    constexpr int linesEach = 100;
+    constexpr std::size_t length = 10'000;  // Above what a pipe takes in one piece.
+    Pipe pipe(GetParam());
+    fcntl(pipe.reader(), F_SETFL, 0);
+    std::string text;
+    std::thread reader([&] { text = readAll(pipe.reader()); });
+    {
+        const RedirectedDescriptor redirected(STDOUT_FILENO, pipe.writer());
+        std::vector<std::thread> writers;
+        writers.reserve(8);
+        for (int thread = 0; thread < threads; ++thread) {
+            writers.emplace_back([thread] {
+                const std::string line(length, static_cast<char>('a' + thread));
+                for (int count = 0; count < linesEach; ++count) {
+                    print(line);
+                }
+            });
+        }
+        for (auto& writer : writers) {
+            writer.join();
+        }
+    }
+    pipe.closeWriter();
+    reader.join();
+
+    std::map<std::string, int> seen;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        ++seen[line];
+    }
+    std::map<std::string, int> expected;
+    for (int thread = 0; thread < threads; ++thread) {
+        expected[std::string(length, static_cast<char>('a' + thread))] = linesEach;
+    }
+    EXPECT_TRUE(seen == expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pipes, PrintOfManyThreads, ::testing::Values(0, O_NONBLOCK));
+
+TEST(Print, IgnoresAClosedPipe) {
+    Pipe pipe(0);
+    pipe.closeReader();
+    {
+        const RedirectedDescriptor redirected(STDOUT_FILENO, pipe.writer());
+        print("nobody reads this");
+    }
+    EXPECT_FALSE(isPipeSignalPending());
+    EXPECT_FALSE(isPipeSignalBlocked());
+    const CapturedOutput output;
+    print("and on");
+    EXPECT_EQ(output.text(), "and on\n");
+}
+
+TEST(Print, KeepsAPipeSignalThatWasPending) {
+    Pipe pipe(0);
+    pipe.closeReader();
+    sigset_t pipeSignal;
+    sigset_t before;
+    sigemptyset(&pipeSignal);
+    sigaddset(&pipeSignal, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &pipeSignal, &before);
+    pthread_kill(pthread_self(), SIGPIPE);
+    {
+        const RedirectedDescriptor redirected(STDOUT_FILENO, pipe.writer());
+        print("nobody reads this");
+    }
+    EXPECT_TRUE(isPipeSignalPending());
+    EXPECT_TRUE(isPipeSignalBlocked());
+    const timespec atOnce{};
+    EXPECT_EQ(sigtimedwait(&pipeSignal, nullptr, &atOnce), SIGPIPE);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+TEST(PrintDeathTest, LeavesTheProcessItsOwnPipeSignal) {
+    EXPECT_EXIT(
+        {
+            Pipe pipe(0);
+            pipe.closeReader();
+            dup2(pipe.writer(), STDOUT_FILENO);
+            print("nobody reads this");
+            if (write(STDERR_FILENO, "printed", 7) == 7) {
+                (void)!write(STDOUT_FILENO, "x", 1);
+            }
+        },
+        ::testing::KilledBySignal(SIGPIPE), "^printed$");
+}
+
+TEST(Print, IgnoresAFullDevice) {
+    const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(full, 0);
+    {
+        const RedirectedDescriptor redirected(STDOUT_FILENO, full);
+        print("no room");
+    }
+    close(full);
+    const CapturedOutput output;
+    print("and on");
+    EXPECT_EQ(output.text(), "and on\n");
+}
+
+}  // namespace
+}  // namespace orvalo

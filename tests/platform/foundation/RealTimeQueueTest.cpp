@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/RealTimeScope.h"
+#include "tests/platform/foundation/Wait.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo {
+namespace {
+
+using orvalo::testing::CapturedOutput;
+using orvalo::testing::serveUntil;
+
+constexpr int room = 16'384;
+
+/// Submits from a thread that renders; the closures count.
+void submitInRealTime(int items, int& runs) {
+    std::thread([&] {
+        const RealTimeScope scope;
+        for (int item = 0; item < items; ++item) {
+            DispatchQueue::main()->async([&runs, item] { runs += runs == item ? 1 : 0; });
+        }
+    }).join();
+}
+
+std::string dropped(int items) {
+    return "The main queue was full: " + std::to_string(items) +
+           " items from the render thread were dropped.";
+}
+
+TEST(MainQueueInRealTime, DoesNotAllocate) {
+    int runs = 0;
+    submitInRealTime(room, runs);
+    EXPECT_TRUE(serveUntil([&] { return runs == room; }));
+}
+
+TEST(MainQueueInRealTime, DropsCountsAndReportsWhatFindsNoRoom) {
+    const CapturedOutput output(2);
+    for (const int surplus : {5, 1}) {
+        int runs = 0;
+        submitInRealTime(room + surplus, runs);
+        // What comes from elsewhere still has room, behind what waits.
+        bool ranLast = false;
+        DispatchQueue::main()->async([&] { ranLast = runs == room; });
+        EXPECT_TRUE(serveUntil([&] { return ranLast; }));
+        const auto reported = [&] { return output.text().find(dropped(surplus)); };
+        EXPECT_TRUE(serveUntil([&] { return reported() != std::string::npos; }));
+        // The list then starts from a node of the pool again.
+        bool ranAlone = false;
+        DispatchQueue::main()->async([&] { ranAlone = true; });
+        EXPECT_TRUE(serveUntil([&] { return ranAlone; }));
+    }
+    const auto text = output.text();
+    EXPECT_EQ(text.find(dropped(5)),
+              text.rfind("The main queue was full", text.find(dropped(1)) - 1));
+}
+
+TEST(MainQueueInRealTime, WakesTheRunLoop) {
+    bool ran = false;
+    std::thread renderer([&] {
+        const RealTimeScope scope;
+        DispatchQueue::main()->async([&] { ran = true; });
+    });
+    EXPECT_TRUE(serveUntil([&] { return ran; }));
+    renderer.join();
+}
+
+}  // namespace
+}  // namespace orvalo

@@ -1,0 +1,239 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <list>
+
+#include "platform/foundation/defaults/ChangeCounter.h"
+#include "tests/platform/foundation/defaults/Database.h"
+#include "tests/platform/foundation/defaults/SuiteFile.h"
+#include "tests/platform/foundation/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class ADamagedFile : public SuiteFile {
+  protected:
+    /// Enough values for several pages.
+    void fill() const {
+        const auto settings = open();
+        for (int number = 0; number < 50; ++number) {
+            settings->set(std::string(300, 'v'), "key " + std::to_string(number));
+        }
+        emptyLog(file_);
+    }
+
+    /// The old file is the only one set aside, and named on standard error.
+    void expectToBeSetAsideOnce(const CapturedOutput& errors, const std::string& oldBytes) const {
+        const auto old = setAside(file_);
+        ASSERT_THAT(old, SizeIs(1));
+        EXPECT_TRUE(bytesOf(old[0]) == oldBytes);
+        EXPECT_THAT(errors.text(), HasSubstr("The settings in " + file_.string() +
+                                             " are damaged. They are kept as " + old[0].string() +
+                                             ", and new ones begin."));
+    }
+
+    /// The suite works, and begins without values.
+    void expectANewBeginning(const std::string& oldBytes) const {
+        const CapturedOutput errors(2);
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty());
+        expectToBeSetAsideOnce(errors, oldBytes);
+        settings->set("new", "key");
+        EXPECT_EQ(open()->string("key"), "new");
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+    }
+
+    std::string spoil(const std::string& bytes) const {
+        writeBytes(file_, bytes);
+        return bytes;
+    }
+};
+
+TEST_F(ADamagedFile, thatIsNoDatabaseIsSetAside) {
+    expectANewBeginning(spoil("Dear diary, " + std::string(5000, '.')));
+}
+
+TEST_F(ADamagedFile, thatIsShortIsSetAside) {
+    expectANewBeginning(spoil("x"));
+}
+
+TEST_F(ADamagedFile, withADamagedPageIsSetAside) {
+    fill();
+    auto bytes = bytesOf(file_);
+    ASSERT_GT(bytes.size(), 5U * 4096U);
+    std::fill_n(bytes.begin() + 12'288, 4096, '\x5A');
+    expectANewBeginning(spoil(bytes));
+}
+
+TEST_F(ADamagedFile, withADamagedIndexWhichNoReadLooksAtIsSetAside) {
+    fill();
+    const auto page =
+        std::stol(query(file_, "SELECT rootpage FROM sqlite_schema WHERE type = 'index'").at(0));
+    auto bytes = bytesOf(file_);
+    std::fill_n(bytes.begin() + (page - 1) * 4096, 4096, '\x5A');
+    expectANewBeginning(spoil(bytes));
+}
+
+TEST_F(ADamagedFile, thatSaysItIsOursAndHasNotOurTablesIsSetAside) {
+    std::filesystem::create_directories(file_.parent_path());
+    query(file_,
+          "PRAGMA journal_mode = WAL; PRAGMA application_id = 1332901444;"
+          "PRAGMA user_version = 2; CREATE TABLE a (b)");
+    expectANewBeginning(bytesOf(file_));
+}
+
+TEST_F(ADamagedFile, thatIsEmptyBesideALogIsSetAside) {
+    Worker other({name_});
+    other.ask("set key 5");
+    other.signal(SIGKILL);
+    other.wait();
+    const auto log = bytesOf(file_.string() + "-wal");
+    ASSERT_GT(log.size(), 0U);
+    expectANewBeginning(spoil(""));
+    const auto old = setAside(file_);
+    ASSERT_THAT(old, SizeIs(1));
+    EXPECT_TRUE(bytesOf(old[0].string() + "-wal") == log);
+}
+
+/// Every so many bytes before the end, and those beside them.
+std::vector<std::size_t> cuts(std::size_t whole, std::size_t step) {
+    std::vector<std::size_t> sizes;
+    for (std::size_t size = 0; size < whole; size += step) {
+        sizes.insert(sizes.end(), {size, size + 1});
+        if (size > 0) {
+            sizes.push_back(size - 1);
+        }
+    }
+    return sizes;
+}
+
+TEST_F(ADamagedFile, thatWasCutAtAnyPageIsSetAsideOrWhole) {
+    fill();
+    const auto whole = bytesOf(file_);
+    const auto sizes = cuts(whole.size(), 4096);
+    ASSERT_GT(sizes.size(), 15U);
+    for (const auto size : sizes) {
+        for (const auto* suffix : {"", "-wal", "-shm"}) {
+            std::filesystem::remove(file_.string() + suffix);
+        }
+        spoil(whole.substr(0, size));
+        const CapturedOutput errors(2);
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr) << size;
+        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty()) << size;
+        settings->set(5, "key");
+        EXPECT_EQ(open()->integer("key"), 5) << size;
+        EXPECT_EQ(errors.text().find("damaged") == std::string::npos, size == 0) << size;
+    }
+    EXPECT_THAT(setAside(file_), SizeIs(sizes.size() - 1));
+}
+
+TEST_F(ADamagedFile, whoseLogWasCutAnywhereHasWhatCameBefore) {
+    open()->set(0, "key");
+    emptyLog(file_);
+    Worker writer({name_});
+    for (int number = 1; number <= 20; ++number) {
+        writer.ask("set key " + std::to_string(number));
+    }
+    writer.signal(SIGKILL);
+    writer.wait();
+    const auto database = bytesOf(file_);
+    const auto log = bytesOf(file_.string() + "-wal");
+    std::int64_t last = 0;
+    // The last cut takes nothing away.
+    constexpr std::size_t kStep = 1030;
+    for (std::size_t size = 0; size < log.size() + kStep; size += kStep) {
+        spoil(database);
+        std::filesystem::remove(file_.string() + "-shm");
+        writeBytes(file_.string() + "-wal", log.substr(0, size));
+        const auto number = open()->integer("key");
+        EXPECT_GE(number, last) << size;
+        last = number;
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok")) << size;
+    }
+    EXPECT_EQ(last, 20);
+    EXPECT_THAT(setAside(file_), IsEmpty());
+}
+
+TEST_F(ADamagedFile, isLeftByWhoHasItOpenWhenAnotherSetsItAside) {
+    fill();
+    const auto settings = open();
+    EXPECT_EQ(settings->dictionaryRepresentation().size(), 50U);
+    spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    // This one says that it is damaged, at which it ends, and the next one begins anew.
+    EXPECT_EQ(Worker({name_}).wait(), 3);
+    EXPECT_EQ(Worker({name_}).ask("set new 1"), "done");
+    EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 1}}));
+    settings->set(2, "mine");
+    EXPECT_EQ(Worker({name_}).ask("get mine"), "2");
+    EXPECT_THAT(setAside(file_), SizeIs(1));
+}
+
+// The pages that it has in memory are old once another program has written.
+TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndReads) {
+    fill();
+    const auto settings = open();
+    EXPECT_EQ(settings->dictionaryRepresentation().size(), 50U);
+    query(file_, "UPDATE entries SET change = 1000 WHERE key = 'key 7'");
+    const auto spoilt = spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    {
+        const ChangeCounter counter(file_.string() + "-changes");
+        const auto lock = counter.lock();
+        const ChangeCounter::Write told(*counter.mapping());
+    }
+    {
+        const CapturedOutput errors(2);
+        EXPECT_THAT(settings->dictionaryRepresentation(), IsEmpty());
+        expectToBeSetAsideOnce(errors, spoilt);
+    }
+    settings->set(5, "new");
+    EXPECT_EQ(Worker({name_}).ask("get new"), "5");
+}
+
+TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndWrites) {
+    fill();
+    const auto settings = open();
+    settings->set(1, "key 7");
+    query(file_, "UPDATE entries SET change = 1000 WHERE key = 'key 7'");
+    const auto spoilt = spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    {
+        const CapturedOutput errors(2);
+        settings->set(5, "new");
+        expectToBeSetAsideOnce(errors, spoilt);
+    }
+    EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 5}}));
+    EXPECT_EQ(Worker({name_}).ask("get new"), "5");
+    EXPECT_EQ(Worker({name_}).ask("count"), "1");
+}
+
+TEST_F(ADamagedFile, isSetAsideOnceWhenManyProcessesNotice) {
+    fill();
+    spoil(std::string(bytesOf(file_).size(), '\x5A'));
+    // Whoever sets it aside says so, at which it ends: the first, and no other.
+    std::list<Worker> workers;
+    for (int count = 0; count < 4; ++count) {
+        workers.emplace_back(std::vector{name_});
+    }
+    std::size_t done = 0;
+    for (auto& worker : workers) {
+        const auto number = std::to_string(worker.process());
+        worker.say(std::string("set key").append(number).append(" ").append(number));
+        done += worker.readLine() == "done" ? 1 : 0;
+    }
+    EXPECT_EQ(done, 3U);
+    EXPECT_THAT(setAside(file_), SizeIs(1));
+    EXPECT_EQ(open()->dictionaryRepresentation().size(), 3U);
+    EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+}
+
+}  // namespace
+}  // namespace orvalo::testing

@@ -1,0 +1,70 @@
+#include "tests/platform/foundation/defaults/OtherWrites.h"
+
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace orvalo::testing {
+
+namespace {
+
+void replace(const char* name, OtherWrites::Write function) {
+    auto* system = sqlite3_vfs_find(nullptr);
+    system->xSetSystemCall(system, name, reinterpret_cast<sqlite3_syscall_ptr>(function));
+}
+
+}  // namespace
+
+OtherWrites::OtherWrites(Write write) {
+    replace("pwrite", write);
+    replace("pwrite64", write);
+}
+
+OtherWrites::~OtherWrites() {
+    replace("pwrite", nullptr);
+    replace("pwrite64", nullptr);
+}
+
+const ChangeMapping* MarkWatch::mapping_ = nullptr;
+std::string_view MarkWatch::ending_;
+std::vector<bool> MarkWatch::marks_;
+
+MarkWatch::MarkWatch(const ChangeMapping& mapping, std::string_view ending) : writes_(write) {
+    mapping_ = &mapping;
+    ending_ = ending;
+    marks_.clear();
+}
+
+bool MarkWatch::wasMarkedThroughout() {
+    return !marks_.empty() && std::ranges::all_of(marks_, std::identity());
+}
+
+ssize_t MarkWatch::write(int file, const void* bytes, size_t size, off_t at) {
+    const auto link = "/proc/self/fd/" + std::to_string(file);
+    if (std::filesystem::read_symlink(link).string().ends_with(ending_)) {
+        marks_.push_back(mapping_->count() % 2 == 1);
+    }
+    return pwrite(file, bytes, size, at);
+}
+
+int FullDisk::left_ = 0;
+
+FullDisk::FullDisk(int writes) : writes_(write) {
+    left_ = writes;
+}
+
+ssize_t FullDisk::write(int file, const void* bytes, size_t size, off_t at) {
+    if (left_ > 0) {
+        --left_;
+        return pwrite(file, bytes, size, at);
+    }
+    errno = ENOSPC;
+    return -1;
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,305 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <initializer_list>
+#include <iostream>
+
+#include "platform/foundation/defaults/ChangeCounter.h"
+#include "tests/platform/foundation/defaults/Database.h"
+#include "tests/platform/foundation/defaults/OtherWrites.h"
+#include "tests/platform/foundation/defaults/SuiteFile.h"
+#include "tests/platform/foundation/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr uid_t kSomebodyElse = 65534;
+constexpr uid_t kAThird = 65533;
+
+/// As long as it lives, files grow up to a size and no further.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t size) : formerHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &former_);
+        const rlimit limit{size, former_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &former_);
+        std::signal(SIGXFSZ, formerHandler_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+  private:
+    rlimit former_{};
+    sighandler_t formerHandler_;
+};
+
+class ARefusedWrite : public SuiteFile {
+  protected:
+    void expectEverythingToWork() const {
+        const auto settings = open();
+        settings->set("works", "again");
+        EXPECT_EQ(Worker({name_}).ask("get again"), "works");
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+    }
+};
+
+TEST_F(ARefusedWrite, onAFullDiskLosesNothing) {
+    const auto settings = open();
+    settings->set("stored", "key");
+    {
+        const CapturedOutput errors(2);
+        const FullDisk full;
+        for (int count = 0; count < 3; ++count) {
+            settings->set("refused", "key");
+            EXPECT_EQ(settings->string("key"), "stored");
+            EXPECT_EQ(Worker({name_}).ask("get key"), "stored");
+        }
+        EXPECT_THAT(errors.text(), HasSubstr("'key' in " + file_.string() +
+                                             " stays as it was: database or disk is full."));
+        settings->removeObject("key");
+        EXPECT_EQ(settings->string("key"), "stored");
+        EXPECT_EQ(open()->string("key"), "stored");
+    }
+    settings->set("accepted", "key");
+    EXPECT_EQ(settings->string("key"), "accepted");
+    expectEverythingToWork();
+}
+
+TEST(AWrite, isMarkedAsLongAsItLasts) {
+    const auto name = newSuiteName();
+    const auto settings = UserDefaults::suiteName(name);
+    settings->set(1, "key");
+    const ChangeCounter counter(suiteFile(name).string() + "-changes");
+    {
+        const MarkWatch watch(*counter.mapping());
+        settings->set(2, "key");
+        EXPECT_TRUE(MarkWatch::wasMarkedThroughout());
+    }
+    EXPECT_EQ(counter.mapping()->count() % 2, 0U);
+    EXPECT_EQ(settings->integer("key"), 2);
+}
+
+TEST_F(ARefusedWrite, ofAFileThatMayNotGrowLosesNothing) {
+    const auto settings = open();
+    settings->set("stored", "key");
+    const std::string large(100'000, 'x');
+    {
+        const CapturedOutput errors(2);
+        const FileSizeLimit limit(std::filesystem::file_size(file_.string() + "-wal") + 20'000);
+        for (int count = 0; count < 3; ++count) {
+            settings->set(large, "key");
+            EXPECT_EQ(settings->string("key"), "stored");
+        }
+        EXPECT_THAT(errors.text(), HasSubstr(" stays as it was: "));
+        EXPECT_EQ(Worker({name_}).ask("get key"), "stored");
+    }
+    settings->set(large, "key");
+    EXPECT_EQ(settings->string("key"), large);
+    expectEverythingToWork();
+}
+
+TEST_F(ARefusedWrite, whereNoFileCanBeMadeIsAnAbsentSuite) {
+    {
+        const CapturedOutput errors(2);
+        const FileSizeLimit limit(0);
+        EXPECT_EQ(open(), nullptr);
+    }
+    {
+        const CapturedOutput errors(2);
+        const FullDisk full;
+        EXPECT_EQ(open(), nullptr);
+        EXPECT_THAT(errors.text(), HasSubstr("The suite '" + name_ + "' cannot be opened: "));
+    }
+    expectEverythingToWork();
+}
+
+TEST_F(ARefusedWrite, forWantOfACounterIsTheReadersLotOnlyUntilThereCanBeOne) {
+    open()->set(1, "key");
+    std::filesystem::remove(file_.string() + "-changes");
+    const auto settings = [&] {
+        const FileSizeLimit limit(16);
+        return open();
+    }();
+    ASSERT_NE(settings, nullptr);
+    for (int count = 0; count < 1000; ++count) {
+        ASSERT_EQ(settings->integer("key"), 1);
+    }
+    // By now it looks no more: it would find that there is no file, and begin a new one.
+    std::filesystem::rename(file_, file_.string() + ".away");
+    EXPECT_EQ(settings->integer("key"), 1);
+    EXPECT_FALSE(std::filesystem::exists(file_));
+    std::filesystem::rename(file_.string() + ".away", file_);
+    EXPECT_EQ(Worker({name_}).ask("set key 2"), "done");
+    EXPECT_EQ(settings->integer("key"), 2);
+}
+
+TEST_F(ARefusedWrite, ofTheStandardStoreEndsNothing) {
+    const auto standard = UserDefaults::standard();
+    standard->set("stored", "key");
+    {
+        const CapturedOutput errors(2);
+        const FullDisk full;
+        standard->set("refused", "key");
+        EXPECT_EQ(standard->string("key"), "stored");
+        EXPECT_THAT(errors.text(), HasSubstr("stays as it was: database or disk is full."));
+    }
+    standard->set("accepted", "key");
+    EXPECT_EQ(standard->string("key"), "accepted");
+    standard->removeObject("key");
+}
+
+// The superuser may write everywhere, so it goes on as somebody else, and as a process of its own.
+void expect(bool condition, const char* what) {
+    if (!condition) {
+        std::cerr << "not so: " << what << std::endl;
+        _exit(EXIT_FAILURE);
+    }
+}
+
+/// before: what the superuser does last; whether it was done.
+void becomeSomebodyElse(const std::function<bool()>& before = [] { return true; }) {
+    if (geteuid() != 0) {
+        return;
+    }
+    const auto home = settingsHome().parent_path();
+    expect(chown(home.c_str(), kSomebodyElse, kSomebodyElse) == 0, "the folder is given away");
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
+        expect(chown(entry.path().c_str(), kSomebodyElse, kSomebodyElse) == 0, "so is the file");
+    }
+    expect(before(), "the superuser has done his part");
+    expect(setgid(kSomebodyElse) == 0 && setuid(kSomebodyElse) == 0, "this is somebody else");
+}
+
+void protect(const std::filesystem::path& folder, bool isProtected) {
+    chmod(folder.c_str(), 0700);
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        chmod(entry.path().c_str(), isProtected ? 0400 : 0600);
+    }
+    chmod(folder.c_str(), isProtected ? 0500 : 0700);
+}
+
+[[noreturn]] void endWell() {
+    std::filesystem::remove_all(settingsHome().parent_path());
+    std::cerr << "all is well" << std::endl;
+    _exit(EXIT_SUCCESS);
+}
+
+[[noreturn]] void useAReadOnlyFolder(const std::string& name,
+                                     std::initializer_list<const char*> missing) {
+    const auto file = suiteFile(name);
+    UserDefaults::suiteName(name)->set("stored", "key");
+    for (const std::string suffix : missing) {
+        if (suffix == "-wal") {
+            emptyLog(file);
+        }
+        std::filesystem::remove(file.string() + suffix);
+    }
+    becomeSomebodyElse();
+    protect(file.parent_path(), true);
+    expect(UserDefaults::suiteName("another") == nullptr, "no new suite can be made");
+    const auto settings = UserDefaults::suiteName(name);
+    expect(settings != nullptr, "the suite can be opened");
+    expect(settings->string("key") == "stored", "what is stored can be read");
+    settings->set("refused", "key");
+    expect(settings->string("key") == "stored", "what was stored is still there");
+    expect(settings->dictionaryRepresentation().size() == 1, "all of it");
+    expect(Worker({name}).ask("get key") == "stored", "by others, too");
+    protect(file.parent_path(), false);
+    settings->set("accepted", "key");
+    expect(settings->string("key") == "accepted", "it can be written again");
+    expect(UserDefaults::suiteName(name)->string("key") == "accepted", "by all who open it");
+    endWell();
+}
+
+[[noreturn]] void useALinkToAReadOnlyFolder(const std::string& name) {
+    const auto file = suiteFile(name);
+    const auto target = settingsHome() / ("elsewhere of " + name) / "settings";
+    UserDefaults::suiteName(name)->set("in the database", "key");
+    emptyLog(file);
+    UserDefaults::suiteName(name)->set("in the log", "key");
+    std::filesystem::create_directories(target.parent_path());
+    for (const std::string suffix : {"", "-wal"}) {
+        std::filesystem::rename(file.string() + suffix, target.string() + suffix);
+    }
+    std::filesystem::create_symlink(target, file);
+    becomeSomebodyElse();
+    protect(target.parent_path(), true);
+    const auto settings = UserDefaults::suiteName(name);
+    expect(settings && settings->string("key") == "in the log", "what is in the log is read");
+    protect(target.parent_path(), false);
+    settings->set("accepted", "key");
+    expect(settings->string("key") == "accepted", "it can be written again");
+    endWell();
+}
+
+/// Only the superuser can give a file to a third; anybody else finds one that is his.
+[[noreturn]] void useAThirdPersonsFiles(const std::string& name) {
+    const auto file = suiteFile(name);
+    const auto third = suiteFile("of a third");
+    UserDefaults::suiteName(name)->set("stored", "key");
+    if (geteuid() != 0) {
+        std::filesystem::create_symlink("/etc/passwd", third);
+    } else {
+        UserDefaults::suiteName("of a third")->set("theirs", "key");
+        becomeSomebodyElse([&] {
+            return chown(third.c_str(), kAThird, kAThird) == 0 &&
+                   chown((file.string() + "-changes").c_str(), kAThird, kAThird) == 0;
+        });
+        const auto settings = UserDefaults::suiteName(name);
+        expect(settings && settings->string("key") == "stored", "without the counter it is read");
+        settings->set("refused", "key");
+        expect(settings->string("key") == "stored", "what was stored is still there");
+        std::filesystem::remove(file.string() + "-changes");
+    }
+    expect(UserDefaults::suiteName("of a third") == nullptr, "a third's suite cannot be opened");
+    const auto settings = UserDefaults::suiteName(name);
+    settings->set("accepted", "key");
+    expect(settings->string("key") == "accepted", "the own one can be written");
+    endWell();
+}
+
+TEST_F(ARefusedWrite, toAThirdPersonsFilesLosesNothing) {
+    EXPECT_EXIT(useAThirdPersonsFiles(name_), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "The suite 'of a third' cannot be opened: .* belongs to another user");
+}
+
+TEST_F(ARefusedWrite, inAReadOnlyFolderLosesNothing) {
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {}), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: .*sqlite: Permission denied");
+}
+
+TEST_F(ARefusedWrite, inAReadOnlyFolderWithoutALogLosesNothing) {
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {"-wal", "-shm", "-changes"}),
+                ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: .*sqlite-changes: Permission denied");
+}
+
+TEST_F(ARefusedWrite, throughALinkToAReadOnlyFolderLosesNothing) {
+    EXPECT_EXIT(useALinkToAReadOnlyFolder(name_), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "all is well");
+}
+
+// As somebody restores a folder who knows of databases and their logs.
+TEST_F(ARefusedWrite, inAReadOnlyFolderWithoutTheLogsIndexLosesNothing) {
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {"-shm", "-changes"}),
+                ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: .*sqlite-changes: Permission denied");
+    EXPECT_EXIT(useAReadOnlyFolder(name_, {"-shm"}), ::testing::ExitedWithCode(EXIT_SUCCESS),
+                "'key' in .* stays as it was: unable to open database file");
+}
+
+}  // namespace
+}  // namespace orvalo::testing

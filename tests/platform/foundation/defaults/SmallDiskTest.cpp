@@ -1,0 +1,310 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/DefaultsDomain.h"
+#include "tests/platform/foundation/defaults/Database.h"
+#include "tests/platform/foundation/defaults/SmallDisk.h"
+#include "tests/platform/foundation/defaults/SuiteFile.h"
+#include "tests/platform/foundation/defaults/Worker.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Truly;
+
+class ASmallDisk : public SuiteFile {
+  protected:
+    static void SetUpTestSuite() { SmallDisk::shared().mount(settingsHome().parent_path()); }
+    static void TearDownTestSuite() { SmallDisk::shared().unmount(); }
+
+    ASmallDisk() { disk_.empty(); }
+    ~ASmallDisk() override { disk_.makeRoom(); }
+
+    /// Without the empty ones with which the log sets warnings apart.
+    static std::vector<std::string> lines(const CapturedOutput& output) {
+        auto lines = output.lines();
+        std::erase(lines, "");
+        return lines;
+    }
+
+    /// A write that is either stored or refused with one line, and which of both.
+    bool isStored(UserDefaults& settings, const PropertyList& value, const std::string& key) {
+        const CapturedOutput errors(2);
+        const auto before = settings.object(key);
+        settings.set(value, key);
+        const auto after = settings.object(key);
+        if (after == value) {
+            EXPECT_THAT(lines(errors), IsEmpty());
+            stored_.insert_or_assign(key, value);
+            return true;
+        }
+        EXPECT_EQ(after, before);
+        EXPECT_THAT(lines(errors), ElementsAre(HasSubstr("'" + key + "' in " + file_.string() +
+                                                         " stays as it was: ")));
+        return false;
+    }
+
+    /// What was stored is there for the one, for all who come new, and in the file.
+    void expectAllThatWasStored(const UserDefaults& settings) const {
+        EXPECT_EQ(settings.dictionaryRepresentation(), stored_);
+        Worker other({name_});
+        EXPECT_EQ(other.ask("count"), std::to_string(stored_.size()));
+        for (const auto& [key, value] : stored_) {
+            EXPECT_EQ(other.ask("get " + key), description(value));
+        }
+    }
+
+    /// It has no room for much, neither for a new key nor for an old one.
+    void expectToBeReadAlone(UserDefaults& settings) {
+        const std::string much(100'000, 'x');
+        EXPECT_FALSE(isStored(settings, much, stored_.begin()->first));
+        EXPECT_FALSE(isStored(settings, much, "never before"));
+        expectAllThatWasStored(settings);
+    }
+
+    void expectToWorkAgain(UserDefaults& settings) {
+        EXPECT_TRUE(isStored(settings, 1, "again"));
+        EXPECT_TRUE(isStored(settings, std::string(100'000, 'l'), "large"));
+        Worker other({name_});
+        EXPECT_EQ(other.ask("set theirs 5"), "done");
+        EXPECT_EQ(settings.integer("theirs"), 5);
+        stored_.insert_or_assign("theirs", 5);
+        expectAllThatWasStored(settings);
+        EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
+        EXPECT_THAT(setAside(file_), IsEmpty());
+    }
+
+    void expectToWorkOnceThereIsRoom(UserDefaults& settings) {
+        disk_.makeRoom();
+        expectToWorkAgain(settings);
+    }
+
+    /// No new suite can be made, as one line says.
+    static void expectNoOther() {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
+        EXPECT_THAT(lines(errors),
+                    ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
+    }
+
+    /// A suite whose database has a log beside it, and nothing else.
+    void makeALogWithoutIndex() {
+        ASSERT_TRUE(isStored(*open(), "there", "key"));
+        emptyLog(file_);
+        ASSERT_TRUE(isStored(*open(), "in the log", "new"));
+        for (const auto* suffix : {"-shm", "-changes"}) {
+            std::filesystem::remove(file_.string() + suffix);
+        }
+        ASSERT_GT(std::filesystem::file_size(file_.string() + "-wal"), 0U);
+    }
+
+    /// A suite whose database lies alone in its folder.
+    void makeADatabaseAlone() {
+        ASSERT_TRUE(isStored(*open(), "there", "key"));
+        emptyLog(file_);
+        for (const auto* suffix : {"-wal", "-shm", "-changes"}) {
+            std::filesystem::remove(file_.string() + suffix);
+        }
+    }
+
+    SmallDisk& disk_ = SmallDisk::shared();
+    PropertyList::Dictionary stored_;
+};
+
+TEST_F(ASmallDisk, thatIsFullLosesNothing) {
+    const auto settings = open();
+    for (int number = 0; number < 20; ++number) {
+        ASSERT_TRUE(isStored(*settings, number, std::to_string(number)));
+    }
+    disk_.fill();
+    // What is small may find room in a page that has been begun.
+    for (int number = 0; number < 20; ++number) {
+        isStored(*settings, -1 - number, std::to_string(number));
+    }
+    expectToBeReadAlone(*settings);
+    expectToWorkOnceThereIsRoom(*settings);
+}
+
+TEST_F(ASmallDisk, thatIsFullHidesNothingThatOthersHaveStored) {
+    const auto settings = open();
+    ASSERT_TRUE(isStored(*settings, 1, "key"));
+    EXPECT_EQ(Worker({name_}).ask("set theirs 5"), "done");
+    disk_.fill();
+    {
+        const CapturedOutput errors(2);
+        settings->set(std::string(100'000, 'x'), "key");
+        EXPECT_THAT(lines(errors), ElementsAre(HasSubstr(" stays as it was: ")));
+    }
+    stored_.insert_or_assign("theirs", 5);
+    expectAllThatWasStored(*settings);
+}
+
+TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
+    const auto settings = open();
+    Worker other({name_});
+    int refusals = 0;
+    for (int number = 0; refusals < 5; ++number) {
+        const auto key = "key" + std::to_string(number);
+        const auto size = static_cast<std::size_t>(number * 37 % 20'000);
+        refusals += isStored(*settings, std::string(size, 'v'), key) ? 0 : 1;
+        if (number % 10 == 0) {
+            EXPECT_EQ(other.ask("count"), std::to_string(stored_.size()));
+        }
+    }
+    EXPECT_GT(stored_.size(), 20U);
+    expectAllThatWasStored(*settings);
+    expectToWorkOnceThereIsRoom(*settings);
+}
+
+TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
+    const auto settings = open();
+    ASSERT_TRUE(isStored(*settings, 1, "key"));
+    const auto change = [&](bool isWhole) {
+        DefaultsChanges changes{.isWhole = isWhole, .entries = {{"key", 2}}};
+        for (int number = 0; number < 100; ++number) {
+            changes.entries.push_back({"key" + std::to_string(number), std::string(30'000, 'v')});
+        }
+        DefaultsDomain::of(file_.string())->change(std::move(changes));
+    };
+    for (const bool isWhole : {false, true}) {
+        EXPECT_THROW(change(isWhole), NSError);
+        expectAllThatWasStored(*settings);
+    }
+    disk_.makeRoom();
+    change(true);
+    EXPECT_EQ(settings->dictionaryRepresentation().size(), 101U);
+    EXPECT_EQ(Worker({name_}).ask("count"), "101");
+}
+
+TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
+    makeADatabaseAlone();
+    disk_.fill();
+    {
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        expectToBeReadAlone(*settings);
+        expectToWorkOnceThereIsRoom(*settings);
+    }
+    expectAllThatWasStored(*open());
+}
+
+TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexCanBeRead) {
+    for (const bool isFull : {true, false}) {
+        disk_.empty();
+        stored_.clear();
+        makeALogWithoutIndex();
+        isFull ? disk_.fill() : disk_.protect();
+        const auto settings = open();
+        ASSERT_NE(settings, nullptr);
+        expectToBeReadAlone(*settings);
+        expectToWorkOnceThereIsRoom(*settings);
+    }
+}
+
+TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexLetsAReaderFollowOthersOnceItHas) {
+    makeALogWithoutIndex();
+    disk_.protect();
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    expectAllThatWasStored(*settings);
+    disk_.makeRoom();
+    Worker other({name_});
+    for (int number = 0; number < 300; ++number) {
+        EXPECT_EQ(other.ask("set theirs " + std::to_string(number)), "done");
+        EXPECT_EQ(settings->integer("theirs"), number);
+    }
+    stored_.insert_or_assign("theirs", 299);
+    expectToWorkAgain(*settings);
+}
+
+TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    disk_.fill();
+    expectNoOther();
+    EXPECT_FALSE(std::filesystem::exists(suiteFile("another")));
+    disk_.makeRoom();
+    const auto another = UserDefaults::suiteName("another");
+    ASSERT_NE(another, nullptr);
+    another->set(5, "key");
+    EXPECT_EQ(Worker({"another"}).ask("get key"), "5");
+    expectToWorkAgain(*open());
+}
+
+TEST_F(ASmallDisk, thatIsFullLeavesADamagedFileAloneWithoutACounter) {
+    const auto bytes = "Dear diary, " + std::string(500, '.');
+    writeBytes(file_, bytes);
+    disk_.fill();
+    {
+        const CapturedOutput errors(2);
+        EXPECT_EQ(open(), nullptr);
+        EXPECT_THAT(lines(errors), ElementsAre(HasSubstr(" cannot be opened: ")));
+    }
+    EXPECT_THAT(setAside(file_), IsEmpty());
+    EXPECT_TRUE(bytesOf(file_) == bytes);
+    disk_.makeRoom();
+    const CapturedOutput errors(2);
+    EXPECT_NE(open(), nullptr);
+    EXPECT_THAT(setAside(file_),
+                ElementsAre(Truly([&](const auto& old) { return bytesOf(old) == bytes; })));
+}
+
+// To write to a page of a mapped file for which there is no room ends a program.
+TEST_F(ASmallDisk, thatIsFullEndsNobodyWhoseCounterHasAHole) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    emptyLog(file_);
+    const auto counter = file_.string() + "-changes";
+    for (const std::uintmax_t size : {64, 4096}) {
+        std::filesystem::remove(counter);
+        writeBytes(counter, "");
+        std::filesystem::resize_file(counter, size);
+        disk_.fill();
+        {
+            const auto settings = open();
+            ASSERT_NE(settings, nullptr);
+            expectToBeReadAlone(*settings);
+        }
+        disk_.makeRoom();
+    }
+    expectToWorkAgain(*open());
+}
+
+TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
+    ASSERT_TRUE(isStored(*open(), "there", "key"));
+    // Where the disk is but a limit, only the first who opens needs more.
+    Worker first({name_});
+    EXPECT_EQ(first.ask("get key"), "there");
+    disk_.protect();
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    expectToBeReadAlone(*settings);
+    EXPECT_FALSE(isStored(*settings, 5, "new"));
+    expectNoOther();
+    expectToWorkOnceThereIsRoom(*settings);
+}
+
+TEST_F(ASmallDisk, thatIsReadOnlyLetsAReaderOfTheDatabaseAloneFollowOthersOnceItIsNot) {
+    makeADatabaseAlone();
+    disk_.protect();
+    const auto settings = open();
+    ASSERT_NE(settings, nullptr);
+    expectAllThatWasStored(*settings);
+    disk_.makeRoom();
+    Worker other({name_});
+    EXPECT_EQ(other.ask("set theirs 5"), "done");
+    EXPECT_EQ(settings->integer("theirs"), 5);
+    EXPECT_EQ(other.ask("set theirs 6"), "done");
+    EXPECT_EQ(settings->integer("theirs"), 6);
+    stored_.insert_or_assign("theirs", 6);
+    expectToWorkAgain(*settings);
+}
+
+}  // namespace
+}  // namespace orvalo::testing

@@ -1,0 +1,95 @@
+#include <glib.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "platform/foundation/Bundle.h"
+#include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
+#include "tests/platform/plugin-ui/bridge/ServicePid.h"
+#include "tests/platform/plugin-ui/bridge/UnhurriedLimits.h"
+#include "tests/platform/plugin-ui/bridge/WindowAt.h"
+#include "tests/platform/plugin-ui/x11/Pointer.h"
+#include "tests/platform/plugin-ui/x11/Screen.h"
+#include "tests/platform/plugin-ui/x11/Toplevel.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::ElementsAre;
+
+constexpr unsigned kColor = 0x336699;
+constexpr X11Rect kArea{50, 40, 400, 300};
+// The toplevel stands at (100, 100).
+constexpr X11Rect kOnScreen{150, 140, 400, 300};
+
+LV2World& world() {
+    static const std::string folder = ORVALO_SERVICE_EFFECTS;
+    static auto* effects = new LV2World({{folder}, folder + "/none"});
+    return *effects;
+}
+
+/// A UI whose effect lives in a process of its own, in a plain window that has the
+/// keyboard. Of the keys that it gets it sends all on.
+class BridgedKeys : public ::testing::Test {
+  protected:
+    BridgedKeys() : inside_(toplevel_.focusInside()) {
+        movePointer(1, 1);
+        unit_->allocateRenderResources(48000);
+        pluginUI_ = std::make_unique<BridgedEmbeddedPluginUI>(
+            connection_, unit_, false,
+            EmbeddedPluginUI::Place{toplevel_.window(), 1.0, kArea.size(), nullptr});
+        pluginUI_->onUnusedKey = [this](const X11Key& key) { keys_.push_back(key.code); };
+        pluginUI_->place(kArea, kArea);
+        pluginUI_->setVisible(true);
+    }
+
+    /// Waits until a UI is on screen that is not in the container of the last.
+    bool comesAnew() {
+        const bool isNew = waitFor([this] {
+            return parentWindowAt(200, 200) != container_ && pixelAt(200, 200) == kColor &&
+                   rectangleOf(windowAt(200, 200)) == kOnScreen;
+        });
+        container_ = parentWindowAt(200, 200);
+        return isNew;
+    }
+    /// Clicks into the UI and strikes a key, of which nobody but the UI hears.
+    void strike(unsigned long keysym) {
+        ASSERT_EQ(keyboardFocus(), inside_);
+        click(200, 200);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+        const auto count = keys_.size();
+        strikeKey(keysym);
+        ASSERT_TRUE(waitFor([this, count] { return keys_.size() > count; }));
+        runFor(20);
+    }
+
+    Toplevel toplevel_;
+    const unsigned long inside_;
+    const std::shared_ptr<X11Connection> connection_ = X11Connection::open(g_getenv("DISPLAY"));
+    std::shared_ptr<BridgedAudioUnit> unit_ = std::make_shared<BridgedAudioUnit>(
+        world(), "urn:orvalo:service:face", AudioComponentDescription{},
+        Bundle::main()->helperURL("effect-service").path(), unhurriedLimits());
+    std::unique_ptr<BridgedEmbeddedPluginUI> pluginUI_;
+    unsigned long container_ = 0;
+    std::vector<unsigned> keys_;
+};
+
+TEST_F(BridgedKeys, ComeOnceAlsoFromAPluginUIThatWasMadeAnew) {
+    const CapturedOutput errors(STDERR_FILENO);
+    ASSERT_TRUE(comesAnew());
+    ASSERT_NO_FATAL_FAILURE(strike('a'));
+    ASSERT_TRUE(killService());
+    ASSERT_TRUE(comesAnew());
+    ASSERT_NO_FATAL_FAILURE(strike('b'));
+    // The UI reaches the effect's instance, which another rate replaces.
+    unit_->allocateRenderResources(96000);
+    ASSERT_TRUE(comesAnew());
+    ASSERT_NO_FATAL_FAILURE(strike('c'));
+    EXPECT_THAT(keys_, ElementsAre(keycode('a'), keycode('b'), keycode('c')));
+}
+
+}  // namespace

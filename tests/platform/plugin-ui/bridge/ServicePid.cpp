@@ -1,0 +1,32 @@
+#include "tests/platform/plugin-ui/bridge/ServicePid.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace orvalo::testing {
+
+std::vector<pid_t> servicePids() {
+    std::vector<pid_t> result;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream children(task.path() / "children");
+        for (pid_t pid = 0; children >> pid;) {
+            // What stands there of a process that is not reaped, too.
+            std::ifstream file("/proc/" + std::to_string(pid) + "/comm");
+            std::string program;
+            std::getline(file, program);
+            if (program == "effect-service") {
+                result.push_back(pid);
+            }
+        }
+    }
+    return result;
+}
+
+bool killService() {
+    const auto pids = servicePids();
+    return pids.size() == 1 && kill(pids.front(), SIGKILL) == 0;
+}
+
+}  // namespace orvalo::testing

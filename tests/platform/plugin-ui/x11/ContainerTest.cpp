@@ -1,0 +1,54 @@
+#include "platform/plugin-ui/x11/X11Container.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <gtest/gtest.h>
+
+#include "tests/platform/plugin-ui/x11/Screen.h"
+#include "tests/platform/plugin-ui/x11/Toplevel.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+
+class Container : public ::testing::Test {
+  protected:
+    Window makeChild() const {
+        const auto child =
+            XCreateSimpleWindow(screen(), container_->window(), 0, 0, 100, 80, 0, 0, 0);
+        XSync(screen(), False);
+        return child;
+    }
+    static void setLeastSize(Window window, int width, int height) {
+        XSizeHints hints{};
+        hints.flags = PMinSize;
+        hints.min_width = width;
+        hints.min_height = height;
+        XSetWMNormalHints(screen(), window, &hints);
+        XSync(screen(), False);
+    }
+
+    Toplevel toplevel_;
+    const std::shared_ptr<X11Connection> connection_ = X11Connection::open("");
+    std::unique_ptr<X11Container> container_ =
+        std::make_unique<X11Container>(connection_, toplevel_.window(), X11Size{100, 80});
+};
+
+TEST_F(Container, ListensToTheWindowThatItHasTakenLast) {
+    const auto first = makeChild();
+    container_->adopt(first);
+    const auto second = makeChild();
+    container_->adopt(second);
+    setLeastSize(first, 50, 40);
+    setLeastSize(second, 30, 20);
+    EXPECT_TRUE(waitFor([this] { return container_->rules().smallest == X11Size{30, 20}; }));
+    int changes = 0;
+    container_->onRules = [&changes] { ++changes; };
+    setLeastSize(first, 60, 50);
+    setLeastSize(second, 35, 25);
+    EXPECT_TRUE(waitFor([this] { return container_->rules().smallest == X11Size{35, 25}; }));
+    EXPECT_EQ(changes, 1);
+}
+
+}  // namespace

@@ -1,0 +1,169 @@
+#include <gmock/gmock.h>
+
+#include "tests/platform/plugin-ui/x11/PluginUIFixture.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using zoo::Misdeed;
+
+constexpr unsigned long kSpace = 0x20;
+
+class PluginUIKeyboard : public PluginUIFixture {
+  protected:
+    /// A UI that is drawn.
+    void show() {
+        open();
+        ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    }
+    void clickIntoIt() {
+        click(200, 200);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    }
+    /// It takes the keyboard for itself, which it has from a click.
+    void misbehave() {
+        clickIntoIt();
+        commit(Misdeed::takeKeyboard);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+    }
+};
+
+TEST_F(PluginUIKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
+    const auto inside = toplevel_.focusInside();
+    ASSERT_NO_FATAL_FAILURE(show());
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+    strikeKey(kSpace);
+    ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
+    EXPECT_TRUE(toplevel_.takeKeys().empty());
+    movePointer(700, 500);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    // The next visit begins with a click, too.
+    movePointer(200, 200);
+    runFor(20);
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    EXPECT_EQ(record_.keys.size(), 1U);
+}
+
+TEST_F(PluginUIKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWheel) {
+    const auto inside = toplevel_.focusInside();
+    ASSERT_NO_FATAL_FAILURE(show());
+    constexpr unsigned kWheelUp = 4;
+    click(200, 200, kWheelUp);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+    strikeKey(kSpace);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    // Nor when it takes it for itself.
+    commit(Misdeed::takeKeyboard);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+    EXPECT_TRUE(record_.keys.empty());
+}
+
+TEST_F(PluginUIKeyboard, GivesTheKeyboardBackAtAClickElsewhere) {
+    const auto inside = toplevel_.focusInside();
+    ASSERT_NO_FATAL_FAILURE(show());
+    ASSERT_NO_FATAL_FAILURE(misbehave());
+    // The pointer comes out of the UI only with the click.
+    movePointer(700, 500);
+    pressButton(1);
+    releaseButton(1);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    // A click anywhere else on the screen gives it nothing either.
+    click(5, 5);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), inside);
+}
+
+TEST_F(PluginUIKeyboard, GetsTheKeyboardThatItsToplevelGetsAfterTheClick) {
+    ASSERT_NO_FATAL_FAILURE(show());
+    const Toplevel other;
+    const auto elsewhere = other.focusInside();
+    other.lower();
+    click(200, 200);
+    runFor(20);
+    EXPECT_EQ(keyboardFocus(), elsewhere);
+    toplevel_.focusInside();
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+}
+
+TEST_F(PluginUIKeyboard, HasTheKeyboardAlsoAfterItWasMadeAnew) {
+    toplevel_.focusInside();
+    open("direct");
+    unit_->allocateRenderResources(96000.0);
+    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2 && record_.width == 400; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+    // The toplevel's events are still heard.
+    toplevel_.focusInside();
+    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+}
+
+TEST_F(PluginUIKeyboard, GivesTheKeyboardBackThatItTookForItself) {
+    const auto inside = toplevel_.focusInside();
+    ASSERT_NO_FATAL_FAILURE(show());
+    ASSERT_NO_FATAL_FAILURE(misbehave());
+    movePointer(700, 500);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    ASSERT_NO_FATAL_FAILURE(misbehave());
+    embedded_->setVisible(false);
+    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+}
+
+TEST_F(PluginUIKeyboard, HandsBackTheKeysThatThePluginUISendsOnWhileItHasTheKeyboard) {
+    toplevel_.focusInside();
+    open();
+    std::vector<unsigned> unused;
+    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    const unsigned space = keycode(kSpace);
+    // With the mask for keys, and with none.
+    for (const long mask : {1L, 0L}) {
+        unused.clear();
+        record_.keyMask = mask;
+        ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+        strikeKey(kSpace);
+        EXPECT_TRUE(waitFor([&] { return unused == std::vector{space}; })) << mask;
+        movePointer(700, 500);
+        ASSERT_TRUE(waitFor([this] { return keyboardFocus() != toplevel_.window(); }));
+    }
+    // What is sent without the keyboard is nobody's key.
+    unused.clear();
+    sendKey(record_.parent, space);
+    runFor(20);
+    EXPECT_TRUE(unused.empty());
+}
+
+TEST_F(PluginUIKeyboard, LeavesKeysThatThePluginUIDoesNotWantToTheToplevel) {
+    toplevel_.focusInside();
+    open();
+    std::vector<unsigned> unused;
+    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    commit(Misdeed::ignoreKeys);
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+    strikeKey(kSpace);
+    runFor(20);
+    EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
+    EXPECT_TRUE(unused.empty());
+    EXPECT_TRUE(record_.keys.empty());
+}
+
+TEST_F(PluginUIKeyboard, MayBeClosedByAKeyThatItSendsOn) {
+    toplevel_.focusInside();
+    ASSERT_NO_FATAL_FAILURE(show());
+    record_.keyMask = 1;
+    connection_ = nullptr;
+    embedded_->onUnusedKey = [this](const X11Key& /*key*/) { embedded_ = nullptr; };
+    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+    strikeKey(kSpace);
+    EXPECT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_EQ(record_.cleanups, 1);
+}
+
+}  // namespace

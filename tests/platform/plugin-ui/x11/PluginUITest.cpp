@@ -1,0 +1,308 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/foundation/NSError.h"
+#include "tests/platform/plugin-ui/x11/PluginUIFixture.h"
+#include "tests/testing/CapturedOutput.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using zoo::Misdeed;
+
+constexpr std::uint32_t kGain = 4;
+constexpr std::uint32_t kCount = 5;
+
+using PluginUI = PluginUIFixture;
+
+TEST_F(PluginUI, StandsInItsAreaAndFillsIt) {
+    open();
+    EXPECT_EQ(record_.instantiations, 1);
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0 && record_.width == 400; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    EXPECT_EQ(record_.height, 300);
+    EXPECT_EQ(record_.toldWidth, 400);
+    EXPECT_EQ(record_.toldHeight, 300);
+    EXPECT_TRUE(isPainted(200, 200, 0x336699U));
+    EXPECT_TRUE(isPainted(120, 120, 0x202020U));
+}
+
+TEST_F(PluginUI, GetsWhatTheHostOffers) {
+    open();
+    for (const std::string feature :
+         {"http://lv2plug.in/ns/ext/urid#map", "http://lv2plug.in/ns/ext/urid#unmap",
+          "http://lv2plug.in/ns/ext/options#options", "http://lv2plug.in/ns/ext/log#log",
+          "http://lv2plug.in/ns/extensions/ui#parent", "http://lv2plug.in/ns/extensions/ui#resize",
+          "http://lv2plug.in/ns/extensions/ui#portMap",
+          "http://lv2plug.in/ns/extensions/ui#portSubscribe",
+          "http://lv2plug.in/ns/extensions/ui#touch",
+          "http://lv2plug.in/ns/extensions/ui#idleInterface",
+          "http://lv2plug.in/ns/extensions/ui#requestValue",
+          "http://lv2plug.in/ns/ext/instance-access", "http://lv2plug.in/ns/ext/data-access"}) {
+        EXPECT_THAT(record_.features, Contains(feature));
+    }
+    EXPECT_EQ(record_.updateRate, 60.0F);
+    EXPECT_EQ(record_.scaleFactor, 2.0F);
+    EXPECT_EQ(record_.sampleRate, 48000.0F);
+    EXPECT_EQ(record_.windowTitle, "UI probe");
+    EXPECT_EQ(record_.gainIndex, kGain);
+    EXPECT_EQ(record_.unknownIndex, 0xFFFFFFFFU);
+    // Taken: the events of the output, the values of a control. Refused: those of an input, peaks,
+    // a port that is not there.
+    EXPECT_EQ(record_.subscriptions, 11010U);
+    commit(Misdeed::requestValue);
+    EXPECT_EQ(record_.requested, 3);
+}
+
+TEST_F(PluginUI, ShowsTheControlsAndTheirChanges) {
+    open();
+    EXPECT_EQ(record_.values[kGain], 0.5F);
+    EXPECT_EQ(record_.valueCounts[kGain], 1);
+    EXPECT_EQ(record_.valueCounts[kCount], 1);
+    unit_->controls().setValue(kGain, 3.5F);
+    ASSERT_TRUE(waitFor([this] { return record_.values[kGain] == 3.5F; }));
+    runFor(20);
+    EXPECT_EQ(record_.valueCounts[kGain], 2);
+    EXPECT_EQ(record_.valueCounts[kCount], 1);
+}
+
+TEST_F(PluginUI, SetsAControlByClickAndDragAndIsNotTold) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    click(150 + 120, 200);
+    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 1.2F; }));
+    movePointer(150 + 50, 200);
+    pressButton(1);
+    movePointer(150 + 90, 210);
+    // Beyond its edge: the button holds the pointer.
+    movePointer(150 + 410, 210);
+    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 4.1F; }));
+    releaseButton(1);
+    EXPECT_EQ(record_.valueCounts[kGain], 1);
+    EXPECT_EQ(record_.clicks, 2);
+}
+
+TEST_F(PluginUI, ExchangesEventsWithTheEffect) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    click(200, 200, 3);
+    ASSERT_TRUE(waitFor([this] {
+        render(*unit_);
+        return !record_.events.empty();
+    }));
+    EXPECT_EQ(record_.events.size(), 1U);
+    EXPECT_EQ(record_.events[0], (std::vector<unsigned char>{'h', 'e', 'l', 'l', 'o'}));
+    ASSERT_TRUE(waitFor([this] { return record_.values[kCount] == 1.0F; }));
+}
+
+TEST_F(PluginUI, HearsNoEventsThatItHasNotAskedFor) {
+    open("fixed");
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    click(200, 200, 3);
+    ASSERT_TRUE(waitFor([this] {
+        render(*unit_);
+        return record_.values[kCount] == 1.0F;
+    }));
+    EXPECT_TRUE(record_.events.empty());
+}
+
+TEST_F(PluginUI, WritesNothingThatAPortCannotTake) {
+    open();
+    const CapturedOutput errors(2);
+    commit(Misdeed::writeNonsense);
+    EXPECT_EQ(unit_->controls().value(kGain), 0.5F);
+    EXPECT_EQ(unit_->controls().value(kCount), 0.0F);
+    EXPECT_THAT(errors.text(),
+                HasSubstr("The UI of <urn:orvalo:ui:probe> wrote to port 4 what that "
+                          "cannot take."));
+    EXPECT_EQ(errors.text().find("wrote"), errors.text().rfind("wrote"));
+}
+
+TEST_F(PluginUI, IsClosedWhenItSaysSo) {
+    open();
+    record_.misdeed = Misdeed::close;
+    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_EQ(closed_, (std::vector<std::string>{"it has closed itself"}));
+    EXPECT_EQ(record_.cleanups, 1);
+    const int idles = record_.idles;
+    runFor(20);
+    EXPECT_EQ(record_.idles, idles);
+}
+
+TEST_F(PluginUI, IsCleanedUpAfterItsOwnCodeWhenThatHasItClosed) {
+    open();
+    int cleanups = -1;
+    // As a UI's own message box does, which runs the loop in which the window is closed.
+    record_.onCall = [&] {
+        embedded_ = nullptr;
+        cleanups = record_.cleanups;
+    };
+    record_.misdeed = Misdeed::callOut;
+    ASSERT_TRUE(waitFor([this] { return record_.cleanups == 1; }));
+    EXPECT_EQ(cleanups, 0);
+    EXPECT_TRUE(closed_.empty());
+}
+
+TEST_F(PluginUI, IsClosedWhenItDestroysItsWindow) {
+    open();
+    record_.misdeed = Misdeed::destroyWindow;
+    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_EQ(closed_, (std::vector<std::string>{"it has lost its window"}));
+    EXPECT_EQ(record_.cleanups, 1);
+}
+
+TEST_F(PluginUI, IsClosedWhenTheToplevelGoes) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    toplevel_.destroy();
+    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_EQ(closed_, (std::vector<std::string>{"it has lost its window"}));
+}
+
+TEST_F(PluginUI, SurvivesItsErrorsAndReportsOneOfEachKind) {
+    open();
+    const CapturedOutput errors(2);
+    commit(Misdeed::badWindow);
+    commit(Misdeed::badWindow);
+    EXPECT_THAT(errors.text(),
+                AllOf(HasSubstr("made an X11 error (BadWindow (invalid Window parameter), request "
+                                "8.0); ignored."),
+                      HasSubstr("request 12.0); ignored.")));
+    const auto text = errors.text();
+    EXPECT_EQ(text.find("request 8.0"), text.rfind("request 8.0"));
+    EXPECT_NE(embedded_, nullptr);
+}
+
+TEST_F(PluginUI, StaysInItsAreaWhateverItAsksFor) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.width == 400; }));
+    int changes = 0;
+    embedded_->onRules = [&changes] { ++changes; };
+    commit(Misdeed::wantByWindow);
+    ASSERT_TRUE(waitFor([this] { return embedded_->rules().wanted == X11Size{500, 120}; }));
+    commit(Misdeed::wantByFeature);
+    EXPECT_EQ(embedded_->rules().wanted, (X11Size{400, 300}));
+    EXPECT_EQ(changes, 2);
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+}
+
+TEST_F(PluginUI, StandsInTheMiddleWithTheOnlyExtentThatItHas) {
+    open();
+    commit(Misdeed::fixHints);
+    ASSERT_TRUE(waitFor([this] { return record_.width == 200; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150 + 100, 140 + 75, 200, 150}));
+    EXPECT_TRUE(isPainted(160, 150, 0x202020U));
+}
+
+TEST_F(PluginUI, HasTheExtentThatItAskedForWhereItsDataSayFixed) {
+    open("fixed");
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150 + 50, 140 + 50, 300, 200}));
+    commit(Misdeed::wantByWindow);
+    ASSERT_TRUE(waitFor([this] { return record_.width == 500; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140 + 90, 500, 120}));
+    EXPECT_EQ(embedded_->rules().least(), (X11Size{500, 120}));
+}
+
+TEST_F(PluginUI, IsCutWhereItIsLargerThanWhatCanBeSeen) {
+    open();
+    commit(Misdeed::growHints);
+    ASSERT_TRUE(waitFor([this] { return record_.width == 900; }));
+    EXPECT_EQ(embedded_->rules().least(), (X11Size{900, 700}));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 900, 700}));
+    EXPECT_TRUE(isPainted(150 + 399, 140 + 299, 0x336699U));
+    EXPECT_TRUE(isPainted(150 + 400, 140 + 299, 0x202020U));
+    // Scrolled by (60, 80).
+    embedded_->place({-10, -40, 900, 700}, kArea);
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{90, 60, 900, 700}));
+    EXPECT_TRUE(isPainted(140, 200, 0x202020U));
+    EXPECT_TRUE(isPainted(150, 200, 0x336699U));
+}
+
+TEST_F(PluginUI, FollowsItsArea) {
+    open();
+    embedded_->place({0, 0, 640, 480}, {0, 0, 640, 480});
+    ASSERT_TRUE(waitFor([this] { return record_.width == 640 && record_.height == 480; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{100, 100, 640, 480}));
+    embedded_->place({20, 30, 640, 480}, {20, 30, 0, 0});
+    EXPECT_TRUE(comesTo(record_.window, {}));
+}
+
+TEST_F(PluginUI, PlacesItsOtherWindowsAsItLikes) {
+    open();
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    commit(Misdeed::secondWindow);
+    EXPECT_TRUE(comesTo(record_.second, X11Rect{160, 160, 60, 50}));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+}
+
+TEST_F(PluginUI, IsUnmappedAndSlowWhileItIsHidden) {
+    open("probe", false);
+    EXPECT_TRUE(comesTo(record_.window, {}));
+    const auto countTurns = [this] {
+        // The number of its turns while the host's timer makes 100.
+        const int before = record_.idles;
+        runFor(100);
+        return record_.idles - before;
+    };
+    const int hidden = countTurns();
+    embedded_->setVisible(true);
+    EXPECT_TRUE(comesTo(record_.window, {150, 140, 400, 300}));
+    const int shown = countTurns();
+    EXPECT_GT(shown, 3 * hidden);
+    embedded_->setVisible(false);
+    EXPECT_TRUE(comesTo(record_.window, {}));
+    // What changes meanwhile reaches it all the same.
+    unit_->controls().setValue(kGain, 0.25F);
+    ASSERT_TRUE(waitFor([this] { return record_.values[kGain] == 0.25F; }));
+}
+
+TEST_F(PluginUI, KeepsItsUnitWhenThatIsMadeAnewForAnotherRate) {
+    open();
+    unit_->allocateRenderResources(96000.0);
+    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    runFor(20);
+    EXPECT_EQ(record_.instantiations, 1);
+    click(150 + 80, 200);
+    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 0.8F; }));
+}
+
+TEST_F(PluginUI, IsMadeAnewWithTheInstanceThatItReaches) {
+    open("direct");
+    const auto* before = record_.instance;
+    ASSERT_NE(before, nullptr);
+    unit_->allocateRenderResources(96000.0);
+    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2; }));
+    EXPECT_EQ(record_.cleanups, 1);
+    EXPECT_NE(record_.instance, before);
+    ASSERT_TRUE(waitFor([this] { return record_.width == 400; }));
+    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+}
+
+TEST_F(PluginUI, ThatRefusesToBeMadeIsAnError) {
+    const auto refusal = [this](const std::string& name) -> std::string {
+        try {
+            open(name);
+            return "";
+        } catch (const NSError& error) {
+            return error.localizedDescription();
+        }
+    };
+    EXPECT_EQ(refusal("refusing"),
+              "The UI of <urn:orvalo:ui:refusing> cannot be shown: it refuses to be "
+              "made.");
+}
+
+TEST_F(PluginUI, IsClosedWhenItMakesNoWindow) {
+    open("windowless");
+    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_EQ(closed_, (std::vector<std::string>{"it makes no window"}));
+}
+
+}  // namespace

@@ -1,0 +1,95 @@
+#include "tests/platform/plugin-ui/x11/Screen.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <glib.h>
+
+#include <set>
+
+#include "platform/foundation/RunLoop.h"
+#include "platform/plugin-ui/x11/X11Errors.h"
+#include "tests/testing/XServer.h"
+
+namespace orvalo::testing {
+
+Display* screen() {
+    static const XServer server;
+    static Display* const display = [] {
+        auto* opened = XOpenDisplay(nullptr);
+        // The tests look at windows that may be gone.
+        X11Errors::takeOver();
+        X11Errors::ignore(opened, true);
+        return opened;
+    }();
+    return display;
+}
+
+bool waitFor(const std::function<bool()>& condition) {
+    // Turns even where nothing else happens, and never holds up what does.
+    const auto turns = g_timeout_add_full(
+        G_PRIORITY_LOW, 5, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
+    const bool held = RunLoop::main()->run(condition, std::chrono::seconds(60));
+    g_source_remove(turns);
+    return held;
+}
+
+void runFor(int turns) {
+    int left = turns;
+    waitFor([&left] { return --left < 0; });
+}
+
+X11Rect rectangleOf(unsigned long window) {
+    auto* display = screen();
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(display, window, &attributes) == 0 ||
+        attributes.map_state != IsViewable) {
+        return {};
+    }
+    X11Rect result{0, 0, attributes.width, attributes.height};
+    Window child = 0;
+    XTranslateCoordinates(display, window, DefaultRootWindow(display), 0, 0, &result.x, &result.y,
+                          &child);
+    return result;
+}
+
+unsigned pixelAt(int x, int y) {
+    auto* display = screen();
+    auto* image = XGetImage(display, DefaultRootWindow(display), x, y, 1, 1, AllPlanes, ZPixmap);
+    const auto pixel = static_cast<unsigned>(XGetPixel(image, 0, 0) & 0xFFFFFFU);
+    XDestroyImage(image);
+    return pixel;
+}
+
+std::size_t countColors(const X11Rect& area) {
+    auto* display = screen();
+    auto* image = XGetImage(display, DefaultRootWindow(display), area.x, area.y,
+                            static_cast<unsigned>(area.width), static_cast<unsigned>(area.height),
+                            AllPlanes, ZPixmap);
+    std::set<unsigned long> colors;
+    for (int x = 0; image != nullptr && x < area.width; x += 7) {
+        for (int y = 0; y < area.height; y += 7) {
+            colors.insert(XGetPixel(image, x, y));
+        }
+    }
+    if (image != nullptr) {
+        XDestroyImage(image);
+    }
+    return colors.size();
+}
+
+bool comesTo(unsigned long window, const X11Rect& rectangle) {
+    return waitFor([&] { return rectangleOf(window) == rectangle; });
+}
+
+bool isPainted(int x, int y, unsigned color) {
+    return waitFor([=] { return pixelAt(x, y) == color; });
+}
+
+unsigned long keyboardFocus() {
+    Window focus = 0;
+    int revert = 0;
+    XGetInputFocus(screen(), &focus, &revert);
+    return focus;
+}
+
+}  // namespace orvalo::testing

@@ -1,0 +1,130 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/programs/defaults/ToolFixture.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+class DefaultsCommandLineTest : public ToolFixture {
+  protected:
+    void expectBad(const std::vector<std::string>& arguments, const std::string& line) const {
+        expectRefusal(arguments, line, 2);
+    }
+};
+
+TEST_F(DefaultsCommandLineTest, HelpNamesEveryCommand) {
+    const auto end = run({"--help"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.output, StartsWith("Usage:\n  orvalo-defaults COMMAND ...\n"));
+    for (const auto* command :
+         {"domains ", "list DOMAIN", "read DOMAIN [KEY]", "write DOMAIN KEY", "delete DOMAIN KEY",
+          "export DOMAIN [FILE]", "import DOMAIN [FILE]"}) {
+        EXPECT_THAT(end.output, HasSubstr(std::string("\n  ") + command));
+    }
+    EXPECT_THAT(end.output, HasSubstr("\n  orvalo-defaults read group.com.Tessaly.audio\n"));
+    EXPECT_THAT(end.output, HasSubstr("\norvalo-defaults --version the version.\n"));
+    EXPECT_EQ(run({"-h"}).output, end.output);
+    EXPECT_EQ(run({"help"}).output, end.output);
+}
+
+TEST_F(DefaultsCommandLineTest, HelpOfACommandNamesItsOptions) {
+    const auto write = run({"write", "--help"});
+    EXPECT_EQ(write.status, 0);
+    EXPECT_THAT(write.output, StartsWith("Usage:\n  orvalo-defaults write"));
+    for (const auto* option : {"--string=TEXT", "--int=N", "--float=N", "--bool=true|false",
+                               "--date=DATE", "--data=BASE64", "--json=JSON"}) {
+        EXPECT_THAT(write.output, HasSubstr(option));
+    }
+    EXPECT_THAT(run({"read", "-h"}).output, HasSubstr("--raw"));
+    EXPECT_THAT(run({"delete", "--help"}).output, HasSubstr("--all"));
+    EXPECT_THAT(run({"export", "--help"}).output, HasSubstr("--format=json|xml"));
+    EXPECT_THAT(run({"import", "d", "--help"}).output, HasSubstr("--replace"));
+}
+
+TEST_F(DefaultsCommandLineTest, HelpOfACommandSaysWhatItDoes) {
+    const auto all = run({"--help"}).output;
+    for (const std::string command :
+         {"domains", "list", "read", "write", "delete", "export", "import"}) {
+        // In the list of commands it begins in the same column for all.
+        const auto at = all.find("\n  " + command + " ") + 27;
+        const auto does = all.substr(at, all.find('\n', at) - at);
+        EXPECT_GT(does.size(), 20U);
+        EXPECT_THAT(run({command, "--help"}).output, HasSubstr("\n" + does + "\n")) << command;
+    }
+}
+
+TEST_F(DefaultsCommandLineTest, TheVersionIsOneLine) {
+    expectOutput({"--version"}, "orvalo-defaults " ORVALO_VERSION "\n");
+}
+
+TEST_F(DefaultsCommandLineTest, WhatMakesNoSenseIsOneLine) {
+    expectBad({}, "a command is missing; see orvalo-defaults --help.");
+    expectBad({"frob\x1b"}, "'frob\\u001b' is no command; see orvalo-defaults --help.");
+    expectBad({"domains", "d"}, "domains: 'd' is one argument too many.");
+    expectBad({"list"}, "list wants DOMAIN.");
+    expectBad({"list", "d", "k"}, "list: 'k' is one argument too many.");
+    expectBad({"read"}, "read wants DOMAIN [KEY].");
+    expectBad({"read", "d", "k", "v"}, "read: 'v' is one argument too many.");
+    expectBad({"read", "--raw", "d"}, "--raw wants a key.");
+    expectBad({"write", "d", "--int", "5"}, "write wants DOMAIN KEY.");
+    expectBad({"write", "d", "k", "5"}, "write: '5' is one argument too many.");
+    expectBad({"write", "d", "k", "--int"}, "write: Missing argument for --int.");
+    expectBad({"write", "d", "k", "--loudly"}, "write: Unknown option --loudly.");
+    expectBad({"write", "d", "k", "--x\x1b"}, "write: Unknown option --x\\u001b.");
+    expectBad({"delete", "d"}, "delete wants either a key or --all.");
+    expectBad({"delete", "d", "k", "--all"}, "delete wants either a key or --all.");
+    expectBad({"export", "d", "--format", "yaml"}, "--format wants json or xml, not 'yaml'.");
+    expectBad({"export", "d", ""}, "export wants a file name, not an empty one.");
+    expectBad({"import", "d", ""}, "import wants a file name, not an empty one.");
+}
+
+TEST_F(DefaultsCommandLineTest, WriteWantsOneType) {
+    const auto* line =
+        "write wants exactly one of --string, --int, --float, --bool, --date, --data and --json.";
+    expectBad({"write", "d", "k"}, line);
+    expectBad({"write", "d", "k", "--int", "1", "--float", "1"}, line);
+}
+
+TEST_F(DefaultsCommandLineTest, AValueThatIsNoneOfItsTypeIsNamed) {
+    expectBad({"write", "d", "k", "--int", "5x"},
+              "--int wants a whole number of 64 bits, not '5x'.");
+    expectBad({"write", "d", "k", "--int", "9223372036854775808"},
+              "--int wants a whole number of 64 bits, not '9223372036854775808'.");
+    expectBad({"write", "d", "k", "--float", "1e400"}, "--float wants a number, not '1e400'.");
+    expectBad({"write", "d", "k", "--bool", "maybe"}, "--bool wants true or false, not 'maybe'.");
+    expectBad({"write", "d", "k", "--date", "today"},
+              "--date wants a date such as 2026-11-21T08:30:00Z, not 'today'.");
+    expectBad({"write", "d", "k", "--data", "?"}, "--data wants Base64, not '?'.");
+    expectBad({"write", "d", "k", "--json", "[null]"},
+              "--json: element 1: null is no value of a domain.");
+    expectBad({"write", "d", "k", "--int", std::string(1000, '9')},
+              "--int wants a whole number of 64 bits, not '" + std::string(60, '9') + "...'.");
+}
+
+TEST_F(DefaultsCommandLineTest, NamesThatNoDomainCanHaveAreRefused) {
+    expectBad({"read", ""}, "A suite needs a name.");
+    expectBad({"read", "a/b"}, "The suite name 'a/b' is a path.");
+    expectBad({"read", "a/\x1b"}, "The suite name 'a/\\u001b' is a path.");
+    expectBad({"write", "..", "k", "--int", "1"}, "The suite name '..' is a path.");
+    expectBad({"read", "\xff"}, "'\\xff' is not UTF-8.");
+    expectBad({"write", "d", "\xff", "--int", "1"}, "'\\xff' is not UTF-8.");
+    expectBad({"write", "d", "k", "--string", "\xff"}, "'\\xff' is not UTF-8.");
+}
+
+TEST_F(DefaultsCommandLineTest, TwoHyphensEndTheOptions) {
+    expectSilence({"write", "d", "--int=-5", "--", "--raw"});
+    expectOutput({"read", "d", "--", "--raw"}, "-5\n");
+}
+
+TEST_F(DefaultsCommandLineTest, TextIsUTF8InEveryLocale) {
+    environment["LC_ALL"] = "C";
+    expectSilence({"write", "d", "Größe", "--string", "groß"});
+    expectOutput({"read", "d"}, "{\n  \"Größe\": \"groß\"\n}\n");
+}
+
+}  // namespace
+}  // namespace orvalo::testing

@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "programs/defaults/format/JSONForm.h"
+#include "programs/defaults/format/XMLForm.h"
+#include "tests/programs/defaults/FormFixtures.h"
+#include "tests/programs/defaults/ToolFixture.h"
+
+namespace orvalo::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DefaultsExportTest : public ToolFixture {
+  protected:
+    DefaultsExportTest() { expectSilence({"write", "d", "k", "--float", "1"}); }
+
+    const std::string json = "{\n  \"k\": 1.0\n}\n";
+};
+
+TEST_F(DefaultsExportTest, WithoutAFileItIsStandardOutput) {
+    expectOutput({"export", "d"}, json);
+    expectOutput({"export", "d", "-"}, json);
+    const auto xml = run({"export", "d", "--format", "xml"});
+    EXPECT_EQ(xml.output, xmlText({{"k", 1.0}}));
+}
+
+TEST_F(DefaultsExportTest, AFilesNameSaysItsFormat) {
+    for (const std::string name : {"out.plist", "out.xml"}) {
+        expectSilence({"export", "d", path(name)});
+        EXPECT_EQ(contents(path(name)), xmlText({{"k", 1.0}}));
+    }
+    for (const std::string name : {"out.json", "out", "plist"}) {
+        expectSilence({"export", "d", path(name)});
+        EXPECT_EQ(contents(path(name)), json);
+    }
+    expectSilence({"export", "--format=json", "d", path("other.plist")});
+    EXPECT_EQ(contents(path("other.plist")), json);
+}
+
+TEST_F(DefaultsExportTest, TheFileIsItsOwnersAlone) {
+    file("there", "before");
+    for (const std::string name : {"there", "new"}) {
+        expectSilence({"export", "d", path(name)});
+        EXPECT_EQ(fs::status(path(name)).permissions(),
+                  fs::perms::owner_read | fs::perms::owner_write);
+    }
+}
+
+TEST_F(DefaultsExportTest, ALinkStaysOne) {
+    fs::create_symlink("target", path("link"));
+    file("target", "before");
+    expectSilence({"export", "d", path("link")});
+    EXPECT_TRUE(fs::is_symlink(path("link")));
+    EXPECT_EQ(contents(path("target")), json);
+}
+
+TEST_F(DefaultsExportTest, ALinkThatLeadsNowhereIsNamedAndLeftAlone) {
+    fs::create_symlink("nowhere", path("link"));
+    expectRefusal({"export", "d", path("link")}, path("link") + ": No such file or directory", 1);
+    EXPECT_TRUE(fs::is_symlink(path("link")));
+    EXPECT_FALSE(fs::exists(path("nowhere")));
+}
+
+TEST_F(DefaultsExportTest, WhatCannotBeWrittenIsNamedAndLeftAlone) {
+    expectRefusal({"export", "d", path("no/such")}, path("no/such") + ": No such file or directory",
+                  1);
+    expectRefusal({"export", "d", folder.path().string()},
+                  folder.path().string() + ": Is a directory", 1);
+    expectRefusal({"export", "d", "/dev/full"}, "/dev/full: No space left on device", 1);
+    EXPECT_TRUE(fs::is_character_file("/dev/full"));
+
+    file("there", "before");
+    expectSilence({"write", "d", "k\n", "--string", "\x1b"});
+    expectRefusal({"export", "--format=xml", "d", path("there")},
+                  "'k\\n': XML cannot carry the character '\\u001b'; JSON can.", 1);
+    EXPECT_EQ(contents(path("there")), "before");
+}
+
+TEST_F(DefaultsExportTest, NothingIsLeftBesideTheFile) {
+    fs::create_directories(path("place"));
+    expectSilence({"export", "d", path("place/out")});
+    EXPECT_EQ(std::distance(fs::directory_iterator(path("place")), {}), 1);
+}
+
+TEST_F(DefaultsExportTest, AFileForWhichThereIsNoRoomStaysAsItWas) {
+    fs::create_directories(path("place"));
+    file("place/out", "before");
+    expectSilence({"import", "d", file("in", R"({"k": ")" + std::string(300'000, 'x') + "\"}")});
+    // 102,400 bytes.
+    const auto end = shell(R"(trap '' XFSZ; ulimit -f 200; "$D" export d )" + path("place/out"));
+    EXPECT_EQ(end.error, "orvalo-defaults: " + path("place/out") + ": File too large\n");
+    EXPECT_EQ(end.status, 1);
+    EXPECT_EQ(contents(path("place/out")), "before");
+    EXPECT_EQ(std::distance(fs::directory_iterator(path("place")), {}), 1);
+}
+
+class DefaultsRoundTripTest : public ToolFixture {};
+
+TEST_F(DefaultsRoundTripTest, EveryKindComesBackThroughStoreAndFile) {
+    const auto json = jsonText(everyKind()) + "\n";
+    const auto xml = xmlText(everyKind());
+    expectSilence({"import", "a", file("in.json", json)});
+    expectOutput({"export", "a"}, json);
+    expectSilence({"export", "a", path("out.plist")});
+    EXPECT_EQ(contents(path("out.plist")), xml);
+    expectSilence({"import", "b", path("out.plist")});
+    expectOutput({"export", "b"}, json);
+    expectOutput({"read", "b"}, json);
+}
+
+TEST_F(DefaultsRoundTripTest, TheDeepestValueComesBackThroughStoreAndFile) {
+    const auto json = jsonText(Dictionary{{"deep", deepestValue()}}) + "\n";
+    expectSilence({"import", "a", file("in.json", json)});
+    for (const std::string name : {"out.json", "out.plist"}) {
+        expectSilence({"export", "a", path(name)});
+        expectSilence({"import", "--replace", "b", path(name)});
+        expectOutput({"export", "b"}, json);
+    }
+}
+
+}  // namespace
+}  // namespace orvalo::testing

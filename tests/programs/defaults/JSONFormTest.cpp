@@ -1,0 +1,125 @@
+#include "programs/defaults/format/JSONForm.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "tests/programs/defaults/FormFixtures.h"
+
+namespace orvalo::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+std::string domainTrouble(const std::string& text) {
+    return trouble([&] { jsonDomain(text); });
+}
+
+TEST(JSONForm, EveryKindComesBackAsItWas) {
+    const auto domain = everyKind();
+    EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
+    EXPECT_EQ(jsonValue(jsonText(PropertyList(domain))), PropertyList(domain));
+    for (const auto& [key, value] : domain) {
+        EXPECT_EQ(jsonValue(jsonText(value)), value) << key;
+    }
+    const auto strange = jsonValue(jsonText(PropertyList(std::nan(""))));
+    EXPECT_TRUE(strange.as<double>() != nullptr && std::isnan(*strange.as<double>()));
+}
+
+TEST(JSONForm, ADomainOfOneKeyIsNoForm) {
+    const Dictionary domain{{"$date", "2026-11-21T08:30:00Z"}};
+    EXPECT_EQ(jsonText(domain), "{\n  \"$date\": \"2026-11-21T08:30:00Z\"\n}");
+    EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
+}
+
+TEST(JSONForm, TheDeepestValueOfTheStoreComesBackAsItWas) {
+    const Dictionary domain{{"deep", deepestValue()}};
+    EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
+}
+
+TEST(JSONForm, EveryKindIsWrittenSo) {
+    EXPECT_EQ(jsonText(PropertyList(true)), "true");
+    EXPECT_EQ(jsonText(PropertyList(-5)), "-5");
+    EXPECT_EQ(jsonText(PropertyList(5.0)), "5.0");
+    EXPECT_EQ(jsonText(PropertyList(-0.0)), "-0.0");
+    EXPECT_EQ(jsonText(PropertyList(1e300)), "1e+300");
+    EXPECT_EQ(jsonText(PropertyList("é\"\\\n")), R"("é\"\\\n")");
+    EXPECT_EQ(jsonText(PropertyList(std::numeric_limits<double>::infinity())),
+              "{\n  \"$real\": \"inf\"\n}");
+    EXPECT_EQ(jsonText(PropertyList(Data{0xFB, 0xFF})), "{\n  \"$data\": \"+/8=\"\n}");
+    EXPECT_EQ(jsonText(PropertyList(PropertyList::Date{})),
+              "{\n  \"$date\": \"1970-01-01T00:00:00Z\"\n}");
+    EXPECT_EQ(jsonText(PropertyList(Dictionary{{"$x", 1}})),
+              "{\n  \"$dictionary\": {\n    \"$x\": 1\n  }\n}");
+    EXPECT_EQ(jsonText(PropertyList(List{1, List{}, Dictionary{}})), "[\n  1,\n  [],\n  {}\n]");
+}
+
+TEST(JSONForm, NoControlCharacterIsLeft) {
+    const std::string text = "\x01\x1b[2J\x7f\u0080\u009b\u00a0\n";
+    EXPECT_EQ(jsonText(PropertyList(text)), "\"\\u0001\\u001b[2J\\u007f\\u0080\\u009b\u00a0\\n\"");
+    EXPECT_EQ(jsonValue(jsonText(PropertyList(text))), PropertyList(text));
+}
+
+TEST(JSONForm, NumbersAreIntegersUnlessTheyAreWrittenAsFloats) {
+    EXPECT_EQ(jsonValue("5"), PropertyList(5));
+    EXPECT_EQ(jsonValue("5.0"), PropertyList(5.0));
+    EXPECT_EQ(jsonValue("5e0"), PropertyList(5.0));
+    EXPECT_EQ(jsonValue("5E0"), PropertyList(5.0));
+    EXPECT_EQ(jsonValue("-9223372036854775808"), PropertyList(INT64_MIN));
+    EXPECT_EQ(trouble([] { jsonValue("9223372036854775808"); }),
+              "the number 9223372036854775808 has more than 64 bits.");
+    EXPECT_EQ(trouble([] { jsonValue("-9223372036854775809"); }),
+              "the number '-9223372036854775809' has more than 64 bits.");
+    EXPECT_EQ(trouble([] { jsonValue("[1, 99999999999999999999999]"); }),
+              "element 2: the number '99999999999999999999999' has more than 64 bits.");
+    EXPECT_THAT(trouble([] { jsonValue("1e400"); }), HasSubstr("1e400"));
+}
+
+TEST(JSONForm, WhatIsNoJSONIsNamedWithItsLine) {
+    EXPECT_THAT(domainTrouble(""), StartsWith("line 1, column 1: "));
+    EXPECT_THAT(domainTrouble("{\n  \"a\": 1,\n}"), StartsWith("line 3, column 1: "));
+    EXPECT_THAT(domainTrouble("{} {}"), StartsWith("line 1, column 4: "));
+    EXPECT_THAT(domainTrouble("{\"a\": 'x'}"), StartsWith("line 1, column 7: "));
+    EXPECT_THAT(domainTrouble("{\"\xff\": 1}"), StartsWith("line 1, column 3: "));
+    EXPECT_LT(domainTrouble("{\"" + std::string(100'000, 'x') + "\n").size(), 250U);
+}
+
+TEST(JSONForm, WhatNoDomainCanHoldIsNamedWithItsPlace) {
+    EXPECT_EQ(domainTrouble(R"({"a": null})"), "'a': null is no value of a domain.");
+    EXPECT_EQ(domainTrouble(R"({"a": {"b": [1, null]}})"),
+              "'a', 'b', element 2: null is no value of a domain.");
+    EXPECT_EQ(domainTrouble(R"({"a": [[[[[[[null]]]]]]]})"),
+              "'a', element 1, element 1, element 1, element 1, element 1: null is no value of a "
+              "domain.");
+    EXPECT_EQ(domainTrouble(R"({"a": 1, "a": 2})"), "the key 'a' stands twice.");
+    EXPECT_EQ(domainTrouble(R"({"a": {"b": 1, "b": 2}})"), "'a': the key 'b' stands twice.");
+    EXPECT_EQ(domainTrouble("[]"), "it holds no object of keys and values.");
+    EXPECT_EQ(domainTrouble("5"), "it holds no object of keys and values.");
+}
+
+TEST(JSONForm, FormsThatAreNoneAreNamedWithTheirPlace) {
+    for (const auto* form : {R"({"$date": "yesterday"})", R"({"$date": 5})", R"({"$data": "?"})",
+                             R"({"$real": "1.5"})", R"({"$real": 1.5})", R"({"$dictionary": []})",
+                             R"({"$x": 1})", R"({"$": {}})"}) {
+        const auto name = std::string(form).substr(2, std::string(form).find(':') - 3);
+        EXPECT_EQ(domainTrouble("{\"a\": [0, " + std::string(form) + "]}"),
+                  "'a', element 2: this is no form of '" + name + "'; see orvalo-defaults(1).");
+    }
+    EXPECT_EQ(domainTrouble(R"({"a": {"$dictionary": {"$b": {"$date": 5}}}})"),
+              "'a', '$b': this is no form of '$date'; see orvalo-defaults(1).");
+}
+
+TEST(JSONForm, NestingHasAnEnd) {
+    const auto nested = [](std::size_t depth) {
+        return "{\"a\":" + std::string(depth, '[') + std::string(depth, ']') + "}";
+    };
+    EXPECT_EQ(domainTrouble(nested(256)), "no error");
+    EXPECT_THAT(domainTrouble(nested(257)), HasSubstr("nested too deeply."));
+    EXPECT_THAT(domainTrouble(nested(1'000'000)), HasSubstr("nested too deeply."));
+}
+
+}  // namespace
+}  // namespace orvalo::testing

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/programs/play/Program.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace orvalo::testing {
+
+/// orvalo-defaults of the stage, in a home of its own for every test.
+class ToolFixture : public ::testing::Test {
+  protected:
+    struct End {
+        int status = 0;
+        std::string output;
+        std::string error;
+    };
+
+    ToolFixture();
+
+    /// A run to its end.
+    End run(const std::vector<std::string>& arguments) const;
+    /// The same by the shell, where "$D" is the program.
+    End shell(const std::string& line) const;
+
+    /// The run does what it is asked and says nothing.
+    void expectSilence(const std::vector<std::string>& arguments) const;
+    /// The run prints exactly this.
+    void expectOutput(const std::vector<std::string>& arguments, const std::string& output) const;
+    /// The run prints nothing but one line on standard error.
+    void expectRefusal(const std::vector<std::string>& arguments, const std::string& line,
+                       int status) const;
+
+    /// A file in the folder that holds the text; its path.
+    std::string file(const std::string& name, const std::string& text) const;
+    std::string path(const std::string& name) const { return (folder.path() / name).string(); }
+
+    TemporaryFolder folder;
+    Program::Environment environment;
+
+  private:
+    static End ended(Program& program);
+};
+
+/// What a file holds.
+std::string contents(const std::string& path);
+
+}  // namespace orvalo::testing

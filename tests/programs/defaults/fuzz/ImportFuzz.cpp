@@ -1,0 +1,232 @@
+// Feeds damaged settings to the readers of both formats: each refuses its text with a FormatError,
+// or reads it; then what it read is the same again when either format, or the store's, has carried
+// it.
+//
+//     defaults_import_fuzz SEEDS ROUNDS [FIRST]    rounds FIRST, FIRST + 1, ... over the seeds
+//     defaults_import_fuzz FILE                    one file as it is
+//
+// A round depends on its number alone; it stands on standard error when the program dies.
+
+#include <glib.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/PropertyListCoding.h"
+#include "programs/defaults/format/FormatError.h"
+#include "programs/defaults/format/JSONForm.h"
+#include "programs/defaults/format/XMLForm.h"
+
+namespace {
+
+using namespace orvalo;
+
+namespace fs = std::filesystem;
+
+// What means something to one reader or the other.
+constexpr std::array<std::string_view, 60> kTokens{"{",
+                                                   "}",
+                                                   "[",
+                                                   "]",
+                                                   ",",
+                                                   ":",
+                                                   "\"",
+                                                   "\\",
+                                                   "\\u0000",
+                                                   "\\ud800",
+                                                   "\\u009b",
+                                                   "null",
+                                                   "true",
+                                                   "-0",
+                                                   "0.0",
+                                                   "1e999",
+                                                   "1e-999",
+                                                   "9223372036854775807",
+                                                   "9223372036854775808",
+                                                   "-9223372036854775809",
+                                                   "\"$date\"",
+                                                   "\"$data\"",
+                                                   "\"$real\"",
+                                                   "\"$dictionary\"",
+                                                   R"({"$date":"2001-01-01T00:00:00Z"})",
+                                                   R"({"$real":"nan"})",
+                                                   "{\"$dictionary\":{",
+                                                   "<",
+                                                   ">",
+                                                   "</",
+                                                   "/>",
+                                                   "<plist>",
+                                                   "</plist>",
+                                                   "<dict>",
+                                                   "</dict>",
+                                                   "<array>",
+                                                   "</array>",
+                                                   "<key>k</key>",
+                                                   "<key></key>",
+                                                   "<string>",
+                                                   "</string>",
+                                                   "<integer>",
+                                                   "</integer>",
+                                                   "<real>nan",
+                                                   "</real>",
+                                                   "<date>2069-12-31T23:59:59.999999Z</date>",
+                                                   "<data>AAAA</data>",
+                                                   "<true/>",
+                                                   "<![CDATA[",
+                                                   "]]>",
+                                                   "<!--",
+                                                   "-->",
+                                                   "<!DOCTYPE x [<!ENTITY a \"b\">]>",
+                                                   "&#0;",
+                                                   "&#27;",
+                                                   "&lt;",
+                                                   "&a;",
+                                                   "\xff",
+                                                   "\xc2\x9b",
+                                                   "\r\n"};
+
+struct Counts {
+    int read = 0;
+    int refused = 0;
+};
+
+std::string bytesOf(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<std::string> seedsIn(const fs::path& folder) {
+    std::vector<fs::path> paths{fs::directory_iterator(folder), {}};
+    std::ranges::sort(paths);
+    std::vector<std::string> seeds;
+    std::ranges::transform(paths, std::back_inserter(seeds), bytesOf);
+    return seeds;
+}
+
+/// A piece of the text: where it begins and how long it is.
+std::pair<std::size_t, std::size_t> piece(const std::string& text, std::mt19937& random) {
+    const auto at = random() % (text.size() + 1);
+    return {at, std::min<std::size_t>(random() % 24, text.size() - at)};
+}
+
+/// Puts something in the place of a piece of the text: a token, a byte, nothing, a piece of its own
+/// or of another seed.
+void damage(std::string& text, const std::string& other, std::mt19937& random) {
+    const auto [at, size] = piece(text, random);
+    switch (random() % 5) {
+        case 0:
+            text.replace(at, random() % 2 == 0 ? 0 : size, kTokens.at(random() % kTokens.size()));
+            break;
+        case 1:
+            text.replace(at, std::min<std::size_t>(1, size), 1, static_cast<char>(random()));
+            break;
+        case 2:
+            text.erase(at, random() % 16 == 0 ? std::string::npos : size);
+            break;
+        case 3: {
+            const auto [from, length] = piece(text, random);
+            text.insert(at, text.substr(from, length));
+            break;
+        }
+        default: {
+            const auto [from, length] = piece(other, random);
+            text.replace(at, size, other.substr(from, length));
+            break;
+        }
+    }
+}
+
+void expectSame(const std::string& expected, const PropertyList::Dictionary& entries,
+                const char* carrier) {
+    if (jsonText(entries) != expected) {
+        throw std::logic_error(std::string(carrier) + " carried it wrongly");
+    }
+}
+
+void carry(const PropertyList::Dictionary& entries) {
+    // Texts, as a NaN is equal to nothing.
+    const auto expected = jsonText(entries);
+    expectSame(expected, jsonDomain(expected), "JSON");
+    try {
+        expectSame(expected, xmlDomain(xmlText(entries)), "XML");
+    } catch (const FormatError& error) {
+        if (std::string_view(error.what()).find("XML cannot carry") == std::string_view::npos) {
+            throw;
+        }
+    }
+    try {
+        const auto stored = propertyList(binaryPropertyList(entries));
+        expectSame(expected, *stored.as<PropertyList::Dictionary>(), "the store");
+    } catch (const NSError&) {
+        return;  // Not everything can be stored.
+    }
+}
+
+template <typename Reader>
+void feed(const std::string& text, const Reader& reader, Counts& counts) {
+    PropertyList::Dictionary entries;
+    try {
+        entries = reader(text);
+        ++counts.read;
+    } catch (const FormatError& error) {
+        const std::string_view line = error.what();
+        if (line.empty() || line.size() > 2000 || line.find('\n') != std::string_view::npos) {
+            throw std::logic_error("the refusal is no line");
+        }
+        ++counts.refused;
+        return;
+    }
+    carry(entries);
+}
+
+void feedBoth(const std::string& text, Counts& counts) {
+    feed(
+        text, [](const std::string& json) { return jsonDomain(json); }, counts);
+    feed(
+        text, [](const std::string& xml) { return xmlDomain(xml); }, counts);
+}
+
+}  // namespace
+
+// NOLINTNEXTLINE(bugprone-exception-escape): a finding is to end the program.
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (arguments.empty()) {
+        std::fputs("defaults_import_fuzz SEEDS ROUNDS [FIRST] | FILE\n", stderr);
+        return EXIT_FAILURE;
+    }
+    // What a library has to warn of is a finding too.
+    g_log_set_always_fatal(
+        static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING));
+    Counts counts;
+    if (!fs::is_directory(arguments[0])) {
+        feedBoth(bytesOf(arguments[0]), counts);
+        return EXIT_SUCCESS;
+    }
+    const auto seeds = seedsIn(arguments[0]);
+    const auto rounds = std::stoul(arguments.at(1));
+    const auto first = arguments.size() > 2 ? std::stoul(arguments[2]) : 0;
+    for (auto round = first; round < first + rounds; ++round) {
+        std::fprintf(stderr, "\rround %lu ", round);
+        std::mt19937 random(static_cast<std::mt19937::result_type>(round));
+        auto text = seeds.at(random() % seeds.size());
+        for (auto count = random() % 8; count > 0; --count) {
+            damage(text, seeds.at(random() % seeds.size()), random);
+        }
+        feedBoth(text, counts);
+    }
+    std::fprintf(stderr, "\n%d texts read, %d refused\n", counts.read, counts.refused);
+    // A fuzzer that gets nowhere proves nothing.
+    return counts.read > 0 && counts.refused > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,309 @@
+// The program orvalo-easing, as people and assistive technology have it.
+#include <gio/gio.h>
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "animation/EasingCurve.h"
+#include "animation/EasingName.h"
+#include "platform/foundation/Timer.h"
+#include "tests/app/AccessibleTree.h"
+#include "tests/app/Screenshot.h"
+#include "tests/programs/play/Program.h"
+#include "tests/programs/play/Staged.h"
+#include "tests/testing/Desktop.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
+
+using Lines = std::vector<std::string>;
+
+constexpr auto kStillness =
+    "The desktop asks for less motion: only the end of each movement is shown.";
+
+void write(const std::filesystem::path& file, const std::string& text) {
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << text;
+}
+
+/// A session bus, over which a program finds the bus for accessibility.
+class SessionBus {
+  public:
+    SessionBus() {
+        // Which starting it would take away.
+        const std::string display = g_getenv("DISPLAY");
+        g_test_dbus_add_service_dir(bus_, "/usr/share/dbus-1/services");
+        g_test_dbus_up(bus_);
+        g_setenv("DISPLAY", display.c_str(), TRUE);
+    }
+
+  private:
+    GTestDBus* bus_ = g_test_dbus_new(G_TEST_DBUS_NONE);  // Goes with the program.
+};
+
+/// Looks again and again until it holds; false when it never does.
+bool eventually(const std::function<bool()>& condition) {
+    constexpr double pause = 0.02;
+    const auto timer = Timer::scheduledTimer(pause, [](const auto& /*timer*/) {});
+    const bool holds = condition() || waitUntil(condition);
+    timer->invalidate();
+    return holds;
+}
+
+void key(const std::string& name) {
+    act({"key", name});
+}
+
+/// Writes a number into the field to which the keys lead.
+void enter(const std::string& keys, const std::string& number) {
+    key(keys);
+    act({"type", number});
+}
+
+class EasingWindowTest : public ::testing::Test {
+  protected:
+    EasingWindowTest() {
+        startDesktop();
+        static const SessionBus bus;
+    }
+
+    ~EasingWindowTest() override {
+        if (program) {
+            EXPECT_EQ(end(), 0);
+        }
+    }
+
+    void open() {
+        program = std::make_unique<Program>(std::vector<std::string>{staged("orvalo-easing")},
+                                            environment);
+        act({"mousemove", "2", "2"});
+        activateWindow("^Orvalo Easing$");
+    }
+
+    /// The same, on the page of groups, of which less is to be looked through, at rest; what plays
+    /// there takes no longer than it must.
+    void openGroups() {
+        open();
+        enter("alt+d", "0.2");
+        key("alt+2");
+        EXPECT_TRUE(comes("Play"));
+    }
+
+    /// Closes the window by its keys; the exit status.
+    int end() {
+        key("ctrl+q");
+        const auto running = std::exchange(program, nullptr);
+        const int status = running->wait();
+        EXPECT_EQ(running->standardError(), "");
+        return status;
+    }
+
+    bool isThere(const std::string& name) const {
+        const auto names = easing.names();
+        return std::find(names.begin(), names.end(), name) != names.end();
+    }
+
+    bool comes(const std::string& name) const {
+        return eventually([this, &name] { return isThere(name); });
+    }
+
+    /// What the desktop's settings say, as files of this user.
+    void setToolkit(const std::string& text) const {
+        write(folder.path() / "config/gtk-4.0/settings.ini", "[Settings]\n" + text + "\n");
+    }
+    void setDesktop(const std::string& text) const {
+        write(folder.path() / "config/glib-2.0/settings/keyfile",
+              "[org/gnome/desktop/interface]\n" + text + "\n");
+    }
+
+    const TemporaryFolder folder;
+    const Program::Environment environment{
+        {"GTK_A11Y", "atspi"},
+        {"GSETTINGS_BACKEND", "keyfile"},
+        {"XDG_CONFIG_HOME", (folder.path() / "config").string()}};
+    std::unique_ptr<Program> program;
+    const AccessibleTree easing{"orvalo-easing"};
+};
+
+TEST_F(EasingWindowTest, NamesEveryCurveAndEveryControl) {
+    open();
+    enter("alt+d", "0.2");
+    EXPECT_TRUE(comes("Curves"));
+    Lines expected{"Curves", "Groups", "Impulse", "Duration", "Interval", "Repeat"};
+    for (std::size_t number = 0; number < easingCount; ++number) {
+        expected.push_back(easingName(static_cast<EnumEasing>(number)));
+    }
+    EXPECT_THAT(easing.names(), IsSupersetOf(expected));
+    // It has played by itself.
+    EXPECT_TRUE(comes("Play"));
+    key("alt+3");
+    EXPECT_TRUE(comes("Amount"));
+    EXPECT_THAT(easing.names(), IsSupersetOf({"Amount", "Intensity", "Bounds", "Lower", "Upper"}));
+}
+
+TEST_F(EasingWindowTest, MovesWhatItPlays) {
+    openGroups();
+    key("alt+r");
+    key("F5");
+    EXPECT_TRUE(comes("Stop"));
+    const Screenshot seen;
+    EXPECT_TRUE(eventually([&seen] { return Screenshot() != seen; }));
+}
+
+TEST_F(EasingWindowTest, RepeatsUntilItIsStopped) {
+    openGroups();
+    key("alt+r");
+    key("F5");
+    EXPECT_TRUE(comes("Stop"));
+    key("F5");
+    EXPECT_TRUE(comes("Play"));
+}
+
+TEST_F(EasingWindowTest, DoesWhatAssistiveTechnologyPresses) {
+    openGroups();
+    EXPECT_TRUE(easing.press("Repeat"));
+    EXPECT_TRUE(easing.press("Play"));
+    EXPECT_TRUE(comes("The stack has finished."));
+    // Again, by itself.
+    EXPECT_TRUE(comes("Number 1 has ended and is removed, 4 left."));
+    EXPECT_TRUE(easing.press("Stop"));
+    EXPECT_TRUE(comes("Play"));
+}
+
+TEST_F(EasingWindowTest, ChoosesACurveByTheArrowsAtOneStopOfTab) {
+    open();
+    // What it plays by itself at the start is over, however long the start took.
+    EXPECT_TRUE(comes("Play"));
+    // From the button over the three pages to the curves, and there from InOutCubic on.
+    for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "Right", "End", "Up", "Home", "Down",
+                             "Right", "Right", "Right", "Left", "space"}) {
+        key(name);
+    }
+    // Over duration, interval and repetition back to the button.
+    for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "space"}) {
+        key(name);
+    }
+    EXPECT_TRUE(comes("Stop"));
+    key("alt+2");
+    EXPECT_TRUE(comes("All follow easeInOutQuart, as chosen under Curves."));
+}
+
+TEST_F(EasingWindowTest, RunsEveryKindOfGroupToItsEnd) {
+    openGroups();
+    EXPECT_TRUE(isThere("All follow easeInOutCubic, as chosen under Curves."));
+    for (const auto& [kind, choice] :
+         {std::pair("stack", "alt+t"), {"chain", "alt+c"}, {"sequencer", "alt+q"}}) {
+        key(choice);
+        key("F5");
+        EXPECT_TRUE(comes("The " + std::string(kind) + " has finished.")) << kind;
+        EXPECT_TRUE(comes("Play"));
+    }
+}
+
+TEST_F(EasingWindowTest, RunsAChainAsynchronouslyUntilItsMembersHaveEnded) {
+    openGroups();
+    key("alt+c");
+    EXPECT_TRUE(comes("Asynchronous"));
+    key("alt+a");
+    key("F5");
+    EXPECT_TRUE(comes("The chain has finished."));
+    EXPECT_TRUE(comes("Play"));
+}
+
+TEST_F(EasingWindowTest, TellsWhatBecameOfAPush) {
+    open();
+    key("alt+3");
+    EXPECT_TRUE(comes("Push"));
+    enter("alt+i", "1");
+    key("F5");
+    EXPECT_TRUE(comes("Ended after 308 ticks with 2 collisions."));
+    key("alt+b");
+    enter("alt+a", "24");
+    EXPECT_TRUE(comes("Push"));
+    key("F5");
+    EXPECT_TRUE(comes("Ended after 331 ticks with 0 collisions."));
+}
+
+TEST_F(EasingWindowTest, ShowsEndsOnlyWhereTheToolkitsSettingAsksForLessMotion) {
+    setToolkit("gtk-enable-animations=0");
+    openGroups();
+    EXPECT_TRUE(isThere(kStillness));
+    const Screenshot before;
+    key("F5");
+    EXPECT_TRUE(comes("All have ended."));
+    EXPECT_THAT(easing.names(), Not(Contains("Stop")));
+    EXPECT_TRUE(eventually([&before] { return Screenshot() != before; }));
+    key("alt+3");
+    EXPECT_TRUE(comes("Push"));
+    key("F5");
+    EXPECT_TRUE(comes("Ended after 308 ticks with 2 collisions."));
+    EXPECT_THAT(easing.names(), Not(Contains("Stop")));
+}
+
+TEST_F(EasingWindowTest, FollowsTheDesktopsSettingWhileItRuns) {
+    setDesktop("enable-animations=true");
+    openGroups();
+    EXPECT_THAT(easing.names(), Not(Contains(kStillness)));
+    setDesktop("enable-animations=false");
+    EXPECT_TRUE(comes(kStillness));
+    EXPECT_TRUE(comes("Play"));
+    setDesktop("enable-animations=true");
+    EXPECT_TRUE(eventually([this] { return !isThere(kStillness); }));
+}
+
+struct Answer {
+    int status;
+    Lines output;
+    std::string error;
+};
+
+Answer answerTo(const std::string& option, const Program::Environment& environment = {}) {
+    Program program({staged("orvalo-easing"), option}, environment);
+    const auto output = program.readAll();
+    const int status = program.wait();
+    return {status, output, program.standardError()};
+}
+
+TEST(EasingOptions, NeedNoDisplay) {
+    const Program::Environment bare{{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}};
+    const auto help = answerTo("--help", bare);
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, Contains(HasSubstr("orvalo-easing [OPTION")));
+    EXPECT_THAT(help.output, Contains(HasSubstr("--version")));
+    const auto version = answerTo("--version", bare);
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.output, Lines{"orvalo-easing " ORVALO_VERSION});
+}
+
+TEST(EasingOptions, AreRefusedByName) {
+    const auto unknown = answerTo("--colour");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_EQ(unknown.error, "orvalo-easing: Unknown option --colour\n");
+    const auto stray = answerTo("curve");
+    EXPECT_EQ(stray.status, 2);
+    EXPECT_EQ(stray.error, "orvalo-easing: 'curve' is no option.\n");
+}
+
+TEST(EasingOptions, AMissingDisplayIsToldInALine) {
+    Program program({staged("orvalo-easing")}, {{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
+    EXPECT_EQ(program.wait(), 1);
+    EXPECT_THAT(program.standardError(), HasSubstr("There is no display to show a window on."));
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

@@ -1,0 +1,165 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/landlock.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/programs/effect-service/HostedEffect.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+using ::testing::Each;
+using ::testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+/// What this kernel can confine files with; below 1 for nothing.
+long landlockVersion() {
+    return syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
+}
+
+fs::path processFolder(const ServiceProgram& service) {
+    return fs::path("/proc") / std::to_string(service.id());
+}
+
+/// The line of a file that begins so, without its beginning and the blanks behind that.
+std::string lineOf(const fs::path& path, const std::string& beginning) {
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with(beginning)) {
+            return line.substr(line.find_first_not_of(" \t", beginning.size()));
+        }
+    }
+    return {};
+}
+
+/// What the prober's attempts came to.
+class ServiceConfinement : public ::testing::Test {
+  protected:
+    ServiceConfinement() {
+        std::ofstream(outside_.path() / "secret") << "secret";
+        effect_.request.contextName = outside_.path();
+        effect_.mustInstantiate();
+        std::istringstream lines(effect_.service.standardError());
+        for (std::string line; std::getline(lines, line);) {
+            const auto name = line.find(": ") + 2;
+            const auto outcome = line.rfind(": ");
+            outcomes_[line.substr(name, outcome - name)] = line.substr(outcome + 2);
+        }
+    }
+
+    TemporaryFolder outside_;
+    HostedEffect effect_{ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober"};
+    std::map<std::string, std::string> outcomes_;
+};
+
+TEST_F(ServiceConfinement, LeavesNoSocketsButTheMachinesOwn) {
+    EXPECT_EQ(outcomes_["socket of IPv4"], "EAFNOSUPPORT");
+    EXPECT_EQ(outcomes_["socket of IPv6"], "EAFNOSUPPORT");
+    EXPECT_EQ(outcomes_["socket of packets"], "EAFNOSUPPORT");
+    EXPECT_EQ(outcomes_["ring of requests"], "EPERM");
+    EXPECT_EQ(outcomes_["socket of the machine"], "done");
+}
+
+TEST_F(ServiceConfinement, LeavesTheFilesOfOthersAlone) {
+    const std::string forbidden = landlockVersion() > 0 ? "EACCES" : "done";
+    EXPECT_EQ(outcomes_["read outside"], forbidden);
+    EXPECT_EQ(outcomes_["write outside"], forbidden);
+    EXPECT_EQ(outcomes_["list outside"], forbidden);
+    EXPECT_EQ(outcomes_["write beside its library"], forbidden);
+    EXPECT_EQ(fs::exists(outside_.path() / "made"), landlockVersion() < 1);
+    fs::remove(fs::path(ORVALO_SERVICE_EFFECTS) / "prober.lv2/made");
+}
+
+TEST_F(ServiceConfinement, LeavesTheEffectWhatItNeeds) {
+    EXPECT_EQ(outcomes_["read its bundle"], "done");
+    EXPECT_EQ(outcomes_["write a temporary file"], "done");
+    EXPECT_TRUE(fs::exists(effect_.stateFolder() / "made"));
+    EXPECT_EQ(outcomes_["write nowhere"], "done");
+    EXPECT_EQ(outcomes_["read the system's files"], "done");
+    EXPECT_EQ(outcomes_["run a program"], "done");
+}
+
+TEST_F(ServiceConfinement, LeavesOtherProcessesAndTheSystemAlone) {
+    EXPECT_EQ(outcomes_["signal the host"], landlockVersion() >= 6 ? "EPERM" : "done");
+    EXPECT_EQ(outcomes_["mount"], "EPERM");
+    EXPECT_EQ(outcomes_["read the host's memory"], "EPERM");
+    EXPECT_EQ(outcomes_["keep a secret from the user"], "EPERM");
+    EXPECT_EQ(outcomes_["name a thread"], "done");
+}
+
+TEST_F(ServiceConfinement, LeavesItWhereTheHostCanEndIt) {
+    EXPECT_EQ(outcomes_["leave its group"], "EPERM");
+    EXPECT_EQ(outcomes_["leave its session"], "EPERM");
+    EXPECT_EQ(outcomes_["outlive the host"], "EPERM");
+}
+
+TEST_F(ServiceConfinement, HoldsForAllThreads) {
+    std::vector<std::string> filters;
+    for (const auto& task : fs::directory_iterator(processFolder(effect_.service) / "task")) {
+        EXPECT_EQ(lineOf(task.path() / "status", "NoNewPrivs:"), "1");
+        filters.push_back(lineOf(task.path() / "status", "Seccomp:"));
+    }
+    EXPECT_GE(filters.size(), 2U);
+    EXPECT_THAT(filters, Each("2"));
+}
+
+TEST_F(ServiceConfinement, SetsLimits) {
+    const auto limits = processFolder(effect_.service) / "limits";
+    EXPECT_THAT(lineOf(limits, "Max core file size"), StartsWith("0 "));
+    EXPECT_THAT(lineOf(limits, "Max open files"), StartsWith("256 "));
+    EXPECT_THAT(lineOf(limits, "Max realtime timeout"), StartsWith("2000000 "));
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    EXPECT_THAT(lineOf(limits, "Max data size"), StartsWith("4294967296 "));
+#endif
+}
+
+TEST(ServiceProcess, HasNoDescriptorsButItsOwn) {
+    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    effect.mustInstantiate();
+    std::map<std::string, int> counts;
+    for (const auto& file : fs::directory_iterator(processFolder(effect.service) / "fd")) {
+        auto target = fs::read_symlink(file.path()).string();
+        // Without the number of a socket, or what is said of a file without a name.
+        ++counts[target.substr(0, target.find_first_of(target.starts_with("socket") ? "[" : "("))];
+    }
+    // The events wake the main loop and the main queue.
+    EXPECT_EQ(counts, (std::map<std::string, int>{{"/dev/null", 1},
+                                                  {"/memfd:orvalo-effect-audio ", 1},
+                                                  {"/memfd:service-errors ", 2},
+                                                  {"anon_inode:[eventfd]", 2},
+                                                  {"socket:", 1}}));
+}
+
+TEST(ServiceProcess, DoesNotGiveItsDescriptorsToWhatItStarts) {
+    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    effect.mustInstantiate();
+    const auto folder = processFolder(effect.service) / "fdinfo";
+    for (const auto& file : fs::directory_iterator(folder)) {
+        if (std::stoi(file.path().filename()) > 2) {
+            const auto flags = std::stol(lineOf(file.path(), "flags:"), nullptr, 8);
+            EXPECT_NE(flags & O_CLOEXEC, 0) << file.path();
+        }
+    }
+}
+
+TEST(ServiceProcess, IsQuietWhenAllIsWell) {
+    HostedEffect effect(ORVALO_STAGE "/lib/lv2", "urn:tessaly:orvalo");
+    effect.mustInstantiate();
+    effect.renderQuantum(64);
+    effect.service.closeSocket();
+    EXPECT_EQ(effect.service.waitForEnd(), 0);
+    EXPECT_EQ(effect.service.standardError(), "");
+}
+
+}  // namespace

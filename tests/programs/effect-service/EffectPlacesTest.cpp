@@ -1,0 +1,43 @@
+#include "programs/effect-service/EffectPlaces.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iostream>
+
+namespace {
+
+using namespace orvalo;
+
+/// Ends the process with what an effect may read, of a user whose environment says this of every
+/// folder, on standard error.
+[[noreturn]] void reportReadable(const char* folder) {
+    // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
+    setenv("HOME", "/home/user", 1);
+    for (const auto* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+        setenv(variable, folder, 1);
+    }
+    // NOLINTEND(concurrency-mt-unsafe)
+    for (const auto& place : effectPlaces({}, "/files").readable) {
+        const auto path = place.string();
+        if (path.find("fontconfig") != std::string::npos || path.ends_with("themes")) {
+            std::cerr << path << '\n';
+        }
+    }
+    std::_Exit(0);
+}
+
+TEST(EffectPlacesDeathTest, AreInTheUsersFolders) {
+    EXPECT_EXIT(reportReadable("/elsewhere"), ::testing::ExitedWithCode(0),
+                "^/var/cache/fontconfig\n/home/user/\\.themes\n/elsewhere/fontconfig\n"
+                "/elsewhere/themes\n/elsewhere/fontconfig\n$");
+}
+
+// Such a path would lead from wherever the effect's process was started.
+TEST(EffectPlacesDeathTest, AreInTheHomeWhereAPathIsNotAbsolute) {
+    EXPECT_EXIT(reportReadable("elsewhere"), ::testing::ExitedWithCode(0),
+                "^/var/cache/fontconfig\n/home/user/\\.themes\n/home/user/\\.config/fontconfig\n"
+                "/home/user/\\.local/share/themes\n/home/user/\\.cache/fontconfig\n$");
+}
+
+}  // namespace

@@ -1,0 +1,124 @@
+#include <gtest/gtest.h>
+
+#include "platform/audio/lv2/URIDMap.h"
+#include "programs/effect-service/PackedState.h"
+#include "tests/programs/effect-service/HostedEffect.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+
+/// The state that comes with, or on the heels of, an answer.
+std::string stateOf(HostedEffect& effect) {
+    const auto passed = effect.service.takePassed<bridge::State>();
+    return passed.empty() ? effect.service.await<bridge::State>().text : passed.back().text;
+}
+
+TEST(ServiceState, IsToldBehindTheAnswerThatTheEffectIsMade) {
+    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    effect.mustInstantiate();
+    EXPECT_TRUE(effect.service.takePassed<bridge::State>().empty());
+    EXPECT_NE(stateOf(effect), "");
+}
+
+TEST(ServiceState, IsToldBeforeTheAnswerToWhatChangedItAndNotElse) {
+    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    effect.mustInstantiate();
+    const auto first = stateOf(effect);
+    effect.service.send(bridge::LoadPreset{1, "urn:orvalo:zoo:probe#another"});
+    EXPECT_EQ(effect.service.answer(1), "");
+    const auto told = effect.service.takePassed<bridge::State>();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_NE(told[0].text, first);
+    effect.service.send(bridge::Prepare{2, 44100.0});
+    EXPECT_EQ(effect.service.answer(2), "");
+    effect.service.send(bridge::LoadPreset{3, "urn:orvalo:zoo:probe#another"});
+    EXPECT_EQ(effect.service.answer(3), "");
+    EXPECT_TRUE(effect.service.takePassed<bridge::State>().empty());
+}
+
+TEST(ServiceState, IsThatOfAProcessWhichStartsFromIt) {
+    HostedEffect first(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    first.mustInstantiate();
+    const auto original = stateOf(first);
+    first.service.send(bridge::LoadPreset{1, "urn:orvalo:zoo:probe#another"});
+    EXPECT_EQ(first.service.answer(1), "");
+    const auto state = stateOf(first);
+    ASSERT_NE(state, original);
+
+    HostedEffect second(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    second.request.state = state;
+    second.request.stateFolder = first.stateFolder();
+    second.mustInstantiate();
+    EXPECT_EQ(stateOf(second), state);
+}
+
+TEST(ServiceState, IsToldWhenTheEffectChangesItByItself) {
+    HostedEffect effect(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
+    effect.mustInstantiate();
+    const auto first = stateOf(effect);
+    effect.renderQuantum(16);
+    const auto second = stateOf(effect);
+    EXPECT_NE(second, first);
+    effect.renderQuantum(16);
+    EXPECT_NE(stateOf(effect), second);
+}
+
+TEST(ServiceState, ThatCannotBeReadLeavesTheEffectsOwn) {
+    HostedEffect usual(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    usual.mustInstantiate();
+    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    effect.request.state = "nonsense";
+    effect.mustInstantiate();
+    EXPECT_EQ(effect.service.standardError(),
+              "The state that the effect was to start from cannot be read.\n");
+    EXPECT_EQ(stateOf(effect).size(), stateOf(usual).size());
+}
+
+TEST(ServiceContext, HasItsNameFromTheStartAndLater) {
+    HostedEffect effect(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
+    effect.request.contextName = "/nowhere";
+    effect.mustInstantiate();
+    EXPECT_NE(effect.service.standardError().find("read outside: "), std::string::npos);
+    HostedEffect nameless(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
+    nameless.mustInstantiate();
+    EXPECT_EQ(nameless.service.standardError(), "");
+    nameless.service.send(bridge::SetContextName{1, "/nowhere"});
+    EXPECT_EQ(nameless.service.answer(1), "");
+    // It takes no options later, but another instance is made with it.
+    nameless.service.send(bridge::Prepare{2, 44100.0});
+    EXPECT_EQ(nameless.service.answer(2), "");
+    EXPECT_NE(nameless.service.standardError().find("read outside: "), std::string::npos);
+}
+
+class PackedState : public ::testing::Test {
+  protected:
+    const LV2StateProperties properties_{
+        {URIDMap::shared().map("urn:test:key"), URIDMap::shared().map("urn:test:type"), 1,
+         std::string("a\0b", 3)},
+        {URIDMap::shared().map("urn:test:other"), URIDMap::shared().map("urn:test:type"), 3, ""}};
+    const std::string packed_ = packState(properties_);
+};
+
+TEST_F(PackedState, ComesBackAsItWas) {
+    EXPECT_EQ(unpackState(packed_), properties_);
+    EXPECT_EQ(unpackState(packState({})), LV2StateProperties());
+}
+
+TEST_F(PackedState, ComesBackOnlyWhole) {
+    for (std::size_t length = 0; length < packed_.size(); ++length) {
+        ASSERT_EQ(unpackState(packed_.substr(0, length)), std::nullopt) << length;
+    }
+    EXPECT_EQ(unpackState(packed_ + 'x'), std::nullopt);
+}
+
+TEST_F(PackedState, DoesNotComeBackWhereTheNumbersAreOthers) {
+    auto changed = packed_;
+    const auto place = changed.find("urn:test:key");
+    ASSERT_NE(place, std::string::npos);
+    changed[place + 9] = 'K';
+    EXPECT_EQ(unpackState(changed), std::nullopt);
+}
+
+}  // namespace

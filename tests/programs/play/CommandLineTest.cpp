@@ -1,0 +1,105 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "tests/programs/play/PlayFixture.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class CommandLineTest : public PlayFixture {
+  protected:
+    /// One line on standard error, nothing on standard output, exit status 2.
+    void expectRefusal(const std::vector<std::string>& arguments, const std::string& line) {
+        const auto end = run(arguments);
+        EXPECT_EQ(end.status, 2);
+        EXPECT_THAT(end.output, IsEmpty());
+        EXPECT_EQ(end.error, "orvalo-play: " + line + "\n");
+    }
+};
+
+TEST_F(CommandLineTest, BadOptionsEndWithOneLine) {
+    expectRefusal({"--loudly"}, "Unknown option --loudly");
+    expectRefusal({"song.wav"}, "'song.wav' is no option; a file to play goes behind --file.");
+    expectRefusal({"--passes"}, "Missing argument for --passes");
+    expectRefusal({"--file="}, "--file wants a file name, not an empty one.");
+    expectRefusal({"--render="}, "--render wants a file name, not an empty one.");
+    for (const auto* bad : {"0", "-1", "1.5", "many", "", " 3", "99999999999999999999"}) {
+        expectRefusal({std::string("--passes=") + bad},
+                      "--passes wants a whole number above 0, not '" + std::string(bad) + "'.");
+    }
+    for (const auto* bad : {"0", "-2", "inf", "nan", "soon", "", "1s"}) {
+        expectRefusal({std::string("--seconds=") + bad},
+                      "--seconds wants a number above 0, not '" + std::string(bad) + "'.");
+    }
+}
+
+TEST_F(CommandLineTest, ARenderBeyondAllMeasureIsRefused) {
+    const auto file = wav("a.wav", 48000, 100);
+    const auto out = (folder.path() / "out.wav").string();
+    expectRefusal({"--file", file, "--render", out, "--passes", "9223372036854775807"},
+                  "--passes: so long a file cannot be written.");
+    expectRefusal({"--file", file, "--render", out, "--seconds", "1e300"},
+                  "--seconds: so long a file cannot be written.");
+    EXPECT_FALSE(std::filesystem::exists(out));
+}
+
+TEST_F(CommandLineTest, BadFilesEndWithOneLine) {
+    const auto missing = (folder.path() / "missing.wav").string();
+    expectRefusal({"--file", missing}, missing + ": No such file or directory");
+    const auto foreign = (folder.path() / "foreign.wav").string();
+    std::ofstream(foreign) << "This is no music.";
+    const auto end = run({"--file", foreign, "--render", (folder.path() / "out.wav").string()});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.error, HasSubstr("orvalo-play: " + foreign + ": "));
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "out.wav"));
+}
+
+TEST_F(CommandLineTest, AnOutputThatCannotBeWrittenIsNamed) {
+    const auto out = (folder.path() / "no" / "such" / "out.wav").string();
+    const auto end = run({"--file", wav("a.wav", 48000, 100), "--render", out});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_EQ(end.error, "orvalo-play: " + out + ": No such file or directory\n");
+}
+
+TEST_F(CommandLineTest, AFullDiskIsNamed) {
+    expectRefusal({"--file", wav("a.wav", 48000, 100), "--render", "/dev/full"},
+                  "/dev/full: No space left on device");
+}
+
+TEST_F(CommandLineTest, ListShowsTheRegistryInItsOrder) {
+    environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
+    const auto end = run({"--list"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(
+        end.output,
+        ElementsAre(
+            "type  subtype  manufacturer  flags       name                    plug-in",
+            "aumf  orVL     TSLY          0x00000002  Stand-in                "
+            "http://lv2plug.in/plugins/eg-amp",
+            "aumf  orVL     TSLY          0x00000002  TSLY: Orvalo Extension  urn:tessaly:orvalo"));
+}
+
+TEST_F(CommandLineTest, HelpNamesEveryOption) {
+    const auto end = run({"--help"});
+    EXPECT_EQ(end.status, 0);
+    std::string text;
+    for (const auto& line : end.output) {
+        text += line + "\n";
+    }
+    for (const auto* option : {"--passes=N", "--seconds=S", "--render=FILE.wav", "--file=AUDIO",
+                               "--in-process", "--list", "--help"}) {
+        EXPECT_THAT(text, HasSubstr(option));
+    }
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

@@ -1,0 +1,161 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <regex>
+
+#include "tests/programs/play/PlayFixture.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+
+class PerformanceTest : public PlayFixture {
+  protected:
+    /// The lines from the start to the playing of a file.
+    static Lines start(const std::string& file) {
+        return {
+            "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
+            "AUExtensionManager: Loaded component has following properties.",
+            "",
+            "Process Name: orvalo-play PID: #",
+            "",
+            "AUExtension (",
+            "type: aumf",
+            "subtype: orVL",
+            "manufacturer: TSLY",
+            "flags: 0x00000002",
+            ")",
+            "AUExtensionManager: Audio unit was found, making connections now ...",
+            "AUEnginePlayer: A new audio unit will be connected.",
+            "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling block.",
+            "AUEnginePlayer: Audio unit was attached.",
+            "AUEnginePlayer::ERROR: There was a problem with the file processing format or the "
+            "file is nil (yet).",
+            "AUExtensionManager: Performed audio unit connection.",
+            "WARNING: Audio unit is nil (yet?).",
+            "AUEnginePlayer: Audio file at '" + file +
+                "' was selected for loading into the player.",
+            "AUEnginePlayer: Player was (temporarily) disconnecting from the main mixer.",
+            "AUEnginePlayer: Audio unit was (temporarily) disconnecting from the player.",
+            "2",
+            "AUEnginePlayer: Audio unit re-connecting to the player.",
+            "AUEnginePlayer: Audio unit re-connectingto the main mixer.",
+            file,
+            "AUEnginePlayer: Audio session was set active.",
+            "AUEnginePlayer: Audio engine starting.",
+        };
+    }
+    static Lines stop() {
+        return {"AUEnginePlayer: Audio session was set active.",
+                "AUEnginePlayer: Audio engine stopping."};
+    }
+    /// With the process's number hidden, and without the effect's MIDI, which depends on the music.
+    static Lines plain(const Lines& lines) {
+        Lines result;
+        for (const auto& line : lines) {
+            if (!line.starts_with("AUEnginePlayer: MIDI event from audio unit at: ")) {
+                result.push_back(std::regex_replace(line, std::regex("PID: [0-9]+"), "PID: #"));
+            }
+        }
+        return result;
+    }
+    static Lines joined(Lines first, const Lines& second) {
+        first.insert(first.end(), second.begin(), second.end());
+        return first;
+    }
+};
+
+TEST_F(PerformanceTest, PlaysTheWantedPassesAndStops) {
+    // It stops a fifth of a second after the second pass: well before the third one is told of.
+    const auto file = wav("music.wav", 48000, 96000);
+    const auto end = run({"--file", file, "--passes", "2"});
+    EXPECT_EQ(end.status, 0);
+    const auto looped = "AUEnginePlayer: Current audio file '" + file + "' looped: ";
+    EXPECT_THAT(
+        plain(end.output),
+        ElementsAreArray(joined(joined(start(file), {looped + "1.", looped + "2."}), stop())));
+    EXPECT_THAT(end.error,
+                HasSubstr("Audio output: a silent clock (48000 Hz, 2 channels, 512 frames)."));
+}
+
+TEST_F(PerformanceTest, PlaysADemonstrationFileUntilTheSecondsAreOver) {
+    const auto end = run({"--seconds", "0.2"});
+    EXPECT_EQ(end.status, 0);
+    ASSERT_GT(end.output.size(), 20U);
+    std::smatch match;
+    const auto lines = plain(end.output);
+    ASSERT_TRUE(std::regex_match(
+        lines[18], match,
+        std::regex("AUEnginePlayer: Audio file at '(.*/share/orvalo/([0-9]+)\\.m4a)' was selected "
+                   "for loading into the player\\.")));
+    const int number = std::stoi(match[2]);
+    EXPECT_TRUE(number >= 1 && number <= 80) << number;
+    EXPECT_THAT(lines, ElementsAreArray(joined(start(match[1]), stop())));
+}
+
+TEST_F(PerformanceTest, AnInterruptStopsThroughTheHeart) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        Program playing(command({"--file", wav("music.wav", 48000, 480000)}), environment);
+        playing.readUntil("AUEnginePlayer: Audio engine starting.");
+        playing.signal(number);
+        EXPECT_THAT(plain(playing.readAll()), ElementsAreArray(stop()));
+        EXPECT_EQ(playing.wait(), 0);
+    }
+}
+
+TEST_F(PerformanceTest, AnInterruptBeforePlayingEndsAtOnce) {
+    // No effect comes, so play is not pressed yet.
+    program = (folder.path() / "bin" / "orvalo-play").string();
+    std::filesystem::create_directories(folder.path() / "bin");
+    std::filesystem::copy_file(staged("orvalo-play"), program);
+    Program playing(command({}), environment);
+    playing.readUntil("ERROR: There were no audio units found.");
+    playing.signal(SIGINT);
+    EXPECT_THAT(playing.readAll(), ElementsAreArray(Lines{}));
+    EXPECT_EQ(playing.wait(), 0);
+}
+
+TEST_F(PerformanceTest, WithoutTheEffectItPlaysWithoutIt) {
+    program = (folder.path() / "bin" / "orvalo-play").string();
+    std::filesystem::create_directories(folder.path() / "bin");
+    std::filesystem::copy_file(staged("orvalo-play"), program);
+    const auto file = wav("music.wav", 44100, 4410);
+    const auto end = run({"--file", file, "--seconds", "0.05"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.error, HasSubstr("The effect has not come within 5 seconds; playing without "
+                                     "it."));
+    ASSERT_GT(end.output.size(), 5U);
+    EXPECT_EQ(end.output[1], "ERROR: There were no audio units found.");
+    EXPECT_EQ(end.output[3], "AUEnginePlayer: The player was connected to the mainMixerNode.");
+}
+
+TEST_F(PerformanceTest, AMissingDemonstrationFileIsABrokenInstallation) {
+    program = (folder.path() / "bin" / "orvalo-play").string();
+    std::filesystem::create_directories(folder.path() / "bin");
+    std::filesystem::copy_file(staged("orvalo-play"), program);
+    for (const auto* part : {"lib", "libexec"}) {
+        std::filesystem::create_directory_symlink(std::filesystem::path(ORVALO_STAGE) / part,
+                                                  folder.path() / part);
+    }
+    const auto end = run({});
+    EXPECT_EQ(end.status, -SIGABRT);
+    EXPECT_THAT(end.error, HasSubstr("Fatal error: "));
+    EXPECT_EQ(end.output.back(), "WARNING: Audio unit is nil (yet?).");
+}
+
+TEST_F(PerformanceTest, AClosedOutputDoesNotEndIt) {
+    Program playing(command({"--file", wav("music.wav", 48000, 4800)}), environment);
+    playing.readUntil("AUEnginePlayer: Audio engine starting.");
+    playing.closeOutput();
+    playing.signal(SIGINT);
+    EXPECT_EQ(playing.wait(), 0);
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

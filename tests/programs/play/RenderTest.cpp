@@ -1,0 +1,93 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/audio/file/AVAudioFile.h"
+#include "tests/programs/play/PlayFixture.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::IsEmpty;
+
+class RenderTest : public PlayFixture {
+  protected:
+    std::string out = (folder.path() / "out.wav").string();
+
+    static Signal read(const std::string& path) {
+        const auto file = AVAudioFile::forReading(URL::fileURLWithPath(path));
+        AVAudioPCMBuffer buffer(file->processingFormat(),
+                                static_cast<std::uint32_t>(file->length()));
+        file->read(buffer);
+        Signal signal;
+        for (std::uint32_t channel = 0; channel < buffer.format().channelCount; ++channel) {
+            const float* samples = buffer.floatChannelData()[channel];
+            signal.emplace_back(samples, samples + buffer.frameLength);
+        }
+        return signal;
+    }
+};
+
+TEST_F(RenderTest, PassesHaveExactlyTheFilesLengthAndRate) {
+    for (const std::uint32_t rate : {22050U, 44100U, 48000U, 96000U}) {
+        const auto end =
+            run({"--file", wav("music.wav", rate, 30011), "--render", out, "--passes", "3"});
+        ASSERT_EQ(end.status, 0) << end.error;
+        EXPECT_THAT(end.output, IsEmpty());
+        const auto rendered = AVAudioFile::forReading(URL::fileURLWithPath(out));
+        EXPECT_EQ(rendered->length(), 3 * 30011);
+        EXPECT_EQ(rendered->processingFormat(), (AVAudioFormat{static_cast<double>(rate), 2}));
+    }
+}
+
+TEST_F(RenderTest, WhatATransparentEffectRendersIsTheFileItself) {
+    environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
+    const auto end =
+        run({"--file", wav("music.wav", 44100, 30011, 1), "--render", out, "--passes", "2"});
+    ASSERT_EQ(end.status, 0) << end.error;
+    auto expected = noise(1, 30011, 1)[0];
+    const auto pass = expected;
+    expected.insert(expected.end(), pass.begin(), pass.end());
+    EXPECT_EQ(read(out), (Signal{expected, expected}));
+}
+
+TEST_F(RenderTest, TheEffectsLatencyIsCut) {
+    // Reports and applies a delay that depends on the rate.
+    environment["LV2_PATH"] = standIn("http://gareus.org/oss/lv2/nodelay");
+    const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    EXPECT_EQ(read(out)[0], noise(1, 30011, 1)[0]);
+}
+
+TEST_F(RenderTest, SecondsCutThePasses) {
+    ASSERT_EQ(
+        run({"--file", wav("music.wav", 48000, 30000), "--render", out, "--seconds", "1.5"}).status,
+        0);
+    EXPECT_EQ(read(out)[0].size(), 72000U);
+    ASSERT_EQ(run({"--file", wav("music.wav", 48000, 30000), "--render", out, "--seconds", "1.5",
+                   "--passes", "2"})
+                  .status,
+              0);
+    EXPECT_EQ(read(out)[0].size(), 60000U);
+}
+
+TEST_F(RenderTest, AFailureLeavesTheOldFileAndNothingElse) {
+    std::ofstream(out) << "precious";
+    program = (folder.path() / "bin" / "orvalo-play").string();
+    std::filesystem::create_directories(folder.path() / "bin");
+    std::filesystem::copy_file(staged("orvalo-play"), program);
+    const auto end = run({"--file", wav("music.wav", 48000, 100), "--render", out});
+    EXPECT_EQ(end.status, 1);
+    EXPECT_THAT(end.error, ::testing::HasSubstr("orvalo-play: No component matches "));
+    std::string left;
+    std::getline(std::ifstream(out) >> std::ws, left);
+    EXPECT_EQ(left, "precious");
+    EXPECT_FALSE(std::filesystem::exists(out + ".part"));
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

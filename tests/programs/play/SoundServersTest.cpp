@@ -1,0 +1,177 @@
+#include <jack/jack.h>
+#include <pulse/simple.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "tests/platform/audio/output/ServerProcess.h"
+#include "tests/programs/play/PlayFixture.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::HasSubstr;
+
+/// What a server has played on its left channel so far.
+class Recording {
+  public:
+    void append(const float* samples, std::size_t count, std::size_t stride) {
+        const std::lock_guard lock(mutex_);
+        for (std::size_t index = 0; index < count; ++index) {
+            samples_.push_back(samples[index * stride]);
+        }
+    }
+
+    /// Whether these samples stand in it somewhere, each after the other. One thread, and always
+    /// the same samples.
+    bool holds(const std::vector<float>& wanted) {
+        {
+            // No longer than it takes to copy: the server must not wait for who looks.
+            const std::lock_guard lock(mutex_);
+            heard_.insert(heard_.end(), samples_.begin(), samples_.end());
+            samples_.clear();
+        }
+        const auto begin = heard_.end() - std::min(std::ssize(heard_), unsearched(wanted.size()));
+        searched_ = heard_.size();
+        return std::search(begin, heard_.end(), wanted.begin(), wanted.end()) != heard_.end();
+    }
+
+  private:
+    std::ptrdiff_t unsearched(std::size_t overlap) const {
+        return static_cast<std::ptrdiff_t>(heard_.size() - searched_ + overlap);
+    }
+
+    std::mutex mutex_;
+    std::vector<float> samples_;  // Since the last look.
+    std::vector<float> heard_;
+    std::size_t searched_ = 0;
+};
+
+/// orvalo-play through a transparent effect, on a real sound server.
+class SoundServersTest : public PlayFixture {
+  protected:
+    SoundServersTest() {
+        environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
+        constexpr std::size_t frames = 20011;
+        music = wav("music.wav", 48000, frames, 1);
+        const auto pass = noise(1, frames, 1)[0];
+        for (int count = 0; count < 3; ++count) {
+            threePasses.insert(threePasses.end(), pass.begin(), pass.end());
+        }
+    }
+
+    static bool comesTrue(const std::function<bool()>& condition) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > deadline) {
+                return false;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return true;
+    }
+
+    void end(Program& playing) {
+        playing.signal(SIGINT);
+        EXPECT_EQ(playing.readAll().back(), "AUEnginePlayer: Audio engine stopping.");
+        EXPECT_EQ(playing.wait(), 0);
+    }
+
+    std::string music;
+    std::vector<float> threePasses;
+    Recording recording;
+};
+
+using JackClient = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
+
+JackClient openClient() {
+    return {jack_client_open("recorder", JackNoStartServer, nullptr), jack_client_close};
+}
+
+TEST_F(SoundServersTest, PassesJoinSampleExactlyOnJack) {
+    const auto name = "orvalo-play-test-" + std::to_string(getpid());
+    setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);
+    setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+    environment["ORVALO_AUDIO_OUTPUT"] = "jack";
+    const ServerProcess server({"jackd", "--no-realtime", "--timeout", "5000", "--name", name, "-d",
+                                "dummy", "--rate", "48000", "--period", "256"});
+    JackClient client(nullptr, jack_client_close);
+    ASSERT_TRUE(comesTrue([&] { return (client = openClient()) != nullptr; }));
+    struct Recorder {
+        jack_port_t* port;
+        Recording* recording;
+    } recorder{
+        jack_port_register(client.get(), "left", JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput, 0),
+        &recording};
+    jack_set_process_callback(
+        client.get(),
+        [](jack_nframes_t frames, void* argument) {
+            const auto& self = *static_cast<Recorder*>(argument);
+            self.recording->append(
+                static_cast<const float*>(jack_port_get_buffer(self.port, frames)), frames, 1);
+            return 0;
+        },
+        &recorder);
+    jack_activate(client.get());
+
+    Program playing(command({"--file", music}), environment);
+    playing.readUntil("AUEnginePlayer: Audio engine starting.");
+    ASSERT_TRUE(comesTrue([&] {
+        const int result = jack_connect(client.get(), "Orvalo:outport 0", "recorder:left");
+        return result == 0 || result == EEXIST;
+    })) << playing.standardError();
+    EXPECT_TRUE(comesTrue([&] { return recording.holds(threePasses); }));
+    end(playing);
+    EXPECT_THAT(playing.standardError(),
+                HasSubstr("Audio output: JACK, 48000 Hz, 2 channels, 256 frames."));
+}
+
+TEST_F(SoundServersTest, PassesJoinSampleExactlyOnPulseAudio) {
+    const auto socket = (folder.path() / "socket").string();
+    setenv("HOME", folder.path().c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+    setenv("PULSE_SERVER", ("unix:" + socket).c_str(), 1);
+    environment["ORVALO_AUDIO_OUTPUT"] = "pulse";
+    const ServerProcess server(
+        {"pulseaudio", "--daemonize=no", "-n", "--exit-idle-time=-1", "--use-pid-file=no",
+         "--disable-shm=yes", "-L", "module-null-sink sink_name=quiet format=float32le rate=48000",
+         "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket});
+    const pa_sample_spec format{PA_SAMPLE_FLOAT32LE, 48000, 2};
+    pa_simple* source = nullptr;
+    ASSERT_TRUE(comesTrue([&] {
+        source = pa_simple_new(nullptr, "recorder", PA_STREAM_RECORD, "quiet.monitor", "record",
+                               &format, nullptr, nullptr, nullptr);
+        return source != nullptr;
+    }));
+    std::jthread recorder([&](const std::stop_token& stopped) {
+        std::array<float, 2048> frames{};
+        while (!stopped.stop_requested() &&
+               pa_simple_read(source, frames.data(), sizeof frames, nullptr) >= 0) {
+            recording.append(frames.data(), frames.size() / 2, 2);
+        }
+    });
+
+    Program playing(command({"--file", music}), environment);
+    playing.readUntil("AUEnginePlayer: Audio engine starting.");
+    EXPECT_TRUE(comesTrue([&] { return recording.holds(threePasses); })) << playing.standardError();
+    end(playing);
+    EXPECT_THAT(playing.standardError(),
+                HasSubstr("Audio output: PulseAudio, 48000 Hz, 2 channels"));
+    recorder.request_stop();
+    recorder.join();
+    pa_simple_free(source);
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing

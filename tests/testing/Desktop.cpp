@@ -1,0 +1,147 @@
+#include "tests/testing/Desktop.h"
+
+#include <adwaita.h>
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <sstream>
+
+#include "platform/foundation/GLibPointer.h"
+#include "platform/foundation/RunLoop.h"
+#include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/XServer.h"
+
+// After what its macros would spoil.
+#include <X11/Xlib.h>
+
+namespace orvalo::testing {
+
+namespace {
+
+/// The texts as the C library takes them, for as long as they live.
+std::vector<char*> textsOf(std::vector<std::string>& arguments) {
+    std::vector<char*> texts(arguments.size() + 1);
+    std::transform(arguments.begin(), arguments.end(), texts.begin(),
+                   [](auto& argument) { return argument.data(); });
+    return texts;
+}
+
+/// Runs a program of the X desktop, which ends with the test.
+GPid start(std::vector<std::string> arguments) {
+    auto texts = textsOf(arguments);
+    GPid process = 0;
+    GError* error = nullptr;
+    g_spawn_async(
+        nullptr, texts.data(), nullptr,
+        static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
+                                 G_SPAWN_STDERR_TO_DEV_NULL | G_SPAWN_DO_NOT_REAP_CHILD),
+        [](gpointer) { prctl(PR_SET_PDEATHSIG, SIGTERM); }, nullptr, &process, &error);
+    EXPECT_EQ(error, nullptr) << error->message;
+    return process;
+}
+
+/// The toolkit looks for the window manager when it starts, and not again for a good while.
+void waitForWindowManager() {
+    auto* display = XOpenDisplay(nullptr);
+    ASSERT_NE(display, nullptr);
+    const auto root = DefaultRootWindow(display);
+    XSelectInput(display, root, PropertyChangeMask);
+    // Extended Window Manager Hints: how a window manager says that it is there.
+    const auto supporting = XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False);
+    const auto isThere = [&] {
+        Atom type = None;
+        int format = 0;
+        unsigned long count = 0;
+        unsigned long rest = 0;
+        unsigned char* value = nullptr;
+        XGetWindowProperty(display, root, supporting, 0, 1, False, AnyPropertyType, &type, &format,
+                           &count, &rest, &value);
+        XFree(value);
+        return type != None;
+    };
+    while (!isThere()) {
+        XEvent event;
+        XNextEvent(display, &event);
+    }
+    XCloseDisplay(display);
+}
+
+/// The display, what stands on it, and where the toolkit keeps what it remembers.
+struct Desktop {
+    TemporaryFolder home;
+    XServer server{"1280x960x24"};
+
+    Desktop() {
+        const auto path = home.path().string();
+        // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet that reads them.
+        for (const auto* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+            setenv(name, path.c_str(), 1);
+        }
+        setenv("GSETTINGS_BACKEND", "memory", 1);
+        setenv("GTK_A11Y", "none", 1);
+        unsetenv("GTK_USE_PORTAL");
+        // NOLINTEND(concurrency-mt-unsafe)
+        g_set_prgname("orvalo-test");
+        g_set_application_name("Orvalo");
+        start({"openbox", "--sm-disable"});
+        waitForWindowManager();
+        gtk_init();
+        adw_init();
+    }
+};
+
+}  // namespace
+
+void startDesktop() {
+    static Desktop desktop;
+}
+
+bool waitUntil(const std::function<bool()>& condition) {
+    return RunLoop::main()->run(condition, std::chrono::seconds(60));
+}
+
+std::vector<unsigned long> windowsNamed(const std::string& name) {
+    std::vector<std::string> all{"xdotool", "search", "--onlyvisible", "--name", name};
+    auto texts = textsOf(all);
+    char* output = nullptr;
+    g_spawn_sync(nullptr, texts.data(), nullptr,
+                 static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDERR_TO_DEV_NULL),
+                 nullptr, nullptr, &output, nullptr, nullptr, nullptr);
+    const GText held(output);
+    std::vector<unsigned long> windows;
+    std::istringstream numbers(output != nullptr ? output : "");
+    for (unsigned long number = 0; numbers >> number;) {
+        windows.push_back(number);
+    }
+    return windows;
+}
+
+unsigned long windowNamed(const std::string& name) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    auto found = windowsNamed(name);
+    while (found.empty() && std::chrono::steady_clock::now() < deadline) {
+        found = windowsNamed(name);
+    }
+    return found.at(0);
+}
+
+void activateWindow(const std::string& name) {
+    act({"windowactivate", "--sync", std::to_string(windowNamed(name))});
+}
+
+void act(const std::vector<std::string>& arguments) {
+    std::vector<std::string> all{"xdotool"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    auto texts = textsOf(all);
+    int status = -1;
+    g_spawn_sync(nullptr, texts.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr,
+                 nullptr, &status, nullptr);
+    EXPECT_EQ(status, 0) << arguments.front();
+}
+
+}  // namespace orvalo::testing
