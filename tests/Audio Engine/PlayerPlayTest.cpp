@@ -7,6 +7,7 @@
 #include "platform/foundation/Print.h"
 #include "tests/Audio Engine/PlayerFixture.h"
 #include "tests/Audio Engine/PlayerLines.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 namespace {
@@ -309,7 +310,7 @@ TEST_F(PlayerPlay, GoesOnPlayingWhenItsOwnerLetsGo) {
     }
     ASSERT_FALSE(kept.expired());
     kept.lock()->stop();
-    serveMainQueueUntil([&kept] { return kept.expired(); });
+    EXPECT_TRUE(pollUntil([&kept] { return kept.expired(); }));
 }
 
 }  // namespace

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "tests/animation/Counting.h"
-#include "tests/platform/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 
@@ -243,7 +243,7 @@ TEST(AnimatorChain, StartedGoesOnWhereItStands) {
     chain->interval = 0.001F;
     Peer::currentIndex(*chain) = 1;
     chain->start();
-    EXPECT_TRUE(testing::serveUntil([&lines] { return !lines.empty(); }));
+    EXPECT_TRUE(testing::waitUntil([&lines] { return !lines.empty(); }));
     chain->stop();
     EXPECT_EQ(lines.front(), "before B");
 }
@@ -262,8 +262,8 @@ TEST(AnimatorChain, AsynchronousStartsOneMemberATickAndLeavesThemRunning) {
     tick(*chain);
     EXPECT_EQ(lines, (Lines{"before A", "before B", "before C", "finished at 3"}));
     EXPECT_EQ(chain->getCurrentIndex(), 0);
-    EXPECT_TRUE(testing::serveUntil([&members] { return members[2]->isFinished(); }));
-    EXPECT_TRUE(testing::serveUntil(
+    EXPECT_TRUE(testing::waitUntil([&members] { return members[2]->isFinished(); }));
+    EXPECT_TRUE(testing::waitUntil(
         [&members] { return members[0]->isFinished() && members[1]->isFinished(); }));
     EXPECT_EQ(members[0]->getValue(), 3);
 }

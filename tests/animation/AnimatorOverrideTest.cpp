@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "animation/Animator.h"
-#include "tests/platform/foundation/Wait.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
 
 using enum EnumEasing;
-using orvalo::testing::serveUntil;
+using orvalo::testing::waitUntil;
 using Lines = std::vector<std::string>;
 
 struct Way {
@@ -95,7 +95,7 @@ TEST(AnimatorOverride, OfAnimateIsCalledByTheTimer) {
     const auto animator = recordingOf(1, 0);
     animator->setInterval(0.001f);
     animator->start();
-    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_TRUE(waitUntil([&] { return animator->isFinished(); }));
     EXPECT_EQ(animator->calls, (Lines{"animate", "stop"}));
 }
 

@@ -10,13 +10,13 @@
 
 #include "animation/Animator.h"
 #include "tests/platform/foundation/DueTimers.h"
-#include "tests/platform/foundation/Wait.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using orvalo::testing::serveUntil;
+using orvalo::testing::waitUntil;
 using orvalo::testing::waitUntilDue;
 
 /// A run of so many frames, a millisecond each, by ones.
@@ -28,7 +28,7 @@ std::shared_ptr<Animator> animatorOf(std::int64_t frames, float interval = 0.001
 void serveFirings(int count) {
     int firings = 0;
     const auto timer = Timer::scheduledTimer(0.001, [&firings](const auto&) { ++firings; });
-    EXPECT_TRUE(serveUntil([&] { return firings >= count; }));
+    EXPECT_TRUE(waitUntil([&] { return firings >= count; }));
     timer->invalidate();
 }
 
@@ -43,7 +43,7 @@ void runsToItsEnd() {
     };
     animator->onFinished = [&](const auto&, float value) { ends.push_back(value); };
     animator->start();
-    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_TRUE(waitUntil([&] { return animator->isFinished(); }));
     EXPECT_EQ(before, (std::vector<float>{0, 1, 2, 3, 4}));
     serveFirings(5);
     EXPECT_EQ(ends, std::vector<float>{5});
@@ -68,7 +68,7 @@ TEST(AnimatorTimer, StepsEachPeriodOnce) {
         EXPECT_GE(Clock::now() - start, steps * period - period / 2);
     };
     animator->start();
-    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_TRUE(waitUntil([&] { return animator->isFinished(); }));
     EXPECT_EQ(steps, 4);
 }
 
@@ -79,7 +79,7 @@ TEST(AnimatorTimer, KeepsItsPeriodUntilTheNextStart) {
     serveFirings(5);
     EXPECT_EQ(animator->getValue(), 0);
     animator->start();
-    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_TRUE(waitUntil([&] { return animator->isFinished(); }));
     EXPECT_EQ(animator->getValue(), 3);
 }
 
@@ -93,7 +93,7 @@ TEST(AnimatorTimer, WithoutARunFiresInVain) {
     EXPECT_EQ(calls, 0);
     // It still runs: a run that is set up now is stepped.
     animator->setup(0, 1, 1);
-    EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
+    EXPECT_TRUE(waitUntil([&] { return animator->isFinished(); }));
     EXPECT_EQ(calls, 2);
 }
 
@@ -109,7 +109,7 @@ TEST(AnimatorTimer, StartedTwiceStepsTwiceAPeriod) {
             fired->invalidate();
         });
         ASSERT_TRUE(waitUntilDue(3));
-        EXPECT_TRUE(serveUntil([&] { return seen > 0; }));
+        EXPECT_TRUE(waitUntil([&] { return seen > 0; }));
         EXPECT_EQ(seen, 2);
     }).join();
 }
@@ -120,10 +120,10 @@ TEST(AnimatorTimer, OfAnEarlierStartCanNoMoreBeStopped) {
         animator->start();
         animator->setInterval(1000);
         animator->start();
-        EXPECT_TRUE(serveUntil([&] { return animator->getValue() >= 3; }));
+        EXPECT_TRUE(waitUntil([&] { return animator->getValue() >= 3; }));
         animator->stop();
         animator->setup(0, 1000000, 1000000);
-        EXPECT_TRUE(serveUntil([&] { return animator->getValue() >= 3; }));
+        EXPECT_TRUE(waitUntil([&] { return animator->getValue() >= 3; }));
     }).join();
 }
 
@@ -137,7 +137,7 @@ TEST(AnimatorTimer, HoldsTheAnimatorUntilItsEnd) {
         watched = animator;
     }
     EXPECT_FALSE(watched.expired());
-    EXPECT_TRUE(serveUntil([&] { return ends == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return ends == 1; }));
     EXPECT_TRUE(watched.expired());
 }
 
@@ -161,7 +161,7 @@ TEST(AnimatorTimer, MayBeStoppedFromItsCallback) {
         }
     };
     animator->start();
-    EXPECT_TRUE(serveUntil([&] { return steps == 3; }));
+    EXPECT_TRUE(waitUntil([&] { return steps == 3; }));
     serveFirings(5);
     EXPECT_EQ(steps, 3);
     EXPECT_TRUE(animator->isFinished());
@@ -178,7 +178,7 @@ TEST(AnimatorTimer, MayBeStartedAnewFromItsCallback) {
         }
     };
     animator->start();
-    EXPECT_TRUE(serveUntil([&] { return ends.size() == 3; }));
+    EXPECT_TRUE(waitUntil([&] { return ends.size() == 3; }));
     EXPECT_EQ(ends, (std::vector<float>{2, 20, 200}));
     serveFirings(5);
     EXPECT_TRUE(animator->isFinished());
@@ -194,7 +194,7 @@ TEST(AnimatorTimer, MayLoseItsAnimatorInACallback) {
         }
     };
     animator->start();
-    EXPECT_TRUE(serveUntil([&] { return watched.expired(); }));
+    EXPECT_TRUE(waitUntil([&] { return watched.expired(); }));
 }
 
 TEST(AnimatorTimer, OfOneRunMayStopAnother) {
@@ -206,7 +206,7 @@ TEST(AnimatorTimer, OfOneRunMayStopAnother) {
     first->start();
     second->start();
     ASSERT_TRUE(waitUntilDue(2));
-    EXPECT_TRUE(serveUntil([&] { return first->getValue() >= 5; }));
+    EXPECT_TRUE(waitUntil([&] { return first->getValue() >= 5; }));
     EXPECT_TRUE(second->isFinished());
     EXPECT_EQ(steps, 0);
     first->stop();
@@ -221,7 +221,7 @@ TEST(AnimatorTimer, StepsThoseDueTogetherInTheirOrder) {
         animators.back()->start();
     }
     ASSERT_TRUE(waitUntilDue(3));
-    EXPECT_TRUE(serveUntil([&] { return order.size() == 3; }));
+    EXPECT_TRUE(waitUntil([&] { return order.size() == 3; }));
     EXPECT_EQ(order, "abc");
 }
 
@@ -232,7 +232,7 @@ TEST(AnimatorTimer, EndsWithItsThread) {
         animator->start();
         animator->start();
         watched = animator;
-        EXPECT_TRUE(serveUntil([&] { return animator->getValue() >= 3; }));
+        EXPECT_TRUE(waitUntil([&] { return animator->getValue() >= 3; }));
     }).join();
     EXPECT_TRUE(watched.expired());
 }

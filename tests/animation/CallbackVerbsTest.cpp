@@ -11,8 +11,8 @@
 
 #include "animation/Ticking.h"
 #include "tests/animation/CallbackVerbs.h"
-#include "tests/platform/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
@@ -20,14 +20,14 @@ namespace {
 using testing::Callback;
 using testing::counting;
 using testing::Members;
-using testing::serveUntil;
 using testing::Verb;
+using testing::waitUntil;
 
 /// Serves the calling thread's run loop for some more ticks.
 void goOn() {
     int ticks = 0;
     auto clock = startTicking(testing::kVerbInterval, [&ticks] { ++ticks; });
-    EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+    EXPECT_TRUE(waitUntil([&ticks] { return ticks >= 5; }));
     stopTicking(clock);
 }
 
@@ -51,7 +51,7 @@ class CallbackOf : public ::testing::Test {
                 }
             });
             object_->start();
-            EXPECT_TRUE(serveUntil([&calls] { return calls > 0; }));
+            EXPECT_TRUE(waitUntil([&calls] { return calls > 0; }));
             goOn();
             object_ = nullptr;
             members_.clear();

@@ -20,15 +20,15 @@
 #include "animation/Impulse.h"
 #include "tests/animation/Counting.h"
 #include "tests/platform/foundation/DueTimers.h"
-#include "tests/platform/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
 
 using testing::endless;
 using testing::Lines;
-using testing::serveUntil;
+using testing::waitUntil;
 using testing::waitUntilDue;
 
 constexpr float kShort = 0.002F;
@@ -97,7 +97,7 @@ class Clock {
     /// Serves the run loop for so many firings.
     void wait(int firings) {
         const int end = firings_ + firings;
-        EXPECT_TRUE(serveUntil([&] { return firings_ >= end; }));
+        EXPECT_TRUE(waitUntil([&] { return firings_ >= end; }));
     }
 
   private:
@@ -117,7 +117,7 @@ TYPED_TEST(Ticking, GoesOnUntilItIsStopped) {
     onTick(*ticking, [&ticks] { ++ticks; });
     ticking->start();
     EXPECT_EQ(ticks, 0);
-    EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+    EXPECT_TRUE(waitUntil([&ticks] { return ticks >= 5; }));
     ticking->stop();
     const int atStop = ticks;
     Clock(kShort).wait(10);
@@ -132,7 +132,7 @@ TYPED_TEST(Ticking, StopsFromInsideItsCallback) {
         ticking->stop();
     });
     ticking->start();
-    EXPECT_TRUE(serveUntil([&ticks] { return ticks > 0; }));
+    EXPECT_TRUE(waitUntil([&ticks] { return ticks > 0; }));
     const int atStop = ticks;
     Clock(kShort).wait(10);
     EXPECT_EQ(ticks, atStop);
@@ -151,7 +151,7 @@ TYPED_TEST(Ticking, LivesWhileItsTimerRunsAndNoLonger) {
     ticking->start();
     ticking = nullptr;
     EXPECT_FALSE(watched.expired());
-    EXPECT_TRUE(serveUntil([&watched] { return watched.expired(); }));
+    EXPECT_TRUE(waitUntil([&watched] { return watched.expired(); }));
     EXPECT_EQ(ticks, 3);
 }
 
@@ -194,7 +194,7 @@ TYPED_TEST(Ticking, MayBeStoppedAndStartedAgainByItsCallback) {
         ticking->start();
     });
     ticking->start();
-    EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+    EXPECT_TRUE(waitUntil([&ticks] { return ticks >= 5; }));
     ticking->stop();
     const int atStop = ticks;
     Clock(kShort).wait(10);
@@ -211,7 +211,7 @@ TYPED_TEST(Ticking, TicksOnTheThreadThatStartedIt) {
             ++ticks;
         });
         ticking->start();
-        EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+        EXPECT_TRUE(waitUntil([&ticks] { return ticks >= 5; }));
         ticking->stop();
     }).join();
 }
@@ -237,13 +237,13 @@ TYPED_TEST(Ticking, StartedTwiceTicksTwiceAPeriodAndGoesOnAfterAStop) {
         ticking->start();
         ticking->start();
         ASSERT_TRUE(waitUntilDue(2));
-        EXPECT_TRUE(serveUntil([&ticks] { return ticks > 0; }));
+        EXPECT_TRUE(waitUntil([&ticks] { return ticks > 0; }));
         EXPECT_EQ(ticks, 2);
         ticking->stop();
         Kit<TypeParam>::setInterval(*ticking, interval);
         Kit<TypeParam>::fill(*ticking);
         const int atStop = ticks;
-        EXPECT_TRUE(serveUntil([&] { return ticks >= atStop + 5; }));
+        EXPECT_TRUE(waitUntil([&] { return ticks >= atStop + 5; }));
     }).join();
 }
 
@@ -257,7 +257,7 @@ TYPED_TEST(Ticking, TakesItsIntervalAtTheStart) {
         Clock(kShort).wait(10);
         EXPECT_EQ(ticks, 0);
         ticking->start();
-        EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
+        EXPECT_TRUE(waitUntil([&ticks] { return ticks >= 5; }));
     }).join();
 }
 
@@ -272,7 +272,7 @@ TYPED_TEST(Ticking, CallsWhatASubclassMakesOfATick) {
     const auto ticking = std::make_shared<Overridden<TypeParam>>();
     Kit<TypeParam>::setInterval(*ticking, kShort);
     ticking->start();
-    EXPECT_TRUE(serveUntil([&ticking] { return ticking->ticks >= 3; }));
+    EXPECT_TRUE(waitUntil([&ticking] { return ticking->ticks >= 3; }));
     ticking->stop();
 }
 
@@ -286,7 +286,7 @@ TYPED_TEST_SUITE(Empty, Warning);
 template <typename Kind>
 Lines linesOf(Kind& ticking) {
     const testing::CapturedOutput output;
-    EXPECT_TRUE(serveUntil([&output] { return output.lines().size() >= 3; }));
+    EXPECT_TRUE(waitUntil([&output] { return output.lines().size() >= 3; }));
     ticking.stop();
     return output.lines();
 }
@@ -319,7 +319,7 @@ TEST(SeveralTicking, TickInTheOrderOfTheirStarts) {
     chain->start();
     impulse->start();
     ASSERT_TRUE(waitUntilDue(3));
-    EXPECT_TRUE(serveUntil([&order] { return order.size() >= 3; }));
+    EXPECT_TRUE(waitUntil([&order] { return order.size() >= 3; }));
     stack->stop();
     chain->stop();
     impulse->stop();
@@ -335,11 +335,11 @@ TEST(SequencerTimer, AdvancesTheFrameBeforeEveryTickAlsoInAPause) {
         }
     };
     sequencer->start();
-    EXPECT_TRUE(serveUntil([&frames] { return frames.size() >= 3; }));
+    EXPECT_TRUE(waitUntil([&frames] { return frames.size() >= 3; }));
     sequencer->pause();
     const auto atPause = sequencer->getCurrentFrame();
     const auto seen = frames.size();
-    EXPECT_TRUE(serveUntil([&] { return sequencer->getCurrentFrame() >= atPause + 3; }));
+    EXPECT_TRUE(waitUntil([&] { return sequencer->getCurrentFrame() >= atPause + 3; }));
     EXPECT_EQ(frames.size(), seen);
     sequencer->stop();
     frames.resize(3);
@@ -363,7 +363,7 @@ TEST(SequencerTimer, StartedGoesOnFromItsFrame) {
     sequencer->add(testing::endless(), 41);
     sequencer->seek(41);
     sequencer->start();
-    EXPECT_TRUE(serveUntil([&first] { return first != 0; }));
+    EXPECT_TRUE(waitUntil([&first] { return first != 0; }));
     sequencer->stop();
     EXPECT_EQ(first, 42);
 }
@@ -376,7 +376,7 @@ TEST(SequencerTimer, AFrameBeyondSixtyFourBitsEndsTheProgram) {
             sequencer->seek(std::numeric_limits<std::int64_t>::max() - 1);
             sequencer->pause();
             sequencer->start();
-            serveUntil([] { return false; });
+            waitUntil([] { return false; });
         },
         "Fatal error: Integer overflow in an addition");
 }

@@ -4,7 +4,8 @@
 #include <gio/gio.h>
 
 #include <algorithm>
-#include <chrono>
+
+#include "tests/testing/WaitUntil.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 
@@ -35,7 +36,6 @@ void startSession() {
     (void)bus;
 }
 
-constexpr std::chrono::seconds kPatience{60};
 constexpr const char* kName = "^Orvalo$";
 
 /// A connection to the display, on which nothing happens meanwhile: what is looked at stays.
@@ -139,7 +139,7 @@ Lines ApplicationFixture::start() {
         const auto rest = program->readUntil(kEndOfScreen);
         lines.insert(lines.end(), rest.begin(), rest.end());
     }
-    EXPECT_TRUE(eventually([this] { return tree.shows("Play"); }));
+    EXPECT_TRUE(pollUntil([this] { return tree.shows("Play"); }));
     focus();
     return lines;
 }
@@ -170,16 +170,6 @@ void ApplicationFixture::playAndStop() {
     key("space");
     EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
               "AUEnginePlayer: Audio engine stopping.");
-}
-
-bool ApplicationFixture::eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-    }
-    return true;
 }
 
 int ApplicationFixture::quit() {
@@ -219,7 +209,7 @@ void ApplicationFixture::clickIntoField(const EffectSpot& spot) {
     act({"click", "1"});
     // It takes the keyboard itself, or else the application's window has it, from which keys go to
     // the window under the pointer.
-    EXPECT_TRUE(eventually([] {
+    EXPECT_TRUE(pollUntil([] {
         const auto window = windowNamed(kName);
         const Display display;
         const auto focus = display.keyboardFocus();

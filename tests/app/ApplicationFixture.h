@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -49,8 +48,6 @@ class ApplicationFixture : public ::testing::Test {
     static void key(const std::string& name);
     /// Starts the playing and ends it, by the space bar.
     void playAndStop();
-    /// Looks again and again until it holds; false when it never does.
-    static bool eventually(const std::function<bool()>& condition);
     /// Closes the window and returns the exit status.
     int quit();
 

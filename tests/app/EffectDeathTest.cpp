@@ -4,6 +4,7 @@
 
 #include "tests/app/ApplicationFixture.h"
 #include "tests/app/ApplicationProcesses.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -39,7 +40,7 @@ class EffectDeathTest : public ApplicationFixture {
         const auto ended = service();
         ASSERT_NE(ended.number, 0);
         kill(ended.number, signal);
-        EXPECT_TRUE(eventually([this, &ended] {
+        EXPECT_TRUE(pollUntil([this, &ended] {
             const auto next = service();
             return next.number != 0 && next.number != ended.number && effectPlace().has_value();
         }));
@@ -49,7 +50,7 @@ class EffectDeathTest : public ApplicationFixture {
 TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     start();
     key("ctrl+e");
-    ASSERT_TRUE(eventually([] { return effectPlace().has_value(); }));
+    ASSERT_TRUE(pollUntil([] { return effectPlace().has_value(); }));
     key("space");
     ASSERT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
               "AUEnginePlayer: Audio engine starting.");
@@ -59,20 +60,20 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     const auto threads = application().status("Threads");
     endEffect(SIGSTOP);
     expectItPlaysAndStops();
-    EXPECT_TRUE(eventually([&] { return application().descriptorCount() <= descriptors; }));
-    EXPECT_TRUE(eventually([&] { return application().status("Threads") <= threads; }));
+    EXPECT_TRUE(pollUntil([&] { return application().descriptorCount() <= descriptors; }));
+    EXPECT_TRUE(pollUntil([&] { return application().status("Threads") <= threads; }));
     // The third death within a minute is the last. (The sanitizers take a fault for themselves.)
     kill(service().number, SIGABRT);
-    EXPECT_TRUE(eventually([this] { return service().number == 0; }));
-    EXPECT_TRUE(eventually([] { return !effectPlace().has_value(); }));
+    EXPECT_TRUE(pollUntil([this] { return service().number == 0; }));
+    EXPECT_TRUE(pollUntil([] { return !effectPlace().has_value(); }));
     expectItPlaysAndStops();
-    EXPECT_TRUE(eventually([this] {
+    EXPECT_TRUE(pollUntil([this] {
         return Value(tree.names(),
                      Contains("The UI of Orvalo is closed: the effect has died too often, "
                               "and its input passes through unchanged."));
     }));
     EXPECT_EQ(quit(), 0);
-    EXPECT_TRUE(eventually([this] { return processes().empty(); }));
+    EXPECT_TRUE(pollUntil([this] { return processes().empty(); }));
     // A process that stands still is noticed by the sound or by the messages, whichever waits
     // longer; how long differs under the sanitizers.
     EXPECT_THAT(
@@ -96,7 +97,7 @@ TEST_F(EffectDeathTest, TheEffectsProcessEndsWithAnApplicationThatIsKilled) {
     ASSERT_NE(service().number, 0);
     program->signal(SIGKILL);
     EXPECT_EQ(program->wait(), -SIGKILL);
-    EXPECT_TRUE(eventually([this] { return service().number == 0; }));
+    EXPECT_TRUE(pollUntil([this] { return service().number == 0; }));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "tests/app/ApplicationFixture.h"
 #include "tests/app/Screenshot.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -27,7 +28,7 @@ class EffectPluginUITest : public ApplicationFixture {
     void showEffect() {
         start();
         key("ctrl+e");
-        ASSERT_TRUE(eventually(showsEffect));
+        ASSERT_TRUE(pollUntil(showsEffect));
     }
 
     static constexpr int kRow = 68;  // The height of the row of buttons.
@@ -37,16 +38,16 @@ TEST_F(EffectPluginUITest, IsHiddenUntilTheUnitButtonIsPressed) {
     start();
     EXPECT_FALSE(showsEffect());
     ASSERT_TRUE(tree.press("Effect"));
-    EXPECT_TRUE(eventually(showsEffect));
+    EXPECT_TRUE(pollUntil(showsEffect));
     ASSERT_TRUE(tree.press("Effect"));
-    EXPECT_TRUE(eventually([] { return !showsEffect(); }));
+    EXPECT_TRUE(pollUntil([] { return !showsEffect(); }));
     EXPECT_EQ(quit(), 0);
 }
 
 TEST_F(EffectPluginUITest, FollowsTheWindowsExtent) {
     start();
     key("ctrl+e");
-    ASSERT_TRUE(eventually(showsEffect));
+    ASSERT_TRUE(pollUntil(showsEffect));
     // Back and forth: what a layout does must not hang on the one before.
     for (const auto& [width, height] : {std::pair{640, 560},
                                         {1100, 800},
@@ -56,7 +57,7 @@ TEST_F(EffectPluginUITest, FollowsTheWindowsExtent) {
                                         {1200, 900},
                                         {960, 788}}) {
         resize(width, height);
-        EXPECT_TRUE(eventually([width = width, height = height] {
+        EXPECT_TRUE(pollUntil([width = width, height = height] {
             const auto window = place();
             const auto effect = effectPlace();
             // At 4:3, as large as the stage above the row of buttons lets it be, in its middle.
@@ -87,9 +88,9 @@ TEST_F(EffectPluginUITest, TheApplicationsKeysWorkAlsoAfterAClickIntoTheEffect) 
         playAndStop();
     }
     key("ctrl+e");
-    EXPECT_TRUE(eventually([] { return !showsEffect(); }));
+    EXPECT_TRUE(pollUntil([] { return !showsEffect(); }));
     key("ctrl+e");
-    ASSERT_TRUE(eventually(showsEffect));
+    ASSERT_TRUE(pollUntil(showsEffect));
     act({"click", "1"});
     key("ctrl+q");
     EXPECT_EQ(program->wait(), 0);
@@ -101,7 +102,7 @@ TEST_F(EffectPluginUITest, WhatIsTypedIntoTheEffectIsNoKeyOfTheApplications) {
     act({"type", "--", "- 12 dB "});
     // Behind what was typed: a key that the effect does not use.
     key("ctrl+e");
-    ASSERT_TRUE(eventually([] { return !effectPlace(); }));
+    ASSERT_TRUE(pollUntil([] { return !effectPlace(); }));
     EXPECT_TRUE(tree.shows("Play"));
     EXPECT_FALSE(tree.shows("Stop"));
     EXPECT_EQ(quit(), 0);

@@ -3,6 +3,7 @@
 
 #include "tests/app/ApplicationFixture.h"
 #include "tests/app/ApplicationProcesses.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -32,7 +33,7 @@ class EnduranceTest : public ApplicationFixture {
 
     /// Uses the effect's UI: a knob, the choice of presets, a typed value.
     static void useEffect() {
-        ASSERT_TRUE(eventually([] { return effectPlace().has_value(); }));
+        ASSERT_TRUE(pollUntil([] { return effectPlace().has_value(); }));
         pointAt(kThreshold);
         act({"mousedown", "1", "mousemove_relative", "0", "20", "mouseup", "1"});
         pointAt(kPresets);
@@ -63,8 +64,8 @@ TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
         ASSERT_FALSE(HasFailure()) << "round " << round;
     }
     // Pools of the toolkit end their threads a while after the last use.
-    EXPECT_TRUE(eventually([&] { return process.descriptorCount() <= files; }));
-    EXPECT_TRUE(eventually([&] { return process.status("Threads") <= threads; }));
+    EXPECT_TRUE(pollUntil([&] { return process.descriptorCount() <= files; }));
+    EXPECT_TRUE(pollUntil([&] { return process.status("Threads") <= threads; }));
     if (!kIsSanitized) {
         // A pass decodes seconds of music into megabytes; eighty of them lost would be far above
         // this.
@@ -72,7 +73,7 @@ TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
         EXPECT_LE(process.status("VmRSS"), memory + kKibibytesOfChance);
     }
     EXPECT_EQ(quit(), 0) << program->standardError();
-    EXPECT_TRUE(eventually([this] { return processes().empty(); }));
+    EXPECT_TRUE(pollUntil([this] { return processes().empty(); }));
 }
 
 TEST_F(EnduranceTest, ApplicationsLeaveNothingBehindHoweverOften) {
@@ -95,10 +96,10 @@ TEST_F(EnduranceTest, ApplicationsLeaveNothingBehindHoweverOften) {
         // Some with a page, whose engine has processes of its own.
         if (!kIsSanitized && round % 25 == 5) {
             key("ctrl+i");
-            EXPECT_TRUE(eventually([this] { return tree.shows("Back"); }));
+            EXPECT_TRUE(pollUntil([this] { return tree.shows("Back"); }));
         }
         ASSERT_EQ(quit(), 0) << "round " << round << "\n" << program->standardError();
-        ASSERT_TRUE(eventually([this] { return processes().empty(); })) << "round " << round;
+        ASSERT_TRUE(pollUntil([this] { return processes().empty(); })) << "round " << round;
     }
 }
 

@@ -7,6 +7,7 @@
 #include "platform/web/WebSandbox.h"
 #include "tests/app/ApplicationFixture.h"
 #include "tests/platform/web/Site.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -48,10 +49,10 @@ class PagesTest : public ApplicationFixture {
     std::filesystem::path opened() const { return folder.path() / "opened"; }
 
     void leavePage() {
-        ASSERT_TRUE(eventually([this] { return tree.shows("Back"); }));
+        ASSERT_TRUE(pollUntil([this] { return tree.shows("Back"); }));
         focus();
         key("Escape");
-        ASSERT_TRUE(eventually([this] { return tree.shows("Play") && !tree.shows("Back"); }));
+        ASSERT_TRUE(pollUntil([this] { return tree.shows("Play") && !tree.shows("Back"); }));
     }
 
     Site site{{{"/", titled("Information", "<h1>About</h1>")},
@@ -77,7 +78,7 @@ TEST_F(PagesTest, HelpShowsItsPageAndOpensTheSiteInTheBrowser) {
     EXPECT_EQ(lines, (Lines{"ShowHelp", "navigationAction: ", site.address("/DYNAMICS/"),
                             "navigationResponse: "}));
     EXPECT_EQ(site.requested().front(), "/DYNAMICS/");
-    ASSERT_TRUE(eventually([this] { return std::filesystem::exists(opened()); }));
+    ASSERT_TRUE(pollUntil([this] { return std::filesystem::exists(opened()); }));
     std::string address;
     std::getline(std::ifstream(opened()), address);
     EXPECT_EQ(address, environment["ORVALO_TEST_SITE"]);
@@ -119,7 +120,7 @@ TEST_F(PagesTest, TheMainScreensKeysRestMeanwhile) {
     start();
     key("ctrl+i");
     program->readUntil("navigationResponse: ");
-    ASSERT_TRUE(eventually([this] { return tree.shows("Back"); }));
+    ASSERT_TRUE(pollUntil([this] { return tree.shows("Back"); }));
     focus();
     key("space");
     key("F1");

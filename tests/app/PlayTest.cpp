@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "tests/app/ApplicationFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -13,11 +14,11 @@ TEST_F(PlayTest, TheButtonsSwapWithThePlayersState) {
     ASSERT_TRUE(tree.press("Play"));
     EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
               "AUEnginePlayer: Audio engine starting.");
-    ASSERT_TRUE(eventually([this] { return tree.shows("Stop") && !tree.shows("Play"); }));
+    ASSERT_TRUE(pollUntil([this] { return tree.shows("Stop") && !tree.shows("Play"); }));
     ASSERT_TRUE(tree.press("Stop"));
     EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
               "AUEnginePlayer: Audio engine stopping.");
-    ASSERT_TRUE(eventually([this] { return tree.shows("Play") && !tree.shows("Stop"); }));
+    ASSERT_TRUE(pollUntil([this] { return tree.shows("Play") && !tree.shows("Stop"); }));
     EXPECT_EQ(quit(), 0);
 }
 
@@ -27,11 +28,11 @@ TEST_F(PlayTest, TheSpaceBarPlaysAndStops) {
         key("space");
         ASSERT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
                   "AUEnginePlayer: Audio engine starting.");
-        ASSERT_TRUE(eventually([this] { return tree.shows("Stop"); }));
+        ASSERT_TRUE(pollUntil([this] { return tree.shows("Stop"); }));
         key("space");
         ASSERT_EQ(lineWith("AUEnginePlayer: Audio engine stopping."),
                   "AUEnginePlayer: Audio engine stopping.");
-        ASSERT_TRUE(eventually([this] { return tree.shows("Play"); }));
+        ASSERT_TRUE(pollUntil([this] { return tree.shows("Play"); }));
     }
     EXPECT_EQ(quit(), 0);
 }

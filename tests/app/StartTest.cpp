@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tests/app/ApplicationFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -70,7 +71,7 @@ TEST_F(StartTest, ASecondStartPresentsTheRunningWindow) {
     const auto second = startAgain();
     EXPECT_EQ(second->readAll(), Lines{});
     EXPECT_EQ(second->wait(), 0);
-    EXPECT_TRUE(eventually([] { return windowCount() == 1; }));
+    EXPECT_TRUE(pollUntil([] { return windowCount() == 1; }));
     EXPECT_EQ(quit(), 0);
 }
 

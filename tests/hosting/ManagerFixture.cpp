@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/testing/WaitUntil.h"
+
 namespace orvalo::testing {
 
 ManagerFixture::ManagerFixture(const char* effectsPath) {
@@ -16,7 +18,7 @@ ManagerFixture::~ManagerFixture() = default;
 
 void ManagerFixture::makeManager() {
     manager = AUExtensionManager::init(delegate, player);
-    serveMainQueueUntil([this] { return manager.use_count() == 1; });
+    EXPECT_TRUE(pollUntil([this] { return manager.use_count() == 1; }));
     // Letting go of a reference comes after all that the search did before it let go of its own;
     // the count alone says nothing about that.
     std::shared_ptr(manager).reset();

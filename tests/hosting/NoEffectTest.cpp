@@ -1,5 +1,6 @@
 #include "tests/Audio Engine/PlayerLines.h"
 #include "tests/hosting/ManagerFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 // This program's registry is empty.
 namespace orvalo::testing {
@@ -34,7 +35,7 @@ TEST_F(NoEffect, NeedsNoDelegate) {
 TEST_F(NoEffect, TheSearchHoldsTheManager) {
     const std::weak_ptr<AUExtensionManager> kept = AUExtensionManager::init(delegate, player);
     serveMainQueueUntilPrinted(output, kNoneFound);
-    serveMainQueueUntil([&kept] { return kept.expired(); });
+    EXPECT_TRUE(pollUntil([&kept] { return kept.expired(); }));
 }
 
 TEST_F(NoEffect, HasTheGivenProperties) {

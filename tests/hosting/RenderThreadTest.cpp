@@ -10,10 +10,10 @@
 #include "hosting/AUExtensionManager.h"
 #include "platform/audio/output/NullOutput.h"
 #include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/RunLoop.h"
 #include "programs/play/OneFileBundle.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/WaitUntil.h"
 #include "tests/testing/WavFile.h"
 
 namespace orvalo::testing {
@@ -74,7 +74,7 @@ TEST(RenderThreadTest, PlaysRewiresAndStopsWithoutAForbiddenCall) {
         return count;
     };
     const auto await = [&](const std::function<bool()>& condition) {
-        if (!RunLoop::main()->run(condition, std::chrono::minutes(1))) {
+        if (!waitUntil(condition)) {
             const auto transcript = output->text();
             output.reset();
             FAIL() << transcript;

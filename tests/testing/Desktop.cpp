@@ -12,7 +12,6 @@
 #include <sstream>
 
 #include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/RunLoop.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/XServer.h"
 
@@ -99,10 +98,6 @@ struct Desktop {
 
 void startDesktop() {
     static Desktop desktop;
-}
-
-bool waitUntil(const std::function<bool()>& condition) {
-    return RunLoop::main()->run(condition, std::chrono::seconds(60));
 }
 
 std::vector<unsigned long> windowsNamed(const std::string& name) {

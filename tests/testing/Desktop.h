@@ -1,17 +1,15 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
+
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
 /// Starts, at the first call, a virtual display with a window manager on it, and the toolkit there.
 /// What the toolkit remembers goes to a folder that goes with the test.
 void startDesktop();
-
-/// Serves the main loop until it holds; false when it never does.
-bool waitUntil(const std::function<bool()>& condition);
 
 /// The windows on the screen whose names match the regular expression, by their numbers; maybe none
 /// at a moment when any window goes.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "tests/testing/CapturedOutput.h"
@@ -8,13 +7,10 @@
 
 namespace orvalo::testing {
 
-/// Serves the main queue until the condition holds; a minute without that fails the test.
-void serveMainQueueUntil(const std::function<bool()>& condition);
-
-/// Serves what the main queue holds now.
+/// Serves the main queue until every job that it holds now has run.
 void drainMainQueue();
 
-/// Serves the main queue until standard output has had that line.
+/// Serves the main queue until standard output has that line; fails the test after a minute.
 void serveMainQueueUntilPrinted(const CapturedOutput& output, const std::string& line);
 
 }  // namespace orvalo::testing

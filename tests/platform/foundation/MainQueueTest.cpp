@@ -14,12 +14,13 @@
 #include <vector>
 
 #include "platform/foundation/DispatchQueue.h"
-#include "tests/platform/foundation/Wait.h"
+#include "platform/foundation/RunLoop.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
 
-using orvalo::testing::serveUntil;
+using orvalo::testing::waitUntil;
 
 constexpr const char* endsForSync =
     "^Fatal error: sync on the queue 'com.orvalo.main-thread' from its own work would never "
@@ -32,7 +33,7 @@ TEST(MainQueue, RunsLaterOnTheMainThread) {
         ran = true;
     });
     EXPECT_FALSE(ran);
-    EXPECT_TRUE(serveUntil([&] { return ran; }));
+    EXPECT_TRUE(waitUntil([&] { return ran; }));
     EXPECT_EQ(DispatchQueue::main()->label(), "com.orvalo.main-thread");
 }
 
@@ -58,7 +59,7 @@ TEST_P(MainQueueOfManyThreads, KeepsEachThreadsOrder) {
             }
         });
     }
-    EXPECT_TRUE(serveUntil([&] { return total == threads * itemsEach; }));
+    EXPECT_TRUE(waitUntil([&] { return total == threads * itemsEach; }));
     for (auto& submitter : submitters) {
         submitter.join();
     }
@@ -74,7 +75,7 @@ TEST(MainQueue, LosesNothingThatWaits) {
     for (int item = 0; item < items; ++item) {
         DispatchQueue::main()->async([&next, item] { next += next == item ? 1 : 0; });
     }
-    EXPECT_TRUE(serveUntil([&] { return next == items; }));
+    EXPECT_TRUE(waitUntil([&] { return next == items; }));
 }
 
 TEST(MainQueue, RunsOneItemATurn) {
@@ -94,7 +95,7 @@ TEST(MainQueue, RunsOneItemATurn) {
     for (int item = 0; item < 5; ++item) {
         DispatchQueue::main()->async([&] { turnOfItem.push_back(turns); });
     }
-    EXPECT_TRUE(serveUntil([&] { return turnOfItem.size() == 5; }));
+    EXPECT_TRUE(waitUntil([&] { return turnOfItem.size() == 5; }));
     g_source_destroy(other);
     g_source_unref(other);
     const int first = turnOfItem.front();
@@ -158,7 +159,7 @@ TEST(MainQueue, DestroysAClosureAfterItsRunOnTheMainThread) {
         DispatchQueue::main()->async(TellsItsEnd(told));
         DispatchQueue::main()->async(TellsItsEnd(told));
     }).join();
-    EXPECT_TRUE(serveUntil([&] { return told.size() == 4; }));
+    EXPECT_TRUE(waitUntil([&] { return told.size() == 4; }));
     EXPECT_EQ(told, (std::vector<std::string>{"run", "end", "run", "end"}));
 }
 
@@ -168,7 +169,7 @@ TEST(MainQueue, TakesLargeClosuresAndThoseThatOnlyMove) {
     int sum = 0;
     DispatchQueue::main()->async([&sum, numbers] { sum += numbers.back(); });
     DispatchQueue::main()->async([&sum, number = std::make_unique<int>(4)] { sum += *number; });
-    EXPECT_TRUE(serveUntil([&] { return sum == 7; }));
+    EXPECT_TRUE(waitUntil([&] { return sum == 7; }));
 }
 
 TEST(MainQueue, ItemsMaySubmitItems) {
@@ -179,7 +180,7 @@ TEST(MainQueue, ItemsMaySubmitItems) {
         }
     };
     DispatchQueue::main()->async(deeper);
-    EXPECT_TRUE(serveUntil([&] { return depth == 100; }));
+    EXPECT_TRUE(waitUntil([&] { return depth == 100; }));
 }
 
 TEST(MainQueue, WaitsWhileAnItemRunsItsOwnLoop) {
@@ -196,13 +197,13 @@ TEST(MainQueue, WaitsWhileAnItemRunsItsOwnLoop) {
             },
             &turns, nullptr);
         g_source_attach(other, nullptr);
-        EXPECT_TRUE(serveUntil([&] { return turns == 3; }));
+        EXPECT_TRUE(waitUntil([&] { return turns == 3; }));
         g_source_destroy(other);
         g_source_unref(other);
         order.emplace_back("first ends");
     });
     DispatchQueue::main()->async([&] { order.emplace_back("second"); });
-    EXPECT_TRUE(serveUntil([&] { return order.size() == 3; }));
+    EXPECT_TRUE(waitUntil([&] { return order.size() == 3; }));
     EXPECT_EQ(order, (std::vector<std::string>{"first begins", "first ends", "second"}));
 }
 
@@ -221,7 +222,7 @@ TEST(MainQueue, SyncWaitsForTheMainThread) {
         isDone = true;
         DispatchQueue::main()->async([] {});
     });
-    EXPECT_TRUE(serveUntil([&] { return isDone.load(); }));
+    EXPECT_TRUE(waitUntil([&] { return isDone.load(); }));
     caller.join();
 }
 
@@ -241,7 +242,7 @@ TEST(MainQueue, SyncsOfManyThreadsAllEnd) {
             DispatchQueue::main()->async([] {});
         });
     }
-    EXPECT_TRUE(serveUntil([&] { return ended == threads; }));
+    EXPECT_TRUE(waitUntil([&] { return ended == threads; }));
     for (auto& caller : callers) {
         caller.join();
     }
@@ -257,7 +258,7 @@ TEST(MainQueueDeathTest, SyncFromItsOwnWorkIsAFatalError) {
     EXPECT_EXIT(
         {
             DispatchQueue::main()->async([] { DispatchQueue::main()->sync([] {}); });
-            serveUntil([] { return false; });
+            waitUntil([] { return false; });
         },
         ::testing::KilledBySignal(SIGABRT), endsForSync);
 }
@@ -266,7 +267,7 @@ TEST(MainQueueDeathTest, AnExceptionOutOfAnItemEndsTheProgram) {
     EXPECT_EXIT(
         {
             DispatchQueue::main()->async([] { throw std::runtime_error("out of an item"); });
-            serveUntil([] { return false; });
+            waitUntil([] { return false; });
         },
         ::testing::KilledBySignal(SIGABRT), "out of an item");
 }

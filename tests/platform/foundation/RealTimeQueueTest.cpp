@@ -7,14 +7,14 @@
 
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/RealTimeScope.h"
-#include "tests/platform/foundation/Wait.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
 
 using orvalo::testing::CapturedOutput;
-using orvalo::testing::serveUntil;
+using orvalo::testing::waitUntil;
 
 constexpr int room = 16'384;
 
@@ -36,7 +36,7 @@ std::string dropped(int items) {
 TEST(MainQueueInRealTime, DoesNotAllocate) {
     int runs = 0;
     submitInRealTime(room, runs);
-    EXPECT_TRUE(serveUntil([&] { return runs == room; }));
+    EXPECT_TRUE(waitUntil([&] { return runs == room; }));
 }
 
 TEST(MainQueueInRealTime, DropsCountsAndReportsWhatFindsNoRoom) {
@@ -47,13 +47,13 @@ TEST(MainQueueInRealTime, DropsCountsAndReportsWhatFindsNoRoom) {
         // What comes from elsewhere still has room, behind what waits.
         bool ranLast = false;
         DispatchQueue::main()->async([&] { ranLast = runs == room; });
-        EXPECT_TRUE(serveUntil([&] { return ranLast; }));
+        EXPECT_TRUE(waitUntil([&] { return ranLast; }));
         const auto reported = [&] { return output.text().find(dropped(surplus)); };
-        EXPECT_TRUE(serveUntil([&] { return reported() != std::string::npos; }));
+        EXPECT_TRUE(waitUntil([&] { return reported() != std::string::npos; }));
         // The list then starts from a node of the pool again.
         bool ranAlone = false;
         DispatchQueue::main()->async([&] { ranAlone = true; });
-        EXPECT_TRUE(serveUntil([&] { return ranAlone; }));
+        EXPECT_TRUE(waitUntil([&] { return ranAlone; }));
     }
     const auto text = output.text();
     EXPECT_EQ(text.find(dropped(5)),
@@ -66,7 +66,7 @@ TEST(MainQueueInRealTime, WakesTheRunLoop) {
         const RealTimeScope scope;
         DispatchQueue::main()->async([&] { ran = true; });
     });
-    EXPECT_TRUE(serveUntil([&] { return ran; }));
+    EXPECT_TRUE(waitUntil([&] { return ran; }));
     renderer.join();
 }
 

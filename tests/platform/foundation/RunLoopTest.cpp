@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "platform/foundation/DispatchQueue.h"
-#include "tests/platform/foundation/Wait.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
@@ -144,7 +144,7 @@ TEST(RunLoop, IsNotStoppedWhileItWaitsForACondition) {
         inATurn([] { RunLoop::current()->stop(); });
     });
     int looks = 0;
-    EXPECT_TRUE(testing::serveUntil([&] { return ++looks == 3; }));
+    EXPECT_TRUE(testing::waitUntil([&] { return ++looks == 3; }));
 }
 
 TEST(RunLoopDeathTest, RunsOnItsOwnThreadOnly) {

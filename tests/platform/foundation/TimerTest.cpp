@@ -12,15 +12,16 @@
 #include <thread>
 #include <vector>
 
+#include "platform/foundation/RunLoop.h"
 #include "tests/platform/foundation/DueTimers.h"
-#include "tests/platform/foundation/Wait.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-using orvalo::testing::serveUntil;
+using orvalo::testing::waitUntil;
 using orvalo::testing::waitUntilDue;
 
 using Fired = const std::shared_ptr<Timer>&;
@@ -37,7 +38,7 @@ TEST(Timer, FiresAgainAndAgainOnTheThreadThatStartedIt) {
         EXPECT_TRUE(fired->isValid());
         ++firings;
     });
-    EXPECT_TRUE(serveUntil([&] { return firings >= 5; }));
+    EXPECT_TRUE(waitUntil([&] { return firings >= 5; }));
     timer->invalidate();
 
     std::thread([] {
@@ -47,7 +48,7 @@ TEST(Timer, FiresAgainAndAgainOnTheThreadThatStartedIt) {
             EXPECT_EQ(std::this_thread::get_id(), self);
             ++own;
         });
-        EXPECT_TRUE(serveUntil([&] { return own >= 5; }));
+        EXPECT_TRUE(waitUntil([&] { return own >= 5; }));
         other->invalidate();
     }).join();
 }
@@ -55,7 +56,7 @@ TEST(Timer, FiresAgainAndAgainOnTheThreadThatStartedIt) {
 TEST(Timer, HandsItselfToItsBlock) {
     std::shared_ptr<Timer> seen;
     const auto timer = Timer::scheduledTimer(0.001, [&](Fired fired) { seen = fired; });
-    EXPECT_TRUE(serveUntil([&] { return seen != nullptr; }));
+    EXPECT_TRUE(waitUntil([&] { return seen != nullptr; }));
     EXPECT_EQ(seen, timer);
     timer->invalidate();
 }
@@ -67,7 +68,7 @@ TEST(Timer, FiresNeverBeforeItsTime) {
         ++firings;
         EXPECT_GE(Clock::now() - start, firings * 20ms);
     });
-    EXPECT_TRUE(serveUntil([&] { return firings == 5; }));
+    EXPECT_TRUE(waitUntil([&] { return firings == 5; }));
     timer->invalidate();
 }
 
@@ -83,7 +84,7 @@ TEST(Timer, MakesUpForMissedPeriodsByOneFiring) {
             fired->invalidate();
         }
     });
-    EXPECT_TRUE(serveUntil([&] { return !timer->isValid(); }));
+    EXPECT_TRUE(waitUntil([&] { return !timer->isValid(); }));
     // One firing at 1 period, one for those at 2, 3 and 4, late, and the next at 5 at the earliest;
     // firings for each of them would be over at 4.5.
     EXPECT_EQ(firings, 3);
@@ -107,7 +108,7 @@ TEST(Timer, DoesNotDrift) {
             load(interval * 3 / 2);
         }
     });
-    EXPECT_TRUE(serveUntil([&] { return shortest < interval * 3 / 4; }));
+    EXPECT_TRUE(waitUntil([&] { return shortest < interval * 3 / 4; }));
     timer->invalidate();
 }
 
@@ -117,7 +118,7 @@ TEST_P(TimerWithOddInterval, FiresEveryTenthOfAMillisecond) {
     const auto start = Clock::now();
     int firings = 0;
     const auto timer = Timer::scheduledTimer(GetParam(), [&](Fired) { ++firings; });
-    EXPECT_TRUE(serveUntil([&] { return firings >= 200; }));
+    EXPECT_TRUE(waitUntil([&] { return firings >= 200; }));
     EXPECT_GE(Clock::now() - start, 200 * 100us);
     timer->invalidate();
 }
@@ -133,7 +134,7 @@ TEST(Timer, WithAnEndlessIntervalDoesNotFire) {
     const auto timer =
         Timer::scheduledTimer(std::numeric_limits<double>::infinity(), [&](Fired) { ++firings; });
     const auto other = Timer::scheduledTimer(0.001, [&](Fired) { ++others; });
-    EXPECT_TRUE(serveUntil([&] { return others >= 5; }));
+    EXPECT_TRUE(waitUntil([&] { return others >= 5; }));
     EXPECT_EQ(firings, 0);
     timer->invalidate();
     other->invalidate();
@@ -144,7 +145,7 @@ TEST(Timer, IsKeptByTheRunLoopUntilInvalidated) {
     auto held = std::make_shared<int>();
     std::weak_ptr<Timer> timer =
         Timer::scheduledTimer(0.001, [&firings, held](Fired) { ++firings; });
-    EXPECT_TRUE(serveUntil([&] { return firings >= 3; }));
+    EXPECT_TRUE(waitUntil([&] { return firings >= 3; }));
     EXPECT_EQ(held.use_count(), 2);
     timer.lock()->invalidate();
     EXPECT_EQ(held.use_count(), 1);
@@ -159,7 +160,7 @@ TEST(Timer, FiresNoMoreOnceInvalidated) {
     timer->invalidate();
     EXPECT_FALSE(timer->isValid());
     const auto other = Timer::scheduledTimer(0.001, [&](Fired) { ++others; });
-    EXPECT_TRUE(serveUntil([&] { return others >= 5; }));
+    EXPECT_TRUE(waitUntil([&] { return others >= 5; }));
     EXPECT_EQ(firings, 0);
     other->invalidate();
 }
@@ -176,7 +177,7 @@ TEST(Timer, InvalidatedInsideItsBlockReleasesItAfterItsReturn) {
             EXPECT_EQ(*held, 0);
             returned = true;
         });
-    EXPECT_TRUE(serveUntil([&] { return returned; }));
+    EXPECT_TRUE(waitUntil([&] { return returned; }));
     EXPECT_TRUE(watched.expired());
     EXPECT_TRUE(timer.expired());
 }
@@ -196,7 +197,7 @@ TEST(Timer, SurvivesTheLastOutsideReferenceGoingInsideItsBlock) {
         seen = owner->value;
     });
     owner.reset();
-    EXPECT_TRUE(serveUntil([&] { return seen == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return seen == 1; }));
     EXPECT_TRUE(watched.expired());
 }
 
@@ -231,7 +232,7 @@ TEST(Timer, StartsOthersInsideItsBlock) {
             }));
         }
     });
-    EXPECT_TRUE(serveUntil([&] { return firings == 10; }));
+    EXPECT_TRUE(waitUntil([&] { return firings == 10; }));
 }
 
 TEST(Timer, FiresInStartOrderWhenDueTogether) {
@@ -245,7 +246,7 @@ TEST(Timer, FiresInStartOrderWhenDueTogether) {
         }));
     }
     ASSERT_TRUE(waitUntilDue(5));
-    EXPECT_TRUE(serveUntil([&] { return order.size() == 5; }));
+    EXPECT_TRUE(waitUntil([&] { return order.size() == 5; }));
     EXPECT_EQ(order, (std::vector{0, 1, 2, 3, 4}));
 }
 
@@ -257,7 +258,7 @@ TEST(Timer, InvalidatedByAnotherOneOfTheSameTurnDoesNotFire) {
     second = Timer::scheduledTimer(0.001, [&](Fired) { ++seconds; });
     const auto third = Timer::scheduledTimer(0.001, [&](Fired) { ++thirds; });
     ASSERT_TRUE(waitUntilDue(3));
-    EXPECT_TRUE(serveUntil([&] { return thirds == 2; }));
+    EXPECT_TRUE(waitUntil([&] { return thirds == 2; }));
     EXPECT_EQ(seconds, 0);
     first->invalidate();
     third->invalidate();

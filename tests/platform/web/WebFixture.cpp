@@ -1,17 +1,12 @@
 #include "tests/platform/web/WebFixture.h"
 
-#include <chrono>
-
 #include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/RunLoop.h"
 #include "platform/web/WKWebViewConfiguration.h"
 #include "tests/platform/web/Toolkit.h"
 
 namespace orvalo::testing {
 
 namespace {
-
-constexpr std::chrono::seconds deadline(60);
 
 std::string titleOf(WebKitWebView* engine) {
     const char* text = webkit_web_view_get_title(engine);
@@ -81,10 +76,6 @@ std::string WebFixture::evaluate(const std::string& script) const {
 
 std::string WebFixture::title() const {
     return titleOf(engine());
-}
-
-bool WebFixture::waitUntil(const std::function<bool()>& condition) {
-    return condition() || RunLoop::current()->run(condition, deadline);
 }
 
 void WebFixture::passTime(const Site& site, const std::string& path) {

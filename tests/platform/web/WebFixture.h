@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <webkit/webkit.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +10,7 @@
 #include "platform/web/WKWebView.h"
 #include "tests/platform/web/RecordingDelegate.h"
 #include "tests/platform/web/Site.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -33,8 +33,6 @@ class WebFixture : public ::testing::Test {
     /// Gives the view up, and its window.
     void releaseView();
 
-    /// Serves the main loop until it holds; false when it never does.
-    static bool waitUntil(const std::function<bool()>& condition);
     /// Loads a page in a view of its own to its end, by which time what this process and the
     /// engine's shared processes had to do before is done.
     static void passTime(const Site& site, const std::string& path);

@@ -13,7 +13,6 @@
 
 #include "animation/EasingCurve.h"
 #include "animation/EasingName.h"
-#include "platform/foundation/Timer.h"
 #include "tests/app/AccessibleTree.h"
 #include "tests/app/Screenshot.h"
 #include "tests/programs/play/Program.h"
@@ -54,15 +53,6 @@ class SessionBus {
   private:
     GTestDBus* bus_ = g_test_dbus_new(G_TEST_DBUS_NONE);  // Goes with the program.
 };
-
-/// Looks again and again until it holds; false when it never does.
-bool eventually(const std::function<bool()>& condition) {
-    constexpr double pause = 0.02;
-    const auto timer = Timer::scheduledTimer(pause, [](const auto& /*timer*/) {});
-    const bool holds = condition() || waitUntil(condition);
-    timer->invalidate();
-    return holds;
-}
 
 void key(const std::string& name) {
     act({"key", name});
@@ -118,7 +108,7 @@ class EasingWindowTest : public ::testing::Test {
     }
 
     bool comes(const std::string& name) const {
-        return eventually([this, &name] { return isThere(name); });
+        return pollUntil([this, &name] { return isThere(name); });
     }
 
     /// What the desktop's settings say, as files of this user.
@@ -161,7 +151,7 @@ TEST_F(EasingWindowTest, MovesWhatItPlays) {
     key("F5");
     EXPECT_TRUE(comes("Stop"));
     const Screenshot seen;
-    EXPECT_TRUE(eventually([&seen] { return Screenshot() != seen; }));
+    EXPECT_TRUE(pollUntil([&seen] { return Screenshot() != seen; }));
 }
 
 TEST_F(EasingWindowTest, RepeatsUntilItIsStopped) {
@@ -246,7 +236,7 @@ TEST_F(EasingWindowTest, ShowsEndsOnlyWhereTheToolkitsSettingAsksForLessMotion) 
     key("F5");
     EXPECT_TRUE(comes("All have ended."));
     EXPECT_THAT(easing.names(), Not(Contains("Stop")));
-    EXPECT_TRUE(eventually([&before] { return Screenshot() != before; }));
+    EXPECT_TRUE(pollUntil([&before] { return Screenshot() != before; }));
     key("alt+3");
     EXPECT_TRUE(comes("Push"));
     key("F5");
@@ -262,7 +252,7 @@ TEST_F(EasingWindowTest, FollowsTheDesktopsSettingWhileItRuns) {
     EXPECT_TRUE(comes(kStillness));
     EXPECT_TRUE(comes("Play"));
     setDesktop("enable-animations=true");
-    EXPECT_TRUE(eventually([this] { return !isThere(kStillness); }));
+    EXPECT_TRUE(pollUntil([this] { return !isThere(kStillness); }));
 }
 
 struct Answer {

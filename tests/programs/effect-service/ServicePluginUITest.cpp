@@ -12,6 +12,7 @@
 #include "tests/programs/effect-service/ForeignWindow.h"
 #include "tests/programs/effect-service/HostedEffect.h"
 #include "tests/programs/effect-service/effects/FaceDeed.h"
+#include "tests/testing/WaitUntil.h"
 #include "tests/testing/XServer.h"
 
 namespace {
@@ -94,14 +95,14 @@ TEST_F(ServicePluginUI, SetsAControlThatTheHostSeesAtOnce) {
     open();
     ASSERT_TRUE(isPainted(200, 200, kColor));
     click(150 + 120, 200);
-    EXPECT_TRUE(waitFor([this] { return control("level") == 120.0F; }));
+    EXPECT_TRUE(pollUntil([this] { return control("level") == 120.0F; }));
 }
 
 TEST_F(ServicePluginUI, IsToldItsExtent) {
     make();
     open();
     service().send(bridge::ResizePluginUI{345, 210});
-    EXPECT_TRUE(waitFor([this] { return control("width") == 345.0F; }));
+    EXPECT_TRUE(pollUntil([this] { return control("width") == 345.0F; }));
 }
 
 TEST_F(ServicePluginUI, GetsTurnsAlsoWhileItIsHidden) {
@@ -110,7 +111,7 @@ TEST_F(ServicePluginUI, GetsTurnsAlsoWhileItIsHidden) {
     service().send(bridge::ShowPluginUI{false});
     ping();
     const auto turns = control("turns");
-    EXPECT_TRUE(waitFor([=, this] { return control("turns") >= turns + 2; }));
+    EXPECT_TRUE(pollUntil([=, this] { return control("turns") >= turns + 2; }));
 }
 
 TEST_F(ServicePluginUI, SaysWhatExtentItWants) {
@@ -143,7 +144,7 @@ TEST_F(ServicePluginUI, ThatIsClosedInsideItsOwnTurnLivesUntilThatIsOver) {
     close();
     EXPECT_TRUE(isThere(window_));
     sendMessage(window_);
-    EXPECT_TRUE(waitFor([this] { return !isThere(window_); }));
+    EXPECT_TRUE(pollUntil([this] { return !isThere(window_); }));
     ping();
     // Nobody asked for it any more when it closed itself.
     EXPECT_TRUE(service().takePassed<bridge::PluginUIClosed>().empty());
@@ -164,13 +165,13 @@ TEST_F(ServicePluginUI, IsOpenedAnewWhenItsInstanceIsReplaced) {
     EXPECT_TRUE(comesTo(window_, kOnScreen));
     ASSERT_TRUE(isPainted(200, 200, kColor));
     click(150 + 30, 200);
-    EXPECT_TRUE(waitFor([this] { return control("level") == 30.0F; }));
+    EXPECT_TRUE(pollUntil([this] { return control("level") == 30.0F; }));
 }
 
 TEST_F(ServicePluginUI, SurvivesItsErrorsAndReportsThem) {
     make(FaceDeed::badWindow);
     open();
-    ASSERT_TRUE(waitFor([this] { return control("turns") > 2.0F; }));
+    ASSERT_TRUE(pollUntil([this] { return control("turns") > 2.0F; }));
     EXPECT_THAT(service().standardError(),
                 HasSubstr("made an X11 error (BadWindow (invalid Window parameter), request 8.0); "
                           "ignored."));
@@ -228,7 +229,7 @@ TEST_F(ServicePluginUI, OfOrvaloShowsItself) {
     effect_.emplace(ORVALO_STAGE "/lib/lv2", "urn:tessaly:orvalo");
     effect_->mustInstantiate();
     open();
-    EXPECT_TRUE(waitFor([] { return countColors(kOnScreen) > 10; }));
+    EXPECT_TRUE(pollUntil([] { return countColors(kOnScreen) > 10; }));
     EXPECT_EQ(service().standardError(), "");
 }
 

@@ -12,8 +12,9 @@
 #include <chrono>
 #include <csignal>
 #include <stdexcept>
-#include <thread>
 #include <utility>
+
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -117,12 +118,8 @@ bool ServiceProgram::hasEnded() {
 }
 
 int ServiceProgram::waitForEnd() {
-    const auto deadline = steady_clock::now() + kPatience;
-    while (!hasEnded()) {
-        if (steady_clock::now() > deadline) {
-            throw std::runtime_error("The service does not end.");
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    if (!pollUntil([this] { return hasEnded(); }, kPatience)) {
+        throw std::runtime_error("The service does not end.");
     }
     return *status_;
 }

@@ -6,7 +6,6 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -15,6 +14,7 @@
 
 #include "tests/platform/audio/output/ServerProcess.h"
 #include "tests/programs/play/PlayFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -70,17 +70,6 @@ class SoundServersTest : public PlayFixture {
         }
     }
 
-    static bool comesTrue(const std::function<bool()>& condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > deadline) {
-                return false;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        }
-        return true;
-    }
-
     void end(Program& playing) {
         playing.signal(SIGINT);
         EXPECT_EQ(playing.readAll().back(), "AUEnginePlayer: Audio engine stopping.");
@@ -106,7 +95,7 @@ TEST_F(SoundServersTest, PassesJoinSampleExactlyOnJack) {
     const ServerProcess server({"jackd", "--no-realtime", "--timeout", "5000", "--name", name, "-d",
                                 "dummy", "--rate", "48000", "--period", "256"});
     JackClient client(nullptr, jack_client_close);
-    ASSERT_TRUE(comesTrue([&] { return (client = openClient()) != nullptr; }));
+    ASSERT_TRUE(pollUntil([&] { return (client = openClient()) != nullptr; }));
     struct Recorder {
         jack_port_t* port;
         Recording* recording;
@@ -126,11 +115,11 @@ TEST_F(SoundServersTest, PassesJoinSampleExactlyOnJack) {
 
     Program playing(command({"--file", music}), environment);
     playing.readUntil("AUEnginePlayer: Audio engine starting.");
-    ASSERT_TRUE(comesTrue([&] {
+    ASSERT_TRUE(pollUntil([&] {
         const int result = jack_connect(client.get(), "Orvalo:outport 0", "recorder:left");
         return result == 0 || result == EEXIST;
     })) << playing.standardError();
-    EXPECT_TRUE(comesTrue([&] { return recording.holds(threePasses); }));
+    EXPECT_TRUE(pollUntil([&] { return recording.holds(threePasses); }));
     end(playing);
     EXPECT_THAT(playing.standardError(),
                 HasSubstr("Audio output: JACK, 48000 Hz, 2 channels, 256 frames."));
@@ -148,7 +137,7 @@ TEST_F(SoundServersTest, PassesJoinSampleExactlyOnPulseAudio) {
          "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket});
     const pa_sample_spec format{PA_SAMPLE_FLOAT32LE, 48000, 2};
     pa_simple* source = nullptr;
-    ASSERT_TRUE(comesTrue([&] {
+    ASSERT_TRUE(pollUntil([&] {
         source = pa_simple_new(nullptr, "recorder", PA_STREAM_RECORD, "quiet.monitor", "record",
                                &format, nullptr, nullptr, nullptr);
         return source != nullptr;
@@ -163,7 +152,7 @@ TEST_F(SoundServersTest, PassesJoinSampleExactlyOnPulseAudio) {
 
     Program playing(command({"--file", music}), environment);
     playing.readUntil("AUEnginePlayer: Audio engine starting.");
-    EXPECT_TRUE(comesTrue([&] { return recording.holds(threePasses); })) << playing.standardError();
+    EXPECT_TRUE(pollUntil([&] { return recording.holds(threePasses); })) << playing.standardError();
     end(playing);
     EXPECT_THAT(playing.standardError(),
                 HasSubstr("Audio output: PulseAudio, 48000 Hz, 2 channels"));

@@ -17,6 +17,7 @@
 #include "tests/platform/audio/output/RecordingSource.h"
 #include "tests/platform/audio/output/ServerProcess.h"
 #include "tests/platform/audio/output/SignalCapture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
@@ -86,7 +87,7 @@ class JackServerTest : public ::testing::Test {
                                                bool inStep = false) {
         // A client that opens while another one of a dead server is being closed would have libjack
         // free that one: wait until all are closed.
-        EXPECT_TRUE(source_.waitUntil([] {
+        EXPECT_TRUE(testing::pollUntil([] {
             JackDevice device;
             return !device.look() && device.absence() == "no JACK server is running";
         }));
@@ -96,7 +97,7 @@ class JackServerTest : public ::testing::Test {
         }
         command.insert(command.end(), {"-d", "dummy", "--rate", rate, "--period", period});
         auto process = std::make_unique<ServerProcess>(command);
-        EXPECT_TRUE(source_.waitUntil([] { return openClient("waiting") != nullptr; }));
+        EXPECT_TRUE(testing::pollUntil([] { return openClient("waiting") != nullptr; }));
         return process;
     }
 
@@ -139,9 +140,9 @@ TEST_F(JackServerTest, IsHeardSampleBySample) {
     EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
     output->start(source_);
     JackRecorder recorder;
-    ASSERT_TRUE(source_.waitUntil([&] { return recorder.connect(); }));
+    ASSERT_TRUE(testing::pollUntil([&] { return recorder.connect(); }));
     EXPECT_TRUE(
-        source_.waitUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
+        testing::pollUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
     output->stop();
     EXPECT_EQ(source_.smallestFrameCount(), 64U);
     EXPECT_EQ(source_.largestFrameCount(), 64U);
@@ -175,11 +176,11 @@ TEST_F(JackServerTest, LivesOnWhenTheServerIsKilledAndReturnsToTheNextOne) {
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(20));
     kill(*server);
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
     ASSERT_TRUE(source_.waitForBlocks(20));
     EXPECT_THAT(source_.formatChanges(), IsEmpty());
     server = startServer("44100", "128");
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.lastFrameCount() == 128; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.lastFrameCount() == 128; }));
     ASSERT_TRUE(source_.waitForBlocks(20));
     EXPECT_THAT(source_.formatChanges(), ElementsAre(AVAudioFormat{44100.0, 2}));
     output->stop();
@@ -209,7 +210,7 @@ TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(20));
     ASSERT_EQ(jack_set_buffer_size(openClient("changer").get(), 256), 0);
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.lastFrameCount() == 256; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.lastFrameCount() == 256; }));
     ASSERT_TRUE(source_.waitForBlocks(20));
     output->stop();
     EXPECT_THAT(log_.messages(),
@@ -225,7 +226,7 @@ TEST_F(JackServerTest, LeavesAServerThatHangs) {
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(20));
     server->signal(SIGSTOP);
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
     // Meanwhile the server is looked for again and again.
     ASSERT_TRUE(source_.waitForBlocks(200));
     output->stop();

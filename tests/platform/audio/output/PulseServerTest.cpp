@@ -21,6 +21,7 @@
 #include "tests/platform/audio/output/ServerProcess.h"
 #include "tests/platform/audio/output/SignalCapture.h"
 #include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
@@ -87,7 +88,7 @@ class PulseServerTest : public ::testing::Test {
             "module-null-sink sink_name=quiet format=float32le rate=" + rate +
                 " channels=" + std::to_string(channels),
             "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket_});
-        EXPECT_TRUE(source_.waitUntil([] {
+        EXPECT_TRUE(testing::pollUntil([] {
             PulseLook look(milliseconds(500));
             return look.isConnected() && look.defaultSink();
         }));
@@ -117,7 +118,7 @@ TEST_F(PulseServerTest, IsHeardSampleBySample) {
     const SinkRecorder recorder("quiet.monitor");
     output->start(source_);
     EXPECT_TRUE(
-        source_.waitUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
+        testing::pollUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
     output->stop();
     EXPECT_EQ(source_.threadName(), "orvalo-render");
     EXPECT_EQ(source_.ordinaryCallCount(), 0U);
@@ -134,11 +135,11 @@ TEST_F(PulseServerTest, LivesOnWhenTheServerIsKilledAndReturnsToTheNextOne) {
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(5));
     server->kill();
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
     ASSERT_TRUE(source_.waitForBlocks(20));
     EXPECT_THAT(source_.formatChanges(), IsEmpty());
     server = startServer("44100", 1);
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-render"; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-render"; }));
     ASSERT_TRUE(source_.waitForBlocks(5));
     EXPECT_THAT(source_.formatChanges(), ElementsAre(AVAudioFormat{44100.0, 1}));
     EXPECT_EQ(source_.lastChannelCount(), 1U);
@@ -181,9 +182,9 @@ TEST_F(PulseServerTest, IsReachedThroughAlsaAsItsDefaultDevice) {
     output.start(source_);
     // In 16-bit integers or in floats, the signal is the same.
     EXPECT_TRUE(
-        source_.waitUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
+        testing::pollUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
     server->kill();
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
     output.stop();
     EXPECT_EQ(source_.overlapCount(), 0U);
     EXPECT_THAT(log_.messages(),

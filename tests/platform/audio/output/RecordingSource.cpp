@@ -3,12 +3,11 @@
 #include <pthread.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <limits>
-#include <thread>
 
 #include "platform/foundation/RealTimeScope.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -71,18 +70,7 @@ void RecordingSource::outputFormatChanged(const AVAudioFormat& format) {
 
 bool RecordingSource::waitForBlocks(std::uint64_t count) {
     const auto target = blocks_ + count;
-    return waitUntil([&] { return blocks_ >= target; });
-}
-
-bool RecordingSource::waitUntil(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
+    return pollUntil([&] { return blocks_ >= target; });
 }
 
 std::string RecordingSource::threadName() const {

@@ -23,11 +23,8 @@ class RecordingSource : public AudioOutputSource {
     void renderOutput(const AudioBlock& block) noexcept override;
     void outputFormatChanged(const AVAudioFormat& format) override;
 
-    /// Waits until so many more blocks were rendered, at most a generous
-    /// deadline; whether they were.
+    /// Waits until count more blocks are rendered; false when they are not within a minute.
     bool waitForBlocks(std::uint64_t count);
-    /// Waits until the condition holds, looked at as blocks come.
-    bool waitUntil(const std::function<bool()>& condition);
 
     std::uint64_t blockCount() const { return blocks_; }
     std::uint64_t frameCount() const { return frames_; }

@@ -15,6 +15,7 @@
 #include "tests/platform/audio/output/FakeDevice.h"
 #include "tests/platform/audio/output/LogLines.h"
 #include "tests/platform/audio/output/RecordingSource.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
@@ -41,7 +42,7 @@ class SupervisedOutputTest : public ::testing::Test {
     }
 
     bool waitForMessages(std::size_t count) {
-        return source_.waitUntil([&] { return log_.messages().size() >= count; });
+        return testing::pollUntil([&] { return log_.messages().size() >= count; });
     }
 
     const std::shared_ptr<FakeControls> alpha_ = std::make_shared<FakeControls>();
@@ -136,7 +137,7 @@ TEST_F(SupervisedOutputTest, OpensADeadStreamAgainWithItsNewFormat) {
     alpha_->sampleRate = 44100.0;
     alpha_->frameCount = 64;
     alpha_->endStream();
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.lastFrameCount() == 64; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.lastFrameCount() == 64; }));
     EXPECT_EQ(output->format(), (AVAudioFormat{44100.0, 2}));
     output->stop();
     EXPECT_THAT(source_.formatChanges(), ElementsAre(AVAudioFormat{44100.0, 2}));
@@ -156,7 +157,7 @@ TEST_F(SupervisedOutputTest, HandsOverToTheNextDevice) {
     ASSERT_TRUE(source_.waitForBlocks(3));
     alpha_->isThere = false;
     alpha_->endStream();
-    ASSERT_TRUE(source_.waitUntil([&] { return source_.lastFrameCount() == 16; }));
+    ASSERT_TRUE(testing::pollUntil([&] { return source_.lastFrameCount() == 16; }));
     output->stop();
     EXPECT_THAT(log_.messages(),
                 ElementsAre("Audio output: Alpha, 48000 Hz, 2 channels, 32 frames.",
@@ -179,7 +180,7 @@ TEST_F(SupervisedOutputTest, KeepsTimeWithoutADeviceAndReturnsToIt) {
     EXPECT_THAT(source_.formatChanges(), IsEmpty()) << "the clock keeps the device's format";
     alpha_->sampleRate = 96000.0;
     alpha_->isThere = true;
-    ASSERT_TRUE(source_.waitUntil([&] { return !source_.formatChanges().empty(); }));
+    ASSERT_TRUE(testing::pollUntil([&] { return !source_.formatChanges().empty(); }));
     ASSERT_TRUE(source_.waitForBlocks(3));
     EXPECT_NE(source_.threadName(), "orvalo-null");
     output->stop();
@@ -207,7 +208,7 @@ TEST_F(SupervisedOutputTest, RendersOnWhileItLooksForADevice) {
     const auto output = makeOutput();
     output->start(source_);
     isHeld = true;
-    ASSERT_TRUE(source_.waitUntil([&] { return isLooking.load(); }));
+    ASSERT_TRUE(testing::pollUntil([&] { return isLooking.load(); }));
     EXPECT_TRUE(source_.waitForBlocks(10));
     isHeld = false;
     output->stop();

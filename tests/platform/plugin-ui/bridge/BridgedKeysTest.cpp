@@ -14,6 +14,7 @@
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/platform/plugin-ui/x11/Toplevel.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -49,7 +50,7 @@ class BridgedKeys : public ::testing::Test {
 
     /// Waits until a UI is on screen that is not in the container of the last.
     bool comesAnew() {
-        const bool isNew = waitFor([this] {
+        const bool isNew = pollUntil([this] {
             return parentWindowAt(200, 200) != container_ && pixelAt(200, 200) == kColor &&
                    rectangleOf(windowAt(200, 200)) == kOnScreen;
         });
@@ -60,10 +61,10 @@ class BridgedKeys : public ::testing::Test {
     void strike(unsigned long keysym) {
         ASSERT_EQ(keyboardFocus(), inside_);
         click(200, 200);
-        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+        ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
         const auto count = keys_.size();
         strikeKey(keysym);
-        ASSERT_TRUE(waitFor([this, count] { return keys_.size() > count; }));
+        ASSERT_TRUE(pollUntil([this, count] { return keys_.size() > count; }));
         runFor(20);
     }
 

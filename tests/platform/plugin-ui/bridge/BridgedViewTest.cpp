@@ -19,6 +19,7 @@
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -82,7 +83,7 @@ class BridgedView : public ::testing::Test {
         window_ = nullptr;
         controller_ = nullptr;
         unit_ = nullptr;
-        EXPECT_TRUE(waitFor([] { return servicePids().empty(); }));
+        EXPECT_TRUE(pollUntil([] { return servicePids().empty(); }));
     }
 
     void make(const std::string& name) {
@@ -102,7 +103,7 @@ class BridgedView : public ::testing::Test {
     }
 
     bool fillsItsStage() {
-        return waitFor([this] {
+        return pollUntil([this] {
             const auto place = window_->place();
             return !place.isEmpty() && pixelAt(place.x + 10, place.y + 10) == kPluginUIColor &&
                    rectangleOf(windowAt(place.x + 10, place.y + 10)) == place;
@@ -138,7 +139,7 @@ class BridgedView : public ::testing::Test {
 TEST_F(BridgedView, FillsItsStageAndFollowsIt) {
     show();
     gtk_widget_set_size_request(window_->button(), -1, 150);
-    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_height(window_->button()) > 120; }));
+    ASSERT_TRUE(pollUntil([this] { return gtk_widget_get_height(window_->button()) > 120; }));
     EXPECT_TRUE(fillsItsStage());
     const auto place = window_->place();
     const auto ui = windowAt(place.x + 10, place.y + 10);
@@ -154,7 +155,7 @@ TEST_F(BridgedView, TakesClicksThatChangeTheSound) {
     EXPECT_EQ(gain(), 0.5F);
     const auto place = window_->place();
     click(place.x + 130, place.y + 50);
-    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
     EXPECT_EQ(window_->presses(), 0);
 }
 
@@ -162,18 +163,18 @@ TEST_F(BridgedView, ComesBackWithWhatItShowedAfterItsProcessWasKilled) {
     show();
     const auto place = window_->place();
     click(place.x + 130, place.y + 50);
-    ASSERT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    ASSERT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
     const auto first = servicePids();
     const auto ui = windowAt(place.x + 10, place.y + 10);
     CapturedOutput errors(STDERR_FILENO);
     ASSERT_TRUE(killService());
     EXPECT_TRUE(comesTo(ui, {}));
     EXPECT_TRUE(fillsItsStage());
-    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
     EXPECT_NE(servicePids(), first);
     EXPECT_THAT(errors.text(), HasSubstr("killed by signal 9"));
     click(place.x + 210, place.y + 50);
-    EXPECT_TRUE(waitFor([this] { return gain() == 2.1F; }));
+    EXPECT_TRUE(pollUntil([this] { return gain() == 2.1F; }));
 }
 
 TEST_F(BridgedView, ComesBackWhenItNeverReturnedFromAClick) {
@@ -181,19 +182,19 @@ TEST_F(BridgedView, ComesBackWhenItNeverReturnedFromAClick) {
     show();
     const auto place = window_->place();
     click(place.x + 130, place.y + 50);
-    ASSERT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    ASSERT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
     const auto first = servicePids();
     const auto ui = windowAt(place.x + 10, place.y + 10);
     CapturedOutput errors(STDERR_FILENO);
     click(place.x + 50, place.y + 50, 2);
-    EXPECT_TRUE(waitFor([&first] { return servicePids() != first; }));
+    EXPECT_TRUE(pollUntil([&first] { return servicePids() != first; }));
     // The windows of a process may outlive it a little.
     EXPECT_TRUE(comesTo(ui, {}));
     EXPECT_TRUE(fillsItsStage());
-    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
     EXPECT_THAT(errors.text(), HasSubstr("did not answer for"));
     click(place.x + 210, place.y + 50);
-    EXPECT_TRUE(waitFor([this] { return gain() == 2.1F; }));
+    EXPECT_TRUE(pollUntil([this] { return gain() == 2.1F; }));
 }
 
 TEST_F(BridgedView, SaysThatItIsStartedAgainForAsLongAsThatTakes) {
@@ -208,7 +209,7 @@ TEST_F(BridgedView, SaysThatItIsStartedAgainForAsLongAsThatTakes) {
                      &texts);
     const CapturedOutput errors(STDERR_FILENO);
     ASSERT_TRUE(killService());
-    EXPECT_TRUE(waitFor([&texts] { return texts.size() >= 2; }));
+    EXPECT_TRUE(pollUntil([&texts] { return texts.size() >= 2; }));
     EXPECT_TRUE(fillsItsStage());
     EXPECT_THAT(texts, ElementsAre("UI probe has stopped. It is started again.", ""));
     g_signal_handlers_disconnect_by_data(label, &texts);
@@ -222,12 +223,12 @@ TEST_F(BridgedView, SaysThatItIsStartedAgainWhenItIsOpenedMeanwhile) {
     const CapturedOutput errors(STDERR_FILENO);
     service.holdUp();
     ASSERT_TRUE(killService());
-    ASSERT_TRUE(waitFor(
+    ASSERT_TRUE(pollUntil(
         [&errors] { return errors.text().find("it is started again") != std::string::npos; }));
     window_->embed(*controller_);
     window_->present();
     EXPECT_TRUE(
-        waitFor([this] { return words() == "UI probe has stopped. It is started again."; }));
+        pollUntil([this] { return words() == "UI probe has stopped. It is started again."; }));
     service.letGo();
     EXPECT_TRUE(fillsItsStage());
     EXPECT_EQ(words(), "");
@@ -240,16 +241,16 @@ TEST_F(BridgedView, SaysThatItIsClosedWhenItsEffectIsGivenUp) {
         ASSERT_TRUE(fillsItsStage());
         ASSERT_TRUE(killService());
         ASSERT_TRUE(
-            waitFor([&place] { return pixelAt(place.x + 10, place.y + 10) != kPluginUIColor; }));
+            pollUntil([&place] { return pixelAt(place.x + 10, place.y + 10) != kPluginUIColor; }));
     }
-    EXPECT_TRUE(waitFor([] { return servicePids().empty(); }));
+    EXPECT_TRUE(pollUntil([] { return servicePids().empty(); }));
     EXPECT_EQ(gain(), 1.0F);
-    EXPECT_TRUE(waitFor([this] {
+    EXPECT_TRUE(pollUntil([this] {
         return words() ==
                "The UI of UI probe is closed: the effect has died too "
                "often, and its input passes through unchanged.";
     }));
-    EXPECT_TRUE(waitFor([&place] { return countColors(place) > 2; }));
+    EXPECT_TRUE(pollUntil([&place] { return countColors(place) > 2; }));
 }
 
 TEST_F(BridgedView, IsMadeAnewInAnotherWindowAtAnotherRate) {
@@ -259,19 +260,19 @@ TEST_F(BridgedView, IsMadeAnewInAnotherWindowAtAnotherRate) {
     // The UI's own may have the same number again.
     const auto before = parentWindowAt(place.x + 10, place.y + 10);
     unit_->allocateRenderResources(96000);
-    EXPECT_TRUE(waitFor([&] {
+    EXPECT_TRUE(pollUntil([&] {
         return parentWindowAt(place.x + 10, place.y + 10) != before &&
                pixelAt(place.x + 10, place.y + 10) == kPluginUIColor;
     }));
     EXPECT_TRUE(fillsItsStage());
     click(place.x + 130, place.y + 50);
-    EXPECT_TRUE(waitFor([this] { return gain() == 1.3F; }));
+    EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
 }
 
 TEST_F(BridgedView, GoesWithItsWindow) {
     show();
     window_->close();
-    EXPECT_TRUE(waitFor([this] { return gain() == 0.5F; }));
+    EXPECT_TRUE(pollUntil([this] { return gain() == 0.5F; }));
     EXPECT_EQ(servicePids().size(), 1U);
 }
 

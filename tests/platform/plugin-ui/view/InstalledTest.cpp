@@ -13,6 +13,7 @@
 #include "tests/platform/plugin-ui/x11/Effects.h"
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -70,7 +71,7 @@ class InstalledPluginUI : public ::testing::TestWithParam<Installed> {
 
     /// Whether there is a picture in the stage.
     bool isDrawn() {
-        return waitFor([this] {
+        return pollUntil([this] {
             render(*unit_);
             return countColors(window_.place()) > 8;
         });
@@ -122,7 +123,7 @@ TEST_P(InstalledPluginUI, IsDrawnMovedHiddenAndClosed) {
     ASSERT_TRUE(isDrawn());
     EXPECT_TRUE(dragSomething());
     gtk_window_set_default_size(GTK_WINDOW(window_.window()), 1000, 750);
-    ASSERT_TRUE(waitFor([this] { return window_.place().width == 1000; }));
+    ASSERT_TRUE(pollUntil([this] { return window_.place().width == 1000; }));
     // The toolkit goes on drawing its own: the button at its whole breadth.
     const auto button = placeOf(window_.button());
     const auto left = pixelAt(button.x + 20, button.y + 10);

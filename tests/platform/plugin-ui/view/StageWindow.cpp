@@ -7,6 +7,7 @@
 #include "tests/platform/plugin-ui/view/WidgetPlace.h"
 #include "tests/platform/plugin-ui/view/WindowManager.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -24,7 +25,7 @@ void startToolkit() {
 std::shared_ptr<UIViewController> requestPluginUI(AUAudioUnit& unit) {
     std::optional<std::shared_ptr<UIViewController>> delivered;
     unit.requestViewController([&delivered](const auto& controller) { delivered = controller; });
-    waitFor([&delivered] { return delivered.has_value(); });
+    pollUntil([&delivered] { return delivered.has_value(); });
     return delivered.value_or(nullptr);
 }
 

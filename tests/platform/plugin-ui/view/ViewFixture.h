@@ -9,6 +9,7 @@
 #include "tests/platform/plugin-ui/x11/Effects.h"
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -43,11 +44,11 @@ class ViewFixture : public ::testing::Test {
 
     void show() {
         window_->present();
-        ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+        ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     }
 
     bool fillsItsStage() {
-        return waitFor([this] {
+        return pollUntil([this] {
             const auto place = window_->place();
             return !place.isEmpty() && rectangleOf(record_.window) == place;
         });
@@ -55,7 +56,7 @@ class ViewFixture : public ::testing::Test {
 
     void commit(zoo::Misdeed misdeed) {
         record_.misdeed = misdeed;
-        ASSERT_TRUE(waitFor([this] { return record_.misdeed == zoo::Misdeed::none; }));
+        ASSERT_TRUE(pollUntil([this] { return record_.misdeed == zoo::Misdeed::none; }));
     }
 
     zoo::PluginUIRecord& record_;

@@ -1,6 +1,7 @@
 #include "platform/plugin-ui/view/WindowShortcuts.h"
 #include "tests/platform/plugin-ui/view/ViewFixture.h"
 #include "tests/platform/plugin-ui/view/WidgetPlace.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -37,14 +38,14 @@ class ViewKeyboard : public ViewFixture {
     void showAndClick() {
         embed();
         show();
-        ASSERT_TRUE(waitFor(
+        ASSERT_TRUE(pollUntil(
             [this] { return gtk_window_is_active(GTK_WINDOW(window_->window())) != FALSE; }));
         ASSERT_TRUE(fillsItsStage());
         const auto place = rectangleOf(record_.window);
         const auto before = keyboardFocus();
         click(place.x + 50, place.y + 50);
         ASSERT_TRUE(
-            waitFor([this, before] { return record_.clicks == 1 && keyboardFocus() != before; }));
+            pollUntil([this, before] { return record_.clicks == 1 && keyboardFocus() != before; }));
     }
 
     bool activate(unsigned long keysym, unsigned state = 0) {
@@ -58,28 +59,28 @@ TEST_F(ViewKeyboard, LeavesTheSpaceBarToTheButtonUnlessItIsClicked) {
     gtk_widget_grab_focus(window_->button());
     show();
     ASSERT_TRUE(
-        waitFor([this] { return gtk_window_is_active(GTK_WINDOW(window_->window())) != FALSE; }));
+        pollUntil([this] { return gtk_window_is_active(GTK_WINDOW(window_->window())) != FALSE; }));
     ASSERT_TRUE(fillsItsStage());
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 1; }));
     const auto place = rectangleOf(record_.window);
     const auto before = keyboardFocus();
     movePointer(place.x + 50, place.y + 50);
     runFor(20);
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 2; }));
+    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 2; }));
     EXPECT_TRUE(record_.keys.empty());
     click(place.x + 50, place.y + 50);
     ASSERT_TRUE(
-        waitFor([this, before] { return record_.clicks == 1 && keyboardFocus() != before; }));
+        pollUntil([this, before] { return record_.clicks == 1 && keyboardFocus() != before; }));
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
     commit(Misdeed::takeKeyboard);
     const auto button = placeOf(window_->button());
     movePointer(button.x + 20, button.y + 10);
-    ASSERT_TRUE(waitFor([before] { return keyboardFocus() == before; }));
+    ASSERT_TRUE(pollUntil([before] { return keyboardFocus() == before; }));
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 3; }));
+    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 3; }));
     EXPECT_EQ(record_.keys.size(), 1U);
 }
 
@@ -88,14 +89,14 @@ TEST_F(ViewKeyboard, KeysThatThePluginUISendsOnReachTheWindowsShortcuts) {
     record_.keyMask = kKeyPressMask;
     showAndClick();
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 1; }));
     // As the UI is still in use.
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 2; }));
+    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 2; }));
     EXPECT_EQ(record_.keys.size(), 2U);
     record_.keyMask.reset();
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 3; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.keys.size() == 3; }));
     runFor(20);
     EXPECT_EQ(window_->presses(), 2);
 }
@@ -105,7 +106,7 @@ TEST_F(ViewKeyboard, KeysThatThePluginUIDoesNotWantReachTheWindowsShortcutsOnce)
     showAndClick();
     commit(Misdeed::ignoreKeys);
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return window_->presses() == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 1; }));
     runFor(20);
     EXPECT_EQ(window_->presses(), 1);
     EXPECT_TRUE(record_.keys.empty());
@@ -118,7 +119,7 @@ TEST_F(ViewKeyboard, AShortcutMayCloseTheWindow) {
                              window_->window());
     showAndClick();
     strikeKey(kSpace);
-    EXPECT_TRUE(waitFor([this] { return window_->window() == nullptr; }));
+    EXPECT_TRUE(pollUntil([this] { return window_->window() == nullptr; }));
     EXPECT_EQ(record_.cleanups, 1);
 }
 

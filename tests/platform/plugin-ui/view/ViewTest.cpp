@@ -10,6 +10,7 @@
 
 #include "tests/platform/plugin-ui/view/ViewFixture.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -26,12 +27,12 @@ TEST_F(View, OpensThePluginUIHiddenSoThatItIsThereWhenTheViewComesOnScreen) {
     embed();
     window_->stage()->setHidden(true);
     window_->present();
-    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 1; }));
     runFor(40);
     EXPECT_EQ(record_.exposures, 0);
     EXPECT_EQ(rectangleOf(record_.window), X11Rect());
     window_->stage()->setHidden(false);
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     EXPECT_EQ(record_.instantiations, 1);
     EXPECT_EQ(record_.scaleFactor, 1.0F);
     EXPECT_TRUE(fillsItsStage());
@@ -46,7 +47,7 @@ TEST_F(View, StandsInItsPlaceBeforeTheToolkitDrawsThere) {
     embed();
     window_->stage()->setHidden(true);
     window_->present();
-    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 1; }));
     std::optional<bool> stood;
     // While the toolkit draws the main loop has no turn: what stands now stood before.
     std::function<void()> drawn = [&] {
@@ -62,7 +63,7 @@ TEST_F(View, StandsInItsPlaceBeforeTheToolkitDrawsThere) {
     const auto handler = g_signal_connect_swapped(
         clock, "paint", G_CALLBACK(+[](const std::function<void()>* call) { (*call)(); }), &drawn);
     window_->stage()->setHidden(false);
-    EXPECT_TRUE(waitFor([&stood] { return stood.has_value(); }));
+    EXPECT_TRUE(pollUntil([&stood] { return stood.has_value(); }));
     g_signal_handler_disconnect(clock, handler);
     EXPECT_EQ(stood, true);
 }
@@ -72,12 +73,12 @@ TEST_F(View, FollowsItsPlace) {
     show();
     EXPECT_TRUE(fillsItsStage());
     gtk_widget_set_size_request(window_->button(), -1, 150);
-    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_height(window_->button()) > 120; }));
+    ASSERT_TRUE(pollUntil([this] { return gtk_widget_get_height(window_->button()) > 120; }));
     EXPECT_TRUE(fillsItsStage());
     // Moved, with the extent that it has.
     gtk_widget_set_margin_start(window_->stage()->widget(), 60);
     gtk_window_set_default_size(GTK_WINDOW(window_->window()), 760, 500);
-    ASSERT_TRUE(waitFor([this] { return gtk_widget_get_width(window_->window()) == 760; }));
+    ASSERT_TRUE(pollUntil([this] { return gtk_widget_get_width(window_->window()) == 760; }));
     EXPECT_TRUE(fillsItsStage());
 }
 
@@ -87,13 +88,13 @@ TEST_F(View, TakesClicksAndDrags) {
     ASSERT_TRUE(fillsItsStage());
     const auto place = rectangleOf(record_.window);
     click(place.x + 130, place.y + 50);
-    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 1.3F; }));
+    ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 1.3F; }));
     pressButton(1);
     movePointer(place.x + 210, place.y + 60);
     releaseButton(1);
-    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 2.1F; }));
+    ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 2.1F; }));
     unit_->controls().setValue(kGain, 0.125F);
-    ASSERT_TRUE(waitFor([this] { return record_.values[kGain] == 0.125F; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.values[kGain] == 0.125F; }));
     EXPECT_EQ(window_->presses(), 0);
 }
 
@@ -125,12 +126,12 @@ TEST_F(View, CanBeTakenOutPutBackAndPlacedOutOfSight) {
     ASSERT_TRUE(fillsItsStage());
     const auto view = controller_->view();
     view->removeFromSuperview();
-    ASSERT_TRUE(waitFor([this] { return record_.cleanups == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.cleanups == 1; }));
     view->setTranslatesAutoresizingMaskIntoConstraints(true);
     window_->stage()->addSubview(view);
     view->setFrame({20, 10, 300, 200});
     const auto stage = window_->place();
-    EXPECT_TRUE(waitFor([this, &stage] {
+    EXPECT_TRUE(pollUntil([this, &stage] {
         return rectangleOf(record_.window) == X11Rect{stage.x + 20, stage.y + 10, 300, 200};
     }));
     EXPECT_EQ(record_.instantiations, 2);
@@ -143,16 +144,16 @@ TEST_F(View, ScrollsWhereThePluginUIIsLarger) {
     show();
     ASSERT_TRUE(fillsItsStage());
     commit(Misdeed::growHints);
-    ASSERT_TRUE(waitFor([this] { return record_.width == 900; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.width == 900; }));
     const auto stage = window_->place();
-    ASSERT_TRUE(waitFor([this, &stage] { return rectangleOf(record_.window).x == stage.x; }));
+    ASSERT_TRUE(pollUntil([this, &stage] { return rectangleOf(record_.window).x == stage.x; }));
     auto* scroller = GTK_SCROLLED_WINDOW(controller_->view()->widget());
     auto* across = gtk_scrolled_window_get_hadjustment(scroller);
-    ASSERT_TRUE(waitFor([across] { return gtk_adjustment_get_upper(across) == 900.0; }));
+    ASSERT_TRUE(pollUntil([across] { return gtk_adjustment_get_upper(across) == 900.0; }));
     gtk_adjustment_set_value(across, 80.0);
     EXPECT_TRUE(comesTo(record_.window, {stage.x - 80, stage.y, 900, 700}));
     // The bar stands beside the UI.
-    EXPECT_TRUE(waitFor(
+    EXPECT_TRUE(pollUntil(
         [&stage] { return pixelAt(stage.x + stage.width - 3, stage.y + 100) != 0x336699U; }));
     EXPECT_TRUE(isPainted(stage.x + 1, stage.y + 100, 0x336699U));
 }
@@ -161,13 +162,13 @@ TEST_F(View, SaysThatThePluginUIIsClosedAndOpensItAnewTheNextTime) {
     embed();
     show();
     record_.misdeed = Misdeed::close;
-    ASSERT_TRUE(waitFor([this] { return record_.cleanups == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.cleanups == 1; }));
     runFor(40);
     EXPECT_EQ(record_.instantiations, 1);
     window_->stage()->setHidden(true);
     runFor(20);
     window_->stage()->setHidden(false);
-    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 2; }));
     EXPECT_TRUE(fillsItsStage());
 }
 
@@ -175,7 +176,7 @@ TEST_F(View, SaysWhenThePluginUIRefusesToBeMade) {
     embed("refusing");
     const CapturedOutput errors(2);
     window_->present();
-    ASSERT_TRUE(waitFor([&errors] { return errors.text().ends_with("be made.\n"); }));
+    ASSERT_TRUE(pollUntil([&errors] { return errors.text().ends_with("be made.\n"); }));
     EXPECT_THAT(errors.text(), HasSubstr("The UI of <urn:orvalo:ui:refusing> cannot "
                                          "be shown: it refuses to be made."));
 }
@@ -190,7 +191,7 @@ TEST_F(View, ComesOnTheMainThreadAndNotAtOnce) {
     });
     asker.join();
     EXPECT_EQ(controller_, nullptr);
-    ASSERT_TRUE(waitFor([this] { return controller_ != nullptr; }));
+    ASSERT_TRUE(pollUntil([this] { return controller_ != nullptr; }));
 }
 
 TEST_F(View, IsAbsentWithOneLineWhenThereIsNothingToEmbed) {
@@ -237,13 +238,13 @@ TEST_F(View, IsTakenOutOfItsStageAndPutBack) {
     window_->stage()->addSubview(view);
     view->setTranslatesAutoresizingMaskIntoConstraints(true);
     view->setFrame(CGRect(20, 30, 300, 200));
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     const auto stage = window_->place();
     EXPECT_TRUE(comesTo(record_.window, {stage.x + 20, stage.y + 30, 300, 200}));
     // Larger than the stage, and partly outside.
     view->setFrame(CGRect(-40, 10, 300, 200));
     EXPECT_TRUE(comesTo(record_.window, {stage.x - 40, stage.y + 10, 300, 200}));
-    EXPECT_TRUE(waitFor([&stage] { return pixelAt(stage.x - 1, stage.y + 50) != 0x336699U; }));
+    EXPECT_TRUE(pollUntil([&stage] { return pixelAt(stage.x - 1, stage.y + 50) != 0x336699U; }));
 }
 
 TEST_F(View, ComesAndGoesManyTimes) {

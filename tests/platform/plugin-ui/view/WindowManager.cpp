@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "tests/platform/plugin-ui/x11/Screen.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -40,7 +41,7 @@ void startWindowManager() {
         execlp("openbox", "openbox", "--sm-disable", nullptr);
         _exit(127);
     }
-    if (!waitFor(isThere)) {
+    if (!pollUntil(isThere)) {
         throw std::runtime_error("The window manager did not start.");
     }
 }

@@ -6,6 +6,7 @@
 
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/platform/plugin-ui/x11/Toplevel.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -42,12 +43,12 @@ TEST_F(Container, ListensToTheWindowThatItHasTakenLast) {
     container_->adopt(second);
     setLeastSize(first, 50, 40);
     setLeastSize(second, 30, 20);
-    EXPECT_TRUE(waitFor([this] { return container_->rules().smallest == X11Size{30, 20}; }));
+    EXPECT_TRUE(pollUntil([this] { return container_->rules().smallest == X11Size{30, 20}; }));
     int changes = 0;
     container_->onRules = [&changes] { ++changes; };
     setLeastSize(first, 60, 50);
     setLeastSize(second, 35, 25);
-    EXPECT_TRUE(waitFor([this] { return container_->rules().smallest == X11Size{35, 25}; }));
+    EXPECT_TRUE(pollUntil([this] { return container_->rules().smallest == X11Size{35, 25}; }));
     EXPECT_EQ(changes, 1);
 }
 

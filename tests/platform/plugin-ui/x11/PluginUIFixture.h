@@ -12,6 +12,7 @@
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/platform/plugin-ui/x11/Toplevel.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -48,7 +49,7 @@ class PluginUIFixture : public ::testing::Test {
 
     void commit(zoo::Misdeed misdeed) {
         record_.misdeed = misdeed;
-        ASSERT_TRUE(waitFor([this] { return record_.misdeed == zoo::Misdeed::none; }));
+        ASSERT_TRUE(pollUntil([this] { return record_.misdeed == zoo::Misdeed::none; }));
     }
 
     Display* display_;

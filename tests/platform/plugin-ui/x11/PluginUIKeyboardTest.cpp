@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/platform/plugin-ui/x11/PluginUIFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -15,17 +16,17 @@ class PluginUIKeyboard : public PluginUIFixture {
     /// A UI that is drawn.
     void show() {
         open();
-        ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+        ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     }
     void clickIntoIt() {
         click(200, 200);
-        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+        ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
     }
     /// It takes the keyboard for itself, which it has from a click.
     void misbehave() {
         clickIntoIt();
         commit(Misdeed::takeKeyboard);
-        ASSERT_TRUE(waitFor([this] { return keyboardFocus() == record_.window; }));
+        ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == record_.window; }));
     }
 };
 
@@ -34,10 +35,10 @@ TEST_F(PluginUIKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
     ASSERT_NO_FATAL_FAILURE(show());
     ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     strikeKey(kSpace);
-    ASSERT_TRUE(waitFor([this] { return record_.keys.size() == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
     EXPECT_TRUE(toplevel_.takeKeys().empty());
     movePointer(700, 500);
-    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
     strikeKey(kSpace);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
     // The next visit begins with a click, too.
@@ -59,7 +60,7 @@ TEST_F(PluginUIKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWhee
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
     // Nor when it takes it for itself.
     commit(Misdeed::takeKeyboard);
-    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
     runFor(20);
     EXPECT_EQ(keyboardFocus(), inside);
     EXPECT_TRUE(record_.keys.empty());
@@ -73,7 +74,7 @@ TEST_F(PluginUIKeyboard, GivesTheKeyboardBackAtAClickElsewhere) {
     movePointer(700, 500);
     pressButton(1);
     releaseButton(1);
-    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
     // A click anywhere else on the screen gives it nothing either.
     click(5, 5);
     runFor(20);
@@ -89,19 +90,19 @@ TEST_F(PluginUIKeyboard, GetsTheKeyboardThatItsToplevelGetsAfterTheClick) {
     runFor(20);
     EXPECT_EQ(keyboardFocus(), elsewhere);
     toplevel_.focusInside();
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
 TEST_F(PluginUIKeyboard, HasTheKeyboardAlsoAfterItWasMadeAnew) {
     toplevel_.focusInside();
     open("direct");
     unit_->allocateRenderResources(96000.0);
-    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2 && record_.width == 400; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 2 && record_.width == 400; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
     ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     // The toplevel's events are still heard.
     toplevel_.focusInside();
-    ASSERT_TRUE(waitFor([this] { return keyboardFocus() == toplevel_.window(); }));
+    ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
 TEST_F(PluginUIKeyboard, GivesTheKeyboardBackThatItTookForItself) {
@@ -109,10 +110,10 @@ TEST_F(PluginUIKeyboard, GivesTheKeyboardBackThatItTookForItself) {
     ASSERT_NO_FATAL_FAILURE(show());
     ASSERT_NO_FATAL_FAILURE(misbehave());
     movePointer(700, 500);
-    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
     ASSERT_NO_FATAL_FAILURE(misbehave());
     embedded_->setVisible(false);
-    ASSERT_TRUE(waitFor([inside] { return keyboardFocus() == inside; }));
+    ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
 }
 
 TEST_F(PluginUIKeyboard, HandsBackTheKeysThatThePluginUISendsOnWhileItHasTheKeyboard) {
@@ -120,7 +121,7 @@ TEST_F(PluginUIKeyboard, HandsBackTheKeysThatThePluginUISendsOnWhileItHasTheKeyb
     open();
     std::vector<unsigned> unused;
     embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     const unsigned space = keycode(kSpace);
     // With the mask for keys, and with none.
     for (const long mask : {1L, 0L}) {
@@ -128,9 +129,9 @@ TEST_F(PluginUIKeyboard, HandsBackTheKeysThatThePluginUISendsOnWhileItHasTheKeyb
         record_.keyMask = mask;
         ASSERT_NO_FATAL_FAILURE(clickIntoIt());
         strikeKey(kSpace);
-        EXPECT_TRUE(waitFor([&] { return unused == std::vector{space}; })) << mask;
+        EXPECT_TRUE(pollUntil([&] { return unused == std::vector{space}; })) << mask;
         movePointer(700, 500);
-        ASSERT_TRUE(waitFor([this] { return keyboardFocus() != toplevel_.window(); }));
+        ASSERT_TRUE(pollUntil([this] { return keyboardFocus() != toplevel_.window(); }));
     }
     // What is sent without the keyboard is nobody's key.
     unused.clear();
@@ -144,7 +145,7 @@ TEST_F(PluginUIKeyboard, LeavesKeysThatThePluginUIDoesNotWantToTheToplevel) {
     open();
     std::vector<unsigned> unused;
     embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     commit(Misdeed::ignoreKeys);
     ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     strikeKey(kSpace);
@@ -162,7 +163,7 @@ TEST_F(PluginUIKeyboard, MayBeClosedByAKeyThatItSendsOn) {
     embedded_->onUnusedKey = [this](const X11Key& /*key*/) { embedded_ = nullptr; };
     ASSERT_NO_FATAL_FAILURE(clickIntoIt());
     strikeKey(kSpace);
-    EXPECT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    EXPECT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(record_.cleanups, 1);
 }
 

@@ -6,6 +6,7 @@
 #include "platform/foundation/NSError.h"
 #include "tests/platform/plugin-ui/x11/PluginUIFixture.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ using PluginUI = PluginUIFixture;
 TEST_F(PluginUI, StandsInItsAreaAndFillsIt) {
     open();
     EXPECT_EQ(record_.instantiations, 1);
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0 && record_.width == 400; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0 && record_.width == 400; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
     EXPECT_EQ(record_.height, 300);
     EXPECT_EQ(record_.toldWidth, 400);
@@ -66,7 +67,7 @@ TEST_F(PluginUI, ShowsTheControlsAndTheirChanges) {
     EXPECT_EQ(record_.valueCounts[kGain], 1);
     EXPECT_EQ(record_.valueCounts[kCount], 1);
     unit_->controls().setValue(kGain, 3.5F);
-    ASSERT_TRUE(waitFor([this] { return record_.values[kGain] == 3.5F; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.values[kGain] == 3.5F; }));
     runFor(20);
     EXPECT_EQ(record_.valueCounts[kGain], 2);
     EXPECT_EQ(record_.valueCounts[kCount], 1);
@@ -74,15 +75,15 @@ TEST_F(PluginUI, ShowsTheControlsAndTheirChanges) {
 
 TEST_F(PluginUI, SetsAControlByClickAndDragAndIsNotTold) {
     open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     click(150 + 120, 200);
-    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 1.2F; }));
+    ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 1.2F; }));
     movePointer(150 + 50, 200);
     pressButton(1);
     movePointer(150 + 90, 210);
     // Beyond its edge: the button holds the pointer.
     movePointer(150 + 410, 210);
-    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 4.1F; }));
+    ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 4.1F; }));
     releaseButton(1);
     EXPECT_EQ(record_.valueCounts[kGain], 1);
     EXPECT_EQ(record_.clicks, 2);
@@ -90,22 +91,22 @@ TEST_F(PluginUI, SetsAControlByClickAndDragAndIsNotTold) {
 
 TEST_F(PluginUI, ExchangesEventsWithTheEffect) {
     open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     click(200, 200, 3);
-    ASSERT_TRUE(waitFor([this] {
+    ASSERT_TRUE(pollUntil([this] {
         render(*unit_);
         return !record_.events.empty();
     }));
     EXPECT_EQ(record_.events.size(), 1U);
     EXPECT_EQ(record_.events[0], (std::vector<unsigned char>{'h', 'e', 'l', 'l', 'o'}));
-    ASSERT_TRUE(waitFor([this] { return record_.values[kCount] == 1.0F; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.values[kCount] == 1.0F; }));
 }
 
 TEST_F(PluginUI, HearsNoEventsThatItHasNotAskedFor) {
     open("fixed");
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     click(200, 200, 3);
-    ASSERT_TRUE(waitFor([this] {
+    ASSERT_TRUE(pollUntil([this] {
         render(*unit_);
         return record_.values[kCount] == 1.0F;
     }));
@@ -127,7 +128,7 @@ TEST_F(PluginUI, WritesNothingThatAPortCannotTake) {
 TEST_F(PluginUI, IsClosedWhenItSaysSo) {
     open();
     record_.misdeed = Misdeed::close;
-    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(closed_, (std::vector<std::string>{"it has closed itself"}));
     EXPECT_EQ(record_.cleanups, 1);
     const int idles = record_.idles;
@@ -144,7 +145,7 @@ TEST_F(PluginUI, IsCleanedUpAfterItsOwnCodeWhenThatHasItClosed) {
         cleanups = record_.cleanups;
     };
     record_.misdeed = Misdeed::callOut;
-    ASSERT_TRUE(waitFor([this] { return record_.cleanups == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.cleanups == 1; }));
     EXPECT_EQ(cleanups, 0);
     EXPECT_TRUE(closed_.empty());
 }
@@ -152,16 +153,16 @@ TEST_F(PluginUI, IsCleanedUpAfterItsOwnCodeWhenThatHasItClosed) {
 TEST_F(PluginUI, IsClosedWhenItDestroysItsWindow) {
     open();
     record_.misdeed = Misdeed::destroyWindow;
-    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(closed_, (std::vector<std::string>{"it has lost its window"}));
     EXPECT_EQ(record_.cleanups, 1);
 }
 
 TEST_F(PluginUI, IsClosedWhenTheToplevelGoes) {
     open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     toplevel_.destroy();
-    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(closed_, (std::vector<std::string>{"it has lost its window"}));
 }
 
@@ -181,11 +182,11 @@ TEST_F(PluginUI, SurvivesItsErrorsAndReportsOneOfEachKind) {
 
 TEST_F(PluginUI, StaysInItsAreaWhateverItAsksFor) {
     open();
-    ASSERT_TRUE(waitFor([this] { return record_.width == 400; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.width == 400; }));
     int changes = 0;
     embedded_->onRules = [&changes] { ++changes; };
     commit(Misdeed::wantByWindow);
-    ASSERT_TRUE(waitFor([this] { return embedded_->rules().wanted == X11Size{500, 120}; }));
+    ASSERT_TRUE(pollUntil([this] { return embedded_->rules().wanted == X11Size{500, 120}; }));
     commit(Misdeed::wantByFeature);
     EXPECT_EQ(embedded_->rules().wanted, (X11Size{400, 300}));
     EXPECT_EQ(changes, 2);
@@ -195,17 +196,17 @@ TEST_F(PluginUI, StaysInItsAreaWhateverItAsksFor) {
 TEST_F(PluginUI, StandsInTheMiddleWithTheOnlyExtentThatItHas) {
     open();
     commit(Misdeed::fixHints);
-    ASSERT_TRUE(waitFor([this] { return record_.width == 200; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.width == 200; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150 + 100, 140 + 75, 200, 150}));
     EXPECT_TRUE(isPainted(160, 150, 0x202020U));
 }
 
 TEST_F(PluginUI, HasTheExtentThatItAskedForWhereItsDataSayFixed) {
     open("fixed");
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150 + 50, 140 + 50, 300, 200}));
     commit(Misdeed::wantByWindow);
-    ASSERT_TRUE(waitFor([this] { return record_.width == 500; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.width == 500; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140 + 90, 500, 120}));
     EXPECT_EQ(embedded_->rules().least(), (X11Size{500, 120}));
 }
@@ -213,7 +214,7 @@ TEST_F(PluginUI, HasTheExtentThatItAskedForWhereItsDataSayFixed) {
 TEST_F(PluginUI, IsCutWhereItIsLargerThanWhatCanBeSeen) {
     open();
     commit(Misdeed::growHints);
-    ASSERT_TRUE(waitFor([this] { return record_.width == 900; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.width == 900; }));
     EXPECT_EQ(embedded_->rules().least(), (X11Size{900, 700}));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 900, 700}));
     EXPECT_TRUE(isPainted(150 + 399, 140 + 299, 0x336699U));
@@ -228,7 +229,7 @@ TEST_F(PluginUI, IsCutWhereItIsLargerThanWhatCanBeSeen) {
 TEST_F(PluginUI, FollowsItsArea) {
     open();
     embedded_->place({0, 0, 640, 480}, {0, 0, 640, 480});
-    ASSERT_TRUE(waitFor([this] { return record_.width == 640 && record_.height == 480; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.width == 640 && record_.height == 480; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{100, 100, 640, 480}));
     embedded_->place({20, 30, 640, 480}, {20, 30, 0, 0});
     EXPECT_TRUE(comesTo(record_.window, {}));
@@ -236,7 +237,7 @@ TEST_F(PluginUI, FollowsItsArea) {
 
 TEST_F(PluginUI, PlacesItsOtherWindowsAsItLikes) {
     open();
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     commit(Misdeed::secondWindow);
     EXPECT_TRUE(comesTo(record_.second, X11Rect{160, 160, 60, 50}));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
@@ -260,17 +261,17 @@ TEST_F(PluginUI, IsUnmappedAndSlowWhileItIsHidden) {
     EXPECT_TRUE(comesTo(record_.window, {}));
     // What changes meanwhile reaches it all the same.
     unit_->controls().setValue(kGain, 0.25F);
-    ASSERT_TRUE(waitFor([this] { return record_.values[kGain] == 0.25F; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.values[kGain] == 0.25F; }));
 }
 
 TEST_F(PluginUI, KeepsItsUnitWhenThatIsMadeAnewForAnotherRate) {
     open();
     unit_->allocateRenderResources(96000.0);
-    ASSERT_TRUE(waitFor([this] { return record_.exposures > 0; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     runFor(20);
     EXPECT_EQ(record_.instantiations, 1);
     click(150 + 80, 200);
-    ASSERT_TRUE(waitFor([this] { return unit_->controls().value(kGain) == 0.8F; }));
+    ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 0.8F; }));
 }
 
 TEST_F(PluginUI, IsMadeAnewWithTheInstanceThatItReaches) {
@@ -278,10 +279,10 @@ TEST_F(PluginUI, IsMadeAnewWithTheInstanceThatItReaches) {
     const auto* before = record_.instance;
     ASSERT_NE(before, nullptr);
     unit_->allocateRenderResources(96000.0);
-    ASSERT_TRUE(waitFor([this] { return record_.instantiations == 2; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 2; }));
     EXPECT_EQ(record_.cleanups, 1);
     EXPECT_NE(record_.instance, before);
-    ASSERT_TRUE(waitFor([this] { return record_.width == 400; }));
+    ASSERT_TRUE(pollUntil([this] { return record_.width == 400; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
@@ -301,7 +302,7 @@ TEST_F(PluginUI, ThatRefusesToBeMadeIsAnError) {
 
 TEST_F(PluginUI, IsClosedWhenItMakesNoWindow) {
     open("windowless");
-    ASSERT_TRUE(waitFor([this] { return embedded_ == nullptr; }));
+    ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(closed_, (std::vector<std::string>{"it makes no window"}));
 }
 

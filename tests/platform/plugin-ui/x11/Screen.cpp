@@ -2,12 +2,11 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <glib.h>
 
 #include <set>
 
-#include "platform/foundation/RunLoop.h"
 #include "platform/plugin-ui/x11/X11Errors.h"
+#include "tests/testing/WaitUntil.h"
 #include "tests/testing/XServer.h"
 
 namespace orvalo::testing {
@@ -24,18 +23,9 @@ Display* screen() {
     return display;
 }
 
-bool waitFor(const std::function<bool()>& condition) {
-    // Turns even where nothing else happens, and never holds up what does.
-    const auto turns = g_timeout_add_full(
-        G_PRIORITY_LOW, 5, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
-    const bool held = RunLoop::main()->run(condition, std::chrono::seconds(60));
-    g_source_remove(turns);
-    return held;
-}
-
 void runFor(int turns) {
     int left = turns;
-    waitFor([&left] { return --left < 0; });
+    pollUntil([&left] { return --left < 0; });
 }
 
 X11Rect rectangleOf(unsigned long window) {
@@ -78,11 +68,11 @@ std::size_t countColors(const X11Rect& area) {
 }
 
 bool comesTo(unsigned long window, const X11Rect& rectangle) {
-    return waitFor([&] { return rectangleOf(window) == rectangle; });
+    return pollUntil([&] { return rectangleOf(window) == rectangle; });
 }
 
 bool isPainted(int x, int y, unsigned color) {
-    return waitFor([=] { return pixelAt(x, y) == color; });
+    return pollUntil([=] { return pixelAt(x, y) == color; });
 }
 
 unsigned long keyboardFocus() {

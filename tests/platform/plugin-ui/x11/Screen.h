@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 
 #include "platform/plugin-ui/x11/X11Geometry.h"
+#include "tests/testing/WaitUntil.h"
 
 using Display = struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib's own.
 
@@ -13,9 +13,7 @@ namespace orvalo::testing {
 /// The program's virtual display, which the first call makes, and the tests' own connection to it.
 Display* screen();
 
-/// Runs the main run loop until the condition holds; false after many seconds.
-bool waitFor(const std::function<bool()>& condition);
-/// Lets the run loop work for that many turns of a fast timer.
+/// Serves the main run loop for at least that many of its turns.
 void runFor(int turns);
 
 /// A window's rectangle on the screen; empty when it cannot be seen or is gone.

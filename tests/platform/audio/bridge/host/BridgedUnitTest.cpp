@@ -9,6 +9,7 @@
 #include "tests/platform/audio/lv2/BlockRunner.h"
 #include "tests/platform/audio/lv2/Zoo.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -143,7 +144,7 @@ class BridgedUnitPluginUI : public ::testing::Test {
         });
     }
     bool isAnswered() {
-        return RunLoop::main()->run([this] { return answers_ > 0; }, std::chrono::seconds(60));
+        return waitUntil([this] { return answers_ > 0; });
     }
 
     int provisions_ = 0;

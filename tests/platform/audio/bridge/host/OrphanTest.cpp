@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tests/platform/audio/bridge/host/Leftovers.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -43,9 +44,7 @@ TEST_P(OrphanTest, TheEffectsProcessEndsWithItsHostHoweverThatEnds) {
     ASSERT_GT(host.effect, 0);
     EXPECT_TRUE(isAlive(host.effect));
     kill(host.process, GetParam());
-    while (isAlive(host.effect)) {
-        usleep(1000);
-    }
+    EXPECT_TRUE(pollUntil([&host] { return !isAlive(host.effect); }));
     waitpid(host.process, nullptr, 0);
 }
 

@@ -7,6 +7,7 @@
 #include "platform/foundation/RunLoop.h"
 #include "tests/platform/audio/bridge/host/FakeEffect.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -47,8 +48,7 @@ class PluginUIChannelTest : public ::testing::Test {
 
     /// Whether so many calls have come, or do.
     bool hear(std::size_t count) {
-        return RunLoop::main()->run([&] { return listener->calls.size() >= count; },
-                                    std::chrono::seconds(60));
+        return waitUntil([&] { return listener->calls.size() >= count; });
     }
     void dieByPreset() {
         effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"});
