@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "animation/EasingCurve.h"
-#include "animation/EasingName.h"
 #include "platform/foundation/Timer.h"
 #include "tests/app/AccessibleTree.h"
 #include "tests/app/Screenshot.h"
