@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "animation/Animator.h"
-#include "animation/Callback.h"
 #include "animation/Members.h"
 #include "animation/Ticking.h"
 #include "platform/foundation/Checked.h"
@@ -23,7 +22,7 @@ void AnimationSequencer::add(const std::shared_ptr<Animator>& item, std::int64_t
     const auto startsSooner = [](const auto& left, const auto& right) {
         return left->_startFrame < right->_startFrame;
     };
-    // Sorting takes storage of its own, which animators that come in order do not need.
+    // stable_sort allocates; skip it for animators that are added in order.
     if (!std::is_sorted(_animators.begin(), _animators.end(), startsSooner)) {
         std::stable_sort(_animators.begin(), _animators.end(), startsSooner);
     }
@@ -140,7 +139,7 @@ void AnimationSequencer::findAnimators() {
         if (_currentFrame < animator->_startFrame) {
             continue;
         }
-        // Kept: what a subclass does may change the list.
+        // A copy: an overridden operation may change the list.
         const auto due = animator;
         if (!due->isFinished()) {
             _currentIndex = index;

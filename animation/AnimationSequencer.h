@@ -13,14 +13,14 @@ namespace orvalo {
 class Animator;
 class Timer;
 
-/// Plays animators on one time line of frames, each from a frame of its own, by one repeating
-/// timer: every tick advances the frame counter, schedules the animators whose frame has come,
-/// steps the scheduled ones and drops those that have finished; at the end of the time line it
-/// stops. Frames 0 and 1 both begin on the first tick.
+/// Plays animators on one time line, each from its own start frame, with one repeating timer. Each
+/// tick advances the frame counter, schedules the animators that are due, steps the scheduled ones
+/// and drops those that have finished. At the end of the time line it stops. Animators at frames 0
+/// and 1 both start on the first tick.
 ///
-/// Used on one thread, which has a run loop; callbacks come on it, from inside animate(), and may
-/// do anything with the sequencer and its animators, or let go of them. Frame sums and counters
-/// that overflow are fatal errors.
+/// Not thread-safe: use it on one thread with a run loop. Callbacks are called inside animate() and
+/// may do anything with the sequencer and its animators, including releasing them. An
+/// overflow of a frame sum or counter is a fatal error.
 class AnimationSequencer : public NSObject {
   private:
     friend struct AnimationSequencerPeer;
@@ -34,63 +34,63 @@ class AnimationSequencer : public NSObject {
     bool _suspended = false;
 
   public:
-    /// The timer's period in seconds; a running timer keeps the one that it started with.
+    /// The timer's period in seconds, used from the next start() on.
     float interval = 0.005F;
-    /// Comes for each scheduled animator on each tick, before that animator steps.
+    /// Called for each scheduled animator on each tick, before it is stepped.
     std::function<void(const std::shared_ptr<AnimationSequencer>&,
                        const std::shared_ptr<Animator>&)>
         onAnimation;
-    /// Comes when the frame counter has reached the end of the time line, before the sequencer
+    /// Called when the frame counter has reached the end of the time line, before the sequencer
     /// stops.
     std::function<void(const std::shared_ptr<AnimationSequencer>&)> onFinished;
 
-    /// Places the animator on the time line, which grows to its end when needed; animators of one
-    /// frame keep the order in which they came. One that is there already is there once more, at
-    /// the new frame both times. An absent one is refused with a line on standard output.
+    /// Adds the animator at a frame and extends the time line to its end if needed. Animators at
+    /// the same frame keep the order of their addition. An animator added twice has two entries,
+    /// both at the new frame. For null, prints a line on standard output and adds nothing.
     virtual void add(const std::shared_ptr<Animator>& item, std::int64_t at);
-    /// Removes the first entry of the animator; one that is not there is a fatal error, an absent
-    /// one is ignored. The time line keeps its length, and a scheduled animator is stepped until it
-    /// finishes.
+    /// Removes the first entry of the animator; an animator without an entry is a fatal error. Null
+    /// removes nothing. The time line keeps its length, and a scheduled animator is stepped until
+    /// it finishes.
     virtual void remove(const std::shared_ptr<Animator>& item);
-    /// Empties the time line and sets its length to 0. Scheduled animators, counters and the timer
-    /// stay.
+    /// Removes all entries and sets the length to 0. Scheduled animators, counters and the timer
+    /// are unchanged.
     virtual void removeAll();
-    /// How many entries there are on the time line.
+    /// The number of entries on the time line.
     virtual std::int64_t getCount() const;
-    /// How many animators are scheduled.
+    /// The number of scheduled animators.
     virtual std::int64_t getCurrentCount() const;
-    /// The frame counter.
     virtual std::int64_t getCurrentFrame() const;
-    /// The position, by start frame, at which the next search for animators to schedule begins.
+    /// Index in the order of start frames from which the next tick looks for animators that are
+    /// due.
     virtual std::int64_t getCurrentIndex() const;
 
-    /// Starts the timer, which holds the sequencer until it is stopped. The counters go on. A timer
-    /// that runs already is not stopped: both advance the frame counter, and stop() reaches the new
-    /// one only.
+    /// Starts the timer, which holds the sequencer until stop(), and continues from the current
+    /// counters. A timer that already runs goes on: both advance the frame counter, and stop() ends
+    /// only the new one.
     virtual void start();
-    /// Ends the timer and sets the counters to 0; scheduled animators stay scheduled.
+    /// Ends the timer and sets the counters to 0. Scheduled animators stay scheduled.
     virtual void stop();
-    /// Has animate() do nothing; the frame counter goes on.
+    /// animate() does nothing during the pause; the frame counter goes on.
     virtual void pause();
-    /// Ends the pause. What became due meanwhile is scheduled on the next tick.
+    /// Ends the pause. Animators that became due meanwhile are scheduled on the next tick.
     virtual void continue_();
-    /// Rewinds every animator and nothing of the sequencer itself.
+    /// Rewinds every animator; the sequencer's counters are unchanged.
     virtual void rewind();
     /// Sets the frame counter, stops the animators that start before that frame and rewinds the
-    /// others. Beyond the end of the time line it stops the sequencer. Scheduled animators stay
-    /// scheduled.
+    /// others. Stops the sequencer when the frame is beyond the end of the time line. Scheduled
+    /// animators stay scheduled.
     virtual void seek(std::int64_t to);
-    /// What a tick does after it has advanced the frame counter. Without animators it prints a
-    /// warning, and the timer goes on.
+    /// The tick, without advancing the frame counter. Without animators it prints a warning and the
+    /// timer goes on.
     virtual void animate();
 
   protected:
     /// Schedules the animators from the current index on that are due and not finished. An index
     /// beyond the list is a fatal error.
     virtual void findAnimators();
-    /// Has the animator stepped from now on, unless it is already.
+    /// Adds the animator to the scheduled ones, unless it is scheduled already.
     virtual void scheduleItem(const std::shared_ptr<Animator>& item);
-    /// Has the time line grow to the last end of an animator; it never shrinks.
+    /// Extends the time line to the last end of an animator. Never shortens it.
     virtual void calculateFrames();
     /// What stop() does.
     virtual void reset();

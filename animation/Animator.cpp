@@ -6,9 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "animation/Callback.h"
 #include "animation/EasingCurve.h"
-#include "animation/OutIn.h"
 #include "animation/Ticking.h"
 #include "platform/foundation/Checked.h"
 #include "platform/foundation/FatalError.h"
@@ -29,7 +27,7 @@ struct Animator::Curves {
         &Animator::easeOutInElastic, &Animator::easeInBack,     &Animator::easeOutBack,
         &Animator::easeInOutBack,    &Animator::easeOutInBack};
 
-    /// What each case is bound to, the end marker included.
+    /// The curve of each case, including the end marker.
     template <std::size_t... place>
     static constexpr auto all(std::index_sequence<place...> /*places*/) {
         std::array curves{&Animator::fixed<static_cast<EnumEasing>(place)>...,
@@ -144,7 +142,7 @@ void Animator::animate() {
         return;
     }
     if (_step < _frames) {
-        // A callback alone can let go of it meanwhile.
+        // Only a callback can release the animator.
         const auto self = onAnimation ? shared(this) : nullptr;
         call(onAnimation, self, _value);
         _step = checkedAdd<std::int64_t>(_step, 1);
@@ -174,7 +172,7 @@ void Animator::start() {
 }
 
 void Animator::stop() {
-    // The timer's end may let go of the last reference.
+    // The timer may hold the last reference.
     const auto self = weak_from_this().lock();
     stopTicking(_timer);
     Animator::reset();

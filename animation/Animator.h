@@ -11,51 +11,52 @@
 
 namespace orvalo {
 
-/// Moves one value from a start to an end over a number of frames along a curve: on a timer of its
-/// own, or a frame at each animate() of its owner. One thread at a time, that of the run loop which
-/// start() was called on; callbacks come from inside animate() and may do anything with the
-/// animator, or let go of it. Held by std::shared_ptr, by its timer too while that runs.
+/// Moves one value from a start to an end over a number of frames along a curve, either on its own
+/// timer or one frame per animate() call of its owner. Not thread-safe: use it on the thread that
+/// calls start(). Callbacks are called inside animate() and may do anything with the animator,
+/// including releasing it. Hold it by std::shared_ptr; a running timer holds it, too.
 class Animator : public NSObject {
   public:
-    /// How many animators live in the process. Any thread.
+    /// The number of live animators in the process. Any thread.
     static std::atomic<std::int64_t> classCount;
 
   private:
     friend class AnimationSequencer;
     using Curve = float (Animator::*)(std::int64_t, float, float, std::int64_t);
 
-    std::int64_t _startFrame = 0;  ///< Where it begins on a sequencer's line; the sequencer's own.
+    std::int64_t _startFrame =
+        0;  ///< The frame at which a sequencer starts it; only the sequencer uses it.
     std::int64_t _frameCount = 0;  ///< As given to setup().
     std::shared_ptr<Timer> _timer;
     float _source = 0;
     float _value = 0;
     float _destination = 0;
     float _amount = 0;          ///< _destination - _source.
-    std::int64_t _frames = -1;  ///< The run's length; negative when it has ended or never begun.
+    std::int64_t _frames = -1;  ///< The run's length; negative when there is no run.
     std::int64_t _step = 0;     ///< Frames computed in this run.
     float _interval = 0.005f;
     Curve _action;
     EnumEasing _type = EnumEasing::EASING_easeNone;
 
   public:
-    /// Whether a run that ends turns round, for ever. stop() clears it.
+    /// Whether the run reverses at each end instead of finishing. stop() clears it.
     bool looped = false;
-    /// Before each frame is computed, with the value before it.
+    /// Called before each frame is computed, with the previous value.
     std::function<void(const std::shared_ptr<Animator>&, float)> onAnimation;
-    /// When a run has ended that is not looped, with the end value; may begin the next run.
+    /// Called when a run that is not looped has ended, with the end value. May start the next run.
     std::function<void(const std::shared_ptr<Animator>&, float)> onFinished;
-    /// At each end of a looped run, before it turns.
+    /// Called at each end of a looped run, before it reverses.
     std::function<void(const std::shared_ptr<Animator>&)> onLoop;
 
-    /// A finished one, with no way to go. More than 64 bits can count are a fatal error.
+    /// Finished, with all values 0. Fatal error when classCount overflows.
     Animator();
-    /// The same, then setup(); Animator's own, as always in a constructor.
+    /// Default construction, then Animator::setup(), not an override of it.
     Animator(float sourceValue, float destinationValue, std::int64_t frames,
              float interval = 0.009f, EnumEasing type = EnumEasing::EASING_easeNone);
     ~Animator() override;
 
-    /// Curves that a subclass may replace, for itself and for the Out-In curve made of them. Their
-    /// arguments are those of EasingCurve.
+    /// Curves that a subclass may override; the Out-In curves call the overrides. The arguments are
+    /// those of EasingCurve.
     virtual float easeInElastic(std::int64_t currentFrame, float sourceValue, float amount,
                                 std::int64_t numFrames);
     virtual float easeOutElastic(std::int64_t currentFrame, float sourceValue, float amount,
@@ -73,40 +74,41 @@ class Animator : public NSObject {
     virtual float easeOutInBack(std::int64_t currentFrame, float sourceValue, float amount,
                                 std::int64_t numFrames);
 
-    /// Makes a run ready, at its start. frames: a negative count, or no way to go, counts as 0.
-    /// interval: seconds between frames, from the next start() on. The callbacks, looped and a
-    /// running timer stay as they are. type: one that is no case is a fatal error.
+    /// Prepares a run and sets the value to its start. frames: 0 when negative, or when source and
+    /// destination are equal. interval: seconds between frames, used from the next start() on.
+    /// type: an invalid value is a fatal error. The callbacks, looped and a running timer are
+    /// unchanged.
     virtual void setup(float source, float destination, std::int64_t frames,
                        float interval = 0.009f, EnumEasing type = EnumEasing::EASING_easeNone);
-    /// Makes the way back ready, with the frames, interval and curve of the way there.
+    /// Prepares the run back to the source, with the same frames, interval and curve.
     virtual void reverse();
-    /// Ends the run at once where it would have ended, as a run of easeNone.
+    /// Ends the run at once at its destination, as a run of one frame of easeNone.
     virtual void undo();
     virtual float getDestinationValue() const;
     virtual float getSourceValue() const;
     virtual float getValue() const;
-    /// The next frame of the run: N frames take N + 1 calls, of which the last sets the end value
-    /// and ends or turns the run. Nothing when it has ended.
+    /// Computes the next frame. A run of N frames takes N + 1 calls; the last call sets the end
+    /// value and ends or reverses the run. Does nothing when there is no run.
     virtual void animate();
-    /// Whether there is no run: it has ended, or setup() was never called.
+    /// True when the run has ended or setup() was never called.
     virtual bool isFinished() const;
     /// Calls animate() every interval on the calling thread's run loop, until stop(). A timer that
-    /// runs already is not stopped, now or later.
+    /// already runs is not stopped and can no longer be stopped.
     virtual void start();
-    /// Ends the run and the timer of the last start(), without a callback. The value stays.
+    /// Ends the run and the timer of the last start(), without a callback. Keeps the value.
     virtual void stop();
-    /// Makes the same way ready anew, with an interval of 0.009 s and easeNone.
+    /// Prepares the same run again, with an interval of 0.009 s and easeNone.
     virtual void rewind();
-    /// Goes on with another curve from the next frame on.
+    /// Uses another curve from the next frame on.
     virtual void setType(EnumEasing type);
-    /// Seconds between frames, from the next start() on.
+    /// Seconds between frames, used from the next start() on.
     virtual void setInterval(float interval);
 
   private:
     virtual void reset();
 
     struct Curves;
-    /// The curves that no subclass replaces.
+    /// The curves that a subclass cannot override.
     template <EnumEasing type>
     float fixed(std::int64_t currentFrame, float sourceValue, float amount, std::int64_t numFrames);
     void bind(EnumEasing type);

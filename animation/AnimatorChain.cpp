@@ -2,7 +2,6 @@
 
 #include <iterator>
 
-#include "animation/Callback.h"
 #include "animation/Members.h"
 #include "animation/Ticking.h"
 #include "platform/foundation/Checked.h"

@@ -12,12 +12,12 @@ namespace orvalo {
 class Animator;
 class Timer;
 
-/// Runs animators one after the other on one repeating timer: every tick steps the current one, and
-/// when that has finished the next one follows, forwards or backwards. In the asynchronous mode
-/// every tick starts one animator on its own timer instead, so that they overlap.
+/// Runs animators one after the other on one repeating timer, forwards or backwards: each tick
+/// steps the current one, and the next one follows when it has finished. In asynchronous mode each
+/// tick starts one animator on its own timer instead, so that they overlap.
 ///
-/// Used on one thread, which has a run loop; callbacks come on it, from inside animate(), and may
-/// do anything with the chain and its members, or let go of them.
+/// Not thread-safe: use it on one thread with a run loop. Callbacks are called inside animate() and
+/// may do anything with the chain and its members, including releasing them.
 class AnimatorChain : public NSObject {
   private:
     friend struct AnimatorChainPeer;
@@ -28,42 +28,40 @@ class AnimatorChain : public NSObject {
     std::int64_t _direction = 1;
 
   public:
-    /// The timer's period in seconds; a running timer keeps the one that it started with.
+    /// The timer's period in seconds, used from the next start() on.
     float interval = 0.005F;
-    /// Whether members are started on their own timers instead of being stepped. They go on when
-    /// the chain stops.
+    /// Whether members are started on their own timers instead of being stepped. They keep running
+    /// when the chain stops.
     bool async = false;
-    /// Comes once a tick, before the current member is stepped or started.
+    /// Called once per tick, before the current member is stepped or started.
     std::function<void(const std::shared_ptr<AnimatorChain>&, const std::shared_ptr<Animator>&)>
         onAnimation;
-    /// Comes when the chain has come to its end, before it stops.
+    /// Called when the chain has reached its end, before it stops.
     std::function<void(const std::shared_ptr<AnimatorChain>&)> onFinished;
 
-    /// Appends the animator, which may be a member already; an absent one is ignored.
+    /// Appends the animator, which may be a member already. Null is ignored.
     virtual void add(const std::shared_ptr<Animator>& item);
-    /// Removes the first entry of the animator and leaves the index alone; an absent one is
-    /// ignored, one that is no member is a fatal error.
+    /// Removes the first entry of the animator and keeps the index. Null is ignored; an animator
+    /// that is not a member is a fatal error.
     virtual void remove(const std::shared_ptr<Animator>& item);
-    /// Stops, then removes all members.
+    /// Stops the chain, then removes all members.
     virtual void removeAll();
-    /// How many entries there are.
     virtual std::int64_t getCount() const;
-    /// The position of the member that the next tick works on, unless it lies outside the list.
+    /// Index of the member that the next tick steps or starts. May lie outside the list.
     virtual std::int64_t getCurrentIndex() const;
-    /// The member there, or none.
+    /// The member at the current index, or null.
     virtual std::shared_ptr<Animator> getCurrentItem() const;
 
-    /// Starts the timer, which holds the chain until it is stopped, and goes on at the current
-    /// index. A timer that runs already is not stopped: it goes on beside the new one, and stop()
-    /// no longer reaches it.
+    /// Starts the timer, which holds the chain until stop(), and goes on at the current index. A
+    /// timer that already runs goes on beside the new one and can no longer be stopped.
     virtual void start();
-    /// Ends the timer and goes back to index 0.
+    /// Ends the timer and sets the index to 0.
     virtual void stop();
-    /// Turns the direction and leaves the index alone. Backwards, the chain ends as soon as the
-    /// index comes down to 0: the member there is not run, unless the chain stands there already,
-    /// in which case one tick steps it once and ends.
+    /// Sets the direction and keeps the index. Backwards, the chain ends as soon as the index
+    /// reaches 0, without running that member. If the index is 0 already, one tick steps that
+    /// member once and ends.
     virtual void setBackwards(bool direction);
-    /// One tick. Without members it prints a warning, and the timer goes on.
+    /// One tick. Without members it prints a warning and the timer goes on.
     virtual void animate();
 
   private:

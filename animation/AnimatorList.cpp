@@ -12,7 +12,7 @@ void AnimatorList::append(const Item& item) {
     entries.push_back({item});
     const auto [found, isNew] = places_.try_emplace(item.get(), Places{place, place});
     if (!isNew) {
-        entries[found->second.last].nextOfItsOwn = place;
+        entries[found->second.last].nextOfSame = place;
         found->second.last = place;
     }
 }
@@ -28,12 +28,12 @@ bool AnimatorList::removeFirst(const Item& item) {
     }
     auto& entries = changeable();
     auto& [first, last] = found->second;
-    // Kept to the end: with an animator goes what its callbacks hold, which may come back here.
+    // Destroyed last: the animator's callbacks may own objects whose destructors use this list.
     const auto removed = std::exchange(entries[first].item, nullptr);
     if (first == last) {
         places_.erase(found);
     } else {
-        first = entries[first].nextOfItsOwn;
+        first = entries[first].nextOfSame;
     }
     ++holes_;
     return true;

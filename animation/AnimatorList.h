@@ -10,36 +10,35 @@ namespace orvalo {
 
 class Animator;
 
-/// Animators in the order in which they came; the same one may stand there more than once. Made for
-/// lists of which many members go on one tick: finding and removing one costs the same however many
-/// there are, and a walk copies nothing unless the list changes meanwhile.
+/// Animators in the order of their addition; the same one may be added more than once. Finding and
+/// removing one takes constant time, because many may end on one tick. A walk copies nothing unless
+/// the list changes during it.
 ///
-/// A removed entry leaves a hole, a walk that finds more holes than members closes them first, and
-/// an index tells for each animator where it stands.
+/// A removed entry leaves a hole; a walk closes the holes when they outnumber the members. An index
+/// maps each animator to its entries.
 class AnimatorList {
   public:
     using Item = std::shared_ptr<Animator>;
 
     void append(const Item& item);
     bool contains(const Item& item) const;
-    /// Removes the first entry that holds this very animator; false when there is none.
+    /// Removes the first entry of the animator; false when there is none.
     bool removeFirst(const Item& item);
-    /// Removes all entries and gives their storage back.
+    /// Removes all entries and frees their storage.
     void removeAll();
 
     std::int64_t count() const;
     bool isEmpty() const { return count() == 0; }
-    /// A copy.
     std::vector<Item> items() const;
 
-    /// Calls visit(item) for each entry that there is now, in order, whatever becomes of the list
-    /// meanwhile.
+    /// Calls visit(item) for each entry in order. Changes that visit makes to the list do not
+    /// affect the walk.
     template <typename Visit>
     void walk(Visit visit) {
         if (2 * holes_ > entries_->size()) {
             closeHoles();
         }
-        const auto walked = entries_;  // Who changes the list while this is held, changes a copy.
+        const auto walked = entries_;  // Shared: changes meanwhile are made to a copy.
         for (const auto& entry : *walked) {
             if (entry.item) {
                 visit(entry.item);
@@ -49,8 +48,8 @@ class AnimatorList {
 
   private:
     struct Entry {
-        Item item;                    ///< None in a hole.
-        std::size_t nextOfItsOwn{0};  ///< Where its animator stands next, unless this is the last.
+        Item item;                  ///< Null in a hole.
+        std::size_t nextOfSame{0};  ///< The animator's next entry, unless this is its last.
     };
     using Entries = std::vector<Entry>;
     struct Places {

@@ -1,7 +1,6 @@
 #include "animation/AnimatorStack.h"
 
 #include "animation/Animator.h"
-#include "animation/Callback.h"
 #include "animation/Members.h"
 #include "animation/Ticking.h"
 

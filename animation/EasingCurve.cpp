@@ -1,18 +1,18 @@
-// The catalogue. In its formulas t is the frame, b the start, c the change and d the length, as in
-// the literature on these curves; u is the share of the way, t/d, or t/(d/2) in the two halves of
-// an In-Out curve, whose h is half the change. A power is the product written out where it stands:
-// every operation rounds to single precision, so their order is part of a curve.
+// The formulas. t: frame, b: start value, c: change, d: length in frames, as in the literature on
+// these curves. u: t / d, or t / (d / 2) in the two halves of an In-Out curve; h: c / 2. Powers are
+// written out as products because every operation rounds to single precision: the order of the
+// operations is part of the curve.
 
 #include "animation/EasingCurve.h"
 
 #include <cfloat>
 #include <cmath>
 #include <numbers>
+#include <string_view>
 
-#include "animation/CheckedInt.h"
-#include "animation/OutIn.h"
+#include "platform/foundation/FatalError.h"
 
-// Nor may the compiler contract or reorder: the build says -ffp-contract=off.
+// The compiler must not contract operations either: the build sets -ffp-contract=off.
 static_assert(FLT_EVAL_METHOD == 0, "The curves are defined by single-precision operations.");
 #ifdef __FAST_MATH__
 #error "The curves are defined by the order of their operations."
@@ -50,7 +50,7 @@ struct Quad {
 };
 
 /// Cubic, Quart and Quint. Quart has the signs of the odd powers on purpose: its Out curve falls
-/// from b + 2c to b + c, and its In-Out curve leaps in the middle and falls from b + 3c/2.
+/// from b + 2c to b + c, and its In-Out curve jumps in the middle and falls from b + 3c/2.
 template <int exponent>
 struct Power {
     static float in(float u, float b, float c) { return timesPower<exponent>(c, u) + b; }
@@ -82,7 +82,7 @@ struct Expo {
     static float easeOut(float t, float b, float c, float d) {
         return t == d ? b + c : c * (-powerOf2(-10 * t / d) + 1) + b;
     }
-    /// Half the share, not the share of a half: it creeps until the last frame and leaps there.
+    /// u = t / d / 2 on purpose, not t / (d / 2): the value creeps until the last frame and jumps.
     static float easeInOut(float t, float b, float c, float d) {
         if (t == 0) {
             return b;
@@ -137,7 +137,7 @@ struct Elastic {
     }
 
   private:
-    /// At a share x of d, the sine with the period p that crosses zero a quarter of p later.
+    /// The sine of period p at frame x * d, shifted right by p / 4.
     static float wave(float x, float d, float p) {
         return std::sin((x * d - p / 4) * (2 * pi) / p);
     }
@@ -157,7 +157,19 @@ struct Back {
     }
 };
 
-/// In and In-Out work on whole frames, to which they convert back.
+[[noreturn]] void failToConvert(float value) {
+    if (!std::isfinite(value)) {
+        fatalError("Float value cannot be converted to Int because it is either infinite or NaN");
+    }
+    if (value < 0) {
+        fatalError(
+            "Float value cannot be converted to Int because the result would be less than Int.min");
+    }
+    fatalError(
+        "Float value cannot be converted to Int because the result would be greater than Int.max");
+}
+
+/// In and In-Out convert their frames to 64-bit integers.
 struct Bounce {
     static float easeIn(float t, float b, float c, float d) {
         const float remaining = wholeFrame(d - t);
@@ -174,15 +186,19 @@ struct Bounce {
     }
 
   private:
-    /// The frame as the conversion to a whole number and back gives it. Made of frames that were
-    /// whole numbers, it is one already; only its size can be wrong.
+    /// Checks that the frame fits a 64-bit integer and returns it: frames are whole already, so the
+    /// conversion itself changes nothing.
     static float wholeFrame(float frame) {
-        static_cast<void>(checkedInt(frame));
+        constexpr float belowInts = -9223373136366403584.0f;  // The next float below -2^63.
+        constexpr float aboveInts = 9223372036854775808.0f;   // 2^63.
+        if (!(belowInts < frame && frame < aboveInts)) {
+            failToConvert(frame);
+        }
         return frame;
     }
 
-    /// Four arcs of a parabola, each around its middle and on its height. Which one it is takes no
-    /// branch, as nobody could foresee it; where u is no number, the last.
+    /// Four arcs of a parabola. The arc is found without a branch, which the processor would
+    /// mispredict. The last arc when u is NaN.
     static float height(float u) {
         struct Arc {
             float middle;
@@ -198,21 +214,15 @@ struct Bounce {
     }
 };
 
-/// A family's curves where they depend on the frame by its share alone.
+/// The curves of a family whose formulas need only u.
 template <typename Family>
 struct Shares {
     static float easeIn(float t, float b, float c, float d) { return Family::in(t / d, b, c); }
     static float easeOut(float t, float b, float c, float d) { return Family::out(t / d, b, c); }
     static float easeInOut(float t, float b, float c, float d) {
         const float u = t / (d / 2);
-        return isBelow1(t, d / 2) ? Family::first(u, b, c / 2) : Family::second(u, b, c / 2);
+        return u < 1 ? Family::first(u, b, c / 2) : Family::second(u, b, c / 2);
     }
-
-  private:
-    /// Whether t / half, rounded, is below 1. The float next below half is below it by so much that
-    /// no quotient below 1 is rounded to 1, so nobody need wait for the division: to have foreseen
-    /// the wrong half then costs less. t and half: whole numbers and their halves.
-    static bool isBelow1(float t, float half) { return half < 0 ? t > half : t < half; }
 };
 
 template <float (*formula)(float t, float b, float c, float d)>
@@ -225,7 +235,7 @@ float outInCurve(std::int64_t t, float b, float c, std::int64_t d) {
     return outIn(out, in, t, b, c, d);
 }
 
-/// The curves of the families in order, four of each, behind easeNone.
+/// easeNone, then the four curves of each family in order.
 template <typename... Family>
 constexpr std::array<EasingCurve, easingCount> catalogue() {
     std::array<EasingCurve, easingCount> curves{curve<easeNone>};
@@ -242,5 +252,24 @@ constexpr std::array<EasingCurve, easingCount> catalogue() {
 constexpr std::array<EasingCurve, easingCount> easingCurves =
     catalogue<Shares<Quad>, Shares<Power<3>>, Shares<Power<4>>, Shares<Power<5>>, Sine, Expo,
               Shares<Circ>, Elastic, Shares<Back>, Bounce>();
+
+std::string easingName(EnumEasing type) {
+    static constexpr std::array<std::string_view, 4> ways{"In", "Out", "InOut", "OutIn"};
+    static constexpr std::array<std::string_view, 10> families{
+        "Quad", "Cubic", "Quart", "Quint", "Sine", "Expo", "Circ", "Elastic", "Back", "Bounce"};
+    static_assert(easingCount == 1 + ways.size() * families.size());
+
+    if (type == EnumEasing::EASING_easeNone) {
+        return "easeNone";
+    }
+    const auto place = static_cast<std::size_t>(rawValue(type)) - 1;
+    if (place >= ways.size() * families.size()) {
+        return {};
+    }
+    std::string name("ease");
+    name += ways.at(place % ways.size());
+    name += families.at(place / ways.size());
+    return name;
+}
 
 }  // namespace orvalo

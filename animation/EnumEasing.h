@@ -5,8 +5,8 @@
 
 namespace orvalo {
 
-/// The catalogue of easing curves: how a value moves from its start to its end. In starts gently,
-/// Out ends gently, In-Out does both, Out-In is hasty at both ends and rests in the middle.
+/// The easing curves: how a value moves from its start to its end. In starts slowly, Out ends
+/// slowly, In-Out does both, Out-In is fast at both ends and slow in the middle.
 enum class EnumEasing : std::int64_t {
     EASING_easeNone,
     EASING_easeInQuad,
@@ -49,15 +49,14 @@ enum class EnumEasing : std::int64_t {
     EASING_easeOutBounce,
     EASING_easeInOutBounce,
     EASING_easeOutInBounce,
-    EASING_easeLast,  ///< How many curves there are. To an animator it is easeNone.
+    EASING_easeLast,  ///< The number of curves. An animator treats it as easeNone.
 };
 
-/// The case's number.
 constexpr std::int64_t rawValue(EnumEasing type) {
     return static_cast<std::int64_t>(type);
 }
 
-/// The case with that number, 0 to 41; nothing for any other.
+/// The case with that raw value, 0 to 41; nothing for any other.
 constexpr std::optional<EnumEasing> enumEasing(std::int64_t rawValue) {
     if (rawValue < 0 || rawValue > orvalo::rawValue(EnumEasing::EASING_easeLast)) {
         return std::nullopt;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "animation/Callback.h"
 #include "animation/Ticking.h"
 #include "platform/foundation/Checked.h"
 

@@ -10,12 +10,12 @@ namespace orvalo {
 
 class Timer;
 
-/// Moves a value by a push that dies away: on every tick of its timer the step is damped and added
-/// to the value, until it is too small. Between bounds the step turns round where the value reaches
-/// one.
+/// Moves a value by a damped push: each tick of its timer damps the step and adds it to the value,
+/// until the step falls below a threshold. With bounds enabled, the step reverses its sign when the
+/// value reaches a bound.
 ///
-/// Used on one thread, which has a run loop; callbacks come on it, from inside animate(), and may
-/// do anything with the impulse, or let go of it.
+/// Not thread-safe: use it on one thread with a run loop. Callbacks are called inside animate() and
+/// may do anything with the impulse, including releasing it.
 class Impulse : public NSObject {
   private:
     friend struct ImpulsePeer;
@@ -34,42 +34,41 @@ class Impulse : public NSObject {
     bool _collision = false;
 
   public:
-    /// Comes once a tick that moves the value, behind the collision's callback of the same tick.
+    /// Called once per tick that moves the value, after onCollision of the same tick.
     std::function<void(const std::shared_ptr<Impulse>&)> onAnimation;
-    /// Comes when the push has died away, before the impulse stops.
+    /// Called when the step is below the threshold, before the impulse stops.
     std::function<void(const std::shared_ptr<Impulse>&)> onFinished;
-    /// Comes when the value has reached a bound, behind the turn.
+    /// Called when the value has reached a bound, after the step has been reversed.
     std::function<void(const std::shared_ptr<Impulse>&)> onCollision;
 
     Impulse();
-    /// What setup() takes.
     explicit Impulse(std::int64_t frames, float amount, float interval = 0.009F,
                      float intensity = 0.75F);
 
-    /// Readies a push from where the value is. frames: no more than a mark that the impulse has not
-    /// finished, negative ones count as 0; amount: the step before the first damping; interval: the
-    /// timer's period in seconds, from the next start() on; intensity: the factor of the damping.
-    /// At 1 or more a push never dies away.
+    /// Prepares a push from the current value. frames: only marks the impulse as not finished;
+    /// negative counts as 0. amount: the step before the first damping. interval: the timer's
+    /// period in seconds, used from the next start() on. intensity: the damping factor; at 1 or
+    /// more the push never ends.
     virtual void setup(std::int64_t frames, float amount, float interval = 0.009F,
                        float intensity = 0.75F);
-    /// Sets whether there are bounds, and where; they are inclusive. Taken as they are: with min
-    /// above max every move is a collision.
+    /// Enables or disables the bounds, which are inclusive. With min above max every move is a
+    /// collision.
     virtual void setMinMax(bool enabled, float min, float max);
-    /// Starts the timer, which holds the impulse until it is stopped. A timer that runs already is
-    /// not stopped: it goes on beside the new one, and stop() no longer reaches it.
+    /// Starts the timer, which holds the impulse until stop(). A timer that already runs goes on
+    /// beside the new one and can no longer be stopped.
     virtual void start();
-    /// Ends the timer, the push and the movement: the value is 0 again. No callback comes.
+    /// Ends the timer and the push, without a callback. Sets the value to 0.
     virtual void stop();
     /// One tick.
     virtual void animate();
-    /// Whether there is nothing set up.
+    /// True unless a push is set up.
     virtual bool isFinished() const;
-    /// The amount given to setup(), also after the end.
+    /// The amount given to setup(); kept after the end.
     virtual float getSourceValue() const;
 
   protected:
-    /// Forgets the push and sets the value to 0; the source, the intensity, the interval, the
-    /// bounds and the callbacks stay.
+    /// Discards the push and sets the value to 0. Keeps the source, intensity, interval, bounds and
+    /// callbacks.
     virtual void reset();
 };
 

@@ -13,28 +13,28 @@ namespace orvalo {
 
 using Members = std::vector<std::shared_ptr<Animator>>;
 
-/// The end of a program that relied on an animator to be in a list.
+/// Ends the program because an animator is not in a list.
 [[noreturn]] inline void failForMissingMember() {
     fatalError("Unexpectedly found nil while unwrapping an Optional value");
 }
 
-/// Removes the first entry of the animator; one that is no member is a fatal error.
+/// Removes the first entry of the animator. An animator that is not a member is a fatal error.
 inline void removeMember(Members& members, const std::shared_ptr<Animator>& item) {
     const auto found = std::find(members.begin(), members.end(), item);
     if (found == members.end()) {
         failForMissingMember();
     }
-    // Kept to the end: with an animator goes what its callbacks hold, which may come back here.
+    // Destroyed last: the animator's callbacks may own objects whose destructors use this list.
     const auto removed = *found;
     members.erase(found);
 }
 
-/// Empties the list and gives its storage back.
+/// Removes all members, then destroys them, and frees the storage.
 inline void removeAllMembers(Members& members) {
     const auto removed = std::exchange(members, {});
 }
 
-/// What is printed when there is nothing to animate.
+/// Prints the warning that there is nothing to animate.
 inline void warnOfNoMembers() {
     print("WARNUNG: Es sind keine Animator Objekte definiert.");
 }

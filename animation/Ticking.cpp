@@ -10,7 +10,7 @@ std::shared_ptr<Timer> startTicking(float interval, std::function<void()> tick) 
 }
 
 void stopTicking(std::shared_ptr<Timer>& timer) {
-    // Cleared first: the variable may go with what the timer keeps alive.
+    // Cleared first: invalidate() may destroy the object that holds the pointer.
     if (const auto stopped = std::exchange(timer, nullptr)) {
         stopped->invalidate();
     }

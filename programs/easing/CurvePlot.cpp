@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <numbers>
 
+#include "animation/EasingCurve.h"
 #include "programs/easing/Colors.h"
 
 namespace orvalo {
@@ -15,7 +16,7 @@ namespace {
 constexpr double kDot = 3.5;  // Radii, in pixels.
 constexpr double kBall = 4.5;
 constexpr double kMargin = 7;
-constexpr double kBallTrack = 14;  // The width of what stands beside the plot.
+constexpr double kBallTrack = 14;  // Width beside the plot, in which the ball moves.
 
 void fillCircle(GtkSnapshot* snapshot, double x, double y, double radius, const Gdk::RGBA& color) {
     const auto size = static_cast<float>(radius);
@@ -30,13 +31,24 @@ void fillCircle(GtkSnapshot* snapshot, double x, double y, double radius, const 
 
 }  // namespace
 
+CurveSamples::CurveSamples(EnumEasing type) {
+    constexpr int steps = 120;
+    const auto curve = easingCurves.at(static_cast<std::size_t>(rawValue(type)));
+    for (int step = 0; step <= steps; ++step) {
+        values.push_back(static_cast<double>(curve(step, 0.0F, 1.0F, steps)));
+    }
+    const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
+    least = std::min(0.0, *lowest);
+    greatest = std::max(1.0, *highest);
+}
+
 void CurvePlot::Release::operator()(GskRenderNode* node) const {
     gsk_render_node_unref(node);
 }
 
 CurvePlot::CurvePlot(EnumEasing type) : Glib::ObjectBase("OrvaloCurvePlot"), samples_(type) {
     set_expand();
-    // The button around it has the name.
+    // Assistive technology reads the name of the button around it.
     g_object_set(gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, nullptr);
 }
 
@@ -77,7 +89,7 @@ void CurvePlot::drawPicture() {
         GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width_), static_cast<float>(height_));
     Cairo::RefPtr<Cairo::Context> pen(
         new Cairo::Context(gtk_snapshot_append_cairo(snapshot, &bounds), true));
-    // Start and destination.
+    // The levels of start and destination.
     pen->set_line_width(1);
     setColor(pen, faded(color_, 0.18F));
     for (const double level : {0.0, 1.0}) {
@@ -95,7 +107,7 @@ void CurvePlot::drawPicture() {
                      yOf(values[step]));
     }
     pen->stroke();
-    pen = nullptr;  // The drawing ends with it.
+    pen = nullptr;  // Finishes the drawing.
     picture_.reset(gtk_snapshot_free_to_node(snapshot));
 }
 

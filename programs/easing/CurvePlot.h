@@ -3,20 +3,30 @@
 #include <gtkmm/widget.h>
 
 #include <memory>
+#include <vector>
 
-#include "programs/easing/CurveSamples.h"
+#include "animation/EnumEasing.h"
 
 using GskRenderNode = struct _GskRenderNode;  // NOLINT(bugprone-reserved-identifier): GSK's own.
 
 namespace orvalo {
 
-/// The picture of a curve, with a dot that goes along it and a ball beside it that moves as the
-/// value does. The picture is drawn once for a size and colour; a moving dot costs itself alone.
+/// A curve's values from 0 to 1, in steps of equal time.
+struct CurveSamples {
+    std::vector<double> values;
+    double least;     ///< The least of the values, at most 0.
+    double greatest;  ///< The greatest of the values, at least 1.
+
+    explicit CurveSamples(EnumEasing type);
+};
+
+/// The plot of a curve, a dot that moves along it, and a ball beside it at the height of the value.
+/// The plot is drawn once per size and colour; a moving dot redraws only dot and ball.
 class CurvePlot : public Gtk::Widget {
   public:
     explicit CurvePlot(EnumEasing type);
 
-    /// share: of the way in time, 0 to 1; value: 0 at the start, 1 at the destination.
+    /// share: time passed, 0 to 1; value: 0 at the start, 1 at the destination.
     void setPlace(double share, double value);
 
   protected:
@@ -37,9 +47,10 @@ class CurvePlot : public Gtk::Widget {
     double share_ = 0;
     double value_ = 0;
     std::unique_ptr<GskRenderNode, Release> picture_;
-    int width_ = 0;  ///< Of the picture, as the height.
+    // The size and colour that picture_ was drawn with.
+    int width_ = 0;
     int height_ = 0;
-    Gdk::RGBA color_;  ///< Of the picture.
+    Gdk::RGBA color_;
 };
 
 }  // namespace orvalo

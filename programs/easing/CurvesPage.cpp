@@ -6,9 +6,8 @@
 
 #include "animation/Animator.h"
 #include "animation/EasingCurve.h"
-#include "animation/EasingName.h"
+#include "programs/easing/Accessible.h"
 #include "programs/easing/CurvePlot.h"
-#include "programs/easing/Named.h"
 #include "programs/easing/TileGrid.h"
 
 namespace orvalo {
@@ -117,10 +116,10 @@ void CurvesPage::showEnd(const Pace& pace) {
         tile->animator->undo();
         tile->step = frames_;
     }
-    drawAgain();
+    redraw();
 }
 
-void CurvesPage::drawAgain() {
+void CurvesPage::redraw() {
     for (const auto& tile : tiles_) {
         tile->plot->setPlace(static_cast<double>(tile->step) / static_cast<double>(frames_),
                              static_cast<double>(tile->animator->getValue()));

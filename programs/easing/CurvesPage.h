@@ -16,8 +16,8 @@ class Animator;
 class CurvePlot;
 class TileGrid;
 
-/// All curves side by side, one animator each in one stack. One of them is chosen for the pages of
-/// groups.
+/// All curves side by side, with one animator each in one stack. The chosen one is used on the
+/// Groups page.
 class CurvesPage : public DemoPage {
   public:
     CurvesPage();
@@ -30,7 +30,7 @@ class CurvesPage : public DemoPage {
     EnumEasing chosen() const { return chosen_; }
 
   protected:
-    void drawAgain() override;
+    void redraw() override;
 
   private:
     struct Tile {

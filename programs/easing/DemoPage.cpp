@@ -13,7 +13,7 @@ DemoPage::DemoPage() : Gtk::Box(Gtk::Orientation::VERTICAL, 12) {
 void DemoPage::setPlaying(bool isPlaying) {
     if (isPlaying && !std::exchange(isOnClock_, true)) {
         add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>& /*clock*/) {
-            drawAgain();
+            redraw();
             return isOnClock_ = isPlaying_;
         });
     }

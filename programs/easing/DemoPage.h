@@ -2,35 +2,48 @@
 
 #include <gtkmm/box.h>
 
-#include "programs/easing/Pace.h"
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
 
 namespace orvalo {
 
-/// A page of the window, on which something plays. While it does, the frame clock has it drawn;
-/// what moves is moved by the animation toolkit's own timers.
+/// How long a run takes, and how often its timer ticks.
+struct Pace {
+    double duration = 1.5;    ///< Seconds.
+    double interval = 0.005;  ///< Seconds.
+
+    /// The run's length in frames, at least 1.
+    std::int64_t frames() const {
+        return std::max<std::int64_t>(1, std::llround(duration / interval));
+    }
+};
+
+/// A page of the window that plays a demonstration. The animation toolkit's own timers change the
+/// values; the frame clock redraws the page while it plays.
 class DemoPage : public Gtk::Box {
   public:
     DemoPage();
 
-    /// Plays from the start, whatever went on before.
+    /// Stops what plays and plays from the start.
     virtual void play(const Pace& pace) = 0;
-    /// Ends what plays, where it is.
+    /// Stops and keeps the values.
     virtual void stop() = 0;
-    /// Shows at once what play() comes to in the end.
+    /// Shows at once the state at the end of play().
     virtual void showEnd(const Pace& pace) = 0;
-    /// What the button calls play(), with a mnemonic.
+    /// The button's label for play(), with a mnemonic.
     virtual Glib::ustring action() const { return "_Play"; }
-    /// Whether play() takes as long as the pace says.
+    /// Whether play() takes the duration of the pace.
     virtual bool hasDuration() const { return true; }
 
     bool isPlaying() const { return isPlaying_; }
-    /// Comes when playing begins, and when it ends.
+    /// Emitted when playing starts and when it ends.
     sigc::signal<void()>& signalPlaying() { return signalPlaying_; }
 
   protected:
     void setPlaying(bool isPlaying);
-    /// Has drawn again what moves. Also comes once after the end.
-    virtual void drawAgain() = 0;
+    /// Called at every frame while the page plays, and once after the end.
+    virtual void redraw() = 0;
 
   private:
     bool isPlaying_ = false;

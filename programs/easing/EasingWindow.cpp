@@ -8,18 +8,18 @@
 #include <utility>
 
 #include "animation/Ticking.h"
+#include "programs/easing/Accessible.h"
 #include "programs/easing/CurvesPage.h"
 #include "programs/easing/Field.h"
 #include "programs/easing/GroupsPage.h"
 #include "programs/easing/ImpulsePage.h"
-#include "programs/easing/Named.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr float kRest = 0.8F;      // Seconds between two runs.
-constexpr int kLeastHeight = 490;  // Of a page, in pixels: what it shows is worth looking at.
+constexpr float kRest = 0.8F;          // Seconds between two runs.
+constexpr int kLeastPageHeight = 490;  // In pixels; a page scrolls in a lower window.
 
 }  // namespace
 
@@ -40,10 +40,10 @@ EasingWindow::EasingWindow() {
     addPage(*Gtk::make_managed<ImpulsePage>(), "Impulse");
 
     auto& content = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
-    stillness_.set_text(
+    reducedMotionNote_.set_text(
         "The desktop asks for less motion: only the end of each movement is shown.");
-    stillness_.add_css_class("stillness");
-    content.append(stillness_);
+    reducedMotionNote_.add_css_class("stillness");
+    content.append(reducedMotionNote_);
     content.append(stack_);
     content.append(makeBar());
     set_child(content);
@@ -56,16 +56,16 @@ EasingWindow::EasingWindow() {
             stack_.set_visible_child(*pages_[index]->get_ancestor(GTK_TYPE_SCROLLED_WINDOW));
         });
     }
-    stack_.property_visible_child().signal_changed().connect([this] { follow(); });
+    stack_.property_visible_child().signal_changed().connect([this] { pageChanged(); });
     motion_.signalChanged().connect([this] { motionChanged(); });
-    follow();
+    pageChanged();
     motionChanged();
     button_.grab_focus();
     signal_map().connect([this] { play(); });
 }
 
 EasingWindow::~EasingWindow() {
-    wake();
+    cancelRest();
     for (auto* page : pages_) {
         page->signalPlaying().clear();
         page->stop();
@@ -76,11 +76,11 @@ void EasingWindow::addPage(DemoPage& page, const Glib::ustring& name) {
     auto& scrolled = *Gtk::make_managed<Gtk::ScrolledWindow>();
     scrolled.set_child(page);
     scrolled.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
-    scrolled.set_min_content_height(kLeastHeight);
+    scrolled.set_min_content_height(kLeastPageHeight);
     scrolled.set_expand();
     stack_.add(scrolled, name, name);
     page.signalPlaying().connect([this, &page] {
-        if (&page == page_ && !isDirected_) {
+        if (&page == page_ && !isOwnCommand_) {
             playingChanged();
         }
     });
@@ -111,8 +111,8 @@ Gtk::Widget& EasingWindow::makeBar() {
         });
     }
     repeat_.signal_toggled().connect([this] {
-        wake();
-        showAction();
+        cancelRest();
+        updateButton();
     });
     return bar;
 }
@@ -144,35 +144,35 @@ Pace EasingWindow::pace() const {
 }
 
 void EasingWindow::play() {
-    wake();
-    // What is being written counts, too.
+    cancelRest();
+    // Takes over a number that is still being typed.
     for (auto* field : {&duration_, &interval_}) {
         field->update();
     }
-    isDirected_ = true;
+    isOwnCommand_ = true;
     if (motion_.isReduced()) {
         page().showEnd(pace());
     } else {
         page().play(pace());
     }
-    isDirected_ = false;
-    showAction();
+    isOwnCommand_ = false;
+    updateButton();
 }
 
 void EasingWindow::playOrStop() {
     if (rest_ || page().isPlaying()) {
-        wake();
-        isDirected_ = true;
+        cancelRest();
+        isOwnCommand_ = true;
         page().stop();
-        isDirected_ = false;
-        showAction();
+        isOwnCommand_ = false;
+        updateButton();
     } else {
         play();
     }
 }
 
-void EasingWindow::follow() {
-    wake();
+void EasingWindow::pageChanged() {
+    cancelRest();
     auto* const shown = stack_.get_visible_child();
     for (auto* page : pages_) {
         if (page->is_ancestor(*shown)) {
@@ -183,32 +183,32 @@ void EasingWindow::follow() {
         }
     }
     durationField_->set_visible(page().hasDuration());
-    showAction();
+    updateButton();
 }
 
 void EasingWindow::playingChanged() {
     if (!page().isPlaying() && repeat_.get_active() && !motion_.isReduced()) {
-        wake();
+        cancelRest();
         rest_ = startTicking(kRest, [this] { play(); });
     }
-    showAction();
+    updateButton();
 }
 
 void EasingWindow::motionChanged() {
     const bool isReduced = motion_.isReduced();
-    stillness_.set_visible(isReduced);
+    reducedMotionNote_.set_visible(isReduced);
     repeat_.set_sensitive(!isReduced);
     if (isReduced && (rest_ || page().isPlaying())) {
         play();
     }
 }
 
-void EasingWindow::showAction() {
+void EasingWindow::updateButton() {
     button_.set_label(rest_ || page().isPlaying() ? "_Stop" : page().action());
     nameByLabel(button_);
 }
 
-void EasingWindow::wake() {
+void EasingWindow::cancelRest() {
     stopTicking(rest_);
 }
 

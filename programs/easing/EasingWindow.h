@@ -17,7 +17,7 @@
 
 namespace orvalo {
 
-/// The window: one page at a time, and below it how fast it goes.
+/// The window: one page at a time, and below it the controls for the pace.
 class EasingWindow : public Gtk::ApplicationWindow {
   public:
     EasingWindow();
@@ -32,20 +32,20 @@ class EasingWindow : public Gtk::ApplicationWindow {
     Pace pace() const;
     void play();
     void playOrStop();
-    void follow();          ///< Another page is shown.
-    void playingChanged();  ///< By itself, on the page that is shown.
+    void pageChanged();
+    void playingChanged();
     void motionChanged();
-    void showAction();
-    void wake();
+    void updateButton();
+    void cancelRest();
 
     Motion motion_;
     std::vector<DemoPage*> pages_;
     DemoPage* page_ = nullptr;
-    std::shared_ptr<Timer> rest_;  ///< Runs between two runs.
-    bool isDirected_ = false;      ///< While the window itself has a page play or stop.
+    std::shared_ptr<Timer> rest_;  ///< Runs during the rest between two runs.
+    bool isOwnCommand_ = false;    ///< True while the window itself makes a page play or stop.
 
     Gtk::Stack stack_;
-    Gtk::Label stillness_;
+    Gtk::Label reducedMotionNote_;
     Gtk::SpinButton duration_;
     Gtk::SpinButton interval_;
     Gtk::CheckButton repeat_{"_Repeat", true};

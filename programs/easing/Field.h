@@ -5,17 +5,16 @@
 
 namespace orvalo {
 
-/// What a number can be, and is at first.
+/// The range of a number field, and its initial value.
 struct FieldRange {
     double least;
     double greatest;
     double step;
-    unsigned digits;  ///< Behind the decimal point.
+    unsigned digits;  ///< Decimal places.
     double value;
 };
 
-/// A number with its name before it, behind which the field's mnemonic leads to it, and its unit
-/// behind it, if it has one.
+/// A row with the name as the field's mnemonic label, the field, and the unit if there is one.
 Gtk::Box& makeField(const Glib::ustring& name, Gtk::SpinButton& number, const FieldRange& range,
                     const Glib::ustring& unit = {});
 

@@ -4,10 +4,10 @@
 #include <array>
 #include <utility>
 
-#include "animation/EasingName.h"
-#include "programs/easing/CurveSamples.h"
+#include "animation/EasingCurve.h"
+#include "programs/easing/Accessible.h"
+#include "programs/easing/CurvePlot.h"
 #include "programs/easing/Lanes.h"
-#include "programs/easing/Named.h"
 
 namespace orvalo {
 
@@ -27,7 +27,7 @@ std::string frames(std::int64_t count) {
     return std::to_string(count) + (count == 1 ? " frame" : " frames");
 }
 
-/// So much of a pace's frames, at least one.
+/// A share of the pace's frames, at least one.
 std::int64_t part(const Pace& pace, double share) {
     return std::max<std::int64_t>(1, std::llround(static_cast<double>(pace.frames()) * share));
 }
@@ -41,25 +41,25 @@ GroupsPage::GroupsPage(std::function<EnumEasing()> curve)
     auto& none = *Gtk::make_managed<Gtk::Box>();
     kinds_ = {
         {"S_tack",
-         "A stack runs its animators side by side on one timer, drops each as it ends, and "
-         "has finished when none is left.",
+         "A stack runs its animators side by side on one timer. It drops each one as it ends "
+         "and finishes when none is left.",
          &none, &GroupsPage::prepareStack, &GroupsPage::startStack},
         {"_Chain",
-         "A chain runs them one after the other. Backwards it goes back the way it came, and "
-         "ends when it comes down to the first. Asynchronous, it starts one after the other "
-         "on timers of their own.",
+         "A chain runs its animators one after the other. Backwards, it returns the way it "
+         "came and ends when it reaches the first. Asynchronous, it starts them one after "
+         "the other on their own timers.",
          &makeChainOptions(), &GroupsPage::prepareChain, &GroupsPage::startChain},
         {"Se_quencer",
-         "A sequencer begins each animator at a frame of its own on one time line. In a pause "
-         "the time line goes on: what became due meanwhile begins together.",
+         "A sequencer starts each animator at its own frame of one time line. The time line "
+         "goes on during a pause: animators that become due meanwhile start together.",
          &makeSequencerOptions(), &GroupsPage::prepareSequencer, &GroupsPage::startSequencer}};
     for (const auto& kind : kinds_) {
         options_.add(*kind.options, kind.name);
     }
-    addSwitch();
+    addKindButtons();
     explanation_.set_wrap();
     explanation_.set_xalign(0);
-    // Room for three lines, so that nothing below moves.
+    // Room for three lines, so that the widgets below keep their place.
     explanation_.set_yalign(0);
     explanation_.set_size_request(-1, 52);
     append(explanation_);
@@ -75,20 +75,16 @@ GroupsPage::GroupsPage(std::function<EnumEasing()> curve)
     append(event_);
 
     stack_->onRemovedItem = [this](const auto& stack, const auto& item) {
-        say(nameOf(item) + " has ended and is removed, " + std::to_string(stack->getCount()) +
-            " left.");
+        showEvent(nameOf(item) + " has ended and is removed, " + std::to_string(stack->getCount()) +
+                  " left.");
     };
-    stack_->onFinished = [this](const auto& /*stack*/) {
-        groupHasEnded("The stack has finished.");
-    };
+    stack_->onFinished = [this](const auto& /*stack*/) { groupEnded("The stack has finished."); };
     chain_->onAnimation = [this](const auto& /*chain*/, const auto& item) {
-        say(nameOf(item) + (async_.get_active() ? " is started." : " runs."));
+        showEvent(nameOf(item) + (async_.get_active() ? " is started." : " runs."));
     };
-    chain_->onFinished = [this](const auto& /*chain*/) {
-        groupHasEnded("The chain has finished.");
-    };
+    chain_->onFinished = [this](const auto& /*chain*/) { groupEnded("The chain has finished."); };
     choose(kinds_.front());
-    // The curve may be another one when the page is shown again.
+    // The chosen curve may have changed while the page was hidden.
     signal_map().connect([this] { prepare(pace_); });
 }
 
@@ -99,7 +95,7 @@ GroupsPage::~GroupsPage() {
     sequencer_->onFinished = nullptr;
 }
 
-void GroupsPage::addSwitch() {
+void GroupsPage::addKindButtons() {
     switch_.add_css_class("linked");
     switch_.set_halign(Gtk::Align::CENTER);
     Gtk::ToggleButton* first = nullptr;
@@ -128,7 +124,7 @@ Gtk::Widget& GroupsPage::makeChainOptions() {
         nameByLabel(*button);
         row.append(*button);
     }
-    backwards_.signal_toggled().connect([this] { turn(backwards_.get_active()); });
+    backwards_.signal_toggled().connect([this] { setBackwards(backwards_.get_active()); });
     async_.signal_toggled().connect([this] {
         stop();
         prepare(pace_);
@@ -151,14 +147,14 @@ void GroupsPage::choose(const Kind& kind) {
     explanation_.set_text(kind.explanation);
     options_.set_visible_child(*kind.options);
     prepare(pace_);
-    say(kReady);
-    drawAgain();
+    showEvent(kReady);
+    redraw();
 }
 
 void GroupsPage::prepare(const Pace& pace) {
     const auto curve = curve_();
     curveName_.set_text("All follow " + easingName(curve) + ", as chosen under Curves.");
-    // A way back overshoots on the other side.
+    // On the way back a curve overshoots at the other end.
     const CurveSamples samples(curve);
     lanes_->setOvershoot(std::max(-samples.least, samples.greatest - 1));
     (this->*kind_->prepare)(pace);
@@ -202,15 +198,15 @@ void GroupsPage::prepareSequencer(const Pace& pace) {
 }
 
 void GroupsPage::makeSequencer() {
-    // A new one each time: what the last one had scheduled would go on at once.
+    // A new sequencer each time: scheduled animators of the last one would go on at once.
     sequencer_->onFinished = nullptr;
     sequencer_ = std::make_shared<AnimationSequencer>();
     sequencer_->onAnimation = [this](const auto& sequencer, const auto& /*item*/) {
-        say("Frame " + std::to_string(sequencer->getCurrentFrame()) + ", " +
-            std::to_string(sequencer->getCurrentCount()) + " running.");
+        showEvent("Frame " + std::to_string(sequencer->getCurrentFrame()) + ", " +
+                  std::to_string(sequencer->getCurrentCount()) + " running.");
     };
     sequencer_->onFinished = [this](const auto& /*sequencer*/) {
-        groupHasEnded("The sequencer has finished.");
+        groupEnded("The sequencer has finished.");
     };
 }
 
@@ -227,7 +223,7 @@ void GroupsPage::startChain(const Pace& pace) {
         chain_->add(animator);
     }
     chain_->async = async_.get_active();
-    // The members' own timers have the pace; theirs begin a tenth of the duration apart.
+    // Asynchronous members tick at the pace and start a tenth of the duration apart.
     chain_->interval = static_cast<float>(chain_->async ? pace.duration / 10 : pace.interval);
     backwards_.set_active(false);
     chain_->start();
@@ -266,16 +262,16 @@ void GroupsPage::showEnd(const Pace& pace) {
     for (const auto& animator : animators_) {
         animator->undo();
     }
-    say("All have ended.");
-    drawAgain();
+    showEvent("All have ended.");
+    redraw();
 }
 
-void GroupsPage::turn(bool isBackwards) {
+void GroupsPage::setBackwards(bool isBackwards) {
     chain_->setBackwards(isBackwards);
     if (!isPlaying() || async_.get_active()) {
         return;
     }
-    // What has ended has a way back to go.
+    // Animators that have ended run back.
     for (int lane = 0; lane < kLanes; ++lane) {
         if (animators_[static_cast<std::size_t>(lane)]->isFinished()) {
             animators_[static_cast<std::size_t>(lane)]->setup(1.0F, 0.0F, part(pace_, 1.0 / kLanes),
@@ -285,12 +281,12 @@ void GroupsPage::turn(bool isBackwards) {
     }
 }
 
-void GroupsPage::groupHasEnded(const std::string& line) {
+void GroupsPage::groupEnded(const std::string& line) {
     hasGroupEnded_ = true;
-    say(line);
+    showEvent(line);
 }
 
-void GroupsPage::say(const std::string& line) {
+void GroupsPage::showEvent(const std::string& line) {
     if (event_.get_text().raw() != line) {
         event_.set_text(line);
     }
@@ -302,7 +298,7 @@ std::string GroupsPage::nameOf(const std::shared_ptr<Animator>& animator) const 
                                      : "Number " + std::to_string(found - animators_.begin() + 1);
 }
 
-void GroupsPage::drawAgain() {
+void GroupsPage::redraw() {
     lanes_->queue_draw();
     const bool areOnTheirOwn = kind_->options == backwards_.get_parent() && async_.get_active();
     const bool haveEnded = std::all_of(animators_.begin(), animators_.end(),

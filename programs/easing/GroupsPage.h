@@ -23,7 +23,7 @@ class Lanes;
 /// Five animators in a stack, a chain or a sequencer, as chosen.
 class GroupsPage : public DemoPage {
   public:
-    /// curve: which curve the animators follow, asked at every start.
+    /// curve: returns the curve that the animators follow; called at every start.
     explicit GroupsPage(std::function<EnumEasing()> curve);
     ~GroupsPage() override;
 
@@ -32,11 +32,11 @@ class GroupsPage : public DemoPage {
     void showEnd(const Pace& pace) override;
 
   protected:
-    void drawAgain() override;
+    void redraw() override;
 
   private:
-    /// A kind of group: its name with a mnemonic, what is said of it, and how it is made ready and
-    /// started.
+    /// A kind of group: its name with a mnemonic, its explanation and options, and the functions
+    /// that prepare and start it.
     struct Kind {
         std::string name;
         std::string explanation;
@@ -45,7 +45,7 @@ class GroupsPage : public DemoPage {
         void (GroupsPage::*start)(const Pace& pace);
     };
 
-    void addSwitch();
+    void addKindButtons();
     void choose(const Kind& kind);
     Gtk::Widget& makeChainOptions();
     Gtk::Widget& makeSequencerOptions();
@@ -59,11 +59,11 @@ class GroupsPage : public DemoPage {
     void startSequencer(const Pace& pace);
     void setup(int lane, const Pace& pace, double share);
     void makeSequencer();
-    void turn(bool isBackwards);
+    void setBackwards(bool isBackwards);
 
-    void say(const std::string& line);
+    void showEvent(const std::string& line);
     std::string nameOf(const std::shared_ptr<Animator>& animator) const;
-    void groupHasEnded(const std::string& line);
+    void groupEnded(const std::string& line);
 
     std::function<EnumEasing()> curve_;
     std::vector<std::shared_ptr<Animator>> animators_;

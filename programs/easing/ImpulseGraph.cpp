@@ -5,8 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "programs/easing/Accessible.h"
 #include "programs/easing/Colors.h"
-#include "programs/easing/Named.h"
 
 namespace orvalo {
 
@@ -15,7 +15,7 @@ namespace {
 constexpr double kBall = 9;  // Radii, in pixels.
 constexpr double kMark = 3;
 constexpr double kMargin = 18;
-constexpr std::size_t kFewestTicks = 150;  // What the width stands for at least.
+constexpr std::size_t kFewestTicks = 150;  // Fewest ticks that the width stands for.
 
 void drawLevel(const Cairo::RefPtr<Cairo::Context>& pen, double width, double y, bool isBound) {
     const std::vector<double> dashes = isBound ? std::vector<double>{6, 4} : std::vector<double>{};
@@ -38,7 +38,7 @@ void fillCircle(const Cairo::RefPtr<Cairo::Context>& pen, double x, double y, do
 ImpulseGraph::ImpulseGraph() {
     set_expand();
     set_content_height(200);
-    showAsPicture(*this, "The way of the value");
+    showAsPicture(*this, "The value over time");
     set_draw_func(sigc::mem_fun(*this, &ImpulseGraph::draw));
 }
 
@@ -53,7 +53,7 @@ void ImpulseGraph::begin(std::optional<std::pair<double, double>> bounds, double
 
 void ImpulseGraph::append(double value) {
     values_.push_back(value);
-    // With bounds the wrong way round, or a push beyond them, it may be anywhere.
+    // The value can leave the bounds when they are swapped or the push is large.
     least_ = std::min(least_, value);
     greatest_ = std::max(greatest_, value);
 }

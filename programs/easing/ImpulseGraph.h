@@ -9,13 +9,14 @@
 
 namespace orvalo {
 
-/// The way of a value, tick by tick from left to right, with a ball at its end, between bounds
-/// where there are any.
+/// A value over time, tick by tick from left to right, with a ball at its end and lines at the
+/// bounds, if any.
 class ImpulseGraph : public Gtk::DrawingArea {
   public:
     ImpulseGraph();
 
-    /// Begins anew. bounds: least and greatest; reach: how far from 0 the value may come without.
+    /// Clears the graph. bounds: least and greatest; reach: the largest distance from 0 without
+    /// bounds.
     void begin(std::optional<std::pair<double, double>> bounds, double reach);
     void append(double value);
     /// Marks the last value as a collision.
@@ -25,7 +26,7 @@ class ImpulseGraph : public Gtk::DrawingArea {
     void draw(const Cairo::RefPtr<Cairo::Context>& pen, int width, int height);
 
     std::vector<double> values_;
-    std::vector<std::size_t> collisions_;  ///< Which of the values follow one.
+    std::vector<std::size_t> collisions_;  ///< Indices of the values that follow a collision.
     std::optional<std::pair<double, double>> bounds_;
     double least_ = -1;
     double greatest_ = 1;

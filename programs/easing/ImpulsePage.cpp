@@ -7,12 +7,16 @@
 #include <string>
 #include <utility>
 
-#include "animation/ImpulsePeer.h"
+#include "programs/easing/Accessible.h"
 #include "programs/easing/Field.h"
 #include "programs/easing/ImpulseGraph.h"
-#include "programs/easing/Named.h"
 
 namespace orvalo {
+
+/// Reads the impulse's value, which its public interface does not show.
+struct ImpulsePeer {
+    static float value(const Impulse& impulse) { return impulse._value; }
+};
 
 namespace {
 
@@ -25,14 +29,14 @@ std::string counted(int count, const std::string& what) {
 ImpulsePage::ImpulsePage() : graph_(Gtk::make_managed<ImpulseGraph>()) {
     auto& explanation = *Gtk::make_managed<Gtk::Label>(
         "A push moves the value by a step that is damped at every tick. Where the value reaches a "
-        "bound, the step turns round.");
+        "bound, the step changes its direction.");
     explanation.set_wrap();
     explanation.set_xalign(0);
     append(explanation);
 
     auto& push = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 18);
     push.append(makeField("_Amount", amount_, {-100, 100, 1, 1, 12}));
-    // At 1 a push would never die away.
+    // At 1 the push would never end.
     push.append(makeField("In_tensity", intensity_, {0, 0.99, 0.01, 2, 0.97}));
     append(push);
     auto& bounds = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 18);
@@ -60,7 +64,7 @@ ImpulsePage::ImpulsePage() : graph_(Gtk::make_managed<ImpulseGraph>()) {
         graph_->markCollision();
     };
     impulse_->onFinished = [this](const auto& /*impulse*/) {
-        tellEnd();
+        showResult();
         setPlaying(false);
     };
 }
@@ -92,7 +96,7 @@ void ImpulsePage::setup(const Pace& pace) {
                         static_cast<float>(bounds.second));
     ticks_ = 0;
     collisions_ = 0;
-    event_.set_text("On its way.");
+    event_.set_text("Running.");
     graph_->begin(hasBounds_.get_active() ? std::optional(bounds) : std::nullopt,
                   std::abs(amount) * intensity / (1 - intensity));
 }
@@ -105,7 +109,7 @@ void ImpulsePage::play(const Pace& pace) {
 
 void ImpulsePage::stop() {
     if (!impulse_->isFinished()) {
-        tellEnd();
+        showResult();
     }
     impulse_->stop();
     setPlaying(false);
@@ -116,15 +120,15 @@ void ImpulsePage::showEnd(const Pace& pace) {
     while (!impulse_->isFinished()) {
         impulse_->animate();
     }
-    drawAgain();
+    redraw();
 }
 
-void ImpulsePage::tellEnd() {
+void ImpulsePage::showResult() {
     event_.set_text("Ended after " + counted(ticks_, "tick") + " with " +
                     counted(collisions_, "collision") + ".");
 }
 
-void ImpulsePage::drawAgain() {
+void ImpulsePage::redraw() {
     graph_->queue_draw();
 }
 

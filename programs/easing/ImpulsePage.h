@@ -13,7 +13,7 @@ namespace orvalo {
 
 class ImpulseGraph;
 
-/// A push that dies away, between bounds if one wants.
+/// A damped push, with optional bounds.
 class ImpulsePage : public DemoPage {
   public:
     ImpulsePage();
@@ -26,11 +26,11 @@ class ImpulsePage : public DemoPage {
     bool hasDuration() const override { return false; }
 
   protected:
-    void drawAgain() override;
+    void redraw() override;
 
   private:
     void setup(const Pace& pace);
-    void tellEnd();
+    void showResult();
     void enableBounds();
 
     std::shared_ptr<Impulse> impulse_ = std::make_shared<Impulse>();

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "animation/Animator.h"
+#include "programs/easing/Accessible.h"
 #include "programs/easing/Colors.h"
-#include "programs/easing/Named.h"
 
 namespace orvalo {
 
@@ -36,7 +36,7 @@ void drawBall(const Cairo::RefPtr<Cairo::Context>& pen, double x, double y,
 Lanes::Lanes(std::vector<std::shared_ptr<Animator>> animators) : animators_(std::move(animators)) {
     set_expand();
     set_content_height(270);
-    showAsPicture(*this, "The animators and where they are");
+    showAsPicture(*this, "The animators and their values");
     set_draw_func(sigc::mem_fun(*this, &Lanes::draw));
 }
 

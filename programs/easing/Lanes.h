@@ -10,15 +10,15 @@ namespace orvalo {
 
 class Animator;
 
-/// A track for each animator, from 0 on the left to 1 on the right, and a ball where its value is.
-/// The first track is at the top.
+/// A track for each animator, from 0 on the left to 1 on the right, with a ball at its value. The
+/// first track is at the top.
 class Lanes : public Gtk::DrawingArea {
   public:
     explicit Lanes(std::vector<std::shared_ptr<Animator>> animators);
 
-    /// What is written below each track.
+    /// The text below each track.
     void setCaptions(std::vector<std::string> captions);
-    /// How far the values come beyond 0 and 1, on either side.
+    /// How far the values may lie beyond 0 and 1.
     void setOvershoot(double overshoot);
 
   private:

@@ -5,14 +5,14 @@
 
 namespace orvalo {
 
-/// Whether the desktop wants things to move. Two say so: the toolkit's setting, which a desktop's
-/// settings daemon or a settings.ini sets, and GNOME's own, where there is one. Either may decline.
+/// Whether the desktop asks for reduced motion. Two settings can: GTK's own, set by the desktop's
+/// settings daemon or settings.ini, and GNOME's, where it is installed.
 class Motion {
   public:
     Motion();
 
     bool isReduced() const;
-    /// Comes when that may have changed.
+    /// Emitted when isReduced() may have changed.
     sigc::signal<void()>& signalChanged() { return signalChanged_; }
 
   private:

@@ -10,7 +10,7 @@ namespace orvalo {
 
 TileGrid::TileGrid() {
     const auto keys = Gtk::EventControllerKey::create();
-    // Before the window itself leads the keyboard on.
+    // Before the window handles the arrow keys itself.
     keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
     keys->signal_key_pressed().connect(
         [this](guint key, guint /*code*/, Gdk::ModifierType held) {
@@ -20,7 +20,7 @@ TileGrid::TileGrid() {
         false);
     add_controller(keys);
     const auto focus = Gtk::EventControllerFocus::create();
-    focus->signal_leave().connect([this] { stopAtChosen(); });
+    focus->signal_leave().connect([this] { setTabStopToChosen(); });
     add_controller(focus);
 }
 
@@ -31,49 +31,49 @@ void TileGrid::add(Gtk::ToggleButton& tile, int column, int row) {
     tile.set_focusable(tiles_.empty());
     tile.signal_toggled().connect([this, &tile] {
         if (tile.get_active()) {
-            stopAtChosen();
+            setTabStopToChosen();
             tile.grab_focus();
         }
     });
     tiles_.push_back({&tile, column, row});
     attach(tile, column, row);
-    stopAtChosen();
+    setTabStopToChosen();
 }
 
 bool TileGrid::press(guint key) {
     switch (key) {
         case GDK_KEY_Left:
         case GDK_KEY_KP_Left:
-            go(-1, 0);
+            moveTabStop(-1, 0);
             return true;
         case GDK_KEY_Right:
         case GDK_KEY_KP_Right:
-            go(1, 0);
+            moveTabStop(1, 0);
             return true;
         case GDK_KEY_Up:
         case GDK_KEY_KP_Up:
-            go(0, -1);
+            moveTabStop(0, -1);
             return true;
         case GDK_KEY_Down:
         case GDK_KEY_KP_Down:
-            go(0, 1);
+            moveTabStop(0, 1);
             return true;
         case GDK_KEY_Home:
         case GDK_KEY_KP_Home:
-            go(-1, 0, true);
+            moveTabStop(-1, 0, true);
             return true;
         case GDK_KEY_End:
         case GDK_KEY_KP_End:
-            go(1, 0, true);
+            moveTabStop(1, 0, true);
             return true;
         default:
             return false;
     }
 }
 
-void TileGrid::go(int columns, int rows, bool toTheLast) {
-    const auto& from = tiles_[stop_];
-    auto best = stop_;
+void TileGrid::moveTabStop(int columns, int rows, bool toTheLast) {
+    const auto& from = tiles_[tabStop_];
+    auto best = tabStop_;
     int bestDistance = 0;
     for (std::size_t place = 0; place < tiles_.size(); ++place) {
         const auto& tile = tiles_[place];
@@ -85,11 +85,11 @@ void TileGrid::go(int columns, int rows, bool toTheLast) {
             bestDistance = distance;
         }
     }
-    stopAt(best);
+    setTabStop(best);
 }
 
-void TileGrid::stopAt(std::size_t tile) {
-    const auto last = std::exchange(stop_, tile);
+void TileGrid::setTabStop(std::size_t tile) {
+    const auto last = std::exchange(tabStop_, tile);
     if (last == tile) {
         return;
     }
@@ -100,10 +100,10 @@ void TileGrid::stopAt(std::size_t tile) {
     tiles_[last].button->set_focusable(false);
 }
 
-void TileGrid::stopAtChosen() {
+void TileGrid::setTabStopToChosen() {
     for (std::size_t place = 0; place < tiles_.size(); ++place) {
         if (tiles_[place].button->get_active()) {
-            stopAt(place);
+            setTabStop(place);
         }
     }
 }

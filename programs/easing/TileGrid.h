@@ -8,13 +8,13 @@
 
 namespace orvalo {
 
-/// Tiles in columns and rows, of which one is chosen. To Tab they are one stop, at the chosen tile;
-/// from there the arrow keys lead from tile to tile, and Home and End to the ends of a row.
+/// Tiles in columns and rows, of which one is chosen. Tab stops once, at the chosen tile; from
+/// there the arrow keys move from tile to tile, and Home and End to the ends of a row.
 class TileGrid : public Gtk::Grid {
   public:
     TileGrid();
 
-    /// Adds a tile that is in no group yet, chosen where it is active.
+    /// Adds a tile that is not in a group yet. An active tile is the chosen one.
     void add(Gtk::ToggleButton& tile, int column, int row);
 
   private:
@@ -25,14 +25,13 @@ class TileGrid : public Gtk::Grid {
     };
 
     bool press(guint key);
-    /// On to the next tile in that direction, or to the last one there.
-    void go(int columns, int rows, bool toTheLast = false);
-    /// Makes it the tile at which Tab stops.
-    void stopAt(std::size_t tile);
-    void stopAtChosen();
+    /// Moves to the next tile in that direction, or to the last one.
+    void moveTabStop(int columns, int rows, bool toTheLast = false);
+    void setTabStop(std::size_t tile);
+    void setTabStopToChosen();
 
     std::vector<Tile> tiles_;
-    std::size_t stop_ = 0;  ///< Where Tab stops.
+    std::size_t tabStop_ = 0;  ///< Index of the only tile that takes the focus.
 };
 
 }  // namespace orvalo

@@ -18,13 +18,13 @@ namespace {
 
 constexpr int kBadOption = 2;
 constexpr auto kSummary =
-    "A window in which the animation toolkit's easing curves, groups and impulse move.";
+    "Shows the animation toolkit's easing curves, groups and impulse in a window.";
 constexpr auto kStyle =
     ".bar { padding: 12px 18px; border-top: 1px solid alpha(currentColor, 0.15); }"
     ".stillness { padding: 9px 18px; background-color: alpha(currentColor, 0.07); }"
     ".tile { padding: 0; }";
 
-/// Reads the command line; a status to end with, or none to go on.
+/// Reads the command line. Returns the exit status, or nothing to continue.
 std::optional<int> readOptions(int argc, char** argv) {
     gboolean version = FALSE;
     // NOLINTNEXTLINE(modernize-avoid-c-arrays): what GLib takes, ended by an empty entry.
@@ -52,7 +52,7 @@ std::optional<int> readOptions(int argc, char** argv) {
     return std::nullopt;
 }
 
-void dress() {
+void loadStyle() {
     const auto display = Gdk::Display::get_default();
     Gtk::IconTheme::get_for_display(display)->add_search_path(
         (orvalo::executablePath().parent_path().parent_path() / "share/icons").string());
@@ -66,7 +66,7 @@ void dress() {
 
 int main(int argc, char** argv) {
     using namespace orvalo;
-    // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet.
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet.
     gtk_disable_setlocale();
     std::setlocale(LC_ALL, "");
     // NOLINTEND(concurrency-mt-unsafe)
@@ -74,8 +74,8 @@ int main(int argc, char** argv) {
     if (const auto status = readOptions(argc, argv)) {
         return *status;
     }
-    // What moves is little: drawn anew without OpenGL, it costs less than the whole window with it
-    // where there is no graphics processor.
+    // Only small parts of the window change. Without a graphics processor, redrawing them with
+    // cairo costs less than redrawing the whole window with OpenGL.
     g_setenv("GSK_RENDERER", "cairo", FALSE);
     if (gtk_init_check() == FALSE) {
         g_critical("There is no display to show a window on.");
@@ -87,7 +87,7 @@ int main(int argc, char** argv) {
         Gtk::Application::create("com.tessaly.Orvalo.Easing", Gio::Application::Flags::NON_UNIQUE);
     std::unique_ptr<EasingWindow> window;
     application->signal_activate().connect([&] {
-        dress();
+        loadStyle();
         window = std::make_unique<EasingWindow>();
         window->set_icon_name("com.tessaly.Orvalo");
         application->add_window(*window);

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "animation/EasingCurve.h"
-#include "animation/EasingName.h"
 
 namespace orvalo {
 namespace {

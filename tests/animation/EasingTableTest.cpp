@@ -8,7 +8,6 @@
 #include <string>
 
 #include "animation/EasingCurve.h"
-#include "animation/EasingName.h"
 #include "tests/animation/EasingTable.h"
 
 namespace orvalo {

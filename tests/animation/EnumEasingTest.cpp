@@ -9,7 +9,7 @@
 #include <limits>
 #include <unordered_set>
 
-#include "animation/EasingName.h"
+#include "animation/EasingCurve.h"
 
 namespace orvalo {
 namespace {

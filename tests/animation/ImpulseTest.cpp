@@ -9,10 +9,20 @@
 #include <utility>
 #include <vector>
 
-#include "animation/ImpulsePeer.h"
 #include "tests/animation/Counting.h"
 
 namespace orvalo {
+
+/// Access to an impulse's private state.
+struct ImpulsePeer {
+    static float value(const Impulse& impulse) { return impulse._value; }
+    static float amount(const Impulse& impulse) { return impulse._amount; }
+    static float interval(const Impulse& impulse) { return impulse._interval; }
+    static std::pair<float, float> bounds(const Impulse& impulse) {
+        return {impulse._minVal, impulse._maxVal};
+    }
+    static std::int64_t& step(Impulse& impulse) { return impulse._step; }
+};
 namespace {
 
 using testing::Lines;

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "animation/EasingCurve.h"
-#include "animation/EasingName.h"
 #include "tools/easing-picture/Plot.h"
 
 namespace {
@@ -62,7 +61,7 @@ void writeText(std::ostream& svg, std::string_view kind, double x, double y,
     svg << "<text class='" << kind << "' x='" << x << "' y='" << y << "'>" << text << "</text>\n";
 }
 
-/// Draws curves side by side, all with the room that the largest of them needs, and returns the
+/// Draws curves side by side, each with the height that the largest of them needs. Returns the
 /// bottom of the row.
 double drawRow(std::ostream& svg, double top, std::size_t first, std::size_t count) {
     std::vector<Plot> plots;
@@ -82,7 +81,7 @@ double drawRow(std::ostream& svg, double top, std::size_t first, std::size_t cou
     return ground - lowest * Plot::way;
 }
 
-/// What the marks mean, beside the one curve that has no family.
+/// The meaning of the marks, beside the one curve without a family.
 void drawLegend(std::ostream& svg, double top) {
     const double x = left(1);
     double y = top + titleHeight + 10;

@@ -11,7 +11,7 @@ namespace orvalo::picture {
 
 namespace {
 
-/// More than the steepest curve without a leap goes in a frame.
+/// A larger change from one frame to the next is drawn as a jump.
 constexpr double leap = 0.25;
 
 }  // namespace

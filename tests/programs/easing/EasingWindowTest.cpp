@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "animation/EasingCurve.h"
-#include "animation/EasingName.h"
 #include "tests/app/AccessibleTree.h"
 #include "tests/app/Screenshot.h"
 #include "tests/programs/play/Program.h"

@@ -1,4 +1,4 @@
-#include "programs/easing/Named.h"
+#include "programs/easing/Accessible.h"
 
 #include <giomm/simpleactiongroup.h>
 #include <gtk/gtk.h>
@@ -13,7 +13,7 @@ void setAccessibleName(Gtk::Widget& widget, const std::string& name) {
 }
 
 void nameByLabel(Gtk::Button& button) {
-    // What remains is the label inside, which the toolkit says the button is named by.
+    // Without a name of its own, the button is named by the label inside it.
     gtk_accessible_reset_property(GTK_ACCESSIBLE(button.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL);
 }
 
