@@ -116,18 +116,8 @@ void EffectService::take(const bridge::Ping& request) {
 void EffectService::take(const bridge::OpenPluginUI& request) {
     answerAfter(request.number, [&] {
         closePluginUI();
-        pluginUI_ = std::make_shared<ServicePluginUI>(
-            effect_->unit(), pluginUIParts(), request.display, request.window, request.scaleFactor,
-            ServicePluginUI::Events{
-                .wants =
-                    [this](X11Size size) {
-                        connection_.send(bridge::PluginUIWants{size.width, size.height});
-                    },
-                .closed =
-                    [this] { connection_.send(bridge::PluginUIClosed{"it has closed itself"}); },
-                .outdated = [this] { connection_.send(bridge::PluginUIOutdated{}); },
-                .turned = [this] { effect_->publishControls(); },
-            });
+        pluginUI_ =
+            std::make_shared<ServicePluginUI>(*effect_, connection_, pluginUIParts(), request);
         connection_.send(bridge::PluginUIOpened{pluginUI_->window()});
     });
 }

@@ -14,8 +14,8 @@ namespace {
 // The rate at which a plug-in is tried when it is made; the rate of most outputs, too.
 constexpr double kFirstSampleRate = 48000.0;
 
-LV2PluginUIProvider& pluginUIProvider() {
-    static LV2PluginUIProvider provider;
+LV2LocalAudioUnit::PluginUIProvider& pluginUIProvider() {
+    static LV2LocalAudioUnit::PluginUIProvider provider;
     return provider;
 }
 
@@ -111,7 +111,7 @@ void LV2LocalAudioUnit::requestViewController(
         });
 }
 
-void LV2LocalAudioUnit::setPluginUIProvider(LV2PluginUIProvider provider) {
+void LV2LocalAudioUnit::setPluginUIProvider(PluginUIProvider provider) {
     pluginUIProvider() = std::move(provider);
 }
 

@@ -11,7 +11,6 @@
 
 #include "platform/audio/lv2/LV2EventLink.h"
 #include "platform/audio/lv2/LV2Instance.h"
-#include "platform/audio/lv2/LV2PluginUIProvider.h"
 #include "platform/audio/lv2/LV2Presets.h"
 #include "platform/audio/signal/RenderSlot.h"
 #include "platform/audio/unit/AUAudioUnit.h"
@@ -81,9 +80,12 @@ class LV2LocalAudioUnit : public AUAudioUnit {
     /// How often the instance has been replaced. Any thread.
     std::uint32_t instanceNumber() const { return instanceNumber_.load(std::memory_order_acquire); }
 
-    /// Makes the UIs of all units; an empty one, as at first: no unit has a UI.
-    /// Before the first is asked for.
-    static void setPluginUIProvider(LV2PluginUIProvider provider);
+    /// Makes the view controller of a unit's UI, on the main thread; null, with a line on standard
+    /// error that says why, when the plug-in has no UI that can be shown.
+    using PluginUIProvider =
+        std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<LV2LocalAudioUnit>&)>;
+    /// Sets the provider of all units, before the first request; empty at first: no unit has a UI.
+    static void setPluginUIProvider(PluginUIProvider provider);
 
   private:
     void setLinks(LV2EventLinks links);

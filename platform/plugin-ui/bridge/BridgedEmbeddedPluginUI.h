@@ -7,50 +7,46 @@
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/foundation/GLibPointer.h"
 #include "platform/plugin-ui/x11/EmbeddedPluginUI.h"
-#include "platform/plugin-ui/x11/X11Connection.h"
-#include "platform/plugin-ui/x11/X11Container.h"
 
 namespace orvalo {
 
-/// The UI of a unit in a process of its own, which puts its window into a container of this
-/// one. When the process ends the UI is away, until it has been opened in the next one.
-/// Main thread.
+/// The embedded UI of a unit in an effect service: the service puts the UI's window into a
+/// container of this process. When the service dies, the UI is restarting until the next service
+/// has opened it again. Main thread.
 class BridgedEmbeddedPluginUI : public EmbeddedPluginUI {
   public:
     /// isFixedSize: as the UI's data say.
     BridgedEmbeddedPluginUI(std::shared_ptr<X11Connection> connection,
-                            std::shared_ptr<BridgedAudioUnit> unit, bool isFixedSize, Place place);
+                            std::shared_ptr<BridgedAudioUnit> unit, bool isFixedSize,
+                            Parent parent);
     ~BridgedEmbeddedPluginUI() override;
 
-    void place(const X11Rect& area, const X11Rect& visible) override;
-    void setVisible(bool isVisible) override;
-    const X11SizeRules& rules() const override;
-    bool isAway() const override { return isAway_; }
-
   private:
-    class Listener;
+    void resized(X11Size size) override;
+    void lostWindow() override { expectWindow(); }
+    void visibilityChanged() override;
 
-    BridgedPluginUIChannel& channel() const { return unit_->pluginUIChannel(); }
+    void handle(const ServiceReady& event);
+    void handle(const ServiceLost& event);
+    void handle(const ServiceGivenUp& event);
+    void handle(const PluginUIRefused& event);
+    void handle(const bridge::PluginUIOpened& event);
+    void handle(const bridge::PluginUIResizeRequest& event);
+    void handle(const bridge::PluginUIClosed& event);
+    void handle(const bridge::PluginUIOutdated& event);
+
+    PluginUIChannel& channel() const { return unit_->pluginUIChannel(); }
     void open();
-    void opened(std::uint64_t window);
-    void processGone();
+    /// Closes the UI in the service.
     void leave();
     void close(const std::string& reason);
+    bool isWindowMissing() const;
     void expectWindow();
-    void setPatience(unsigned milliseconds);
+    void stopTimeout();
 
-    const std::shared_ptr<X11Connection> connection_;
     const std::shared_ptr<BridgedAudioUnit> unit_;
-    const bool isFixedSize_;
-    const Place place_;
-    std::shared_ptr<Listener> listener_;
-    X11Rect area_;
-    X11Rect visible_;
-    std::unique_ptr<X11Container> container_;  // Null while there is no process.
-    GSourcePointer patience_;
-    bool isVisible_ = false;
-    bool isAway_ = false;
-    bool isOpened_ = false;
+    GSourcePointer timeout_;  // Null unless a window is missing.
+    bool isOpened_ = false;   // In the service.
 };
 
 }  // namespace orvalo

@@ -11,7 +11,6 @@
 #include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
 #include "platform/plugin-ui/view/WindowShortcuts.h"
 #include "platform/plugin-ui/x11/LV2EmbeddedPluginUI.h"
-#include "platform/plugin-ui/x11/LV2PluginUIError.h"
 #include "platform/plugin-ui/x11/LV2PluginUILibrary.h"
 #include "platform/plugin-ui/x11/X11Errors.h"
 
@@ -41,9 +40,9 @@ LV2PluginUIData readData(const Unit& unit) {
 void requireX11(const std::string& plugin) {
     auto* display = gdk_display_get_default();
     if (display == nullptr || !GDK_IS_X11_DISPLAY(display)) {
-        throw lv2PluginUIError(LV2ErrorCode::noPluginUI, plugin,
-                               "it needs an X11 display, and the program's windows use " +
-                                   std::string(display == nullptr ? "none" : "another kind"));
+        throw pluginUIError(LV2ErrorCode::noPluginUI, plugin,
+                            "it needs an X11 display, and the program's windows use " +
+                                std::string(display == nullptr ? "none" : "another kind"));
     }
 }
 
@@ -51,34 +50,36 @@ void report(const NSError& error) {
     g_warning("%s", error.localizedDescription().c_str());
 }
 
-LV2ViewController::Opener opener(const std::shared_ptr<LV2LocalAudioUnit>& unit,
-                                 const LV2PluginUIData& data) {
+std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<LV2LocalAudioUnit>& unit,
+                                                  const LV2PluginUIData& data) {
     auto library = std::make_shared<LV2PluginUILibrary>(data);
-    // When nothing else is to be done.
-    return {[unit, data, library = std::move(library)](
-                const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedPluginUI> {
-                return std::make_unique<LV2EmbeddedPluginUI>(connection, unit, data, place);
-            },
-            G_PRIORITY_DEFAULT_IDLE};
+    return LV2ViewController::make(
+        data,
+        [unit, data, library = std::move(library)](const auto& connection, const auto& parent) {
+            return std::make_unique<LV2EmbeddedPluginUI>(connection, unit, data, parent);
+        },
+        // Making the UI takes this thread's time, which other work may need first.
+        G_PRIORITY_DEFAULT_IDLE);
 }
 
-LV2ViewController::Opener opener(const std::shared_ptr<BridgedAudioUnit>& unit,
-                                 const LV2PluginUIData& data) {
-    // At once: it is made elsewhere, while this process draws its window.
-    return {[unit, isFixedSize = data.isFixedSize](
-                const auto& connection, const auto& place) -> std::unique_ptr<EmbeddedPluginUI> {
-                return std::make_unique<BridgedEmbeddedPluginUI>(connection, unit, isFixedSize,
-                                                                 place);
-            },
-            G_PRIORITY_DEFAULT};
+std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<BridgedAudioUnit>& unit,
+                                                  const LV2PluginUIData& data) {
+    return LV2ViewController::make(
+        data,
+        [unit, isFixedSize = data.isFixedSize](const auto& connection, const auto& parent) {
+            return std::make_unique<BridgedEmbeddedPluginUI>(connection, unit, isFixedSize, parent);
+        },
+        // The service makes the UI while this process draws its window.
+        G_PRIORITY_DEFAULT);
 }
 
+/// As PluginUIProvider of the unit's class.
 template <typename Unit>
 std::shared_ptr<UIViewController> provide(const std::shared_ptr<Unit>& unit) {
     try {
         const auto data = readData(*unit);
         requireX11(data.plugin);
-        return LV2ViewController::make(data, opener(unit, data));
+        return makeController(unit, data);
     } catch (const NSError& error) {
         report(error);
         return nullptr;
@@ -92,24 +93,24 @@ void LV2ViewController::enable() {
     BridgedAudioUnit::setPluginUIProvider(provide<BridgedAudioUnit>);
 }
 
-std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2PluginUIData& data,
-                                                           Opener opener) {
-    auto result = std::make_shared<LV2ViewController>(data, std::move(opener));
+std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2PluginUIData& data, Open open,
+                                                           int openPriority) {
+    auto result = std::make_shared<LV2ViewController>(data, std::move(open), openPriority);
     result->setView(result->container_);
     return result;
 }
 
-LV2ViewController::LV2ViewController(LV2PluginUIData data, Opener opener)
+LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, int openPriority)
     : AUViewController(std::nullopt, nullptr),
       data_(std::move(data)),
-      opener_(std::move(opener)),
-      container_(std::make_shared<X11ContainerView>(opener_.priority)) {
-    container_->onToplevel = [this](const auto& where) {
+      open_(std::move(openPluginUI)),
+      container_(std::make_shared<X11ContainerView>(openPriority)) {
+    container_->onToplevel = [this](const auto& place) {
         if (pluginUI_ == nullptr && !hasFailed_) {
-            open(where);
+            open(place);
         }
     };
-    container_->onPlace = [this](const auto& where) { place(where); };
+    container_->onPlace = [this](const auto& place) { this->place(place); };
     container_->onHidden = [this] {
         hasFailed_ = false;
         if (pluginUI_ != nullptr) {
@@ -120,7 +121,7 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Opener opener)
 }
 
 LV2ViewController::~LV2ViewController() {
-    // The view may be held elsewhere.
+    // The view may live longer.
     container_->onToplevel = nullptr;
     container_->onPlace = nullptr;
     container_->onHidden = nullptr;
@@ -147,34 +148,39 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
     try {
         const auto server = connection();
         if (server == nullptr) {
-            throw lv2PluginUIError(LV2ErrorCode::noPluginUI, data_.plugin,
-                                   "the X server takes no further connection");
+            throw pluginUIError(LV2ErrorCode::noPluginUI, data_.plugin,
+                                "the X server takes no further connection");
         }
-        pluginUI_ = opener_.open(server, {.toplevel = place.toplevel,
-                                          .scaleFactor = static_cast<double>(place.scaleFactor),
-                                          .size = place.area.size(),
-                                          // GDK takes its context for current until it is told.
-                                          .willEnter = gdk_gl_context_clear_current});
-        pluginUI_->onRules = [this] { takeRules(); };
-        pluginUI_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
-            if (const auto held = view.lock()) {
-                activateShortcut(held->widget(), key);
-            }
-        };
-        pluginUI_->onAway = [this](bool isAway) { sayWhetherAway(isAway); };
-        pluginUI_->onClosed = [this](const std::string& reason) { closed(reason); };
-        sayWhetherAway(pluginUI_->isAway());
-        takeRules();
+        pluginUI_ = open_(server, {.toplevel = place.toplevel,
+                                   .scaleFactor = static_cast<double>(place.scaleFactor),
+                                   .size = place.area.size(),
+                                   // GTK believes that its OpenGL context stays current.
+                                   .willEnter = gdk_gl_context_clear_current});
     } catch (const NSError& error) {
         hasFailed_ = true;
         report(error);
         container_->setMessage("The UI of " + data_.title + " cannot be shown.");
+        return;
     }
+    pluginUI_->onChange = [this] { showCondition(); };
+    pluginUI_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
+        if (const auto held = view.lock()) {
+            activateShortcut(held->widget(), key);
+        }
+    };
+    pluginUI_->onClosed = [this](const std::string& reason) { closed(reason); };
+    showCondition();
 }
 
-void LV2ViewController::sayWhetherAway(bool isAway) {
-    container_->setMessage(isAway ? data_.title + " has stopped. It is started again."
-                                  : std::string());
+void LV2ViewController::showCondition() {
+    if (pluginUI_->isRestarting()) {
+        container_->setMessage(data_.title + " has stopped. It is started again.");
+        return;
+    }
+    container_->setMessage({});
+    const auto least = pluginUI_->rules().least();
+    const auto points = [this](int pixels) { return (pixels + scaleFactor_ - 1) / scaleFactor_; };
+    container_->setLeastSize(points(least.width), points(least.height));
 }
 
 void LV2ViewController::close() {
@@ -188,12 +194,6 @@ void LV2ViewController::closed(const std::string& reason) {
     container_->setLeastSize(-1, -1);
     container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".");
     pluginUI_ = nullptr;
-}
-
-void LV2ViewController::takeRules() {
-    const auto least = pluginUI_->rules().least();
-    const auto points = [this](int pixels) { return (pixels + scaleFactor_ - 1) / scaleFactor_; };
-    container_->setLeastSize(points(least.width), points(least.height));
 }
 
 }  // namespace orvalo

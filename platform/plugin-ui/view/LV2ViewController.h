@@ -12,47 +12,41 @@
 
 namespace orvalo {
 
-/// The X11 UI of an LV2 unit, whose code runs in this process or in the unit's own. It is
-/// opened, hidden, once its view is in a window, so that it is there when the view comes on screen,
-/// and from then on lives as long as the view's window; one that has closed, or could not be
-/// opened, says so in its place and is tried again when the view comes on screen anew; one whose
-/// process is being made again says so meanwhile. Main thread.
+/// The X11 UI of an LV2 unit, whose code runs in this process or in an effect service. The UI is
+/// opened, hidden, when its view gets a toplevel window, and closed when the view leaves that.
+/// Where the UI cannot be opened, has closed or is restarting, the view says so; a UI that failed
+/// or closed is opened again when the view next comes on screen. Main thread.
 class LV2ViewController : public AUViewController {
   public:
-    /// From now on requestViewController() of an LV2 unit gives one; absent, with one line on
-    /// standard error that names the plug-in and says why, when there is no UI that can be
-    /// embedded here. Once, at the program's start, by a program whose toolkit uses X11.
+    /// From now on requestViewController() of an LV2 unit gives such a controller; null, with a
+    /// line on standard error that names the plug-in and the reason, when its UI cannot be embedded
+    /// here. Once, at the program's start.
     static void enable();
 
-    struct Opener {
-        /// Opens the UI in a place. Throws NSError.
-        std::function<std::unique_ptr<EmbeddedPluginUI>(const std::shared_ptr<X11Connection>&,
-                                                        const EmbeddedPluginUI::Place&)>
-            open;
-        /// The main loop's, for one that nobody waits for yet.
-        int priority;
-    };
+    /// Opens the UI in a toplevel window. Throws NSError.
+    using Open = std::function<std::unique_ptr<EmbeddedPluginUI>(
+        const std::shared_ptr<X11Connection>&, const EmbeddedPluginUI::Parent&)>;
 
-    /// With its view.
-    static std::shared_ptr<LV2ViewController> make(const LV2PluginUIData& data, Opener opener);
+    /// openPriority: in the main loop, of opening the UI before its view is on screen.
+    static std::shared_ptr<LV2ViewController> make(const LV2PluginUIData& data, Open open,
+                                                   int openPriority);
 
-    /// For make().
-    LV2ViewController(LV2PluginUIData data, Opener opener);
+    /// For make(), which adds the view.
+    LV2ViewController(LV2PluginUIData data, Open openPluginUI, int openPriority);
     ~LV2ViewController() override;
 
   private:
     void place(const X11ContainerView::Place& place);
     void open(const X11ContainerView::Place& place);
-    void sayWhetherAway(bool isAway);
+    void showCondition();
     void close();
     void closed(const std::string& reason);
-    void takeRules();
 
     const LV2PluginUIData data_;
-    const Opener opener_;
-    std::shared_ptr<X11ContainerView> container_;
+    const Open open_;
+    const std::shared_ptr<X11ContainerView> container_;
     std::unique_ptr<EmbeddedPluginUI> pluginUI_;
-    unsigned long toplevel_ = 0;  // That the UI is open in.
+    unsigned long toplevel_ = 0;  // Of the open UI, as is scaleFactor_.
     int scaleFactor_ = 1;
     bool hasFailed_ = false;  // Since the view came on screen.
 };

@@ -1,52 +1,89 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
+#include "platform/plugin-ui/x11/X11Connection.h"
+#include "platform/plugin-ui/x11/X11Container.h"
 #include "platform/plugin-ui/x11/X11Geometry.h"
-#include "platform/plugin-ui/x11/X11Key.h"
+#include "platform/plugin-ui/x11/X11Keyboard.h"
 #include "platform/plugin-ui/x11/X11SizeRules.h"
 
 namespace orvalo {
 
-/// An effect's UI inside somebody's toplevel window, wherever its code runs. Main thread.
+/// A plug-in UI inside a toplevel window: the container around the UI's window, and its events. The
+/// derived classes say where the UI's code runs. Main thread.
 class EmbeddedPluginUI {
   public:
-    struct Place {
+    /// The toplevel window and what the UI has to know of it.
+    struct Parent {
         unsigned long toplevel;  ///< The X window.
-        double scaleFactor;      ///< Of the screen: 1 for plain ones.
-        X11Size size;            ///< Of the area that it will be given, in pixels.
-        /// Called before the UI's own code runs in this process, which may take what belongs
+        double scaleFactor;      ///< Of the screen, above 0.
+        X11Size size;            ///< Of the UI's area at first, in pixels.
+        /// Called before the UI's code runs in this process, because that may change what belongs
         /// to the thread, such as the current OpenGL context. May be empty.
         std::function<void()> willEnter;
     };
 
-    EmbeddedPluginUI() = default;
-    /// Takes it off the screen, then has it cleaned up.
-    virtual ~EmbeddedPluginUI() = default;
+    /// Hides the UI, then closes it.
+    virtual ~EmbeddedPluginUI();
     EmbeddedPluginUI(const EmbeddedPluginUI&) = delete;
     EmbeddedPluginUI& operator=(const EmbeddedPluginUI&) = delete;
 
     /// As X11Container::place().
-    virtual void place(const X11Rect& area, const X11Rect& visible) = 0;
-    /// At first it is not.
-    virtual void setVisible(bool isVisible) = 0;
-    virtual const X11SizeRules& rules() const = 0;
-    /// Whether it is away now, as onAway has it; it can be from the beginning.
-    virtual bool isAway() const { return false; }
+    void place(const X11Rect& area, const X11Rect& visible);
+    /// False at first.
+    void setVisible(bool isVisible);
+    /// The sizes that the UI can be shown at.
+    const X11SizeRules& rules() const;
+    /// Whether the effect service is restarting, and the UI gone until it has.
+    bool isRestarting() const { return isRestarting_; }
 
-    /// What the UI asks for has changed. May be empty.
-    std::function<void()> onRules;
-    /// The UI has got a key and sent it on, because it means nothing to it. The object may
-    /// be destroyed inside. May be empty.
+    /// rules() or isRestarting() has changed. May be empty.
+    std::function<void()> onChange;
+    /// The UI got a key, does not use it, and sent it to the host. The object may be destroyed
+    /// inside. May be empty.
     std::function<void(const X11Key&)> onUnusedKey;
-    /// The UI is away for a while, through no wish of anybody's; or, with false, back. May
-    /// be empty.
-    std::function<void(bool isAway)> onAway;
-    /// The UI is closed: by itself, by the loss of its window, or because it could not be
-    /// made, or made anew. The reason is a clause without a full stop. Called once, from the run
-    /// loop; the object may be destroyed inside. May be empty.
+    /// The UI has closed: by itself, because its window is gone, or because it could not be made or
+    /// restored. reason: a clause without a full stop. Called once, from the run loop; the object
+    /// may be destroyed inside. May be empty.
     std::function<void(const std::string& reason)> onClosed;
+
+  protected:
+    /// isFixedSize: whether the UI's data say so.
+    EmbeddedPluginUI(std::shared_ptr<X11Connection> connection, Parent parent, bool isFixedSize);
+
+    const Parent& parent() const { return parent_; }
+    /// The name of the X server.
+    std::string display() const;
+    bool isVisible() const { return isVisible_; }
+    /// Null until makeContainer() and after dropContainer().
+    const std::shared_ptr<X11Container>& container() const { return container_; }
+
+    /// Replaces the container by a new one for a new UI.
+    void makeContainer();
+    void dropContainer();
+    void setRestarting(bool isRestarting);
+    void reportChange() const;
+    /// Calls onClosed, once.
+    void reportClosed(const std::string& reason);
+
+    /// The UI's window has a new size.
+    virtual void resized(X11Size size) = 0;
+    /// The UI's window, or the container with it, is gone.
+    virtual void lostWindow() = 0;
+    virtual void visibilityChanged() = 0;
+
+  private:
+    const std::shared_ptr<X11Connection> connection_;
+    const Parent parent_;
+    const bool isFixedSize_;
+    X11Rect area_;
+    X11Rect visiblePart_;
+    bool isVisible_ = false;
+    bool isRestarting_ = false;
+    std::shared_ptr<X11Container> container_;
 };
 
 }  // namespace orvalo

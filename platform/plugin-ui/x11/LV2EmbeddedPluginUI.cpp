@@ -2,120 +2,88 @@
 
 #include <utility>
 
-#include "platform/plugin-ui/x11/LV2PluginUIError.h"
-
 namespace orvalo {
 
 namespace {
 
-// Below the toolkit's drawing, which stands at 120, so that a UI cannot hold it up.
-constexpr int kTurnPriority = 125;
-// Two seconds, at the least.
-constexpr int kLongestTurnsWithoutWindow = 120;
+// Below GTK's drawing, which has 120, so that a UI cannot hold it up.
+constexpr int kUpdatePriority = 125;
+// Two seconds at least.
+constexpr int kMaximumUpdatesWithoutWindow = 120;
 
 }  // namespace
 
 LV2EmbeddedPluginUI::LV2EmbeddedPluginUI(std::shared_ptr<X11Connection> connection,
                                          std::shared_ptr<LV2LocalAudioUnit> unit,
-                                         LV2PluginUIData data, Place place)
-    : connection_(std::move(connection)),
+                                         LV2PluginUIData data, Parent parent)
+    : EmbeddedPluginUI(std::move(connection), std::move(parent), data.isFixedSize),
       unit_(std::move(unit)),
-      data_(std::move(data)),
-      place_(std::move(place)) {
+      data_(std::move(data)) {
     open();
-    turns_ = std::make_unique<PluginUITurns>(kTurnPriority, [this] { tick(); });
+    timer_ = std::make_unique<PluginUITimer>(kUpdatePriority, [this] { update(); });
 }
 
 LV2EmbeddedPluginUI::~LV2EmbeddedPluginUI() {
     onClosed = nullptr;
     close({});
-    // A turn under way may keep it.
-    container_->onSize = nullptr;
-    container_->onRules = nullptr;
-    container_->onGone = nullptr;
-    container_->onUnusedKey = nullptr;
 }
 
 void LV2EmbeddedPluginUI::open() {
-    // Never a container that had another UI in it: the X server gives the new window the
-    // number of the old one, whose end is still to be reported.
-    container_ = nullptr;
-    container_ = std::make_shared<X11Container>(connection_, place_.toplevel, place_.size);
-    container_->setStatedFixed(data_.isFixedSize);
-    container_->onSize = [this](X11Size size) {
-        if (pluginUI_ != nullptr) {
-            enter();
-            pluginUI_->setSize(size);
-        }
-    };
-    container_->onRules = [this] {
-        if (onRules) {
-            onRules();
-        }
-    };
-    container_->onGone = [this] { close("it has lost its window"); };
-    container_->onUnusedKey = [this](const X11Key& key) {
-        if (const auto take = onUnusedKey) {
-            take(key);
-        }
-    };
+    makeContainer();
     enter();
     pluginUI_ =
-        std::make_shared<LV2PluginUI>(unit_, data_, container_->window(), place_.scaleFactor,
-                                      [container = std::weak_ptr(container_)](X11Size size) {
+        std::make_shared<LV2PluginUI>(unit_, data_, container()->window(), parent().scaleFactor,
+                                      [container = std::weak_ptr(container())](X11Size size) {
                                           if (const auto held = container.lock()) {
-                                              held->want(size);
+                                              held->requestSize(size);
                                           }
                                       });
-    turnsWithoutWindow_ = 0;
-    container_->adopt(pluginUI_->window());
-    container_->place(area_, visible_);
-    container_->setVisible(isVisible_);
+    updatesWithoutWindow_ = 0;
+    container()->adopt(pluginUI_->window());
 }
 
-void LV2EmbeddedPluginUI::place(const X11Rect& area, const X11Rect& visible) {
-    area_ = area;
-    visible_ = visible;
-    if (container_ != nullptr) {
-        container_->place(area, visible);
+void LV2EmbeddedPluginUI::reopen() {
+    container()->release();
+    pluginUI_ = nullptr;
+    try {
+        open();
+        reportChange();
+    } catch (const NSError& error) {
+        close(error.localizedDescription());
     }
 }
 
-void LV2EmbeddedPluginUI::setVisible(bool isVisible) {
-    if (pluginUI_ == nullptr || isVisible == isVisible_) {
-        return;
+void LV2EmbeddedPluginUI::resized(X11Size size) {
+    if (pluginUI_ != nullptr) {
+        enter();
+        pluginUI_->setSize(size);
     }
-    isVisible_ = isVisible;
-    container_->setVisible(isVisible);
-    turns_->setVisible(isVisible);
+}
+
+void LV2EmbeddedPluginUI::visibilityChanged() {
+    if (timer_ != nullptr) {
+        timer_->setVisible(isVisible());
+    }
 }
 
 void LV2EmbeddedPluginUI::enter() const {
-    if (place_.willEnter) {
-        place_.willEnter();
+    if (parent().willEnter) {
+        parent().willEnter();
     }
 }
 
-void LV2EmbeddedPluginUI::tick() {
+void LV2EmbeddedPluginUI::update() {
     enter();
     if (pluginUI_->isOutdated()) {
-        container_->release();
-        pluginUI_ = nullptr;
-        try {
-            open();
-            if (onRules) {
-                onRules();
-            }
-        } catch (const NSError& error) {
-            close(error.localizedDescription());
-        }
+        reopen();
         return;
     }
-    // Its own code may run the loop, which may close it, and this object with it.
-    const auto willEnter = place_.willEnter;
-    const auto container = container_;
+    // The UI's code may run the main loop, in which this object may close or be destroyed. The UI
+    // and its container have to outlive that code.
+    const auto willEnter = parent().willEnter;
+    const auto heldContainer = container();
     auto ui = pluginUI_;
-    const bool goesOn = ui->update();
+    const bool isOpen = ui->update();
     if (ui.use_count() == 1) {
         if (willEnter) {
             willEnter();
@@ -123,22 +91,20 @@ void LV2EmbeddedPluginUI::tick() {
         ui = nullptr;
         return;
     }
-    if (!goesOn) {
+    if (!isOpen) {
         close("it has closed itself");
-    } else if (isVisible_ && !container_->hasChild() &&
-               ++turnsWithoutWindow_ == kLongestTurnsWithoutWindow) {
+    } else if (isVisible() && !container()->hasChild() &&
+               ++updatesWithoutWindow_ == kMaximumUpdatesWithoutWindow) {
         close("it makes no window");
     }
 }
 
 void LV2EmbeddedPluginUI::close(const std::string& reason) {
-    turns_ = nullptr;
+    timer_ = nullptr;
     enter();
-    container_->release();
+    container()->release();
     pluginUI_ = nullptr;
-    if (const auto closed = std::exchange(onClosed, nullptr)) {
-        closed(reason);
-    }
+    reportClosed(reason);
 }
 
 }  // namespace orvalo

@@ -7,45 +7,37 @@
 #include "platform/plugin-ui/x11/EmbeddedPluginUI.h"
 #include "platform/plugin-ui/x11/LV2PluginUI.h"
 #include "platform/plugin-ui/x11/LV2PluginUIData.h"
-#include "platform/plugin-ui/x11/PluginUITurns.h"
-#include "platform/plugin-ui/x11/X11Connection.h"
-#include "platform/plugin-ui/x11/X11Container.h"
+#include "platform/plugin-ui/x11/PluginUITimer.h"
 
 namespace orvalo {
 
-/// An open UI of a unit in this process: the UI, the container around its window, and
-/// its turns on the main run loop. A UI that reaches an instance which has been replaced is
-/// made anew. One that runs the loop itself, and is closed meanwhile, is cleaned up when its own
-/// code has ended, at once otherwise. Main thread.
+/// The embedded UI of a unit in this process. A UI that accesses the plug-in's instance is made
+/// anew when that is replaced. The object may be destroyed while the UI's own code runs the main
+/// loop: the UI is cleaned up when that code returns, at once otherwise. Main thread.
 class LV2EmbeddedPluginUI : public EmbeddedPluginUI {
   public:
-    /// Opens it. The data's library must stay loaded for the object's life. Throws NSError.
+    /// Opens the UI. The data's library must stay loaded for the object's life. Throws NSError.
     LV2EmbeddedPluginUI(std::shared_ptr<X11Connection> connection,
-                        std::shared_ptr<LV2LocalAudioUnit> unit, LV2PluginUIData data, Place place);
+                        std::shared_ptr<LV2LocalAudioUnit> unit, LV2PluginUIData data,
+                        Parent parent);
     ~LV2EmbeddedPluginUI() override;
 
-    void place(const X11Rect& area, const X11Rect& visible) override;
-    void setVisible(bool isVisible) override;
-    const X11SizeRules& rules() const override { return container_->rules(); }
-
   private:
+    void resized(X11Size size) override;
+    void lostWindow() override { close("it has lost its window"); }
+    void visibilityChanged() override;
+
     void open();
+    void reopen();
     void enter() const;
-    void tick();
+    void update();
     void close(const std::string& reason);
 
-    const std::shared_ptr<X11Connection> connection_;
     const std::shared_ptr<LV2LocalAudioUnit> unit_;
     const LV2PluginUIData data_;
-    const Place place_;
-    X11Rect area_;
-    X11Rect visible_;
-    // Shared with the turn that is under way.
-    std::shared_ptr<X11Container> container_;
-    std::shared_ptr<LV2PluginUI> pluginUI_;
-    std::unique_ptr<PluginUITurns> turns_;  // Until it is closed.
-    bool isVisible_ = false;
-    int turnsWithoutWindow_ = 0;
+    std::shared_ptr<LV2PluginUI> pluginUI_;  // Shared with the update under way.
+    std::unique_ptr<PluginUITimer> timer_;   // Null once closed.
+    int updatesWithoutWindow_ = 0;
 };
 
 }  // namespace orvalo

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "platform/audio/lv2/URIDMap.h"
-#include "platform/plugin-ui/x11/LV2PluginUIError.h"
 #include "platform/plugin-ui/x11/X11Errors.h"
 
 namespace orvalo {
@@ -70,8 +69,8 @@ LV2PluginUI::LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit,
     // It may have set a handler of its own.
     X11Errors::takeOver();
     if (instance_ == nullptr) {
-        throw lv2PluginUIError(LV2ErrorCode::instantiationFailed, data_.plugin,
-                               "it refuses to be made");
+        throw pluginUIError(LV2ErrorCode::instantiationFailed, data_.plugin,
+                            "it refuses to be made");
     }
     const auto extension = [this](const char* uri) {
         return suil_instance_extension_data(instance_.get(), uri);

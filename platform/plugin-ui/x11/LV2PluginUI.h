@@ -13,7 +13,6 @@
 #include "platform/audio/lv2/LV2Log.h"
 #include "platform/plugin-ui/x11/LV2PluginUIData.h"
 #include "platform/plugin-ui/x11/LV2PluginUIFeatures.h"
-#include "platform/plugin-ui/x11/LV2PluginUIOptions.h"
 #include "platform/plugin-ui/x11/X11Geometry.h"
 
 namespace orvalo {

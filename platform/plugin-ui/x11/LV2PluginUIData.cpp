@@ -10,9 +10,7 @@
 #include <algorithm>
 
 #include "platform/audio/lv2/TurtleFile.h"
-#include "platform/plugin-ui/x11/LV2PluginUIError.h"
 #include "platform/plugin-ui/x11/LV2PluginUIFeatures.h"
-#include "platform/plugin-ui/x11/LV2PluginUIOptions.h"
 
 namespace orvalo {
 
@@ -37,8 +35,7 @@ class Reader {
         data.bundle = path(lilv_ui_get_bundle_uri(ui_));
         data.binary = path(lilv_ui_get_binary_uri(ui_));
         if (data.binary.empty() || data.bundle.empty()) {
-            throw lv2PluginUIError(LV2ErrorCode::noLibrary, plugin_.uri,
-                                   "its data name no library");
+            throw pluginUIError(LV2ErrorCode::noLibrary, plugin_.uri, "its data name no library");
         }
         const LilvPointer<LilvNode> name(lilv_plugin_get_name(access_.plugin(plugin_.uri)));
         data.title = name == nullptr ? plugin_.uri : lilv_node_as_string(name.get());
@@ -81,7 +78,7 @@ class Reader {
             if (const auto error = turtleFileError(file); !error.empty()) {
                 std::string reason = "its data file <";
                 reason.append(file).append("> is not sound (").append(error).append(")");
-                throw lv2PluginUIError(LV2ErrorCode::badData, plugin_.uri, reason);
+                throw pluginUIError(LV2ErrorCode::badData, plugin_.uri, reason);
             }
         }
         lilv_world_load_resource(access_.lilv(), lilv_ui_get_uri(ui_));
@@ -93,7 +90,7 @@ class Reader {
             if (!isOffered(uri)) {
                 std::string reason = "it requires the " + kind + " <";
                 reason.append(uri).append(">, which is not offered");
-                throw lv2PluginUIError(LV2ErrorCode::unsupportedFeature, plugin_.uri, reason);
+                throw pluginUIError(LV2ErrorCode::unsupportedFeature, plugin_.uri, reason);
             }
         }
     }
@@ -149,6 +146,11 @@ void addKinds(const LilvUI* ui, std::string& kinds) {
 
 }  // namespace
 
+NSError pluginUIError(LV2ErrorCode code, const std::string& plugin, const std::string& reason) {
+    return {"LV2", static_cast<std::int64_t>(code),
+            "The UI of <" + plugin + "> cannot be shown: " + reason + "."};
+}
+
 LV2PluginUIData LV2PluginUIData::read(const LV2World::Access& access, const LV2PluginData& plugin) {
     const auto* found = access.plugin(plugin.uri);
     const std::unique_ptr<LilvUIs, void (*)(LilvUIs*)> uis(
@@ -162,8 +164,8 @@ LV2PluginUIData LV2PluginUIData::read(const LV2World::Access& access, const LV2P
         }
         addKinds(ui, kinds);
     }
-    throw lv2PluginUIError(LV2ErrorCode::noPluginUI, plugin.uri,
-                           kinds.empty() ? "the plug-in has none" : "it is no X11UI but " + kinds);
+    throw pluginUIError(LV2ErrorCode::noPluginUI, plugin.uri,
+                        kinds.empty() ? "the plug-in has none" : "it is no X11UI but " + kinds);
 }
 
 }  // namespace orvalo

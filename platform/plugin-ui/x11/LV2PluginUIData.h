@@ -4,10 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "platform/audio/lv2/LV2Error.h"
 #include "platform/audio/lv2/LV2PluginData.h"
 #include "platform/audio/lv2/LV2World.h"
 
 namespace orvalo {
+
+/// The error "The UI of <plugin> cannot be shown: reason.". reason: a clause without a full stop.
+NSError pluginUIError(LV2ErrorCode code, const std::string& plugin, const std::string& reason);
 
 /// What the data say of a plug-in's X11 UI, checked: everything that it needs is there.
 struct LV2PluginUIData {

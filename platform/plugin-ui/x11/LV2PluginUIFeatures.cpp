@@ -1,16 +1,59 @@
 #include "platform/plugin-ui/x11/LV2PluginUIFeatures.h"
 
+#include <lv2/atom/atom.h>
+#include <lv2/buf-size/buf-size.h>
 #include <lv2/instance-access/instance-access.h>
 #include <lv2/log/log.h>
-#include <lv2/options/options.h>
+#include <lv2/parameters/parameters.h>
 #include <lv2/urid/urid.h>
 
 #include <algorithm>
 #include <utility>
 
 #include "platform/audio/lv2/LV2Features.h"
+#include "platform/audio/lv2/LV2Options.h"
+#include "platform/audio/lv2/URIDMap.h"
 
 namespace orvalo {
+
+namespace {
+
+LV2_Options_Option option(const char* key, const char* type, const void* value, std::size_t size) {
+    auto& map = URIDMap::shared();
+    return {LV2_OPTIONS_INSTANCE, 0,    map.map(key), static_cast<std::uint32_t>(size),
+            map.map(type),        value};
+}
+
+LV2_Options_Option number(const char* key, const float& value) {
+    return option(key, LV2_ATOM__Float, &value, sizeof(value));
+}
+
+}  // namespace
+
+LV2PluginUIOptions::LV2PluginUIOptions(Values values)
+    : sampleRate_(static_cast<float>(values.sampleRate)),
+      updateRate_(static_cast<float>(values.updateRate)),
+      scaleFactor_(static_cast<float>(values.scaleFactor)),
+      sequenceSize_(static_cast<std::int32_t>(values.sequenceSize)),
+      windowTitle_(std::move(values.windowTitle)),
+      contextName_(std::move(values.contextName)),
+      options_{
+          number(LV2_PARAMETERS__sampleRate, sampleRate_),
+          number(LV2_UI__updateRate, updateRate_),
+          number(LV2_UI__scaleFactor, scaleFactor_),
+          option(LV2_UI__windowTitle, LV2_ATOM__String, windowTitle_.c_str(),
+                 windowTitle_.size() + 1),
+          option(LV2_BUF_SIZE__sequenceSize, LV2_ATOM__Int, &sequenceSize_, sizeof(sequenceSize_)),
+          LV2Options::contextName(contextName_),
+          {}} {}
+
+bool LV2PluginUIOptions::isOffered(const std::string& uri) {
+    static const std::array<std::string, 6> offered{
+        LV2_PARAMETERS__sampleRate, LV2_UI__updateRate,
+        LV2_UI__scaleFactor,        LV2_UI__windowTitle,
+        LV2_BUF_SIZE__sequenceSize, "urn:tessaly:audio-component#contextName"};
+    return std::find(offered.begin(), offered.end(), uri) != offered.end();
+}
 
 LV2PluginUIFeatures::LV2PluginUIFeatures(LV2PluginUIOptions& options, LV2Log& log,
                                          unsigned long parent,
@@ -28,7 +71,7 @@ LV2PluginUIFeatures::LV2PluginUIFeatures(LV2PluginUIOptions& options, LV2Log& lo
       unmap_{LV2_URID__unmap, &LV2Features::unmap()},
       options_{LV2_OPTIONS__options, options.options()},
       log_{LV2_LOG__log, &log.feature()},
-      // The window's number stands in the pointer's place.
+      // The feature's data is the window's number itself.
       parent_{LV2_UI__parent,
               reinterpret_cast<void*>(parent)},  // NOLINT(performance-no-int-to-ptr)
       resize_{LV2_UI__resize, &resizeData_},
@@ -48,7 +91,7 @@ int LV2PluginUIFeatures::resize(LV2UI_Feature_Handle handle, int width, int heig
 }
 
 bool LV2PluginUIFeatures::isOffered(const std::string& uri) {
-    // The last four are the UI's own remarks, which a host heeds or has nothing to add to.
+    // The last four ask nothing of the host that it would have to offer.
     static const std::array<std::string, 17> offered{LV2_URID__map,
                                                      LV2_URID__unmap,
                                                      LV2_OPTIONS__options,

@@ -2,31 +2,64 @@
 
 #include <lv2/core/lv2.h>
 #include <lv2/data-access/data-access.h>
+#include <lv2/options/options.h>
 #include <lv2/ui/ui.h>
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/audio/lv2/LV2Log.h"
-#include "platform/plugin-ui/x11/LV2PluginUIOptions.h"
 #include "platform/plugin-ui/x11/X11Geometry.h"
 
 namespace orvalo {
 
-/// What the host offers to a UI, beside what suil adds from the host's functions (portMap,
-/// portSubscribe, touch). Must outlive the UI, as what it is made of.
+/// The options that a UI is made with. Must outlive the UI.
+class LV2PluginUIOptions {
+  public:
+    struct Values {
+        double sampleRate;   ///< Hz.
+        double updateRate;   ///< How often the UI gets changes, in Hz.
+        double scaleFactor;  ///< Of the screen.
+        std::string windowTitle;
+        std::uint32_t sequenceSize;  ///< Of the largest sequence buffer, in bytes.
+        std::string contextName;
+    };
+
+    explicit LV2PluginUIOptions(Values values);
+    LV2PluginUIOptions(const LV2PluginUIOptions&) = delete;
+    LV2PluginUIOptions& operator=(const LV2PluginUIOptions&) = delete;
+
+    /// Ends with an option of zeroes.
+    LV2_Options_Option* options() { return options_.data(); }
+
+    /// Whether the option of that URI is among them.
+    static bool isOffered(const std::string& uri);
+
+  private:
+    float sampleRate_;
+    float updateRate_;
+    float scaleFactor_;
+    std::int32_t sequenceSize_;
+    std::string windowTitle_;
+    std::string contextName_;
+    std::array<LV2_Options_Option, 7> options_;
+};
+
+/// The features that the host offers a UI. suil adds portMap, portSubscribe and touch. Must outlive
+/// the UI, as must its arguments.
 class LV2PluginUIFeatures {
   public:
-    /// onResize: what the UI asks for, in pixels; may be called while it is made.
+    /// onResize: the UI requests a size, in pixels; also while it is made.
     LV2PluginUIFeatures(LV2PluginUIOptions& options, LV2Log& log, unsigned long parent,
                         const LV2LocalAudioUnit::InstanceAccess& instance,
                         std::function<void(X11Size)> onResize);
     LV2PluginUIFeatures(const LV2PluginUIFeatures&) = delete;
     LV2PluginUIFeatures& operator=(const LV2PluginUIFeatures&) = delete;
 
-    /// Ends with null.
+    /// Null-terminated.
     const LV2_Feature* const* features() const { return features_.data(); }
 
     /// Whether a UI may require the feature of that URI.

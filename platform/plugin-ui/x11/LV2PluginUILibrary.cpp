@@ -5,8 +5,6 @@
 
 #include <filesystem>
 
-#include "platform/plugin-ui/x11/LV2PluginUIError.h"
-
 namespace orvalo {
 
 namespace {
@@ -36,21 +34,21 @@ bool holds(void* library, const std::string& uri) {
 LV2PluginUILibrary::LV2PluginUILibrary(const LV2PluginUIData& data) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(data.binary, error)) {
-        throw lv2PluginUIError(LV2ErrorCode::noLibrary, data.plugin,
-                               "its library " + data.binary + " is missing");
+        throw pluginUIError(LV2ErrorCode::noLibrary, data.plugin,
+                            "its library " + data.binary + " is missing");
     }
     const int residence = data.staysLoaded ? RTLD_NODELETE : 0;
     library_ = dlopen(data.binary.c_str(), RTLD_NOW | RTLD_LOCAL | residence);
     if (library_ == nullptr) {
         // The text is per thread.
         const char* reason = dlerror();  // NOLINT(concurrency-mt-unsafe)
-        throw lv2PluginUIError(LV2ErrorCode::noLibrary, data.plugin,
-                               "its library does not load (" + std::string(reason) + ")");
+        throw pluginUIError(LV2ErrorCode::noLibrary, data.plugin,
+                            "its library does not load (" + std::string(reason) + ")");
     }
     if (!holds(library_, data.uri)) {
         dlclose(library_);
-        throw lv2PluginUIError(LV2ErrorCode::noLibrary, data.plugin,
-                               "the library " + data.binary + " does not hold <" + data.uri + ">");
+        throw pluginUIError(LV2ErrorCode::noLibrary, data.plugin,
+                            "the library " + data.binary + " does not hold <" + data.uri + ">");
     }
 }
 

@@ -128,7 +128,7 @@ void X11Container::setVisible(bool isVisible) {
     lay();
 }
 
-void X11Container::want(X11Size size) {
+void X11Container::requestSize(X11Size size) {
     if (size.width < 1 || size.height < 1 || size == rules_.wanted) {
         return;
     }
@@ -215,7 +215,7 @@ void X11Container::handle(const XEvent& event) {
             const auto& request = event.xconfigurerequest;
             constexpr unsigned long kExtent = CWWidth | CWHeight;
             if (request.window == child_ && (request.value_mask & kExtent) != 0) {
-                want({request.width, request.height});
+                requestSize({request.width, request.height});
             }
             if (request.window == child_) {
                 answer();

@@ -43,13 +43,11 @@ class X11Container {
     void place(const X11Rect& area, const X11Rect& visible);
     void setVisible(bool isVisible);
     /// The UI asks for an extent.
-    void want(X11Size size);
+    void requestSize(X11Size size);
     /// The UI's data say that it cannot be resized.
     void setStatedFixed(bool isFixed) { rules_.isStatedFixed = isFixed; }
 
     const X11SizeRules& rules() const { return rules_; }
-    /// The extent that the UI's window has been given.
-    X11Size size() const { return child_ == 0 ? X11Size{} : given_.size(); }
 
     /// The UI's window has another extent now. May be empty.
     std::function<void(X11Size)> onSize;

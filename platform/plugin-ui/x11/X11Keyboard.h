@@ -4,9 +4,14 @@
 #include <memory>
 
 #include "platform/plugin-ui/x11/X11Connection.h"
-#include "platform/plugin-ui/x11/X11Key.h"
 
 namespace orvalo {
+
+/// A struck key, as the X server numbers it.
+struct X11Key {
+    unsigned code;   ///< The keycode.
+    unsigned state;  ///< The modifiers and the keyboard group, as in an X key event.
+};
 
 /// Gives the keyboard to an embedded UI once the user has clicked into it, if its toplevel
 /// has the keyboard: the focus goes to the toplevel itself, so that the X server offers each key to

@@ -117,7 +117,7 @@ TEST_F(ServicePluginUI, GetsTurnsAlsoWhileItIsHidden) {
 TEST_F(ServicePluginUI, SaysWhatExtentItWants) {
     make(FaceDeed::askForSize);
     open();
-    const auto wish = service().await<bridge::PluginUIWants>();
+    const auto wish = service().await<bridge::PluginUIResizeRequest>();
     EXPECT_EQ(wish.width, 432);
     EXPECT_EQ(wish.height, 321);
 }
@@ -140,7 +140,7 @@ TEST_F(ServicePluginUI, ThatIsClosedInsideItsOwnTurnLivesUntilThatIsOver) {
     make(FaceDeed::nest);
     open();
     // It is in its turn from then on.
-    service().await<bridge::PluginUIWants>();
+    service().await<bridge::PluginUIResizeRequest>();
     close();
     EXPECT_TRUE(isThere(window_));
     sendMessage(window_);

@@ -13,8 +13,8 @@ namespace orvalo {
 
 namespace {
 
-BridgedPluginUIProvider& pluginUIProvider() {
-    static BridgedPluginUIProvider provider;
+BridgedAudioUnit::PluginUIProvider& pluginUIProvider() {
+    static BridgedAudioUnit::PluginUIProvider provider;
     return provider;
 }
 
@@ -70,18 +70,9 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, LV2PluginData data,
       data_(std::move(data)),
       description_(description),
       render_(static_cast<std::uint32_t>(data_.midiOutputNames.size()), limits),
-      mailbox_(std::make_shared<PluginUIMailbox>()),
-      supervisor_(order(program), limits, render_, *mailbox_),
-      pluginUIChannel_(mailbox_, [this](std::uint32_t process, bridge::HostMessage message,
-                                        std::function<void(const std::string&)> completion) {
-          supervisor_.post({std::move(message), process,
-                            [completion = std::move(completion)](const ServiceAnswer& answer) {
-                                if (completion && (answer.kind == ServiceAnswer::Kind::done ||
-                                                   answer.kind == ServiceAnswer::Kind::refused)) {
-                                    completion(answer.error);
-                                }
-                            }});
-      }) {}
+      pluginUIChannel_(std::make_shared<PluginUIChannel>(
+          [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
+      supervisor_(order(program), limits, render_, *pluginUIChannel_) {}
 
 ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program) {
     ServiceOrder order{
@@ -163,7 +154,7 @@ void BridgedAudioUnit::requestViewController(
                       }});
 }
 
-void BridgedAudioUnit::setPluginUIProvider(BridgedPluginUIProvider provider) {
+void BridgedAudioUnit::setPluginUIProvider(PluginUIProvider provider) {
     pluginUIProvider() = std::move(provider);
 }
 

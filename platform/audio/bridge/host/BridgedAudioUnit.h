@@ -8,9 +8,8 @@
 #include <vector>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
-#include "platform/audio/bridge/host/BridgedPluginUIChannel.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
-#include "platform/audio/bridge/host/PluginUIMailbox.h"
+#include "platform/audio/bridge/host/PluginUIChannel.h"
 #include "platform/audio/bridge/host/ServiceSupervisor.h"
 #include "platform/audio/lv2/LV2PluginData.h"
 #include "platform/audio/lv2/LV2Presets.h"
@@ -18,13 +17,6 @@
 #include "platform/audio/unit/AUAudioUnit.h"
 
 namespace orvalo {
-
-class BridgedAudioUnit;
-
-/// Makes a view controller with the UI of a unit; absent, with a line on standard error that
-/// says why, when the plug-in has none that can be shown. Called on the main thread.
-using BridgedPluginUIProvider =
-    std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<BridgedAudioUnit>&)>;
 
 /// An LV2 plug-in in a process of its own, which nothing that it does can take this one with. While
 /// the process does not answer in time, is gone, or is being made again, the input passes through,
@@ -64,12 +56,15 @@ class BridgedAudioUnit : public AUAudioUnit {
     /// What its data say.
     const LV2PluginData& data() const { return data_; }
     LV2World& world() const { return world_; }
-    /// The way to its UI; as long as the unit.
-    BridgedPluginUIChannel& pluginUIChannel() { return pluginUIChannel_; }
+    /// The connection to its UI, as long as the unit lives.
+    PluginUIChannel& pluginUIChannel() { return *pluginUIChannel_; }
 
-    /// Makes the UIs of all units; an empty one, as at first: no unit has a UI.
-    /// Before the first is asked for.
-    static void setPluginUIProvider(BridgedPluginUIProvider provider);
+    /// Makes the view controller of a unit's UI, on the main thread; null, with a line on standard
+    /// error that says why, when the plug-in has no UI that can be shown.
+    using PluginUIProvider =
+        std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<BridgedAudioUnit>&)>;
+    /// Sets the provider of all units, before the first request; empty at first: no unit has a UI.
+    static void setPluginUIProvider(PluginUIProvider provider);
 
   private:
     BridgedAudioUnit(LV2World& world, LV2PluginData data,
@@ -89,9 +84,8 @@ class BridgedAudioUnit : public AUAudioUnit {
     mutable std::optional<std::vector<LV2Preset>> presets_;  // Once somebody asked for them.
     std::shared_ptr<AUAudioUnitPreset> currentPreset_;
     BridgedRender render_;
-    const std::shared_ptr<PluginUIMailbox> mailbox_;
+    const std::shared_ptr<PluginUIChannel> pluginUIChannel_;
     ServiceSupervisor supervisor_;  // Ends before what it works for.
-    BridgedPluginUIChannel pluginUIChannel_;
 };
 
 }  // namespace orvalo

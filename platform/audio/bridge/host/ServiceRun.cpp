@@ -57,7 +57,7 @@ ServiceRun::~ServiceRun() {
 }
 
 void ServiceRun::sendInstantiate() {
-    const auto& [order, limits, render, mailbox, last] = surroundings_;
+    const auto& [order, limits, render, pluginUI, last] = surroundings_;
     bridge::HostMessage message = bridge::Instantiate{
         .number = 0,
         .uri = order.uri,
@@ -208,15 +208,15 @@ bool ServiceRun::take(const bridge::PluginUIOpened& opened) {
         return false;
     }
     isPluginUIOpen_ = true;
-    surroundings_.mailbox.post({.kind = PluginUIEvent::Kind::opened, .window = opened.window});
+    surroundings_.pluginUI.post(opened);
     return true;
 }
 
-bool ServiceRun::take(const bridge::PluginUIWants& wants) {
+bool ServiceRun::take(const bridge::PluginUIResizeRequest& request) {
     constexpr std::int32_t kLargest = 16384;
-    surroundings_.mailbox.post({.kind = PluginUIEvent::Kind::wants,
-                                .width = std::clamp(wants.width, 1, kLargest),
-                                .height = std::clamp(wants.height, 1, kLargest)});
+    surroundings_.pluginUI.post(
+        bridge::PluginUIResizeRequest{.width = std::clamp(request.width, 1, kLargest),
+                                      .height = std::clamp(request.height, 1, kLargest)});
     return true;
 }
 
@@ -224,16 +224,15 @@ bool ServiceRun::take(const bridge::PluginUIClosed& closed) {
     if (!std::exchange(isPluginUIOpen_, false)) {
         return false;
     }
-    surroundings_.mailbox.post(
-        {.kind = PluginUIEvent::Kind::closed, .text = plainText(closed.reason)});
+    surroundings_.pluginUI.post(bridge::PluginUIClosed{plainText(closed.reason)});
     return true;
 }
 
-bool ServiceRun::take(const bridge::PluginUIOutdated& /*outdated*/) {
+bool ServiceRun::take(const bridge::PluginUIOutdated& outdated) {
     if (!std::exchange(isPluginUIOpen_, false)) {
         return false;
     }
-    surroundings_.mailbox.post({.kind = PluginUIEvent::Kind::outdated});
+    surroundings_.pluginUI.post(outdated);
     return true;
 }
 
@@ -308,7 +307,7 @@ void ServiceRun::takeSessionBack() {
 }
 
 ServiceRun::End ServiceRun::finish() {
-    auto& [order, limits, render, mailbox, last] = surroundings_;
+    auto& [order, limits, render, pluginUI, last] = surroundings_;
     static_cast<void>(isQuantumInTime(clock_.now()));
     takeSessionBack();
     if (reason_.empty() && !process_.endsWithin(limits.farewell)) {

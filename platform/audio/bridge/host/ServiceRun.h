@@ -12,7 +12,7 @@
 #include "platform/audio/bridge/host/BridgeLimits.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
 #include "platform/audio/bridge/host/LastState.h"
-#include "platform/audio/bridge/host/PluginUIMailbox.h"
+#include "platform/audio/bridge/host/PluginUIChannel.h"
 #include "platform/audio/bridge/host/ServiceCommand.h"
 #include "platform/audio/bridge/host/ServiceLog.h"
 #include "platform/audio/bridge/host/ServiceProcess.h"
@@ -29,7 +29,7 @@ class ServiceRun {
         const ServiceOrder& order;
         const BridgeLimits& limits;
         BridgedRender& render;
-        PluginUIMailbox& mailbox;
+        PluginUIChannel& pluginUI;
         LastState& last;
     };
 
@@ -76,7 +76,7 @@ class ServiceRun {
     bool take(const bridge::Done& done);
     bool take(const bridge::State& state);
     bool take(const bridge::PluginUIOpened& opened);
-    bool take(const bridge::PluginUIWants& wants);
+    bool take(const bridge::PluginUIResizeRequest& request);
     bool take(const bridge::PluginUIClosed& closed);
     bool take(const bridge::PluginUIOutdated& outdated);
     bool takeInstantiated(const std::string& error);

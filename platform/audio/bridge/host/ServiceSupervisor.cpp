@@ -26,12 +26,12 @@ std::string inWords(unsigned deaths, std::chrono::seconds window) {
 }  // namespace
 
 ServiceSupervisor::ServiceSupervisor(ServiceOrder order, const BridgeLimits& limits,
-                                     BridgedRender& render, PluginUIMailbox& mailbox,
+                                     BridgedRender& render, PluginUIChannel& pluginUI,
                                      LastState last)
     : order_(std::move(order)),
       limits_(limits),
       render_(render),
-      mailbox_(mailbox),
+      pluginUI_(pluginUI),
       wakeup_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       last_(std::move(last)),
       policy_(limits.deaths, limits.window) {
@@ -118,7 +118,7 @@ void ServiceSupervisor::supervise() {
 bool ServiceSupervisor::runOnce() {
     std::optional<ServiceRun> run;
     try {
-        run.emplace(ServiceRun::Surroundings{order_, limits_, render_, mailbox_, last_});
+        run.emplace(ServiceRun::Surroundings{order_, limits_, render_, pluginUI_, last_});
     } catch (const NSError& error) {
         if (wasReady_) {
             const bool goesOn =
@@ -151,14 +151,14 @@ bool ServiceSupervisor::runOnce() {
     // Nothing of the process is left when others hear of its end.
     run.reset();
     if (isReady) {
-        mailbox_.post({.kind = PluginUIEvent::Kind::lost});
+        pluginUI_.post(ServiceLost{});
     }
     return takeEnd(std::move(end), refusal);
 }
 
 void ServiceSupervisor::becomeReady() {
     wasReady_ = true;
-    mailbox_.post({.kind = PluginUIEvent::Kind::ready, .process = process_});
+    pluginUI_.post(ServiceReady{process_});
     if (started_) {
         std::exchange(started_, {})->set_value({});
     }
@@ -228,7 +228,7 @@ void ServiceSupervisor::giveUp() {
         "The effect <%s> died %s and is not started again; its input passes through unchanged.",
         order_.uri.c_str(), inWords(limits_.deaths, limits_.window).c_str());
     hasGivenUp_.store(true, std::memory_order_release);
-    mailbox_.post({.kind = PluginUIEvent::Kind::givenUp});
+    pluginUI_.post(ServiceGivenUp{});
     render_.giveUp();
 }
 

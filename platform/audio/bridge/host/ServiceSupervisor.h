@@ -19,9 +19,9 @@ namespace orvalo {
 /// its own does all this.
 class ServiceSupervisor {
   public:
-    /// last: what the effect is made with at first. Render and mailbox outlive the supervisor.
+    /// last: what the effect is made with at first. render and pluginUI outlive the supervisor.
     ServiceSupervisor(ServiceOrder order, const BridgeLimits& limits, BridgedRender& render,
-                      PluginUIMailbox& mailbox, LastState last = {});
+                      PluginUIChannel& pluginUI, LastState last = {});
     /// Ends the process, at once.
     ~ServiceSupervisor();
     ServiceSupervisor(const ServiceSupervisor&) = delete;
@@ -60,7 +60,7 @@ class ServiceSupervisor {
     const ServiceOrder order_;
     const BridgeLimits limits_;
     BridgedRender& render_;
-    PluginUIMailbox& mailbox_;
+    PluginUIChannel& pluginUI_;
 
     FileDescriptor wakeup_;
     std::atomic<bool> isStopping_{false};

@@ -133,7 +133,7 @@ struct PluginUIOpened {
 };
 
 /// The UI asks for an extent, in pixels.
-struct PluginUIWants {
+struct PluginUIResizeRequest {
     std::int32_t width = 0;
     std::int32_t height = 0;
     ORVALO_BRIDGE_FIELDS(width, height)
@@ -153,8 +153,8 @@ struct PluginUIOutdated {
     void fields(Archive& /*archive*/) const {}
 };
 
-using ServiceMessage =
-    std::variant<Done, State, PluginUIOpened, PluginUIWants, PluginUIClosed, PluginUIOutdated>;
+using ServiceMessage = std::variant<Done, State, PluginUIOpened, PluginUIResizeRequest,
+                                    PluginUIClosed, PluginUIOutdated>;
 
 /// A message as it travels, its head in front. One longer than kLongestMessage is refused by who
 /// gets it.

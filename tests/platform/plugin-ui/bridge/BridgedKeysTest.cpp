@@ -42,7 +42,7 @@ class BridgedKeys : public ::testing::Test {
         unit_->allocateRenderResources(48000);
         pluginUI_ = std::make_unique<BridgedEmbeddedPluginUI>(
             connection_, unit_, false,
-            EmbeddedPluginUI::Place{toplevel_.window(), 1.0, kArea.size(), nullptr});
+            EmbeddedPluginUI::Parent{toplevel_.window(), 1.0, kArea.size(), nullptr});
         pluginUI_->onUnusedKey = [this](const X11Key& key) { keys_.push_back(key.code); };
         pluginUI_->place(kArea, kArea);
         pluginUI_->setVisible(true);

@@ -38,7 +38,7 @@ class PluginUIFixture : public ::testing::Test {
         connection_ = X11Connection::open("");
         embedded_ = std::make_unique<LV2EmbeddedPluginUI>(
             connection_, unit_, data,
-            LV2EmbeddedPluginUI::Place{toplevel_.window(), 2.0, kArea.size(), nullptr});
+            EmbeddedPluginUI::Parent{toplevel_.window(), 2.0, kArea.size(), nullptr});
         embedded_->onClosed = [this](const std::string& reason) {
             closed_.push_back(reason);
             embedded_ = nullptr;

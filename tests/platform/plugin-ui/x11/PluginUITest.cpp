@@ -184,7 +184,7 @@ TEST_F(PluginUI, StaysInItsAreaWhateverItAsksFor) {
     open();
     ASSERT_TRUE(pollUntil([this] { return record_.width == 400; }));
     int changes = 0;
-    embedded_->onRules = [&changes] { ++changes; };
+    embedded_->onChange = [&changes] { ++changes; };
     commit(Misdeed::wantByWindow);
     ASSERT_TRUE(pollUntil([this] { return embedded_->rules().wanted == X11Size{500, 120}; }));
     commit(Misdeed::wantByFeature);

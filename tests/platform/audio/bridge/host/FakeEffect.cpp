@@ -36,7 +36,7 @@ BridgeLimits patientLimits() {
 
 FakeEffect::FakeEffect(const std::string& role, const BridgeLimits& limits,
                        const std::string& program)
-    : render_(1, limits), supervisor_(order(role, program), limits, render_, *mailbox_) {
+    : render_(1, limits), supervisor_(order(role, program), limits, render_, *pluginUIChannel_) {
     render_.setMIDIBlock(std::make_unique<AUMIDIOutputEventBlock>(
         [this](std::int64_t time, std::uint8_t cable, std::int64_t length,
                const std::uint8_t* bytes) {

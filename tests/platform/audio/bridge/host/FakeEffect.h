@@ -6,7 +6,7 @@
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
-#include "platform/audio/bridge/host/PluginUIMailbox.h"
+#include "platform/audio/bridge/host/PluginUIChannel.h"
 #include "platform/audio/bridge/host/ServiceSupervisor.h"
 #include "tests/platform/audio/bridge/host/QuantumFeed.h"
 
@@ -47,7 +47,7 @@ class FakeEffect {
 
     BridgedRender& bridgedRender() { return render_; }
     ServiceSupervisor& supervisor() { return supervisor_; }
-    const std::shared_ptr<PluginUIMailbox>& mailbox() { return mailbox_; }
+    PluginUIChannel& pluginUIChannel() { return *pluginUIChannel_; }
     const std::vector<Event>& events() const { return events_; }
     std::int64_t sampleTime() const { return feed_.sampleTime(); }
 
@@ -60,7 +60,8 @@ class FakeEffect {
     QuantumFeed feed_{[this](const AudioBlock& input, const AudioBlock& output) {
         render_.render(input, output);
     }};
-    std::shared_ptr<PluginUIMailbox> mailbox_ = std::make_shared<PluginUIMailbox>();
+    std::shared_ptr<PluginUIChannel> pluginUIChannel_ = std::make_shared<PluginUIChannel>(
+        [this](ServiceCommand command) { supervisor_.post(std::move(command)); });
     ServiceSupervisor supervisor_;
 };
 

@@ -156,7 +156,7 @@ class FakeService {
         answer(request.number);
     }
     void take(const bridge::ResizePluginUI& request) {
-        send(bridge::PluginUIWants{request.width, request.height});
+        send(bridge::PluginUIResizeRequest{request.width, request.height});
     }
     void take(const bridge::ShowPluginUI& request) {
         if (request.isVisible) {

@@ -25,10 +25,10 @@ TEST(ServiceRunTest, AProcessThatDiesRightBehindItsAnswerHasEndedLikeAnyOther) {
                              .layout = {2, 2, 3},
                              .ranges = {}};
     BridgedRender render(1, limits);
-    const auto mailbox = std::make_shared<PluginUIMailbox>();
+    const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     LastState last;
     const FileDescriptor wakeup(eventfd(0, EFD_CLOEXEC));
-    ServiceRun run({order, limits, render, *mailbox, last});
+    ServiceRun run({order, limits, render, *pluginUI, last});
     siginfo_t info{};
     const auto process = *children().begin();
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT), 0);

@@ -210,14 +210,14 @@ TEST(Supervisor, AnEffectThatDoesNotComeIsTriedAgain) {
 TEST(Supervisor, AMissingProgramIsNamedAtOnce) {
     const CapturedOutput error(2);
     BridgedRender render(0, patientLimits());
-    const auto mailbox = std::make_shared<PluginUIMailbox>();
+    const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     ServiceSupervisor supervisor({.program = "/nowhere/effect-service",
                                   .uri = "urn:a",
                                   .bundles = {},
                                   .stateFolder = {},
                                   .layout = {},
                                   .ranges = {}},
-                                 patientLimits(), render, *mailbox);
+                                 patientLimits(), render, *pluginUI);
     try {
         supervisor.start();
         FAIL() << "It has been started.";

@@ -38,7 +38,7 @@ std::vector<bridge::ServiceMessage> serviceMessages() {
         bridge::Done{.number = 7, .error = "It is not installed."},
         bridge::State{.text = std::string(70000, 's')},
         bridge::PluginUIOpened{.window = 0xFEDCBA0987654321U},
-        bridge::PluginUIWants{.width = -1, .height = 300},
+        bridge::PluginUIResizeRequest{.width = -1, .height = 300},
         bridge::PluginUIClosed{.reason = "it has closed itself"},
         bridge::PluginUIOutdated{},
     };

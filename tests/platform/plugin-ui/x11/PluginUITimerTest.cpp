@@ -1,4 +1,4 @@
-#include "platform/plugin-ui/x11/PluginUITurns.h"
+#include "platform/plugin-ui/x11/PluginUITimer.h"
 
 #include <glib.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ class Turns : public ::testing::Test {
     static constexpr unsigned kBetween = 120;  // Milliseconds.
 
     void begin() {
-        turns_ = std::make_unique<PluginUITurns>(G_PRIORITY_DEFAULT, [this] { order_ += "t"; });
+        turns_ = std::make_unique<PluginUITimer>(G_PRIORITY_DEFAULT, [this] { order_ += "t"; });
     }
     /// priority: what comes first when the loop is late and the timer's time and a turn's are over.
     void addTimer(int priority = G_PRIORITY_DEFAULT) {
@@ -38,7 +38,7 @@ class Turns : public ::testing::Test {
     std::size_t turnsBeforeTimer() const { return order_.find('|'); }
 
     std::string order_;
-    std::unique_ptr<PluginUITurns> turns_;
+    std::unique_ptr<PluginUITimer> turns_;
 };
 
 TEST_F(Turns, ComeOnceAtTheBeginningAndAreSeldomWhileThePluginUIIsHidden) {
@@ -69,8 +69,8 @@ TEST_F(Turns, AreSeldomAgainWhenItIsHiddenAgain) {
 
 TEST_F(Turns, MayEndTheirObject) {
     int count = 0;
-    std::unique_ptr<PluginUITurns> turns;
-    turns = std::make_unique<PluginUITurns>(G_PRIORITY_DEFAULT, [&] {
+    std::unique_ptr<PluginUITimer> turns;
+    turns = std::make_unique<PluginUITimer>(G_PRIORITY_DEFAULT, [&] {
         turns = nullptr;
         ++count;
     });

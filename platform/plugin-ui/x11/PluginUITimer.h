@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo {
+
+/// The timer in the main loop that lets a UI work: LV2PluginUI::kUpdateRate while the UI is visible
+/// and seldom while it is hidden. The first call comes soon, so that the UI prepares its picture;
+/// some come in quick succession when the UI becomes visible, because it has to redraw then. Main
+/// thread.
+class PluginUITimer {
+  public:
+    /// Starts for a hidden UI. priority: of the source in the main loop. work may destroy the
+    /// object.
+    PluginUITimer(int priority, std::function<void()> work);
+    ~PluginUITimer();
+    PluginUITimer(const PluginUITimer&) = delete;
+    PluginUITimer& operator=(const PluginUITimer&) = delete;
+
+    void setVisible(bool isVisible);
+
+  private:
+    void setPeriod(unsigned milliseconds);
+    void fire();
+
+    const int priority_;
+    const std::function<void()> work_;
+    GSourcePointer source_;
+    bool isVisible_ = false;
+    int quickCalls_ = 1;  // Left.
+};
+
+}  // namespace orvalo
