@@ -74,8 +74,20 @@ XServer::XServer(const std::string& screen) {
 }
 
 XServer::~XServer() {
-    kill(process_, SIGTERM);
-    waitpid(process_, nullptr, 0);
+    // Xvfb removes its socket and its lock.
+    end(SIGTERM);
+}
+
+void XServer::crash() {
+    end(SIGKILL);
+}
+
+void XServer::end(int signal) {
+    if (process_ > 0) {
+        kill(process_, signal);
+        waitpid(process_, nullptr, 0);
+        process_ = -1;
+    }
 }
 
 }  // namespace orvalo::testing

@@ -17,11 +17,16 @@ class XServer {
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
 
+    /// Kills the server, as a crash would.
+    void crash();
+
     /// The value of DISPLAY, such as ":3".
     const std::string& display() const { return display_; }
 
   private:
-    pid_t process_;
+    void end(int signal);
+
+    pid_t process_ = -1;
     std::string display_;
 };
 
