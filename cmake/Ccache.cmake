@@ -1,5 +1,5 @@
-# Compiles through ccache where it is installed. Its settings for precompiled headers come from a
-# launcher of the same name, because clang's tools know a compiler behind "ccache" only.
+# Compiles through ccache where it is installed. A launcher sets what ccache needs for precompiled
+# headers. It is called ccache too, because clang's tools look for the compiler behind that name only.
 find_program(ORVALO_CCACHE ccache)
 if(ORVALO_CCACHE)
     set(launcher "${CMAKE_BINARY_DIR}/launcher/ccache")
@@ -12,6 +12,6 @@ exec "@ORVALO_CCACHE@" "$@"
         GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
     set(CMAKE_C_COMPILER_LAUNCHER "${launcher}")
     set(CMAKE_CXX_COMPILER_LAUNCHER "${launcher}")
-    # ccache sees a precompiled header only where the preprocessor names it.
+    # ccache sees a precompiled header only where the preprocessor's output names it.
     add_compile_options(-fpch-preprocess)
 endif()

@@ -1,5 +1,5 @@
-# What every target of the house shares: the language, the warnings, the staged tree, and the two
-# ways in which a folder makes a library or a test.
+# What all targets share: the language, the warnings, the staged tree, and the functions with which a
+# folder makes its library and its tests.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -8,33 +8,35 @@ set(CMAKE_C_STANDARD 11)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
-# Running from the build and from an installation is the same: both are this tree.
+# The tree that the build runs from and that an installation copies.
 set(ORVALO_STAGE "${CMAKE_BINARY_DIR}/stage")
-# Test programs live in a tree of the same shape, so that a bundle found from a test is a bundle.
+# Test programs live in a tree of the same shape, so that they find the staged bundle as programs do.
 set(ORVALO_TEST_STAGE "${CMAKE_BINARY_DIR}/test-stage")
 
-# A precompiled header fits only sources compiled as it was: programs as the libraries, ...
+# GCC takes a precompiled header only in sources with the same flags. So programs are compiled as
+# libraries are, and everything with -pthread, which the toolkits' flags contain.
 set(CMAKE_CXX_COMPILE_OPTIONS_PIE -fPIC)
-# ... and everything with the threads that the toolkits' flags ask for.
 add_compile_options(-pthread)
 
 include(Ccache)
 
 if(ORVALO_SANITIZE)
-    # Their reports show lines and no variables, which would take a third longer to compile.
+    # -g1: reports need lines; variables would take a third longer to compile.
     add_compile_options(-fsanitize=${ORVALO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -O1 -g1)
     add_link_options(-fsanitize=${ORVALO_SANITIZE})
 endif()
 
 add_library(orvalo_options INTERFACE)
 target_compile_options(orvalo_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -ffp-contract=off)
-# The sanitizers' own code makes GCC 12 take the C++ library's closures for uninitialised; the
-# release build looks for what really is.
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    $<$<BOOL:${ORVALO_WARNINGS_AS_ERRORS}>:-Werror>
+    -ffp-contract=off)
+# With a sanitizer's code added, GCC 12 takes std::function's storage for uninitialised. The release
+# build keeps this warning.
 if(ORVALO_SANITIZE)
     target_compile_options(orvalo_options INTERFACE -Wno-maybe-uninitialized)
 endif()
-# GCC 12 cannot see fences for the thread sanitizer; nothing of ours relies on one.
+# GCC 12 warns that the thread sanitizer does not know fences; this project relies on none.
 if(ORVALO_SANITIZE MATCHES "thread")
     target_compile_options(orvalo_options INTERFACE -Wno-tsan)
 endif()
@@ -42,7 +44,7 @@ target_compile_definitions(orvalo_options INTERFACE "G_LOG_DOMAIN=\"Orvalo\"")
 target_include_directories(orvalo_options INTERFACE "${CMAKE_SOURCE_DIR}")
 
 # The headers of the C++ library that most sources include, compiled once for all libraries. A source
-# still includes what it uses: the build holds with CMAKE_DISABLE_PRECOMPILE_HEADERS=ON, too.
+# still includes what it uses: the build also works with CMAKE_DISABLE_PRECOMPILE_HEADERS=ON.
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/precompiled.cpp" CONTENT "")
 add_library(orvalo_precompiled OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
 target_link_libraries(orvalo_precompiled PRIVATE orvalo_options)
@@ -50,7 +52,7 @@ target_precompile_headers(orvalo_precompiled PRIVATE
     <algorithm> <array> <chrono> <filesystem> <functional> <memory> <mutex> <optional> <string>
     <thread> <vector>)
 
-# orvalo_library(<name> PUBLIC <targets> PRIVATE <targets>): the folder's sources as its one library.
+# orvalo_library(<name> PUBLIC <targets> PRIVATE <targets>): all sources of the folder as one library.
 function(orvalo_library name)
     cmake_parse_arguments(arg "" "" "PUBLIC;PRIVATE" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS *.cpp)
@@ -59,31 +61,14 @@ function(orvalo_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_precompiled)
 endfunction()
 
-# The longest tests and their seconds: they start first, so that none of them is waited for at the end.
-# CTest knows by itself what it has run once, which on a fresh clone is nothing.
-set(ORVALO_LONG_TESTS
-    app_test 90 app_endurance_test 60 file_test 50 bridge_misbehaving_test 40 bridge_host_test 30
-    web_test 25 easing_window_test 25 defaults_tool_test 20 demos_files_test 20 view_support_test 10
-    output_jack_test 15 play_test 15 ui_test 15)
-
-function(orvalo_test_cost name program)
-    list(FIND ORVALO_LONG_TESTS ${program} place)
-    if(NOT place EQUAL -1)
-        math(EXPR place "${place} + 1")
-        list(GET ORVALO_LONG_TESTS ${place} seconds)
-        set_tests_properties(${name} PROPERTIES COST ${seconds})
-    endif()
-endfunction()
-
-# orvalo_optimise(<sources>): sources of this folder's tests that compute at length.
+# orvalo_optimise(<sources>): compiles sources of this folder's tests for speed.
 function(orvalo_optimise)
     set_source_files_properties(${ARGN} PROPERTIES
         COMPILE_OPTIONS -O2
         SKIP_PRECOMPILE_HEADERS ON)
 endfunction()
 
-# orvalo_test_library(<name> SOURCES ... LIBS <targets>): what several test programs share, compiled
-# once.
+# orvalo_test_library(<name> SOURCES ... LIBS <targets>): a library that several test programs share.
 function(orvalo_test_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
@@ -91,11 +76,18 @@ function(orvalo_test_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_testing)
 endfunction()
 
-# orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s]): a GoogleTest program and
-# its tests, one CTest entry for the program. Tests without the label "release-only" run under the
-# sanitizers too.
+# orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s] [ONE_BY_ONE]): a GoogleTest
+# program and its tests.
+#   LABELS release-only: not under the sanitizers.
+#   LABELS slow: over ten seconds; ./test --quick leaves it out.
+#   LABELS long: takes long and catches little; only ./test --all runs it.
+#   TIMEOUT: of one CTest entry, 300 s unless stated.
+#   ONE_BY_ONE: each test is an entry of its own in CTest, so that a crash or a hang costs that test
+#   alone, and tests that wait run side by side. Otherwise, and under the sanitizers, whose programs
+#   start slowly, the program is one entry: right where the tests are many and quick, or need a
+#   display that takes longer to start than they do.
 function(orvalo_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "ONE_BY_ONE" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 300)
     endif()
@@ -105,26 +97,54 @@ function(orvalo_test name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE orvalo_options ${arg_LIBS} orvalo_testing)
     target_precompile_headers(${name} REUSE_FROM orvalo_testing)
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${ORVALO_TEST_STAGE}/bin")
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
-    orvalo_test_cost(${name} ${name})
+    list(REMOVE_ITEM arg_LABELS release-only)
+    if(ORVALO_SANITIZE)
+        set(arg_ONE_BY_ONE OFF)
+    endif()
+    set_target_properties(${name} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${ORVALO_TEST_STAGE}/bin"
+        ORVALO_ONE_BY_ONE "${arg_ONE_BY_ONE}"
+        ORVALO_LABELS "${arg_LABELS}"
+        ORVALO_TIMEOUT "${arg_TIMEOUT}")
+    orvalo_add_to_ctest(${name} ${name} "${arg_LABELS}")
 endfunction()
 
-# orvalo_test_in_process(<names>): those tests once more, with effects in the program's own process
-# rather than in theirs. Once is enough under the sanitizers.
+# orvalo_add_to_ctest(<entry> <program> <labels> [<variable>=<value>]): one run of a test program.
+function(orvalo_add_to_ctest entry program labels)
+    get_target_property(one_by_one ${program} ORVALO_ONE_BY_ONE)
+    get_target_property(timeout ${program} ORVALO_TIMEOUT)
+    set(properties TIMEOUT ${timeout})
+    if(labels)
+        # CTest starts these first, so that none of them is waited for at the end.
+        list(APPEND properties LABELS "${labels}" COST 20)
+    endif()
+    if(ARGN)
+        list(APPEND properties ENVIRONMENT "${ARGN}")
+    endif()
+    if(one_by_one)
+        gtest_discover_tests(${program}
+            TEST_PREFIX "${entry}."
+            TEST_LIST "${entry}_list"
+            DISCOVERY_MODE PRE_TEST
+            DISCOVERY_TIMEOUT 60
+            PROPERTIES ${properties})
+    else()
+        add_test(NAME ${entry} COMMAND ${program})
+        set_tests_properties(${entry} PROPERTIES ${properties})
+    endif()
+endfunction()
+
+# orvalo_test_in_process(<programs> [LABELS ...]): those tests once more, with effects in the
+# program's own process. Once is enough under the sanitizers.
 function(orvalo_test_in_process)
+    cmake_parse_arguments(arg "" "" "LABELS" ${ARGN})
     if(ORVALO_SANITIZE)
         return()
     endif()
-    foreach(name IN LISTS ARGN)
-        add_test(NAME ${name}_in_process COMMAND ${name})
-        get_test_property(${name} TIMEOUT timeout)
-        get_test_property(${name} LABELS labels)
-        set_tests_properties(${name}_in_process PROPERTIES
-            TIMEOUT ${timeout}
-            LABELS "${labels}"
-            ENVIRONMENT ORVALO_EFFECT_LOADING=in-process)
-        orvalo_test_cost(${name}_in_process ${name})
+    foreach(program IN LISTS arg_UNPARSED_ARGUMENTS)
+        get_target_property(labels ${program} ORVALO_LABELS)
+        list(APPEND labels ${arg_LABELS})
+        orvalo_add_to_ctest(${program}_in_process ${program} "${labels}"
+            ORVALO_EFFECT_LOADING=in-process)
     endforeach()
 endfunction()

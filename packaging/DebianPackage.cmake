@@ -1,7 +1,7 @@
 # The Debian package: cpack -G DEB in a build folder where everything is built.
 
 set(ORVALO_MAINTAINER "Tessaly <packages@orvalo.example>" CACHE STRING
-    "Who the Debian package says maintains it: a name and an address in angle brackets")
+    "The maintainer of the Debian package: a name and an address in angle brackets")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME orvalo)
@@ -17,19 +17,19 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ORVALO_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
-# CPack makes the description's first line of the summary; the blank lines of the rest are dots.
+# CPack takes the description's first line from the summary. A dot stands for a blank line.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "host and showcase of the Orvalo dynamics effect")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Orvalo plays music through one audio effect, the Orvalo dynamics effect,
-shows the effect's own interface, and reports the MIDI that the effect sends.
+shows the effect's own UI, and reports the MIDI that the effect sends.
 Eighty demonstration loops are included.
 .
-The effect is a stereo compressor for every LV2 host: notes that come in duck
-the signal, and gain reduction plays notes.
+The effect is a stereo compressor for every LV2 host: incoming notes duck the
+signal, and gain reduction plays notes.
 .
-This package contains the application (orvalo), its twin for the terminal
+This package contains the application (orvalo), the same player for the terminal
 (orvalo-play), the effect and the music, a window that shows easing curves
-at work (orvalo-easing), and the settings for the terminal (orvalo-defaults).")
+(orvalo-easing), and a tool for the settings (orvalo-defaults).")
 
 # The libraries that the programs are linked with are found by dpkg-shlibdeps. FFmpeg's are loaded
 # when they are needed, by the versions that the programs were built with, WebKitGTK with the first
@@ -43,7 +43,7 @@ string(REGEX MATCH "^[0-9]+" codec "${PACKAGED_CODEC_VERSION}")
 string(REGEX MATCH "^[0-9]+" format "${PACKAGED_FORMAT_VERSION}")
 string(REGEX MATCH "^[0-9]+" resampler "${PACKAGED_RESAMPLER_VERSION}")
 string(REGEX MATCH "^[0-9]+" utilities "${PACKAGED_UTILITIES_VERSION}")
-# The sandbox of the web view is made of two programs; GTK reads pictures for its icons by plug-in.
+# The sandbox of the web view needs bubblewrap and xdg-dbus-proxy; GTK reads SVG icons with librsvg.
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
     "libavcodec${codec} | libavcodec-extra${codec}"
     "libavformat${format} | libavformat-extra${format}"
@@ -55,6 +55,6 @@ string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_SUGGESTS
     "pipewire-pulse | pulseaudio" jackd2 jalv)
 
-# The build is whoever's who packages: cpack takes what is there.
+# cpack packages what is built and does not build.
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON PARENT_SCOPE)
 include(CPack)

@@ -5,8 +5,8 @@
 
 namespace orvalo::testing {
 
-/// Catches what the process writes to one file descriptor, from construction until text() or the
-/// end of its life. One object for a descriptor at a time.
+/// Captures what the process writes to a file descriptor while the object lives. At most one object
+/// per descriptor at a time.
 class CapturedOutput {
   public:
     explicit CapturedOutput(int descriptor = 1);
@@ -14,9 +14,9 @@ class CapturedOutput {
     CapturedOutput(const CapturedOutput&) = delete;
     CapturedOutput& operator=(const CapturedOutput&) = delete;
 
-    /// What has been written so far; catching goes on.
+    /// What has been written so far; capturing goes on.
     std::string text() const;
-    /// The same, cut at line feeds; what follows the last one is a line if it is not empty.
+    /// The same as lines; text behind the last line feed is a line unless it is empty.
     std::vector<std::string> lines() const;
 
   private:

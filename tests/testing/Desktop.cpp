@@ -15,14 +15,14 @@
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/XServer.h"
 
-// After what its macros would spoil.
+// Last: its macros break other headers.
 #include <X11/Xlib.h>
 
 namespace orvalo::testing {
 
 namespace {
 
-/// The texts as the C library takes them, for as long as they live.
+/// The null-terminated argument list of the texts; valid as long as they live.
 std::vector<char*> textsOf(std::vector<std::string>& arguments) {
     std::vector<char*> texts(arguments.size() + 1);
     std::transform(arguments.begin(), arguments.end(), texts.begin(),
@@ -30,7 +30,7 @@ std::vector<char*> textsOf(std::vector<std::string>& arguments) {
     return texts;
 }
 
-/// Runs a program of the X desktop, which ends with the test.
+/// Starts a program that ends when the test does.
 GPid start(std::vector<std::string> arguments) {
     auto texts = textsOf(arguments);
     GPid process = 0;
@@ -44,13 +44,13 @@ GPid start(std::vector<std::string> arguments) {
     return process;
 }
 
-/// The toolkit looks for the window manager when it starts, and not again for a good while.
+/// GTK looks for the window manager when it starts, and rarely again.
 void waitForWindowManager() {
     auto* display = XOpenDisplay(nullptr);
     ASSERT_NE(display, nullptr);
     const auto root = DefaultRootWindow(display);
     XSelectInput(display, root, PropertyChangeMask);
-    // Extended Window Manager Hints: how a window manager says that it is there.
+    // Extended Window Manager Hints: a window manager sets this property when it is ready.
     const auto supporting = XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False);
     const auto isThere = [&] {
         Atom type = None;
@@ -70,14 +70,14 @@ void waitForWindowManager() {
     XCloseDisplay(display);
 }
 
-/// The display, what stands on it, and where the toolkit keeps what it remembers.
+/// The display, the window manager, GTK, and the folder of its files.
 struct Desktop {
     TemporaryFolder home;
     XServer server{"1280x960x24"};
 
     Desktop() {
         const auto path = home.path().string();
-        // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet that reads them.
+        // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet.
         for (const auto* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
             setenv(name, path.c_str(), 1);
         }

@@ -7,21 +7,20 @@
 
 namespace orvalo::testing {
 
-/// Starts, at the first call, a virtual display with a window manager on it, and the toolkit there.
-/// What the toolkit remembers goes to a folder that goes with the test.
+/// The first call starts a virtual display with a window manager, and GTK on it. GTK's files are in
+/// a temporary folder.
 void startDesktop();
 
-/// The windows on the screen whose names match the regular expression, by their numbers; maybe none
-/// at a moment when any window goes.
+/// The X numbers of the visible windows whose names match the regular expression. May miss some
+/// while a window closes.
 std::vector<unsigned long> windowsNamed(const std::string& name);
 
-/// Waits for such a window; its number. Throws std::out_of_range when there never is one.
+/// Waits for such a window and returns its number. Throws std::out_of_range after a minute.
 unsigned long windowNamed(const std::string& name);
-/// Has the keyboard go to it.
+/// Gives the keyboard to such a window.
 void activateWindow(const std::string& name);
 
-/// Lets the window that has the keyboard, and the pointer, have what a user does: the arguments of
-/// xdotool.
+/// Does with keyboard and pointer what xdotool's arguments say.
 void act(const std::vector<std::string>& arguments);
 
 }  // namespace orvalo::testing

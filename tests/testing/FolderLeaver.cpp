@@ -1,4 +1,4 @@
-// Tests that leave temporary folders, each in its own way; check-left-folders runs them.
+// Tests that leave temporary folders behind in different ways; check-left-folders runs them.
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 namespace orvalo::testing {
 
-/// The bytes of a PNG file, a grey picture of that extent in pixels.
+/// The bytes of a PNG file: a grey picture of that size in pixels.
 std::string pngFile(int width, int height);
 
 }  // namespace orvalo::testing

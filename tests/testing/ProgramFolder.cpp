@@ -16,7 +16,7 @@ constexpr const char* kVariable = "ORVALO_TEST_FOLDER";
 ProgramFolder::ProgramFolder() {
     if (std::getenv(kVariable) == nullptr) {
         made_ = makeFolder();
-        // Open to all as the folder around it: some tests go on as another person.
+        // As open as /tmp: some tests change to another user.
         std::filesystem::permissions(
             made_, std::filesystem::perms::all | std::filesystem::perms::sticky_bit);
         setenv(kVariable, made_.c_str(), 1);
@@ -32,7 +32,7 @@ ProgramFolder::~ProgramFolder() {
 }
 
 std::filesystem::path ProgramFolder::makeFolder() {
-    // Short names: sockets are put inside, whose paths end at 107 bytes.
+    // Short, because paths of sockets inside are limited to 107 bytes.
     const char* programs = std::getenv(kVariable);
     const auto pattern = programs != nullptr
                              ? std::filesystem::path(programs) / "XXXXXX"

@@ -4,19 +4,19 @@
 
 namespace orvalo::testing {
 
-/// The one folder that a test program and the processes it starts make their temporary folders in.
-/// It goes with the object, and with it what processes left there that were killed or aborted.
+/// The folder in which a test program and the processes that it starts make their temporary
+/// folders. The destructor removes it, with what killed processes left there.
 class ProgramFolder {
   public:
-    /// Makes the folder and names it in the environment; nothing where the environment names one
-    /// already, as a death test's does. On the main thread, before any other is started. Throws
+    /// Makes the folder and names it in the environment. Does nothing when the environment names
+    /// one already, as in the process of a death test. Call before any thread starts. Throws
     /// std::system_error.
     ProgramFolder();
     ~ProgramFolder();
     ProgramFolder(const ProgramFolder&) = delete;
     ProgramFolder& operator=(const ProgramFolder&) = delete;
 
-    /// A new folder inside it; in a program that has none, among the system's temporary files. Any
+    /// A new folder inside it, or in the system's temporary folder when the program has none. Any
     /// thread. Throws std::system_error.
     static std::filesystem::path makeFolder();
 

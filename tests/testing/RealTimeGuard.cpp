@@ -1,7 +1,7 @@
-// Takes the place of the C library's calls that a render thread must not make, and ends the program
-// with the call's name and a backtrace when one is made inside a RealTimeScope. Plug-ins and other
-// libraries that the program loads reach it as well, where the program exports its symbols. Under
-// the sanitizers, which have taken these places, only allocations and releases are seen.
+// Replaces the C library's calls that a render thread must not make. Inside a RealTimeScope such a
+// call ends the program with the call's name and a backtrace. Loaded plug-ins and libraries use the
+// replacements too when the program exports its symbols. Under the sanitizers, which replace these
+// calls themselves, only allocations and releases are seen.
 
 #include <dlfcn.h>
 #include <execinfo.h>
@@ -42,7 +42,7 @@ void check(const char* call) {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' names for what they call.
+// NOLINTBEGIN(bugprone-reserved-identifier): the names of the sanitizers' hooks.
 extern "C" void __sanitizer_malloc_hook(const volatile void* /*memory*/, std::size_t /*size*/) {
     check("malloc");
 }
@@ -62,7 +62,7 @@ Function* next(const char* name) {
 
 }  // namespace
 
-// Defines a call that checks, then goes on to the C library's own.
+// Defines a call that checks, then calls the C library's function.
 #define GUARDED(result, name, parameters, arguments)                           \
     extern "C" __attribute__((visibility("default"))) result name parameters { \
         check(#name);                                                          \
@@ -70,8 +70,8 @@ Function* next(const char* name) {
         return original arguments;                                             \
     }
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names for its own allocator, which can
-// be called before dlsym() can.
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's allocator under its own names, which
+// work before dlsym() does.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);

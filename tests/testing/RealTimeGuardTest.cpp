@@ -10,7 +10,7 @@ namespace orvalo::testing {
 namespace {
 
 void allocateWhileRendering() {
-    // Volatile, or the compiler does without.
+    // Volatile, so that the compiler keeps the allocation.
     const volatile std::size_t size = 1;
     const RealTimeScope scope;
     void* volatile memory = std::malloc(size);
@@ -21,7 +21,7 @@ TEST(RealTimeGuardDeathTest, EndsTheProgramAtAnAllocation) {
     EXPECT_DEATH(allocateWhileRendering(), "Forbidden on the render thread: malloc");
 }
 
-// The sanitizers keep the locks to themselves.
+// Under the sanitizers the guard does not see locks.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 void lockWhileRendering() {

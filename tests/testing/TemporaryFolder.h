@@ -4,7 +4,7 @@
 
 namespace orvalo::testing {
 
-/// A fresh folder that goes with the object, contents and all.
+/// A new folder; the destructor removes it with its contents.
 class TemporaryFolder {
   public:
     TemporaryFolder();

@@ -6,10 +6,10 @@
 
 int main(int argc, char** argv) {
     const orvalo::testing::ProgramFolder folder;
-    // Standard output belongs to the lines under test.
+    // Tests compare standard output, so the log goes to standard error.
     g_log_writer_default_set_use_stderr(TRUE);
     testing::InitGoogleMock(&argc, argv);
-    // A fork of a program with threads can hang; a fresh start of it cannot.
+    // A forked child of a program with threads can deadlock; this style starts the program again.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     return RUN_ALL_TESTS();
 }

@@ -17,7 +17,7 @@ class LittleEndianFile {
     }
     template <typename Number>
     void number(Number value) {
-        // Debian's architectures that play sound are little-endian, as the format is.
+        // The format is little-endian, and so are the machines that run these tests.
         stream_.write(reinterpret_cast<const char*>(&value), sizeof value);
     }
 

@@ -16,18 +16,18 @@ namespace orvalo::testing {
 
 namespace {
 
-/// Where the server writes its number, in the server's process.
+/// The descriptor to which Xvfb writes the number of its display.
 constexpr int numberDescriptor = 3;
 constexpr const char* numberDescriptorText = "3";
 
 [[noreturn]] void becomeServer(const char* screen, int numbers) {
-    // It ends with the test, however that ends, and holds none of its files open.
+    // Xvfb ends with the test, however that ends, and inherits none of its descriptors.
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     const int null = open("/dev/null", O_RDWR);
     for (const int standard : {0, 1, 2}) {
         dup2(null, standard);
     }
-    // A duplicate of itself would keep its close-on-exec flag.
+    // dup2() onto itself would keep the close-on-exec flag.
     const int copy = fcntl(numbers, F_DUPFD, numberDescriptor + 1);
     dup2(copy, numberDescriptor);
     close_range(numberDescriptor + 1, ~0U, 0);
@@ -36,7 +36,7 @@ constexpr const char* numberDescriptorText = "3";
     _exit(127);
 }
 
-/// The line that the server writes once it takes clients; what came of it when the server ends.
+/// The line that Xvfb writes when it is ready; incomplete when Xvfb ends before.
 std::string readLine(int descriptor) {
     std::string line;
     for (char character = 0; read(descriptor, &character, 1) == 1 && character != '\n';) {
@@ -74,8 +74,20 @@ XServer::XServer(const std::string& screen) {
 }
 
 XServer::~XServer() {
-    kill(process_, SIGTERM);
-    waitpid(process_, nullptr, 0);
+    // Xvfb removes its socket and its lock.
+    end(SIGTERM);
+}
+
+void XServer::crash() {
+    end(SIGKILL);
+}
+
+void XServer::end(int signal) {
+    if (process_ > 0) {
+        kill(process_, signal);
+        waitpid(process_, nullptr, 0);
+        process_ = -1;
+    }
 }
 
 }  // namespace orvalo::testing

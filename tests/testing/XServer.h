@@ -6,22 +6,27 @@
 
 namespace orvalo::testing {
 
-/// A virtual display of its own, Xvfb at a number that nobody uses, for as long as the object
-/// lives: DISPLAY leads to it, and the toolkit is told to use X11. One object at a time, made
-/// before the toolkit is initialised; it outlives all use of the display.
+/// A virtual display, Xvfb at a free number, while the object lives. Sets DISPLAY and makes GTK use
+/// X11. At most one object at a time; construct it before GTK is initialised and destroy it after
+/// the last use of the display.
 class XServer {
   public:
-    /// screen: extent in pixels and depth. Throws std::runtime_error when no server comes up.
+    /// screen: width x height x depth. Throws std::runtime_error when Xvfb does not start.
     explicit XServer(const std::string& screen = "1280x960x24");
     ~XServer();
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
 
-    /// What DISPLAY is set to, such as ":3".
+    /// Kills the server, as a crash would.
+    void crash();
+
+    /// The value of DISPLAY, such as ":3".
     const std::string& display() const { return display_; }
 
   private:
-    pid_t process_;
+    void end(int signal);
+
+    pid_t process_ = -1;
     std::string display_;
 };
 

@@ -4,7 +4,7 @@
 
 #include "tests/effect/ui/EmbeddedPluginUI.h"
 #include "tests/effect/ui/HostWindow.h"
-#include "tests/effect/ui/XServer.h"
+#include "tests/testing/XServer.h"
 
 namespace orvalo::testing {
 
@@ -12,7 +12,7 @@ namespace orvalo::testing {
 class WindowFixture : public ::testing::Test {
   protected:
     static XServer& server() {
-        static XServer server;
+        static XServer server("1400x1100x24");
         return server;
     }
 

@@ -143,7 +143,7 @@ TEST(WindowServer, ItSurvivesTheEndOfItsServerWhereTheHostDoes) {
             window.display(), [](Display* /*display*/, void* /*data*/) {}, nullptr);
         EmbeddedPluginUI interface(window);
         interface.settle();
-        server.stop();
+        server.crash();
         bool ended = false;
         for (int i = 0; i < 1000 && !ended; ++i) {
             interface.send("threshold", -3.0F);
