@@ -39,7 +39,7 @@ void useDisplay(const PluginUIParts& parts, const std::string& display, unsigned
         throw pluginUIError(LV2ErrorCode::noPluginUI, parts.data.plugin,
                             "the window that it belongs in is gone");
     }
-    X11Errors::takeOver();
+    X11Errors::installHandler();
 }
 
 }  // namespace

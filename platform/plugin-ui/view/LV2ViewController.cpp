@@ -18,7 +18,7 @@ namespace orvalo {
 
 namespace {
 
-/// The one connection of all open UIs.
+/// The connection that all open UIs share; null when the X server takes none.
 std::shared_ptr<X11Connection> connection() {
     static std::weak_ptr<X11Connection> open;
     auto result = open.lock();
@@ -178,9 +178,9 @@ void LV2ViewController::showCondition() {
         return;
     }
     container_->setMessage({});
-    const auto least = pluginUI_->rules().least();
+    const auto least = pluginUI_->rules().minimumSize();
     const auto points = [this](int pixels) { return (pixels + scaleFactor_ - 1) / scaleFactor_; };
-    container_->setLeastSize(points(least.width), points(least.height));
+    container_->setMinimumSize(points(least.width), points(least.height));
 }
 
 void LV2ViewController::close() {
@@ -191,7 +191,7 @@ void LV2ViewController::close() {
 void LV2ViewController::closed(const std::string& reason) {
     g_message("The UI of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
     hasFailed_ = true;
-    container_->setLeastSize(-1, -1);
+    container_->setMinimumSize(-1, -1);
     container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".");
     pluginUI_ = nullptr;
 }

@@ -36,10 +36,10 @@ TEST(PluginUIData, TellOfAPluginUIThatCanBeShown) {
     EXPECT_TRUE(data.binary.ends_with("/plugin-ui.lv2/ui.so"));
     EXPECT_EQ(data.notifiedPorts, (std::vector<std::uint32_t>{3}));
     EXPECT_FALSE(data.isFixedSize);
-    EXPECT_FALSE(data.reachesInstance);
+    EXPECT_FALSE(data.accessesInstance);
     EXPECT_FALSE(data.staysLoaded);
     EXPECT_TRUE(readPluginUI(*makeUnit("fixed")).isFixedSize);
-    EXPECT_TRUE(readPluginUI(*makeUnit("direct")).reachesInstance);
+    EXPECT_TRUE(readPluginUI(*makeUnit("direct")).accessesInstance);
 }
 
 TEST(PluginUIData, NameWhatAPluginUILacks) {

@@ -185,9 +185,9 @@ TEST_F(PluginUI, StaysInItsAreaWhateverItAsksFor) {
     int changes = 0;
     embedded_->onChange = [&changes] { ++changes; };
     commit(Misdeed::wantByWindow);
-    ASSERT_TRUE(waitFor([this] { return embedded_->rules().wanted == X11Size{500, 120}; }));
+    ASSERT_TRUE(waitFor([this] { return embedded_->rules().requested == X11Size{500, 120}; }));
     commit(Misdeed::wantByFeature);
-    EXPECT_EQ(embedded_->rules().wanted, (X11Size{400, 300}));
+    EXPECT_EQ(embedded_->rules().requested, (X11Size{400, 300}));
     EXPECT_EQ(changes, 2);
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
 }
@@ -207,14 +207,14 @@ TEST_F(PluginUI, HasTheExtentThatItAskedForWhereItsDataSayFixed) {
     commit(Misdeed::wantByWindow);
     ASSERT_TRUE(waitFor([this] { return record_.width == 500; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140 + 90, 500, 120}));
-    EXPECT_EQ(embedded_->rules().least(), (X11Size{500, 120}));
+    EXPECT_EQ(embedded_->rules().minimumSize(), (X11Size{500, 120}));
 }
 
 TEST_F(PluginUI, IsCutWhereItIsLargerThanWhatCanBeSeen) {
     open();
     commit(Misdeed::growHints);
     ASSERT_TRUE(waitFor([this] { return record_.width == 900; }));
-    EXPECT_EQ(embedded_->rules().least(), (X11Size{900, 700}));
+    EXPECT_EQ(embedded_->rules().minimumSize(), (X11Size{900, 700}));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 900, 700}));
     EXPECT_TRUE(isPainted(150 + 399, 140 + 299, 0x336699U));
     EXPECT_TRUE(isPainted(150 + 400, 140 + 299, 0x202020U));

@@ -17,7 +17,7 @@ Display* screen() {
     static Display* const display = [] {
         auto* opened = XOpenDisplay(nullptr);
         // The tests look at windows that may be gone.
-        X11Errors::takeOver();
+        X11Errors::installHandler();
         X11Errors::ignore(opened, true);
         return opened;
     }();
