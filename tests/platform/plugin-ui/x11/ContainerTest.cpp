@@ -35,7 +35,7 @@ class Container : public ::testing::Test {
         std::make_unique<X11Container>(connection_, toplevel_.window(), X11Size{100, 80});
 };
 
-TEST_F(Container, ListensToTheWindowThatItHasTakenLast) {
+TEST_F(Container, FollowsTheHintsOfTheLastAdoptedWindow) {
     const auto first = makeChild();
     container_->adopt(first);
     const auto second = makeChild();

@@ -16,7 +16,7 @@ Display* screen() {
     static const XServer server;
     static Display* const display = [] {
         auto* opened = XOpenDisplay(nullptr);
-        // The tests look at windows that may be gone.
+        // The tests query windows that may be gone.
         X11Errors::installHandler();
         X11Errors::ignore(opened, true);
         return opened;
@@ -25,7 +25,7 @@ Display* screen() {
 }
 
 bool waitFor(const std::function<bool()>& condition) {
-    // Turns even where nothing else happens, and never holds up what does.
+    // Wakes the loop when nothing else does, at a priority that delays nothing.
     const auto turns = g_timeout_add_full(
         G_PRIORITY_LOW, 5, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
     const bool held = RunLoop::main()->run(condition, std::chrono::seconds(60));
@@ -90,6 +90,32 @@ unsigned long keyboardFocus() {
     int revert = 0;
     XGetInputFocus(screen(), &focus, &revert);
     return focus;
+}
+
+unsigned long windowAt(int x, int y) {
+    auto* display = screen();
+    const auto root = DefaultRootWindow(display);
+    unsigned long window = root;
+    for (unsigned long child = root; child != 0;) {
+        window = child;
+        int inX = 0;
+        int inY = 0;
+        if (XTranslateCoordinates(display, root, window, x, y, &inX, &inY, &child) == False) {
+            return 0;
+        }
+    }
+    return window;
+}
+
+unsigned long parentWindowAt(int x, int y) {
+    Window root = 0;
+    Window parent = 0;
+    Window* children = nullptr;
+    unsigned count = 0;
+    if (XQueryTree(screen(), windowAt(x, y), &root, &parent, &children, &count) != 0) {
+        XFree(children);
+    }
+    return parent;
 }
 
 }  // namespace orvalo::testing

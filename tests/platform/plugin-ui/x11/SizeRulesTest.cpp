@@ -17,7 +17,7 @@ TEST(SizeRules, FillTheAreaWithoutHints) {
     EXPECT_EQ(rules.minimumSize(), (X11Size{1, 1}));
 }
 
-TEST(SizeRules, KeepToTheHints) {
+TEST(SizeRules, StayWithinTheHints) {
     X11SizeRules rules;
     rules.requested = {300, 200};
     rules.smallest = {400, 300};
@@ -27,7 +27,7 @@ TEST(SizeRules, KeepToTheHints) {
     EXPECT_EQ(rules.minimumSize(), (X11Size{400, 300}));
 }
 
-TEST(SizeRules, HaveOneExtentOnlyWhereTheHintsLeaveNoOther) {
+TEST(SizeRules, HaveOneSizeWhenTheHintsFixIt) {
     X11SizeRules rules;
     rules.requested = {999, 999};
     rules.smallest = {400, 300};
@@ -37,7 +37,7 @@ TEST(SizeRules, HaveOneExtentOnlyWhereTheHintsLeaveNoOther) {
     EXPECT_EQ(rules.minimumSize(), (X11Size{400, 300}));
 }
 
-TEST(SizeRules, StayWithinAnyScreenWhateverTheHints) {
+TEST(SizeRules, StayWithinTheLimitWhateverTheHints) {
     constexpr int kMost = std::numeric_limits<int>::max();
     X11SizeRules rules;
     rules.smallest = {kMost, 200};
@@ -52,7 +52,7 @@ TEST(SizeRules, StayWithinAnyScreenWhateverTheHints) {
     EXPECT_EQ(rules.minimumSize(), (X11Size{X11SizeRules::kNoLimit, X11SizeRules::kNoLimit}));
 }
 
-TEST(SizeRules, HaveTheWantedExtentWhereTheDataSayFixed) {
+TEST(SizeRules, KeepTheRequestedSizeWhenTheDataFixIt) {
     X11SizeRules rules;
     rules.isStatedFixed = true;
     rules.requested = {640, 480};
@@ -71,7 +71,7 @@ TEST(SizeRules, KeepTheAspect) {
     EXPECT_EQ(rules.fit({500, 300}), (X11Size{500, 300}));
 }
 
-TEST(SizeRules, IgnoreHintsThatContradictThemselves) {
+TEST(SizeRules, PreferTheSmallestSizeWhenTheHintsContradict) {
     X11SizeRules rules;
     rules.requested = {50, 50};
     rules.smallest = {400, 300};
@@ -79,7 +79,7 @@ TEST(SizeRules, IgnoreHintsThatContradictThemselves) {
     EXPECT_EQ(rules.fit({800, 600}), (X11Size{400, 300}));
 }
 
-TEST(SizeRules, IntersectToNothingWhereNothingIsShared) {
+TEST(SizeRules, IntersectionIsEmptyWithoutACommonPart) {
     EXPECT_EQ(intersection({0, 0, 10, 10}, {5, -5, 10, 10}), (X11Rect{5, 0, 5, 5}));
     EXPECT_TRUE(intersection({0, 0, 10, 10}, {10, 0, 5, 5}).isEmpty());
 }
