@@ -31,12 +31,6 @@ std::shared_ptr<X11Connection> connection() {
     return result;
 }
 
-template <typename Unit>
-LV2PluginUIData readData(const Unit& unit) {
-    const LV2World::Access access(unit.world());
-    return LV2PluginUIData::read(access, unit.data());
-}
-
 void requireX11(const std::string& plugin) {
     auto* display = gdk_display_get_default();
     if (display == nullptr || !GDK_IS_X11_DISPLAY(display)) {
@@ -77,7 +71,7 @@ std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<BridgedA
 template <typename Unit>
 std::shared_ptr<UIViewController> provide(const std::shared_ptr<Unit>& unit) {
     try {
-        const auto data = readData(*unit);
+        const auto data = LV2PluginUIData::read(unit->world(), unit->data());
         requireX11(data.plugin);
         return makeController(unit, data);
     } catch (const NSError& error) {

@@ -151,7 +151,8 @@ NSError pluginUIError(LV2ErrorCode code, const std::string& plugin, const std::s
             "The UI of <" + plugin + "> cannot be shown: " + reason + "."};
 }
 
-LV2PluginUIData LV2PluginUIData::read(const LV2World::Access& access, const LV2PluginData& plugin) {
+LV2PluginUIData LV2PluginUIData::read(LV2World& world, const LV2PluginData& plugin) {
+    const LV2World::Access access(world);
     const auto* found = access.plugin(plugin.uri);
     const std::unique_ptr<LilvUIs, void (*)(LilvUIs*)> uis(
         found == nullptr ? nullptr : lilv_plugin_get_uis(found), lilv_uis_free);

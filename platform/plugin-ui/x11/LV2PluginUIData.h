@@ -27,7 +27,7 @@ struct LV2PluginUIData {
 
     /// Throws NSError that names the kinds of UIs where none is an X11 UI, a required feature or
     /// option that the host does not offer, broken data, or the lack of a library.
-    static LV2PluginUIData read(const LV2World::Access& access, const LV2PluginData& plugin);
+    static LV2PluginUIData read(LV2World& world, const LV2PluginData& plugin);
 };
 
 }  // namespace orvalo

@@ -24,8 +24,7 @@ std::shared_ptr<LV2LocalAudioUnit> makeUnit(const std::string& name) {
 }
 
 LV2PluginUIData readUIData(const LV2LocalAudioUnit& unit) {
-    const LV2World::Access access(unit.world());
-    return LV2PluginUIData::read(access, unit.data());
+    return LV2PluginUIData::read(unit.world(), unit.data());
 }
 
 zoo::UIRecord& uiRecord() {
