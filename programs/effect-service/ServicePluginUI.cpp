@@ -11,11 +11,6 @@ namespace orvalo {
 
 namespace {
 
-LV2PluginUIData readData(const LV2LocalAudioUnit& unit) {
-    const LV2World::Access access(unit.world());
-    return LV2PluginUIData::read(access, unit.data());
-}
-
 std::shared_ptr<X11Connection> openServer() {
     // The effect plays on without the X server. Xlib still ends the process for a connection that
     // the UI has opened.
@@ -39,13 +34,13 @@ void useDisplay(const PluginUIParts& parts, const std::string& display, unsigned
         throw pluginUIError(LV2ErrorCode::noPluginUI, parts.data.plugin,
                             "the window that it belongs in is gone");
     }
-    X11Errors::takeOver();
+    X11Errors::installHandler();
 }
 
 }  // namespace
 
 PluginUIParts::PluginUIParts(const LV2LocalAudioUnit& unit)
-    : data(readData(unit)), library(data), server(openServer()) {}
+    : data(LV2PluginUIData::read(unit.world(), unit.data())), library(data), server(openServer()) {}
 
 ServicePluginUI::ServicePluginUI(LoadedEffect& effect, ServiceConnection& host,
                                  std::shared_ptr<const PluginUIParts> parts,

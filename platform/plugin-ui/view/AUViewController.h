@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// The UI of an effect as a part of a screen. Main thread.
+/// The view controller of an effect's UI. Main thread.
 class AUViewController : public UIViewController {
   public:
     using UIViewController::UIViewController;

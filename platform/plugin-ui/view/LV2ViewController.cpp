@@ -18,7 +18,7 @@ namespace orvalo {
 
 namespace {
 
-/// The one connection of all open UIs.
+/// The connection that all open UIs share; null when the X server takes none.
 std::shared_ptr<X11Connection> connection() {
     static std::weak_ptr<X11Connection> open;
     auto result = open.lock();
@@ -29,12 +29,6 @@ std::shared_ptr<X11Connection> connection() {
         open = result;
     }
     return result;
-}
-
-template <typename Unit>
-LV2PluginUIData readData(const Unit& unit) {
-    const LV2World::Access access(unit.world());
-    return LV2PluginUIData::read(access, unit.data());
 }
 
 void requireX11(const std::string& plugin) {
@@ -77,7 +71,7 @@ std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<BridgedA
 template <typename Unit>
 std::shared_ptr<UIViewController> provide(const std::shared_ptr<Unit>& unit) {
     try {
-        const auto data = readData(*unit);
+        const auto data = LV2PluginUIData::read(unit->world(), unit->data());
         requireX11(data.plugin);
         return makeController(unit, data);
     } catch (const NSError& error) {
@@ -178,9 +172,9 @@ void LV2ViewController::showCondition() {
         return;
     }
     container_->setMessage({});
-    const auto least = pluginUI_->rules().least();
+    const auto least = pluginUI_->rules().minimumSize();
     const auto points = [this](int pixels) { return (pixels + scaleFactor_ - 1) / scaleFactor_; };
-    container_->setLeastSize(points(least.width), points(least.height));
+    container_->setMinimumSize(points(least.width), points(least.height));
 }
 
 void LV2ViewController::close() {
@@ -191,7 +185,7 @@ void LV2ViewController::close() {
 void LV2ViewController::closed(const std::string& reason) {
     g_message("The UI of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
     hasFailed_ = true;
-    container_->setLeastSize(-1, -1);
+    container_->setMinimumSize(-1, -1);
     container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".");
     pluginUI_ = nullptr;
 }

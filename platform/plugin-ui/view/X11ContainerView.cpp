@@ -29,8 +29,8 @@ X11Rect rectangle(GtkWidget* widget, GtkNative* native) {
             pixels(double{bounds.origin.y} + double{bounds.size.height} + y) - top};
 }
 
-/// What the widgets around it and the surface leave to be seen. Nothing on a page that is giving
-/// way to another: the toolkit fades it out, a foreign window would stand in front to the end.
+/// The part of the widget that its ancestors do not clip; empty on a page that another one is
+/// replacing, because a foreign window would cover the transition.
 X11Rect visiblePart(GtkWidget* widget, GtkNative* native) {
     auto visible = rectangle(widget, native);
     auto* inside = widget;
@@ -59,35 +59,36 @@ void forward(void* /*sender*/, void* view) {
 
 X11ContainerView::X11ContainerView(int toplevelPriority)
     : UIView(gtk_scrolled_window_new()), toplevelPriority_(toplevelPriority) {
-    stage_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+    content_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     label_ = gtk_label_new(nullptr);
     gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
     gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
     gtk_widget_set_hexpand(label_, TRUE);
     gtk_widget_set_vexpand(label_, TRUE);
     gtk_widget_set_visible(label_, FALSE);
-    gtk_box_append(GTK_BOX(stage_), label_);
+    gtk_box_append(GTK_BOX(content_), label_);
     auto* scroller = GTK_SCROLLED_WINDOW(widget());
-    gtk_scrolled_window_set_child(scroller, stage_);
-    // Bars that lie over the content would lie under the foreign window.
+    gtk_scrolled_window_set_child(scroller, content_);
+    // The foreign window would cover overlay scroll bars.
     gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
-    g_signal_connect(stage_, "map", G_CALLBACK(forward<&X11ContainerView::mapped>), this);
-    g_signal_connect(stage_, "unmap", G_CALLBACK(forward<&X11ContainerView::unmapped>), this);
-    g_signal_connect_swapped(stage_, "notify::root",
-                             G_CALLBACK(+[](X11ContainerView* view) { view->rooted(); }), this);
+    g_signal_connect(content_, "map", G_CALLBACK(forward<&X11ContainerView::mapped>), this);
+    g_signal_connect(content_, "unmap", G_CALLBACK(forward<&X11ContainerView::unmapped>), this);
+    g_signal_connect_swapped(content_, "notify::root",
+                             G_CALLBACK(+[](X11ContainerView* view) { view->rootChanged(); }),
+                             this);
 }
 
 X11ContainerView::~X11ContainerView() {
     unmapped();
-    forgetTurn();
-    g_signal_handlers_disconnect_by_data(stage_, this);
+    cancelToplevelReport();
+    g_signal_handlers_disconnect_by_data(content_, this);
     if (root_ != nullptr) {
         g_signal_handlers_disconnect_by_data(root_, this);
     }
 }
 
-void X11ContainerView::rooted() {
-    auto* root = GTK_WIDGET(gtk_widget_get_root(stage_));
+void X11ContainerView::rootChanged() {
+    auto* root = GTK_WIDGET(gtk_widget_get_root(content_));
     if (root == root_) {
         return;
     }
@@ -100,50 +101,52 @@ void X11ContainerView::rooted() {
         return;
     }
     g_signal_connect(root_, "unrealize", G_CALLBACK(forward<&X11ContainerView::leave>), this);
-    g_signal_connect(root_, "realize", G_CALLBACK(forward<&X11ContainerView::expectTurn>), this);
+    g_signal_connect(root_, "realize",
+                     G_CALLBACK(forward<&X11ContainerView::scheduleToplevelReport>), this);
     if (gtk_widget_get_realized(root_) != FALSE) {
-        expectTurn();
+        scheduleToplevelReport();
     }
 }
 
-void X11ContainerView::expectTurn() {
-    forgetTurn();
-    turn_.reset(g_idle_source_new());
-    g_source_set_priority(turn_.get(), toplevelPriority_);
+void X11ContainerView::scheduleToplevelReport() {
+    cancelToplevelReport();
+    toplevelReport_.reset(g_idle_source_new());
+    g_source_set_priority(toplevelReport_.get(), toplevelPriority_);
     g_source_set_callback(
-        turn_.get(),
+        toplevelReport_.get(),
         [](void* view) -> gboolean {
-            static_cast<X11ContainerView*>(view)->arrived();
+            static_cast<X11ContainerView*>(view)->reportToplevel();
             return G_SOURCE_REMOVE;
         },
         this, nullptr);
-    g_source_attach(turn_.get(), nullptr);
+    g_source_attach(toplevelReport_.get(), nullptr);
 }
 
-void X11ContainerView::forgetTurn() {
-    if (turn_ != nullptr) {
-        g_source_destroy(turn_.get());
-        turn_ = nullptr;
+void X11ContainerView::cancelToplevelReport() {
+    if (toplevelReport_ != nullptr) {
+        g_source_destroy(toplevelReport_.get());
+        toplevelReport_ = nullptr;
     }
 }
 
-void X11ContainerView::arrived() {
+void X11ContainerView::reportToplevel() {
     auto* surface = gtk_native_get_surface(GTK_NATIVE(root_));
     if (place_.toplevel == 0 && onToplevel && GDK_IS_X11_SURFACE(surface)) {
         gdk_display_sync(gdk_surface_get_display(surface));
-        onToplevel({gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(stage_), {}, {}});
+        onToplevel(
+            {gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(content_), {}, {}});
     }
 }
 
 void X11ContainerView::leave() {
-    forgetTurn();
+    cancelToplevelReport();
     if (const auto leaving = onLeaving) {
         leaving();
     }
 }
 
-void X11ContainerView::setLeastSize(int width, int height) {
-    gtk_widget_set_size_request(stage_, width, height);
+void X11ContainerView::setMinimumSize(int width, int height) {
+    gtk_widget_set_size_request(content_, width, height);
 }
 
 void X11ContainerView::setMessage(const std::string& message) {
@@ -152,14 +155,14 @@ void X11ContainerView::setMessage(const std::string& message) {
 }
 
 void X11ContainerView::mapped() {
-    clock_ = gtk_widget_get_frame_clock(stage_);
+    clock_ = gtk_widget_get_frame_clock(content_);
     g_object_ref(clock_);
-    // Ancestors move the view without telling it, but never without a frame. Most of that is known
-    // once the toolkit has laid out: the foreign window is drawn while the toolkit draws.
-    const auto look = G_CALLBACK(forward<&X11ContainerView::look>);
-    g_signal_connect_after(clock_, "layout", look, this);
-    g_signal_connect(clock_, "after-paint", look, this);
-    gtk_widget_queue_draw(stage_);
+    // GTK does not report a move by an ancestor, but draws a frame for it. "layout" comes early
+    // enough for the foreign window to be drawn while GTK draws; "after-paint" catches the rest.
+    const auto update = G_CALLBACK(forward<&X11ContainerView::updatePlace>);
+    g_signal_connect_after(clock_, "layout", update, this);
+    g_signal_connect(clock_, "after-paint", update, this);
+    gtk_widget_queue_draw(content_);
 }
 
 void X11ContainerView::unmapped() {
@@ -174,20 +177,20 @@ void X11ContainerView::unmapped() {
     }
 }
 
-void X11ContainerView::look() {
-    auto* native = gtk_widget_get_native(stage_);
+void X11ContainerView::updatePlace() {
+    auto* native = gtk_widget_get_native(content_);
     auto* surface = native == nullptr ? nullptr : gtk_native_get_surface(native);
     if (surface == nullptr || !GDK_IS_X11_SURFACE(surface)) {
         return;
     }
-    const Place place{gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(stage_),
-                      rectangle(stage_, native), visiblePart(stage_, native)};
+    const Place place{gdk_x11_surface_get_xid(surface), gtk_widget_get_scale_factor(content_),
+                      rectangle(content_, native), visiblePart(content_, native)};
     const bool isUnplaced = place_.toplevel == 0;
     if ((isUnplaced && place.area.isEmpty()) || place == place_) {
         return;
     }
     if (place.toplevel != place_.toplevel) {
-        // The window must be on the server before others speak of it.
+        // Other connections use the window only after the server has made it.
         gdk_display_sync(gdk_surface_get_display(surface));
     }
     place_ = place;

@@ -23,7 +23,7 @@ void EmbeddedPluginUI::makeContainer() {
     // container has still to hear of; and two containers would handle the toplevel's keys twice.
     dropContainer();
     container_ = std::make_shared<X11Container>(connection_, parent_.toplevel, parent_.size);
-    container_->setStatedFixed(isFixedSize_);
+    container_->setFixedSize(isFixedSize_);
     container_->onSize = [this](X11Size size) { resized(size); };
     container_->onRules = [this] { reportChange(); };
     container_->onGone = [this] { lostWindow(); };

@@ -15,7 +15,7 @@ namespace orvalo {
 
 namespace {
 
-// The protocol of plain control values.
+// The protocol of control values.
 constexpr std::uint32_t kFloats = 0;
 
 std::uint32_t eventTransfer() {
@@ -48,15 +48,10 @@ LV2PluginUI::LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit,
     : data_(data),
       log_(data.plugin),
       connection_(unit, std::make_shared<LV2EventLink>(unit->data().ports)),
-      options_({.sampleRate = unit->sampleRate(),
-                .updateRate = kUpdateRate,
-                .scaleFactor = scaleFactor,
-                .windowTitle = data.title,
-                .sequenceSize = unit->data().sequenceSize,
-                .contextName = unit->contextName()}),
+      options_(*unit, data, scaleFactor),
       features_(options_, log_, parent, connection_.instance, std::move(onResize)),
       shown_(unit->data().ports.size()),
-      isKnown_(unit->data().ports.size()),
+      isShown_(unit->data().ports.size()),
       isTouched_(unit->data().ports.size()),
       host_(suil_host_new(write, index, subscribe, unsubscribe)) {
     suil_host_set_touch_func(host_.get(), touch);
@@ -66,8 +61,8 @@ LV2PluginUI::LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit,
     instance_.reset(suil_instance_new(host_.get(), this, LV2_UI__X11UI, data_.plugin.c_str(),
                                       data_.uri.c_str(), LV2_UI__X11UI, data_.bundle.c_str(),
                                       data_.binary.c_str(), features_.features()));
-    // It may have set a handler of its own.
-    X11Errors::takeOver();
+    // The UI may have replaced the handler.
+    X11Errors::installHandler();
     if (instance_ == nullptr) {
         throw pluginUIError(LV2ErrorCode::instantiationFailed, data_.plugin,
                             "it refuses to be made");
@@ -77,7 +72,7 @@ LV2PluginUI::LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit,
     };
     idle_ = static_cast<const LV2UI_Idle_Interface*>(extension(LV2_UI__idleInterface));
     resize_ = static_cast<const LV2UI_Resize*>(extension(LV2_UI__resize));
-    showControls();
+    sendControls();
 }
 
 LV2PluginUI::~LV2PluginUI() {
@@ -89,25 +84,25 @@ unsigned long LV2PluginUI::window() const {
 }
 
 bool LV2PluginUI::update() {
-    showControls();
-    showEvents();
+    sendControls();
+    sendEvents();
     return idle_ == nullptr || idle_->idle == nullptr ||
            idle_->idle(suil_instance_get_handle(instance_.get())) == 0;
 }
 
 void LV2PluginUI::setSize(X11Size size) {
     if (resize_ != nullptr && resize_->ui_resize != nullptr) {
-        // In this direction the handle is the UI's own.
+        // This extension takes the UI's handle, not the host's.
         resize_->ui_resize(suil_instance_get_handle(instance_.get()), size.width, size.height);
     }
 }
 
 bool LV2PluginUI::isOutdated() const {
-    return data_.reachesInstance &&
+    return data_.accessesInstance &&
            connection_.unit->instanceNumber() != connection_.instance.number;
 }
 
-void LV2PluginUI::showControls() {
+void LV2PluginUI::sendControls() {
     const auto& controls = connection_.unit->controls();
     for (const auto& port : connection_.unit->data().ports) {
         if (port.kind != LV2PortKind::control || isTouched_[port.index]) {
@@ -115,18 +110,18 @@ void LV2PluginUI::showControls() {
         }
         const float value = controls.value(port.index);
         auto& shown = shown_[port.index];
-        // By their bits: what is no number is not equal to itself.
-        if (isKnown_[port.index] &&
+        // Compares the bits, because a NaN is not equal to itself.
+        if (isShown_[port.index] &&
             std::bit_cast<std::uint32_t>(value) == std::bit_cast<std::uint32_t>(shown)) {
             continue;
         }
-        isKnown_[port.index] = true;
+        isShown_[port.index] = true;
         shown = value;
         suil_instance_port_event(instance_.get(), port.index, sizeof(value), kFloats, &value);
     }
 }
 
-void LV2PluginUI::showEvents() {
+void LV2PluginUI::sendEvents() {
     std::uint32_t port = 0;
     while (const auto* event = connection_.link->receive(port)) {
         suil_instance_port_event(instance_.get(), port,
@@ -147,10 +142,10 @@ void LV2PluginUI::write(SuilController controller, std::uint32_t port, std::uint
                         std::uint32_t protocol, const void* buffer) {
     auto& self = ui(controller);
     const bool isFloat = protocol == kFloats || protocol == floatProtocol();
-    const bool isTaken = isFloat
-                             ? self.writeControl(port, size, buffer)
-                             : protocol == eventTransfer() && self.writeEvent(port, size, buffer);
-    if (!isTaken && !std::exchange(self.hasComplained_, true)) {
+    const bool isAccepted =
+        isFloat ? self.writeControl(port, size, buffer)
+                : protocol == eventTransfer() && self.writeEvent(port, size, buffer);
+    if (!isAccepted && !std::exchange(self.hasWarned_, true)) {
         g_warning("The UI of <%s> wrote to port %u what that cannot take.",
                   self.data_.plugin.c_str(), port);
     }
@@ -166,9 +161,9 @@ bool LV2PluginUI::writeControl(std::uint32_t port, std::uint32_t size, const voi
     if (!std::isfinite(value)) {
         return false;
     }
-    // The UI knows already; telling it would fight with the user's hand.
+    // Sending the value back would fight with the user's hand.
     shown_[port] = value;
-    isKnown_[port] = true;
+    isShown_[port] = true;
     connection_.unit->controls().setValue(port, value);
     return true;
 }
@@ -196,7 +191,7 @@ std::uint32_t LV2PluginUI::index(SuilController controller, const char* symbol) 
 std::uint32_t LV2PluginUI::setSubscribed(std::uint32_t port, std::uint32_t protocol,
                                          bool isSubscribed) {
     if (control(port) != nullptr) {
-        // It hears of all controls anyway.
+        // The UI gets all controls anyway.
         return protocol == kFloats || protocol == floatProtocol() ? 0 : 1;
     }
     return protocol == eventTransfer() && connection_.link->setSubscribed(port, isSubscribed) ? 0

@@ -17,34 +17,34 @@
 
 namespace orvalo {
 
-/// One X11 UI of a unit, made inside a given X window. What the user moves goes to the unit
-/// at once; what changes in the unit comes with update(). Main thread.
+/// The X11 UI of a unit in this process, inside an X window of the host. The user's changes go to
+/// the unit at once; update() brings the unit's changes to the UI. Main thread.
 class LV2PluginUI {
   public:
-    /// How often update() is meant to be called while the UI is shown, in Hz.
+    /// How often to call update() while the UI is visible, in Hz.
     static constexpr double kUpdateRate = 60.0;
 
-    /// parent: the X window to be put into; scaleFactor: the screen's, 1 for plain ones; onResize:
-    /// what the UI asks for, also while it is made. The data's library must stay loaded for
-    /// the object's life. Throws NSError when the UI refuses to be made.
+    /// parent: the X window that gets the UI's window; scaleFactor: of the screen; onResize: the UI
+    /// requests a size, also while it is made. The data's library must stay loaded for the object's
+    /// life. Throws NSError when the UI cannot be made.
     LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit, const LV2PluginUIData& data,
                 unsigned long parent, double scaleFactor, std::function<void(X11Size)> onResize);
-    /// Cleans the UI up. Its window should be shown no more.
+    /// Cleans the UI up. Its window should be hidden.
     ~LV2PluginUI();
     LV2PluginUI(const LV2PluginUI&) = delete;
     LV2PluginUI& operator=(const LV2PluginUI&) = delete;
 
-    /// The window that the UI says it has; 0 when it says nothing.
+    /// The window that the UI says it has; 0 when it does not say.
     unsigned long window() const;
 
-    /// One turn: tells the UI which controls have changed and what the effect has sent, and
-    /// lets it do its work. False once it has closed itself: it has to go then.
+    /// Sends the UI the controls that have changed and the effect's events, and lets the UI work.
+    /// False when the UI has closed itself: destroy the object then.
     bool update();
 
-    /// Tells it the extent of its window, if it wants to know by another way than the window.
+    /// Tells the UI the size of its window, where the UI has the extension for that.
     void setSize(X11Size size);
 
-    /// Whether the instance that it reaches has been replaced, so that it has to be made anew.
+    /// Whether the UI accesses an instance that has been replaced: make the UI anew then.
     bool isOutdated() const;
 
   private:
@@ -54,7 +54,7 @@ class LV2PluginUI {
     struct InstanceFree {
         void operator()(SuilInstance* instance) const { suil_instance_free(instance); }
     };
-    /// Connects the link for the object's life.
+    /// Connects the UI's event link to the unit for the object's life.
     struct Connection {
         Connection(std::shared_ptr<LV2LocalAudioUnit> unit, std::shared_ptr<LV2EventLink> link);
         ~Connection();
@@ -66,6 +66,7 @@ class LV2PluginUI {
         const LV2LocalAudioUnit::InstanceAccess instance;
     };
 
+    // The functions that suil calls for the UI.
     static void write(SuilController controller, std::uint32_t port, std::uint32_t size,
                       std::uint32_t protocol, const void* buffer);
     static std::uint32_t index(SuilController controller, const char* symbol);
@@ -79,18 +80,20 @@ class LV2PluginUI {
     bool writeControl(std::uint32_t port, std::uint32_t size, const void* buffer);
     bool writeEvent(std::uint32_t port, std::uint32_t size, const void* buffer);
     std::uint32_t setSubscribed(std::uint32_t port, std::uint32_t protocol, bool isSubscribed);
-    void showControls();
-    void showEvents();
+    void sendControls();
+    void sendEvents();
 
     const LV2PluginUIData data_;
     LV2Log log_;
     Connection connection_;
     LV2PluginUIOptions options_;
     LV2PluginUIFeatures features_;
-    std::vector<float> shown_;     // What the UI shows, by port.
-    std::vector<bool> isKnown_;    // Whether it has been told at all.
-    std::vector<bool> isTouched_;  // Whether the user holds it.
-    bool hasComplained_ = false;
+    // By port: the value that the UI has, whether it has one, and whether the user holds the
+    // control.
+    std::vector<float> shown_;
+    std::vector<bool> isShown_;
+    std::vector<bool> isTouched_;
+    bool hasWarned_ = false;
     std::unique_ptr<SuilHost, HostFree> host_;
     std::unique_ptr<SuilInstance, InstanceFree> instance_;
     const LV2UI_Idle_Interface* idle_ = nullptr;

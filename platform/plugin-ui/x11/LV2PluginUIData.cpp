@@ -17,11 +17,11 @@ namespace orvalo {
 namespace {
 
 constexpr const char* kSeeAlso = "http://www.w3.org/2000/01/rdf-schema#seeAlso";
-// Two names of one remark, both in use, neither in the header.
+// Two names of one statement, both in use, neither in the header.
 constexpr const char* kMakeResident = LV2_UI_PREFIX "makeResident";
 constexpr const char* kMakeNameResident = LV2_UI_PREFIX "makeSONameResident";
 
-/// The questions to lilv of one UI.
+/// Reads the data of one UI from lilv.
 class Reader {
   public:
     Reader(const LV2World::Access& access, const LV2PluginData& plugin, const LilvUI* ui)
@@ -42,7 +42,7 @@ class Reader {
         require(LV2_CORE__requiredFeature, "feature", LV2PluginUIFeatures::isOffered);
         require(LV2_OPTIONS__requiredOption, "option", LV2PluginUIOptions::isOffered);
         data.isFixedSize = mentions(LV2_UI__fixedSize) || mentions(LV2_UI__noUserResize);
-        data.reachesInstance = mentions(LV2_INSTANCE_ACCESS_URI) || mentions(LV2_DATA_ACCESS_URI);
+        data.accessesInstance = mentions(LV2_INSTANCE_ACCESS_URI) || mentions(LV2_DATA_ACCESS_URI);
         data.staysLoaded = mentions(kMakeResident) || mentions(kMakeNameResident);
         readNotifications(data);
         return data;
@@ -136,7 +136,7 @@ class Reader {
     const LilvUI* ui_;
 };
 
-/// The names that the kinds of a UI have in their vocabulary.
+/// Appends the short names of a UI's kinds, such as "Gtk3UI".
 void addKinds(const LilvUI* ui, std::string& kinds) {
     LILV_FOREACH(nodes, i, lilv_ui_get_classes(ui)) {
         const std::string kind = lilv_node_as_string(lilv_nodes_get(lilv_ui_get_classes(ui), i));
@@ -151,7 +151,8 @@ NSError pluginUIError(LV2ErrorCode code, const std::string& plugin, const std::s
             "The UI of <" + plugin + "> cannot be shown: " + reason + "."};
 }
 
-LV2PluginUIData LV2PluginUIData::read(const LV2World::Access& access, const LV2PluginData& plugin) {
+LV2PluginUIData LV2PluginUIData::read(LV2World& world, const LV2PluginData& plugin) {
+    const LV2World::Access access(world);
     const auto* found = access.plugin(plugin.uri);
     const std::unique_ptr<LilvUIs, void (*)(LilvUIs*)> uis(
         found == nullptr ? nullptr : lilv_plugin_get_uis(found), lilv_uis_free);

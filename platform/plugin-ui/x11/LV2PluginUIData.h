@@ -13,21 +13,21 @@ namespace orvalo {
 /// The error "The UI of <plugin> cannot be shown: reason.". reason: a clause without a full stop.
 NSError pluginUIError(LV2ErrorCode code, const std::string& plugin, const std::string& reason);
 
-/// What the data say of a plug-in's X11 UI, checked: everything that it needs is there.
+/// What the data say of a plug-in's X11 UI. The host has all that the UI requires.
 struct LV2PluginUIData {
     std::string plugin;
     std::string uri;
     std::string title;                         ///< The plug-in's name.
     std::string bundle;                        ///< The path of its bundle.
     std::string binary;                        ///< The path of its shared library.
-    std::vector<std::uint32_t> notifiedPorts;  ///< Sequence outputs whose events it wants.
+    std::vector<std::uint32_t> notifiedPorts;  ///< Sequence outputs whose events it gets.
     bool isFixedSize = false;
-    bool reachesInstance = false;  ///< It may use the plug-in's instance directly.
-    bool staysLoaded = false;      ///< Its library must not be unloaded.
+    bool accessesInstance = false;  ///< The UI uses the plug-in's instance directly.
+    bool staysLoaded = false;       ///< Its library must not be unloaded.
 
-    /// Throws NSError: no X11 UI (with the kinds that there are), a required feature or
-    /// option that is not offered (by its URI), broken data, no library.
-    static LV2PluginUIData read(const LV2World::Access& access, const LV2PluginData& plugin);
+    /// Throws NSError that names the kinds of UIs where none is an X11 UI, a required feature or
+    /// option that the host does not offer, broken data, or the lack of a library.
+    static LV2PluginUIData read(LV2World& world, const LV2PluginData& plugin);
 };
 
 }  // namespace orvalo

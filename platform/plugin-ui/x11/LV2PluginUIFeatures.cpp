@@ -13,6 +13,7 @@
 #include "platform/audio/lv2/LV2Features.h"
 #include "platform/audio/lv2/LV2Options.h"
 #include "platform/audio/lv2/URIDMap.h"
+#include "platform/plugin-ui/x11/LV2PluginUI.h"
 
 namespace orvalo {
 
@@ -30,13 +31,14 @@ LV2_Options_Option number(const char* key, const float& value) {
 
 }  // namespace
 
-LV2PluginUIOptions::LV2PluginUIOptions(Values values)
-    : sampleRate_(static_cast<float>(values.sampleRate)),
-      updateRate_(static_cast<float>(values.updateRate)),
-      scaleFactor_(static_cast<float>(values.scaleFactor)),
-      sequenceSize_(static_cast<std::int32_t>(values.sequenceSize)),
-      windowTitle_(std::move(values.windowTitle)),
-      contextName_(std::move(values.contextName)),
+LV2PluginUIOptions::LV2PluginUIOptions(const LV2LocalAudioUnit& unit, const LV2PluginUIData& data,
+                                       double scaleFactor)
+    : sampleRate_(static_cast<float>(unit.sampleRate())),
+      updateRate_(static_cast<float>(LV2PluginUI::kUpdateRate)),
+      scaleFactor_(static_cast<float>(scaleFactor)),
+      sequenceSize_(static_cast<std::int32_t>(unit.data().sequenceSize)),
+      windowTitle_(data.title),
+      contextName_(unit.contextName()),
       options_{
           number(LV2_PARAMETERS__sampleRate, sampleRate_),
           number(LV2_UI__updateRate, updateRate_),

@@ -12,23 +12,18 @@
 
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/audio/lv2/LV2Log.h"
+#include "platform/plugin-ui/x11/LV2PluginUIData.h"
 #include "platform/plugin-ui/x11/X11Geometry.h"
 
 namespace orvalo {
 
-/// The options that a UI is made with. Must outlive the UI.
+/// The options that a UI is made with: the sample rate and the rate of updates (Hz), the scale of
+/// the screen, the size of the largest sequence buffer (bytes), the window's title and the
+/// context's name. Must outlive the UI.
 class LV2PluginUIOptions {
   public:
-    struct Values {
-        double sampleRate;   ///< Hz.
-        double updateRate;   ///< How often the UI gets changes, in Hz.
-        double scaleFactor;  ///< Of the screen.
-        std::string windowTitle;
-        std::uint32_t sequenceSize;  ///< Of the largest sequence buffer, in bytes.
-        std::string contextName;
-    };
-
-    explicit LV2PluginUIOptions(Values values);
+    LV2PluginUIOptions(const LV2LocalAudioUnit& unit, const LV2PluginUIData& data,
+                       double scaleFactor);
     LV2PluginUIOptions(const LV2PluginUIOptions&) = delete;
     LV2PluginUIOptions& operator=(const LV2PluginUIOptions&) = delete;
 

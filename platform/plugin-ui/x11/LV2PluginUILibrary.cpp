@@ -15,9 +15,9 @@ bool holds(void* library, const std::string& uri) {
     if (entry == nullptr) {
         return false;
     }
-    // A library that answers every index would be asked for ever.
-    constexpr std::uint32_t most = 1024;
-    for (std::uint32_t index = 0; index < most; ++index) {
+    // Against a library that returns a descriptor for every index.
+    constexpr std::uint32_t maximum = 1024;
+    for (std::uint32_t index = 0; index < maximum; ++index) {
         const auto* descriptor = entry(index);
         if (descriptor == nullptr) {
             return false;
@@ -37,8 +37,8 @@ LV2PluginUILibrary::LV2PluginUILibrary(const LV2PluginUIData& data) {
         throw pluginUIError(LV2ErrorCode::noLibrary, data.plugin,
                             "its library " + data.binary + " is missing");
     }
-    const int residence = data.staysLoaded ? RTLD_NODELETE : 0;
-    library_ = dlopen(data.binary.c_str(), RTLD_NOW | RTLD_LOCAL | residence);
+    const int unloading = data.staysLoaded ? RTLD_NODELETE : 0;
+    library_ = dlopen(data.binary.c_str(), RTLD_NOW | RTLD_LOCAL | unloading);
     if (library_ == nullptr) {
         // The text is per thread.
         const char* reason = dlerror();  // NOLINT(concurrency-mt-unsafe)

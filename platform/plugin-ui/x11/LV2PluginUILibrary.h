@@ -4,12 +4,12 @@
 
 namespace orvalo {
 
-/// A UI's shared library, loaded and held for the object's life, so that what is wrong with
-/// it is known, and can be said in words, before the UI is to be shown.
+/// A UI's shared library, loaded for the object's life, so that an error in it is reported before
+/// the UI is opened.
 class LV2PluginUILibrary {
   public:
-    /// Throws NSError that names the plug-in: no such file, a library that does not load, or one
-    /// that does not hold the UI.
+    /// Throws NSError that names the plug-in: the file is missing, does not load, or does not hold
+    /// the UI.
     explicit LV2PluginUILibrary(const LV2PluginUIData& data);
     ~LV2PluginUILibrary();
     LV2PluginUILibrary(const LV2PluginUILibrary&) = delete;

@@ -10,13 +10,13 @@ namespace orvalo {
 
 namespace {
 
-/// Has the presses of all buttons reported, also those that others get. Returns XInput's opcode; 0
+/// Selects the presses of all buttons, also in other clients' windows. Returns XInput's opcode; 0
 /// where the server has no XInput 2.
 int selectPresses(Display* display) {
     int opcode = 0;
     int event = 0;
     int error = 0;
-    // Before 2.1 presses were not reported while somebody else has grabbed the pointer.
+    // Before 2.1 a pointer grab of another client hides presses.
     int major = 2;
     int minor = 1;
     if (XQueryExtension(display, "XInputExtension", &opcode, &event, &error) == False ||
@@ -32,7 +32,7 @@ int selectPresses(Display* display) {
 
 }  // namespace
 
-/// Ready when there is an event, read or not.
+/// Ready when there is an event, in the socket or in Xlib's queue.
 struct X11Connection::Source {
     GSource source;
     X11Connection* connection;
@@ -45,7 +45,7 @@ struct X11Connection::Source {
         return check(source);
     }
     static gboolean check(GSource* source) {
-        // Sends what waits, too.
+        // XPending() also sends the requests that wait.
         return XPending(of(source).display_) > 0 ? TRUE : FALSE;
     }
     static gboolean dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*data*/) {
@@ -60,9 +60,9 @@ std::shared_ptr<X11Connection> X11Connection::open(const std::string& display) {
 }
 
 X11Connection::X11Connection(Display* display) : display_(display) {
-    X11Errors::takeOver();
+    X11Errors::installHandler();
     X11Errors::ignore(display_, true);
-    // A server that goes must not end a process that does more than show windows.
+    // Xlib would end the process when the server ends.
     XSetIOErrorExitHandler(
         display_,
         [](Display* /*lost*/, void* self) {
@@ -73,7 +73,7 @@ X11Connection::X11Connection(Display* display) : display_(display) {
                                   nullptr,         nullptr,       nullptr};
     source_.reset(g_source_new(&functions, sizeof(Source)));
     reinterpret_cast<Source*>(source_.get())->connection = this;
-    // Below the toolkit's drawing, which stands at 120, so that no UI can hold it up.
+    // Below GTK's drawing, which has 120, so that a UI cannot hold it up.
     constexpr int kPriority = 125;
     g_source_set_priority(source_.get(), kPriority);
     g_source_add_unix_fd(source_.get(), XConnectionNumber(display_), G_IO_IN);
@@ -82,7 +82,7 @@ X11Connection::X11Connection(Display* display) : display_(display) {
 
 X11Connection::~X11Connection() {
     g_source_destroy(source_.get());
-    // Errors of the last requests still come.
+    // Waits for the errors of the last requests.
     XSync(display_, True);
     X11Errors::ignore(display_, false);
     XCloseDisplay(display_);
@@ -93,15 +93,14 @@ void X11Connection::setHandler(unsigned long window, Handler handler) {
 }
 
 void X11Connection::dispatch() {
-    // A handler may let go of it.
+    // A handler may release the connection.
     const auto self = shared_from_this();
-    // No more than what is here already: a UI that draws without end must not hold the
-    // loop.
+    // Only events that are here already, so that a UI that draws without end cannot hold the loop.
     for (int count = XPending(display_); count > 0; --count) {
         XEvent event;
         XNextEvent(display_, &event);
         if (event.type == GenericEvent) {
-            dispatchGeneric(event);
+            dispatchPress(event);
             continue;
         }
         const auto found = handlers_.find(event.xany.window);
@@ -119,7 +118,7 @@ void X11Connection::setPressHandler(const void* owner, std::function<void()> han
     pressHandlers_.insert_or_assign(owner, std::move(handler));
 }
 
-void X11Connection::dispatchGeneric(XEvent& event) {
+void X11Connection::dispatchPress(XEvent& event) {
     auto& cookie = event.xcookie;
     if (cookie.extension != inputExtension_ || cookie.evtype != XI_RawButtonPress ||
         XGetEventData(display_, &cookie) == False) {
@@ -127,7 +126,7 @@ void X11Connection::dispatchGeneric(XEvent& event) {
     }
     const int button = static_cast<const XIRawEvent*>(cookie.data)->detail;
     XFreeEventData(display_, &cookie);
-    // The wheel's two directions, each way.
+    // Buttons 4 to 7 are the wheel's.
     constexpr int kWheelRight = 7;
     if (button >= static_cast<int>(Button4) && button <= kWheelRight) {
         return;

@@ -12,40 +12,38 @@ using XEvent = union _XEvent;  // NOLINT(bugprone-reserved-identifier): Xlib's o
 
 namespace orvalo {
 
-/// The host's own connection to an X server, apart from the toolkit's. The main run loop brings its
-/// events; its errors are ignored, because other people's windows can go at any time. When the
-/// server itself goes, it brings no more events. Main thread.
+/// The host's own connection to an X server, beside the toolkit's. The main run loop delivers its
+/// events; its errors are ignored, because a UI's windows may go at any time. When the server ends,
+/// there are no more events. Main thread.
 class X11Connection : public std::enable_shared_from_this<X11Connection> {
   public:
     using Handler = std::function<void(const XEvent&)>;
 
-    /// display: the server's name, as in DISPLAY. Null when there is no such server.
+    /// display: the server's name, as in DISPLAY, which counts where it is empty. Null when the
+    /// server cannot be reached.
     static std::shared_ptr<X11Connection> open(const std::string& display);
-    /// Its windows go with it.
+    /// Its windows are destroyed with it.
     ~X11Connection();
     X11Connection(const X11Connection&) = delete;
     X11Connection& operator=(const X11Connection&) = delete;
 
     Display* display() const { return display_; }
 
-    /// Has the events reported for a window go to a handler, which may stop that itself. One
-    /// handler a window.
+    /// Sets the handler of a window's events, which may remove itself. One handler a window.
     void setHandler(unsigned long window, Handler handler);
     void removeHandler(unsigned long window) { handlers_.erase(window); }
 
-    /// Has a handler called whenever a button is pressed anywhere on the screen, whoever gets the
-    /// press; the wheel is no button. One handler an owner. Where the server has no XInput 2, no
-    /// press is reported.
+    /// Sets a handler of button presses anywhere on the screen, in the windows of all clients,
+    /// without the wheel's. One handler an owner. Never called where the server has no XInput 2.
     void setPressHandler(const void* owner, std::function<void()> handler);
     void removePressHandler(const void* owner) { pressHandlers_.erase(owner); }
 
-    /// Whether the window is that other one or inside it. Asks the server.
+    /// Whether the window is the other one or inside it. Asks the server.
     bool isInside(unsigned long window, unsigned long other) const;
 
-    /// Where the pointer is, and what it does.
     struct Pointer {
-        bool isInside;      ///< In that window or a window in it, with nothing above.
-        bool isButtonHeld;  ///< Any of the first three.
+        bool isInside;      ///< The window or one in it is under the pointer.
+        bool isButtonHeld;  ///< One of the first three.
     };
     /// Asks the server.
     Pointer pointer(unsigned long window) const;
@@ -54,7 +52,7 @@ class X11Connection : public std::enable_shared_from_this<X11Connection> {
     explicit X11Connection(Display* display);
 
     void dispatch();
-    void dispatchGeneric(XEvent& event);
+    void dispatchPress(XEvent& event);
 
     struct Source;
 
@@ -62,7 +60,7 @@ class X11Connection : public std::enable_shared_from_this<X11Connection> {
     GSourcePointer source_;
     std::map<unsigned long, Handler> handlers_;
     std::map<const void*, std::function<void()>> pressHandlers_;
-    int inputExtension_ = 0;  // Its major opcode; 0 without it, and until a press handler is set.
+    int inputExtension_ = 0;  // XInput's major opcode; 0 without it or a press handler.
 };
 
 }  // namespace orvalo

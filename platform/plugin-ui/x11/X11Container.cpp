@@ -11,44 +11,44 @@ namespace orvalo {
 
 namespace {
 
-constexpr long kOwnEvents = StructureNotifyMask | SubstructureNotifyMask | EnterWindowMask |
-                            LeaveWindowMask | FocusChangeMask;
+constexpr long kContainerEvents = StructureNotifyMask | SubstructureNotifyMask | EnterWindowMask |
+                                  LeaveWindowMask | FocusChangeMask;
 
-unsigned extent(int value) {
+unsigned pixels(int value) {
     return static_cast<unsigned>(std::clamp(value, 1, X11SizeRules::kNoLimit));
 }
 
 }  // namespace
 
-X11Container::HeldWindow::~HeldWindow() {
+X11Container::OwnedWindow::~OwnedWindow() {
     XDestroyWindow(connection->display(), id);
     XFlush(connection->display());
 }
 
 X11Container::X11Container(std::shared_ptr<X11Connection> connection, unsigned long parent,
                            X11Size initial)
-    : connection_(std::move(connection)), frame_{0, 0, initial.width, initial.height} {
+    : connection_(std::move(connection)), rect_{0, 0, initial.width, initial.height} {
     auto* display = connection_->display();
     const int screen = DefaultScreen(display);
-    // The toplevel may have a visual with transparency, which UIs do not expect to inherit.
+    // UIs do not expect the transparent visual that the toplevel may have.
     XSetWindowAttributes attributes{};
     attributes.background_pixel = BlackPixel(display, screen);
     attributes.border_pixel = 0;
     attributes.colormap = DefaultColormap(display, screen);
-    attributes.event_mask = kOwnEvents;
-    const auto made =
-        XCreateWindow(display, parent, 0, 0, extent(initial.width), extent(initial.height), 0,
+    attributes.event_mask = kContainerEvents;
+    const auto created =
+        XCreateWindow(display, parent, 0, 0, pixels(initial.width), pixels(initial.height), 0,
                       DefaultDepth(display, screen), InputOutput, DefaultVisual(display, screen),
                       CWBackPixel | CWBorderPixel | CWColormap | CWEventMask, &attributes);
-    window_ = std::make_shared<HeldWindow>(connection_, made);
-    connection_->setHandler(made, [this](const XEvent& event) { handle(event); });
-    keyboard_ = std::make_unique<X11Keyboard>(connection_, parent, made);
+    window_ = std::make_shared<OwnedWindow>(connection_, created);
+    connection_->setHandler(created, [this](const XEvent& event) { handle(event); });
+    keyboard_ = std::make_unique<X11Keyboard>(connection_, parent, created);
     keyboard_->onUnusedKey = [this](const X11Key& key) {
-        if (const auto take = onUnusedKey) {
-            take(key);
+        if (const auto use = onUnusedKey) {
+            use(key);
         }
     };
-    // UIs use it over their own connections.
+    // The UI uses the window over its own connection.
     XSync(display, False);
 }
 
@@ -59,7 +59,7 @@ X11Container::~X11Container() {
 }
 
 void X11Container::adopt(unsigned long child) {
-    isOpen_ = true;
+    adoptsWindows_ = true;
     auto* display = connection_->display();
     Window root = 0;
     Window parent = 0;
@@ -81,90 +81,90 @@ void X11Container::adopt(unsigned long child) {
         XSelectInput(display, child_, NoEventMask);
     }
     child_ = found;
-    given_ = {attributes.x, attributes.y, attributes.width, attributes.height};
-    if (rules_.wanted == X11Size{}) {
-        rules_.wanted = given_.size();
+    childRect_ = {attributes.x, attributes.y, attributes.width, attributes.height};
+    if (rules_.requested == X11Size{}) {
+        rules_.requested = childRect_.size();
     }
     XSelectInput(display, child_, PropertyChangeMask);
     connection_->setHandler(child_, [this](const XEvent& event) { handleChild(event); });
-    // Only from now on: a UI may wait for its window to be mapped while it is made.
-    XSelectInput(display, window(), kOwnEvents | SubstructureRedirectMask);
+    // Not earlier: a UI may wait, while it is made, for its window to be mapped.
+    XSelectInput(display, window(), kContainerEvents | SubstructureRedirectMask);
     XMapWindow(display, child_);
     readHints();
-    lay();
+    layOut();
     if (onRules) {
         onRules();
     }
 }
 
 void X11Container::release() {
-    isOpen_ = false;
+    adoptsWindows_ = false;
     if (child_ != 0) {
-        keyboard_->takeBack();
+        keyboard_->restoreFocus();
         connection_->removeHandler(child_);
-        XSelectInput(connection_->display(), window(), kOwnEvents);
+        XSelectInput(connection_->display(), window(), kContainerEvents);
         child_ = 0;
     }
     const bool isStatedFixed = rules_.isStatedFixed;
     rules_ = X11SizeRules();
     rules_.isStatedFixed = isStatedFixed;
-    given_ = {};
-    lay();
-    // The UI's own connection must find the window unmapped.
+    childRect_ = {};
+    layOut();
+    // The UI, over its own connection, must find the window unmapped.
     XSync(connection_->display(), False);
 }
 
 void X11Container::place(const X11Rect& area, const X11Rect& visible) {
     area_ = area;
-    seen_ = visible;
-    lay();
+    visiblePart_ = visible;
+    layOut();
 }
 
 void X11Container::setVisible(bool isVisible) {
     isVisible_ = isVisible;
     if (!isVisible) {
-        keyboard_->takeBack();
+        keyboard_->restoreFocus();
     }
-    lay();
+    layOut();
 }
 
 void X11Container::requestSize(X11Size size) {
-    if (size.width < 1 || size.height < 1 || size == rules_.wanted) {
+    if (size.width < 1 || size.height < 1 || size == rules_.requested) {
         return;
     }
-    rules_.wanted = size;
-    lay();
+    rules_.requested = size;
+    layOut();
     if (onRules && child_ != 0) {
         onRules();
     }
 }
 
-void X11Container::lay() {
+void X11Container::layOut() {
     auto* display = connection_->display();
     const auto size = rules_.fit(area_.size());
     const X11Rect whole{area_.x + std::max(0, (area_.width - size.width) / 2),
                         area_.y + std::max(0, (area_.height - size.height) / 2), size.width,
                         size.height};
-    const auto frame = intersection(whole, seen_);
-    const bool isMapped = isVisible_ && child_ != 0 && !frame.isEmpty();
+    const auto rect = intersection(whole, visiblePart_);
+    const bool isMapped = isVisible_ && child_ != 0 && !rect.isEmpty();
     if (!isMapped && isMapped_) {
         XUnmapWindow(display, window());
     }
-    if (child_ != 0 && !frame.isEmpty()) {
-        if (frame != frame_) {
-            XMoveResizeWindow(display, window(), frame.x, frame.y, extent(frame.width),
-                              extent(frame.height));
-            frame_ = frame;
+    if (child_ != 0 && !rect.isEmpty()) {
+        if (rect != rect_) {
+            XMoveResizeWindow(display, window(), rect.x, rect.y, pixels(rect.width),
+                              pixels(rect.height));
+            rect_ = rect;
         }
-        const X11Rect given{whole.x - frame.x, whole.y - frame.y, whole.width, whole.height};
-        const bool isResized = given.size() != given_.size();
-        if (given != given_) {
-            XMoveResizeWindow(display, child_, given.x, given.y, extent(given.width),
-                              extent(given.height));
-            given_ = given;
+        const X11Rect child{whole.x - rect.x, whole.y - rect.y, whole.width, whole.height};
+        const bool isResized = child.size() != childRect_.size();
+        if (child != childRect_) {
+            XMoveResizeWindow(display, child_, child.x, child.y, pixels(child.width),
+                              pixels(child.height));
+            childRect_ = child;
         }
         if (isResized && onSize) {
-            onSize(given.size());
+            onSize(child.size());
         }
     }
     if (isMapped && !isMapped_) {
@@ -213,14 +213,14 @@ void X11Container::handle(const XEvent& event) {
             break;
         case ConfigureRequest: {
             const auto& request = event.xconfigurerequest;
-            constexpr unsigned long kExtent = CWWidth | CWHeight;
-            if (request.window == child_ && (request.value_mask & kExtent) != 0) {
+            constexpr unsigned long kSize = CWWidth | CWHeight;
+            if (request.window == child_ && (request.value_mask & kSize) != 0) {
                 requestSize({request.width, request.height});
             }
             if (request.window == child_) {
-                answer();
+                sendConfigureNotify();
             } else {
-                // Other windows of the UI are its own affair, as are their errors.
+                // The UI places its other windows itself.
                 XWindowChanges changes{};
                 changes.x = request.x;
                 changes.y = request.y;
@@ -235,8 +235,8 @@ void X11Container::handle(const XEvent& event) {
             break;
         }
         case CreateNotify:
-            // Some UIs make their window in a thread of their own, or later.
-            if (isOpen_ && child_ == 0) {
+            // Some UIs create their window later, or in a thread of their own.
+            if (adoptsWindows_ && child_ == 0) {
                 adopt(event.xcreatewindow.window);
             }
             break;
@@ -254,8 +254,8 @@ void X11Container::handle(const XEvent& event) {
             if ((isChild || isOwn) && child_ != 0) {
                 connection_->removeHandler(child_);
                 child_ = 0;
-                lay();
-                // It may end the container, and itself with it.
+                layOut();
+                // A copy, because the call may destroy the container.
                 if (const auto gone = onGone) {
                     gone();
                 }
@@ -270,23 +270,23 @@ void X11Container::handle(const XEvent& event) {
 void X11Container::handleChild(const XEvent& event) {
     if (event.type == PropertyNotify && event.xproperty.atom == XA_WM_NORMAL_HINTS) {
         readHints();
-        lay();
+        layOut();
         if (onRules) {
             onRules();
         }
     }
 }
 
-void X11Container::answer() {
-    // Also where nothing has changed: the UI waits to be told (ICCCM 4.1.5).
+void X11Container::sendConfigureNotify() {
+    // Also where nothing has changed, because the UI waits for it (ICCCM 4.1.5).
     XEvent event{};
     event.xconfigure.type = ConfigureNotify;
     event.xconfigure.event = child_;
     event.xconfigure.window = child_;
-    event.xconfigure.x = given_.x;
-    event.xconfigure.y = given_.y;
-    event.xconfigure.width = given_.width;
-    event.xconfigure.height = given_.height;
+    event.xconfigure.x = childRect_.x;
+    event.xconfigure.y = childRect_.y;
+    event.xconfigure.width = childRect_.width;
+    event.xconfigure.height = childRect_.height;
     XSendEvent(connection_->display(), child_, False, StructureNotifyMask, &event);
     XFlush(connection_->display());
 }

@@ -12,18 +12,18 @@ namespace orvalo {
 
 namespace {
 
-struct Known {
+struct State {
     std::mutex mutex;
     std::set<Display*> ignored;
     std::set<Display*> toolkits;
     std::set<std::pair<int, int>> reported;  // Error code and request code.
-    XErrorHandler before = nullptr;
+    XErrorHandler previous = nullptr;
 };
 
-Known& known() {
-    // Never destroyed: errors may come as long as the process lives.
-    static auto* const all = new Known;
-    return *all;
+State& state() {
+    // Never destroyed, because errors may come until the process ends.
+    static auto* const shared = new State;
+    return *shared;
 }
 
 void report(Display* display, const XErrorEvent& error) {
@@ -34,21 +34,21 @@ void report(Display* display, const XErrorEvent& error) {
 }
 
 int handle(Display* display, XErrorEvent* error) {
-    auto& all = known();
-    XErrorHandler before = nullptr;
+    auto& shared = state();
+    XErrorHandler previous = nullptr;
     {
-        const std::scoped_lock lock(all.mutex);
-        if (all.ignored.contains(display)) {
+        const std::scoped_lock lock(shared.mutex);
+        if (shared.ignored.contains(display)) {
             return 0;
         }
-        if (all.toolkits.contains(display)) {
-            before = all.before;
-        } else if (!all.reported.insert({error->error_code, error->request_code}).second) {
+        if (shared.toolkits.contains(display)) {
+            previous = shared.previous;
+        } else if (!shared.reported.insert({error->error_code, error->request_code}).second) {
             return 0;
         }
     }
-    if (before != nullptr) {
-        return before(display, error);
+    if (previous != nullptr) {
+        return previous(display, error);
     }
     report(display, *error);
     return 0;
@@ -56,30 +56,30 @@ int handle(Display* display, XErrorEvent* error) {
 
 }  // namespace
 
-void X11Errors::takeOver() {
-    const auto before = XSetErrorHandler(handle);
-    auto& all = known();
-    const std::scoped_lock lock(all.mutex);
-    // What a UI set is not what the toolkit counts on.
-    if (all.before == nullptr && before != handle) {
-        all.before = before;
+void X11Errors::installHandler() {
+    const auto previous = XSetErrorHandler(handle);
+    auto& shared = state();
+    const std::scoped_lock lock(shared.mutex);
+    // Only the first can be the one that the toolkit relies on; later ones are of UIs.
+    if (shared.previous == nullptr && previous != handle) {
+        shared.previous = previous;
     }
 }
 
 void X11Errors::ignore(Display* display, bool isIgnored) {
-    auto& all = known();
-    const std::scoped_lock lock(all.mutex);
+    auto& shared = state();
+    const std::scoped_lock lock(shared.mutex);
     if (isIgnored) {
-        all.ignored.insert(display);
+        shared.ignored.insert(display);
     } else {
-        all.ignored.erase(display);
+        shared.ignored.erase(display);
     }
 }
 
 void X11Errors::leaveToToolkit(Display* display) {
-    auto& all = known();
-    const std::scoped_lock lock(all.mutex);
-    all.toolkits.insert(display);
+    auto& shared = state();
+    const std::scoped_lock lock(shared.mutex);
+    shared.toolkits.insert(display);
 }
 
 }  // namespace orvalo

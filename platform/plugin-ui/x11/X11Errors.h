@@ -4,18 +4,17 @@ using Display = struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib
 
 namespace orvalo {
 
-/// Takes the deadliness out of X errors, which end a process unless somebody handles them. Errors
-/// of the host's own connections are expected, because the windows of a UI can go at any
-/// time, and ignored. Errors of the toolkit's connection are left to who handled them before.
-/// Errors of other connections, which UIs open for themselves, are reported as a warning,
-/// one of each kind, and ignored. Any thread.
+/// The process's handler of X errors; Xlib's own ends the process. Errors of the host's connections
+/// are ignored: a UI's windows may go at any time. Errors of the toolkit's connection go to the
+/// previous handler. Errors of other connections, which UIs open, are logged as a warning, once for
+/// each kind, and ignored. Any thread.
 class X11Errors {
   public:
-    /// Takes over, also where a UI has set a handler of its own.
-    static void takeOver();
-    /// Has the errors of a connection ignored, or again not.
+    /// Also replaces a handler that a UI has installed.
+    static void installHandler();
+    /// Ignores the errors of a connection, or no longer.
     static void ignore(Display* display, bool isIgnored);
-    /// Leaves the errors of a connection to the handler from before.
+    /// Leaves the errors of a connection to the previous handler.
     static void leaveToToolkit(Display* display);
 };
 

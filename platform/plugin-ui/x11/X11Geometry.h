@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// An extent in an X server's pixels.
+/// A size in the X server's pixels.
 struct X11Size {
     int width = 0;
     int height = 0;
@@ -12,7 +12,7 @@ struct X11Size {
     friend bool operator==(const X11Size&, const X11Size&) = default;
 };
 
-/// A rectangle in an X server's pixels, from the top left.
+/// A rectangle in the X server's pixels, from the top left.
 struct X11Rect {
     int x = 0;
     int y = 0;
@@ -25,7 +25,7 @@ struct X11Rect {
     friend bool operator==(const X11Rect&, const X11Rect&) = default;
 };
 
-/// What both have in common; empty when that is nothing.
+/// The common part; empty when there is none.
 inline X11Rect intersection(const X11Rect& one, const X11Rect& other) {
     const int left = std::max(one.x, other.x);
     const int top = std::max(one.y, other.y);

@@ -8,9 +8,9 @@ namespace orvalo {
 
 namespace {
 
-/// Whether the focus itself has moved, not only a grab of the keyboard, and not only the pointer's
-/// share in it.
-bool isMoveOfFocus(const XFocusChangeEvent& event) {
+/// Whether the focus window has changed, rather than a grab of the keyboard or the window that the
+/// pointer makes the focus.
+bool isFocusMove(const XFocusChangeEvent& event) {
     const bool isOfGrab = event.mode == NotifyGrab || event.mode == NotifyUngrab;
     return !isOfGrab && event.detail != NotifyPointer && event.detail != NotifyPointerRoot;
 }
@@ -20,22 +20,23 @@ bool isMoveOfFocus(const XFocusChangeEvent& event) {
 X11Keyboard::X11Keyboard(std::shared_ptr<X11Connection> connection, unsigned long toplevel,
                          unsigned long container)
     : connection_(std::move(connection)), toplevel_(toplevel), container_(container) {
-    // After a click the window manager gives the focus to the toplevel, and the toolkit takes it on
-    // from there. Keys are sent on with the mask for keys, or with none, to who made the window.
+    // After a click the window manager focuses the toplevel, and the toolkit then focuses a window
+    // of its own: takeFocus() has to come after both. UIs send unused keys with the mask for keys,
+    // or without a mask, in which case they come to the client that created the window.
     XSelectInput(connection_->display(), toplevel_, FocusChangeMask | KeyPressMask);
     connection_->setHandler(toplevel_, [this](const XEvent& event) {
         if (event.type == FocusIn || event.type == FocusOut) {
-            give();
+            takeFocus();
         } else if (event.type == KeyPress) {
-            takeKey(event);
+            reportKey(event);
         }
     });
-    connection_->setPressHandler(this, [this] { pressed(); });
-    focus();
+    connection_->setPressHandler(this, [this] { handlePress(); });
+    updateFocus();
 }
 
 X11Keyboard::~X11Keyboard() {
-    takeBack();
+    restoreFocus();
     connection_->removePressHandler(this);
     connection_->removeHandler(toplevel_);
     XSelectInput(connection_->display(), toplevel_, NoEventMask);
@@ -44,79 +45,79 @@ X11Keyboard::~X11Keyboard() {
 void X11Keyboard::handle(const XEvent& event) {
     switch (event.type) {
         case EnterNotify:
-            focus();
+            updateFocus();
             break;
         case LeaveNotify:
-            // While a button is held or a menu is open the UI is still in use.
+            // A held button or an open menu grabs the pointer: the UI is still in use.
             if (event.xcrossing.detail != NotifyInferior && event.xcrossing.mode != NotifyGrab) {
-                takeBack();
+                restoreFocus();
             }
             break;
         case FocusIn:
-            if (!isUsed_ && isMoveOfFocus(event.xfocus)) {
-                // Touches are held buttons, but no presses.
+            if (!hasKeyboard_ && isFocusMove(event.xfocus)) {
+                // A touch holds a button but sends no press.
                 const auto pointer = connection_->pointer(container_);
-                isUsed_ = pointer.isInside && pointer.isButtonHeld;
-                if (!isUsed_) {
-                    takeBack();
+                hasKeyboard_ = pointer.isInside && pointer.isButtonHeld;
+                if (!hasKeyboard_) {
+                    restoreFocus();
                 }
             }
             break;
         case KeyPress:
-            takeKey(event);
+            reportKey(event);
             break;
         default:
             break;
     }
 }
 
-void X11Keyboard::takeKey(const XEvent& event) const {
-    // What is not sent has come to the toolkit as well.
-    if (isUsed_ && event.xkey.send_event != False) {
-        if (const auto take = onUnusedKey) {
-            take({event.xkey.keycode, event.xkey.state});
+void X11Keyboard::reportKey(const XEvent& event) const {
+    // A key that was not sent has come to the toolkit, too.
+    if (hasKeyboard_ && event.xkey.send_event != False) {
+        if (const auto use = onUnusedKey) {
+            use({event.xkey.keycode, event.xkey.state});
         }
     }
 }
 
-void X11Keyboard::pressed() {
+void X11Keyboard::handlePress() {
     if (connection_->pointer(container_).isInside) {
-        isUsed_ = true;
-        give();
-    } else if (isUsed_ && connection_->pointer(toplevel_).isInside) {
-        // Outside the toplevel it may be a menu of the UI.
-        takeBack();
+        hasKeyboard_ = true;
+        takeFocus();
+    } else if (hasKeyboard_ && connection_->pointer(toplevel_).isInside) {
+        // A press outside the toplevel may be in a menu of the UI.
+        restoreFocus();
     }
 }
 
-void X11Keyboard::give() {
-    const auto now = focus();
-    // Without a focus window the keys go where the pointer is anyway; in another toplevel they are
-    // that one's.
-    if (isUsed_ && now != None && now == before_) {
+void X11Keyboard::takeFocus() {
+    const auto now = updateFocus();
+    // Without a focus window the window under the pointer gets the keys anyway. A focus in another
+    // toplevel stays there.
+    if (hasKeyboard_ && now != None && now == previousFocus_) {
         XSetInputFocus(connection_->display(), toplevel_, RevertToParent, CurrentTime);
         XFlush(connection_->display());
     }
 }
 
-void X11Keyboard::takeBack() {
-    const auto now = focus();
+void X11Keyboard::restoreFocus() {
+    const auto now = updateFocus();
     const bool isHere = now > PointerRoot && connection_->isInside(now, container_);
-    if (isHere || (isUsed_ && now == toplevel_ && before_ != None)) {
-        XSetInputFocus(connection_->display(), before_ == None ? toplevel_ : before_,
+    if (isHere || (hasKeyboard_ && now == toplevel_ && previousFocus_ != None)) {
+        XSetInputFocus(connection_->display(), previousFocus_ == None ? toplevel_ : previousFocus_,
                        RevertToParent, CurrentTime);
         XFlush(connection_->display());
     }
-    isUsed_ = false;
+    hasKeyboard_ = false;
 }
 
-unsigned long X11Keyboard::focus() {
+unsigned long X11Keyboard::updateFocus() {
     Window now = None;
     int revert = 0;
     XGetInputFocus(connection_->display(), &now, &revert);
     if (now > PointerRoot && now != toplevel_ && !connection_->isInside(now, container_) &&
         connection_->isInside(now, toplevel_)) {
-        before_ = now;
+        previousFocus_ = now;
     }
     return now;
 }

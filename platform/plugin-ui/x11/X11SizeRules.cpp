@@ -7,7 +7,7 @@ namespace orvalo {
 
 namespace {
 
-/// Hints come from other people's windows, and may be any number.
+// Hints come from the UI, and may be any number.
 int clamped(int length, int smallest, int largest) {
     return std::min(std::max(std::min(length, largest), std::max(1, smallest)),
                     X11SizeRules::kNoLimit);
@@ -30,7 +30,7 @@ bool X11SizeRules::isFixed() const {
 
 X11Size X11SizeRules::fit(X11Size area) const {
     if (isFixed()) {
-        return clamped(wanted, *this);
+        return clamped(requested, *this);
     }
     auto size = clamped(area, *this);
     if (widest &&
@@ -43,8 +43,8 @@ X11Size X11SizeRules::fit(X11Size area) const {
     return clamped(size, *this);
 }
 
-X11Size X11SizeRules::least() const {
-    return isFixed() ? clamped(wanted, *this) : clamped({1, 1}, *this);
+X11Size X11SizeRules::minimumSize() const {
+    return isFixed() ? clamped(requested, *this) : clamped({1, 1}, *this);
 }
 
 }  // namespace orvalo

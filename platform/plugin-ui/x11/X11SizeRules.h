@@ -6,32 +6,32 @@
 
 namespace orvalo {
 
-/// The extents that a UI can be shown at: what it asked for last, and its window's hints
-/// as ICCCM 4.1.2.3 has them.
+/// The sizes that a UI can be shown at: its last request, and its window's hints as in ICCCM
+/// 4.1.2.3.
 struct X11SizeRules {
-    /// A ratio of width to height, as two whole numbers above 0.
+    /// A ratio of width to height, both above 0.
     struct Aspect {
         int width;
         int height;
     };
 
-    X11Size wanted;          ///< What the UI asked for last.
-    X11Size smallest{1, 1};  ///< As its hints say.
+    X11Size requested;       ///< By the UI, last.
+    X11Size smallest{1, 1};  ///< In the hints, as are the next three.
     X11Size largest{kNoLimit, kNoLimit};
     std::optional<Aspect> narrowest;
     std::optional<Aspect> widest;
-    bool isStatedFixed = false;  ///< The UI's data say that it cannot be resized.
+    bool isStatedFixed = false;  ///< The UI's data say that it is.
 
     /// More than any screen.
     static constexpr int kNoLimit = 32767;
 
-    /// Whether there is but one extent: that asked for.
+    /// Whether the requested size is the only one.
     bool isFixed() const;
-    /// The extent to show it at in that area, up to the limit. It is larger than the area only
-    /// where the UI cannot be smaller.
+    /// The size to show the UI at in that area, at most kNoLimit; larger than the area only where
+    /// the UI cannot be smaller.
     X11Size fit(X11Size area) const;
-    /// The least area in which it is whole.
-    X11Size least() const;
+    /// The smallest area that shows the whole UI.
+    X11Size minimumSize() const;
 };
 
 }  // namespace orvalo

@@ -2,11 +2,9 @@
 
 namespace orvalo::testing {
 
-// A window of another process.
-
-/// Whether it exists, on screen or not.
+/// Whether a window of another process exists, mapped or not.
 bool isThere(unsigned long window);
-/// Sends a message to whoever made it.
+/// Sends a ClientMessage to the client that created the window.
 void sendMessage(unsigned long window);
 
 }  // namespace orvalo::testing

@@ -28,7 +28,7 @@ constexpr X11Rect kArea{50, 40, 400, 300};
 // The toplevel stands at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
 
-/// An effect's UI in a container of this program.
+/// An effect's UI, whose host is this program.
 class ServicePluginUI : public ::testing::Test {
   protected:
     ServicePluginUI() { effect_.emplace(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:face"); }
@@ -37,7 +37,7 @@ class ServicePluginUI : public ::testing::Test {
         effect_->request.controls = {{kDeedPort, static_cast<float>(deed)}};
         effect_->mustInstantiate();
     }
-    /// What has gone wrong.
+    /// Returns the error; "" for none.
     std::string tryToOpen(unsigned long window, const std::string& display) {
         service().send(bridge::OpenPluginUI{++number_, display, window, 1.0});
         return service().answer(number_);
@@ -74,7 +74,7 @@ class ServicePluginUI : public ::testing::Test {
     std::uint32_t number_ = 0;
 };
 
-TEST_F(ServicePluginUI, StandsInTheHostsWindowUntilItIsClosed) {
+TEST_F(ServicePluginUI, IsInTheHostsWindowUntilItIsClosed) {
     make();
     open();
     EXPECT_TRUE(comesTo(window_, kOnScreen));
@@ -90,7 +90,7 @@ TEST_F(ServicePluginUI, StandsInTheHostsWindowUntilItIsClosed) {
     EXPECT_EQ(service().standardError(), "");
 }
 
-TEST_F(ServicePluginUI, SetsAControlThatTheHostSeesAtOnce) {
+TEST_F(ServicePluginUI, SetsAControlInTheSharedMemory) {
     make();
     open();
     ASSERT_TRUE(isPainted(200, 200, kColor));
@@ -98,14 +98,14 @@ TEST_F(ServicePluginUI, SetsAControlThatTheHostSeesAtOnce) {
     EXPECT_TRUE(pollUntil([this] { return control("level") == 120.0F; }));
 }
 
-TEST_F(ServicePluginUI, IsToldItsExtent) {
+TEST_F(ServicePluginUI, IsToldItsSize) {
     make();
     open();
     service().send(bridge::ResizePluginUI{345, 210});
     EXPECT_TRUE(pollUntil([this] { return control("width") == 345.0F; }));
 }
 
-TEST_F(ServicePluginUI, GetsTurnsAlsoWhileItIsHidden) {
+TEST_F(ServicePluginUI, IsUpdatedAlsoWhileItIsHidden) {
     make();
     open();
     service().send(bridge::ShowPluginUI{false});
@@ -114,7 +114,7 @@ TEST_F(ServicePluginUI, GetsTurnsAlsoWhileItIsHidden) {
     EXPECT_TRUE(pollUntil([=, this] { return control("turns") >= turns + 2; }));
 }
 
-TEST_F(ServicePluginUI, SaysWhatExtentItWants) {
+TEST_F(ServicePluginUI, RequestsASize) {
     make(FaceDeed::askForSize);
     open();
     const auto wish = service().await<bridge::PluginUIResizeRequest>();
@@ -122,7 +122,7 @@ TEST_F(ServicePluginUI, SaysWhatExtentItWants) {
     EXPECT_EQ(wish.height, 321);
 }
 
-TEST_F(ServicePluginUI, SaysThatItHasClosedItselfAndGetsNoMoreTurns) {
+TEST_F(ServicePluginUI, ReportsThatItHasClosedItselfAndIsNotUpdatedAnyMore) {
     make(FaceDeed::close);
     open();
     EXPECT_EQ(service().await<bridge::PluginUIClosed>().reason, "it has closed itself");
@@ -136,24 +136,24 @@ TEST_F(ServicePluginUI, SaysThatItHasClosedItselfAndGetsNoMoreTurns) {
     close();
 }
 
-TEST_F(ServicePluginUI, ThatIsClosedInsideItsOwnTurnLivesUntilThatIsOver) {
+TEST_F(ServicePluginUI, IsCleanedUpWhenItsUpdateReturns) {
     make(FaceDeed::nest);
     open();
-    // It is in its turn from then on.
+    // From now on the UI is inside of its update.
     service().await<bridge::PluginUIResizeRequest>();
     close();
     EXPECT_TRUE(isThere(window_));
     sendMessage(window_);
     EXPECT_TRUE(pollUntil([this] { return !isThere(window_); }));
     ping();
-    // Nobody asked for it any more when it closed itself.
+    // The host closed the UI before it closed itself.
     EXPECT_TRUE(service().takePassed<bridge::PluginUIClosed>().empty());
     open();
     EXPECT_TRUE(comesTo(window_, kOnScreen));
     EXPECT_EQ(service().standardError(), "");
 }
 
-TEST_F(ServicePluginUI, IsOpenedAnewWhenItsInstanceIsReplaced) {
+TEST_F(ServicePluginUI, ReportsThatItIsOutdatedWhenItsInstanceIsReplaced) {
     make();
     open();
     ASSERT_TRUE(comesTo(window_, kOnScreen));
@@ -168,7 +168,7 @@ TEST_F(ServicePluginUI, IsOpenedAnewWhenItsInstanceIsReplaced) {
     EXPECT_TRUE(pollUntil([this] { return control("level") == 30.0F; }));
 }
 
-TEST_F(ServicePluginUI, SurvivesItsErrorsAndReportsThem) {
+TEST_F(ServicePluginUI, SurvivesItsXErrorsAndLogsThem) {
     make(FaceDeed::badWindow);
     open();
     ASSERT_TRUE(pollUntil([this] { return control("turns") > 2.0F; }));
@@ -188,7 +188,7 @@ TEST_F(ServicePluginUI, SurvivesTheLossOfTheHostsWindow) {
     ping();
 }
 
-TEST_F(ServicePluginUI, SaysWhyItCannotBeOpened) {
+TEST_F(ServicePluginUI, ReportsWhyItCannotBeOpened) {
     make();
     EXPECT_THAT(tryToOpen(toplevel_.window(), ":4000"),
                 HasSubstr("the X server \":4000\" cannot be reached"));
@@ -197,7 +197,7 @@ TEST_F(ServicePluginUI, SaysWhyItCannotBeOpened) {
     EXPECT_TRUE(comesTo(window_, kOnScreen));
 }
 
-TEST_F(ServicePluginUI, OutlivesTheServerThatItsEnvironmentNames) {
+TEST_F(ServicePluginUI, OpensAlsoAfterTheXServerOfItsEnvironmentEnded) {
     std::optional<XServer> server(std::in_place);
     effect_.emplace(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:face");
     make();
@@ -211,7 +211,7 @@ TEST_F(ServicePluginUI, OutlivesTheServerThatItsEnvironmentNames) {
     EXPECT_TRUE(comesTo(window_, kOnScreen));
 }
 
-TEST_F(ServicePluginUI, SaysThatThereIsNone) {
+TEST_F(ServicePluginUI, ReportsThatAnEffectHasNoUI) {
     effect_.emplace(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect_->mustInstantiate();
     EXPECT_THAT(tryToOpen(toplevel_.window(), display_), HasSubstr("urn:orvalo:zoo:probe"));
@@ -219,13 +219,13 @@ TEST_F(ServicePluginUI, SaysThatThereIsNone) {
     EXPECT_EQ(service().answer(77), "");
 }
 
-TEST_F(ServicePluginUI, TakesTheProcessAlongWhenItLeaves) {
+TEST_F(ServicePluginUI, EndsTheServiceWhenItExits) {
     make(FaceDeed::leave);
     open();
     EXPECT_EQ(service().waitForEnd(), 7);
 }
 
-TEST_F(ServicePluginUI, OfOrvaloShowsItself) {
+TEST_F(ServicePluginUI, OfOrvaloIsDrawn) {
     effect_.emplace(ORVALO_STAGE "/lib/lv2", "urn:tessaly:orvalo");
     effect_->mustInstantiate();
     open();

@@ -76,8 +76,8 @@ struct Ping {
     ORVALO_BRIDGE_FIELDS(number)
 };
 
-/// Makes the UI inside the host's window, hidden. Answered by PluginUIOpened and Done, or
-/// by Done with the reason why not.
+/// Creates the UI inside the host's window, hidden. Answered by PluginUIOpened and Done, or by Done
+/// with an error.
 struct OpenPluginUI {
     std::uint32_t number = 0;
     std::string display;
@@ -86,7 +86,7 @@ struct OpenPluginUI {
     ORVALO_BRIDGE_FIELDS(number, display, window, scaleFactor)
 };
 
-/// The UI's window has another extent, in pixels.
+/// The UI's window has a new size, in pixels.
 struct ResizePluginUI {
     std::int32_t width = 0;
     std::int32_t height = 0;
@@ -98,13 +98,13 @@ struct ShowPluginUI {
     ORVALO_BRIDGE_FIELDS(isVisible)
 };
 
-/// Answered by Done once it is gone, so that its window may go.
+/// Answered by Done when the UI has cleaned up, so that the host's window is free.
 struct ClosePluginUI {
     std::uint32_t number = 0;
     ORVALO_BRIDGE_FIELDS(number)
 };
 
-/// Loads the code of the UI, so that what is wrong with it is known before it is opened.
+/// Loads the UI's code, so that an error in it is known before the UI is opened.
 struct LoadPluginUI {
     std::uint32_t number = 0;
     ORVALO_BRIDGE_FIELDS(number)
@@ -128,26 +128,26 @@ struct State {
 };
 
 struct PluginUIOpened {
-    std::uint64_t window = 0;  ///< That the UI says it has; 0 when it says nothing.
+    std::uint64_t window = 0;  ///< The one that the UI says it has; 0 when it does not say.
     ORVALO_BRIDGE_FIELDS(window)
 };
 
-/// The UI asks for an extent, in pixels.
+/// The UI requests a size, in pixels.
 struct PluginUIResizeRequest {
     std::int32_t width = 0;
     std::int32_t height = 0;
     ORVALO_BRIDGE_FIELDS(width, height)
 };
 
-/// The UI has closed itself; the reason is a clause. It does nothing more, and goes with
+/// The UI has closed itself; the reason is a clause. The UI works no more and waits for
 /// ClosePluginUI.
 struct PluginUIClosed {
     std::string reason;
     ORVALO_BRIDGE_FIELDS(reason)
 };
 
-/// The UI reaches an instance that has been replaced, so that it has to be made anew, inside
-/// another window: the host closes it and opens it again. Until then it does nothing more.
+/// The UI accesses an instance that has been replaced. The UI works no more; the host closes it and
+/// opens it again, in another window.
 struct PluginUIOutdated {
     template <typename Archive>
     void fields(Archive& /*archive*/) const {}

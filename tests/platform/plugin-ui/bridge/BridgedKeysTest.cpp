@@ -7,9 +7,7 @@
 
 #include "platform/foundation/Bundle.h"
 #include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
-#include "tests/platform/plugin-ui/bridge/ServicePid.h"
-#include "tests/platform/plugin-ui/bridge/UnhurriedLimits.h"
-#include "tests/platform/plugin-ui/bridge/WindowAt.h"
+#include "tests/platform/plugin-ui/bridge/EffectServices.h"
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/platform/plugin-ui/x11/Toplevel.h"
@@ -33,8 +31,7 @@ LV2World& world() {
     return *effects;
 }
 
-/// A UI whose effect lives in a process of its own, in a plain window that has the
-/// keyboard. Of the keys that it gets it sends all on.
+/// A UI in an effect service, inside a focused toplevel. The UI sends all its keys on.
 class BridgedKeys : public ::testing::Test {
   protected:
     BridgedKeys() : inside_(toplevel_.focusInside()) {
@@ -48,8 +45,8 @@ class BridgedKeys : public ::testing::Test {
         pluginUI_->setVisible(true);
     }
 
-    /// Waits until a UI is on screen that is not in the container of the last.
-    bool comesAnew() {
+    /// Waits until a UI is on screen in another container than the last one.
+    bool isShownAnew() {
         const bool isNew = pollUntil([this] {
             return parentWindowAt(200, 200) != container_ && pixelAt(200, 200) == kColor &&
                    rectangleOf(windowAt(200, 200)) == kOnScreen;
@@ -57,7 +54,7 @@ class BridgedKeys : public ::testing::Test {
         container_ = parentWindowAt(200, 200);
         return isNew;
     }
-    /// Clicks into the UI and strikes a key, of which nobody but the UI hears.
+    /// Clicks into the UI and strikes a key, which the UI sends on.
     void strike(unsigned long keysym) {
         ASSERT_EQ(keyboardFocus(), inside_);
         click(200, 200);
@@ -79,16 +76,16 @@ class BridgedKeys : public ::testing::Test {
     std::vector<unsigned> keys_;
 };
 
-TEST_F(BridgedKeys, ComeOnceAlsoFromAPluginUIThatWasMadeAnew) {
+TEST_F(BridgedKeys, AreReportedOnceAlsoByAUIThatWasMadeAnew) {
     const CapturedOutput errors(STDERR_FILENO);
-    ASSERT_TRUE(comesAnew());
+    ASSERT_TRUE(isShownAnew());
     ASSERT_NO_FATAL_FAILURE(strike('a'));
     ASSERT_TRUE(killService());
-    ASSERT_TRUE(comesAnew());
+    ASSERT_TRUE(isShownAnew());
     ASSERT_NO_FATAL_FAILURE(strike('b'));
-    // The UI reaches the effect's instance, which another rate replaces.
+    // The UI accesses the effect's instance, which another sample rate replaces.
     unit_->allocateRenderResources(96000);
-    ASSERT_TRUE(comesAnew());
+    ASSERT_TRUE(isShownAnew());
     ASSERT_NO_FATAL_FAILURE(strike('c'));
     EXPECT_THAT(keys_, ElementsAre(keycode('a'), keycode('b'), keycode('c')));
 }

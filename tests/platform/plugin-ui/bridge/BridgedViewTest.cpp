@@ -11,9 +11,7 @@
 
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/foundation/Bundle.h"
-#include "tests/platform/plugin-ui/bridge/ServicePid.h"
-#include "tests/platform/plugin-ui/bridge/UnhurriedLimits.h"
-#include "tests/platform/plugin-ui/bridge/WindowAt.h"
+#include "tests/platform/plugin-ui/bridge/EffectServices.h"
 #include "tests/platform/plugin-ui/view/StageWindow.h"
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
@@ -28,7 +26,7 @@ using namespace orvalo::testing;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-constexpr unsigned kPluginUIColor = 0x336699;
+constexpr unsigned kUIColor = 0x336699;
 
 LV2World& world() {
     static const std::string folder = ORVALO_PLUGIN_UI_EFFECTS;
@@ -50,7 +48,7 @@ GtkWidget* labelBelow(GtkWidget* widget) {
     return nullptr;
 }
 
-/// The effect service behind a program that waits with starting it while it is held up.
+/// A program that starts the effect service, but not while holdUp() counts.
 class HeldUpService {
   public:
     explicit HeldUpService(const std::string& service) {
@@ -61,7 +59,7 @@ class HeldUpService {
     std::filesystem::path path() const { return folder_.path() / "program"; }
 
     void holdUp() const { std::ofstream(sign()) << "held up"; }
-    void letGo() const { std::filesystem::remove(sign()); }
+    void goOn() const { std::filesystem::remove(sign()); }
 
   private:
     std::filesystem::path sign() const { return folder_.path() / "held-up"; }
@@ -69,7 +67,7 @@ class HeldUpService {
     TemporaryFolder folder_;
 };
 
-/// A UI whose effect lives in a process of its own, in a window's stage.
+/// A UI in an effect service, in a window's stage.
 class BridgedView : public ::testing::Test {
   protected:
     static void SetUpTestSuite() { startToolkit(); }
@@ -105,12 +103,12 @@ class BridgedView : public ::testing::Test {
     bool fillsItsStage() {
         return pollUntil([this] {
             const auto place = window_->place();
-            return !place.isEmpty() && pixelAt(place.x + 10, place.y + 10) == kPluginUIColor &&
+            return !place.isEmpty() && pixelAt(place.x + 10, place.y + 10) == kUIColor &&
                    rectangleOf(windowAt(place.x + 10, place.y + 10)) == place;
         });
     }
 
-    /// What the effect makes of 1: its gain.
+    /// The effect's output for an input of 1.
     float gain() {
         std::array<float, 64> in{};
         std::array<float, 64> out{};
@@ -121,8 +119,8 @@ class BridgedView : public ::testing::Test {
         return out.back();
     }
 
-    /// What the stage says; "" while it says nothing.
-    std::string words() const {
+    /// The line of text in the stage; "" without one.
+    std::string message() const {
         auto* label = labelBelow(window_->stage()->widget());
         return label == nullptr || gtk_widget_get_mapped(label) == FALSE
                    ? ""
@@ -150,7 +148,7 @@ TEST_F(BridgedView, FillsItsStageAndFollowsIt) {
     EXPECT_EQ(windowAt(place.x + 10, place.y + 10), ui);
 }
 
-TEST_F(BridgedView, TakesClicksThatChangeTheSound) {
+TEST_F(BridgedView, SetsAControlByClick) {
     show();
     EXPECT_EQ(gain(), 0.5F);
     const auto place = window_->place();
@@ -159,7 +157,7 @@ TEST_F(BridgedView, TakesClicksThatChangeTheSound) {
     EXPECT_EQ(window_->presses(), 0);
 }
 
-TEST_F(BridgedView, ComesBackWithWhatItShowedAfterItsProcessWasKilled) {
+TEST_F(BridgedView, IsRestoredWithItsControlsAfterTheServiceWasKilled) {
     show();
     const auto place = window_->place();
     click(place.x + 130, place.y + 50);
@@ -177,7 +175,7 @@ TEST_F(BridgedView, ComesBackWithWhatItShowedAfterItsProcessWasKilled) {
     EXPECT_TRUE(pollUntil([this] { return gain() == 2.1F; }));
 }
 
-TEST_F(BridgedView, ComesBackWhenItNeverReturnedFromAClick) {
+TEST_F(BridgedView, IsRestoredAfterItHungTheService) {
     limits_.hang = std::chrono::seconds(2);
     show();
     const auto place = window_->place();
@@ -188,7 +186,7 @@ TEST_F(BridgedView, ComesBackWhenItNeverReturnedFromAClick) {
     CapturedOutput errors(STDERR_FILENO);
     click(place.x + 50, place.y + 50, 2);
     EXPECT_TRUE(pollUntil([&first] { return servicePids() != first; }));
-    // The windows of a process may outlive it a little.
+    // The windows may go a little later than the process.
     EXPECT_TRUE(comesTo(ui, {}));
     EXPECT_TRUE(fillsItsStage());
     EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
@@ -197,7 +195,7 @@ TEST_F(BridgedView, ComesBackWhenItNeverReturnedFromAClick) {
     EXPECT_TRUE(pollUntil([this] { return gain() == 2.1F; }));
 }
 
-TEST_F(BridgedView, SaysThatItIsStartedAgainForAsLongAsThatTakes) {
+TEST_F(BridgedView, ShowsAMessageWhileTheServiceRestarts) {
     show();
     auto* label = labelBelow(window_->stage()->widget());
     ASSERT_NE(label, nullptr);
@@ -215,7 +213,7 @@ TEST_F(BridgedView, SaysThatItIsStartedAgainForAsLongAsThatTakes) {
     g_signal_handlers_disconnect_by_data(label, &texts);
 }
 
-TEST_F(BridgedView, SaysThatItIsStartedAgainWhenItIsOpenedMeanwhile) {
+TEST_F(BridgedView, ShowsTheMessageAlsoWhenOpenedDuringARestart) {
     const HeldUpService service(program_);
     program_ = service.path();
     make("probe");
@@ -228,55 +226,54 @@ TEST_F(BridgedView, SaysThatItIsStartedAgainWhenItIsOpenedMeanwhile) {
     window_->embed(*controller_);
     window_->present();
     EXPECT_TRUE(
-        pollUntil([this] { return words() == "UI probe has stopped. It is started again."; }));
-    service.letGo();
+        pollUntil([this] { return message() == "UI probe has stopped. It is started again."; }));
+    service.goOn();
     EXPECT_TRUE(fillsItsStage());
-    EXPECT_EQ(words(), "");
+    EXPECT_EQ(message(), "");
 }
 
-TEST_F(BridgedView, SaysThatItIsClosedWhenItsEffectIsGivenUp) {
+TEST_F(BridgedView, ShowsThatItIsClosedWhenTheServiceIsGivenUp) {
     show();
     const auto place = window_->place();
     for (int death = 0; death < 3; ++death) {
         ASSERT_TRUE(fillsItsStage());
         ASSERT_TRUE(killService());
-        ASSERT_TRUE(
-            pollUntil([&place] { return pixelAt(place.x + 10, place.y + 10) != kPluginUIColor; }));
+        ASSERT_TRUE(pollUntil([&place] { return pixelAt(place.x + 10, place.y + 10) != kUIColor; }));
     }
     EXPECT_TRUE(pollUntil([] { return servicePids().empty(); }));
     EXPECT_EQ(gain(), 1.0F);
     EXPECT_TRUE(pollUntil([this] {
-        return words() ==
+        return message() ==
                "The UI of UI probe is closed: the effect has died too "
                "often, and its input passes through unchanged.";
     }));
     EXPECT_TRUE(pollUntil([&place] { return countColors(place) > 2; }));
 }
 
-TEST_F(BridgedView, IsMadeAnewInAnotherWindowAtAnotherRate) {
-    // It reaches the effect's instance, which another rate replaces.
+TEST_F(BridgedView, IsMadeAnewInAnotherContainerWhenTheSampleRateChanges) {
+    // The UI accesses the effect's instance, which another sample rate replaces.
     show("direct");
     const auto place = window_->place();
-    // The UI's own may have the same number again.
+    // The container's number, because the UI's window may get its old number again.
     const auto before = parentWindowAt(place.x + 10, place.y + 10);
     unit_->allocateRenderResources(96000);
     EXPECT_TRUE(pollUntil([&] {
         return parentWindowAt(place.x + 10, place.y + 10) != before &&
-               pixelAt(place.x + 10, place.y + 10) == kPluginUIColor;
+               pixelAt(place.x + 10, place.y + 10) == kUIColor;
     }));
     EXPECT_TRUE(fillsItsStage());
     click(place.x + 130, place.y + 50);
     EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
 }
 
-TEST_F(BridgedView, GoesWithItsWindow) {
+TEST_F(BridgedView, ClosesWithItsWindowWhileTheEffectPlaysOn) {
     show();
     window_->close();
     EXPECT_TRUE(pollUntil([this] { return gain() == 0.5F; }));
     EXPECT_EQ(servicePids().size(), 1U);
 }
 
-TEST_F(BridgedView, IsAbsentWithOneLineWhenThereIsNothingToEmbed) {
+TEST_F(BridgedView, IsNullWithOneLogLineWhenThereIsNothingToEmbed) {
     for (const std::string name :
          {"none", "toolkit", "demanding", "optional", "missing", "foreign"}) {
         const CapturedOutput errors(2);

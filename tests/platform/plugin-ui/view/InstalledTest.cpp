@@ -9,7 +9,6 @@
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "tests/platform/audio/lv2/RegisteredEffects.h"
 #include "tests/platform/plugin-ui/view/StageWindow.h"
-#include "tests/platform/plugin-ui/view/WidgetPlace.h"
 #include "tests/platform/plugin-ui/x11/Effects.h"
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
@@ -27,7 +26,7 @@ struct Installed {
     friend void PrintTo(const Installed& effect, std::ostream* out) { *out << effect.uri; }
 };
 
-/// Effects with UIs that others wrote, as Debian packages them, and our own.
+/// Effects of Debian packages, from makers with different UI toolkits, and our own.
 const std::vector<Installed>& installed() {
     static const std::vector<Installed> effects{
         {"fil4", "http://gareus.org/oss/lv2/fil4#stereo"},
@@ -43,7 +42,7 @@ class InstalledPluginUI : public ::testing::TestWithParam<Installed> {
     static void SetUpTestSuite() {
         std::map<std::string, std::string> effects;
         for (const auto& effect : installed()) {
-            // Our own has a bundle that registers it.
+            // The build stages a bundle that registers it.
             if (effect.name != "orVL") {
                 effects.emplace(effect.name, effect.uri);
             }
@@ -69,7 +68,7 @@ class InstalledPluginUI : public ::testing::TestWithParam<Installed> {
         window_.embed(*controller_);
     }
 
-    /// Whether there is a picture in the stage.
+    /// Waits until the stage shows a picture.
     bool isDrawn() {
         return pollUntil([this] {
             render(*unit_);
@@ -87,13 +86,13 @@ class InstalledPluginUI : public ::testing::TestWithParam<Installed> {
         return values;
     }
 
-    /// Presses and drags at one point after the other until something moves.
+    /// Presses and drags at point after point until a control changes.
     bool dragSomething() {
         const auto place = window_.place();
         const auto before = controlInputs();
         const int height = place.height - 80;
         for (int row = 0; row < height; row += 24) {
-            // From the middle on, where most have their knobs.
+            // From the middle, where most UIs have their knobs.
             const int y = 40 + (row + height / 2) % height;
             for (int x = 30; x < place.width - 30; x += 24) {
                 movePointer(place.x + x, place.y + y);
@@ -124,7 +123,7 @@ TEST_P(InstalledPluginUI, IsDrawnMovedHiddenAndClosed) {
     EXPECT_TRUE(dragSomething());
     gtk_window_set_default_size(GTK_WINDOW(window_.window()), 1000, 750);
     ASSERT_TRUE(pollUntil([this] { return window_.place().width == 1000; }));
-    // The toolkit goes on drawing its own: the button at its whole breadth.
+    // GTK still draws the button at its full width.
     const auto button = placeOf(window_.button());
     const auto left = pixelAt(button.x + 20, button.y + 10);
     EXPECT_TRUE(isPainted(button.x + button.width - 20, button.y + 10, left));

@@ -11,13 +11,16 @@
 
 namespace orvalo::testing {
 
-/// The toolkit on the virtual display with a window manager; units have UIs from then on.
+/// Starts GTK and a window manager on the virtual display, and enables the UIs of units.
 void startToolkit();
 
-/// Asks a unit for its UI and waits for the answer.
+/// Requests a unit's view controller and waits for it.
 std::shared_ptr<UIViewController> requestPluginUI(AUAudioUnit& unit);
 
-/// A window of 700 x 500 with a button above a stage, as the main screen has them. Not shown yet.
+/// The rectangle on the screen of a widget in a shown window, whose scale is 1.
+X11Rect placeOf(GtkWidget* widget);
+
+/// A hidden window of 700 x 500 with a button above a stage.
 class StageWindow {
   public:
     StageWindow();
@@ -25,18 +28,18 @@ class StageWindow {
     StageWindow(const StageWindow&) = delete;
     StageWindow& operator=(const StageWindow&) = delete;
 
-    /// The window; null once it is closed.
+    /// Null once the window is closed.
     GtkWidget* window() const { return window_; }
     GtkWidget* button() const { return button_; }
     const std::shared_ptr<UIView>& stage() const { return stage_; }
-    /// How often the button was pressed.
+    /// The number of clicks on the button.
     int presses() const { return presses_; }
 
-    /// Puts a controller's view into the stage, whose edges it keeps to.
+    /// Adds a controller's view to the stage and constrains it to the stage's edges.
     void embed(UIViewController& controller) const;
     void present() const { gtk_window_present(GTK_WINDOW(window_)); }
     void close();
-    /// Where the stage is on the screen.
+    /// The stage's rectangle on the screen.
     X11Rect place() const;
 
   private:

@@ -13,12 +13,12 @@
 
 namespace orvalo::testing {
 
-/// A UI in a window's stage.
+/// The UI of a test effect in a window's stage.
 class ViewFixture : public ::testing::Test {
   protected:
     static void SetUpTestSuite() { startToolkit(); }
 
-    ViewFixture() : record_(pluginUIRecord()) {
+    ViewFixture() : record_(uiRecord()) {
         movePointer(1, 1);
         resetRecord();
         window_ = std::make_unique<StageWindow>();
@@ -59,7 +59,7 @@ class ViewFixture : public ::testing::Test {
         ASSERT_TRUE(pollUntil([this] { return record_.misdeed == zoo::Misdeed::none; }));
     }
 
-    zoo::PluginUIRecord& record_;
+    zoo::UIRecord& record_;
     std::unique_ptr<StageWindow> window_;
     std::shared_ptr<LV2LocalAudioUnit> unit_;
     std::shared_ptr<UIViewController> controller_;

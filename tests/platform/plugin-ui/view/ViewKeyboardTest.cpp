@@ -1,6 +1,5 @@
 #include "platform/plugin-ui/view/WindowShortcuts.h"
 #include "tests/platform/plugin-ui/view/ViewFixture.h"
-#include "tests/platform/plugin-ui/view/WidgetPlace.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace {
@@ -12,7 +11,7 @@ using zoo::Misdeed;
 constexpr unsigned long kSpace = 0x20;
 constexpr unsigned long kE = 0x65;
 
-// Of the X protocol.
+// Masks of the X protocol.
 constexpr long kKeyPressMask = 1;
 constexpr unsigned kShift = 1U << 0U;
 constexpr unsigned kCapsLock = 1U << 1U;
@@ -23,7 +22,7 @@ constexpr unsigned kSuper = 1U << 6U;
 
 class ViewKeyboard : public ViewFixture {
   protected:
-    /// Gives a widget a shortcut, as the toolkit's own text for its trigger.
+    /// Adds a shortcut that clicks the widget. trigger: as GTK's parser takes it.
     static void addShortcut(GtkWidget* widget, const char* trigger, GtkShortcutScope scope) {
         auto* controller = gtk_shortcut_controller_new();
         gtk_shortcut_controller_set_scope(GTK_SHORTCUT_CONTROLLER(controller), scope);
@@ -53,7 +52,7 @@ class ViewKeyboard : public ViewFixture {
     }
 };
 
-TEST_F(ViewKeyboard, LeavesTheSpaceBarToTheButtonUnlessItIsClicked) {
+TEST_F(ViewKeyboard, LeavesTheSpaceBarToTheButtonUntilTheUIIsClicked) {
     embed();
     window_->present();
     gtk_widget_grab_focus(window_->button());
@@ -84,13 +83,13 @@ TEST_F(ViewKeyboard, LeavesTheSpaceBarToTheButtonUnlessItIsClicked) {
     EXPECT_EQ(record_.keys.size(), 1U);
 }
 
-TEST_F(ViewKeyboard, KeysThatThePluginUISendsOnReachTheWindowsShortcuts) {
+TEST_F(ViewKeyboard, KeysThatTheUISendsOnReachTheWindowsShortcuts) {
     addShortcut(window_->button(), "space", GTK_SHORTCUT_SCOPE_GLOBAL);
     record_.keyMask = kKeyPressMask;
     showAndClick();
     strikeKey(kSpace);
     ASSERT_TRUE(pollUntil([this] { return window_->presses() == 1; }));
-    // As the UI is still in use.
+    // The UI still has the keyboard.
     strikeKey(kSpace);
     ASSERT_TRUE(pollUntil([this] { return window_->presses() == 2; }));
     EXPECT_EQ(record_.keys.size(), 2U);
@@ -101,7 +100,7 @@ TEST_F(ViewKeyboard, KeysThatThePluginUISendsOnReachTheWindowsShortcuts) {
     EXPECT_EQ(window_->presses(), 2);
 }
 
-TEST_F(ViewKeyboard, KeysThatThePluginUIDoesNotWantReachTheWindowsShortcutsOnce) {
+TEST_F(ViewKeyboard, KeysThatTheUIDoesNotSelectReachTheWindowsShortcutsOnce) {
     addShortcut(window_->button(), "space", GTK_SHORTCUT_SCOPE_GLOBAL);
     showAndClick();
     commit(Misdeed::ignoreKeys);
@@ -132,12 +131,12 @@ TEST_F(ViewKeyboard, AShortcutNeedsItsModifiersAndNoOthers) {
     EXPECT_FALSE(activate(kE, kControl | kShift));
     EXPECT_FALSE(activate(kE, kControl | kSuper));
     EXPECT_FALSE(activate(kSpace, kControl));
-    // The locks of letters and of numbers do not matter.
+    // Caps Lock and Num Lock do not matter.
     EXPECT_TRUE(activate(kE, kControl | kCapsLock | kNumLock));
     EXPECT_EQ(window_->presses(), 3);
 }
 
-TEST_F(ViewKeyboard, ShortcutsOfWhatCannotBeUsedRest) {
+TEST_F(ViewKeyboard, ShortcutsOfHiddenOrInsensitiveWidgetsAreIgnored) {
     addShortcut(window_->button(), "space", GTK_SHORTCUT_SCOPE_GLOBAL);
     EXPECT_FALSE(activate(kSpace));
     window_->present();
@@ -150,7 +149,7 @@ TEST_F(ViewKeyboard, ShortcutsOfWhatCannotBeUsedRest) {
     EXPECT_EQ(window_->presses(), 1);
 }
 
-TEST_F(ViewKeyboard, ShortcutsForAWidgetWithTheKeyboardAreLeftAlone) {
+TEST_F(ViewKeyboard, LocalShortcutsAreIgnored) {
     addShortcut(window_->button(), "space", GTK_SHORTCUT_SCOPE_LOCAL);
     window_->present();
     EXPECT_FALSE(activate(kSpace));

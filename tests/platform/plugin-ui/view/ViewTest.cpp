@@ -23,7 +23,7 @@ constexpr std::uint32_t kGain = 4;
 
 using View = ViewFixture;
 
-TEST_F(View, OpensThePluginUIHiddenSoThatItIsThereWhenTheViewComesOnScreen) {
+TEST_F(View, OpensTheUIBeforeItComesOnScreen) {
     embed();
     window_->stage()->setHidden(true);
     window_->present();
@@ -43,13 +43,13 @@ TEST_F(View, OpensThePluginUIHiddenSoThatItIsThereWhenTheViewComesOnScreen) {
     EXPECT_EQ(record_.instantiations, 1);
 }
 
-TEST_F(View, StandsInItsPlaceBeforeTheToolkitDrawsThere) {
+TEST_F(View, IsPlacedBeforeGTKDrawsTheStage) {
     embed();
     window_->stage()->setHidden(true);
     window_->present();
     ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 1; }));
     std::optional<bool> stood;
-    // While the toolkit draws the main loop has no turn: what stands now stood before.
+    // While GTK draws, the main loop does not run: the window was placed before.
     std::function<void()> drawn = [&] {
         if (gtk_widget_get_mapped(window_->stage()->widget()) == FALSE || stood) {
             return;
@@ -75,7 +75,7 @@ TEST_F(View, FollowsItsPlace) {
     gtk_widget_set_size_request(window_->button(), -1, 150);
     ASSERT_TRUE(pollUntil([this] { return gtk_widget_get_height(window_->button()) > 120; }));
     EXPECT_TRUE(fillsItsStage());
-    // Moved, with the extent that it has.
+    // Moved, with the same size.
     gtk_widget_set_margin_start(window_->stage()->widget(), 60);
     gtk_window_set_default_size(GTK_WINDOW(window_->window()), 760, 500);
     ASSERT_TRUE(pollUntil([this] { return gtk_widget_get_width(window_->window()) == 760; }));
@@ -98,10 +98,10 @@ TEST_F(View, TakesClicksAndDrags) {
     EXPECT_EQ(window_->presses(), 0);
 }
 
-TEST_F(View, IsGoneFromTheFirstMomentOfATransitionToAnotherPage) {
+TEST_F(View, IsHiddenFromTheStartOfATransitionToAnotherPage) {
     embed();
     auto* pages = gtk_stack_new();
-    // Longer than anybody waits.
+    // Longer than the test.
     gtk_stack_set_transition_duration(GTK_STACK(pages), 600'000);
     gtk_stack_set_transition_type(GTK_STACK(pages), GTK_STACK_TRANSITION_TYPE_CROSSFADE);
     auto* other = gtk_label_new("Help");
@@ -120,7 +120,7 @@ TEST_F(View, IsGoneFromTheFirstMomentOfATransitionToAnotherPage) {
     EXPECT_EQ(record_.instantiations, 1);
 }
 
-TEST_F(View, CanBeTakenOutPutBackAndPlacedOutOfSight) {
+TEST_F(View, CanBeRemovedAddedAgainAndPlacedOutsideTheStage) {
     embed();
     show();
     ASSERT_TRUE(fillsItsStage());
@@ -139,7 +139,7 @@ TEST_F(View, CanBeTakenOutPutBackAndPlacedOutOfSight) {
     EXPECT_TRUE(comesTo(record_.window, {}));
 }
 
-TEST_F(View, ScrollsWhereThePluginUIIsLarger) {
+TEST_F(View, ScrollsWhenTheUIIsLarger) {
     embed();
     show();
     ASSERT_TRUE(fillsItsStage());
@@ -152,13 +152,13 @@ TEST_F(View, ScrollsWhereThePluginUIIsLarger) {
     ASSERT_TRUE(pollUntil([across] { return gtk_adjustment_get_upper(across) == 900.0; }));
     gtk_adjustment_set_value(across, 80.0);
     EXPECT_TRUE(comesTo(record_.window, {stage.x - 80, stage.y, 900, 700}));
-    // The bar stands beside the UI.
+    // The scroll bar is beside the UI.
     EXPECT_TRUE(pollUntil(
         [&stage] { return pixelAt(stage.x + stage.width - 3, stage.y + 100) != 0x336699U; }));
     EXPECT_TRUE(isPainted(stage.x + 1, stage.y + 100, 0x336699U));
 }
 
-TEST_F(View, SaysThatThePluginUIIsClosedAndOpensItAnewTheNextTime) {
+TEST_F(View, OpensAClosedUIAgainWhenItNextComesOnScreen) {
     embed();
     show();
     record_.misdeed = Misdeed::close;
@@ -172,7 +172,7 @@ TEST_F(View, SaysThatThePluginUIIsClosedAndOpensItAnewTheNextTime) {
     EXPECT_TRUE(fillsItsStage());
 }
 
-TEST_F(View, SaysWhenThePluginUIRefusesToBeMade) {
+TEST_F(View, LogsThatTheUIRefusesToBeMade) {
     embed("refusing");
     const CapturedOutput errors(2);
     window_->present();
@@ -181,7 +181,7 @@ TEST_F(View, SaysWhenThePluginUIRefusesToBeMade) {
                                          "be shown: it refuses to be made."));
 }
 
-TEST_F(View, ComesOnTheMainThreadAndNotAtOnce) {
+TEST_F(View, IsDeliveredLaterOnTheMainThread) {
     unit_ = makeUnit("probe");
     std::thread asker([this] {
         unit_->requestViewController([this](const auto& controller) {
@@ -194,7 +194,7 @@ TEST_F(View, ComesOnTheMainThreadAndNotAtOnce) {
     ASSERT_TRUE(pollUntil([this] { return controller_ != nullptr; }));
 }
 
-TEST_F(View, IsAbsentWithOneLineWhenThereIsNothingToEmbed) {
+TEST_F(View, IsNullWithOneLogLineWhenThereIsNothingToEmbed) {
     for (const std::string name :
          {"none", "toolkit", "demanding", "optional", "missing", "foreign"}) {
         const CapturedOutput errors(2);
@@ -209,7 +209,7 @@ TEST_F(View, IsAbsentWithOneLineWhenThereIsNothingToEmbed) {
     }
 }
 
-TEST_F(View, LosesItsWindowBeforeItsController) {
+TEST_F(View, ClosesTheUIWithItsWindow) {
     embed();
     show();
     window_->close();
@@ -218,7 +218,7 @@ TEST_F(View, LosesItsWindowBeforeItsController) {
     controller_ = nullptr;
 }
 
-TEST_F(View, LosesItsControllerWhileItIsShown) {
+TEST_F(View, ClosesTheUIWithItsController) {
     embed();
     show();
     const std::weak_ptr<UIViewController> controller = controller_;
@@ -228,7 +228,7 @@ TEST_F(View, LosesItsControllerWhileItIsShown) {
     runFor(20);
 }
 
-TEST_F(View, IsTakenOutOfItsStageAndPutBack) {
+TEST_F(View, IsClippedByTheStageAfterItWasAddedAgain) {
     embed();
     show();
     const auto view = controller_->view();
@@ -247,7 +247,7 @@ TEST_F(View, IsTakenOutOfItsStageAndPutBack) {
     EXPECT_TRUE(pollUntil([&stage] { return pixelAt(stage.x - 1, stage.y + 50) != 0x336699U; }));
 }
 
-TEST_F(View, ComesAndGoesManyTimes) {
+TEST_F(View, CanBeAddedAndRemovedManyTimes) {
     for (int round = 0; round < 10; ++round) {
         embed();
         record_.exposures = 0;

@@ -21,7 +21,7 @@ class Container : public ::testing::Test {
         XSync(screen(), False);
         return child;
     }
-    static void setLeastSize(Window window, int width, int height) {
+    static void setMinimumSize(Window window, int width, int height) {
         XSizeHints hints{};
         hints.flags = PMinSize;
         hints.min_width = width;
@@ -36,18 +36,18 @@ class Container : public ::testing::Test {
         std::make_unique<X11Container>(connection_, toplevel_.window(), X11Size{100, 80});
 };
 
-TEST_F(Container, ListensToTheWindowThatItHasTakenLast) {
+TEST_F(Container, FollowsTheHintsOfTheLastAdoptedWindow) {
     const auto first = makeChild();
     container_->adopt(first);
     const auto second = makeChild();
     container_->adopt(second);
-    setLeastSize(first, 50, 40);
-    setLeastSize(second, 30, 20);
+    setMinimumSize(first, 50, 40);
+    setMinimumSize(second, 30, 20);
     EXPECT_TRUE(pollUntil([this] { return container_->rules().smallest == X11Size{30, 20}; }));
     int changes = 0;
     container_->onRules = [&changes] { ++changes; };
-    setLeastSize(first, 60, 50);
-    setLeastSize(second, 35, 25);
+    setMinimumSize(first, 60, 50);
+    setMinimumSize(second, 35, 25);
     EXPECT_TRUE(pollUntil([this] { return container_->rules().smallest == X11Size{35, 25}; }));
     EXPECT_EQ(changes, 1);
 }

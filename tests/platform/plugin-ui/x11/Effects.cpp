@@ -23,24 +23,23 @@ std::shared_ptr<LV2LocalAudioUnit> makeUnit(const std::string& name) {
                                                AudioComponentDescription{});
 }
 
-LV2PluginUIData readPluginUI(const LV2LocalAudioUnit& unit) {
-    const LV2World::Access access(unit.world());
-    return LV2PluginUIData::read(access, unit.data());
+LV2PluginUIData readUIData(const LV2LocalAudioUnit& unit) {
+    return LV2PluginUIData::read(unit.world(), unit.data());
 }
 
-zoo::PluginUIRecord& pluginUIRecord() {
+zoo::UIRecord& uiRecord() {
     static const auto function = [] {
         void* library = dlopen((kFolder + "/plugin-ui.lv2/ui.so").c_str(), RTLD_NOW);
         if (library == nullptr) {
             throw std::runtime_error("The test UI's library does not load.");
         }
-        return reinterpret_cast<zoo::PluginUIRecordFunction>(dlsym(library, "pluginUIRecord"));
+        return reinterpret_cast<zoo::UIRecordFunction>(dlsym(library, "uiRecord"));
     }();
     return *function();
 }
 
 void resetRecord() {
-    pluginUIRecord() = zoo::PluginUIRecord();
+    uiRecord() = zoo::UIRecord();
 }
 
 void render(AUAudioUnit& unit, int blockCount) {

@@ -5,18 +5,18 @@
 
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/plugin-ui/x11/LV2PluginUIData.h"
-#include "tests/platform/plugin-ui/x11/effects/PluginUIRecord.h"
+#include "tests/platform/plugin-ui/x11/effects/UIRecord.h"
 
 namespace orvalo::testing {
 
-/// A unit "urn:orvalo:ui:<name>" of the effects here. Throws NSError.
+/// A unit of the test effect "urn:orvalo:ui:<name>". Throws NSError.
 std::shared_ptr<LV2LocalAudioUnit> makeUnit(const std::string& name);
 
-/// What the data say of a unit's UI. Throws NSError.
-LV2PluginUIData readPluginUI(const LV2LocalAudioUnit& unit);
+/// As LV2PluginUIData::read() for a unit.
+LV2PluginUIData readUIData(const LV2LocalAudioUnit& unit);
 
-/// What the test UI wrote down since the last call of resetRecord(); it stays loaded.
-zoo::PluginUIRecord& pluginUIRecord();
+/// The test UI's record since the last resetRecord(). Its library stays loaded.
+zoo::UIRecord& uiRecord();
 void resetRecord();
 
 /// Renders blocks of 64 frames.

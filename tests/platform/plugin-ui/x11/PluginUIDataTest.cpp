@@ -12,11 +12,11 @@ using namespace orvalo::testing;
 std::string refusal(const std::string& name) {
     try {
         const auto unit = makeUnit(name);
-        const LV2PluginUILibrary library(readPluginUI(*unit));
+        const LV2PluginUILibrary library(readUIData(*unit));
         return "";
     } catch (const NSError& error) {
         auto text = error.localizedDescription();
-        // The build's folder is not the test's matter.
+        // Without the path of the build folder.
         for (const std::string file : {"nowhere.so", "echo.so"}) {
             if (const auto end = text.find(file); end != std::string::npos) {
                 const auto begin = text.rfind(' ', end) + 1;
@@ -27,22 +27,22 @@ std::string refusal(const std::string& name) {
     }
 }
 
-TEST(PluginUIData, TellOfAPluginUIThatCanBeShown) {
+TEST(PluginUIData, DescribeTheX11UI) {
     const auto unit = makeUnit("probe");
-    const auto data = readPluginUI(*unit);
+    const auto data = readUIData(*unit);
     EXPECT_EQ(data.plugin, "urn:orvalo:ui:probe");
     EXPECT_EQ(data.uri, "urn:orvalo:ui:probe#ui");
     EXPECT_EQ(data.title, "UI probe");
     EXPECT_TRUE(data.binary.ends_with("/plugin-ui.lv2/ui.so"));
     EXPECT_EQ(data.notifiedPorts, (std::vector<std::uint32_t>{3}));
     EXPECT_FALSE(data.isFixedSize);
-    EXPECT_FALSE(data.reachesInstance);
+    EXPECT_FALSE(data.accessesInstance);
     EXPECT_FALSE(data.staysLoaded);
-    EXPECT_TRUE(readPluginUI(*makeUnit("fixed")).isFixedSize);
-    EXPECT_TRUE(readPluginUI(*makeUnit("direct")).reachesInstance);
+    EXPECT_TRUE(readUIData(*makeUnit("fixed")).isFixedSize);
+    EXPECT_TRUE(readUIData(*makeUnit("direct")).accessesInstance);
 }
 
-TEST(PluginUIData, NameWhatAPluginUILacks) {
+TEST(PluginUIData, NameTheReasonWhyAUICannotBeShown) {
     const auto shown = [](const std::string& name, const std::string& reason) {
         return "The UI of <urn:orvalo:ui:" + name + "> cannot be shown: " + reason + ".";
     };

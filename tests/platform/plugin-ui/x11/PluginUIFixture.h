@@ -16,12 +16,12 @@
 
 namespace orvalo::testing {
 
-/// A UI open in a plain window, 400 x 300 at (50, 40) in it: (150, 140) on the screen.
+/// A UI of 400 x 300 in a toplevel, at (150, 140) on the screen.
 class PluginUIFixture : public ::testing::Test {
   protected:
     static constexpr X11Rect kArea{50, 40, 400, 300};
 
-    PluginUIFixture() : display_(screen()), record_(pluginUIRecord()) {
+    PluginUIFixture() : display_(screen()), record_(uiRecord()) {
         movePointer(5, 5);
         resetRecord();
     }
@@ -33,7 +33,7 @@ class PluginUIFixture : public ::testing::Test {
 
     void open(const std::string& name = "probe", bool isVisible = true) {
         unit_ = makeUnit(name);
-        const auto data = readPluginUI(*unit_);
+        const auto data = readUIData(*unit_);
         library_ = std::make_unique<LV2PluginUILibrary>(data);
         connection_ = X11Connection::open("");
         embedded_ = std::make_unique<LV2EmbeddedPluginUI>(
@@ -53,7 +53,7 @@ class PluginUIFixture : public ::testing::Test {
     }
 
     Display* display_;
-    zoo::PluginUIRecord& record_;
+    zoo::UIRecord& record_;
     Toplevel toplevel_;
     std::shared_ptr<LV2LocalAudioUnit> unit_;
     std::unique_ptr<LV2PluginUILibrary> library_;

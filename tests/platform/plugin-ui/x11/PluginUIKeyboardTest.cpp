@@ -13,27 +13,27 @@ constexpr unsigned long kSpace = 0x20;
 
 class PluginUIKeyboard : public PluginUIFixture {
   protected:
-    /// A UI that is drawn.
+    /// Opens a UI and waits until it is drawn.
     void show() {
         open();
         ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     }
-    void clickIntoIt() {
+    void clickIntoUI() {
         click(200, 200);
         ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
     }
-    /// It takes the keyboard for itself, which it has from a click.
-    void misbehave() {
-        clickIntoIt();
+    /// Clicks into the UI, which then focuses its own window.
+    void letUITakeFocus() {
+        clickIntoUI();
         commit(Misdeed::takeKeyboard);
         ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == record_.window; }));
     }
 };
 
-TEST_F(PluginUIKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
+TEST_F(PluginUIKeyboard, GetsKeysFromAClickUntilThePointerLeaves) {
     const auto inside = toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
-    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+    ASSERT_NO_FATAL_FAILURE(clickIntoUI());
     strikeKey(kSpace);
     ASSERT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
     EXPECT_TRUE(toplevel_.takeKeys().empty());
@@ -41,7 +41,7 @@ TEST_F(PluginUIKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
     ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
     strikeKey(kSpace);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
-    // The next visit begins with a click, too.
+    // Without a new click the UI gets no keys.
     movePointer(200, 200);
     runFor(20);
     strikeKey(kSpace);
@@ -49,7 +49,7 @@ TEST_F(PluginUIKeyboard, HasTheKeyboardFromAClickUntilThePointerLeaves) {
     EXPECT_EQ(record_.keys.size(), 1U);
 }
 
-TEST_F(PluginUIKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWheel) {
+TEST_F(PluginUIKeyboard, GetsNoKeysFromAPointerThatRestsOrTurnsTheWheel) {
     const auto inside = toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
     constexpr unsigned kWheelUp = 4;
@@ -58,7 +58,7 @@ TEST_F(PluginUIKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWhee
     EXPECT_EQ(keyboardFocus(), inside);
     strikeKey(kSpace);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
-    // Nor when it takes it for itself.
+    // Nor when the UI focuses its own window.
     commit(Misdeed::takeKeyboard);
     ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
     runFor(20);
@@ -66,22 +66,22 @@ TEST_F(PluginUIKeyboard, HasNoKeyboardWhileThePointerOnlyRestsInItOrTurnsTheWhee
     EXPECT_TRUE(record_.keys.empty());
 }
 
-TEST_F(PluginUIKeyboard, GivesTheKeyboardBackAtAClickElsewhere) {
+TEST_F(PluginUIKeyboard, ReturnsTheFocusAtAClickElsewhere) {
     const auto inside = toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
-    ASSERT_NO_FATAL_FAILURE(misbehave());
-    // The pointer comes out of the UI only with the click.
+    ASSERT_NO_FATAL_FAILURE(letUITakeFocus());
+    // The pointer leaves the UI only with the click.
     movePointer(700, 500);
     pressButton(1);
     releaseButton(1);
     ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
-    // A click anywhere else on the screen gives it nothing either.
+    // Nor does a click outside the toplevel give the UI the keyboard.
     click(5, 5);
     runFor(20);
     EXPECT_EQ(keyboardFocus(), inside);
 }
 
-TEST_F(PluginUIKeyboard, GetsTheKeyboardThatItsToplevelGetsAfterTheClick) {
+TEST_F(PluginUIKeyboard, GetsKeysWhenItsToplevelIsFocusedAfterTheClick) {
     ASSERT_NO_FATAL_FAILURE(show());
     const Toplevel other;
     const auto elsewhere = other.focusInside();
@@ -93,30 +93,30 @@ TEST_F(PluginUIKeyboard, GetsTheKeyboardThatItsToplevelGetsAfterTheClick) {
     ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
-TEST_F(PluginUIKeyboard, HasTheKeyboardAlsoAfterItWasMadeAnew) {
+TEST_F(PluginUIKeyboard, GetsKeysAlsoAfterItWasMadeAnew) {
     toplevel_.focusInside();
     open("direct");
     unit_->allocateRenderResources(96000.0);
     ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 2 && record_.width == 400; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
-    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
-    // The toplevel's events are still heard.
+    ASSERT_NO_FATAL_FAILURE(clickIntoUI());
+    // The new container handles the toplevel's focus events, too.
     toplevel_.focusInside();
     ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
-TEST_F(PluginUIKeyboard, GivesTheKeyboardBackThatItTookForItself) {
+TEST_F(PluginUIKeyboard, ReturnsTheFocusThatTheUITookForItself) {
     const auto inside = toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
-    ASSERT_NO_FATAL_FAILURE(misbehave());
+    ASSERT_NO_FATAL_FAILURE(letUITakeFocus());
     movePointer(700, 500);
     ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
-    ASSERT_NO_FATAL_FAILURE(misbehave());
+    ASSERT_NO_FATAL_FAILURE(letUITakeFocus());
     embedded_->setVisible(false);
     ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
 }
 
-TEST_F(PluginUIKeyboard, HandsBackTheKeysThatThePluginUISendsOnWhileItHasTheKeyboard) {
+TEST_F(PluginUIKeyboard, ReportsKeysThatTheUISendsOnWhileItHasTheKeyboard) {
     toplevel_.focusInside();
     open();
     std::vector<unsigned> unused;
@@ -127,27 +127,27 @@ TEST_F(PluginUIKeyboard, HandsBackTheKeysThatThePluginUISendsOnWhileItHasTheKeyb
     for (const long mask : {1L, 0L}) {
         unused.clear();
         record_.keyMask = mask;
-        ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+        ASSERT_NO_FATAL_FAILURE(clickIntoUI());
         strikeKey(kSpace);
         EXPECT_TRUE(pollUntil([&] { return unused == std::vector{space}; })) << mask;
         movePointer(700, 500);
         ASSERT_TRUE(pollUntil([this] { return keyboardFocus() != toplevel_.window(); }));
     }
-    // What is sent without the keyboard is nobody's key.
+    // A key sent while the UI has no keyboard is ignored.
     unused.clear();
     sendKey(record_.parent, space);
     runFor(20);
     EXPECT_TRUE(unused.empty());
 }
 
-TEST_F(PluginUIKeyboard, LeavesKeysThatThePluginUIDoesNotWantToTheToplevel) {
+TEST_F(PluginUIKeyboard, LeavesKeysThatTheUIDoesNotSelectToTheToplevel) {
     toplevel_.focusInside();
     open();
     std::vector<unsigned> unused;
     embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     commit(Misdeed::ignoreKeys);
-    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+    ASSERT_NO_FATAL_FAILURE(clickIntoUI());
     strikeKey(kSpace);
     runFor(20);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
@@ -155,13 +155,13 @@ TEST_F(PluginUIKeyboard, LeavesKeysThatThePluginUIDoesNotWantToTheToplevel) {
     EXPECT_TRUE(record_.keys.empty());
 }
 
-TEST_F(PluginUIKeyboard, MayBeClosedByAKeyThatItSendsOn) {
+TEST_F(PluginUIKeyboard, MayBeDestroyedByAnUnusedKey) {
     toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
     record_.keyMask = 1;
     connection_ = nullptr;
     embedded_->onUnusedKey = [this](const X11Key& /*key*/) { embedded_ = nullptr; };
-    ASSERT_NO_FATAL_FAILURE(clickIntoIt());
+    ASSERT_NO_FATAL_FAILURE(clickIntoUI());
     strikeKey(kSpace);
     EXPECT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(record_.cleanups, 1);

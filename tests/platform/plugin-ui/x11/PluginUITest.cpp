@@ -22,7 +22,7 @@ constexpr std::uint32_t kCount = 5;
 
 using PluginUI = PluginUIFixture;
 
-TEST_F(PluginUI, StandsInItsAreaAndFillsIt) {
+TEST_F(PluginUI, FillsItsArea) {
     open();
     EXPECT_EQ(record_.instantiations, 1);
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0 && record_.width == 400; }));
@@ -34,7 +34,7 @@ TEST_F(PluginUI, StandsInItsAreaAndFillsIt) {
     EXPECT_TRUE(isPainted(120, 120, 0x202020U));
 }
 
-TEST_F(PluginUI, GetsWhatTheHostOffers) {
+TEST_F(PluginUI, GetsTheHostsFeaturesAndOptions) {
     open();
     for (const std::string feature :
          {"http://lv2plug.in/ns/ext/urid#map", "http://lv2plug.in/ns/ext/urid#unmap",
@@ -54,14 +54,14 @@ TEST_F(PluginUI, GetsWhatTheHostOffers) {
     EXPECT_EQ(record_.windowTitle, "UI probe");
     EXPECT_EQ(record_.gainIndex, kGain);
     EXPECT_EQ(record_.unknownIndex, 0xFFFFFFFFU);
-    // Taken: the events of the output, the values of a control. Refused: those of an input, peaks,
-    // a port that is not there.
+    // Accepted: the output's events, a control's values. Refused: an input's events, peaks, an
+    // unknown port.
     EXPECT_EQ(record_.subscriptions, 11010U);
     commit(Misdeed::requestValue);
     EXPECT_EQ(record_.requested, 3);
 }
 
-TEST_F(PluginUI, ShowsTheControlsAndTheirChanges) {
+TEST_F(PluginUI, GetsTheControlsAndTheirChanges) {
     open();
     EXPECT_EQ(record_.values[kGain], 0.5F);
     EXPECT_EQ(record_.valueCounts[kGain], 1);
@@ -73,7 +73,7 @@ TEST_F(PluginUI, ShowsTheControlsAndTheirChanges) {
     EXPECT_EQ(record_.valueCounts[kCount], 1);
 }
 
-TEST_F(PluginUI, SetsAControlByClickAndDragAndIsNotTold) {
+TEST_F(PluginUI, SetsAControlByClickAndDragAndDoesNotGetItBack) {
     open();
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     click(150 + 120, 200);
@@ -81,7 +81,7 @@ TEST_F(PluginUI, SetsAControlByClickAndDragAndIsNotTold) {
     movePointer(150 + 50, 200);
     pressButton(1);
     movePointer(150 + 90, 210);
-    // Beyond its edge: the button holds the pointer.
+    // Beyond its edge: the pressed button grabs the pointer.
     movePointer(150 + 410, 210);
     ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 4.1F; }));
     releaseButton(1);
@@ -102,7 +102,7 @@ TEST_F(PluginUI, ExchangesEventsWithTheEffect) {
     ASSERT_TRUE(pollUntil([this] { return record_.values[kCount] == 1.0F; }));
 }
 
-TEST_F(PluginUI, HearsNoEventsThatItHasNotAskedFor) {
+TEST_F(PluginUI, GetsNoEventsWithoutASubscription) {
     open("fixed");
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     click(200, 200, 3);
@@ -113,7 +113,7 @@ TEST_F(PluginUI, HearsNoEventsThatItHasNotAskedFor) {
     EXPECT_TRUE(record_.events.empty());
 }
 
-TEST_F(PluginUI, WritesNothingThatAPortCannotTake) {
+TEST_F(PluginUI, CannotWriteValuesThatAPortDoesNotAccept) {
     open();
     const CapturedOutput errors(2);
     commit(Misdeed::writeNonsense);
@@ -125,7 +125,7 @@ TEST_F(PluginUI, WritesNothingThatAPortCannotTake) {
     EXPECT_EQ(errors.text().find("wrote"), errors.text().rfind("wrote"));
 }
 
-TEST_F(PluginUI, IsClosedWhenItSaysSo) {
+TEST_F(PluginUI, IsClosedWhenItsIdleCallSaysSo) {
     open();
     record_.misdeed = Misdeed::close;
     ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
@@ -136,10 +136,10 @@ TEST_F(PluginUI, IsClosedWhenItSaysSo) {
     EXPECT_EQ(record_.idles, idles);
 }
 
-TEST_F(PluginUI, IsCleanedUpAfterItsOwnCodeWhenThatHasItClosed) {
+TEST_F(PluginUI, IsCleanedUpWhenItsOwnCallThatClosedItReturns) {
     open();
     int cleanups = -1;
-    // As a UI's own message box does, which runs the loop in which the window is closed.
+    // As when the window is closed while the UI's message box runs the main loop.
     record_.onCall = [&] {
         embedded_ = nullptr;
         cleanups = record_.cleanups;
@@ -158,7 +158,7 @@ TEST_F(PluginUI, IsClosedWhenItDestroysItsWindow) {
     EXPECT_EQ(record_.cleanups, 1);
 }
 
-TEST_F(PluginUI, IsClosedWhenTheToplevelGoes) {
+TEST_F(PluginUI, IsClosedWhenTheToplevelIsDestroyed) {
     open();
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     toplevel_.destroy();
@@ -166,7 +166,7 @@ TEST_F(PluginUI, IsClosedWhenTheToplevelGoes) {
     EXPECT_EQ(closed_, (std::vector<std::string>{"it has lost its window"}));
 }
 
-TEST_F(PluginUI, SurvivesItsErrorsAndReportsOneOfEachKind) {
+TEST_F(PluginUI, SurvivesItsXErrorsAndLogsOneOfEachKind) {
     open();
     const CapturedOutput errors(2);
     commit(Misdeed::badWindow);
@@ -180,20 +180,20 @@ TEST_F(PluginUI, SurvivesItsErrorsAndReportsOneOfEachKind) {
     EXPECT_NE(embedded_, nullptr);
 }
 
-TEST_F(PluginUI, StaysInItsAreaWhateverItAsksFor) {
+TEST_F(PluginUI, StaysInItsAreaWhateverSizeItRequests) {
     open();
     ASSERT_TRUE(pollUntil([this] { return record_.width == 400; }));
     int changes = 0;
     embedded_->onChange = [&changes] { ++changes; };
     commit(Misdeed::wantByWindow);
-    ASSERT_TRUE(pollUntil([this] { return embedded_->rules().wanted == X11Size{500, 120}; }));
+    ASSERT_TRUE(pollUntil([this] { return embedded_->rules().requested == X11Size{500, 120}; }));
     commit(Misdeed::wantByFeature);
-    EXPECT_EQ(embedded_->rules().wanted, (X11Size{400, 300}));
+    EXPECT_EQ(embedded_->rules().requested, (X11Size{400, 300}));
     EXPECT_EQ(changes, 2);
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
-TEST_F(PluginUI, StandsInTheMiddleWithTheOnlyExtentThatItHas) {
+TEST_F(PluginUI, IsCentredWhenItsHintsFixItsSize) {
     open();
     commit(Misdeed::fixHints);
     ASSERT_TRUE(pollUntil([this] { return record_.width == 200; }));
@@ -201,21 +201,21 @@ TEST_F(PluginUI, StandsInTheMiddleWithTheOnlyExtentThatItHas) {
     EXPECT_TRUE(isPainted(160, 150, 0x202020U));
 }
 
-TEST_F(PluginUI, HasTheExtentThatItAskedForWhereItsDataSayFixed) {
+TEST_F(PluginUI, HasTheRequestedSizeWhenItsDataFixIt) {
     open("fixed");
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150 + 50, 140 + 50, 300, 200}));
     commit(Misdeed::wantByWindow);
     ASSERT_TRUE(pollUntil([this] { return record_.width == 500; }));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140 + 90, 500, 120}));
-    EXPECT_EQ(embedded_->rules().least(), (X11Size{500, 120}));
+    EXPECT_EQ(embedded_->rules().minimumSize(), (X11Size{500, 120}));
 }
 
-TEST_F(PluginUI, IsCutWhereItIsLargerThanWhatCanBeSeen) {
+TEST_F(PluginUI, IsClippedToTheVisiblePart) {
     open();
     commit(Misdeed::growHints);
     ASSERT_TRUE(pollUntil([this] { return record_.width == 900; }));
-    EXPECT_EQ(embedded_->rules().least(), (X11Size{900, 700}));
+    EXPECT_EQ(embedded_->rules().minimumSize(), (X11Size{900, 700}));
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 900, 700}));
     EXPECT_TRUE(isPainted(150 + 399, 140 + 299, 0x336699U));
     EXPECT_TRUE(isPainted(150 + 400, 140 + 299, 0x202020U));
@@ -235,7 +235,7 @@ TEST_F(PluginUI, FollowsItsArea) {
     EXPECT_TRUE(comesTo(record_.window, {}));
 }
 
-TEST_F(PluginUI, PlacesItsOtherWindowsAsItLikes) {
+TEST_F(PluginUI, PlacesItsOtherWindowsFreely) {
     open();
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     commit(Misdeed::secondWindow);
@@ -243,28 +243,28 @@ TEST_F(PluginUI, PlacesItsOtherWindowsAsItLikes) {
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
-TEST_F(PluginUI, IsUnmappedAndSlowWhileItIsHidden) {
+TEST_F(PluginUI, IsUnmappedAndUpdatedLessOftenWhileHidden) {
     open("probe", false);
     EXPECT_TRUE(comesTo(record_.window, {}));
-    const auto countTurns = [this] {
-        // The number of its turns while the host's timer makes 100.
+    // The number of updates during 100 calls of the test's timer.
+    const auto countUpdates = [this] {
         const int before = record_.idles;
         runFor(100);
         return record_.idles - before;
     };
-    const int hidden = countTurns();
+    const int hidden = countUpdates();
     embedded_->setVisible(true);
     EXPECT_TRUE(comesTo(record_.window, {150, 140, 400, 300}));
-    const int shown = countTurns();
+    const int shown = countUpdates();
     EXPECT_GT(shown, 3 * hidden);
     embedded_->setVisible(false);
     EXPECT_TRUE(comesTo(record_.window, {}));
-    // What changes meanwhile reaches it all the same.
+    // Changes reach the hidden UI, too.
     unit_->controls().setValue(kGain, 0.25F);
     ASSERT_TRUE(pollUntil([this] { return record_.values[kGain] == 0.25F; }));
 }
 
-TEST_F(PluginUI, KeepsItsUnitWhenThatIsMadeAnewForAnotherRate) {
+TEST_F(PluginUI, StaysOpenWhenTheSampleRateChanges) {
     open();
     unit_->allocateRenderResources(96000.0);
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
@@ -274,7 +274,7 @@ TEST_F(PluginUI, KeepsItsUnitWhenThatIsMadeAnewForAnotherRate) {
     ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 0.8F; }));
 }
 
-TEST_F(PluginUI, IsMadeAnewWithTheInstanceThatItReaches) {
+TEST_F(PluginUI, IsMadeAnewWhenTheInstanceThatItAccessesIsReplaced) {
     open("direct");
     const auto* before = record_.instance;
     ASSERT_NE(before, nullptr);
@@ -286,7 +286,7 @@ TEST_F(PluginUI, IsMadeAnewWithTheInstanceThatItReaches) {
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
-TEST_F(PluginUI, ThatRefusesToBeMadeIsAnError) {
+TEST_F(PluginUI, ThrowsWhenItRefusesToBeMade) {
     const auto refusal = [this](const std::string& name) -> std::string {
         try {
             open(name);

@@ -11,16 +11,17 @@ namespace {
 
 using namespace orvalo;
 
-/// The main loop, until a timer has fired that stands between the periods of the turns.
-class Turns : public ::testing::Test {
+/// The order of the UI timer's calls ("t") and of another timer ("|"), whose time lies between the
+/// periods of the visible and the hidden UI.
+class UITimer : public ::testing::Test {
   protected:
     static constexpr unsigned kBetween = 120;  // Milliseconds.
 
-    void begin() {
-        turns_ = std::make_unique<PluginUITimer>(G_PRIORITY_DEFAULT, [this] { order_ += "t"; });
+    void start() {
+        timer_ = std::make_unique<PluginUITimer>(G_PRIORITY_DEFAULT, [this] { order_ += "t"; });
     }
-    /// priority: what comes first when the loop is late and the timer's time and a turn's are over.
-    void addTimer(int priority = G_PRIORITY_DEFAULT) {
+    /// priority: decides which timer comes first when a late loop finds both due.
+    void addOtherTimer(int priority = G_PRIORITY_DEFAULT) {
         g_timeout_add_full(
             priority, kBetween,
             [](void* order) -> gboolean {
@@ -34,51 +35,50 @@ class Turns : public ::testing::Test {
             g_main_context_iteration(nullptr, TRUE);
         }
     }
-    /// How many turns came before the timer.
-    std::size_t turnsBeforeTimer() const { return order_.find('|'); }
+    std::size_t callsBeforeOtherTimer() const { return order_.find('|'); }
 
     std::string order_;
-    std::unique_ptr<PluginUITimer> turns_;
+    std::unique_ptr<PluginUITimer> timer_;
 };
 
-TEST_F(Turns, ComeOnceAtTheBeginningAndAreSeldomWhileThePluginUIIsHidden) {
-    // Before the first turn, so that its time is over before the second one's.
-    addTimer(G_PRIORITY_HIGH);
-    begin();
+TEST_F(UITimer, FiresOnceAtTheStartAndSeldomWhileHidden) {
+    // Added first, so that it is due before the second call.
+    addOtherTimer(G_PRIORITY_HIGH);
+    start();
     runUntil('|');
     runUntil('t');
     EXPECT_EQ(std::count(order_.begin(), order_.end(), 't'), 1);
 }
 
-TEST_F(Turns, ComeAtOnceWhenThePluginUIIsShown) {
-    begin();
-    turns_->setVisible(true);
-    addTimer();
+TEST_F(UITimer, FiresAtOnceWhenTheUIBecomesVisible) {
+    start();
+    timer_->setVisible(true);
+    addOtherTimer();
     runUntil('|');
-    EXPECT_GE(turnsBeforeTimer(), 1U);
+    EXPECT_GE(callsBeforeOtherTimer(), 1U);
 }
 
-TEST_F(Turns, AreSeldomAgainWhenItIsHiddenAgain) {
-    begin();
-    addTimer(G_PRIORITY_HIGH);
-    turns_->setVisible(true);
-    turns_->setVisible(false);
+TEST_F(UITimer, FiresSeldomWhenTheUIIsHiddenAgain) {
+    start();
+    addOtherTimer(G_PRIORITY_HIGH);
+    timer_->setVisible(true);
+    timer_->setVisible(false);
     runUntil('|');
-    EXPECT_EQ(turnsBeforeTimer(), 0U);
+    EXPECT_EQ(callsBeforeOtherTimer(), 0U);
 }
 
-TEST_F(Turns, MayEndTheirObject) {
+TEST_F(UITimer, MayBeDestroyedByItsWork) {
     int count = 0;
-    std::unique_ptr<PluginUITimer> turns;
-    turns = std::make_unique<PluginUITimer>(G_PRIORITY_DEFAULT, [&] {
-        turns = nullptr;
+    std::unique_ptr<PluginUITimer> timer;
+    timer = std::make_unique<PluginUITimer>(G_PRIORITY_DEFAULT, [&] {
+        timer = nullptr;
         ++count;
     });
-    turns->setVisible(true);
+    timer->setVisible(true);
     while (count == 0) {
         g_main_context_iteration(nullptr, TRUE);
     }
-    addTimer();
+    addOtherTimer();
     runUntil('|');
     EXPECT_EQ(count, 1);
 }

@@ -15,8 +15,8 @@ Display* screen() {
     static const XServer server;
     static Display* const display = [] {
         auto* opened = XOpenDisplay(nullptr);
-        // The tests look at windows that may be gone.
-        X11Errors::takeOver();
+        // The tests query windows that may be gone.
+        X11Errors::installHandler();
         X11Errors::ignore(opened, true);
         return opened;
     }();
@@ -80,6 +80,32 @@ unsigned long keyboardFocus() {
     int revert = 0;
     XGetInputFocus(screen(), &focus, &revert);
     return focus;
+}
+
+unsigned long windowAt(int x, int y) {
+    auto* display = screen();
+    const auto root = DefaultRootWindow(display);
+    unsigned long window = root;
+    for (unsigned long child = root; child != 0;) {
+        window = child;
+        int inX = 0;
+        int inY = 0;
+        if (XTranslateCoordinates(display, root, window, x, y, &inX, &inY, &child) == False) {
+            return 0;
+        }
+    }
+    return window;
+}
+
+unsigned long parentWindowAt(int x, int y) {
+    Window root = 0;
+    Window parent = 0;
+    Window* children = nullptr;
+    unsigned count = 0;
+    if (XQueryTree(screen(), windowAt(x, y), &root, &parent, &children, &count) != 0) {
+        XFree(children);
+    }
+    return parent;
 }
 
 }  // namespace orvalo::testing

@@ -10,24 +10,29 @@ using Display = struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib
 
 namespace orvalo::testing {
 
-/// The program's virtual display, which the first call makes, and the tests' own connection to it.
+/// The tests' connection to the program's virtual display, which the first call starts.
 Display* screen();
 
-/// Serves the main run loop for at least that many of its turns.
+/// Runs the main run loop for that many calls of a 5 ms timer.
 void runFor(int turns);
 
-/// A window's rectangle on the screen; empty when it cannot be seen or is gone.
+/// A window's rectangle on the screen; empty when it is unmapped or gone.
 X11Rect rectangleOf(unsigned long window);
-/// A pixel of the screen: 0xRRGGBB.
+/// A pixel of the screen, 0xRRGGBB.
 unsigned pixelAt(int x, int y);
-/// The number of colours at a grid of points in a part of the screen.
+/// The number of colours in a part of the screen, at every seventh pixel each way.
 std::size_t countColors(const X11Rect& area);
 
-/// Runs the main run loop until that holds; false after many seconds.
+// As pollUntil(): whether the window gets that rectangle, or the pixel that colour.
 bool comesTo(unsigned long window, const X11Rect& rectangle);
 bool isPainted(int x, int y, unsigned color);
 
-/// The window that has the keyboard.
+/// The focus window.
 unsigned long keyboardFocus();
+
+/// The innermost window under a point of the screen; 0 when that goes during the search.
+unsigned long windowAt(int x, int y);
+/// The parent of windowAt(); 0 without one.
+unsigned long parentWindowAt(int x, int y);
 
 }  // namespace orvalo::testing

@@ -4,7 +4,7 @@
 
 namespace orvalo::testing {
 
-/// A plain window at (100, 100), 800 x 600, shown on the screen.
+/// A window without a toolkit, on screen at (100, 100), 800 x 600.
 class Toplevel {
   public:
     Toplevel();
@@ -13,13 +13,13 @@ class Toplevel {
     Toplevel& operator=(const Toplevel&) = delete;
 
     unsigned long window() const { return window_; }
-    /// Takes it away, with whatever is in it.
+    /// Destroys the window with all that is in it.
     void destroy();
-    /// Puts it below all others.
+    /// Puts the window below all others.
     void lower() const;
-    /// Makes a window in it that has the keyboard, and returns that.
+    /// Creates and focuses a window inside.
     unsigned long focusInside() const;
-    /// Keys that came to the toplevel or the window inside.
+    /// The keys since the last call that came to the toplevel or the window inside.
     static std::vector<unsigned long> takeKeys();
 
   private:

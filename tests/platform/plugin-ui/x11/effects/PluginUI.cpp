@@ -1,6 +1,5 @@
-// An X11 UI that writes down what its host does. The left button sets the gain to a
-// hundredth of where the pointer is, also while it moves; the right one sends an atom; from the
-// middle one it never returns.
+// An X11 UI that records what its host does. The left button, also a drag, sets the gain to a
+// hundredth of the pointer's x; the right button sends an atom; the middle one hangs the UI.
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -18,12 +17,12 @@
 #include <string_view>
 #include <utility>
 
-#include "tests/platform/plugin-ui/x11/effects/PluginUIRecord.h"
+#include "tests/platform/plugin-ui/x11/effects/UIRecord.h"
 
 namespace {
 
 using orvalo::zoo::Misdeed;
-using orvalo::zoo::PluginUIRecord;
+using orvalo::zoo::UIRecord;
 
 constexpr std::uint32_t kEvents = 2;
 constexpr std::uint32_t kNotify = 3;
@@ -32,8 +31,8 @@ constexpr std::uint32_t kCount = 5;
 constexpr long kEventMask =
     ButtonPressMask | Button1MotionMask | StructureNotifyMask | ExposureMask;
 
-PluginUIRecord& record() {
-    static PluginUIRecord seen;
+UIRecord& record() {
+    static UIRecord seen;
     return seen;
 }
 
@@ -184,7 +183,7 @@ void sendAtom(PluginUI& self) {
 }
 
 void loop() {
-    // Never true, which the compiler must not know.
+    // Never true; atomic, so that the compiler keeps the loop.
     static std::atomic<bool> isOver{false};
     while (!isOver) {
     }
@@ -318,19 +317,19 @@ int resized(LV2UI_Feature_Handle /*handle*/, int width, int height) {
 }
 
 const void* extensionData(const char* uri) {
-    static const LV2UI_Idle_Interface idlePluginUI{idle};
-    static const LV2UI_Resize resizePluginUI{nullptr, resized};
+    static const LV2UI_Idle_Interface idleExtension{idle};
+    static const LV2UI_Resize resizeExtension{nullptr, resized};
     if (std::string_view(uri) == LV2_UI__idleInterface) {
-        return &idlePluginUI;
+        return &idleExtension;
     }
-    return std::string_view(uri) == LV2_UI__resize ? &resizePluginUI : nullptr;
+    return std::string_view(uri) == LV2_UI__resize ? &resizeExtension : nullptr;
 }
 
 constexpr LV2UI_Descriptor describe(const char* uri) {
     return {uri, instantiate, cleanup, portEvent, extensionData};
 }
 
-const std::array kPluginUIs{
+const std::array kDescriptors{
     describe("urn:orvalo:ui:probe#ui"),      describe("urn:orvalo:ui:fixed#ui"),
     describe("urn:orvalo:ui:direct#ui"),     describe("urn:orvalo:ui:refusing#ui"),
     describe("urn:orvalo:ui:windowless#ui"),
@@ -339,9 +338,9 @@ const std::array kPluginUIs{
 }  // namespace
 
 extern "C" LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
-    return index < kPluginUIs.size() ? &kPluginUIs[index] : nullptr;
+    return index < kDescriptors.size() ? &kDescriptors[index] : nullptr;
 }
 
-extern "C" LV2_SYMBOL_EXPORT PluginUIRecord* pluginUIRecord() {
+extern "C" LV2_SYMBOL_EXPORT UIRecord* uiRecord() {
     return &record();
 }

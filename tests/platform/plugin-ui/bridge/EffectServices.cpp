@@ -1,5 +1,6 @@
-#include "tests/platform/plugin-ui/bridge/ServicePid.h"
+#include "tests/platform/plugin-ui/bridge/EffectServices.h"
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -12,7 +13,6 @@ std::vector<pid_t> servicePids() {
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
         std::ifstream children(task.path() / "children");
         for (pid_t pid = 0; children >> pid;) {
-            // What stands there of a process that is not reaped, too.
             std::ifstream file("/proc/" + std::to_string(pid) + "/comm");
             std::string program;
             std::getline(file, program);
@@ -27,6 +27,14 @@ std::vector<pid_t> servicePids() {
 bool killService() {
     const auto pids = servicePids();
     return pids.size() == 1 && kill(pids.front(), SIGKILL) == 0;
+}
+
+BridgeLimits unhurriedLimits() {
+    BridgeLimits limits;
+    limits.hang = std::chrono::seconds(15);
+    limits.request = std::chrono::seconds(60);
+    limits.offlineWait = std::chrono::seconds(60);
+    return limits;
 }
 
 }  // namespace orvalo::testing
