@@ -7,8 +7,8 @@
 
 namespace orvalo::bench {
 
-/// What this machine takes to hand a word to another process and get it back, with nothing done
-/// there: no effect outside can be quicker. The process works where its host is.
+/// Hands a word to another process and back, without work there: what a hand-over takes on this
+/// machine at least.
 class BareHandover {
   public:
     BareHandover();
@@ -16,13 +16,12 @@ class BareHandover {
     BareHandover(const BareHandover&) = delete;
     BareHandover& operator=(const BareHandover&) = delete;
 
-    /// There and back.
+    /// One hand-over and the answer.
     void run() noexcept;
 
   private:
     struct Words {
         alignas(64) std::atomic<std::uint32_t> request;
-        std::atomic<int> processor;
         alignas(64) std::atomic<std::uint32_t> response;
     };
 

@@ -25,7 +25,7 @@ std::optional<LV2StateProperties> stateOf(const bridge::Instantiate& request) {
     }
     auto state = unpackState(request.state);
     if (!state) {
-        g_warning("The state that the effect was to start from cannot be read.");
+        g_warning("The saved state cannot be read; the effect starts with its default.");
     }
     return state;
 }
@@ -39,7 +39,8 @@ std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Insta
     const auto& data = unit->data();
     if (layoutOf(request) != SharedAudio::Layout{data.inputChannelCount, data.outputChannelCount,
                                                  static_cast<std::uint32_t>(data.ports.size())}) {
-        throw lv2Error(LV2ErrorCode::badData, request.uri, "its data have changed meanwhile");
+        throw lv2Error(LV2ErrorCode::badData, request.uri,
+                       "its ports have changed since the host read them");
     }
     for (const auto& control : request.controls) {
         if (control.port < data.ports.size()) {
@@ -52,34 +53,32 @@ std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Insta
 }  // namespace
 
 LoadedEffect::LoadedEffect(const bridge::Instantiate& request, FileDescriptor memory,
-                           std::function<bool(const std::string&)> tellState)
+                           std::function<bool(const std::string&)> sendState)
     : world_(bundlesOnly(request.bundles)),
       audio_(SharedAudio::map(std::move(memory), layoutOf(request))),
       unit_(makeUnit(world_, request)),
       audioThread_(unit_, audio_),
-      stateWatch_(unit_, std::move(tellState)) {}
+      stateWatch_(unit_, std::move(sendState)) {}
 
 void LoadedEffect::loadPreset(const std::string& uri) {
-    if (presets_.empty()) {
-        presets_ = findPresets(world_, unit_->data().uri);
-    }
-    const auto found = std::find_if(presets_.begin(), presets_.end(),
+    const auto& presets = unit_->presets();
+    const auto found = std::find_if(presets.begin(), presets.end(),
                                     [&uri](const LV2Preset& preset) { return preset.uri == uri; });
-    if (found != presets_.end()) {
+    if (found != presets.end()) {
         unit_->setCurrentPreset(
-            std::make_shared<AUAudioUnitPreset>(found - presets_.begin(), found->label));
+            std::make_shared<AUAudioUnitPreset>(found - presets.begin(), found->label));
     }
-    if (found == presets_.end() || unit_->currentPreset() == nullptr) {
+    if (found == presets.end() || unit_->currentPreset() == nullptr) {
         throw lv2Error(LV2ErrorCode::stateFailed, unit_->data().uri,
                        "its preset <" + uri + "> cannot be loaded");
     }
 }
 
-void LoadedEffect::look() {
+void LoadedEffect::publish() {
     publishControls();
-    stateWatch_.look();
+    stateWatch_.sendIfChanged();
     if (const auto lost = audioThread_.takeLostCount(); lost > 0) {
-        g_warning("%u MIDI messages were more than a quantum can hold.", lost);
+        g_warning("%u MIDI messages did not fit into their quantum and are lost.", lost);
     }
 }
 

@@ -1,9 +1,10 @@
 #include "platform/audio/bridge/host/BridgedRender.h"
 
+#include <sched.h>
+
 #include <algorithm>
 #include <utility>
 
-#include "platform/audio/bridge/host/RenderPriority.h"
 #include "platform/audio/bridge/wire/SharedEvents.h"
 #include "platform/foundation/RealTimeScope.h"
 
@@ -11,8 +12,21 @@ namespace orvalo {
 
 namespace {
 
-// An hour at 192 kHz; more than that is no latency.
+// An hour at 192 kHz. The service's value is not trusted beyond it.
 constexpr std::uint32_t kLongestLatency = 691200000;
+
+/// Requests that the service's audio thread runs one step below the calling thread, so that an
+/// effect that never returns cannot keep the render thread from its deadline. Offline: without a
+/// real-time priority.
+void requestScheduling(SharedAudio::Control& control, bool isOffline) noexcept {
+    const int policy = isOffline ? SCHED_OTHER : sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
+    sched_param own{};
+    const bool isRealTime =
+        (policy == SCHED_FIFO || policy == SCHED_RR) && sched_getparam(0, &own) == 0;
+    control.schedulingPolicy.store(isRealTime ? policy : SCHED_OTHER, std::memory_order_relaxed);
+    control.schedulingPriority.store(isRealTime ? std::max(own.sched_priority - 1, 1) : 0,
+                                     std::memory_order_relaxed);
+}
 
 }  // namespace
 
@@ -28,21 +42,17 @@ std::unique_ptr<RenderSession> BridgedRender::disconnect() {
         return nullptr;
     }
     session->end();
-    auto taken = session_.exchange(nullptr);
-    hold_.letGo();
-    return taken;
+    return session_.exchange(nullptr);
 }
 
 void BridgedRender::giveUp() {
-    isHopeless_.store(true, std::memory_order_release);
+    hasGivenUp_.store(true, std::memory_order_release);
     sessionNumber_.fetch_add(1, std::memory_order_release);
     Futex::wake(sessionNumber_);
 }
 
 void BridgedRender::setSampleRate(double sampleRate) {
     sampleRate_.store(sampleRate, std::memory_order_relaxed);
-    // Another thread may be the next to render.
-    tellsScheduling_.store(true, std::memory_order_relaxed);
 }
 
 void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) noexcept {
@@ -60,14 +70,13 @@ void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) no
         }
     }
     sampleTime_ += output.frameCount;
-    quanta_.fetch_add(1, std::memory_order_relaxed);
 }
 
 void BridgedRender::awaitSession() noexcept {
     const auto limit = std::chrono::steady_clock::now() + limits_.request + limits_.offlineWait;
     for (;;) {
         const auto number = sessionNumber_.load(std::memory_order_acquire);
-        if (hasLiveSession() || isHopeless_.load(std::memory_order_acquire) ||
+        if (hasLiveSession() || hasGivenUp_.load(std::memory_order_acquire) ||
             std::chrono::steady_clock::now() >= limit) {
             return;
         }
@@ -83,25 +92,26 @@ bool BridgedRender::hasLiveSession() noexcept {
 bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
                             const AudioBlock& output) noexcept {
     const auto until = deadline(input.frameCount);
-    const auto isInTime = [this, &session, until](bool isAwaited) {
-        const bool isAnswered = isAwaited ? session.awaitAnswer(until) : session.isAnswered();
+    const auto hasAnswer = [this, &session, until](bool waits) {
+        const bool isAnswered = waits ? session.awaitAnswer(until) : session.isAnswered();
         if (!isAnswered && !session.hasEnded.load(std::memory_order_acquire)) {
             late_.fetch_add(1, std::memory_order_relaxed);
         }
         return isAnswered;
     };
     if (session.isOutstanding) {
-        if (!isInTime(isOffline())) {
+        // The service is still busy with an earlier quantum.
+        if (!hasAnswer(isOffline())) {
             return false;
         }
-        takeReports(session);
+        readAnswer(session);
     }
     handOver(session, input);
-    if (!isInTime(true)) {
+    if (!hasAnswer(true)) {
         return false;
     }
     fader_.writeWet(input, session.audio.output(output.frameCount), output);
-    takeReports(session);
+    readAnswer(session);
     return true;
 }
 
@@ -111,7 +121,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
     for (std::uint32_t channel = 0; channel < shared.channelCount; ++channel) {
         std::copy_n(input.channels[channel], input.frameCount, shared.channels[channel]);
     }
-    agreeOnPlace(session, std::chrono::steady_clock::now());
+    requestScheduling(control, isOffline());
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
     session.isOutstanding = true;
     session.sampleTime = sampleTime_;
@@ -122,7 +132,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
     Futex::wake(control.request);
 }
 
-void BridgedRender::takeReports(RenderSession& session) noexcept {
+void BridgedRender::readAnswer(RenderSession& session) noexcept {
     session.isOutstanding = false;
     const auto& control = session.audio.control();
     const auto latency = control.latency.load(std::memory_order_relaxed);
@@ -141,25 +151,6 @@ void BridgedRender::takeReports(RenderSession& session) noexcept {
                      reinterpret_cast<const std::uint8_t*>(event.bytes.data()));
         }
     }
-}
-
-void BridgedRender::agreeOnPlace(RenderSession& session, Time now) noexcept {
-    auto& control = session.audio.control();
-    // Who renders offline is any thread, and not ours to hold or to raise.
-    constexpr int kAnywhere = -1;
-    const bool isNew = !std::exchange(session.knowsScheduling, true);
-    if (tellsScheduling_.exchange(false, std::memory_order_relaxed) || isNew || now >= nextLook_) {
-        nextLook_ = now + ProcessorHold::kLength;
-        const auto effect = isOffline() ? EffectScheduling() : takeLead();
-        maySharePlace_ = effect.maySharePlace && !isOffline();
-        control.schedulingPolicy.store(effect.policy, std::memory_order_relaxed);
-        control.schedulingPriority.store(effect.priority, std::memory_order_relaxed);
-    }
-    if (!maySharePlace_) {
-        hold_.letGo();
-    }
-    control.processor.store(maySharePlace_ ? hold_.keep(now) : kAnywhere,
-                            std::memory_order_relaxed);
 }
 
 Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {

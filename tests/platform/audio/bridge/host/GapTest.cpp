@@ -21,7 +21,7 @@ BridgeLimits quickLimits() {
     return limits;
 }
 
-/// Renders on into the next process. Between two quanta it can take over unheard.
+/// Renders until the next service is wet. It may take over between two quanta, unheard.
 void renderUntilStartedAgain(FakeEffect& effect, const CapturedOutput& error,
                              Transcript& transcript) {
     do {
@@ -42,7 +42,7 @@ void PrintTo(const Way& way, std::ostream* stream) {
 
 class GapTest : public ::testing::TestWithParam<Way> {};
 
-TEST_P(GapTest, TheInputPassesThroughInTheQuantumThatIsNotAnsweredAndTheEffectIsBackInTheNext) {
+TEST_P(GapTest, TheUnansweredQuantumIsDryAndTheNextOneWet) {
     const CapturedOutput error(2);
     FakeEffect effect(GetParam().how + ":4", quickLimits());
     Transcript transcript;
@@ -56,9 +56,7 @@ TEST_P(GapTest, TheInputPassesThroughInTheQuantumThatIsNotAnsweredAndTheEffectIs
 }
 
 std::string limitInWords() {
-    const auto limit = quickLimits().hang.count();
-    return limit % 1000 == 0 ? std::to_string(limit / 1000) + " seconds"
-                             : std::to_string(limit) + " milliseconds";
+    return durationText(quickLimits().hang);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -76,10 +74,10 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-/// What breaks the rules beside the sound: the quantum under way may still be answered.
+/// Faults outside rendering: the current quantum may still be answered.
 class BesideTest : public ::testing::TestWithParam<Way> {};
 
-TEST_P(BesideTest, TheEffectIsEndedAndNothingButTheInputIsHeardMeanwhile) {
+TEST_P(BesideTest, TheServiceIsReplacedAndTheOutputIsDryMeanwhile) {
     const CapturedOutput error(2);
     FakeEffect effect(GetParam().how + ":4", quickLimits());
     Transcript transcript;
@@ -89,25 +87,24 @@ TEST_P(BesideTest, TheEffectIsEndedAndNothingButTheInputIsHeardMeanwhile) {
     EXPECT_THAT(error.text(), HasSubstr(GetParam().line));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Ways, BesideTest,
-    ::testing::Values(Way{"garbage", "sent a message that makes no sense"},
-                      Way{"huge-length", "sent a message that makes no sense"},
-                      Way{"unknown-type", "sent a message that makes no sense"},
-                      Way{"other-version", "sent a message that makes no sense"},
-                      Way{"unasked-done", "sent a message that makes no sense"},
-                      Way{"unasked-opened", "sent a message that makes no sense"},
-                      Way{"unasked-closed", "sent a message that makes no sense"},
-                      Way{"unasked-outdated", "sent a message that makes no sense"},
-                      Way{"deaf", "closed its connection"},
-                      Way{"mute", "did not answer for " + limitInWords()}),
-    [](const auto& way) {
-        auto name = way.param.how;
-        std::erase(name, '-');
-        return name;
-    });
+INSTANTIATE_TEST_SUITE_P(Ways, BesideTest,
+                         ::testing::Values(Way{"garbage", "sent an invalid message"},
+                                           Way{"huge-length", "sent an invalid message"},
+                                           Way{"unknown-type", "sent an invalid message"},
+                                           Way{"other-version", "sent an invalid message"},
+                                           Way{"unasked-done", "sent an invalid message"},
+                                           Way{"unasked-opened", "sent an invalid message"},
+                                           Way{"unasked-closed", "sent an invalid message"},
+                                           Way{"unasked-outdated", "sent an invalid message"},
+                                           Way{"deaf", "closed its connection"},
+                                           Way{"mute", "did not answer for " + limitInWords()}),
+                         [](const auto& way) {
+                             auto name = way.param.how;
+                             std::erase(name, '-');
+                             return name;
+                         });
 
-TEST(Gap, AnEffectThatLeaksIsEnded) {
+TEST(Gap, AServiceThatExceedsItsMemoryLimitIsReplaced) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.ping = std::chrono::milliseconds(20);
@@ -116,11 +113,11 @@ TEST(Gap, AnEffectThatLeaksIsEnded) {
     FakeEffect effect("leak:4", limits);
     Transcript transcript;
     renderUntilStartedAgain(effect, error, transcript);
-    EXPECT_THAT(error.text(), HasSubstr("> took "));
-    EXPECT_THAT(error.text(), HasSubstr(" MiB of memory, more than the "));
+    EXPECT_THAT(error.text(), HasSubstr("> used "));
+    EXPECT_THAT(error.text(), HasSubstr(" MiB of memory, more than the limit of "));
 }
 
-TEST(Gap, AfterTheThirdDeathTheInputPassesThroughForGood) {
+TEST(Gap, AfterTheThirdDeathTheOutputStaysDry) {
     const CapturedOutput error(2);
     FakeEffect effect("segv:2:always", quickLimits());
     Transcript transcript;
@@ -134,10 +131,10 @@ TEST(Gap, AfterTheThirdDeathTheInputPassesThroughForGood) {
                 HasSubstr("The effect <urn:fake:segv:2:always> was killed by signal 11 "
                           "(Segmentation fault) while playing. It last said: made at"));
     EXPECT_THAT(error.text(),
-                HasSubstr("The effect <urn:fake:segv:2:always> died 3 times within a minute and "
+                HasSubstr("The effect <urn:fake:segv:2:always> died 3 times within 60 s and "
                           "is not started again; its input passes through unchanged."));
     EXPECT_EQ(effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 1.0}).kind,
-              ServiceAnswer::Kind::remembered);
+              ServiceAnswer::Kind::noService);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ std::string errorOf(const std::string& role, const BridgeLimits& limits = patien
     return "none";
 }
 
-TEST(Supervisor, ANewProcessStartsWithTheLastKnownState) {
+TEST(Supervisor, RestartsWithTheLastKnownState) {
     const CapturedOutput error(2);
     FakeEffect effect("segv:2");
     auto& supervisor = effect.supervisor();
@@ -47,14 +47,14 @@ TEST(Supervisor, ANewProcessStartsWithTheLastKnownState) {
                                         "1=0.5 2=0.75"));
 }
 
-TEST(Supervisor, ControlValuesThatAreImpossibleAreNotHandedOn) {
+TEST(Supervisor, RestartsWithoutImpossibleControlValues) {
     const CapturedOutput error(2);
     FakeEffect effect("odd-controls:2");
     effect.render(3);
     EXPECT_THAT(error.text(), HasSubstr("with 'first' 2=0.75\n"));
 }
 
-TEST(Supervisor, AStateIsHandedOnUntouchedWhateverItHolds) {
+TEST(Supervisor, PassesAStateOnUnchanged) {
     const CapturedOutput error(2);
     FakeEffect effect("bad-state:2");
     effect.render(2);
@@ -65,7 +65,7 @@ TEST(Supervisor, AStateIsHandedOnUntouchedWhateverItHolds) {
     EXPECT_THAT(error.text(), ContainsRegex("with '.+ garbage'"));
 }
 
-TEST(Supervisor, AStateThatIsTooLargeIsNotKept) {
+TEST(Supervisor, IgnoresAStateAboveTheLimit) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.state = std::size_t{1} << 20U;
@@ -73,12 +73,12 @@ TEST(Supervisor, AStateThatIsTooLargeIsNotKept) {
     effect.render(2);
     effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"});
     effect.render(1);
-    EXPECT_THAT(error.text(), HasSubstr("The state of the effect <urn:fake:huge-state:2> takes 2 "
-                                        "MiB, more than the 1 MiB that are kept."));
+    EXPECT_THAT(error.text(), HasSubstr("The state of the effect <urn:fake:huge-state:2> has 2 "
+                                        "MiB, more than the limit of 1 MiB"));
     EXPECT_THAT(error.text(), HasSubstr("with 'first'"));
 }
 
-TEST(Supervisor, WhatIsRefusedIsSaid) {
+TEST(Supervisor, ReturnsTheErrorOfARefusedRequest) {
     FakeEffect effect("half:0");
     const auto rate = effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 1.0});
     EXPECT_EQ(rate.kind, Kind::refused);
@@ -90,7 +90,7 @@ TEST(Supervisor, WhatIsRefusedIsSaid) {
     EXPECT_TRUE(FakeEffect::isWet(effect.render()));
 }
 
-TEST(Supervisor, APresetThatKillsIsNotAskedForAgain) {
+TEST(Supervisor, DoesNotRepeatAPresetThatKilledTheService) {
     const CapturedOutput error(2);
     FakeEffect effect("half:0");
     const auto answer =
@@ -103,28 +103,28 @@ TEST(Supervisor, APresetThatKillsIsNotAskedForAgain) {
                 HasSubstr("was killed by signal 9 (Killed) while it loaded a preset; it is"));
 }
 
-TEST(Supervisor, ARateThatKillsOnceIsAskedForAgain) {
+TEST(Supervisor, RepeatsARateThatKilledTheServiceOnce) {
     FakeEffect effect("other:9999");
     const auto answer =
         effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 22050.0});
     EXPECT_EQ(answer.kind, Kind::done);
 }
 
-TEST(Supervisor, ARateThatKillsEachTimeIsRememberedInTheEnd) {
+TEST(Supervisor, AnswersNoServiceAfterARateThatKillsEveryService) {
     const CapturedOutput error(2);
     FakeEffect effect("other:9999:always");
     const auto answer =
         effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 22050.0});
-    EXPECT_EQ(answer.kind, Kind::remembered);
+    EXPECT_EQ(answer.kind, Kind::noService);
     EXPECT_TRUE(effect.supervisor().hasGivenUp());
     EXPECT_THAT(error.text(), HasSubstr("while it was prepared to play"));
 }
 
-TEST(Supervisor, ARequestThatIsNotAnsweredEndsTheProcess) {
+TEST(Supervisor, AnUnansweredRequestEndsTheService) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.request = std::chrono::milliseconds(300);
-    // Pings must not count meanwhile.
+    // The ping limit must not apply meanwhile.
     limits.hang = std::chrono::milliseconds(50);
     limits.ping = std::chrono::milliseconds(10);
     limits.tick = std::chrono::milliseconds(10);
@@ -133,11 +133,10 @@ TEST(Supervisor, ARequestThatIsNotAnsweredEndsTheProcess) {
                   .perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:stuck"})
                   .kind,
               Kind::died);
-    EXPECT_THAT(error.text(),
-                HasSubstr("did not answer for 300 milliseconds while it loaded a preset"));
+    EXPECT_THAT(error.text(), HasSubstr("did not answer for 300 ms while it loaded a preset"));
 }
 
-TEST(Supervisor, RequestsOfManyThreadsAreAllAnsweredWhileProcessesDie) {
+TEST(Supervisor, AnswersAllRequestsOfManyThreadsWhileServicesDie) {
     auto limits = patientLimits();
     limits.deaths = 1000;
     FakeEffect effect("half:0", limits);
@@ -162,14 +161,14 @@ TEST(Supervisor, RequestsOfManyThreadsAreAllAnsweredWhileProcessesDie) {
     EXPECT_TRUE(effect.renderUntilWet());
 }
 
-TEST(Supervisor, AStartThatFailsIsTriedAgainAfterARest) {
+TEST(Supervisor, RetriesAFailedRestartAfterAPause) {
     const CapturedOutput error(2);
     const TemporaryFolder folder;
     const auto program = folder.path() / "service";
     const auto elsewhere = folder.path() / "elsewhere";
     std::filesystem::copy(fakeServicePath(), program);
     auto limits = patientLimits();
-    limits.rest = std::chrono::seconds(2);
+    limits.retryDelay = std::chrono::seconds(2);
     FakeEffect effect("half:0", limits, program);
     std::filesystem::rename(program, elsewhere);
     kill(*children().begin(), SIGKILL);
@@ -181,42 +180,43 @@ TEST(Supervisor, AStartThatFailsIsTriedAgainAfterARest) {
               Kind::done);
 }
 
-TEST(Supervisor, TheFirstRefusalIsAnError) {
+TEST(Supervisor, ThrowsTheErrorOfTheFirstService) {
     const CapturedOutput error(2);
     EXPECT_EQ(errorOf("refuse:0"), "The plug-in <urn:fake:refuse:0> says no.");
     EXPECT_THAT(error.text(), Not(HasSubstr("WARNING")));
 }
 
-TEST(Supervisor, AnEffectThatDiesWhileItIsMadeIsTriedAgain) {
+TEST(Supervisor, RetriesAnEffectThatDiesDuringInstantiation) {
     const CapturedOutput error(2);
     EXPECT_EQ(errorOf("abort:0:always"),
-              "The plug-in <urn:fake:abort:0:always> cannot be used: it died 3 times within a "
-              "minute; at last it was killed by signal 6 (Aborted) while it was made. It last "
+              "The plug-in <urn:fake:abort:0:always> cannot be used: it died 3 times within 60 s; "
+              "at last it was killed by signal 6 (Aborted) while it was instantiated. It last "
               "said: assertion 'x > 0' failed");
     EXPECT_THAT(error.text(),
-                AllOf(HasSubstr("was killed by signal 6 (Aborted) while it was made; it is "
+                AllOf(HasSubstr("was killed by signal 6 (Aborted) while it was instantiated; it is "
                                 "started again. It last said: assertion 'x > 0' failed"),
                       Not(HasSubstr("passes through"))));
 }
 
-TEST(Supervisor, AnEffectThatDoesNotComeIsTriedAgain) {
+TEST(Supervisor, RetriesAnEffectThatHangsDuringInstantiation) {
     auto limits = patientLimits();
     limits.request = std::chrono::milliseconds(100);
     limits.tick = std::chrono::milliseconds(10);
     EXPECT_THAT(errorOf("hang:0:always", limits),
-                HasSubstr("at last it did not answer for 100 milliseconds while it was made."));
+                HasSubstr("at last it did not answer for 100 ms while it was instantiated."));
 }
 
-TEST(Supervisor, AMissingProgramIsNamedAtOnce) {
+TEST(Supervisor, NamesAMissingProgramAtOnce) {
     const CapturedOutput error(2);
-    BridgedRender render(0, patientLimits());
+    RenderSlot<AUMIDIOutputEventBlock> midiBlock;
+    BridgedRender render(midiBlock, 0, patientLimits());
     const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     ServiceSupervisor supervisor({.program = "/nowhere/effect-service",
                                   .uri = "urn:a",
                                   .bundles = {},
                                   .stateFolder = {},
                                   .layout = {},
-                                  .ranges = {}},
+                                  .ports = {}},
                                  patientLimits(), render, *pluginUI);
     try {
         supervisor.start();
