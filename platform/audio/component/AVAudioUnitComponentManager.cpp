@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/audio/lv2/LV2Registry.h"
+#include "platform/audio/lv2/LV2World.h"
 
 namespace orvalo {
 
@@ -30,7 +30,7 @@ AVAudioUnitComponentManager::sharedAudioUnitComponentManager() {
 }
 
 AVAudioUnitComponentManager::AVAudioUnitComponentManager() {
-    for (const auto& component : registeredLV2Components()) {
+    for (const auto& component : LV2World::shared().components()) {
         components_.push_back(std::make_shared<AVAudioUnitComponent>(
             component.description, component.name, component.uri));
     }

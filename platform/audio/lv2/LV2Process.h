@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lilv/lilv.h>
+
 #include <atomic>
 #include <cstdint>
 #include <vector>
@@ -11,7 +13,6 @@
 #include "platform/audio/lv2/LV2SequenceBuffer.h"
 #include "platform/audio/lv2/LV2SequenceReader.h"
 #include "platform/audio/lv2/LV2Worker.h"
-#include "platform/audio/lv2/LilvPointers.h"
 #include "platform/audio/signal/AudioBlock.h"
 #include "platform/audio/unit/AUAudioUnit.h"
 

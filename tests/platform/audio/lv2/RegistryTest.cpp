@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/audio/lv2/LV2PluginData.h"
 #include "platform/audio/lv2/LV2World.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/TemporaryFolder.h"
@@ -171,7 +172,95 @@ TEST_F(Registry, LeavesOutWhatIsNoFile) {
     std::filesystem::create_directories(root_.path() / "path" / "odd.lv2" / "manifest.ttl");
     std::ofstream(root_.path() / "path" / "file.txt") << "no bundle";
     EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
-    EXPECT_THAT(warnings_, HasSubstr("odd.lv2/manifest.ttl is no file."));
+    EXPECT_THAT(warnings_, HasSubstr("odd.lv2/manifest.ttl is no regular file; it is "
+                                     "ignored."));
+}
+
+TEST_F(Registry, LeavesOutAManifestThatIsNestedTooDeep) {
+    const auto nested = [](const std::string& open, const std::string& close) {
+        std::string text = "<urn:test:deep> lv2:project ";
+        for (int depth = 0; depth < 20000; ++depth) {
+            text += open;
+        }
+        text += "<urn:test:end>";
+        for (int depth = 0; depth < 20000; ++depth) {
+            text += close;
+        }
+        return text + " .";
+    };
+    writeRegistered("path", "amp");
+    write("path", "brackets.lv2", nested("[ lv2:project ", " ]"));
+    write("path", "lists.lv2", nested("( ", " )"));
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_THAT(warnings_, HasSubstr("The manifest of " + bundle("path/brackets.lv2") +
+                                     " is left out: it is nested more than 1000 deep."));
+    EXPECT_THAT(warnings_, HasSubstr("The manifest of " + bundle("path/lists.lv2") +
+                                     " is left out: it is nested more than 1000 deep."));
+}
+
+TEST_F(Registry, ReadsAManifestWithManyResourcesSideBySide) {
+    std::string text = codes("urn:test:amp", "amp ") + "\n<urn:test:amp> a lv2:Plugin ; lv2:port ";
+    for (int port = 0; port < 3000; ++port) {
+        text += "[ lv2:name \"In\" ; lv2:project [] , ( 1 2 ) ] , ";
+    }
+    write("path", "wide.lv2", text + "[] .");
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_EQ(warnings_, "");
+}
+
+TEST_F(Registry, TakesAPluginWholeFromTheFirstOfTheBundlesThatHoldIt) {
+    write(
+        "path", "amp.lv2",
+        "<urn:test:amp> a lv2:Plugin ; lv2:binary <first.so> .\n" + codes("urn:test:amp", "1st "));
+    // A newer version, which lilv would prefer, in a bundle whose URI sorts before the other's.
+    write("more", "amp.lv2",
+          "<urn:test:amp> a lv2:Plugin ; lv2:binary <second.so> ; lv2:minorVersion 9 .\n" +
+              codes("urn:test:amp", "2nd ") + "\n<urn:test:other> a lv2:Plugin .\n" +
+              codes("urn:test:other", "othr"));
+    const auto found = components();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].description.componentSubType, fourCharCode("1st "));
+    EXPECT_EQ(found[1].uri, "urn:test:other");
+    EXPECT_THAT(warnings_,
+                HasSubstr(bundle("more/amp.lv2") + " holds <urn:test:amp>, which is taken from " +
+                          bundle("path/amp.lv2") + " instead."));
+    LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
+    EXPECT_THAT(world.bundlesOf("urn:test:amp"), ElementsAre(bundle("path/amp.lv2")));
+    const LV2World::Access access(world);
+    const CapturedOutput output(2);
+    const auto* plugin = access.plugin("urn:test:amp");
+    EXPECT_THAT(output.text(), HasSubstr("The effect <urn:test:amp> is loaded from " +
+                                         bundle("path/amp.lv2") + "."));
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_THAT(lilv_node_as_uri(lilv_plugin_get_library_uri(plugin)),
+                HasSubstr("path/amp.lv2/first.so"));
+}
+
+TEST_F(Registry, FindsABundleWhoseFolderHoldsCharactersThatURIsEscape) {
+    write("path", "a #1 ä%41.lv2",
+          "<urn:test:amp> a lv2:Plugin ; lv2:binary <amp.so> .\n" + codes("urn:test:amp", "amp "));
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    const LV2World::Access access(world);
+    const auto* plugin = access.plugin("urn:test:amp");
+    ASSERT_NE(plugin, nullptr);
+    char* path =
+        lilv_file_uri_parse(lilv_node_as_uri(lilv_plugin_get_library_uri(plugin)), nullptr);
+    EXPECT_EQ(std::string(path), bundle("path/a #1 ä%41.lv2") + "/amp.so");
+    lilv_free(path);
+}
+
+TEST_F(Registry, ReadsADataFileWhoseNameHoldsAHash) {
+    write("path", "amp.lv2",
+          "<urn:test:amp#stereo> a lv2:Plugin ; lv2:binary <amp.so> ;\n"
+          "  <http://www.w3.org/2000/01/rdf-schema#seeAlso> <amp#stereo.ttl> .");
+    std::ofstream(root_.path() / "path/amp.lv2/amp#stereo.ttl")
+        << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+           "<urn:test:amp#stereo> lv2:port [ a lv2:InputPort , lv2:AudioPort ;\n"
+           "  lv2:index 0 ; lv2:symbol \"in\" ; lv2:name \"In\" ] .\n";
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    const LV2World::Access access(world);
+    EXPECT_EQ(LV2PluginData::read(access, "urn:test:amp#stereo").inputChannelCount, 1U);
 }
 
 /// One statement of codes that cannot be used, and the reason that is given.
@@ -224,15 +313,6 @@ TEST_F(Registry, NamesTheBundlesThatSpeakOfAPlugin) {
                 ElementsAre(bundle("path/amp.lv2"), bundle("more/presets.lv2")));
     EXPECT_THAT(world.bundlesOf("urn:test:third"), ElementsAre(bundle("own/third.lv2")));
     EXPECT_THAT(world.bundlesOf("urn:test:nobody"), ElementsAre());
-}
-
-TEST_F(Registry, NamesAllBundlesForAPluginThatItsOwnCutsUp) {
-    writePlugin("path", "amp");
-    write("path", "far.lv2", "far:ar a lv2:Plugin .");
-    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
-    EXPECT_THAT(world.bundlesOf("http://plugins.example/far"),
-                ElementsAre(bundle("path/amp.lv2"), bundle("path/far.lv2")));
-    EXPECT_THAT(world.bundlesOf("urn:test:amp"), ElementsAre(bundle("path/amp.lv2")));
 }
 
 TEST_F(Registry, OfSingleBundlesKnowsThoseAlone) {
