@@ -23,7 +23,7 @@ bool matches(const AudioComponentDescription& component, const AudioComponentDes
 
 const std::shared_ptr<AVAudioUnitComponentManager>&
 AVAudioUnitComponentManager::sharedAudioUnitComponentManager() {
-    // Never destroyed: the search for the effect may still ask for it while the process ends.
+    // Never destroyed: the search for the effect may still use it while the process ends.
     static const auto& manager =
         *new const std::shared_ptr<AVAudioUnitComponentManager>(new AVAudioUnitComponentManager);
     return manager;

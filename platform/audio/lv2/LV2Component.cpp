@@ -12,10 +12,10 @@ namespace orvalo {
 
 namespace {
 
-/// What one bundle states of one plug-in: each predicate's values.
+/// The values that one bundle states of one plug-in, by predicate.
 using Values = std::map<std::string, std::vector<std::string>>;
 
-/// Why a statement cannot be used; never leaves this file.
+/// Why codes cannot be used; never thrown out of this file.
 struct Unusable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

@@ -15,7 +15,7 @@
 
 namespace orvalo {
 
-/// Frees what lilv gives to its caller. As lilv itself, only inside an LV2World::Access.
+/// Frees objects of lilv. Only inside an LV2World::Access.
 struct LilvDeleter {
     void operator()(LilvWorld* world) const { lilv_world_free(world); }
     void operator()(LilvNode* node) const { lilv_node_free(node); }

@@ -18,10 +18,11 @@ using namespace orvalo::testing;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-/// Bundles written for one test, in a folder of the search path and in the application's own.
+/// Bundles written for one test: in the folders "path" and "more" of the search path, and in the
+/// application's own folder "own".
 class Registry : public ::testing::Test {
   protected:
-    /// Writes a manifest: the prefixes that it may use stand before the text.
+    /// Writes a manifest: some prefixes, then the text.
     void write(const std::string& folder, const std::string& bundle, const std::string& text) {
         const auto path = root_.path() / folder / bundle;
         std::filesystem::create_directories(path);
@@ -45,7 +46,7 @@ class Registry : public ::testing::Test {
               "<urn:test:" + name + "> a lv2:Plugin .\n" + codes("urn:test:" + name, "test"));
     }
 
-    /// The registry; what it says of the bundles is in warnings_.
+    /// Reads the registry; sets warnings_ to standard error.
     std::vector<LV2Component> components() {
         const CapturedOutput output(2);
         LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
@@ -90,7 +91,7 @@ TEST_F(Registry, ReadsTheCodesNameAndFlags) {
     EXPECT_EQ(warnings_, "");
 }
 
-TEST_F(Registry, TakesFlagsAndNameAsAbsentWhenTheyAre) {
+TEST_F(Registry, DefaultsFlagsToZeroAndNameToEmpty) {
     writeRegistered("path", "amp");
     const auto found = components();
     ASSERT_EQ(found.size(), 1U);
@@ -116,7 +117,7 @@ TEST_F(Registry, OrdersByThePluginsOwnBundleNotByThatOfItsCodes) {
     EXPECT_THAT(uris(), ElementsAre("urn:test:bbb", "urn:test:aaa"));
 }
 
-TEST_F(Registry, FindsAPluginWhoseURIItsManifestCutsAnywhere) {
+TEST_F(Registry, FindsAPluginWhosePrefixEndsInsideItsName) {
     write("path", "far.lv2", "far:ar a lv2:Plugin .");
     write("path", "codes.lv2", codes("http://plugins.example/far", "far "));
     EXPECT_THAT(uris(), ElementsAre("http://plugins.example/far"));
@@ -131,7 +132,7 @@ TEST_F(Registry, FindsAPluginAmongNeighboursWithLongerNames) {
     EXPECT_EQ(warnings_, "");
 }
 
-TEST_F(Registry, TakesABundleOnceHoweverOftenItIsOnThePath) {
+TEST_F(Registry, ReadsABundleOnceWhenALinkLeadsToItToo) {
     writeRegistered("path", "amp");
     std::filesystem::create_directories(root_.path() / "more");
     std::filesystem::create_directory_symlink(root_.path() / "path" / "amp.lv2",
@@ -140,7 +141,7 @@ TEST_F(Registry, TakesABundleOnceHoweverOftenItIsOnThePath) {
     EXPECT_EQ(warnings_, "");
 }
 
-TEST_F(Registry, TakesTheFirstBundleOfTwoAndNamesTheOther) {
+TEST_F(Registry, TakesCodesFromTheFirstBundleByURIAndWarnsOfTheOther) {
     writePlugin("path", "amp");
     write("path", "b.lv2", codes("urn:test:amp", "bbbb"));
     write("path", "a.lv2", codes("urn:test:amp", "aaaa"));
@@ -159,7 +160,7 @@ TEST_F(Registry, LeavesOutAPluginThatIsNotInstalled) {
                                      "installed."));
 }
 
-TEST_F(Registry, LeavesOutABrokenManifestAndGoesOn) {
+TEST_F(Registry, LeavesOutOnlyTheBrokenManifest) {
     writeRegistered("path", "amp");
     write("path", "broken.lv2", codes("urn:test:amp", "brok") + "\n<urn:unfinished> a [ ;");
     EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
@@ -167,7 +168,7 @@ TEST_F(Registry, LeavesOutABrokenManifestAndGoesOn) {
                 HasSubstr("The manifest of " + bundle("path/broken.lv2") + " is left out: line 5"));
 }
 
-TEST_F(Registry, LeavesOutWhatIsNoFile) {
+TEST_F(Registry, IgnoresAManifestThatIsNoRegularFile) {
     writeRegistered("path", "amp");
     std::filesystem::create_directories(root_.path() / "path" / "odd.lv2" / "manifest.ttl");
     std::ofstream(root_.path() / "path" / "file.txt") << "no bundle";
@@ -263,7 +264,7 @@ TEST_F(Registry, ReadsADataFileWhoseNameHoldsAHash) {
     EXPECT_EQ(LV2PluginData::read(access, "urn:test:amp#stereo").inputChannelCount, 1U);
 }
 
-/// One statement of codes that cannot be used, and the reason that is given.
+/// Wrong codes, and the reason in the warning.
 struct WrongCodes {
     std::string statement;
     std::string reason;
@@ -271,7 +272,7 @@ struct WrongCodes {
 
 class RegistryWrongCodes : public Registry, public ::testing::WithParamInterface<WrongCodes> {};
 
-TEST_P(RegistryWrongCodes, AreLeftOutWithTheReason) {
+TEST_P(RegistryWrongCodes, AreLeftOutWithAWarning) {
     writePlugin("path", "amp");
     writeRegistered("path", "good");
     write("path", "codes.lv2", "<urn:test:amp> " + GetParam().statement + " .");
@@ -315,7 +316,7 @@ TEST_F(Registry, NamesTheBundlesThatSpeakOfAPlugin) {
     EXPECT_THAT(world.bundlesOf("urn:test:nobody"), ElementsAre());
 }
 
-TEST_F(Registry, OfSingleBundlesKnowsThoseAlone) {
+TEST_F(Registry, KnowsOnlyTheGivenSingleBundles) {
     writeRegistered("path", "amp");
     writeRegistered("path", "other");
     LV2World world({{}, {}, {root_.path() / "path/amp.lv2"}});
