@@ -16,7 +16,7 @@ namespace orvalo {
 
 namespace {
 
-/// A buffer for an effect's own channels, of which there may be none.
+/// A buffer for an effect's channels, of which there may be none.
 AVAudioPCMBuffer makeBuffer(std::uint32_t channels) {
     return {AVAudioFormat{.channelCount = std::max(channels, 1U)}, kMaximumFramesToRender};
 }
@@ -28,7 +28,7 @@ EffectLoading loading(AudioComponentInstantiationOptions options) {
 
 }  // namespace
 
-/// Lets the unit render between connections whose channels may differ from its own.
+/// Renders the unit between connections whose channels may differ from its own.
 class AVAudioUnit::Kernel : public RenderKernel {
   public:
     explicit Kernel(std::shared_ptr<AUAudioUnit> unit)
