@@ -4,8 +4,8 @@
 
 namespace orvalo::bench {
 
-/// Puts so many LV2 bundles into the folder, each with the data of one small effect of its own.
-/// Their libraries are missing: nothing has a reason to load them.
+/// Writes that many LV2 bundles into the folder, each with the data of one small effect but without
+/// its library, which no program loads.
 void makeBundles(const std::filesystem::path& folder, int count);
 
 }  // namespace orvalo::bench

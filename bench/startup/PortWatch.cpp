@@ -22,7 +22,7 @@ PortWatch::PortWatch()
               jack_client_close) {
     if (!client_ || jack_set_port_registration_callback(client_.get(), changed, this) != 0 ||
         jack_activate(client_.get()) != 0) {
-        throw std::runtime_error("the JACK server lets no client in");
+        throw std::runtime_error("the JACK server refuses the client");
     }
 }
 
@@ -52,7 +52,7 @@ void PortWatch::awaitQuiet() {
 }
 
 bool PortWatch::isQuiet() const {
-    // The driver's ports are the physical ones.
+    // Physical ports belong to the driver.
     const std::unique_ptr<const char*, void (*)(const char**)> ports(
         jack_get_ports(client_.get(), nullptr, nullptr, 0),
         [](const char** list) { jack_free(list); });

@@ -10,18 +10,18 @@
 
 namespace orvalo::bench {
 
-/// A JACK client that hears when others register ports.
+/// A JACK client that sees when other clients register ports.
 class PortWatch {
   public:
-    /// Throws std::runtime_error when the server lets no client in.
+    /// Throws std::runtime_error when the server refuses the client.
     PortWatch();
 
-    /// When the first port since the last call was registered, by monotonicNanoseconds(); nothing
-    /// when none was within so many seconds from now.
+    /// Blocks until a port is registered. Returns the time of the first one since the last call, by
+    /// monotonicNanoseconds(); nothing after a timeout in seconds.
     std::optional<std::int64_t> awaitPort(double seconds);
 
-    /// Waits until no client but this one and the server's driver has ports, and forgets what was
-    /// registered.
+    /// Blocks until only this client and the driver have ports, and discards earlier
+    /// registrations.
     void awaitQuiet();
 
   private:

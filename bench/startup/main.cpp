@@ -1,4 +1,4 @@
-// How soon the effect is in place after a start, against jalv.
+// Measures the time from the start to the connected effect, against jalv.
 
 #include <cstdio>
 #include <cstdlib>
@@ -32,7 +32,7 @@ double startPlay(const Environment& environment) {
     return inSeconds(*connected - play.beganAt()) * 1e3;
 }
 
-/// Milliseconds from jalv's start to its first port, before which it processes nothing.
+/// Milliseconds from jalv's start to its first port; it processes nothing before.
 double startJalv(const Environment& environment, PortWatch& watch) {
     watch.awaitQuiet();
     const Child jalv({"jalv", "urn:tessaly:orvalo"}, environment);
@@ -64,7 +64,7 @@ void compare(int bundles, int rounds, PortWatch& watch) {
             jalv.push_back(theirs);
         }
     }
-    std::printf("%d bundles more than the system's, median of %d starts:\n", bundles, rounds);
+    std::printf("%d bundles besides the system's, median of %d starts:\n", bundles, rounds);
     std::printf("  %-26s %8.1f ms\n", "jalv", median(jalv));
     for (const auto& [name, series] :
          {std::pair{"orvalo-play, null output", &playSilent}, {"orvalo-play, JACK", &playOnJack}}) {

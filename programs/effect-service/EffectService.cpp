@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/audio/lv2/URIDMap.h"
 #include "platform/foundation/NSError.h"
 #include "programs/effect-service/CallConfinement.h"
 #include "programs/effect-service/EffectPlaces.h"

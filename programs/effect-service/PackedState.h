@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/audio/lv2/LV2StateProperty.h"
+#include "platform/audio/lv2/LV2State.h"
 
 namespace orvalo {
 

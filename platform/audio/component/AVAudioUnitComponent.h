@@ -17,8 +17,8 @@ class AVAudioUnitComponent : public NSObject {
           uri(std::move(componentURI)) {}
 
     const AudioComponentDescription audioComponentDescription;
-    const std::string name;  ///< As its codes' bundle states it; "" when it does not.
-    const std::string uri;   ///< The LV2 plug-in behind the codes.
+    const std::string name;  ///< As stated with its codes; "" without one.
+    const std::string uri;   ///< The URI of the LV2 plug-in.
 };
 
 }  // namespace orvalo

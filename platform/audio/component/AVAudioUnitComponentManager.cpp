@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/audio/lv2/LV2Registry.h"
+#include "platform/audio/lv2/LV2World.h"
 
 namespace orvalo {
 
@@ -23,14 +23,14 @@ bool matches(const AudioComponentDescription& component, const AudioComponentDes
 
 const std::shared_ptr<AVAudioUnitComponentManager>&
 AVAudioUnitComponentManager::sharedAudioUnitComponentManager() {
-    // Never destroyed: the search for the effect may still ask for it while the process ends.
+    // Never destroyed: the search for the effect may still use it while the process ends.
     static const auto& manager =
         *new const std::shared_ptr<AVAudioUnitComponentManager>(new AVAudioUnitComponentManager);
     return manager;
 }
 
 AVAudioUnitComponentManager::AVAudioUnitComponentManager() {
-    for (const auto& component : registeredLV2Components()) {
+    for (const auto& component : LV2World::shared().components()) {
         components_.push_back(std::make_shared<AVAudioUnitComponent>(
             component.description, component.name, component.uri));
     }

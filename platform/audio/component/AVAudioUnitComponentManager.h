@@ -8,8 +8,8 @@
 
 namespace orvalo {
 
-/// The component registry: the LV2 plug-ins on the search path for which a manifest states codes.
-/// Read once, at the first use. Any thread.
+/// The component registry: the LV2 plug-ins on the search path that have component codes. Read
+/// once, at the first use. Any thread.
 class AVAudioUnitComponentManager : public NSObject {
   public:
     static const std::shared_ptr<AVAudioUnitComponentManager>& sharedAudioUnitComponentManager();

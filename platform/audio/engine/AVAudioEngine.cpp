@@ -13,7 +13,7 @@
 namespace orvalo {
 
 AVAudioEngine::AVAudioEngine() : AVAudioEngine(nullptr) {
-    // A sound server takes its time to answer, which the caller can use for something else.
+    // The sound server answers slowly, so it is asked in the background.
     DispatchQueue::global()->async([output = outputNode_] { output->outputFormat(0); });
 }
 
@@ -72,7 +72,7 @@ void AVAudioEngine::start() {
     }
     {
         const std::lock_guard lock(mutex_);
-        // What converters hold is the end of what played before.
+        // Converters still hold the end of the audio before the last stop().
         compiler_.forgetConverters();
         isRunning_ = true;
         publish();
@@ -80,7 +80,7 @@ void AVAudioEngine::start() {
     if (isManual_) {
         return;
     }
-    const auto giveUp = [this] {
+    const auto undo = [this] {
         isRunning_ = false;
         const std::lock_guard lock(mutex_);
         plan_.exchange(nullptr);
@@ -88,10 +88,10 @@ void AVAudioEngine::start() {
     try {
         outputNode_->output().start(*this);
     } catch (const NSError&) {
-        giveUp();
+        undo();
         throw;
     } catch (const std::system_error& error) {
-        giveUp();
+        undo();
         throw NSError::posix(error.code().value(), "The audio output cannot start a thread");
     }
 }
@@ -141,7 +141,7 @@ void AVAudioEngine::renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& bu
 
 std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::uint32_t from,
                                                 std::uint32_t frameCount) {
-    // Waiting inside the render call would keep a player from replacing what that call uses.
+    // A player replaces its stream only between render calls, so waiting inside one would deadlock.
     std::vector<std::shared_ptr<AVAudioNode>> nodes;
     {
         const std::lock_guard lock(mutex_);
@@ -153,7 +153,7 @@ std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::u
     std::array<float*, kMaximumChannels> channels{};
     const RenderSlot<RenderPlan>::Access plan(plan_);
     if (!plan) {
-        // Stopped meanwhile.
+        // stop() was called meanwhile.
         const auto rest = buffer.block(from, frameCount, channels);
         for (std::uint32_t channel = 0; channel < rest.channelCount; ++channel) {
             std::fill_n(rest.channels[channel], frameCount, 0.0F);
@@ -189,11 +189,11 @@ void AVAudioEngine::publish() {
         return;
     }
     const auto format = outputNode_->outputFormat(0);
-    const auto silence = [&] {
+    const auto renderSilence = [&] {
         plan_.exchange(
             std::make_unique<RenderPlan>(std::vector<RenderPlan::Branch>{}, format.channelCount));
     };
-    plan_.exchange(compiler_.compile(graph_, mixer_, outputNode_, format, silence));
+    plan_.exchange(compiler_.compile(graph_, mixer_, outputNode_, format, renderSilence));
 }
 
 }  // namespace orvalo

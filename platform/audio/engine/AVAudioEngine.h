@@ -18,54 +18,54 @@
 
 namespace orvalo {
 
-/// A graph of nodes and what renders it. The operations may be called from any thread but the
-/// render thread, while the engine renders or not; each takes effect before it returns, between two
-/// quanta. Held by std::shared_ptr.
+/// Renders a graph of nodes to an output device or into memory. Any thread but the render thread,
+/// also while the engine renders; an operation takes effect between two quanta, before it returns.
+/// Held by std::shared_ptr.
 class AVAudioEngine : public NSObject, private AudioOutputSource {
   public:
-    /// An engine on the system's output, which it starts looking for in the background.
+    /// Uses the system's output, which is opened in the background.
     AVAudioEngine();
-    /// An engine on a given output.
+    /// Uses the given output.
     explicit AVAudioEngine(std::unique_ptr<AudioOutput> output);
     ~AVAudioEngine() override;
 
-    /// Makes a node part of the engine; an attached node is left as it is.
+    /// Adds a node; does nothing for an attached one.
     void attach(const std::shared_ptr<AVAudioNode>& node);
-    /// Takes a node out, with its connections.
+    /// Removes a node with its connections.
     void detach(const std::shared_ptr<AVAudioNode>& node);
 
-    /// Connects from's output to to's input, in place of what from fed and of what fed to; a mixer
-    /// takes any number of inputs instead. format: of the connection, or absent for the format that
-    /// from has by itself. Both nodes must be attached, to must have an input, only the main mixer
-    /// feeds the output node, and no circle may close: otherwise a fatal error says so. A node that
-    /// cannot take the format stays silent, with the reason on standard error.
+    /// Connects the output of `from` to the input of `to`. Replaces the previous connection of
+    /// either, but a mixer takes any number of inputs. format: of the connection; absent for the
+    /// format that `from` has by itself. Fatal when a node is not attached, `to` has no input, a
+    /// node other than the main mixer feeds the output node, or a cycle would arise. A node that
+    /// cannot take the format stays silent; a warning gives the reason.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  const std::optional<AVAudioFormat>& format);
-    /// Disconnects everything that feeds the node.
+    /// Removes all connections into the node.
     void disconnectNodeInput(const std::shared_ptr<AVAudioNode>& node);
 
-    /// The mixer in front of the output: attached, and connected to the output, from the start.
+    /// The mixer before the output node: attached and connected to it from the start.
     const std::shared_ptr<AVAudioMixerNode>& mainMixerNode() const { return mixer_; }
     const std::shared_ptr<AVAudioOutputNode>& outputNode() const { return outputNode_; }
 
-    /// Gets ready what start() needs: which output it will be.
+    /// Blocks until the output's format is known, which start() needs.
     void prepare();
-    /// Starts rendering to the output; a running engine is left as it is. Throws NSError.
+    /// Starts rendering to the output; does nothing while running. Throws NSError.
     void start();
-    /// Stops rendering; what players hold stays. A stopped engine is left as it is.
+    /// Stops rendering; players keep their positions. Does nothing while stopped.
     void stop();
     bool isRunning() const { return isRunning_; }
 
-    /// From now on start() opens no device and renderOffline() renders, in this format. While
-    /// stopped only; a running engine is a fatal error.
+    /// From now on start() opens no device, and renderOffline() renders in this format. Fatal while
+    /// running.
     void enableManualRenderingMode(const AVAudioFormat& format);
     bool isInManualRenderingMode() const { return isManual_; }
-    /// Renders the next frameCount frames into the buffer, waiting for what players decode of the
-    /// files that are scheduled. In manual mode, started, into a buffer of its channels and with
-    /// room for the frames; otherwise a fatal error. One thread at a time.
+    /// Renders the next frameCount frames into the buffer; blocks until players have decoded them.
+    /// Fatal unless started in manual mode, with a buffer of its channel count and enough capacity.
+    /// One thread at a time.
     void renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& buffer);
 
-    /// How often the output has run dry since start().
+    /// Xruns of the output since start(); 0 while stopped and in manual mode.
     std::uint64_t xrunCount() const;
 
   private:
@@ -76,9 +76,9 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
     std::uint32_t renderOfflineSlice(AVAudioPCMBuffer& buffer, std::uint32_t from,
                                      std::uint32_t frameCount);
 
-    /// A node's own format has changed: connections that state none follow.
+    /// A node's own format has changed: recompiles connections that state no format.
     void derivedFormatsChanged();
-    /// Compiles the graph and puts the plan in the render thread's way. With mutex_ held.
+    /// Compiles the graph and swaps the render plan. With mutex_ held.
     void publish();
 
     const std::shared_ptr<AVAudioMixerNode> mixer_;

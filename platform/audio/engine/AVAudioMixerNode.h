@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// Adds its inputs up, each converted from its own rate and channels to the output's. The engine
+/// Adds its inputs, each converted from its own rate and channels to the output's. The engine
 /// renders it as the last step of its plan.
 class AVAudioMixerNode : public AVAudioNode {
   private:
@@ -12,10 +12,6 @@ class AVAudioMixerNode : public AVAudioNode {
 
     AVAudioMixerNode() = default;
     Inputs inputs() const override { return Inputs::any; }
-    AVAudioFormat derivedFormat(const AVAudioFormat* input,
-                                const AVAudioFormat& engineFormat) const override;
-    void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
-    std::shared_ptr<RenderKernel> kernel() const override { return nullptr; }
 };
 
 }  // namespace orvalo

@@ -11,17 +11,17 @@ namespace orvalo {
 
 class AVAudioEngine;
 
-/// What a node does on the render thread.
+/// A node's work on the render thread.
 class RenderKernel {
   public:
     virtual ~RenderKernel() = default;
-    /// Fills output from input: as many frames, each with the channels of its connection; a source
-    /// has an input without channels. The two do not overlap. At most kMaximumFramesToRender
-    /// frames. Render thread; keeps its promises.
+    /// Fills output from input. Both have the same frame count, at most kMaximumFramesToRender, and
+    /// the channels of their connections (a source's input has none); they do not overlap. Render
+    /// thread: never allocates, locks, logs or blocks.
     virtual void render(const AudioBlock& input, const AudioBlock& output) noexcept = 0;
 };
 
-/// A node of an engine's graph. It has one output; how many inputs it takes is its class's affair.
+/// A node of an engine's graph, with one output. Its class decides how many inputs it takes.
 class AVAudioNode : public NSObject {
   public:
     /// The engine that the node is attached to; absent before and after. Any thread.
@@ -37,24 +37,26 @@ class AVAudioNode : public NSObject {
 
     virtual Inputs inputs() const = 0;
 
-    /// The format of the node's output when the connection states none. input: what feeds the
-    /// node, null when nothing does; engineFormat: what the output wants.
-    virtual AVAudioFormat derivedFormat(const AVAudioFormat* input,
-                                        const AVAudioFormat& engineFormat) const = 0;
+    /// The format of the node's output when the connection states none. input: the format of the
+    /// connection that feeds the node, null without one; engineFormat: the format of the output.
+    virtual AVAudioFormat derivedFormat(const AVAudioFormat* /*input*/,
+                                        const AVAudioFormat& engineFormat) const {
+        return engineFormat;
+    }
 
-    /// Makes the node ready for connections of these formats; input is null when nothing feeds it.
+    /// Prepares the node for connections of these formats; input is null when nothing feeds it.
     /// Called when they have changed, while the node is in no render plan. Throws NSError.
-    virtual void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) = 0;
+    virtual void prepareToRender(const AVAudioFormat* /*input*/, const AVAudioFormat& /*output*/) {}
 
-    /// What renders; null for nodes that the engine itself renders.
-    virtual std::shared_ptr<RenderKernel> kernel() const = 0;
+    /// Null for nodes that the engine itself renders.
+    virtual std::shared_ptr<RenderKernel> kernel() const { return nullptr; }
 
-    /// Waits until the node can render its next kMaximumFramesToRender frames, or has no more. For
+    /// Blocks until the node can render its next kMaximumFramesToRender frames, or has no more. For
     /// offline rendering, between two render calls.
     virtual void awaitInput() {}
 
-    /// Whether the engine renders without a device, as fast as it can. Told to an attached node
-    /// before it renders.
+    /// Whether the engine renders without a device, as fast as it can. Called when the node is
+    /// attached, before it renders.
     virtual void setRenderingOffline(bool /*isOffline*/) {}
 
     void setEngine(const std::shared_ptr<AVAudioEngine>& engine);

@@ -21,14 +21,6 @@ AVAudioFormat AVAudioOutputNode::outputFormat(std::int64_t forBus) const {
     return output().format();
 }
 
-AVAudioFormat AVAudioOutputNode::derivedFormat(const AVAudioFormat* /*input*/,
-                                               const AVAudioFormat& engineFormat) const {
-    return engineFormat;
-}
-
-void AVAudioOutputNode::prepareToRender(const AVAudioFormat* /*input*/,
-                                        const AVAudioFormat& /*output*/) {}
-
 AudioOutput& AVAudioOutputNode::output() const {
     const std::lock_guard lock(mutex_);
     if (!output_) {

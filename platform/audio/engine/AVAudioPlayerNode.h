@@ -11,40 +11,39 @@
 
 namespace orvalo {
 
-/// When to play something. Only the absent time is offered: behind what is scheduled already.
+/// When to play something. Only an absent time is supported: after what is scheduled already.
 struct AVAudioTime {};
 
-/// Plays files one after another, joined sample-exactly. Decoding runs ahead on a thread of the
-/// player's own. Where the connection states no format, the player's output has the format of the
-/// file that it plays; where it states another one, the player converts.
-/// The operations may be called from any thread but the render thread.
+/// Plays files one after another, joined sample-exactly. A thread per player decodes ahead. The
+/// output has the format of the connection, or of the file that plays where the connection states
+/// none. Any thread but the render thread.
 class AVAudioPlayerNode : public AVAudioNode {
   public:
     AVAudioPlayerNode();
     ~AVAudioPlayerNode() override;
 
-    /// By how much the player takes a file's last frames before they sound: the time in which the
-    /// next file can be scheduled so that it joins without a gap.
+    /// How long before a file's last frame is rendered its completion is called. A file that is
+    /// scheduled within this time joins without a gap.
     static constexpr std::chrono::milliseconds consumptionLead{200};
 
-    /// Plays what is scheduled, now or as soon as the engine renders.
+    /// Plays what is scheduled as soon as the engine renders.
     void play();
-    /// Holds the playback position; what is scheduled stays.
+    /// Keeps the playback position and what is scheduled.
     void pause();
-    /// Forgets all that is scheduled. Every pending completion is called before this returns, on
-    /// the calling thread, in the order of scheduling; one that is under way has ended. So a
+    /// Removes everything scheduled. Calls all pending completions before it returns, on the
+    /// calling thread, in the order of scheduling; waits for a completion that is running. So a
     /// completion must not wait for a thread that stops the player.
     void stop();
     bool isPlaying() const;
 
-    /// Schedules a whole file behind what is scheduled already. completionHandler: called once,
-    /// when the player has consumed the file (consumptionLead before its last frame is rendered; a
-    /// shorter file as soon as it is decoded), on the player's thread, or when the player is
-    /// stopped. One file may be scheduled again while it plays, but not be read elsewhere.
+    /// Schedules a whole file after what is scheduled already. completionHandler: called once, on
+    /// the player's thread consumptionLead before the last frame is rendered (for a shorter file as
+    /// soon as it is decoded), or in stop(). A file may be scheduled again while it plays, but must
+    /// not be read elsewhere.
     void scheduleFile(std::shared_ptr<AVAudioFile> file, std::optional<AVAudioTime> at,
                       std::function<void()> completionHandler);
 
-    /// How often the render thread got less than it asked for although a file was scheduled.
+    /// How many quanta came out short because decoding fell behind.
     std::uint64_t underrunCount() const;
 
   private:

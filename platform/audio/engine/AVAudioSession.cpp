@@ -11,8 +11,8 @@ struct SharedSession {
     std::shared_ptr<AVAudioSession> session = std::make_shared<AVAudioSession>();
 };
 
-SharedSession& shelf() {
-    // Never destroyed: threads may still ask for it while the process ends.
+SharedSession& sharedSession() {
+    // Never destroyed: threads may still use it while the process ends.
     static auto& instance = *new SharedSession;
     return instance;
 }
@@ -20,13 +20,13 @@ SharedSession& shelf() {
 }  // namespace
 
 std::shared_ptr<AVAudioSession> AVAudioSession::sharedInstance() {
-    const std::lock_guard lock(shelf().mutex);
-    return shelf().session;
+    const std::lock_guard lock(sharedSession().mutex);
+    return sharedSession().session;
 }
 
 void AVAudioSession::setSharedInstance(std::shared_ptr<AVAudioSession> session) {
-    const std::lock_guard lock(shelf().mutex);
-    shelf().session = std::move(session);
+    const std::lock_guard lock(sharedSession().mutex);
+    sharedSession().session = std::move(session);
 }
 
 void AVAudioSession::setCategory(AVAudioSessionCategory /*category*/, AVAudioSessionMode /*mode*/,

@@ -9,17 +9,16 @@ namespace orvalo {
 
 enum class AVAudioSessionCategory { playback };
 enum class AVAudioSessionMode { default_ };
-/// Option sets of the two operations; only the empty set is used.
+/// Option sets; only the empty set is used.
 enum class AVAudioSessionCategoryOptions : std::uint64_t { none = 0 };
 enum class AVAudioSessionSetActiveOptions : std::uint64_t { none = 0 };
 
-/// The application's agreement with the system about sound. Linux asks for no such agreement, so
-/// the shared session grants everything; a system that refuses stands behind the same operations.
-/// Any thread.
+/// The application's claim on the system's audio. Linux needs none, so the shared session grants
+/// everything. Any thread.
 class AVAudioSession : public NSObject {
   public:
     static std::shared_ptr<AVAudioSession> sharedInstance();
-    /// Puts another session in the shared one's place, for platforms and tests that refuse.
+    /// Replaces the shared session, for tests with a session that refuses.
     static void setSharedInstance(std::shared_ptr<AVAudioSession> session);
 
     /// Throws NSError when the system refuses.

@@ -17,7 +17,7 @@ namespace orvalo {
 
 namespace {
 
-/// A buffer for an effect's own channels, of which there may be none.
+/// A buffer for an effect's channels, of which there may be none.
 AVAudioPCMBuffer makeBuffer(std::uint32_t channels) {
     return {AVAudioFormat{.channelCount = std::max(channels, 1U)}, kMaximumFramesToRender};
 }
@@ -40,7 +40,7 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
 
 }  // namespace
 
-/// Lets the unit render between connections whose channels may differ from its own.
+/// Renders the unit between connections whose channels may differ from its own.
 class AVAudioUnit::Kernel : public RenderKernel {
   public:
     explicit Kernel(std::shared_ptr<AUAudioUnit> unit)

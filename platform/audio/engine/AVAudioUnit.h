@@ -11,23 +11,23 @@
 
 namespace orvalo {
 
-/// How to load an effect; a set. Empty: the platform chooses, as platformEffectLoading() says.
+/// How to load an effect; an option set. none: as platformEffectLoading() says.
 enum class AudioComponentInstantiationOptions : std::uint32_t { none = 0, loadInProcess = 2 };
 
-/// An effect as a node of the graph. Runs at the rate of what feeds it; where its channels differ
-/// from its connections', they are mapped as mapChannels() does.
+/// An effect as a node of the graph. Runs at the rate of its input; mapChannels() maps between its
+/// channels and those of its connections where they differ.
 class AVAudioUnit : public AVAudioNode {
   public:
     using InstantiationHandler =
         std::function<void(std::shared_ptr<AVAudioUnit>, std::optional<NSError>)>;
 
     /// Makes an instance of the first component that matches the description. Returns at once;
-    /// completionHandler is called on a thread of the global queue with the unit, or with an absent
-    /// one and the error, which also stands on standard error.
+    /// completionHandler is called on a thread of the global queue with the unit, or with null and
+    /// the error, which is also logged.
     static void instantiate(const AudioComponentDescription& with,
                             AudioComponentInstantiationOptions options,
                             InstantiationHandler completionHandler);
-    /// The same for who waits for it. Throws NSError. Any thread.
+    /// Synchronous overload: blocks until instantiated. Throws NSError. Any thread.
     static std::shared_ptr<AVAudioUnit> instantiate(const AudioComponentDescription& with,
                                                     AudioComponentInstantiationOptions options);
 

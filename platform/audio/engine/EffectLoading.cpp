@@ -10,10 +10,10 @@ namespace orvalo {
 
 namespace {
 
-constexpr auto kByItself = EffectLoading::outOfProcess;
-constexpr const char* kSetting = "ORVALO_EFFECT_LOADING";
+constexpr auto kDefault = EffectLoading::outOfProcess;
+constexpr const char* kVariable = "ORVALO_EFFECT_LOADING";
 
-std::atomic<std::optional<EffectLoading>>& ofProgram() {
+std::atomic<std::optional<EffectLoading>>& overridden() {
     static std::atomic<std::optional<EffectLoading>> loading;
     return loading;
 }
@@ -27,22 +27,23 @@ EffectLoading read(const char* setting) {
         return EffectLoading::outOfProcess;
     }
     if (!text.empty()) {
-        g_warning("%s is 'in-process' or 'out-of-process', not '%s'.", kSetting, setting);
+        g_warning("%s must be 'in-process' or 'out-of-process', not '%s'; it is ignored.",
+                  kVariable, setting);
     }
-    return kByItself;
+    return kDefault;
 }
 
 }  // namespace
 
 EffectLoading platformEffectLoading() {
-    if (const auto chosen = ofProgram().load()) {
+    if (const auto chosen = overridden().load()) {
         return *chosen;
     }
-    return read(g_getenv(kSetting));
+    return read(g_getenv(kVariable));
 }
 
 void setPlatformEffectLoading(EffectLoading loading) {
-    ofProgram().store(loading);
+    overridden().store(loading);
 }
 
 }  // namespace orvalo

@@ -8,7 +8,7 @@
 
 namespace orvalo {
 
-/// What is attached to an engine and how it is connected. Plain data: one thread at a time.
+/// The nodes of an engine and their connections. One thread at a time.
 class Graph {
   public:
     struct Connection {
@@ -18,17 +18,17 @@ class Graph {
     };
 
     void attach(const std::shared_ptr<AVAudioNode>& node);
-    /// Takes the node out, with its connections.
+    /// Removes the node with its connections.
     void detach(const std::shared_ptr<AVAudioNode>& node);
     bool isAttached(const std::shared_ptr<AVAudioNode>& node) const;
     const std::vector<std::shared_ptr<AVAudioNode>>& nodes() const { return nodes_; }
 
-    /// Fatal when a node is not attached, `to` takes no input, or a circle would close.
+    /// Fatal when a node is not attached, `to` takes no input, or a cycle would arise.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  const std::optional<AVAudioFormat>& format);
     void disconnectInput(const std::shared_ptr<AVAudioNode>& node);
 
-    /// The connections that feed a node, in the order in which they were made.
+    /// The connections into a node, in the order in which they were made.
     std::vector<Connection> inputs(const std::shared_ptr<AVAudioNode>& node) const;
 
     /// The format of a connection, derived where none was given.

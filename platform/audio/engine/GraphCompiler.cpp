@@ -12,16 +12,16 @@ std::unique_ptr<RenderPlan> GraphCompiler::compile(const Graph& graph,
                                                    const std::shared_ptr<AVAudioNode>& mixer,
                                                    const std::shared_ptr<AVAudioNode>& output,
                                                    const AVAudioFormat& outputFormat,
-                                                   const std::function<void()>& beforePreparing) {
+                                                   const std::function<void()>& renderSilence) {
     std::vector<RenderPlan::Branch> branches;
     const auto reachesOutput = graph.inputs(output);
     if (!reachesOutput.empty() && reachesOutput.front().from == mixer) {
         for (const auto& connection : graph.inputs(mixer)) {
             try {
                 branches.push_back(
-                    branch(chain(graph, connection, outputFormat), outputFormat, beforePreparing));
+                    branch(chain(graph, connection, outputFormat), outputFormat, renderSilence));
             } catch (const NSError& error) {
-                g_warning("A part of the audio graph stays silent: %s", error.what());
+                g_warning("A branch of the audio graph stays silent: %s", error.what());
             }
         }
     }
@@ -30,8 +30,8 @@ std::unique_ptr<RenderPlan> GraphCompiler::compile(const Graph& graph,
 
 RenderPlan::Branch GraphCompiler::branch(const std::vector<Stage>& stages,
                                          const AVAudioFormat& outputFormat,
-                                         const std::function<void()>& beforePreparing) {
-    prepare(stages, beforePreparing);
+                                         const std::function<void()>& renderSilence) {
+    prepare(stages, renderSilence);
     RenderPlan::Branch branch;
     for (const auto& [node, formats] : stages) {
         branch.steps.push_back({node->kernel(), formats.input ? formats.input->channelCount : 0,
@@ -60,14 +60,14 @@ std::vector<GraphCompiler::Stage> GraphCompiler::chain(const Graph& graph,
 }
 
 void GraphCompiler::prepare(const std::vector<Stage>& stages,
-                            const std::function<void()>& beforePreparing) {
+                            const std::function<void()>& renderSilence) {
     for (const auto& [node, formats] : stages) {
         const auto known = prepared_.find(node);
         if (known != prepared_.end() && known->second == formats) {
             continue;
         }
         if (known != prepared_.end()) {
-            beforePreparing();
+            renderSilence();
             prepared_.erase(known);
         }
         node->prepareToRender(formats.input ? &*formats.input : nullptr, formats.output);

@@ -11,24 +11,23 @@
 
 namespace orvalo {
 
-/// Turns a graph into a render plan, and remembers between two plans what must survive a rewiring:
-/// which formats each node is prepared for, and the mixer's converters with the frames that they
-/// hold. One thread at a time.
+/// Turns a graph into a render plan. Keeps from plan to plan the formats that each node is prepared
+/// for, and the mixer's converters with the frames that they hold. One thread at a time.
 class GraphCompiler {
   public:
-    /// Compiles what feeds the mixer, if the mixer feeds the output; otherwise the plan is silent.
-    /// A node whose formats have changed is prepared anew; before that, beforePreparing is called,
-    /// which must see to it that nothing renders. A branch that cannot
-    /// be prepared is left out, with the reason on standard error.
+    /// Compiles all branches into the mixer; the plan is silent when the mixer does not feed the
+    /// output. A node whose formats have changed is prepared anew, after a call of renderSilence,
+    /// which must put a silent plan in place of the current one. A branch that cannot be prepared
+    /// is left out with a warning.
     std::unique_ptr<RenderPlan> compile(const Graph& graph,
                                         const std::shared_ptr<AVAudioNode>& mixer,
                                         const std::shared_ptr<AVAudioNode>& output,
                                         const AVAudioFormat& outputFormat,
-                                        const std::function<void()>& beforePreparing);
+                                        const std::function<void()>& renderSilence);
 
-    /// Forgets what converters hold, as befits a new start.
+    /// Discards the frames that converters hold, for a new start.
     void forgetConverters() { converters_.clear(); }
-    /// Forgets a node that leaves the graph.
+    /// Removes what is kept for a node that leaves the graph.
     void forget(const std::shared_ptr<AVAudioNode>& node) {
         prepared_.erase(node);
         converters_.erase(node);
@@ -40,7 +39,7 @@ class GraphCompiler {
         AVAudioFormat output;
         friend bool operator==(const Formats&, const Formats&) = default;
     };
-    /// A node on its way into a branch.
+    /// A node of a branch with the formats of its connections.
     struct Stage {
         std::shared_ptr<AVAudioNode> node;
         Formats formats;
@@ -48,9 +47,9 @@ class GraphCompiler {
 
     static std::vector<Stage> chain(const Graph& graph, const Graph::Connection& intoMixer,
                                     const AVAudioFormat& outputFormat);
-    void prepare(const std::vector<Stage>& stages, const std::function<void()>& beforePreparing);
+    void prepare(const std::vector<Stage>& stages, const std::function<void()>& renderSilence);
     RenderPlan::Branch branch(const std::vector<Stage>& stages, const AVAudioFormat& outputFormat,
-                              const std::function<void()>& beforePreparing);
+                              const std::function<void()>& renderSilence);
     std::shared_ptr<SampleRateConverter> converter(const std::shared_ptr<AVAudioNode>& from,
                                                    const AVAudioFormat& input,
                                                    const AVAudioFormat& output);

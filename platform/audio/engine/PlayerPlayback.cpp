@@ -42,7 +42,7 @@ void AVAudioPlayerNode::Playback::schedule(std::shared_ptr<AVAudioFile> file,
                                            std::function<void()> completion) {
     Lock lock(mutex_);
     passes_.push_back({std::move(file), std::move(completion), 0, {}});
-    noteWhatIsLeft();
+    updateMoreToDecode();
     // The first file's format is adopted here, so that an engine started next knows it.
     adoptNextFormat(lock);
     lock.unlock();
@@ -54,13 +54,13 @@ void AVAudioPlayerNode::Playback::stop() {
     std::deque<Pass> ended;
     {
         Lock lock(mutex_);
-        // A completion under way belongs to what is stopped, and so does what it schedules.
+        // A running completion may still schedule files, which this stop removes as well.
         if (decoder_.get_id() != std::this_thread::get_id()) {
             decoded_.wait(lock, [this] { return !isCompleting_; });
         }
         ++generation_;
         ended.swap(passes_);
-        noteWhatIsLeft();
+        updateMoreToDecode();
         if (ring_) {
             replaceRing(ring_->format());
         }
@@ -105,8 +105,8 @@ void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
     if (!stream->render(output) && hasStarted && moreToDecode_.load(std::memory_order_relaxed)) {
         underruns_.fetch_add(1, std::memory_order_relaxed);
     }
-    // The decoding thread sets the position, then looks at what is consumed; this side does it the
-    // other way round. Both sequentially consistent, so one of them sees the other.
+    // The decoding thread stores the position, then loads what is consumed; this thread does the
+    // reverse. Both are sequentially consistent, so one of them sees the other's store.
     if (stream->ring()->consumed() >= wakePosition_.load(std::memory_order_seq_cst)) {
         wakePosition_.store(UINT64_MAX, std::memory_order_relaxed);
         wake();
@@ -120,7 +120,7 @@ void AVAudioPlayerNode::Playback::awaitDecoded() {
         if (isCompleting_ || isCompletionDue()) {
             return false;
         }
-        // To wait for every quantum anew would cost two changes of threads each time.
+        // Waiting for each quantum by itself would cost two thread switches a quantum.
         const bool isEnough =
             !ring_ || !isPlaying_ ||
             hasDecoded(std::exchange(hasWaited, true) ? keptFrames() : awaitedFrames());
@@ -152,7 +152,7 @@ bool AVAudioPlayerNode::Playback::completePass(Lock& lock) {
     lock.unlock();
     if (completion) {
         completion();
-        // What it holds may be the last reference to much; it goes while nothing is locked.
+        // It may hold the last reference to the player, which must be destroyed without the lock.
         completion = nullptr;
     }
     lock.lock();
@@ -162,15 +162,15 @@ bool AVAudioPlayerNode::Playback::completePass(Lock& lock) {
 }
 
 bool AVAudioPlayerNode::Playback::adoptNextFormat(Lock& lock) {
-    // Passes before it complete by their places in the present ring.
+    // Earlier passes complete by positions in the current ring.
     if (!nextFormatDiffers() || firstUndecoded() != &passes_.front() ||
         (ring_ && ring_->consumed() != ring_->written())) {
         return false;
     }
     replaceRing(firstUndecoded()->file->processingFormat());
-    noteWhatIsLeft();
-    // Nothing is decoded until the connections have followed: what a stream for the old ones had
-    // taken from the ring would be lost.
+    updateMoreToDecode();
+    // Decoding pauses until the connections have the new format: frames that a stream of the old
+    // format read from the ring would be lost.
     isAdopting_ = true;
     lock.unlock();
     onFormatChange_();
@@ -208,7 +208,7 @@ bool AVAudioPlayerNode::Playback::decodeChunk(Lock& lock) {
     if (pass->decoded >= file->length() || chunk_->frameLength == 0) {
         pass->ringEnd = ring_->written();
     }
-    noteWhatIsLeft();
+    updateMoreToDecode();
     if (hasDecoded(keptFrames())) {
         decoded_.notify_all();
     }
@@ -222,7 +222,7 @@ void AVAudioPlayerNode::Playback::sleepUntilNeeded(Lock& lock) {
     }
     if (firstUndecoded() != nullptr && ring_ && !isAdopting_) {
         const auto written = ring_->written();
-        // Empty for another format; otherwise half empty, to decode a good stretch at a time.
+        // An empty ring for another format; otherwise a half empty one, for long stretches.
         position = std::min(position, nextFormatDiffers() ? written : written - keptFrames());
     }
     wakePosition_.store(position, std::memory_order_seq_cst);
@@ -245,7 +245,7 @@ void AVAudioPlayerNode::Playback::reportUnderruns() {
 }
 
 std::uint64_t AVAudioPlayerNode::Playback::awaitedFrames() const {
-    // A chunk must still fit, or the decoding thread could not bring them.
+    // The decoding thread writes only while a whole chunk fits.
     return std::min(stream_.current()->largestDemand(), ring_->capacity() - kMaximumFramesToRender);
 }
 
@@ -258,7 +258,7 @@ bool AVAudioPlayerNode::Playback::hasDecoded(std::uint64_t frames) {
         return true;
     }
     const auto available = ring_->written() - ring_->consumed();
-    // A file of another format waits for the ring to run empty, which takes rendering.
+    // A file of another format waits until rendering has emptied the ring.
     return nextFormatDiffers() ? available > 0 : available >= frames;
 }
 
@@ -273,7 +273,7 @@ bool AVAudioPlayerNode::Playback::nextFormatDiffers() {
     return pass != nullptr && (!ring_ || ring_->format() != pass->file->processingFormat());
 }
 
-void AVAudioPlayerNode::Playback::noteWhatIsLeft() {
+void AVAudioPlayerNode::Playback::updateMoreToDecode() {
     moreToDecode_ = firstUndecoded() != nullptr && !nextFormatDiffers();
 }
 

@@ -19,17 +19,18 @@
 
 namespace orvalo {
 
-/// A player at work: what is scheduled, the thread that decodes it ahead, and the render side that
-/// reads it. The ring has the format of the file that plays; a file of another format waits until
-/// the ring has run empty, then the ring is replaced.
+/// The scheduled passes of a player, the thread that decodes them ahead, and the kernel that
+/// renders them. The ring has the format of the file that plays; a file of another format waits
+/// until the ring is empty, then the ring is replaced. Apart from the node because its thread may
+/// outlive it.
 class AVAudioPlayerNode::Playback : public RenderKernel {
   public:
-    /// onFormatChange: called without locks held when files of another format play from now on.
-    /// The thread holds the playback until finish().
+    /// onFormatChange: called without locks when the format of what plays has changed. The thread
+    /// keeps the playback alive until finish().
     static std::shared_ptr<Playback> start(std::function<void()> onFormatChange);
     ~Playback() override;
-    /// Stops, and ends the thread; has waited for it unless called on it, by a completion that
-    /// lets go of the player.
+    /// Stops playback and the thread. Joins the thread, unless a completion on that thread releases
+    /// the player.
     void finish();
 
     void play() { isPlaying_ = true; }
@@ -39,14 +40,14 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     void schedule(std::shared_ptr<AVAudioFile> file, std::function<void()> completion);
     std::uint64_t underrunCount() const { return underruns_; }
 
-    /// The format of what plays, absent before the first file.
+    /// The format of the file that plays; absent before the first file.
     std::optional<AVAudioFormat> fileFormat() const;
-    /// Takes the connection's format.
+    /// Sets the connection's format.
     void setOutputFormat(const AVAudioFormat& format);
 
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
-    /// Waits until completions that are due have been called, and a whole quantum is decoded or
-    /// nothing more is scheduled. For offline rendering.
+    /// Blocks until due completions have been called, and a whole quantum is decoded or nothing
+    /// more is scheduled. For offline rendering.
     void awaitDecoded();
 
   private:
@@ -68,15 +69,15 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
 
     void reportUnderruns();
 
-    /// How many decoded frames awaitDecoded() does not wait with.
+    /// The decoded frames that let awaitDecoded() return.
     std::uint64_t awaitedFrames() const;
-    /// With how many decoded frames left the decoding thread goes on.
+    /// The decoded frames below which the decoding thread resumes.
     std::uint64_t keptFrames() const;
-    /// Whether so many frames are decoded, or else as many as can be now.
+    /// Whether so many frames are decoded, or as many as possible before the next format.
     bool hasDecoded(std::uint64_t frames);
     Pass* firstUndecoded();
     bool nextFormatDiffers();
-    void noteWhatIsLeft();
+    void updateMoreToDecode();
     void replaceRing(const AVAudioFormat& format);
     std::uint64_t completionPosition(const Pass& pass) const;
     void wake() { sem_post(&wakeUp_); }
@@ -85,20 +86,20 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
 
     mutable std::mutex mutex_;
     std::condition_variable decoded_;
-    std::deque<Pass> passes_;  ///< Not yet completed, in order.
+    std::deque<Pass> passes_;  ///< Not completed, in order.
     std::shared_ptr<PlayerRing> ring_;
-    std::optional<AVAudioPCMBuffer> chunk_;  ///< The decoding thread's own.
+    std::optional<AVAudioPCMBuffer> chunk_;  ///< Decoding thread only.
     std::optional<AVAudioFormat> outputFormat_;
-    bool isCompleting_ = false;            ///< A completion is under way on the decoding thread.
-    bool isAdopting_ = false;              ///< The connections are following a new format.
-    std::uint64_t generation_ = 0;         ///< Counts what makes a chunk under way worthless.
-    std::uint64_t reportedUnderruns_ = 0;  ///< The decoding thread's own.
+    bool isCompleting_ = false;            ///< The decoding thread calls a completion.
+    bool isAdopting_ = false;              ///< onFormatChange_ is running.
+    std::uint64_t generation_ = 0;         ///< A chunk decoded for an earlier one is discarded.
+    std::uint64_t reportedUnderruns_ = 0;  ///< Decoding thread only.
 
     RenderSlot<PlayerStream> stream_;
     std::atomic<bool> isPlaying_ = false;
     std::atomic<bool> moreToDecode_ = false;
     std::atomic<std::uint64_t> underruns_ = 0;
-    /// The ring position at which the decoding thread wants to be woken.
+    /// The ring position at which the render thread wakes the decoding thread.
     std::atomic<std::uint64_t> wakePosition_ = UINT64_MAX;
     sem_t wakeUp_{};
 

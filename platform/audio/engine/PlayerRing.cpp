@@ -8,8 +8,8 @@ namespace orvalo {
 namespace {
 
 std::uint32_t capacityFor(const AVAudioFormat& format) {
-    // What the longest quantum of an output of 8 kHz asks for, 64 of its frames for the converter's
-    // filter included, and a chunk that is being decoded.
+    // The longest quantum of an output of 8 kHz with 64 frames for the converter's filter, and one
+    // decoded chunk.
     constexpr double slowestOutput = 8000.0;
     const auto largestDemand = (kMaximumFramesToRender + 64) * format.sampleRate / slowestOutput;
     return std::bit_ceil(static_cast<std::uint32_t>(largestDemand) + kMaximumFramesToRender + 64);

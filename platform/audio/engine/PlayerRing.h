@@ -7,26 +7,27 @@
 
 namespace orvalo {
 
-/// Decoded audio on its way from one decoding thread to one render thread. Positions count frames
-/// since the ring was made; neither side waits for the other.
+/// A ring of decoded audio from one decoding thread to one render thread, without locks. Positions
+/// count frames since the ring was made.
 class PlayerRing {
   public:
-    /// Holds half a second or more: what a quantum of an output of 8 kHz or above asks for.
+    /// Holds at least half a second: enough for a quantum of an output of 8 kHz.
     explicit PlayerRing(const AVAudioFormat& format);
 
     const AVAudioFormat& format() const { return buffer_.format(); }
     std::uint32_t capacity() const { return buffer_.frameCapacity(); }
-    /// How many frames have been written; the decoding thread's own position.
+    /// Frames written by the decoding thread.
     std::uint64_t written() const noexcept { return written_.load(std::memory_order_acquire); }
-    /// How many frames have been read. Sequentially consistent: see PlayerPlayback's wake-up.
+    /// Frames read by the render thread. Sequentially consistent, for the wake-up in
+    /// AVAudioPlayerNode::Playback::render().
     std::uint64_t consumed() const noexcept { return consumed_.load(std::memory_order_seq_cst); }
     std::uint32_t writable() const noexcept {
         return capacity() - static_cast<std::uint32_t>(written() - consumed());
     }
 
-    /// Decoding thread: takes the block, which must not be longer than writable().
+    /// Appends the block, of at most writable() frames. Decoding thread.
     void write(const AudioBlock& block) noexcept;
-    /// Render thread: fills the block's first frames with what is there; returns how many.
+    /// Fills the first frames of the block, as many as are there; returns how many. Render thread.
     std::uint32_t read(const AudioBlock& block) noexcept;
 
   private:

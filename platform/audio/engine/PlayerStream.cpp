@@ -11,7 +11,7 @@ PlayerStream::PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat
                      : std::make_unique<SampleRateConverter>(ring_->format(), outputFormat)),
       input_(ring_->format(), 1) {
     if (converter_) {
-        // The first demand, with the filter still empty, is the largest; later ones may round up.
+        // The first demand is the largest, as the filter is empty; later ones may round up by one.
         largestDemand_ = converter_->inputFramesNeeded(kMaximumFramesToRender) + 1;
         input_ = AVAudioPCMBuffer(ring_->format(), largestDemand_);
     }

@@ -8,18 +8,17 @@
 
 namespace orvalo {
 
-/// What a player's render side reads: the ring, and the conversion to the connection's format where
-/// that is another one.
+/// The render thread's end of a player: reads the ring and converts to the connection's format.
 class PlayerStream {
   public:
     PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat& outputFormat);
 
     const std::shared_ptr<PlayerRing>& ring() const { return ring_; }
 
-    /// The most frames of the ring that one render() asks for.
+    /// The most frames that one render() reads from the ring.
     std::uint32_t largestDemand() const { return largestDemand_; }
 
-    /// Fills output, with silence where the ring ran out; returns whether it did not. Render
+    /// Fills output, with silence after the ring's last frame; false when the ring ran out. Render
     /// thread.
     bool render(const AudioBlock& output) noexcept;
 

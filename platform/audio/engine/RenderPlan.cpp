@@ -70,7 +70,7 @@ std::uint32_t RenderPlan::sliceThatFits(std::uint32_t frameCount) const noexcept
 }
 
 void RenderPlan::renderSlice(const AudioBlock& slice) noexcept {
-    // A device that has just changed its channels may ask once before the plan follows.
+    // A device that has just changed its channels may render once with the old plan.
     if (branches_.empty() || slice.channelCount != outputChannels_) {
         clear(slice);
         return;

@@ -11,9 +11,9 @@
 
 namespace orvalo {
 
-/// The graph as the render thread walks it: flat, with every buffer it needs. Each branch is a
-/// chain of kernels from a source to the mixer, which converts it and adds it to the output. Made
-/// by GraphCompiler off the render thread; render() keeps the render thread's promises.
+/// The compiled graph, flat and with all buffers. Each branch is a chain of kernels from a source
+/// to the mixer, which converts the branch's signal and adds it to the output. Made by
+/// GraphCompiler off the render thread; rendering never allocates, locks, logs or blocks.
 class RenderPlan {
   public:
     struct Step {
@@ -23,17 +23,17 @@ class RenderPlan {
     };
 
     struct Branch {
-        std::vector<Step> steps;  ///< From the source downwards; never empty.
-        /// From the last step's format to the output's; null when they are the same.
+        std::vector<Step> steps;  ///< From the source on; never empty.
+        /// From the last step's format to the output's; null when they are equal.
         std::shared_ptr<SampleRateConverter> converter;
     };
 
     RenderPlan(std::vector<Branch> branches, std::uint32_t outputChannels);
 
-    /// Fills block, which has the output's channels and any number of frames.
+    /// Fills the block, of the output's channels and any number of frames.
     void render(const AudioBlock& block) noexcept;
 
-    /// How many of frameCount frames fit into one pass over the branches.
+    /// How many of frameCount frames one pass over the branches can render.
     std::uint32_t sliceThatFits(std::uint32_t frameCount) const noexcept;
 
   private:
@@ -43,8 +43,8 @@ class RenderPlan {
 
     std::vector<Branch> branches_;
     std::uint32_t outputChannels_;
-    std::array<AVAudioPCMBuffer, 2> chain_;  ///< What passes between steps, in turn.
-    AVAudioPCMBuffer mix_;                   ///< A branch that is added to the output.
+    std::array<AVAudioPCMBuffer, 2> chain_;  ///< Between two steps, alternating.
+    AVAudioPCMBuffer mix_;                   ///< A branch before it is added to the output.
 };
 
 }  // namespace orvalo

@@ -9,14 +9,14 @@
 
 namespace orvalo {
 
-/// Messages of bytes from one writing thread to one reading thread, whole and in order. Neither
-/// side waits, allocates or locks.
+/// A queue of byte messages from one writing thread to one reading thread. Lock-free; never
+/// allocates after construction.
 class ByteRing {
   public:
-    /// capacity: bytes for messages and their lengths, of four bytes each.
+    /// capacity: bytes for messages, with four more for the length of each.
     explicit ByteRing(std::size_t capacity) : bytes_(capacity) {}
 
-    /// Adds a message; false, with nothing written, when there is no room for all of it.
+    /// Adds a message; false when it does not fit as a whole. Writing thread.
     bool write(std::uint32_t size, const void* data) noexcept {
         const auto end = written_.load(std::memory_order_relaxed);
         const auto used = end - read_.load(std::memory_order_acquire);
@@ -29,7 +29,8 @@ class ByteRing {
         return true;
     }
 
-    /// Takes the next message into buffer, which has room for capacity() bytes; false without one.
+    /// Moves the next message into buffer, which holds capacity() bytes; false without one. Reading
+    /// thread.
     bool read(std::uint32_t& size, void* buffer) noexcept {
         const auto from = read_.load(std::memory_order_relaxed);
         if (written_.load(std::memory_order_acquire) == from) {
@@ -62,7 +63,7 @@ class ByteRing {
     }
 
     std::vector<std::byte> bytes_;
-    // Bytes since the start; 64 bits do not run over.
+    // Bytes since the start; 64 bits do not overflow.
     std::atomic<std::size_t> written_{0};
     std::atomic<std::size_t> read_{0};
 };

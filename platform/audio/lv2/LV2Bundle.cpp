@@ -1,11 +1,17 @@
 #include "platform/audio/lv2/LV2Bundle.h"
 
 #include <glib.h>
+#include <lv2/core/lv2.h>
+#include <serd/serd.h>
 
 #include <algorithm>
-#include <unordered_set>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <unordered_map>
 
 #include "platform/audio/lv2/TurtleFile.h"
+#include "platform/foundation/GLibPointer.h"
 
 namespace orvalo {
 
@@ -20,6 +26,8 @@ constexpr const char* kDefaultPath =
 // Real manifests have a few kilobytes. A larger one than this is no manifest.
 constexpr std::size_t kLargestManifest = 4U << 20U;
 
+constexpr const char* kType = "http://www.w3.org/1999/02/22-rdf-syntax-ns#type";
+
 std::string expanded(const std::string& folder) {
     if (folder == "~" || folder.starts_with("~/")) {
         return g_get_home_dir() + folder.substr(1);
@@ -32,15 +40,17 @@ std::string expanded(const std::string& folder) {
     return folder;
 }
 
-std::string bundleURI(const std::string& path) {
-    gchar* text = g_filename_to_uri((path + "/").c_str(), nullptr, nullptr);
-    std::string uri = text == nullptr ? std::string() : text;
-    g_free(text);
+std::string folderURI(const std::string& path) {
+    const std::string folder = path + "/";
+    SerdNode node = serd_node_new_file_uri(reinterpret_cast<const std::uint8_t*>(folder.c_str()),
+                                           nullptr, nullptr, true);
+    std::string uri(reinterpret_cast<const char*>(node.buf), node.n_bytes);
+    serd_node_free(&node);
     return uri;
 }
 
-/// The folder's items by name, as they are called where no link leads to them.
-std::vector<std::string> items(const fs::path& folder) {
+/// The folder's entries by name, with links resolved.
+std::vector<std::string> entries(const fs::path& folder) {
     std::vector<std::string> result;
     std::error_code error;
     const auto place = fs::canonical(folder, error);
@@ -57,10 +67,49 @@ std::vector<std::string> items(const fs::path& folder) {
         }
     }
     if (error && error != std::errc::no_such_file_or_directory) {
-        g_warning("%s cannot be searched: %s.", folder.c_str(), error.message().c_str());
+        g_warning("%s cannot be searched for effects: %s.", folder.c_str(),
+                  error.message().c_str());
     }
     std::sort(result.begin(), result.end());
     return result;
+}
+
+std::optional<LV2Bundle> readBundle(const std::string& path) {
+    const auto manifest = readTurtle(path + "/manifest.ttl", kLargestManifest);
+    if (!manifest) {
+        return std::nullopt;
+    }
+    LV2Bundle bundle{path, folderURI(path), {}, {}, {}};
+    const auto error = readStatements(
+        *manifest, bundle.uri + "manifest.ttl", [&bundle](const TurtleStatement& statement) {
+            const auto subject = statement.subject();
+            const auto predicate = statement.predicate();
+            if (bundle.resources.empty() || bundle.resources.back() != subject) {
+                bundle.resources.push_back(subject);
+            }
+            if (predicate == kType && !subject.empty() && statement.object() == LV2_CORE__Plugin) {
+                bundle.plugins.insert(subject);
+            } else if (predicate == LV2_CORE__appliesTo) {
+                bundle.resources.push_back(statement.object());
+            } else if (predicate.starts_with(kComponentVocabulary)) {
+                bundle.codes.push_back({subject,
+                                        predicate.substr(std::strlen(kComponentVocabulary)),
+                                        statement.object(), statement.isLiteral()});
+            }
+        });
+    if (!error.empty()) {
+        g_warning("The manifest of %s is left out: %s.", path.c_str(), error.c_str());
+        return std::nullopt;
+    }
+    return bundle;
+}
+
+void forget(LV2Bundle& bundle, const std::string& plugin) {
+    bundle.plugins.erase(plugin);
+    std::erase(bundle.resources, plugin);
+    std::erase_if(bundle.codes, [&plugin](const LV2ComponentStatement& statement) {
+        return statement.plugin == plugin;
+    });
 }
 
 }  // namespace
@@ -68,35 +117,48 @@ std::vector<std::string> items(const fs::path& folder) {
 LV2SearchPath LV2SearchPath::fromEnvironment(std::filesystem::path ownFolder) {
     LV2SearchPath result;
     const char* path = g_getenv("LV2_PATH");
-    gchar** folders = g_strsplit(path == nullptr ? kDefaultPath : path, ":", -1);
-    for (gchar** folder = folders; *folder != nullptr; ++folder) {
+    const std::unique_ptr<char*, Release<g_strfreev>> folders(
+        g_strsplit(path == nullptr ? kDefaultPath : path, ":", -1));
+    for (char** folder = folders.get(); *folder != nullptr; ++folder) {
         if (**folder != '\0') {
             result.folders.emplace_back(expanded(*folder));
         }
     }
-    g_strfreev(folders);
     result.ownFolder = std::move(ownFolder);
     return result;
 }
 
 std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath) {
-    std::vector<fs::path> folders = searchPath.folders;
-    folders.push_back(searchPath.ownFolder);
     std::vector<LV2Bundle> bundles;
     std::unordered_set<std::string> seen;
+    std::unordered_map<std::string, std::string> holders;
     const auto add = [&](const std::string& path) {
-        auto manifest = readTurtle(path + "/manifest.ttl", kLargestManifest);
-        if (manifest && seen.insert(path).second) {
-            bundles.push_back({path, bundleURI(path), std::move(*manifest)});
+        if (!seen.insert(path).second) {
+            return;
         }
+        auto bundle = readBundle(path);
+        if (!bundle) {
+            return;
+        }
+        for (const auto& plugin : std::unordered_set(bundle->plugins)) {
+            const auto [holder, isFirst] = holders.emplace(plugin, path);
+            if (!isFirst) {
+                g_warning("%s holds <%s>, which is taken from %s instead.", path.c_str(),
+                          plugin.c_str(), holder->second.c_str());
+                forget(*bundle, plugin);
+            }
+        }
+        bundles.push_back(std::move(*bundle));
     };
     for (const auto& path : searchPath.bundles) {
         std::error_code error;
         add(fs::weakly_canonical(path, error).native());
     }
+    std::vector<fs::path> folders = searchPath.folders;
+    folders.push_back(searchPath.ownFolder);
     for (const auto& folder : folders) {
-        for (const auto& item : items(folder)) {
-            add(item);
+        for (const auto& path : entries(folder)) {
+            add(path);
         }
     }
     return bundles;

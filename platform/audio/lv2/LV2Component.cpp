@@ -8,16 +8,14 @@
 #include <optional>
 #include <stdexcept>
 
-#include "platform/audio/lv2/LV2Manifest.h"
-
 namespace orvalo {
 
 namespace {
 
-/// What one bundle states of one plug-in: each predicate's values.
+/// The values that one bundle states of one plug-in, by predicate.
 using Values = std::map<std::string, std::vector<std::string>>;
 
-/// Why a statement cannot be used; never leaves this file.
+/// Why codes cannot be used; never thrown out of this file.
 struct Unusable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -77,14 +75,14 @@ LV2Component component(const std::string& uri, const Values& values) {
 
 std::map<std::string, Values> valuesByPlugin(const LV2Bundle& bundle) {
     std::map<std::string, Values> result;
-    for (const auto& statement : componentStatements(bundle)) {
+    for (const auto& statement : bundle.codes) {
         if (statement.plugin.empty()) {
             g_warning("%s states the codes of something that has no URI.", bundle.path.c_str());
         } else if (!statement.isLiteral) {
             g_warning("%s states %s of <%s> as something that is no literal.", bundle.path.c_str(),
-                      statement.predicate.c_str(), statement.plugin.c_str());
+                      statement.key.c_str(), statement.plugin.c_str());
         } else {
-            result[statement.plugin][statement.predicate].push_back(statement.value);
+            result[statement.plugin][statement.key].push_back(statement.value);
         }
     }
     return result;
@@ -92,11 +90,17 @@ std::map<std::string, Values> valuesByPlugin(const LV2Bundle& bundle) {
 
 }  // namespace
 
-std::vector<LV2Component> statedComponents(std::vector<const LV2Bundle*> bundles) {
-    std::sort(bundles.begin(), bundles.end(),
+std::vector<LV2Component> statedComponents(const std::vector<LV2Bundle>& bundles) {
+    std::vector<const LV2Bundle*> stating;
+    for (const auto& bundle : bundles) {
+        if (!bundle.codes.empty()) {
+            stating.push_back(&bundle);
+        }
+    }
+    std::sort(stating.begin(), stating.end(),
               [](const auto* left, const auto* right) { return left->uri < right->uri; });
     std::map<std::string, LV2Component> found;
-    for (const auto* bundle : bundles) {
+    for (const auto* bundle : stating) {
         for (const auto& [uri, values] : valuesByPlugin(*bundle)) {
             if (found.contains(uri)) {
                 g_warning("%s states codes of <%s>, which another bundle has stated already.",

@@ -15,9 +15,9 @@ struct LV2Component {
     AudioComponentDescription description;
 };
 
-/// The components that the bundles state, by plug-in URI. A statement that is incomplete or wrong
-/// is left out with a warning that names bundle and plug-in. Where several bundles speak of one
-/// plug-in the first by bundle URI holds, and a warning names the others.
-std::vector<LV2Component> statedComponents(std::vector<const LV2Bundle*> bundles);
+/// The components that the bundles state, by plug-in URI. Codes that are incomplete or wrong are
+/// left out with a warning that names bundle and plug-in. Where several bundles state codes of one
+/// plug-in, the first by bundle URI holds, and a warning names the others.
+std::vector<LV2Component> statedComponents(const std::vector<LV2Bundle>& bundles);
 
 }  // namespace orvalo

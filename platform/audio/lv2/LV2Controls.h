@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-/// The values of a unit's control ports, which outlive its instances. Any thread; reading and
+/// The values of an effect's control ports; they outlive its instances. Any thread; reading and
 /// writing by index is lock-free.
 class LV2Controls {
   public:
@@ -25,7 +25,7 @@ class LV2Controls {
     /// The control input of that symbol; null without one.
     const LV2Port* input(const std::string& symbol) const;
 
-    /// Brings the values that scale with the sample rate (Hz) to that rate.
+    /// Rescales the values that are multiples of the sample rate (Hz) to a new rate.
     void setSampleRate(double sampleRate);
 
   private:

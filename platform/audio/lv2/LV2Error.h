@@ -6,7 +6,7 @@
 
 namespace orvalo {
 
-/// What can be wrong with an LV2 plug-in; the codes of the error domain "LV2".
+/// Codes of the error domain "LV2".
 enum class LV2ErrorCode {
     unknownPlugin = 1,
     noLibrary,
@@ -18,7 +18,8 @@ enum class LV2ErrorCode {
     noPluginUI,
 };
 
-/// The error "<uri>: reason": the plug-in in front, the reason as a clause without a full stop.
+/// The error "The plug-in <uri> cannot be used: reason." The reason is a clause without a full
+/// stop.
 NSError lv2Error(LV2ErrorCode code, const std::string& uri, const std::string& reason);
 
 }  // namespace orvalo

@@ -11,40 +11,40 @@
 
 #include "platform/audio/lv2/ByteRing.h"
 #include "platform/audio/lv2/LV2Port.h"
-#include "platform/audio/lv2/LV2SequenceBuffer.h"
+#include "platform/audio/lv2/LV2Sequence.h"
 
 namespace orvalo {
 
-/// The events that travel between an effect's open UI and its sequence ports, both ways,
-/// whole and in order. The UI's side is one thread, the effect's side is the render thread;
-/// neither waits, locks or allocates. Outlives instances, which therefore may be replaced.
+/// Events between an effect's open UI and its sequence ports, in both directions and in order. One
+/// UI thread and the render thread; neither blocks, locks or allocates. Instances may be replaced
+/// while a link exists.
 class LV2EventLink {
   public:
-    /// Off the render thread. Each port's ring has room for 16 times its buffer.
+    /// Each port's ring holds 16 times its buffer. Off the render thread.
     explicit LV2EventLink(const std::vector<LV2Port>& ports);
 
-    /// Hands an event to a sequence input, at the start of the next block that has room for it.
-    /// False, and nothing is sent, for another kind of port, an event that the port could never
-    /// take, or a full ring. body: size bytes. The UI's thread.
+    /// Sends an event to a sequence input, at the start of the next quantum with room for it. False
+    /// for another kind of port, an event too large for the port, or a full ring. body: size bytes.
+    /// UI thread.
     bool send(std::uint32_t port, LV2_URID type, std::uint32_t size, const void* body);
 
-    /// Whether the UI wants what a sequence output sends; at first it does not. False for
-    /// another kind of port. The UI's thread.
+    /// Whether the UI receives the events of a sequence output; at first it does not. Returns false
+    /// for another kind of port. UI thread.
     bool setSubscribed(std::uint32_t port, bool isSubscribed);
 
-    /// The next event from the effect, of whichever port has one; null without one. It lives until
-    /// the next call. The UI's thread.
+    /// The next event from any sequence output, valid until the next call; null without one. Sets
+    /// port. UI thread.
     const LV2_Atom* receive(std::uint32_t& port);
-    /// How many events of the effect found a full ring since the last call. The UI's thread.
+    /// The events dropped since the last call because a ring was full. UI thread.
     std::uint32_t takeLostCount() noexcept { return lost_.exchange(0, std::memory_order_relaxed); }
 
-    /// Adds what waits for a sequence input to its buffer, as far as there is room. Render thread.
+    /// Moves waiting events of a sequence input into its buffer while they fit. Render thread.
     void deliver(std::uint32_t port, LV2SequenceBuffer& buffer) noexcept;
-    /// Hands over an event of a sequence output, if somebody wants it. Render thread.
+    /// Sends an event of a sequence output to the UI, if it is subscribed. Render thread.
     void mirror(std::uint32_t port, const LV2_Atom& event) noexcept;
 
   private:
-    /// Events as atoms, one ring message each, and one atom that is out of the ring.
+    /// The events of one port: atoms, one ring message each, and the atom read last.
     struct Lane {
         explicit Lane(const LV2Port& ofPort);
 
@@ -58,17 +58,17 @@ class LV2EventLink {
         std::atomic<bool> isSubscribed{false};
         ByteRing ring;
         std::vector<std::uint64_t> words;
-        bool hasFront = false;  ///< The reading side's: an atom waits outside the ring.
+        bool hasFront = false;  ///< Reading thread: the atom read last is not delivered yet.
     };
 
     Lane* lane(std::uint32_t port, bool isInput) const noexcept;
 
     std::vector<std::unique_ptr<Lane>> lanes_;  // By port index; null for other ports.
-    std::vector<std::uint64_t> sent_;           // The UI's thread's.
+    std::vector<std::uint64_t> sent_;           // UI thread only.
     std::atomic<std::uint32_t> lost_{0};
 };
 
-/// The links of all open UIs of a unit, as the render thread uses them.
+/// The links of all open UIs of an effect.
 using LV2EventLinks = std::vector<std::shared_ptr<LV2EventLink>>;
 
 }  // namespace orvalo

@@ -14,18 +14,20 @@
 
 namespace orvalo {
 
-/// What the host offers to an instance. Must outlive the instance, as what it is made of.
+/// The LV2 features for one instance. Must outlive the instance; the constructor's arguments must
+/// outlive both.
 class LV2Features {
   public:
     LV2Features(LV2Options& options, LV2Worker& worker, LV2Log& log, LV2StatePaths& paths);
     LV2Features(const LV2Features&) = delete;
     LV2Features& operator=(const LV2Features&) = delete;
 
-    /// For the plug-in's making; ends with null.
+    /// For instantiation; ends with null.
     const LV2_Feature* const* forInstantiation() const { return instantiation_.data(); }
-    /// For saving and restoring state, off the render thread; ends with null. lilv adds the paths.
+    /// For saving and restoring state through lilv, which adds the path features; ends with null.
+    /// Off the render thread.
     const LV2_Feature* const* forState() const { return state_.data(); }
-    /// The same with the paths, where lilv is not asked; ends with null.
+    /// The same with the path features, for saving and restoring without lilv; ends with null.
     const LV2_Feature* const* forPlainState() const { return plainState_.data(); }
 
     /// Whether a plug-in may require the feature of that URI.

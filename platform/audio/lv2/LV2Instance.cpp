@@ -6,11 +6,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
+#include <optional>
 
 #include "platform/audio/lv2/LV2Error.h"
 #include "platform/audio/lv2/LV2Library.h"
-#include "platform/audio/lv2/LV2StateValue.h"
-#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/audio/lv2/URIDMap.h"
 
 namespace orvalo {
 
@@ -35,6 +36,36 @@ const void* portValue(const char* symbol, void* handle, std::uint32_t* size, std
     *size = sizeof(value);
     *type = LV2URIDs::shared().atomFloat;
     return &value;
+}
+
+template <typename Number>
+std::optional<float> as(const void* value, std::uint32_t size) {
+    if (size != sizeof(Number)) {
+        return std::nullopt;
+    }
+    Number number{};
+    std::memcpy(&number, value, sizeof(number));
+    const auto result = static_cast<float>(number);
+    return std::isfinite(result) ? std::optional(result) : std::nullopt;
+}
+
+/// A control value out of a state: the body of a float, double, int, long or bool atom. Nothing for
+/// another type, a size that is not the type's, and what is no finite number.
+std::optional<float> numberOf(const void* value, std::uint32_t size, std::uint32_t type) {
+    const auto& urids = LV2URIDs::shared();
+    if (type == urids.atomFloat) {
+        return as<float>(value, size);
+    }
+    if (type == urids.atomDouble) {
+        return as<double>(value, size);
+    }
+    if (type == urids.atomInt || type == urids.atomBool) {
+        return as<std::int32_t>(value, size);
+    }
+    if (type == urids.atomLong) {
+        return as<std::int64_t>(value, size);
+    }
+    return std::nullopt;
 }
 
 void setPortValue(const char* symbol, void* handle, const void* value, std::uint32_t size,
@@ -176,7 +207,7 @@ LV2StateProperties LV2Instance::saveProperties() const {
 void LV2Instance::restore(const LV2StateProperties& properties) {
     if (keepsState()) {
         const auto* state = extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface);
-        // The UI's handle is not const, though what it gives is.
+        // restore() takes a mutable handle.
         auto kept = properties;
         state->restore(lilv_instance_get_handle(instance_.get()), retrieve, &kept, 0,
                        features_.forPlainState());

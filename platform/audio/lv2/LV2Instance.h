@@ -13,13 +13,12 @@
 #include "platform/audio/lv2/LV2Process.h"
 #include "platform/audio/lv2/LV2State.h"
 #include "platform/audio/lv2/LV2StatePaths.h"
-#include "platform/audio/lv2/LV2StateProperty.h"
 #include "platform/audio/lv2/LV2Worker.h"
 #include "platform/audio/lv2/LV2World.h"
 
 namespace orvalo {
 
-/// What the instances of one unit share.
+/// What the successive instances of one effect share.
 struct LV2UnitParts {
     LV2UnitParts(LV2World& lv2World, const LV2PluginData& pluginData,
                  std::filesystem::path filesFolder)
@@ -36,19 +35,19 @@ struct LV2UnitParts {
     LV2Controls controls;
 };
 
-/// One instance of a plug-in at one sample rate, with all that it needs. Control operations are off
-/// the render thread and never during an LV2World::Access of the caller's.
+/// One instance of a plug-in at one sample rate, with its features and worker. Off the render
+/// thread, except process(); the caller must not hold an LV2World::Access.
 class LV2Instance {
   public:
-    /// Makes it; not active yet. Throws NSError.
+    /// The instance is not active yet. Throws NSError.
     LV2Instance(LV2UnitParts& parts, double sampleRate, const std::string& contextName);
-    /// Ends its worker, and it. It must not run any more.
+    /// Stops the worker. The instance must not be rendering.
     ~LV2Instance();
     LV2Instance(const LV2Instance&) = delete;
     LV2Instance& operator=(const LV2Instance&) = delete;
 
     double sampleRate() const { return sampleRate_; }
-    /// The plug-in's own handle and descriptor, which a UI may ask for.
+    /// The plug-in's own handle and descriptor, for UIs with instance access.
     LV2_Handle handle() const { return lilv_instance_get_handle(instance_.get()); }
     const LV2_Descriptor* descriptor() const {
         return lilv_instance_get_descriptor(instance_.get());
@@ -57,21 +56,21 @@ class LV2Instance {
     LV2Process& process() { return *process_; }
 
     void activate();
-    /// It must not run any more.
+    /// The instance must not be rendering.
     void deactivate();
 
-    /// Whether it keeps state beside its control values.
+    /// Whether it has state besides its control values.
     bool keepsState() const;
-    /// Its state now. Throws NSError.
+    /// The current state with control values. Throws NSError.
     LV2State save() const;
-    /// Sets its state: not while it runs, but for plug-ins with threadSafeRestore.
+    /// Restores a state. Not while it renders, unless the plug-in has threadSafeRestore.
     void restore(const LilvState& state);
-    /// What it keeps beside its control values, and the way back, as above.
+    /// The state besides its control values. Threads and errors as above.
     LV2StateProperties saveProperties() const;
     void restore(const LV2StateProperties& properties);
-    /// Whether it can be told options later.
+    /// Whether options can be set after instantiation.
     bool takesOptions() const;
-    /// Tells it the context's name, if it takes options: not while it runs.
+    /// Sets the context name, if it takes options. Not while it renders.
     void setContextName(const std::string& name);
 
   private:

@@ -16,7 +16,7 @@ LV2Library::LV2Library(const std::string& uri, const std::string& path) {
     }
     library_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library_ == nullptr) {
-        // Nobody else opens libraries by this thread in between, and the text is per thread.
+        // glibc keeps the text per thread.
         const char* reason = dlerror();  // NOLINT(concurrency-mt-unsafe)
         throw lv2Error(LV2ErrorCode::noLibrary, uri,
                        "its library does not load (" + std::string(reason) + ")");
@@ -32,7 +32,7 @@ LV2Library::LV2Library(const std::string& uri, const std::string& path) {
 bool LV2Library::holds(const std::string& uri) const {
     const auto entry = reinterpret_cast<LV2_Descriptor_Function>(dlsym(library_, "lv2_descriptor"));
     if (entry == nullptr) {
-        // The other entry needs a bundle and features; lilv has asked it.
+        // lv2_lib_descriptor needs a bundle path and features; lilv has called it already.
         return true;
     }
     for (std::uint32_t index = 0;; ++index) {

@@ -2,18 +2,23 @@
 
 #include <lv2/log/log.h>
 
+#include <cstddef>
 #include <string>
 
 namespace orvalo {
 
-/// The log feature of one instance: what the plug-in says goes to GLib's log, with its URI in
-/// front. Any thread; inside a RealTimeScope entries wait in a lock-free queue for a thread that
-/// writes them, cut at 480 bytes, and when 256 of all instances wait, further ones are counted and
-/// reported instead.
+/// The log feature of one plug-in: entries go to GLib's log with its URI in front. Any thread.
+/// Inside a RealTimeScope an entry waits in a lock-free queue, truncated to kLongestText, for a
+/// thread that writes it; entries beyond kCapacity are dropped, and a warning gives their number.
 class LV2Log {
   public:
+    /// Bytes of a queued entry with the closing zero.
+    static constexpr std::size_t kLongestText = 480;
+    /// Queued entries of all plug-ins.
+    static constexpr std::size_t kCapacity = 256;
+
     explicit LV2Log(std::string uri);
-    /// Writes what still waits. The plug-in must be gone.
+    /// Writes the waiting entries. The plug-in must be destroyed.
     ~LV2Log();
     LV2Log(const LV2Log&) = delete;
     LV2Log& operator=(const LV2Log&) = delete;

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/audio/lv2/URIDMap.h"
 #include "platform/audio/signal/AudioBlock.h"
 
 namespace orvalo {

@@ -8,9 +8,9 @@
 
 namespace orvalo {
 
-/// The options that an instance is made with: the sample rate (Hz), the shortest and the longest
-/// block (frames), the size of the largest sequence buffer (bytes), and the context's name. Must
-/// outlive the instance.
+/// The options for instantiation: the sample rate (Hz), the shortest and the longest quantum
+/// (frames), the size of the largest sequence buffer (bytes), and the context name. Must outlive
+/// the instance.
 class LV2Options {
   public:
     LV2Options(double sampleRate, std::uint32_t sequenceSize, std::string contextName);

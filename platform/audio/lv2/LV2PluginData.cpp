@@ -10,7 +10,6 @@
 #include "platform/audio/lv2/LV2Error.h"
 #include "platform/audio/lv2/LV2Features.h"
 #include "platform/audio/lv2/LV2Options.h"
-#include "platform/audio/lv2/LV2PortReader.h"
 #include "platform/audio/lv2/TurtleFile.h"
 #include "platform/audio/signal/AudioBlock.h"
 
@@ -51,7 +50,7 @@ void requireOptions(const LV2World::Access& access, const LilvPlugin* plugin,
     }
 }
 
-/// lilv reads them at the next question.
+/// To be called before lilv reads the files at its next query.
 void checkDataFiles(const LilvPlugin* plugin, const std::string& uri) {
     for (const auto& file : uris(lilv_plugin_get_data_uris(plugin))) {
         if (const auto error = turtleFileError(file); !error.empty()) {

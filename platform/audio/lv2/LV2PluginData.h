@@ -9,10 +9,10 @@
 
 namespace orvalo {
 
-/// What a plug-in's data say of it, checked: everything that it needs is there.
+/// A plug-in's data. This host supports everything that the plug-in requires.
 struct LV2PluginData {
     std::string uri;
-    std::string binary;  ///< The path of its shared library.
+    std::string binary;  ///< The path of the shared library.
     std::vector<LV2Port> ports;
     std::uint32_t inputChannelCount = 0;
     std::uint32_t outputChannelCount = 0;
@@ -22,8 +22,7 @@ struct LV2PluginData {
     bool hasDefaultState = false;
 
     /// Throws NSError: no such plug-in, broken data, no library, a required feature or option that
-    /// this host does not have (by its URI), no ports, or a port that it cannot serve (by its
-    /// name).
+    /// this host does not support, no ports, or an unsupported port.
     static LV2PluginData read(const LV2World::Access& access, const std::string& uri);
 };
 

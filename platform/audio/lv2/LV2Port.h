@@ -3,19 +3,22 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <vector>
+
+#include "platform/audio/lv2/LV2World.h"
 
 namespace orvalo {
 
-/// What a port carries.
+/// What a port transmits.
 enum class LV2PortKind {
     audio,
     control,
     cv,
     sequence,
-    unconnected,  ///< Something that this host does not have, which the plug-in can do without.
+    unconnected,  ///< Of a kind that this host does not support; the plug-in does not need it.
 };
 
-/// One port of a plug-in, as its data describe it.
+/// One port of a plug-in.
 struct LV2Port {
     std::uint32_t index = 0;
     std::string symbol;
@@ -30,7 +33,12 @@ struct LV2Port {
     bool reportsLatency = false;     ///< A control output with the latency in frames.
     std::uint32_t bufferSize = 0;    ///< Of a sequence, in bytes.
     bool carriesMIDI = false;        ///< A sequence with MIDI events.
-    bool takesTimePosition = false;  ///< A sequence input that wants time positions.
+    bool takesTimePosition = false;  ///< A sequence input that supports time positions.
 };
+
+/// The plug-in's ports by index. An optional port of an unknown kind or without a direction is
+/// unconnected. Throws NSError that names the fault.
+std::vector<LV2Port> readPorts(const LV2World::Access& access, const LilvPlugin* plugin,
+                               const std::string& uri);
 
 }  // namespace orvalo

@@ -4,16 +4,16 @@
 #include <array>
 #include <cmath>
 
-#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/audio/lv2/URIDMap.h"
 
 namespace orvalo {
 
 namespace {
 
-/// What a handler may read of a message, however short it is.
+/// Handlers may read three bytes of every message.
 constexpr std::uint32_t kReadableBytes = 3;
 
-// An hour at 192 kHz; more than that is a plug-in's slip.
+// An hour at 192 kHz; more is a plug-in's error.
 constexpr float kLongestLatency = 691200000.0F;
 
 }  // namespace
@@ -87,7 +87,7 @@ void LV2Process::run(const AudioBlock& input, const AudioBlock& output, std::int
     prepare(input, output, sampleTime, links);
     lilv_instance_run(instance_, output.frameCount);
     worker_.finishCycle();
-    takeControlOutputs();
+    readControlOutputs();
     sendEvents(output.frameCount, sampleTime, midiBlock, links);
     isFirstBlock_ = false;
 }
@@ -104,7 +104,7 @@ void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output, std:
         control.value = controls_.value(control.port);
     }
     for (auto& sequence : sequenceInputs_) {
-        // The position follows from the first one as long as time goes on evenly.
+        // Plug-ins extrapolate later positions, as time never jumps.
         if (isFirstBlock_ && sequence.takesTimePosition) {
             sequence.buffer.writeTimePosition(sampleTime);
         } else {
@@ -121,15 +121,15 @@ void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output, std:
     }
 }
 
-void LV2Process::takeControlOutputs() noexcept {
+void LV2Process::readControlOutputs() noexcept {
     for (const auto& control : controlOutputs_) {
         controls_.setValue(control.port, control.value);
     }
     if (latencyControl_ >= 0) {
         const float frames = controlOutputs_[static_cast<std::size_t>(latencyControl_)].value;
-        // The comparison is false for what is no number.
-        const bool isSound = frames > 0.0F && frames <= kLongestLatency;
-        latency_.store(isSound ? static_cast<std::uint32_t>(std::lround(frames)) : 0,
+        // False for NaN.
+        const bool isValid = frames > 0.0F && frames <= kLongestLatency;
+        latency_.store(isValid ? static_cast<std::uint32_t>(std::lround(frames)) : 0,
                        std::memory_order_relaxed);
     }
 }

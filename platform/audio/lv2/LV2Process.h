@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lilv/lilv.h>
+
 #include <atomic>
 #include <cstdint>
 #include <vector>
@@ -8,31 +10,27 @@
 #include "platform/audio/lv2/LV2EventLink.h"
 #include "platform/audio/lv2/LV2Log.h"
 #include "platform/audio/lv2/LV2PluginData.h"
-#include "platform/audio/lv2/LV2SequenceBuffer.h"
-#include "platform/audio/lv2/LV2SequenceReader.h"
+#include "platform/audio/lv2/LV2Sequence.h"
 #include "platform/audio/lv2/LV2Worker.h"
-#include "platform/audio/lv2/LilvPointers.h"
 #include "platform/audio/signal/AudioBlock.h"
 #include "platform/audio/unit/AUAudioUnit.h"
 
 namespace orvalo {
 
-/// Everything that the render thread touches of one instance: its port buffers and its cycle.
+/// The render thread's part of one instance: its port buffers and its run().
 class LV2Process {
   public:
-    /// Off the render thread: makes the buffers and connects them. What it refers to must outlive
-    /// it.
+    /// Makes the buffers and connects them. The arguments must outlive it. Off the render thread.
     LV2Process(const LV2PluginData& data, LilvInstance* instance, LV2Controls& controls,
                LV2Worker& worker, const LV2Log& log);
 
-    /// One block: hands the plug-in its inputs, runs it, delivers the worker's answers and calls
-    /// midiBlock (may be null) with what it sent, in time order over all ports. links (may be
-    /// null): of the open UIs, which events go to and come from. sampleTime: of the block's
-    /// first frame. Render thread.
+    /// Renders one quantum: sets the inputs, runs the plug-in, delivers the worker's responses and
+    /// calls midiBlock (may be null) with the MIDI events of all ports in time order. links (may be
+    /// null): those of the open UIs. sampleTime: of the first frame. Render thread.
     void run(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
              const AUMIDIOutputEventBlock* midiBlock, const LV2EventLinks* links) noexcept;
 
-    /// Frames, as the plug-in reported after its last block; 0 before.
+    /// Frames, as the plug-in reported last; 0 before the first quantum.
     std::uint32_t latency() const noexcept { return latency_.load(std::memory_order_relaxed); }
 
   private:
@@ -55,7 +53,7 @@ class LV2Process {
     void connect(const LV2PluginData& data);
     void prepare(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
                  const LV2EventLinks* links) noexcept;
-    void takeControlOutputs() noexcept;
+    void readControlOutputs() noexcept;
     void sendEvents(std::uint32_t frameCount, std::int64_t sampleTime,
                     const AUMIDIOutputEventBlock* midiBlock, const LV2EventLinks* links) noexcept;
     SequenceOutput* nextOutput() noexcept;
@@ -68,13 +66,13 @@ class LV2Process {
     const LV2Log& log_;
     std::vector<std::uint32_t> audioInputs_;
     std::vector<std::uint32_t> audioOutputs_;
-    // None of these grows after the construction: the plug-in holds pointers into them.
+    // Never resized after construction: the plug-in holds pointers into them.
     std::vector<Control> controlInputs_;
     std::vector<Control> controlOutputs_;
     std::vector<SequenceInput> sequenceInputs_;
     std::vector<SequenceOutput> sequenceOutputs_;
     std::vector<std::vector<float>> cvBuffers_;
-    int latencyControl_ = -1;  // Its place among the control outputs.
+    int latencyControl_ = -1;  // Index in controlOutputs_; below 0 without one.
     bool isFirstBlock_ = true;
     std::atomic<std::uint32_t> latency_{0};
 };

@@ -19,7 +19,7 @@ std::filesystem::path LV2StatePaths::folder() {
         try {
             folder_ = own_.emplace("orvalo-effect").path();
         } catch (const NSError& error) {
-            g_warning("No folder for a plug-in's files: %s.", error.what());
+            g_warning("The effect cannot store files: %s.", error.what());
         }
     }
     return folder_;
@@ -43,7 +43,7 @@ char* LV2StatePaths::copy(LV2_State_Map_Path_Handle /*handle*/, const char* path
 }
 
 void LV2StatePaths::release(LV2_State_Free_Path_Handle /*handle*/, char* path) {
-    // Plug-ins own what they are given as memory of the C library.
+    // LV2 paths are allocated with malloc().
     std::free(path);  // NOLINT(cppcoreguidelines-no-malloc)
 }
 

@@ -10,13 +10,11 @@
 
 namespace orvalo {
 
-/// Where the files of one unit's plug-in live while the unit does: the state extension's features
-/// for making, mapping and freeing paths. Paths are kept absolute, as states are not stored beyond
-/// the unit. Any thread.
+/// The folder for the files of one effect, with the state extension's features for making, mapping
+/// and freeing paths. Paths stay absolute, as states do not outlive the effect. Any thread.
 class LV2StatePaths {
   public:
-    /// folder: one that somebody else looks after; empty for one of its own, which goes with the
-    /// object and takes what is in it along.
+    /// folder: owned by the caller; empty for a temporary one that is removed with the object.
     explicit LV2StatePaths(std::filesystem::path folder = {});
     LV2StatePaths(const LV2StatePaths&) = delete;
     LV2StatePaths& operator=(const LV2StatePaths&) = delete;
@@ -25,7 +23,7 @@ class LV2StatePaths {
     LV2_State_Map_Path& mapPath() { return mapPath_; }
     LV2_State_Free_Path& freePath() { return freePath_; }
 
-    /// The folder, made at the first call; empty when it cannot be made.
+    /// The folder, made at the first call; empty, with a warning, when that fails.
     std::filesystem::path folder();
 
   private:

@@ -7,7 +7,7 @@
 namespace orvalo {
 
 namespace {
-// Messages are paths and small records; one that does not fit is refused, as the extension allows.
+// Requests are paths and small records; the extension allows to refuse one that does not fit.
 constexpr std::size_t kRingSize = 128U << 10U;
 }  // namespace
 
@@ -96,7 +96,7 @@ LV2_Worker_Status LV2Worker::workNow(LV2_Worker_Schedule_Handle handle, std::uin
 
 LV2_Worker_Status LV2Worker::respond(LV2_Worker_Respond_Handle handle, std::uint32_t size,
                                      const void* data) {
-    // Only called inside work(), whose mutex makes the calling thread the one that writes.
+    // Only called inside work(), so work_ makes the calling thread the only writer.
     auto& worker = *static_cast<LV2Worker*>(handle);
     return worker.responses_.write(size, data) ? LV2_WORKER_SUCCESS : LV2_WORKER_ERR_NO_SPACE;
 }

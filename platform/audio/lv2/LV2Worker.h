@@ -13,8 +13,8 @@
 
 namespace orvalo {
 
-/// The worker of one instance: jobs that its run() schedules are done on a thread of their own, one
-/// at a time, and their answers come back to the render thread.
+/// The worker of one instance: does requests from run() on its own thread, one at a time, and
+/// delivers the responses on the render thread.
 class LV2Worker {
   public:
     LV2Worker();
@@ -22,18 +22,18 @@ class LV2Worker {
     LV2Worker(const LV2Worker&) = delete;
     LV2Worker& operator=(const LV2Worker&) = delete;
 
-    /// The feature for instantiation: jobs go to the thread, lock-free.
+    /// For instantiation: queues requests for the thread, lock-free.
     LV2_Worker_Schedule& schedule() { return schedule_; }
-    /// The feature for state restoring, off the render thread: jobs are done at once, in the call.
+    /// For restoring state off the render thread: does requests at once, in the call.
     LV2_Worker_Schedule& immediateSchedule() { return immediateSchedule_; }
 
-    /// Starts the thread, when the instance has a worker at all (worker may be null).
+    /// Starts the thread; does nothing when worker is null or does no work.
     void start(LV2_Handle instance, const LV2_Worker_Interface* worker);
-    /// Ends the thread after the job under way; jobs that still wait are dropped. The instance must
-    /// not run any more.
+    /// Stops the thread after the current request and drops the waiting ones. The instance must not
+    /// be rendering.
     void stop();
 
-    /// Hands the answers to the instance and ends its cycle. Render thread, after each run().
+    /// Delivers the responses and calls end_run(). Render thread, after each run().
     void finishCycle() noexcept;
 
   private:
@@ -51,9 +51,9 @@ class LV2Worker {
     const LV2_Worker_Interface* worker_ = nullptr;
     ByteRing requests_;
     ByteRing responses_;
-    std::vector<std::byte> request_;   // The worker thread's.
-    std::vector<std::byte> response_;  // The render thread's.
-    std::mutex work_;                  // Held while the instance's work() is under way.
+    std::vector<std::byte> request_;   // Worker thread only.
+    std::vector<std::byte> response_;  // Render thread only.
+    std::mutex work_;                  // Held during the instance's work().
     sem_t requested_{};
     std::atomic<bool> isStopping_{false};
     std::thread thread_;

@@ -3,12 +3,19 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <filesystem>
 
-#include "platform/audio/lv2/LV2Manifest.h"
 #include "platform/foundation/Bundle.h"
 
 namespace orvalo {
+
+namespace {
+
+bool speaksOf(const LV2Bundle& bundle, const std::string& uri) {
+    return std::find(bundle.resources.begin(), bundle.resources.end(), uri) !=
+           bundle.resources.end();
+}
+
+}  // namespace
 
 LV2World::LV2World(LV2SearchPath searchPath)
     : searchPath_(std::move(searchPath)), lilv_(lilv_world_new()) {
@@ -26,23 +33,19 @@ LV2World& LV2World::shared() {
 
 std::vector<LV2Component> LV2World::components() {
     const std::scoped_lock lock(mutex_);
-    search();
-    std::vector<const LV2Bundle*> stating;
-    for (auto& entry : entries_) {
-        if (mayStateComponents(entry.bundle) && isSound(entry)) {
-            stating.push_back(&entry.bundle);
-        }
-    }
+    std::error_code error;
+    const auto ownFolder = std::filesystem::canonical(searchPath_.ownFolder, error);
     std::vector<LV2Component> outside;
     std::vector<LV2Component> inside;
-    for (auto& component : statedComponents(stating)) {
-        const auto* known = plugin(component.uri);
-        if (known == nullptr) {
+    for (auto& component : statedComponents(bundles())) {
+        const auto* bundle = bundleOf(component.uri);
+        if (bundle == nullptr) {
             g_warning("A manifest states codes of <%s>, which is not installed.",
                       component.uri.c_str());
             continue;
         }
-        (isOwn(known) ? inside : outside).push_back(std::move(component));
+        const bool isOwn = !error && bundle->path.parent_path() == ownFolder;
+        (isOwn ? inside : outside).push_back(std::move(component));
     }
     std::move(inside.begin(), inside.end(), std::back_inserter(outside));
     return outside;
@@ -50,94 +53,53 @@ std::vector<LV2Component> LV2World::components() {
 
 std::vector<std::string> LV2World::bundlesOf(const std::string& pluginURI) {
     const std::scoped_lock lock(mutex_);
-    const auto* known = plugin(pluginURI);
-    const auto own = known == nullptr ? std::filesystem::path() : bundlePath(known);
-    std::vector<std::string> mentioning;
-    std::vector<std::string> all;
-    bool isOwnMentioned = false;
-    for (const auto& entry : entries_) {
-        all.push_back(entry.bundle.path.native());
-        if (mayMention(entry.bundle, pluginURI)) {
-            mentioning.push_back(entry.bundle.path.native());
-            isOwnMentioned = isOwnMentioned || entry.bundle.path == own;
+    std::vector<std::string> result;
+    for (const auto& bundle : bundles()) {
+        if (speaksOf(bundle, pluginURI)) {
+            result.push_back(bundle.path.native());
         }
     }
-    // A plug-in whose URI its own manifest cuts up was found by reading all of them.
-    return known == nullptr || isOwnMentioned ? mentioning : all;
+    return result;
 }
 
-void LV2World::search() {
-    if (isSearched_) {
+const std::vector<LV2Bundle>& LV2World::bundles() {
+    if (!bundles_) {
+        bundles_ = findBundles(searchPath_);
+    }
+    return *bundles_;
+}
+
+const LV2Bundle* LV2World::bundleOf(const std::string& pluginURI) {
+    const auto& all = bundles();
+    const auto found = std::find_if(all.begin(), all.end(), [&pluginURI](const LV2Bundle& bundle) {
+        return bundle.plugins.contains(pluginURI);
+    });
+    return found == all.end() ? nullptr : &*found;
+}
+
+void LV2World::load(const std::string& pluginURI) {
+    if (!loadedPlugins_.insert(pluginURI).second) {
         return;
     }
-    isSearched_ = true;
-    for (auto& bundle : findBundles(searchPath_)) {
-        entries_.push_back({std::move(bundle), false, std::nullopt});
+    for (const auto& bundle : bundles()) {
+        if (speaksOf(bundle, pluginURI) && loadedBundles_.insert(bundle.uri).second) {
+            const LilvPointer<LilvNode> uri(lilv_new_uri(lilv_.get(), bundle.uri.c_str()));
+            lilv_world_load_bundle(lilv_.get(), uri.get());
+        }
+    }
+    const auto* own = bundleOf(pluginURI);
+    // The effect service is given the bundles of one effect, which its host has named already.
+    if (own != nullptr && searchPath_.bundles.empty()) {
+        g_message("The effect <%s> is loaded from %s.", pluginURI.c_str(), own->path.c_str());
     }
 }
 
-bool LV2World::isSound(Entry& entry) {
-    if (!entry.isSound) {
-        entry.isSound = isReadable(entry.bundle);
-    }
-    return *entry.isSound;
-}
-
-void LV2World::load(Entry& entry) {
-    if (entry.isHandedToLilv) {
-        return;
-    }
-    entry.isHandedToLilv = true;
-    // lilv would keep the first half of a broken manifest.
-    if (isSound(entry)) {
-        const LilvPointer<LilvNode> uri(lilv_new_uri(lilv_.get(), entry.bundle.uri.c_str()));
-        lilv_world_load_bundle(lilv_.get(), uri.get());
-    }
-}
-
-const LilvPlugin* LV2World::loadedPlugin(const std::string& uri) const {
+const LilvPlugin* LV2World::plugin(const std::string& uri) {
+    load(uri);
     const LilvPointer<LilvNode> node(lilv_new_uri(lilv_.get(), uri.c_str()));
     return node == nullptr
                ? nullptr
                : lilv_plugins_get_by_uri(lilv_world_get_all_plugins(lilv_.get()), node.get());
-}
-
-const LilvPlugin* LV2World::plugin(const std::string& uri) {
-    search();
-    for (auto& entry : entries_) {
-        if (mayMention(entry.bundle, uri)) {
-            load(entry);
-        }
-    }
-    const auto* found = loadedPlugin(uri);
-    if (found == nullptr && !isAllLoaded_) {
-        // The plug-in's own manifest may cut its URI into a prefix and a name anywhere.
-        isAllLoaded_ = true;
-        for (auto& entry : entries_) {
-            load(entry);
-        }
-        found = loadedPlugin(uri);
-    }
-    return found;
-}
-
-std::filesystem::path LV2World::bundlePath(const LilvPlugin* plugin) {
-    char* text = lilv_node_get_path(lilv_plugin_get_bundle_uri(plugin), nullptr);
-    const std::filesystem::path path(text == nullptr ? "" : text);
-    lilv_free(text);
-    // Without the closing slash.
-    return path.has_filename() ? path : path.parent_path();
-}
-
-bool LV2World::isOwn(const LilvPlugin* plugin) const {
-    const auto bundle = bundlePath(plugin);
-    std::error_code error;
-    const auto own = std::filesystem::canonical(searchPath_.ownFolder, error);
-    if (error) {
-        return false;
-    }
-    const auto [end, rest] = std::mismatch(own.begin(), own.end(), bundle.begin(), bundle.end());
-    return end == own.end();
 }
 
 LilvPointer<LilvNode> LV2World::Access::uri(const char* text) const {

@@ -1,20 +1,35 @@
 #pragma once
 
+#include <lilv/lilv.h>
+
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/audio/lv2/LV2Bundle.h"
 #include "platform/audio/lv2/LV2Component.h"
-#include "platform/audio/lv2/LilvPointers.h"
 
 namespace orvalo {
 
-/// The LV2 plug-ins of a search path. Bundles are searched once, at the first use; only those that
-/// are needed are handed to lilv, so that a thousand others cost a look at their manifests' bytes.
-/// Any thread; lilv itself serves one at a time, which Access sees to.
+/// Frees objects of lilv. Only inside an LV2World::Access.
+struct LilvDeleter {
+    void operator()(LilvWorld* world) const { lilv_world_free(world); }
+    void operator()(LilvNode* node) const { lilv_node_free(node); }
+    void operator()(LilvNodes* nodes) const { lilv_nodes_free(nodes); }
+    void operator()(LilvState* state) const { lilv_state_free(state); }
+    void operator()(LilvInstance* instance) const { lilv_instance_free(instance); }
+};
+
+template <typename Type>
+using LilvPointer = std::unique_ptr<Type, LilvDeleter>;
+
+/// The LV2 plug-ins of a search path. Manifests are read once, at the first use; lilv loads the
+/// bundles that speak of a plug-in when that plug-in is asked for. Any thread; lilv itself is not
+/// thread-safe, so Access serialises its use.
 class LV2World {
   public:
     explicit LV2World(LV2SearchPath searchPath);
@@ -25,12 +40,13 @@ class LV2World {
     /// The environment's plug-ins and the application's own. Lives as long as the process.
     static LV2World& shared();
 
-    /// The components whose plug-in is there: those outside the application's own folder by URI,
-    /// then those inside by URI. A component without its plug-in is left out with a warning.
+    /// The component registry, in its order: plug-ins outside the application's own folder by URI,
+    /// then those inside by URI. Codes of a plug-in that is not installed are left out with a
+    /// warning.
     std::vector<LV2Component> components();
 
-    /// The paths of the bundles that may speak of a plug-in: its own, and those with presets or
-    /// codes for it. A world of these alone knows of it what this one does.
+    /// The paths of the bundles that speak of a plug-in: its own, and those with presets or codes
+    /// for it. A world of these bundles alone knows the same of the plug-in as this world.
     std::vector<std::string> bundlesOf(const std::string& pluginURI);
 
     /// Exclusive use of lilv, for the object's life. Does not nest. Every call of a lilv function
@@ -50,26 +66,17 @@ class LV2World {
     };
 
   private:
-    struct Entry {
-        LV2Bundle bundle;
-        bool isHandedToLilv = false;
-        std::optional<bool> isSound;  // Once somebody had to read the manifest.
-    };
-
-    void search();
-    static bool isSound(Entry& entry);
-    void load(Entry& entry);
-    const LilvPlugin* loadedPlugin(const std::string& uri) const;
+    const std::vector<LV2Bundle>& bundles();
+    const LV2Bundle* bundleOf(const std::string& pluginURI);
+    void load(const std::string& pluginURI);
     const LilvPlugin* plugin(const std::string& uri);
-    bool isOwn(const LilvPlugin* plugin) const;
-    static std::filesystem::path bundlePath(const LilvPlugin* plugin);
 
     const LV2SearchPath searchPath_;
     std::mutex mutex_;
     LilvPointer<LilvWorld> lilv_;
-    bool isSearched_ = false;
-    bool isAllLoaded_ = false;
-    std::vector<Entry> entries_;
+    std::optional<std::vector<LV2Bundle>> bundles_;  // Empty before the first use.
+    std::unordered_set<std::string> loadedPlugins_;
+    std::unordered_set<std::string> loadedBundles_;
 };
 
 }  // namespace orvalo

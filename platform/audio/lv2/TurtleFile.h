@@ -1,21 +1,49 @@
 #pragma once
 
+#include <serd/serd.h>
+
 #include <cstddef>
-#include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
 namespace orvalo {
 
-/// The bytes of a plain file of at most `limit` bytes. Nothing when there is none; what is no plain
-/// file, too large or unreadable is reported, too.
-std::optional<std::string> readTurtle(const std::filesystem::path& path, std::size_t limit);
+/// One statement of a Turtle text, for the time of the call that brings it.
+class TurtleStatement {
+  public:
+    TurtleStatement(const SerdEnv* environment, const SerdNode* subject, const SerdNode* predicate,
+                    const SerdNode* object)
+        : environment_(environment), subject_(subject), predicate_(predicate), object_(object) {}
 
-/// What is wrong with a Turtle text, with its line; empty for a sound one.
-std::string turtleError(const std::string& text);
+    /// Whole URIs; empty for a blank node.
+    std::string subject() const { return text(*subject_); }
+    std::string predicate() const { return text(*predicate_); }
+    /// A whole URI or a literal's text; empty for a blank node.
+    std::string object() const { return text(*object_); }
+    bool isLiteral() const { return object_->type == SERD_LITERAL; }
 
-/// The same for a file with a plug-in's data or presets. Files are looked at before lilv reads
-/// them: it keeps the first half of a broken one, and can read for ever where the end is missing.
+  private:
+    std::string text(const SerdNode& node) const;
+
+    const SerdEnv* environment_;
+    const SerdNode* subject_;
+    const SerdNode* predicate_;
+    const SerdNode* object_;
+};
+
+/// The bytes of a regular file of at most `limit` bytes; nothing without one. A warning names a
+/// path that is no regular file, is too large or cannot be read.
+std::optional<std::string> readTurtle(const std::string& path, std::size_t limit);
+
+/// Calls `handler` with each statement of a Turtle text whose own URI is `base`. Returns what is
+/// wrong with the text, with its line; empty for a sound one.
+std::string readStatements(const std::string& text, const std::string& base,
+                           const std::function<void(const TurtleStatement&)>& handler);
+
+/// What is wrong with the file of a plug-in's data or presets, by its file URI; empty for a sound
+/// one. Files are checked before lilv reads them: lilv keeps the first half of a broken file, never
+/// returns from some that end early, and overflows the stack on deep nesting.
 std::string turtleFileError(const std::string& uri);
 
 }  // namespace orvalo

@@ -13,22 +13,22 @@
 
 namespace orvalo {
 
-/// The process's numbers for URIs. A number holds as long as the process. Looking up a URI that
-/// has a number, and the URI of a number, are lock-free; a new URI takes a lock and memory, which a
-/// plug-in must not ask for while it renders. Any thread.
+/// The process's numbers for URIs, which never change. Looking up a known URI or a number is
+/// lock-free; a new URI locks and allocates, so a plug-in must not map one while it renders. Any
+/// thread.
 class URIDMap {
   public:
     static URIDMap& shared();
 
-    /// The URI's number, above 0. 0 when there are more than kCapacity URIs.
+    /// The URI's number, from 1; 0 when kCapacity URIs are mapped already.
     LV2_URID map(const char* uri);
-    /// The number's URI; null for a number that was never given.
+    /// The number's URI; null for an unknown number.
     const char* unmap(LV2_URID number) const noexcept;
 
-    /// All URIs so far, in the order of their numbers.
+    /// All URIs in the order of their numbers.
     std::vector<std::string> uris() const;
-    /// Gives the URIs of another process the numbers that they had there; false when others have
-    /// them already.
+    /// Maps the URIs of another process's map to the same numbers; false when a number is taken
+    /// already.
     bool adopt(const std::vector<std::string>& uris);
 
     static constexpr std::size_t kCapacity = 65536;
@@ -51,9 +51,40 @@ class URIDMap {
 
     std::mutex insertion_;
     LV2_URID count_ = 0;
-    // Entries are added at the front of a bucket's chain and never change or go away.
+    // Entries are added at the front of a bucket's chain and never change.
     std::array<std::atomic<Entry*>, kBuckets> buckets_{};
     std::array<std::atomic<const Entry*>, kCapacity> entries_{};
+};
+
+/// The numbers of the URIs that the host uses.
+struct LV2URIDs {
+    LV2_URID atomBlank;
+    LV2_URID atomBool;
+    LV2_URID atomChunk;
+    LV2_URID atomDouble;
+    LV2_URID atomFloat;
+    LV2_URID atomInt;
+    LV2_URID atomLong;
+    LV2_URID atomObject;
+    LV2_URID atomResource;
+    LV2_URID atomSequence;
+    LV2_URID atomString;
+    LV2_URID atomBeatTime;
+    LV2_URID logError;
+    LV2_URID logTrace;
+    LV2_URID logWarning;
+    LV2_URID maxBlockLength;
+    LV2_URID minBlockLength;
+    LV2_URID sequenceSize;
+    LV2_URID sampleRate;
+    LV2_URID contextName;
+    LV2_URID midiEvent;
+    LV2_URID stateChanged;
+    LV2_URID timePosition;
+    LV2_URID timeFrame;
+    LV2_URID timeSpeed;
+
+    static const LV2URIDs& shared();
 };
 
 }  // namespace orvalo

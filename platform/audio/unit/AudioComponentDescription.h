@@ -28,7 +28,7 @@ consteval std::uint32_t fourCharCode(const char (&text)[5]) {
     return code;
 }
 
-/// The record's default textual form, one line:
+/// The record as one line of text:
 /// "AudioComponentDescription(componentType: 1635085670, componentSubType: ..., ...)".
 std::string description(const AudioComponentDescription& record);
 

@@ -5,7 +5,7 @@
 
 namespace orvalo {
 
-/// A MIDI meta event as the platform lays it out: dataLength bytes of data follow from byte 8.
+/// A MIDI meta event in the platform's layout: dataLength bytes of data from byte 8 on.
 struct MIDIMetaEvent {
     std::uint8_t metaEventType;
     std::uint8_t unused1;

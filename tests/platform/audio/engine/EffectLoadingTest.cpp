@@ -20,7 +20,7 @@ using ::testing::HasSubstr;
 
 class EffectLoadingTest : public ::testing::Test {
   protected:
-    // One thread is all there is.
+    // The program has one thread.
     // NOLINTBEGIN(concurrency-mt-unsafe)
     static void set(const char* value) { setenv("ORVALO_EFFECT_LOADING", value, 1); }
     static void unset() { unsetenv("ORVALO_EFFECT_LOADING"); }
@@ -28,30 +28,30 @@ class EffectLoadingTest : public ::testing::Test {
     // NOLINTEND(concurrency-mt-unsafe)
 };
 
-TEST_F(EffectLoadingTest, TheSettingSaysWhereEffectsAreLoaded) {
+TEST_F(EffectLoadingTest, FollowsTheEnvironmentVariable) {
     set("out-of-process");
     EXPECT_EQ(platformEffectLoading(), EffectLoading::outOfProcess);
     set("in-process");
     EXPECT_EQ(platformEffectLoading(), EffectLoading::inProcess);
 }
 
-TEST_F(EffectLoadingTest, NothingOfAnEffectIsLoadedHereUnlessItIsWanted) {
+TEST_F(EffectLoadingTest, DefaultsToOutOfProcess) {
     unset();
     EXPECT_EQ(platformEffectLoading(), EffectLoading::outOfProcess);
 }
 
-TEST_F(EffectLoadingTest, ASettingThatSaysNothingOfTheKindIsLeftAsideByName) {
+TEST_F(EffectLoadingTest, IgnoresAnUnknownValueWithAWarning) {
     const CapturedOutput error(2);
     set("");
     EXPECT_EQ(platformEffectLoading(), EffectLoading::outOfProcess);
     EXPECT_EQ(error.text(), "");
     set("upstairs");
     EXPECT_EQ(platformEffectLoading(), EffectLoading::outOfProcess);
-    EXPECT_THAT(error.text(), HasSubstr("ORVALO_EFFECT_LOADING is 'in-process' or "
-                                        "'out-of-process', not 'upstairs'."));
+    EXPECT_THAT(error.text(), HasSubstr("ORVALO_EFFECT_LOADING must be 'in-process' or "
+                                        "'out-of-process', not 'upstairs'; it is ignored."));
 }
 
-/// Notes what it is told of rendering offline.
+/// Records calls of setRenderingOffline().
 class OfflineUnit : public TestUnit {
   public:
     OfflineUnit() : TestUnit({}) {}
@@ -60,7 +60,7 @@ class OfflineUnit : public TestUnit {
     std::vector<bool> told;
 };
 
-TEST(RenderingOffline, UnitsAreToldOfItBeforeTheyRender) {
+TEST(RenderingOffline, IsSetOnUnitsWhenTheyAreAttached) {
     const auto engine =
         std::make_shared<AVAudioEngine>(std::make_unique<StepOutput>(AVAudioFormat{48000.0, 2}));
     const auto early = std::make_shared<OfflineUnit>();

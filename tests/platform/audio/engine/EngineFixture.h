@@ -18,13 +18,13 @@
 
 namespace orvalo::testing {
 
-/// Which completions were called, in order, and where.
+/// Records completions in order, with their threads.
 class Completions {
   public:
     std::function<void()> handler(std::string name);
     std::vector<std::string> names() const;
     std::thread::id thread(std::size_t index) const;
-    /// Until that many were called; fails the test after a minute.
+    /// Blocks until that many were called; fails the test after a minute.
     void waitFor(std::size_t count);
 
   private:
@@ -43,10 +43,10 @@ class EngineFixture : public ::testing::Test {
   protected:
     void start(const AVAudioFormat& format);
     void startLive(const AVAudioFormat& format);
-    /// Back to nothing started.
+    /// Destroys player and engine.
     void reset();
 
-    /// The next frames in manual mode, in quanta of changing length.
+    /// Renders the next frames in manual mode, in quanta of varying length.
     Signal render(std::size_t frames);
 
     std::filesystem::path wav(const std::string& name, std::uint32_t rate, const Signal& signal);
@@ -57,7 +57,7 @@ class EngineFixture : public ::testing::Test {
     static Signal repeated(const Signal& signal, int times);
 
     TemporaryFolder folder;
-    Completions completions;  ///< Outlives the player, which may call it to its end.
+    Completions completions;  ///< Outlives the player, which may call it in its destructor.
     StepOutput* output = nullptr;
     std::shared_ptr<AVAudioEngine> engine;
     std::shared_ptr<AVAudioPlayerNode> player;

@@ -111,7 +111,7 @@ TEST_F(EngineTest, RewiringWhileRenderingLosesAndRepeatsNoFrame) {
     EXPECT_EQ(heard, part(pass, 0, heard[0].size()));
 }
 
-TEST_F(EngineTest, ARewireKeepsWhatTheMixersConverterHolds) {
+TEST_F(EngineTest, RewiringKeepsTheFramesInTheMixersConverter) {
     const auto pass = noise(1, 60000, 3);
     const auto play = [&](bool rewire) {
         start({48000, 1});
@@ -132,7 +132,7 @@ TEST_F(EngineTest, ARewireKeepsWhatTheMixersConverterHolds) {
     EXPECT_EQ(play(true), play(false));
 }
 
-TEST_F(EngineTest, RewiringOverlapsNoRenderCallOfWhatItReconfigures) {
+TEST_F(EngineTest, RewiringPreparesNoEffectWhileItRenders) {
     startLive({48000, 2});
     schedule(wav("pass.wav", 48000, noise(2, 200000, 4)));
     const auto node = effect({.inputs = 2, .outputs = 2});
@@ -171,7 +171,7 @@ TEST_F(EngineTest, SeveralInputsOfTheMixerAddUp) {
     EXPECT_EQ(render(1000), silence(1, 1000));
 }
 
-TEST_F(EngineTest, AnEffectThatCannotPrepareStaysSilentAndTheReasonIsSaid) {
+TEST_F(EngineTest, AnEffectThatCannotPrepareStaysSilentWithAWarning) {
     start({48000, 2});
     const auto node = effect({.inputs = 2, .outputs = 2, .refusal = "no such rate"});
     schedule(wav("pass.wav", 48000, noise(2, 1000, 5)));
@@ -182,7 +182,7 @@ TEST_F(EngineTest, AnEffectThatCannotPrepareStaysSilentAndTheReasonIsSaid) {
     EXPECT_EQ(render(500), silence(2, 500));
 }
 
-TEST_F(EngineTest, RatesThatAreTooFarApartStaySilentAndTheReasonIsSaid) {
+TEST_F(EngineTest, RatesTooFarApartStaySilentWithAWarning) {
     start({8000, 1});
     schedule(wav("far.wav", 768000, noise(1, 1000, 7)));
     CapturedOutput standardError(2);
@@ -192,7 +192,7 @@ TEST_F(EngineTest, RatesThatAreTooFarApartStaySilentAndTheReasonIsSaid) {
     EXPECT_EQ(render(500), silence(1, 500));
 }
 
-TEST_F(EngineTest, AnInputOfTheMixerKeepsItsConverterWhenAnEarlierOneGoes) {
+TEST_F(EngineTest, AMixerInputKeepsItsConverterWhenAnEarlierInputIsRemoved) {
     const auto play = [&](bool withAnother) {
         start({48000, 1});
         const auto another = std::make_shared<AVAudioPlayerNode>();
@@ -212,7 +212,7 @@ TEST_F(EngineTest, AnInputOfTheMixerKeepsItsConverterWhenAnEarlierOneGoes) {
     EXPECT_EQ(play(true), play(false));
 }
 
-TEST_F(EngineTest, ADeviceThatTakesOverMayHaveAnotherFormat) {
+TEST_F(EngineTest, TheGraphFollowsADeviceOfAnotherFormat) {
     startLive({48000, 2});
     engine->connect(player, engine->mainMixerNode(), {});
     schedule(wav("pass.wav", 48000, {std::vector<float>(96000, 0.5F)}));
@@ -225,7 +225,7 @@ TEST_F(EngineTest, ADeviceThatTakesOverMayHaveAnotherFormat) {
     EXPECT_FALSE(engine->isRunning());
 }
 
-TEST_F(EngineTest, StopAndStartGoOnWhereThePlayerIs) {
+TEST_F(EngineTest, AStartAfterAStopContinuesAtThePlayersPosition) {
     start({48000, 1});
     engine->connect(player, engine->mainMixerNode(), {});
     const auto pass = noise(1, 20000, 6);

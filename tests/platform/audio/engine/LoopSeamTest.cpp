@@ -11,7 +11,7 @@ namespace {
 
 class LoopSeamTest : public EngineFixture {
   protected:
-    /// A coded file of noise, made by the ffmpeg program.
+    /// A file of noise, encoded by the ffmpeg program.
     std::filesystem::path coded(const std::string& extension, std::uint32_t rate,
                                 std::uint32_t channels, std::size_t frames) {
         const auto source = wav("source.wav", rate, noise(channels, frames, rate + channels));
@@ -23,7 +23,7 @@ class LoopSeamTest : public EngineFixture {
     }
 };
 
-/// Three passes: exactly three times the length, and each like the first bit by bit.
+/// Renders three passes: each has the stated length and is bit-identical to the first.
 TEST_F(LoopSeamTest, PassesOfCodedFilesHaveTheirStatedLengthAndAreAlike) {
     struct Case {
         const char* extension;
@@ -31,7 +31,7 @@ TEST_F(LoopSeamTest, PassesOfCodedFilesHaveTheirStatedLengthAndAreAlike) {
         std::uint32_t channels;
         std::size_t frames;
     };
-    // Whole milliseconds and not, whole coder frames and not.
+    // Lengths with and without whole milliseconds and whole coder frames.
     for (const auto& [extension, rate, channels, frames] :
          {Case{"m4a", 22050, 1, 22050}, Case{"m4a", 22050, 2, 30011}, Case{"m4a", 44100, 1, 30011},
           Case{"m4a", 44100, 2, 44100}, Case{"m4a", 48000, 1, 30720}, Case{"m4a", 48000, 2, 30011},

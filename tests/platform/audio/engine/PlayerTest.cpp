@@ -22,7 +22,7 @@ class PlayerTest : public EngineFixture {};
 TEST_F(PlayerTest, PassesOfOneFileJoinSampleExactly) {
     for (const std::uint32_t rate : {22050U, 44100U, 48000U, 96000U}) {
         for (const std::uint32_t channels : {1U, 2U}) {
-            // Longer than the ring at one rate, and no multiple of anything.
+            // A prime length, longer than the ring at some rates.
             const auto pass = noise(channels, 30011, rate + channels);
             const auto file = open(wav("pass.wav", rate, pass));
             start({static_cast<double>(rate), channels});
@@ -55,7 +55,7 @@ TEST_F(PlayerTest, OneSamplePassesJoinToo) {
     EXPECT_EQ(rendered.front()[50], 0.0F);
 }
 
-TEST_F(PlayerTest, CompletionComesWhenTheLeadIsReachedOnThePlayersThread) {
+TEST_F(PlayerTest, CompletionIsCalledOnThePlayersThreadAtTheLead) {
     const std::size_t length = 30000;
     const std::size_t lead = 9600;  // 200 ms at 48 kHz
     const auto file = open(wav("pass.wav", 48000, noise(1, length, 1)));
@@ -108,7 +108,7 @@ TEST_F(PlayerTest, StopCompletesEveryPendingPassInOrderOnTheCallersThread) {
     EXPECT_EQ(completions.names().size(), 3U);
 }
 
-TEST_F(PlayerTest, StopForgetsWhatWasScheduledAndANewStartBeginsAtTheStart) {
+TEST_F(PlayerTest, StopRemovesScheduledFiles) {
     const auto first = noise(1, 50000, 4);
     const auto second = noise(1, 20000, 5);
     start({48000, 1});
@@ -137,7 +137,7 @@ TEST_F(PlayerTest, ACompletionMayScheduleAgainFromInsideStop) {
     EXPECT_EQ(render(20000), second);
 }
 
-TEST_F(PlayerTest, PauseHoldsThePosition) {
+TEST_F(PlayerTest, PauseKeepsThePosition) {
     const auto pass = noise(1, 20000, 8);
     start({48000, 1});
     player->scheduleFile(open(wav("pass.wav", 48000, pass)), {}, {});
@@ -158,7 +158,7 @@ TEST_F(PlayerTest, TheConnectionFollowsTheFilesFormatAndTheMixerConverts) {
     player->scheduleFile(open(wav("mono.wav", 24000, {std::vector<float>(24000, 0.5F)})), {}, {});
     player->play();
     const auto rendered = render(48000);
-    // Away from the ends a constant stays the constant, in both channels.
+    // Apart from the ends, a constant stays constant in both channels.
     for (std::size_t frame = 2000; frame < 46000; ++frame) {
         ASSERT_NEAR(rendered[0][frame], 0.5F, 1e-4F) << frame;
         ASSERT_EQ(rendered[0][frame], rendered[1][frame]) << frame;
@@ -189,7 +189,7 @@ TEST_F(PlayerTest, AFileOfAnotherFormatWaitsForTheCompletionsBeforeIt) {
     start({48000, 1});
     engine->connect(player, engine->mainMixerNode(), {});
     const auto next = open(wav("b.wav", 44100, {std::vector<float>(22050, 0.75F)}));
-    // Shorter than the lead, so that it is decoded long before it sounds.
+    // Shorter than the lead, so that it completes before it sounds.
     const auto tail = open(wav("t.wav", 48000, {std::vector<float>(2400, 0.25F)}));
     player->scheduleFile(open(wav("a.wav", 48000, {std::vector<float>(48000, 0.5F)})), {},
                          [&] { player->scheduleFile(next, {}, completions.handler("next")); });
@@ -200,7 +200,7 @@ TEST_F(PlayerTest, AFileOfAnotherFormatWaitsForTheCompletionsBeforeIt) {
     EXPECT_EQ(completions.names(), (std::vector<std::string>{"tail", "next"}));
 }
 
-TEST_F(PlayerTest, ALargeDemandOfAConvertingPlayerIsMetOffline) {
+TEST_F(PlayerTest, AConvertingPlayerRendersLargeQuantaOffline) {
     for (const auto& [from, to] : std::vector<std::pair<std::uint32_t, double>>{
              {48000, 8000}, {32000, 8000}, {32000, 16000}, {192000, 8000}}) {
         start({to, 1});
@@ -216,7 +216,7 @@ TEST_F(PlayerTest, ALargeDemandOfAConvertingPlayerIsMetOffline) {
     }
 }
 
-TEST_F(PlayerTest, AStatedFormatThatIsNotTheFilesIsConvertedByThePlayer) {
+TEST_F(PlayerTest, ThePlayerConvertsToTheConnectionsFormat) {
     start({48000, 1});
     engine->connect(player, engine->mainMixerNode(), AVAudioFormat{48000, 1});
     player->scheduleFile(
@@ -230,7 +230,7 @@ TEST_F(PlayerTest, AStatedFormatThatIsNotTheFilesIsConvertedByThePlayer) {
     }
 }
 
-TEST_F(PlayerTest, LettingGoOfThePlayerInItsOwnCompletionIsSafe) {
+TEST_F(PlayerTest, ACompletionMayReleaseThePlayer) {
     const auto file = open(wav("pass.wav", 48000, noise(1, 100, 9)));
     auto lonely = std::make_shared<AVAudioPlayerNode>();
     const std::weak_ptr<AVAudioPlayerNode> watch = lonely;
@@ -238,7 +238,7 @@ TEST_F(PlayerTest, LettingGoOfThePlayerInItsOwnCompletionIsSafe) {
     engine->attach(lonely);
     engine->connect(lonely, engine->mainMixerNode(), {});
     lonely->play();
-    // Holds the last reference, and drops it on the player's own thread.
+    // Holds the last reference and releases it on the player's thread.
     auto holder = std::make_shared<std::shared_ptr<AVAudioPlayerNode>>();
     std::latch isFilled(1);
     lonely->scheduleFile(file, {}, [holder, &isFilled, done = completions.handler("done")] {
@@ -253,7 +253,7 @@ TEST_F(PlayerTest, LettingGoOfThePlayerInItsOwnCompletionIsSafe) {
     EXPECT_TRUE(watch.expired());
 }
 
-TEST_F(PlayerTest, DestructionCompletesWhatIsPending) {
+TEST_F(PlayerTest, DestructionCallsPendingCompletions) {
     auto lonely = std::make_shared<AVAudioPlayerNode>();
     lonely->scheduleFile(open(wav("pass.wav", 48000, noise(1, 100000, 10))), {},
                          completions.handler("pending"));

@@ -11,8 +11,7 @@
 
 namespace orvalo::testing {
 
-/// A sound card whose clock is the test: it renders when told to, on the thread that tells it, and
-/// keeps what it got.
+/// An output that renders when the test calls pull(), on the calling thread, and keeps the result.
 class StepOutput : public AudioOutput {
   public:
     explicit StepOutput(const AVAudioFormat& format) : format_(format) {}
@@ -24,13 +23,13 @@ class StepOutput : public AudioOutput {
 
     bool isStarted() const { return source_ != nullptr; }
 
-    /// Another device takes over while playing.
+    /// Switches to a device of another format while playing.
     void changeFormat(const AVAudioFormat& format) {
         format_ = format;
         source_->outputFormatChanged(format);
     }
 
-    /// One quantum; returns it.
+    /// Renders and returns one quantum.
     Signal pull(std::uint32_t frames) {
         Signal quantum(format_.channelCount, std::vector<float>(frames, 7.0F));
         std::array<float*, kMaximumChannels> channels{};
@@ -49,7 +48,7 @@ class StepOutput : public AudioOutput {
         return quantum;
     }
 
-    /// All that was pulled so far.
+    /// All quanta so far.
     const Signal& played() const { return played_; }
 
   private:

@@ -13,15 +13,14 @@
 
 namespace orvalo::testing {
 
-/// An effect of the plainest kind, which notes what is done to it: channel i out is gain times
-/// channel i in.
+/// An effect that multiplies each channel by a gain and records how it is used.
 class TestUnit : public AUAudioUnit {
   public:
     struct Shape {
         std::uint32_t inputs = 2;
         std::uint32_t outputs = 2;
         float gain = 1.0F;
-        std::string refusal = {};  ///< What allocateRenderResources() throws, if anything.
+        std::string refusal = {};  ///< The error of allocateRenderResources(); none when empty.
     };
 
     explicit TestUnit(Shape shape) : shape_(std::move(shape)) {}
@@ -31,7 +30,7 @@ class TestUnit : public AUAudioUnit {
         const std::lock_guard lock(mutex_);
         return rates_;
     }
-    /// The loudest sample that came in on a channel.
+    /// The largest absolute sample of an input channel.
     float peak(std::size_t channel) const { return peaks_.at(channel); }
     /// Whether it was prepared while it rendered.
     bool hasOverlapped() const { return overlapped_; }

@@ -11,10 +11,10 @@ namespace orvalo::testing {
 /// Audio by channel.
 using Channels = std::vector<std::vector<float>>;
 
-/// Full-scale noise that is the same every time and differs between channels.
+/// Reproducible full-scale noise that differs between channels.
 Channels noise(std::uint32_t channelCount, std::size_t frameCount);
 
-/// Renders a unit in blocks of the given lengths, over and over, until all the input is through.
+/// Renders frameCount frames in blocks of the given lengths, which repeat.
 Channels renderBlocks(AUAudioUnit& unit, const Channels& input,
                       const std::vector<std::uint32_t>& blockLengths, std::size_t frameCount);
 

@@ -10,7 +10,7 @@ namespace {
 
 using orvalo::ByteRing;
 
-TEST(ByteRing, GivesMessagesBackWholeAndInOrderAcrossItsEnd) {
+TEST(ByteRing, ReturnsMessagesWholeAndInOrderAcrossTheEnd) {
     ByteRing ring(32);
     std::vector<std::uint8_t> read(ring.capacity());
     std::uint32_t size = 0;
@@ -30,7 +30,7 @@ TEST(ByteRing, GivesMessagesBackWholeAndInOrderAcrossItsEnd) {
     }
 }
 
-TEST(ByteRing, TakesAMessageWhollyOrNotAtAll) {
+TEST(ByteRing, RefusesAMessageThatDoesNotFit) {
     ByteRing ring(16);
     const std::vector<std::uint8_t> bytes(13, 7);
     std::vector<std::uint8_t> read(ring.capacity());

@@ -17,11 +17,11 @@ using namespace orvalo::testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// The registry of this program, whose search path is set before its first use.
+/// The program's registry; the search path is set before its first use.
 class ComponentManager : public ::testing::Test {
   protected:
     static void SetUpTestSuite() {
-        // No other thread is there yet.
+        // The program has one thread so far.
         setenv("LV2_PATH", zooFolder().c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
     }
 
@@ -63,7 +63,7 @@ TEST_F(ComponentManager, GivesWhatTheManifestStates) {
     EXPECT_EQ(unit->componentDescription(), expected);
 }
 
-TEST(AudioComponentDescription, HasATextOfOneLine) {
+TEST(AudioComponentDescription, IsDescribedInOneLine) {
     EXPECT_EQ(description({fourCharCode("aumf"), fourCharCode("orVL"), fourCharCode("TSLY"), 2, 0}),
               "AudioComponentDescription(componentType: 1635085670, componentSubType: 1869764172, "
               "componentManufacturer: 1414745177, componentFlags: 2, componentFlagsMask: 0)");

@@ -17,7 +17,7 @@ namespace orvalo::testing {
 
 namespace {
 
-/// A plain map of URIs to numbers.
+/// URIs and their numbers.
 struct Map {
     std::map<std::string, LV2_URID> numbers;
     std::vector<const char*> uris;
@@ -34,14 +34,14 @@ struct Map {
 /// A worker without a thread.
 struct Worker {
     LilvInstance* instance = nullptr;
-    const LV2_Worker_Interface* ui = nullptr;
+    const LV2_Worker_Interface* interface = nullptr;
     std::vector<std::string> answers;
 
     static LV2_Worker_Status schedule(LV2_Worker_Schedule_Handle handle, std::uint32_t size,
                                       const void* data) {
         auto& worker = *static_cast<Worker*>(handle);
-        return worker.ui->work(lilv_instance_get_handle(worker.instance), respond, handle, size,
-                               data);
+        return worker.interface->work(lilv_instance_get_handle(worker.instance), respond, handle,
+                                      size, data);
     }
     static LV2_Worker_Status respond(LV2_Worker_Respond_Handle handle, std::uint32_t size,
                                      const void* data) {
@@ -49,16 +49,16 @@ struct Worker {
         return LV2_WORKER_SUCCESS;
     }
     void finish() {
-        if (ui == nullptr) {
+        if (interface == nullptr) {
             return;
         }
         for (const auto& answer : answers) {
-            ui->work_response(lilv_instance_get_handle(instance),
-                              static_cast<std::uint32_t>(answer.size()), answer.data());
+            interface->work_response(lilv_instance_get_handle(instance),
+                                     static_cast<std::uint32_t>(answer.size()), answer.data());
         }
         answers.clear();
-        if (ui->end_run != nullptr) {
-            ui->end_run(lilv_instance_get_handle(instance));
+        if (interface->end_run != nullptr) {
+            interface->end_run(lilv_instance_get_handle(instance));
         }
     }
 };
@@ -173,7 +173,7 @@ Channels renderDirectly(const std::string& uri, double sampleRate,
         &mapFeature, &unmapFeature, &workerFeature, &optionsFeature, &boundedFeature, nullptr};
     LilvInstance* instance = lilv_plugin_instantiate(plugin, sampleRate, features.data());
     worker.instance = instance;
-    worker.ui = static_cast<const LV2_Worker_Interface*>(
+    worker.interface = static_cast<const LV2_Worker_Interface*>(
         lilv_instance_get_extension_data(instance, LV2_WORKER__interface));
     Ports ports(world, plugin, instance, map);
     for (const auto& [symbol, value] : controls) {

@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "platform/audio/lv2/LV2EventLink.h"
-#include "platform/audio/lv2/LV2SequenceReader.h"
-#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/audio/lv2/LV2Sequence.h"
+#include "platform/audio/lv2/URIDMap.h"
 #include "tests/platform/audio/lv2/BlockRunner.h"
 #include "tests/platform/audio/lv2/Zoo.h"
 
@@ -78,7 +78,7 @@ struct TestAtom {
     }
 };
 
-TEST(EventLink, DeliversInOrderAtTheBlocksStart) {
+TEST(EventLink, DeliversInOrderAtTheFirstFrame) {
     LV2EventLink link(ports());
     EXPECT_TRUE(send(link, bytes(3, 1)));
     EXPECT_TRUE(send(link, bytes(0, 0)));
@@ -87,7 +87,7 @@ TEST(EventLink, DeliversInOrderAtTheBlocksStart) {
     EXPECT_TRUE(delivered(link).empty());
 }
 
-TEST(EventLink, KeepsWhatABlockHasNoRoomForUntilTheNext) {
+TEST(EventLink, KeepsEventsThatDoNotFitForTheNextQuantum) {
     LV2EventLink link(ports());
     for (std::uint8_t number = 0; number < 5; ++number) {
         EXPECT_TRUE(send(link, bytes(400, number)));
@@ -98,9 +98,9 @@ TEST(EventLink, KeepsWhatABlockHasNoRoomForUntilTheNext) {
     EXPECT_TRUE(delivered(link).empty());
 }
 
-TEST(EventLink, RefusesWhatTheBufferCouldNeverHold) {
+TEST(EventLink, RefusesAnEventTooLargeForTheBuffer) {
     LV2EventLink link(ports());
-    // The sequence's header, a time position and the event's own header go off.
+    // The headers of sequence and event, and a time position, take the rest.
     constexpr std::uint32_t kLongest = kSize - 16 - 72 - 16;
     EXPECT_FALSE(send(link, bytes(kLongest + 1, 0)));
     EXPECT_FALSE(send(link, bytes(std::size_t{4} * kSize, 0)));
@@ -110,7 +110,7 @@ TEST(EventLink, RefusesWhatTheBufferCouldNeverHold) {
     EXPECT_EQ(events[1], bytes(kLongest, 5));
 }
 
-TEST(EventLink, RefusesPortsThatTakeNoEvents) {
+TEST(EventLink, RefusesPortsThatAreNoSequenceInputs) {
     LV2EventLink link(ports());
     EXPECT_FALSE(send(link, bytes(1, 0), kOutput));
     EXPECT_FALSE(send(link, bytes(1, 0), 0));
@@ -121,10 +121,10 @@ TEST(EventLink, RefusesPortsThatTakeNoEvents) {
     EXPECT_TRUE(link.setSubscribed(kOutput, true));
 }
 
-TEST(EventLink, HasRoomForSixteenBuffersAndLosesOnlyWholeEvents) {
+TEST(EventLink, HoldsSixteenBuffersAndDropsWholeEventsBeyond) {
     LV2EventLink link(ports());
     ASSERT_TRUE(link.setSubscribed(kOutput, true));
-    const TestAtom event(bytes(kSize / 2 - 12, 3));  // With both headers half a buffer.
+    const TestAtom event(bytes(kSize / 2 - 12, 3));  // Half a buffer with both headers.
     for (int count = 0; count < 34; ++count) {
         link.mirror(kOutput, event.atom);
     }
@@ -140,7 +140,7 @@ TEST(EventLink, HasRoomForSixteenBuffersAndLosesOnlyWholeEvents) {
     EXPECT_EQ(received, 32);
 }
 
-TEST(EventLink, MirrorsWhatIsSubscribedOnly) {
+TEST(EventLink, MirrorsSubscribedPortsOnly) {
     LV2EventLink link(ports());
     std::uint32_t port = 0;
     const TestAtom event(bytes(4, 0));
@@ -210,7 +210,7 @@ TEST(EventLink, StaysConnectedToAnInstanceOfAnotherRate) {
     EXPECT_EQ(link->receive(port), nullptr);
 }
 
-TEST(EventLink, KeepsAReplacedInstanceUntilThePluginUILeaves) {
+TEST(EventLink, KeepsAReplacedInstanceUntilThePluginUIDisconnects) {
     const auto unit = makeZooUnit("probe");
     const auto link = std::make_shared<LV2EventLink>(unit->data().ports);
     unit->connectPluginUI(link);

@@ -5,8 +5,7 @@
 
 #include <string>
 
-#include "platform/audio/lv2/LV2LogQueue.h"
-#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/audio/lv2/URIDMap.h"
 #include "platform/foundation/RealTimeScope.h"
 #include "tests/testing/CapturedOutput.h"
 
@@ -16,7 +15,7 @@ using namespace orvalo;
 using orvalo::testing::CapturedOutput;
 using ::testing::HasSubstr;
 
-TEST(Log, WritesWhatAPluginSaysWithItsURI) {
+TEST(Log, WritesEntriesWithThePluginsURI) {
     const CapturedOutput output(2);
     LV2Log log("urn:test:plugin");
     auto& feature = log.feature();
@@ -28,7 +27,7 @@ TEST(Log, WritesWhatAPluginSaysWithItsURI) {
     EXPECT_THAT(output.text(), HasSubstr("Message"));
 }
 
-TEST(Log, WritesWhatWasSaidWhileRenderingBeforeThePluginIsGone) {
+TEST(Log, WritesEntriesFromTheRenderThreadBeforeDestruction) {
     const CapturedOutput output(2);
     {
         LV2Log log("urn:test:rendering");
@@ -41,11 +40,11 @@ TEST(Log, WritesWhatWasSaidWhileRenderingBeforeThePluginIsGone) {
     EXPECT_THAT(output.text(), HasSubstr(": " + std::string(479, 'x') + "\n"));
 }
 
-TEST(Log, CountsWhatCameTooFast) {
+TEST(Log, CountsDroppedEntries) {
     const CapturedOutput output(2);
     {
         LV2Log log("urn:test:flood");
-        // The thread that writes cannot keep up, or it can; nothing goes missing in silence.
+        // Whether or not the writing thread keeps up, each entry is written or counted.
         const RealTimeScope scope;
         for (int entry = 0; entry < 5000; ++entry) {
             log.write(0, "entry");
@@ -58,7 +57,7 @@ TEST(Log, CountsWhatCameTooFast) {
         ++written;
     }
     int lost = 0;
-    constexpr const char* kEnd = " log entries of plug-ins are lost";
+    constexpr const char* kEnd = " log entries of plug-ins were dropped";
     for (auto at = text.find(kEnd); at != std::string::npos; at = text.find(kEnd, at + 1)) {
         lost += std::stoi(text.substr(text.rfind(' ', at - 1) + 1));
     }

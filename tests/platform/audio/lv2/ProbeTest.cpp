@@ -13,7 +13,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// What the probe sees of its host.
+/// Tests what the probe plug-in records of its host.
 class Probe : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -34,7 +34,7 @@ class Probe : public ::testing::Test {
     }
 };
 
-TEST_F(Probe, IsMadeWithTheOptionsAndFeaturesOfTheHost) {
+TEST_F(Probe, ReceivesTheHostsOptionsAndFeatures) {
     const auto unit = makeZooUnit("probe");
     unit->allocateRenderResources(96000.0);
     EXPECT_EQ(seen().rate, 96000.0);
@@ -47,7 +47,7 @@ TEST_F(Probe, IsMadeWithTheOptionsAndFeaturesOfTheHost) {
     EXPECT_EQ(unit->outputChannelCount(), 1U);
 }
 
-TEST_F(Probe, GetsOneInstanceForTheRateItWasTriedAt) {
+TEST_F(Probe, KeepsItsInstanceAtTheSameRate) {
     {
         const auto unit = makeZooUnit("probe");
         unit->allocateRenderResources(48000.0);
@@ -76,11 +76,11 @@ TEST_F(Probe, KeepsItsStateAtAnotherRate) {
     EXPECT_EQ(unit->currentPreset()->name, "Another");
 }
 
-TEST_F(Probe, IsNotMadeAtARateThatIsNone) {
+TEST_F(Probe, RefusesARateThatIsNotPositive) {
     const auto unit = makeZooUnit("probe");
     EXPECT_THROW(unit->allocateRenderResources(0.0), NSError);
     EXPECT_THROW(unit->allocateRenderResources(-1.0), NSError);
-    EXPECT_EQ(rendered(*unit), 0.5F) << "the instance before it stays";
+    EXPECT_EQ(rendered(*unit), 0.5F) << "the previous instance stays";
 }
 
 TEST_F(Probe, StartsWithItsDefaultsAndDefaultState) {
@@ -91,7 +91,7 @@ TEST_F(Probe, StartsWithItsDefaultsAndDefaultState) {
     EXPECT_EQ(seen().corner, 12000.0F) << "a quarter of 48000";
 }
 
-TEST_F(Probe, IsToldTheContextNameWhenMadeAndLater) {
+TEST_F(Probe, ReceivesTheContextNameAtInstantiationAndLater) {
     const auto unit = makeZooUnit("probe");
     EXPECT_EQ(unit->contextName(), "");
     unit->setContextName("running in distribution host");
@@ -101,7 +101,7 @@ TEST_F(Probe, IsToldTheContextNameWhenMadeAndLater) {
     EXPECT_STREQ(seen().firstContextName.data(), "running in distribution host");
 }
 
-TEST_F(Probe, GoesOnRunningAfterAnOptionThatItThrowsAt) {
+TEST_F(Probe, KeepsRunningAfterItThrowsAtAnOption) {
     const auto unit = makeZooUnit("probe");
     EXPECT_THROW(unit->setContextName("unheard of"), std::runtime_error);
     const int before = seen().runs;
@@ -136,7 +136,7 @@ TEST_F(Probe, LoadsAPresetByItsNumber) {
     EXPECT_EQ(unit->currentPreset()->number, 2);
 }
 
-TEST_F(Probe, ForgetsTheCurrentPresetForOneThatIsNone) {
+TEST_F(Probe, ClearsTheCurrentPresetForAnUnknownOne) {
     const auto unit = makeZooUnit("probe");
     for (const std::int64_t number : {std::int64_t{3}, std::int64_t{-1}}) {
         unit->setCurrentPreset(unit->factoryPresets()[2]);
@@ -170,7 +170,7 @@ TEST_F(Probe, SendsItsNotesInTimeOrderOverItsPorts) {
     EXPECT_EQ(events.size(), expected.size());
 }
 
-TEST_F(Probe, HearsOfTheTimeOnceForEveryInstance) {
+TEST_F(Probe, ReceivesOneTimePositionPerInstance) {
     const auto unit = makeZooUnit("probe");
     renderBlocks(*unit, noise(1, 300), {100}, 300);
     EXPECT_EQ(seen().positions, 1);
@@ -182,7 +182,7 @@ TEST_F(Probe, HearsOfTheTimeOnceForEveryInstance) {
     EXPECT_EQ(seen().positionFrame, 300);
 }
 
-TEST_F(Probe, ReportsItsLatencyAfterTheFirstBlock) {
+TEST_F(Probe, ReportsItsLatencyAfterTheFirstQuantum) {
     for (const auto* name : {"probe", "probe-safe"}) {
         const auto unit = makeZooUnit(name);
         EXPECT_EQ(unit->latency(), 0U);
@@ -191,10 +191,10 @@ TEST_F(Probe, ReportsItsLatencyAfterTheFirstBlock) {
     }
 }
 
-TEST_F(Probe, GetsTheAnswersOfItsWorkerInOrderAndTheEndOfEveryCycle) {
+TEST_F(Probe, ReceivesWorkerResponsesInOrderAndEndRunAfterEachRun) {
     const auto unit = makeZooUnit("probe");
     setControl(*unit, "work", 1.0F);
-    const int before = seen().jobs;  // A restore has had one done at once.
+    const int before = seen().jobs;  // Restoring has done one at once.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (seen().answers < 100 && std::chrono::steady_clock::now() < deadline) {
         renderBlocks(*unit, noise(1, 16), {16}, 16);
@@ -208,7 +208,7 @@ TEST_F(Probe, GetsTheAnswersOfItsWorkerInOrderAndTheEndOfEveryCycle) {
     EXPECT_EQ(seen().endRuns, seen().runs);
 }
 
-TEST_F(Probe, MayUseTheWorkerWhileItsStateIsRestored) {
+TEST_F(Probe, CanUseTheWorkerWhileRestoringState) {
     const auto unit = makeZooUnit("probe");
     EXPECT_EQ(seen().restoresWithSchedule, 1);
     EXPECT_EQ(seen().jobs, 1) << "done at once, in the restoring call";
@@ -224,7 +224,7 @@ TEST_F(Probe, HasNoPluginUIWithoutAProvider) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(Probe, RendersNothingForABlockWithoutFrames) {
+TEST_F(Probe, DoesNotRunForZeroFrames) {
     const auto unit = makeZooUnit("probe");
     unit->render({nullptr, 1, 0}, {nullptr, 1, 0});
     EXPECT_EQ(seen().runs, 0);

@@ -13,11 +13,11 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// Controls a unit from two threads while a third one renders it: what the thread sanitizer and the
-/// probe's own watch look at.
+/// Controls a unit from two threads while a third renders it, for the thread sanitizer and the
+/// probe's own checks.
 class Race : public ::testing::TestWithParam<const char*> {};
 
-TEST_P(Race, ControlNeverOverlapsRunningButWhereThePluginAllowsIt) {
+TEST_P(Race, ControlOverlapsRunningOnlyWhereThePluginAllowsIt) {
     const auto unit = makeZooUnit(GetParam());
     const auto presets = unit->factoryPresets();
     setControl(*unit, "chatter", 1.0F);
@@ -38,7 +38,7 @@ TEST_P(Race, ControlNeverOverlapsRunningButWhereThePluginAllowsIt) {
         const auto input = noise(1, 32);
         while (!isDone) {
             const auto output = renderBlocks(*unit, input, {32}, 32);
-            // Running or passed through: never garbage.
+            // Rendered or dry, but never garbage.
             for (std::size_t frame = 0; frame < 32; ++frame) {
                 ASSERT_LE(std::abs(output[0][frame]), 4.0F * std::abs(input[0][frame]));
             }
@@ -72,7 +72,7 @@ TEST_P(Race, ControlNeverOverlapsRunningButWhereThePluginAllowsIt) {
 
 INSTANTIATE_TEST_SUITE_P(Probes, Race, ::testing::Values("probe", "probe-safe"));
 
-TEST(Race, UnitsAreMadeAndDroppedSideBySide) {
+TEST(Race, UnitsAreMadeAndDestroyedConcurrently) {
     std::array<std::thread, 3> threads;
     for (auto& thread : threads) {
         thread = std::thread([] {

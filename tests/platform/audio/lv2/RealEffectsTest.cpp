@@ -27,7 +27,7 @@ struct RealEffect {
     std::map<std::string, float> controls;
 };
 
-/// Effects that others wrote, as Debian packages them.
+/// Third-party effects from Debian packages.
 const std::vector<RealEffect>& realEffects() {
     static const std::vector<RealEffect> effects{
         // lv2-examples: mono; MIDI in; MIDI in and out.
@@ -64,7 +64,7 @@ class RealEffects : public ::testing::TestWithParam<RealEffect> {
     }
 };
 
-TEST_P(RealEffects, AreRegisteredByABundleOfTheUser) {
+TEST_P(RealEffects, AreRegisteredByAUsersBundle) {
     AudioComponentDescription key;
     for (const char character : GetParam().subtype) {
         key.componentSubType = key.componentSubType << 8U | static_cast<unsigned char>(character);
@@ -76,7 +76,7 @@ TEST_P(RealEffects, AreRegisteredByABundleOfTheUser) {
     EXPECT_EQ(found[0]->name, "REAL: " + GetParam().subtype);
 }
 
-TEST_P(RealEffects, SoundAsTheyDoInABareHost) {
+TEST_P(RealEffects, RenderAsInABareHost) {
     const auto& effect = GetParam();
     constexpr std::size_t kFrames = 24000;
     const std::vector<std::uint32_t> blocks{64, 512, 4096, 100, 64};
@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(Debian, RealEffects, ::testing::ValuesIn(realEffects())
 
 class InstalledEffects : public RealEffects {};
 
-TEST_F(InstalledEffects, SendMIDIWithTheirFirstBlocks) {
+TEST_F(InstalledEffects, SendMIDIInTheirFirstQuanta) {
     const auto unit = make("http://gareus.org/oss/lv2/midigen");
     unit->allocateRenderResources(48000.0);
     EXPECT_THAT(unit->MIDIOutputNames(), ElementsAre("MIDI Out"));
@@ -116,7 +116,7 @@ TEST_F(InstalledEffects, SendMIDIWithTheirFirstBlocks) {
     EXPECT_LT(events.back().sampleTime, 96000);
 }
 
-TEST_F(InstalledEffects, LoadTheirOwnPresets) {
+TEST_F(InstalledEffects, LoadTheirPresets) {
     const auto unit = make("http://gareus.org/oss/lv2/fat1#scales");
     const auto presets = unit->factoryPresets();
     ASSERT_GE(presets.size(), 2U);
@@ -128,8 +128,8 @@ TEST_F(InstalledEffects, LoadTheirOwnPresets) {
     EXPECT_EQ(unit->currentPreset(), presets.back());
 }
 
-TEST_F(InstalledEffects, AnswerFromTheirWorkers) {
-    // The sampler loads its sound by its worker, which its default state asks for.
+TEST_F(InstalledEffects, ReceiveWorkerResponses) {
+    // Restoring its default state makes the sampler load its sample in the worker.
     const auto unit = make("http://lv2plug.in/plugins/eg-sampler");
     unit->allocateRenderResources(44100.0);
     EXPECT_EQ(unit->inputChannelCount(), 0U);

@@ -12,7 +12,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// Blocks of one unit, with memory of its own from before.
+/// Renders one unit with preallocated memory.
 class Blocks {
   public:
     explicit Blocks(AUAudioUnit& unit) : unit_(unit) {
@@ -37,7 +37,7 @@ class Blocks {
     std::array<float*, kMaximumChannels> outputs_{};
 };
 
-TEST(RealTime, RenderingKeepsItsPromisesWithNotesLogsAndJobs) {
+TEST(RealTime, RenderingIsRealTimeSafeWithNotesLogsAndWork) {
     const auto unit = makeZooUnit("probe");
     std::atomic<int> notes{0};
     unit->setMIDIOutputEventBlock([&notes](auto, auto, auto, auto) {
@@ -51,7 +51,7 @@ TEST(RealTime, RenderingKeepsItsPromisesWithNotesLogsAndJobs) {
     EXPECT_EQ(notes, 1500);
 }
 
-TEST(RealTime, RenderingKeepsItsPromisesWhileTheUnitIsControlled) {
+TEST(RealTime, RenderingIsRealTimeSafeDuringControlOperations) {
     const auto unit = makeZooUnit("probe");
     const auto presets = unit->factoryPresets();
     std::atomic<bool> isDone{false};
@@ -72,7 +72,7 @@ TEST(RealTime, RenderingKeepsItsPromisesWhileTheUnitIsControlled) {
     EXPECT_EQ(probeRecord().overlappingJobs, 0);
 }
 
-TEST(RealTime, RenderingKeepsItsPromisesForHostilePlugins) {
+TEST(RealTime, RenderingIsRealTimeSafeForHostilePlugins) {
     const auto flood = makeZooUnit("worker");
     const auto liar = makeZooUnit("liar");
     liar->setMIDIOutputEventBlock([](auto, auto, auto, auto) { return 0; });
@@ -85,7 +85,7 @@ TEST(RealTime, RenderingKeepsItsPromisesForHostilePlugins) {
     }
 }
 
-TEST(RealTime, RenderingKeepsItsPromisesWithAnOpenPluginUI) {
+TEST(RealTime, RenderingIsRealTimeSafeWithAnOpenPluginUI) {
     const auto unit = makeZooUnit("echo");
     const auto link = std::make_shared<LV2EventLink>(unit->data().ports);
     ASSERT_TRUE(link->setSubscribed(3, true));
@@ -94,7 +94,7 @@ TEST(RealTime, RenderingKeepsItsPromisesWithAnOpenPluginUI) {
     Blocks blocks(*unit);
     std::uint32_t port = 0;
     int received = 0;
-    // At first more than a block has room for, then until the way back is full.
+    // More events than fit into a quantum, then more than fit into the ring back.
     for (int round = 0; round < 400; ++round) {
         for (int count = 0; count < 3; ++count) {
             link->send(2, 1, sizeof(body), body.data());

@@ -5,9 +5,9 @@
 
 namespace orvalo::testing {
 
-/// Registers installed effects, addresses by subtype, as effects "aufx" of "REAL", each by the name
-/// "REAL: <subtype>": by one bundle that stands in front of the standard path. Once in a program,
-/// before any other thread is there.
+/// Registers installed effects, given as URIs by subtype, with type "aufx", manufacturer "REAL" and
+/// name "REAL: <subtype>", through a bundle in front of /usr/lib/lv2. Once in a program, before it
+/// starts threads.
 void registerEffects(const std::map<std::string, std::string>& effects);
 
 }  // namespace orvalo::testing

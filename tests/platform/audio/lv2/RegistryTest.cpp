@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/audio/lv2/LV2PluginData.h"
 #include "platform/audio/lv2/LV2World.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/TemporaryFolder.h"
@@ -17,10 +18,11 @@ using namespace orvalo::testing;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-/// Bundles written for one test, in a folder of the search path and in the application's own.
+/// Bundles written for one test: in the folders "path" and "more" of the search path, and in the
+/// application's own folder "own".
 class Registry : public ::testing::Test {
   protected:
-    /// Writes a manifest: the prefixes that it may use stand before the text.
+    /// Writes a manifest: some prefixes, then the text.
     void write(const std::string& folder, const std::string& bundle, const std::string& text) {
         const auto path = root_.path() / folder / bundle;
         std::filesystem::create_directories(path);
@@ -44,7 +46,7 @@ class Registry : public ::testing::Test {
               "<urn:test:" + name + "> a lv2:Plugin .\n" + codes("urn:test:" + name, "test"));
     }
 
-    /// The registry; what it says of the bundles is in warnings_.
+    /// Reads the registry; sets warnings_ to standard error.
     std::vector<LV2Component> components() {
         const CapturedOutput output(2);
         LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
@@ -89,7 +91,7 @@ TEST_F(Registry, ReadsTheCodesNameAndFlags) {
     EXPECT_EQ(warnings_, "");
 }
 
-TEST_F(Registry, TakesFlagsAndNameAsAbsentWhenTheyAre) {
+TEST_F(Registry, DefaultsFlagsToZeroAndNameToEmpty) {
     writeRegistered("path", "amp");
     const auto found = components();
     ASSERT_EQ(found.size(), 1U);
@@ -115,7 +117,7 @@ TEST_F(Registry, OrdersByThePluginsOwnBundleNotByThatOfItsCodes) {
     EXPECT_THAT(uris(), ElementsAre("urn:test:bbb", "urn:test:aaa"));
 }
 
-TEST_F(Registry, FindsAPluginWhoseURIItsManifestCutsAnywhere) {
+TEST_F(Registry, FindsAPluginWhosePrefixEndsInsideItsName) {
     write("path", "far.lv2", "far:ar a lv2:Plugin .");
     write("path", "codes.lv2", codes("http://plugins.example/far", "far "));
     EXPECT_THAT(uris(), ElementsAre("http://plugins.example/far"));
@@ -130,7 +132,7 @@ TEST_F(Registry, FindsAPluginAmongNeighboursWithLongerNames) {
     EXPECT_EQ(warnings_, "");
 }
 
-TEST_F(Registry, TakesABundleOnceHoweverOftenItIsOnThePath) {
+TEST_F(Registry, ReadsABundleOnceWhenALinkLeadsToItToo) {
     writeRegistered("path", "amp");
     std::filesystem::create_directories(root_.path() / "more");
     std::filesystem::create_directory_symlink(root_.path() / "path" / "amp.lv2",
@@ -139,7 +141,7 @@ TEST_F(Registry, TakesABundleOnceHoweverOftenItIsOnThePath) {
     EXPECT_EQ(warnings_, "");
 }
 
-TEST_F(Registry, TakesTheFirstBundleOfTwoAndNamesTheOther) {
+TEST_F(Registry, TakesCodesFromTheFirstBundleByURIAndWarnsOfTheOther) {
     writePlugin("path", "amp");
     write("path", "b.lv2", codes("urn:test:amp", "bbbb"));
     write("path", "a.lv2", codes("urn:test:amp", "aaaa"));
@@ -158,7 +160,7 @@ TEST_F(Registry, LeavesOutAPluginThatIsNotInstalled) {
                                      "installed."));
 }
 
-TEST_F(Registry, LeavesOutABrokenManifestAndGoesOn) {
+TEST_F(Registry, LeavesOutOnlyTheBrokenManifest) {
     writeRegistered("path", "amp");
     write("path", "broken.lv2", codes("urn:test:amp", "brok") + "\n<urn:unfinished> a [ ;");
     EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
@@ -166,15 +168,103 @@ TEST_F(Registry, LeavesOutABrokenManifestAndGoesOn) {
                 HasSubstr("The manifest of " + bundle("path/broken.lv2") + " is left out: line 5"));
 }
 
-TEST_F(Registry, LeavesOutWhatIsNoFile) {
+TEST_F(Registry, IgnoresAManifestThatIsNoRegularFile) {
     writeRegistered("path", "amp");
     std::filesystem::create_directories(root_.path() / "path" / "odd.lv2" / "manifest.ttl");
     std::ofstream(root_.path() / "path" / "file.txt") << "no bundle";
     EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
-    EXPECT_THAT(warnings_, HasSubstr("odd.lv2/manifest.ttl is no file."));
+    EXPECT_THAT(warnings_, HasSubstr("odd.lv2/manifest.ttl is no regular file; it is "
+                                     "ignored."));
 }
 
-/// One statement of codes that cannot be used, and the reason that is given.
+TEST_F(Registry, LeavesOutAManifestThatIsNestedTooDeep) {
+    const auto nested = [](const std::string& open, const std::string& close) {
+        std::string text = "<urn:test:deep> lv2:project ";
+        for (int depth = 0; depth < 20000; ++depth) {
+            text += open;
+        }
+        text += "<urn:test:end>";
+        for (int depth = 0; depth < 20000; ++depth) {
+            text += close;
+        }
+        return text + " .";
+    };
+    writeRegistered("path", "amp");
+    write("path", "brackets.lv2", nested("[ lv2:project ", " ]"));
+    write("path", "lists.lv2", nested("( ", " )"));
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_THAT(warnings_, HasSubstr("The manifest of " + bundle("path/brackets.lv2") +
+                                     " is left out: it is nested more than 1000 deep."));
+    EXPECT_THAT(warnings_, HasSubstr("The manifest of " + bundle("path/lists.lv2") +
+                                     " is left out: it is nested more than 1000 deep."));
+}
+
+TEST_F(Registry, ReadsAManifestWithManyResourcesSideBySide) {
+    std::string text = codes("urn:test:amp", "amp ") + "\n<urn:test:amp> a lv2:Plugin ; lv2:port ";
+    for (int port = 0; port < 3000; ++port) {
+        text += "[ lv2:name \"In\" ; lv2:project [] , ( 1 2 ) ] , ";
+    }
+    write("path", "wide.lv2", text + "[] .");
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    EXPECT_EQ(warnings_, "");
+}
+
+TEST_F(Registry, TakesAPluginWholeFromTheFirstOfTheBundlesThatHoldIt) {
+    write(
+        "path", "amp.lv2",
+        "<urn:test:amp> a lv2:Plugin ; lv2:binary <first.so> .\n" + codes("urn:test:amp", "1st "));
+    // A newer version, which lilv would prefer, in a bundle whose URI sorts before the other's.
+    write("more", "amp.lv2",
+          "<urn:test:amp> a lv2:Plugin ; lv2:binary <second.so> ; lv2:minorVersion 9 .\n" +
+              codes("urn:test:amp", "2nd ") + "\n<urn:test:other> a lv2:Plugin .\n" +
+              codes("urn:test:other", "othr"));
+    const auto found = components();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].description.componentSubType, fourCharCode("1st "));
+    EXPECT_EQ(found[1].uri, "urn:test:other");
+    EXPECT_THAT(warnings_,
+                HasSubstr(bundle("more/amp.lv2") + " holds <urn:test:amp>, which is taken from " +
+                          bundle("path/amp.lv2") + " instead."));
+    LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
+    EXPECT_THAT(world.bundlesOf("urn:test:amp"), ElementsAre(bundle("path/amp.lv2")));
+    const LV2World::Access access(world);
+    const CapturedOutput output(2);
+    const auto* plugin = access.plugin("urn:test:amp");
+    EXPECT_THAT(output.text(), HasSubstr("The effect <urn:test:amp> is loaded from " +
+                                         bundle("path/amp.lv2") + "."));
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_THAT(lilv_node_as_uri(lilv_plugin_get_library_uri(plugin)),
+                HasSubstr("path/amp.lv2/first.so"));
+}
+
+TEST_F(Registry, FindsABundleWhoseFolderHoldsCharactersThatURIsEscape) {
+    write("path", "a #1 ä%41.lv2",
+          "<urn:test:amp> a lv2:Plugin ; lv2:binary <amp.so> .\n" + codes("urn:test:amp", "amp "));
+    EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    const LV2World::Access access(world);
+    const auto* plugin = access.plugin("urn:test:amp");
+    ASSERT_NE(plugin, nullptr);
+    char* path =
+        lilv_file_uri_parse(lilv_node_as_uri(lilv_plugin_get_library_uri(plugin)), nullptr);
+    EXPECT_EQ(std::string(path), bundle("path/a #1 ä%41.lv2") + "/amp.so");
+    lilv_free(path);
+}
+
+TEST_F(Registry, ReadsADataFileWhoseNameHoldsAHash) {
+    write("path", "amp.lv2",
+          "<urn:test:amp#stereo> a lv2:Plugin ; lv2:binary <amp.so> ;\n"
+          "  <http://www.w3.org/2000/01/rdf-schema#seeAlso> <amp#stereo.ttl> .");
+    std::ofstream(root_.path() / "path/amp.lv2/amp#stereo.ttl")
+        << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+           "<urn:test:amp#stereo> lv2:port [ a lv2:InputPort , lv2:AudioPort ;\n"
+           "  lv2:index 0 ; lv2:symbol \"in\" ; lv2:name \"In\" ] .\n";
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    const LV2World::Access access(world);
+    EXPECT_EQ(LV2PluginData::read(access, "urn:test:amp#stereo").inputChannelCount, 1U);
+}
+
+/// Wrong codes, and the reason in the warning.
 struct WrongCodes {
     std::string statement;
     std::string reason;
@@ -182,7 +272,7 @@ struct WrongCodes {
 
 class RegistryWrongCodes : public Registry, public ::testing::WithParamInterface<WrongCodes> {};
 
-TEST_P(RegistryWrongCodes, AreLeftOutWithTheReason) {
+TEST_P(RegistryWrongCodes, AreLeftOutWithAWarning) {
     writePlugin("path", "amp");
     writeRegistered("path", "good");
     write("path", "codes.lv2", "<urn:test:amp> " + GetParam().statement + " .");
@@ -226,16 +316,7 @@ TEST_F(Registry, NamesTheBundlesThatSpeakOfAPlugin) {
     EXPECT_THAT(world.bundlesOf("urn:test:nobody"), ElementsAre());
 }
 
-TEST_F(Registry, NamesAllBundlesForAPluginThatItsOwnCutsUp) {
-    writePlugin("path", "amp");
-    write("path", "far.lv2", "far:ar a lv2:Plugin .");
-    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
-    EXPECT_THAT(world.bundlesOf("http://plugins.example/far"),
-                ElementsAre(bundle("path/amp.lv2"), bundle("path/far.lv2")));
-    EXPECT_THAT(world.bundlesOf("urn:test:amp"), ElementsAre(bundle("path/amp.lv2")));
-}
-
-TEST_F(Registry, OfSingleBundlesKnowsThoseAlone) {
+TEST_F(Registry, KnowsOnlyTheGivenSingleBundles) {
     writeRegistered("path", "amp");
     writeRegistered("path", "other");
     LV2World world({{}, {}, {root_.path() / "path/amp.lv2"}});

@@ -15,7 +15,7 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Sets an environment variable, or takes it away, until the end of its life.
+/// Sets or unsets an environment variable for the object's life.
 class Variable {
   public:
     Variable(const char* name, const char* value) : name_(name) {
@@ -42,7 +42,7 @@ class Variable {
     std::optional<std::string> before_;
 };
 
-TEST(SearchPath, IsThatOfTheEnvironmentInItsOrder) {
+TEST(SearchPath, FollowsLV2PathInItsOrder) {
     const Variable path("LV2_PATH", "/one:/two::$ORVALO_TEST_FOLDER/three:$ORVALO_TEST_NONE/four");
     const Variable folder("ORVALO_TEST_FOLDER", "/somewhere");
     const auto found = LV2SearchPath::fromEnvironment("/own");
@@ -51,19 +51,19 @@ TEST(SearchPath, IsThatOfTheEnvironmentInItsOrder) {
     EXPECT_EQ(found.ownFolder, "/own");
 }
 
-TEST(SearchPath, KnowsTheHomeFolder) {
+TEST(SearchPath, ExpandsTheHomeFolder) {
     const Variable path("LV2_PATH", "~/effects:~");
     const Variable home("HOME", "/home/somebody");
     EXPECT_THAT(LV2SearchPath::fromEnvironment("/own").folders,
                 ElementsAre("/home/somebody/effects", "/home/somebody"));
 }
 
-TEST(SearchPath, HasNothingButTheOwnFolderWhenTheEnvironmentSaysSo) {
+TEST(SearchPath, HasOnlyTheOwnFolderWhenLV2PathIsEmpty) {
     const Variable path("LV2_PATH", "");
     EXPECT_THAT(LV2SearchPath::fromEnvironment("/own").folders, IsEmpty());
 }
 
-TEST(SearchPath, IsTheStandardOneOtherwise) {
+TEST(SearchPath, IsTheStandardPathWithoutLV2Path) {
     const Variable path("LV2_PATH", nullptr);
     const Variable home("HOME", "/home/somebody");
     const auto folders = LV2SearchPath::fromEnvironment("/own").folders;

@@ -18,7 +18,7 @@ std::shared_ptr<LV2LocalAudioUnit> makeProbe(const LV2UnitStart& start) {
                                                AudioComponentDescription{}, start);
 }
 
-TEST(StateProperties, CarrySecretsAndFilesToAnotherUnit) {
+TEST(StateProperties, RestoreValuesAndFilesInAnotherUnit) {
     const TemporaryFolder folder;
     LV2StateProperties state;
     {
@@ -26,7 +26,7 @@ TEST(StateProperties, CarrySecretsAndFilesToAnotherUnit) {
         unit->setCurrentPreset(unit->factoryPresets()[0]);
         state = unit->stateProperties();
     }
-    // The folder belongs to somebody else.
+    // The caller owns the folder.
     EXPECT_TRUE(fs::exists(folder.path() / "folder/secret.txt"));
     auto& seen = probeRecord();
     seen.secret = 0;
@@ -39,7 +39,7 @@ TEST(StateProperties, CarrySecretsAndFilesToAnotherUnit) {
     EXPECT_EQ(unit->stateProperties(), state);
 }
 
-TEST(StateProperties, AreWhatThePluginGaveAndOnlyThat) {
+TEST(StateProperties, HoldExactlyWhatThePluginSaved) {
     const TemporaryFolder folder;
     const auto unit = makeProbe({.filesFolder = folder.path()});
     EXPECT_TRUE(unit->keepsState());
@@ -52,13 +52,13 @@ TEST(StateProperties, AreWhatThePluginGaveAndOnlyThat) {
     EXPECT_EQ(unit->stateProperties(), state);
 }
 
-TEST(StateProperties, AreNoneForAPluginThatKeepsNothing) {
+TEST(StateProperties, AreEmptyForAPluginWithoutState) {
     const auto unit = makeZooUnit("liar");
     EXPECT_FALSE(unit->keepsState());
     EXPECT_TRUE(unit->stateProperties().empty());
 }
 
-TEST(UnitStart, NamesTheRateAndTheContextThatTheFirstInstanceIsMadeWith) {
+TEST(UnitStart, SetsRateAndContextNameOfTheFirstInstance) {
     auto& seen = probeRecord();
     seen.instantiations = 0;
     const auto unit = makeProbe({.contextName = "Studio", .sampleRate = 22050.0});

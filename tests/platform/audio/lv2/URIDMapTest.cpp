@@ -11,7 +11,7 @@ namespace {
 
 using orvalo::URIDMap;
 
-TEST(URIDMap, GivesAURIOneNumberAndANumberItsURI) {
+TEST(URIDMap, MapsAURIToOneNumberAndBack) {
     auto& map = URIDMap::shared();
     const auto first = map.map("urn:test:first");
     const auto second = map.map("urn:test:second");
@@ -23,14 +23,14 @@ TEST(URIDMap, GivesAURIOneNumberAndANumberItsURI) {
     EXPECT_EQ(map.map(std::string("urn:test:first").c_str()), first);
 }
 
-TEST(URIDMap, HasNoURIForANumberThatWasNotGiven) {
+TEST(URIDMap, ReturnsNullForAnUnknownNumber) {
     auto& map = URIDMap::shared();
     EXPECT_EQ(map.unmap(0), nullptr);
     EXPECT_EQ(map.unmap(URIDMap::kCapacity), nullptr);
     EXPECT_EQ(map.unmap(4294967295U), nullptr);
 }
 
-TEST(URIDMap, TakesTheNumbersOfAProcessThatBeganAlike) {
+TEST(URIDMap, AdoptsTheNumbersOfAnotherProcess) {
     auto& map = URIDMap::shared();
     auto uris = map.uris();
     map.map("urn:test:listed");

@@ -19,23 +19,23 @@ LV2World& zooWorld();
 /// A unit of the zoo's plug-in "urn:orvalo:zoo:<name>". Throws NSError.
 std::shared_ptr<LV2LocalAudioUnit> makeZooUnit(const std::string& name);
 
-/// What the probe's library wrote down; it stays loaded.
+/// The record of the probe's library, which stays loaded.
 zoo::ProbeRecord& probeRecord();
 
 /// Sets the unit's control input of that symbol.
 void setControl(LV2LocalAudioUnit& unit, const std::string& symbol, float value);
 
-/// One event as the block got it.
+/// One event as the handler received it.
 struct SentEvent {
     std::int64_t sampleTime;
     int cable;
-    std::vector<int> bytes;  ///< All of it, three at least.
+    std::vector<int> bytes;  ///< All bytes; at least three.
     std::int64_t length;
 
     friend bool operator==(const SentEvent&, const SentEvent&) = default;
 };
 
-/// Makes the unit's event block write into the list, which must outlive the block.
+/// Appends the unit's MIDI events to the list, which must outlive the unit's handler.
 void collectEvents(AUAudioUnit& unit, std::vector<SentEvent>& events);
 
 }  // namespace orvalo::testing

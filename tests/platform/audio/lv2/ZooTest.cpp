@@ -12,7 +12,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// What the unit of that name is refused with, without the plug-in's name in front.
+/// The error of a unit of that name, without the plug-in's name in front.
 std::string refusal(const std::string& name) {
     try {
         makeZooUnit(name);
@@ -30,7 +30,7 @@ std::string library(const std::string& name) {
     return zooFolder() + "/" + name + ".lv2/";
 }
 
-TEST(Zoo, NamesTheFeatureOrOptionThatIsNotOffered) {
+TEST(Zoo, NamesTheUnsupportedFeatureOrOption) {
     EXPECT_EQ(refusal("unknown-feature"),
               "it requires the feature <urn:orvalo:zoo#flying>, which is not offered.");
     EXPECT_EQ(refusal("fixed-block"),
@@ -40,7 +40,7 @@ TEST(Zoo, NamesTheFeatureOrOptionThatIsNotOffered) {
               "it requires the option <urn:orvalo:zoo#colour>, which is not offered.");
 }
 
-TEST(Zoo, SaysWhatIsWrongWithALibrary) {
+TEST(Zoo, NamesTheFaultOfALibrary) {
     EXPECT_EQ(refusal("no-library"), "its data name no library.");
     EXPECT_EQ(refusal("missing-library"),
               "its library " + library("missing-library") + "gone.so is missing.");
@@ -50,12 +50,12 @@ TEST(Zoo, SaysWhatIsWrongWithALibrary) {
                                             "no-descriptor.so has no lv2_descriptor.");
 }
 
-TEST(Zoo, SaysThatAnInstanceIsRefused) {
+TEST(Zoo, ReportsAFailedInstantiation) {
     EXPECT_EQ(refusal("failing"), "it refuses to be instantiated.");
     EXPECT_EQ(refusal("other-plugin"), "its library does not hold it.");
 }
 
-TEST(Zoo, NamesThePortThatItCannotServe) {
+TEST(Zoo, NamesTheUnsupportedPort) {
     EXPECT_EQ(refusal("no-ports"), "it has no ports.");
     EXPECT_EQ(refusal("event-port"), "its port \"old\" is of a kind that is not supported.");
     EXPECT_EQ(refusal("no-direction"), "its port \"lost\" is of a kind that is not supported.");
@@ -65,21 +65,21 @@ TEST(Zoo, NamesThePortThatItCannotServe) {
     EXPECT_EQ(refusal("many-channels"), "it has 33 audio outputs, more than 32.");
 }
 
-TEST(Zoo, KnowsNothingOfABrokenManifest) {
+TEST(Zoo, DoesNotFindAPluginOfABrokenManifest) {
     EXPECT_EQ(refusal("bad-syntax"), "it is not installed.");
     EXPECT_EQ(refusal("nobody"), "it is not installed.");
 }
 
-TEST(Zoo, SurvivesAFloodOfJobs) {
+TEST(Zoo, SurvivesAFloodOfWorkRequests) {
     const auto unit = makeZooUnit("worker");
     for (int block = 0; block < 200; ++block) {
         const auto out = renderBlocks(*unit, noise(1, 8), {8}, 8);
-        EXPECT_LE(out[0][0], 8.0F) << "neither of the two enormous jobs is taken";
-        ASSERT_EQ(out[0][7], 0.0F) << "answers came back damaged";
+        EXPECT_LE(out[0][0], 8.0F) << "a request larger than the ring is accepted";
+        ASSERT_EQ(out[0][7], 0.0F) << "responses are damaged";
     }
 }
 
-/// The events of one block of 16 frames in the liar's mode.
+/// The events of one quantum of 16 frames from the liar plug-in in a mode.
 std::vector<SentEvent> lies(float mode) {
     const auto unit = makeZooUnit("liar");
     setControl(*unit, "mode", mode);
@@ -87,18 +87,18 @@ std::vector<SentEvent> lies(float mode) {
     collectEvents(*unit, events);
     const auto input = noise(1, 16);
     EXPECT_EQ(renderBlocks(*unit, input, {16}, 16), input);
-    EXPECT_EQ(unit->latency(), 0U) << "what it reports is no latency";
+    EXPECT_EQ(unit->latency(), 0U) << "an invalid latency counts";
     return events;
 }
 
-TEST(Zoo, PadsShortMessagesAndPassesLongOnesWhole) {
+TEST(Zoo, PadsShortMessagesAndKeepsLongOnesWhole) {
     const std::vector<SentEvent> expected{{1, 0, {0xF8, 0, 0}, 1},
                                           {2, 0, {0xC0, 7, 0}, 2},
                                           {3, 0, {0xF0, 1, 2, 3, 4, 5, 6, 7, 8, 0xF7}, 10}};
     EXPECT_EQ(lies(0), expected);
 }
 
-TEST(Zoo, KeepsTimeFromGoingBackwardsOrOutOfTheBlock) {
+TEST(Zoo, ClampsEventFramesToTheQuantumInOrder) {
     const std::vector<SentEvent> expected{{9, 0, {0x90, 1, 1}, 3},
                                           {9, 0, {0x90, 2, 1}, 3},
                                           {9, 0, {0x90, 3, 1}, 3},
@@ -116,7 +116,7 @@ TEST(Zoo, ReadsNothingBeyondTheBufferOrTheEvent) {
     EXPECT_TRUE(lies(6).empty()) << "times in beats";
 }
 
-TEST(Zoo, ListsWhatIsInstalledWhetherItWorksOrNot) {
+TEST(Zoo, ListsPluginsWithCodesEvenIfTheyCannotBeLoaded) {
     std::vector<std::string> uris;
     for (const auto& component : zooWorld().components()) {
         uris.push_back(component.uri.substr(std::string("urn:orvalo:zoo:").size()));

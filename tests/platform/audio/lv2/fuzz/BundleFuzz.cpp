@@ -1,9 +1,8 @@
-// Feeds damaged bundles to the registry and to the making of units, with the probe's library behind
-// them:
+// Reads the registry and makes units from damaged bundles of the probe's library:
 //     lv2_bundle_fuzz ROUNDS FIRST-SEED PROBE-LIBRARY SEED-FOLDER...
-// A round depends on its seed alone: "lv2_bundle_fuzz 1 <seed> ..." repeats one. What a round fed
-// in stands in the folder that the program names; damaged data can give the library's ports other
-// meanings, so units are made and restored, but not run.
+// A round depends on its seed alone: "lv2_bundle_fuzz 1 <seed> ..." repeats one. The program prints
+// the folder of the bundle. Damaged data can change the meaning of ports, so units are made and
+// restored but not run.
 
 #include <glib.h>
 
@@ -104,6 +103,6 @@ int main(int argc, char** argv) {
     }
     std::printf("%ld rounds: %d registered, %d made, %d refused\n", rounds, counts.registered,
                 counts.made, counts.refused);
-    // A fuzzer that gets nowhere proves nothing.
+    // Each path must have been reached.
     return counts.registered > 0 && counts.made > 0 && counts.refused > 0 ? 0 : 1;
 }

@@ -5,8 +5,8 @@
 
 namespace orvalo::testing {
 
-/// The text with one to six random changes: bytes flipped, ranges cut, copied or swapped for what
-/// Turtle and LV2 give a meaning to. The same generator state gives the same text.
+/// The text with one to six random changes: bits flipped; ranges removed, copied or replaced by
+/// tokens of Turtle and LV2. The same generator state gives the same text.
 std::string mutated(std::string text, std::mt19937& generator);
 
 }  // namespace orvalo::testing

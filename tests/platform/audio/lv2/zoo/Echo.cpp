@@ -1,4 +1,4 @@
-// Sends back every event that it gets, at the same frame, and counts them.
+// Sends back every event at the same frame, and counts the events.
 
 #include <lv2/atom/util.h>
 #include <lv2/core/lv2.h>
@@ -37,7 +37,7 @@ void run(LV2_Handle handle, std::uint32_t frames) {
     LV2_ATOM_SEQUENCE_FOREACH(events, event) {
         self.count += 1.0F;
     }
-    // Both buffers are of one size.
+    // Both buffers have the same size.
     std::memcpy(self.ports[kNotify], events, sizeof(events->atom) + events->atom.size);
     *static_cast<float*>(self.ports[kCount]) = self.count;
 }
@@ -50,7 +50,7 @@ constexpr LV2_Descriptor describe(const char* uri) {
     return {uri, instantiate, connectPort, nullptr, run, nullptr, cleanup, nullptr};
 }
 
-// One effect under many names, for the UIs that they have.
+// One effect under several URIs with different UIs.
 const std::array kEchoes{
     describe("urn:orvalo:zoo:echo"),      describe("urn:orvalo:ui:probe"),
     describe("urn:orvalo:ui:fixed"),      describe("urn:orvalo:ui:direct"),

@@ -1,4 +1,4 @@
-// A plug-in that refuses every instance.
+// A plug-in whose instantiation always fails.
 
 #include <lv2/core/lv2.h>
 

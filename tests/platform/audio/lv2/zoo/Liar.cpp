@@ -1,4 +1,4 @@
-// A plug-in whose event output is wrong in a way that its mode chooses.
+// A plug-in whose event output is wrong, in a different way in each mode.
 
 #include <lv2/atom/atom.h>
 #include <lv2/core/lv2.h>
@@ -69,7 +69,7 @@ void run(LV2_Handle handle, std::uint32_t frames) {
     const auto mode = static_cast<int>(*static_cast<const float*>(self.ports[2]));
     *static_cast<float*>(self.ports[4]) =
         mode == kLengths ? std::numeric_limits<float>::quiet_NaN() : -5.0F * 1e30F;
-    // What it may count on: silence at the CV input, nothing at the ports that it can do without.
+    // The host provides silence at the CV input and leaves optional ports unconnected.
     const auto* cv = static_cast<const float*>(self.ports[6]);
     const bool isSilent = std::all_of(cv, cv + frames, [](float value) { return value == 0.0F; });
     if (self.ports[5] != nullptr || self.ports[7] != nullptr || !isSilent || mode == kUntouched) {

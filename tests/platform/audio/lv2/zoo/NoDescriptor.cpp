@@ -1,4 +1,4 @@
-// A library that is none of LV2's.
+// A library without an LV2 entry point.
 
 extern "C" __attribute__((visibility("default"))) int somethingElse() {
     return 0;

@@ -1,4 +1,4 @@
-// A well-behaved plug-in that writes down what its host does with it.
+// A valid plug-in that records what its host does.
 
 #include <lv2/atom/atom.h>
 #include <lv2/atom/forge.h>
@@ -74,8 +74,8 @@ struct Probe {
     float control(Port port) const { return *static_cast<float*>(ports[port]); }
 };
 
-/// A call that must not overlap run(), for the object's life, which it draws out so that an overlap
-/// does not pass unseen.
+/// Marks a call that must not overlap run(), for the object's life. Prolongs the call, so that
+/// tests see an overlap.
 class ControlCall {
   public:
     explicit ControlCall(Probe& probe) : probe_(probe) {
@@ -189,7 +189,8 @@ void readPosition(Probe& self) {
     }
 }
 
-/// A note on the first output at the block's first and last frame, one on the second between them.
+/// Sends a note on the first output at the first and the last frame, and one on the second output
+/// between them.
 void chatter(Probe& self, std::uint32_t frames) {
     const auto write = [&self](Port port, std::initializer_list<std::uint32_t> at,
                                std::uint8_t note) {

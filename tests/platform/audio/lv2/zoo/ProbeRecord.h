@@ -6,7 +6,7 @@
 
 namespace orvalo::zoo {
 
-/// What the probe has seen of its host since reset(). One for the process.
+/// What the probe has recorded of its host. One per process.
 struct ProbeRecord {
     std::atomic<int> instantiations{0};
     std::atomic<int> cleanups{0};
@@ -25,12 +25,12 @@ struct ProbeRecord {
     std::atomic<std::int64_t> positionFrame{-1};
     std::atomic<float> positionSpeed{0.0F};
 
-    // Calls that the UI forbids.
+    // Calls that LV2 forbids.
     std::atomic<int> controlCallsDuringRun{0};
     std::atomic<int> overlappingJobs{0};
     std::atomic<int> jobsOnRenderThread{0};
 
-    // Of the last instance made.
+    // Of the last instance.
     std::atomic<double> rate{0.0};
     std::atomic<float> rateOption{0.0F};
     std::atomic<int> minBlockLength{0};

@@ -1,5 +1,5 @@
-// A plug-in that floods its worker: every block schedules more and larger jobs than there is room
-// for, and every job answers with more than there is room for.
+// A plug-in that floods its worker: each run() schedules more and larger requests than the host's
+// ring holds, and each request sends more responses than the ring holds.
 
 #include <lv2/core/lv2.h>
 #include <lv2/worker/worker.h>
@@ -41,8 +41,8 @@ void connectPort(LV2_Handle handle, std::uint32_t port, void* location) {
     worker(handle).ports[port] = location;
 }
 
-/// The first sample out is how many jobs of this block were accepted, the second how many answers
-/// so far were damaged.
+/// The first output sample counts the accepted requests of this run(), the last one the damaged
+/// responses so far.
 void run(LV2_Handle handle, std::uint32_t frames) {
     auto& self = worker(handle);
     self.accepted = 0;

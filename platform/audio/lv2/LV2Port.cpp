@@ -1,4 +1,4 @@
-#include "platform/audio/lv2/LV2PortReader.h"
+#include "platform/audio/lv2/LV2Port.h"
 
 #include <lv2/atom/atom.h>
 #include <lv2/core/lv2.h>
@@ -18,12 +18,12 @@ namespace orvalo {
 
 namespace {
 
-// Room for a dense stream of MIDI over the longest block, and for a few large messages.
+// Holds dense MIDI over the longest quantum, and a few large messages.
 constexpr std::uint32_t kSequenceSize = 32U << 10U;
 constexpr std::uint32_t kLargestSequenceSize = 16U << 20U;
 
-/// lilv makes its table as long as the highest index says and fails badly where one is missing, so
-/// the indices are looked at before it sees them.
+/// lilv allocates a table for the highest index and crashes on a missing one, so the indices are
+/// checked first.
 void checkIndices(const LV2World::Access& access, const LilvPlugin* plugin,
                   const std::string& uri) {
     const auto portPredicate = access.uri(LV2_CORE__port);
@@ -50,7 +50,7 @@ void checkIndices(const LV2World::Access& access, const LilvPlugin* plugin,
     }
 }
 
-/// The questions to lilv of one port.
+/// Reads one port through lilv.
 class PortReader {
   public:
     PortReader(const LV2World::Access& access, const LilvPlugin* plugin, std::uint32_t index)
@@ -112,7 +112,7 @@ class PortReader {
             return isOptional ? LV2PortKind::unconnected : LV2PortKind::cv;
         }
         if (isA(LV2_CORE__AudioPort)) {
-            // Nothing feeds a side chain here.
+            // This host has no signal for a side chain.
             const bool isLeftOut = isOptional && hasProperty(LV2_CORE_PREFIX "isSideChain");
             return isLeftOut ? LV2PortKind::unconnected : LV2PortKind::audio;
         }
@@ -148,7 +148,7 @@ class PortReader {
             }
             return std::isfinite(result) ? result : otherwise;
         };
-        // Without a default the nearest to nothing that the range allows; an effect is on.
+        // Without a default: the value nearest to 0 in the range; 1 for "enabled".
         const float fallback = isDesignated(LV2_CORE_PREFIX "enabled") ? 1.0F : 0.0F;
         const float above = std::max(fallback, number(owned[1], fallback));
         port.defaultValue = number(owned[0], std::min(above, number(owned[2], above)));

@@ -1,14 +1,15 @@
-#include "platform/audio/lv2/LV2SequenceBuffer.h"
+#include "platform/audio/lv2/LV2Sequence.h"
 
+#include <algorithm>
 #include <cstring>
 
-#include "platform/audio/lv2/LV2URIDs.h"
+#include "platform/audio/lv2/URIDMap.h"
 
 namespace orvalo {
 
 namespace {
 
-/// A time position as a sequence's one event, with the padding that atoms have.
+/// A time position as the only event of a sequence, with the padding of atoms.
 struct TimePositionEvent {
     LV2_Atom_Event event;
     LV2_Atom_Object_Body object;
@@ -20,7 +21,7 @@ struct TimePositionEvent {
 };
 static_assert(sizeof(TimePositionEvent) == 72);
 
-/// The bytes that an event takes in a sequence, with its padding.
+/// Bytes of an event in a sequence, with padding.
 std::size_t eventSize(std::uint32_t bodySize) {
     constexpr std::size_t kAlignment = 8;
     const std::size_t size = sizeof(LV2_Atom_Event) + bodySize;
@@ -77,6 +78,39 @@ bool LV2SequenceBuffer::append(std::uint32_t frame, const LV2_Atom& event) noexc
 
 bool LV2SequenceBuffer::couldHold(std::uint32_t size, std::uint32_t bodySize) noexcept {
     return sizeof(LV2_Atom_Sequence) + sizeof(TimePositionEvent) + eventSize(bodySize) <= size;
+}
+
+LV2SequenceReader::LV2SequenceReader(const LV2_Atom_Sequence* sequence, std::size_t capacity,
+                                     std::uint32_t frameCount) noexcept
+    : bytes_(reinterpret_cast<const std::byte*>(sequence)), frameCount_(frameCount) {
+    const auto& urids = LV2URIDs::shared();
+    // A plug-in without events leaves the empty chunk.
+    if (sequence->atom.type != urids.atomSequence || sequence->body.unit == urids.atomBeatTime) {
+        return;
+    }
+    at_ = sizeof(LV2_Atom_Sequence);
+    end_ = std::min(sizeof(LV2_Atom) + std::size_t{sequence->atom.size}, capacity);
+    look();
+}
+
+void LV2SequenceReader::next() noexcept {
+    at_ += eventSize(event_->body.size);
+    look();
+}
+
+void LV2SequenceReader::look() noexcept {
+    event_ = nullptr;
+    if (at_ > end_ || end_ - at_ < sizeof(LV2_Atom_Event)) {
+        return;
+    }
+    const auto* event = reinterpret_cast<const LV2_Atom_Event*>(bytes_ + at_);
+    if (event->body.size > end_ - at_ - sizeof(LV2_Atom_Event)) {
+        return;
+    }
+    const auto last = std::int64_t{frameCount_} - 1;
+    const auto frame = std::clamp<std::int64_t>(event->time.frames, frame_, last);
+    frame_ = static_cast<std::uint32_t>(frame);
+    event_ = event;
 }
 
 }  // namespace orvalo
