@@ -61,6 +61,23 @@ function(orvalo_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_precompiled)
 endfunction()
 
+# orvalo_late_library(<library> <name> <targets>): the library calls the imported targets' libraries
+# through LateLibrary. They are linked with a module of this name, which has no code of its own: so
+# the tools that compute a package's dependencies see them.
+function(orvalo_late_library library name)
+    add_library(${name} MODULE "${CMAKE_BINARY_DIR}/precompiled.cpp")
+    target_link_libraries(${name} PRIVATE ${ARGN})
+    target_link_options(${name} PRIVATE LINKER:--no-as-needed)
+    set_target_properties(${name} PROPERTIES
+        PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${ORVALO_STAGE}/lib/orvalo")
+    install(TARGETS ${name} LIBRARY DESTINATION lib/orvalo)
+    foreach(target IN LISTS ARGN)
+        target_include_directories(${library} SYSTEM PRIVATE
+            $<TARGET_PROPERTY:${target},INTERFACE_INCLUDE_DIRECTORIES>)
+    endforeach()
+    add_dependencies(${library} ${name})
+endfunction()
+
 # orvalo_optimise(<sources>): compiles sources of this folder's tests for speed.
 function(orvalo_optimise)
     set_source_files_properties(${ARGN} PROPERTIES

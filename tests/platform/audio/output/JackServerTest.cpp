@@ -3,15 +3,17 @@
 #include <jack/jack.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "platform/audio/output/JackClient.h"
 #include "platform/audio/output/JackDevice.h"
-#include "platform/audio/output/LibraryMessages.h"
 #include "platform/audio/output/SupervisedOutput.h"
 #include "tests/platform/audio/output/LogLines.h"
 #include "tests/platform/audio/output/RecordingSource.h"
@@ -30,9 +32,7 @@ using testing::RecordingSource;
 using testing::ServerProcess;
 using testing::SignalCapture;
 
-using Client = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
-
-Client openClient(const char* name) {
+JackClient openClient(const char* name) {
     return {jack_client_open(name, JackNoStartServer, nullptr), jack_client_close};
 }
 
@@ -69,28 +69,23 @@ class JackRecorder {
 
     SignalCapture capture_;
     std::vector<jack_port_t*> ports_;
-    Client client_;
+    JackClient client_;
 };
 
-/// A JACK server of the test's own with its dummy driver.
+/// A private JACK server with the dummy driver.
 class JackServerTest : public ::testing::Test {
   protected:
     JackServerTest() {
-        // Also for the servers: whoever runs the tests keeps his own ones.
+        // The servers inherit it too, so a JACK server of the user is left alone.
         setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
-        takeLibraryMessages();
     }
 
-    /// inStep: the server waits for its clients in each period, so that none misses one.
+    /// inStep: the server waits for its clients in each period, so no client misses one.
     std::unique_ptr<ServerProcess> startServer(const std::string& rate, const std::string& period,
                                                bool inStep = false) {
-        // A client that opens while another one of a dead server is being closed would have libjack
-        // free that one: wait until all are closed.
-        EXPECT_TRUE(testing::pollUntil([] {
-            JackDevice device;
-            return !device.look() && device.absence() == "no JACK server is running";
-        }));
+        // libjack would free clients of a dead server that are still open.
+        EXPECT_TRUE(testing::pollUntil([] { return probeError() == "no JACK server is running"; }));
         std::vector<std::string> command{"jackd", "--no-realtime", "--name", server_};
         if (inStep) {
             command.insert(command.end(), {"--sync", "--timeout", "5000"});
@@ -101,8 +96,8 @@ class JackServerTest : public ::testing::Test {
         return process;
     }
 
-    /// A killed server stays in the machine's list of JACK servers, which has eight places. The
-    /// next one of its name takes the place over and leaves it in order; the rest are files.
+    /// A killed server keeps one of the eight places in the machine's list of JACK servers. The
+    /// next server of its name frees the place when it ends. What remains are files.
     void TearDown() override {
         if (hasKilled_) {
             startServer("48000", "64");
@@ -112,6 +107,15 @@ class JackServerTest : public ::testing::Test {
                 std::filesystem::remove(entry.path());
             }
         }
+    }
+
+    static std::string probeError() {
+        try {
+            JackDevice().probe();
+        } catch (const NSError& error) {
+            return error.what();
+        }
+        return "";
     }
 
     void kill(ServerProcess& server) {
@@ -132,7 +136,7 @@ class JackServerTest : public ::testing::Test {
     LogLines log_;
 };
 
-TEST_F(JackServerTest, IsHeardSampleBySample) {
+TEST_F(JackServerTest, PlaysEverySampleUnchanged) {
     const auto server = startServer("48000", "64", true);
     setenv("ORVALO_AUDIO_OUTPUT", "auto", 1);
     const auto output = AudioOutput::system();
@@ -153,7 +157,7 @@ TEST_F(JackServerTest, IsHeardSampleBySample) {
                 ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 64 frames."));
 }
 
-TEST_F(JackServerTest, StopsAndStartsAgain) {
+TEST_F(JackServerTest, RestartsAfterStop) {
     const auto server = startServer("44100", "128");
     const auto output = makeOutput(SupervisedOutput::Absence::fail);
     for (int round = 0; round < 3; ++round) {
@@ -169,7 +173,7 @@ TEST_F(JackServerTest, StopsAndStartsAgain) {
     EXPECT_EQ(source_.lastFrameCount(), 128U);
 }
 
-TEST_F(JackServerTest, LivesOnWhenTheServerIsKilledAndReturnsToTheNextOne) {
+TEST_F(JackServerTest, SurvivesAKilledServerAndReturnsToTheNextOne) {
     auto server = startServer("48000", "64");
     const auto output = makeOutput(SupervisedOutput::Absence::standIn);
     output->format();
@@ -219,7 +223,22 @@ TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {
                             "channels, 256 frames."));
 }
 
-TEST_F(JackServerTest, LeavesAServerThatHangs) {
+TEST_F(JackServerTest, CountsXruns) {
+    const auto server = startServer("48000", "64");
+    const auto output = makeOutput(SupervisedOutput::Absence::fail);
+    std::atomic<bool> isLate{true};
+    source_.whileRendering = [&] {
+        if (isLate.exchange(false)) {
+            // Many periods of 1.3 ms.
+            std::this_thread::sleep_for(milliseconds(100));
+        }
+    };
+    output->start(source_);
+    EXPECT_TRUE(testing::pollUntil([&] { return output->xrunCount() > 0; }));
+    output->stop();
+}
+
+TEST_F(JackServerTest, ReplacesAHangingServerByTheClock) {
     timing_.silence = milliseconds(300);
     auto server = startServer("48000", "64");
     const auto output = makeOutput(SupervisedOutput::Absence::standIn);
@@ -227,13 +246,13 @@ TEST_F(JackServerTest, LeavesAServerThatHangs) {
     ASSERT_TRUE(source_.waitForBlocks(20));
     server->signal(SIGSTOP);
     ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
-    // Meanwhile the server is looked for again and again.
+    // Meanwhile the server is probed repeatedly.
     ASSERT_TRUE(source_.waitForBlocks(200));
     output->stop();
     EXPECT_EQ(log_.messages().back(),
               "Audio output: JACK went away; a silent clock takes its place (48000 Hz, 2 "
               "channels, 64 frames).");
-    // What was left behind ends with the server.
+    // The client that was left open ends with the server.
     kill(*server);
 }
 
@@ -244,13 +263,13 @@ TEST_F(JackServerTest, StartsNoServer) {
     EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
     try {
         output->start(source_);
-        FAIL() << "there is no server";
+        FAIL() << "no server runs";
     } catch (const std::exception& error) {
         EXPECT_STREQ(error.what(),
                      "The audio output JACK cannot be opened: no JACK server is running.");
     }
     EXPECT_EQ(openClient("bystander"), nullptr);
-    EXPECT_THAT(log_.messages(), IsEmpty()) << "libjack's own lines included";
+    EXPECT_THAT(log_.messages(), IsEmpty()) << "also nothing from libjack";
 }
 
 }  // namespace

@@ -11,11 +11,11 @@
 
 namespace orvalo::testing {
 
-/// A source that plays a known signal and keeps what an output did with it. The signal's frame n
-/// is sample(n) on channel 0 and its negative on the others.
+/// A source that plays a known signal and records how an output calls it. The signal's frame n is
+/// sample(n) on channel 0 and its negative on the others.
 class RecordingSource : public AudioOutputSource {
   public:
-    /// 1 to 32768 over 65536, again and again: exact in 32-bit float and in 16-bit integers.
+    /// Repeats 1 to 32768, over 65536: exact in 32-bit floats and in 16-bit integers.
     static float sample(std::uint64_t frame) {
         return static_cast<float>(frame % 32768 + 1) / 65536.0F;
     }
@@ -32,18 +32,19 @@ class RecordingSource : public AudioOutputSource {
     std::uint32_t lastChannelCount() const { return lastChannelCount_; }
     std::uint32_t smallestFrameCount() const { return smallestFrameCount_; }
     std::uint32_t largestFrameCount() const { return largestFrameCount_; }
-    /// How many render calls found another one under way, or a format change.
+    /// Render calls and format changes that began during another one.
     std::uint64_t overlapCount() const { return overlaps_; }
-    /// How many render calls were outside a RealTimeScope.
+    /// Render calls outside a RealTimeScope.
     std::uint64_t ordinaryCallCount() const { return ordinaryCalls_; }
-    /// How many render calls found arithmetic with denormals.
+    /// Render calls whose thread computes with denormals.
     std::uint64_t denormalCount() const { return denormals_; }
     /// The name of the thread of the last render call.
     std::string threadName() const;
     std::vector<AVAudioFormat> formatChanges() const;
 
-    std::function<void()> whileRendering;      ///< Called inside each render call; set before.
-    std::function<void()> whileFormatChanges;  ///< Called inside each format change; set before.
+    std::function<void()> whileRendering;  ///< Called in each render call; set it before start().
+    std::function<void()>
+        whileFormatChanges;  ///< Called in each format change; set it before start().
 
   private:
     std::atomic<bool> busy_{false};
