@@ -1,7 +1,10 @@
 #include "persistence/PersistentAppData.h"
 
-#include "persistence/UserDefaultsViews.h"
+#include <cmath>
+
 #include "platform/foundation/Print.h"
+#include "support/FileLocations.h"
+#include "support/Unwrapped.h"
 
 namespace orvalo {
 
@@ -14,7 +17,41 @@ void dump(const std::string& name, const UserDefaults& view) {
     }
 }
 
+/// The number as a 32-bit float; absent when that would change it.
+std::optional<float> exactFloat(double number) {
+    const auto result = static_cast<float>(number);
+    return std::isnan(number) || result == number ? std::optional(result) : std::nullopt;
+}
+
+std::optional<float> exactFloat(std::int64_t number) {
+    const auto result = static_cast<float>(number);
+    // The largest integers round to 2^63, which is out of their range.
+    const bool isInRange = result < 0x1p63F;
+    return isInRange && static_cast<std::int64_t>(result) == number ? std::optional(result)
+                                                                    : std::nullopt;
+}
+
+std::optional<float> exactFloat(const PropertyList& value) {
+    if (const auto* number = value.as<double>()) {
+        return exactFloat(*number);
+    }
+    const auto* number = value.as<std::int64_t>();
+    return number == nullptr ? std::nullopt : exactFloat(*number);
+}
+
 }  // namespace
+
+std::shared_ptr<UserDefaults> UserDefaultsViews::shared() {
+    auto store = UserDefaults::suiteName(sharedContainer);
+    unwrapped(store);
+    return store;
+}
+
+std::shared_ptr<UserDefaults> UserDefaultsViews::combined() {
+    const auto& store = UserDefaults::standard();
+    store->addSuiteNamed(sharedContainer);
+    return store;
+}
 
 std::optional<PersistentAppData::Storage> PersistentAppData::storage(std::int64_t rawValue) {
     if (rawValue < 0 || rawValue > 2) {
@@ -24,7 +61,7 @@ std::optional<PersistentAppData::Storage> PersistentAppData::storage(std::int64_
 }
 
 const std::shared_ptr<PersistentAppData>& PersistentAppData::sharedInstance() {
-    // Never destroyed: threads may still ask for it while the process ends.
+    // Never destroyed: threads may still use it while the process ends.
     static const auto& instance =
         *new const std::shared_ptr<PersistentAppData>(new PersistentAppData);
     return instance;
@@ -102,6 +139,38 @@ void PersistentAppData::dumpout() const {
     dump("standard", *UserDefaults::standard());
     dump("shared", *UserDefaultsViews::shared());
     dump("combined", *UserDefaultsViews::combined());
+}
+
+PropertyList::Dictionary PersistentAppData::frameToDictionary(const CGRect& frame) {
+    return {{"left", static_cast<float>(frame.minX())},
+            {"top", static_cast<float>(frame.minY())},
+            {"width", static_cast<float>(frame.width())},
+            {"height", static_cast<float>(frame.height())}};
+}
+
+std::optional<CGRect> PersistentAppData::dictionaryToFrame(const std::string& key) {
+    const auto value = sharedInstance()->getObject(key);
+    const auto* dictionary = value ? value->as<PropertyList::Dictionary>() : nullptr;
+    if (dictionary == nullptr) {
+        return std::nullopt;
+    }
+    CGRect frame(0, 0, 100, 100);
+    for (const auto& [name, entry] : *dictionary) {
+        const auto number = exactFloat(entry);
+        if (!number) {
+            return std::nullopt;
+        }
+        if (name == "left") {
+            frame.origin.x = *number;
+        } else if (name == "top") {
+            frame.origin.y = *number;
+        } else if (name == "width") {
+            frame.size.width = *number;
+        } else if (name == "height") {
+            frame.size.height = *number;
+        }
+    }
+    return frame;
 }
 
 }  // namespace orvalo

@@ -1,116 +1,99 @@
-// How fast settings are read and written, by one process and by two at once, and how soon another
-// process sees a write: ours, QSettings and GSettings with its keyfile backend.
+// How fast one process reads and writes ten integers: UserDefaults against QSettings with sync(),
+// which is what lets other processes see a write and shows theirs to a read.
 
-#include <chrono>
+#ifdef ORVALO_BENCH_QSETTINGS
+#include <QSettings>
+#include <QString>
+#endif
+
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <list>
-#include <map>
+#include <functional>
+#include <stdexcept>
 #include <string>
-#include <thread>
-#include <utility>
 #include <vector>
 
-#include "bench/defaults/Peer.h"
-#include "bench/defaults/Store.h"
 #include "bench/measuring/Clocks.h"
 #include "bench/measuring/Options.h"
 #include "bench/measuring/ScratchFolder.h"
 #include "bench/measuring/Statistics.h"
+#include "platform/foundation/defaults/UserDefaults.h"
 
 namespace orvalo::bench {
 namespace {
 
-/// What is measured, and with how many processes.
-struct Row {
-    const char* title;
-    const char* what;
-    int processes;
+constexpr int kKeys = 10;
+
+struct Store {
+    const char* name;
+    std::function<std::int64_t(int key)> read;
+    std::function<void(int key, std::int64_t number)> write;
 };
 
-constexpr Row kRows[] = {
-    {"reads, 1 process", "read", 1},
-    {"reads, 2 processes", "read", 2},
-    {"reads of the newest, 1 process", "fresh", 1},
-    {"reads of the newest, 2 processes", "fresh", 2},
-    {"writes, 1 process", "write", 1},
-    {"writes, 2 processes", "write", 2},
-};
-
-using Figures = std::map<std::string, std::vector<double>>;  ///< By contender.
-
-double rate(const Contender& contender, const std::filesystem::path& folder, const Row& row,
-            int milliseconds) {
-    std::list<Peer> peers;
-    for (int count = 0; count < row.processes; ++count) {
-        peers.emplace_back(contender.name, folder, row.what, milliseconds);
-    }
-    double sum = 0;
-    for (auto& peer : peers) {
-        sum += std::stod(peer.line());
-    }
-    return sum;
+std::string keyOf(int number) {
+    return "key" + std::to_string(number);
 }
 
-void print(const char* title, const Figures& figures, const char* unit, double factor) {
-    std::printf("%-34s", title);
-    const double own = median(figures.at(contenders().front().name));
-    for (const auto& contender : contenders()) {
-        const double value = median(figures.at(contender.name));
-        std::printf("  %12.1f %s (%6.3f)", value * factor, unit, value / own);
+Store ownStore() {
+    const auto settings = UserDefaults::suiteName("bench");
+    if (!settings) {
+        throw std::runtime_error("the suite cannot be opened");
     }
-    std::printf("\n");
-    std::fflush(stdout);
+    return {"orvalo", [=](int key) { return settings->integer(keyOf(key)); },
+            [=](int key, std::int64_t number) { settings->set(number, keyOf(key)); }};
 }
 
-void measureRates(const std::filesystem::path& folder, int rounds, int milliseconds) {
-    for (const auto& row : kRows) {
-        Figures figures;
-        for (int round = 0; round < rounds; ++round) {
-            for (const auto& contender : contenders()) {
-                figures[contender.name].push_back(rate(contender, folder, row, milliseconds));
-            }
+#ifdef ORVALO_BENCH_QSETTINGS
+Store qSettingsStore(const std::filesystem::path& folder) {
+    const auto settings = std::make_shared<QSettings>(
+        QString::fromStdString(folder / "settings.ini"), QSettings::IniFormat);
+    return {"QSettings",
+            [=](int key) {
+                settings->sync();
+                return settings->value(QString::fromStdString(keyOf(key))).toLongLong();
+            },
+            [=](int key, std::int64_t number) {
+                settings->setValue(QString::fromStdString(keyOf(key)),
+                                   static_cast<qlonglong>(number));
+                settings->sync();
+            }};
+}
+#endif
+
+/// Operations in a second.
+double rate(const std::function<void(int)>& operation, double seconds) {
+    const auto begin = monotonicNanoseconds();
+    int count = 0;
+    double passed = 0;
+    while (passed < seconds) {
+        for (int turn = 0; turn < kKeys; ++turn) {
+            operation(count++);
         }
-        print(row.title, figures, "k/s", 1e-3);
+        passed = inSeconds(monotonicNanoseconds() - begin);
     }
-}
-
-/// Seconds from the beginning of each write to the other process's read of it.
-std::vector<double> delays(Store& store, Peer& peer, int writes) {
-    std::vector<double> result;
-    for (int number = 1; number <= writes; ++number) {
-        // QSettings tells two files of one size apart by their times, which have 4 ms between them.
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        const auto began = monotonicNanoseconds();
-        store.write(keyOf(0), number);
-        result.push_back(inSeconds(std::stoll(peer.line()) - began));
-    }
-    return result;
-}
-
-void measureDelays(const std::filesystem::path& folder, int writes) {
-    Figures figures;
-    for (const auto& contender : contenders()) {
-        const auto store = contender.open(folder);
-        store->write(keyOf(0), 0);
-        Peer peer(contender.name, folder, "watch", writes);
-        peer.line();
-        figures[contender.name] = delays(*store, peer, writes);
-    }
-    print("until another process sees a write", figures, "us ", 1e6);
+    return count / passed;
 }
 
 int run(const Options& options) {
     const ScratchFolder folder;
-    makeGSettingsSchema(folder.path());
-    std::printf("%-34s", "median (part of ours)");
-    for (const auto& contender : contenders()) {
-        std::printf("  %25s", contender.name.c_str());
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread.
+    setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
+    std::vector<Store> stores{ownStore()};
+#ifdef ORVALO_BENCH_QSETTINGS
+    stores.push_back(qSettingsStore(folder.path()));
+#endif
+    const double seconds = options.count("--milliseconds") * 1e-3;
+    for (const auto& [name, read, write] : stores) {
+        std::vector<double> reads;
+        std::vector<double> writes;
+        for (int round = 0; round < options.count("--rounds"); ++round) {
+            writes.push_back(rate([&](int count) { write(count % kKeys, count); }, seconds));
+            reads.push_back(rate([&](int count) { read(count % kKeys); }, seconds));
+        }
+        std::printf("%-10s  %8.1f thousand reads/s  %8.1f thousand writes/s\n", name,
+                    median(reads) * 1e-3, median(writes) * 1e-3);
     }
-    std::printf("\n");
-    measureRates(folder.path(), options.count("--rounds"), options.count("--milliseconds"));
-    measureDelays(folder.path(), options.count("--writes"));
     return EXIT_SUCCESS;
 }
 
@@ -120,8 +103,7 @@ int run(const Options& options) {
 int main(int argc, char** argv) {
     using namespace orvalo::bench;
     try {
-        return run(Options(argc, argv,
-                           {{"--rounds", "5"}, {"--milliseconds", "300"}, {"--writes", "50"}}));
+        return run(Options(argc, argv, {{"--rounds", "5"}, {"--milliseconds", "300"}}));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return EXIT_FAILURE;

@@ -2,8 +2,9 @@
 
 #include <glib.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
-#include <utility>
 
 #include "platform/foundation/GLibPointer.h"
 #include "programs/defaults/format/Escaped.h"
@@ -12,120 +13,130 @@ namespace orvalo {
 
 namespace {
 
-using Context = std::unique_ptr<GOptionContext, Release<g_option_context_free>>;
-using GErrorPointer = std::unique_ptr<GError, Release<g_error_free>>;
-using GTexts = std::unique_ptr<char*, Release<g_strfreev>>;
-
-constexpr auto kProgram = "orvalo-defaults";
-
-/// A command's options in the form that GLib takes, and what it found of them.
-class Parser {
-  public:
-    explicit Parser(const CommandSyntax& syntax)
-        : syntax_(syntax), texts_(syntax.options.size()), flags_(syntax.options.size()) {
-        for (std::size_t index = 0; index < syntax.options.size(); ++index) {
-            const auto& option = syntax.options[index];
-            // Bytes as they were typed, whatever the locale.
-            entries_.push_back(
-                {option.name, '\0', 0,
-                 option.argument == nullptr ? G_OPTION_ARG_NONE : G_OPTION_ARG_FILENAME,
-                 option.argument == nullptr ? static_cast<void*>(&flags_[index])
-                                            : static_cast<void*>(&texts_[index]),
-                 option.description, option.argument});
-        }
-        entries_.push_back({"help", 'h', 0, G_OPTION_ARG_NONE, &help_, "Show this help", nullptr});
-        entries_.push_back({G_OPTION_REMAINING, '\0', 0, G_OPTION_ARG_FILENAME_ARRAY, &arguments_,
-                            nullptr, syntax.arguments});
-        entries_.push_back({});
-        g_option_context_set_help_enabled(context_.get(), FALSE);
-        g_option_context_set_summary(context_.get(), syntax.summary);
-        g_option_context_add_main_entries(context_.get(), entries_.data(), nullptr);
-    }
-    ~Parser() {
-        for (auto* text : texts_) {
-            g_free(text);
-        }
-        g_strfreev(arguments_);
-    }
-    Parser(const Parser&) = delete;
-    Parser& operator=(const Parser&) = delete;
-
-    void parse(const std::vector<std::string>& words);
-    CommandLine result() const;
-    std::string help() const {
-        return GText(g_option_context_get_help(context_.get(), TRUE, nullptr)).get();
-    }
-
-  private:
-    const CommandSyntax& syntax_;
-    std::vector<char*> texts_;
-    std::vector<gboolean> flags_;
-    std::vector<GOptionEntry> entries_;
-    gboolean help_ = FALSE;
-    char** arguments_ = nullptr;
-    Context context_{g_option_context_new(nullptr)};
+struct Command {
+    const char* name;
+    const char* arguments;
+    std::size_t fewest;  ///< Arguments.
+    std::size_t most;
+    std::vector<std::string_view> options;
 };
 
-void Parser::parse(const std::vector<std::string>& words) {
-    // The program's name, the words, the end: GLib takes the list as its own.
-    GTexts copy(g_new0(char*, words.size() + 2));
-    copy.get()[0] = g_strdup(syntax_.name);
-    for (std::size_t index = 0; index < words.size(); ++index) {
-        copy.get()[index + 1] = g_strdup(words[index].c_str());
-    }
-    auto* list = copy.release();
-    GError* failure = nullptr;
-    const bool isParsed = g_option_context_parse_strv(context_.get(), &list, &failure) != FALSE;
-    copy.reset(list);
-    if (!isParsed) {
-        const GErrorPointer error(failure);
-        throw BadOption(syntax_.name + (": " + escaped(error->message)) + ".");
-    }
+const std::vector<Command>& commands() {
+    static const std::vector<Command> commands{
+        {"domains", "", 0, 0, {}},
+        {"list", "DOMAIN", 1, 1, {}},
+        {"read", "DOMAIN [KEY]", 1, 2, {"raw"}},
+        {"write", "DOMAIN KEY", 2, 2, {"string", "int", "float", "bool", "date", "data", "json"}},
+        {"delete", "DOMAIN KEY", 1, 2, {"all"}},
+        {"export", "DOMAIN [FILE]", 1, 2, {}},
+        {"import", "DOMAIN [FILE]", 1, 2, {"replace"}}};
+    return commands;
 }
 
-CommandLine Parser::result() const {
-    CommandLine line;
-    line.command = syntax_.name;
-    for (std::size_t index = 0; index < syntax_.options.size(); ++index) {
-        if (texts_[index] != nullptr) {
-            line.options.emplace(syntax_.options[index].name, texts_[index]);
-        } else if (flags_[index] != FALSE) {
-            line.options.emplace(syntax_.options[index].name, "");
+constexpr auto kSummary = R"(Reads and changes the settings that Orvalo and its effect keep.
+
+Commands:
+  domains                 Show the names of the domains, one a line
+  list DOMAIN             Show the keys of a domain, one a line
+  read DOMAIN [KEY]       Show the value of a key, or all of a domain, as JSON
+  write DOMAIN KEY        Set the value of a key, with one of the options below
+  delete DOMAIN KEY       Remove a key, or all keys with --all
+  export DOMAIN [FILE]    Write a domain as JSON to a file or standard output
+  import DOMAIN [FILE]    Set the keys in a JSON file or standard input
+
+A DOMAIN is the name of a store: group.com.Tessaly.audio, which the application shares with its
+effect, or com.tessaly.Orvalo, the application's own. orvalo-defaults(1) tells how JSON holds dates,
+data and infinite numbers.)";
+
+constexpr auto kExamples = R"(Examples:
+  orvalo-defaults read group.com.Tessaly.audio
+  orvalo-defaults write group.com.Tessaly.audio gain --float 0.5
+  orvalo-defaults export group.com.Tessaly.audio settings.json)";
+
+constexpr std::array kOptions{
+    GOptionEntry{"raw", '\0', 0, G_OPTION_ARG_NONE, nullptr,
+                 "read: show a text as it is, not as JSON", nullptr},
+    GOptionEntry{"string", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: a text", "TEXT"},
+    GOptionEntry{"int", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: a whole number of 64 bits",
+                 "N"},
+    GOptionEntry{"float", '\0', 0, G_OPTION_ARG_FILENAME, nullptr,
+                 "write: a number of double precision, inf, -inf or nan", "N"},
+    GOptionEntry{"bool", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: a truth value",
+                 "true|false"},
+    GOptionEntry{"date", '\0', 0, G_OPTION_ARG_FILENAME, nullptr,
+                 "write: a date such as 2026-11-21T08:30:00Z", "DATE"},
+    GOptionEntry{"data", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: data", "BASE64"},
+    GOptionEntry{"json", '\0', 0, G_OPTION_ARG_FILENAME, nullptr,
+                 "write: any value, lists and dictionaries too", "JSON"},
+    GOptionEntry{"all", '\0', 0, G_OPTION_ARG_NONE, nullptr, "delete: remove all keys", nullptr},
+    GOptionEntry{"replace", '\0', 0, G_OPTION_ARG_NONE, nullptr,
+                 "import: remove the keys that the file does not hold", nullptr},
+    GOptionEntry{"version", '\0', 0, G_OPTION_ARG_NONE, nullptr, "Show the version", nullptr}};
+
+void check(const CommandLine& line) {
+    const auto command = std::ranges::find(commands(), line.command, &Command::name);
+    if (command == commands().end()) {
+        throw BadOption(inQuotes(line.command) + " is no command; see orvalo-defaults --help.");
+    }
+    for (const auto& [option, value] : line.options) {
+        if (std::ranges::find(command->options, option) == command->options.end()) {
+            throw BadOption(line.command + " has no option --" + option + ".");
         }
     }
-    for (char** argument = arguments_; argument != nullptr && *argument != nullptr; ++argument) {
-        line.arguments.emplace_back(*argument);
+    if (line.arguments.size() < command->fewest) {
+        throw BadOption(line.command + " wants " + command->arguments + ".");
     }
-    line.wantsHelp = help_ != FALSE;
-    return line;
+    if (line.arguments.size() > command->most) {
+        throw BadOption(line.command + ": " + inQuotes(line.arguments[command->most]) +
+                        " is one argument too many.");
+    }
 }
 
 }  // namespace
 
-CommandLine CommandLine::parse(const CommandSyntax& syntax, const std::vector<std::string>& words) {
-    Parser parser(syntax);
-    parser.parse(words);
-    auto line = parser.result();
-    const auto count = line.arguments.size();
-    if (line.wantsHelp) {
+CommandLine CommandLine::parse(int argc, char** argv) {
+    std::array<char*, kOptions.size()> texts{};
+    std::array<gboolean, kOptions.size()> flags{};
+    char** words = nullptr;
+    std::vector<GOptionEntry> entries(kOptions.begin(), kOptions.end());
+    for (std::size_t index = 0; index < kOptions.size(); ++index) {
+        entries[index].arg_data = entries[index].arg == G_OPTION_ARG_NONE
+                                      ? static_cast<void*>(&flags.at(index))
+                                      : static_cast<void*>(&texts.at(index));
+    }
+    entries.push_back(
+        {G_OPTION_REMAINING, '\0', 0, G_OPTION_ARG_FILENAME_ARRAY, &words, nullptr, "COMMAND ..."});
+    entries.push_back({});
+    const std::unique_ptr<GOptionContext, Release<g_option_context_free>> context(
+        g_option_context_new(nullptr));
+    g_option_context_set_summary(context.get(), kSummary);
+    g_option_context_set_description(context.get(), kExamples);
+    g_option_context_add_main_entries(context.get(), entries.data(), nullptr);
+    GError* failure = nullptr;
+    if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
+        const std::unique_ptr<GError, Release<g_error_free>> error(failure);
+        throw BadOption(escaped(error->message) + ".");
+    }
+    const std::unique_ptr<char*, Release<g_strfreev>> owner(words);
+    CommandLine line;
+    for (std::size_t index = 0; index < kOptions.size(); ++index) {
+        const GText text(texts.at(index));
+        if (text || flags.at(index) != FALSE) {
+            line.options.emplace(entries[index].long_name, text ? text.get() : "");
+        }
+    }
+    if (line.options.erase("version") > 0) {
         return line;
     }
-    if (count < syntax.fewest) {
-        throw BadOption(std::string(syntax.name) + " wants " + syntax.arguments + ".");
+    if (words == nullptr) {
+        throw BadOption("a command is missing; see orvalo-defaults --help.");
     }
-    if (count > syntax.most) {
-        throw BadOption(std::string(syntax.name) + ": " + inQuotes(line.arguments[syntax.most]) +
-                        " is one argument too many.");
+    line.command = *words;
+    for (char** word = words + 1; *word != nullptr; ++word) {
+        line.arguments.emplace_back(*word);
     }
+    check(line);
     return line;
-}
-
-std::string helpOf(const CommandSyntax& syntax) {
-    // Which the help begins with, and messages later.
-    g_set_prgname((std::string(kProgram) + " " + syntax.name).c_str());
-    auto text = Parser(syntax).help();
-    g_set_prgname(kProgram);
-    return text;
 }
 
 }  // namespace orvalo

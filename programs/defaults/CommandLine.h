@@ -1,28 +1,33 @@
 #pragma once
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "programs/defaults/CommandSyntax.h"
-
 namespace orvalo {
 
-/// What follows a command's name, sorted into options and arguments. "--" ends the options.
-struct CommandLine {
-    std::string command;
-    std::map<std::string, std::string, std::less<>> options;  ///< "" for what takes no argument.
-    std::vector<std::string> arguments;                       ///< As many as the syntax takes.
-    bool wantsHelp = false;                                   ///< --help: all else may be missing.
-
-    bool has(std::string_view option) const { return options.contains(option); }
-
-    /// Throws BadOption.
-    static CommandLine parse(const CommandSyntax& syntax, const std::vector<std::string>& words);
+/// A command line that makes no sense; its text is one line that names the culprit.
+class BadOption : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
 };
 
-/// The help of one command.
-std::string helpOf(const CommandSyntax& syntax);
+/// The command line of orvalo-defaults. "--" ends the options.
+struct CommandLine {
+    std::string command;                                      ///< Empty for --version.
+    std::vector<std::string> arguments;                       ///< As many as the command takes.
+    std::map<std::string, std::string, std::less<>> options;  ///< "" for those without a value.
+
+    bool has(std::string_view option) const { return options.contains(option); }
+    /// The second argument, or else the other text.
+    std::string second(const std::string& otherwise) const {
+        return arguments.size() > 1 ? arguments[1] : otherwise;
+    }
+
+    /// --help prints the help and ends the program. Throws BadOption.
+    static CommandLine parse(int argc, char** argv);
+};
 
 }  // namespace orvalo

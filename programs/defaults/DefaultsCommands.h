@@ -1,12 +1,12 @@
 #pragma once
 
-#include "programs/defaults/DefaultsOptions.h"
+#include "programs/defaults/CommandLine.h"
 
 namespace orvalo {
 
-/// Does what the options ask. Throws BadOption for a name that no domain can have, NSError or
-/// FormatError when it cannot be done; all settings are as they were then, and the error's text is
-/// one line that names the culprit.
-void runDefaultsCommand(const DefaultsOptions& options);
+/// Runs the command. Throws BadOption for a command line that makes no sense, another
+/// std::exception when the command fails; it changes nothing then. The text is one line that names
+/// the culprit.
+void runDefaultsCommand(const CommandLine& line);
 
 }  // namespace orvalo

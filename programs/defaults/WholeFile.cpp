@@ -1,17 +1,15 @@
 #include "programs/defaults/WholeFile.h"
 
-#include <fcntl.h>
-#include <unistd.h>
+#include <glib.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <system_error>
-#include <utility>
+#include <memory>
+#include <stdexcept>
 
-#include "platform/foundation/NSError.h"
+#include "platform/foundation/GLibPointer.h"
+#include "programs/defaults/format/Escaped.h"
 
 namespace orvalo {
 
@@ -19,111 +17,54 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
-
-/// An open file; its name is for messages. Everything throws NSError.
-class Descriptor {
-  public:
-    Descriptor(int number, std::string name) : number_(number), name_(std::move(name)) {
-        if (number_ < 0) {
-            fail(errno);
-        }
-    }
-    ~Descriptor() {
-        if (number_ > STDERR_FILENO) {
-            close(number_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    /// Some bytes; 0 at the end.
-    std::size_t read(char* bytes, std::size_t size) const {
-        return checked([&] { return ::read(number_, bytes, size); });
-    }
-    void writeAll(std::string_view text) const {
-        while (!text.empty()) {
-            text.remove_prefix(checked([&] { return ::write(number_, text.data(), text.size()); }));
-        }
-    }
-    /// Has what was written survive whatever happens.
-    void sync() const {
-        checked([&]() -> ssize_t { return fsync(number_); });
-    }
-    [[noreturn]] void fail(int error) const { throw NSError::posix(error, name_); }
-
-  private:
-    template <typename Call>
-    std::size_t checked(const Call& call) const {
-        ssize_t count = call();
-        while (count < 0 && errno == EINTR) {
-            count = call();
-        }
-        if (count < 0) {
-            fail(errno);
-        }
-        return static_cast<std::size_t>(count);
-    }
-
-    int number_;
-    std::string name_;
-};
-
-int openedFile(const std::string& path, int flags) {
-    return open(path.c_str(), flags | O_CLOEXEC);
+[[noreturn]] void fail(GError* error) {
+    const std::unique_ptr<GError, Release<g_error_free>> owner(error);
+    throw std::runtime_error(escaped(error->message) + ".");
 }
 
-/// Whether a file can take the place of what is at the path; not that of a link to nowhere.
-bool canBeReplaced(const std::string& path) {
-    std::error_code ignored;
-    const auto status = fs::status(path, ignored);
-    return path != "-" &&
-           (fs::is_regular_file(status) || (!fs::exists(status) && !fs::is_symlink(path, ignored)));
-}
-
-void replaceFile(const std::string& path, std::string_view text) {
-    // Of a link, what it leads to.
-    std::error_code ignored;
-    const auto place =
-        fs::is_symlink(path, ignored) ? fs::weakly_canonical(path, ignored).string() : path;
-    auto other = place + ".XXXXXX";
-    const Descriptor file(mkostemp(other.data(), O_CLOEXEC), path);  // For its owner's eyes only.
-    try {
-        file.writeAll(text);
-        file.sync();
-        if (rename(other.c_str(), place.c_str()) != 0) {
-            file.fail(errno);
-        }
-    } catch (const NSError&) {
-        unlink(other.c_str());
-        throw;
+void writeTo(std::FILE* stream, const std::string& name, const std::string& text) {
+    if (stream == nullptr || std::fwrite(text.data(), 1, text.size(), stream) != text.size() ||
+        std::fflush(stream) != 0) {
+        throw std::runtime_error(escaped(name) + ": " + g_strerror(errno) + ".");
     }
 }
 
 }  // namespace
 
 std::string readWholeFile(const std::string& path) {
-    const auto file = path == "-" ? Descriptor(STDIN_FILENO, "standard input")
-                                  : Descriptor(openedFile(path, O_RDONLY), path);
-    std::string text;
-    std::array<char, 65536> piece{};
-    while (const auto count = file.read(piece.data(), piece.size())) {
-        if (text.size() + count > kMostBytes) {
-            file.fail(EFBIG);
-        }
-        text.append(piece.data(), count);
+    char* contents = nullptr;
+    gsize size = 0;
+    GError* error = nullptr;
+    if (g_file_get_contents(path == "-" ? "/dev/stdin" : path.c_str(), &contents, &size, &error) ==
+        FALSE) {
+        fail(error);
     }
-    return text;
+    const GText owner(contents);
+    return {contents, size};
 }
 
-void writeWholeFile(const std::string& path, std::string_view text) {
-    if (canBeReplaced(path)) {
-        replaceFile(path, text);
+void writeWholeFile(const std::string& path, const std::string& text) {
+    if (path == "-") {
+        writeTo(stdout, "standard output", text);
         return;
     }
-    const auto file = path == "-" ? Descriptor(STDOUT_FILENO, "standard output")
-                                  : Descriptor(openedFile(path, O_WRONLY), path);
-    file.writeAll(text);
+    std::error_code ignored;
+    const bool isNew = !fs::exists(path, ignored) && !fs::is_symlink(path, ignored);
+    if (!isNew && !fs::is_regular_file(path, ignored)) {
+        const std::unique_ptr<std::FILE, Release<std::fclose>> file(std::fopen(path.c_str(), "r+"));
+        writeTo(file.get(), path, text);
+        return;
+    }
+    constexpr int ownerOnly = 0600;
+    GError* error = nullptr;
+    // GLib would replace a link.
+    if (g_file_set_contents_full(isNew ? path.c_str() : fs::canonical(path).c_str(), text.data(),
+                                 static_cast<gssize>(text.size()),
+                                 static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
+                                                                    G_FILE_SET_CONTENTS_DURABLE),
+                                 ownerOnly, &error) == FALSE) {
+        fail(error);
+    }
 }
 
 }  // namespace orvalo

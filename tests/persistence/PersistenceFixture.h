@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "persistence/PersistentAppData.h"
-#include "persistence/UserDefaultsViews.h"
 #include "tests/programs/play/Program.h"
 
 namespace orvalo::testing {

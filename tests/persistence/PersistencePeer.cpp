@@ -21,7 +21,6 @@
 #include <vector>
 
 #include "persistence/PersistentAppData.h"
-#include "persistence/UserDefaultsViews.h"
 #include "platform/foundation/Print.h"
 #include "support/FileLocations.h"
 

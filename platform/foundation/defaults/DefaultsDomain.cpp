@@ -2,155 +2,147 @@
 
 #include <glib.h>
 
-#include <iterator>
-#include <memory>
-#include <span>
 #include <utility>
-#include <vector>
 
 #include "platform/foundation/NSError.h"
-#include "platform/foundation/defaults/DefaultsDomains.h"
 #include "platform/foundation/defaults/PropertyListCoding.h"
-#include "platform/foundation/defaults/PropertyListError.h"
 
 namespace orvalo {
 
 namespace {
 
-void checkKey(const std::string& key) {
+constexpr int kMostAttempts = 3;
+
+BinaryEntry encoded(const std::string& key, const std::optional<PropertyList>& value) {
     if (g_utf8_validate_len(key.data(), key.size(), nullptr) == FALSE) {
         throw propertyListError("its key is not UTF-8 or holds a NUL");
     }
+    return {key, value ? std::optional(binaryPropertyList(*value)) : std::nullopt};
 }
 
 }  // namespace
 
-std::shared_ptr<DefaultsDomain> DefaultsDomain::of(const std::string& path) {
-    return DefaultsDomains::shared().domain(path);
-}
-
-DefaultsDomain::DefaultsDomain(std::string path) : storage_(std::move(path)) {}
-
-DefaultsDomain::~DefaultsDomain() = default;
-
-void DefaultsDomain::open() {
-    const std::lock_guard storageLock(storageMutex_);
-    auto update = storage_.refresh();
-    const std::lock_guard lock(entriesMutex_);
-    apply(std::move(update));
-}
-
-std::shared_lock<std::shared_mutex> DefaultsDomain::freshEntries() {
-    std::shared_lock lock(entriesMutex_);
-    if (!isFresh()) {
-        lock.unlock();
-        refresh();
-        lock.lock();
+DefaultsFile& DefaultsDomain::file() {
+    if (!file_ || !file_->isInPlace()) {
+        file_.reset();
+        version_.reset();
+        file_ = DefaultsFile::open(path_);
     }
-    return lock;
+    return *file_;
+}
+
+template <typename Operation>
+void DefaultsDomain::retryAfterDamage(const Operation& operation) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            operation();
+            return;
+        } catch (const SQLiteError& error) {
+            if (!error.isDamage() || attempt == kMostAttempts) {
+                throw;
+            }
+            file_.reset();  // To open it again sets a damaged file aside.
+        }
+    }
 }
 
 void DefaultsDomain::refresh() {
-    const std::lock_guard storageLock(storageMutex_);
-    {
-        const std::shared_lock lock(entriesMutex_);
-        if (isFresh()) {
-            return;
+    retryAfterDamage([this] {
+        // Before the entries: a write in between is read once more.
+        const auto version = file().dataVersion();
+        if (version_ != version) {
+            entries_ = file_->entries();
+            version_ = version;
         }
-    }
+        if (file_->isSnapshot()) {
+            file_.reset();
+        }
+    });
+}
+
+void DefaultsDomain::refreshOrWarn() {
     try {
-        auto update = storage_.refresh();
-        const std::lock_guard lock(entriesMutex_);
-        apply(std::move(update));
+        refresh();
         lastTrouble_.clear();
     } catch (const NSError& error) {
         if (std::exchange(lastTrouble_, error.what()) != error.what()) {
-            g_warning("The settings in %s cannot be read: %s.", storage_.path().c_str(),
-                      error.what());
+            g_warning("The settings in %s cannot be read: %s.", path_.c_str(), error.what());
         }
     }
 }
 
-void DefaultsDomain::apply(DefaultsStorage::Update&& update) {
-    if (update.changes.isWhole) {
-        entries_.clear();
-    }
-    for (auto& [key, value] : update.changes.entries) {
-        if (value) {
-            entries_.insert_or_assign(std::move(key), std::move(*value));
-        } else {
-            entries_.erase(key);
+void DefaultsDomain::open() {
+    const std::lock_guard lock(mutex_);
+    try {
+        refresh();
+    } catch (const SQLiteError& error) {
+        if (!error.isBusy()) {
+            throw;
         }
+        lastTrouble_ = error.what();
+        g_warning("The settings in %s cannot be read yet: %s.", path_.c_str(), error.what());
     }
-    counter_ = std::move(update.counter);
-    count_ = (update.count & 1U) != 0 ? 1 : update.count;
+}
+
+std::optional<PropertyList> DefaultsDomain::value(std::string_view key) {
+    const std::lock_guard lock(mutex_);
+    refreshOrWarn();
+    const auto found = entries_.find(key);
+    return found == entries_.end() ? std::nullopt : std::optional(found->second);
+}
+
+PropertyList::Dictionary DefaultsDomain::entries() {
+    const std::lock_guard lock(mutex_);
+    refresh();
+    return {entries_.begin(), entries_.end()};
 }
 
 void DefaultsDomain::addTo(PropertyList::Dictionary& dictionary) {
-    const auto lock = freshEntries();
-    for (const auto& [key, value] : entries_) {
-        dictionary.emplace(key, value);
-    }
+    const std::lock_guard lock(mutex_);
+    refreshOrWarn();
+    dictionary.insert(entries_.begin(), entries_.end());
 }
 
 void DefaultsDomain::set(std::string_view key, const std::optional<PropertyList>& value) {
-    DefaultsChanges::Entry entry{std::string(key), value};
+    const std::string name(key);
     try {
-        checkKey(entry.key);
-        const auto bytes = value ? binaryPropertyList(*value) : Data();
-        const std::lock_guard storageLock(storageMutex_);
-        auto update = storage_.put(
-            entry.key, value ? std::optional(std::span<const std::uint8_t>(bytes)) : std::nullopt);
-        update.changes.entries.push_back(std::move(entry));
-        const std::lock_guard lock(entriesMutex_);
-        apply(std::move(update));
+        std::vector<BinaryEntry> entries;
+        entries.push_back(encoded(name, value));
+        const std::lock_guard lock(mutex_);
+        store(entries, false);
+        if (value) {
+            entries_.insert_or_assign(name, *value);
+        } else {
+            entries_.erase(name);
+        }
     } catch (const NSError& error) {
-        g_warning("'%s' in %s stays as it was: %s.", entry.key.c_str(), storage_.path().c_str(),
-                  error.what());
+        g_warning("'%s' in %s stays as it was: %s.", name.c_str(), path_.c_str(), error.what());
     }
 }
 
-void DefaultsDomain::change(DefaultsChanges changes) {
-    std::vector<Data> values;
-    values.reserve(changes.entries.size());
+void DefaultsDomain::change(const Changes& changes, bool replacesAll) {
     std::vector<BinaryEntry> entries;
-    for (const auto& [key, value] : changes.entries) {
+    for (const auto& [key, value] : changes) {
         try {
-            checkKey(key);
-            values.push_back(value ? binaryPropertyList(*value) : Data());
+            entries.push_back(encoded(key, value));
         } catch (const NSError& error) {
             throw propertyListError("'" + key + "': " + error.what());
         }
-        entries.push_back({key, value ? std::optional<std::span<const std::uint8_t>>(values.back())
-                                      : std::nullopt});
     }
-    const std::lock_guard storageLock(storageMutex_);
-    auto update = storage_.putAll(entries, changes.isWhole);
-    if (changes.isWhole) {
-        update.changes = std::move(changes);
-    } else {
-        auto& all = update.changes.entries;
-        all.insert(all.end(), std::move_iterator(changes.entries.begin()),
-                   std::move_iterator(changes.entries.end()));
-    }
-    const std::lock_guard lock(entriesMutex_);
-    apply(std::move(update));
+    const std::lock_guard lock(mutex_);
+    store(entries, replacesAll);
+    version_.reset();
 }
 
-void DefaultsDomain::beginFork() {
-    storageMutex_.lock();
-    storage_.close();
-    entriesMutex_.lock();
-}
-
-void DefaultsDomain::endFork(bool isChild) {
-    if (isChild) {
-        // A lock for reading and writing knows its writer by a number that the child does not have.
-        std::construct_at(&entriesMutex_);
-    } else {
-        entriesMutex_.unlock();
+void DefaultsDomain::store(const std::vector<BinaryEntry>& entries, bool replacesAll) {
+    if (file_ && file_->isReadOnly()) {
+        file_.reset();  // It may be writable by now.
     }
-    storageMutex_.unlock();
+    retryAfterDamage([&] {
+        do {
+            file().change(entries, replacesAll);
+        } while (!file_->isInPlace());
+    });
 }
 
 }  // namespace orvalo

@@ -15,7 +15,7 @@ namespace orvalo {
 namespace {
 
 constexpr std::string_view kSuffix = ".sqlite";
-// SQLite and the setting aside of a damaged file add to a name.
+// SQLite and a damaged file's new name add to a name.
 constexpr std::size_t kRoomForSuffixes = 64;
 
 std::filesystem::path suiteFolder() {

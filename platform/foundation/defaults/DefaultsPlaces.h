@@ -12,15 +12,15 @@ namespace orvalo {
 /// the bundle states none. Any thread.
 const std::string& ownDomainName();
 
-/// Why a suite of this name is refused, as a sentence; nothing when it is not.
+/// The reason why a suite of this name is refused, as a sentence; absent when the name is good.
 std::optional<std::string> suiteNameTrouble(std::string_view name);
 
-/// <user's configuration>/<own domain>/defaults.sqlite. The user's configuration is
-/// $XDG_CONFIG_HOME where that is an absolute path, else ~/.config.
+/// <user's configuration>/<own domain>/defaults.sqlite.
 std::filesystem::path ownDomainFile();
-/// <user's configuration>/orvalo-suites/<name>.sqlite. name: one without suiteNameTrouble().
+/// <user's configuration>/orvalo-suites/<name>.sqlite. The name has no
+/// suiteNameTrouble().
 std::filesystem::path suiteFile(std::string_view name);
-/// The suites that the user has, in the order of their names.
+/// The names of the user's suites, sorted.
 std::vector<std::string> suiteNames();
 
 }  // namespace orvalo

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cinttypes>
 #include <cstddef>
-#include <cstdio>
 
 #include "platform/foundation/defaults/PropertyListDate.h"
 
@@ -43,7 +41,7 @@ std::string shortest(Float number) {
 }
 
 std::string textOf(double number) {
-    // IEEE 754 has what is out of a float's range become infinite.
+    // A number out of a float's range becomes infinite.
     const auto narrow = static_cast<float>(number);
     return narrow == number ? shortest(narrow) : shortest(number);
 }
@@ -59,14 +57,15 @@ std::string textOf(const Data& data) {
 }
 
 std::string textOf(PropertyList::Date date) {
-    const auto fields = fieldsOf(date);
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%04" PRId64 "-%02u-%02u %02d:%02d:%02d +0000",
-                  fields.year, fields.month, fields.day, fields.hour, fields.minute, fields.second);
-    return text.data();
+    const auto dateTime = dateTimeOf(date);
+    if (!dateTime) {
+        return "a date outside the years 1 to 9999";
+    }
+    // Unlike %Y, %C%y always has four digits.
+    return GText(g_date_time_format(dateTime.get(), "%C%y-%m-%d %H:%M:%S +0000")).get();
 }
 
-/// Writes a value behind what stands; depth: how many lists and dictionaries it lies in.
+/// Appends a value to the text; depth: how many lists and dictionaries it lies in.
 class Describer {
   public:
     Describer(std::string& text, std::size_t depth) : text_(text), depth_(depth) {}
@@ -113,8 +112,6 @@ class Describer {
 };
 
 }  // namespace
-
-PropertyList::PropertyList(Date value) : value_(dateOf(secondsOf(value)).value_or(value)) {}
 
 std::string description(const PropertyList& value) {
     std::string text;

@@ -14,14 +14,11 @@
 
 namespace orvalo {
 
-/// A value as settings have it: a truth value, a number, a text, data, a date, or a list or a
-/// dictionary of such values. A value type; converts from each of its kinds.
+/// A value of the settings: a truth value, a number, a text, data, a date, or a list or a
+/// dictionary of such values. Converts from each of its kinds.
 class PropertyList {
   public:
-    /// Microseconds of the system's clock. A property list counts them as seconds of double
-    /// precision around 2001: so each from 1729 to 2272 is kept, and one further off becomes the
-    /// nearest that such a number holds. Stored is none that is further than 291,536 years from
-    /// 2001.
+    /// UTC. Only the years 1 to 9999 can be stored.
     using Date = std::chrono::sys_time<std::chrono::microseconds>;
     using List = std::vector<PropertyList>;
     using Dictionary = std::map<std::string, PropertyList, std::less<>>;
@@ -36,14 +33,14 @@ class PropertyList {
              (std::signed_integral<Integer> || sizeof(Integer) < sizeof(std::int64_t)))
         PropertyList(Integer value)
         : value_(std::int64_t{value}) {}
-    /// Floats of both widths are one kind, which holds them exactly.
+    /// Floats of both widths become one kind, which holds them exactly.
     template <std::floating_point Float>
     requires(sizeof(Float) <= sizeof(double)) PropertyList(Float value) : value_(double{value}) {}
     PropertyList(std::string value) : value_(std::move(value)) {}
     PropertyList(std::string_view value) : value_(std::string(value)) {}
     PropertyList(const char* value) : value_(std::string(value)) {}
     PropertyList(Data value) : value_(std::move(value)) {}
-    PropertyList(Date value);
+    PropertyList(Date value) : value_(value) {}
     PropertyList(List value) : value_(std::move(value)) {}
     PropertyList(Dictionary value) : value_(std::move(value)) {}
 
@@ -63,12 +60,12 @@ class PropertyList {
     Value value_;
 };
 
-/// The textual form, as the platform has it: a truth value is 1 or 0, a number has as few digits as
-/// tell it from others of its width (32 bits where those hold it exactly, as property lists store
-/// it), a text stands as it is, data is "{length = 2, bytes = 0x0a1b}", a date
-/// "2001-01-01 00:00:00 +0000" (whole seconds). A list stands in round brackets, a dictionary in
-/// curly ones, with an element a line, indented by four blanks a level; a text in them is in
-/// quotation marks unless it consists of ASCII letters, digits and "_$/:." alone.
+/// The textual form, after the platform's. A truth value is 1 or 0. A number has the fewest digits
+/// that tell it from others of its width, which is 32 bits where those hold it exactly. A text
+/// stands as it is; data is "{length = 2, bytes = 0x0a1b}"; a date is "2001-01-01 00:00:00 +0000".
+/// A list stands in round brackets, a dictionary in curly ones, with an element a line, indented by
+/// four blanks a level; a text in them is quoted unless it consists of ASCII letters, digits and
+/// "_$/:.".
 std::string description(const PropertyList& value);
 
 }  // namespace orvalo

@@ -2,45 +2,25 @@
 
 #include <glib.h>
 
-#include <charconv>
 #include <cmath>
 #include <limits>
-#include <system_error>
 
 namespace orvalo {
 
 namespace {
 
-constexpr const char* kBlanks = " \t\n\r\v\f";
-
-std::string_view withoutBlanks(std::string_view text) {
-    const auto begin = text.find_first_not_of(kBlanks);
+/// The text without its leading blanks.
+std::string_view trimmed(std::string_view text) {
+    const auto begin = text.find_first_not_of(" \t\n\r\v\f");
     return begin == std::string_view::npos ? std::string_view() : text.substr(begin);
 }
 
-/// The number that a text begins with, in decimal digits.
-template <typename Number>
-Number leading(std::string_view text) {
-    text = withoutBlanks(text);
-    const bool isNegative = text.starts_with('-');
-    if (isNegative || text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    if (text.empty() || (text.front() != '.' && g_ascii_isdigit(text.front()) == 0)) {
-        return 0;
-    }
-    const auto signedText = (isNegative ? "-" : "") + std::string(text);
-    Number number{};
-    const auto result =
-        std::from_chars(signedText.data(), signedText.data() + signedText.size(), number);
-    if (result.ec != std::errc::result_out_of_range) {
-        return number;
-    }
-    if constexpr (std::numeric_limits<Number>::has_infinity) {
-        // It may be too small as well as too large.
-        return g_ascii_strtod(signedText.c_str(), nullptr);
-    }
-    return isNegative ? std::numeric_limits<Number>::min() : std::numeric_limits<Number>::max();
+/// The decimal number at the beginning of a text; 0 without one.
+double leadingNumber(std::string_view text) {
+    text = trimmed(text);
+    // g_ascii_strtod() would also take "0x10", "nan" and "infinity".
+    return g_ascii_strtod(
+        std::string(text.substr(0, text.find_first_not_of("0123456789+-.eE"))).c_str(), nullptr);
 }
 
 std::int64_t truncated(double number) {
@@ -78,7 +58,7 @@ std::int64_t integerOf(const PropertyList& value) {
         return *truth ? 1 : 0;
     }
     const auto* text = value.as<std::string>();
-    return text != nullptr ? leading<std::int64_t>(*text) : 0;
+    return text != nullptr ? g_ascii_strtoll(text->c_str(), nullptr, 10) : 0;
 }
 
 double doubleOf(const PropertyList& value) {
@@ -86,7 +66,7 @@ double doubleOf(const PropertyList& value) {
         return *number;
     }
     if (const auto* text = value.as<std::string>()) {
-        return leading<double>(*text);
+        return leadingNumber(*text);
     }
     return static_cast<double>(integerOf(value));
 }
@@ -95,7 +75,7 @@ float floatOf(const PropertyList& value) {
     if (const auto* integer = value.as<std::int64_t>()) {
         return static_cast<float>(*integer);
     }
-    // IEEE 754 has what is out of a float's range become infinite.
+    // A number out of a float's range becomes infinite.
     return static_cast<float>(doubleOf(value));
 }
 
@@ -110,7 +90,7 @@ bool truthOf(const PropertyList& value) {
     if (text == nullptr) {
         return integerOf(value) != 0;
     }
-    auto rest = withoutBlanks(*text);
+    auto rest = trimmed(*text);
     if (rest.starts_with('+') || rest.starts_with('-')) {
         rest.remove_prefix(1);
     }

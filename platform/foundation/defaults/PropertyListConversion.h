@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-/// What a setting's value counts as where another kind is asked for: see UserDefaults.
+/// A value of any kind as one of another kind. UserDefaults states the rules.
 std::optional<std::string> textOf(const PropertyList& value);
 std::int64_t integerOf(const PropertyList& value);
 float floatOf(const PropertyList& value);

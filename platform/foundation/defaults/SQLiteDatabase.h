@@ -4,47 +4,78 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/defaults/SQLiteStatement.h"
+#include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
-/// One connection to a database. One thread at a time.
+/// A failure of SQLite: domain "SQLite", its extended result code and the reason.
+class SQLiteError : public NSError {
+  public:
+    SQLiteError(int code, const std::string& localizedDescription);
+    /// The last failure of a connection. The system's reason, where SQLite's text hides it.
+    static SQLiteError last(sqlite3* connection);
+
+    /// The content of the file is damaged.
+    bool isDamage() const;
+    /// Another process holds the lock.
+    bool isBusy() const;
+    /// A file could not be opened or made, or only for reading.
+    bool isRefusedOpen() const;
+    /// SQLite found no place for the log or its index: the disk is full or read-only.
+    bool isWantOfPlace() const;
+};
+
+/// A prepared statement. Text and data bound to it must live until reset(). Throws SQLiteError.
+class SQLiteStatement {
+  public:
+    explicit SQLiteStatement(sqlite3_stmt* statement) : statement_(statement) {}
+
+    void bind(int index, std::string_view text);
+    void bind(int index, std::span<const std::uint8_t> data);
+
+    /// Whether there is a further row.
+    bool step();
+    /// Runs the statement to its end and makes it ready for the next run.
+    void finish();
+    /// Ends the current run, which holds locks until then.
+    void reset() noexcept { sqlite3_reset(statement_.get()); }
+
+    std::int64_t integer(int column) const;
+    std::string_view text(int column) const;
+    std::span<const std::uint8_t> data(int column) const;
+
+  private:
+    std::unique_ptr<sqlite3_stmt, Release<sqlite3_finalize>> statement_;
+};
+
+/// A connection to a database. One thread at a time. Throws SQLiteError.
 ///
-/// Whoever opens a file otherwise and closes it again, in the same process, takes the locks of
-/// every connection to it away; so nobody may.
+/// No other code may open and close the same file in this process: that would drop the connection's
+/// POSIX locks.
 class SQLiteDatabase {
   public:
     enum class Access {
-        shared,    ///< With all who have it open; for reading alone where it cannot be written.
-        alone,     ///< For reading; the file has no log beside it, and nobody writes to it.
-        ownIndex,  ///< For reading, with the log's index in memory; nobody writes to either file.
+        shared,    ///< Together with other processes; read-only where the file is.
+        alone,     ///< Read-only; no log beside the file and no writer.
+        ownIndex,  ///< Read-only, the log's index in memory; no writer.
     };
 
-    /// Opens an existing file. Throws SQLiteError, as every operation does.
+    /// Opens an existing file.
     explicit SQLiteDatabase(const std::string& path, Access access = Access::shared);
 
     bool isReadOnly() const;
-    void run(const char* statements);
-    /// The integer that a query yields in its first row; 0 without a row.
-    std::int64_t integer(const char* query);
-    SQLiteStatement prepare(const char* statement);
-    /// The number of the row that was inserted last.
-    std::int64_t lastRow() const;
-
-    /// How many pages the log holds, as of this connection's last write.
-    int logPages() const { return *logPages_; }
-    /// Moves the log's pages into the database, as far as no reader is in the way.
-    void checkpoint();
-    /// Waits for the readers, for as long as the next wait may last, and begins the log anew.
-    void shortenLog();
-    /// How long statements wait for another's lock, in ms.
-    void setPatience(int milliseconds);
+    /// Runs statements, separated by semicolons.
+    void run(const std::string& statements);
+    /// The integer in the first row of a query; 0 without a row.
+    std::int64_t integer(const std::string& query);
+    SQLiteStatement prepare(const std::string& statement);
 
   private:
-    std::unique_ptr<int> logPages_;
     std::unique_ptr<sqlite3, Release<sqlite3_close_v2>> connection_;
 };
 

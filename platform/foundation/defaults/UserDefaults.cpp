@@ -2,32 +2,70 @@
 
 #include <glib.h>
 
+#include <algorithm>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DefaultsDomain.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "platform/foundation/defaults/PropertyListConversion.h"
-#include "platform/foundation/defaults/SearchList.h"
 
 namespace orvalo {
 
 namespace {
 
-/// The domain of a suite, opened; null, with the reason on standard error, when it is refused.
+/// The suites that the standard store searches behind its own domain.
+class SearchList {
+  public:
+    using Suite = std::pair<std::string, std::shared_ptr<DefaultsDomain>>;
+
+    static SearchList& shared() {
+        // Never destroyed: threads may still use it while the process ends.
+        static auto& list = *new SearchList;
+        return list;
+    }
+
+    std::vector<Suite> suites() const {
+        const std::lock_guard lock(mutex_);
+        return suites_;
+    }
+    bool holds(std::string_view name) const {
+        const std::lock_guard lock(mutex_);
+        return std::ranges::find(suites_, name, &Suite::first) != suites_.end();
+    }
+    void add(std::string_view name, std::shared_ptr<DefaultsDomain> domain) {
+        const std::lock_guard lock(mutex_);
+        if (std::ranges::find(suites_, name, &Suite::first) == suites_.end()) {
+            suites_.emplace_back(name, std::move(domain));
+        }
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    std::vector<Suite> suites_;
+};
+
+/// The opened domain of a suite; null, with the reason on standard error, when it is refused.
 std::shared_ptr<DefaultsDomain> suite(std::string_view name) {
     if (const auto trouble = suiteNameTrouble(name)) {
         g_warning("%s", trouble->c_str());
         return nullptr;
     }
+    const auto file = suiteFile(name).string();
     try {
-        auto domain = DefaultsDomain::of(suiteFile(name).string());
+        auto domain = std::make_shared<DefaultsDomain>(file);
         domain->open();
         return domain;
+    } catch (const SQLiteError& error) {
+        // SQLite's text names no file.
+        g_warning("The suite '%s' cannot be opened: %s: %s.", std::string(name).c_str(),
+                  file.c_str(), error.what());
     } catch (const NSError& error) {
         g_warning("The suite '%s' cannot be opened: %s.", std::string(name).c_str(), error.what());
-        return nullptr;
     }
+    return nullptr;
 }
 
 }  // namespace
@@ -36,9 +74,9 @@ UserDefaults::UserDefaults(std::shared_ptr<DefaultsDomain> domain, bool isStanda
     : domain_(std::move(domain)), isStandard_(isStandard) {}
 
 const std::shared_ptr<UserDefaults>& UserDefaults::standard() {
-    // Never destroyed: threads may still ask for it while the process ends.
+    // Never destroyed: threads may still use it while the process ends.
     static const auto& standard = *new const std::shared_ptr<UserDefaults>(
-        new UserDefaults(SearchList::shared().own(), true));
+        new UserDefaults(std::make_shared<DefaultsDomain>(ownDomainFile().string()), true));
     return standard;
 }
 
@@ -48,7 +86,7 @@ std::shared_ptr<UserDefaults> UserDefaults::suiteName(std::string_view name) {
                   : nullptr;
 }
 
-// The list is the process's, whoever is asked to add to it.
+// The list belongs to the process.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void UserDefaults::addSuiteNamed(std::string_view name) {
     auto& list = SearchList::shared();
@@ -77,24 +115,25 @@ void UserDefaults::removeObject(std::string_view forKey) {
     domain_->set(forKey, std::nullopt);
 }
 
-template <typename Result>
-Result UserDefaults::converted(std::string_view key,
-                               Result (*conversion)(const PropertyList&)) const {
-    Result result{};
-    const auto look = [&](DefaultsDomain& domain) {
-        return domain.visit(key, [&](const PropertyList& value) { result = conversion(value); });
-    };
-    if (isStandard_) {
-        SearchList::shared().look(look);
-    } else {
-        look(*domain_);
+template <typename Operation>
+void UserDefaults::search(const Operation& operation) const {
+    if (operation(*domain_) || !isStandard_) {
+        return;
     }
-    return result;
+    for (const auto& [name, domain] : SearchList::shared().suites()) {
+        if (operation(*domain)) {
+            return;
+        }
+    }
 }
 
 std::optional<PropertyList> UserDefaults::object(std::string_view forKey) const {
-    return converted<std::optional<PropertyList>>(
-        forKey, [](const PropertyList& value) { return std::optional(value); });
+    std::optional<PropertyList> value;
+    search([&](DefaultsDomain& domain) {
+        value = domain.value(forKey);
+        return value.has_value();
+    });
+    return value;
 }
 
 std::optional<PropertyList> UserDefaults::value(std::string_view forKey) const {
@@ -102,40 +141,41 @@ std::optional<PropertyList> UserDefaults::value(std::string_view forKey) const {
 }
 
 std::optional<std::string> UserDefaults::string(std::string_view forKey) const {
-    return converted(forKey, textOf);
+    const auto value = object(forKey);
+    return value ? textOf(*value) : std::nullopt;
 }
 
 std::int64_t UserDefaults::integer(std::string_view forKey) const {
-    return converted(forKey, integerOf);
+    const auto value = object(forKey);
+    return value ? integerOf(*value) : 0;
 }
 
 float UserDefaults::float_(std::string_view forKey) const {
-    return converted(forKey, floatOf);
+    const auto value = object(forKey);
+    return value ? floatOf(*value) : 0;
 }
 
 double UserDefaults::double_(std::string_view forKey) const {
-    return converted(forKey, doubleOf);
+    const auto value = object(forKey);
+    return value ? doubleOf(*value) : 0;
 }
 
 bool UserDefaults::bool_(std::string_view forKey) const {
-    return converted(forKey, truthOf);
+    const auto value = object(forKey);
+    return value ? truthOf(*value) : false;
 }
 
 std::optional<URL> UserDefaults::url(std::string_view forKey) const {
-    return converted(forKey, addressOf);
+    const auto value = object(forKey);
+    return value ? addressOf(*value) : std::nullopt;
 }
 
 PropertyList::Dictionary UserDefaults::dictionaryRepresentation() const {
     PropertyList::Dictionary dictionary;
-    const auto add = [&](DefaultsDomain& domain) {
+    search([&](DefaultsDomain& domain) {
         domain.addTo(dictionary);
         return false;
-    };
-    if (isStandard_) {
-        SearchList::shared().look(add);
-    } else {
-        add(*domain_);
-    }
+    });
     return dictionary;
 }
 

@@ -4,90 +4,53 @@
 
 #include <array>
 #include <cstdio>
-#include <optional>
+
+#include "platform/foundation/GLibPointer.h"
 
 namespace orvalo {
 
 namespace {
 
 constexpr std::size_t kMostQuoted = 60;
-constexpr std::size_t kMostSaid = 200;
 
-std::string hexadecimal(const char* format, unsigned value) {
-    std::array<char, 16> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), format, value);
-    return buffer.data();
-}
-
-std::string escapedCharacter(gunichar character) {
-    switch (character) {
-        case '\\':
-            return "\\\\";
-        case '\n':
-            return "\\n";
-        case '\r':
-            return "\\r";
-        case '\t':
-            return "\\t";
-        default:
-            return hexadecimal("\\u%04x", character);
+/// Escapes control characters and the characters of the second text, except those of the third.
+std::string escaped(std::string_view text, std::string_view others, std::string_view kept) {
+    const GText valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+    std::string result;
+    const char* next = nullptr;
+    for (const char* at = valid.get(); *at != '\0'; at = next) {
+        next = g_utf8_next_char(at);
+        const auto character = g_utf8_get_char(at);
+        const bool isPlain =
+            kept.find(*at) != std::string_view::npos ||
+            (!g_unichar_iscntrl(character) && others.find(*at) == std::string_view::npos);
+        if (isPlain) {
+            result.append(at, next);
+        } else if (character == '\\') {
+            result += "\\\\";
+        } else if (character == '\n') {
+            result += "\\n";
+        } else {
+            std::array<char, 8> code{};
+            std::snprintf(code.data(), code.size(), "\\u%04x", character);
+            result += code.data();
+        }
     }
-}
-
-bool isPlain(gunichar character) {
-    return character != '\\' && !g_unichar_iscntrl(character);
-}
-
-/// The first character; absent when the first byte begins none.
-std::optional<gunichar> frontOf(std::string_view text) {
-    const auto character = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
-    // GLib takes a NUL for an end that comes too early.
-    if (text.front() == '\0') {
-        return 0;
-    }
-    const bool isNone =
-        character == static_cast<gunichar>(-1) || character == static_cast<gunichar>(-2);
-    return isNone ? std::nullopt : std::optional(character);
-}
-
-/// Escaped, and cut behind so many bytes, but not within a character.
-std::string cut(std::string_view text, std::size_t most) {
-    if (text.size() <= most) {
-        return escaped(text);
-    }
-    auto end = most;
-    while (end > most - 4 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) {
-        --end;
-    }
-    return escaped(text.substr(0, end)) + "...";
+    return result;
 }
 
 }  // namespace
 
 std::string escaped(std::string_view text) {
-    std::string result;
-    while (!text.empty()) {
-        const auto character = frontOf(text);
-        const auto size =
-            character ? static_cast<std::size_t>(g_unichar_to_utf8(*character, nullptr)) : 1;
-        if (!character) {
-            result += hexadecimal("\\x%02x", static_cast<unsigned char>(text.front()));
-        } else if (isPlain(*character)) {
-            result.append(text.substr(0, size));
-        } else {
-            result += escapedCharacter(*character);
-        }
-        text.remove_prefix(size);
-    }
-    return result;
-}
-
-std::string shortened(std::string_view text) {
-    return cut(text, kMostSaid);
+    return escaped(text, "\\", {});
 }
 
 std::string inQuotes(std::string_view text) {
-    return "'" + cut(text, kMostQuoted) + "'";
+    return "'" + escaped(text.substr(0, kMostQuoted)) + (text.size() > kMostQuoted ? "...'" : "'");
+}
+
+std::string withoutControls(std::string_view text) {
+    return escaped(text, {}, "\n");
 }
 
 }  // namespace orvalo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -7,27 +8,32 @@
 
 namespace orvalo {
 
-// Values as JSON (RFC 8259), so that every value comes back as it was:
-//   text, truth value, list, dictionary     as JSON has them
+// Values as JSON:
+//   text, truth value, list, dictionary     as in JSON
 //   integer                                 a number without "." and exponent, of 64 bits
-//   float                                   a number with "." or an exponent
-//   float that JSON has not                 {"$real": "inf"}, "-inf" or "nan"
+//   float                                   a number with "." or an exponent, or a larger integer
+//   infinite float, NaN                     {"$real": "inf"}, "-inf" or "nan"
 //   data                                    {"$data": "<Base64>"}
-//   date                                    {"$date": "2026-11-21T08:30:00.25Z"}
-//   dictionary of one key that begins so    {"$dictionary": {"$date": "a text"}}
+//   date                                    {"$date": "2026-11-21T08:30:00.250000Z"}
+//   dictionary with one key like "$date"    {"$dictionary": {"$date": ...}}
+// Every value comes back as it was; only a NaN loses its sign and payload.
 
-/// The value, indented by two blanks, without a line feed at the end. Control characters are
-/// escaped, so that no terminal obeys them. A NaN loses its sign and payload.
+/// The value, indented by two blanks, without a line feed at the end and without control
+/// characters.
 std::string jsonText(const PropertyList& value);
 
-/// The same of a domain: its entries in one object, which stands for nothing but itself.
+/// The entries of a domain in one object, which is never one of the "$" forms.
 std::string jsonText(const PropertyList::Dictionary& domain);
 
-/// The value of a JSON text. Throws FormatError: for what is no JSON, a key that stands twice,
-/// null, a number out of range, a form that begins with "$" and is none of the above.
+/// The value of a JSON text. Throws std::runtime_error, whose text is one line with the place and
+/// the reason: for text that is not JSON, a repeated key, null, an integer from 2^63 to 2^64 and an
+/// unknown "$" form.
 PropertyList jsonValue(std::string_view text);
 
-/// The entries of a domain. Throws FormatError, for what is no object too.
+/// The entries of a domain. Throws as jsonValue() does, and for text that is not an object.
 PropertyList::Dictionary jsonDomain(std::string_view text);
+
+/// The value that a text stands for under "$date", "$data" or "$real"; absent when it is not one.
+std::optional<PropertyList> formValue(std::string_view form, const std::string& text);
 
 }  // namespace orvalo

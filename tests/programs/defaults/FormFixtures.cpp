@@ -16,7 +16,7 @@ Dictionary everyKind() {
         {"texts", List{"", " blanks ", "São Tomé <&>\"' ]]>", "a\nb\tc\r\nd\r", "😀"}},
         {"data", List{Data{}, Data{0, 1, 0xFF}}},
         {"dates", List{date, PropertyList::Date{}, date + std::chrono::microseconds(1),
-                       date + std::chrono::years(12'000), date - std::chrono::years(12'000)}},
+                       date + std::chrono::years(7'000), date - std::chrono::years(1'900)}},
         {"empty list", List{}},
         {"empty dictionary", Dictionary{}},
         {"nested", Dictionary{{"a", List{Dictionary{{"b", List{1}}}}}}},
@@ -30,7 +30,7 @@ Dictionary everyKind() {
 
 PropertyList deepestValue() {
     PropertyList value = 1;
-    for (int depth = 0; depth < 128; ++depth) {
+    for (int depth = 0; depth < 40; ++depth) {
         value = Dictionary{{"$dictionary", value}};
     }
     return value;

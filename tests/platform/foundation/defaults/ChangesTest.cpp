@@ -29,8 +29,8 @@ class AChange : public SuiteFile {
         settings_->set(2, "set");
     }
 
-    void change(std::vector<DefaultsChanges::Entry> entries, bool isWhole = false) const {
-        DefaultsDomain::of(file_.string())->change({isWhole, std::move(entries)});
+    void change(const DefaultsDomain::Changes& changes, bool replacesAll = false) const {
+        DefaultsDomain(file_.string()).change(changes, replacesAll);
     }
 
     /// For who has the suite open, and for who comes new.
@@ -80,13 +80,13 @@ TEST_F(AChange, ofWhichOnePartCannotBeStoredIsNone) {
     const auto refuses = [](const std::string& reason) {
         return Throws<NSError>(Property(&NSError::localizedDescription, StrEq(reason)));
     };
-    for (const bool isWhole : {false, true}) {
+    for (const bool replacesAll : {false, true}) {
         EXPECT_THAT(([&] {
-                        change({{"a", 1}, {"bad", "\xFF"}, {"set", 9}}, isWhole);
+                        change({{"a", 1}, {"bad", "\xFF"}, {"set", 9}}, replacesAll);
                     }),
                     refuses("'bad': a text in it is not UTF-8 or holds a NUL"));
         EXPECT_THAT(([&] {
-                        change({{"a", 1}, {"\xFF", 5}}, isWhole);
+                        change({{"a", 1}, {"\xFF", 5}}, replacesAll);
                     }),
                     refuses("'\xFF': its key is not UTF-8 or holds a NUL"));
         expectEntries({{"kept", 1}, {"set", 2}});
@@ -98,10 +98,10 @@ TEST_F(AChange, thatFailsAmidstItsWritesIsNone) {
     query(file_,
           "CREATE TRIGGER third BEFORE INSERT ON entries WHEN NEW.key = 'third' "
           "BEGIN SELECT RAISE(ABORT, 'not this one'); END");
-    for (const bool isWhole : {false, true}) {
+    for (const bool replacesAll : {false, true}) {
         EXPECT_THAT(
             ([&] {
-                change({{"set", 9}, {"new", 1}, {"third", 3}, {"z", 4}}, isWhole);
+                change({{"set", 9}, {"new", 1}, {"third", 3}, {"z", 4}}, replacesAll);
             }),
             Throws<NSError>(Property(&NSError::localizedDescription, HasSubstr("not this one"))));
         expectEntries({{"kept", 1}, {"set", 2}});

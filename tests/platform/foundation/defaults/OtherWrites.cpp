@@ -3,10 +3,9 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
-#include <functional>
 #include <string>
 
 namespace orvalo::testing {
@@ -30,24 +29,13 @@ OtherWrites::~OtherWrites() {
     replace("pwrite64", nullptr);
 }
 
-const ChangeMapping* MarkWatch::mapping_ = nullptr;
-std::string_view MarkWatch::ending_;
-std::vector<bool> MarkWatch::marks_;
+bool StopAtWrite::hasStopped_ = false;
 
-MarkWatch::MarkWatch(const ChangeMapping& mapping, std::string_view ending) : writes_(write) {
-    mapping_ = &mapping;
-    ending_ = ending;
-    marks_.clear();
-}
-
-bool MarkWatch::wasMarkedThroughout() {
-    return !marks_.empty() && std::ranges::all_of(marks_, std::identity());
-}
-
-ssize_t MarkWatch::write(int file, const void* bytes, size_t size, off_t at) {
+ssize_t StopAtWrite::write(int file, const void* bytes, size_t size, off_t at) {
     const auto link = "/proc/self/fd/" + std::to_string(file);
-    if (std::filesystem::read_symlink(link).string().ends_with(ending_)) {
-        marks_.push_back(mapping_->count() % 2 == 1);
+    if (!hasStopped_ && std::filesystem::read_symlink(link).string().ends_with("-wal")) {
+        hasStopped_ = true;
+        raise(SIGSTOP);
     }
     return pwrite(file, bytes, size, at);
 }

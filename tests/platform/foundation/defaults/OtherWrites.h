@@ -3,14 +3,10 @@
 #include <sys/types.h>
 
 #include <cstddef>
-#include <string_view>
-#include <vector>
-
-#include "platform/foundation/defaults/ChangeMapping.h"
 
 namespace orvalo::testing {
 
-/// As long as it lives, SQLite writes to files by another function.
+/// While it lives, SQLite writes to files through another function.
 class OtherWrites {
   public:
     using Write = ssize_t (*)(int, const void*, size_t, off_t);
@@ -21,26 +17,20 @@ class OtherWrites {
     OtherWrites& operator=(const OtherWrites&) = delete;
 };
 
-/// As long as it lives, it looks at every write of SQLite's whether it is marked in the counter, by
-/// which whoever dies in between is found out. One object at a time.
-class MarkWatch {
+/// While it lives, SQLite's first write to a log stops the process (SIGSTOP), which then holds the
+/// write lock.
+class StopAtWrite {
   public:
-    /// ending: looks at writes alone to files whose names end so.
-    explicit MarkWatch(const ChangeMapping& mapping, std::string_view ending = {});
-
-    /// Whether there were writes, and all of them marked.
-    static bool wasMarkedThroughout();
+    StopAtWrite() : writes_(write) {}
 
   private:
     static ssize_t write(int file, const void* bytes, size_t size, off_t at);
 
-    static const ChangeMapping* mapping_;
-    static std::string_view ending_;
-    static std::vector<bool> marks_;
+    static bool hasStopped_;
     const OtherWrites writes_;
 };
 
-/// As long as it lives, SQLite finds every disk full.
+/// While it lives, SQLite finds every disk full.
 class FullDisk {
   public:
     /// writes: how many still find room.

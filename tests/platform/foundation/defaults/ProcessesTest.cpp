@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -15,7 +13,6 @@
 #include "tests/platform/foundation/defaults/Hammer.h"
 #include "tests/platform/foundation/defaults/SuiteFile.h"
 #include "tests/platform/foundation/defaults/Worker.h"
-#include "tests/testing/CapturedOutput.h"
 
 namespace orvalo::testing {
 namespace {
@@ -131,47 +128,6 @@ TEST_F(Processes, thatAreKilledWhileTheyBeginASuiteLeaveItWhole) {
         EXPECT_THAT(query(suiteFile(name), "PRAGMA integrity_check"), ElementsAre("ok"));
     }
 }
-
-TEST_F(Processes, thatAreStoppedInAWriteKeepNobodyFromReading) {
-    const auto settings = open();
-    settings->set("there", "mine");
-    for (int round = 0; round < 50; ++round) {
-        Worker writer({name_, "endless", "theirs"});
-        ASSERT_EQ(writer.readLine(), "1");
-        writer.signal(SIGSTOP);
-        int status = 0;
-        ASSERT_EQ(waitpid(writer.process(), &status, WUNTRACED), writer.process());
-        EXPECT_EQ(settings->string("mine"), "there");
-        EXPECT_GT(settings->integer("theirs"), 0);
-    }
-}
-
-// The thread sanitizer takes locks that are held across a fork for the parent's.
-#ifndef __SANITIZE_THREAD__
-TEST_F(Processes, thatForkGoOnBothOfThem) {
-    const auto settings = open();
-    settings->set(1, "before");
-    const auto child = fork();
-    if (child == 0) {
-        const bool isThere = settings->integer("before") == 1;
-        for (int number = 1; number <= 500; ++number) {
-            settings->set(number, "child");
-        }
-        _exit(isThere && settings->integer("child") == 500 ? 0 : 1);
-    }
-    for (int number = 1; number <= 500; ++number) {
-        settings->set(number, "parent");
-        EXPECT_EQ(settings->integer("parent"), number);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(settings->integer("child"), 500);
-    EXPECT_EQ(settings->integer("parent"), 500);
-    EXPECT_EQ(settings->integer("before"), 1);
-    EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
-}
-#endif
 
 }  // namespace
 }  // namespace orvalo::testing

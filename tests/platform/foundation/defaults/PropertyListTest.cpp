@@ -55,9 +55,10 @@ TEST(PropertyListDescription, ofOneValue) {
     EXPECT_EQ(description(Date(978'307'200s)), "2001-01-01 00:00:00 +0000");
     EXPECT_EQ(description(Date(-1us)), "1969-12-31 23:59:59 +0000");
     EXPECT_EQ(description(Date(2'147'483'648s)), "2038-01-19 03:14:08 +0000");
-    EXPECT_EQ(description(Date::min()), "-290308-12-21 19:59:05 +0000");
-    EXPECT_EQ(description(Date::max()), "294247-01-10 04:00:54 +0000");
-    EXPECT_EQ(description(Date(9'000'000'000'000s)), "287168-08-24 16:00:00 +0000");
+    EXPECT_EQ(description(Date(-62'135'596'800s)), "0001-01-01 00:00:00 +0000");
+    EXPECT_EQ(description(Date(253'402'300'799'999'999us)), "9999-12-31 23:59:59 +0000");
+    EXPECT_EQ(description(Date::min()), "a date outside the years 1 to 9999");
+    EXPECT_EQ(description(Date::max()), "a date outside the years 1 to 9999");
 }
 
 TEST(PropertyListDescription, ofValuesInEachOther) {

@@ -18,7 +18,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Truly;
 
 class ASmallDisk : public SuiteFile {
   protected:
@@ -100,7 +99,7 @@ class ASmallDisk : public SuiteFile {
         ASSERT_TRUE(isStored(*open(), "there", "key"));
         emptyLog(file_);
         ASSERT_TRUE(isStored(*open(), "in the log", "new"));
-        for (const auto* suffix : {"-shm", "-changes"}) {
+        for (const auto* suffix : {"-shm"}) {
             std::filesystem::remove(file_.string() + suffix);
         }
         ASSERT_GT(std::filesystem::file_size(file_.string() + "-wal"), 0U);
@@ -110,7 +109,7 @@ class ASmallDisk : public SuiteFile {
     void makeADatabaseAlone() {
         ASSERT_TRUE(isStored(*open(), "there", "key"));
         emptyLog(file_);
-        for (const auto* suffix : {"-wal", "-shm", "-changes"}) {
+        for (const auto* suffix : {"-wal", "-shm"}) {
             std::filesystem::remove(file_.string() + suffix);
         }
     }
@@ -167,15 +166,15 @@ TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
 TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
     const auto settings = open();
     ASSERT_TRUE(isStored(*settings, 1, "key"));
-    const auto change = [&](bool isWhole) {
-        DefaultsChanges changes{.isWhole = isWhole, .entries = {{"key", 2}}};
+    const auto change = [&](bool replacesAll) {
+        DefaultsDomain::Changes changes{{"key", 2}};
         for (int number = 0; number < 100; ++number) {
-            changes.entries.push_back({"key" + std::to_string(number), std::string(30'000, 'v')});
+            changes.emplace("key" + std::to_string(number), std::string(30'000, 'v'));
         }
-        DefaultsDomain::of(file_.string())->change(std::move(changes));
+        DefaultsDomain(file_.string()).change(changes, replacesAll);
     };
-    for (const bool isWhole : {false, true}) {
-        EXPECT_THROW(change(isWhole), NSError);
+    for (const bool replacesAll : {false, true}) {
+        EXPECT_THROW(change(replacesAll), NSError);
         expectAllThatWasStored(*settings);
     }
     disk_.makeRoom();
@@ -235,44 +234,6 @@ TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
     ASSERT_NE(another, nullptr);
     another->set(5, "key");
     EXPECT_EQ(Worker({"another"}).ask("get key"), "5");
-    expectToWorkAgain(*open());
-}
-
-TEST_F(ASmallDisk, thatIsFullLeavesADamagedFileAloneWithoutACounter) {
-    const auto bytes = "Dear diary, " + std::string(500, '.');
-    writeBytes(file_, bytes);
-    disk_.fill();
-    {
-        const CapturedOutput errors(2);
-        EXPECT_EQ(open(), nullptr);
-        EXPECT_THAT(lines(errors), ElementsAre(HasSubstr(" cannot be opened: ")));
-    }
-    EXPECT_THAT(setAside(file_), IsEmpty());
-    EXPECT_TRUE(bytesOf(file_) == bytes);
-    disk_.makeRoom();
-    const CapturedOutput errors(2);
-    EXPECT_NE(open(), nullptr);
-    EXPECT_THAT(setAside(file_),
-                ElementsAre(Truly([&](const auto& old) { return bytesOf(old) == bytes; })));
-}
-
-// To write to a page of a mapped file for which there is no room ends a program.
-TEST_F(ASmallDisk, thatIsFullEndsNobodyWhoseCounterHasAHole) {
-    ASSERT_TRUE(isStored(*open(), "there", "key"));
-    emptyLog(file_);
-    const auto counter = file_.string() + "-changes";
-    for (const std::uintmax_t size : {64, 4096}) {
-        std::filesystem::remove(counter);
-        writeBytes(counter, "");
-        std::filesystem::resize_file(counter, size);
-        disk_.fill();
-        {
-            const auto settings = open();
-            ASSERT_NE(settings, nullptr);
-            expectToBeReadAlone(*settings);
-        }
-        disk_.makeRoom();
-    }
     expectToWorkAgain(*open());
 }
 

@@ -238,7 +238,7 @@ TEST(ARefusedSuite, whenItCannotBeOpened) {
     const CapturedOutput errors(2);
     EXPECT_EQ(UserDefaults::suiteName(name), nullptr);
     EXPECT_THAT(errors.text(), HasSubstr("The suite '" + name + "' cannot be opened: " +
-                                         suiteFile(name).string() + " is no regular file"));
+                                         suiteFile(name).string() + " is not a regular file"));
 }
 
 // The search list is one for the whole process, and has no end to the tests before.

@@ -93,6 +93,11 @@ void Worker::signal(int number) const {
     kill(process_, number);
 }
 
+bool Worker::waitForStop() const {
+    int status = 0;
+    return waitpid(process_, &status, WUNTRACED) == process_ && WIFSTOPPED(status);
+}
+
 int Worker::wait() {
     int status = 0;
     while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {

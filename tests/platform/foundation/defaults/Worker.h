@@ -23,6 +23,8 @@ class Worker {
     /// The next line of its output; empty when there is none any more.
     std::string readLine();
     void signal(int number) const;
+    /// Waits until the process is stopped; false when it ended instead.
+    bool waitForStop() const;
     /// Waits for the end; the exit status, or minus the signal's number.
     int wait();
     pid_t process() const { return process_; }

@@ -1,7 +1,9 @@
 // A process that uses a suite, for tests that need another one.
 //
 //     defaults_worker SUITE                 does what the lines of its input say, each answered by
-//                                           one line: set KEY NUMBER, get KEY, remove KEY, count
+//                                           one line: set KEY NUMBER, get KEY, remove KEY, count,
+//                                           stop KEY NUMBER, which stops it (SIGSTOP) amid the
+//                                           write
 //     defaults_worker SUITE endless KEY     stores 1, 2, 3, ... and writes a line for each that is
 //                                           stored, for ever
 //     defaults_worker SUITE together KEYS   sets so many keys, and no others, to 1, then all to 2,
@@ -21,13 +23,13 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/foundation/defaults/DefaultsDomain.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "platform/foundation/defaults/UserDefaults.h"
 #include "tests/platform/foundation/defaults/Hammer.h"
+#include "tests/platform/foundation/defaults/OtherWrites.h"
 
 namespace orvalo::testing {
 namespace {
@@ -52,6 +54,11 @@ std::string obey(UserDefaults& settings, const std::string& line) {
     std::int64_t number = 0;
     words >> what >> key >> number;
     if (what == "set") {
+        settings.set(number, key);
+        return "done";
+    }
+    if (what == "stop") {
+        const StopAtWrite stop;
         settings.set(number, key);
         return "done";
     }
@@ -94,13 +101,13 @@ int run(const std::vector<std::string>& words) {
         writeEndlessly([&](std::int64_t number) { settings->set(number, words[2]); });
     }
     if (words[1] == "together" && words.size() == 3) {
-        const auto domain = DefaultsDomain::of(suiteFile(words[0]).string());
+        const auto domain = std::make_shared<DefaultsDomain>(suiteFile(words[0]).string());
         writeEndlessly([&, keys = std::stoi(words[2])](std::int64_t number) {
-            DefaultsChanges changes{.isWhole = true, .entries = {}};
+            DefaultsDomain::Changes changes;
             for (int key = 0; key < keys; ++key) {
-                changes.entries.push_back({"key" + std::to_string(key), number});
+                changes.emplace("key" + std::to_string(key), number);
             }
-            domain->change(std::move(changes));
+            domain->change(changes, true);
         });
     }
     if (words[1] == "hammer" && words.size() == 5) {

@@ -1,11 +1,10 @@
-// Feeds damaged settings to the readers of both formats: each refuses its text with a FormatError,
-// or reads it; then what it read is the same again when either format, or the store's, has carried
-// it.
+// Feeds damaged JSON to the reader of orvalo-defaults. The reader refuses it with one line, or
+// reads it; then JSON and the store carry what it read without a change.
 //
 //     defaults_import_fuzz SEEDS ROUNDS [FIRST]    rounds FIRST, FIRST + 1, ... over the seeds
 //     defaults_import_fuzz FILE                    one file as it is
 //
-// A round depends on its number alone; it stands on standard error when the program dies.
+// A round depends on its number alone, which is on standard error when the program dies.
 
 #include <glib.h>
 
@@ -24,9 +23,7 @@
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/PropertyListCoding.h"
-#include "programs/defaults/format/FormatError.h"
 #include "programs/defaults/format/JSONForm.h"
-#include "programs/defaults/format/XMLForm.h"
 
 namespace {
 
@@ -34,8 +31,8 @@ using namespace orvalo;
 
 namespace fs = std::filesystem;
 
-// What means something to one reader or the other.
-constexpr std::array<std::string_view, 60> kTokens{"{",
+// Tokens that mean something to the reader.
+constexpr std::array<std::string_view, 29> kTokens{"{",
                                                    "}",
                                                    "[",
                                                    "]",
@@ -51,7 +48,6 @@ constexpr std::array<std::string_view, 60> kTokens{"{",
                                                    "-0",
                                                    "0.0",
                                                    "1e999",
-                                                   "1e-999",
                                                    "9223372036854775807",
                                                    "9223372036854775808",
                                                    "-9223372036854775809",
@@ -62,36 +58,6 @@ constexpr std::array<std::string_view, 60> kTokens{"{",
                                                    R"({"$date":"2001-01-01T00:00:00Z"})",
                                                    R"({"$real":"nan"})",
                                                    "{\"$dictionary\":{",
-                                                   "<",
-                                                   ">",
-                                                   "</",
-                                                   "/>",
-                                                   "<plist>",
-                                                   "</plist>",
-                                                   "<dict>",
-                                                   "</dict>",
-                                                   "<array>",
-                                                   "</array>",
-                                                   "<key>k</key>",
-                                                   "<key></key>",
-                                                   "<string>",
-                                                   "</string>",
-                                                   "<integer>",
-                                                   "</integer>",
-                                                   "<real>nan",
-                                                   "</real>",
-                                                   "<date>2069-12-31T23:59:59.999999Z</date>",
-                                                   "<data>AAAA</data>",
-                                                   "<true/>",
-                                                   "<![CDATA[",
-                                                   "]]>",
-                                                   "<!--",
-                                                   "-->",
-                                                   "<!DOCTYPE x [<!ENTITY a \"b\">]>",
-                                                   "&#0;",
-                                                   "&#27;",
-                                                   "&lt;",
-                                                   "&a;",
                                                    "\xff",
                                                    "\xc2\x9b",
                                                    "\r\n"};
@@ -114,14 +80,13 @@ std::vector<std::string> seedsIn(const fs::path& folder) {
     return seeds;
 }
 
-/// A piece of the text: where it begins and how long it is.
+/// The begin and the size of a piece of the text.
 std::pair<std::size_t, std::size_t> piece(const std::string& text, std::mt19937& random) {
     const auto at = random() % (text.size() + 1);
     return {at, std::min<std::size_t>(random() % 24, text.size() - at)};
 }
 
-/// Puts something in the place of a piece of the text: a token, a byte, nothing, a piece of its own
-/// or of another seed.
+/// Replaces a piece of the text by a token, a byte, nothing, or a piece of this or another seed.
 void damage(std::string& text, const std::string& other, std::mt19937& random) {
     const auto [at, size] = piece(text, random);
     switch (random() % 5) {
@@ -155,31 +120,23 @@ void expectSame(const std::string& expected, const PropertyList::Dictionary& ent
 }
 
 void carry(const PropertyList::Dictionary& entries) {
-    // Texts, as a NaN is equal to nothing.
+    // Compared as texts, because a NaN equals nothing.
     const auto expected = jsonText(entries);
     expectSame(expected, jsonDomain(expected), "JSON");
-    try {
-        expectSame(expected, xmlDomain(xmlText(entries)), "XML");
-    } catch (const FormatError& error) {
-        if (std::string_view(error.what()).find("XML cannot carry") == std::string_view::npos) {
-            throw;
-        }
-    }
     try {
         const auto stored = propertyList(binaryPropertyList(entries));
         expectSame(expected, *stored.as<PropertyList::Dictionary>(), "the store");
     } catch (const NSError&) {
-        return;  // Not everything can be stored.
+        // The store has limits of its own.
     }
 }
 
-template <typename Reader>
-void feed(const std::string& text, const Reader& reader, Counts& counts) {
+void feed(const std::string& text, Counts& counts) {
     PropertyList::Dictionary entries;
     try {
-        entries = reader(text);
+        entries = jsonDomain(text);
         ++counts.read;
-    } catch (const FormatError& error) {
+    } catch (const std::runtime_error& error) {
         const std::string_view line = error.what();
         if (line.empty() || line.size() > 2000 || line.find('\n') != std::string_view::npos) {
             throw std::logic_error("the refusal is no line");
@@ -188,13 +145,6 @@ void feed(const std::string& text, const Reader& reader, Counts& counts) {
         return;
     }
     carry(entries);
-}
-
-void feedBoth(const std::string& text, Counts& counts) {
-    feed(
-        text, [](const std::string& json) { return jsonDomain(json); }, counts);
-    feed(
-        text, [](const std::string& xml) { return xmlDomain(xml); }, counts);
 }
 
 }  // namespace
@@ -206,12 +156,12 @@ int main(int argc, char** argv) {
         std::fputs("defaults_import_fuzz SEEDS ROUNDS [FIRST] | FILE\n", stderr);
         return EXIT_FAILURE;
     }
-    // What a library has to warn of is a finding too.
+    // A warning of a library is a finding, too.
     g_log_set_always_fatal(
         static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING));
     Counts counts;
     if (!fs::is_directory(arguments[0])) {
-        feedBoth(bytesOf(arguments[0]), counts);
+        feed(bytesOf(arguments[0]), counts);
         return EXIT_SUCCESS;
     }
     const auto seeds = seedsIn(arguments[0]);
@@ -224,9 +174,9 @@ int main(int argc, char** argv) {
         for (auto count = random() % 8; count > 0; --count) {
             damage(text, seeds.at(random() % seeds.size()), random);
         }
-        feedBoth(text, counts);
+        feed(text, counts);
     }
     std::fprintf(stderr, "\n%d texts read, %d refused\n", counts.read, counts.refused);
-    // A fuzzer that gets nowhere proves nothing.
+    // Else the inputs were useless.
     return counts.read > 0 && counts.refused > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

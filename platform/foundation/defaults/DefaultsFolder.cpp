@@ -1,0 +1,154 @@
+#include "platform/foundation/defaults/DefaultsFolder.h"
+
+#include <fcntl.h>
+#include <glib.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <thread>
+
+#include "platform/foundation/FileDescriptor.h"
+#include "platform/foundation/GLibPointer.h"
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/SQLiteDatabase.h"
+
+namespace orvalo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kPatience = 5s;
+// SQLite's own names: a renamed database finds its log when both have the same new name.
+constexpr const char* kLog = "-wal";
+constexpr const char* kLogIndex = "-shm";
+
+struct stat checkedOwner(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        throw NSError::posix(errno, path);
+    }
+    if (status.st_uid != geteuid()) {
+        throw NSError::posix(EPERM, path + " belongs to another user");
+    }
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    if ((status.st_mode & others) != 0) {
+        // Fails on a read-only disk, where others cannot write either.
+        static_cast<void>(chmod(path.c_str(), status.st_mode & S_IRWXU));
+    }
+    return status;
+}
+
+/// The folder of a file, which one process at a time holds until it closes the descriptor.
+FileDescriptor lockedFolderOf(const std::string& place) {
+    const auto folder = std::filesystem::path(place).parent_path();
+    FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor) {
+        throw NSError::posix(errno, folder);
+    }
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK) {
+            throw NSError::posix(errno, folder);
+        }
+        if (std::chrono::steady_clock::now() > end) {
+            throw SQLiteError(SQLITE_BUSY, "another process has kept its folder locked for 5 s");
+        }
+        std::this_thread::sleep_for(1ms);
+    }
+    return descriptor;
+}
+
+void removeDatabase(const std::string& place) {
+    for (const auto* suffix : {"", kLog, kLogIndex, "-journal"}) {
+        unlink((place + suffix).c_str());
+    }
+}
+
+void writeEmptyDatabase(const std::string& place) {
+    if (!FileDescriptor(open(place.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600))) {
+        throw NSError::posix(errno, place);
+    }
+    SQLiteDatabase(place).run(
+        "BEGIN; CREATE TABLE entries (key TEXT PRIMARY KEY, value BLOB NOT NULL) WITHOUT ROWID;"
+        "PRAGMA application_id = " +
+        std::to_string(kDefaultsApplication) + "; PRAGMA user_version = " +
+        std::to_string(kDefaultsVersion) + "; COMMIT; PRAGMA journal_mode = WAL");
+}
+
+/// The name for a damaged file; each attempt gives another one.
+std::string asideName(const std::string& place, int attempt) {
+    const std::unique_ptr<GDateTime, Release<g_date_time_unref>> now(g_date_time_new_now_local());
+    const GText time(g_date_time_format(now.get(), "%Y%m%d-%H%M%S"));
+    const auto name = place + ".damaged-" + time.get();
+    return attempt == 0 ? name : name + "-" + std::to_string(attempt);
+}
+
+}  // namespace
+
+void makePrivateFolder(const std::filesystem::path& folder) {
+    if (g_mkdir_with_parents(folder.c_str(), S_IRWXU) != 0) {
+        throw NSError::posix(errno, folder);
+    }
+    static_cast<void>(checkedOwner(folder));
+}
+
+struct stat checkedPrivateFile(const std::string& path) {
+    struct stat status {};
+    // Before the owner: a folder keeps its permissions.
+    if (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        throw NSError::posix(EINVAL, path + " is not a regular file");
+    }
+    return checkedOwner(path);
+}
+
+void createDefaultsFile(const std::string& place) {
+    const auto lock = lockedFolderOf(place);
+    if (access(place.c_str(), F_OK) == 0) {
+        return;
+    }
+    // SQLite would replay the log of a removed database into the new one.
+    removeDatabase(place);
+    // Under another name first: a process that dies here leaves no half-made file.
+    const auto draft = place + ".new";
+    removeDatabase(draft);
+    try {
+        writeEmptyDatabase(draft);
+        if (rename(draft.c_str(), place.c_str()) != 0) {
+            throw NSError::posix(errno, place);
+        }
+    } catch (const NSError&) {
+        removeDatabase(draft);
+        throw;
+    }
+    removeDatabase(draft);
+}
+
+void setDefaultsFileAside(const std::string& place, const struct stat& status) {
+    const auto lock = lockedFolderOf(place);
+    struct stat now {};
+    if (stat(place.c_str(), &now) != 0 || now.st_dev != status.st_dev ||
+        now.st_ino != status.st_ino) {
+        return;  // Another process was first.
+    }
+    auto name = asideName(place, 0);
+    for (int attempt = 1;
+         renameat2(AT_FDCWD, place.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0;
+         ++attempt) {
+        if (errno != EEXIST) {
+            throw NSError::posix(errno, place);
+        }
+        name = asideName(place, attempt);
+    }
+    for (const auto* suffix : {kLog, kLogIndex}) {
+        rename((place + suffix).c_str(), (name + suffix).c_str());
+    }
+    g_warning("The settings in %s are damaged. They are kept as %s, and new ones begin.",
+              place.c_str(), name.c_str());
+}
+
+}  // namespace orvalo
