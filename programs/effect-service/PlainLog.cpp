@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/foundation/WriteLine.h"
+#include "platform/foundation/Print.h"
 
 namespace orvalo {
 
