@@ -10,7 +10,7 @@ namespace {
 
 class EffectPluginUITest : public ApplicationFixture {
   protected:
-    /// Whether the stage shows mostly the effect's dark colours.
+    /// Whether most of the stage has the effect's dark colours.
     static bool showsEffect() {
         const auto where = place();
         const Screenshot now;
@@ -43,11 +43,11 @@ TEST_F(EffectPluginUITest, IsHiddenUntilTheUnitButtonIsPressed) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(EffectPluginUITest, FollowsTheWindowsExtent) {
+TEST_F(EffectPluginUITest, FollowsTheWindowsSize) {
     start();
     key("ctrl+e");
     ASSERT_TRUE(eventually(showsEffect));
-    // Back and forth: what a layout does must not hang on the one before.
+    // Back and forth: a layout must not depend on the previous one.
     for (const auto& [width, height] : {std::pair{640, 560},
                                         {1100, 800},
                                         {700, 900},
@@ -59,7 +59,7 @@ TEST_F(EffectPluginUITest, FollowsTheWindowsExtent) {
         EXPECT_TRUE(eventually([width = width, height = height] {
             const auto window = place();
             const auto effect = effectPlace();
-            // At 4:3, as large as the stage above the row of buttons lets it be, in its middle.
+            // At 4:3, as large as possible, in the middle of the stage above the buttons.
             return effect && window.width == width && window.height == height &&
                    std::abs(effect->width * 3 - effect->height * 4) <= 4 &&
                    std::abs((effect->x - window.x) * 2 + effect->width - width) <= 2 &&
@@ -70,7 +70,7 @@ TEST_F(EffectPluginUITest, FollowsTheWindowsExtent) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(EffectPluginUITest, TheSpaceBarPlaysAlsoWhileTheEffectIsShown) {
+TEST_F(EffectPluginUITest, TheSpaceBarPlaysWhileTheEffectIsShown) {
     showEffect();
     pointAt({0.5, 0.3});
     key("space");
@@ -79,7 +79,7 @@ TEST_F(EffectPluginUITest, TheSpaceBarPlaysAlsoWhileTheEffectIsShown) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(EffectPluginUITest, TheApplicationsKeysWorkAlsoAfterAClickIntoTheEffect) {
+TEST_F(EffectPluginUITest, TheApplicationsKeysWorkAfterAClickIntoTheEffect) {
     showEffect();
     for (const auto& spot : {kThreshold, kPower, EffectSpot{0.5, 0.3}}) {
         pointAt(spot);
@@ -95,11 +95,11 @@ TEST_F(EffectPluginUITest, TheApplicationsKeysWorkAlsoAfterAClickIntoTheEffect) 
     EXPECT_EQ(program->wait(), 0);
 }
 
-TEST_F(EffectPluginUITest, WhatIsTypedIntoTheEffectIsNoKeyOfTheApplications) {
+TEST_F(EffectPluginUITest, KeysTypedIntoTheEffectDoNotReachTheApplication) {
     showEffect();
     clickIntoField(kThresholdsValue);
     act({"type", "--", "- 12 dB "});
-    // Behind what was typed: a key that the effect does not use.
+    // After the typed keys: a key that the effect does not use.
     key("ctrl+e");
     ASSERT_TRUE(eventually([] { return !effectPlace(); }));
     EXPECT_TRUE(tree.shows("Play"));
