@@ -89,7 +89,7 @@ void AUEnginePlayer::randomizeFile() {
     const auto found = bundle->url(name, "m4a");
     stateChangeQueue->sync([this, &found] { fileURL = found; });
     if (!found) {
-        // A missing file is a broken installation: there is no path to name, and no way to go on.
+        // A missing file is a broken installation: unwrapped() ends the program.
         print("AUEnginePlayer::ERROR: The audio file '" + unwrapped(found).path() +
               "' was not found inside the resource folder for the app.");
         return;
@@ -150,8 +150,7 @@ void AUEnginePlayer::scheduleEffectLoop() {
         return;
     }
     player->scheduleFile(file, std::nullopt, [self = shared(this)]() mutable {
-        // Handed on whole: letting go of the last reference here would end the player's own thread
-        // from itself.
+        // Moved on: destroying the last reference here would join the player's thread from itself.
         const auto queue = self->stateChangeQueue;
         queue->async([self = std::move(self)] { self->passEnded(); });
     });
@@ -213,8 +212,7 @@ void AUEnginePlayer::connect(const std::shared_ptr<AVAudioUnit>& avAudioUnit,
     print(avAudioUnit ? "AUEnginePlayer: A new audio unit will be connected."
                       : "AUEnginePlayer::WARNING: Function connect() with argument 'nil' causes "
                         "disconnection.");
-    // In the queue's order, so that a file loaded meanwhile finds the effect in the graph or not at
-    // all.
+    // On the queue, so that a concurrent load() sees the effect either fully in the graph or not.
     stateChangeQueue->sync([this, &avAudioUnit] { rewire(avAudioUnit); });
     completion();
     if (!avAudioUnit) {

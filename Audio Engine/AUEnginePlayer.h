@@ -19,18 +19,18 @@
 
 namespace orvalo {
 
-/// Plays demonstration files through an effect: each start picks one at random and plays it pass
-/// after pass until the stop. The public operations may be called from any thread except from work
-/// on the player's own queue; load(), start(), stop() and toggle() by one thread at a time. What
-/// changes the graph or the playing state runs on that queue, on the caller's thread. Messages go
-/// to standard output. Held by std::shared_ptr, by itself too while it plays.
+/// Plays demonstration files through an effect: each start picks a random file and plays it pass
+/// after pass until the stop. Public operations: any thread, but not from work on the player's own
+/// queue; load(), start(), stop() and toggle() by one thread at a time. Changes of the graph and of
+/// the playing state run on that queue, on the caller's thread. Prints messages to standard output.
+/// Keeps itself alive while it plays.
 class AUEnginePlayer : public NSObject {
   private:
-    /// Installed on an effect that has MIDI outputs.
+    /// Set on effects with MIDI outputs.
     const AUMIDIOutputEventBlock midiOutBlock = makeMIDIReport();
 
   public:
-    /// Told what happens; may be absent. Set before the player is used.
+    /// May be absent. Set before the player is used.
     std::shared_ptr<AUEnginePlayerDelegate> delegate;
 
   private:
@@ -44,24 +44,23 @@ class AUEnginePlayer : public NSObject {
     const std::shared_ptr<DispatchQueue> stateChangeQueue =
         DispatchQueue::serial("com.Tessaly.AUEnginePlayer.stateQueue");
     const std::shared_ptr<AVAudioPlayerNode> player = std::make_shared<AVAudioPlayerNode>();
-    /// What is played. On stateChangeQueue.
+    /// The file to play. On stateChangeQueue.
     std::shared_ptr<AVAudioFile> file;
-    /// Where file came from, or what was tried last. On stateChangeQueue.
+    /// The address of the last load, also of a failed one. On stateChangeQueue.
     std::optional<URL> fileURL;
     const std::shared_ptr<Bundle> bundle;
 
   public:
-    /// audioEngine: renders the graph; its output is chosen at the first need. resourceBundle:
-    /// holds the demonstration files.
+    /// audioEngine: renders the graph. resourceBundle: holds the demonstration files.
     explicit AUEnginePlayer(
         std::shared_ptr<AVAudioEngine> audioEngine = std::make_shared<AVAudioEngine>(),
         std::shared_ptr<Bundle> resourceBundle = Bundle::main());
-    /// The end of life: stops, then disconnects the effect.
+    /// Stops and disconnects the effect. The last operation.
     virtual void finalize();
-    /// Takes the effect out of the graph.
+    /// Removes the effect from the graph.
     virtual void disconnect();
-    /// Opens a file and plays it from the next pass on. A file that cannot be opened is reported,
-    /// and the previous one stays. An absent address is a fatal error.
+    /// Opens a file, which plays from the next pass on. When it cannot be opened, prints an error
+    /// and keeps the previous file. An absent address is a fatal error.
     virtual void load(const std::optional<URL>& url);
 
   private:
@@ -69,9 +68,9 @@ class AUEnginePlayer : public NSObject {
     virtual void setSessionActive(bool active);
 
   public:
-    /// Loads a random demonstration file, then starts playing unless it plays already. Returns when
-    /// the engine has started. A missing demonstration file, a refusing audio session and an engine
-    /// that does not start are fatal errors.
+    /// Loads a random demonstration file and starts playing, unless it plays already. Returns when
+    /// the engine has started. A missing demonstration file and errors of the audio session and the
+    /// engine are fatal.
     virtual void start();
 
   private:
@@ -79,25 +78,25 @@ class AUEnginePlayer : public NSObject {
     virtual void scheduleEffectLoop();
 
   public:
-    /// Stops playing, if it plays. Returns when the engine has stopped.
+    /// Stops playing. Returns when the engine has stopped.
     virtual void stop();
 
   private:
     virtual void stopPlayingInternal();
 
   public:
-    /// Starts or stops; whether it plays then.
+    /// Starts or stops. Returns whether it plays afterwards.
     virtual bool toggle();
-    /// Puts an effect between player and main mixer in place of the present one, or, when it is
-    /// absent, only takes that one out. Until the first file is loaded, an effect is attached but
-    /// not wired. completion: called once, on the calling thread, when the graph is complete.
+    /// Connects an effect between player and main mixer in place of the current one. Null only
+    /// removes the current one. Before the first file is loaded, the effect is attached but not
+    /// connected. completion: called once, on the calling thread, when the graph is complete.
     virtual void connect(const std::shared_ptr<AVAudioUnit>& avAudioUnit,
                          const std::function<void()>& completion);
 
   private:
     virtual void resetAudioLoop();
 
-    friend struct AUEnginePlayerPeer;  ///< The tests' view of the private parts.
+    friend struct AUEnginePlayerPeer;  ///< For tests.
 
     void rewire(const std::shared_ptr<AVAudioUnit>& avAudioUnit);
     bool removeActiveUnit();

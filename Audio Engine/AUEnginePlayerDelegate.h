@@ -5,16 +5,16 @@
 
 namespace orvalo {
 
-/// What an AUEnginePlayer tells its owner.
+/// Receives the events of an AUEnginePlayer.
 class AUEnginePlayerDelegate {
   public:
     virtual ~AUEnginePlayerDelegate() = default;
 
     /// Playback has started (true) or stopped (false). Main queue.
     virtual void onPlayerStateChanged(bool playing) = 0;
-    /// A file has been opened; file: its full path. The thread that loads the file.
+    /// A file was opened. file: its full path. On the thread that loads the file.
     virtual void onFileSelect(const std::string& file) = 0;
-    /// One more pass of the file has ended; count: how many had ended before it. Main queue.
+    /// A pass of the file has ended. count: the number of earlier passes. Main queue.
     virtual void onLoop(std::int64_t count) = 0;
 };
 

@@ -11,7 +11,7 @@ namespace orvalo {
 
 namespace {
 
-/// What the main queue prints about one event.
+/// Prints one event on the main queue.
 struct MIDIReport {
     std::int64_t sampleTime;
     std::int64_t length;
@@ -32,7 +32,7 @@ static_assert(WorkItem::fitsInline<MIDIReport>(), "the render thread must not al
 }  // namespace
 
 AUMIDIOutputEventBlock makeMIDIReport() {
-    // Held by the handler, so that the render thread looks nothing up.
+    // Captured, because DispatchQueue::main() may lock a static's guard.
     return [mainQueue = DispatchQueue::main()](std::int64_t sampleTime, std::uint8_t,
                                                std::int64_t length,
                                                const std::uint8_t* bytes) -> std::int32_t {

@@ -5,8 +5,8 @@
 namespace orvalo {
 
 /// A handler that prints each MIDI event of an effect from the main queue: always three bytes, with
-/// a warning when the event has another length. It copies them before it returns 0, ignores the
-/// cable, and keeps the render thread's promises.
+/// a warning when the event has another length. Copies the bytes, returns 0 and ignores the cable.
+/// Render thread: does not allocate, lock or block.
 AUMIDIOutputEventBlock makeMIDIReport();
 
 }  // namespace orvalo

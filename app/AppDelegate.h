@@ -11,10 +11,10 @@ namespace orvalo {
 
 class UIWindow;
 
-/// The application's delegate, which leaves everything to the layout. Main thread.
+/// The application's delegate. The layout does everything. Main thread.
 class AppDelegate : public UIResponder, public UIApplicationDelegate {
   public:
-    /// The window of the layout; the platform fills it.
+    /// The window of the layout; set by the platform.
     std::shared_ptr<UIWindow> window;
 
     void setWindow(const std::shared_ptr<UIWindow>& layoutWindow) override {

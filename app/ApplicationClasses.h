@@ -2,8 +2,8 @@
 
 namespace orvalo {
 
-/// Makes the classes that the layout and the application's start name by text known, and what
-/// their screens hold: web views and effects' UIs. Main thread, once, before the start.
+/// Registers the classes that the layout and UIApplicationMain() name by text, and the views of
+/// plug-in UIs. Main thread, once, before UIApplicationMain().
 void registerApplicationClasses();
 
 }  // namespace orvalo

@@ -10,18 +10,17 @@
 #include "platform/foundation/Print.h"
 #include "platform/foundation/URLRequest.h"
 #include "platform/foundation/URLResponse.h"
-#include "platform/foundation/loading/TextContents.h"
-#include "platform/web/WKNavigationAction.h"
-#include "platform/web/WKNavigationResponse.h"
+#include "platform/foundation/loading/ContentsOf.h"
+#include "platform/web/WKNavigation.h"
 #include "support/Unwrapped.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr double kPatience = 60;  // Seconds.
+constexpr double kTimeout = 60;  // Seconds.
 
-/// In capitals, as far as that makes a difference for the extensions below; any bytes.
+/// With ASCII letters in upper case.
 std::string upperCased(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), g_ascii_toupper);
     return text;
@@ -100,7 +99,7 @@ void HelpViewController::navigateWeb() {
 void HelpViewController::load(const std::string& address) const {
     const auto url = URL::string(address);
     webView_->load(
-        URLRequest{unwrapped(url), URLRequestCachePolicy::useProtocolCachePolicy, kPatience});
+        URLRequest{unwrapped(url), URLRequestCachePolicy::useProtocolCachePolicy, kTimeout});
 }
 
 void HelpViewController::prepareInfo(const std::string& which) {

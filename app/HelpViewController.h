@@ -14,8 +14,8 @@
 
 namespace orvalo {
 
-/// The screen with the maker's help or information page. It prints where the page leads, follows
-/// links to pages and documents only, and opens no window. Main thread.
+/// The screen with the maker's help or information page. Prints the addresses of navigations,
+/// follows links to pages and documents only, and opens no window. Main thread.
 class HelpViewController : public UIViewController,
                            public WKNavigationDelegate,
                            public WKUIDelegate {
@@ -31,7 +31,7 @@ class HelpViewController : public UIViewController,
                        const std::shared_ptr<Bundle>& bundle);
     explicit HelpViewController(const NSCoder& coder);
 
-    /// Leaves the screen.
+    /// Closes this screen.
     virtual void onButtonExit(const std::shared_ptr<NSObject>& sender);
     void webView(const std::shared_ptr<WKWebView>& webView,
                  const std::shared_ptr<WKNavigationAction>& decidePolicyFor,
@@ -44,13 +44,13 @@ class HelpViewController : public UIViewController,
         const std::shared_ptr<WKWebViewConfiguration>& createWebViewWith,
         const std::shared_ptr<WKNavigationAction>& for_,
         const std::shared_ptr<WKWindowFeatures>& windowFeatures) override;
-    /// Shows the page that comes with the application. Nothing calls it.
+    /// Shows the application's own page. Not called.
     virtual void loadHelpHtml();
     /// Shows the maker's help page.
     virtual void loadHelpPdf();
     /// Shows the maker's information page.
     virtual void navigateWeb();
-    /// Says which page is to be shown, before the screen appears.
+    /// Sets the page to show. Call it before the screen appears.
     virtual void prepareInfo(const std::string& which);
 
     void viewDidLoad() override;
@@ -58,7 +58,7 @@ class HelpViewController : public UIViewController,
     void didReceiveMemoryWarning() override;
 
   private:
-    friend struct HelpViewControllerPeer;  ///< The tests' view of the private parts.
+    friend struct HelpViewControllerPeer;  ///< For tests.
 
     void load(const std::string& address) const;
 };

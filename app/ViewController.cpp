@@ -11,6 +11,7 @@
 #include "platform/plugin-ui/view/AUViewController.h"
 #include "platform/ui/UIAlertController.h"
 #include "platform/ui/UIApplication.h"
+#include "platform/ui/UIDocumentPickerViewController.h"
 #include "platform/ui/UIStoryboardSegue.h"
 #include "support/Unwrapped.h"
 #include "support/view/PinToSuperviewEdges.h"
@@ -193,6 +194,35 @@ void ViewController::alertMessage(const std::string& title, const std::string& m
         "Cancel", UIAlertActionStyle::cancel,
         [](const std::shared_ptr<UIAlertAction>&) { print("Alert was canceled."); }));
     present(alert, true, nullptr);
+}
+
+void ViewController::openFilePicker() {
+    const auto picker = std::make_shared<UIDocumentPickerViewController>(
+        std::vector<std::string>{"public.folder"}, UIDocumentPickerMode::open);
+    picker->setDelegate(shared(this));
+    picker->allowsMultipleSelection = false;
+    present(picker, true, [] {});
+}
+
+void ViewController::documentPicker(
+    const std::shared_ptr<UIDocumentPickerViewController>& /*picker*/,
+    const URL& didPickDocumentAt) {
+    print("documentPicker (didPickDocumentAt): " + didPickDocumentAt.path());
+}
+
+void ViewController::documentPicker(
+    const std::shared_ptr<UIDocumentPickerViewController>& /*picker*/,
+    const std::vector<URL>& didPickDocumentsAt) {
+    print("documentPicker: " + description(didPickDocumentsAt));
+    if (didPickDocumentsAt.empty()) {
+        fatalError("The document picker has picked nothing.");
+    }
+    print("documentPicker (didPickDocumentsAt): " + didPickDocumentsAt.front().path());
+}
+
+void ViewController::documentPickerWasCancelled(
+    const std::shared_ptr<UIDocumentPickerViewController>& /*picker*/) {
+    print("The document picker was canceled.");
 }
 
 }  // namespace orvalo

@@ -18,18 +18,18 @@ namespace orvalo {
 class AUExtensionManager;
 class AVAudioUnit;
 
-/// The main screen: holds the effect's UI and the five buttons, and prints what happens.
-/// Main thread, but for onFoundComponent() and onEngineInitialized(), which come from the search.
+/// The main screen: holds the plug-in UI and the five buttons, and prints events. Main thread,
+/// except onFoundComponent() and onEngineInitialized(), which the manager calls on its own thread.
 class ViewController : public UIViewController,
                        public AUExtensionManagerDelegate,
                        public AUEnginePlayerDelegate,
                        public UIDocumentPickerDelegate {
   private:
-    /// The one manager; made when the view has loaded, never released.
+    /// Created in viewDidLoad(), never released.
     std::shared_ptr<AUExtensionManager> audioUnitManager;
 
   public:
-    /// What the effect's UI is put into.
+    /// Holds the plug-in UI.
     UIOutlet<UIView> pluginView{"ViewController.pluginView"};
     UIOutlet<UIButton> buttonUnit{"ViewController.buttonUnit"};
     UIOutlet<UIButton> buttonInfo{"ViewController.buttonInfo"};
@@ -39,12 +39,12 @@ class ViewController : public UIViewController,
 
   private:
     std::string documentsPath;
-    /// Reserved for a directory that is shared with the effect.
+    /// Reserved for a directory shared with the effect.
     std::string sharedPath;
     std::string resourcesPath;
-    /// A place for the effect's view controller.
+    /// Reserved for the effect's view controller.
     std::shared_ptr<UIViewController> audioUnitViewController;
-    /// A place for the effect.
+    /// Reserved for the effect.
     std::shared_ptr<AVAudioUnit> avAudioUnit;
 
   public:
@@ -52,7 +52,7 @@ class ViewController : public UIViewController,
                    const std::shared_ptr<Bundle>& bundle);
     explicit ViewController(const NSCoder& coder);
 
-    /// The view of audioUnitViewController; absent without that.
+    /// The view of audioUnitViewController, or null.
     std::shared_ptr<UIView> audioUnitView() const;
 
     void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) override;
@@ -61,22 +61,22 @@ class ViewController : public UIViewController,
     void onFileSelect(const std::string& file) override;
     void onLoop(std::int64_t count) override;
 
-    /// Shows or hides the effect's UI.
+    /// Shows or hides the plug-in UI.
     virtual void onButtonUnit(const std::shared_ptr<NSObject>& sender);
     virtual void onPlayButton(const std::shared_ptr<UIButton>& sender);
     virtual void onStopButton(const std::shared_ptr<UIButton>& sender);
-    /// Opens the maker's site in the browser and the help page here.
+    /// Opens the maker's site in the browser and the help page in this window.
     virtual void showHelp(const std::shared_ptr<NSObject>& sender);
 
   private:
     virtual void embedPlugInView();
 
   public:
-    /// Lays the effect's UI out at 4:3 in the middle of the screen.
+    /// Lays out the plug-in UI at 4:3 in the middle of the screen.
     virtual void centerPluginView();
 
   private:
-    /// w, h: points to fit into.
+    /// w, h: the available size in points.
     virtual void resetPluginView(double w, double h);
     virtual void getDirectories();
 
@@ -90,10 +90,10 @@ class ViewController : public UIViewController,
     void prepare(const std::shared_ptr<UIStoryboardSegue>& for_,
                  const std::shared_ptr<NSObject>& sender) override;
 
-    /// Asks the user to confirm or cancel; the answer is printed.
+    /// Asks the user to confirm or cancel, and prints the answer.
     virtual void alertMessage(const std::string& title, const std::string& message);
 
-    // The folder picker; nothing on screen opens it.
+    // The folder picker. No control opens it.
     virtual void openFilePicker();
     void documentPicker(const std::shared_ptr<UIDocumentPickerViewController>& picker,
                         const URL& didPickDocumentAt) override;
@@ -103,7 +103,7 @@ class ViewController : public UIViewController,
         const std::shared_ptr<UIDocumentPickerViewController>& picker) override;
 
   private:
-    friend struct ViewControllerPeer;  ///< The tests' view of the private parts.
+    friend struct ViewControllerPeer;  ///< For tests.
 
     void embed(const std::shared_ptr<UIViewController>& controller);
 };

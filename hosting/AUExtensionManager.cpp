@@ -19,7 +19,7 @@ AUExtensionManager::AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegat
 
 std::shared_ptr<AUExtensionManager> AUExtensionManager::init(
     std::shared_ptr<AUExtensionManagerDelegate> delegate, std::shared_ptr<AUEnginePlayer> engine) {
-    // The search holds the manager, which it can only once somebody else does.
+    // Not in the constructor: the search needs a shared reference to the manager.
     std::shared_ptr<AUExtensionManager> manager(
         new AUExtensionManager(std::move(delegate), std::move(engine)));
     manager->loadForRelease();

@@ -19,40 +19,40 @@ namespace orvalo {
 
 class AUViewController;
 
-/// Finds the application's one effect in the component registry, makes an instance, has the engine
-/// connect it, and tells its delegate. The search runs on the global queue and holds the manager;
-/// what goes wrong on its way is printed and ends it. Held by std::shared_ptr.
+/// Finds the application's effect in the component registry, instantiates it, connects it into the
+/// engine and notifies its delegate. The search runs on the global queue and keeps the manager
+/// alive. An error is printed and ends the search.
 class AUExtensionManager : public NSObject {
   public:
-    /// The engine: made with the manager, never replaced.
+    /// Never null.
     const std::shared_ptr<AUEnginePlayer> auEngine;
 
   private:
     const std::shared_ptr<AUExtensionManagerDelegate> delegate;
-    /// The unit whose presets are offered. Nothing assigns it.
+    /// The effect whose presets are listed. Never assigned.
     std::shared_ptr<AUAudioUnit> audioUnit;
 
   public:
-    /// A place for the effect's view controller. The manager leaves it alone.
+    /// Reserved for the effect's view controller. Not used by the manager.
     std::shared_ptr<AUViewController> viewController;
 
   private:
-    /// The effect's name in the registry, which the search does without.
+    /// The effect's name in the registry. Not used by the search.
     const std::string componentName = "TSLY: Orvalo Extension";
     const AudioComponentDescription componentDescription = orvaloComponentDescription;
-    /// What the last search found.
+    /// The result of the last search.
     std::vector<std::shared_ptr<AVAudioUnitComponent>> _availableAudioUnits;
 
   public:
-    /// The factory presets of the unit in its order; none without a unit.
+    /// The factory presets of audioUnit in its order; empty without it.
     std::vector<Preset> presets() const;
-    /// The unit's current preset; absent without a unit.
+    /// The current preset of audioUnit; absent without it.
     std::optional<Preset> currentPreset() const;
-    /// Sets the unit's current preset, or none; does nothing without a unit.
+    /// Sets or clears the current preset of audioUnit; does nothing without it.
     void setCurrentPreset(const std::optional<Preset>& preset);
 
-    /// A manager whose search has started. delegate: absent only where no effect can be found;
-    /// an effect that is connected without a delegate is a fatal error. engine: to be its auEngine.
+    /// A new manager whose search has started. delegate: when it is null and an effect is found, a
+    /// fatal error. engine: becomes auEngine.
     static std::shared_ptr<AUExtensionManager> init(
         std::shared_ptr<AUExtensionManagerDelegate> delegate,
         std::shared_ptr<AUEnginePlayer> engine = std::make_shared<AUEnginePlayer>());
@@ -71,15 +71,15 @@ class AUExtensionManager : public NSObject {
     virtual void onFoundComponent();
 
   public:
-    /// Where the unit's parameters get bound to controls; prints a warning without a unit.
+    /// Reserved for binding parameters to controls. Prints a warning without audioUnit.
     virtual void connectParametersToControls();
-    /// Starts or stops playback; whether it plays then. As AUEnginePlayer::toggle().
+    /// AUEnginePlayer::toggle().
     virtual bool togglePlayback();
-    /// The manager's end of life: stops playback and takes the effect out of the engine.
+    /// Stops playback and removes the effect from the engine. The last operation.
     virtual void cleanup();
 
   private:
-    friend struct AUExtensionManagerPeer;  ///< The tests' view of the private parts.
+    friend struct AUExtensionManagerPeer;  ///< For tests.
 
     void search();
     void adopt(const std::shared_ptr<AVAudioUnit>& unit,

@@ -6,15 +6,15 @@ namespace orvalo {
 
 class AVAudioUnit;
 
-/// What an AUExtensionManager tells its owner. Called on a thread of the global queue, never on the
-/// main thread.
+/// Receives the events of an AUExtensionManager on a thread of the global queue, never the main
+/// thread.
 class AUExtensionManagerDelegate {
   public:
     virtual ~AUExtensionManagerDelegate() = default;
 
-    /// The effect has been made and connected into the engine.
+    /// The effect was instantiated and connected into the engine.
     virtual void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) = 0;
-    /// The whole start-up of the effect is finished.
+    /// The search has ended successfully. Called after onFoundComponent().
     virtual void onEngineInitialized() = 0;
 };
 

@@ -5,8 +5,8 @@
 namespace orvalo {
 
 // Named MIDI byte values: the status bytes of MIDI 1.0 (of channel 0 for the channel messages), its
-// controller numbers, and the meta event types of the Standard MIDI File. Entries that depart from
-// these standards say so.
+// controller numbers, and the meta event types of the Standard MIDI File. Values that differ from
+// these standards have a comment.
 
 inline const std::uint8_t STATUS_NOTEOFF = 0x80;
 inline const std::uint8_t STATUS_NOTEON = 0x90;
@@ -31,7 +31,7 @@ inline const std::uint8_t STATUS_STOP = 0xFC;
 inline const std::uint8_t STATUS_RESERVED4 = 0xFD;
 inline const std::uint8_t STATUS_ACTIVESENSING = 0xFE;
 inline const std::uint8_t STATUS_RESET = 0xFF;
-/// Shares the reserved status byte, not the reset byte of the file format.
+/// A reserved status byte; 0xFF in Standard MIDI Files.
 inline const std::uint8_t STATUS_META = STATUS_RESERVED4;
 
 inline const std::uint8_t CONTROLLER_BANKSELECT_MSB = 0;
@@ -82,7 +82,7 @@ inline const std::uint8_t CONTROLLER_111 = 111;
 inline const std::uint8_t CONTROLLER_112 = 112;
 inline const std::uint8_t CONTROLLER_RESET_CONTROLLERS = 121;
 inline const std::uint8_t CONTROLLER_NOTES_OFF = 123;
-/// The same as all notes off, where MIDI 1.0 has 120.
+/// All notes off; 120 in MIDI 1.0.
 inline const std::uint8_t CONTROLLER_SOUNDS_OFF = 123;
 
 inline const std::uint8_t META_SEQUENCENUMBER = 0x00;
@@ -104,7 +104,7 @@ inline const std::uint8_t META_TIMESIGNATURE = 0x58;
 inline const std::uint8_t META_KEYSIGNATURE = 0x59;
 inline const std::uint8_t META_SPECIFIC = 0x7F;
 inline const std::uint8_t META_SYSEX = 0xF0;
-// The system's own meta events have no type of their own in a file.
+// Events without a type in Standard MIDI Files.
 inline const std::uint8_t META_UNKNOWN = 0xFF;
 inline const std::uint8_t META_EXTENDEDNOTE = 0xFF;
 inline const std::uint8_t META_AUPARAMETER = 0xFF;

@@ -10,23 +10,23 @@
 
 namespace orvalo {
 
-/// A MIDI meta event of any length, in one block of memory of its own that is laid out as the
-/// platform's record. Never changes; any thread.
+/// A MIDI meta event of any length, in one block of memory with the layout of MIDIMetaEvent.
+/// Immutable: any thread.
 class MyMetaEvent : public NSObject {
   public:
-    /// A length of data that the record cannot state is a fatal error.
+    /// More data than dataLength can express is a fatal error.
     MyMetaEvent(std::uint8_t type, const std::vector<std::uint8_t>& data);
 
-    /// Calls body once, at once, with the record, which is there until body returns.
+    /// Calls body with the record, which is valid during the call.
     void withMIDIMetaEventPtr(const std::function<void(const MIDIMetaEvent*)>& body) const;
 
-    const std::int64_t size;  ///< The block's length in bytes: the record's and the data's.
+    const std::int64_t size;  ///< Bytes of the block: sizeof(MIDIMetaEvent) plus the data.
 
   private:
     const std::vector<std::byte> mem;
 };
 
-/// Makes a sequencer-specific event and hands its record to a body that does nothing.
+/// Creates a sequencer-specific event and passes its record to an empty body.
 void test_MyMetaEvent();
 
 }  // namespace orvalo

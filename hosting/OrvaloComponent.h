@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// The effect's codes in the component registry: a music effect, which also takes MIDI.
+/// The effect's codes in the component registry: a music effect, with audio and MIDI inputs.
 inline constexpr AudioComponentDescription orvaloComponentDescription{
     .componentType = fourCharCode("aumf"),
     .componentSubType = fourCharCode("orVL"),
@@ -13,7 +13,7 @@ inline constexpr AudioComponentDescription orvaloComponentDescription{
     .componentFlagsMask = 0,
 };
 
-/// What the effect is told of the host that it runs in.
+/// The context name that the effect gets from its host.
 inline constexpr auto orvaloContextName = "running in distribution host";
 
 }  // namespace orvalo

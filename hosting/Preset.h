@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-/// One preset of the effect. A value around a preset that is there.
+/// One preset of the effect. The preset is never null.
 class Preset {
   public:
     explicit Preset(std::shared_ptr<AUAudioUnitPreset> preset)

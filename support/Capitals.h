@@ -5,8 +5,8 @@
 
 namespace orvalo {
 
-/// The names of 197 capitals, from Afghanistan's to Zimbabwe's, in the order of the countries'
-/// English names, in UTF-8. The spelling is part of what is kept.
+/// 197 capitals, from Afghanistan's to Zimbabwe's, in the order of the countries' English names.
+/// UTF-8; users rely on the exact spelling.
 inline const std::vector<std::string> capitals = {
     "Kabul",
     "Tirana",

@@ -11,7 +11,7 @@ namespace orvalo {
 
 namespace {
 
-// The effect's class name in the origin makes its lines and the application's read alike.
+// Named after a class of the effect, so that the lines of both look alike.
 constexpr auto kOrigin = "AudioUnitViewController::getPaths() : ";
 
 void logLocation(const std::string& kind, const std::optional<URL>& url) {

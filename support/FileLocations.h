@@ -7,7 +7,7 @@
 
 namespace orvalo {
 
-// The places that the application and its effect share. From one thread at a time.
+// The folders that the application and its effect share. One thread at a time.
 
 /// The identifier of the application group that the application shares with the effect.
 inline std::string sharedContainer = "group.com.Tessaly.audio";
@@ -20,13 +20,12 @@ inline std::optional<URL> sharedURLAudio;
 /// Reserved for shared MIDI files.
 inline std::optional<URL> sharedURLMIDI;
 
-/// Sets documentsURL and resourcesURL and logs both with safeprint(). A user without a documents
-/// directory or an application without resources is a fatal error.
+/// Sets documentsURL and resourcesURL and prints both with safeprint(). A missing folder is a fatal
+/// error.
 void getPaths();
 
-/// Makes sure that there is an item at the address, by creating a directory with its missing
-/// parents if there is none; an item of another kind counts as well. Returns false, with the
-/// reason logged by debugprint(), when that fails. Any thread.
+/// Creates a directory with its missing parents, unless an item of any kind exists there. Returns
+/// false and prints the reason with debugprint() when that fails. Any thread.
 bool ensureDirectoryExists(const URL& url);
 
 }  // namespace orvalo

@@ -3,8 +3,9 @@
 #include <glib.h>
 
 #include <array>
-#include <memory>
 #include <string_view>
+
+#include "platform/foundation/GLibPointer.h"
 
 namespace orvalo {
 
@@ -23,15 +24,14 @@ std::string stringValue(std::uint32_t code) {
         static_cast<char>(code >> 24U & 0xFFU), static_cast<char>(code >> 16U & 0xFFU),
         static_cast<char>(code >> 8U & 0xFFU), static_cast<char>(code & 0xFFU)};
     gsize size = 0;
-    const std::unique_ptr<gchar, decltype(&g_free)> decoded(
-        g_convert(bytes.data(), bytes.size(), "UTF-8", "MACINTOSH", nullptr, &size, nullptr),
-        g_free);
+    const GText decoded(
+        g_convert(bytes.data(), bytes.size(), "UTF-8", "MACINTOSH", nullptr, &size, nullptr));
     if (decoded == nullptr) {
         return "FAIL";
     }
     std::string text(decoded.get(), size);
-    // The C library's table differs from the one that Apple gave to Unicode in two characters: the
-    // increment sign at 0xC6, which it takes for the Greek letter, and the apple at 0xF0.
+    // g_convert() differs from Apple's table for Unicode in two characters: it decodes 0xC6, the
+    // increment sign, as the Greek letter, and 0xF0, the apple, as U+E01E.
     replaceAll(text, "\u0394", "\u2206");
     replaceAll(text, "\uE01E", "\uF8FF");
     return text;

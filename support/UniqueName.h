@@ -5,9 +5,8 @@
 
 namespace orvalo {
 
-/// A text that no other call gives, on any machine: the process information's globally unique
-/// string, behind the prefix and a hyphen when there is a prefix, an empty one included. Any
-/// thread.
+/// ProcessInfo's globally unique string, after "<prefix>-" when there is a prefix, even an empty
+/// one. Any thread.
 std::string uniqueName(const std::optional<std::string>& withPrefix = std::nullopt);
 
 }  // namespace orvalo

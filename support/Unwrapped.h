@@ -4,8 +4,8 @@
 
 namespace orvalo {
 
-/// What an optional or a reference holds; an absent value used as present ends the program. The
-/// result lives as long as the argument.
+/// The value of an optional or a pointer; absence is a fatal error. The result lives as long as the
+/// argument.
 template <typename Optional>
 auto& unwrapped(Optional& value) {
     if (!value) {

@@ -1,4 +1,4 @@
-// Submission to the main queue against g_idle_add, the run loop's own way of handing work over.
+// Submission to the main queue compared with g_idle_add().
 
 #include <benchmark/benchmark.h>
 #include <glib.h>
@@ -16,7 +16,7 @@ namespace {
 
 using orvalo::DispatchQueue;
 
-constexpr std::int64_t burst = 10'000;  // Below what the main queue holds without the heap.
+constexpr std::int64_t burst = 10'000;  // Below the size of the main queue's pool.
 std::int64_t runs = 0;
 
 struct MainQueueWay {
@@ -43,7 +43,7 @@ void serveBurst(std::int64_t items) {
     runs = 0;
 }
 
-/// One item's way in, while the loop does not turn.
+/// Submits one item while the loop does not run.
 template <typename Way>
 void submission(benchmark::State& state) {
     while (state.KeepRunningBatch(burst)) {
@@ -57,9 +57,9 @@ void submission(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
-/// One item's way in and through the loop: another thread submits while the loop turns. The main
-/// queue gives each item a turn, poll and all, so that nothing else waits long; all idle callbacks
-/// that are there share one turn.
+/// Submits items from another thread while the loop runs them. The main queue runs one item per
+/// turn, each with a poll, so that other sources do not wait; all pending idle callbacks share one
+/// turn.
 template <typename Way>
 void throughput(benchmark::State& state) {
     while (state.KeepRunningBatch(burst)) {

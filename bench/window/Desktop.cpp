@@ -18,7 +18,7 @@ namespace orvalo::bench {
 
 namespace {
 
-constexpr int kPatience = 100;  // Milliseconds.
+constexpr int kTimeout = 100;  // Milliseconds.
 constexpr int kLeastExtent = 300;
 
 void type(Display* display, KeySym key, bool withControl) {
@@ -37,8 +37,7 @@ void type(Display* display, KeySym key, bool withControl) {
 
 }  // namespace
 
-/// The picture is read through memory that is shared with the server: a copy over the connection
-/// would keep the server from its work.
+/// Reads the picture through shared memory: a copy over the connection would slow the server down.
 struct Desktop::Connection {
     Connection() : display(XOpenDisplay(nullptr)) {
         int error = 0;
@@ -60,7 +59,7 @@ struct Desktop::Connection {
         memory.shmaddr = image->data = static_cast<char*>(shmat(memory.shmid, nullptr, 0));
         XShmAttach(display, &memory);
         XSync(display, False);
-        // It goes with its last user.
+        // Removed with its last user.
         shmctl(memory.shmid, IPC_RMID, nullptr);
         XDamageCreate(display, root, XDamageReportRawRectangles);
         XSelectInput(display, root, SubstructureNotifyMask | PropertyChangeMask);
@@ -96,7 +95,7 @@ void Desktop::awaitChange() {
     auto* display = connection_->display;
     if (XPending(display) == 0) {
         pollfd look{XConnectionNumber(display), POLLIN, 0};
-        poll(&look, 1, kPatience);
+        poll(&look, 1, kTimeout);
     }
     while (XPending(display) > 0) {
         XEvent event;

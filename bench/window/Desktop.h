@@ -9,10 +9,10 @@
 
 namespace orvalo::bench {
 
-/// A display of its own with a window manager, watched.
+/// A virtual display with a window manager, observed for changes.
 class Desktop {
   public:
-    /// When something was seen first, by monotonicNanoseconds().
+    /// Times of first events, by monotonicNanoseconds().
     using Moment = std::optional<std::int64_t>;
 
     Desktop();
@@ -20,16 +20,16 @@ class Desktop {
     Desktop(const Desktop&) = delete;
     Desktop& operator=(const Desktop&) = delete;
 
-    /// From now on: what was before is forgotten.
+    /// Forgets earlier events.
     void beginWatch();
-    /// Waits until something has changed on the display, a tenth of a second at most.
+    /// Waits until the display changes, at most 0.1 s.
     void awaitChange();
-    /// Since the beginning of the watch, a window as big as an application's has come up.
+    /// When a window of an application's size was mapped.
     Moment mappedAt() const { return mappedAt_; }
-    /// Since then another window was made the active one, which takes the keys.
+    /// When another window became the active one.
     Moment activeAt() const { return activeAt_; }
 
-    /// How many of every fourth pixel, across and down, have that colour, 0xRRGGBB.
+    /// Counts the pixels of that colour, 0xRRGGBB, in every fourth column and row.
     int count(std::uint32_t color) const;
     /// Types Ctrl+E.
     void typeControlE() const;

@@ -7,11 +7,11 @@
 
 namespace orvalo::bench {
 
-/// A message bus of this program's own, as every desktop has one: without it programs look for one
-/// at their start and begin one. While it lives, it is the bus of this process and of its children.
+/// A message bus for this process and its children. Without one, programs start one themselves,
+/// which takes time.
 class SessionBus {
   public:
-    /// Returns when it takes clients. Throws std::runtime_error when it does not.
+    /// Returns when the bus accepts clients. Throws std::runtime_error when it does not.
     SessionBus();
 
   private:

@@ -7,7 +7,7 @@
 
 namespace orvalo::bench {
 
-/// The xruns that the JACK server reports while the object lives, whoever's they are.
+/// Counts all xruns of the JACK server during the object's life.
 class XrunCount {
   public:
     /// Throws std::runtime_error when there is no server.

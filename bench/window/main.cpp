@@ -1,6 +1,5 @@
-// How soon the effect's UI is on screen after a start, against jalv.gtk3; what the
-// application costs while nobody does anything; and whether it plays without a gap while the
-// UI is shown.
+// Time from a start to the visible plug-in UI, compared with jalv.gtk3; the processor time of the
+// idle application; and whether playback has gaps while the UI is shown.
 
 #include <unistd.h>
 
@@ -32,15 +31,14 @@ namespace {
 
 using namespace orvalo::bench;
 
-constexpr std::uint32_t kAccent = 0x5FC9B8;  // Of the effect's UI, and of the icon.
-constexpr int kEnough = 60;                  // Its pixels, counted as Desktop does; not the icon's.
-constexpr double kPatience = 20;             // Seconds.
+constexpr std::uint32_t kAccent = 0x5FC9B8;  // In the plug-in UI and in the icon.
+constexpr int kEnough = 60;                  // Pixels of kAccent; the icon has fewer.
+constexpr double kTimeout = 20;              // Seconds.
 constexpr double kQuantum = 64.0 / 48000.0;  // Seconds, of the JACK server.
 
-/// The condition is looked at whenever something has changed on the display, and ten times a
-/// second.
+/// Checks the condition at every change of the display and ten times a second.
 void awaitUntil(Desktop& desktop, const std::function<bool()>& condition, const char* failure) {
-    const auto end = monotonicNanoseconds() + static_cast<std::int64_t>(kPatience * 1e9);
+    const auto end = monotonicNanoseconds() + static_cast<std::int64_t>(kTimeout * 1e9);
     while (!condition()) {
         if (monotonicNanoseconds() > end) {
             throw std::runtime_error(failure);
@@ -49,18 +47,18 @@ void awaitUntil(Desktop& desktop, const std::function<bool()>& condition, const 
     }
 }
 
-/// What is seen of a program's start, in milliseconds from its beginning.
+/// The events of a program's start, in milliseconds.
 struct Start {
-    double mapped;  ///< Its window is up,
-    double active;  ///< takes keys,
-    double shown;   ///< and has the effect's UI in it, drawn.
+    double mapped;  ///< Its window is mapped.
+    double active;  ///< Its window is active.
+    double shown;   ///< The plug-in UI is drawn.
 };
 
 Start watchStart(Desktop& desktop, const Command& command, const Environment& environment,
                  bool asksForEffect) {
     awaitUntil(
         desktop, [&] { return desktop.count(kAccent) == 0; }, "a window of the last round stays");
-    // The window manager has things to do when a window goes.
+    // The window manager works after the end of a window.
     std::this_thread::sleep_for(std::chrono::milliseconds(150));
     desktop.beginWatch();
     const Child program(command, environment);
@@ -79,7 +77,7 @@ Start watchStart(Desktop& desktop, const Command& command, const Environment& en
             since(now)};
 }
 
-/// A line of medians; returns that of the UI.
+/// Prints a line of medians and returns the one of the UI.
 double report(const char* what, const std::vector<Start>& starts) {
     const auto medianOf = [&](double Start::*field) {
         std::vector<double> values;
@@ -116,7 +114,7 @@ void measureStart(Desktop& desktop, const Environment& environment, int rounds) 
     std::printf("   %.3f x jalv.gtk3\n", orvalo / jalv);
 }
 
-/// Seconds of the processor's time that a process has used.
+/// The processor time of a process in seconds.
 double processorSeconds(pid_t process) {
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string text;
@@ -131,7 +129,7 @@ double processorSeconds(pid_t process) {
     return ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
-/// The application with its window up.
+/// The running application.
 std::unique_ptr<Child> startWindow(Desktop& desktop, const Environment& environment) {
     desktop.beginWatch();
     auto program = std::make_unique<Child>(Command{(stage() / "bin/orvalo").string()}, environment);
@@ -163,8 +161,7 @@ void measureIdle(Desktop& desktop, const Environment& environment, int seconds) 
     share("UI hidden again");
 }
 
-/// The xruns of the JACK server from now on, by its own count, and how punctual the machine is
-/// itself.
+/// The xruns of the JACK server from now on, and the punctuality of the machine.
 void countXruns(const char* what, const XrunCount& xruns, int seconds) {
     std::this_thread::sleep_for(std::chrono::seconds(2));
     const auto before = xruns.value();

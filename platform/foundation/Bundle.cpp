@@ -13,7 +13,7 @@
 namespace orvalo {
 
 const std::shared_ptr<Bundle>& Bundle::main() {
-    // Never destroyed: threads may still ask for it while the process ends.
+    // Never destroyed: threads may still use it while the process ends.
     static const auto& bundle = *new const std::shared_ptr<Bundle>(std::make_shared<Bundle>(
         URL::fileURLWithPath(executablePath().parent_path().parent_path().string())));
     return bundle;

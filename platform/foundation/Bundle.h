@@ -10,30 +10,32 @@
 
 namespace orvalo {
 
-/// The tree that the program was started from: <prefix>/bin/<program>, <prefix>/share/orvalo,
-/// <prefix>/lib/lv2, <prefix>/libexec/orvalo. Found from the executable alone. Any thread.
+/// An installed tree: <prefix>/bin/<program>, <prefix>/share/orvalo, <prefix>/lib/lv2,
+/// <prefix>/libexec/orvalo. Any thread.
 class Bundle : public NSObject {
   public:
-    /// The bundle of the running program.
+    /// The bundle of the running program, found from the path of its executable.
     static const std::shared_ptr<Bundle>& main();
 
-    /// <prefix>/share/orvalo; absent when it is no directory.
+    /// <prefix>/share/orvalo; absent when there is no such directory.
     std::optional<URL> resourceURL() const;
-    /// The resource's file "<forResource>.<withExtension>"; absent when there is no such file.
+    /// The file "<forResource>.<withExtension>" of the resources; absent when there is none.
     virtual std::optional<URL> url(std::string_view forResource,
                                    std::string_view withExtension) const;
-    /// What the bundle says of itself under a key of share/orvalo/Info.ini, group [Bundle], such as
-    /// "Identifier"; absent without the file or the key.
+    /// The value of a key such as "Identifier" in share/orvalo/Info.ini, group [Bundle]; absent
+    /// without the file or the key.
     std::optional<std::string> infoValue(const std::string& key) const;
-    /// <prefix>/share, whether it is there or not: what desktops look for in data folders, such as
-    /// icons.
+
+    // The following exist or not.
+
+    /// <prefix>/share: the data folder, with the icons.
     URL dataURL() const;
-    /// <prefix>/lib/lv2, whether it is there or not: where the application's own effects live.
+    /// <prefix>/lib/lv2: the application's own effects.
     URL effectsURL() const;
-    /// <prefix>/libexec/orvalo/<name>, whether it is there or not: a program that others start.
+    /// <prefix>/libexec/orvalo/<name>: a program that other programs start.
     URL helperURL(std::string_view name) const;
 
-    explicit Bundle(URL prefix);  ///< A bundle at another place.
+    explicit Bundle(URL prefix);
 
   private:
     URL prefix_;

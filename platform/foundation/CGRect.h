@@ -4,21 +4,21 @@
 
 namespace orvalo {
 
-/// A place in points, from a top-left origin; y grows downwards.
+/// A position in points from a top-left origin; y grows downwards.
 struct CGPoint {
     double x = 0;
     double y = 0;
     friend bool operator==(const CGPoint&, const CGPoint&) = default;
 };
 
-/// An extent in points.
+/// A size in points.
 struct CGSize {
     double width = 0;
     double height = 0;
     friend bool operator==(const CGSize&, const CGSize&) = default;
 };
 
-/// A rectangle in points; its place may be negative.
+/// A rectangle in points. Position and size may be negative.
 struct CGRect {
     CGPoint origin;
     CGSize size;
@@ -26,7 +26,7 @@ struct CGRect {
     CGRect() = default;
     CGRect(double x, double y, double width, double height) : origin{x, y}, size{width, height} {}
 
-    // Of the same rectangle in standard form, whose extents are not negative.
+    // Of the same rectangle in standard form, with a size that is not negative.
     double minX() const { return size.width < 0 ? origin.x + size.width : origin.x; }
     double minY() const { return size.height < 0 ? origin.y + size.height : origin.y; }
     double width() const { return std::abs(size.width); }

@@ -6,8 +6,8 @@
 
 namespace orvalo {
 
-/// Integer arithmetic that ends the program instead of wrapping. Each names itself in the fatal
-/// error's message.
+// Integer arithmetic whose overflow is a fatal error that names the operation.
+
 template <std::integral T>
 T checkedAdd(T left, T right) {
     T result{};
@@ -35,7 +35,7 @@ T checkedMultiply(T left, T right) {
     return result;
 }
 
-/// The same number as another integer type; a number that does not fit ends the program.
+/// The number as another integer type. A number that does not fit is a fatal error.
 template <std::integral To, std::integral From>
 To exactly(From value) {
     To result{};

@@ -5,7 +5,6 @@
 
 namespace orvalo {
 
-/// Bytes.
 using Data = std::vector<std::uint8_t>;
 
 }  // namespace orvalo

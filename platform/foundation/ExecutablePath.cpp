@@ -16,7 +16,7 @@ std::filesystem::path find() {
     if (failure) {
         fatalError("/proc/self/exe: " + failure.message());
     }
-    // How the kernel marks a file that was replaced, by an update say, while the program runs.
+    // The kernel marks a file that was replaced while the program runs, such as by an update.
     constexpr std::string_view replaced = " (deleted)";
     if (path.ends_with(replaced)) {
         path.resize(path.size() - replaced.size());

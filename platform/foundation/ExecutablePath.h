@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// The absolute path of the running program's file, found once. Any thread.
+/// The absolute path of the running program's file. Constant. Any thread.
 const std::filesystem::path& executablePath();
 
 }  // namespace orvalo

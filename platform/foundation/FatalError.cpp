@@ -2,19 +2,18 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/foundation/PipeSignalGuard.h"
-#include "platform/foundation/WriteLine.h"
+#include "platform/foundation/Print.h"
 
 namespace orvalo {
 
 void fatalError(std::string_view message) {
-    {
-        const PipeSignalGuard guard;
-        std::fflush(stdout);
-    }
+    // The flush must not end the program by another signal than SIGABRT.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::fflush(stdout);
     writeLine(STDERR_FILENO, "Fatal error: ", message);
     std::abort();
 }

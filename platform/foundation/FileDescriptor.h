@@ -6,7 +6,7 @@
 
 namespace orvalo {
 
-/// An open file descriptor that is closed with the object. Below 0 for none.
+/// An owned file descriptor; below 0 when there is none.
 class FileDescriptor {
   public:
     FileDescriptor() = default;
@@ -27,7 +27,7 @@ class FileDescriptor {
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int get() const { return descriptor_; }
-    /// Gives it up to the caller.
+    /// Passes the ownership to the caller.
     int release() { return std::exchange(descriptor_, -1); }
 
   private:

@@ -2,23 +2,21 @@
 
 #include <glib.h>
 #include <glib/gstdio.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 
 #include "platform/foundation/NSError.h"
-#include "platform/foundation/UserFolders.h"
 
 namespace orvalo {
 
 namespace {
 
-// The umask takes away what the user does not want to give.
+// The umask removes what the user does not want to grant.
 constexpr int directoryMode = 0777;
 
 }  // namespace
 
-// NOLINTBEGIN(readability-convert-member-functions-to-static): they are the shared object's.
+// NOLINTBEGIN(readability-convert-member-functions-to-static): given as the shared object's.
 FileManager& FileManager::default_() {
     static FileManager manager;
     return manager;
@@ -26,12 +24,12 @@ FileManager& FileManager::default_() {
 
 std::vector<URL> FileManager::urls(SearchPathDirectory /*for_*/,
                                    SearchPathDomainMask /*in*/) const {
-    return {URL::fileURLWithPath(userDocumentsFolder().value_or(g_get_home_dir()).string())};
+    const char* documents = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
+    return {URL::fileURLWithPath(documents == nullptr ? g_get_home_dir() : documents)};
 }
 
 bool FileManager::fileExists(const std::string& atPath) const {
-    struct stat status {};
-    return stat(atPath.c_str(), &status) == 0;
+    return g_file_test(atPath.c_str(), G_FILE_TEST_EXISTS) != FALSE;
 }
 
 void FileManager::createDirectory(const URL& at, bool withIntermediateDirectories) {

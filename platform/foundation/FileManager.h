@@ -15,15 +15,15 @@ class FileManager {
   public:
     static FileManager& default_();
 
-    /// The user's directories of a kind, best first. Documents: the XDG documents directory, else
-    /// the home directory, which is "/" for a user without one; never empty.
+    /// The user's directories of a kind; never empty. Documents: the XDG documents directory, else
+    /// the home directory.
     std::vector<URL> urls(SearchPathDirectory for_, SearchPathDomainMask in) const;
 
-    /// Whether an item of any kind is there; a dangling link is not.
+    /// Whether an item of any kind exists. False for a dangling link.
     bool fileExists(const std::string& atPath) const;
 
-    /// Creates a directory, with its missing parents when withIntermediateDirectories (an existing
-    /// directory is then no error), with the platform's default permissions. Throws NSError.
+    /// Creates a directory with the default permissions. withIntermediateDirectories: with its
+    /// missing parents; an existing directory is no error then. Throws NSError.
     void createDirectory(const URL& at, bool withIntermediateDirectories);
 
   private:

@@ -1,42 +1,44 @@
-#include "platform/foundation/GlobalQueue.h"
-
 #include <glib.h>
 
+#include <memory>
 #include <utility>
+
+#include "platform/foundation/DispatchQueue.h"
 
 namespace orvalo {
 
-GlobalQueue::GlobalQueue()
-    : DispatchQueue("com.orvalo.global"),
-      pool_(g_thread_pool_new(
-          [](gpointer /*turn*/, gpointer queue) { static_cast<GlobalQueue*>(queue)->runOne(); },
-          this, threads, FALSE, nullptr)) {}
+namespace {
 
-void GlobalQueue::async(WorkItem work) {
-    {
-        const std::lock_guard lock(mutex_);
-        items_.push_back(std::move(work));
+/// The global queue over a GLib thread pool.
+class GlobalQueue final : public DispatchQueue {
+  public:
+    GlobalQueue()
+        : DispatchQueue("com.orvalo.global"),
+          pool_(g_thread_pool_new(run, nullptr, threads, FALSE, nullptr)) {}
+
+    void async(WorkItem work) override {
+        // Fails only to start another thread; the item then waits for a running one.
+        g_thread_pool_push(pool_, std::make_unique<WorkItem>(std::move(work)).release(), nullptr);
     }
-    // Fails only to start a further thread; the turn then waits for one that runs.
-    g_thread_pool_push(pool_, this, nullptr);
-}
 
-void GlobalQueue::sync(WorkItem work) {
-    work();
-}
+    void sync(WorkItem work) override { work(); }
 
-void GlobalQueue::runOne() noexcept {
-    WorkItem work;
-    {
-        const std::lock_guard lock(mutex_);
-        work = std::move(items_.front());
-        items_.pop_front();
+  private:
+    /// More threads than processors: work may wait for files and for other queues.
+    static constexpr int threads = 64;
+
+    static void run(gpointer item, gpointer /*data*/) noexcept {
+        const std::unique_ptr<WorkItem> work(static_cast<WorkItem*>(item));
+        (*work)();
     }
-    work();
-}
+
+    GThreadPool* pool_;
+};
+
+}  // namespace
 
 const std::shared_ptr<DispatchQueue>& DispatchQueue::global() {
-    // Lives until the process ends: its threads do, too.
+    // Lives until the process ends, as its threads do.
     static const auto& queue = *new std::shared_ptr<DispatchQueue>(std::make_shared<GlobalQueue>());
     return queue;
 }

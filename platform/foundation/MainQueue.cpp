@@ -1,21 +1,60 @@
-#include "platform/foundation/MainQueue.h"
-
 #include <glib-unix.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
 
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
+#include "platform/foundation/GLibPointer.h"
+#include "platform/foundation/MainQueueStore.h"
 #include "platform/foundation/OneShot.h"
 #include "platform/foundation/RealTimeScope.h"
 #include "platform/foundation/RunLoop.h"
-#include "platform/foundation/SyncCheck.h"
 
 namespace orvalo {
+
+namespace {
+
+/// The main queue over the default main context: one source, one item a turn.
+/// g_main_context_invoke() and g_idle_add() allocate and lock, which the render thread must not. A
+/// submission costs a system call only when the run loop sleeps or is about to.
+class MainQueue final : public DispatchQueue {
+  public:
+    MainQueue();
+    ~MainQueue() override;
+    MainQueue(const MainQueue&) = delete;
+    MainQueue& operator=(const MainQueue&) = delete;
+    MainQueue(MainQueue&&) = delete;
+    MainQueue& operator=(MainQueue&&) = delete;
+
+    void async(WorkItem work) override;
+    void sync(WorkItem work) override;
+
+  private:
+    struct Source;
+
+    MainQueueNode* takeNode();
+    void giveBack(MainQueueNode& node);
+    void wake() noexcept;
+    bool isReady() noexcept;
+    /// Whether an item waits; if none does, the next submission wakes the run loop.
+    bool isReadyBeforeSleep() noexcept;
+    void runOne() noexcept;
+
+    MainQueuePool pool_;
+    MainQueueStore store_{*pool_.take()};
+    int wakeDescriptor_;
+    /// Whether the run loop will check the queue again without being woken.
+    std::atomic<bool> isAwake_{false};
+    std::atomic<std::uint64_t> dropped_{0};
+    GSourcePointer source_;
+};
 
 struct MainQueue::Source {
     GSource base;
@@ -26,7 +65,7 @@ struct MainQueue::Source {
 
     static gboolean prepare(GSource* source, gint* timeout) {
         *timeout = -1;
-        return of(source).queue->isReadyOrSleeps();
+        return of(source).queue->isReadyBeforeSleep();
     }
 
     static gboolean check(GSource* source) {
@@ -80,9 +119,9 @@ void MainQueue::async(WorkItem work) {
 }
 
 void MainQueue::sync(WorkItem work) {
-    // Nobody else runs the main queue, so the main thread must not wait for it, whatever it does.
+    // Only the main thread runs this queue, so it must never wait for it.
     if (RunLoop::isMainThread()) {
-        endForSyncFromOwnWork(label());
+        endForSyncFromOwnWork();
     }
     OneShot done;
     async([&work, &done] {
@@ -110,8 +149,8 @@ void MainQueue::giveBack(MainQueueNode& node) {
 }
 
 void MainQueue::wake() noexcept {
-    // The exchanges here and in isReadyOrSleeps() are ordered: either this one sees that the loop
-    // went to sleep, or the loop, after its own, sees the item.
+    // The exchanges here and in isReadyBeforeSleep() have one order: either this one sees that the
+    // loop went to sleep, or the loop sees the item after its own exchange.
     if (!isAwake_.exchange(true, std::memory_order_acq_rel)) {
         eventfd_write(wakeDescriptor_, 1);
     }
@@ -121,7 +160,7 @@ bool MainQueue::isReady() noexcept {
     return store_.canPop() || dropped_.load(std::memory_order_relaxed) != 0;
 }
 
-bool MainQueue::isReadyOrSleeps() noexcept {
+bool MainQueue::isReadyBeforeSleep() noexcept {
     if (isReady()) {
         return true;
     }
@@ -150,16 +189,18 @@ void MainQueue::runOne() noexcept {
     }
 }
 
+}  // namespace
+
 const std::shared_ptr<DispatchQueue>& DispatchQueue::main() {
-    // Lives until the process ends: threads may still hand work over while it does.
+    // Lives until the process ends: threads may still submit work meanwhile.
     static const auto& queue = *new std::shared_ptr<DispatchQueue>(std::make_shared<MainQueue>());
     return queue;
 }
 
 namespace {
 
-// Made before any thread renders: making it allocates.
-[[maybe_unused]] const auto& madeAtStart = DispatchQueue::main();
+// Created before any thread renders, because creating it allocates.
+[[maybe_unused]] const auto& createdAtStart = DispatchQueue::main();
 
 }  // namespace
 

@@ -18,28 +18,28 @@ struct MainQueueNode {
     WorkItem work;
 };
 
-/// A fixed number of nodes, all made beforehand. Lock-free, from any thread.
+/// A fixed number of preallocated nodes. Lock-free; any thread.
 class MainQueuePool {
   public:
-    /// How many items may wait, and one more: the node that the list starts from.
+    /// The items that may wait, plus the node that the list starts from.
     static constexpr std::uint32_t capacity = 16'384 + 1;
 
     MainQueuePool();
 
-    /// A node, or null when all are out.
+    /// A free node; null when there is none.
     MainQueueNode* take() noexcept;
     void giveBack(MainQueueNode& node) noexcept;
 
   private:
     std::unique_ptr<std::array<MainQueueNode, capacity>> nodes_;
-    /// The first free node as place + 1, below a count of changes, so that a node that went and
-    /// came back between two looks is noticed.
+    /// The first free node's place + 1 in the lower half, a count of changes in the upper half: a
+    /// compare-exchange fails even when the same node was taken and given back in between.
     std::atomic<std::uint64_t> head_;
 };
 
-/// The items in the order of their submission. Many threads push, one pops. The form is Vyukov's
-/// queue of linked nodes: a push is one exchange and one store; the node of the item popped last
-/// stays as the start of the list.
+/// The items in the order of their submission. Many threads push, one pops: Vyukov's linked queue.
+/// A push is one exchange and one store; the node of the item popped last stays as the start of the
+/// list.
 class MainQueueStore {
   public:
     /// first: the empty node that the list starts from.
@@ -47,11 +47,11 @@ class MainQueueStore {
 
     void push(MainQueueNode& node) noexcept;
 
-    /// Moves the oldest item into work and returns the node that the list needs no more; null when
-    /// there is no item, and also while the submission of the oldest one has not ended. One thread.
+    /// Moves the oldest item into work and returns the node that left the list. Null when there is
+    /// no item, or when push() of the oldest item has not returned yet. One thread.
     MainQueueNode* pop(WorkItem& work) noexcept;
 
-    /// Whether pop() has something to give. The popping thread.
+    /// Whether pop() would return an item. On the popping thread.
     bool canPop() const noexcept;
 
   private:

@@ -6,16 +6,15 @@
 
 namespace orvalo {
 
-/// What a platform operation that can fail throws. Never crosses the boundary of the platform's
-/// callers: the application catches it where the operation is called.
+/// The exception of platform operations. The application catches it where it calls the operation.
 class NSError : public std::exception {
   public:
-    /// domain: who reports, such as "NSPOSIXErrorDomain"; code: the domain's number;
-    /// localizedDescription: one sentence for people.
+    /// domain: the source, such as "NSPOSIXErrorDomain". code: the domain's number.
+    /// localizedDescription: one sentence for the user.
     NSError(std::string domain, std::int64_t code, std::string localizedDescription);
 
-    /// An error of the C library: domain "NSPOSIXErrorDomain", the code and its own text, with the
-    /// culprit (a path, a name) in front.
+    /// An error of the C library: domain "NSPOSIXErrorDomain", the code, and "<culprit>: " (a path
+    /// or a name) before the library's text.
     static NSError posix(int code, const std::string& culprit);
 
     const std::string& domain() const { return domain_; }
@@ -30,8 +29,7 @@ class NSError : public std::exception {
   private:
     std::string domain_;
     std::int64_t code_;
-    // Not the standard library's, whose copies share their text: an error goes from thread to
-    // thread.
+    // std::runtime_error's copies share their text, but errors pass from thread to thread.
     std::string localizedDescription_;
 };
 

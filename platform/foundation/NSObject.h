@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// The root of the reference types. Held by std::shared_ptr; a null pointer is an absent object.
+/// The base of the reference types. Owned by std::shared_ptr; a null pointer is an absent object.
 class NSObject : public std::enable_shared_from_this<NSObject> {
   public:
     NSObject(const NSObject&) = delete;
@@ -16,13 +16,13 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
   protected:
     NSObject() = default;
 
-    /// A strong reference to this object under its own class. The object must be held already.
+    /// A strong reference to this object as its own class. Not in constructors.
     template <typename Self>
     std::shared_ptr<Self> shared(Self* self) {
         return {shared_from_this(), self};
     }
 
-    /// A weak reference to this object under its own class. The object must be held already.
+    /// A weak reference to this object as its own class. Not in constructors.
     template <typename Self>
     std::weak_ptr<Self> weak(Self* self) {
         return shared(self);

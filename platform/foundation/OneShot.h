@@ -5,12 +5,12 @@
 
 namespace orvalo {
 
-/// One thread waits for one signal of another. The waiting thread may end the object's life as soon
-/// as wait() has returned.
+/// One thread waits for one signal of another. The waiting thread may destroy the object as soon as
+/// wait() has returned; std::binary_semaphore::release() may still access it then.
 class OneShot {
   public:
     void signal() {
-        // Under the lock: the waiting thread must not go before the notification is over.
+        // Under the lock: wait() must not return before the notification has ended.
         const std::lock_guard lock(mutex_);
         isSignalled_ = true;
         condition_.notify_one();

@@ -14,9 +14,9 @@ const ProcessInfo& ProcessInfo::processInfo() {
     return info;
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): given as the process's own.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): given as the object's.
 std::string ProcessInfo::globallyUniqueString() const {
-    // The kernel's random numbers, not GLib's: a fork would go on with the same ones of those.
+    // g_uuid_string_random() would return the same texts in this process and its forks.
     // NOLINTNEXTLINE(modernize-avoid-c-arrays): the library's own type.
     uuid_t identifier;
     uuid_generate_random(identifier);

@@ -5,7 +5,7 @@
 
 namespace orvalo {
 
-/// What the system knows of this process. Any thread.
+/// Information about this process. Any thread.
 class ProcessInfo {
   public:
     static const ProcessInfo& processInfo();
@@ -13,8 +13,7 @@ class ProcessInfo {
     /// The executable's file name.
     const std::string& processName() const { return processName_; }
     std::int32_t processIdentifier() const { return processIdentifier_; }
-    /// A text that no other call gives, in this process, a fork of it, or anywhere else: a random
-    /// UUID (RFC 4122, version 4) in capitals.
+    /// A new random UUID (RFC 4122, version 4) in capitals; also unique in forks of this process.
     std::string globallyUniqueString() const;
 
   private:

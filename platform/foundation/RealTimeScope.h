@@ -2,19 +2,21 @@
 
 namespace orvalo {
 
-/// Marks the calling thread, for the scope's life, as rendering audio: what runs inside must not
-/// allocate, free, lock, log, touch files or throw. Facilities that have two ways (the main queue)
-/// take the wait-free one inside; the tests' interposer ends the program on the first forbidden
-/// call inside. Scopes nest.
+/// Marks the calling thread, for the scope's life, as rendering audio: it must not allocate, free,
+/// lock, log, touch files or throw. The main queue takes its wait-free path inside a scope; the
+/// tests' interposer ends the program on the first forbidden call. Scopes nest.
 class RealTimeScope {
   public:
-    RealTimeScope() noexcept;
-    ~RealTimeScope();
+    RealTimeScope() noexcept { ++depth; }
+    ~RealTimeScope() { --depth; }
     RealTimeScope(const RealTimeScope&) = delete;
     RealTimeScope& operator=(const RealTimeScope&) = delete;
 
     /// Whether the calling thread is inside a scope.
-    static bool isActive() noexcept;
+    static bool isActive() noexcept { return depth > 0; }
+
+  private:
+    static inline constinit thread_local int depth = 0;
 };
 
 }  // namespace orvalo

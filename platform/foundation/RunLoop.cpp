@@ -14,7 +14,8 @@
 
 namespace orvalo {
 
-/// The runs that stop() can end, the innermost last.
+/// The run() calls that stop() can end, the innermost last. Not GMainLoops: g_main_loop_run() would
+/// lose a stop() that comes before it has begun.
 struct RunLoop::Loop {
     struct Run {
         bool isStopped = false;
@@ -26,12 +27,11 @@ struct RunLoop::Loop {
 
 namespace {
 
-/// The calling thread's ownership of a context, without which turns would not wait.
+/// Owns a context for the calling thread. Without the ownership, turns would not wait.
 class Ownership {
   public:
     explicit Ownership(GMainContext* context) : context_(context) {
-        // The default context belongs to nobody between two turns, but to the main thread all the
-        // same.
+        // Between two turns GLib would let any thread acquire the default context.
         const bool isForeign = context_ == g_main_context_default() && !RunLoop::isMainThread();
         if (isForeign || !g_main_context_acquire(context_)) {
             fatalError("A run loop runs on its own thread only.");
@@ -45,7 +45,7 @@ class Ownership {
     GMainContext* context_;
 };
 
-/// A thread's own context and loop, from the first use to the thread's end.
+/// A thread's context and loop, from the first use to the thread's end.
 class ThreadLoop {
   public:
     ThreadLoop() {
@@ -74,7 +74,7 @@ RunLoop::~RunLoop() {
 }
 
 std::shared_ptr<RunLoop> RunLoop::main() {
-    // Lives until the process ends: threads may still hand work over while it does.
+    // Lives until the process ends: threads may still use it meanwhile.
     static const auto& loop =
         *new std::shared_ptr<RunLoop>(std::make_shared<RunLoop>(g_main_context_default()));
     return loop;
@@ -108,7 +108,7 @@ void RunLoop::run() {
 bool RunLoop::run(const std::function<bool()>& condition, std::chrono::milliseconds deadline) {
     const Ownership ownership(context_);
     const auto end = std::chrono::steady_clock::now() + deadline;
-    // Only wakes the loop; the clock decides.
+    // The source only wakes the loop; the comparison below decides.
     const auto interval =
         std::clamp<std::int64_t>(deadline.count(), 0, std::numeric_limits<std::int32_t>::max());
     const GSourcePointer wake(g_timeout_source_new(static_cast<guint>(interval)));

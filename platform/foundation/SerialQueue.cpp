@@ -1,12 +1,68 @@
-#include "platform/foundation/SerialQueue.h"
-
+#include <deque>
+#include <mutex>
+#include <string>
 #include <utility>
 
-#include "platform/foundation/SyncCheck.h"
+#include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/OneShot.h"
 
 namespace orvalo {
 
-SerialQueue::SerialQueue(std::string label) : DispatchQueue(std::move(label)) {}
+namespace {
+
+/// Records, for its life, that the calling thread runs work of a queue, possibly inside work of
+/// other queues.
+class RunningWork {
+  public:
+    explicit RunningWork(const DispatchQueue& queue) : queue_(&queue), outer_(innermost) {
+        innermost = this;
+    }
+    ~RunningWork() { innermost = outer_; }
+    RunningWork(const RunningWork&) = delete;
+    RunningWork& operator=(const RunningWork&) = delete;
+
+    /// Whether the calling thread runs work of the queue.
+    static bool isOf(const DispatchQueue& queue) {
+        const auto* running = innermost;
+        while (running != nullptr && running->queue_ != &queue) {
+            running = running->outer_;
+        }
+        return running != nullptr;
+    }
+
+  private:
+    static inline constinit thread_local const RunningWork* innermost = nullptr;
+
+    const DispatchQueue* queue_;
+    const RunningWork* outer_;
+};
+
+/// A serial queue. A GThreadPool of one thread also keeps the order, but sync() would have to wait
+/// for that thread. Here the right to run items, the turn, goes from item to item: async() work
+/// gets it on a thread of the global queue, callers of sync() get it on their own thread.
+class SerialQueue final : public DispatchQueue {
+  public:
+    explicit SerialQueue(std::string label) : DispatchQueue(std::move(label)) {}
+
+    void async(WorkItem work) override;
+    void sync(WorkItem work) override;
+
+  private:
+    struct Entry {
+        WorkItem work;            ///< Of async().
+        OneShot* turn = nullptr;  ///< Of sync().
+    };
+
+    void run(WorkItem& work) noexcept;
+    void runWaiting() noexcept;
+    bool nextEntry(Entry& entry);
+    void passTurn();
+    void runWaitingElsewhere();
+
+    std::mutex mutex_;
+    std::deque<Entry> entries_;
+    bool isTurnTaken_ = false;
+};
 
 void SerialQueue::async(WorkItem work) {
     bool wasTaken = false;
@@ -22,7 +78,7 @@ void SerialQueue::async(WorkItem work) {
 
 void SerialQueue::sync(WorkItem work) {
     if (RunningWork::isOf(*this)) {
-        endForSyncFromOwnWork(label());
+        endForSyncFromOwnWork();
     }
     // The work may drop the caller's reference.
     const auto self = shared(this);
@@ -48,7 +104,7 @@ void SerialQueue::run(WorkItem& work) noexcept {
     work.reset();
 }
 
-/// The oldest entry, unless its waiting caller was given the turn or nothing waits.
+/// The oldest entry. False when nothing waits, or when a waiting sync() was given the turn.
 bool SerialQueue::nextEntry(Entry& entry) {
     const std::lock_guard lock(mutex_);
     if (entries_.empty()) {
@@ -89,6 +145,8 @@ void SerialQueue::passTurn() {
 void SerialQueue::runWaitingElsewhere() {
     global()->async([self = shared(this)] { self->runWaiting(); });
 }
+
+}  // namespace
 
 std::shared_ptr<DispatchQueue> DispatchQueue::serial(std::string label) {
     return std::make_shared<SerialQueue>(std::move(label));

@@ -1,6 +1,5 @@
 #include "platform/foundation/Timer.h"
 
-#include <glib-unix.h>
 #include <glib.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
@@ -20,7 +19,7 @@ namespace orvalo {
 namespace {
 
 constexpr double shortestInterval = 0.0001;
-constexpr double longestInterval = 3.2e9;  // A century: what follows is past every clock.
+constexpr double longestInterval = 3.2e9;  // A century; longer ones would overflow.
 constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
 
 std::int64_t nanoseconds(double interval) {
@@ -49,9 +48,9 @@ int startClock(std::int64_t period) {
 
 }  // namespace
 
-/// The timer's place in the run loop. The source's callback data is a reference to the timer.
+/// The timer's source in the run loop. The source's callback data is a reference to the timer.
 struct Timer::Source {
-    GSource* source = nullptr;  ///< Null once invalidated.
+    GSource* source = nullptr;  ///< Null after invalidate().
     int descriptor = -1;
     std::function<void(const std::shared_ptr<Timer>&)> block;
     bool isFiring = false;
@@ -70,7 +69,7 @@ struct Timer::Source {
     }
 
     void releaseBlock() {
-        // What the block held may come back to this timer while it goes.
+        // Objects that the block held may call this timer in their destructors.
         const auto released = std::exchange(block, nullptr);
     }
 
@@ -109,7 +108,7 @@ std::shared_ptr<Timer> Timer::scheduledTimer(
         },
         new std::shared_ptr<Timer>(timer),
         [](gpointer data) {
-            // Also comes when the thread ends and its run loop with it.
+            // Also called at the end of the thread, with its run loop.
             const std::unique_ptr<std::shared_ptr<Timer>> held(
                 static_cast<std::shared_ptr<Timer>*>(data));
             (*held)->invalidate();

@@ -12,9 +12,10 @@ namespace orvalo {
 
 namespace {
 
-// RFC 3986, section 2: what a written address consists of; all else is escaped.
+// RFC 3986, section 2: the characters of an address beside letters and digits. g_uri_parse()
+// accepts others too.
 constexpr std::string_view punctuation = "-._~:/?#[]@!$&'()*+,;=%";
-// The same, section 3.3: what stands unescaped in a path.
+// RFC 3986, section 3.3: the characters that a path has unescaped.
 constexpr const char* pathPunctuation = "!$&'()*+,;=:@/";
 constexpr auto flags = static_cast<GUriFlags>(G_URI_FLAGS_ENCODED);
 constexpr std::string_view fileScheme = "file:";
@@ -23,7 +24,7 @@ bool isWritten(char character) {
     return g_ascii_isalnum(character) || punctuation.find(character) != std::string_view::npos;
 }
 
-/// The bytes that an escaped text stands for; nothing when an escape is malformed.
+/// The unescaped bytes; absent when an escape is malformed.
 std::optional<std::string> unescaped(const char* text) {
     const GBytesPointer bytes(g_uri_unescape_bytes(text, -1, nullptr, nullptr));
     if (!bytes) {
@@ -38,7 +39,7 @@ bool isFile(const std::string& address) {
     return g_ascii_strncasecmp(address.c_str(), fileScheme.data(), fileScheme.size()) == 0;
 }
 
-/// The path in the file system of a file's address; nothing when it names none, or another machine.
+/// The path of a file's address; absent when it has none or is on another machine.
 std::optional<std::string> filePath(const std::string& address) {
     char* host = nullptr;
     const GText path(g_filename_from_uri(address.c_str(), &host, nullptr));

@@ -7,20 +7,20 @@
 
 namespace orvalo {
 
-/// An address: of a file, or of a resource on the web. A value.
+/// The address of a file or of a resource on the web. A value.
 class URL {
   public:
-    /// An address from its text, which is kept as it stands. Nothing when the text is empty or
-    /// forms no absolute address, with a scheme, of RFC 3986's characters.
+    /// The address of that text, which is kept unchanged. Absent when the text is no absolute
+    /// address (with a scheme) of RFC 3986.
     static std::optional<URL> string(std::string_view text);
-    /// The address of a file or folder; a relative path stands below the working directory.
+    /// The address of a file or folder. Relative paths start at the working directory.
     static URL fileURLWithPath(std::string_view path);
 
     bool isFileURL() const;
-    /// The path, unescaped. Of a file: the path in the file system, byte for byte.
+    /// The unescaped path; for a file the bytes of its path in the file system.
     const std::string& path() const { return path_; }
-    /// What follows the last full stop of the last path component; "" without one, or when it is
-    /// the component's first character.
+    /// The part after the last full stop of the last path component; "" when there is no full stop
+    /// or when it is the first character.
     std::string pathExtension() const;
     /// The escaped text, such as "file:///a%20b".
     const std::string& absoluteString() const { return absoluteString_; }

@@ -6,22 +6,22 @@
 
 namespace orvalo {
 
-/// Whether what is kept of earlier answers may be used.
+/// Whether a cached response may be used.
 enum class URLRequestCachePolicy {
-    useProtocolCachePolicy = 0,  ///< As the address's own protocol says.
+    useProtocolCachePolicy = 0,  ///< As the protocol of the address defines.
 };
 
-/// What is asked for when an address is loaded. A value.
+/// A request to load an address. A value.
 struct URLRequest {
-    /// Absent for a request that leads nowhere.
+    /// Absent for a request without an address.
     std::optional<URL> url;
     URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy;
     static constexpr double defaultTimeout = 60;
-    /// Seconds without any progress after which loading fails; what is not above 0, or no number,
-    /// counts as the default.
+    /// Seconds without progress after which loading fails. Values not above 0, and NaN, mean the
+    /// default.
     double timeoutInterval = defaultTimeout;
 
-    /// The seconds that count.
+    /// The effective time-out in seconds.
     double timeout() const { return timeoutInterval > 0 ? timeoutInterval : defaultTimeout; }
 };
 

@@ -9,15 +9,15 @@
 
 namespace orvalo {
 
-/// A closure without arguments that is run at most once. Closures of up to 64 bytes that move
-/// without throwing live inside the object; only larger ones are allocated.
+/// A closure without arguments. Closures of up to 64 bytes that move without throwing are stored
+/// inline; others are allocated. std::function stores only 16 bytes inline and must copy.
 class WorkItem {
   public:
     static constexpr std::size_t inlineCapacity = 64;
 
     WorkItem() noexcept = default;
 
-    // The constraint leaves work items out.
+    // The constraint excludes work items.
     // NOLINTBEGIN(bugprone-forwarding-reference-overload)
     template <typename Work>
     requires(!std::is_same_v<std::remove_cvref_t<Work>, WorkItem> &&
@@ -48,7 +48,7 @@ class WorkItem {
 
     explicit operator bool() const noexcept { return operations_ != nullptr; }
 
-    /// Runs the closure. There must be one.
+    /// Runs the closure, which must be present.
     void operator()() { operations_->run(storage_.data()); }
 
     /// Destroys the closure, if there is one.
@@ -61,7 +61,7 @@ class WorkItem {
     /// Whether a closure of this type needs no allocation.
     template <typename Closure>
     static constexpr bool fitsInline() {
-        // NOLINTNEXTLINE(misc-redundant-expression): so for some closures only.
+        // NOLINTNEXTLINE(misc-redundant-expression): redundant for some closures only.
         return sizeof(Closure) <= inlineCapacity && alignof(Closure) <= alignof(std::max_align_t) &&
                std::is_nothrow_move_constructible_v<Closure>;
     }

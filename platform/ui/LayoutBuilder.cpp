@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/foundation/FatalError.h"
-#include "platform/ui/LayoutScope.h"
 #include "platform/ui/UIClass.h"
 #include "platform/ui/UIViewController.h"
 #include "platform/ui/ViewLayout.h"
@@ -11,12 +10,103 @@
 
 namespace orvalo {
 
+namespace {
+
+struct Owner {
+    const UIClass* described;
+    std::weak_ptr<UIViewController> held;
+};
+
+/// Maps the handlers of a screen's signals to actions of its owner, which is not kept alive. A
+/// handler without an action does nothing.
+struct LayoutScope {
+    GtkBuilderCScope parent;
+    Owner* owner;
+};
+
+struct LayoutScopeClass {
+    GtkBuilderCScopeClass parent;
+};
+
+void* parentClass = nullptr;
+GType (*parentTypeFromName)(GtkBuilderScope*, GtkBuilder*, const char*) = nullptr;
+
+struct Handler {
+    Owner owner;
+    std::string action;
+};
+
+/// Whatever the signal's arguments are, the action gets the object that sent it.
+void send(GClosure* closure, GValue* /*result*/, guint /*count*/, const GValue* values,
+          void* /*hint*/, void* /*data*/) {
+    const auto& handler = *static_cast<Handler*>(closure->data);
+    const auto owner = handler.owner.held.lock();
+    if (owner && handler.owner.described->hasAction(handler.action)) {
+        auto* sender = g_value_get_object(values);
+        handler.owner.described->perform(
+            *owner, handler.action,
+            GTK_IS_WIDGET(sender) ? UIView::of(GTK_WIDGET(sender)) : nullptr);
+    }
+}
+
+GClosure* createClosure(GtkBuilderScope* self, GtkBuilder* /*builder*/, const char* handler,
+                        GtkBuilderClosureFlags /*flags*/, GObject* /*object*/, GError** /*error*/) {
+    const auto* owner = reinterpret_cast<LayoutScope*>(self)->owner;
+    auto* closure = g_closure_new_simple(sizeof(GClosure), new Handler{*owner, handler});
+    g_closure_add_finalize_notifier(
+        closure, closure->data, [](void* data, GClosure*) { delete static_cast<Handler*>(data); });
+    g_closure_set_marshal(closure, send);
+    return closure;
+}
+
+GType typeFromName(GtkBuilderScope* self, GtkBuilder* builder, const char* name) {
+    UIView::provideClass(name);
+    return parentTypeFromName(self, builder, name);
+}
+
+void finalize(GObject* object) {
+    delete reinterpret_cast<LayoutScope*>(object)->owner;
+    G_OBJECT_CLASS(parentClass)->finalize(object);
+}
+
+void initClass(void* type, void* /*data*/) {
+    parentClass = g_type_class_peek_parent(type);
+    G_OBJECT_CLASS(type)->finalize = finalize;
+}
+
+void initScope(void* vtable, void* /*data*/) {
+    auto* scope = static_cast<GtkBuilderScopeInterface*>(vtable);
+    scope->create_closure = createClosure;
+    parentTypeFromName = scope->get_type_from_name;
+    scope->get_type_from_name = typeFromName;
+}
+
+GType scopeType() {
+    static const GType type = [] {
+        const auto registered = g_type_register_static_simple(
+            GTK_TYPE_BUILDER_CSCOPE, "OrvaloLayoutScope", sizeof(LayoutScopeClass), initClass,
+            sizeof(LayoutScope), nullptr, GTypeFlags{});
+        const GInterfaceInfo scope{initScope, nullptr, nullptr};
+        g_type_add_interface_static(registered, GTK_TYPE_BUILDER_SCOPE, &scope);
+        return registered;
+    }();
+    return type;
+}
+
+GtkBuilderScope* newLayoutScope(const UIClass& ownerClass,
+                                const std::shared_ptr<UIViewController>& owner) {
+    auto* object = g_object_new(scopeType(), nullptr);
+    static_cast<LayoutScope*>(object)->owner = new Owner{&ownerClass, owner};
+    return GTK_BUILDER_SCOPE(object);
+}
+
+}  // namespace
+
 LayoutBuilder::LayoutBuilder(std::string layout, const std::string& screen,
                              const UIClass& ownerClass,
                              const std::shared_ptr<UIViewController>& owner)
     : layout_(std::move(layout)), builder_(gtk_builder_new()), owner_(owner) {
-    const std::unique_ptr<GtkBuilderScope, Release<g_object_unref>> scope(
-        newLayoutScope(ownerClass, owner));
+    const GObjectPointer<GtkBuilderScope> scope(newLayoutScope(ownerClass, owner));
     gtk_builder_set_scope(builder_.get(), scope.get());
     build(screen);
 }
@@ -32,8 +122,7 @@ void LayoutBuilder::build(const std::string& object) {
     GError* error = nullptr;
     if (gtk_builder_add_from_string(builder_.get(), object.data(),
                                     static_cast<gssize>(object.size()), &error) == FALSE) {
-        const std::unique_ptr<GError, Release<g_error_free>> held(error);
-        fatalError(layout_ + ": " + held->message);
+        fatalError(layout_ + ": " + GErrorPointer(error)->message);
     }
 }
 
@@ -49,11 +138,11 @@ GtkWidget* LayoutBuilder::widget(const std::string& id) const {
     return GTK_WIDGET(object);
 }
 
-void LayoutBuilder::takeSegue(const std::string& button, const std::string& segue) const {
-    using Taken = std::pair<std::weak_ptr<UIViewController>, std::string>;
-    const auto clicked = +[](GtkButton* sender, Taken* taken) {
-        if (const auto owner = taken->first.lock()) {
-            owner->performSegue(taken->second, UIView::of(GTK_WIDGET(sender)));
+void LayoutBuilder::connectSegue(const std::string& button, const std::string& segue) const {
+    using Trigger = std::pair<std::weak_ptr<UIViewController>, std::string>;
+    const auto clicked = +[](GtkButton* sender, Trigger* trigger) {
+        if (const auto owner = trigger->first.lock()) {
+            owner->performSegue(trigger->second, UIView::of(GTK_WIDGET(sender)));
         }
     };
     auto* widget = this->widget(button);
@@ -61,8 +150,8 @@ void LayoutBuilder::takeSegue(const std::string& button, const std::string& segu
         fatalError(layout_ + ": \"" + button + "\", which takes a segue, is no button.");
     }
     g_signal_connect_data(
-        widget, "clicked", G_CALLBACK(clicked), new Taken(owner_, segue),
-        [](void* taken, GClosure*) { delete static_cast<Taken*>(taken); }, GConnectFlags{});
+        widget, "clicked", G_CALLBACK(clicked), new Trigger(owner_, segue),
+        [](void* trigger, GClosure*) { delete static_cast<Trigger*>(trigger); }, GConnectFlags{});
 }
 
 }  // namespace orvalo

@@ -4,8 +4,8 @@
 
 namespace orvalo {
 
-/// Interface work happens on the main thread only: elsewhere a fatal error that names the
-/// operation, such as "UIView.addSubview".
+/// A fatal error that names the operation, such as "UIView.addSubview", on any thread but the main
+/// thread.
 void requireMainThread(std::string_view operation);
 
 }  // namespace orvalo

@@ -8,14 +8,14 @@ namespace orvalo {
 
 class UIStoryboard;
 
-/// What a layout hands to the screen that it makes: where the screen's views are to be read from.
+/// Tells a new screen where to read its views from.
 class NSCoder {
   public:
     NSCoder(std::shared_ptr<UIStoryboard> storyboard, std::string screen)
         : storyboard_(std::move(storyboard)), screen_(std::move(screen)) {}
 
     const std::shared_ptr<UIStoryboard>& storyboard() const { return storyboard_; }
-    /// The screen's id in the layout, which is the name of its class.
+    /// The screen's id in the layout: the name of its class.
     const std::string& screen() const { return screen_; }
 
   private:

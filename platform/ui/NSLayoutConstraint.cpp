@@ -28,8 +28,8 @@ GtkConstraintAttribute toolkitAttribute(NSLayoutAnchor::Attribute attribute) {
     return GTK_CONSTRAINT_ATTRIBUTE_NONE;
 }
 
-/// The view whose layout a constraint between the two belongs to: the one that holds the other, or
-/// the one around both. Absent without one.
+/// The view that owns a constraint between the two: the superview of one, or of both. Absent when
+/// there is none.
 std::shared_ptr<UIView> ownerOf(const std::shared_ptr<UIView>& first,
                                 const std::shared_ptr<UIView>& second) {
     if (!first || !second) {
@@ -43,13 +43,13 @@ std::shared_ptr<UIView> ownerOf(const std::shared_ptr<UIView>& first,
     return aroundSecond == first ? first : nullptr;
 }
 
-/// Takes a constraint out of a layout that is in no window. The toolkit takes single ones only out
-/// of those that are, and all of them always: the others are put back.
+/// Removes a constraint from a layout outside any window. gtk_constraint_layout_remove_constraint()
+/// works in windows only, gtk_constraint_layout_remove_all_constraints() everywhere: this function
+/// adds the others again.
 void removeDetached(GtkConstraintLayout* layout, GtkConstraint* constraint) {
-    using Constraints = std::unique_ptr<GListModel, Release<g_object_unref>>;
     std::vector<GtkConstraint*> others;
     {
-        const Constraints all(gtk_constraint_layout_observe_constraints(layout));
+        const GObjectPointer<GListModel> all(gtk_constraint_layout_observe_constraints(layout));
         for (guint index = 0; index < g_list_model_get_n_items(all.get()); ++index) {
             auto* held = GTK_CONSTRAINT(g_list_model_get_item(all.get(), index));
             if (held == constraint) {
@@ -66,6 +66,16 @@ void removeDetached(GtkConstraintLayout* layout, GtkConstraint* constraint) {
 }
 
 }  // namespace
+
+NSLayoutAnchor::NSLayoutAnchor(const std::shared_ptr<UIView>& view, Attribute attribute)
+    : view_(view), attribute_(attribute) {
+    requireMainThread("NSLayoutAnchor");
+}
+
+std::shared_ptr<NSLayoutConstraint> NSLayoutAnchor::constraint(
+    const NSLayoutAnchor& equalTo) const {
+    return std::make_shared<NSLayoutConstraint>(*this, equalTo);
+}
 
 NSLayoutConstraint::NSLayoutConstraint(NSLayoutAnchor first, NSLayoutAnchor second)
     : first_(std::move(first)), second_(std::move(second)) {}
@@ -88,13 +98,13 @@ void NSLayoutConstraint::activate() {
     const auto owner = ownerOf(first, second);
     auto* layout = owner ? gtk_widget_get_layout_manager(owner->widget()) : nullptr;
     if (!GTK_IS_CONSTRAINT_LAYOUT(layout)) {
-        fatalError("NSLayoutConstraint.activate: the two views do not stand in one view.");
+        fatalError("NSLayoutConstraint.activate: the two views have no common superview.");
     }
     if (constraint_ != nullptr) {
         return;
     }
     const auto target = [&owner](const std::shared_ptr<UIView>& view) {
-        // The layout's own widget counts as no target.
+        // GTK's null target is the layout's own widget.
         return view == owner ? nullptr : GTK_CONSTRAINT_TARGET(view->widget());
     };
     constraint_ = gtk_constraint_new(target(first), toolkitAttribute(first_.attribute()),

@@ -4,21 +4,41 @@
 #include <vector>
 
 #include "platform/foundation/NSObject.h"
-#include "platform/ui/NSLayoutAnchor.h"
 
 using GtkConstraint = struct _GtkConstraint;  // NOLINT(bugprone-reserved-identifier): GTK's own.
 
 namespace orvalo {
 
-/// An equality between two edges: of a view and its superview, or of two views side by side in one.
-/// Main thread.
+class NSLayoutConstraint;
+class UIView;
+
+/// An edge of a view. Main thread.
+class NSLayoutAnchor {
+  public:
+    enum class Attribute { top, leading, bottom, trailing };
+
+    NSLayoutAnchor(const std::shared_ptr<UIView>& view, Attribute attribute);
+
+    /// A new, inactive constraint: this edge equals the other one. Required.
+    std::shared_ptr<NSLayoutConstraint> constraint(const NSLayoutAnchor& equalTo) const;
+
+    std::shared_ptr<UIView> view() const { return view_.lock(); }
+    Attribute attribute() const { return attribute_; }
+
+  private:
+    std::weak_ptr<UIView> view_;
+    Attribute attribute_;
+};
+
+/// The equality of two edges, of a view and its superview or of two views of one superview. Main
+/// thread.
 class NSLayoutConstraint : public NSObject {
   public:
     NSLayoutConstraint(NSLayoutAnchor first, NSLayoutAnchor second);
     ~NSLayoutConstraint() override;
 
-    /// Makes the constraints hold, in this order. One whose views have no view in common around
-    /// them, or are not its direct subviews, is a fatal error.
+    /// Activates the constraints in this order. Views that are neither superview and subview nor
+    /// subviews of one superview are a fatal error.
     static void activate(const std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints);
 
     const NSLayoutAnchor& firstAnchor() const { return first_; }
@@ -29,7 +49,7 @@ class NSLayoutConstraint : public NSObject {
 
     void activate();
     bool touches(const UIView& view) const;
-    /// Ends the constraint in the view that holds it.
+    /// Removes the constraint from the view that owns it.
     void deactivate(UIView& owner);
 
     NSLayoutAnchor first_;

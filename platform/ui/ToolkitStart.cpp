@@ -10,7 +10,7 @@ namespace orvalo {
 
 namespace {
 
-/// A variable of the environment that has another value for the object's life.
+/// Sets a variable of the environment for the object's life.
 class Variable {
   public:
     Variable(const char* name, const std::string& value) : name_(name) {
@@ -42,17 +42,16 @@ std::string valueOr(const char* name, const char* otherwise) {
 }  // namespace
 
 bool startToolkit(const std::string& dataFolder) {
-    // Windows that mostly stand still are on screen sooner without OpenGL, and out of the way of
-    // effects' UIs that use it themselves. The toolkit looks for the renderer's name at
-    // every window; what turns OpenGL off the programs that this one starts may need.
+    // Without OpenGL the first frame comes sooner, and plug-in UIs that use OpenGL are not
+    // disturbed. The toolkit reads GSK_RENDERER for every window. GDK_DEBUG is restored below for
+    // the programs that this one starts.
     g_setenv("GSK_RENDERER", "cairo", FALSE);
     {
         const Variable drawing("GDK_DEBUG", valueOr("GDK_DEBUG", "gl-disable"));
-        // The style library puts a theme of its own in place of the toolkit's, which need not be
-        // read before.
+        // The style library replaces the toolkit's theme, so the toolkit need not load it first.
         const Variable theme("GTK_THEME", valueOr("GTK_THEME", "Adwaita-empty"));
-        // Known from the start, so that the icons are not read a second time. The default is the
-        // base directory specification's.
+        // Set before the toolkit reads the icons, so that it reads them once. The default is the
+        // one of the XDG Base Directory Specification.
         const Variable folders(
             "XDG_DATA_DIRS",
             valueOr("XDG_DATA_DIRS", "/usr/local/share:/usr/share") + ":" + dataFolder);

@@ -4,10 +4,9 @@
 
 namespace orvalo {
 
-/// Initialises the toolkit and its style library, in a way that has a window on screen soon. Before
-/// there is a second thread, and before anybody has asked for the system's data folders.
-/// dataFolder: where the application's own icons are, among those of "icons". False when there is
-/// no display.
+/// Initialises the toolkit and its style library for a fast first frame. Call it before the process
+/// has a second thread and before the first call of g_get_system_data_dirs(). dataFolder: the
+/// folder whose subfolder "icons" has the application's icons. False when there is no display.
 bool startToolkit(const std::string& dataFolder);
 
 }  // namespace orvalo

@@ -15,7 +15,7 @@ namespace orvalo {
 
 namespace {
 
-/// What closing the dialog answers when there is no cancel action.
+/// The response for closing the dialog without a cancel action.
 constexpr const char* noAnswer = "none";
 
 const char* textOf(const std::optional<std::string>& text) {
@@ -78,7 +78,7 @@ void UIAlertController::makeDialog(GtkWidget* above) {
         G_CALLBACK(+[](UIAlertController* self, const char* response) { self->answer(response); }),
         this);
     if (!actions_.empty() && !cancelAction()) {
-        // Neither Escape nor the window manager answers for the user.
+        // Escape and the window manager must not close the dialog.
         g_signal_connect(dialog_, "close-request", G_CALLBACK(+[]() -> gboolean { return TRUE; }),
                          nullptr);
     }
@@ -113,7 +113,7 @@ void UIAlertController::addResponses() {
 
 void UIAlertController::addResponse(std::size_t index) {
     const auto id = std::to_string(index);
-    // An underscore is one, and no mnemonic.
+    // A doubled underscore is shown as one; a single one would mark a mnemonic.
     auto label = actions_[index]->title();
     for (auto at = label.find('_'); at != std::string::npos; at = label.find('_', at + 2)) {
         label.insert(at, 1, '_');
@@ -126,7 +126,7 @@ void UIAlertController::addResponse(std::size_t index) {
 }
 
 void UIAlertController::answer(const char* response) {
-    const auto self = shared(this);  // The presenter may have been the only one to hold it.
+    const auto self = shared(this);  // The presenter may hold the last reference.
     const std::string given(response);
     leaveScreen();
     presentationEnded();

@@ -15,13 +15,13 @@ namespace orvalo {
 
 namespace {
 
-/// Starts the program that the desktop has for addresses of that kind. What it prints must not
-/// stand among the lines of this one, nor keep a pipe open that reads them.
+/// Starts the desktop's program for addresses of that scheme. Its standard output is our standard
+/// error, so that it neither adds lines to our standard output nor keeps that pipe open.
 bool launch(const std::string& address) {
     GError* error = nullptr;
     bool isLaunched = false;
     const GText scheme(g_uri_parse_scheme(address.c_str()));
-    const std::unique_ptr<GAppInfo, Release<g_object_unref>> program(
+    const GObjectPointer<GAppInfo> program(
         scheme == nullptr ? nullptr : g_app_info_get_default_for_uri_scheme(scheme.get()));
     if (program != nullptr) {
         std::string text = address;
@@ -31,7 +31,7 @@ bool launch(const std::string& address) {
                 G_DESKTOP_APP_INFO(program.get()), &list, nullptr, G_SPAWN_SEARCH_PATH, nullptr,
                 nullptr, nullptr, nullptr, -1, STDERR_FILENO, STDERR_FILENO, &error) != FALSE;
     }
-    const std::unique_ptr<GError, Release<g_error_free>> held(error);
+    const GErrorPointer held(error);
     if (!isLaunched) {
         g_warning("%s was not opened: %s", address.c_str(),
                   held == nullptr ? "There is no program for such addresses." : held->message);

@@ -15,14 +15,14 @@ class UIApplicationDelegate;
 /// The running application. Main thread.
 class UIApplication : public UIResponder {
   public:
-    /// The one application; UIApplicationMain() makes it.
+    /// The only application.
     static const std::shared_ptr<UIApplication>& shared();
 
     std::shared_ptr<UIApplicationDelegate> delegate() const { return delegate_; }
 
-    /// Has the desktop open an address with the program that is meant for it, and returns at once.
-    /// completion (may be empty): on the main thread, with whether that went well; if not, a line
-    /// on standard error says why. options: none are known.
+    /// Makes the desktop open an address with its default program, and returns at once. completion
+    /// (may be empty): called on the main thread with whether it succeeded; a failure is logged.
+    /// options: ignored.
     virtual void open(const URL& url, const std::map<std::string, std::string>& options,
                       std::function<void(bool)> completion);
 

@@ -9,15 +9,15 @@ namespace orvalo {
 class UIApplication;
 class UIWindow;
 
-/// What the application tells its delegate, on the main thread.
+/// Receives the application's notifications on the main thread.
 class UIApplicationDelegate {
   public:
     virtual ~UIApplicationDelegate() = default;
 
-    /// The window of the main interface layout; filled before the first notification.
+    /// The window of the main layout. Called before the first notification.
     virtual void setWindow(const std::shared_ptr<UIWindow>& window) = 0;
 
-    /// The application has started and its window is about to be shown. The result is not used.
+    /// The application has started; its window is shown next. The result is ignored.
     virtual bool application(
         const std::shared_ptr<UIApplication>& application,
         const std::map<std::string, std::string>& didFinishLaunchingWithOptions) = 0;

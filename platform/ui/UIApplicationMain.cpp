@@ -10,7 +10,6 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/NSError.h"
 #include "platform/ui/ToolkitStart.h"
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIApplicationDelegate.h"
@@ -25,10 +24,7 @@ namespace orvalo {
 
 namespace {
 
-template <typename Type>
-using Held = std::unique_ptr<Type, Release<g_object_unref>>;
-
-/// -1 to go on; the exit status when something was given that the application does not take.
+/// -1 to continue; the exit status when there are arguments, which the application does not accept.
 int refuseArguments(GApplication* /*application*/, GVariantDict* options, void* /*data*/) {
     const char** given = nullptr;
     if (g_variant_dict_lookup(options, G_OPTION_REMAINING, "^a&ay", &given) == FALSE) {
@@ -39,16 +35,16 @@ int refuseArguments(GApplication* /*application*/, GVariantDict* options, void* 
     return EXIT_FAILURE;
 }
 
-// Milliseconds; the first frame is out by then.
+// In milliseconds; the first frame is on screen by then.
 constexpr unsigned kIconDelay = 500;
 
 }  // namespace
 
-/// The course of the application's life.
+/// The application's state from its start to its end.
 struct UIApplicationStart {
     std::string delegateClassName;
-    Held<GtkApplication> application;
-    std::shared_ptr<UIResponder> responder;  // The delegate, as what it derives from.
+    GObjectPointer<GtkApplication> application;
+    std::shared_ptr<UIResponder> responder;  // The delegate; keeps it alive.
     std::shared_ptr<UIWindow> window;
     bool isActive = false;
 
@@ -72,7 +68,7 @@ struct UIApplicationStart {
         window->setRootViewController(layout->instantiateInitialViewController());
         auto* toolkitWindow = GTK_WINDOW(window->widget());
         gtk_application_add_window(application.get(), toolkitWindow);
-        // Its sizes are drawn one by one, which need not keep the first frame waiting.
+        // The icon's many sizes take time to draw; the first frame must not wait for them.
         g_timeout_add_once(
             kIconDelay,
             [](void* shown) {
@@ -82,7 +78,7 @@ struct UIApplicationStart {
             toolkitWindow);
         g_signal_connect_swapped(
             toolkitWindow, "notify::is-active", G_CALLBACK(+[](UIApplicationStart* start) {
-                start->takeActivity(gtk_window_is_active(GTK_WINDOW(start->window->widget())));
+                start->setActive(gtk_window_is_active(GTK_WINDOW(start->window->widget())));
             }),
             this);
         delegate().setWindow(window);
@@ -91,22 +87,14 @@ struct UIApplicationStart {
 
     static std::shared_ptr<UIStoryboard> loadLayout() {
         const auto name = Bundle::main()->infoValue("MainInterface").value_or("Main");
-        dress(name);
-        const auto url = Bundle::main()->url(name, "ui");
-        if (!url) {
-            fatalError("The bundle has no layout \"" + name + ".ui\".");
-        }
-        try {
-            return UIStoryboard::load(*url);
-        } catch (const NSError& error) {
-            fatalError(error.localizedDescription());
-        }
+        loadStyle(name);
+        return UIStoryboard::required(*Bundle::main(), name);
     }
 
-    /// The layout's own look.
-    static void dress(const std::string& layout) {
+    /// Loads the layout's style sheet, if there is one.
+    static void loadStyle(const std::string& layout) {
         if (const auto style = Bundle::main()->url(layout, "css")) {
-            const Held<GtkCssProvider> provider(gtk_css_provider_new());
+            const GObjectPointer<GtkCssProvider> provider(gtk_css_provider_new());
             gtk_css_provider_load_from_path(provider.get(), style->path().c_str());
             gtk_style_context_add_provider_for_display(gdk_display_get_default(),
                                                        GTK_STYLE_PROVIDER(provider.get()),
@@ -114,7 +102,7 @@ struct UIApplicationStart {
         }
     }
 
-    void takeActivity(bool active) {
+    void setActive(bool active) {
         if (std::exchange(isActive, active) == active) {
             return;
         }
@@ -142,11 +130,11 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     if (principalClassName) {
         fatalError("There is no application class \"" + *principalClassName + "\".");
     }
-    // Effects bring X11 UIs, which only a window of X11 takes in.
+    // Plug-in UIs are X11 windows, which only an X11 window can embed.
     gdk_set_allowed_backends("x11,*");
-    // Numbers in lines read the same everywhere.
+    // Numbers in standard output lines do not depend on the locale.
     gtk_disable_setlocale();
-    std::setlocale(LC_ALL, "");       // NOLINT(concurrency-mt-unsafe): there is one thread yet.
+    std::setlocale(LC_ALL, "");       // NOLINT(concurrency-mt-unsafe): there is only one thread.
     std::setlocale(LC_NUMERIC, "C");  // NOLINT(concurrency-mt-unsafe): as above.
     g_log_writer_default_set_use_stderr(TRUE);
     if (!startToolkit(Bundle::main()->dataURL().path())) {
@@ -166,7 +154,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     start.application.reset(gtk_application_new(identifier ? identifier->c_str() : nullptr,
                                                 G_APPLICATION_DEFAULT_FLAGS));
     auto* application = G_APPLICATION(start.application.get());
-    // There are none, and to look for icons among them the icon theme would be read anew.
+    // The application has no GResources; looking for icons there would reload the icon theme.
     g_application_set_resource_base_path(application, nullptr);
     g_application_add_main_option(application, G_OPTION_REMAINING, 0, G_OPTION_FLAG_NONE,
                                   G_OPTION_ARG_FILENAME_ARRAY, "", nullptr);
@@ -178,7 +166,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
                              G_CALLBACK(+[](UIApplicationStart* self) { self->shutDown(); }),
                              &start);
     if (const int status = g_application_run(application, argc, argv); status != 0) {
-        std::exit(status);  // NOLINT(concurrency-mt-unsafe): no window has been there.
+        std::exit(status);  // NOLINT(concurrency-mt-unsafe): no window was opened.
     }
     return 0;
 }

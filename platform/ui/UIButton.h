@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// A push button of the layout. Its title, icon and actions are the layout's. Main thread.
+/// A push button of the layout, which sets its title, icon and actions. Main thread.
 class UIButton : public UIView {
   public:
     /// Over a GtkButton.

@@ -16,11 +16,11 @@
 
 namespace orvalo {
 
-/// A class that the layout or the application's start names by text: how an object of it is made,
-/// and which outlets and actions it offers to the layout. Main thread.
+/// A class that the layout or UIApplicationMain() names by text: its factory, outlets and actions.
+/// Main thread.
 class UIClass {
   public:
-    /// C is made from an NSCoder (a screen) or by its default constructor (a delegate).
+    /// C is constructed from an NSCoder (a screen) or by default (an application delegate).
     template <typename C>
     static UIClass of(std::string name) {
         UIClass result(std::move(name));
@@ -34,7 +34,7 @@ class UIClass {
         return result;
     }
 
-    /// An outlet: a data member of the class.
+    /// Adds an outlet: a data member of the class.
     template <typename C, typename Object, template <typename> typename Reference>
     UIClass& outlet(const std::string& name, BasicOutlet<Object, Reference> C::*member) {
         outlets_[name] = [name, member](UIResponder& owner, const std::shared_ptr<UIView>& view) {
@@ -48,8 +48,7 @@ class UIClass {
         return *this;
     }
 
-    /// An action: an operation of the class that takes the sender, as an NSObject or of a class
-    /// that the senders have.
+    /// Adds an action: an operation of the class. Sender: NSObject or the class of the senders.
     template <typename C, typename Sender>
     UIClass& action(const std::string& name, void (C::*operation)(const std::shared_ptr<Sender>&)) {
         actions_[name] = [name, operation](UIResponder& owner,
@@ -67,22 +66,22 @@ class UIClass {
     bool hasOutlet(const std::string& name) const { return outlets_.contains(name); }
     bool hasAction(const std::string& name) const { return actions_.contains(name); }
 
-    /// A new object; absent for a screen without a coder.
+    /// A new object; null for a screen without a coder.
     std::shared_ptr<UIResponder> make(const NSCoder* coder) const { return make_(coder); }
-    /// Connects an outlet that the class has. A view of another class is a fatal error.
+    /// Connects an existing outlet. A view of another class is a fatal error.
     void connect(UIResponder& owner, const std::string& outlet,
                  const std::shared_ptr<UIView>& view) const {
         outlets_.at(outlet)(owner, view);
     }
-    /// Performs an action that the class has.
+    /// Performs an existing action.
     void perform(UIResponder& owner, const std::string& action,
                  const std::shared_ptr<NSObject>& sender) const {
         actions_.at(action)(owner, sender);
     }
 
-    /// Makes a class known by its name, in place of an older one of that name.
+    /// Registers a class by its name, in place of an older one of that name.
     static void registerClass(UIClass description);
-    /// The class of that name; null when nobody registered it.
+    /// The registered class of that name, or null.
     static const UIClass* named(const std::string& name);
 
   private:

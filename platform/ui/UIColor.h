@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// A colour, sRGB. Components are 0 to 1; values beyond are kept. Immutable: any thread.
+/// An sRGB colour. Components from 0 to 1; values outside are kept. Immutable: any thread.
 class UIColor : public NSObject {
   public:
     UIColor(double red, double green, double blue, double alpha)
@@ -19,6 +19,18 @@ class UIColor : public NSObject {
     double green_;
     double blue_;
     double alpha_;
+};
+
+/// The unchanged components of a colour for image processing. Immutable: any thread.
+class CIColor : public NSObject {
+  public:
+    explicit CIColor(const UIColor& color)
+        : red(color.red_), green(color.green_), blue(color.blue_), alpha(color.alpha_) {}
+
+    const double red;
+    const double green;
+    const double blue;
+    const double alpha;
 };
 
 }  // namespace orvalo

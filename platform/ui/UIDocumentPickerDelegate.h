@@ -9,25 +9,25 @@ namespace orvalo {
 
 class UIDocumentPickerViewController;
 
-/// Who hears what the user has picked, on the main thread, after the picker has left the screen.
-/// One of the three operations is called for a picker, once.
+/// Receives the user's choice on the main thread, after the picker has closed. One of the three
+/// operations is called, once.
 class UIDocumentPickerDelegate {
   public:
     virtual ~UIDocumentPickerDelegate() = default;
 
-    /// What was picked, at least one address. A delegate that does not have this operation hears
-    /// of a single address by the next one.
+    /// The picked addresses, at least one. The default passes a single address to the next
+    /// operation.
     virtual void documentPicker(const std::shared_ptr<UIDocumentPickerViewController>& controller,
                                 const std::vector<URL>& didPickDocumentsAt) {
         if (didPickDocumentsAt.size() == 1) {
             documentPicker(controller, didPickDocumentsAt.front());
         }
     }
-    /// The older form, for one address.
+    /// One picked address.
     virtual void documentPicker(
         const std::shared_ptr<UIDocumentPickerViewController>& /*controller*/,
         const URL& /*didPickDocumentAt*/) {}
-    /// Nothing was picked.
+    /// The user cancelled.
     virtual void documentPickerWasCancelled(
         const std::shared_ptr<UIDocumentPickerViewController>& /*controller*/) {}
 };

@@ -15,9 +15,6 @@ namespace orvalo {
 
 namespace {
 
-using GListModelPointer = std::unique_ptr<GListModel, Release<g_object_unref>>;
-using GFilePointer = std::unique_ptr<GFile, Release<g_object_unref>>;
-
 std::optional<URL> urlOf(GFile* file) {
     if (const GText path(g_file_get_path(file)); path) {
         return URL::fileURLWithPath(path.get());
@@ -33,7 +30,7 @@ std::optional<URL> urlOf(GFile* file) {
 void beginInDocuments(GtkFileChooser* chooser) {
     const auto documents = FileManager::default_().urls(SearchPathDirectory::documentDirectory,
                                                         SearchPathDomainMask::userDomainMask);
-    const GFilePointer folder(g_file_new_for_path(documents.front().path().c_str()));
+    const GObjectPointer<GFile> folder(g_file_new_for_path(documents.front().path().c_str()));
     gtk_file_chooser_set_current_folder(chooser, folder.get(), nullptr);
 }
 
@@ -43,11 +40,11 @@ UIDocumentPickerViewController::UIDocumentPickerViewController(
     const std::vector<std::string>& documentTypes, UIDocumentPickerMode /*in*/)
     : UIViewController(std::nullopt, nullptr) {
     if (documentTypes.empty()) {
-        fatalError("A document picker without a type has nothing to offer.");
+        fatalError("A document picker needs a document type.");
     }
     for (const auto& type : documentTypes) {
         if (type != "public.folder") {
-            fatalError("There is no document picker for the type \"" + type + "\".");
+            fatalError("Document pickers do not support the type \"" + type + "\".");
         }
     }
 }
@@ -106,10 +103,10 @@ void UIDocumentPickerViewController::answer(bool isAccepted) {
 }
 
 std::vector<URL> UIDocumentPickerViewController::pickedURLs() const {
-    const GListModelPointer files(gtk_file_chooser_get_files(GTK_FILE_CHOOSER(chooser_)));
+    const GObjectPointer<GListModel> files(gtk_file_chooser_get_files(GTK_FILE_CHOOSER(chooser_)));
     std::vector<URL> urls;
     for (guint index = 0; index < g_list_model_get_n_items(files.get()); ++index) {
-        const GFilePointer file(G_FILE(g_list_model_get_item(files.get(), index)));
+        const GObjectPointer<GFile> file(G_FILE(g_list_model_get_item(files.get(), index)));
         if (auto url = urlOf(file.get())) {
             urls.push_back(*std::move(url));
         }

@@ -14,15 +14,14 @@ using GtkFileChooserNative =
 namespace orvalo {
 
 enum class UIDocumentPickerMode {
-    open = 1,  ///< In place: neither copied nor moved.
+    open = 1,  ///< Documents stay in place.
 };
 
-/// The desktop's own chooser of folders, modal for the presenter's window; through the desktop
-/// portal where the program runs in a sandbox. It begins in the user's documents. Main thread.
+/// The desktop's folder chooser, modal for the presenter's window. Uses the desktop portal in a
+/// sandbox. Starts in the user's documents folder. Main thread.
 class UIDocumentPickerViewController : public UIViewController {
   public:
-    /// documentTypes: "public.folder", the only type that there is a chooser for; another one, or
-    /// none, is a fatal error that names it.
+    /// documentTypes: only "public.folder"; an empty list or another type is a fatal error.
     UIDocumentPickerViewController(const std::vector<std::string>& documentTypes,
                                    UIDocumentPickerMode in);
     ~UIDocumentPickerViewController() override;
@@ -31,7 +30,7 @@ class UIDocumentPickerViewController : public UIViewController {
     void setDelegate(const std::weak_ptr<UIDocumentPickerDelegate>& delegate);
     std::shared_ptr<UIDocumentPickerDelegate> delegate() const { return delegate_.lock(); }
 
-    /// Whether several folders can be picked at once. Counts when the picker is presented.
+    /// Whether several folders can be picked. Set it before the presentation.
     bool allowsMultipleSelection = false;
 
   protected:

@@ -6,15 +6,9 @@
 
 namespace orvalo {
 
-namespace {
-
-using GdkTexturePointer = std::unique_ptr<GdkTexture, Release<g_object_unref>>;
-
-}  // namespace
-
 std::shared_ptr<UIImage> UIImage::data(const Data& data) {
     const GBytesPointer bytes(g_bytes_new(data.data(), data.size()));
-    const GdkTexturePointer texture(gdk_texture_new_from_bytes(bytes.get(), nullptr));
+    const GObjectPointer<GdkTexture> texture(gdk_texture_new_from_bytes(bytes.get(), nullptr));
     return texture ? std::make_shared<UIImage>(texture.get()) : nullptr;
 }
 

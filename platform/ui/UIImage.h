@@ -13,15 +13,15 @@ namespace orvalo {
 /// A picture. Immutable: any thread.
 class UIImage : public NSObject {
   public:
-    /// A picture from a file's bytes: PNG, JPEG, TIFF and whatever else gdk-pixbuf has a loader
-    /// for. Absent when they are no picture.
+    /// A picture from the bytes of a file: PNG, JPEG, TIFF and the other formats of gdk-pixbuf's
+    /// loaders. Absent for other bytes.
     static std::shared_ptr<UIImage> data(const Data& data);
 
-    /// Of a texture, which it keeps.
+    /// Keeps the texture alive.
     explicit UIImage(GdkTexture* texture);
     ~UIImage() override;
 
-    /// The extent in points, of which a pixel is one.
+    /// The size in points; one pixel is one point.
     CGSize size() const;
     GdkTexture* texture() const { return texture_; }
 

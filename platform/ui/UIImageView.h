@@ -11,13 +11,13 @@ namespace orvalo {
 class UIImageView : public UIView {
   public:
     UIImageView();
-    /// Over a GtkPicture, whose texture is the first image.
+    /// Over a GtkPicture, whose texture is the initial image.
     explicit UIImageView(GtkWidget* widget);
 
-    /// Has the layout's pictures be image views. Before a layout is loaded.
+    /// Registers this class for the GtkPictures of layouts. Before a layout is loaded.
     static void registerClass();
 
-    /// Absent when nothing is shown.
+    /// Absent when no picture is shown.
     const std::shared_ptr<UIImage>& image() const { return image_; }
     void setImage(const std::shared_ptr<UIImage>& image);
 

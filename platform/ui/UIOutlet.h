@@ -8,19 +8,19 @@
 
 namespace orvalo {
 
-/// A place for an object of the layout, which connects it by its id when the screen is loaded.
-/// Reference is std::shared_ptr<Object>, or std::weak_ptr<Object> for an outlet that does not keep
-/// its object. Main thread.
+/// A reference to an object of the layout, which connects it by its id when the screen is loaded.
+/// Reference is std::shared_ptr, or std::weak_ptr for an outlet that does not keep the object
+/// alive. Main thread.
 template <typename Object, template <typename> typename Reference>
 class BasicOutlet {
   public:
-    /// name: what a read of the unconnected outlet names, such as "ViewController.pluginView".
+    /// name: for the error of an unconnected outlet, such as "ViewController.pluginView".
     explicit BasicOutlet(std::string name) : name_(std::move(name)) {}
 
     void connect(const std::shared_ptr<Object>& object) { object_ = object; }
     bool isConnected() const { return held() != nullptr; }
 
-    /// The object. An outlet without one is a fatal error that names it.
+    /// The object. A fatal error that names the outlet when it is not connected.
     std::shared_ptr<Object> get() const {
         auto object = held();
         if (!object) {

@@ -7,14 +7,13 @@
 
 namespace orvalo {
 
-/// What takes part in the handling of user actions. Main thread.
+/// An object in the chain that handles user actions. Main thread.
 class UIResponder : public NSObject {
   public:
-    /// Who is asked when this responder does not know an action; absent at the end of the chain.
+    /// The responder after this one in the chain; absent at the end.
     virtual std::shared_ptr<UIResponder> next() const;
 
-    /// Whether the action, by its name in the layout, can be performed now: when this responder's
-    /// class has it, else what the next responder says.
+    /// Whether this responder or one after it has the action of that name.
     virtual bool canPerformAction(const std::string& action,
                                   const std::shared_ptr<NSObject>& withSender);
 };

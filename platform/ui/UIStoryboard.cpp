@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "platform/foundation/FatalError.h"
-#include "platform/foundation/GLibPointer.h"
+#include "platform/foundation/FileContents.h"
 #include "platform/foundation/NSError.h"
 #include "platform/ui/LayoutBuilder.h"
 #include "platform/ui/MainThread.h"
@@ -19,18 +19,6 @@ namespace orvalo {
 
 namespace {
 
-std::string contentsOf(const URL& url) {
-    char* text = nullptr;
-    gsize length = 0;
-    GError* error = nullptr;
-    if (g_file_get_contents(url.path().c_str(), &text, &length, &error) == FALSE) {
-        const std::unique_ptr<GError, Release<g_error_free>> held(error);
-        throw NSError("UIStoryboardErrorDomain", held->code, held->message);
-    }
-    const GText held(text);
-    return {text, length};
-}
-
 bool contains(const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
@@ -40,12 +28,26 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
 std::shared_ptr<UIStoryboard> UIStoryboard::load(const URL& url) {
     requireMainThread("UIStoryboard.load");
     std::shared_ptr<UIStoryboard> storyboard(new UIStoryboard(url.path()));
-    UIStoryboardReader(*storyboard).read(url.path(), contentsOf(url));
+    const auto content = contentsOfFile(url.path());
+    UIStoryboardReader(*storyboard).read(url.path(), std::string(content.begin(), content.end()));
     storyboard->check();
     for (const auto& problem : storyboard->problems_) {
         g_warning("%s", problem.c_str());
     }
     return storyboard;
+}
+
+std::shared_ptr<UIStoryboard> UIStoryboard::required(const Bundle& bundle,
+                                                     const std::string& name) {
+    const auto url = bundle.url(name, "ui");
+    if (!url) {
+        fatalError("The bundle has no layout \"" + name + ".ui\".");
+    }
+    try {
+        return load(*url);
+    } catch (const NSError& error) {
+        fatalError(error.localizedDescription());
+    }
 }
 
 void UIStoryboard::check() {
@@ -145,7 +147,7 @@ std::shared_ptr<UIView> UIStoryboard::makeView(
     }
     for (const auto& segue : segues_) {
         if (segue.source == screen && contains(described->outlets, segue.trigger)) {
-            builder.takeSegue(segue.trigger, segue.identifier);
+            builder.connectSegue(segue.trigger, segue.identifier);
         }
     }
     return view;

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/foundation/Bundle.h"
 #include "platform/foundation/NSObject.h"
 #include "platform/foundation/URL.h"
 #include "platform/ui/UIView.h"
@@ -16,19 +17,21 @@ class UIResponder;
 class UIViewController;
 class UIWindow;
 
-/// The interface layout, a GtkBuilder file. Every object at its top is the window
-/// (GtkApplicationWindow), a segue (UIStoryboardSegue) or else a screen, whose id is the name of
-/// its class. A segue's properties: identifier, source, destination, presentation ("fullScreen")
-/// and, optional, trigger, the id of the button in the source that takes it. Inside a screen, ids
-/// are outlets, except those that begin with "_", which are the layout's own, and the handlers of
-/// signals are actions. The first screen is where the application begins. Main thread.
+/// A layout of screens: a GtkBuilder file. Its top-level objects are the window
+/// (GtkApplicationWindow), segues (UIStoryboardSegue) and screens. A screen's id is the name of its
+/// class. A segue's properties: identifier, source, destination, presentation ("fullScreen") and
+/// optionally trigger, the id of a button in the source. Inside a screen, ids are outlets, except
+/// those that begin with "_", and handlers of signals are actions. The first screen is the initial
+/// one. Main thread.
 class UIStoryboard : public NSObject {
   public:
     /// Reads a layout. Throws NSError, naming the file, when it cannot be read or parsed.
     static std::shared_ptr<UIStoryboard> load(const URL& url);
+    /// The bundle's layout "<name>.ui". A missing or damaged layout is a fatal error.
+    static std::shared_ptr<UIStoryboard> required(const Bundle& bundle, const std::string& name);
 
-    /// What the layout names and no class has, one sentence each; also on standard error when the
-    /// layout is loaded.
+    /// The classes, outlets, actions and screens that the layout names and that do not exist, one
+    /// sentence each. load() logs them.
     const std::vector<std::string>& problems() const { return problems_; }
 
     /// A new controller of the first screen's class. A layout without a screen, or a screen of an
@@ -36,7 +39,7 @@ class UIStoryboard : public NSObject {
     std::shared_ptr<UIViewController> instantiateInitialViewController();
     std::shared_ptr<UIViewController> instantiateViewController(const std::string& withIdentifier);
 
-    /// A segue as the layout has it.
+    /// A segue of the layout.
     struct Segue {
         std::string identifier;
         std::string source;
@@ -44,14 +47,14 @@ class UIStoryboard : public NSObject {
         std::string presentation;
         std::string trigger;
     };
-    /// The layout's window, without content, or else a plain one.
+    /// The layout's window without content, or a plain window when the layout has none.
     std::shared_ptr<UIWindow> makeWindow() const;
 
-    /// The segue of that identifier out of a screen; null without one.
+    /// The segue of that identifier from a screen; null when there is none.
     const Segue* segue(const std::string& source, const std::string& identifier) const;
 
-    /// Makes a screen's views, connects its outlets, actions and segues to the owner, and returns
-    /// the view that holds them.
+    /// Creates a screen's views, connects its outlets, actions and segues to the owner, and returns
+    /// the root view.
     std::shared_ptr<UIView> makeView(const std::string& screen,
                                      const std::shared_ptr<UIViewController>& owner) const;
 
@@ -70,10 +73,10 @@ class UIStoryboard : public NSObject {
     const Screen* screen(const std::string& name) const;
 
     std::string name_;
-    std::map<std::string, std::string> objects_;  // The layouts of single objects, by id.
+    std::map<std::string, std::string> objects_;  // The text of each top-level object, by id.
     std::vector<Screen> screens_;
     std::vector<Segue> segues_;
-    std::string window_;  // The window's id; empty without one.
+    std::string window_;  // The window's id, or empty.
     std::vector<std::string> problems_;
 };
 

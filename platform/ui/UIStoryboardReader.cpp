@@ -50,7 +50,7 @@ void UIStoryboardReader::read(std::string_view name, std::string_view text) {
     const auto length = static_cast<gssize>(text.size());
     if (g_markup_parse_context_parse(context.get(), text.data(), length, &error) == FALSE ||
         g_markup_parse_context_end_parse(context.get(), &error) == FALSE) {
-        const std::unique_ptr<GError, Release<g_error_free>> held(error);
+        const GErrorPointer held(error);
         throw NSError("UIStoryboardErrorDomain", held->code,
                       std::string(name) + ": " + held->message);
     }

@@ -8,16 +8,16 @@
 
 namespace orvalo {
 
-/// Reads from a layout's text which screens, segues and window it has, what each screen names, and
-/// the text of each, so that one can be made without the toolkit's knowing the classes of others.
+/// Reads the screens, segues and the window of a layout, and the text of each. With the text of a
+/// single object, the toolkit needs no classes of the other objects to create it.
 class UIStoryboardReader {
   public:
     explicit UIStoryboardReader(UIStoryboard& into) : into_(into) {}
 
-    /// Throws NSError, naming the layout, for a text that is not well-formed.
+    /// Throws NSError, naming the layout, for text that is not well-formed.
     void read(std::string_view name, std::string_view text);
 
-    // What the parser finds, in the order of the text.
+    // Called by the parser, in the order of the text.
     void begin(std::string_view element, const char** names, const char** values);
     void take(std::string_view text);
     void end(std::string_view element);
@@ -30,11 +30,11 @@ class UIStoryboardReader {
     std::string* property(const std::string& name);
 
     UIStoryboard& into_;
-    std::size_t depth_ = 0;  // Of the objects around.
+    std::size_t depth_ = 0;  // Of nested objects.
     Kind kind_ = Kind::screen;
-    std::string id_;                   // Of the object at the top that is read,
-    std::string object_;               // and its text.
-    std::string* property_ = nullptr;  // The segue's property whose text comes.
+    std::string id_;                   // Of the current top-level object.
+    std::string object_;               // Its text so far.
+    std::string* property_ = nullptr;  // The current property of a segue.
 };
 
 }  // namespace orvalo

@@ -11,17 +11,17 @@ namespace orvalo {
 
 class UIViewController;
 
-/// The way from one screen to another that is about to be taken.
+/// A transition to another screen that is about to be performed.
 class UIStoryboardSegue : public NSObject {
   public:
     UIStoryboardSegue(std::optional<std::string> name, std::shared_ptr<UIViewController> from,
                       std::shared_ptr<UIViewController> to)
         : identifier(std::move(name)), source(std::move(from)), destination(std::move(to)) {}
 
-    /// Its name in the layout; absent when it has none.
+    /// Its identifier in the layout; may be absent.
     const std::optional<std::string> identifier;
     const std::shared_ptr<UIViewController> source;
-    /// A new screen, whose view is not loaded yet.
+    /// The new screen. Its view is not loaded yet.
     const std::shared_ptr<UIViewController> destination;
 };
 

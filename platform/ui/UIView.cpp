@@ -109,7 +109,7 @@ bool UIView::isHidden() const {
 void UIView::setHidden(bool hidden) {
     requireMainThread("UIView.isHidden");
     gtk_widget_set_visible(widget_, hidden ? FALSE : TRUE);
-    // The toolkit gives a shortcut also to widgets that are not shown, and it is lost on them.
+    // The toolkit also sends shortcuts to hidden widgets, unless they are insensitive.
     gtk_widget_set_sensitive(widget_, hidden ? FALSE : TRUE);
 }
 
@@ -154,8 +154,8 @@ std::shared_ptr<UIView> UIView::superview() const {
 void UIView::addSubview(const std::shared_ptr<UIView>& view) {
     requireMainThread("UIView.addSubview");
     if (g_type_is_a(G_OBJECT_TYPE(widget_), viewWidgetType()) == FALSE) {
-        fatalError("UIView.addSubview: a view that stands for a " +
-                   std::string(G_OBJECT_TYPE_NAME(widget_)) + " holds no subviews.");
+        fatalError("UIView.addSubview: a view over a " + std::string(G_OBJECT_TYPE_NAME(widget_)) +
+                   " holds no subviews.");
     }
     view->removeFromSuperview();
     gtk_widget_set_parent(view->widget_, widget_);

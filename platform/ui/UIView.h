@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/foundation/CGRect.h"
-#include "platform/ui/NSLayoutAnchor.h"
+#include "platform/ui/NSLayoutConstraint.h"
 #include "platform/ui/UIResponder.h"
 
 using GtkWidget = struct _GtkWidget;  // NOLINT(bugprone-reserved-identifier): GTK's own.
@@ -16,58 +16,59 @@ namespace orvalo {
 
 class NSLayoutConstraint;
 
-/// A rectangle on screen: one widget of the toolkit. Made by the layout, which wraps its widgets,
-/// or by code. All operations on the main thread; elsewhere a fatal error that names the operation.
+/// A rectangle on screen: one widget of the toolkit, from a layout or made by code. All operations
+/// on the main thread; elsewhere a fatal error that names the operation.
 class UIView : public UIResponder {
   public:
-    /// An empty view, of no extent, that can hold subviews.
+    /// An empty view of size zero that can hold subviews.
     UIView();
-    /// A view over an existing widget, which it keeps alive.
+    /// A view over an existing widget. Keeps the widget alive.
     explicit UIView(GtkWidget* widget);
     ~UIView() override;
 
-    /// The view of a widget: the one that it has, else a new one of the class that stands for
-    /// widgets of its kind, held by the view around it.
+    /// The existing view of a widget, or a new one of the class that setClass() registered. The
+    /// superview keeps a new one alive.
     static std::shared_ptr<UIView> of(GtkWidget* widget);
-    /// Has of() make the views of widgets of a type (a GType) and of types derived from it. The
-    /// closest type counts.
+    /// Registers how of() creates the views of widgets of a GType and its derived types. The most
+    /// derived type counts.
     static void setClass(std::size_t widgetType,
                          std::function<std::shared_ptr<UIView>(GtkWidget*)> make);
-    /// Has provide called, once, before the first widget of a class is made that layouts know by
-    /// that name, such as "GtkLabel"; it makes the toolkit know the class, and calls setClass().
+    /// Registers a class that is loaded late. provide: called once before the first widget of the
+    /// class of that name, such as "GtkLabel"; it registers the GType and calls setClass().
     static void setLateClass(const std::string& widgetClass, std::function<void()> provide);
-    /// A layout needs that class: provides it where it is late and not there yet.
+    /// Calls the provide function of a late class that was not called yet.
     static void provideClass(const std::string& widgetClass);
 
     /// The widget, which lives as long as the view.
     GtkWidget* widget() const { return widget_; }
 
-    /// Whether the view and what it holds is not shown. A hidden view takes no shortcuts either.
+    /// Whether the view and its subviews are hidden. A hidden view gets no shortcuts either.
     bool isHidden() const;
     void setHidden(bool hidden);
 
-    /// The place in the superview's coordinates, in points. What was set holds, negative or larger
-    /// than the superview (which clips it), until the translation below is switched off; without
-    /// it, what is set is ignored, and the place is what the layout has given last.
+    /// The rectangle in the superview's coordinates, in points. With
+    /// translatesAutoresizingMaskIntoConstraints it is the set one, which may be negative or larger
+    /// than the superview, which clips it. Otherwise it is the one of the last layout, and
+    /// setFrame() does nothing.
     CGRect frame() const;
     void setFrame(const CGRect& frame);
-    /// The view's own coordinates: the origin is (0, 0).
+    /// The rectangle in the view's own coordinates: its origin is (0, 0).
     CGRect bounds() const;
 
-    /// The view around this one; absent for one that stands alone.
+    /// The closest view around this one; absent when there is none.
     std::shared_ptr<UIView> superview() const;
-    /// The views in this one, the topmost last.
+    /// The direct subviews, the topmost last.
     const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
-    /// Adds a view on top, after taking it from where it was. A view that stands for a control
+    /// Adds a view on top, after removing it from its current superview. A view over a control
     /// holds none: a fatal error.
     void addSubview(const std::shared_ptr<UIView>& view);
-    /// Takes the view out of its superview, with the constraints between them.
+    /// Removes the view and its constraints from its superview.
     void removeFromSuperview();
-    /// Has the view drawn anew at the next frame.
+    /// Redraws the view in the next frame.
     void setNeedsDisplay();
 
-    /// Whether the frame that was set is kept; true at first. A view that is placed by constraints
-    /// has it switched off.
+    /// Whether setFrame() places the view; initially true. Set it to false for views that
+    /// constraints place.
     bool translatesAutoresizingMaskIntoConstraints() const { return translates_; }
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
 
@@ -91,9 +92,9 @@ class UIView : public UIResponder {
     GtkWidget* widget_;
     std::vector<std::shared_ptr<UIView>> subviews_;
     std::vector<std::shared_ptr<NSLayoutConstraint>> constraints_;
-    std::optional<CGRect> frame_;  // What was set, while it holds.
+    std::optional<CGRect> frame_;  // From setFrame().
     bool translates_ = true;
-    std::weak_ptr<UIResponder> controller_;  // Of the screen whose root this is.
+    std::weak_ptr<UIResponder> controller_;  // Whose root view this is.
 };
 
 }  // namespace orvalo

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/foundation/FatalError.h"
-#include "platform/foundation/NSError.h"
 #include "platform/ui/MainThread.h"
 #include "platform/ui/UIClass.h"
 #include "platform/ui/UIStoryboard.h"
@@ -22,15 +21,7 @@ std::optional<NSCoder> coderFor(const std::optional<std::string>& nibName,
     if (!nibName) {
         return std::nullopt;
     }
-    const auto url = (bundle ? bundle : Bundle::main())->url(*nibName, "ui");
-    if (!url) {
-        fatalError("The bundle has no layout \"" + *nibName + ".ui\".");
-    }
-    try {
-        return NSCoder(UIStoryboard::load(*url), *nibName);
-    } catch (const NSError& error) {
-        fatalError(error.localizedDescription());
-    }
+    return NSCoder(UIStoryboard::required(bundle ? *bundle : *Bundle::main(), *nibName), *nibName);
 }
 
 }  // namespace

@@ -17,65 +17,63 @@ class UIStoryboard;
 class UIStoryboardSegue;
 class UIWindow;
 
-/// A screen, or a part of one: the owner of a view. Held by std::shared_ptr. All operations on the
-/// main thread; elsewhere a fatal error that names the operation.
+/// A screen or a part of one: the owner of a view. All operations on the main thread; elsewhere a
+/// fatal error that names the operation.
 class UIViewController : public UIResponder {
   public:
-    /// A controller whose view is read from the bundle's layout "<nibName>.ui", from the screen of
-    /// the same name; without a name the view is empty.
+    /// A controller whose view is the screen "<nibName>" of the bundle's layout "<nibName>.ui".
+    /// Without a name the view is empty. bundle: null for the main bundle.
     UIViewController(const std::optional<std::string>& nibName,
                      const std::shared_ptr<Bundle>& bundle);
     /// A screen of a layout.
     explicit UIViewController(const NSCoder& coder);
     ~UIViewController() override;
 
-    /// The view, which the first call loads and reports with viewDidLoad().
+    /// The view. The first call loads it and then calls viewDidLoad().
     std::shared_ptr<UIView> view();
-    /// Gives the controller a view made by code.
+    /// Sets a view made by code.
     void setView(const std::shared_ptr<UIView>& view);
     bool isViewLoaded() const { return view_ != nullptr; }
 
-    // Containment: a controller inside another, whose view the caller adds to the other's.
+    // Containment: a controller inside another. The caller adds the child's view to the parent's.
     const std::vector<std::shared_ptr<UIViewController>>& children() const { return children_; }
     std::shared_ptr<UIViewController> parent() const { return parent_.lock(); }
-    /// Takes a controller in, out of its present parent.
+    /// Adds a child, after removing it from its current parent.
     void addChild(const std::shared_ptr<UIViewController>& child);
     void removeFromParent();
-    /// Called by the parent's owner when the child's view is in place, or gone (an absent parent).
+    /// To be called after the child's view was added to the parent's, or removed (a null parent).
     virtual void didMove(const std::shared_ptr<UIViewController>& toParent);
 
-    // Presentation: a controller above this one, one at a time.
+    // Presentation: another controller above this one, one at a time.
     std::shared_ptr<UIViewController> presentedViewController() const { return presented_; }
     std::shared_ptr<UIViewController> presentingViewController() const {
         return presenting_.lock();
     }
-    /// Shows a controller above this one; completion (may be empty) runs when it is shown. While
-    /// another one is presented, or this one is not in a window: a line on standard error, and
-    /// nothing else.
+    /// Shows a controller above this one. completion (may be empty): called when it is shown. Only
+    /// logs a warning while another one is presented, or when this one is in no window.
     void present(const std::shared_ptr<UIViewController>& controller, bool animated,
                  const std::function<void()>& completion);
-    /// Takes away what this controller presents, or else itself from above its presenter.
+    /// Removes the controller that this one presents; without one, removes this one.
     void dismiss(bool animated, const std::function<void()>& completion);
 
-    /// Takes the segue of that identifier that leads away from this screen in its layout: makes the
-    /// destination, calls prepare(), presents. A segue that the layout does not have is a fatal
-    /// error that names it.
+    /// Performs the segue of that identifier from this screen: creates the destination, calls
+    /// prepare() and presents it. A segue that the layout does not have is a fatal error.
     void performSegue(const std::string& withIdentifier, const std::shared_ptr<NSObject>& sender);
-    /// A segue is about to be performed.
+    /// Called before a segue's destination is presented.
     virtual void prepare(const std::shared_ptr<UIStoryboardSegue>& for_,
                          const std::shared_ptr<NSObject>& sender);
 
-    // The life of the view, in this order. animated: whether it comes or goes in an animation.
+    // The life of the view, in this order. animated: whether it appears or disappears animated.
     virtual void viewDidLoad();
-    /// Every time that the view is about to be shown.
+    /// Called every time before the view is shown.
     virtual void viewWillAppear(bool animated);
-    /// The view's place or extent, or that of a subview, was laid out anew.
+    /// Called after the view and its subviews were laid out.
     virtual void viewDidLayoutSubviews();
-    /// Every time that the view is shown no more.
+    /// Called every time after the view was hidden.
     virtual void viewDidDisappear(bool animated);
     virtual void didReceiveMemoryWarning();
 
-    /// The window that shows this controller, itself or a parent or presenter; absent without one.
+    /// The window of this controller, its parent or its presenter; absent when there is none.
     std::shared_ptr<UIWindow> window() const;
 
     bool canPerformAction(const std::string& action,
@@ -83,20 +81,20 @@ class UIViewController : public UIResponder {
     std::shared_ptr<UIResponder> next() const override;
 
   protected:
-    /// Comes on screen above the presenter; shown runs then. Screens fill the presenter's window;
-    /// dialogs do otherwise.
+    /// Shows this controller above the presenter. shown: called when it is shown. The default fills
+    /// the presenter's window; dialogs override it.
     virtual void beginPresentation(const std::shared_ptr<UIViewController>& presenter,
                                    bool animated, const std::function<void()>& shown);
-    /// Leaves the screen; gone runs then.
+    /// Removes this controller from the screen. gone: called after that.
     virtual void endPresentation(bool animated, const std::function<void()>& gone);
-    /// For a dialog that has left the screen by itself: the presenter lets go of it.
+    /// To be called when a dialog has closed by itself: the presenter releases it.
     void presentationEnded();
 
   private:
     friend class UIWindow;
 
     void loadView();
-    /// Passes the appearance on to the children too.
+    // With the children.
     void appear(bool animated);
     void disappear(bool animated);
     void layout();

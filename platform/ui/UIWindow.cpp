@@ -1,17 +1,45 @@
 #include "platform/ui/UIWindow.h"
 
-#include <gtk/gtk.h>
+#include <adwaita.h>
 
 #include <algorithm>
 #include <utility>
 
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/ui/MainThread.h"
-#include "platform/ui/ScreenBin.h"
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIViewController.h"
 
 namespace orvalo {
+
+namespace {
+
+constexpr const char* laidOutKey = "orvalo-laid-out";
+
+void measureScreen(GtkWidget* bin, GtkOrientation orientation, int forSize, int* minimum,
+                   int* natural, int* /*minimumBaseline*/, int* /*naturalBaseline*/) {
+    gtk_widget_measure(gtk_widget_get_first_child(bin), orientation, forSize, minimum, natural,
+                       nullptr, nullptr);
+}
+
+void allocateScreen(GtkWidget* bin, int width, int height, int baseline) {
+    gtk_widget_allocate(gtk_widget_get_first_child(bin), width, height, baseline, nullptr);
+    (*static_cast<std::function<void()>*>(g_object_get_data(G_OBJECT(bin), laidOutKey)))();
+}
+
+/// A widget around a screen's widget. Calls laidOut after every allocation of the screen, for which
+/// the toolkit has no signal.
+GtkWidget* newScreenBin(GtkWidget* screen, std::function<void()> laidOut) {
+    auto* bin = adw_bin_new();
+    g_object_set_data_full(G_OBJECT(bin), laidOutKey, new std::function(std::move(laidOut)),
+                           [](void* held) { delete static_cast<std::function<void()>*>(held); });
+    gtk_widget_set_layout_manager(bin,
+                                  gtk_custom_layout_new(nullptr, measureScreen, allocateScreen));
+    adw_bin_set_child(ADW_BIN(bin), screen);
+    return bin;
+}
+
+}  // namespace
 
 UIWindow::UIWindow(GtkWidget* widget)
     : UIView(widget), stack_(GTK_STACK(g_object_ref_sink(gtk_stack_new()))) {
@@ -49,7 +77,7 @@ void UIWindow::makeKeyAndVisible() {
     }
     auto* window = GTK_WINDOW(widget());
     gtk_window_present(window);
-    // Shortcuts come first until the user moves the focus.
+    // Without a focused widget, keys are shortcuts until the user moves the focus.
     gtk_window_set_focus(window, nullptr);
 }
 
@@ -70,7 +98,7 @@ void UIWindow::push(const std::shared_ptr<UIViewController>& controller, bool an
     controller->appear(animated);
     const auto below = pages_.back();
     pages_.push_back({controller, addPage(controller)});
-    // Its shortcuts would be taken otherwise, unseen.
+    // Otherwise its shortcuts would work although it is not visible.
     gtk_widget_set_sensitive(below.widget, FALSE);
     show(pages_.back().widget, animated, [below, animated, then] {
         below.controller->disappear(animated);

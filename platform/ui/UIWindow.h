@@ -13,7 +13,7 @@ namespace orvalo {
 
 class UIViewController;
 
-/// A window of the desktop, which shows one controller and what that presents. Main thread.
+/// A window that shows one controller and those that it presents. Main thread.
 class UIWindow : public UIView {
   public:
     /// Over a GtkWindow.
@@ -21,9 +21,9 @@ class UIWindow : public UIView {
     ~UIWindow() override;
 
     std::shared_ptr<UIViewController> rootViewController() const;
-    /// Before the window is shown first.
+    /// Call it before makeKeyAndVisible().
     void setRootViewController(const std::shared_ptr<UIViewController>& controller);
-    /// Shows the window in front of the others, with the keyboard.
+    /// Shows the window in front of the others, with the keyboard focus.
     void makeKeyAndVisible();
 
     std::shared_ptr<UIResponder> next() const override;
@@ -31,25 +31,25 @@ class UIWindow : public UIView {
   private:
     friend class UIViewController;
 
-    /// Shows a controller in place of the one that is shown; then runs when it is in place.
+    /// Shows a controller in place of the current one. then: called when the transition has ended.
     void push(const std::shared_ptr<UIViewController>& controller, bool animated,
               const std::function<void()>& then);
-    /// Takes that controller, and what stands above it, away.
+    /// Removes that controller and those above it.
     void pop(const std::shared_ptr<UIViewController>& controller, bool animated,
              const std::function<void()>& then);
     void show(GtkWidget* page, bool animated, std::function<void()> then);
-    /// What was to follow the change of pages under way, now: before the next one at the latest.
+    /// Runs pending_: the transition has ended, or the next one begins.
     void settle();
     GtkWidget* addPage(const std::shared_ptr<UIViewController>& controller);
 
     struct Page {
         std::shared_ptr<UIViewController> controller;
-        GtkWidget* widget;  // Null until it is shown first.
+        GtkWidget* widget;  // Null until the controller is shown first.
     };
-    std::vector<Page> pages_;  // The one that is shown is the last.
+    std::vector<Page> pages_;  // The visible page is the last.
     GtkStack* const stack_;
     std::function<void()> pending_;
-    std::uint64_t turn_ = 0;  // Of the changes without an animation.
+    std::uint64_t turn_ = 0;  // Counts the transitions without animation.
 };
 
 }  // namespace orvalo

@@ -14,14 +14,14 @@ GQuark frameKey() {
     return key;
 }
 
-/// What the toolkit can lay out of a length; nothing of one that is not a number.
+/// The length clamped to the toolkit's range; 0 for NaN.
 double allocatable(double length) {
-    constexpr double most = 32767;  // Windows and their parts are no larger on X11.
+    constexpr double most = 32767;  // The largest size in X11.
     return std::isnan(length) ? 0 : std::clamp(length, -most, most);
 }
 
 void allocateFrame(GtkWidget* child, const CGRect& frame) {
-    // A control does not become smaller than it can be.
+    // GTK requires at least the minimum size.
     GtkRequisition least;
     gtk_widget_get_preferred_size(child, &least, nullptr);
     const auto at = GRAPHENE_POINT_INIT(static_cast<float>(allocatable(frame.origin.x)),
@@ -37,7 +37,7 @@ GQuark ratioKey() {
     return key;
 }
 
-/// As large as it can be, in the middle of the place that the constraints have given.
+/// Places the child as large as possible in the centre of the rectangle from the constraints.
 void allocateAspect(GtkWidget* child, double ratio) {
     graphene_rect_t given;
     if (gtk_widget_compute_bounds(child, gtk_widget_get_parent(child), &given) == FALSE) {
@@ -73,9 +73,8 @@ void allocateLayout(GtkLayoutManager* manager, GtkWidget* widget, int width, int
     }
 }
 
-/// A view has whatever extent it is given; what it holds asks for none. The toolkit's own answer,
-/// which it needs for the layout, would be the extent of the last one where a constraint wishes
-/// for as much as there is.
+/// A view accepts any size. The base class's result, computed for the solver, would be the last
+/// size where a constraint requests as much as possible.
 void measureLayout(GtkLayoutManager* manager, GtkWidget* widget, GtkOrientation orientation,
                    int forSize, int* minimum, int* natural, int* minimumBaseline,
                    int* naturalBaseline) {

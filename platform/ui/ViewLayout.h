@@ -6,16 +6,16 @@
 
 namespace orvalo {
 
-/// The type "UIViewLayout", also for layouts: a GtkConstraintLayout, but for widgets whose frames
-/// are held, and for those with an aspect ratio. A view that is laid out asks for no extent.
+/// The type "UIViewLayout", also for layouts: a GtkConstraintLayout that also places children with
+/// a held frame or an aspect ratio. It requests no size.
 GType viewLayoutType();
 
-/// Holds a widget in a place of its parent, whatever the constraints say; null lets go. The frame
-/// must live as long as it is held.
+/// Holds a widget at a frame in its parent, regardless of constraints; null ends that. The frame
+/// must outlive its use.
 void holdFrame(GtkWidget* widget, const CGRect* frame);
 
-/// Keeps a widget, as large as it can be and in the middle, at width : height = ratio inside the
-/// place that the constraints give it; 0 lets it fill that.
+/// Keeps a widget at width / height = ratio, as large as possible and centred in the rectangle that
+/// the constraints give it. 0 ends that.
 void setAspectRatio(GtkWidget* widget, double ratio);
 
 }  // namespace orvalo

@@ -4,8 +4,8 @@
 
 namespace orvalo {
 
-/// The type "UIView" of the toolkit, also for layouts: a widget that places what it holds by a
-/// UIViewLayout and clips it. Its property "aspect-ratio" is that of setAspectRatio().
+/// The widget type "UIView", also for layouts: places its children by a UIViewLayout and clips
+/// them. Its property "aspect-ratio" is that of setAspectRatio().
 GType viewWidgetType();
 
 }  // namespace orvalo

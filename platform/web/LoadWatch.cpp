@@ -80,8 +80,7 @@ void LoadWatch::stop(State state) {
 
 void LoadWatch::expire() {
     stop(State::idle);
-    g_warning("Nothing came from %s for %g s; its loading was stopped.", address_.c_str(),
-              interval_);
+    g_warning("%s sent nothing for %g s; its load was stopped.", address_.c_str(), interval_);
     lateWebKit(webkit_web_view_stop_loading)(view_);
 }
 

@@ -9,21 +9,21 @@ namespace orvalo {
 
 class Timer;
 
-/// Stops what a web view loads when nothing has come for a time, with a line on standard error. The
-/// time that a delegate takes for a decision does not count. Main thread.
+/// Stops and logs a web view's load that makes no progress within the time-out. The time that a
+/// delegate takes for a decision does not count. Main thread.
 class LoadWatch {
   public:
-    /// view: outlives the watch.
+    /// view: must outlive the watch.
     explicit LoadWatch(WebKitWebView* view);
     ~LoadWatch();
     LoadWatch(const LoadWatch&) = delete;
     LoadWatch& operator=(const LoadWatch&) = delete;
 
-    /// For the loads that begin from now on. seconds: above 0.
+    /// The time-out of subsequent loads. seconds: above 0.
     void setInterval(double seconds);
-    /// Names what the next load that begins is of, for the line.
+    /// The address of the next load, for the log line.
     void announce(std::string address);
-    /// A load under way waits for a delegate, until resume().
+    /// The current load waits for a delegate until resume().
     void pause();
     void resume();
 
@@ -38,7 +38,7 @@ class LoadWatch {
     WebKitWebView* view_;
     double interval_;
     std::string announced_;
-    std::string address_;  // Of the load under way.
+    std::string address_;  // Of the current load.
     State state_ = State::idle;
     std::shared_ptr<Timer> timer_;
 };

@@ -7,22 +7,21 @@ using WebKitPolicyDecision = struct _WebKitPolicyDecision;
 
 namespace orvalo {
 
-/// A decision that the web engine waits for, which can be answered once, or stay open until the
-/// view's end. Main thread.
+/// A decision that the web engine waits for. It can be answered once, or stay open until the view's
+/// end. Main thread.
 class PolicyDecision {
   public:
-    /// engine: the engine's side, null for a decision that the engine knows nothing of. It is kept,
-    /// since the engine goes ahead with a decision that nobody holds. handler: what a second answer
-    /// names.
+    /// engine: the engine's object; null for a decision without one. It is kept alive because its
+    /// destruction would allow the navigation. handler: the name in the error for a second answer.
     PolicyDecision(WebKitPolicyDecision* engine, std::string handler);
     ~PolicyDecision() { end(); }
     PolicyDecision(const PolicyDecision&) = delete;
     PolicyDecision& operator=(const PolicyDecision&) = delete;
 
-    /// Lets the engine go ahead or has it stay. After end() nothing; a second answer is a fatal
+    /// Allows or refuses the navigation. Does nothing after end(). A second answer is a fatal
     /// error.
     void answer(bool isAllowed);
-    /// Gives up an open decision, refusing it.
+    /// Refuses a decision that is still open.
     void end();
 
     bool isOpen() const { return state_ == State::open; }

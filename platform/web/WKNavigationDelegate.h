@@ -2,8 +2,7 @@
 
 #include <functional>
 #include <memory>
-
-#include "platform/web/WKNavigationPolicy.h"
+#include <utility>
 
 namespace orvalo {
 
@@ -11,26 +10,35 @@ class WKNavigationAction;
 class WKNavigationResponse;
 class WKWebView;
 
-/// Decides where a web view goes. All operations are called on the main thread, one call for each
-/// decision. The decision handler is called on the main thread, now or later, once: a second call
-/// is a fatal error. While it has not been called, nothing is loaded; after the view's end a call
+enum class WKNavigationActionPolicy { cancel = 0, allow = 1 };
+
+enum class WKNavigationResponsePolicy { cancel = 0, allow = 1 };
+
+/// Decides about the navigations of a web view. All operations are called on the main thread, once
+/// for each decision. The decision handler is to be called on the main thread, now or later; a
+/// second call is a fatal error. Nothing is loaded before the call. After the view's end a call
 /// does nothing.
 class WKNavigationDelegate {
   public:
     virtual ~WKNavigationDelegate() = default;
 
-    /// Before anything is asked of a server, in the page and in its frames, for every redirection,
-    /// and for a link with a target of a new window, before the view's user-interface delegate is
-    /// asked for that window. Allows, if not overridden.
-    virtual void webView(const std::shared_ptr<WKWebView>& webView,
-                         const std::shared_ptr<WKNavigationAction>& decidePolicyFor,
-                         std::function<void(WKNavigationActionPolicy)> decisionHandler);
+    /// Called before a request is sent, for the page, its frames and every redirection. For a link
+    /// to a new window it is called before the UI delegate. The default allows.
+    virtual void webView(const std::shared_ptr<WKWebView>& /*webView*/,
+                         const std::shared_ptr<WKNavigationAction>& /*decidePolicyFor*/,
+                         std::function<void(WKNavigationActionPolicy)> decisionHandler) {
+        const auto handler = std::move(decisionHandler);
+        handler(WKNavigationActionPolicy::allow);
+    }
 
-    /// When the answer's head has arrived. A refusal leaves the view where it is. Allows, if not
-    /// overridden.
-    virtual void webView(const std::shared_ptr<WKWebView>& webView,
-                         const std::shared_ptr<WKNavigationResponse>& decidePolicyFor,
-                         std::function<void(WKNavigationResponsePolicy)> decisionHandler);
+    /// Called when the response's head has arrived. A refusal leaves the current page. The default
+    /// allows.
+    virtual void webView(const std::shared_ptr<WKWebView>& /*webView*/,
+                         const std::shared_ptr<WKNavigationResponse>& /*decidePolicyFor*/,
+                         std::function<void(WKNavigationResponsePolicy)> decisionHandler) {
+        const auto handler = std::move(decisionHandler);
+        handler(WKNavigationResponsePolicy::allow);
+    }
 };
 
 }  // namespace orvalo

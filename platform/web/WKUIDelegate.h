@@ -2,26 +2,32 @@
 
 #include <memory>
 
+#include "platform/foundation/NSObject.h"
+
 namespace orvalo {
 
 class WKNavigationAction;
 class WKWebView;
 class WKWebViewConfiguration;
-class WKWindowFeatures;
 
-/// Gives a web view's page what lies outside the view. Called on the main thread.
+/// The features that a page requests for a new window; none is supported.
+class WKWindowFeatures : public NSObject {};
+
+/// Answers a page's requests outside its view. Called on the main thread.
 class WKUIDelegate {
   public:
     virtual ~WKUIDelegate() = default;
 
-    /// A link or a script asks for a new window: the view for it, made with exactly that
-    /// configuration and kept by the delegate, or an absent one, and nothing opens. A view made in
-    /// another way is a fatal error. Absent, if not overridden.
+    /// A link or a script requests a new window. Returns the view for it, made with exactly the
+    /// given configuration and kept alive by the delegate, or null: no window opens. A view made
+    /// with another configuration is a fatal error. The default returns null.
     virtual std::shared_ptr<WKWebView> webView(
-        const std::shared_ptr<WKWebView>& webView,
-        const std::shared_ptr<WKWebViewConfiguration>& createWebViewWith,
-        const std::shared_ptr<WKNavigationAction>& for_,
-        const std::shared_ptr<WKWindowFeatures>& windowFeatures);
+        const std::shared_ptr<WKWebView>& /*webView*/,
+        const std::shared_ptr<WKWebViewConfiguration>& /*createWebViewWith*/,
+        const std::shared_ptr<WKNavigationAction>& /*for_*/,
+        const std::shared_ptr<WKWindowFeatures>& /*windowFeatures*/) {
+        return nullptr;
+    }
 };
 
 }  // namespace orvalo

@@ -5,17 +5,13 @@
 
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
-#include "platform/foundation/HTTPURLResponse.h"
 #include "platform/ui/MainThread.h"
 #include "platform/web/LoadWatch.h"
 #include "platform/web/PolicyDecision.h"
 #include "platform/web/WKNavigation.h"
-#include "platform/web/WKNavigationAction.h"
 #include "platform/web/WKNavigationDelegate.h"
-#include "platform/web/WKNavigationResponse.h"
 #include "platform/web/WKUIDelegate.h"
 #include "platform/web/WKWebViewConfiguration.h"
-#include "platform/web/WKWindowFeatures.h"
 #include "platform/web/WebAddress.h"
 #include "platform/web/WebKit.h"
 #include "platform/web/WebSandbox.h"
@@ -27,7 +23,7 @@ namespace {
 
 GtkWidget* newWidget(const std::shared_ptr<WKWebView>& opener) {
     requireMainThread("WKWebView");
-    // A page that is opened by another one shares its process.
+    // A page opened by another page shares its process.
     return GTK_WIDGET(g_object_new(lateWebKit(webkit_web_view_get_type)(), "related-view",
                                    opener ? opener->widget() : nullptr, nullptr));
 }
@@ -46,16 +42,17 @@ URLRequest requestOf(WebKitNavigationAction* action) {
     return {.url = webAddress(lateWebKit(webkit_uri_request_get_uri)(request))};
 }
 
-/// Whether pages can be loaded at all; a line on standard error if not.
+/// Whether pages can be loaded. Logs the reason if not.
 bool canLoad() {
     const auto problem = sandboxProblem();
     if (problem) {
-        g_warning("No web page can be shown, since none can be sandboxed: %s", problem->c_str());
+        g_warning("No web page can be shown, because the sandbox cannot be created: %s",
+                  problem->c_str());
     }
     return !problem;
 }
 
-/// Whether the engine loads a part of its own viewer for documents, which no page has asked for.
+/// Whether the engine loads a part of its own document viewer, which no page requested.
 bool isViewerPart(WebKitResponsePolicyDecision* decision) {
     auto* response = lateWebKit(webkit_response_policy_decision_get_response)(decision);
     constexpr std::string_view scheme = "webkit-pdfjs-viewer:";
@@ -84,7 +81,7 @@ struct WKWebView::Signals {
     static GtkWidget* create(WebKitWebView* /*engine*/, WebKitNavigationAction* action,
                              gpointer view) {
         const auto created = static_cast<WKWebView*>(view)->createWebView(action);
-        // The engine takes no reference: nobody would keep a view that the delegate did not.
+        // The engine takes no reference: a view that the delegate does not keep would be destroyed.
         return created.use_count() > 1 ? created->widget() : nullptr;
     }
 };
@@ -100,7 +97,7 @@ WKWebView::WKWebView(const std::shared_ptr<WKWebViewConfiguration>& configuratio
 }
 
 void WKWebView::connect() {
-    // As on any desktop, scripts may ask for windows; the delegate decides.
+    // Scripts may request windows; the delegate decides.
     lateWebKit(webkit_settings_set_javascript_can_open_windows_automatically)(
         lateWebKit(webkit_web_view_get_settings)(engine()), TRUE);
     g_signal_connect(engine(), "decide-policy", G_CALLBACK(Signals::decidePolicy), this);
@@ -112,7 +109,7 @@ void WKWebView::connect() {
 WKWebView::~WKWebView() {
     g_signal_handlers_disconnect_by_data(engine(), this);
     watch_.reset();
-    // An open decision keeps the engine's view alive.
+    // An open decision would keep the engine's view alive.
     for (const auto& decision : decisions_) {
         decision->end();
     }
@@ -158,7 +155,7 @@ std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
             lateWebKit(webkit_web_view_load_uri)(engine(), request.url->absoluteString().c_str());
         }
     } else {
-        // Later, as with every other load; the engine has no such loads.
+        // The engine does not know loads without an address. Asynchronous, as its other loads are.
         DispatchQueue::main()->async([view = weak(this), request] {
             if (const auto self = view.lock()) {
                 self->decideAction(nullptr, request, false);

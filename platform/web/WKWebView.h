@@ -25,37 +25,37 @@ class WKNavigationDelegate;
 class WKUIDelegate;
 class WKWebViewConfiguration;
 
-/// Shows a web page, in a process of its own and sandboxed; where the machine cannot sandbox it,
-/// nothing is loaded and a line on standard error says why. Its delegates decide where it goes;
-/// without them everything is allowed but new windows. What goes wrong is told on standard error
-/// and leaves the view ready for the next load. All operations on the main thread; elsewhere a
-/// fatal error that names the operation.
+/// Shows a web page, which runs in a sandboxed process. When the machine cannot create the sandbox,
+/// nothing is loaded and the reason is logged. Its delegates decide about navigations and new
+/// windows; without them all navigations are allowed and no window opens. Failures are logged, and
+/// the view can load again. All operations on the main thread; elsewhere a fatal error that names
+/// the operation.
 class WKWebView : public UIView {
   public:
     /// Over a WebKitWebView of the layout.
     explicit WKWebView(GtkWidget* widget);
-    /// A view made by code. configuration: the one that a delegate was given for a new window, or a
-    /// new one.
+    /// A view made by code. configuration: the one that the UI delegate was given for a new window,
+    /// or a new one.
     explicit WKWebView(const std::shared_ptr<WKWebViewConfiguration>& configuration);
-    /// Refuses the decisions that are still open.
+    /// Refuses decisions that are still open.
     ~WKWebView() override;
 
-    /// Makes layouts and UIView::of() know the class WebKitWebView, whose views are these.
+    /// Registers this class for the WebKitWebViews of layouts and of UIView::of().
     static void registerClass();
 
-    /// Who decides about new windows; not kept alive, absent when there is none.
+    /// Decides about new windows. Not kept alive; may be absent.
     std::shared_ptr<WKUIDelegate> uiDelegate() const;
     void setUIDelegate(const std::shared_ptr<WKUIDelegate>& delegate);
-    /// Who decides about navigations; not kept alive, absent when there is none.
+    /// Decides about navigations. Not kept alive; may be absent.
     std::shared_ptr<WKNavigationDelegate> navigationDelegate() const;
     void setNavigationDelegate(const std::shared_ptr<WKNavigationDelegate>& delegate);
 
-    /// Starts to load an address. When nothing has come for the request's time-out, the load is
-    /// stopped; the time-out holds for the links followed from there too. A request without an
-    /// address is put to the delegate and then loads nothing.
+    /// Starts to load an address. A load that makes no progress within the request's time-out is
+    /// stopped; the time-out also applies to links followed from there. A request without an
+    /// address is passed to the delegate and loads nothing.
     std::shared_ptr<WKNavigation> load(const URLRequest& request);
-    /// Starts to show a text of HTML. baseURL: where its relative links start, "about:blank" when
-    /// absent; next to a file's address, files can be shown.
+    /// Starts to show HTML text. baseURL: the base of relative links, "about:blank" when absent;
+    /// with a file's address the page can show files.
     std::shared_ptr<WKNavigation> loadHTMLString(const std::string& string,
                                                  const std::optional<URL>& baseURL);
 
@@ -64,11 +64,11 @@ class WKWebView : public UIView {
 
     WebKitWebView* engine() const;
     void connect();
-    /// Puts an action to the delegate. halts: whether the load under way waits for the answer.
+    /// Passes an action to the delegate. halts: whether the current load waits for the answer.
     void decideAction(WebKitPolicyDecision* decision, const URLRequest& request, bool halts);
     void decideResponse(WebKitPolicyDecision* decision);
     std::shared_ptr<WKWebView> createWebView(WebKitNavigationAction* action);
-    /// Keeps a decision open until the result is called.
+    /// Keeps a decision open until the returned function is called.
     std::function<void(bool)> open(WebKitPolicyDecision* decision, const std::string& handler,
                                    bool halts);
 

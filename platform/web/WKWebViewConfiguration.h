@@ -9,7 +9,7 @@ namespace orvalo {
 
 class WKWebView;
 
-/// What a new web view starts from: nothing, or the view whose page opens it.
+/// The configuration of a new web view: empty, or with the view whose page opens it.
 class WKWebViewConfiguration : public NSObject {
   public:
     WKWebViewConfiguration() = default;

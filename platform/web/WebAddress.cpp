@@ -11,10 +11,10 @@ namespace orvalo {
 
 namespace {
 
-// RFC 3986, section 2, beside letters and digits; "%" has a rule of its own.
+// RFC 3986, section 2, beside letters and digits; "%" is treated apart.
 constexpr const char* punctuation = "-._~:/?#[]@!$&'()*+,;=";
 
-/// Whether an escape of one byte stands at this place.
+/// Whether the percent sign at this place begins an escape. g_uri_escape_string() cannot tell.
 bool isEscape(std::string_view text, std::size_t place) {
     return text.size() - place > 2 && g_ascii_isxdigit(text[place + 1]) &&
            g_ascii_isxdigit(text[place + 2]);

@@ -6,8 +6,8 @@
 
 namespace orvalo {
 
-/// The address that the web engine writes so; absent for a null or empty text. Engines leave a few
-/// characters as they stand that an address of RFC 3986 has escaped: they come escaped.
+/// An address from the web engine; absent for a null or empty text. Escapes the characters that
+/// RFC 3986 requires to be escaped and the engine does not escape.
 std::optional<URL> webAddress(const char* text);
 
 }  // namespace orvalo

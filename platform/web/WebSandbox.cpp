@@ -15,7 +15,7 @@ namespace {
 
 using Environment = std::unique_ptr<char*, Release<g_strfreev>>;
 
-/// Runs a program that does nothing in namespaces such as the engine makes them.
+/// Runs a program that does nothing in the namespaces that the engine uses.
 std::optional<std::string> tryOut(const Environment& environment) {
     std::array command{"bwrap",
                        "--unshare-all",
@@ -35,9 +35,7 @@ std::optional<std::string> tryOut(const Environment& environment) {
     GError* error = nullptr;
     if (g_spawn_sync(nullptr, const_cast<char**>(command.data()), environment.get(), flags, nullptr,
                      nullptr, nullptr, &said, &status, &error) == FALSE) {
-        std::string problem = error->message;
-        g_error_free(error);
-        return problem;
+        return GErrorPointer(error)->message;
     }
     const GText owner(said);
     if (status == 0) {
@@ -52,7 +50,7 @@ bool isOff() {
 }
 
 const std::shared_future<std::optional<std::string>>& trial() {
-    // With an environment of its own, which the main thread cannot change under it.
+    // With a copy of the environment, which the main thread may change meanwhile.
     static const auto result =
         std::async(std::launch::async, tryOut, Environment(g_get_environ())).share();
     return result;

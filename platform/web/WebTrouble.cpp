@@ -6,7 +6,7 @@ namespace orvalo {
 
 namespace {
 
-/// Whether a load ended because somebody wanted it so.
+/// Whether a load was stopped by a delegate or by the view.
 bool isWanted(const GError* error) {
     return g_error_matches(error, lateWebKit(webkit_network_error_quark)(),
                            WEBKIT_NETWORK_ERROR_CANCELLED) ||
@@ -19,7 +19,7 @@ gboolean loadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*/, const ch
     if (!isWanted(error)) {
         g_warning("%s could not be loaded: %s", address, error->message);
     }
-    // Otherwise the engine would load a page of its own that tells of the failure.
+    // Otherwise the engine would show its error page.
     return TRUE;
 }
 

@@ -4,9 +4,8 @@ using WebKitWebView = struct _WebKitWebView;  // NOLINT(bugprone-reserved-identi
 
 namespace orvalo {
 
-/// From now on a line on standard error tells what a web view could not load, and that its page's
-/// process has ended; the view itself shows nothing of either and can load again. Downloads are
-/// refused, with a line: nobody decides where they would go. Main thread.
+/// Logs the view's failed loads and the end of its page's process; the view stays as it is and can
+/// load again. Refuses and logs downloads, for which there is no place. Main thread.
 void reportTrouble(WebKitWebView* view);
 
 }  // namespace orvalo

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/foundation/WriteLine.h"
+#include "platform/foundation/Print.h"
 #include "programs/effect-service/EffectService.h"
 #include "programs/effect-service/ServiceLimits.h"
 

@@ -21,7 +21,7 @@ namespace orvalo {
 
 namespace {
 
-/// Large enough that what a call costs is lost in what it renders.
+/// The largest quantum: the cost per call is then negligible.
 constexpr std::uint32_t kQuantum = kMaximumFramesToRender;
 
 std::shared_ptr<AVAudioFile> openFile(const PlayOptions& options) {
@@ -37,21 +37,21 @@ std::shared_ptr<AVAudioFile> openFile(const PlayOptions& options) {
     return AVAudioFile::forReading(*url);
 }
 
-/// Frames to render: whole passes, cut at the seconds that are wanted.
+/// The frames to render: whole passes, limited to the requested seconds.
 std::int64_t wantedFrames(const PlayOptions& options, const AVAudioFile& file) {
     auto frames = std::numeric_limits<std::int64_t>::max();
     if (options.seconds) {
         const auto wanted = std::ceil(*options.seconds * file.processingFormat().sampleRate);
-        // Beyond that a double no longer counts single frames.
+        // A double has no exact integers above.
         if (wanted > 0x1p53) {
-            throw BadOption("--seconds: so long a file cannot be written.");
+            throw BadOption("--seconds: a file of that length cannot be written.");
         }
         frames = static_cast<std::int64_t>(wanted);
     }
     if (options.passes || !options.seconds) {
         std::int64_t inPasses = 0;
         if (__builtin_mul_overflow(options.passes.value_or(1), file.length(), &inPasses)) {
-            throw BadOption("--passes: so long a file cannot be written.");
+            throw BadOption("--passes: a file of that length cannot be written.");
         }
         frames = std::min(frames, inPasses);
     }
@@ -62,7 +62,7 @@ AVAudioFormat renderFormat(const AVAudioFile& file) {
     return {file.processingFormat().sampleRate, 2};
 }
 
-/// Schedules a pass behind each that the player consumes, so that there is always one.
+/// Schedules another pass whenever the player has consumed one.
 class EndlessPasses : public NSObject {
   public:
     EndlessPasses(std::weak_ptr<AVAudioPlayerNode> player, std::shared_ptr<AVAudioFile> file)
@@ -73,7 +73,7 @@ class EndlessPasses : public NSObject {
             player->scheduleFile(file_, {}, [self = shared(this)] { self->schedule(); });
         }
     }
-    /// The pass that is stopped next is the last.
+    /// Schedules no more passes.
     void end() { isOver_ = true; }
 
   private:

@@ -9,16 +9,16 @@
 
 namespace orvalo {
 
-/// Renders passes of a file through the effect into a wav file, as fast as it can: stereo, 32-bit
-/// float, at the file's own rate, so that nothing is converted and a pass has exactly the file's
-/// length. What the effect delays is cut at the start and rendered on at the end.
+/// Renders passes of a file through the effect into a wav file, as fast as possible: stereo, 32-bit
+/// float, at the file's sample rate, so that a pass has exactly the file's length. The effect's
+/// latency is cut at the start and added at the end.
 class OfflineRender {
   public:
-    /// Opens both files; options.render names the one to write. Throws NSError, or BadOption for
-    /// more frames than can be counted.
+    /// Opens both files; options.render is the one to write. Throws NSError, or BadOption for too
+    /// many frames.
     explicit OfflineRender(const PlayOptions& options);
 
-    /// Throws NSError without the effect or when the file cannot be written on.
+    /// Throws NSError when the effect is missing or the file cannot be written.
     void run();
 
   private:

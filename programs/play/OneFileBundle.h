@@ -2,12 +2,13 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "platform/foundation/Bundle.h"
 
 namespace orvalo {
 
-/// A bundle in which every resource is one file: whichever demonstration is drawn, this one plays.
+/// A bundle in which every resource is the same file: it plays in place of any demonstration file.
 class OneFileBundle : public Bundle {
   public:
     explicit OneFileBundle(URL file) : Bundle(file), file_(std::move(file)) {}

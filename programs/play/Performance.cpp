@@ -15,8 +15,8 @@ namespace orvalo {
 
 namespace {
 
-/// How long play waits for the effect. One that comes later is connected while it plays.
-constexpr double kPatienceForTheEffect = 5.0;
+/// Seconds to wait for the effect. A later effect is connected during playback.
+constexpr double kEffectTimeout = 5.0;
 
 }  // namespace
 
@@ -31,7 +31,7 @@ void Performance::run(const PlayOptions& options) {
         timer->invalidate();
     }
     performance->timers_.clear();
-    // Manager and engine hold the performance, as they hold the application's main screen.
+    // Breaks the cycle: the manager and its engine keep the performance alive.
     performance->manager_->auEngine->delegate.reset();
     performance->manager_.reset();
 }
@@ -53,10 +53,9 @@ void Performance::begin() {
         std::make_shared<AUEnginePlayer>(std::make_shared<AVAudioEngine>(), resources);
     player->delegate = shared(this);
     manager_ = AUExtensionManager::init(shared(this), player);
-    after(kPatienceForTheEffect, [self = shared(this)] {
+    after(kEffectTimeout, [self = shared(this)] {
         if (!self->hasPressedPlay_) {
-            g_warning("The effect has not come within %.0f seconds; playing without it.",
-                      kPatienceForTheEffect);
+            g_warning("The effect was not ready after %.0f s; playing without it.", kEffectTimeout);
             self->pressPlay();
         }
     });
@@ -111,7 +110,7 @@ void Performance::onFileSelect(const std::string& file) {
 void Performance::onLoop(std::int64_t count) {
     passesDone_ = count + 1;
     if (options_.passes && passesDone_ == *options_.passes) {
-        // The pass has been taken, but its last frames are still to sound.
+        // The pass was consumed, but its last frames are not audible yet.
         const std::chrono::duration<double> rest = AVAudioPlayerNode::consumptionLead;
         after(rest.count(), [self = shared(this)] { self->pressStop(); });
     }

@@ -19,14 +19,13 @@
 
 namespace orvalo {
 
-/// The heart on the main run loop: waits for the effect, presses play, and presses stop when the
-/// wanted passes or seconds are over or a signal interrupts. Everything but the manager's
-/// notifications happens on the main thread.
+/// Plays on the main run loop: waits for the effect, starts, and stops after the requested passes
+/// or seconds or at a signal. Main thread, except the manager's notifications.
 class Performance : public NSObject,
                     public AUExtensionManagerDelegate,
                     public AUEnginePlayerDelegate {
   public:
-    /// Performs and returns when all has stopped. options.file, if given, can be opened.
+    /// Plays and returns after the stop. options.file must be readable.
     static void run(const PlayOptions& options);
 
     void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) override;
@@ -52,7 +51,7 @@ class Performance : public NSObject,
     std::int64_t passesDone_ = 0;
     std::optional<std::chrono::steady_clock::time_point> startedAt_;
     std::vector<std::shared_ptr<Timer>> timers_;
-    std::vector<unsigned> signals_;  ///< GLib's sources.
+    std::vector<unsigned> signals_;  ///< Ids of GLib sources.
     bool hasPressedPlay_ = false;
     bool isStopping_ = false;
 };

@@ -7,16 +7,16 @@
 #include <memory>
 #include <string_view>
 
+#include "platform/foundation/GLibPointer.h"
+
 namespace orvalo {
 
 namespace {
 
-using FreeText = std::unique_ptr<char, decltype(&g_free)>;
-
 constexpr auto kSummary =
     "Plays demonstration music through the Orvalo effect, pass after pass, until interrupted.";
 
-/// A number that fills the whole text.
+/// The number in a text that contains nothing else.
 template <typename Number>
 std::optional<Number> parsed(std::string_view text) {
     Number number{};
@@ -41,7 +41,7 @@ double parsedSeconds(std::string_view text) {
     return *seconds;
 }
 
-std::optional<std::string> text(const FreeText& value, const char* option) {
+std::optional<std::string> text(const GText& value, const char* option) {
     if (!value) {
         return {};
     }
@@ -60,35 +60,33 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
     char* file = nullptr;
     gboolean list = FALSE;
     gboolean inProcess = FALSE;
-    // NOLINTNEXTLINE(modernize-avoid-c-arrays): what GLib takes, ended by an empty entry.
+    // NOLINTNEXTLINE(modernize-avoid-c-arrays): GLib's type, ended by an empty entry.
     const GOptionEntry entries[] = {
         {"passes", 'n', 0, G_OPTION_ARG_STRING, &passes, "Stop after N passes of the file", "N"},
         {"seconds", 's', 0, G_OPTION_ARG_STRING, &seconds, "Stop after S seconds", "S"},
         {"render", 'r', 0, G_OPTION_ARG_FILENAME, &render,
-         "Write to a wav file, as fast as it can, instead of playing; one pass unless told "
-         "otherwise",
+         "Write to a wav file, as fast as possible, instead of playing; one pass by default",
          "FILE.wav"},
         {"file", 'f', 0, G_OPTION_ARG_FILENAME, &file,
          "Play this file instead of a demonstration file", "AUDIO"},
         {"in-process", 'i', 0, G_OPTION_ARG_NONE, &inProcess,
-         "Load the effect in this program instead of in a process of its own", nullptr},
+         "Load the effect in this process instead of the effect service", nullptr},
         {"list", 'l', 0, G_OPTION_ARG_NONE, &list, "Show the effects in the registry", nullptr},
         {nullptr, '\0', 0, G_OPTION_ARG_NONE, nullptr, nullptr, nullptr}};
 
-    const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(
-        g_option_context_new(nullptr), &g_option_context_free);
+    const std::unique_ptr<GOptionContext, Release<g_option_context_free>> context(
+        g_option_context_new(nullptr));
     g_option_context_set_summary(context.get(), kSummary);
     g_option_context_add_main_entries(context.get(), entries, nullptr);
 
     GError* failure = nullptr;
     const bool isParsed = g_option_context_parse(context.get(), &argc, &argv, &failure) != FALSE;
-    const FreeText passesText(passes, &g_free);
-    const FreeText secondsText(seconds, &g_free);
-    const FreeText renderText(render, &g_free);
-    const FreeText fileText(file, &g_free);
+    const GText passesText(passes);
+    const GText secondsText(seconds);
+    const GText renderText(render);
+    const GText fileText(file);
     if (!isParsed) {
-        const std::unique_ptr<GError, decltype(&g_error_free)> error(failure, &g_error_free);
-        throw BadOption(error->message);
+        throw BadOption(GErrorPointer(failure)->message);
     }
     if (argc > 1) {
         throw BadOption("'" + std::string(argv[1]) +

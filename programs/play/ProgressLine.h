@@ -4,19 +4,19 @@
 
 namespace orvalo {
 
-/// One line on standard error that is written over and over, when standard error is a terminal;
-/// nothing otherwise. The cursor rests at its start, so that a line of anybody's takes its place.
+/// A line on standard error that each text replaces, when standard error is a terminal; else
+/// nothing. The cursor stays at its start, so that other output overwrites it.
 class ProgressLine {
   public:
     ProgressLine();
-    /// As hide().
+    /// Erases the line.
     ~ProgressLine();
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
     bool isShown() const { return isTerminal_; }
     void show(const std::string& text);
-    /// Takes the line away.
+    /// Erases the line.
     void hide();
 
   private:

@@ -1,9 +1,10 @@
 #include "programs/play/RegistryTable.h"
 
+#include <glib.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <string_view>
 #include <vector>
 
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
@@ -27,11 +28,9 @@ Row row(const AVAudioUnitComponent& component) {
             component.uri};
 }
 
-/// Characters, not bytes: names may be in any language.
-std::size_t width(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char character) {
-        return (static_cast<unsigned char>(character) & 0xC0U) != 0x80U;
-    }));
+/// In characters: names are UTF-8.
+std::size_t width(const std::string& text) {
+    return static_cast<std::size_t>(g_utf8_strlen(text.c_str(), -1));
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 
 namespace orvalo {
 
-/// The component registry as a table for people: a heading, then a line an effect, in the
-/// registry's order; a sentence when it is empty. Lines end in a line feed but for the last.
+/// The component registry as text: a heading and one line for each effect, in the registry's order;
+/// a sentence when it is empty. No line feed at the end.
 std::string registryTable();
 
 }  // namespace orvalo

@@ -18,8 +18,8 @@ namespace {
 
 constexpr int kBadOption = 2;
 
-/// A line of the program's own, as bad options and files deserve.
-int complain(const char* message, int status) {
+/// Prints an error and returns the exit status.
+int fail(const char* message, int status) {
     std::fprintf(stderr, "orvalo-play: %s\n", message);
     return status;
 }
@@ -28,9 +28,9 @@ int complain(const char* message, int status) {
 
 int main(int argc, char** argv) {
     using namespace orvalo;
-    // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet.
+    // NOLINTBEGIN(concurrency-mt-unsafe): there is only one thread.
     std::setlocale(LC_ALL, "");
-    // Numbers in lines and files read the same everywhere.
+    // Numbers in lines and files do not depend on the locale.
     std::setlocale(LC_NUMERIC, "C");
     // NOLINTEND(concurrency-mt-unsafe)
     g_log_writer_default_set_use_stderr(TRUE);
@@ -49,18 +49,18 @@ int main(int argc, char** argv) {
         if (options.render) {
             render.emplace(options);
         } else if (options.file) {
-            // What cannot be opened is told before anything starts.
+            // Reports an unreadable file before anything starts.
             AVAudioFile::forReading(URL::fileURLWithPath(*options.file));
         }
     } catch (const std::exception& error) {
-        return complain(error.what(), kBadOption);
+        return fail(error.what(), kBadOption);
     }
 
     if (render) {
         try {
             render->run();
         } catch (const NSError& error) {
-            return complain(error.what(), EXIT_FAILURE);
+            return fail(error.what(), EXIT_FAILURE);
         }
         return EXIT_SUCCESS;
     }

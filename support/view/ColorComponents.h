@@ -1,11 +1,10 @@
 #pragma once
 
-#include "platform/ui/CIColor.h"
 #include "platform/ui/UIColor.h"
 
 namespace orvalo {
 
-/// A colour's components, as image processing sees them; neither clamped nor converted.
+/// A colour's components, neither clamped nor converted.
 inline double redValue(const UIColor& color) {
     return CIColor(color).red;
 }

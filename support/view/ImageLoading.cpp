@@ -5,7 +5,6 @@
 #include <variant>
 
 #include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/HTTPURLResponse.h"
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/Print.h"
 #include "platform/foundation/URLRequest.h"
@@ -33,12 +32,11 @@ void assignFrom(const URL& url, const std::weak_ptr<UIImageView>& imageView) {
     if (image && target) {
         target->setImage(image);
     }
-    // After a success as well: whoever reads the lines relies on it.
+    // Also after a success: readers of the lines rely on it.
     debugprint("UIImageView::loadFrom() : Could not assign image.");
 }
 
-/// The view, held until the last copy goes, and then let go of on the main thread, where alone a
-/// view may end.
+/// A reference whose last copy releases the view on the main thread, where views must be destroyed.
 std::shared_ptr<UIImageView> heldForMain(const std::shared_ptr<UIImageView>& imageView) {
     return {imageView.get(), [view = imageView](UIImageView* /*held*/) mutable {
                 DispatchQueue::main()->async([last = std::move(view)] {});

@@ -8,7 +8,7 @@ namespace {
 
 using BareBundle = PlayerFixture;
 
-TEST_F(BareBundle, EndsAStartForWantOfAFile) {
+TEST_F(BareBundle, EndsTheProgramAtAStart) {
     EXPECT_FATAL_ERROR(player->start(), kFoundNil);
 }
 

@@ -10,8 +10,8 @@
 
 namespace orvalo::testing {
 
-/// A stereo effect whose output is one value at all times, so that a signal shows whether it went
-/// through it, and which sends what the test gives it as MIDI.
+/// A stereo effect whose output is a constant, so that tests see whether a signal passed through
+/// it. It sends the test's bytes as MIDI.
 class ConstantUnit : public AUAudioUnit {
   public:
     explicit ConstantUnit(float value, std::vector<std::string> midiOutputNames = {})
@@ -49,7 +49,7 @@ class ConstantUnit : public AUAudioUnit {
         }
     }
 
-    /// Called on the thread that asks for the names, which it does in the midst of wiring.
+    /// Called by MIDIOutputNames(), which the player calls while it connects the effect.
     std::function<void()> onMIDIOutputNames = [] {};
     std::vector<std::shared_ptr<AUAudioUnitPreset>> presets;
     std::shared_ptr<AUAudioUnitPreset> current;

@@ -5,14 +5,14 @@
 
 #include <csignal>
 
-/// The statement ends the program with that fatal error.
+/// Expects that the statement ends the program with that fatal error.
 #define EXPECT_FATAL_ERROR(statement, message)                 \
     EXPECT_EXIT(statement, ::testing::KilledBySignal(SIGABRT), \
                 ::testing::HasSubstr(std::string("Fatal error: ") + (message) + "\n"))
 
 namespace orvalo::testing {
 
-/// What an absent value used as present says.
+/// The fatal error of unwrapped().
 inline constexpr auto kFoundNil = "Unexpectedly found nil while unwrapping an Optional value";
 
 }  // namespace orvalo::testing

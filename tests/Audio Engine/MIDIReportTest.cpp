@@ -10,7 +10,7 @@
 namespace orvalo::testing {
 namespace {
 
-/// Hands an event over as the render thread does; the bytes are gone when it returns.
+/// Passes an event as the render thread does; its bytes are invalid afterwards.
 std::int32_t deliver(const AUMIDIOutputEventBlock& handler, std::int64_t sampleTime,
                      std::int64_t length, std::vector<std::uint8_t> bytes, std::uint8_t cable = 0) {
     std::int32_t status = -1;
@@ -31,7 +31,7 @@ TEST(MIDIReport, PrintsANote) {
               "AUEnginePlayer: MIDI event from audio unit at: 512, data: 144, 60, 100\n");
 }
 
-TEST(MIDIReport, WarnsOfAShortEventAndGoesOn) {
+TEST(MIDIReport, WarnsOfAShortEventAndPrintsIt) {
     const CapturedOutput output;
     EXPECT_EQ(deliver(makeMIDIReport(), 0, 2, {0xC1, 5, 0}), 0);
     drainMainQueue();

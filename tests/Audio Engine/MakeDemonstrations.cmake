@@ -1,5 +1,4 @@
-# Makes FOLDER/1.m4a to FOLDER/80.m4a, one second each, of four tones: enough for a player that picks
-# at random.
+# Creates FOLDER/1.m4a to FOLDER/80.m4a, one second each, with four different tones.
 
 file(MAKE_DIRECTORY "${FOLDER}")
 foreach(tone RANGE 1 4)

@@ -5,7 +5,7 @@
 
 namespace orvalo {
 
-/// The private parts of an AUEnginePlayer.
+/// Access to the private members of an AUEnginePlayer.
 struct AUEnginePlayerPeer {
     AUEnginePlayer& player;
 
@@ -26,7 +26,7 @@ struct AUEnginePlayerPeer {
     void countPass() const { player.countPass(); }
 };
 
-/// The private parts of an AUExtensionManager.
+/// Access to the private members of an AUExtensionManager.
 struct AUExtensionManagerPeer {
     AUExtensionManager& manager;
 

@@ -16,7 +16,7 @@ class PlayerConnect : public PlayerFixture {
         player->connect(effect, [] { print("completion"); });
     }
 
-    /// What comes out of the graph for the loaded file.
+    /// The graph's output for the loaded file.
     float sound() {
         peer.scheduleEffectLoop();
         peer.engine()->start();
@@ -25,7 +25,7 @@ class PlayerConnect : public PlayerFixture {
     }
 };
 
-TEST_F(PlayerConnect, AnEffectBeforeAnyFileStaysUnwired) {
+TEST_F(PlayerConnect, AnEffectBeforeAnyFileIsOnlyAttached) {
     const auto effect = unit(0.25F);
     connect(effect);
     EXPECT_EQ(newLines(),
@@ -100,7 +100,7 @@ TEST_F(PlayerConnect, ANewEffectReplacesAnUnwiredOneWithoutAFile) {
                      "AUEnginePlayer: Audio unit was attached.", kNoFormatToWire, "completion"}));
 }
 
-TEST_F(PlayerConnect, NoneWithoutEffectLeavesThePlayerAtTheMixer) {
+TEST_F(PlayerConnect, NullWithoutAnEffectConnectsThePlayerToTheMixer) {
     player->load(constantFile("a.wav"));
     newLines();
     connect(nullptr);
@@ -109,13 +109,13 @@ TEST_F(PlayerConnect, NoneWithoutEffectLeavesThePlayerAtTheMixer) {
     EXPECT_EQ(sound(), kFileValue);
 }
 
-TEST_F(PlayerConnect, NoneWithoutEffectAndFileIsReportedOnce) {
+TEST_F(PlayerConnect, NullWithoutAnEffectAndAFileIsReportedOnce) {
     connect(nullptr);
     EXPECT_EQ(newLines(), Lines({kDisconnects, kNoFormatToReset, "completion",
                                  "AUEnginePlayer: The audio unit was set to 'nil'."}));
 }
 
-TEST_F(PlayerConnect, NoneTakesTheEffectOutAndResetsOnce) {
+TEST_F(PlayerConnect, NullRemovesTheEffectAndResetsOnce) {
     player->load(constantFile("a.wav"));
     const auto effect = unit(0.25F);
     connect(effect);
@@ -129,7 +129,7 @@ TEST_F(PlayerConnect, NoneTakesTheEffectOutAndResetsOnce) {
     EXPECT_EQ(sound(), kFileValue);
 }
 
-TEST_F(PlayerConnect, NoneTakesAnUnwiredEffectOut) {
+TEST_F(PlayerConnect, NullRemovesAnUnwiredEffect) {
     connect(unit(0.25F));
     newLines();
     connect(nullptr);
@@ -139,7 +139,7 @@ TEST_F(PlayerConnect, NoneTakesAnUnwiredEffectOut) {
                      "AUEnginePlayer: The audio unit was set to 'nil'."}));
 }
 
-TEST_F(PlayerConnect, DisconnectSaysSo) {
+TEST_F(PlayerConnect, DisconnectPrintsItsLines) {
     player->load(constantFile("a.wav"));
     connect(unit(0.25F));
     newLines();
@@ -150,7 +150,7 @@ TEST_F(PlayerConnect, DisconnectSaysSo) {
                      "AUEnginePlayer: The audio unit was set to 'nil'."}));
 }
 
-TEST_F(PlayerConnect, RunsWhollyOnTheCallersThread) {
+TEST_F(PlayerConnect, RunsOnTheCallersThread) {
     std::thread::id completed;
     std::thread caller([&] {
         player->connect(unit(0.25F), [&] { completed = std::this_thread::get_id(); });
@@ -164,7 +164,7 @@ TEST_F(PlayerConnect, ResetWithoutAFileIsReported) {
     EXPECT_EQ(newLines(), Lines({kNoFormatToReset}));
 }
 
-TEST_F(PlayerConnect, WhilePlayingThePassGoesOn) {
+TEST_F(PlayerConnect, ThePassContinuesWhilePlaying) {
     player->start();
     player->load(constantFile("a.wav"));
     settle();
@@ -187,15 +187,15 @@ TEST_F(PlayerConnect, WhilePlayingThePassGoesOn) {
                      "completion", "AUEnginePlayer: The audio unit was set to 'nil'."}));
 }
 
-// The effect is found on a thread of its own while the user may press play at any moment.
-TEST_F(PlayerConnect, AFileLoadedInTheMidstOfTheWiringWaitsForItsEnd) {
+// The search connects the effect on its thread while the user may press play.
+TEST_F(PlayerConnect, AFileLoadedDuringTheWiringWaitsForItsEnd) {
     const auto url = constantFile("a.wav");
     const auto effect = std::make_shared<ConstantUnit>(0.25F);
     std::promise<void> inTheMidst;
     std::promise<void> loaded;
     effect->onMIDIOutputNames = [&] {
         inTheMidst.set_value();
-        // The effect is not in the graph yet: a file that were wired to it now would be fatal.
+        // The effect is not in the graph yet: connecting the player to it now would be fatal.
         EXPECT_EQ(loaded.get_future().wait_for(std::chrono::milliseconds(100)),
                   std::future_status::timeout);
     };
@@ -207,7 +207,7 @@ TEST_F(PlayerConnect, AFileLoadedInTheMidstOfTheWiringWaitsForItsEnd) {
     EXPECT_EQ(sound(), 0.25F);
 }
 
-TEST_F(PlayerConnect, FilesMayBeLoadedMeanwhile) {
+TEST_F(PlayerConnect, FilesMayBeLoadedConcurrently) {
     const auto url = constantFile("a.wav", 0.1);
     std::thread finder([this] {
         for (int round = 0; round < 25; ++round) {

@@ -16,7 +16,7 @@ class PlayerFatal : public PlayerFixture {
     }
 };
 
-/// Refuses one of its two operations.
+/// A session that refuses one of its two operations.
 class RefusingSession : public AVAudioSession {
   public:
     explicit RefusingSession(bool refusesCategory) : refusesCategory_(refusesCategory) {}

@@ -14,12 +14,12 @@
 
 namespace orvalo::testing {
 
-/// A player whose engine renders only what the test asks for, so that passes end when the test
-/// wants them to. Standard output is caught from the start.
+/// A player whose engine renders only on request of the test, which so controls the ends of passes.
+/// Captures standard output from the start.
 class PlayerFixture : public ::testing::Test {
   protected:
     static constexpr std::uint32_t kRate = 44100;
-    /// What a file made by constantFile() plays.
+    /// The value of constantFile().
     static constexpr float kFileValue = 0.5F;
 
     PlayerFixture();
@@ -27,15 +27,15 @@ class PlayerFixture : public ::testing::Test {
 
     /// An address of a stereo file that is kFileValue throughout.
     URL constantFile(const std::string& name, double seconds = 1.0, std::uint32_t channels = 2);
-    /// The same that no reader can open.
+    /// An address of a damaged file.
     URL damagedFile(const std::string& name);
 
     static std::shared_ptr<AVAudioUnit> unit(float value,
                                              std::vector<std::string> midiOutputNames = {});
 
-    /// Renders that time and returns the last frame's first channel.
+    /// Renders that time and returns the first channel of the last frame.
     float render(double seconds);
-    /// Until the player's queue has done what it holds.
+    /// Waits until the player's queue has run its items.
     void settle();
     /// The lines since the last call.
     Lines newLines();

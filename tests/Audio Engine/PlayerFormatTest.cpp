@@ -6,7 +6,7 @@
 namespace orvalo::testing {
 namespace {
 
-/// A stereo effect that hands its input on, the right channel turned over, and notes its rate.
+/// A stereo effect that copies its input, inverts the right channel and records its sample rate.
 class TurningUnit : public ConstantUnit {
   public:
     TurningUnit() : ConstantUnit(0) {}
@@ -21,7 +21,7 @@ class TurningUnit : public ConstantUnit {
     double rate = 0;
 };
 
-/// A mono file of 44.1 kHz has been loaded; the effect is stereo, and the output at 48 kHz.
+/// With a loaded mono file of 44.1 kHz, a stereo effect and an output at 48 kHz.
 class PlayerFormat : public PlayerFixture {
   protected:
     static constexpr std::uint32_t kOutputRate = 48000;
@@ -33,8 +33,7 @@ class PlayerFormat : public PlayerFixture {
         loaded->load(constantFile("mono.wav", 1.0, 1));
     }
 
-    /// Plays a file through what was connected for the loaded one: both channels after a tenth of
-    /// a second.
+    /// Plays a file through the graph of the loaded file. Returns both channels after 0.1 s.
     std::pair<float, float> sound(const std::shared_ptr<AVAudioFile>& file) {
         const auto node = AUEnginePlayerPeer{*loaded}.node();
         node->scheduleFile(file, std::nullopt, [] {});
@@ -49,21 +48,21 @@ class PlayerFormat : public PlayerFixture {
         return {channels[0][last], channels[1][last]};
     }
 
-    static constexpr float kNear = 1e-3F;  // What converting the rate may do to a constant.
+    static constexpr float kNear = 1e-3F;  // The tolerance for a resampled constant.
 
     std::shared_ptr<TurningUnit> effect = std::make_shared<TurningUnit>();
     std::shared_ptr<AVAudioEngine> output48 = std::make_shared<AVAudioEngine>();
     std::shared_ptr<AUEnginePlayer> loaded;
 };
 
-TEST_F(PlayerFormat, BehindTheEffectIsTheEffectsAtTheFilesRate) {
+TEST_F(PlayerFormat, AfterTheEffectHasItsChannelsAndTheFilesRate) {
     const auto [left, right] = sound(AUEnginePlayerPeer{*loaded}.file());
     EXPECT_NEAR(left, kFileValue, kNear);
     EXPECT_NEAR(right, -kFileValue, kNear);
     EXPECT_EQ(effect->rate, kRate);
 }
 
-TEST_F(PlayerFormat, InFrontOfTheEffectIsThePlayersAndNotTheLoadedFiles) {
+TEST_F(PlayerFormat, BeforeTheEffectIsThePlayersFormat) {
     const auto path = folder.path() / "stereo.wav";
     writeWav(path, kRate, Signal{std::vector(kRate, 0.5F), std::vector(kRate, 0.25F)});
     const auto [left, right] = sound(AVAudioFile::forReading(URL::fileURLWithPath(path.string())));

@@ -40,7 +40,7 @@ std::string cannotOpen(const URL& url) {
            url.absoluteString() + ")'. error: " + reasonOf(url) + ".";
 }
 
-TEST_F(PlayerLoad, BeginsIdleAndUnconnected) {
+TEST_F(PlayerLoad, StartsIdleAndUnconnected) {
     EXPECT_FALSE(peer.isPlaying());
     EXPECT_EQ(peer.loopCount(), 0);
     EXPECT_EQ(peer.file(), nullptr);
@@ -82,7 +82,7 @@ TEST_F(PlayerLoad, WithEffectWiresThroughItAndPrintsTheChannelCount) {
     EXPECT_EQ(render(0.1), 0.25F);
 }
 
-TEST_F(PlayerLoad, TellsTheDelegateOnTheCallersThread) {
+TEST_F(PlayerLoad, NotifiesTheDelegateOnTheCallersThread) {
     const auto url = constantFile("a.wav");
     std::thread([&] {
         PrintingDelegate::nameThisThread("caller");
@@ -91,7 +91,7 @@ TEST_F(PlayerLoad, TellsTheDelegateOnTheCallersThread) {
     EXPECT_EQ(newLines(), loadedWithoutEffect(url, "caller"));
 }
 
-TEST_F(PlayerLoad, WithoutDelegateGoesOnSilently) {
+TEST_F(PlayerLoad, WithoutDelegateLoadsSilently) {
     player->delegate = nullptr;
     const auto url = constantFile("a.wav");
     player->load(url);
@@ -125,7 +125,7 @@ TEST_F(PlayerLoad, AFileThatCannotBeOpenedKeepsThePreviousOne) {
     }
 }
 
-TEST_F(PlayerLoad, WhilePlayingStopsThePassAndGoesOnWithTheNewFile) {
+TEST_F(PlayerLoad, WhilePlayingContinuesWithTheNewFile) {
     player->start();
     settle();
     newLines();

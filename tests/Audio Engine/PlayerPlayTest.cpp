@@ -14,7 +14,7 @@ namespace {
 
 class PlayerPlay : public PlayerFixture {
   protected:
-    /// How long each demonstration file of the tests' bundle is, in seconds.
+    /// The length of each demonstration file of the tests, in seconds.
     static constexpr double kPass = 1.0;
 
     std::string demonstration() { return peer.fileURL()->path(); }
@@ -42,7 +42,7 @@ class PlayerPlay : public PlayerFixture {
                     "' looped: " + std::to_string(count) + "."};
     }
 
-    /// Renders past the next end of a pass and serves what follows from it.
+    /// Renders past the next end of a pass and runs its consequences.
     void renderPass(int count) {
         render(kPass);
         serveMainQueueUntilPrinted(output, looped(demonstration(), count).back());
@@ -50,7 +50,7 @@ class PlayerPlay : public PlayerFixture {
     }
 };
 
-TEST_F(PlayerPlay, StartPrintsAndTellsInItsOrder) {
+TEST_F(PlayerPlay, StartPrintsAndNotifiesInOrder) {
     player->start();
     EXPECT_TRUE(peer.isPlaying());
     EXPECT_TRUE(peer.engine()->isRunning());
@@ -76,7 +76,7 @@ TEST_F(PlayerPlay, PassesAreCountedFromTheFirst) {
     EXPECT_EQ(peer.loopCount(), 3);
 }
 
-TEST_F(PlayerPlay, StoppingDuringAPassEndsTheChainSilently) {
+TEST_F(PlayerPlay, StoppingDuringAPassEndsItSilently) {
     player->start();
     settle();
     render(0.1);
@@ -98,7 +98,7 @@ TEST_F(PlayerPlay, StopWhileIdleDoesNothing) {
     EXPECT_EQ(newLines(), Lines());
 }
 
-TEST_F(PlayerPlay, ToggleGivesTheNewState) {
+TEST_F(PlayerPlay, ToggleReturnsTheNewState) {
     EXPECT_TRUE(player->toggle());
     const auto path = demonstration();
     settle();
@@ -107,7 +107,7 @@ TEST_F(PlayerPlay, ToggleGivesTheNewState) {
     EXPECT_EQ(newLines(), started(path) + stopped());
 }
 
-TEST_F(PlayerPlay, StartsAnewAfterAStop) {
+TEST_F(PlayerPlay, StartsAgainAfterAStop) {
     EXPECT_TRUE(player->toggle());
     settle();
     renderPass(1);
@@ -121,7 +121,7 @@ TEST_F(PlayerPlay, StartsAnewAfterAStop) {
     EXPECT_EQ(newLines(), started(path) + looped(path, 1));
 }
 
-TEST_F(PlayerPlay, StartWhilePlayingGoesOnWithAnotherFile) {
+TEST_F(PlayerPlay, StartWhilePlayingContinuesWithAnotherFile) {
     player->start();
     settle();
     renderPass(1);
@@ -132,7 +132,7 @@ TEST_F(PlayerPlay, StartWhilePlayingGoesOnWithAnotherFile) {
     EXPECT_TRUE(peer.isPlaying());
     settle();
     const auto path = demonstration();
-    // The pass that was cut off counts as the new file's first.
+    // The interrupted pass counts as the first pass of the new file.
     const Lines expected{
         "AUEnginePlayer: Audio file at '" + path + "' was selected for loading into the player.",
         "[main] onFileSelect(file: " + path + ")",
@@ -175,7 +175,7 @@ TEST_F(PlayerPlay, WithoutAFileNothingIsScheduled) {
     EXPECT_EQ(newLines(), Lines({"AUEnginePlayer::ERROR: `file` parameter must not be nil."}));
 }
 
-/// Notes which resources are asked for, and answers with one file for all.
+/// A bundle that records the requested resources and returns the same file for all.
 class NotingBundle : public Bundle {
   public:
     explicit NotingBundle(const URL& file) : Bundle(file), file_(file) {}
@@ -193,11 +193,11 @@ class NotingBundle : public Bundle {
     const URL file_;
 };
 
-TEST_F(PlayerPlay, EveryDemonstrationFileIsDrawnAndNoOther) {
+TEST_F(PlayerPlay, StartPicksAnyDemonstrationFile) {
     const auto bundle = std::make_shared<NotingBundle>(constantFile("short.wav", 0.001));
     const auto drawing = std::make_shared<AUEnginePlayer>(engine, bundle);
     const AUEnginePlayerPeer drawingPeer{*drawing};
-    // So many that one of 80 is missed once in a hundred thousand runs at most.
+    // Enough that at most one in 100,000 runs misses one of the 80.
     for (int round = 0; round < 1300; ++round) {
         drawingPeer.randomizeFile();
     }
@@ -208,7 +208,7 @@ TEST_F(PlayerPlay, EveryDemonstrationFileIsDrawnAndNoOther) {
     EXPECT_EQ(bundle->asked, all);
 }
 
-/// Prints when it is asked what it wants.
+/// Prints when its format is read.
 class PrintingOutput : public AudioOutput {
   public:
     AVAudioFormat format() override {
@@ -239,7 +239,7 @@ TEST_F(PlayerPlay, DemonstrationFilesComeFromTheProgramsBundle) {
     EXPECT_EQ(path.extension(), ".m4a");
 }
 
-/// Prints what it is asked for.
+/// Prints its calls.
 class PrintingSession : public AVAudioSession {
   public:
     void setCategory(AVAudioSessionCategory category, AVAudioSessionMode mode,
@@ -256,7 +256,7 @@ class PrintingSession : public AVAudioSession {
     }
 };
 
-TEST_F(PlayerPlay, TheSessionIsAskedForPlaybackThenForItsState) {
+TEST_F(PlayerPlay, TheSessionGetsItsCategoryThenItsState) {
     const auto granting = AVAudioSession::sharedInstance();
     AVAudioSession::setSharedInstance(std::make_shared<PrintingSession>());
     peer.setSessionActive(true);
@@ -270,9 +270,9 @@ TEST_F(PlayerPlay, TheSessionIsAskedForPlaybackThenForItsState) {
                "AUEnginePlayer: Audio session was set active."}));
 }
 
-// On the clocked output, with everything as the application has it.
-TEST_F(PlayerPlay, PlaysLiveInPassesThatFollowByThemselves) {
-    // No other thread reads the environment now.
+// On the clocked null output, as in the application.
+TEST_F(PlayerPlay, PlaysPassesInRealTime) {
+    // No other thread reads the environment.
     setenv("ORVALO_AUDIO_OUTPUT", "null", 1);  // NOLINT(concurrency-mt-unsafe)
     const auto live = std::make_shared<AUEnginePlayer>();
     const AUEnginePlayerPeer livePeer{*live};
@@ -285,7 +285,7 @@ TEST_F(PlayerPlay, PlaysLiveInPassesThatFollowByThemselves) {
     livePeer.queue()->sync([] {});
     drainMainQueue();
 
-    // A slow machine may end one more pass before the stop.
+    // On a slow machine one more pass may end before the stop.
     Lines loops;
     Lines others;
     for (const auto& line : newLines()) {
@@ -301,7 +301,7 @@ TEST_F(PlayerPlay, PlaysLiveInPassesThatFollowByThemselves) {
     EXPECT_EQ(loops, expected);
 }
 
-TEST_F(PlayerPlay, GoesOnPlayingWhenItsOwnerLetsGo) {
+TEST_F(PlayerPlay, PlaysOnWithoutItsOwner) {
     std::weak_ptr<AUEnginePlayer> kept;
     {
         const auto other = std::make_shared<AUEnginePlayer>(engine);

@@ -8,8 +8,8 @@
 
 namespace orvalo::testing {
 
-/// A delegate that prints what it is told, and where: "[main]" on the main thread, "[<name>]" on a
-/// thread that nameThisThread() has named, "[global]" on any other.
+/// A delegate that prints its calls with their thread: "[main]", "[<name>]" for a thread named by
+/// nameThisThread(), or "[global]".
 class PrintingDelegate : public AUEnginePlayerDelegate, public AUExtensionManagerDelegate {
   public:
     static void nameThisThread(const std::string& name);
@@ -20,7 +20,7 @@ class PrintingDelegate : public AUEnginePlayerDelegate, public AUExtensionManage
     void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) override;
     void onEngineInitialized() override;
 
-    /// The unit that was found.
+    /// The found effect.
     std::shared_ptr<AVAudioUnit> found;
 };
 

@@ -13,17 +13,16 @@ namespace orvalo::testing {
 
 namespace {
 
-using Node = std::unique_ptr<AtspiAccessible, Release<g_object_unref>>;
+using Node = GObjectPointer<AtspiAccessible>;
 
 std::string nameOf(AtspiAccessible* node) {
     const GText name(atspi_accessible_get_name(node, nullptr));
     return name ? name.get() : "";
 }
 
-/// The toolkit tells neither what is covered nor what is off the screen, but what can be used.
+/// The toolkit reports which buttons are sensitive, not which are covered or off the screen.
 bool isUsable(AtspiAccessible* node) {
-    const std::unique_ptr<AtspiStateSet, Release<g_object_unref>> states(
-        atspi_accessible_get_state_set(node));
+    const GObjectPointer<AtspiStateSet> states(atspi_accessible_get_state_set(node));
     return atspi_state_set_contains(states.get(), ATSPI_STATE_VISIBLE) != FALSE &&
            atspi_state_set_contains(states.get(), ATSPI_STATE_SENSITIVE) != FALSE;
 }
@@ -57,7 +56,7 @@ void visitAll(const std::string& application, const Visit& visit) {
     static const int initialised = atspi_init();
     (void)initialised;
     const Node desktop(atspi_get_desktop(0));
-    // What was known of the tree may have changed since.
+    // The cached tree may be out of date.
     atspi_accessible_clear_cache(desktop.get());
     const int count = atspi_accessible_get_child_count(desktop.get(), nullptr);
     for (int index = 0; index < count; ++index) {
@@ -99,8 +98,7 @@ bool AccessibleTree::press(const std::string& name) const {
     bool isPressed = false;
     visitAll(application_, [&](AtspiAccessible* node) {
         if (!isPressed && nameOf(node) == name) {
-            const std::unique_ptr<AtspiAction, Release<g_object_unref>> action(
-                atspi_accessible_get_action_iface(node));
+            const GObjectPointer<AtspiAction> action(atspi_accessible_get_action_iface(node));
             isPressed = action && atspi_action_do_action(action.get(), 0, nullptr) != FALSE;
         }
     });

@@ -6,20 +6,19 @@
 
 namespace orvalo::testing {
 
-/// What assistive technology sees of an application.
+/// The accessible tree of an application.
 class AccessibleTree {
   public:
-    /// Of the running application of that name.
+    /// name: of the running application.
     explicit AccessibleTree(std::string application) : application_(std::move(application)) {}
 
-    /// The names of the push buttons that can be used now, in the order of the tree.
+    /// The names of the sensitive push buttons, in tree order.
     std::vector<std::string> buttons() const;
     /// Whether there is a button of that name among them.
     bool shows(const std::string& button) const;
-    /// The names of everything that has one, texts included, in the order of the tree.
+    /// All names, also of texts, in tree order.
     std::vector<std::string> names() const;
-    /// Presses what has that name, as assistive technology does; false when there is no such thing,
-    /// or it cannot be pressed.
+    /// Performs the press action of the object of that name; false when that is impossible.
     bool press(const std::string& name) const;
 
   private:

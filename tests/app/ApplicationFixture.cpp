@@ -9,7 +9,7 @@
 
 #if defined(__SANITIZE_ADDRESS__)
 
-// The leaks that count are the application's, which is a process of its own.
+// Only leaks of the application's process count, not of the test's.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name for what it asks.
 extern "C" int __lsan_is_turned_off();
 int __lsan_is_turned_off() {
@@ -22,14 +22,14 @@ namespace orvalo::testing {
 
 namespace {
 
-/// The buses of the session, and with them the one for accessibility.
+/// The session bus and with it the accessibility bus.
 void startSession() {
     static auto* const bus = [] {
         const std::string display = g_getenv("DISPLAY");
         auto* made = g_test_dbus_new(G_TEST_DBUS_NONE);
         g_test_dbus_add_service_dir(made, "/usr/share/dbus-1/services");
         g_test_dbus_up(made);
-        // Which the bus has taken for one that is not the test's.
+        // The bus does not belong to the test.
         g_setenv("DISPLAY", display.c_str(), TRUE);
         return made;
     }();
@@ -38,7 +38,7 @@ void startSession() {
 
 constexpr const char* kName = "^Orvalo$";
 
-/// A connection to the display, on which nothing happens meanwhile: what is looked at stays.
+/// A connection that grabs the server: the display does not change meanwhile.
 class Display {
   public:
     Display() : display_(XOpenDisplay(nullptr)) { XGrabServer(display_); }
@@ -81,7 +81,7 @@ class Display {
         return focus;
     }
 
-    /// Whether a window is another one, or lies in it.
+    /// Whether a window is another one or inside it.
     bool isInside(unsigned long window, unsigned long other) const {
         Window root = 0;
         Window parent = window;
@@ -96,10 +96,10 @@ class Display {
         return parent == other;
     }
 
-    /// The effect's UI in the application's window; 0 when it is not there.
+    /// The plug-in UI in the application's window, or 0.
     unsigned long effectIn(unsigned long window) const {
         for (const auto child : viewableChildren(window)) {
-            // Toolkits also keep windows of a pixel or so.
+            // Toolkits also keep tiny windows.
             if (const auto place = placeOf(child); place.width > 10 && place.height > 10) {
                 return child;
             }
@@ -111,7 +111,7 @@ class Display {
     ::Display* display_;
 };
 
-/// The last line that the search for the effect prints, and the last of the screen's beside it.
+/// The last line of the search for the effect, and the last line of the screen.
 constexpr const char* kEndOfSearch = "WARNING: Audio unit is nil (yet?).";
 constexpr const char* kEndOfScreen = "ViewController: The app's resources path is: ";
 
@@ -125,8 +125,7 @@ ApplicationFixture::ApplicationFixture() {
                    {"GTK_A11Y", "atspi"},
                    {"XDG_DATA_HOME", (folder.path() / "data").string()},
                    {"XDG_CONFIG_HOME", (folder.path() / "config").string()},
-                   // For the sanitizers, where there are any: deep stacks, because the toolkit's
-                   // leaks are known by theirs.
+                   // For sanitizers: deep stacks, by which the toolkit's leaks are recognised.
                    {"ASAN_OPTIONS", "fast_unwind_on_malloc=0:malloc_context_size=16"},
                    {"LSAN_OPTIONS", "suppressions=" ORVALO_TOOLKIT_LEAKS ":print_suppressions=0"}};
 }
@@ -207,8 +206,8 @@ void ApplicationFixture::pointAt(const EffectSpot& spot) {
 void ApplicationFixture::clickIntoField(const EffectSpot& spot) {
     pointAt(spot);
     act({"click", "1"});
-    // It takes the keyboard itself, or else the application's window has it, from which keys go to
-    // the window under the pointer.
+    // Either it has the focus, or the application's window has it and passes keys to the window
+    // under the pointer.
     EXPECT_TRUE(pollUntil([] {
         const auto window = windowNamed(kName);
         const Display display;

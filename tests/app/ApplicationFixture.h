@@ -16,7 +16,7 @@ namespace orvalo::testing {
 
 using Lines = std::vector<std::string>;
 
-/// A window's place on the display, in pixels.
+/// A window's rectangle on the display, in pixels.
 struct ApplicationPlace {
     int x;
     int y;
@@ -24,41 +24,41 @@ struct ApplicationPlace {
     int height;
 };
 
-/// A place in the effect's UI, in parts of its extent from the top left.
+/// A point in the plug-in UI, in fractions of its size from the top left.
 struct EffectSpot {
     double x;
     double y;
 };
 
-/// The application on a display with a window manager and a session bus, without sound, with its
-/// own effect and no other.
+/// The application on a display with a window manager and a session bus, without sound, with only
+/// its own effect.
 class ApplicationFixture : public ::testing::Test {
   protected:
     ApplicationFixture();
 
-    /// Starts it and waits until the effect is found and the window drawn; returns all its lines.
+    /// Starts it, waits until the effect is found and the window drawn, and returns its lines.
     Lines start();
-    /// The last of the lines up to the first that holds the text; "" when there is none.
+    /// The next line that contains the text.
     std::string lineWith(const std::string& text) const;
-    /// A further start of it.
+    /// Starts it once more.
     std::unique_ptr<Program> startAgain() const;
-    /// Has the keyboard go to its window, and the pointer away from it.
+    /// Gives its window the focus and moves the pointer away from it.
     static void focus();
-    /// Types a key of xdotool's names into its window.
+    /// Sends a key by its xdotool name to its window.
     static void key(const std::string& name);
-    /// Starts the playing and ends it, by the space bar.
+    /// Starts and stops playback by the space bar.
     void playAndStop();
     /// Closes the window and returns the exit status.
     int quit();
 
-    /// The place of its window on the display.
+    /// The rectangle of its window on the display.
     static ApplicationPlace place();
     static void resize(int width, int height);
-    /// The place of the effect's embedded window on the display; absent while none is shown.
+    /// The rectangle of the embedded plug-in UI on the display; absent while it is hidden.
     static std::optional<ApplicationPlace> effectPlace();
-    /// Moves the pointer into the effect's UI, which is shown.
+    /// Moves the pointer into the visible plug-in UI.
     static void pointAt(const EffectSpot& spot);
-    /// Clicks into a field of the effect's UI and waits until that has the keyboard.
+    /// Clicks into a field of the plug-in UI and waits until it has the keyboard focus.
     static void clickIntoField(const EffectSpot& spot);
     static int windowCount();
 

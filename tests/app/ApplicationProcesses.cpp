@@ -33,7 +33,7 @@ long RunningProcess::status(const std::string& field) const {
 }
 
 std::vector<RunningProcess> processesWithData(const std::string& folder) {
-    // As it stands in an environment, whole.
+    // The whole entry of the environment.
     const auto mark = "XDG_DATA_HOME=" + folder + '\0';
     std::vector<RunningProcess> result;
     std::error_code gone;

@@ -6,21 +6,21 @@
 
 namespace orvalo::testing {
 
-/// A running process, as the system's own files tell of it.
+/// A running process, from /proc.
 struct RunningProcess {
     int number = 0;
     std::string name;
 
     std::filesystem::path folder() const { return "/proc/" + std::to_string(number); }
     std::size_t descriptorCount() const;
-    /// A number of its "status", such as VmRSS, which is in KiB; 0 when there is none.
+    /// A number of /proc/<number>/status such as VmRSS, in KiB; 0 when it is missing.
     long status(const std::string& field) const;
 };
 
-/// The processes that were started with that folder for data: an application of the tests and all
-/// that it has started.
+/// The processes with that data folder in their environment: an application of the tests and its
+/// children.
 std::vector<RunningProcess> processesWithData(const std::string& folder);
-/// The first of them whose name begins so; one of number 0 when there is none.
+/// The first of them with that prefix of its name; number 0 when there is none.
 RunningProcess processNamed(const std::string& beginning,
                             const std::vector<RunningProcess>& processes);
 

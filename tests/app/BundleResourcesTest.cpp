@@ -14,7 +14,7 @@ using ::testing::HasSubstr;
 
 class BundleResourcesTest : public HelpPageFixture {
   protected:
-    /// Puts a help page into the bundle and returns its address.
+    /// Writes a help page into the bundle and returns its address.
     static URL writeHelp(const std::string& content) {
         const auto path = resources() / "help.html";
         std::filesystem::create_directories(resources());
@@ -34,14 +34,14 @@ TEST_F(BundleResourcesTest, TheHelpPageIsShownFromItsFile) {
     EXPECT_EQ(requested(), Lines{});
 }
 
-TEST_F(BundleResourcesTest, AHelpPageThatIsNoTextIsDescribedAndNotShown) {
+TEST_F(BundleResourcesTest, AHelpPageThatIsNotTextIsReportedAndNotShown) {
     const auto file = writeHelp("<title>Own page</title>\xFF");
     const Lines described{"Error Domain=NSCocoaErrorDomain Code=261 \"" + file.path() +
                           " is no text in UTF-8\""};
     const CapturedOutput output;
     screen->loadHelpHtml();
     EXPECT_EQ(output.lines(), described);
-    // Any other navigation would have been told before this one.
+    // Any earlier navigation would have been printed before this one.
     screen->loadHelpPdf();
     EXPECT_TRUE(waitForTitle("Help"));
     auto expected = described;
@@ -56,7 +56,7 @@ TEST_F(BundleResourcesTest, AMissingHelpPageEndsTheProgram) {
                            "value\n"));
 }
 
-TEST_F(BundleResourcesTest, MissingResourcesLeaveTheirPathAsItIs) {
+TEST_F(BundleResourcesTest, MissingResourcesKeepTheOldPath) {
     const auto documents =
         FileManager::default_()
             .urls(SearchPathDirectory::documentDirectory, SearchPathDomainMask::userDomainMask)

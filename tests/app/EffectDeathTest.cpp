@@ -14,7 +14,7 @@ using ::testing::Contains;
 using ::testing::ContainsRegex;
 using ::testing::Value;
 
-/// The application while the process of its effect is ended by force.
+/// The application while its effect service is killed.
 class EffectDeathTest : public ApplicationFixture {
   protected:
     EffectDeathTest() { environment["ORVALO_EFFECT_LOADING"] = "out-of-process"; }
@@ -35,7 +35,7 @@ class EffectDeathTest : public ApplicationFixture {
                   "AUEnginePlayer: Audio engine starting.");
     }
 
-    /// Ends the effect's process and waits for the next one, whose UI is shown.
+    /// Sends the signal to the effect service and waits until the next one shows its UI.
     void endEffect(int signal) {
         const auto ended = service();
         ASSERT_NE(ended.number, 0);
@@ -62,7 +62,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     expectItPlaysAndStops();
     EXPECT_TRUE(pollUntil([&] { return application().descriptorCount() <= descriptors; }));
     EXPECT_TRUE(pollUntil([&] { return application().status("Threads") <= threads; }));
-    // The third death within a minute is the last. (The sanitizers take a fault for themselves.)
+    // The third death within a minute is final. (Sanitizers handle faults themselves.)
     kill(service().number, SIGABRT);
     EXPECT_TRUE(pollUntil([this] { return service().number == 0; }));
     EXPECT_TRUE(pollUntil([] { return !effectPlace().has_value(); }));
@@ -74,8 +74,8 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     }));
     EXPECT_EQ(quit(), 0);
     EXPECT_TRUE(pollUntil([this] { return processes().empty(); }));
-    // A process that stands still is noticed by the sound or by the messages, whichever waits
-    // longer; how long differs under the sanitizers.
+    // A stopped service is detected by the audio or by the messages; the time differs under
+    // sanitizers.
     EXPECT_THAT(
         program->standardError(),
         ContainsRegex(
@@ -92,7 +92,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
             "not started again; its input passes through unchanged\\."));
 }
 
-TEST_F(EffectDeathTest, TheEffectsProcessEndsWithAnApplicationThatIsKilled) {
+TEST_F(EffectDeathTest, TheEffectServiceEndsWithAKilledApplication) {
     start();
     ASSERT_NE(service().number, 0);
     program->signal(SIGKILL);

@@ -22,9 +22,9 @@ namespace orvalo::testing {
 namespace {
 
 constexpr std::uint32_t kRate = 48000;
-constexpr std::uint32_t kGround = 0x121518;  // What the UI is drawn on.
+constexpr std::uint32_t kGround = 0x121518;  // The background of the UI.
 
-/// The effect in an engine that renders when the test asks it to, and its UI on screen.
+/// The effect in an engine in manual rendering mode, with its UI on screen.
 class EffectSoundTest : public ScreenFixture {
   protected:
     EffectSoundTest() {
@@ -70,24 +70,24 @@ class EffectSoundTest : public ScreenFixture {
         window->makeKeyAndVisible();
         act({"search", "--sync", "--onlyvisible", "--name", "^Sound$", "windowmove", "--sync", "20",
              "20"});
-        // Its ground is on the display once it is drawn.
+        // The UI is drawn when its background is on the display.
         EXPECT_TRUE(waitUntil([] { return Screenshot().at(23, 23) == kGround; }));
     }
 
-    /// How loud the noise is behind the effect, in dB: the root of the mean square of one pass.
+    /// The RMS level of one pass of noise after the effect, in dB.
     double loudness() {
         player->scheduleFile(file, std::nullopt, [] {});
         AVAudioPCMBuffer buffer({kRate, 2}, kRate);
         engine->renderOffline(kRate, buffer);
         double sum = 0;
-        // Not the beginning, where what was moved still glides.
+        // Without the start, where changed parameters are still smoothed.
         for (std::uint32_t frame = kRate / 2; frame < kRate; ++frame) {
             const double value = buffer.floatChannelData()[0][frame];
             sum += value * value;
         }
         return 10 * std::log10(sum / (kRate / 2.0));
     }
-    /// At a part of the UI's width and height.
+    /// x, y: fractions of the UI's width and height.
     static void point(double x, double y) {
         act({"mousemove", std::to_string(20 + std::lround(800 * x)),
              std::to_string(20 + std::lround(600 * y))});
@@ -106,7 +106,7 @@ TEST_F(EffectSoundTest, ADragAtAKnobChangesTheSound) {
     loudness();
     const auto before = loudness();
     EXPECT_NEAR(loudness(), before, 0.05);
-    // The threshold, down.
+    // Lowers the threshold.
     point(0.072, 0.684);
     act({"mousedown", "1"});
     point(0.072, 0.90);
@@ -114,7 +114,7 @@ TEST_F(EffectSoundTest, ADragAtAKnobChangesTheSound) {
     EXPECT_TRUE(waitUntil([this, before] { return loudness() < before - 3; }));
 }
 
-TEST_F(EffectSoundTest, AClickOnTheSwitchTakesTheEffectOut) {
+TEST_F(EffectSoundTest, AClickOnTheSwitchBypassesTheEffect) {
     loudness();
     const auto before = loudness();
     const auto dry = -10 * std::log10(3.0);  // Of noise between -1 and 1.

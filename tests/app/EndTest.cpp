@@ -8,7 +8,7 @@ namespace {
 
 using EndTest = ApplicationFixture;
 
-TEST_F(EndTest, ClosingWhilePlayingIsAnEndLikeAnyOther) {
+TEST_F(EndTest, ClosingWhilePlayingEndsNormally) {
     for (int round = 0; round < 5; ++round) {
         start();
         key("ctrl+e");

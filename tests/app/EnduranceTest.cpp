@@ -9,16 +9,16 @@ namespace orvalo::testing {
 
 namespace {
 
-// Under the address sanitizer every end of the application is a check for leaks, which the exit
-// status tells of. It fills memory of its own, and does not go with the web engine.
+// Under the address sanitizer every run of the application checks for leaks, which its exit status
+// reports. The sanitizer needs extra memory and does not work with the web engine.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kIsSanitized = true;
 #else
 constexpr bool kIsSanitized = false;
 #endif
 
-/// How often the whole application is started: a hundred times, under a sanitizer a few; or as
-/// ORVALO_TEST_STARTS in the environment says.
+/// The number of application starts: 100, fewer under a sanitizer, or ORVALO_TEST_STARTS of the
+/// environment.
 int applicationStarts() {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody changes it.
     const char* stated = std::getenv("ORVALO_TEST_STARTS");
@@ -31,7 +31,7 @@ class EnduranceTest : public ApplicationFixture {
         return processesWithData(environment.at("XDG_DATA_HOME"));
     }
 
-    /// Uses the effect's UI: a knob, the choice of presets, a typed value.
+    /// Uses the plug-in UI: a knob, the list of presets, a typed value.
     static void useEffect() {
         ASSERT_TRUE(pollUntil([] { return effectPlace().has_value(); }));
         pointAt(kThreshold);
@@ -44,9 +44,9 @@ class EnduranceTest : public ApplicationFixture {
     }
 };
 
-TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
+TEST_F(EnduranceTest, AHundredPlaybacksLeakNothing) {
     start();
-    // What is made once and kept: threads of pools, libraries, pictures.
+    // Creates what the application keeps: threads of pools, libraries, pictures.
     constexpr int kFirst = 20;
     constexpr int kAll = 100;
     RunningProcess process;
@@ -63,12 +63,11 @@ TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
         playAndStop();
         ASSERT_FALSE(HasFailure()) << "round " << round;
     }
-    // Pools of the toolkit end their threads a while after the last use.
+    // The toolkit's thread pools end their threads after some time.
     EXPECT_TRUE(pollUntil([&] { return process.descriptorCount() <= files; }));
     EXPECT_TRUE(pollUntil([&] { return process.status("Threads") <= threads; }));
     if (!kIsSanitized) {
-        // A pass decodes seconds of music into megabytes; eighty of them lost would be far above
-        // this.
+        // A pass decodes seconds of music into megabytes; leaking eighty passes would exceed this.
         constexpr long kKibibytesOfChance = 16L * 1024;
         EXPECT_LE(process.status("VmRSS"), memory + kKibibytesOfChance);
     }
@@ -76,7 +75,7 @@ TEST_F(EnduranceTest, AHundredStartsOfPlaybackLeaveNothingBehind) {
     EXPECT_TRUE(pollUntil([this] { return processes().empty(); }));
 }
 
-TEST_F(EnduranceTest, ApplicationsLeaveNothingBehindHoweverOften) {
+TEST_F(EnduranceTest, RepeatedApplicationStartsLeaveNothingBehind) {
     const int all = applicationStarts();
     for (int round = 0; round < all; ++round) {
         start();
@@ -93,7 +92,7 @@ TEST_F(EnduranceTest, ApplicationsLeaveNothingBehindHoweverOften) {
             EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
                       "AUEnginePlayer: Audio engine starting.");
         }
-        // Some with a page, whose engine has processes of its own.
+        // Some with a web page, which starts the engine's processes.
         if (!kIsSanitized && round % 25 == 5) {
             key("ctrl+i");
             EXPECT_TRUE(pollUntil([this] { return tree.shows("Back"); }));

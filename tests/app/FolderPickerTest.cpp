@@ -18,7 +18,7 @@ class FolderPickerTest : public ScreenFixture {
         std::make_shared<ViewController>(std::nullopt, nullptr);
 };
 
-TEST_F(FolderPickerTest, APickedFolderIsTwoLines) {
+TEST_F(FolderPickerTest, APickedFolderPrintsTwoLines) {
     const CapturedOutput output;
     screen->documentPicker(nullptr, std::vector{URL::fileURLWithPath("/music/my loops"),
                                                 URL::fileURLWithPath("/other")});
@@ -26,19 +26,19 @@ TEST_F(FolderPickerTest, APickedFolderIsTwoLines) {
                                      "documentPicker (didPickDocumentsAt): /music/my loops"}));
 }
 
-TEST_F(FolderPickerTest, TheOlderFormIsOneLine) {
+TEST_F(FolderPickerTest, TheOperationForOneAddressPrintsOneLine) {
     const CapturedOutput output;
     screen->documentPicker(nullptr, URL::fileURLWithPath("/music"));
     EXPECT_EQ(output.lines(), Lines{"documentPicker (didPickDocumentAt): /music"});
 }
 
-TEST_F(FolderPickerTest, CancellingIsOneLine) {
+TEST_F(FolderPickerTest, CancellingPrintsOneLine) {
     const CapturedOutput output;
     screen->documentPickerWasCancelled(nullptr);
     EXPECT_EQ(output.lines(), Lines{"The document picker was canceled."});
 }
 
-TEST_F(FolderPickerTest, NothingPickedEndsTheProgramOnceItIsPrinted) {
+TEST_F(FolderPickerTest, AnEmptyListEndsTheProgramAfterItsLine) {
     EXPECT_DEATH(
         {
             dup2(STDERR_FILENO, STDOUT_FILENO);
@@ -47,7 +47,7 @@ TEST_F(FolderPickerTest, NothingPickedEndsTheProgramOnceItIsPrinted) {
         HasSubstr("documentPicker: []\nFatal error: The document picker has picked nothing.\n"));
 }
 
-TEST_F(FolderPickerTest, OpensForOneFolderAndHearsOfEscape) {
+TEST_F(FolderPickerTest, OpensForOneFolderAndIsCancelledByEscape) {
     screen = showMainScreen();
     waitForKeyboard(true);
     const CapturedOutput output;

@@ -11,7 +11,7 @@ namespace orvalo::testing {
 
 HelpPageFixture::HelpPageFixture() {
     std::filesystem::remove_all(resources());
-    // The engine's sandbox is not what is tested here, and some machines cannot make it.
+    // The sandbox is not under test, and some machines cannot create it.
     if (sandboxProblem()) {
         g_setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", TRUE);
     }

@@ -10,8 +10,8 @@
 
 namespace orvalo::testing {
 
-/// A help screen with a web view that works, ready to be presented, in a bundle whose resources are
-/// the tests' affair: there are none at first.
+/// A help screen with a working web view, ready to be presented, in a bundle that has no resources
+/// at first.
 class HelpPageFixture : public ScreenFixture {
   protected:
     HelpPageFixture();
@@ -22,11 +22,11 @@ class HelpPageFixture : public ScreenFixture {
     /// Presents the screen, and waits until it is shown.
     void present() const;
     void dismiss() const;
-    /// Waits until that page is shown to its end.
+    /// Waits until that page is loaded.
     bool waitForTitle(const std::string& title) const;
-    /// The paths that the site was asked for since the test began.
+    /// The requested paths since the start of the test.
     Lines requested() const;
-    /// What is printed when a page is asked for and answered.
+    /// The printed lines of a page's request and response.
     static Lines linesOf(const std::string& path);
 
     std::shared_ptr<WKWebView> page;

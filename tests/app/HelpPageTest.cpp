@@ -9,7 +9,7 @@ namespace {
 
 using HelpPageTest = HelpPageFixture;
 
-TEST_F(HelpPageTest, IsTheHelpUnlessItWasPreparedForSomethingElse) {
+TEST_F(HelpPageTest, IsTheHelpByDefault) {
     const CapturedOutput output;
     present();
     EXPECT_TRUE(waitForTitle("Help"));
@@ -17,7 +17,7 @@ TEST_F(HelpPageTest, IsTheHelpUnlessItWasPreparedForSomethingElse) {
     EXPECT_EQ(output.lines(), linesOf("/DYNAMICS/"));
 }
 
-TEST_F(HelpPageTest, IsLoadedAgainEveryTimeTheScreenAppears) {
+TEST_F(HelpPageTest, IsReloadedEveryTimeTheScreenAppears) {
     Lines expected;
     const CapturedOutput output;
     for (int round = 1; round <= 2; ++round) {
@@ -31,20 +31,20 @@ TEST_F(HelpPageTest, IsLoadedAgainEveryTimeTheScreenAppears) {
     }
 }
 
-TEST_F(HelpPageTest, PreparedForNeitherPageTheScreenLoadsNone) {
+TEST_F(HelpPageTest, AnUnknownIdentifierLoadsNoPage) {
     screen->prepareInfo("Elsewhere");
     const CapturedOutput output;
     present();
     serveMainQueue();
     EXPECT_EQ(output.lines(), Lines{});
-    // Whatever had been asked for before would have been first.
+    // An earlier request would be first.
     screen->loadHelpPdf();
     EXPECT_TRUE(waitForTitle("Help"));
     EXPECT_EQ(requested(), Lines{"/DYNAMICS/"});
     EXPECT_EQ(output.lines(), linesOf("/DYNAMICS/"));
 }
 
-TEST_F(HelpPageTest, AScriptsClickOnALinkToANewWindowIsPrintedAndOpensNothing) {
+TEST_F(HelpPageTest, AScriptedClickOnALinkToANewWindowOpensNothing) {
     screen->prepareInfo("ShowInfo");
     const CapturedOutput output;
     present();
@@ -55,7 +55,7 @@ TEST_F(HelpPageTest, AScriptsClickOnALinkToANewWindowIsPrintedAndOpensNothing) {
         return std::search(lines.begin(), lines.end(), asked.begin(), asked.end()) != lines.end();
     })) << output.text();
     EXPECT_TRUE(waitForTitle("Information"));
-    // By whose end whatever was asked for before has been.
+    // All earlier requests have ended by then.
     screen->loadHelpPdf();
     EXPECT_TRUE(waitForTitle("Help"));
     EXPECT_EQ(requested(), (Lines{"/", "/DYNAMICS/"}));

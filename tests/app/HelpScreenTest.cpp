@@ -1,6 +1,5 @@
 #include "platform/foundation/URLResponse.h"
-#include "platform/web/WKNavigationAction.h"
-#include "platform/web/WKNavigationResponse.h"
+#include "platform/web/WKNavigation.h"
 #include "tests/app/ScreenFixture.h"
 
 namespace orvalo::testing {
@@ -12,7 +11,7 @@ class HelpScreenTest : public ScreenFixture {
     static std::shared_ptr<WKNavigationAction> action(const std::optional<URL>& url) {
         return std::make_shared<WKNavigationAction>(URLRequest{url});
     }
-    /// What the screen answers to a response from there; nothing when it does not answer.
+    /// The screen's answer to a response from that address; absent when it does not answer.
     std::optional<WKNavigationResponsePolicy> answerTo(const std::optional<URL>& url) {
         std::optional<WKNavigationResponsePolicy> answer;
         screen->webView(nullptr,

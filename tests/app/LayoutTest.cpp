@@ -6,17 +6,17 @@ namespace {
 
 using LayoutTest = ScreenFixture;
 
-TEST_F(LayoutTest, NamesNothingThatNoClassHas) {
+TEST_F(LayoutTest, NamesOnlyExistingMembers) {
     EXPECT_EQ(layout()->problems(), Lines{});
 }
 
-TEST_F(LayoutTest, BeginsWithTheMainScreen) {
+TEST_F(LayoutTest, StartsWithTheMainScreen) {
     EXPECT_NE(
         std::dynamic_pointer_cast<ViewController>(layout()->instantiateInitialViewController()),
         nullptr);
 }
 
-TEST_F(LayoutTest, LeadsToBothPages) {
+TEST_F(LayoutTest, HasSeguesToBothPages) {
     const auto storyboard = layout();
     for (const auto* identifier : {"ShowHelp", "ShowInfo"}) {
         const auto* segue = storyboard->segue("ViewController", identifier);
@@ -41,7 +41,7 @@ TEST_F(LayoutTest, ConnectsEveryOutlet) {
     EXPECT_TRUE(help->buttonExit.isConnected());
 }
 
-TEST_F(LayoutTest, AnOutletWithoutLayoutEndsTheProgram) {
+TEST_F(LayoutTest, AnUnconnectedOutletEndsTheProgram) {
     const auto screen = std::make_shared<ViewController>(std::nullopt, nullptr);
     EXPECT_DEATH(screen->onButtonUnit(nullptr),
                  "Fatal error: The outlet ViewController.pluginView is not connected.");

@@ -4,8 +4,8 @@
 
 namespace orvalo::testing {
 
-/// The maker's site of a program whose screens are tested inside it: at work before main(), so that
-/// the address is known, to the program's end.
+/// The maker's site for tests of screens in the test program itself. Runs from before main(), which
+/// needs the address, to the program's end.
 Site& loopbackSite();
 
 }  // namespace orvalo::testing

@@ -23,7 +23,7 @@ namespace {
 using ::testing::Contains;
 using MainScreenTest = ScreenFixture;
 
-/// An effect that keeps the question for its UI until the test answers it.
+/// An effect that keeps the request for its UI until the test answers.
 class AskedUnit : public ConstantUnit {
   public:
     AskedUnit() : ConstantUnit(0.0F) {}
@@ -35,7 +35,7 @@ class AskedUnit : public ConstantUnit {
     std::function<void(std::shared_ptr<UIViewController>)> answer;
 };
 
-/// A part of the screen that writes down how it is taken in.
+/// A child controller that records its calls.
 class WitnessController : public AUViewController {
   public:
     WitnessController() : AUViewController(std::nullopt, nullptr) {}
@@ -78,7 +78,7 @@ TEST_F(MainScreenTest, SwapsTheButtonsWithThePlayersState) {
     EXPECT_TRUE(screen->stopButton->isHidden());
 }
 
-TEST_F(MainScreenTest, APressAsksForPlaybackAndTheReportSwapsTheButtons) {
+TEST_F(MainScreenTest, APressTogglesPlaybackAndTheDelegateSwapsTheButtons) {
     const auto screen = showMainScreen();
     const auto reportTurns = [&screen](bool playing) {
         EXPECT_EQ(screen->playButton->isHidden(), !playing);
@@ -106,7 +106,7 @@ TEST_F(MainScreenTest, EitherButtonStartsAndStops) {
     EXPECT_TRUE(screen->stopButton->isHidden());
 }
 
-TEST_F(MainScreenTest, AFileAndAPassAreTakenSilently) {
+TEST_F(MainScreenTest, FilesAndPassesPrintNothing) {
     const auto screen = showMainScreen();
     const CapturedOutput output;
     screen->onFileSelect("/music/1.m4a");
@@ -146,7 +146,7 @@ TEST_F(MainScreenTest, AnAbsentPluginUIIsReported) {
                      "unit."}));
 }
 
-TEST_F(MainScreenTest, AScreenThatIsGoneIsReported) {
+TEST_F(MainScreenTest, ADestroyedScreenIsReported) {
     auto screen = std::make_shared<ViewController>(std::nullopt, nullptr);
     const auto unit = std::make_shared<AskedUnit>();
     const CapturedOutput output;
@@ -177,7 +177,7 @@ TEST_F(MainScreenTest, EmbedsThePluginUIInOrderAndLeavesItHidden) {
     }));
 }
 
-TEST_F(MainScreenTest, EmbedsThePluginUIThatTheManagerHolds) {
+TEST_F(MainScreenTest, EmbedsThePluginUIOfTheManager) {
     const auto screen = showMainScreen();
     const auto before = screen->pluginView->subviews().size();
     const auto controller = std::make_shared<WitnessController>();
@@ -212,7 +212,7 @@ std::shared_ptr<UIStoryboardSegue> segue(std::optional<std::string> identifier,
                                                std::move(destination));
 }
 
-TEST_F(MainScreenTest, ASegueTellsThePageWhatItIsFor) {
+TEST_F(MainScreenTest, ASegueSetsThePage) {
     const auto screen = std::make_shared<ViewController>(std::nullopt, nullptr);
     const auto page = std::make_shared<HelpViewController>(std::nullopt, nullptr);
     EXPECT_EQ(HelpViewControllerPeer::identifier(*page), "ShowHelp");

@@ -21,16 +21,16 @@ class PagesTest : public ApplicationFixture {
         std::string address = site.address("/");
         address.pop_back();
         environment["ORVALO_TEST_SITE"] = address;
-        // Which would read memory that the web engine has shut, and end there.
+        // The leak check would read memory that the web engine protects, and crash.
         environment["ASAN_OPTIONS"] = "detect_leaks=0";
-        // The engine's sandbox is not what is tested here, and some machines cannot make it.
+        // The sandbox is not under test, and some machines cannot create it.
         if (sandboxProblem()) {
             environment["WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"] = "1";
         }
         makeBrowser();
     }
 
-    /// A browser that writes down what it is asked to open, and says something of its own.
+    /// A browser that records the addresses to open and prints a line.
     void makeBrowser() {
         const auto applications = folder.path() / "data/applications";
         std::filesystem::create_directories(applications);
@@ -59,13 +59,15 @@ class PagesTest : public ApplicationFixture {
                {"/DYNAMICS/", titled("Help", "<h1>Help</h1>")}}};
 };
 
-TEST_F(PagesTest, InformationShowsTheRootAndComesBack) {
+TEST_F(PagesTest, InformationShowsTheRootAndReturns) {
     start();
     ASSERT_TRUE(tree.press("Information"));
     const auto lines = program->readUntil("navigationResponse: ");
     EXPECT_EQ(lines,
-              (Lines{"ShowInfo", "navigationAction: ", site.address("/"), "navigationResponse: "}));
+              (Lines{"ShowInfo", "navigationAction: ", site.address("/"), "navigationResponse: "}))
+        << program->standardError();
     EXPECT_EQ(program->readUntil("http://"), Lines{site.address("/")});
+    ASSERT_FALSE(site.requested().empty());
     EXPECT_EQ(site.requested().front(), "/");
     leavePage();
     EXPECT_EQ(quit(), 0);
@@ -104,7 +106,7 @@ TEST_F(PagesTest, ASiteWithoutAnAddressEndsTheProgram) {
     EXPECT_EQ(site.requested(), Lines{});
 }
 
-TEST_F(PagesTest, APageIsLoadedAgainEveryTime) {
+TEST_F(PagesTest, APageIsReloadedEveryTime) {
     start();
     for (int round = 0; round < 3; ++round) {
         key("ctrl+i");
@@ -116,7 +118,7 @@ TEST_F(PagesTest, APageIsLoadedAgainEveryTime) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(PagesTest, TheMainScreensKeysRestMeanwhile) {
+TEST_F(PagesTest, TheMainScreensKeysAreDisabledMeanwhile) {
     start();
     key("ctrl+i");
     program->readUntil("navigationResponse: ");

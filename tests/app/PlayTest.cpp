@@ -44,7 +44,7 @@ TEST_F(PlayTest, ADemonstrationIsHeardThroughTheEffect) {
     EXPECT_EQ(std::count(lines.begin(), lines.end(),
                          "AUEnginePlayer: Audio unit re-connecting to the player."),
               1);
-    // The effect hears something: it sends a note when it reduces the gain.
+    // The effect gets sound: it sends a note when it reduces the gain.
     EXPECT_TRUE(lineWith("AUEnginePlayer: MIDI event from audio unit at: ")
                     .starts_with("AUEnginePlayer: MIDI event from audio unit at: "));
     EXPECT_EQ(quit(), 0);

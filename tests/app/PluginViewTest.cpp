@@ -23,7 +23,7 @@ class PluginViewTest : public ScreenFixture {
     std::shared_ptr<UIViewController> effect;
 };
 
-TEST_F(PluginViewTest, WithoutAPluginUINothingIsReset) {
+TEST_F(PluginViewTest, WithoutAPluginUINothingChanges) {
     const auto before = screen->pluginView->frame();
     const CapturedOutput output;
     ViewControllerPeer::resetPluginView(*screen, 400, 300);
@@ -56,7 +56,7 @@ TEST_F(PluginViewTest, ASquareIsALandscape) {
     EXPECT_EQ(screen->pluginView->frame(), (CGRect{0, stage().size.height * 0.5 - 150, 400, 300}));
 }
 
-TEST_F(PluginViewTest, ALengthThatIsNoNumberCountsAsLandscape) {
+TEST_F(PluginViewTest, NaNCountsAsLandscape) {
     giveEffect();
     const auto none = std::numeric_limits<double>::quiet_NaN();
     ViewControllerPeer::resetPluginView(*screen, 400, none);
@@ -74,7 +74,7 @@ TEST_F(PluginViewTest, CentringFitsTheScreen) {
               (CGRect{0, size.height * 0.5 - size.width * 0.375, size.width, size.width * 0.75}));
 }
 
-TEST_F(PluginViewTest, EmbeddingWhatTheManagerLacksEndsTheProgram) {
+TEST_F(PluginViewTest, EmbeddingWithoutAViewControllerEndsTheProgram) {
     EXPECT_DEATH(ViewControllerPeer::embedPlugInView(*screen),
                  "Fatal error: ERROR: Could not load audio unit's view controller.");
 }

@@ -14,7 +14,7 @@
 namespace orvalo::testing {
 
 ScreenFixture::ScreenFixture() {
-    // No effect but the application's own, and no sound.
+    // Only the application's effect, and no sound.
     g_setenv("ORVALO_AUDIO_OUTPUT", "null", TRUE);
     g_setenv("LV2_PATH", "/nowhere", TRUE);
     startDesktop();

@@ -14,7 +14,7 @@
 
 namespace orvalo {
 
-/// The tests' way to the main screen's private parts.
+/// Access to the main screen's private members.
 struct ViewControllerPeer {
     static auto& manager(ViewController& screen) { return screen.audioUnitManager; }
     static auto& effectController(ViewController& screen) { return screen.audioUnitViewController; }
@@ -40,19 +40,19 @@ namespace orvalo::testing {
 
 using Lines = std::vector<std::string>;
 
-/// The screens of the application's own layout, on a display.
+/// The screens of the application's layout, on a display.
 class ScreenFixture : public ::testing::Test {
   protected:
     ScreenFixture();
     ~ScreenFixture() override;
 
-    /// The main screen in a window, on screen, after its search for the effect has ended.
+    /// Shows the main screen and waits until the search for the effect has ended.
     std::shared_ptr<ViewController> showMainScreen();
-    /// The layout, with the application's classes known.
+    /// The layout, with the application's classes registered.
     static std::shared_ptr<UIStoryboard> layout();
-    /// Waits until the window has the keyboard, or a dialog above it has.
+    /// Waits until the window, or a dialog above it, has the keyboard focus.
     void waitForKeyboard(bool isWindows) const;
-    /// Serves the main queue until everything that is in it now has run.
+    /// Runs the items that the main queue has now.
     static void serveMainQueue();
 
     std::shared_ptr<UIWindow> window;

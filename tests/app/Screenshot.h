@@ -5,7 +5,7 @@
 
 namespace orvalo::testing {
 
-/// The picture that is on the display now.
+/// A picture of the display.
 class Screenshot {
   public:
     Screenshot();
@@ -17,7 +17,7 @@ class Screenshot {
         return pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
                        static_cast<std::size_t>(x)];
     }
-    /// How many pixels of a rectangle have that colour.
+    /// The number of pixels of that colour in a rectangle.
     int count(std::uint32_t color, int x, int y, int width, int height) const;
 
     bool operator==(const Screenshot&) const = default;

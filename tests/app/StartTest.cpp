@@ -13,7 +13,7 @@ namespace {
 using ::testing::HasSubstr;
 using StartTest = ApplicationFixture;
 
-/// The lines of a list that are in another one, in their order.
+/// The lines that are also in another list, in order.
 Lines among(const Lines& lines, const Lines& wanted) {
     Lines result;
     std::copy_if(lines.begin(), lines.end(), std::back_inserter(result), [&](const auto& line) {
@@ -30,7 +30,7 @@ TEST_F(StartTest, PrintsItsTranscript) {
         "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
         std::string("ViewController: The app's documents path is: ") + home,
         "ViewController: The app's resources path is: " ORVALO_TEST_STAGE "/share/orvalo"};
-    // The search prints beside the main thread.
+    // The search prints on another thread.
     const Lines onSearch{
         "AUExtensionManager: Loaded component has following properties.",
         "AUExtension (",
@@ -51,7 +51,7 @@ TEST_F(StartTest, PrintsItsTranscript) {
     EXPECT_EQ(among(lines, onMain), onMain);
     EXPECT_EQ(among(lines, onSearch), onSearch);
     EXPECT_EQ(lines.front(), onMain.front());
-    // Beside these there are the line of the process and the empty lines around it.
+    // The other lines are the one of the process and the empty lines around it.
     EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                             [](const auto& line) { return line.starts_with("Process Name: "); }),
               1);
@@ -75,7 +75,7 @@ TEST_F(StartTest, ASecondStartPresentsTheRunningWindow) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(StartTest, WithoutADisplaySaysSo) {
+TEST_F(StartTest, WithoutADisplayItEndsWithAnError) {
     environment["DISPLAY"] = ":65535";
     environment["WAYLAND_DISPLAY"] = "nowhere";
     const auto alone = startAgain();
@@ -91,7 +91,7 @@ TEST_F(StartTest, AnUnknownOptionIsAnErrorThatNamesIt) {
     EXPECT_THAT(alone.standardError(), HasSubstr("--x\n"));
 }
 
-TEST_F(StartTest, AFileIsNotOpenedAndNamed) {
+TEST_F(StartTest, AFileArgumentIsAnErrorThatNamesIt) {
     Program alone({ORVALO_TEST_STAGE "/bin/orvalo-on-loopback", "a.wav", "b.wav"}, environment);
     EXPECT_EQ(alone.readAll(), Lines{});
     EXPECT_EQ(alone.wait(), 1);

@@ -21,7 +21,7 @@ TEST_F(BrokenEffect, PrintsItsDescriptionBeforeTheError) {
     EXPECT_EQ(delegate->found, nullptr);
 }
 
-TEST_F(BrokenEffect, LeavesThePlayerToItself) {
+TEST_F(BrokenEffect, LeavesThePlayerUnconnected) {
     makeManager();
     EXPECT_TRUE(manager->togglePlayback());
     EXPECT_NE(render(0.1), 0.0F);

@@ -125,7 +125,7 @@ TEST(MIDIConstants, HaveTheirValues) {
     }
 }
 
-TEST(MIDIConstants, AreUnsignedBytesThatNeverChange) {
+TEST(MIDIConstants, AreConstantUnsignedBytes) {
     static_assert(std::is_same_v<decltype(STATUS_NOTEOFF), const std::uint8_t>);
     static_assert(std::is_same_v<decltype(CONTROLLER_VOLUME), const std::uint8_t>);
     static_assert(std::is_same_v<decltype(META_SETTEMPO), const std::uint8_t>);

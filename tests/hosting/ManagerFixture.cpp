@@ -10,7 +10,7 @@
 namespace orvalo::testing {
 
 ManagerFixture::ManagerFixture(const char* effectsPath) {
-    // No other thread reads the environment now.
+    // No other thread reads the environment.
     setenv("LV2_PATH", effectsPath, 1);  // NOLINT(concurrency-mt-unsafe)
 }
 
@@ -19,8 +19,7 @@ ManagerFixture::~ManagerFixture() = default;
 void ManagerFixture::makeManager() {
     manager = AUExtensionManager::init(delegate, player);
     EXPECT_TRUE(pollUntil([this] { return manager.use_count() == 1; }));
-    // Letting go of a reference comes after all that the search did before it let go of its own;
-    // the count alone says nothing about that.
+    // Reading the count does not synchronise with the search's thread; releasing a reference does.
     std::shared_ptr(manager).reset();
 }
 

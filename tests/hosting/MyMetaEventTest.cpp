@@ -11,7 +11,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The event's whole block.
+/// The event's block.
 Bytes block(const MyMetaEvent& event) {
     Bytes bytes(static_cast<std::size_t>(event.size));
     event.withMIDIMetaEventPtr(
@@ -36,7 +36,7 @@ TEST(MyMetaEvent, DataFollowsTheHeadAndTheRestIsZero) {
         EXPECT_EQ(record->metaEventType, 0x51);
         EXPECT_EQ(record->dataLength, 3U);
     });
-    // The length in this machine's byte order, as the platform has it.
+    // The length in the machine's byte order.
     const std::uint32_t length = 3;
     Bytes expected{0x51, 0, 0, 0, 0, 0, 0, 0, 7, 161, 32, 0, 0, 0, 0};
     std::memcpy(&expected[4], &length, sizeof length);
@@ -62,7 +62,7 @@ TEST(MyMetaEvent, CallsTheBodyOnceBeforeItReturns) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST(MyMetaEvent, TrialPrintsNothing) {
+TEST(MyMetaEvent, TestFunctionPrintsNothing) {
     const testing::CapturedOutput output;
     test_MyMetaEvent();
     EXPECT_EQ(output.text(), "");

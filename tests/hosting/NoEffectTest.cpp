@@ -12,7 +12,7 @@ class NoEffect : public ManagerFixture {
   protected:
     NoEffect() : ManagerFixture(HEART_LV2_PATH) {}
 
-    /// A manager that has looked for its effect in vain.
+    /// A manager whose search has failed.
     AUExtensionManagerPeer searched() {
         makeManager();
         newLines();
@@ -32,7 +32,7 @@ TEST_F(NoEffect, NeedsNoDelegate) {
     EXPECT_EQ(newLines(), Lines({kNote, kNoneFound}));
 }
 
-TEST_F(NoEffect, TheSearchHoldsTheManager) {
+TEST_F(NoEffect, TheSearchKeepsTheManagerAlive) {
     const std::weak_ptr<AUExtensionManager> kept = AUExtensionManager::init(delegate, player);
     serveMainQueueUntilPrinted(output, kNoneFound);
     EXPECT_TRUE(pollUntil([&kept] { return kept.expired(); }));
@@ -48,20 +48,20 @@ TEST_F(NoEffect, HasTheGivenProperties) {
               (AudioComponentDescription{0x61756D66, 0x6F72564C, 0x54534C59, 2, 0}));
 }
 
-TEST_F(NoEffect, MakesAnEngineOfItsOwn) {
+TEST_F(NoEffect, CreatesAnEngineByDefault) {
     const auto other = AUExtensionManager::init(delegate);
     EXPECT_NE(other->auEngine, nullptr);
     EXPECT_NE(other->auEngine, player);
     serveMainQueueUntilPrinted(output, kNoneFound);
 }
 
-TEST_F(NoEffect, AnAbsentComponentEndsTheChain) {
+TEST_F(NoEffect, AnAbsentComponentEndsTheSearch) {
     const auto privates = searched();
     privates.select(std::shared_ptr<AVAudioUnitComponent>(), [] { FAIL(); });
     EXPECT_EQ(newLines(), Lines({"ERROR: Component is nil."}));
 }
 
-TEST_F(NoEffect, AnAbsentDescriptionEndsTheChain) {
+TEST_F(NoEffect, AnAbsentDescriptionEndsTheSearch) {
     const auto privates = searched();
     privates.select(std::optional<AudioComponentDescription>(), [] { FAIL(); });
     EXPECT_EQ(newLines(), Lines({"Error: Component description is nil."}));
@@ -100,7 +100,7 @@ TEST_F(NoEffect, ReportsFlagsInEightDigitsAndZeroWithoutAPrefix) {
     }
 }
 
-TEST_F(NoEffect, WarnsWithoutAUnitOnly) {
+TEST_F(NoEffect, WarnsOnlyWithoutAUnit) {
     const auto privates = searched();
     manager->connectParametersToControls();
     EXPECT_EQ(newLines(), Lines({"WARNING: Audio unit is nil (yet?)."}));
@@ -109,14 +109,14 @@ TEST_F(NoEffect, WarnsWithoutAUnitOnly) {
     EXPECT_EQ(newLines(), Lines());
 }
 
-TEST_F(NoEffect, TheEndOfTheChainWorksWithoutADelegate) {
+TEST_F(NoEffect, TheEndOfTheSearchNeedsNoDelegate) {
     delegate = nullptr;
     const auto privates = searched();
     privates.onFoundComponent();
     EXPECT_EQ(newLines(), Lines({"WARNING: Audio unit is nil (yet?)."}));
 }
 
-TEST_F(NoEffect, OffersNoPresetsWithoutAUnit) {
+TEST_F(NoEffect, ListsNoPresetsWithoutAUnit) {
     searched();
     EXPECT_TRUE(manager->presets().empty());
     EXPECT_FALSE(manager->currentPreset());
@@ -126,7 +126,7 @@ TEST_F(NoEffect, OffersNoPresetsWithoutAUnit) {
     EXPECT_FALSE(manager->currentPreset());
 }
 
-TEST_F(NoEffect, OffersTheUnitsPresetsInItsOrder) {
+TEST_F(NoEffect, ListsTheUnitsPresetsInItsOrder) {
     const auto privates = searched();
     const auto unit = std::make_shared<ConstantUnit>(0.0F);
     privates.audioUnit() = unit;

@@ -10,7 +10,7 @@ namespace {
 class Orvalo : public ::testing::Test {
   protected:
     Orvalo() {
-        // No other thread reads the environment now.
+        // No other thread reads the environment.
         setenv("LV2_PATH", HEART_LV2_PATH, 1);     // NOLINT(concurrency-mt-unsafe)
         setenv("ORVALO_AUDIO_OUTPUT", "null", 1);  // NOLINT(concurrency-mt-unsafe)
     }
@@ -36,7 +36,7 @@ TEST_F(Orvalo, IsFoundReportedConnectedPlayedAndStopped) {
     peer.queue()->sync([] {});
     drainMainQueue();
 
-    // The effect's MIDI and the ends of passes come when they come.
+    // The order of the effect's MIDI and the ends of passes is not defined.
     Lines loops;
     Lines others;
     for (const auto& line : output.lines()) {

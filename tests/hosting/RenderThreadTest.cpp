@@ -24,7 +24,7 @@ class Listener : public AUExtensionManagerDelegate, public AUEnginePlayerDelegat
   public:
     void onFoundComponent(const std::shared_ptr<AVAudioUnit>& found) override { unit = found; }
     void onEngineInitialized() override {
-        // On the main queue, which wakes the loop that waits for it.
+        // On the main queue, which wakes the waiting loop.
         DispatchQueue::main()->async([this] { isReady = true; });
     }
     void onPlayerStateChanged(bool isPlaying) override { playing = isPlaying; }
@@ -37,7 +37,7 @@ class Listener : public AUExtensionManagerDelegate, public AUEnginePlayerDelegat
     std::int64_t passes = 0;
 };
 
-/// Beats that drive the compressor beyond its trigger and let it fall back, so that it sends notes.
+/// Beats that make the compressor cross its trigger level, so that it sends notes.
 Signal beats() {
     Signal signal(2, std::vector<float>(44100));
     for (std::size_t frame = 0; frame < 44100; ++frame) {
@@ -50,9 +50,9 @@ Signal beats() {
     return signal;
 }
 
-/// The whole heart at a quantum of 64 frames, converting rates, with the effect sending MIDI, while
-/// it is rewired, its presets change, and it stops and starts: the guard ends the program if the
-/// render thread does what it must not.
+/// Player, manager and effect at a quantum of 64 frames, with rate conversion and MIDI, while the
+/// graph and the presets change and playback stops and starts. The guard ends the program at a
+/// forbidden call of the render thread.
 TEST(RenderThreadTest, PlaysRewiresAndStopsWithoutAForbiddenCall) {
     const TemporaryFolder folder;
     writeWav(folder.path() / "beats.wav", 44100, beats());

@@ -24,7 +24,7 @@ class TwoEffects : public ManagerFixture {
     }
 };
 
-TEST_F(TwoEffects, TheFirstIsFoundMadeAndConnected) {
+TEST_F(TwoEffects, TheFirstIsFoundInstantiatedAndConnected) {
     makeManager();
     settle();
     EXPECT_EQ(newLines(), found());
@@ -35,7 +35,7 @@ TEST_F(TwoEffects, TheFirstIsFoundMadeAndConnected) {
     EXPECT_EQ(delegate->found->auAudioUnit()->contextName(), "running in distribution host");
 }
 
-TEST_F(TwoEffects, BothStayAvailable) {
+TEST_F(TwoEffects, BothAreAvailable) {
     makeManager();
     Lines uris;
     for (const auto& component : AUExtensionManagerPeer{*manager}.availableAudioUnits()) {
@@ -74,8 +74,8 @@ TEST_F(TwoEffects, PlaysThroughTheEffectAndPrintsItsMIDI) {
     EXPECT_FALSE(manager->togglePlayback());
     settle();
 
-    // MIDI comes from the render thread and ends of passes from the player's: they stand in no
-    // order to each other.
+    // MIDI comes from the render thread and ends of passes from the player's thread: their order is
+    // not defined.
     Lines midi;
     Lines others;
     for (const auto& line : newLines()) {
@@ -102,7 +102,7 @@ TEST_F(TwoEffects, PlaysThroughTheEffectAndPrintsItsMIDI) {
                      "[main] onPlayerStateChanged(playing: false)"}));
 }
 
-TEST_F(TwoEffects, TheEffectIsInTheSignalsWay) {
+TEST_F(TwoEffects, TheSignalPassesThroughTheEffect) {
     makeManager();
     manager->togglePlayback();
     player->load(constantFile("a.wav"));

@@ -29,15 +29,15 @@ TEST(Capitals, AreAHundredAndNinetySeven) {
     EXPECT_EQ(capitals.back(), "Harare");
 }
 
-TEST(Capitals, AreTheseLetterByLetter) {
-    // Of the list of names, each followed by a line feed, in UTF-8.
+TEST(Capitals, MatchTheirChecksum) {
+    // Of all names in UTF-8, each followed by a line feed.
     const auto text = joined();
     const GText sum(g_compute_checksum_for_string(G_CHECKSUM_SHA256, text.data(),
                                                   static_cast<gssize>(text.size())));
     EXPECT_STREQ(sum.get(), "8e47bd3f5523845f1824ea7e8d16d34a6ee60374a27a5c9b044cd82035761175");
 }
 
-TEST(Capitals, StandInTheOrderOfTheCountries) {
+TEST(Capitals, FollowTheOrderOfTheCountries) {
     EXPECT_EQ(capitals[44], "Copenagen");
     EXPECT_EQ(capitals[29], "Yaoundé");
     EXPECT_EQ(capitals[80], "Jerusalem");
@@ -45,7 +45,7 @@ TEST(Capitals, StandInTheOrderOfTheCountries) {
     EXPECT_EQ(capitals[187], "Washington D.C.");
 }
 
-TEST(Capitals, AreSpeltAsTheyStand) {
+TEST(Capitals, KeepTheirSpelling) {
     for (const auto* name :
          {"Copenagen", "Kiev", "Washington D.C.", "Sri Jayawardenapura Kotte", "East Jerusalem",
           "Yaoundé", "San José", "Reykjavík", "Malé", "Asunción", "São Tomé", "Lomé", "St. John's",
@@ -54,7 +54,7 @@ TEST(Capitals, AreSpeltAsTheyStand) {
     }
 }
 
-TEST(Capitals, AreAListOfTextsThatNobodyChanges) {
+TEST(Capitals, AreAConstantListOfTexts) {
     EXPECT_TRUE((std::is_same_v<decltype(capitals), const std::vector<std::string>>));
 }
 
@@ -64,7 +64,7 @@ TEST(Capitals, NameWhatIsUnique) {
     EXPECT_NE(uniqueName(capitals[44]), name);
 }
 
-TEST(Capitals, NoneStandsTwice) {
+TEST(Capitals, AreUnique) {
     EXPECT_EQ(std::set(capitals.begin(), capitals.end()).size(), capitals.size());
 }
 

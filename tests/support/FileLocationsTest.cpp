@@ -19,7 +19,7 @@ URL url(const fs::path& path) {
     return URL::fileURLWithPath(path.string());
 }
 
-// Read before main() and before anything has assigned them.
+// Read before main(), before any assignment.
 const std::string containerAtStart = sharedContainer;
 const std::vector<std::optional<URL>> locationsAtStart{documentsURL, resourcesURL, sharedURLAudio,
                                                        sharedURLMIDI};
@@ -30,7 +30,7 @@ TEST(FileLocations, StartAsDeclared) {
 }
 
 TEST(FileLocations, GetPathsSetsBothAndLogsAfterItsReturn) {
-    // The test's own idea of where documents are: what the desktop says, else the home directory.
+    // The desktop's documents folder, else the home directory.
     const char* documents = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
     const std::string documentsPath = documents != nullptr ? documents : g_get_home_dir();
     const auto resourcesPath =
@@ -64,7 +64,7 @@ TEST(EnsureDirectoryExists, LeavesAnExistingDirectoryAlone) {
     EXPECT_EQ(output.text(), "");
 }
 
-TEST(EnsureDirectoryExists, TakesAPlainFileForIt) {
+TEST(EnsureDirectoryExists, AcceptsAPlainFile) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "item";
     std::ofstream(file) << "kept";
@@ -76,7 +76,7 @@ TEST(EnsureDirectoryExists, TakesAPlainFileForIt) {
     EXPECT_EQ(output.text(), "");
 }
 
-TEST(EnsureDirectoryExists, MakesTheMissingParentsToo) {
+TEST(EnsureDirectoryExists, CreatesMissingParents) {
     const TemporaryFolder folder;
     const auto path = folder.path() / "a/b ü/c";
     const CapturedOutput output;
@@ -89,9 +89,9 @@ TEST(EnsureDirectoryExists, MakesTheMissingParentsToo) {
     EXPECT_EQ(output.text(), "");
 }
 
-TEST(EnsureDirectoryExists, LogsWhyItCannot) {
+TEST(EnsureDirectoryExists, LogsTheReasonOfAFailure) {
     const CapturedOutput output;
-    // Where nobody can make a directory, whatever his rights.
+    // Not even root can create a directory there.
     EXPECT_FALSE(ensureDirectoryExists(url("/proc/orvalo/audio")));
     EXPECT_EQ(output.text(), "") << "The line waits for the main queue.";
     drainMainQueue();
@@ -105,7 +105,7 @@ TEST(EnsureDirectoryExists, LogsWhyItCannot) {
               "No such file or directory");
 }
 
-TEST(EnsureDirectoryExists, CannotBelowAPlainFile) {
+TEST(EnsureDirectoryExists, FailsBelowAPlainFile) {
     const TemporaryFolder folder;
     std::ofstream(folder.path() / "file") << "kept";
     const auto path = (folder.path() / "file/below").string();

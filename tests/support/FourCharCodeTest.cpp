@@ -5,7 +5,7 @@
 namespace orvalo {
 namespace {
 
-TEST(FourCharCode, ReadsFromTheMostSignificantByteOn) {
+TEST(FourCharCode, StartsWithTheMostSignificantByte) {
     EXPECT_EQ(stringValue(0x61756678), "aufx");
     EXPECT_EQ(stringValue(0x61756D66), "aumf");
     EXPECT_EQ(stringValue(0x6F72564C), "orVL");
@@ -16,7 +16,7 @@ TEST(FourCharCode, ZeroIsFourNULs) {
     EXPECT_EQ(stringValue(0), std::string(4, '\0'));
 }
 
-TEST(FourCharCode, NothingIsTrimmedOrEscaped) {
+TEST(FourCharCode, TrimsAndEscapesNothing) {
     EXPECT_EQ(stringValue(0x20092020), " \t  ");
     EXPECT_EQ(stringValue(0x410A0D7F), "A\n\r\x7f");
 }

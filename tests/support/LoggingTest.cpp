@@ -21,14 +21,14 @@ INSTANTIATE_TEST_SUITE_P(Both, Logging, ::testing::Values(&debugprint, &safeprin
                              return function.index == 0 ? "debugprint" : "safeprint";
                          });
 
-TEST_P(Logging, AnEmptyTextIsAnEmptyLine) {
+TEST_P(Logging, WritesAnEmptyLineForAnEmptyText) {
     const CapturedOutput output;
     log("");
     drainMainQueue();
     EXPECT_EQ(output.text(), "\n");
 }
 
-TEST_P(Logging, TheTextIsWrittenUnchanged) {
+TEST_P(Logging, WritesTheTextUnchanged) {
     const CapturedOutput output;
     const std::string text = "  one\n\ttwo\n%s \\ \x1b[0m ünï " + std::string(100'000, 'x') + ' ';
     log(text);
@@ -36,7 +36,7 @@ TEST_P(Logging, TheTextIsWrittenUnchanged) {
     EXPECT_EQ(output.text(), text + '\n');
 }
 
-TEST_P(Logging, TheCallerMayChangeItsTextAtOnce) {
+TEST_P(Logging, CopiesTheText) {
     const CapturedOutput output;
     std::string text = "a text that is too long for the object itself";
     log(text);
@@ -45,7 +45,7 @@ TEST_P(Logging, TheCallerMayChangeItsTextAtOnce) {
     EXPECT_EQ(output.text(), "a text that is too long for the object itself\n");
 }
 
-TEST_P(Logging, LinesOfABackgroundThreadKeepTheirOrder) {
+TEST_P(Logging, KeepsTheOrderOfABackgroundThreadsLines) {
     const CapturedOutput output;
     std::thread([] {
         log("first");
@@ -56,7 +56,7 @@ TEST_P(Logging, LinesOfABackgroundThreadKeepTheirOrder) {
     EXPECT_EQ(output.text(), "first\nsecond\n");
 }
 
-TEST_P(Logging, LinesOfManyThreadsNeverMix) {
+TEST_P(Logging, NeverMixesLinesOfManyThreads) {
     const CapturedOutput output;
     constexpr int kThreads = 4;
     constexpr int kLines = 50;
@@ -84,7 +84,7 @@ TEST_P(Logging, LinesOfManyThreadsNeverMix) {
     }
 }
 
-TEST_P(Logging, TheMainThreadsOwnWriteComesFirst) {
+TEST_P(Logging, WritesAfterTheCurrentItemOfTheMainQueue) {
     const CapturedOutput output;
     DispatchQueue::main()->async([] {
         log("queued");
@@ -95,7 +95,7 @@ TEST_P(Logging, TheMainThreadsOwnWriteComesFirst) {
     EXPECT_EQ(output.text(), "direct\nqueued\n");
 }
 
-TEST_P(Logging, LinesAreWrittenOnTheMainThreadOnly) {
+TEST_P(Logging, WritesOnTheMainThreadOnly) {
     const CapturedOutput output;
     log("waiting");
     EXPECT_EQ(output.text(), "") << "The main queue has not run yet.";

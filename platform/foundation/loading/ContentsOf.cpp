@@ -1,13 +1,15 @@
 #include "platform/foundation/loading/ContentsOf.h"
 
+#include <glib.h>
+
+#include <memory>
 #include <optional>
 #include <utility>
 #include <variant>
 
-#include "platform/foundation/HTTPURLResponse.h"
+#include "platform/foundation/FileContents.h"
 #include "platform/foundation/OneShot.h"
 #include "platform/foundation/URLRequest.h"
-#include "platform/foundation/loading/FileContents.h"
 #include "platform/foundation/loading/HTTPTransfer.h"
 #include "platform/foundation/loading/URLError.h"
 
@@ -16,6 +18,7 @@ namespace orvalo {
 namespace {
 
 constexpr std::int64_t firstErrorStatus = 400;  // RFC 9110, section 15.
+constexpr std::int64_t undecodableText = 261;   // Of the domain "NSCocoaErrorDomain".
 
 URLResult waitFor(const URLRequest& request, const URL& url) {
     std::optional<URLResult> result;
@@ -44,6 +47,15 @@ Data contentsOf(const URL& url) {
         throw urlError(URLErrorCode::resourceUnavailable, url);
     }
     return std::move(contents.data);
+}
+
+std::string textContentsOf(const URL& url) {
+    const auto content = contentsOf(url);
+    std::string text(content.begin(), content.end());
+    if (g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr) == FALSE) {
+        throw NSError("NSCocoaErrorDomain", undecodableText, url.path() + " is no text in UTF-8");
+    }
+    return text;
 }
 
 }  // namespace orvalo

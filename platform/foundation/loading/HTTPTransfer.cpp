@@ -5,15 +5,12 @@
 #include <limits>
 #include <utility>
 
-#include "platform/foundation/HTTPURLResponse.h"
 #include "platform/foundation/loading/LoadingThread.h"
 #include "platform/foundation/loading/URLError.h"
 
 namespace orvalo {
 
 namespace {
-
-using GErrorPointer = std::unique_ptr<GError, Release<g_error_free>>;
 
 guint milliseconds(double seconds) {
     constexpr double longest = std::numeric_limits<guint>::max();
@@ -38,7 +35,7 @@ SoupMessage* newMessage(const URL& url) {
     return soup_message_new_from_uri("GET", uri.get());
 }
 
-/// Where the answer came from, after redirections.
+/// The address of the response, after redirections.
 std::optional<URL> origin(SoupMessage* message) {
     const GText text(g_uri_to_string(soup_message_get_uri(message)));
     return URL::string(text.get());
@@ -50,7 +47,7 @@ void HTTPTransfer::start(const URLRequest& request, const URL& url, URLCompletio
     std::unique_ptr<HTTPTransfer> transfer(
         new HTTPTransfer(url, request.timeout(), std::move(completion)));
     LoadingThread::shared().perform([transfer = std::move(transfer)]() mutable {
-        transfer.release()->send();  // From here on it ends itself.
+        transfer.release()->send();  // It deletes itself from here on.
     });
 }
 
@@ -140,7 +137,7 @@ void HTTPTransfer::restartClock() {
         [](gpointer data) -> gboolean {
             auto* self = static_cast<HTTPTransfer*>(data);
             self->isTimedOut_ = true;
-            // Ends the operation under way, and this object with it.
+            // Ends the pending operation, which then deletes this object.
             g_cancellable_cancel(self->cancellable_);
             return G_SOURCE_REMOVE;
         },

@@ -7,7 +7,7 @@
 #include "platform/foundation/Data.h"
 #include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/URLRequest.h"
-#include "platform/foundation/loading/URLResult.h"
+#include "platform/foundation/loading/URLSession.h"
 
 using GAsyncResult = struct _GAsyncResult;  // NOLINT(bugprone-reserved-identifier): GLib's own.
 using GCancellable = struct _GCancellable;  // NOLINT(bugprone-reserved-identifier): GLib's own.
@@ -16,12 +16,12 @@ using SoupMessage = struct _SoupMessage;    // NOLINT(bugprone-reserved-identifi
 
 namespace orvalo {
 
-/// One request to a web server, redirections included. Works on the loading thread and ends its
-/// own life there.
+/// One request to a web server, with its redirections. Works on the loading thread and deletes
+/// itself there.
 class HTTPTransfer {
   public:
-    /// Starts a request and returns at once. Any thread but the loading thread, where the
-    /// completion is called, once, and must not wait. url: the request's.
+    /// Starts a request and returns at once. url: the request's. completion: called once, on the
+    /// loading thread; must not block. Any thread but the loading thread.
     static void start(const URLRequest& request, const URL& url, URLCompletion completion);
 
     ~HTTPTransfer();
@@ -35,7 +35,7 @@ class HTTPTransfer {
     void received(GAsyncResult* result);
     void read();
     void readMore(GAsyncResult* result);
-    /// Something came: the time-out counts from here.
+    /// The time-out counts from here again.
     void restartClock();
     void end(URLResult result);
     void fail(const GError& error);

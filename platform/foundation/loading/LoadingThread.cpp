@@ -3,6 +3,7 @@
 #include <libsoup/soup.h>
 #include <pthread.h>
 
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace orvalo {
 
 namespace {
 
-// What browsers have settled on for one server; a server that hangs holds up that many at most.
+// The usual number of web browsers; a server that hangs occupies six connections at most.
 constexpr int connectionsPerHost = 6;
 constexpr int connections = 10 * connectionsPerHost;
 
@@ -29,39 +30,26 @@ LoadingThread::LoadingThread() {
 }
 
 void LoadingThread::perform(WorkItem work) {
-    {
-        const std::lock_guard lock(mutex_);
-        items_.push_back(std::move(work));
-    }
-    g_main_context_invoke(
-        context_,
-        [](gpointer self) -> gboolean {
-            static_cast<LoadingThread*>(self)->runOne();
+    g_main_context_invoke_full(
+        context_, G_PRIORITY_DEFAULT,
+        [](gpointer item) -> gboolean {
+            (*static_cast<WorkItem*>(item))();
             return G_SOURCE_REMOVE;
         },
-        this);
+        std::make_unique<WorkItem>(std::move(work)).release(),
+        [](gpointer item) { delete static_cast<WorkItem*>(item); });
 }
 
 void LoadingThread::run() {
     pthread_setname_np(pthread_self(), "orvalo-loading");
     const auto loop = RunLoop::current();
     context_ = loop->context();
-    // No time-out of its own: each request has one.
+    // No time-out: each transfer has its own.
     session_ = soup_session_new_with_options("max-conns", connections, "max-conns-per-host",
                                              connectionsPerHost, "timeout", 0U, "user-agent",
                                              "Orvalo", "accept-language-auto", TRUE, nullptr);
     isReady_.signal();
     loop->run();
-}
-
-void LoadingThread::runOne() {
-    WorkItem work;
-    {
-        const std::lock_guard lock(mutex_);
-        work = std::move(items_.front());
-        items_.pop_front();
-    }
-    work();
 }
 
 }  // namespace orvalo

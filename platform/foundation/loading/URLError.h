@@ -10,7 +10,7 @@ using GError = struct _GError;  // NOLINT(bugprone-reserved-identifier): GLib's 
 
 namespace orvalo {
 
-/// Why an address could not be loaded: the codes of the domain "NSURLErrorDomain".
+/// Why an address could not be loaded. The codes of the domain "NSURLErrorDomain".
 enum class URLErrorCode : std::int64_t {
     unknown = -1,
     badURL = -1000,
@@ -27,9 +27,9 @@ enum class URLErrorCode : std::int64_t {
     serverCertificateUntrusted = -1202,
 };
 
-/// The error of that code; its sentence begins with the address, or "nil".
+/// The error of that code. Its text begins with the address, or "nil".
 NSError urlError(URLErrorCode code, const std::optional<URL>& url);
-/// What an error of the HTTP client means.
+/// The error for one of the HTTP client. Its text begins with the address.
 NSError urlError(const GError& error, const URL& url);
 
 }  // namespace orvalo

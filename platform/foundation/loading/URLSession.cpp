@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/foundation/DispatchQueue.h"
-#include "platform/foundation/loading/FileContents.h"
+#include "platform/foundation/FileContents.h"
 #include "platform/foundation/loading/HTTPTransfer.h"
 #include "platform/foundation/loading/URLError.h"
 
@@ -25,12 +25,12 @@ URLResult localResult(const std::optional<URL>& url) {
 }  // namespace
 
 const std::shared_ptr<URLSession>& URLSession::shared() {
-    // Lives until the process ends, as the threads that use it do.
+    // Lives until the process ends: other threads may still use it meanwhile.
     static const auto& session = *new std::shared_ptr<URLSession>(std::make_shared<URLSession>());
     return session;
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): it is asked of a session.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): given as the session's.
 void URLSession::data(const URLRequest& for_, URLCompletion completion) {
     if (!for_.url || for_.url->isFileURL()) {
         DispatchQueue::global()->async(

@@ -1,5 +1,5 @@
-// Two stereo effects for the tests. Each halves its input. The first has a MIDI output and sends a
-// note at frame 512 of its life and a program change, of two bytes, at frame 1024.
+// Two stereo effects that halve their input. The first has a MIDI output: it sends a note at frame
+// 512 and a program change, of two bytes, at frame 1024.
 
 #include <lv2/atom/atom.h>
 #include <lv2/core/lv2.h>

@@ -20,7 +20,7 @@ class BundleTest : public ::testing::Test {
     Bundle bundle_{URL::fileURLWithPath(folder_.path().string())};
 };
 
-TEST_F(BundleTest, HasResourcesOnlyWhereAFolderIs) {
+TEST_F(BundleTest, HasResourcesOnlyWhenTheFolderExists) {
     EXPECT_EQ(bundle_.resourceURL(), std::nullopt);
     fs::create_directories(folder_.path() / "share");
     std::ofstream(resources()) << "a file";
@@ -40,16 +40,16 @@ TEST_F(BundleTest, FindsAResourceFileByNameAndExtension) {
     EXPECT_EQ(bundle_.url("folder", "m4a"), std::nullopt);
 }
 
-TEST_F(BundleTest, NamesTheEffectsFolderWhetherItIsThereOrNot) {
+TEST_F(BundleTest, ReturnsTheEffectsFolderEvenIfItIsMissing) {
     EXPECT_EQ(bundle_.effectsURL().path(), (folder_.path() / "lib/lv2").string());
 }
 
-TEST_F(BundleTest, NamesAHelperProgramWhetherItIsThereOrNot) {
+TEST_F(BundleTest, ReturnsAHelperProgramEvenIfItIsMissing) {
     EXPECT_EQ(bundle_.helperURL("servant").path(),
               (folder_.path() / "libexec/orvalo/servant").string());
 }
 
-TEST(MainBundle, StandsAroundTheRunningProgram) {
+TEST(MainBundle, IsFoundFromTheRunningProgram) {
     const auto program = fs::canonical("/proc/self/exe");
     const auto prefix = program.parent_path().parent_path();
     EXPECT_EQ(Bundle::main()->effectsURL().path(), (prefix / "lib/lv2").string());

@@ -5,7 +5,7 @@
 namespace orvalo {
 namespace {
 
-TEST(CGRect, ARectangleInStandardFormMeasuresAsItStands) {
+TEST(CGRect, KeepsARectangleInStandardForm) {
     const CGRect rectangle(10, -20, 30.5, 0);
     EXPECT_EQ(rectangle.minX(), 10);
     EXPECT_EQ(rectangle.minY(), -20);
@@ -13,7 +13,7 @@ TEST(CGRect, ARectangleInStandardFormMeasuresAsItStands) {
     EXPECT_EQ(rectangle.height(), 0);
 }
 
-TEST(CGRect, NegativeExtentsReachToTheLeftAndUp) {
+TEST(CGRect, NegativeSizesExtendToTheLeftAndUp) {
     const CGRect rectangle(0, 7, -50, -9);
     EXPECT_EQ(rectangle.minX(), -50);
     EXPECT_EQ(rectangle.minY(), -2);

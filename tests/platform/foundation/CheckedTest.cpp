@@ -12,14 +12,14 @@ namespace {
 constexpr auto highest = std::numeric_limits<std::int64_t>::max();
 constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
 
-TEST(Checked, CalculatesUpToTheEnds) {
+TEST(Checked, CalculatesUpToTheLimits) {
     EXPECT_EQ(checkedAdd<std::int64_t>(highest - 1, 1), highest);
     EXPECT_EQ(checkedSubtract<std::int64_t>(lowest + 1, 1), lowest);
     EXPECT_EQ(checkedMultiply<std::int64_t>(lowest / 2, 2), lowest);
     EXPECT_EQ(checkedAdd<std::uint8_t>(254, 1), 255);
 }
 
-TEST(Checked, KeepsANumberInAnotherType) {
+TEST(Checked, ConvertsANumberThatFits) {
     EXPECT_EQ((exactly<std::uint8_t>(std::int64_t{255})), 255);
     EXPECT_EQ((exactly<std::int8_t>(std::int64_t{-128})), -128);
     EXPECT_EQ((exactly<std::int64_t>(std::uint64_t{7})), 7);
@@ -34,7 +34,7 @@ TEST(CheckedDeathTest, EndsTheProgramInsteadOfWrapping) {
                 "^Fatal error: Integer overflow in a multiplication.\n$");
 }
 
-TEST(CheckedDeathTest, EndsTheProgramInsteadOfCuttingANumber) {
+TEST(CheckedDeathTest, EndsTheProgramInsteadOfTruncating) {
     EXPECT_EXIT((exactly<std::uint8_t>(std::int64_t{256})), ::testing::KilledBySignal(SIGABRT),
                 "^Fatal error: An integer does not fit its type.\n$");
     EXPECT_EXIT((exactly<std::uint64_t>(std::int64_t{-1})), ::testing::KilledBySignal(SIGABRT),

@@ -15,7 +15,7 @@ namespace orvalo::testing {
 
 namespace {
 
-/// What the loop's next turn would wait for.
+/// The descriptors that the next turn would poll.
 std::vector<GPollFD> pollsOf(GMainContext* context) {
     gint priority = 0;
     gint timeout = 0;

@@ -4,9 +4,9 @@
 
 namespace orvalo::testing {
 
-/// Waits, without serving it, until so many timers of the calling thread's run loop are due: the
-/// next turn then fires them all. That their time is over does not say as much, because the kernel
-/// may be late on the processor on which one of them was started. False when they never are.
+/// Waits, without running it, until that many timers of the calling thread's run loop are due: the
+/// next turn then fires them all. Waiting for their time alone is not enough, because the kernel
+/// may expire them late. Returns false when they do not become due.
 bool waitUntilDue(std::size_t timers);
 
 }  // namespace orvalo::testing

@@ -29,7 +29,7 @@ TEST(FatalErrorDeathTest, WritesOneLineAndAborts) {
                 "^Fatal error: The message.\n$");
 }
 
-TEST(FatalErrorDeathTest, ServesEveryThread) {
+TEST(FatalErrorDeathTest, WorksOnEveryThread) {
     EXPECT_EXIT(std::thread([] { fatalError("From elsewhere."); }).join(),
                 ::testing::KilledBySignal(SIGABRT), "^Fatal error: From elsewhere.\n$");
 }
@@ -44,7 +44,7 @@ TEST(FatalErrorDeathTest, FlushesStandardOutputFirst) {
         ::testing::KilledBySignal(SIGABRT), "^pending\\|Fatal error: x\n$");
 }
 
-TEST(FatalErrorDeathTest, AbortsAlthoughStandardOutputIsAClosedPipe) {
+TEST(FatalErrorDeathTest, AbortsWhenStandardOutputIsAClosedPipe) {
     EXPECT_EXIT(
         {
             closePipeBehindStandardOutput();

@@ -44,7 +44,7 @@ class FileManagerTest : public ::testing::Test {
     FileManager& files_ = FileManager::default_();
 };
 
-TEST_F(FileManagerTest, SeesItemsOfEveryKind) {
+TEST_F(FileManagerTest, FindsItemsOfEveryKind) {
     EXPECT_FALSE(files_.fileExists(path("nothing")));
     EXPECT_FALSE(files_.fileExists(""));
     EXPECT_TRUE(files_.fileExists(folder_.path().string()));
@@ -69,7 +69,7 @@ TEST_F(FileManagerTest, CreatesADirectoryWithTheDefaultPermissions) {
     EXPECT_EQ(fs::status(path("new")).permissions(), fs::perms(0750));
 }
 
-TEST_F(FileManagerTest, WithoutParentsNeedsThemAndANewName) {
+TEST_F(FileManagerTest, FailsWithoutParentsOrForAnExistingDirectory) {
     const auto orphan = failureOfCreating("a/b", false);
     ASSERT_TRUE(orphan);
     EXPECT_EQ(orphan->localizedDescription(), path("a/b") + ": No such file or directory");
@@ -79,7 +79,7 @@ TEST_F(FileManagerTest, WithoutParentsNeedsThemAndANewName) {
     EXPECT_EQ(second->localizedDescription(), path("a") + ": File exists");
 }
 
-TEST_F(FileManagerTest, SaysThatAParentIsAFile) {
+TEST_F(FileManagerTest, ReportsThatAParentIsAFile) {
     std::ofstream(path("file")) << "x";
     const auto error = failureOfCreating("file/below", true);
     ASSERT_TRUE(error);
@@ -88,11 +88,11 @@ TEST_F(FileManagerTest, SaysThatAParentIsAFile) {
     EXPECT_EQ(error->localizedDescription(), path("file/below") + ": Not a directory");
 }
 
-TEST_F(FileManagerTest, SaysThatPermissionIsMissing) {
+TEST_F(FileManagerTest, ReportsMissingPermission) {
     fs::permissions(folder_.path(), fs::perms(0555));
     std::optional<NSError> error;
     std::thread([&] {
-        // The system call, unlike the library's function, takes root's powers from one thread.
+        // The system call changes one thread only, setresuid() all threads.
         constexpr uid_t nobody = 65534;
         if (geteuid() == 0) {
             syscall(SYS_setresuid, -1, nobody, -1);
@@ -111,8 +111,7 @@ TEST_F(FileManagerTest, CreatesNothingOnTheWeb) {
     EXPECT_EQ(error->localizedDescription(), "https://example.org/a: Invalid argument");
 }
 
-/// Ends the process with the documents directory on standard error, of a user whose configuration
-/// says so.
+/// Prints the documents directory for that user-dirs.dirs to standard error and ends the process.
 [[noreturn]] void reportDocuments(const std::string& settings) {
     const auto home = orvalo::testing::ProgramFolder::makeFolder() / "home";
     fs::create_directories(home / "settings");
@@ -129,12 +128,12 @@ TEST_F(FileManagerTest, CreatesNothingOnTheWeb) {
     std::_Exit(0);
 }
 
-TEST(DocumentsDeathTest, AreWhereTheDesktopSays) {
+TEST(DocumentsDeathTest, AreTheDesktopsDocumentsFolder) {
     EXPECT_EXIT(reportDocuments("XDG_DOCUMENTS_DIR=\"$HOME/My Texts\"\n"),
                 ::testing::ExitedWithCode(0), "^/.*/home/My Texts\n$");
 }
 
-TEST(DocumentsDeathTest, AreTheHomeDirectoryOtherwise) {
+TEST(DocumentsDeathTest, DefaultToTheHomeDirectory) {
     EXPECT_EXIT(reportDocuments(""), ::testing::ExitedWithCode(0), "^/.*/home\n$");
 }
 

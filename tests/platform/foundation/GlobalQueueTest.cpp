@@ -16,8 +16,8 @@
 namespace orvalo {
 namespace {
 
-TEST(GlobalQueue, RunsItemsSideBySideOffTheMainThread) {
-    // Each waits for all the others, so they end only if all of them run at once.
+TEST(GlobalQueue, RunsItemsConcurrentlyOffTheMainThread) {
+    // Each item waits for all others, so they end only when all run concurrently.
     constexpr int items = 64;
     std::barrier together(items);
     std::latch ended(items);

@@ -68,8 +68,8 @@ TEST_P(MainQueueOfManyThreads, KeepsEachThreadsOrder) {
 
 INSTANTIATE_TEST_SUITE_P(Threads, MainQueueOfManyThreads, ::testing::Values(1, 2, 8));
 
-TEST(MainQueue, LosesNothingThatWaits) {
-    // More than are made beforehand.
+TEST(MainQueue, LosesNoWaitingItem) {
+    // More than the pool of nodes.
     constexpr int items = 40'000;
     int next = 0;
     for (int item = 0; item < items; ++item) {
@@ -102,13 +102,13 @@ TEST(MainQueue, RunsOneItemATurn) {
     EXPECT_EQ(turnOfItem, (std::vector{first, first + 1, first + 2, first + 3, first + 4}));
 }
 
-/// Says each time when the default context is about to sleep without a limit.
+/// Released each time before the default context polls without a timeout.
 std::counting_semaphore<>& sleeping() {
     static std::counting_semaphore<> semaphore(0);
     return semaphore;
 }
 
-gint pollAndTell(GPollFD* descriptors, guint count, gint timeout) {
+gint signalAndPoll(GPollFD* descriptors, guint count, gint timeout) {
     if (timeout < 0) {
         sleeping().release();
     }
@@ -117,8 +117,8 @@ gint pollAndTell(GPollFD* descriptors, guint count, gint timeout) {
 
 TEST(MainQueue, WakesASleepingRunLoop) {
     constexpr int rounds = 500;
-    g_main_context_set_poll_func(nullptr, pollAndTell);
-    // On a loop without the deadline's source, so that only the queue can wake it.
+    g_main_context_set_poll_func(nullptr, signalAndPoll);
+    // run() without a deadline: only the queue can wake the loop.
     int ran = 0;
     std::thread submitter([&] {
         for (int round = 0; round < rounds; ++round) {
@@ -136,13 +136,13 @@ TEST(MainQueue, WakesASleepingRunLoop) {
     EXPECT_EQ(ran, rounds);
 }
 
-struct TellsItsEnd {
-    explicit TellsItsEnd(std::vector<std::string>& told) : told_(&told) {}
-    TellsItsEnd(TellsItsEnd&& other) noexcept : told_(std::exchange(other.told_, nullptr)) {}
-    TellsItsEnd(const TellsItsEnd&) = delete;
-    TellsItsEnd& operator=(const TellsItsEnd&) = delete;
-    TellsItsEnd& operator=(TellsItsEnd&&) = delete;
-    ~TellsItsEnd() {
+struct RecordsItsEnd {
+    explicit RecordsItsEnd(std::vector<std::string>& told) : told_(&told) {}
+    RecordsItsEnd(RecordsItsEnd&& other) noexcept : told_(std::exchange(other.told_, nullptr)) {}
+    RecordsItsEnd(const RecordsItsEnd&) = delete;
+    RecordsItsEnd& operator=(const RecordsItsEnd&) = delete;
+    RecordsItsEnd& operator=(RecordsItsEnd&&) = delete;
+    ~RecordsItsEnd() {
         if (told_ != nullptr) {
             told_->emplace_back(RunLoop::isMainThread() ? "end" : "end elsewhere");
         }
@@ -156,14 +156,14 @@ struct TellsItsEnd {
 TEST(MainQueue, DestroysAClosureAfterItsRunOnTheMainThread) {
     std::vector<std::string> told;
     std::thread([&] {
-        DispatchQueue::main()->async(TellsItsEnd(told));
-        DispatchQueue::main()->async(TellsItsEnd(told));
+        DispatchQueue::main()->async(RecordsItsEnd(told));
+        DispatchQueue::main()->async(RecordsItsEnd(told));
     }).join();
     EXPECT_TRUE(waitUntil([&] { return told.size() == 4; }));
     EXPECT_EQ(told, (std::vector<std::string>{"run", "end", "run", "end"}));
 }
 
-TEST(MainQueue, TakesLargeClosuresAndThoseThatOnlyMove) {
+TEST(MainQueue, AcceptsLargeAndMoveOnlyClosures) {
     std::array<int, 100> numbers{};
     numbers.back() = 3;
     int sum = 0;

@@ -7,7 +7,7 @@
 namespace orvalo {
 namespace {
 
-TEST(NSError, CarriesWhatItWasGiven) {
+TEST(NSError, KeepsItsArguments) {
     const NSError error("com.example", -7, "It broke.");
     EXPECT_EQ(error.domain(), "com.example");
     EXPECT_EQ(error.code(), -7);
@@ -15,7 +15,7 @@ TEST(NSError, CarriesWhatItWasGiven) {
     EXPECT_EQ(error.description(), "Error Domain=com.example Code=-7 \"It broke.\"");
 }
 
-TEST(NSError, NamesTheCulpritOfTheCLibrary) {
+TEST(NSError, PutsTheCulpritBeforeTheLibrarysText) {
     const auto error = NSError::posix(ENOENT, "/a/b");
     EXPECT_EQ(error.domain(), "NSPOSIXErrorDomain");
     EXPECT_EQ(error.code(), ENOENT);

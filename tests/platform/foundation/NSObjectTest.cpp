@@ -13,14 +13,14 @@ class Thing : public NSObject {
     std::weak_ptr<Thing> weakSelf() { return weak(this); }
 };
 
-TEST(NSObject, SharesItselfUnderItsOwnClass) {
+TEST(NSObject, SharesItselfAsItsOwnClass) {
     auto thing = std::make_shared<Thing>();
     auto again = thing->strongSelf();
     EXPECT_EQ(again, thing);
     EXPECT_EQ(thing.use_count(), 2);
 }
 
-TEST(NSObject, DoesNotLiveFromWeakReferences) {
+TEST(NSObject, IsNotKeptAliveByWeakReferences) {
     auto thing = std::make_shared<Thing>();
     const auto weak = thing->weakSelf();
     EXPECT_EQ(thing.use_count(), 1);

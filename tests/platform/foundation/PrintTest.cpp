@@ -81,8 +81,8 @@ TEST(Print, WritesTheTextUnchangedAndALineFeed) {
     EXPECT_EQ(output.text(), "A line.\n\ntwo\nlines\n\nnul \0, \xff, %s\n"sv);
 }
 
-TEST(Print, IsOneWrite) {
-    // A pipe in packet mode gives each write back by itself.
+TEST(Print, WritesALineWithOneCall) {
+    // A pipe in packet mode returns each write separately.
     const Pipe pipe(O_DIRECT);
     {
         const RedirectedDescriptor redirected(STDOUT_FILENO, pipe.writer());
@@ -100,7 +100,7 @@ class PrintOfManyThreads : public ::testing::TestWithParam<int> {};
 TEST_P(PrintOfManyThreads, NeverMixesLines) {
     constexpr int threads = 8;
     constexpr int linesEach = 100;
-    constexpr std::size_t length = 10'000;  // Above what a pipe takes in one piece.
+    constexpr std::size_t length = 10'000;  // Above the size of atomic pipe writes.
     Pipe pipe(GetParam());
     fcntl(pipe.reader(), F_SETFL, 0);
     std::string text;
@@ -152,7 +152,7 @@ TEST(Print, IgnoresAClosedPipe) {
     EXPECT_EQ(output.text(), "and on\n");
 }
 
-TEST(Print, KeepsAPipeSignalThatWasPending) {
+TEST(Print, KeepsAPendingPipeSignal) {
     Pipe pipe(0);
     pipe.closeReader();
     sigset_t pipeSignal;
@@ -172,7 +172,7 @@ TEST(Print, KeepsAPipeSignalThatWasPending) {
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
-TEST(PrintDeathTest, LeavesTheProcessItsOwnPipeSignal) {
+TEST(PrintDeathTest, KeepsTheProcessDefaultForPipeSignals) {
     EXPECT_EXIT(
         {
             Pipe pipe(0);

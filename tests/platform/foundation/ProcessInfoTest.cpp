@@ -14,7 +14,7 @@
 namespace orvalo {
 namespace {
 
-TEST(ProcessInfo, KnowsThisProcess) {
+TEST(ProcessInfo, DescribesThisProcess) {
     const auto& info = ProcessInfo::processInfo();
     EXPECT_EQ(info.processName(), "foundation_test");
     EXPECT_EQ(info.processIdentifier(), getpid());
@@ -52,7 +52,7 @@ TEST(ProcessInfo, GloballyUniqueStringsOfManyThreadsDiffer) {
     EXPECT_EQ(seen.size(), 4 * kEach);
 }
 
-TEST(ProcessInfo, AForkHasGloballyUniqueStringsOfItsOwn) {
+TEST(ProcessInfo, AForkReturnsOtherGloballyUniqueStrings) {
     ProcessInfo::processInfo().globallyUniqueString();
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);

@@ -18,7 +18,7 @@ using orvalo::testing::waitUntil;
 
 constexpr int room = 16'384;
 
-/// Submits from a thread that renders; the closures count.
+/// Submits counting closures from a thread inside a RealTimeScope.
 void submitInRealTime(int items, int& runs) {
     std::thread([&] {
         const RealTimeScope scope;
@@ -39,18 +39,18 @@ TEST(MainQueueInRealTime, DoesNotAllocate) {
     EXPECT_TRUE(waitUntil([&] { return runs == room; }));
 }
 
-TEST(MainQueueInRealTime, DropsCountsAndReportsWhatFindsNoRoom) {
+TEST(MainQueueInRealTime, DropsAndReportsItemsBeyondTheLimit) {
     const CapturedOutput output(2);
     for (const int surplus : {5, 1}) {
         int runs = 0;
         submitInRealTime(room + surplus, runs);
-        // What comes from elsewhere still has room, behind what waits.
+        // Other threads can still submit items.
         bool ranLast = false;
         DispatchQueue::main()->async([&] { ranLast = runs == room; });
         EXPECT_TRUE(waitUntil([&] { return ranLast; }));
         const auto reported = [&] { return output.text().find(dropped(surplus)); };
         EXPECT_TRUE(waitUntil([&] { return reported() != std::string::npos; }));
-        // The list then starts from a node of the pool again.
+        // The list starts from a node of the pool again.
         bool ranAlone = false;
         DispatchQueue::main()->async([&] { ranAlone = true; });
         EXPECT_TRUE(waitUntil([&] { return ranAlone; }));

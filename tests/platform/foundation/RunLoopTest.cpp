@@ -29,13 +29,13 @@ void inATurn(void (*operation)()) {
     g_source_unref(source);
 }
 
-TEST(RunLoop, OfTheMainThreadIsTheDefaultContext) {
+TEST(RunLoop, UsesTheDefaultContextOnTheMainThread) {
     EXPECT_TRUE(RunLoop::isMainThread());
     EXPECT_EQ(RunLoop::main()->context(), g_main_context_default());
     EXPECT_EQ(RunLoop::current(), RunLoop::main());
 }
 
-TEST(RunLoop, OfAnotherThreadIsItsOwn) {
+TEST(RunLoop, UsesAnotherContextOnEveryOtherThread) {
     std::thread([] {
         EXPECT_FALSE(RunLoop::isMainThread());
         const auto own = RunLoop::current();
@@ -47,7 +47,7 @@ TEST(RunLoop, OfAnotherThreadIsItsOwn) {
     }).join();
 }
 
-TEST(RunLoop, GoesWithItsThread) {
+TEST(RunLoop, IsDestroyedWithItsThread) {
     std::weak_ptr<RunLoop> loop;
     std::thread([&] { loop = RunLoop::current(); }).join();
     EXPECT_TRUE(loop.expired());
@@ -67,7 +67,7 @@ TEST(RunLoop, StopsAfterTheTurn) {
 }
 
 TEST(RunLoop, StopsFromAnotherThread) {
-    // The turn that asks for the stop runs inside run(), so the stop cannot come too early.
+    // Requested inside run(), so that the stop cannot come before run().
     inATurn([] { DispatchQueue::global()->async([] { RunLoop::main()->stop(); }); });
     RunLoop::main()->run();
 }
@@ -86,7 +86,7 @@ TEST(RunLoop, StopsTheInnermostRun) {
     EXPECT_EQ(ended, 1);
 }
 
-TEST(RunLoop, ForgetsAStopThatNothingRan) {
+TEST(RunLoop, IgnoresAStopWhileNothingRuns) {
     std::thread([] {
         static bool hadATurn;
         hadATurn = false;
@@ -100,7 +100,7 @@ TEST(RunLoop, ForgetsAStopThatNothingRan) {
     }).join();
 }
 
-TEST(RunLoop, ServesNothingWhenTheConditionHolds) {
+TEST(RunLoop, DispatchesNothingWhenTheConditionHolds) {
     std::thread([] {
         static bool hadATurn;
         hadATurn = false;
@@ -111,7 +111,7 @@ TEST(RunLoop, ServesNothingWhenTheConditionHolds) {
     }).join();
 }
 
-TEST(RunLoop, LooksAtTheConditionAfterEveryTurn) {
+TEST(RunLoop, ChecksTheConditionAfterEveryTurn) {
     std::thread([] {
         static int turns;
         turns = 0;
@@ -124,7 +124,7 @@ TEST(RunLoop, LooksAtTheConditionAfterEveryTurn) {
     }).join();
 }
 
-TEST(RunLoop, GivesUpAtTheDeadlineWithoutTurningIdly) {
+TEST(RunLoop, TimesOutWithoutBusyWaiting) {
     const auto start = std::chrono::steady_clock::now();
     int looks = 0;
     EXPECT_FALSE(RunLoop::current()->run(
@@ -138,7 +138,7 @@ TEST(RunLoop, GivesUpAtTheDeadlineWithoutTurningIdly) {
     EXPECT_FALSE(RunLoop::current()->run([] { return false; }, -1ms));
 }
 
-TEST(RunLoop, IsNotStoppedWhileItWaitsForACondition) {
+TEST(RunLoop, IgnoresStopWhileItWaitsForACondition) {
     inATurn([] {
         RunLoop::current()->stop();
         inATurn([] { RunLoop::current()->stop(); });

@@ -84,7 +84,7 @@ TEST_P(SerialQueueOfManyThreads, RunsOneItemAtATimeAndLosesNone) {
 
 INSTANTIATE_TEST_SUITE_P(Threads, SerialQueueOfManyThreads, ::testing::Values(2, 8));
 
-TEST(SerialQueue, SyncTakesItsTurnAmongTheOthers) {
+TEST(SerialQueue, SyncKeepsTheOrderOfTheQueue) {
     const auto queue = DispatchQueue::serial("com.example.queue");
     std::vector<std::string> order;
     std::latch go(1);
@@ -94,7 +94,7 @@ TEST(SerialQueue, SyncTakesItsTurnAmongTheOthers) {
     });
     queue->async([&] {
         order.emplace_back("before, too");
-        // Comes in while the sync holds its place, or after it.
+        // Submitted while the sync waits, or after it.
         queue->async([&] { order.emplace_back("after"); });
     });
     std::thread submitter([&] { go.count_down(); });
@@ -107,7 +107,7 @@ TEST(SerialQueue, SyncTakesItsTurnAmongTheOthers) {
     queue->sync([&] { EXPECT_EQ(order.size(), 3U); });
 }
 
-TEST(SerialQueue, IsKeptByItsItems) {
+TEST(SerialQueue, IsKeptAliveByItsItems) {
     constexpr int items = 100;
     auto queue = DispatchQueue::serial("com.example.queue");
     const std::weak_ptr<DispatchQueue> watched = queue;
@@ -123,7 +123,7 @@ TEST(SerialQueue, IsKeptByItsItems) {
     ended.wait();
 }
 
-TEST(SerialQueue, SyncWorkMayDropTheQueue) {
+TEST(SerialQueue, SyncWorkMayDropTheLastReference) {
     auto queue = DispatchQueue::serial("com.example.queue");
     const std::weak_ptr<DispatchQueue> watched = queue;
     auto* bare = queue.get();

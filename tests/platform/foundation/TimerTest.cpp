@@ -26,12 +26,12 @@ using orvalo::testing::waitUntilDue;
 
 using Fired = const std::shared_ptr<Timer>&;
 
-/// Keeps the thread busy, as a heavy block does.
+/// Keeps the thread busy.
 void load(std::chrono::milliseconds time) {
     std::this_thread::sleep_for(time);
 }
 
-TEST(Timer, FiresAgainAndAgainOnTheThreadThatStartedIt) {
+TEST(Timer, FiresRepeatedlyOnTheThreadThatStartedIt) {
     int firings = 0;
     const auto timer = Timer::scheduledTimer(0.001, [&](Fired fired) {
         EXPECT_TRUE(RunLoop::isMainThread());
@@ -53,7 +53,7 @@ TEST(Timer, FiresAgainAndAgainOnTheThreadThatStartedIt) {
     }).join();
 }
 
-TEST(Timer, HandsItselfToItsBlock) {
+TEST(Timer, PassesItselfToItsBlock) {
     std::shared_ptr<Timer> seen;
     const auto timer = Timer::scheduledTimer(0.001, [&](Fired fired) { seen = fired; });
     EXPECT_TRUE(waitUntil([&] { return seen != nullptr; }));
@@ -61,7 +61,7 @@ TEST(Timer, HandsItselfToItsBlock) {
     timer->invalidate();
 }
 
-TEST(Timer, FiresNeverBeforeItsTime) {
+TEST(Timer, NeverFiresEarly) {
     const auto start = Clock::now();
     int firings = 0;
     const auto timer = Timer::scheduledTimer(0.02, [&](Fired) {
@@ -72,7 +72,7 @@ TEST(Timer, FiresNeverBeforeItsTime) {
     timer->invalidate();
 }
 
-TEST(Timer, MakesUpForMissedPeriodsByOneFiring) {
+TEST(Timer, CoalescesMissedPeriods) {
     constexpr auto interval = 20ms;
     const auto start = Clock::now();
     int firings = 0;
@@ -85,15 +85,15 @@ TEST(Timer, MakesUpForMissedPeriodsByOneFiring) {
         }
     });
     EXPECT_TRUE(waitUntil([&] { return !timer->isValid(); }));
-    // One firing at 1 period, one for those at 2, 3 and 4, late, and the next at 5 at the earliest;
-    // firings for each of them would be over at 4.5.
+    // One firing after period 1, a late one for periods 2 to 4, the next after period 5. One firing
+    // for each missed period would end before period 5.
     EXPECT_EQ(firings, 3);
     EXPECT_GE(Clock::now() - start, 5 * interval);
 }
 
 TEST(Timer, DoesNotDrift) {
-    // After a late firing the next one stands where it always stood, so the time between the two is
-    // short. A timer that counts from its firings never has a gap below its interval.
+    // After a late firing the next one keeps its time, so the gap between the two is short. A timer
+    // that drifts never has a gap below its interval.
     constexpr auto interval = 20ms;
     auto shortest = Clock::duration::max();
     auto last = Clock::time_point::min();
@@ -114,7 +114,7 @@ TEST(Timer, DoesNotDrift) {
 
 class TimerWithOddInterval : public ::testing::TestWithParam<double> {};
 
-TEST_P(TimerWithOddInterval, FiresEveryTenthOfAMillisecond) {
+TEST_P(TimerWithOddInterval, IsClampedToATenthOfAMillisecond) {
     const auto start = Clock::now();
     int firings = 0;
     const auto timer = Timer::scheduledTimer(GetParam(), [&](Fired) { ++firings; });
@@ -128,7 +128,7 @@ INSTANTIATE_TEST_SUITE_P(Values, TimerWithOddInterval,
                                            std::numeric_limits<double>::quiet_NaN(),
                                            -std::numeric_limits<double>::infinity()));
 
-TEST(Timer, WithAnEndlessIntervalDoesNotFire) {
+TEST(Timer, DoesNotFireWithAnInfiniteInterval) {
     int firings = 0;
     int others = 0;
     const auto timer =
@@ -140,7 +140,7 @@ TEST(Timer, WithAnEndlessIntervalDoesNotFire) {
     other->invalidate();
 }
 
-TEST(Timer, IsKeptByTheRunLoopUntilInvalidated) {
+TEST(Timer, IsKeptAliveByTheRunLoopUntilInvalidated) {
     int firings = 0;
     auto held = std::make_shared<int>();
     std::weak_ptr<Timer> timer =
@@ -152,7 +152,7 @@ TEST(Timer, IsKeptByTheRunLoopUntilInvalidated) {
     EXPECT_TRUE(timer.expired());
 }
 
-TEST(Timer, FiresNoMoreOnceInvalidated) {
+TEST(Timer, DoesNotFireAfterInvalidate) {
     int firings = 0;
     int others = 0;
     const auto timer = Timer::scheduledTimer(0.001, [&](Fired) { ++firings; });
@@ -165,7 +165,7 @@ TEST(Timer, FiresNoMoreOnceInvalidated) {
     other->invalidate();
 }
 
-TEST(Timer, InvalidatedInsideItsBlockReleasesItAfterItsReturn) {
+TEST(Timer, DestroysItsBlockAfterTheReturnWhenInvalidatedInsideIt) {
     auto held = std::make_shared<int>();
     const std::weak_ptr<int> watched = held;
     bool returned = false;
@@ -187,7 +187,7 @@ struct Owner {
     int value = 1;
 };
 
-TEST(Timer, SurvivesTheLastOutsideReferenceGoingInsideItsBlock) {
+TEST(Timer, MayLoseItsLastReferenceInsideItsBlock) {
     auto owner = std::make_shared<Owner>();
     const std::weak_ptr<Owner> watched = owner;
     int seen = 0;
@@ -201,7 +201,7 @@ TEST(Timer, SurvivesTheLastOutsideReferenceGoingInsideItsBlock) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(Timer, MayBeInvalidatedByWhatItsBlockHeld) {
+TEST(Timer, MayBeInvalidatedByADestructorOfItsBlock) {
     struct Holder {
         std::shared_ptr<Timer> timer;
         bool* wasReleased = nullptr;
@@ -220,7 +220,7 @@ TEST(Timer, MayBeInvalidatedByWhatItsBlockHeld) {
     EXPECT_TRUE(wasReleased);
 }
 
-TEST(Timer, StartsOthersInsideItsBlock) {
+TEST(Timer, CanStartTimersInsideItsBlock) {
     std::vector<std::shared_ptr<Timer>> started;
     int firings = 0;
     const auto timer = Timer::scheduledTimer(0.001, [&](Fired fired) {
@@ -250,7 +250,7 @@ TEST(Timer, FiresInStartOrderWhenDueTogether) {
     EXPECT_EQ(order, (std::vector{0, 1, 2, 3, 4}));
 }
 
-TEST(Timer, InvalidatedByAnotherOneOfTheSameTurnDoesNotFire) {
+TEST(Timer, DoesNotFireWhenInvalidatedInTheSameTurn) {
     std::shared_ptr<Timer> second;
     int seconds = 0;
     int thirds = 0;
@@ -264,7 +264,7 @@ TEST(Timer, InvalidatedByAnotherOneOfTheSameTurnDoesNotFire) {
     third->invalidate();
 }
 
-TEST(Timer, GoesWithItsThread) {
+TEST(Timer, IsInvalidatedAtItsThreadsEnd) {
     auto held = std::make_shared<int>();
     std::shared_ptr<Timer> timer;
     std::thread([&] {

@@ -19,7 +19,7 @@ TEST(URL, KeepsTheTextOfAWebAddress) {
     EXPECT_EQ(URL::string("http://[::1]:80/x")->path(), "/x");
 }
 
-TEST(URL, RefusesWhatIsNoAddress) {
+TEST(URL, RefusesTextThatIsNoAddress) {
     for (const auto* text :
          {"", "no address", "example.org", "/a/b", "http://a b/", "http://a/%zz", "http://a:99999/",
           "http://a/\xc3\xa4", "1:2", "file:a", "file://elsewhere/a", "http://a/\n"}) {
@@ -44,7 +44,7 @@ TEST(URL, EscapesAFilesPath) {
     EXPECT_EQ(URL::string(url.absoluteString()), url);
 }
 
-TEST(URL, PutsARelativePathBelowTheWorkingDirectory) {
+TEST(URL, ResolvesARelativePathInTheWorkingDirectory) {
     const auto here = std::filesystem::current_path().string();
     EXPECT_EQ(URL::fileURLWithPath("a/b").path(), here + "/a/b");
     EXPECT_EQ(URL::fileURLWithPath("").path(), here);
@@ -65,7 +65,7 @@ TEST(URL, FindsThePathExtension) {
     EXPECT_EQ(URL::string("https://example.org/a?b.pdf")->pathExtension(), "");
 }
 
-TEST(URL, AppendsAnItemOfTheFolder) {
+TEST(URL, AppendsAPathComponent) {
     EXPECT_EQ(URL::fileURLWithPath("/a").appendingPathComponent("b c").absoluteString(),
               "file:///a/b%20c");
     EXPECT_EQ(URL::fileURLWithPath("/a/").appendingPathComponent("b").path(), "/a/b");

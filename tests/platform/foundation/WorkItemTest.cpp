@@ -64,7 +64,7 @@ TEST(WorkItem, RunsAndReleasesALargeClosure) {
     EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST(WorkItem, MovesAClosureThatCannotBeCopied) {
+TEST(WorkItem, AcceptsAMoveOnlyClosure) {
     int value = 0;
     WorkItem first([&value, number = std::make_unique<int>(5)] { value = *number; });
     WorkItem second(std::move(first));
@@ -74,7 +74,7 @@ TEST(WorkItem, MovesAClosureThatCannotBeCopied) {
     EXPECT_EQ(value, 5);
 }
 
-TEST(WorkItem, ReleasesItsClosureForAnother) {
+TEST(WorkItem, ReleasesItsClosureWhenAssigned) {
     auto held = std::make_shared<int>();
     WorkItem item([held] {});
     item = WorkItem([] {});

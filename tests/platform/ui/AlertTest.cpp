@@ -12,7 +12,7 @@ namespace {
 
 class Alert : public PresenterFixture {
   protected:
-    /// An answer that writes down its title, and whether all was as promised then.
+    /// An action that records its title and checks the conditions of its handler.
     std::shared_ptr<UIAlertAction> answer(const std::string& title, UIAlertActionStyle style) {
         return std::make_shared<UIAlertAction>(
             title, style, [this, title, style](const std::shared_ptr<UIAlertAction>& action) {
@@ -49,7 +49,7 @@ class Alert : public PresenterFixture {
 
 using Answers = std::vector<std::string>;
 
-TEST_F(Alert, SaysWhatItWasMadeWith) {
+TEST_F(Alert, KeepsItsArguments) {
     const auto made = question();
     EXPECT_EQ(made->title(), "Really?");
     EXPECT_EQ(made->message(), "It takes a while.");
@@ -67,28 +67,28 @@ TEST_F(Alert, IsModalForThePresentersWindow) {
     EXPECT_TRUE(waitForAnswer());
 }
 
-TEST_F(Alert, TakesTheReturnKeyForItsOneDefaultAnswer) {
+TEST_F(Alert, ReturnPerformsTheOnlyDefaultAction) {
     show(question());
     act({"key", "Return"});
     ASSERT_TRUE(waitForAnswer());
     EXPECT_EQ(answers, Answers{"OK"});
 }
 
-TEST_F(Alert, TakesEscapeForTheCancelAction) {
+TEST_F(Alert, EscapePerformsTheCancelAction) {
     show(question());
     act({"key", "Escape"});
     ASSERT_TRUE(waitForAnswer());
     EXPECT_EQ(answers, Answers{"Cancel"});
 }
 
-TEST_F(Alert, TakesClosingForTheCancelAction) {
+TEST_F(Alert, ClosingPerformsTheCancelAction) {
     show(question());
     act({"key", "alt+F4"});
     ASSERT_TRUE(waitForAnswer());
     EXPECT_EQ(answers, Answers{"Cancel"});
 }
 
-TEST_F(Alert, TakesClicks) {
+TEST_F(Alert, ClicksPerformActions) {
     show(question());
     click("OK");
     ASSERT_TRUE(waitForAnswer());
@@ -100,7 +100,7 @@ TEST_F(Alert, TakesClicks) {
     EXPECT_EQ(answers, Answers{"Cancel"});
 }
 
-TEST_F(Alert, AnswersOnceWhenTheUserIsInAHurry) {
+TEST_F(Alert, PerformsOneActionForTwoClicks) {
     show(question());
     act({"key", "Escape", "key", "Escape", "key", "Return"});
     ASSERT_TRUE(waitForAnswer());
@@ -110,11 +110,11 @@ TEST_F(Alert, AnswersOnceWhenTheUserIsInAHurry) {
     EXPECT_EQ(answers, (Answers{"Cancel", "OK"}));
 }
 
-TEST_F(Alert, PutsCancelFirstAndTheOthersAsAdded) {
+TEST_F(Alert, PutsCancelFirstAndTheOthersInOrder) {
     show(alert({answer("Save", UIAlertActionStyle::default_),
                 answer("Cancel", UIAlertActionStyle::cancel),
                 answer("Discard", UIAlertActionStyle::destructive)}));
-    // Side by side, or one above the other with the last one on top.
+    // Side by side, or stacked with the last button on top.
     const auto cancel = placeOf(button("Cancel"));
     const auto save = placeOf(button("Save"));
     const auto discard = placeOf(button("Discard"));
@@ -127,21 +127,21 @@ TEST_F(Alert, PutsCancelFirstAndTheOthersAsAdded) {
     EXPECT_EQ(answers, Answers{"Discard"});
 }
 
-TEST_F(Alert, StaysUntilAnsweredWithoutACancelAction) {
+TEST_F(Alert, StaysOpenWithoutACancelAction) {
     show(alert({answer("OK", UIAlertActionStyle::default_)}));
     act({"key", "Escape", "key", "alt+F4", "key", "Return"});
     ASSERT_TRUE(waitForAnswer());
     EXPECT_EQ(answers, Answers{"OK"});
 }
 
-TEST_F(Alert, ClosesWithoutAnyAnswerToGive) {
+TEST_F(Alert, ClosesWithoutActions) {
     show(alert({}));
     act({"key", "Escape"});
     EXPECT_TRUE(waitUntil([this] { return !screen->presentedViewController(); }));
     EXPECT_EQ(dialogWindow(), nullptr);
 }
 
-TEST_F(Alert, ShowsUnderscoresAsTheyAre) {
+TEST_F(Alert, ShowsUnderscores) {
     show(alert({answer("a_b__c", UIAlertActionStyle::default_)}));
     click("a_b__c");
     ASSERT_TRUE(waitForAnswer());
@@ -163,7 +163,7 @@ TEST_F(Alert, NeedsNoTexts) {
     EXPECT_TRUE(waitForAnswer());
 }
 
-TEST_F(Alert, AnswersNothingWhenItIsDismissed) {
+TEST_F(Alert, PerformsNoActionWhenDismissed) {
     show(question());
     bool isGone = false;
     screen->dismiss(true, [&isGone] { isGone = true; });
@@ -173,14 +173,14 @@ TEST_F(Alert, AnswersNothingWhenItIsDismissed) {
     EXPECT_EQ(answers, Answers{});
 }
 
-TEST_F(Alert, TellsThatItIsShown) {
+TEST_F(Alert, CallsTheCompletionWhenShown) {
     bool isShown = false;
     screen->present(question(), true, [&isShown] { isShown = true; });
     EXPECT_TRUE(waitUntil([&] { return isShown && dialogWindow() != nullptr; }));
     screen->dismiss(false, nullptr);
 }
 
-TEST_F(Alert, GoesWhenItWasAnswered) {
+TEST_F(Alert, IsDestroyedAfterAnAction) {
     std::weak_ptr<UIAlertController> left;
     {
         const auto made = question();
@@ -193,7 +193,7 @@ TEST_F(Alert, GoesWhenItWasAnswered) {
     EXPECT_TRUE(left.expired());
 }
 
-TEST_F(Alert, CanBePresentedFromAnAnswer) {
+TEST_F(Alert, CanBePresentedFromAnAction) {
     const auto second = question();
     show(alert({std::make_shared<UIAlertAction>(
         "More", UIAlertActionStyle::default_,
@@ -221,7 +221,7 @@ TEST(AlertDeathTest, HasOneCancelActionAtMost) {
                 "second\\.");
 }
 
-TEST(AlertDeathTest, IsMadeOnTheMainThread) {
+TEST(AlertDeathTest, IsForTheMainThread) {
     EXPECT_EXIT(std::thread([] {
                     const UIAlertController alert("a", "b", UIAlertControllerStyle::alert);
                 }).join(),

@@ -45,7 +45,7 @@ TEST_F(Constraint, PlacesViewsByTheirEdges) {
     EXPECT_TRUE(waitUntil([&] { return a->frame() == smaller && b->frame() == smaller; }));
 }
 
-TEST_F(Constraint, HoldsOnlyOnceActive) {
+TEST_F(Constraint, HoldsOnlyAfterActivation) {
     const auto constraint = a->topAnchor().constraint(container->topAnchor());
     EXPECT_TRUE(container->constraints().empty());
     NSLayoutConstraint::activate({constraint});
@@ -54,7 +54,7 @@ TEST_F(Constraint, HoldsOnlyOnceActive) {
               std::vector<std::shared_ptr<NSLayoutConstraint>>{constraint});
 }
 
-TEST_F(Constraint, EndsWithItsViewAlsoInNoWindow) {
+TEST_F(Constraint, IsRemovedWithItsViewAlsoOutsideAWindow) {
     const auto around = std::make_shared<UIView>();
     const auto child = std::make_shared<UIView>();
     const auto other = std::make_shared<UIView>();
@@ -72,7 +72,7 @@ TEST_F(Constraint, EndsWithItsViewAlsoInNoWindow) {
     child->removeFromSuperview();
     EXPECT_EQ(errors.text(), "");
     EXPECT_EQ(around->constraints().size(), 4U);
-    // What is left holds as before once there is a window.
+    // The remaining constraints still hold in a window.
     container->addSubview(around);
     around->setFrame({0, 0, 80, 60});
     EXPECT_TRUE(waitUntil([&] { return other->frame() == CGRect(0, 0, 80, 60); }));
@@ -83,10 +83,10 @@ TEST_F(Constraint, EndsWithItsViewAlsoInNoWindow) {
 
 using ConstraintDeathTest = Constraint;
 
-TEST_F(ConstraintDeathTest, NeedsAViewAroundBoth) {
+TEST_F(ConstraintDeathTest, NeedsACommonSuperview) {
     const auto alone = std::make_shared<UIView>();
     const auto* expected =
-        "Fatal error: NSLayoutConstraint\\.activate: the two views do not stand in one view\\.";
+        "Fatal error: NSLayoutConstraint\\.activate: the two views have no common superview\\.";
     EXPECT_EXIT(NSLayoutConstraint::activate({alone->topAnchor().constraint(a->topAnchor())}),
                 ::testing::KilledBySignal(SIGABRT), expected);
     EXPECT_EXIT(

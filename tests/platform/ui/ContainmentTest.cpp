@@ -13,7 +13,7 @@ class Containment : public LayoutFixture {
     std::shared_ptr<WitnessScreen> child = std::make_shared<WitnessScreen>("Child");
 };
 
-TEST_F(Containment, HoldsItsChildren) {
+TEST_F(Containment, KeepsItsChildren) {
     parent->addChild(child);
     EXPECT_EQ(parent->children(), (std::vector<std::shared_ptr<UIViewController>>{child}));
     EXPECT_EQ(child->parent(), parent);
@@ -23,7 +23,7 @@ TEST_F(Containment, HoldsItsChildren) {
     EXPECT_EQ(child->parent(), nullptr);
 }
 
-TEST_F(Containment, TakesAChildOutOfItsFormerParent) {
+TEST_F(Containment, MovesAChildFromItsFormerParent) {
     const auto other = std::make_shared<WitnessScreen>("Other");
     other->addChild(child);
     parent->addChild(child);

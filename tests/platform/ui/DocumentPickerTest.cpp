@@ -16,7 +16,7 @@ namespace {
 
 using Picker = std::shared_ptr<UIDocumentPickerViewController>;
 
-/// Writes down what it hears.
+/// Records its calls.
 class Listener : public UIDocumentPickerDelegate {
   public:
     explicit Listener(std::shared_ptr<UIViewController> screen) : screen_(std::move(screen)) {}
@@ -45,7 +45,7 @@ class Listener : public UIDocumentPickerDelegate {
     std::shared_ptr<UIViewController> screen_;
 };
 
-/// Knows the older form alone.
+/// Overrides only the operation for one address.
 class OlderListener : public UIDocumentPickerDelegate {
   public:
     using UIDocumentPickerDelegate::documentPicker;
@@ -70,7 +70,7 @@ class DocumentPicker : public PresenterFixture {
         return made;
     }
 
-    /// Has the chooser's entry take a path.
+    /// Types a path into the chooser's entry.
     static void type(const std::string& path) { act({"type", "--delay", "20", path}); }
 
     TemporaryFolder folder;
@@ -90,7 +90,7 @@ TEST_F(DocumentPicker, IsModalAndOffersFoldersOnly) {
     EXPECT_TRUE(waitUntil([this] { return !listener->heard.empty(); }));
 }
 
-TEST_F(DocumentPicker, HandsOverThePickedFolder) {
+TEST_F(DocumentPicker, PassesThePickedFolder) {
     const auto path = (folder.path() / "one").string();
     show(picker(listener));
     type(path);
@@ -100,7 +100,7 @@ TEST_F(DocumentPicker, HandsOverThePickedFolder) {
     EXPECT_EQ(dialogWindow(), nullptr);
 }
 
-TEST_F(DocumentPicker, BeginsInTheUsersDocuments) {
+TEST_F(DocumentPicker, StartsInTheUsersDocuments) {
     const auto documents = FileManager::default_().urls(SearchPathDirectory::documentDirectory,
                                                         SearchPathDomainMask::userDomainMask);
     show(picker(listener));
@@ -109,7 +109,7 @@ TEST_F(DocumentPicker, BeginsInTheUsersDocuments) {
     EXPECT_EQ(listener->heard, (Heard{"list", documents.front().path()}));
 }
 
-TEST_F(DocumentPicker, HearsOfEscape) {
+TEST_F(DocumentPicker, IsCancelledByEscape) {
     show(picker(listener));
     act({"key", "Escape"});
     ASSERT_TRUE(waitUntil([this] { return !listener->heard.empty(); }));
@@ -117,7 +117,7 @@ TEST_F(DocumentPicker, HearsOfEscape) {
     EXPECT_EQ(dialogWindow(), nullptr);
 }
 
-TEST_F(DocumentPicker, HearsOfCancelAndOfClosing) {
+TEST_F(DocumentPicker, IsCancelledByItsButtonAndByClosing) {
     show(picker(listener));
     click("Cancel");
     ASSERT_TRUE(waitUntil([this] { return !listener->heard.empty(); }));
@@ -127,7 +127,7 @@ TEST_F(DocumentPicker, HearsOfCancelAndOfClosing) {
     EXPECT_EQ(listener->heard, (Heard{"cancelled", "cancelled"}));
 }
 
-TEST_F(DocumentPicker, TakesNoFile) {
+TEST_F(DocumentPicker, DoesNotPickAFile) {
     show(picker(listener));
     type((folder.path() / "file.m4a").string());
     act({"key", "Return", "key", "alt+F4"});
@@ -135,7 +135,7 @@ TEST_F(DocumentPicker, TakesNoFile) {
     EXPECT_EQ(listener->heard, Heard{"cancelled"});
 }
 
-TEST_F(DocumentPicker, CallsTheOlderFormOfADelegateThatHasNoOther) {
+TEST_F(DocumentPicker, PassesASingleAddressByDefault) {
     const auto older = std::make_shared<OlderListener>();
     const auto path = (folder.path() / "one").string();
     show(picker(older));
@@ -145,7 +145,7 @@ TEST_F(DocumentPicker, CallsTheOlderFormOfADelegateThatHasNoOther) {
     EXPECT_EQ(older->heard, Heard{path});
 }
 
-TEST_F(DocumentPicker, DoesNotKeepItsDelegate) {
+TEST_F(DocumentPicker, DoesNotKeepItsDelegateAlive) {
     const auto made = picker(listener);
     EXPECT_EQ(made->delegate(), listener);
     show(made);
@@ -164,7 +164,7 @@ TEST_F(DocumentPicker, OffersSeveralFoldersWhenAllowed) {
     EXPECT_TRUE(waitUntil([this] { return !listener->heard.empty(); }));
 }
 
-TEST_F(DocumentPicker, HearsNothingWhenItIsDismissed) {
+TEST_F(DocumentPicker, CallsNothingWhenItIsDismissed) {
     show(picker(listener));
     bool isGone = false;
     screen->dismiss(true, [&isGone] { isGone = true; });
@@ -178,9 +178,9 @@ TEST(DocumentPickerDeathTest, RefusesOtherTypes) {
         const UIDocumentPickerViewController picker(types, UIDocumentPickerMode::open);
     };
     EXPECT_EXIT(make({"public.folder", "public.audio"}), ::testing::KilledBySignal(SIGABRT),
-                "Fatal error: There is no document picker for the type \"public.audio\"\\.");
+                "Fatal error: Document pickers do not support the type \"public.audio\"\\.");
     EXPECT_EXIT(make({}), ::testing::KilledBySignal(SIGABRT),
-                "Fatal error: A document picker without a type has nothing to offer\\.");
+                "Fatal error: A document picker needs a document type\\.");
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ class Frame : public LayoutFixture {
         container->addSubview(view);
     }
 
-    /// Where the view is drawn, in the container's coordinates.
+    /// The view's rectangle on screen, in the container's coordinates.
     CGRect drawn() const {
         graphene_rect_t bounds;
         if (!gtk_widget_compute_bounds(view->widget(), container->widget(), &bounds)) {
@@ -28,7 +28,7 @@ class Frame : public LayoutFixture {
     bool waitForDrawn(const CGRect& place) {
         return waitUntil([&] { return drawn() == place; });
     }
-    /// Whether the view is what is seen at a point of the window's content.
+    /// Whether the view is visible at a point of the window's content.
     bool isSeenAt(double x, double y) const {
         return gtk_widget_pick(screen->view()->widget(), x, y, GTK_PICK_DEFAULT) == view->widget();
     }
@@ -38,7 +38,7 @@ class Frame : public LayoutFixture {
     std::shared_ptr<UIView> view = std::make_shared<UIView>();
 };
 
-TEST_F(Frame, IsWhatWasSetAtOnceAndWhereTheViewIsDrawnThen) {
+TEST_F(Frame, IsEffectiveAtOnceAndInTheNextLayout) {
     view->setFrame({10, 20, 30, 40});
     EXPECT_EQ(view->frame(), CGRect(10, 20, 30, 40));
     EXPECT_EQ(view->bounds(), CGRect(0, 0, 30, 40));
@@ -66,7 +66,7 @@ TEST_F(Frame, MayBeLargerThanTheSuperviewAndIsClipped) {
     EXPECT_EQ(container->frame(), CGRect(100, 50, 200, 100));
 }
 
-TEST_F(Frame, HoldsWhileTheSuperviewChanges) {
+TEST_F(Frame, StaysWhenTheSuperviewResizes) {
     view->setFrame({10, 20, 30, 40});
     EXPECT_TRUE(waitForDrawn({10, 20, 30, 40}));
     container->setFrame({0, 0, 400, 300});
@@ -88,7 +88,7 @@ TEST_F(Frame, HidesAndShows) {
     EXPECT_EQ(view->frame(), CGRect(0, 0, 50, 50));
 }
 
-TEST_F(Frame, IsTheLayoutsOnceItsTranslationIsOff) {
+TEST_F(Frame, ComesFromTheLayoutWithoutTranslation) {
     view->setFrame({10, 20, 30, 40});
     EXPECT_TRUE(view->translatesAutoresizingMaskIntoConstraints());
     view->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -96,7 +96,7 @@ TEST_F(Frame, IsTheLayoutsOnceItsTranslationIsOff) {
     EXPECT_TRUE(waitUntil([this] { return view->frame() != CGRect(10, 20, 30, 40); }));
 }
 
-TEST_F(Frame, IsNotTakenOnceItsTranslationIsOff) {
+TEST_F(Frame, IsIgnoredWithoutTranslation) {
     view->setTranslatesAutoresizingMaskIntoConstraints(false);
     NSLayoutConstraint::activate({
         view->topAnchor().constraint(container->topAnchor()),

@@ -26,7 +26,7 @@ std::string fileOfKind(const char* kind) {
     return file;
 }
 
-TEST(Image, IsMadeOfAFilesBytes) {
+TEST(Image, IsReadFromAFilesBytes) {
     for (const auto* kind : {"png", "jpeg", "tiff", "bmp"}) {
         const auto image = imageOf(fileOfKind(kind));
         ASSERT_TRUE(image) << kind;
@@ -34,20 +34,20 @@ TEST(Image, IsMadeOfAFilesBytes) {
     }
 }
 
-TEST(Image, IsAbsentForWhatIsNone) {
+TEST(Image, IsAbsentForOtherBytes) {
     EXPECT_FALSE(imageOf(""));
     EXPECT_FALSE(imageOf("<html>no picture</html>"));
     EXPECT_FALSE(imageOf(std::string(1000, '\0')));
 }
 
-TEST(Image, IsAbsentForAPictureThatBreaksOff) {
+TEST(Image, IsAbsentForATruncatedPicture) {
     const auto whole = pngFile(64, 64);
     EXPECT_TRUE(imageOf(whole));
     EXPECT_FALSE(imageOf(whole.substr(0, whole.size() / 2)));
     EXPECT_FALSE(imageOf(whole.substr(0, 8)));
 }
 
-TEST(Image, IsMadeOnAnyThread) {
+TEST(Image, IsReadOnAnyThread) {
     std::shared_ptr<UIImage> image;
     std::thread([&image] { image = imageOf(pngFile(3, 2)); }).join();
     ASSERT_TRUE(image);

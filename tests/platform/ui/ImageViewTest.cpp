@@ -20,7 +20,7 @@ class ImageView : public ::testing::Test {
     }
 };
 
-TEST_F(ImageView, ShowsWhatItIsGiven) {
+TEST_F(ImageView, ShowsItsImage) {
     UIImageView view;
     EXPECT_EQ(view.image(), nullptr);
     const auto image = picture(5, 3);
@@ -34,7 +34,7 @@ TEST_F(ImageView, ShowsWhatItIsGiven) {
     EXPECT_EQ(gtk_picture_get_paintable(GTK_PICTURE(view.widget())), nullptr);
 }
 
-TEST_F(ImageView, StandsForTheLayoutsPictures) {
+TEST_F(ImageView, IsTheClassOfPicturesInLayouts) {
     UIImageView::registerClass();
     auto* widget = gtk_picture_new_for_paintable(GDK_PAINTABLE(picture(7, 2)->texture()));
     const auto view = std::dynamic_pointer_cast<UIImageView>(UIView::of(widget));

@@ -19,16 +19,16 @@ class LayoutFixture : public ::testing::Test {
     LayoutFixture();
     ~LayoutFixture() override;
 
-    /// The file's path, once the objects are in it.
+    /// Writes the objects to a layout file and returns its path.
     std::string write(const std::string& objects) const;
-    /// The layout of these objects, which are XML inside <interface>.
+    /// The layout of these objects: the XML inside <interface>.
     std::shared_ptr<UIStoryboard> layout(const std::string& objects) const;
-    /// Shows a controller in the window and waits until it was laid out.
+    /// Shows a controller in the window and waits for its layout.
     void show(const std::shared_ptr<UIViewController>& controller);
     static void click(const UIView& button);
 
-    /// A layout of both screens, with two segues from the first to the second: "ShowSecond", which
-    /// "button" takes, and "ShowAgain".
+    /// Both screens and two segues from the first to the second: "ShowSecond" with the trigger
+    /// "button", and "ShowAgain".
     static const std::string twoScreens;
 
     TemporaryFolder folder;

@@ -1,6 +1,6 @@
 #if defined(__SANITIZE_ADDRESS__)
 
-// The toolkit forgets the rows of a PNG file that breaks off (12,800 bytes for the one here).
+// The toolkit leaks the rows of a truncated PNG file (12,800 bytes in this test).
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name for what it asks.
 extern "C" const char* __lsan_default_suppressions();
 const char* __lsan_default_suppressions() {

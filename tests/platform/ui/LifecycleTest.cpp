@@ -41,7 +41,7 @@ TEST_F(Lifecycle, LoadsItsViewOnce) {
     EXPECT_EQ(events(), Events{"A viewDidLoad"});
 }
 
-TEST_F(Lifecycle, GivesWayToWhatItPresentsAndComesBack) {
+TEST_F(Lifecycle, DisappearsBehindAPresentedScreenAndReappears) {
     show(a);
     events().clear();
     present(true);
@@ -80,7 +80,7 @@ TEST_F(Lifecycle, EndsATransitionBeforeTheNext) {
                       "A viewWillAppear animated", "B viewDidDisappear animated"}));
 }
 
-TEST_F(Lifecycle, PresentsAgainWhatStillFadesAway) {
+TEST_F(Lifecycle, PresentsAgainDuringTheDismissal) {
     show(a);
     present(true);
     events().clear();
@@ -107,14 +107,14 @@ TEST_F(Lifecycle, PresentsOneAtATime) {
     EXPECT_NE(errors.text().find("another one is shown above its presenter"), std::string::npos);
 }
 
-TEST_F(Lifecycle, PresentsFromAWindowOnly) {
+TEST_F(Lifecycle, PresentsOnlyInAWindow) {
     const CapturedOutput errors(2);
     a->present(b, false, nullptr);
     EXPECT_EQ(a->presentedViewController(), nullptr);
     EXPECT_NE(errors.text().find("its presenter is in no window"), std::string::npos);
 }
 
-TEST_F(Lifecycle, LetsGoOfWhatIsDismissed) {
+TEST_F(Lifecycle, ReleasesADismissedScreen) {
     show(a);
     present(false);
     const std::weak_ptr<WitnessScreen> left = b;
@@ -123,7 +123,7 @@ TEST_F(Lifecycle, LetsGoOfWhatIsDismissed) {
     EXPECT_TRUE(waitUntil([&left] { return left.expired(); }));
 }
 
-TEST_F(Lifecycle, AsksTheChainWhatCanBePerformed) {
+TEST_F(Lifecycle, AsksTheResponderChainForActions) {
     show(a);
     EXPECT_EQ(a->next(), window);
     EXPECT_EQ(a->view()->next(), a);

@@ -12,7 +12,7 @@ namespace {
 
 class MainThreadDeathTest : public LayoutFixture {};
 
-TEST_F(MainThreadDeathTest, NamesTheOperationThatIsCalledElsewhere) {
+TEST_F(MainThreadDeathTest, NamesAnOperationCalledOnAnotherThread) {
     const auto view = std::make_shared<UIView>();
     const auto other = std::make_shared<UIView>();
     const auto screen = std::make_shared<WitnessScreen>("Screen");

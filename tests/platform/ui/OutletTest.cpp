@@ -40,7 +40,7 @@ TEST_F(Outlet, SendsActionsWithTheirSender) {
     EXPECT_EQ(screen->senders, (std::vector<std::shared_ptr<NSObject>>(2, screen->button.get())));
 }
 
-TEST_F(Outlet, LeavesAnUnknownActionWithoutEffect) {
+TEST_F(Outlet, IgnoresAnUnknownAction) {
     const auto screen = load(R"(
 <object class="UIView" id="FirstScreen"><child><object class="GtkButton" id="button">
   <signal name="clicked" handler="unknown"/></object></child></object>)");
@@ -48,7 +48,7 @@ TEST_F(Outlet, LeavesAnUnknownActionWithoutEffect) {
     EXPECT_TRUE(screen->senders.empty());
 }
 
-TEST_F(Outlet, KnowsWhichActionsCanBePerformed) {
+TEST_F(Outlet, AnswersWhichActionsCanBePerformed) {
     const auto screen = load(twoScreens);
     EXPECT_TRUE(screen->canPerformAction("press", nullptr));
     EXPECT_FALSE(screen->canPerformAction("unknown", nullptr));
@@ -56,7 +56,7 @@ TEST_F(Outlet, KnowsWhichActionsCanBePerformed) {
 
 using OutletDeathTest = Outlet;
 
-TEST_F(OutletDeathTest, EndsTheProgramWhenItIsReadUnconnected) {
+TEST_F(OutletDeathTest, EndsTheProgramWhenReadUnconnected) {
     const auto readBox = [this] {
         load("<object class='UIView' id='FirstScreen'/>")->box->setHidden(true);
     };
@@ -84,7 +84,7 @@ TEST_F(OutletDeathTest, EndsTheProgramWhenAnActionsSenderIsOfAnotherClass) {
                 "class\\.");
 }
 
-TEST(WeakOutlet, DoesNotKeepItsObject) {
+TEST(WeakOutlet, DoesNotKeepItsObjectAlive) {
     startDesktop();
     UIWeakOutlet<UIView> outlet("Screen.view");
     auto view = std::make_shared<UIView>();

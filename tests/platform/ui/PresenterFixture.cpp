@@ -15,7 +15,7 @@ GtkWidget* newWindow() {
     return window;
 }
 
-/// The button whose label reads like that, in a widget or below it.
+/// The button of that label in a widget; null when there is none.
 GtkWidget* findButton(GtkWidget* widget, const std::string& title) {
     if (GTK_IS_BUTTON(widget)) {
         auto* label = gtk_button_get_child(GTK_BUTTON(widget));

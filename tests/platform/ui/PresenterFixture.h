@@ -13,23 +13,23 @@
 
 namespace orvalo::testing {
 
-/// A window with a screen, from which dialogs can be presented.
+/// A window with a screen that can present dialogs.
 class PresenterFixture : public ::testing::Test {
   protected:
     PresenterFixture();
     ~PresenterFixture() override;
 
-    /// Presents the dialog and waits until it is drawn and has the keyboard.
+    /// Presents the dialog and waits until it is drawn and has the keyboard focus.
     void show(const std::shared_ptr<UIViewController>& dialog);
-    /// The dialog's window on screen; null without one.
+    /// The dialog's window, or null.
     GtkWindow* dialogWindow() const;
-    /// The centre of a dialog's widget, in pixels of the display.
+    /// The centre of a widget, in pixels of the display.
     struct Place {
         int x;
         int y;
     };
     Place placeOf(GtkWidget* widget) const;
-    /// The button of that title in the dialog; null without one.
+    /// The dialog's button of that title, or null.
     GtkWidget* button(const std::string& title) const;
     void click(const std::string& title) const;
 

@@ -31,7 +31,7 @@ TEST_F(Segue, PreparesAndPresentsANewScreen) {
     EXPECT_EQ(events()[1], "SecondScreen viewDidLoad");
 }
 
-TEST_F(Segue, IsTakenByItsControl) {
+TEST_F(Segue, IsPerformedByItsTrigger) {
     click(*first->button.get());
     ASSERT_EQ(first->segues.size(), 1U);
     EXPECT_EQ(first->segues.front()->identifier, "ShowSecond");
@@ -39,7 +39,7 @@ TEST_F(Segue, IsTakenByItsControl) {
     EXPECT_NE(first->presentedViewController(), nullptr);
 }
 
-TEST_F(Segue, MakesAScreenEveryTime) {
+TEST_F(Segue, CreatesANewScreenEveryTime) {
     first->performSegue("ShowAgain", nullptr);
     bool isGone = false;
     first->dismiss(false, [&isGone] { isGone = true; });
@@ -51,7 +51,7 @@ TEST_F(Segue, MakesAScreenEveryTime) {
 
 using SegueDeathTest = Segue;
 
-TEST_F(SegueDeathTest, EndsTheProgramWhenTheLayoutDoesNotHaveIt) {
+TEST_F(SegueDeathTest, EndsTheProgramWhenTheLayoutHasNoSuchSegue) {
     EXPECT_EXIT(first->performSegue("ShowThird", nullptr), ::testing::KilledBySignal(SIGABRT),
                 "Fatal error: There is no segue \"ShowThird\" out of this screen\\.");
     const UIViewController* none = nullptr;

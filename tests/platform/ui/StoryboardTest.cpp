@@ -13,7 +13,7 @@ using Problems = std::vector<std::string>;
 
 class Storyboard : public LayoutFixture {
   protected:
-    /// The problems of these objects, without the file's name in front.
+    /// The problems of these objects, without the file's name.
     Problems problemsOf(const std::string& objects) {
         const auto prefix = write(objects) + ": ";
         Problems found;
@@ -25,7 +25,7 @@ class Storyboard : public LayoutFixture {
         return found;
     }
 
-    /// What loading the file throws.
+    /// The text of the error that load() throws.
     static std::string errorOf(const std::string& path) {
         try {
             UIStoryboard::load(URL::fileURLWithPath(path));
@@ -36,11 +36,11 @@ class Storyboard : public LayoutFixture {
     }
 };
 
-TEST_F(Storyboard, HasNoProblemsWhenAllIsKnown) {
+TEST_F(Storyboard, HasNoProblemsWhenAllNamesExist) {
     EXPECT_EQ(problemsOf(twoScreens), Problems{});
 }
 
-TEST_F(Storyboard, TellsWhatNoClassHas) {
+TEST_F(Storyboard, ReportsUnknownClassesOutletsAndActions) {
     EXPECT_EQ(
         problemsOf(R"(
 <object class="UIView" id="ThirdScreen"/>
@@ -52,7 +52,7 @@ TEST_F(Storyboard, TellsWhatNoClassHas) {
                   "FirstScreen has no outlet \"knob\".", "FirstScreen has no action \"turn\"."}));
 }
 
-TEST_F(Storyboard, TellsWhereSeguesLeadNowhere) {
+TEST_F(Storyboard, ReportsInvalidSegues) {
     const auto segue = [](const std::string& name, const std::string& source,
                           const std::string& destination, const std::string& presentation,
                           const std::string& trigger) {
@@ -74,7 +74,7 @@ TEST_F(Storyboard, TellsWhereSeguesLeadNowhere) {
                         "the segue \"D\" is taken by \"knob\", which FirstScreen does not have."}));
 }
 
-TEST_F(Storyboard, WritesItsProblemsToStandardError) {
+TEST_F(Storyboard, LogsItsProblems) {
     const CapturedOutput errors(2);
     layout("<object class='UIView' id='ThirdScreen'/>");
     EXPECT_NE(errors.text().find("there is no class for the screen \"ThirdScreen\"."),
@@ -92,14 +92,14 @@ TEST_F(Storyboard, NamesAFileThatCannotBeRead) {
     }
 }
 
-TEST_F(Storyboard, BeginsWithItsFirstScreen) {
+TEST_F(Storyboard, StartsWithItsFirstScreen) {
     const auto controller = layout(twoScreens)->instantiateInitialViewController();
     EXPECT_NE(std::dynamic_pointer_cast<FirstScreen>(controller), nullptr);
     EXPECT_FALSE(controller->isViewLoaded());
     EXPECT_NE(controller, layout(twoScreens)->instantiateInitialViewController());
 }
 
-TEST_F(Storyboard, KnowsItsSegues) {
+TEST_F(Storyboard, FindsItsSegues) {
     const auto storyboard = layout(twoScreens);
     const auto* segue = storyboard->segue("FirstScreen", "ShowSecond");
     ASSERT_NE(segue, nullptr);
@@ -112,7 +112,7 @@ TEST_F(Storyboard, KnowsItsSegues) {
 
 using StoryboardDeathTest = Storyboard;
 
-TEST_F(StoryboardDeathTest, NeedsAScreenToBeginWith) {
+TEST_F(StoryboardDeathTest, NeedsAnInitialScreen) {
     EXPECT_EXIT(layout("")->instantiateInitialViewController(), ::testing::KilledBySignal(SIGABRT),
                 "Fatal error: .*Test\\.ui has no screen\\.");
     EXPECT_EXIT(

@@ -11,11 +11,10 @@
 
 namespace orvalo::testing {
 
-/// What the test screens have lived through, such as "FirstScreen viewDidLoad", in order; all but
-/// layouts.
+/// The calls of the test screens in order, such as "FirstScreen viewDidLoad", without layouts.
 std::vector<std::string>& events();
 
-/// A screen that writes down its life.
+/// A screen that records its calls.
 class WitnessScreen : public UIViewController {
   public:
     explicit WitnessScreen(std::string name)
@@ -56,13 +55,13 @@ class FirstScreen : public WitnessScreen {
     std::vector<std::shared_ptr<UIStoryboardSegue>> segues;
 };
 
-/// Another one, without outlets or actions.
+/// A screen without outlets or actions.
 class SecondScreen : public WitnessScreen {
   public:
     explicit SecondScreen(const NSCoder& coder) : WitnessScreen(coder, "SecondScreen") {}
 };
 
-/// Makes both known to layouts.
+/// Registers both classes.
 void registerTestScreens();
 
 }  // namespace orvalo::testing

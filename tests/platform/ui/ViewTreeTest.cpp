@@ -16,7 +16,7 @@ class ViewTree : public LayoutFixture {
     std::shared_ptr<UIView> b = std::make_shared<UIView>();
 };
 
-TEST_F(ViewTree, HoldsSubviewsInOrder) {
+TEST_F(ViewTree, KeepsSubviewsInOrder) {
     around->addSubview(a);
     around->addSubview(b);
     EXPECT_EQ(around->subviews(), (Views{a, b}));
@@ -27,7 +27,7 @@ TEST_F(ViewTree, HoldsSubviewsInOrder) {
     EXPECT_EQ(around->subviews(), (Views{b, a}));
 }
 
-TEST_F(ViewTree, MovesAViewOutOfItsFormerSuperview) {
+TEST_F(ViewTree, MovesAViewFromItsFormerSuperview) {
     const auto other = std::make_shared<UIView>();
     other->addSubview(a);
     around->addSubview(a);
@@ -35,7 +35,7 @@ TEST_F(ViewTree, MovesAViewOutOfItsFormerSuperview) {
     EXPECT_EQ(a->superview(), around);
 }
 
-TEST_F(ViewTree, LetsGoOfARemovedViewAndItsConstraints) {
+TEST_F(ViewTree, ReleasesARemovedViewAndItsConstraints) {
     const auto screen = std::make_shared<WitnessScreen>("Screen");
     show(screen);
     screen->view()->addSubview(around);
@@ -55,7 +55,7 @@ TEST_F(ViewTree, LetsGoOfARemovedViewAndItsConstraints) {
     EXPECT_TRUE(left.expired());
 }
 
-TEST_F(ViewTree, KeepsItsSubviewsAndGoesWithThem) {
+TEST_F(ViewTree, KeepsItsSubviewsAliveAndReleasesThem) {
     const std::weak_ptr<UIView> inner = a;
     around->addSubview(a);
     a.reset();
@@ -76,10 +76,10 @@ TEST_F(ViewTree, IsFoundByItsWidget) {
 
 using ViewTreeDeathTest = ViewTree;
 
-TEST_F(ViewTreeDeathTest, PutsNothingIntoAControl) {
+TEST_F(ViewTreeDeathTest, AddsNothingToAControl) {
     const auto button = std::make_shared<UIButton>(gtk_button_new());
     EXPECT_EXIT(button->addSubview(a), ::testing::KilledBySignal(SIGABRT),
-                "Fatal error: UIView\\.addSubview: a view that stands for a GtkButton holds no "
+                "Fatal error: UIView\\.addSubview: a view over a GtkButton holds no "
                 "subviews\\.");
 }
 

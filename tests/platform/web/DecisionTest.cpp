@@ -13,7 +13,7 @@ namespace {
 using ::testing::ElementsAre;
 using enum RecordingDelegate::Answer;
 
-/// Counts the engine's decisions that are alive, of all views.
+/// Counts the engine's live decisions of all views.
 class AliveDecisions {
   public:
     AliveDecisions()
@@ -106,7 +106,7 @@ TEST_F(DecisionTest, AResponseCanBeRefusedLater) {
     EXPECT_TRUE(waitForTitle("start"));
 }
 
-TEST_F(DecisionTest, AnOpenDecisionDoesNotHinderTheNextLoad) {
+TEST_F(DecisionTest, AnOpenDecisionDoesNotBlockTheNextLoad) {
     delegate->onAction = [this](const auto& address) {
         return address == site.address("/page") ? hold : allow;
     };
@@ -119,7 +119,7 @@ TEST_F(DecisionTest, AnOpenDecisionDoesNotHinderTheNextLoad) {
     EXPECT_THAT(site.requested(), ElementsAre("/next", "/"));
 }
 
-TEST_F(DecisionTest, OpenDecisionsEndWithTheirView) {
+TEST_F(DecisionTest, OpenDecisionsAreRefusedWithTheirView) {
     AliveDecisions decisions;
     delegate->onAction = [this](const auto& address) {
         return address == site.address("/page") ? hold : allow;
@@ -163,14 +163,14 @@ TEST_F(DecisionTest, ADroppedHandlerLeavesTheDecisionOpen) {
     EXPECT_THAT(site.requested(), ElementsAre("/", "/"));
 }
 
-TEST_F(DecisionTest, AnsweredDecisionsAreLetGo) {
+TEST_F(DecisionTest, AnsweredDecisionsAreReleased) {
     AliveDecisions decisions;
     loadWholly(site.address("/"), "start");
     EXPECT_EQ(decisions.seen, 2);
     EXPECT_EQ(decisions.alive, 0);
 }
 
-TEST_F(DecisionTest, ADelegateMayEndTheViewFromInside) {
+TEST_F(DecisionTest, ADelegateMayDestroyTheView) {
     AliveDecisions decisions;
     delegate->onResponse = [this](const auto&) {
         releaseView();
@@ -182,7 +182,7 @@ TEST_F(DecisionTest, ADelegateMayEndTheViewFromInside) {
     EXPECT_EQ(decisions.alive, 0);
 }
 
-TEST_F(DecisionTest, ARequestWithoutAnAddressIsPutToTheDelegate) {
+TEST_F(DecisionTest, ARequestWithoutAnAddressReachesTheDelegate) {
     holdActions();
     EXPECT_NE(view->load({.url = std::nullopt}), nullptr);
     ASSERT_TRUE(waitForHeld(1, 0));
@@ -192,7 +192,7 @@ TEST_F(DecisionTest, ARequestWithoutAnAddressIsPutToTheDelegate) {
     EXPECT_EQ(webkit_web_view_is_loading(engine()), FALSE);
 }
 
-TEST_F(DecisionTest, EveryLoadIsANavigationOfItsOwn) {
+TEST_F(DecisionTest, EveryLoadIsANewNavigation) {
     const auto first = view->load({.url = URL::string(site.address("/"))});
     const auto second = view->loadHTMLString("<title>text</title>", std::nullopt);
     EXPECT_NE(first, nullptr);

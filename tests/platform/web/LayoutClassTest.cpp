@@ -8,7 +8,7 @@ namespace {
 
 class LayoutClassTest : public WebFixture {};
 
-TEST_F(LayoutClassTest, ALayoutsWebViewIsAWKWebView) {
+TEST_F(LayoutClassTest, AWebViewOfALayoutIsAWKWebView) {
     UIView::provideClass("WebKitWebView");
     auto* builder = gtk_builder_new_from_string(
         "<interface><object class='GtkBox' id='box'><child>"

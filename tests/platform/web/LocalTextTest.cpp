@@ -31,7 +31,7 @@ class LocalTextTest : public WebFixture {
                                  .content;
 };
 
-TEST_F(LocalTextTest, RelativeLinksResolveNextToTheFile) {
+TEST_F(LocalTextTest, RelativeLinksResolveInTheFilesFolder) {
     view->loadHTMLString(text, base);
     ASSERT_TRUE(waitForTitle("help"));
     EXPECT_THAT(delegate->calls, ElementsAre("action " + base->absoluteString()));
@@ -49,7 +49,7 @@ TEST_F(LocalTextTest, WithoutABaseNothingResolves) {
     EXPECT_EQ(evaluate("document.images[0].naturalWidth"), "0");
 }
 
-TEST_F(LocalTextTest, AWebBaseResolvesThere) {
+TEST_F(LocalTextTest, RelativeLinksResolveAtAWebAddress) {
     const Site site({{"/guide/image.svg",
                       {.content = "<svg xmlns='http://www.w3.org/2000/svg' width='5' height='7'/>",
                        .type = "image/svg+xml"}}});

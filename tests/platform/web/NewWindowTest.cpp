@@ -24,7 +24,7 @@ class NewWindowTest : public WebFixture {
     }
 };
 
-TEST_F(NewWindowTest, ALinkIsAnActionAndThenARequestForAWindow) {
+TEST_F(NewWindowTest, ALinkIsAnActionAndThenAWindowRequest) {
     openStart();
     click();
     EXPECT_TRUE(waitUntil([this] { return delegate->calls.size() == 2; }));
@@ -35,7 +35,7 @@ TEST_F(NewWindowTest, ALinkIsAnActionAndThenARequestForAWindow) {
     EXPECT_THAT(site.requested(), ElementsAre("/", "/next"));
 }
 
-TEST_F(NewWindowTest, ARefusedLinkAsksForNoWindow) {
+TEST_F(NewWindowTest, ARefusedLinkRequestsNoWindow) {
     openStart();
     delegate->onAction = [](const auto&) { return cancel; };
     click();
@@ -45,7 +45,7 @@ TEST_F(NewWindowTest, ARefusedLinkAsksForNoWindow) {
     EXPECT_EQ(title(), "start");
 }
 
-TEST_F(NewWindowTest, AScriptsWindowsAreAskedForAndNothingOpens) {
+TEST_F(NewWindowTest, AScriptRequestsWindowsAndNoneOpens) {
     const Site scripted(
         {{"/", titled("start",
                       "<script>opened = [window.open('/b'), window.open(), "
@@ -62,7 +62,7 @@ TEST_F(NewWindowTest, AScriptsWindowsAreAskedForAndNothingOpens) {
     EXPECT_THAT(scripted.requested(), ElementsAre("/", "/next"));
 }
 
-TEST_F(NewWindowTest, WithoutADelegateNothingOpens) {
+TEST_F(NewWindowTest, WithoutADelegateNoWindowOpens) {
     view->setUIDelegate(nullptr);
     openStart();
     EXPECT_EQ(evaluate("String(window.open('/b'))"), "null");
@@ -73,7 +73,7 @@ TEST_F(NewWindowTest, WithoutADelegateNothingOpens) {
     EXPECT_THAT(site.requested(), ElementsAre("/", "/next"));
 }
 
-TEST_F(NewWindowTest, AViewForTheWindowShowsThePage) {
+TEST_F(NewWindowTest, AViewFromTheDelegateShowsThePage) {
     std::shared_ptr<WKWebView> opened;
     const auto second = std::make_shared<RecordingDelegate>();
     delegate->onWindow = [&](const auto& configuration) {
@@ -94,7 +94,7 @@ TEST_F(NewWindowTest, AViewForTheWindowShowsThePage) {
     EXPECT_TRUE(waitUntil([&left] { return left == nullptr; }));
 }
 
-TEST_F(NewWindowTest, AViewOfAnotherMakingIsFatal) {
+TEST_F(NewWindowTest, AViewWithAnotherConfigurationIsFatal) {
     EXPECT_DEATH(
         {
             delegate->onWindow = [](const auto&) {

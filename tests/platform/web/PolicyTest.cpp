@@ -20,13 +20,13 @@ TEST_F(PolicyTest, AsksForTheActionAndThenForTheResponse) {
     EXPECT_THAT(delegate->statuses, ElementsAre(200));
 }
 
-TEST_F(PolicyTest, GivesTheStatusOfARefusal) {
+TEST_F(PolicyTest, PassesTheStatusOfAResponse) {
     const Site site({{"/gone", {.content = "<title>gone</title>", .status = 404}}});
     EXPECT_TRUE(loadWholly(site.address("/gone"), "gone"));
     EXPECT_THAT(delegate->statuses, ElementsAre(404));
 }
 
-TEST_F(PolicyTest, AsksAnewForARedirection) {
+TEST_F(PolicyTest, AsksAgainForARedirection) {
     const Site site({{"/old", redirection("/new")}, {"/new", titled("new")}});
     load(site.address("/old"));
     EXPECT_TRUE(waitForTitle("new"));
@@ -50,7 +50,7 @@ TEST_F(PolicyTest, ARefusedRedirectionIsNotFollowed) {
     EXPECT_THAT(site.requested(), ElementsAre("/", "/old"));
 }
 
-TEST_F(PolicyTest, ALinkIsAskedForLikeALoad) {
+TEST_F(PolicyTest, ALinkIsAnActionLikeALoad) {
     const Site site(
         {{"/", titled("start", "<a href='page.html'>page</a>")}, {"/page.html", titled("page")}});
     loadWholly(site.address("/"), "start");
@@ -61,7 +61,7 @@ TEST_F(PolicyTest, ALinkIsAskedForLikeALoad) {
                                              "response " + site.address("/page.html")));
 }
 
-TEST_F(PolicyTest, AFrameIsAskedForAfterItsPage) {
+TEST_F(PolicyTest, AFrameIsAnActionAfterItsPage) {
     const Site site(
         {{"/", titled("start", "<iframe src='/frame'></iframe>")}, {"/frame", titled("frame")}});
     EXPECT_TRUE(loadWholly(site.address("/"), "start"));
@@ -71,7 +71,7 @@ TEST_F(PolicyTest, AFrameIsAskedForAfterItsPage) {
                     "action " + site.address("/frame"), "response " + site.address("/frame")));
 }
 
-TEST_F(PolicyTest, ARefusedActionAsksNoServer) {
+TEST_F(PolicyTest, ARefusedActionSendsNoRequest) {
     const Site site({{"/", titled("start")}, {"/secret", titled("secret")}});
     loadWholly(site.address("/"), "start");
     delegate->onAction = [](const auto&) { return cancel; };
@@ -106,7 +106,7 @@ TEST_F(PolicyTest, ARefusedResponseLeavesTheViewOnItsPage) {
                     "action " + site.address("/b.htm"), "response " + site.address("/b.htm")));
 }
 
-TEST_F(PolicyTest, ADocumentIsAskedForOnceAndNotItsViewer) {
+TEST_F(PolicyTest, ADocumentIsOneResponseWithoutItsViewer) {
     const Site site({{"/a.pdf", {.content = "%PDF-1.4\n%%EOF\n", .type = "application/pdf"}}});
     load(site.address("/a.pdf"));
     EXPECT_TRUE(waitUntil([this, &site] {

@@ -2,9 +2,8 @@
 
 #include <utility>
 
-#include "platform/foundation/HTTPURLResponse.h"
-#include "platform/web/WKNavigationAction.h"
-#include "platform/web/WKNavigationResponse.h"
+#include "platform/foundation/URLResponse.h"
+#include "platform/web/WKNavigation.h"
 
 namespace orvalo::testing {
 

@@ -11,7 +11,7 @@
 
 namespace orvalo::testing {
 
-/// Writes down what it is asked, and answers as it is told.
+/// Records its calls and answers as configured.
 class RecordingDelegate : public NSObject, public WKNavigationDelegate, public WKUIDelegate {
   public:
     enum class Answer { allow, cancel, hold };
@@ -19,16 +19,16 @@ class RecordingDelegate : public NSObject, public WKNavigationDelegate, public W
     /// "action <address>", "response <address>" or "window <address>", in the order of the calls;
     /// "nil" for an absent address.
     std::vector<std::string> calls;
-    /// The answers, by address; those that it does not know are allowed.
+    /// The answers by address. Other addresses are allowed.
     std::function<Answer(const std::string& address)> onAction;
     std::function<Answer(const std::string& address)> onResponse;
-    /// What becomes of a request for a window; empty: nothing opens.
+    /// Creates the view for a new window; empty: no window opens.
     std::function<std::shared_ptr<WKWebView>(const std::shared_ptr<WKWebViewConfiguration>&)>
         onWindow;
-    /// The handlers of the decisions that it holds.
+    /// The handlers of open decisions.
     std::vector<std::function<void(WKNavigationActionPolicy)>> heldActions;
     std::vector<std::function<void(WKNavigationResponsePolicy)>> heldResponses;
-    /// The statuses of the answers, 0 for what no web server has answered.
+    /// The statuses of the responses, 0 without a web server.
     std::vector<int> statuses;
 
     void webView(const std::shared_ptr<WKWebView>& webView,

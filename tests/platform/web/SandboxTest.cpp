@@ -17,7 +17,7 @@ namespace {
 
 class SandboxTest : public WebFixture {};
 
-TEST_F(SandboxTest, APageSeesAFileSystemOfItsOwnWhereTheMachineCanDoThat) {
+TEST_F(SandboxTest, APageSeesItsOwnFileSystemIfTheMachineSupportsIt) {
     const Site site({{"/", titled("start")}});
     loadWholly(site.address("/"), "start");
     const auto own = std::filesystem::read_symlink("/proc/self/ns/mnt");
@@ -34,8 +34,8 @@ TEST_F(SandboxTest, APageSeesAFileSystemOfItsOwnWhereTheMachineCanDoThat) {
     EXPECT_GT(seen, 0);
 }
 
-TEST_F(SandboxTest, AMachineThatCannotSandboxShowsNoPage) {
-    // In the child, which starts the toolkit anew, bubblewrap is one that cannot.
+TEST_F(SandboxTest, WithoutASandboxNoPageIsShown) {
+    // The child process starts the toolkit again, with a bubblewrap that fails.
     const TemporaryFolder folder;
     const GText server(g_find_program_in_path("Xvfb"));
     std::filesystem::create_symlink(server.get(), folder.path() / "Xvfb");
@@ -51,8 +51,8 @@ TEST_F(SandboxTest, AMachineThatCannotSandboxShowsNoPage) {
             std::_Exit(webkit_web_view_is_loading(engine()) == FALSE ? 0 : 1);
         },
         ::testing::ExitedWithCode(0),
-        "No web page can be shown, since none can be sandboxed: bwrap: No\\.\n.*"
-        "No web page can be shown, since none can be sandboxed: bwrap: No\\.");
+        "No web page can be shown, because the sandbox cannot be created: bwrap: No\\.\n.*"
+        "No web page can be shown, because the sandbox cannot be created: bwrap: No\\.");
     g_setenv("PATH", path.c_str(), TRUE);
 }
 

@@ -8,13 +8,13 @@
 
 namespace orvalo::testing {
 
-/// What a path of the site answers.
+/// The response of a path.
 struct Page {
     enum class Manner {
-        whole,   ///< The answer, with its length.
-        never,   ///< Nothing, and the connection stays open.
+        whole,   ///< The content with its length.
+        never,   ///< No response; the connection stays open.
         half,    ///< The content without its end.
-        broken,  ///< Nothing, and the connection is closed.
+        broken,  ///< No response; the connection is closed.
     };
 
     std::string content{};
@@ -24,18 +24,18 @@ struct Page {
     Manner manner = Manner::whole;
 };
 
-/// A page with a title, which is how the tests know it, and a body.
+/// A page with a title, by which the tests identify it, and a body.
 Page titled(const std::string& title, const std::string& body = "");
-/// An answer that leads to another path.
+/// A redirection to another path.
 Page redirection(const std::string& path);
 
-/// A web site of a few paths; all others answer with status 404.
+/// A web site of a few paths. Other paths have status 404.
 class Site {
   public:
     explicit Site(std::map<std::string, Page> pages);
 
     std::string address(const std::string& path) const { return server_.address(path); }
-    /// The paths that were asked for, in order.
+    /// The requested paths in order.
     std::vector<std::string> requested() const { return server_.requestedPaths(); }
 
   private:

@@ -9,7 +9,7 @@ namespace {
 
 class ThreadTest : public WebFixture {
   protected:
-    /// That an operation ends the program with its name when another thread performs it.
+    /// Expects that the operation on another thread is a fatal error that names it.
     static void expectRefusal(const std::string& operation, const std::function<void()>& perform) {
         EXPECT_DEATH(std::thread(perform).join(),
                      "Fatal error: " + operation +
@@ -17,7 +17,7 @@ class ThreadTest : public WebFixture {
     }
 };
 
-TEST_F(ThreadTest, OnlyTheMainThreadUsesAView) {
+TEST_F(ThreadTest, RefusesOtherThreads) {
     expectRefusal("WKWebView\\.load", [this] { view->load({}); });
     expectRefusal("WKWebView\\.loadHTMLString", [this] { view->loadHTMLString("", std::nullopt); });
     expectRefusal("WKWebView\\.uiDelegate", [this] { view->setUIDelegate(nullptr); });

@@ -12,14 +12,14 @@ using ::testing::Not;
 using enum RecordingDelegate::Answer;
 
 constexpr double shortTime = 0.3;
-/// For pages that answer first: no less than the engine takes for that on a busy machine.
+/// Longer than the engine needs for a first response on a busy machine.
 constexpr double ampleTime = 2;
 
 class TimeoutTest : public WebFixture {
   protected:
     const Site site{{{"/", titled("start", "<a href='/never'>never</a>")},
                      {"/never", {.manner = Page::Manner::never}},
-                     // Engines wait for as much as tells the kind of the content.
+                     // Enough for the engine to detect the type of the content.
                      {"/half",
                       {.content = "<title>half</title>" + std::string(5000, ' '),
                        .manner = Page::Manner::half}},
@@ -28,19 +28,19 @@ class TimeoutTest : public WebFixture {
                      {"/picture", titled("picture", "<img src='/never'>")},
                      {"/next", titled("next")}}};
 
-    // The engine has started its processes.
+    // So that the engine has started its processes.
     TimeoutTest() { loadWholly(site.address("/next"), "next"); }
 
-    /// Waits until a line on standard error tells of an address that did not answer for so long.
+    /// Waits for the log line of an address that timed out.
     bool waitForLine(const CapturedOutput& errors, const std::string& path,
                      const std::string& time = "2 s") const {
-        const auto line = "Nothing came from " + site.address(path) + " for " + time +
-                          "; its loading was stopped.";
+        const auto line =
+            site.address(path) + " sent nothing for " + time + "; its load was stopped.";
         return waitUntil([&] { return errors.text().find(line) != std::string::npos; });
     }
 };
 
-TEST_F(TimeoutTest, APageThatNeverAnswersIsGivenUp) {
+TEST_F(TimeoutTest, APageWithoutAResponseTimesOut) {
     loadWholly(site.address("/"), "start");
     const CapturedOutput errors(2);
     load(site.address("/never"), shortTime);
@@ -50,27 +50,27 @@ TEST_F(TimeoutTest, APageThatNeverAnswersIsGivenUp) {
     EXPECT_THAT(errors.text(), Not(HasSubstr("could not be loaded")));
 }
 
-TEST_F(TimeoutTest, APageThatStopsHalfwayIsGivenUp) {
+TEST_F(TimeoutTest, AnIncompletePageTimesOut) {
     const CapturedOutput errors(2);
     load(site.address("/half"), shortTime);
     EXPECT_TRUE(waitForLine(errors, "/half", "0.3 s"));
     EXPECT_TRUE(loadWholly(site.address("/next"), "next"));
 }
 
-TEST_F(TimeoutTest, TheTargetOfARedirectionIsGivenUp) {
+TEST_F(TimeoutTest, TheTargetOfARedirectionTimesOut) {
     const CapturedOutput errors(2);
     load(site.address("/old"), ampleTime);
     EXPECT_TRUE(waitForLine(errors, "/never"));
 }
 
-TEST_F(TimeoutTest, APageWaitsNoLongerForItsPictures) {
+TEST_F(TimeoutTest, AMissingPictureTimesOut) {
     const CapturedOutput errors(2);
     load(site.address("/picture"), ampleTime);
     EXPECT_TRUE(waitForLine(errors, "/picture"));
     EXPECT_TRUE(waitForTitle("picture"));
 }
 
-TEST_F(TimeoutTest, HoldsForALinkToo) {
+TEST_F(TimeoutTest, AppliesToLinks) {
     load(site.address("/"), ampleTime);
     ASSERT_TRUE(waitForTitle("start"));
     const CapturedOutput errors(2);
@@ -79,12 +79,12 @@ TEST_F(TimeoutTest, HoldsForALinkToo) {
     EXPECT_TRUE(waitForTitle("start"));
 }
 
-TEST_F(TimeoutTest, ADelegateCanTakeItsTimeForAResponse) {
+TEST_F(TimeoutTest, DoesNotCountTheDelegatesTimeForAResponse) {
     const CapturedOutput errors(2);
     delegate->onResponse = [](const auto&) { return hold; };
     load(site.address("/next"), ampleTime);
     ASSERT_TRUE(waitUntil([this] { return delegate->heldResponses.size() == 1; }));
-    // A load of the same time-out that begins now ends in vain while that one still waits.
+    // Another load with the same time-out fails while the first one still waits.
     waitInVain(site.address("/never"), ampleTime);
     EXPECT_NE(webkit_web_view_is_loading(engine()), FALSE);
     delegate->heldResponses[0](WKNavigationResponsePolicy::allow);
@@ -92,7 +92,7 @@ TEST_F(TimeoutTest, ADelegateCanTakeItsTimeForAResponse) {
     EXPECT_THAT(errors.text(), Not(HasSubstr(site.address("/next"))));
 }
 
-TEST_F(TimeoutTest, ADelegateCanTakeItsTimeForARedirection) {
+TEST_F(TimeoutTest, DoesNotCountTheDelegatesTimeForARedirection) {
     const CapturedOutput errors(2);
     delegate->onAction = [this](const auto& address) {
         return address == site.address("/next") ? hold : allow;
@@ -106,7 +106,7 @@ TEST_F(TimeoutTest, ADelegateCanTakeItsTimeForARedirection) {
     EXPECT_THAT(errors.text(), Not(HasSubstr(site.address("/moved"))));
 }
 
-TEST_F(TimeoutTest, CountsAnewAfterADelegatesAnswer) {
+TEST_F(TimeoutTest, RestartsAfterADelegatesAnswer) {
     const CapturedOutput errors(2);
     delegate->onResponse = [](const auto&) { return hold; };
     load(site.address("/half"), ampleTime);
@@ -115,7 +115,7 @@ TEST_F(TimeoutTest, CountsAnewAfterADelegatesAnswer) {
     EXPECT_TRUE(waitForLine(errors, "/half"));
 }
 
-TEST_F(TimeoutTest, ATimeThatIsNoneCountsAsThePlatforms) {
+TEST_F(TimeoutTest, AnInvalidTimeOutMeansTheDefault) {
     const CapturedOutput errors(2);
     for (const double interval : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
         load(site.address("/next"), interval);

@@ -2,12 +2,11 @@
 
 namespace orvalo::testing {
 
-/// Starts the toolkit at its first call: on a virtual display, with folders of its own for what the
-/// web engine keeps. Where this machine cannot run the engine's sandbox, the engine is told to do
-/// without, for the tests alone; the application never does.
+/// Starts the toolkit at its first call, on a virtual display and with temporary folders for the
+/// web engine. Turns the engine's sandbox off on machines that cannot run it; only tests do that.
 void startToolkit();
 
-/// Whether this machine lets bubblewrap, with which the engine makes its sandbox, do so.
+/// Whether bubblewrap, which creates the engine's sandbox, works on this machine.
 bool canSandbox();
 
 }  // namespace orvalo::testing

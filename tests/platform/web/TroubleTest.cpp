@@ -32,7 +32,7 @@ class TroubleTest : public WebFixture {
                      {"/next", titled("next")}}};
 };
 
-TEST_F(TroubleTest, AKilledPageIsToldAndTheViewLoadsAgain) {
+TEST_F(TroubleTest, AKilledPageIsLoggedAndTheViewLoadsAgain) {
     loadWholly(site.address("/"), "start");
     const CapturedOutput errors(2);
     const auto processes = webProcesses();
@@ -44,7 +44,7 @@ TEST_F(TroubleTest, AKilledPageIsToldAndTheViewLoadsAgain) {
         return errors.text().find("The process of the page " + site.address("/") + " crashed.") !=
                std::string::npos;
     }));
-    // A process that was kept ready for the next page was killed too; its end may be seen only now.
+    // The engine's spare process was killed too, and it may notice that only now.
     std::size_t told = 0;
     EXPECT_TRUE(waitUntil([&] {
         if (const auto crashes = count(errors.text(), "crashed."); crashes > told) {
@@ -56,7 +56,7 @@ TEST_F(TroubleTest, AKilledPageIsToldAndTheViewLoadsAgain) {
     EXPECT_TRUE(loadWholly(site.address("/"), "start"));
 }
 
-TEST_F(TroubleTest, APageThatIsKilledWhileItLoadsLeavesTheViewUsable) {
+TEST_F(TroubleTest, AViewLoadsAgainAfterAKillDuringALoad) {
     loadWholly(site.address("/"), "start");
     delegate->onResponse = [](const auto&) { return RecordingDelegate::Answer::hold; };
     load(site.address("/next"));
@@ -69,7 +69,7 @@ TEST_F(TroubleTest, APageThatIsKilledWhileItLoadsLeavesTheViewUsable) {
     EXPECT_TRUE(loadWholly(site.address("/next"), "next"));
 }
 
-TEST_F(TroubleTest, WhatCannotBeLoadedIsToldAndNotShown) {
+TEST_F(TroubleTest, AFailedLoadIsLoggedAndNotShown) {
     loadWholly(site.address("/"), "start");
     delegate->calls.clear();
     for (const auto& address : {site.address("/broken"), LoopbackServer::refusedAddress()}) {
@@ -86,7 +86,7 @@ TEST_F(TroubleTest, WhatCannotBeLoadedIsToldAndNotShown) {
     EXPECT_EQ(evaluate("document.body.textContent"), "file");
 }
 
-TEST_F(TroubleTest, ARefusalOfTheDelegateIsNoTrouble) {
+TEST_F(TroubleTest, ARefusalOfTheDelegateIsNotLogged) {
     loadWholly(site.address("/"), "start");
     const CapturedOutput errors(2);
     delegate->onResponse = [](const auto&) { return RecordingDelegate::Answer::cancel; };

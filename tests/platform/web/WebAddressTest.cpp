@@ -15,7 +15,7 @@ TEST(WebAddressTest, IsAbsentForANullOrEmptyText) {
     EXPECT_EQ(webAddress(""), std::nullopt);
 }
 
-TEST(WebAddressTest, KeepsWhatAnAddressConsistsOf) {
+TEST(WebAddressTest, KeepsTheCharactersOfAnAddress) {
     for (const char* text :
          {"http://a.example/", "https://a.example:8443/b/c.pdf?d=e&f#g", "about:blank",
           "file:///a%20b/help.html", "data:text/html,%3Cb%3E", "http://[::1]/(a)!$'*+,;=:@~_.-"}) {
@@ -23,7 +23,7 @@ TEST(WebAddressTest, KeepsWhatAnAddressConsistsOf) {
     }
 }
 
-TEST(WebAddressTest, EscapesWhatEnginesLeaveAsItStands) {
+TEST(WebAddressTest, EscapesOtherCharacters) {
     EXPECT_EQ(address("http://a.example/?b={c}|d^e`f\\g"),
               "http://a.example/?b=%7Bc%7D%7Cd%5Ee%60f%5Cg");
     EXPECT_EQ(address("http://a.example/100%"), "http://a.example/100%25");
@@ -32,7 +32,7 @@ TEST(WebAddressTest, EscapesWhatEnginesLeaveAsItStands) {
     EXPECT_EQ(address("http://a.example/\xC3\xA4 b"), "http://a.example/%C3%A4%20b");
 }
 
-TEST(WebAddressTest, GivesThePathThatIsMeant) {
+TEST(WebAddressTest, ReturnsTheUnescapedPath) {
     EXPECT_EQ(webAddress("http://a.example/100%.PDF").value().pathExtension(), "PDF");
     EXPECT_EQ(webAddress("http://a.example/a|b.htm?c.d").value().pathExtension(), "htm");
 }

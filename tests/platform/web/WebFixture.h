@@ -14,7 +14,7 @@
 
 namespace orvalo::testing {
 
-/// A web view in a window, both of whose delegates write down what they are asked.
+/// A web view in a window. Both delegates record their calls.
 class WebFixture : public ::testing::Test {
   protected:
     WebFixture();
@@ -22,22 +22,22 @@ class WebFixture : public ::testing::Test {
 
     /// Starts to load an address.
     void load(const std::string& address, double timeoutInterval = 60) const;
-    /// Loads an address and waits for its title; false when it does not come.
+    /// Loads an address and waits for its title; false when it does not appear.
     bool loadWholly(const std::string& address, const std::string& title) const;
-    /// Waits until the title of what is shown is that one and nothing loads.
+    /// Waits until the page has that title and nothing loads.
     bool waitForTitle(const std::string& title) const;
     /// Runs a script in the page and returns its result as text.
     std::string evaluate(const std::string& script) const;
     std::string title() const;
     WebKitWebView* engine() const { return WEBKIT_WEB_VIEW(view->widget()); }
-    /// Gives the view up, and its window.
+    /// Destroys the view and its window.
     void releaseView();
 
-    /// Loads a page in a view of its own to its end, by which time what this process and the
-    /// engine's shared processes had to do before is done.
+    /// Loads a page in another view to its end. Earlier work of this process and of the engine's
+    /// shared processes is done then.
     static void passTime(const Site& site, const std::string& path);
 
-    /// Lets a view of its own load an address until that is given up.
+    /// Loads an address in another view until the load times out.
     static void waitInVain(const std::string& address, double timeoutInterval);
 
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();

@@ -43,11 +43,11 @@ std::vector<pid_t> webProcesses() {
     const auto all = allProcesses();
     std::vector<pid_t> result;
     for (const auto& [number, process] : all) {
-        // The system cuts names at 15 characters.
+        // The kernel truncates names to 15 characters.
         if (process.name != "WebKitWebProces") {
             continue;
         }
-        // The sandbox puts processes of its own in between.
+        // The sandbox adds processes in between.
         auto ancestor = process.parent;
         while (ancestor != getpid() && all.contains(ancestor)) {
             ancestor = all.at(ancestor).parent;

@@ -6,7 +6,7 @@
 
 namespace orvalo::testing {
 
-/// The processes of web pages that this process has started, in no order.
+/// The web page processes of this process, in no order.
 std::vector<pid_t> webProcesses();
 
 }  // namespace orvalo::testing

@@ -16,7 +16,7 @@ using ::testing::IsEmpty;
 
 class CommandLineTest : public PlayFixture {
   protected:
-    /// One line on standard error, nothing on standard output, exit status 2.
+    /// Expects that line on standard error, empty standard output and exit status 2.
     void expectRefusal(const std::vector<std::string>& arguments, const std::string& line) {
         const auto end = run(arguments);
         EXPECT_EQ(end.status, 2);
@@ -41,13 +41,13 @@ TEST_F(CommandLineTest, BadOptionsEndWithOneLine) {
     }
 }
 
-TEST_F(CommandLineTest, ARenderBeyondAllMeasureIsRefused) {
+TEST_F(CommandLineTest, ATooLongRenderIsRefused) {
     const auto file = wav("a.wav", 48000, 100);
     const auto out = (folder.path() / "out.wav").string();
     expectRefusal({"--file", file, "--render", out, "--passes", "9223372036854775807"},
-                  "--passes: so long a file cannot be written.");
+                  "--passes: a file of that length cannot be written.");
     expectRefusal({"--file", file, "--render", out, "--seconds", "1e300"},
-                  "--seconds: so long a file cannot be written.");
+                  "--seconds: a file of that length cannot be written.");
     EXPECT_FALSE(std::filesystem::exists(out));
 }
 

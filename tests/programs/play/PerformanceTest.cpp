@@ -16,7 +16,7 @@ using ::testing::HasSubstr;
 
 class PerformanceTest : public PlayFixture {
   protected:
-    /// The lines from the start to the playing of a file.
+    /// The lines from the start until a file plays.
     static Lines start(const std::string& file) {
         return {
             "NOTE: WE ARE IN AUDIO UNIT RELEASE MODE. ENSURE THE STORYBOARD CONNECTIONS ARE VALID!",
@@ -54,7 +54,7 @@ class PerformanceTest : public PlayFixture {
         return {"AUEnginePlayer: Audio session was set active.",
                 "AUEnginePlayer: Audio engine stopping."};
     }
-    /// With the process's number hidden, and without the effect's MIDI, which depends on the music.
+    /// The lines without the process's number and the effect's MIDI, which depends on the music.
     static Lines plain(const Lines& lines) {
         Lines result;
         for (const auto& line : lines) {
@@ -70,8 +70,8 @@ class PerformanceTest : public PlayFixture {
     }
 };
 
-TEST_F(PerformanceTest, PlaysTheWantedPassesAndStops) {
-    // It stops a fifth of a second after the second pass: well before the third one is told of.
+TEST_F(PerformanceTest, PlaysTheRequestedPassesAndStops) {
+    // It stops 0.2 s after the second pass, before the end of the third.
     const auto file = wav("music.wav", 48000, 96000);
     const auto end = run({"--file", file, "--passes", "2"});
     EXPECT_EQ(end.status, 0);
@@ -98,7 +98,7 @@ TEST_F(PerformanceTest, PlaysADemonstrationFileUntilTheSecondsAreOver) {
     EXPECT_THAT(lines, ElementsAreArray(joined(start(match[1]), stop())));
 }
 
-TEST_F(PerformanceTest, AnInterruptStopsThroughTheHeart) {
+TEST_F(PerformanceTest, AnInterruptStopsPlayback) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         Program playing(command({"--file", wav("music.wav", 48000, 480000)}), environment);
         playing.readUntil("AUEnginePlayer: Audio engine starting.");
@@ -109,7 +109,7 @@ TEST_F(PerformanceTest, AnInterruptStopsThroughTheHeart) {
 }
 
 TEST_F(PerformanceTest, AnInterruptBeforePlayingEndsAtOnce) {
-    // No effect comes, so play is not pressed yet.
+    // There is no effect, so playback has not started.
     useProgramWithoutEffect();
     Program playing(command({}), environment);
     playing.readUntil("ERROR: There were no audio units found.");
@@ -118,19 +118,18 @@ TEST_F(PerformanceTest, AnInterruptBeforePlayingEndsAtOnce) {
     EXPECT_EQ(playing.wait(), 0);
 }
 
-TEST_F(PerformanceTest, WithoutTheEffectItPlaysWithoutIt) {
+TEST_F(PerformanceTest, PlaysWithoutAMissingEffect) {
     useProgramWithoutEffect();
     const auto file = wav("music.wav", 44100, 4410);
     const auto end = run({"--file", file, "--seconds", "0.05"});
     EXPECT_EQ(end.status, 0);
-    EXPECT_THAT(end.error, HasSubstr("The effect has not come within 5 seconds; playing without "
-                                     "it."));
+    EXPECT_THAT(end.error, HasSubstr("The effect was not ready after 5 s; playing without it."));
     ASSERT_GT(end.output.size(), 5U);
     EXPECT_EQ(end.output[1], "ERROR: There were no audio units found.");
     EXPECT_EQ(end.output[3], "AUEnginePlayer: The player was connected to the mainMixerNode.");
 }
 
-TEST_F(PerformanceTest, AMissingDemonstrationFileIsABrokenInstallation) {
+TEST_F(PerformanceTest, AMissingDemonstrationFileEndsTheProgram) {
     program = (folder.path() / "bin" / "orvalo-play").string();
     std::filesystem::create_directories(folder.path() / "bin");
     std::filesystem::copy_file(staged("orvalo-play"), program);

@@ -13,7 +13,7 @@
 
 namespace orvalo::testing {
 
-/// orvalo-play on the silent clock, with the application's own effect and no other.
+/// orvalo-play on the null output with only the application's effect.
 class PlayFixture : public ::testing::Test {
   protected:
     using Lines = std::vector<std::string>;
@@ -24,14 +24,15 @@ class PlayFixture : public ::testing::Test {
         std::string error;
     };
 
-    /// A run to its end.
+    /// Runs the program to its end.
     End run(std::vector<std::string> arguments);
     std::vector<std::string> command(std::vector<std::string> arguments) const;
 
-    /// A wav file of noise in the folder; its path.
+    /// Creates a wav file of noise and returns its path.
     std::string wav(const std::string& name, std::uint32_t rate, std::size_t frames,
                     std::uint32_t channels = 2);
-    /// A bundle that states Orvalo's codes for another plug-in; the folder for LV2_PATH.
+    /// Creates a bundle with Orvalo's codes for another plug-in and returns the folder for
+    /// LV2_PATH.
     std::string standIn(const std::string& plugin);
 
     /// Makes program one whose installation has no effect.

@@ -14,7 +14,7 @@ namespace orvalo::testing {
 
 namespace {
 
-constexpr int kPatience = 60000;  // ms, for one line on a busy machine
+constexpr int kTimeout = 60000;  // In ms, for one line on a busy machine
 
 std::vector<char*> pointers(const std::vector<std::string>& texts) {
     std::vector<char*> result;
@@ -87,7 +87,7 @@ std::vector<std::string> Program::readUntil(const std::string& text) {
         }
         pollfd waiting{output_, POLLIN, 0};
         char chunk[4096];
-        if (poll(&waiting, 1, kPatience) != 1) {
+        if (poll(&waiting, 1, kTimeout) != 1) {
             return lines;
         }
         const auto count = read(output_, chunk, sizeof chunk);

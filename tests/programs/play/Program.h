@@ -8,8 +8,8 @@
 
 namespace orvalo::testing {
 
-/// A program of the stage at work: its standard output read line by line, its standard error kept.
-/// Killed and awaited with the object.
+/// A running program of the stage. Its standard output is read line by line, its standard error is
+/// kept. The destructor kills it and waits for its end.
 class Program {
   public:
     using Environment = std::map<std::string, std::string>;
@@ -20,17 +20,17 @@ class Program {
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    /// The lines of standard output up to the first that holds the text, or all until the end or a
-    /// minute without a line.
+    /// The lines of standard output up to the first that contains the text; all lines when it ends
+    /// or prints nothing for a minute.
     std::vector<std::string> readUntil(const std::string& text);
-    /// The rest of the lines, until the program ends.
+    /// The remaining lines until the program ends.
     std::vector<std::string> readAll() { return readUntil({}); }
     void signal(int number) const;
     /// Closes the reading end of standard output.
     void closeOutput();
-    /// Waits for the end; the exit status, or minus the signal's number.
+    /// Waits for the end. Returns the exit status, or the negative number of the signal.
     int wait();
-    /// What it wrote to standard error so far.
+    /// Its standard error so far.
     std::string standardError() const;
 
   private:

@@ -43,7 +43,7 @@ TEST_F(RenderTest, PassesHaveExactlyTheFilesLengthAndRate) {
     }
 }
 
-TEST_F(RenderTest, WhatATransparentEffectRendersIsTheFileItself) {
+TEST_F(RenderTest, ATransparentEffectRendersTheFileItself) {
     environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
     const auto end =
         run({"--file", wav("music.wav", 44100, 30011, 1), "--render", out, "--passes", "2"});
@@ -55,14 +55,14 @@ TEST_F(RenderTest, WhatATransparentEffectRendersIsTheFileItself) {
 }
 
 TEST_F(RenderTest, TheEffectsLatencyIsCut) {
-    // Reports and applies a delay that depends on the rate.
+    // This effect reports and applies a delay that depends on the sample rate.
     environment["LV2_PATH"] = standIn("http://gareus.org/oss/lv2/nodelay");
     const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
     ASSERT_EQ(end.status, 0) << end.error;
     EXPECT_EQ(read(out)[0], noise(1, 30011, 1)[0]);
 }
 
-TEST_F(RenderTest, SecondsCutThePasses) {
+TEST_F(RenderTest, SecondsLimitThePasses) {
     ASSERT_EQ(
         run({"--file", wav("music.wav", 48000, 30000), "--render", out, "--seconds", "1.5"}).status,
         0);
@@ -74,7 +74,7 @@ TEST_F(RenderTest, SecondsCutThePasses) {
     EXPECT_EQ(read(out)[0].size(), 60000U);
 }
 
-TEST_F(RenderTest, AFailureLeavesTheOldFileAndNothingElse) {
+TEST_F(RenderTest, AFailureKeepsTheOldFile) {
     std::ofstream(out) << "precious";
     useProgramWithoutEffect();
     const auto end = run({"--file", wav("music.wav", 48000, 100), "--render", out});

@@ -22,7 +22,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-/// What a server has played on its left channel so far.
+/// The left channel that a server has played so far.
 class Recording {
   public:
     void append(const float* samples, std::size_t count, std::size_t stride) {
@@ -32,11 +32,10 @@ class Recording {
         }
     }
 
-    /// Whether these samples stand in it somewhere, each after the other. One thread, and always
-    /// the same samples.
+    /// Whether it contains these consecutive samples. One thread, always with the same samples.
     bool holds(const std::vector<float>& wanted) {
         {
-            // No longer than it takes to copy: the server must not wait for who looks.
+            // Locked only for the copy: the server must not wait.
             const std::lock_guard lock(mutex_);
             heard_.insert(heard_.end(), samples_.begin(), samples_.end());
             samples_.clear();
@@ -52,12 +51,12 @@ class Recording {
     }
 
     std::mutex mutex_;
-    std::vector<float> samples_;  // Since the last look.
+    std::vector<float> samples_;  // Since the last search.
     std::vector<float> heard_;
     std::size_t searched_ = 0;
 };
 
-/// orvalo-play through a transparent effect, on a real sound server.
+/// orvalo-play with a transparent effect on a real sound server.
 class SoundServersTest : public PlayFixture {
   protected:
     SoundServersTest() {

@@ -4,7 +4,7 @@
 
 namespace orvalo::testing {
 
-/// The path of a program in the stage that the test is built for.
+/// The path of a program in the stage.
 inline std::string staged(const std::string& program) {
     return std::string(ORVALO_STAGE) + "/bin/" + program;
 }

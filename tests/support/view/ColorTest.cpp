@@ -7,7 +7,7 @@
 namespace orvalo {
 namespace {
 
-TEST(Color, GivesItsComponents) {
+TEST(Color, ReturnsItsComponents) {
     const UIColor color(0.25, 0.5, 0.75, 0.125);
     EXPECT_EQ(redValue(color), 0.25);
     EXPECT_EQ(greenValue(color), 0.5);
@@ -15,7 +15,7 @@ TEST(Color, GivesItsComponents) {
     EXPECT_EQ(alphaValue(color), 0.125);
 }
 
-TEST(Color, MakesAGreyOfEqualComponents) {
+TEST(Color, CreatesAGreyOfEqualComponents) {
     const UIColor grey(0.3, 0.9);
     EXPECT_EQ(redValue(grey), 0.3);
     EXPECT_EQ(greenValue(grey), 0.3);
@@ -31,7 +31,7 @@ TEST(Color, ClampsNothing) {
     EXPECT_EQ(alphaValue(color), 0);
 }
 
-TEST(Color, IsSeenByImageProcessingAsItIs) {
+TEST(Color, IsUnchangedForImageProcessing) {
     const CIColor color(UIColor(0.1, 0.2, 0.3, 0.4));
     EXPECT_EQ(color.red, 0.1);
     EXPECT_EQ(color.green, 0.2);

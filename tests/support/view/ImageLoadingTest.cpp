@@ -30,7 +30,7 @@ const std::string notRead = "UIImageView::loadFrom() : Could not encode image da
 const std::string always = "UIImageView::loadFrom() : Could not assign image.";
 const std::string fetched = "Fetched image successfully";
 
-/// Pictures and other things, by path.
+/// A site with pictures and other content, by path.
 void serve(const Request& request, const Connection& connection) {
     if (request.path == "/picture.png") {
         connection.answer(200, "image/png", pngFile(20, 10));
@@ -60,7 +60,7 @@ class ImageLoading : public ::testing::Test {
         view->setImage(UIImage::data(Data(file.begin(), file.end())));
     }
 
-    /// Waits for as many lines, and lets the main queue do all that it was given before.
+    /// Waits for that many lines and for all earlier items of the main queue.
     Lines linesAfter(std::size_t count) {
         EXPECT_TRUE(waitUntil([&] { return output.lines().size() >= count; })) << output.text();
         bool isDone = false;
@@ -81,7 +81,7 @@ class ImageLoading : public ::testing::Test {
 
 using LoadFrom = ImageLoading;
 
-TEST_F(LoadFrom, ShowsThePictureAndWritesItsLineAllTheSame) {
+TEST_F(LoadFrom, ShowsThePictureAndPrintsItsLine) {
     loadFrom(view, server.address("/picture.png"));
     EXPECT_EQ(linesAfter(1), Lines{always});
     EXPECT_EQ(shownSize(), (CGSize{20, 10}));
@@ -96,7 +96,7 @@ TEST_F(LoadFrom, NamesATextThatIsNoAddress) {
     EXPECT_EQ(shownSize(), (CGSize{1, 1}));
 }
 
-TEST_F(LoadFrom, DoesNothingBeforeTheMainQueueDoes) {
+TEST_F(LoadFrom, RunsOnTheMainQueue) {
     loadFrom(view, "");
     loadFrom(view, server.address("/picture.png"));
     EXPECT_EQ(server.requestedPaths(), Lines{});
@@ -105,7 +105,7 @@ TEST_F(LoadFrom, DoesNothingBeforeTheMainQueueDoes) {
     EXPECT_EQ(linesAfter(3), (Lines{"direct", notAnAddress, always}));
 }
 
-TEST_F(LoadFrom, IsDoneBeforeTheMainQueuesNextItem) {
+TEST_F(LoadFrom, EndsBeforeTheMainQueuesNextItem) {
     std::vector<CGSize> sizes;
     const auto noteSize = [&] { sizes.push_back(shownSize()); };
     DispatchQueue::main()->async(noteSize);
@@ -115,7 +115,7 @@ TEST_F(LoadFrom, IsDoneBeforeTheMainQueuesNextItem) {
     EXPECT_EQ(sizes, (std::vector<CGSize>{{1, 1}, {20, 10}}));
 }
 
-TEST_F(LoadFrom, ReportsWhatCannotBeRead) {
+TEST_F(LoadFrom, ReportsUnreadableAddresses) {
     loadFrom(view, LoopbackServer::refusedAddress());
     loadFrom(view, server.address("/nothing"));
     loadFrom(view, server.address("/missing-with-picture"));
@@ -125,7 +125,7 @@ TEST_F(LoadFrom, ReportsWhatCannotBeRead) {
     EXPECT_EQ(shownSize(), (CGSize{1, 1}));
 }
 
-TEST_F(LoadFrom, KeepsTheImageWhenTheContentIsNone) {
+TEST_F(LoadFrom, KeepsTheImageForOtherContent) {
     loadFrom(view, server.address("/text"));
     EXPECT_EQ(linesAfter(1), Lines{always});
     EXPECT_EQ(shownSize(), (CGSize{1, 1}));
@@ -137,7 +137,7 @@ TEST_F(LoadFrom, FollowsRedirections) {
     EXPECT_EQ(shownSize(), (CGSize{20, 10}));
 }
 
-TEST_F(LoadFrom, TakesLargePictures) {
+TEST_F(LoadFrom, AcceptsLargePictures) {
     loadFrom(view, server.address("/large.png"));
     EXPECT_EQ(linesAfter(1), Lines{always});
     EXPECT_EQ(shownSize(), (CGSize{3000, 2000}));
@@ -154,7 +154,7 @@ TEST_F(LoadFrom, ReadsFiles) {
     EXPECT_EQ(linesAfter(2), (Lines{always, notRead}));
 }
 
-TEST_F(LoadFrom, DoesNotKeepTheView) {
+TEST_F(LoadFrom, DoesNotKeepTheViewAlive) {
     const std::weak_ptr<UIImageView> left = view;
     loadFrom(view, server.address("/picture.png"));
     view.reset();
@@ -177,7 +177,7 @@ TEST_F(GetImage, ShowsThePicture) {
     EXPECT_EQ(output.lines(), Lines{fetched});
 }
 
-TEST_F(GetImage, SaysNothingOfATextThatIsNoAddress) {
+TEST_F(GetImage, PrintsNothingForATextThatIsNoAddress) {
     getImageFromURLString(view, "");
     getImageFromURLString(view, "no address");
     getImageFromURLString(view, server.address("/picture.png"));
@@ -185,7 +185,7 @@ TEST_F(GetImage, SaysNothingOfATextThatIsNoAddress) {
     EXPECT_EQ(output.lines(), Lines{fetched});
 }
 
-TEST_F(GetImage, ClearsTheViewWithoutAWordWhenTheServerHasNone) {
+TEST_F(GetImage, ClearsTheViewSilentlyForAnErrorStatus) {
     getImageFromURLString(view, server.address("/nothing"));
     ASSERT_TRUE(waitForSize({}));
     EXPECT_EQ(output.lines(), Lines{});
@@ -199,13 +199,13 @@ TEST_F(GetImage, ShowsAPictureOfAnyStatus) {
     EXPECT_EQ(output.lines(), Lines{});
 }
 
-TEST_F(GetImage, ClearsTheViewForWhatIsNoPicture) {
+TEST_F(GetImage, ClearsTheViewForOtherContent) {
     getImageFromURLString(view, server.address("/text"));
     ASSERT_TRUE(waitForSize({}));
     EXPECT_EQ(output.lines(), Lines{fetched});
 }
 
-TEST_F(GetImage, DescribesATransportErrorAndLeavesTheView) {
+TEST_F(GetImage, PrintsATransportErrorAndKeepsTheView) {
     const auto refused = LoopbackServer::refusedAddress();
     getImageFromURLString(view, refused);
     EXPECT_EQ(linesAfter(1), Lines{"Error Domain=NSURLErrorDomain Code=-1004 \"" + refused +
@@ -217,7 +217,7 @@ TEST_F(GetImage, DescribesATransportErrorAndLeavesTheView) {
     EXPECT_EQ(shownSize(), (CGSize{1, 1}));
 }
 
-TEST_F(GetImage, LeavesTheMainThreadFree) {
+TEST_F(GetImage, DoesNotBlockTheMainThread) {
     bool isAsked = false;
     const LoopbackServer slow([&isAsked](const Request&, const Connection& connection) {
         DispatchQueue::main()->async([&isAsked] { isAsked = true; });
@@ -229,7 +229,7 @@ TEST_F(GetImage, LeavesTheMainThreadFree) {
     EXPECT_EQ(shownSize(), (CGSize{1, 1}));
 }
 
-/// Writes down where it ends.
+/// Records the thread of its destruction.
 class EndingView : public UIImageView {
   public:
     explicit EndingView(std::atomic<int>& endedOnMain) : endedOnMain_(endedOnMain) {}
@@ -239,7 +239,7 @@ class EndingView : public UIImageView {
     std::atomic<int>& endedOnMain_;
 };
 
-TEST_F(GetImage, KeepsTheViewAndLetsGoOfItOnTheMainThread) {
+TEST_F(GetImage, KeepsTheViewAliveAndReleasesItOnTheMainThread) {
     for (const auto& address : {server.address("/picture.png"), LoopbackServer::refusedAddress()}) {
         std::atomic<int> endedOnMain = 0;
         getImageFromURLString(std::make_shared<EndingView>(endedOnMain), address);
@@ -249,7 +249,7 @@ TEST_F(GetImage, KeepsTheViewAndLetsGoOfItOnTheMainThread) {
     }
 }
 
-TEST_F(GetImage, ReadsFilesWithoutAWord) {
+TEST_F(GetImage, ReadsFilesSilently) {
     const TemporaryFolder folder;
     const auto path = (folder.path() / "a.png").string();
     std::ofstream(path) << pngFile(9, 9);

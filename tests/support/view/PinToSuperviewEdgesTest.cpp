@@ -45,7 +45,7 @@ TEST_F(PinToSuperviewEdges, AddsItsConstraintsEveryTime) {
     EXPECT_EQ(container->constraints().size(), 8U);
 }
 
-TEST_F(PinToSuperviewEdges, HasTheViewFillAndFollowItsSuperview) {
+TEST_F(PinToSuperviewEdges, MakesTheViewFillAndFollowItsSuperview) {
     screen->view()->addSubview(container);
     container->setFrame({10, 20, 300, 200});
     container->addSubview(view);

@@ -20,7 +20,7 @@ std::string textOf(const std::string& address) {
     return {data.begin(), data.end()};
 }
 
-/// The code of the error that reading throws; 0 when it throws none.
+/// The code of the thrown error; 0 when there is none.
 std::int64_t errorCode(const std::string& address) {
     try {
         contentsOf(*URL::string(address));
@@ -49,7 +49,7 @@ TEST(ContentsOf, ReadsAFile) {
               content);
 }
 
-TEST(ContentsOf, TakesAMessageAboutTheContentForAnError) {
+TEST(ContentsOf, ThrowsForAnErrorStatus) {
     const LoopbackServer server([](const Request& request, const Connection& connection) {
         connection.answer(std::stoi(request.path.substr(1)), "text/plain", "sorry");
     });
@@ -59,7 +59,7 @@ TEST(ContentsOf, TakesAMessageAboutTheContentForAnError) {
     EXPECT_EQ(textOf(server.address("/203")), "sorry");
 }
 
-TEST(ContentsOf, ThrowsWhatLoadingFailedWith) {
+TEST(ContentsOf, ThrowsTransportErrors) {
     EXPECT_EQ(errorCode(LoopbackServer::refusedAddress()), -1004);
     EXPECT_EQ(errorCode("ftp://127.0.0.1/"), -1002);
     const LoopbackServer server([](const Request&, const Connection& connection) {

@@ -6,22 +6,21 @@
 #include <thread>
 #include <utility>
 
-#include "platform/foundation/HTTPURLResponse.h"
 #include "platform/foundation/loading/URLSession.h"
 
 namespace orvalo::testing {
 
-/// How a load of the shared session ended.
+/// The result of a load of the shared session.
 struct Loaded {
     URLResult result;
-    std::thread::id thread;  ///< Where the completion was called.
+    std::thread::id thread;  ///< The completion's thread.
 
     bool isContents() const { return std::holds_alternative<URLContents>(result); }
     const Data& data() const { return std::get<URLContents>(result).data; }
     std::string text() const { return {data().begin(), data().end()}; }
     const NSError& error() const { return std::get<NSError>(result); }
     const URLResponse& response() const { return *std::get<URLContents>(result).response; }
-    /// -1 for an answer that is not of a web server.
+    /// -1 when the response is not of a web server.
     std::int64_t status() const {
         const auto* http = dynamic_cast<const HTTPURLResponse*>(&response());
         return http ? http->statusCode : -1;
@@ -29,7 +28,7 @@ struct Loaded {
 };
 
 inline Loaded load(const URLRequest& request) {
-    // The completion may still be running, on its thread, when the result is here.
+    // Shared, because the completion may outlive this function.
     const auto promise = std::make_shared<std::promise<Loaded>>();
     auto future = promise->get_future();
     URLSession::shared()->data(request, [promise](URLResult result) {

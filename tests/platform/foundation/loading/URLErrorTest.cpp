@@ -21,7 +21,7 @@ TEST(URLError, NamesTheAddress) {
               "nil: Addresses of this kind cannot be loaded.");
 }
 
-TEST(URLError, TellsWhatTheClientMet) {
+TEST(URLError, MapsErrorsOfTheHTTPClient) {
     EXPECT_EQ(meaning(G_IO_ERROR, G_IO_ERROR_TIMED_OUT).code(), -1001);
     EXPECT_EQ(meaning(G_RESOLVER_ERROR, G_RESOLVER_ERROR_NOT_FOUND).code(), -1003);
     EXPECT_EQ(meaning(G_IO_ERROR, G_IO_ERROR_CONNECTION_REFUSED).code(), -1004);
@@ -33,7 +33,7 @@ TEST(URLError, TellsWhatTheClientMet) {
     EXPECT_EQ(meaning(G_TLS_ERROR, G_TLS_ERROR_BAD_CERTIFICATE).code(), -1202);
 }
 
-TEST(URLError, LeavesOtherErrorsTheirWords) {
+TEST(URLError, KeepsTheTextOfOtherErrors) {
     const auto error = meaning(G_IO_ERROR, G_IO_ERROR_NO_SPACE);
     EXPECT_EQ(error.code(), -1);
     EXPECT_EQ(error.localizedDescription(), "http://example.org/: The library's own words");

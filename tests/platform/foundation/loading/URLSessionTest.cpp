@@ -18,14 +18,14 @@ namespace {
 using Connection = LoopbackServer::Connection;
 using Request = LoopbackServer::Request;
 
-/// What the transport reported, without the address in front.
+/// The text of a transport error without the address.
 std::string reason(const Loaded& loaded, const std::string& address) {
     const auto text = loaded.error().localizedDescription();
     EXPECT_TRUE(text.starts_with(address + ": ")) << text;
     return text.substr(address.size() + 2);
 }
 
-TEST(URLSession, IsOne) {
+TEST(URLSession, IsShared) {
     EXPECT_EQ(URLSession::shared(), URLSession::shared());
 }
 
@@ -57,7 +57,7 @@ TEST(URLSession, CompletesOnABackgroundThreadWithoutARunLoop) {
     EXPECT_NE(load("file:///").thread, main);
 }
 
-TEST(URLSession, CanBeAskedFromAnyThread) {
+TEST(URLSession, LoadsFromAnyThread) {
     const LoopbackServer server([](const Request& request, const Connection& connection) {
         connection.answer(200, "text/plain", request.path);
     });
@@ -75,7 +75,7 @@ TEST(URLSession, CanBeAskedFromAnyThread) {
     EXPECT_EQ(right, 8);
 }
 
-TEST(URLSession, TakesAnAnswerOfAnyStatusForContent) {
+TEST(URLSession, LoadsContentOfAnyStatus) {
     const LoopbackServer server([](const Request&, const Connection& connection) {
         connection.answer(404, "text/plain", "not here");
     });
@@ -100,7 +100,7 @@ TEST(URLSession, FollowsRedirections) {
     EXPECT_EQ(loaded.response().url, URL::string(server.address("/new")));
 }
 
-TEST(URLSession, GivesUpARoundOfRedirections) {
+TEST(URLSession, StopsAfterTooManyRedirections) {
     const LoopbackServer server([](const Request&, const Connection& connection) {
         connection.answer(302, "text/plain", "", "Location: /round\r\n");
     });
@@ -110,7 +110,7 @@ TEST(URLSession, GivesUpARoundOfRedirections) {
     EXPECT_EQ(reason(loaded, server.address("/round")), "The server redirects too often.");
 }
 
-TEST(URLSession, LeavesTheFilesOfThisMachineToItsOwnAddresses) {
+TEST(URLSession, DoesNotFollowARedirectionToAFile) {
     const LoopbackServer server([](const Request&, const Connection& connection) {
         connection.answer(302, "text/plain", "moved", "Location: file:///etc/hostname\r\n");
     });
@@ -153,15 +153,15 @@ TEST(URLSession, ReportsARefusedConnection) {
     EXPECT_EQ(reason(loaded, address), "The server accepts no connection.");
 }
 
-TEST(URLSession, ReportsAServerOfNoKnownName) {
-    // RFC 6761: a name that never leads anywhere.
+TEST(URLSession, ReportsAnUnknownServerName) {
+    // RFC 6761: a name that never resolves.
     const auto loaded = load("http://server.invalid/");
     ASSERT_FALSE(loaded.isContents());
     EXPECT_EQ(loaded.error().code(), -1003);
     EXPECT_EQ(reason(loaded, "http://server.invalid/"), "There is no server of this name.");
 }
 
-TEST(URLSession, ReportsContentThatBreaksOff) {
+TEST(URLSession, ReportsTruncatedContent) {
     const LoopbackServer server([](const Request&, const Connection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nthe beginning");
     });
@@ -171,14 +171,14 @@ TEST(URLSession, ReportsContentThatBreaksOff) {
     EXPECT_EQ(reason(loaded, server.address("/broken")), "The connection broke off.");
 }
 
-TEST(URLSession, ReportsAServerThatHangsUp) {
+TEST(URLSession, ReportsAServerThatClosesTheConnection) {
     const LoopbackServer server([](const Request&, const Connection&) {});
     const auto loaded = load(server.address("/"));
     ASSERT_FALSE(loaded.isContents());
     EXPECT_EQ(loaded.error().code(), -1005);
 }
 
-TEST(URLSession, ReportsWhatIsNotHTTP) {
+TEST(URLSession, ReportsAResponseThatIsNotHTTP) {
     const LoopbackServer server([](const Request&, const Connection& connection) {
         connection.send("220 mail.example ESMTP\r\n\r\n");
     });
@@ -187,7 +187,7 @@ TEST(URLSession, ReportsWhatIsNotHTTP) {
     EXPECT_EQ(loaded.error().domain(), "NSURLErrorDomain");
 }
 
-TEST(URLSession, StopsWaitingForAnAnswerAfterTheTimeOut) {
+TEST(URLSession, TimesOutBeforeTheResponse) {
     OneShot hungUp;
     const LoopbackServer server([&](const Request&, const Connection& connection) {
         connection.waitForEnd();
@@ -197,10 +197,10 @@ TEST(URLSession, StopsWaitingForAnAnswerAfterTheTimeOut) {
     ASSERT_FALSE(loaded.isContents());
     EXPECT_EQ(loaded.error().code(), -1001);
     EXPECT_EQ(reason(loaded, server.address("/slow")), "The server took too long.");
-    hungUp.wait();  // The connection goes with the request.
+    hungUp.wait();  // The request closes its connection.
 }
 
-TEST(URLSession, StopsWaitingForTheRestAfterTheTimeOut) {
+TEST(URLSession, TimesOutInsideTheContent) {
     const LoopbackServer server([](const Request&, const Connection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nthe beginning");
         connection.waitForEnd();
@@ -210,7 +210,7 @@ TEST(URLSession, StopsWaitingForTheRestAfterTheTimeOut) {
     EXPECT_EQ(loaded.error().code(), -1001);
 }
 
-TEST(URLSession, CountsTheTimeOutFromTheLastProgress) {
+TEST(URLSession, RestartsTheTimeOutAtEveryProgress) {
     const LoopbackServer server([](const Request&, const Connection& connection) {
         connection.send("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\n");
         for (int piece = 0; piece < 6; ++piece) {
@@ -218,13 +218,13 @@ TEST(URLSession, CountsTheTimeOutFromTheLastProgress) {
             connection.send(std::to_string(piece));
         }
     });
-    // Longer in all than the time-out, shorter in every pause.
+    // The whole load takes longer than the time-out, every pause is shorter.
     const auto loaded = load(server.address("/steady"), 2.5);
     ASSERT_TRUE(loaded.isContents()) << loaded.error().description();
     EXPECT_EQ(loaded.text(), "012345");
 }
 
-TEST(URLSession, TakesEveryTimeOut) {
+TEST(URLSession, AcceptsEveryTimeOut) {
     const LoopbackServer server([](const Request& /*request*/, const Connection& connection) {
         connection.answer(200, "text/plain", "x");
     });
@@ -237,13 +237,13 @@ TEST(URLSession, TakesEveryTimeOut) {
     EXPECT_TRUE(load(server.address("/"), 1e12).isContents());
 }
 
-TEST(URLSession, HasSixtySecondsUnlessAskedOtherwise) {
+TEST(URLSession, TimesOutAfterSixtySecondsByDefault) {
     EXPECT_EQ(URLRequest{}.timeoutInterval, 60.0);
     EXPECT_EQ(URLRequest{}.cachePolicy, URLRequestCachePolicy::useProtocolCachePolicy);
     EXPECT_EQ(static_cast<int>(URLRequestCachePolicy::useProtocolCachePolicy), 0);
 }
 
-TEST(URLSession, ServesOthersWhileOneHangs) {
+TEST(URLSession, LoadsOthersWhileOneHangs) {
     OneShot hasEnded;
     {
         const LoopbackServer server([](const Request& request, const Connection& connection) {
@@ -257,7 +257,7 @@ TEST(URLSession, ServesOthersWhileOneHangs) {
                                    [&hasEnded](const URLResult&) { hasEnded.signal(); });
         EXPECT_EQ(load(server.address("/quick")).text(), "at once");
     }
-    hasEnded.wait();  // With its server.
+    hasEnded.wait();  // The server's end ends it.
 }
 
 TEST(URLSession, ReadsFiles) {
@@ -271,7 +271,7 @@ TEST(URLSession, ReadsFiles) {
     EXPECT_EQ(loaded.response().url, url);
 }
 
-TEST(URLSession, ReportsAFileThatIsNotThere) {
+TEST(URLSession, ReportsAMissingFile) {
     const TemporaryFolder folder;
     const auto path = (folder.path() / "none").string();
     const auto loaded = load(URLRequest{.url = URL::fileURLWithPath(path)});
@@ -281,7 +281,7 @@ TEST(URLSession, ReportsAFileThatIsNotThere) {
     EXPECT_TRUE(loaded.error().localizedDescription().starts_with(path + ": "));
 }
 
-TEST(URLSession, RefusesOtherKindsOfAddresses) {
+TEST(URLSession, RefusesOtherSchemes) {
     for (const auto* address : {"ftp://127.0.0.1/a", "mailto:a@b", "data:,a"}) {
         const auto loaded = load(address);
         ASSERT_FALSE(loaded.isContents()) << address;
