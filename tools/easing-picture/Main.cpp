@@ -62,7 +62,7 @@ void writeText(std::ostream& svg, std::string_view kind, double x, double y,
     svg << "<text class='" << kind << "' x='" << x << "' y='" << y << "'>" << text << "</text>\n";
 }
 
-/// Draws curves side by side, all with the room that the largest of them needs, and returns the
+/// Draws curves side by side, each with the space that the largest of them needs, and returns the
 /// bottom of the row.
 double drawRow(std::ostream& svg, double top, std::size_t first, std::size_t count) {
     std::vector<Plot> plots;
@@ -82,7 +82,7 @@ double drawRow(std::ostream& svg, double top, std::size_t first, std::size_t cou
     return ground - lowest * Plot::way;
 }
 
-/// What the marks mean, beside the one curve that has no family.
+/// Explains the marks, beside the one curve that has no family.
 void drawLegend(std::ostream& svg, double top) {
     const double x = left(1);
     double y = top + titleHeight + 10;

@@ -11,7 +11,7 @@ namespace orvalo::picture {
 
 namespace {
 
-/// More than the steepest curve without a leap goes in a frame.
+/// A step that no curve without a jump takes in one frame.
 constexpr double leap = 0.25;
 
 }  // namespace

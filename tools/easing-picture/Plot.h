@@ -6,15 +6,15 @@
 
 namespace orvalo::picture {
 
-/// A curve's values from 0 to 1, one for each frame of a run with the first and the last.
+/// A curve's values from 0 to 1, one per frame of a run, including the first and the last.
 class Plot {
   public:
     static constexpr std::size_t frames = 160;
-    /// Pixels: a frame is one wide, the way from 0 to 1 so high.
+    /// Pixels: one per frame, and the height from 0 to 1.
     static constexpr double width = frames;
     static constexpr double way = 72;
 
-    /// number: the curve's, in EnumEasing.
+    /// number: the curve's number in EnumEasing.
     explicit Plot(std::size_t number);
 
     double lowest() const;
