@@ -42,7 +42,7 @@ std::string addressAt(std::uint16_t port, const std::string& path) {
     return "http://127.0.0.1:" + std::to_string(port) + path;
 }
 
-/// What the client sends before the content; less when it stops before.
+/// The bytes that the client sends before the content; fewer when the client stops earlier.
 std::string readHead(int socket) {
     constexpr std::string_view end = "\r\n\r\n";
     std::string head;
@@ -120,7 +120,7 @@ std::vector<std::string> LoopbackServer::requestedPaths() const {
 }
 
 std::string LoopbackServer::refusedAddress() {
-    // Bound but not listening, to the end of the program: nobody else gets the port meanwhile.
+    // Bound but not listening until the program ends, so that no other process gets the port.
     static const auto port = boundSocket().second;
     return addressAt(port, "/");
 }

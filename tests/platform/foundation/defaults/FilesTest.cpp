@@ -79,6 +79,7 @@ TEST_F(DefaultsFiles, InAnotherFormatAreRefusedAndLeftAlone) {
 }
 
 TEST_F(DefaultsFiles, ofAnotherProgramAreRefusedAndLeftAlone) {
+    std::filesystem::create_directories(file_.parent_path());
     query(file_, "CREATE TABLE theirs (a); INSERT INTO theirs VALUES (1)");
     const auto bytes = bytesOf(file_);
     const CapturedOutput errors(2);
