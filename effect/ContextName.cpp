@@ -14,7 +14,7 @@ bool isLast(const LV2_Options_Option& option) {
 
 ContextName::ContextName(const LV2_Options_Option* options, const Uris& uris) : uris_(uris) {
     if (options != nullptr) {
-        // Options of others are none of ours: their status says nothing here.
+        // The status is ignored: other options are not for this plug-in.
         set(options);
     }
 }

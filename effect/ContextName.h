@@ -9,14 +9,14 @@
 
 namespace orvalo::effect {
 
-/// The option by which a host says where the effect runs, a text. It may change while the plug-in
-/// lives, on the host's instantiation thread.
+/// The context name, a string option by which the host tells where the effect runs. May change
+/// while the plug-in lives, on the host's instantiation thread.
 class ContextName {
   public:
-    /// Takes the option from those given at instantiation; absent options give the empty name.
+    /// Reads the name from the options given at instantiation, which may be null.
     ContextName(const LV2_Options_Option* options, const Uris& uris);
 
-    /// The options extension's two operations: LV2_Options_Status bits for all options together.
+    /// LV2_Options_Interface::get and set. Return the LV2_Options_Status bits of all options.
     std::uint32_t get(LV2_Options_Option* options) const;
     std::uint32_t set(const LV2_Options_Option* options);
 

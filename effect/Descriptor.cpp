@@ -1,4 +1,4 @@
-// The plug-in's C interface: what a host finds in the library.
+// The LV2 entry point of the plug-in.
 
 #include <lv2/core/lv2.h>
 

@@ -14,8 +14,7 @@ MidiSequenceReader::MidiSequenceReader(const LV2_Atom_Sequence* sequence, const 
         sequence->atom.size < sizeof(LV2_Atom_Sequence_Body)) {
         return;
     }
-    // Unit 0 stands for frames; in any other unit the events have no frame and count from the
-    // start.
+    // Unit 0 means frames. With any other unit all events count as at frame 0.
     inFrames_ = sequence->body.unit == 0;
     position_ = reinterpret_cast<const std::uint8_t*>(&sequence->body + 1);
     left_ = sequence->atom.size - static_cast<std::uint32_t>(sizeof(LV2_Atom_Sequence_Body));

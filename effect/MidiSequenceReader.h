@@ -8,8 +8,7 @@
 
 namespace orvalo::effect {
 
-/// Walks the MIDI events of an input sequence in their order. What lies outside the sequence's
-/// stated size is not read.
+/// Reads the MIDI events of an input sequence in order, never beyond the sequence's stated size.
 class MidiSequenceReader {
   public:
     /// A MIDI message at a frame of the block.
@@ -19,11 +18,11 @@ class MidiSequenceReader {
         std::uint32_t size;
     };
 
-    /// An absent sequence, or another atom, has no events. Frames are limited to the block's
-    /// `frames` and never go back.
+    /// A null sequence, or another atom, has no events. Frames are clamped to 0 to `frames` and to
+    /// ascending order.
     MidiSequenceReader(const LV2_Atom_Sequence* sequence, const Uris& uris, std::uint32_t frames);
 
-    /// Steps to the next MIDI event; false after the last.
+    /// Reads the next MIDI event; false after the last.
     bool next(Event& event);
 
   private:

@@ -23,7 +23,7 @@ bool MidiSequenceWriter::write(std::uint32_t frame, const std::array<std::uint8_
     if (sequence_ == nullptr) {
         return true;
     }
-    // An event is its head and its body, padded to eight bytes; the padding counts as room, too.
+    // An event is its header and its body, padded to eight bytes.
     constexpr std::uint32_t needed = sizeof(LV2_Atom_Event) + 8;
     if (room_ < needed) {
         return false;

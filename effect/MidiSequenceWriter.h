@@ -10,16 +10,16 @@
 
 namespace orvalo::effect {
 
-/// Writes MIDI events into the sequence of an output port. Nobody hears them where the port is not
-/// connected or the host maps no URIs: then writing succeeds and nothing is written.
+/// Writes MIDI events into the sequence of an output port. When the port is not connected or the
+/// host does not map URIs, write() succeeds and writes nothing.
 class MidiSequenceWriter final : public MidiOutput {
   public:
-    /// Takes the sequence's stated size as its room, as a host leaves it there, and empties it.
+    /// Empties the sequence. Its size on entry, set by the host, is the capacity.
     MidiSequenceWriter(LV2_Atom_Sequence* sequence, const Uris& uris);
 
     bool write(std::uint32_t frame, const std::array<std::uint8_t, 3>& message) override;
 
-    /// How many messages are in the sequence.
+    /// The number of messages in the sequence.
     std::uint32_t written() const { return written_; }
 
   private:

@@ -40,7 +40,7 @@ void Plugin::run(std::uint32_t frames) {
     }
     processor_.beginBlock(values);
     process(frames);
-    show(processor_.endBlock(frames));
+    writeMeters(processor_.endBlock(frames));
 }
 
 void Plugin::process(std::uint32_t frames) {
@@ -61,7 +61,7 @@ void Plugin::process(std::uint32_t frames) {
     messagesOut_ = static_cast<std::uint16_t>(messagesOut_ + output.written());
 }
 
-void Plugin::show(const Processor::Meters& meters) {
+void Plugin::writeMeters(const Processor::Meters& meters) {
     const std::array<float, meterCount> values{meters.gainReduction,
                                                meters.ducking,
                                                meters.inputLevel,

@@ -13,26 +13,26 @@
 
 namespace orvalo::effect {
 
-/// One instance of the plug-in: the host's ports around the processor.
+/// One instance of the plug-in: connects the host's ports to the processor.
 class Plugin {
   public:
-    /// Rates that the effect runs at, in frames a second.
+    /// The supported sample rates, in frames per second.
     static constexpr double lowestRate = 1000.0;
     static constexpr double highestRate = 1536000.0;
 
-    /// Options may be absent; without a map the plug-in has no MIDI and no options.
+    /// map, options: may be null. Without a map the plug-in has no MIDI and no options.
     Plugin(double sampleRate, const LV2_URID_Map* map, const LV2_Options_Option* options);
 
-    /// Ports by their index in the bundle's data; others are ignored.
+    /// port: index in orvalo.ttl; others are ignored.
     void connect(std::uint32_t port, void* data);
     void activate() { processor_.reset(); }
-    /// On the audio thread: neither allocates nor locks. Any length, 0 too.
+    /// Render thread: neither allocates nor locks. frames may be 0.
     void run(std::uint32_t frames);
 
     ContextName& contextName() { return contextName_; }
 
   private:
-    /// The order of the ports; the parameters lie between these and the meters.
+    /// The first ports; the parameters and then the meters follow.
     enum Port : std::uint8_t {
         midiIn,
         midiOut,
@@ -46,7 +46,7 @@ class Plugin {
     static constexpr std::size_t meterCount = 6;
 
     void process(std::uint32_t frames);
-    void show(const Processor::Meters& meters);
+    void writeMeters(const Processor::Meters& meters);
 
     Uris uris_;
     ContextName contextName_;
@@ -57,7 +57,7 @@ class Plugin {
     std::array<float*, 2> outputs_{};
     std::array<const float*, parameterCount> parameters_{};
     std::array<float*, meterCount> meters_{};
-    // Messages so far; they wrap around as the ports say.
+    // Message counts, which wrap around.
     std::uint16_t messagesIn_ = 0;
     std::uint16_t messagesOut_ = 0;
 };

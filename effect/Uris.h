@@ -7,7 +7,7 @@ namespace orvalo::effect {
 inline constexpr const char* pluginUri = "urn:tessaly:orvalo";
 inline constexpr const char* contextNameUri = "urn:tessaly:audio-component#contextName";
 
-/// The numbers that the host gives the URIs that the plug-in reads and writes; all 0 without a map.
+/// The URIDs that the plug-in uses; all 0 without a map.
 struct Uris {
     explicit Uris(const LV2_URID_Map* map);
 

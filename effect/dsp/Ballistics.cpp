@@ -20,7 +20,7 @@ void Ballistics::setTimes(float attack, float release) {
 }
 
 void Ballistics::process(const float* asked, float* held, float* reduction, std::uint32_t count) {
-    // Locals, because the compiler must assume that the arrays could alias the members.
+    // Local copies: the compiler must assume that the arrays alias the members.
     double peak = held_;
     double smooth = smooth_;
     const double releaseKeep = releaseKeep_;

@@ -4,10 +4,10 @@
 
 namespace orvalo::effect {
 
-/// Gives gain reduction its attack and release, in dB, one value per frame: a peak that is held
-/// and lets go exponentially with the release time, followed by an exponential approach with the
-/// attack time. A rise reaches 63 % after the attack time; between attacks a steady tone gives a
-/// steady reduction, because the held peak bridges the gaps between its crests.
+/// Attack and release of the gain reduction, in dB, one value per frame: a peak hold that decays
+/// exponentially with the release time, followed by exponential smoothing with the attack time. A
+/// rise reaches 63 % after the attack time. A steady tone gives a steady reduction, because the
+/// held peak bridges the gaps between its crests.
 class Ballistics {
   public:
     explicit Ballistics(double sampleRate) : sampleRate_(sampleRate) { setTimes(10.0F, 100.0F); }
@@ -17,8 +17,8 @@ class Ballistics {
 
     void reset() { held_ = smooth_ = 0.0; }
 
-    /// For each of `count` frames: `held` receives the peak that is held of `asked`, `reduction`
-    /// what is in force. Arrays do not overlap.
+    /// Processes `count` frames. asked: the static reduction; held: receives its peak hold;
+    /// reduction: receives the smoothed reduction. The arrays must not overlap.
     void process(const float* asked, float* held, float* reduction, std::uint32_t count);
 
   private:

@@ -5,10 +5,10 @@
 
 namespace orvalo::effect {
 
-/// Frames that the processor works on at once: few enough for the first cache, enough for vectors.
+/// Frames that are processed at once: small enough for the L1 cache, large enough for vector code.
 inline constexpr std::uint32_t chunkFrames = 64;
 
-/// One value for each frame of a chunk.
+/// One value per frame of a chunk.
 struct alignas(64) Chunk : std::array<float, chunkFrames> {};
 
 }  // namespace orvalo::effect

@@ -6,14 +6,14 @@
 
 namespace orvalo::effect {
 
-/// Plays a note by the gain reduction: on when it reaches the level, with a velocity from how deep
-/// it is about to go, and off when it has fallen back clearly below. Every note on is followed by
-/// its own note off: same number, same channel, whatever the settings have become.
+/// Sends a note on when the gain reduction reaches the trigger level, with a velocity from the
+/// depth that the reduction moves to, and a note off when it has fallen below. Every note on is
+/// followed by a note off with the same number and channel, even if the settings change.
 class GainReductionTrigger {
   public:
-    /// A note sounds at least this long, so that a synthesizer hears it.
+    /// The minimum length of a note, so that a synthesizer plays it.
     static constexpr double minimumHoldMilliseconds = 20.0;
-    /// It ends this far below the level, or at half the level where that is nearer.
+    /// A note ends this far below the level, or at half the level if that is higher.
     static constexpr float hysteresisDecibels = 2.0F;
 
     struct Settings {
@@ -23,24 +23,24 @@ class GainReductionTrigger {
         std::uint8_t note = 36;
         /// 0 to 15.
         std::uint8_t channel = 0;
-        /// Disarmed it ends its note and starts none.
+        /// False: ends a sounding note and starts none.
         bool armed = true;
     };
 
     explicit GainReductionTrigger(double sampleRate);
 
-    /// Holds from the next frame on. A sounding note that the settings no longer name ends there.
+    /// Applies from the next frame on. Ends a sounding note of another number or channel.
     void configure(const Settings& settings);
 
-    /// Forgets what it has heard; a sounding note ends at the next frame.
+    /// Ends a sounding note at the next frame.
     void reset() { mustEnd_ = sounding_; }
 
-    /// Looks at `count` frames of gain reduction in force and of the held peak that it moves to,
-    /// both in dB. `firstFrame` is the first one's place in the block.
+    /// Processes `count` frames. reduction: the smoothed reduction; held: the peak that it moves
+    /// to, both in dB. firstFrame: position of the first frame in the block.
     void process(const float* reduction, const float* held, std::uint32_t count,
                  std::uint32_t firstFrame, MidiOutput& output);
 
-    /// Velocity of a note for a held peak: 40 at the level, 5 more for each dB beyond, at most 127.
+    /// Velocity for a held peak: 40 at the level, plus 5 per dB above it, at most 127.
     static std::uint8_t velocity(float held, float level);
 
     bool isSounding() const { return sounding_; }

@@ -15,20 +15,20 @@ GainStage::GainStage(double sampleRate)
       enabled_(sampleRate) {}
 
 void GainStage::configure(const ParameterValues& values, bool atOnce) {
-    const auto head = [atOnce](SmoothedValue& value, float target) {
+    const auto apply = [atOnce](SmoothedValue& value, float target) {
         if (atOnce) {
             value.snapTo(target);
         } else {
             value.setTarget(target);
         }
     };
-    head(threshold_, values[Parameter::threshold]);
-    head(slope_, GainComputer::slopeFromRatio(values[Parameter::ratio]));
-    head(knee_, values[Parameter::knee]);
-    head(makeup_, values[Parameter::makeup]);
-    head(mix_, 0.01F * values[Parameter::mix]);
-    head(output_, values[Parameter::output]);
-    head(enabled_, values[Parameter::enabled] > 0.0F ? 1.0F : 0.0F);
+    apply(threshold_, values[Parameter::threshold]);
+    apply(slope_, GainComputer::slopeFromRatio(values[Parameter::ratio]));
+    apply(knee_, values[Parameter::knee]);
+    apply(makeup_, values[Parameter::makeup]);
+    apply(mix_, 0.01F * values[Parameter::mix]);
+    apply(output_, values[Parameter::output]);
+    apply(enabled_, values[Parameter::enabled] > 0.0F ? 1.0F : 0.0F);
 }
 
 void GainStage::askedReduction(const float* amplitude, float* asked, std::uint32_t count) {

@@ -8,20 +8,20 @@
 
 namespace orvalo::effect {
 
-/// The parameters that shape the gain, smoothed, and the two loops that use them: from level to
-/// the reduction it asks for, and from the reduction in force to the factor on the signal.
+/// The smoothed parameters of the gain, and the two loops that use them: from level to static
+/// reduction, and from smoothed reduction to the gain of the signal.
 class GainStage {
   public:
     explicit GainStage(double sampleRate);
 
-    /// Heads for the values, or is there at once.
+    /// Ramps to the values, or sets them at once.
     void configure(const ParameterValues& values, bool atOnce);
 
-    /// The reduction in dB that amplitudes ask for, for `count` frames.
+    /// Writes the static reduction in dB for `count` amplitudes.
     void askedReduction(const float* amplitude, float* asked, std::uint32_t count);
 
-    /// The factor on both channels: dry and compressed signal mixed, then output gain and ducking,
-    /// then bypass. Reductions in dB.
+    /// Writes the gain factor for both channels: mix of dry and compressed signal, output gain,
+    /// ducking, bypass. reduction, ducking: in dB.
     void gain(const float* reduction, const float* ducking, float* gain, std::uint32_t count);
 
   private:

@@ -5,17 +5,17 @@
 
 namespace orvalo::effect {
 
-/// The notes that are down on 16 channels, with their velocities. Channels count from 0.
+/// The held notes of 16 channels and their velocities. Channels count from 0.
 class HeldNotes {
   public:
-    /// Velocity 1 to 127; the same note again takes the new velocity.
+    /// velocity: 1 to 127; replaces the velocity of a note that is already held.
     void press(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity);
     void release(std::uint8_t channel, std::uint8_t note);
     void releaseChannel(std::uint8_t channel);
     void releaseAllBut(std::uint8_t channel);
     void releaseAll();
 
-    /// The highest velocity of the notes that are down, 0 without any.
+    /// The highest velocity of the held notes; 0 without held notes.
     std::uint8_t loudest() const { return loudest_; }
 
   private:

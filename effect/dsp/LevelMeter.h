@@ -1,11 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+
+#include "effect/dsp/Decibels.h"
 
 namespace orvalo::effect {
 
-/// A peak meter in dB of full scale: up at once, down by 24 dB a second, so that a reader that
-/// looks a few times a second misses no peak.
+/// A peak meter in dB of full scale. Rises at once and falls by 24 dB per second, so that a display
+/// that reads it a few times per second misses no peak.
 class LevelMeter {
   public:
     static constexpr float lowest = -90.0F;
@@ -16,8 +19,11 @@ class LevelMeter {
 
     void reset() { level_ = lowest; }
 
-    /// Goes on by a block of `frames` frames whose highest absolute sample was `peak`.
-    void update(float peak, std::uint32_t frames);
+    /// Advances by a block of `frames` frames. peak: its highest absolute sample.
+    void update(float peak, std::uint32_t frames) {
+        const float fallen = level_ - fallPerFrame_ * static_cast<float>(frames);
+        level_ = std::max({lowest, fallen, decibelsFromAmplitude(peak)});
+    }
 
     /// In dB, at least `lowest`.
     float level() const { return level_; }

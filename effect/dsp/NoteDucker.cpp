@@ -60,7 +60,7 @@ void NoteDucker::receiveControl(std::uint8_t channel, std::uint8_t controller) {
 
 void NoteDucker::process(float* reduction, std::uint32_t count) {
     const double aim = static_cast<double>(depth_) * notes_.loudest() / 127.0;
-    // An approach that has come this near has arrived: nobody hears it, and rest costs nothing.
+    // A smaller distance is inaudible; reaching the target ends the loop early.
     constexpr double near = 1e-4;
     std::uint32_t i = 0;
     for (; i < count && current_ != aim; ++i) {

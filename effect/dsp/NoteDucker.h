@@ -7,32 +7,31 @@
 
 namespace orvalo::effect {
 
-/// Ducks by MIDI notes: while notes are down the signal goes down by the duck depth times the
-/// loudest velocity over 127, within a few milliseconds; when they go up it comes back
-/// exponentially with the release time.
+/// Ducking by MIDI notes: while notes are held, lowers the signal by the duck depth times the
+/// highest velocity / 127 within a few milliseconds. After the notes it returns exponentially with
+/// the release time.
 class NoteDucker {
   public:
-    /// Time constant of going down: fast enough to clear the way for a drum, slow enough not to
-    /// click.
+    /// Time constant of the fall: fast enough for a drum hit, slow enough not to click.
     static constexpr float attackMilliseconds = 3.0F;
 
     explicit NoteDucker(double sampleRate);
 
-    /// Depth in dB at full velocity, release in milliseconds, channel to hear (absent: all).
-    /// Notes of channels that are no longer heard are let go.
+    /// depth: in dB at full velocity; release: in milliseconds; channel: absent for all. Releases
+    /// the notes of other channels.
     void configure(float depth, float release, std::optional<std::uint8_t> channel);
 
-    /// Lets go of all notes and is at rest at once.
+    /// Releases all notes and ends the ducking at once.
     void reset();
 
-    /// Takes one MIDI message: notes, and the channel modes that end notes. Others, incomplete
-    /// messages and those of other channels change nothing.
+    /// Handles one MIDI message: notes, and the channel modes that end notes. Ignores other and
+    /// incomplete messages and other channels.
     void receive(const std::uint8_t* bytes, std::uint32_t size);
 
-    /// The reduction in dB of the next `count` frames.
+    /// Writes the ducking in dB of the next `count` frames.
     void process(float* reduction, std::uint32_t count);
 
-    /// Reduction at the last frame, in dB.
+    /// The ducking at the last frame, in dB.
     float reduction() const { return static_cast<float>(current_); }
 
   private:

@@ -27,14 +27,14 @@ enum class Parameter : std::uint8_t {
 
 inline constexpr std::size_t parameterCount = 14;
 
-/// What a parameter may be, as the bundle's data says it too.
+/// A parameter's symbol, range and default, as in orvalo.ttl.
 struct ParameterRange {
     const char* symbol;
     float minimum;
     float maximum;
     float standard;
 
-    /// The nearest value that is allowed; the standard one for what is no number.
+    /// The nearest value within the range; the default for NaN.
     constexpr float clamp(float value) const {
         if (!(value == value)) {
             return standard;
@@ -63,7 +63,7 @@ inline constexpr std::array<ParameterRange, parameterCount> parameterRanges{{
     {"midi_channel", 0.0F, 16.0F, 0.0F},       // 0: hear all, send on 1
 }};
 
-/// One value for each parameter, always within its range.
+/// One value per parameter, always within its range.
 class ParameterValues {
   public:
     ParameterValues() {
@@ -81,7 +81,7 @@ class ParameterValues {
         values_[i] = parameterRanges[i].clamp(value);
     }
 
-    /// The parameter as the whole number that it is nearest to.
+    /// The value rounded to the nearest whole number.
     std::uint8_t whole(Parameter parameter) const {
         return static_cast<std::uint8_t>(std::lround((*this)[parameter]));
     }

@@ -11,7 +11,8 @@ namespace orvalo::effect {
 
 namespace {
 
-/// Copies samples; one that would poison the state for ever becomes silence.
+/// Copies samples. NaN, infinite and huge ones become 0, because they would spoil the state for
+/// ever.
 void copyUsable(const float* from, float* to, std::uint32_t count) {
     constexpr float largest = 1e15F;
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -19,8 +20,8 @@ void copyUsable(const float* from, float* to, std::uint32_t count) {
     }
 }
 
-/// The highest of `start` and the values. Lanes, because one running maximum would wait for itself
-/// at every frame.
+/// The highest of `start` and the values. Several lanes, because a single running maximum could not
+/// be vectorised.
 float highest(const float* values, std::uint32_t count, float start) {
     constexpr std::uint32_t laneCount = 8;
     std::array<float, laneCount> lanes{};
@@ -90,7 +91,7 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
 void Processor::processChunk(const float* inLeft, const float* inRight, float* outLeft,
                              float* outRight, std::uint32_t first, std::uint32_t count,
                              MidiOutput& midi) {
-    // Copies, because an output may be the other channel's input.
+    // Copies: an output may be the other channel's input.
     Chunk left;
     Chunk right;
     copyUsable(inLeft, left.data(), count);

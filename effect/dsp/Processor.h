@@ -13,11 +13,11 @@
 namespace orvalo::effect {
 
 /// The whole effect on blocks of stereo samples, without latency: one gain for both channels,
-/// found from the louder one. It neither allocates nor locks after construction, and the result
-/// does not depend on how the frames are cut into blocks.
+/// computed from the louder one. Neither allocates nor locks after construction. The result does
+/// not depend on how the frames are divided into blocks.
 class Processor {
   public:
-    /// What a block showed, in dB.
+    /// The meters of a block, in dB.
     struct Meters {
         /// Deepest gain reduction of the compressor.
         float gainReduction = 0.0F;
@@ -30,22 +30,22 @@ class Processor {
     /// Rate in frames a second, above 0.
     explicit Processor(double sampleRate);
 
-    /// Forgets the past; a sounding note ends at the next frame that is processed.
+    /// Resets the state. A sounding note ends at the next frame that is processed.
     void reset();
 
-    /// Opens a block with the parameters that hold from its first frame on. After a reset they
-    /// hold at once, otherwise they are approached smoothly.
+    /// Begins a block with new parameter values. They apply at once after a reset, otherwise they
+    /// are approached smoothly.
     void beginBlock(const ParameterValues& values);
 
-    /// Takes one MIDI message before the next frame.
+    /// Handles one MIDI message before the next frame.
     void receive(const std::uint8_t* bytes, std::uint32_t size) { ducker_.receive(bytes, size); }
 
-    /// Goes on by frames [first, end) of the block's four buffers. Any input may be any output.
-    /// Samples that are no finite number, or beyond +300 dB, count as 0.
+    /// Processes frames [first, end) of the block's four buffers. Any output may be any input.
+    /// Samples that are not finite, or above +300 dB, count as 0.
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                  std::uint32_t first, std::uint32_t end, MidiOutput& midi);
 
-    /// Closes the block of `frames` frames in all.
+    /// Ends the block, which had `frames` frames, and returns its meters.
     Meters endBlock(std::uint32_t frames);
 
   private:

@@ -8,8 +8,8 @@
 
 namespace orvalo::effect {
 
-/// Makes the thread's floating-point unit take denormal numbers for zero, for the scope's life:
-/// dying tails would cost a hundred times as much otherwise. Hosts differ in doing it for us.
+/// Makes the thread's floating-point unit treat denormal numbers as zero while the object lives.
+/// Denormals in decaying tails would cost a hundred times as much; not every host sets this.
 class ScopedFlushToZero {
   public:
 #if defined(__SSE__)

@@ -4,21 +4,21 @@
 
 namespace orvalo::effect {
 
-/// A parameter that moves to a new value in a straight line over 20 ms, frame by frame, so that a
-/// turn of a knob makes no steps. The line does not depend on how the frames are cut into blocks.
+/// A parameter that ramps linearly to a new value within 20 ms, so that turning a knob makes no
+/// steps. The ramp does not depend on how the frames are divided into blocks.
 class SmoothedValue {
   public:
     explicit SmoothedValue(double sampleRate);
 
-    /// Heads for a value from wherever the line is now; nothing when it already does.
+    /// Starts a ramp from the current value, unless the target is unchanged.
     void setTarget(float target);
-    /// Is at a value at once.
+    /// Sets the value without a ramp.
     void snapTo(float value);
 
     bool isMoving() const { return remaining_ != 0; }
     float target() const { return target_; }
 
-    /// The values of the next `count` frames.
+    /// Writes the values of the next `count` frames.
     void fill(float* values, std::uint32_t count);
 
   private:

@@ -1,4 +1,4 @@
-// The interface's C interface: what a host finds in the library.
+// The LV2 entry point of the UI.
 
 #include <lv2/ui/ui.h>
 
@@ -6,18 +6,19 @@
 #include <exception>
 
 #include "effect/Uris.h"
-#include "effect/ui/UserInterface.h"
-#include "effect/ui/paint/Fonts.h"
+#include "effect/ui/PluginUI.h"
+#include "effect/ui/paint/Brush.h"
 
 namespace {
 
-using orvalo::effect::ui::UserInterface;
+using orvalo::effect::ui::PluginUI;
 
-UserInterface& interface(LV2UI_Handle handle) {
-    return *static_cast<UserInterface*>(handle);
+PluginUI& ui(LV2UI_Handle handle) {
+    return *static_cast<PluginUI*>(handle);
 }
 
-/// Nothing may be thrown at a host, which is written in C: the work is given up instead.
+/// Runs the work and returns `otherwise` if it throws: exceptions must not reach the C code of a
+/// host.
 template <typename Result, typename Work>
 Result guarded(Result otherwise, const Work& work) {
     try {
@@ -35,11 +36,9 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor* /*descriptor*/, const char* plu
         return nullptr;
     }
     return guarded<LV2UI_Handle>(nullptr, [&]() -> LV2UI_Handle {
-        auto opened =
-            UserInterface::open(bundle == nullptr ? "" : bundle, write, controller, features);
+        auto opened = PluginUI::open(bundle == nullptr ? "" : bundle, write, controller, features);
         if (opened != nullptr && widget != nullptr) {
-            // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands a window's number over as a
-            // pointer
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 passes a window ID as a pointer
             *widget = reinterpret_cast<LV2UI_Widget>(opened->window());
         }
         return opened.release();
@@ -47,24 +46,24 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor* /*descriptor*/, const char* plu
 }
 
 void cleanup(LV2UI_Handle handle) {
-    delete &interface(handle);
+    delete &ui(handle);
 }
 
 void portEvent(LV2UI_Handle handle, std::uint32_t port, std::uint32_t size, std::uint32_t format,
                const void* buffer) {
     guarded(0, [&] {
-        interface(handle).portEvent(port, size, format, buffer);
+        ui(handle).portEvent(port, size, format, buffer);
         return 0;
     });
 }
 
 int idle(LV2UI_Handle handle) {
-    return guarded(0, [&] { return interface(handle).idle() ? 1 : 0; });
+    return guarded(0, [&] { return ui(handle).idle() ? 1 : 0; });
 }
 
 int resize(LV2UI_Feature_Handle handle, int width, int height) {
     return guarded(1, [&] {
-        interface(handle).resize(width, height);
+        ui(handle).resize(width, height);
         return 0;
     });
 }
@@ -86,7 +85,7 @@ LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) 
     if (index != 0) {
         return nullptr;
     }
-    // A host takes its time between loading the library and showing a window.
+    // Now rather than when the first picture is drawn: a host loads the library earlier.
     static const bool areFontsOpen = guarded(false, [] {
         orvalo::effect::ui::openFonts();
         return true;

@@ -11,7 +11,8 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-/// The option as a number within the ends; unchanged where the host does not give it as a float.
+/// Reads a float option, clamped to the range. Leaves the value unchanged if there is no such
+/// option.
 void readOption(const LV2_Options_Option* options, LV2_URID key, LV2_URID type, double least,
                 double most, double& value) {
     for (const auto* option = options; option->key != 0 || option->value != nullptr; ++option) {

@@ -4,7 +4,7 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-/// The protocol of a plain float in write and port_event.
+/// The protocol of plain floats in write and port_event.
 constexpr std::uint32_t floatProtocol = 0;
 
 }  // namespace

@@ -6,8 +6,8 @@
 
 namespace orvalo::effect::ui {
 
-/// Passes what the user does on to the host, by the numbers of its ports. Ports that the host does
-/// not know are left out.
+/// Passes the user's changes on to the host and subscribes to the output ports. Skips ports that
+/// the host does not know.
 class HostLink final : public Host {
   public:
     HostLink(const Features& features, LV2UI_Write_Function writeFunction,

@@ -74,9 +74,9 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     }
     const bool control = (event.state & ControlMask) != 0;
     if (control && (symbol == XK_a || symbol == XK_A)) {
-        return Keystroke{.key = Key::chooseAll, .character = 0, .fine = false};
+        return Keystroke{.key = Key::selectAll, .character = 0, .fine = false};
     }
-    // With Ctrl or Alt it is a command of the host's.
+    // With Ctrl or Alt it is a command for the host.
     const bool isCommand = control || (event.state & Mod1Mask) != 0;
     if (length == 1 && text[0] >= ' ' && text[0] <= '~' && !isCommand) {
         return Keystroke{.key = Key::character, .character = text[0], .fine = fine};

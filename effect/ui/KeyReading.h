@@ -8,10 +8,10 @@
 
 namespace orvalo::effect::ui {
 
-/// What a key of the keyboard means; absent for one that means nothing by itself.
+/// Translates a key event; absent for keys that the UI does not use.
 std::optional<Keystroke> readKey(const XKeyEvent& event);
 
-/// Whether Shift or Ctrl is held, which asks for fine control.
+/// Whether Shift or Ctrl is held, for fine control. state: of an X event.
 bool asksForFine(unsigned int state);
 
 }  // namespace orvalo::effect::ui

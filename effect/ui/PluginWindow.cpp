@@ -16,10 +16,10 @@ constexpr long events = ExposureMask | StructureNotifyMask | VisibilityChangeMas
                         ButtonPressMask | ButtonReleaseMask | PointerMotionMask | LeaveWindowMask |
                         KeyPressMask | FocusChangeMask;
 
-/// How often the windows around are looked at, in seconds.
-constexpr double lookEvery = 0.25;
+/// How often visibility is asked from the server, in seconds.
+constexpr double visibilityPeriod = 0.25;
 
-void complain(const char* what) {
+void logError(const char* what) {
     static_cast<void>(std::fprintf(stderr, "orvalo-ui: %s\n", what));
 }
 
@@ -42,18 +42,17 @@ void setHints(Display* display, Window window, PluginWindow::Size size, PluginWi
 std::unique_ptr<PluginWindow> PluginWindow::open(std::uintptr_t parent, Size size, Size least) {
     Display* display = XOpenDisplay(nullptr);
     if (display == nullptr) {
-        complain("there is no X server to show the interface on");
+        logError("cannot connect to an X server; the plug-in UI does not open");
         return nullptr;
     }
     dropErrors(display);
     XWindowAttributes around{};
     if (XGetWindowAttributes(display, parent, &around) == 0) {
-        complain("the host's parent window does not exist");
+        logError("the host's parent window does not exist; the plug-in UI does not open");
         XCloseDisplay(display);
         return nullptr;
     }
-    // The screen's own visual, whatever the parent's is: a parent that may be seen through would
-    // make the interface so.
+    // The screen's visual, not the parent's: a translucent parent would make the UI translucent.
     Visual* visual = DefaultVisualOfScreen(around.screen);
     XSetWindowAttributes attributes{};
     attributes.background_pixel = theme::groundPixel;
@@ -78,7 +77,7 @@ PluginWindow::PluginWindow(Display* display, Window parent, Window window, Visua
       window_(window),
       size_(size),
       picture_(std::make_unique<WindowPicture>(display, window, visual)) {
-    // Without this the end of the server would be the end of a host that survives it.
+    // By default Xlib ends the process when the server closes the connection.
     XSetIOErrorExitHandler(
         display,
         [](Display* /*display*/, void* self) { static_cast<PluginWindow*>(self)->lost_ = true; },
@@ -87,14 +86,14 @@ PluginWindow::PluginWindow(Display* display, Window parent, Window window, Visua
 
 PluginWindow::~PluginWindow() {
     if (lost_) {
-        // cairo would wait for ever for a server that has gone; the process keeps its leavings.
+        // Leaked: cairo would wait for ever for the lost server.
         static_cast<void>(picture_.release());
         return;
     }
     if (!closed_) {
         XDestroyWindow(display_, window_);
     }
-    // The picture lets go of the connection before it is closed.
+    // The picture uses the connection.
     picture_.reset();
     XCloseDisplay(display_);
 }
@@ -112,13 +111,13 @@ std::optional<XEvent> PluginWindow::nextEvent() {
     while (!isClosed() && XPending(display_) > 0) {
         XEvent event;
         XNextEvent(display_, &event);
-        // Of several moves only the last one counts.
+        // Coalesce consecutive motion events.
         XEvent next;
         while (event.type == MotionNotify && XEventsQueued(display_, QueuedAlready) > 0 &&
                XPeekEvent(display_, &next) != 0 && next.type == MotionNotify) {
             XNextEvent(display_, &event);
         }
-        handleOwn(event);
+        updateState(event);
         if (!isClosed()) {
             return event;
         }
@@ -126,7 +125,7 @@ std::optional<XEvent> PluginWindow::nextEvent() {
     return std::nullopt;
 }
 
-void PluginWindow::handleOwn(const XEvent& event) {
+void PluginWindow::updateState(const XEvent& event) {
     switch (event.type) {
         case ConfigureNotify:
             size_ = {event.xconfigure.width, event.xconfigure.height};
@@ -136,12 +135,12 @@ void PluginWindow::handleOwn(const XEvent& event) {
             break;
         case VisibilityNotify:
             obscured_ = event.xvisibility.state == VisibilityFullyObscured;
-            looked_ = -1.0;
+            visibilityCheckedAt_ = -1.0;
             break;
         case MapNotify:
         case UnmapNotify:
         case Expose:
-            looked_ = -1.0;
+            visibilityCheckedAt_ = -1.0;
             break;
         default:
             break;
@@ -152,11 +151,11 @@ bool PluginWindow::isVisible(double now) {
     if (obscured_ || isClosed()) {
         return false;
     }
-    if (looked_ < 0.0 || now - looked_ >= lookEvery) {
+    if (visibilityCheckedAt_ < 0.0 || now - visibilityCheckedAt_ >= visibilityPeriod) {
         XWindowAttributes attributes{};
         viewable_ = XGetWindowAttributes(display_, window_, &attributes) != 0 &&
                     attributes.map_state == IsViewable;
-        looked_ = now;
+        visibilityCheckedAt_ = now;
     }
     return viewable_ && !isClosed();
 }
@@ -166,7 +165,7 @@ void PluginWindow::takeKeyboard(Time time) {
     XFlush(display_);
 }
 
-void PluginWindow::passOn(const XKeyEvent& key) {
+void PluginWindow::forwardKey(const XKeyEvent& key) {
     if (key.send_event != 0) {
         return;
     }

@@ -11,8 +11,8 @@
 
 namespace orvalo::effect::ui {
 
-/// The interface's window inside the host's, on a connection to the X server of its own. It
-/// survives the end of the host's window, and of the server where the host does.
+/// The UI's window inside the host's window, with its own connection to the X server. Survives the
+/// end of the host's window and, if the host does, the end of the server.
 class PluginWindow {
   public:
     struct Size {
@@ -20,8 +20,8 @@ class PluginWindow {
         int height;
     };
 
-    /// Opens the window at a size; its hints name the least sensible one. Absent, with a line on
-    /// standard error, where there is no server or no such parent.
+    /// Opens the window. least: the minimum size in the size hints. Null, with a line on standard
+    /// error, without a server or such a parent.
     static std::unique_ptr<PluginWindow> open(std::uintptr_t parent, Size size, Size least);
     ~PluginWindow();
     PluginWindow(const PluginWindow&) = delete;
@@ -29,30 +29,30 @@ class PluginWindow {
 
     Window id() const { return window_; }
     Size size() const { return size_; }
-    /// The window or its server has gone.
+    /// Whether the window or the connection to the server is lost.
     bool isClosed() const { return closed_ || lost_; }
 
-    /// Asks for a size; it holds once the server says so.
+    /// Requests a size; size() changes when the server confirms it.
     void requestSize(Size size);
 
-    /// The next event that is not the window's own affair.
+    /// The next pending event. Consecutive motion events are coalesced.
     std::optional<XEvent> nextEvent();
 
-    /// Whether anything drawn could be seen. Looks at the server now and then only, because the
-    /// windows around this one come and go without a word. `now` in seconds.
+    /// Whether the window is visible. Asks the server periodically, because no event tells when an
+    /// ancestor window is unmapped. now: in seconds.
     bool isVisible(double now);
 
     WindowPicture& picture() { return *picture_; }
     void flush() { XFlush(display_); }
 
-    /// Takes the keyboard at the moment of an event.
+    /// Takes the keyboard focus. time: of the event that caused it.
     void takeKeyboard(Time time);
-    /// Hands a key on that means nothing here. One that a host has sent itself does not go back.
-    void passOn(const XKeyEvent& key);
+    /// Sends an unused key to the parent window, unless the host has sent it.
+    void forwardKey(const XKeyEvent& key);
 
   private:
     PluginWindow(Display* display, Window parent, Window window, Visual* visual, Size size);
-    void handleOwn(const XEvent& event);
+    void updateState(const XEvent& event);
 
     Display* display_;
     Window parent_;
@@ -60,11 +60,11 @@ class PluginWindow {
     Size size_;
     std::unique_ptr<WindowPicture> picture_;
     bool closed_ = false;
-    // The connection is broken: nothing of it may be used any more.
+    // The connection is broken and must not be used.
     bool lost_ = false;
     bool obscured_ = false;
     bool viewable_ = false;
-    double looked_ = -1.0;
+    double visibilityCheckedAt_ = -1.0;
 };
 
 }  // namespace orvalo::effect::ui

@@ -10,7 +10,7 @@
 
 namespace orvalo::effect::ui {
 
-/// What the effect shows of itself, in the order of its ports.
+/// The effect's output values, in the order of its ports.
 enum class Reading : std::uint8_t {
     reduction,
     ducking,
@@ -24,7 +24,7 @@ inline constexpr std::size_t readingCount = 6;
 /// The numbers of the effect's control ports.
 class PortNumbers {
   public:
-    /// As the host maps their symbols, or as the bundle numbers them where it has no map.
+    /// map: maps symbols to port numbers; if null, the numbers in orvalo.ttl are used.
     explicit PortNumbers(const LV2UI_Port_Map* map);
 
     /// LV2UI_INVALID_PORT_INDEX for a port that the host does not know.

@@ -77,7 +77,7 @@ std::vector<Preset> readPresets(const std::string& bundle) {
     if (world == nullptr) {
         return {};
     }
-    // A bundle is named by its folder's address, which ends in a slash.
+    // The URI of a bundle ends in a slash.
     const std::string folder = bundle.ends_with('/') ? bundle : bundle + '/';
     const Node address(lilv_new_file_uri(world.get(), nullptr, folder.c_str()));
     lilv_world_load_bundle(world.get(), address.get());

@@ -7,8 +7,8 @@
 
 namespace orvalo::effect::ui {
 
-/// The presets of the effect that the bundle at a path holds, ordered by name. None where the
-/// bundle cannot be read.
+/// The effect's presets in the bundle at a path, ordered by name. Empty if the bundle cannot be
+/// read.
 std::vector<Preset> readPresets(const std::string& bundle);
 
 }  // namespace orvalo::effect::ui

@@ -10,19 +10,19 @@
 
 namespace orvalo::effect::ui {
 
-/// The picture of a window in memory: drawn here, then copied to the window in one go, so that
-/// nobody sees it grow.
+/// The back buffer of a window: drawn in memory, then copied to the window, so that drawing does
+/// not flicker.
 class WindowPicture {
   public:
-    /// The window must outlive the picture, or presenting must end with it.
+    /// Do not call present() after the window is destroyed.
     WindowPicture(Display* display, Window window, Visual* visual);
 
-    /// True when the size is new: then the picture is empty.
+    /// Returns true, with an empty picture, if the size has changed.
     bool resize(int width, int height);
 
     cairo_t* context() const { return context_.get(); }
 
-    /// Shows these areas in the window.
+    /// Copies the areas to the window.
     void present(const std::vector<Rect>& areas);
 
   private:

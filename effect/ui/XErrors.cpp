@@ -1,16 +1,16 @@
 #include "effect/ui/XErrors.h"
 
-// Last of all, as it has macros with plain names.
+// Last, because it defines macros such as min and max.
 #include <X11/Xlibint.h>
 
 namespace orvalo::effect::ui {
 
 void dropErrors(Display* display) {
-    // An error has a number of one byte; 0 is none.
+    // Error codes of the server; 0 is no error.
     constexpr int firstError = 1;
     constexpr int lastError = 127;
     for (int number = firstError; number <= lastError; ++number) {
-        // A translation that answers no leaves nothing to be handled.
+        // An error whose translation returns 0 is dropped.
         XESetWireToError(display, number,
                          [](Display*, XErrorEvent*, xError*) -> Bool { return 0; });
     }

@@ -4,9 +4,9 @@
 
 namespace orvalo::effect::ui {
 
-/// From now on the server's errors about requests on this connection are dropped, because the
-/// windows they speak of may go away at any moment. Only this connection's: the process's error
-/// handler, which is the host's, stays as it is and hears nothing of them.
+/// Drops the X errors of this connection: the windows that its requests name may be destroyed at
+/// any moment. Other connections and the process's error handler, which belongs to the host, are
+/// unaffected.
 void dropErrors(Display* display);
 
 }  // namespace orvalo::effect::ui

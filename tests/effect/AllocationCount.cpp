@@ -18,7 +18,7 @@ void note() {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-// The sanitizer owns the heap's functions, and tells of each call.
+// The sanitizer replaces the heap functions and offers hooks for each call.
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*, size_t),
                                                          void (*)(const volatile void*));
 
@@ -31,9 +31,9 @@ const int hooks = __sanitizer_install_malloc_and_free_hooks(
 
 #else
 
-// The program's own functions stand before the C library's, for the plug-in's library too.
+// The program's definitions replace those of the C library, for the plug-in's library, too.
 extern "C" {
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names for what lies beneath
+// NOLINTBEGIN(bugprone-reserved-identifier): names of the C library
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
 void* __libc_realloc(void* block, size_t size);

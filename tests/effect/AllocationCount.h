@@ -2,7 +2,7 @@
 
 namespace orvalo::testing {
 
-/// Counts the heap's calls on this thread while it lives.
+/// Counts the heap calls of this thread while the object lives.
 class AllocationCount {
   public:
     AllocationCount();

@@ -46,14 +46,14 @@ TEST_P(BallisticsAtRate, RisesExponentiallyWithTheAttackTime) {
     }
 }
 
-TEST_P(BallisticsAtRate, HoldsAPeakAndLetsGoWithTheReleaseTime) {
+TEST_P(BallisticsAtRate, HoldsAPeakAndDecaysWithTheReleaseTime) {
     const double rate = GetParam();
     for (const float release : {5.0F, 80.0F, 2000.0F}) {
         Ballistics ballistics(rate);
         ballistics.setTimes(0.1F, release);
         process(ballistics, constant(20.0F, static_cast<std::size_t>(rate * 0.1)));
         const auto frames = static_cast<std::size_t>(rate * 0.5);
-        // Towards 5 dB rather than nothing: an approach to a value must not stall short of it.
+        // Towards 5 dB instead of 0: the approach must not stall before its target.
         const auto run = process(ballistics, constant(5.0F, frames));
         for (std::size_t i = 0; i < frames; ++i) {
             const double time = static_cast<double>(i + 1) / rate;
@@ -79,7 +79,7 @@ TEST(Ballistics, FallsInTwoStages) {
         const double exact =
             10.0 * (release * std::exp(-time / release) - attack * std::exp(-time / attack)) /
             (release - attack);
-        // The closed form is that of continuous time; frames of 21 us differ by this much at most.
+        // The formula is for continuous time; frames of 21 us differ by at most this much.
         ASSERT_NEAR(run.reduction[i], exact, 5e-3) << i;
     }
 }
@@ -103,7 +103,7 @@ TEST(Ballistics, SteadyToneGivesSteadyReduction) {
     EXPECT_LT(highest - lowest, 0.05F);
 }
 
-TEST(Ballistics, ResetForgets) {
+TEST(Ballistics, ResetClearsTheState) {
     Ballistics ballistics(48000.0);
     process(ballistics, constant(20.0F, 4800));
     ballistics.reset();

@@ -13,7 +13,7 @@ using namespace orvalo::testing;
 
 class BundleDataTest : public testing::Test {
   protected:
-    /// The texts of a property of a subject.
+    /// The values of a property as text.
     std::vector<std::string> values(const LilvNode* subject, const std::string& property) const {
         const Node predicate = world.uri(property);
         LilvNodes* nodes = lilv_world_find_nodes(world.world(), subject, predicate.get(), nullptr);
@@ -54,7 +54,7 @@ TEST_F(BundleDataTest, StatesItsComponentCodes) {
     EXPECT_EQ(codes("name"), Texts{"TSLY: Orvalo Extension"});
 }
 
-TEST_F(BundleDataTest, RequiresNothingAndVerifies) {
+TEST_F(BundleDataTest, RequiresNoFeatureAndVerifies) {
     LilvNodes* required = lilv_plugin_get_required_features(plugin);
     EXPECT_EQ(lilv_nodes_size(required), 0U);
     lilv_nodes_free(required);
@@ -62,7 +62,7 @@ TEST_F(BundleDataTest, RequiresNothingAndVerifies) {
     EXPECT_FALSE(lilv_plugin_has_latency(plugin));
 }
 
-TEST_F(BundleDataTest, TheOnlyMidiOutputHasItsName) {
+TEST_F(BundleDataTest, MidiOutputHasItsName) {
     Texts names;
     const Node midi = world.uri(LILV_URI_MIDI_EVENT);
     for (std::uint32_t i = 0; i < lilv_plugin_get_num_ports(plugin); ++i) {
@@ -75,7 +75,7 @@ TEST_F(BundleDataTest, TheOnlyMidiOutputHasItsName) {
     EXPECT_EQ(names, Texts{"Gain Reduction Trigger"});
 }
 
-TEST_F(BundleDataTest, EveryPortIsDescribedInFull) {
+TEST_F(BundleDataTest, EveryPortIsFullyDescribed) {
     std::set<std::string> symbols;
     std::set<std::string> names;
     const auto count = lilv_plugin_get_num_ports(plugin);
@@ -104,7 +104,7 @@ TEST_F(BundleDataTest, EveryPortIsDescribedInFull) {
     }
 }
 
-TEST_F(BundleDataTest, RangesAreThoseOfTheProgram) {
+TEST_F(BundleDataTest, RangesMatchTheCode) {
     for (std::uint32_t i = 0; i < orvalo::effect::parameterCount; ++i) {
         const auto& range = orvalo::effect::parameterRanges.at(i);
         LilvNode* standard = nullptr;

@@ -6,7 +6,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-TEST(Bypass, PassesTheSignalBitForBit) {
+TEST(Bypass, KeepsTheSignalBitForBit) {
     EffectHost host;
     host.control("enabled") = 0.0F;
     host.activate();
@@ -28,7 +28,7 @@ TEST(Bypass, EndsASoundingNoteAtOnce) {
     EXPECT_EQ(host.sent()[1], (MidiMessage{9600, {0x84, 50, 64}}));
 }
 
-TEST(Bypass, ComesBackWhereTheEffectWouldBe) {
+TEST(Bypass, ResumesWithTheStateOfAnActiveEffect) {
     EffectHost bypassed;
     EffectHost working;
     bypassed.control("enabled") = 0.0F;

@@ -34,7 +34,7 @@ class ContextNameTest : public testing::Test {
     }
 };
 
-TEST_F(ContextNameTest, IsTakenAtInstantiation) {
+TEST_F(ContextNameTest, IsReadAtInstantiation) {
     EffectHost host({.contextName = "running in a test"});
     EXPECT_EQ(name(host), "running in a test");
 }
@@ -50,7 +50,7 @@ TEST_F(ContextNameTest, MayChangeLater) {
     EXPECT_EQ(name(host), "after that");
 }
 
-TEST_F(ContextNameTest, OtherOptionsAreRefusedByKind) {
+TEST_F(ContextNameTest, RefusesOtherOptionsWithAStatus) {
     EffectHost host({.contextName = "kept"});
     EXPECT_EQ(set(host, "urn:example:other", LV2_ATOM__String, "x"),
               std::uint32_t{LV2_OPTIONS_ERR_BAD_KEY});

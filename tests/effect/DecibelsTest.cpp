@@ -17,7 +17,7 @@ TEST(Decibels, LevelIsWithinATenThousandthDecibelOverTheWholeRange) {
     }
 }
 
-TEST(Decibels, WhatIsBelowSilenceIsSilence) {
+TEST(Decibels, ClampsToSilence) {
     for (const float amplitude : {0.0F, 1e-30F, 1e-9F, 1e-8F}) {
         EXPECT_NEAR(decibelsFromAmplitude(amplitude), silenceDecibels, 1e-4);
     }
@@ -34,7 +34,7 @@ TEST(Decibels, FactorIsWithinATenThousandthDecibelOverTheWholeRange) {
     }
 }
 
-TEST(Decibels, NoGainIsExactlyOne) {
+TEST(Decibels, ZeroDecibelsIsExactlyOne) {
     EXPECT_EQ(amplitudeFromDecibels(0.0F), 1.0F);
     EXPECT_EQ(decibelsFromAmplitude(1.0F), 0.0F);
 }

@@ -30,7 +30,7 @@ EffectHost::EffectHost(const Setup& setup)
             uris_[LV2_ATOM__String], name};
     }
     const LV2_Feature optionsFeature{LV2_OPTIONS__options, options.data()};
-    const LV2_Feature mapFeature{LV2_URID__map, uris_.interface()};
+    const LV2_Feature mapFeature{LV2_URID__map, uris_.map()};
     const std::array<const LV2_Feature*, 3> features{&optionsFeature, &mapFeature, nullptr};
     instance_ = lilv_plugin_instantiate(EffectWorld::shared().plugin(), setup.rate,
                                         setup.midi ? features.data() : nullptr);
@@ -75,7 +75,7 @@ float& EffectHost::control(const std::string& symbol) {
 
 void EffectHost::run(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                      std::uint32_t frames) {
-    // The C interface takes inputs and outputs alike.
+    // connect_port() takes a non-const pointer for inputs, too.
     lilv_instance_connect_port(instance_, firstAudioPort, const_cast<float*>(inLeft));
     lilv_instance_connect_port(instance_, firstAudioPort + 1, const_cast<float*>(inRight));
     lilv_instance_connect_port(instance_, firstAudioPort + 2, outLeft);

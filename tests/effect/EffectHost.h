@@ -14,14 +14,14 @@
 
 namespace orvalo::testing {
 
-/// Runs the built plug-in as a host does.
+/// A minimal LV2 host for the built plug-in.
 class EffectHost {
   public:
     struct Setup {
         double rate = 48000.0;
-        /// Text for the context name option; absent when null.
+        /// The context name option; null for none.
         const char* contextName = nullptr;
-        /// Size of the MIDI output's buffer in bytes.
+        /// Size of the MIDI output buffer in bytes.
         std::uint32_t midiRoom = 65536;
         /// Whether the host maps URIs and connects the MIDI ports.
         bool midi = true;
@@ -33,26 +33,26 @@ class EffectHost {
     EffectHost(const EffectHost&) = delete;
     EffectHost& operator=(const EffectHost&) = delete;
 
-    /// Whether the plug-in could be instantiated.
+    /// Whether instantiation succeeded.
     bool isThere() const { return instance_ != nullptr; }
     UridMap& uris() { return uris_; }
     const LV2_Options_Interface* options() const;
     LV2_Handle handle() const { return lilv_instance_get_handle(instance_); }
 
-    /// A control port by its symbol.
+    /// The value of a control port.
     float& control(const std::string& symbol);
 
     void activate() { lilv_instance_activate(instance_); }
     void deactivate() { lilv_instance_deactivate(instance_); }
 
-    /// One call of the plug-in on raw buffers; events are taken from and left in the sequences.
+    /// Calls run() once on raw buffers, with the events in the sequences.
     void run(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
              std::uint32_t frames);
     EventSequence& midiIn() { return midiIn_; }
     EventSequence& midiOut() { return midiOut_; }
 
-    /// Processes a signal and messages, in calls of the lengths given in turn, in place or not.
-    /// What the plug-in sends is appended to sent(), counted in frames of all rendering so far.
+    /// Processes a signal and messages with the given block lengths in turn, in place or not.
+    /// Appends sent messages to sent(), with frames counted from the first rendering.
     Stereo render(const Stereo& input, const std::vector<std::uint32_t>& lengths,
                   const std::vector<MidiMessage>& messages = {}, bool inPlace = false);
     Stereo render(const Stereo& input) { return render(input, {512}); }

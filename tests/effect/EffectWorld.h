@@ -13,7 +13,7 @@ struct NodeFree {
 };
 using Node = std::unique_ptr<LilvNode, NodeFree>;
 
-/// The built bundle among the machine's LV2 specifications, loaded once for a program.
+/// The built bundle and the machine's LV2 specifications, loaded once per program.
 class EffectWorld {
   public:
     static EffectWorld& shared();
@@ -21,11 +21,11 @@ class EffectWorld {
     EffectWorld& operator=(const EffectWorld&) = delete;
 
     LilvWorld* world() const { return world_.get(); }
-    /// The effect; the test program ends when it is not there.
+    /// The effect; ends the test program if it is missing.
     const LilvPlugin* plugin() const { return plugin_; }
     Node uri(const std::string& uri) const { return Node(lilv_new_uri(world_.get(), uri.c_str())); }
 
-    /// The presets' control values by symbol, by label.
+    /// The presets by label: control values by symbol.
     std::map<std::string, std::map<std::string, float>> presets() const;
 
   private:

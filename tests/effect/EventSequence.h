@@ -18,21 +18,21 @@ struct MidiMessage {
 
 void PrintTo(const MidiMessage& message, std::ostream* stream);
 
-/// A port's buffer for events, aligned and with a size as a host gives it.
+/// An aligned event buffer for a port, as given by a host.
 class EventSequence {
   public:
-    /// `size` in bytes for the whole sequence.
+    /// size: of the whole sequence, in bytes.
     EventSequence(UridMap& uris, std::uint32_t size);
 
     LV2_Atom_Sequence* data() { return reinterpret_cast<LV2_Atom_Sequence*>(storage_.data()); }
 
-    /// Ready to be read: no events.
+    /// Makes it an empty input sequence.
     void clear();
-    /// Appends a message; the buffer must have room. Does not allocate.
+    /// Appends a message. The buffer must have room. Does not allocate.
     void append(std::int64_t frame, const std::uint8_t* bytes, std::uint32_t size);
-    /// Ready to be written to: the size is the room.
+    /// Makes it an output buffer: sets the size to the capacity.
     void offer();
-    /// What was written, at frames that count from `start`.
+    /// The written messages, with `start` added to their frames.
     std::vector<MidiMessage> messages(std::int64_t start);
 
   private:

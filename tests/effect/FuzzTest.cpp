@@ -15,7 +15,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-/// Throws random samples, controls, messages and block lengths at the plug-in.
+/// Runs the plug-in with random samples, controls, messages and block lengths.
 class Fuzzer {
   public:
     explicit Fuzzer(std::uint32_t seed)
@@ -85,7 +85,7 @@ class Fuzzer {
             host_.midiIn().append(frame, bytes.data(), below(4) == 0 ? below(9) : 3);
         }
         if (below(30) == 0) {
-            // A sequence that promises more than it holds.
+            // A sequence whose stated size exceeds its events.
             host_.midiIn().data()->atom.size -=
                 std::min(host_.midiIn().data()->atom.size, below(40));
         }
@@ -139,8 +139,8 @@ class Fuzzer {
     int sounding_ = 0;
 };
 
-TEST(Fuzz, AnythingGoesInAndOnlySoundAndPairsComeOut) {
-    // More seeds than the tests need can be asked for by hand.
+TEST(Fuzz, AnyInputGivesFiniteSoundAndPairedNotes) {
+    // Run more seeds by hand with this variable.
     const char* asked = std::getenv("ORVALO_EFFECT_FUZZ_SEEDS");  // NOLINT(concurrency-mt-unsafe)
     const int seeds = asked == nullptr ? 12 : std::atoi(asked);   // NOLINT(cert-err34-c)
     for (int seed = 1; seed <= seeds && !testing::Test::HasFatalFailure(); ++seed) {

@@ -6,7 +6,7 @@ namespace {
 
 using orvalo::effect::GainComputer;
 
-/// The textbook's three cases, in double.
+/// The textbook formula with its three cases, in double.
 double expectedReduction(double level, double threshold, double ratio, double knee) {
     const double excess = level - threshold;
     const double slope = 1.0 - 1.0 / ratio;
@@ -38,7 +38,7 @@ TEST(GainComputer, FollowsTheCurveForManySettings) {
     }
 }
 
-TEST(GainComputer, KnownPoints) {
+TEST(GainComputer, HasKnownPoints) {
     EXPECT_NEAR(reduction(-8.0F, -20.0F, 4.0F, 0.0F), 9.0F, 1e-3);    // 12 dB over, 3 remain
     EXPECT_NEAR(reduction(-20.0F, -20.0F, 4.0F, 8.0F), 0.75F, 1e-5);  // knee / 8 * slope
     EXPECT_NEAR(reduction(-16.0F, -20.0F, 4.0F, 8.0F), 3.0F, 1e-5);   // the knee's upper end

@@ -37,7 +37,7 @@ class Recorder final : public MidiOutput {
     std::vector<Message> messages;
 };
 
-/// At 1000 frames a second a note lasts at least 20 frames.
+/// At 1000 frames per second a note lasts at least 20 frames.
 class GainReductionTriggerTest : public testing::Test {
   protected:
     GainReductionTriggerTest() { trigger.configure(settings); }
@@ -68,20 +68,20 @@ TEST_F(GainReductionTriggerTest, SendsAPairAtTheExactFrames) {
               (Messages{{110, 0x92, 40, 40}, {145, 0x82, 40, 64}}));
 }
 
-TEST_F(GainReductionTriggerTest, BetweenTheTwoLevelsNothingChanges) {
+TEST_F(GainReductionTriggerTest, KeepsItsStateBetweenTheTwoLevels) {
     EXPECT_EQ(process(parts({{30, 5.99F}})), Messages{});
     EXPECT_EQ(process(parts({{1, 7.0F}, {100, 4.0F}, {50, 6.5F}, {50, 4.0F}})),
               (Messages{{0, 0x92, 40, 45}}));
 }
 
-TEST_F(GainReductionTriggerTest, LowLevelsEndAtTheirHalf) {
+TEST_F(GainReductionTriggerTest, LowLevelsEndAtHalfTheLevel) {
     settings.level = 2.0F;
     trigger.configure(settings);
     EXPECT_EQ(process(parts({{30, 2.0F}, {10, 1.0F}, {10, 0.9F}})),
               (Messages{{0, 0x92, 40, 40}, {40, 0x82, 40, 64}}));
 }
 
-TEST_F(GainReductionTriggerTest, ANoteLastsTwentyMilliseconds) {
+TEST_F(GainReductionTriggerTest, NoteLastsAtLeast20Milliseconds) {
     EXPECT_EQ(process(parts({{1, 8.0F}, {100, 0.0F}})),
               (Messages{{0, 0x92, 40, 50}, {20, 0x82, 40, 64}}));
     EXPECT_EQ(process(parts({{1, 8.0F}, {5, 0.0F}})), (Messages{{0, 0x92, 40, 50}}));
@@ -97,7 +97,7 @@ TEST_F(GainReductionTriggerTest, VelocityGrowsWithDepth) {
     EXPECT_EQ(GainReductionTrigger::velocity(300.0F, 6.0F), 127);
 }
 
-TEST_F(GainReductionTriggerTest, AChangedNoteOrChannelEndsTheOldOne) {
+TEST_F(GainReductionTriggerTest, ChangedNoteOrChannelEndsTheOldNote) {
     process(parts({{5, 10.0F}}));
     settings.note = 41;
     trigger.configure(settings);
@@ -107,7 +107,7 @@ TEST_F(GainReductionTriggerTest, AChangedNoteOrChannelEndsTheOldOne) {
     EXPECT_EQ(process(parts({{5, 10.0F}}), 7), (Messages{{7, 0x82, 41, 64}, {7, 0x99, 41, 60}}));
 }
 
-TEST_F(GainReductionTriggerTest, DisarmedItEndsItsNoteAndStartsNone) {
+TEST_F(GainReductionTriggerTest, DisarmingEndsTheNoteAndStartsNone) {
     process(parts({{5, 10.0F}}));
     settings.armed = false;
     trigger.configure(settings);
@@ -118,7 +118,7 @@ TEST_F(GainReductionTriggerTest, DisarmedItEndsItsNoteAndStartsNone) {
     EXPECT_EQ(process(parts({{50, 10.0F}})), (Messages{{0, 0x92, 40, 60}}));
 }
 
-TEST_F(GainReductionTriggerTest, ResetEndsANoteAtTheNextFrame) {
+TEST_F(GainReductionTriggerTest, ResetEndsTheNoteAtTheNextFrame) {
     process(parts({{5, 10.0F}}));
     trigger.reset();
     EXPECT_EQ(process({}), Messages{});
@@ -126,7 +126,7 @@ TEST_F(GainReductionTriggerTest, ResetEndsANoteAtTheNextFrame) {
     EXPECT_FALSE(trigger.isSounding());
 }
 
-TEST_F(GainReductionTriggerTest, WhatFindsNoRoomComesLaterAndStaysPaired) {
+TEST_F(GainReductionTriggerTest, MessagesWithoutRoomAreSentLaterInPairs) {
     recorder.room = 0;
     EXPECT_EQ(process(parts({{30, 10.0F}})), Messages{});
     recorder.room = 1;

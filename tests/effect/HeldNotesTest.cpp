@@ -6,7 +6,7 @@ namespace {
 
 using orvalo::effect::HeldNotes;
 
-TEST(HeldNotes, TheLoudestWins) {
+TEST(HeldNotes, ReportsTheHighestVelocity) {
     HeldNotes notes;
     EXPECT_EQ(notes.loudest(), 0);
     notes.press(0, 60, 50);
@@ -21,7 +21,7 @@ TEST(HeldNotes, TheLoudestWins) {
     EXPECT_EQ(notes.loudest(), 0);
 }
 
-TEST(HeldNotes, TheSameNoteAgainTakesTheNewVelocity) {
+TEST(HeldNotes, RepeatedNoteTakesTheNewVelocity) {
     HeldNotes notes;
     notes.press(0, 60, 100);
     notes.press(0, 60, 30);
@@ -30,7 +30,7 @@ TEST(HeldNotes, TheSameNoteAgainTakesTheNewVelocity) {
     EXPECT_EQ(notes.loudest(), 0);
 }
 
-TEST(HeldNotes, EqualVelocitiesAreTwoNotes) {
+TEST(HeldNotes, CountsNotesOfEqualVelocitySeparately) {
     HeldNotes notes;
     notes.press(0, 60, 80);
     notes.press(0, 61, 80);
@@ -38,7 +38,7 @@ TEST(HeldNotes, EqualVelocitiesAreTwoNotes) {
     EXPECT_EQ(notes.loudest(), 80);
 }
 
-TEST(HeldNotes, ChannelsLetGoApart) {
+TEST(HeldNotes, ReleasesChannelsSeparately) {
     HeldNotes notes;
     notes.press(3, 1, 20);
     notes.press(4, 2, 40);
@@ -51,7 +51,7 @@ TEST(HeldNotes, ChannelsLetGoApart) {
     EXPECT_EQ(notes.loudest(), 0);
 }
 
-TEST(HeldNotes, ReleasingWhatIsNotDownChangesNothing) {
+TEST(HeldNotes, ReleasingANoteThatIsNotHeldChangesNothing) {
     HeldNotes notes;
     notes.press(0, 60, 80);
     notes.release(0, 61);

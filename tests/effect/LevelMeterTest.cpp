@@ -19,7 +19,7 @@ TEST(LevelMeter, RisesAtOnceAndFallsSteadily) {
     EXPECT_EQ(meter.level(), -90.0F);
 }
 
-TEST(LevelMeter, AnEmptyBlockChangesNothing) {
+TEST(LevelMeter, EmptyBlockChangesNothing) {
     LevelMeter meter(48000.0);
     meter.update(0.25F, 64);
     const float before = meter.level();

@@ -6,7 +6,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-TEST(MessageCounts, StandAtNothingBeforeAMessage) {
+TEST(MessageCounts, Are0BeforeTheFirstMessage) {
     EffectHost host;
     host.control("midi_in_count") = host.control("midi_out_count") = -1.0F;
     host.activate();
@@ -15,7 +15,7 @@ TEST(MessageCounts, StandAtNothingBeforeAMessage) {
     EXPECT_EQ(host.control("midi_out_count"), 0.0F);
 }
 
-TEST(MessageCounts, CountEveryMessageThatComesAndGoes) {
+TEST(MessageCounts, CountReceivedAndSentMessages) {
     EffectHost host;
     host.control("threshold") = -40.0F;
     host.control("attack") = 1.0F;
@@ -30,7 +30,7 @@ TEST(MessageCounts, CountEveryMessageThatComesAndGoes) {
     EXPECT_EQ(host.control("midi_out_count"), 2.0F);
 }
 
-TEST(MessageCounts, BeginAnewAfterTheirGreatest) {
+TEST(MessageCounts, ReturnTo0AfterTheirMaximum) {
     EffectHost host;
     host.activate();
     const float silence = 0.0F;

@@ -10,7 +10,7 @@ using namespace orvalo::testing;
 
 using Messages = std::vector<MidiMessage>;
 
-/// Gain reduction in force, frame by frame, for a signal that asks for `asked` dB and stops.
+/// The smoothed gain reduction per frame for a signal that needs `asked` dB and then stops.
 std::vector<double> expectedReduction(double asked, std::size_t on, std::size_t frames,
                                       double attack, double release) {
     const double attackKeep = std::exp(-1.0 / (attack * 48000.0));
@@ -60,11 +60,11 @@ TEST_F(MidiOutputTest, SendsAPairAtTheFramesOfTheCurve) {
     }
     ASSERT_GT(on, 100);
     ASSERT_GT(off, 9600);
-    // 11 dB beyond the level at 5 a dB above 40.
+    // 40 plus 5 per dB for 11 dB above the level.
     EXPECT_EQ(host.sent(), (Messages{{on, {0x99, 38, 95}}, {off, {0x89, 38, 64}}}));
 }
 
-TEST_F(MidiOutputTest, ManyBurstsGiveManyPairsThatAlternate) {
+TEST_F(MidiOutputTest, ManyBurstsGiveAlternatingPairs) {
     host.render(noiseBursts(480000), {333});
     host.render(steady(48000, 0.0F));
     const auto& sent = host.sent();
@@ -89,7 +89,7 @@ TEST_F(MidiOutputTest, AllChannelsSendsOnTheFirst) {
     EXPECT_EQ(host.sent()[0].bytes[0], 0x90);
 }
 
-TEST_F(MidiOutputTest, AChangedNoteEndsWithItsOwnNumber) {
+TEST_F(MidiOutputTest, ChangedNoteEndsWithItsOwnNumber) {
     host.render(steady(9600, 1.0F));
     host.control("trigger_note") = 60.0F;
     host.control("midi_channel") = 1.0F;
@@ -99,8 +99,8 @@ TEST_F(MidiOutputTest, AChangedNoteEndsWithItsOwnNumber) {
     EXPECT_EQ(host.sent()[2], (MidiMessage{9600, {0x90, 60, 95}}));
 }
 
-TEST_F(MidiOutputTest, ANoteThatSoundedAtDeactivationEndsWhenItRunsAgain) {
-    // Not yet for its 20 ms: only the reset ends it at once.
+TEST_F(MidiOutputTest, NoteSoundingAtDeactivationEndsAtTheNextRun) {
+    // Shorter than 20 ms: only the reset ends it at once.
     host.render(steady(500, 1.0F));
     host.deactivate();
     host.activate();
@@ -109,7 +109,7 @@ TEST_F(MidiOutputTest, ANoteThatSoundedAtDeactivationEndsWhenItRunsAgain) {
     EXPECT_EQ(host.sent()[1], (MidiMessage{500, {0x89, 38, 64}}));
 }
 
-TEST_F(MidiOutputTest, AnEmptyBlockSendsNothingAndLosesNothing) {
+TEST_F(MidiOutputTest, EmptyBlockSendsAndLosesNothing) {
     host.render(steady(9600, 1.0F));
     host.control("trigger_note") = 60.0F;
     host.run(nullptr, nullptr, nullptr, nullptr, 0);
@@ -119,7 +119,7 @@ TEST_F(MidiOutputTest, AnEmptyBlockSendsNothingAndLosesNothing) {
     EXPECT_EQ(host.sent()[1].bytes, (std::vector<std::uint8_t>{0x89, 38, 64}));
 }
 
-TEST_F(MidiOutputTest, NotesDoNotChangeWhatIsSent) {
+TEST_F(MidiOutputTest, ReceivedNotesDoNotChangeSentMessages) {
     host.render(noiseBursts(96000), {512});
     EffectHost ducked;
     for (const char* symbol : {"threshold", "ratio", "knee", "attack", "release", "trigger_level",
@@ -131,7 +131,7 @@ TEST_F(MidiOutputTest, NotesDoNotChangeWhatIsSent) {
     EXPECT_EQ(ducked.sent(), host.sent());
 }
 
-TEST(MidiOutput, ABufferThatIsTooSmallKeepsPairsWhole) {
+TEST(MidiOutput, SmallBufferKeepsPairsWhole) {
     EffectHost host({.midiRoom = 16 + 24});  // one message
     host.control("trigger_level") = 1.0F;
     host.control("release") = 5.0F;
@@ -146,7 +146,7 @@ TEST(MidiOutput, ABufferThatIsTooSmallKeepsPairsWhole) {
     }
 }
 
-TEST(MidiOutput, ABufferWithoutRoomIsLeftAlone) {
+TEST(MidiOutput, FullBufferIsUnchanged) {
     EffectHost host({.midiRoom = 16});
     host.activate();
     host.render(noiseBursts(48000));

@@ -17,7 +17,7 @@ using Messages = std::vector<MidiMessage>;
 
 class MidiSequenceTest : public testing::Test {
   protected:
-    /// All that the reader sees in the sequence for a block of that many frames.
+    /// All events that the reader gives for a block of `frames` frames.
     Messages read(std::uint32_t frames) {
         MidiSequenceReader reader(sequence.data(), numbers, frames);
         Messages messages;
@@ -33,12 +33,12 @@ class MidiSequenceTest : public testing::Test {
     }
 
     UridMap uris;
-    orvalo::effect::Uris numbers{uris.interface()};
+    orvalo::effect::Uris numbers{uris.map()};
     EventSequence sequence{uris, 1024};
     const std::array<std::uint8_t, 3> on{0x90, 60, 100};
 };
 
-TEST_F(MidiSequenceTest, ReadsMidiAndPassesOverTheRest) {
+TEST_F(MidiSequenceTest, ReadsMidiAndSkipsOtherEvents) {
     sequence.append(3, on.data(), 3);
     sequence.append(5, on.data(), 2);
     sequence.append(9, on.data(), 1);
@@ -48,7 +48,7 @@ TEST_F(MidiSequenceTest, ReadsMidiAndPassesOverTheRest) {
     EXPECT_EQ(read(64), (Messages{all[1], all[2]}));
 }
 
-TEST_F(MidiSequenceTest, FramesStayInTheBlockAndInOrder) {
+TEST_F(MidiSequenceTest, FramesAreClampedToTheBlockAndOrdered) {
     for (const std::int64_t frame : {-7, 20, 10, 5000}) {
         sequence.append(frame, on.data(), 1);
     }
@@ -57,7 +57,7 @@ TEST_F(MidiSequenceTest, FramesStayInTheBlockAndInOrder) {
     EXPECT_EQ(read(64), (Messages{{0, {0x90}}, {0, {0x90}}, {0, {0x90}}, {0, {0x90}}}));
 }
 
-TEST_F(MidiSequenceTest, WhatLiesBeyondTheStatedSizeIsNotRead) {
+TEST_F(MidiSequenceTest, DoesNotReadBeyondTheStatedSize) {
     sequence.append(0, on.data(), 3);
     firstEvent().body.size = 9;
     EXPECT_EQ(read(64), Messages{});
@@ -70,12 +70,12 @@ TEST_F(MidiSequenceTest, WhatLiesBeyondTheStatedSizeIsNotRead) {
         sequence.data()->atom.size = size;
         EXPECT_EQ(read(64), Messages{}) << size;
     }
-    // A host may leave out the padding of the last event.
+    // A host may omit the padding of the last event.
     sequence.data()->atom.size = 27;
     EXPECT_EQ(read(64).size(), 1U);
 }
 
-TEST_F(MidiSequenceTest, AnotherAtomHasNoEvents) {
+TEST_F(MidiSequenceTest, OtherAtomsHaveNoEvents) {
     sequence.append(0, on.data(), 3);
     sequence.data()->atom.type = uris["urn:example:other"];
     EXPECT_EQ(read(64), Messages{});
@@ -83,7 +83,7 @@ TEST_F(MidiSequenceTest, AnotherAtomHasNoEvents) {
     EXPECT_FALSE(MidiSequenceReader(nullptr, numbers, 64).next(event));
 }
 
-TEST_F(MidiSequenceTest, WritesNoByteBeyondItsRoom) {
+TEST_F(MidiSequenceTest, WritesNothingBeyondItsCapacity) {
     constexpr std::uint32_t eventSize = 24;
     for (std::uint32_t room = 0; room < 4 * eventSize; ++room) {
         std::memset(static_cast<void*>(sequence.data()), 0x55, 1024);
@@ -105,7 +105,7 @@ TEST_F(MidiSequenceTest, WritesNoByteBeyondItsRoom) {
     }
 }
 
-TEST_F(MidiSequenceTest, WritingIntoNothingSucceeds) {
+TEST_F(MidiSequenceTest, WritingWithoutASequenceSucceeds) {
     EXPECT_TRUE(MidiSequenceWriter(nullptr, numbers).write(0, on));
     sequence.offer();
     const auto before = sequence.data()->atom;

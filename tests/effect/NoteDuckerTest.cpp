@@ -31,7 +31,7 @@ class NoteDuckerTest : public testing::Test {
         return values;
     }
 
-    /// Where ducking rests with the notes as they are.
+    /// The ducking after it has settled.
     float settled() { return process(static_cast<std::uint32_t>(rate * 4)).back(); }
 
     NoteDucker ducker{rate};
@@ -46,7 +46,7 @@ TEST_F(NoteDuckerTest, DepthFollowsVelocity) {
     }
 }
 
-TEST_F(NoteDuckerTest, GoesDownInMillisecondsAndComesBackWithTheRelease) {
+TEST_F(NoteDuckerTest, FallsInMillisecondsAndRecoversWithTheRelease) {
     send({0x90, 60, 127});
     const auto down = process(4800);
     for (std::size_t i = 0; i < 480; ++i) {
@@ -62,7 +62,7 @@ TEST_F(NoteDuckerTest, GoesDownInMillisecondsAndComesBackWithTheRelease) {
     }
 }
 
-TEST_F(NoteDuckerTest, TheLoudestOfSeveralNotesRules) {
+TEST_F(NoteDuckerTest, HighestVelocityOfSeveralNotesCounts) {
     send({0x90, 60, 127});
     send({0x95, 61, 64});
     EXPECT_NEAR(settled(), 24.0F, 1e-3F);
@@ -99,7 +99,7 @@ TEST_F(NoteDuckerTest, OtherControllersAndMessagesEndNothing) {
     EXPECT_EQ(settled(), 0.0F);
 }
 
-TEST_F(NoteDuckerTest, HearsOnlyItsChannelOnceItHasOne) {
+TEST_F(NoteDuckerTest, ReceivesOnlyItsChannelOnceSet) {
     send({0x90, 60, 127});
     send({0x93, 60, 64});
     ducker.configure(24.0F, 200.0F, 3);
@@ -109,14 +109,14 @@ TEST_F(NoteDuckerTest, HearsOnlyItsChannelOnceItHasOne) {
     EXPECT_EQ(settled(), 0.0F);
 }
 
-TEST_F(NoteDuckerTest, ADepthThatTurnsWhileANoteIsDownIsFollowed) {
+TEST_F(NoteDuckerTest, FollowsDepthChangesDuringANote) {
     send({0x90, 60, 127});
     settled();
     ducker.configure(6.0F, 200.0F, std::nullopt);
     EXPECT_NEAR(settled(), 6.0F, 1e-3F);
 }
 
-TEST_F(NoteDuckerTest, ResetLetsGo) {
+TEST_F(NoteDuckerTest, ResetReleasesAllNotes) {
     send({0x90, 60, 127});
     settled();
     ducker.reset();

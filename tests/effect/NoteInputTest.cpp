@@ -9,7 +9,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-/// With a ratio of 1 and no make-up only notes change the signal.
+/// With ratio 1 and no make-up, only notes change the signal.
 class NoteInputTest : public testing::Test {
   protected:
     NoteInputTest() {
@@ -22,7 +22,7 @@ class NoteInputTest : public testing::Test {
     EffectHost host;
 };
 
-TEST_F(NoteInputTest, DucksFromTheVeryFrameByTheVelocity) {
+TEST_F(NoteInputTest, DucksFromTheExactFrameByTheVelocity) {
     const auto output = host.render(steady(48000, 0.5F), {700}, {{12345, {0x90, 60, 127}}});
     for (std::size_t i = 0; i < 12345; ++i) {
         ASSERT_EQ(output.left[i], 0.5F) << i;
@@ -38,20 +38,20 @@ TEST_F(NoteInputTest, DucksFromTheVeryFrameByTheVelocity) {
     EXPECT_EQ(released.left.back(), 0.5F);
 }
 
-TEST_F(NoteInputTest, AllNotesOffLetsGo) {
+TEST_F(NoteInputTest, AllNotesOffReleasesTheNotes) {
     host.render(steady(9600, 0.5F), {512}, {{0, {0x91, 60, 127}}, {10, {0x91, 64, 127}}});
     const auto output = host.render(steady(192000, 0.5F), {512}, {{0, {0xB1, 123, 0}}});
     EXPECT_EQ(output.left.back(), 0.5F);
 }
 
-TEST_F(NoteInputTest, OtherChannelsAreNotHeard) {
+TEST_F(NoteInputTest, IgnoresOtherChannels) {
     host.control("midi_channel") = 4.0F;
     const auto input = steady(4800, 0.5F);
     EXPECT_EQ(host.render(input, {512}, {{0, {0x90, 60, 127}}}), input);
     EXPECT_LT(host.render(input, {512}, {{0, {0x93, 60, 127}}}).left.back(), 0.1F);
 }
 
-TEST_F(NoteInputTest, EventsOutsideTheBlockCountAtItsEdges) {
+TEST_F(NoteInputTest, EventsOutsideTheBlockAreClamped) {
     host.midiIn().clear();
     const std::array<std::uint8_t, 3> on{0x90, 60, 127};
     const std::array<std::uint8_t, 3> off{0x80, 60, 0};
@@ -66,14 +66,14 @@ TEST_F(NoteInputTest, EventsOutsideTheBlockCountAtItsEdges) {
     EXPECT_EQ(after.left.back(), 0.5F);
 }
 
-TEST_F(NoteInputTest, AnEmptyBlockTakesItsEvents) {
+TEST_F(NoteInputTest, EmptyBlockHandlesItsEvents) {
     const std::array<std::uint8_t, 3> on{0x90, 60, 127};
     host.midiIn().append(0, on.data(), 3);
     host.run(nullptr, nullptr, nullptr, nullptr, 0);
     EXPECT_LT(host.render(steady(4800, 0.5F)).left.back(), 0.1F);
 }
 
-TEST(NoteInput, AHostWithoutMidiGetsACompressor) {
+TEST(NoteInput, CompressesWithoutMidi) {
     EffectHost with;
     EffectHost without({.midi = false});
     ASSERT_TRUE(without.isThere());

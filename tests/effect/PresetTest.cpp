@@ -22,7 +22,7 @@ Stereo renderPreset(const std::map<std::string, float>& values, const Stereo& in
     return host.render(input, {1024}, notes);
 }
 
-TEST(Presets, AreTheseInTheOrderOfTheirLabels) {
+TEST(Presets, AreOrderedByLabel) {
     std::vector<std::string> labels;
     for (const auto& [label, values] : EffectWorld::shared().presets()) {
         labels.push_back(label);
@@ -62,15 +62,15 @@ TEST(Presets, SoundDifferent) {
                 difference += std::pow(static_cast<double>(output.left[i] - sound.left[i]), 2.0);
                 power += std::pow(static_cast<double>(sound.left[i]), 2.0);
             }
-            // At least a difference 20 dB below the signal: a change of 1 dB throughout.
+            // A difference of at least -20 dB relative to the signal, like a gain change of 1 dB.
             EXPECT_GT(difference, 0.01 * power) << label << " and " << other;
         }
         rendered.emplace_back(label, std::move(output));
     }
 }
 
-TEST(Presets, KeepTheLevelWithinReason) {
-    // Noise of a steady level, as loud as finished music is.
+TEST(Presets, KeepTheLevelWithinLimits) {
+    // Steady noise as loud as mastered music.
     auto input = noiseBursts(96000);
     for (std::size_t i = 0; i < input.left.size(); ++i) {
         input.left[i] = input.right[i] = 0.5F * std::sin(0.03F * static_cast<float>(i));

@@ -21,7 +21,7 @@ class NoMidi final : public MidiOutput {
 
 class ProcessorTest : public testing::Test {
   protected:
-    /// Processes in place and gives what the block showed.
+    /// Processes in place and returns the meters.
     Processor::Meters process(std::vector<float>& left, std::vector<float>& right) {
         const auto frames = static_cast<std::uint32_t>(left.size());
         processor.beginBlock(values);
@@ -29,7 +29,7 @@ class ProcessorTest : public testing::Test {
         return processor.endBlock(frames);
     }
 
-    /// Gain in dB that a lasting level on both channels ends up with.
+    /// The settled gain in dB for a steady level on both channels.
     double settledGain(float amplitude) {
         std::vector<float> left(96000, amplitude);
         std::vector<float> right(96000, -amplitude);
@@ -44,7 +44,7 @@ class ProcessorTest : public testing::Test {
     Processor processor{48000.0};
 };
 
-/// The whole effect's gain in dB in double, from the definition of each control.
+/// The effect's gain in dB, computed in double from the definitions of the controls.
 double expectedGain(double amplitude, const ParameterValues& values) {
     const auto value = [&](Parameter parameter) { return static_cast<double>(values[parameter]); };
     const double excess = 20.0 * std::log10(amplitude) - value(Parameter::threshold);
@@ -97,7 +97,7 @@ TEST_F(ProcessorTest, BothChannelsGetTheGainOfTheLouderOne) {
     }
 }
 
-TEST_F(ProcessorTest, SwappedChannelsGiveTheSameSwapped) {
+TEST_F(ProcessorTest, SwappedInputsGiveSwappedOutputs) {
     std::vector<float> left(4800);
     std::vector<float> right(4800);
     for (std::size_t i = 0; i < left.size(); ++i) {
@@ -113,7 +113,7 @@ TEST_F(ProcessorTest, SwappedChannelsGiveTheSameSwapped) {
     EXPECT_EQ(swappedRight, left);
 }
 
-TEST_F(ProcessorTest, AnOutputMayBeTheOtherChannelsInput) {
+TEST_F(ProcessorTest, OutputMayBeTheOtherChannelsInput) {
     std::vector<float> a(1000, 0.8F);
     std::vector<float> b(1000, -0.3F);
     auto left = a;
@@ -138,7 +138,7 @@ TEST_F(ProcessorTest, SilenceStaysSilence) {
     EXPECT_EQ(meters.outputLevel, -90.0F);
 }
 
-TEST_F(ProcessorTest, BadSamplesAreSilenceAndLeaveNoTrace) {
+TEST_F(ProcessorTest, InvalidSamplesCountAsSilence) {
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     constexpr float infinity = std::numeric_limits<float>::infinity();
     std::vector<float> left(2000, 0.5F);
@@ -176,7 +176,7 @@ TEST_F(ProcessorTest, MetersShowTheBlock) {
     EXPECT_NEAR(nextRight.back(), std::pow(10.0F, -0.5F), 1e-4F);
 }
 
-TEST_F(ProcessorTest, ATurnedKnobMakesNoStep) {
+TEST_F(ProcessorTest, ParameterChangeMakesNoStep) {
     values.set(Parameter::ratio, 1.0F);
     std::vector<float> left(4800, 0.5F);
     std::vector<float> right(4800, 0.5F);
@@ -199,7 +199,7 @@ TEST_F(ProcessorTest, ATurnedKnobMakesNoStep) {
     }
 }
 
-TEST_F(ProcessorTest, ParametersHoldAtOnceAfterAReset) {
+TEST_F(ProcessorTest, ParametersApplyAtOnceAfterReset) {
     values.set(Parameter::ratio, 1.0F);
     values.set(Parameter::makeup, 0.0F);
     values.set(Parameter::output, -6.0F);
@@ -209,7 +209,7 @@ TEST_F(ProcessorTest, ParametersHoldAtOnceAfterAReset) {
     EXPECT_NEAR(left[0], 0.501187F, 1e-6F);
 }
 
-TEST_F(ProcessorTest, BypassIsExactOnceReached) {
+TEST_F(ProcessorTest, BypassIsExactAfterTheCrossFade) {
     values.set(Parameter::enabled, 0.0F);
     std::vector<float> left(2000, 0.7F);
     std::vector<float> right(2000, 0.123F);
@@ -219,7 +219,7 @@ TEST_F(ProcessorTest, BypassIsExactOnceReached) {
     EXPECT_EQ(midi.count, 0);
 }
 
-TEST(ParameterValues, KeepsToTheRanges) {
+TEST(ParameterValues, ClampsToTheRanges) {
     ParameterValues values;
     values.set(Parameter::ratio, 100.0F);
     EXPECT_EQ(values[Parameter::ratio], 20.0F);

@@ -10,13 +10,13 @@ namespace {
 
 using namespace orvalo::testing;
 
-TEST(RealTime, TheCounterCounts) {
+TEST(RealTime, CounterCountsAllocations) {
     const AllocationCount counter;
     const auto block = std::make_unique<std::vector<int>>(1000);
     EXPECT_GE(AllocationCount::count(), 2);
 }
 
-TEST(RealTime, RunningNeitherAllocatesNorFrees) {
+TEST(RealTime, RunNeitherAllocatesNorFrees) {
     EffectHost host;
     host.activate();
     const auto input = noiseBursts(48000);

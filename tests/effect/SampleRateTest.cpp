@@ -9,7 +9,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-TEST(SampleRate, TheSameMillisecondsAtEveryRate) {
+TEST(SampleRate, TimesAreEqualAtEveryRate) {
     for (const double rate : {8000.0, 11025.0, 44100.0, 96000.0, 192000.0, 384000.0}) {
         EffectHost host({.rate = rate});
         ASSERT_TRUE(host.isThere()) << rate;
@@ -27,7 +27,7 @@ TEST(SampleRate, TheSameMillisecondsAtEveryRate) {
     }
 }
 
-TEST(SampleRate, WhatIsNoRateIsRefused) {
+TEST(SampleRate, RefusesInvalidRates) {
     for (const double rate : {0.0, -48000.0, 1.0, 1e9, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_FALSE(EffectHost({.rate = rate}).isThere()) << rate;
     }

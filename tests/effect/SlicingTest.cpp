@@ -26,7 +26,7 @@ Result render(const std::vector<std::uint32_t>& lengths, bool inPlace) {
     return {.output = std::move(output), .sent = host.sent()};
 }
 
-TEST(Slicing, ChangesNoBitAndNoMessage) {
+TEST(Slicing, ChangesNoSampleAndNoMessage) {
     const auto expected = render({60000}, false);
     ASSERT_GT(expected.sent.size(), 4U);
     const std::vector<std::vector<std::uint32_t>> slicings{{1},  {7},    {64},
@@ -40,7 +40,7 @@ TEST(Slicing, ChangesNoBitAndNoMessage) {
     }
 }
 
-TEST(Slicing, TwoInstancesKnowNothingOfEachOther) {
+TEST(Slicing, InstancesAreIndependent) {
     EffectHost first;
     EffectHost second;
     first.activate();

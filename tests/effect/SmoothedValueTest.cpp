@@ -27,7 +27,7 @@ TEST(SmoothedValue, MovesInEqualStepsOverTwentyMilliseconds) {
     EXPECT_FALSE(value.isMoving());
 }
 
-TEST(SmoothedValue, TheLineDoesNotDependOnTheCuts) {
+TEST(SmoothedValue, RampDoesNotDependOnBlockLengths) {
     SmoothedValue whole(48000.0);
     SmoothedValue cut(48000.0);
     whole.setTarget(-17.3F);
@@ -43,7 +43,7 @@ TEST(SmoothedValue, TheLineDoesNotDependOnTheCuts) {
     EXPECT_EQ(values, expected);
 }
 
-TEST(SmoothedValue, ANewTargetStartsFromWhereTheLineIs) {
+TEST(SmoothedValue, NewTargetStartsFromTheCurrentValue) {
     SmoothedValue value(1000.0);
     value.setTarget(20.0F);
     EXPECT_FLOAT_EQ(take(value, 10).back(), 10.0F);
@@ -52,7 +52,7 @@ TEST(SmoothedValue, ANewTargetStartsFromWhereTheLineIs) {
     EXPECT_EQ(take(value, 19).back(), 0.0F);
 }
 
-TEST(SmoothedValue, SnapsAtOnce) {
+TEST(SmoothedValue, SnapToSetsTheValueAtOnce) {
     SmoothedValue value(48000.0);
     value.setTarget(5.0F);
     value.snapTo(3.0F);

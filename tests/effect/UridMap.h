@@ -7,7 +7,7 @@
 
 namespace orvalo::testing {
 
-/// A host's numbers for URIs.
+/// A host's URID map.
 class UridMap {
   public:
     UridMap();
@@ -15,7 +15,7 @@ class UridMap {
     UridMap& operator=(const UridMap&) = delete;
 
     LV2_URID operator[](const std::string& uri);
-    LV2_URID_Map* interface() { return &map_; }
+    LV2_URID_Map* map() { return &map_; }
 
   private:
     std::map<std::string, LV2_URID> numbers_;

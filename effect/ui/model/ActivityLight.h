@@ -5,21 +5,21 @@
 
 namespace orvalo::effect::ui {
 
-/// A light that flashes when a count of messages moves.
+/// A light that flashes when a message count changes.
 class ActivityLight {
   public:
     static constexpr double fullSeconds = 0.1;
     static constexpr double fadingSeconds = 0.25;
 
-    /// Takes the count that holds at `now`, in seconds. The first one only says where it begins.
-    void take(float count, double now) {
+    /// Takes the count at `now`, in seconds. The first call only sets the initial count.
+    void update(float count, double now) {
         if (count_ && *count_ != count) {
             flashed_ = now;
         }
         count_ = count;
     }
 
-    /// From 0, dark, to 1.
+    /// 0 (dark) to 1.
     double brightness(double now) const {
         if (!flashed_) {
             return 0.0;

@@ -4,23 +4,23 @@
 
 namespace orvalo::effect::ui {
 
-/// What a parameter's numbers stand for.
+/// The unit of a parameter's values.
 enum class Unit : std::uint8_t { toggle, decibels, ratio, milliseconds, percent, note, channel };
 
-/// How a parameter's range lies along the way of its knob.
+/// How a parameter's range is mapped to the positions of its knob.
 enum class Taper : std::uint8_t { linear, logarithmic, whole };
 
-/// How a parameter is shown and turned.
+/// How a parameter is displayed and edited.
 struct Control {
     const char* name;
     /// For cells that are too narrow for the name.
     const char* shortName;
     Unit unit;
     Taper taper;
-    /// One turn of the wheel or one arrow key, in the parameter's unit; on a logarithmic way as a
-    /// share of the whole way.
+    /// One step of the wheel or an arrow key: in the parameter's unit, or as a share of the range
+    /// for a logarithmic taper.
     double step;
-    /// The same with fine control; on a linear way also what turned values are rounded to.
+    /// The same with fine control. Values with a linear taper are rounded to it.
     double fineStep;
 };
 

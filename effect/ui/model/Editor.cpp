@@ -6,13 +6,13 @@ namespace orvalo::effect::ui {
 
 void Editor::show(Parameter parameter, float value) {
     scene_.values.set(parameter, value);
-    scene_.touch(parameter);
-    scene_.touch(Part::curve);
+    scene_.markChanged(parameter);
+    scene_.markChanged(Part::curve);
     if (parameter == Parameter::enabled) {
-        scene_.touchAll();
+        scene_.markAllChanged();
     }
     if (scene_.presets.update(scene_.values)) {
-        scene_.touch(Part::header);
+        scene_.markChanged(Part::header);
     }
 }
 
@@ -43,19 +43,19 @@ void Editor::hold(Parameter parameter) {
     release();
     held_ = parameter;
     host_.grab(parameter, true);
-    scene_.touch(parameter);
+    scene_.markChanged(parameter);
 }
 
 void Editor::release() {
     if (held_) {
         host_.grab(*held_, false);
-        scene_.touch(*held_);
+        scene_.markChanged(*held_);
         held_.reset();
     }
 }
 
 void Editor::choosePreset(std::size_t index) {
-    // Copied, because a host may answer a write with a change of its own at once.
+    // A copy: a host may answer a write by changing a parameter at once.
     const Preset preset = scene_.presets.presets().at(index);
     scene_.presets.choose(index);
     for (const auto& [parameter, value] : preset.values) {
@@ -64,7 +64,7 @@ void Editor::choosePreset(std::size_t index) {
         host_.write(parameter, scene_.values[parameter]);
         host_.grab(parameter, false);
     }
-    scene_.touch(Part::header);
+    scene_.markChanged(Part::header);
 }
 
 void Editor::stepPreset(int direction) {
@@ -76,19 +76,19 @@ void Editor::stepPreset(int direction) {
 void Editor::openList() {
     if (!scene_.presets.presets().empty()) {
         scene_.list = scene_.presets.chosen().value_or(0);
-        scene_.touchAll();
+        scene_.markAllChanged();
     }
 }
 
 void Editor::closeList() {
     scene_.list.reset();
-    scene_.touchAll();
+    scene_.markAllChanged();
 }
 
 void Editor::markEntry(std::size_t index) {
     if (scene_.list && *scene_.list != index) {
         scene_.list = index;
-        scene_.touch(Part::header);
+        scene_.markChanged(Part::header);
     }
 }
 
@@ -98,7 +98,7 @@ void Editor::beginEntry(Parameter parameter) {
         .entry = TextEntry(valueText(parameter, scene_.values[parameter])),
         .complaint = {},
     };
-    scene_.touchAll();
+    scene_.markAllChanged();
 }
 
 bool Editor::commitEntry() {
@@ -109,7 +109,7 @@ bool Editor::commitEntry() {
     const auto typed = typedValue(parameter, scene_.entry->entry.text());
     if (!typed.value) {
         scene_.entry->complaint = typed.complaint;
-        scene_.touchAll();
+        scene_.markAllChanged();
         return false;
     }
     cancelEntry();
@@ -120,56 +120,56 @@ bool Editor::commitEntry() {
 void Editor::cancelEntry() {
     if (scene_.entry) {
         scene_.entry.reset();
-        scene_.touchAll();
+        scene_.markAllChanged();
     }
 }
 
 void Editor::entryChanged() {
     if (!scene_.entry->complaint.empty()) {
         scene_.entry->complaint.clear();
-        scene_.touchAll();
+        scene_.markAllChanged();
     }
-    scene_.touch(scene_.entry->parameter);
+    scene_.markChanged(scene_.entry->parameter);
 }
 
-void Editor::touch(const Target& target) {
+void Editor::markChanged(const Target& target) {
     using Kind = Target::Kind;
     if (target.kind == Kind::control || target.kind == Kind::value) {
-        scene_.touch(target.parameter);
+        scene_.markChanged(target.parameter);
     } else if (target.kind != Kind::nothing) {
-        scene_.touch(Part::header);
+        scene_.markChanged(Part::header);
     }
 }
 
 void Editor::hover(const Target& target) {
     if (target != scene_.hovered) {
-        touch(scene_.hovered);
+        markChanged(scene_.hovered);
         scene_.hovered = target;
-        touch(target);
+        markChanged(target);
     }
 }
 
-void Editor::touchFocus() {
+void Editor::markFocusChanged() {
     if (const auto parameter = scene_.focusedControl()) {
-        scene_.touch(*parameter);
+        scene_.markChanged(*parameter);
     } else {
-        scene_.touch(Part::header);
+        scene_.markChanged(Part::header);
     }
 }
 
 void Editor::focus(std::size_t place, bool shown) {
     if (place != scene_.focus || shown != scene_.showsFocus) {
-        touchFocus();
+        markFocusChanged();
         scene_.focus = place;
         scene_.showsFocus = shown;
-        touchFocus();
+        markFocusChanged();
     }
 }
 
 void Editor::setHasKeyboard(bool has) {
     if (has != scene_.hasKeyboard) {
         scene_.hasKeyboard = has;
-        touchFocus();
+        markFocusChanged();
     }
 }
 

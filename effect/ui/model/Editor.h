@@ -5,23 +5,23 @@
 
 namespace orvalo::effect::ui {
 
-/// Everything that a user can do to the scene, whatever it is done with. Host-side changes come
-/// in here, too, so that what depends on them stays right.
+/// The edits of the scene, by pointer, keyboard and host. Keeps the preset choice and the changed
+/// parts up to date, and tells the host what the user changes.
 class Editor {
   public:
     Editor(Scene& scene, Host& host) : scene_(scene), host_(host) {}
 
-    /// Sets a parameter and tells the host when it has changed.
+    /// Sets a parameter, and writes it to the host if it has changed.
     void set(Parameter parameter, float value);
-    /// The same, held just for this.
+    /// The same, with the parameter grabbed and released around the change.
     void setOnce(Parameter parameter, float value);
-    /// Takes a parameter from the host. One that is held keeps the user's value.
+    /// Takes a parameter's value from the host. Ignored while the user holds that parameter.
     void receive(Parameter parameter, float value);
 
     void hold(Parameter parameter);
     void release();
 
-    /// Writes all that the preset sets; indices as in the scene's presets.
+    /// Writes all values of the preset. index: in the scene's presets.
     void choosePreset(std::size_t index);
     void stepPreset(int direction);
     void openList();
@@ -29,7 +29,8 @@ class Editor {
     void markEntry(std::size_t index);
 
     void beginEntry(Parameter parameter);
-    /// Takes the typed value and ends the entry; false, with a complaint, when it is none.
+    /// Takes the typed value and ends the entry. Returns false, and sets the complaint, for invalid
+    /// text.
     bool commitEntry();
     void cancelEntry();
     void entryChanged();
@@ -40,8 +41,8 @@ class Editor {
 
   private:
     void show(Parameter parameter, float value);
-    void touch(const Target& target);
-    void touchFocus();
+    void markChanged(const Target& target);
+    void markFocusChanged();
 
     Scene& scene_;
     Host& host_;

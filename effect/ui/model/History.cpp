@@ -5,7 +5,7 @@
 
 namespace orvalo::effect::ui {
 
-bool History::take(const Levels& levels, double now) {
+bool History::record(const Levels& levels, double now) {
     const bool changed = advance(now);
     current_ = levels;
     highest_ = {.input = std::max(highest_.input, levels.input),
@@ -25,12 +25,12 @@ bool History::advance(double now) {
         return false;
     }
     const double passed = std::floor((now - end_) / secondsPerStep) + 1.0;
-    // After a long pause everything older than the picture is gone anyhow.
+    // After a long pause only the last steps are visible.
     const auto count = static_cast<std::size_t>(std::min(passed, static_cast<double>(steps) + 1.0));
     bool changed = false;
     for (std::size_t i = 0; i < count; ++i) {
         close();
-        changed = changed || alike_ < steps;
+        changed = changed || equalSteps_ < steps;
     }
     end_ += passed * secondsPerStep;
     return changed;
@@ -40,7 +40,7 @@ void History::close() {
     const Levels newest = steps_[(first_ + steps - 1) % steps];
     steps_[first_] = highest_;
     first_ = (first_ + 1) % steps;
-    alike_ = highest_ == newest ? std::min(alike_ + 1, steps) : 1;
+    equalSteps_ = highest_ == newest ? std::min(equalSteps_ + 1, steps) : 1;
     highest_ = current_;
 }
 

@@ -3,26 +3,37 @@
 #include <array>
 #include <cstddef>
 
-#include "effect/ui/model/Levels.h"
-
 namespace orvalo::effect::ui {
 
-/// The levels of the last seconds, in equal steps of time. A step shows the highest of all that
-/// was heard in it, so that no peak is missed however rarely it is looked at.
+/// The effect's last levels, in dB.
+struct Levels {
+    /// The lowest value of the effect's level meters.
+    static constexpr float lowest = -90.0F;
+
+    float input = lowest;
+    float output = lowest;
+    float reduction = 0.0F;
+    float ducking = 0.0F;
+
+    bool operator==(const Levels&) const = default;
+};
+
+/// The levels of the last seconds, in equal time steps. A step holds the highest levels within it,
+/// so that no peak is missed.
 class History {
   public:
     static constexpr std::size_t steps = 240;
     static constexpr double secondsPerStep = 0.025;
     static constexpr double seconds = static_cast<double>(steps) * secondsPerStep;
 
-    /// Takes the levels that hold from `now` on, in seconds of a clock that never goes back. Closes
-    /// the steps before that, as advance() does; true when what is shown has changed.
-    bool take(const Levels& levels, double now);
+    /// Records the levels from `now` on, in seconds of a monotonic clock, after advance(). Returns
+    /// what advance() returns.
+    bool record(const Levels& levels, double now);
 
-    /// Closes the steps that have passed until `now`; true when what is shown has changed.
+    /// Closes the steps that ended before `now`. Returns whether the visible steps have changed.
     bool advance(double now);
 
-    /// The steps from the oldest, 0, to the newest.
+    /// Step 0 is the oldest.
     const Levels& step(std::size_t i) const { return steps_[(first_ + i) % steps]; }
 
   private:
@@ -34,8 +45,8 @@ class History {
     Levels highest_;
     double end_ = 0.0;
     bool started_ = false;
-    // How many of the newest steps are alike: with all of them, moving on shows nothing new.
-    std::size_t alike_ = steps;
+    // How many of the newest steps are equal. When all are, another equal one changes nothing.
+    std::size_t equalSteps_ = steps;
 };
 
 }  // namespace orvalo::effect::ui

@@ -4,16 +4,16 @@
 
 namespace orvalo::effect::ui {
 
-/// What the interface tells its host.
+/// Receives the user's changes.
 class Host {
   public:
     Host() = default;
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// A parameter has a new value.
+    /// The user has changed a parameter.
     virtual void write(Parameter parameter, float value) = 0;
-    /// A parameter was taken hold of, or let go.
+    /// The user has grabbed (held) or released a parameter.
     virtual void grab(Parameter parameter, bool held) = 0;
 
   protected:

@@ -4,12 +4,12 @@
 
 namespace orvalo::effect::ui {
 
-/// The pointer at one moment: place in pixels, time in seconds of any clock.
+/// A pointer event: position in pixels, time in seconds of any clock.
 struct Pointer {
     double x = 0.0;
     double y = 0.0;
     double time = 0.0;
-    /// Whether Shift or Ctrl asks for fine control.
+    /// Whether Shift or Ctrl is held, for fine control.
     bool fine = false;
 };
 
@@ -29,13 +29,13 @@ enum class Key : std::uint8_t {
     end,
     backspace,
     erase,
-    chooseAll,
+    selectAll,
 };
 
-/// A key that was pressed.
+/// A key press.
 struct Keystroke {
     Key key = Key::character;
-    /// What it writes, in ASCII, for a character.
+    /// The ASCII character, for Key::character.
     char character = 0;
     bool fine = false;
 };

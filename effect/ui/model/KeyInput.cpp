@@ -11,7 +11,7 @@ bool isSpace(const Keystroke& key) {
     return key.key == Key::character && key.character == ' ';
 }
 
-/// How many steps a key turns a knob, 0 for other keys.
+/// The steps by which a key turns a knob; 0 for other keys.
 int stepsOf(Key key) {
     switch (key) {
         case Key::up:
@@ -42,7 +42,7 @@ bool KeyInput::press(const Keystroke& key) {
         moveFocus(key.key == Key::tab ? 1 : -1);
         return true;
     }
-    // Where nobody sees a focus the space bar is the host's, whatever was clicked last.
+    // Without a visible focus the space bar belongs to the host, even after a click.
     if (isSpace(key) && !scene_.showsFocus) {
         return false;
     }
@@ -56,7 +56,7 @@ bool KeyInput::press(const Keystroke& key) {
 
 void KeyInput::moveFocus(int direction) {
     const std::size_t by = direction > 0 ? 1 : focusCount - 1;
-    // The first time the key only shows where the keyboard is.
+    // The first press only makes the focus visible.
     editor_.focus(scene_.showsFocus ? (scene_.focus + by) % focusCount : scene_.focus, true);
 }
 
@@ -97,8 +97,8 @@ bool KeyInput::pressInEntry(const Keystroke& key) {
         case Key::end:
             entry.moveToEnd();
             break;
-        case Key::chooseAll:
-            entry.chooseAll();
+        case Key::selectAll:
+            entry.selectAll();
             break;
         default:
             return true;
@@ -191,7 +191,7 @@ bool KeyInput::pressOnControl(Parameter parameter, const Keystroke& key) {
         default:
             break;
     }
-    // Digits and signs begin a value at once.
+    // A digit or sign starts typing a value.
     const char c = key.character;
     if (key.key == Key::character && ((c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.')) {
         editor_.beginEntry(parameter);

@@ -5,15 +5,15 @@
 
 namespace orvalo::effect::ui {
 
-/// What keys do: the tab key goes from control to control, arrows turn, Enter opens.
+/// Handles the keyboard: Tab moves the focus, arrow keys turn, Enter starts typing a value.
 class KeyInput {
   public:
-    /// How many steps the page keys turn.
+    /// Steps of Page Up and Page Down.
     static constexpr int pageSteps = 10;
 
     KeyInput(Scene& scene, Editor& editor) : scene_(scene), editor_(editor) {}
 
-    /// False for a key that means nothing here and is the host's.
+    /// Returns false for a key that the UI does not use; it belongs to the host.
     bool press(const Keystroke& key);
 
   private:

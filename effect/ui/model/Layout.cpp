@@ -8,7 +8,7 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-/// How the window's parts are arranged, by its shape.
+/// The arrangement of the parts, chosen by the window's proportions.
 enum class Shape : std::uint8_t { standard, wide, tall };
 
 struct Slot {
@@ -54,7 +54,7 @@ std::vector<Parameter> parametersOf(Section section) {
     return {};
 }
 
-/// On whole pixels, where edges are sharp.
+/// Rounded to whole pixels, for sharp edges.
 Rect sharp(const Rect& rect) {
     const double x = std::round(rect.x);
     const double y = std::round(rect.y);
@@ -62,7 +62,7 @@ Rect sharp(const Rect& rect) {
             std::max(0.0, std::round(rect.bottom()) - y)};
 }
 
-/// The unit for a window that is `share` of the natural size.
+/// The unit for a window of `share` times the natural size.
 double unitFor(double share, double scale) {
     constexpr double natural = 8.0;
     constexpr double growth = 0.75;
@@ -145,8 +145,7 @@ class Arrangement {
         for (const auto& slot : row) {
             columns += slot.columns;
         }
-        // The gaps are taken from the panels in proportion, so that rows with the same columns
-        // stand exactly above each other.
+        // The gaps are distributed over the columns, so that the columns of all rows line up.
         const double column = (area.width + unit_) / columns;
         double x = area.x;
         for (const auto& slot : row) {

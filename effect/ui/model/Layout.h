@@ -8,21 +8,21 @@
 
 namespace orvalo::effect::ui {
 
-/// The parts of the lower half that belong together, each on a panel of its own.
+/// The panels of the lower half.
 enum class Section : std::uint8_t { compressor, level, ducking, trigger, meters };
 inline constexpr std::size_t sectionCount = 5;
 
-/// The bars of the meters' panel.
+/// The bars of the meter panel.
 enum class Meter : std::uint8_t { input, output, reduction, ducking };
 inline constexpr std::size_t meterCount = 4;
 
-/// A panel: its area, the line of its title, and at that line's end the place of its light.
+/// A panel: its area and the line of its title, at whose end the light is drawn.
 struct Panel {
     Rect area;
     Rect title;
 };
 
-/// One control: where its name, its knob and its value stand. The switch has only an area.
+/// The areas of one control: name, knob and value. The Enabled switch has only `area`.
 struct Cell {
     Rect area;
     Rect label;
@@ -30,28 +30,28 @@ struct Cell {
     Rect value;
 };
 
-/// Where everything stands in a window of a size. All distances are multiples of one unit, 8
-/// pixels in the window's natural size; it grows slower than the window, so that the graphs get
-/// most of a large one, and shrinks slower, so that text stays legible in a small one.
+/// The positions of all parts for a window size. All distances are multiples of one unit, which is
+/// 8 pixels at the natural size. The unit grows and shrinks more slowly than the window: a large
+/// window gives most of its area to the graphs, and text stays legible in a small one.
 struct Layout {
-    /// The natural and the smallest sensible size, in pixels at a scale of 1.
+    /// The natural and the minimum size, in pixels at a scale of 1.
     static constexpr int naturalWidth = 640;
     static constexpr int naturalHeight = 480;
     static constexpr int leastWidth = 320;
     static constexpr int leastHeight = 240;
-    /// The smallest text, in pixels at a scale of 1: below it letters run together.
+    /// The smallest legible text size, in pixels at a scale of 1.
     static constexpr double leastText = 8.0;
 
-    /// Sizes in pixels, scale in pixels of the screen for one of an ordinary screen. Any size has
-    /// a layout; in one that is too small parts may be empty.
+    /// width, height: in pixels. scale: the screen's scale factor. Every size has a layout; if it
+    /// is too small, parts may be empty.
     static Layout of(double width, double height, double scale);
 
     double width = 0.0;
     double height = 0.0;
     double unit = 0.0;
-    /// Height of the letters' box, in pixels.
+    /// Text height in pixels.
     double text = 0.0;
-    /// The way of the pointer for a knob's whole range.
+    /// The pointer distance for the whole range of a knob, in pixels.
     double dragTravel = 0.0;
 
     Rect header;
@@ -73,14 +73,14 @@ struct Layout {
 
     Rect whole() const { return {0.0, 0.0, width, height}; }
 
-    /// The list of presets that opens below the name, in as many columns as it takes to show them
-    /// all, and the place of one of its entries.
+    /// The preset list, which opens below the preset name with as many columns as it needs to show
+    /// all presets, and one of its entries.
     Rect presetList(std::size_t count) const;
     Rect presetEntry(std::size_t index, std::size_t count) const;
 
-    /// Where a value is typed: its place in the cell, wide enough for any value.
+    /// The text field for typing a value, centred on the value.
     Rect entryField(Parameter parameter) const;
-    /// Where a complaint of some width about the typed text stands.
+    /// The box for the complaint about typed text. textWidth: in pixels.
     Rect complaint(Parameter parameter, double textWidth) const;
 };
 

@@ -1,4 +1,4 @@
-// What opens above the rest of the window.
+// The layout of the parts that are drawn above the others: preset list, text field, complaint.
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +15,7 @@ struct Grid {
     double rowHeight;
 };
 
-/// As few columns as show all entries in the height that is left.
+/// The fewest columns that show all entries in the height.
 Grid gridFor(std::size_t count, double height, double rowHeight) {
     const auto fitting =
         std::max<std::size_t>(1, static_cast<std::size_t>(std::max(0.0, height / rowHeight)));

@@ -34,7 +34,7 @@ void PointerInput::press(const Pointer& pointer) {
         editor_.entryChanged();
         return;
     }
-    // Turning to something else takes what was typed; what is no value is dropped.
+    // A press elsewhere commits the typed text, or discards it if it is invalid.
     if (scene_.entry && !editor_.commitEntry()) {
         editor_.cancelEntry();
     }
@@ -102,7 +102,7 @@ void PointerInput::move(const Pointer& pointer) {
     last_ = pointer;
     if (up != 0.0) {
         editor_.set(drag_->parameter(), drag_->move(up / scene_.layout.dragTravel, pointer.fine));
-        // A press that has dragged is no first half of a double click.
+        // A drag does not start a double click.
         pressedAt_.reset();
     }
 }

@@ -8,10 +8,10 @@
 
 namespace orvalo::effect::ui {
 
-/// What the pointer does: dragging knobs, wheel, double click, values, presets.
+/// Handles the pointer: dragging knobs, wheel, double click, values, presets.
 class PointerInput {
   public:
-    /// Two presses within this many seconds, at nearly the same place, are a double click.
+    /// The longest time between the two presses of a double click, in seconds.
     static constexpr double doubleClickSeconds = 0.4;
 
     PointerInput(Scene& scene, Editor& editor) : scene_(scene), editor_(editor) {}
@@ -20,7 +20,7 @@ class PointerInput {
     void move(const Pointer& pointer);
     void release();
     void leave() { editor_.hover({}); }
-    /// Turns of the wheel, upwards or to the right when positive.
+    /// turns: steps of the wheel; positive is up or right.
     void wheel(const Pointer& pointer, int turns);
 
   private:

@@ -7,7 +7,7 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-/// Values may have gone through a host's texts.
+/// With tolerance: a host may have stored the values as text.
 bool isSame(float one, float other) {
     return std::abs(one - other) <= 1e-4F * std::max(1.0F, std::abs(other));
 }
@@ -42,7 +42,7 @@ std::string PresetChoice::describe(const ParameterValues& values) {
     if (areStandard(values)) {
         return "Default";
     }
-    return chosen_ ? presets_.at(*chosen_).name + " *" : "Own settings";
+    return chosen_ ? presets_.at(*chosen_).name + " *" : "Custom settings";
 }
 
 bool PresetChoice::update(const ParameterValues& values) {

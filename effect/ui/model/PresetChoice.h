@@ -10,36 +10,36 @@
 
 namespace orvalo::effect::ui {
 
-/// A preset of the bundle: the parameters that it sets; the others stay as they are.
+/// A preset of the bundle: the values of the parameters that it sets.
 struct Preset {
     std::string name;
     std::vector<std::pair<Parameter, float>> values;
 };
 
-/// The presets and which of them is in force. That is told by the values, so that a preset which
-/// the host chose is recognised, too.
+/// The presets, and which of them is active. The active preset is found by comparing values, so
+/// that a preset chosen in the host is recognised, too.
 class PresetChoice {
   public:
     PresetChoice() = default;
-    /// In the order in which they are offered.
+    /// presets: in the order of the list.
     explicit PresetChoice(std::vector<Preset> presets) : presets_(std::move(presets)) {}
 
     const std::vector<Preset>& presets() const { return presets_; }
 
-    /// Looks at the values anew; true when the label has changed.
+    /// Compares the values with the presets. Returns whether the label has changed.
     bool update(const ParameterValues& values);
 
-    /// Says that a preset was chosen, so that of two that are alike this one is named.
+    /// Marks a preset as chosen: among equal presets, the label names this one.
     void choose(std::size_t index) { chosen_ = index; }
 
-    /// The preset that was in force last, absent as long as none was.
+    /// The last active preset; absent if there was none.
     std::optional<std::size_t> chosen() const { return chosen_; }
 
-    /// The neighbour of the chosen preset, round the ends; before any choice the first or the last.
-    /// Absent without presets.
+    /// The next (direction > 0) or previous preset, wrapping at the ends. Starts at the first or
+    /// last preset when none is chosen. Absent without presets.
     std::optional<std::size_t> neighbour(int direction) const;
 
-    /// "Drum Punch", "Drum Punch *" once something was changed, "Default", "Own settings".
+    /// "Drum Punch", "Drum Punch *" after a change, "Default", "Custom settings".
     const std::string& label() const { return label_; }
 
   private:

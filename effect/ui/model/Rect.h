@@ -4,7 +4,7 @@
 
 namespace orvalo::effect::ui {
 
-/// An area of the window in pixels, from its left and top edge.
+/// An area of the window in pixels; the origin is the top left corner.
 struct Rect {
     double x = 0.0;
     double y = 0.0;
@@ -25,7 +25,7 @@ struct Rect {
         return x < other.right() && other.x < right() && y < other.bottom() && other.y < bottom();
     }
 
-    /// Smaller by as much at each side, or larger where that is negative; never less than nothing.
+    /// Shrunk on each side, or grown for negative values. The size is never negative.
     Rect inset(double horizontal, double vertical) const {
         return {x + horizontal, y + vertical, std::max(0.0, width - 2.0 * horizontal),
                 std::max(0.0, height - 2.0 * vertical)};

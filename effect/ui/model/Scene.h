@@ -9,14 +9,35 @@
 #include "effect/ui/model/ActivityLight.h"
 #include "effect/ui/model/History.h"
 #include "effect/ui/model/Layout.h"
-#include "effect/ui/model/Levels.h"
 #include "effect/ui/model/PresetChoice.h"
-#include "effect/ui/model/Target.h"
 #include "effect/ui/model/TextEntry.h"
 
 namespace orvalo::effect::ui {
 
-/// A part of the picture that is drawn anew by itself. The controls follow, one part each.
+/// What lies below the pointer.
+struct Target {
+    enum class Kind : std::uint8_t {
+        nothing,
+        previousPreset,
+        presetName,
+        nextPreset,
+        /// The switch, or a knob with its name.
+        control,
+        /// A knob's value, which can be typed.
+        value,
+        /// An entry of the open list of presets, or a place beside it.
+        presetEntry,
+        outsideList,
+    };
+
+    Kind kind = Kind::nothing;
+    Parameter parameter = Parameter::enabled;
+    std::size_t entry = 0;
+
+    bool operator==(const Target&) const = default;
+};
+
+/// A part of the picture that is redrawn separately. Each control is one more part.
 enum class Part : std::uint8_t { header, curve, history, meters, lightIn, lightOut, firstControl };
 inline constexpr std::size_t partCount =
     static_cast<std::size_t>(Part::firstControl) + parameterCount;
@@ -25,8 +46,7 @@ constexpr std::size_t partOf(Parameter parameter) {
     return static_cast<std::size_t>(Part::firstControl) + static_cast<std::size_t>(parameter);
 }
 
-/// What has the keyboard, in the order of the tab key: the three fields of the preset choice, then
-/// the controls.
+/// The keyboard focus, in tab order: the three fields of the preset choice, then the controls.
 enum class Focus : std::uint8_t { previousPreset, presetName, nextPreset, firstControl };
 inline constexpr std::size_t focusCount =
     static_cast<std::size_t>(Focus::firstControl) + parameterCount;
@@ -35,11 +55,11 @@ inline constexpr std::size_t focusCount =
 struct ValueEntry {
     Parameter parameter;
     TextEntry entry;
-    /// What is wrong with the text, once that was tried.
+    /// The error in the text after a failed commit, else empty.
     std::string complaint;
 };
 
-/// All that the window shows, and which parts of it have changed since they were drawn.
+/// The state that the window shows, and the parts that have changed since they were drawn.
 struct Scene {
     Layout layout;
     ParameterValues values;
@@ -51,33 +71,33 @@ struct Scene {
 
     Target hovered;
     std::size_t focus = static_cast<std::size_t>(Focus::firstControl) + 1;
-    /// Whether the window has the keyboard, and whether it was used last.
+    /// Whether the window has the keyboard focus, and whether the focused control is marked.
     bool hasKeyboard = false;
     bool showsFocus = false;
     std::optional<ValueEntry> entry;
-    /// The marked entry of the list of presets while it is open.
+    /// The marked entry of the preset list while the list is open.
     std::optional<std::size_t> list;
 
     std::bitset<partCount> changed = std::bitset<partCount>().set();
-    /// Nothing of the old picture can stay.
+    /// The whole picture must be redrawn.
     bool allChanged = true;
 
-    void touch(Part part) { changed.set(static_cast<std::size_t>(part)); }
-    void touch(Parameter parameter) { changed.set(partOf(parameter)); }
-    void touchAll() { allChanged = true; }
+    void markChanged(Part part) { changed.set(static_cast<std::size_t>(part)); }
+    void markChanged(Parameter parameter) { changed.set(partOf(parameter)); }
+    void markAllChanged() { allChanged = true; }
     bool isChanged() const { return allChanged || changed.any(); }
-    void drawn() {
+    void markDrawn() {
         changed.reset();
         allChanged = false;
     }
 
-    /// The control that has the keyboard, absent for the preset choice.
+    /// The focused control; absent when a field of the preset choice has the focus.
     std::optional<Parameter> focusedControl() const {
         const auto first = static_cast<std::size_t>(Focus::firstControl);
         return focus < first ? std::nullopt : std::optional(static_cast<Parameter>(focus - first));
     }
 
-    /// What lies at a place of the window.
+    /// The target at a position of the window.
     Target targetAt(double x, double y) const;
 };
 

@@ -2,13 +2,13 @@
 
 namespace orvalo::effect::ui {
 
-bool TextEntry::eraseChosen() {
-    if (!allChosen_) {
+bool TextEntry::eraseSelection() {
+    if (!allSelected_) {
         return false;
     }
     text_.clear();
     caret_ = 0;
-    allChosen_ = false;
+    allSelected_ = false;
     return true;
 }
 
@@ -16,7 +16,7 @@ void TextEntry::insert(char character) {
     if (character < ' ' || character > '~') {
         return;
     }
-    eraseChosen();
+    eraseSelection();
     if (text_.size() < longest) {
         text_.insert(caret_, 1, character);
         ++caret_;
@@ -24,22 +24,22 @@ void TextEntry::insert(char character) {
 }
 
 void TextEntry::eraseBefore() {
-    if (!eraseChosen() && caret_ > 0) {
+    if (!eraseSelection() && caret_ > 0) {
         --caret_;
         text_.erase(caret_, 1);
     }
 }
 
 void TextEntry::eraseAfter() {
-    if (!eraseChosen() && caret_ < text_.size()) {
+    if (!eraseSelection() && caret_ < text_.size()) {
         text_.erase(caret_, 1);
     }
 }
 
 void TextEntry::moveBy(int direction) {
-    if (allChosen_) {
+    if (allSelected_) {
         caret_ = direction < 0 ? 0 : text_.size();
-        allChosen_ = false;
+        allSelected_ = false;
     } else if (direction < 0) {
         caret_ -= caret_ > 0 ? 1U : 0U;
     } else {
@@ -49,12 +49,12 @@ void TextEntry::moveBy(int direction) {
 
 void TextEntry::moveToStart() {
     caret_ = 0;
-    allChosen_ = false;
+    allSelected_ = false;
 }
 
 void TextEntry::moveToEnd() {
     caret_ = text_.size();
-    allChosen_ = false;
+    allSelected_ = false;
 }
 
 }  // namespace orvalo::effect::ui

@@ -4,22 +4,22 @@
 
 namespace orvalo::effect::ui {
 
-/// A line of text that is being typed. It begins with all of its text chosen, so that typing
-/// replaces it. Printable ASCII only, because that is all that a value is written in.
+/// A text field with a caret. Initially the whole text is selected, so that typing replaces it.
+/// Printable ASCII only.
 class TextEntry {
   public:
-    /// Longer texts are no values.
+    /// The most characters that a value needs.
     static constexpr std::size_t longest = 24;
 
     explicit TextEntry(std::string text)
-        : text_(std::move(text)), caret_(text_.size()), allChosen_(!text_.empty()) {}
+        : text_(std::move(text)), caret_(text_.size()), allSelected_(!text_.empty()) {}
 
     const std::string& text() const { return text_; }
-    /// Characters before the caret.
+    /// The number of characters before the caret.
     std::size_t caret() const { return caret_; }
-    bool isAllChosen() const { return allChosen_; }
+    bool isAllSelected() const { return allSelected_; }
 
-    /// Other characters, and those beyond the longest text, are left out.
+    /// Ignores other characters, and characters beyond the longest text.
     void insert(char character);
     void eraseBefore();
     void eraseAfter();
@@ -27,14 +27,14 @@ class TextEntry {
     void moveBy(int direction);
     void moveToStart();
     void moveToEnd();
-    void chooseAll() { allChosen_ = !text_.empty(); }
+    void selectAll() { allSelected_ = !text_.empty(); }
 
   private:
-    bool eraseChosen();
+    bool eraseSelection();
 
     std::string text_;
     std::size_t caret_;
-    bool allChosen_;
+    bool allSelected_;
 };
 
 }  // namespace orvalo::effect::ui

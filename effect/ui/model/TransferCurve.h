@@ -4,11 +4,11 @@
 
 namespace orvalo::effect::ui {
 
-/// The effect's whole gain in dB for a gain reduction and a ducking in dB, as its signal path
-/// adds them up: make-up, mix, output and bypass included.
+/// The effect's total gain in dB for a gain reduction and a ducking in dB, including make-up, mix,
+/// output and bypass.
 float gainInForce(const ParameterValues& values, float reduction, float ducking);
 
-/// The level in dB that a steady level in dB comes out with when no notes duck.
+/// The output level in dB for a steady input level in dB, without ducking.
 float steadyOutput(const ParameterValues& values, float input);
 
 }  // namespace orvalo::effect::ui

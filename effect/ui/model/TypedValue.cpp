@@ -13,7 +13,7 @@ namespace {
 constexpr double millisecondsInSecond = 1000.0;
 constexpr int notesInOctave = 12;
 
-/// Without blanks, in small letters, with points and minus signs as programs write them.
+/// Without blanks, in lower case, with decimal points and ASCII minus signs.
 std::string plain(std::string_view text) {
     constexpr std::string_view minus = "\u2212";
     std::string result;
@@ -33,7 +33,7 @@ std::string plain(std::string_view text) {
     return result;
 }
 
-/// The number that the text begins with, and what follows it.
+/// The number at the start of the text, and the rest of the text.
 std::optional<std::pair<double, std::string_view>> leadingNumber(std::string_view text) {
     if (text.starts_with('+')) {
         text.remove_prefix(1);
@@ -50,7 +50,7 @@ std::optional<std::pair<double, std::string_view>> leadingNumber(std::string_vie
     return std::pair(number, text.substr(static_cast<std::size_t>(end - text.data())));
 }
 
-/// The factor of a unit that may follow the number; absent when it is another unit's.
+/// The factor of the suffix behind a number; absent when it does not belong to the unit.
 std::optional<double> factor(Unit unit, std::string_view suffix) {
     if (suffix.empty()) {
         return 1.0;
@@ -75,7 +75,7 @@ std::optional<double> factor(Unit unit, std::string_view suffix) {
     return std::nullopt;
 }
 
-/// "c#2", or a name with its number behind it as it is shown: "c#2(37)".
+/// Reads "c#2", or the name with its number as valueText() writes it: "c#2(37)".
 std::optional<double> noteByName(std::string_view text) {
     constexpr std::string_view letters = "c.d.ef.g.a.b";
     const auto letter =
@@ -119,20 +119,21 @@ std::optional<double> number(Unit unit, std::string_view text) {
     return times ? std::optional(leading->first * *times) : std::nullopt;
 }
 
-const char* what(Unit unit) {
+/// Follows "is" in the complaint about a text that is not a value of the unit.
+const char* complaintFor(Unit unit) {
     switch (unit) {
         case Unit::decibels:
-            return "no value in dB";
+            return "not a value in dB";
         case Unit::ratio:
-            return "no ratio";
+            return "not a ratio";
         case Unit::milliseconds:
-            return "no time in ms or s";
+            return "not a time in ms or s";
         case Unit::percent:
-            return "no percentage";
+            return "not a percentage";
         case Unit::note:
-            return "no note";
+            return "not a note";
         case Unit::channel:
-            return "no channel";
+            return "not a channel";
         case Unit::toggle:
             break;
     }
@@ -148,7 +149,7 @@ TypedValue typedValue(Parameter parameter, std::string_view text) {
     const bool mustBeWhole = how.taper == Taper::whole;
     if (!typed || (mustBeWhole && *typed != std::round(*typed))) {
         const std::string quoted = "\"" + std::string(text) + "\" is ";
-        return {std::nullopt, quoted + what(how.unit)};
+        return {std::nullopt, quoted + complaintFor(how.unit)};
     }
     const auto value = static_cast<float>(*typed);
     if (value < ends.minimum || value > ends.maximum) {

@@ -14,8 +14,8 @@ double threeDigits(double value) {
     return std::round(value * factor) / factor;
 }
 
-/// To a multiple of a grain that is itself one over a whole number, so that tenths come out as the
-/// number nearest to them.
+/// Rounds to a multiple of grain, which is 1 / n for a whole n. Divides by n instead of multiplying
+/// by grain, so that 0.1 gives the nearest double.
 double toGrain(double value, double grain) {
     const double perUnit = std::round(1.0 / grain);
     return std::round(value * perUnit) / perUnit;

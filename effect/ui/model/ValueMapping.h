@@ -4,24 +4,23 @@
 
 namespace orvalo::effect::ui {
 
-/// Where a value lies on its knob's way, 0 to 1.
+/// The position of a value on its knob, 0 to 1.
 double positionOf(Parameter parameter, float value);
 
-/// The value at a position; positions beyond the ends are the ends. Not rounded.
+/// The value at a position, which is clamped to 0 to 1. Not rounded.
 float valueAt(Parameter parameter, double position);
 
-/// The nearest value that a turned knob stops at: steps of a tenth of a dB and of a per cent, three
-/// digits of a time or a ratio, whole numbers of notes and channels. Always within the range.
+/// The nearest value that a knob can be turned to: 0.1 dB and 1 % steps, times and ratios with
+/// three digits, whole notes and channels. Always within the range.
 float rounded(Parameter parameter, float value);
 
-/// The value as many steps further, fewer when negative.
+/// The value `steps` steps above, or below when negative.
 float stepped(Parameter parameter, float value, int steps, bool fine);
 
-/// A knob that is being dragged. It keeps the place between the values that the knob stops at, so
-/// that slow and fine moves add up.
+/// A knob that is being dragged. Keeps the unrounded position, so that slow and fine moves add up.
 class KnobDrag {
   public:
-    /// How much slower fine control is.
+    /// The factor of fine control.
     static constexpr double fineShare = 0.1;
 
     KnobDrag(Parameter parameter, float value)
@@ -29,7 +28,7 @@ class KnobDrag {
 
     Parameter parameter() const { return parameter_; }
 
-    /// The value after a move up by a share of the whole way, down when negative.
+    /// Moves by a share of the range, up when positive, and returns the new value.
     float move(double share, bool fine);
 
   private:

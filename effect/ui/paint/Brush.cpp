@@ -3,6 +3,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "effect/ui/paint/CairoPointers.h"
+
 namespace orvalo::effect::ui {
 
 void Brush::use(const Colour& colour) const {
@@ -56,10 +58,10 @@ void Brush::disc(double x, double y, double radius, const Colour& colour) const 
 }
 
 void Brush::setFont(const TextStyle& style) const {
-    // The one name that fontconfig answers everywhere.
+    // fontconfig resolves this name on every machine.
     cairo_select_font_face(context_, "sans-serif", CAIRO_FONT_SLANT_NORMAL,
                            style.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-    // A size is the height of a line's letters with what hangs below them.
+    // TextStyle::size is the height from ascenders to descenders.
     constexpr double em = 0.92;
     cairo_set_font_size(context_, em * style.size);
 }
@@ -81,7 +83,7 @@ std::string Brush::shortened(const std::string& text, double width) const {
     }
     std::string kept = text;
     while (!kept.empty()) {
-        // Whole characters only: a byte that continues one goes with its first.
+        // Remove whole UTF-8 characters, with their continuation bytes.
         while (!kept.empty() && (static_cast<unsigned char>(kept.back()) & 0xC0U) == 0x80U) {
             kept.pop_back();
         }
@@ -129,6 +131,15 @@ void Brush::fittingText(const Rect& area, std::initializer_list<const char*> tex
         }
     }
     text(area, chosen, style);
+}
+
+void openFonts() {
+    const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1));
+    const Context context(cairo_create(surface.get()));
+    const Brush brush(context.get());
+    for (const bool isBold : {false, true}) {
+        brush.textWidth("0", {.size = 12, .colour = {}, .bold = isBold});
+    }
 }
 
 }  // namespace orvalo::effect::ui

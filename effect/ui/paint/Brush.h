@@ -12,7 +12,7 @@ namespace orvalo::effect::ui {
 
 enum class Align : std::uint8_t { left, centre, right };
 
-/// How a line of text is set.
+/// The style of a line of text.
 struct TextStyle {
     /// In pixels.
     double size;
@@ -21,7 +21,7 @@ struct TextStyle {
     bool bold = false;
 };
 
-/// Draws the shapes that the interface is made of. The context must outlive it.
+/// Draws shapes and text on a cairo context, which must outlive it.
 class Brush {
   public:
     explicit Brush(cairo_t* context) : context_(context) {}
@@ -35,9 +35,9 @@ class Brush {
     void line(double x1, double y1, double x2, double y2, double width, const Colour& colour) const;
     void disc(double x, double y, double radius, const Colour& colour) const;
 
-    /// One line, in the middle of the area's height. A text that is too wide ends in an ellipsis.
+    /// Draws one line, vertically centred. Text that is too wide is shortened with an ellipsis.
     void text(const Rect& area, const std::string& text, const TextStyle& style) const;
-    /// The first of the texts that fits, the last one shortened where none does.
+    /// Draws the first text that fits, or the last one shortened.
     void fittingText(const Rect& area, std::initializer_list<const char*> texts,
                      const TextStyle& style) const;
     double textWidth(const std::string& text, const TextStyle& style) const;
@@ -50,5 +50,9 @@ class Brush {
 
     cairo_t* context_;
 };
+
+/// Looks up and opens the UI's fonts, which takes some milliseconds the first time in a process.
+/// Call it before a window waits for its first picture, on the UI's thread.
+void openFonts();
 
 }  // namespace orvalo::effect::ui

@@ -14,7 +14,7 @@ constexpr float highest = 12.0F;
 constexpr float gridStep = 12.0F;
 constexpr int gridLines = 5;
 
-/// The plot: levels in dB to places in pixels, the same way across and up.
+/// Maps levels in dB to pixels, with the same range on both axes.
 class Plot {
   public:
     explicit Plot(const Rect& area) : area_(area) {}
@@ -35,7 +35,7 @@ void paintGrid(const Brush& brush, const Layout& layout, const Plot& plot) {
     const double width = hairline(layout);
     const TextStyle style{.size = 0.8 * layout.text, .colour = theme::dimText.withAlpha(0.75)};
     const Rect& area = plot.area();
-    // Every second label where they would touch.
+    // Only every second label if they would touch.
     const bool dense = area.width / 6.0 > 2.4 * layout.text;
     for (int index = 0; index < gridLines; ++index) {
         const float level = lowest + gridStep * static_cast<float>(index + 1);
@@ -121,7 +121,7 @@ void paintCurve(const Brush& brush, const Scene& scene) {
     cairo_stroke(context);
     paintDot(brush, scene, plot);
     if (!isEnabled(scene)) {
-        // Below the line, which runs from corner to corner now.
+        // Below the diagonal line of the bypassed effect.
         const Rect below{plot.area().centerX(), plot.area().centerY(), 0.5 * plot.area().width,
                          0.5 * plot.area().height};
         brush.text(below, "Bypassed",

@@ -10,12 +10,12 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-/// The angle of a position on the way from the lower left round the top to the lower right.
+/// The angle of a position: 0 is at the lower left, 1 at the lower right, by way of the top.
 double angleOf(double position) {
     return (0.75 + 1.5 * position) * std::numbers::pi;
 }
 
-/// Where the filled arc begins: in the middle of things for a gain that goes both ways.
+/// The position at which the filled arc begins: 0 dB for the output gain, else the minimum.
 double originOf(Parameter parameter) {
     return parameter == Parameter::output ? positionOf(parameter, 0.0F) : 0.0;
 }

@@ -66,7 +66,7 @@ void paintRow(const Brush& brush, const Scene& scene, Meter meter) {
             meter == Meter::reduction ? scene.levels.reduction : scene.levels.ducking;
         const double share = std::clamp(reduction / deepestReduction, 0.0, 1.0);
         const double wide = std::round(share * bar.width);
-        // From the right, because the gain goes down.
+        // Reduction grows from the right.
         brush.fill({bar.right() - wide, bar.y, wide, bar.height},
                    accentOf(scene).withAlpha(meter == Meter::reduction ? 1.0 : 0.6));
         text = reductionText(reduction);

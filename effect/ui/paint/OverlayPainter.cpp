@@ -24,7 +24,7 @@ void paintField(const Brush& brush, const Scene& scene) {
     const double wide = brush.textWidth(text, style);
     const double before = brush.textWidth(text.substr(0, value.entry.caret()), style);
     const Rect inner = field.inset(0.5 * layout.unit, 0.0);
-    // Centred while it fits; a longer text is moved so that the caret is seen.
+    // Centred if it fits; else moved so that the caret is visible.
     double x = inner.centerX() - 0.5 * wide;
     if (wide > inner.width) {
         x = before > inner.width ? inner.right() - before : inner.x;
@@ -35,11 +35,11 @@ void paintField(const Brush& brush, const Scene& scene) {
     cairo_clip(brush.context());
     const double high = 1.2 * layout.text;
     const double top = field.centerY() - 0.5 * high;
-    if (value.entry.isAllChosen()) {
+    if (value.entry.isAllSelected()) {
         brush.fill({x, top, wide, high}, theme::accent.withAlpha(0.35));
     }
     brush.text({x, field.y, wide + 1.0, field.height}, text, style);
-    if (!value.entry.isAllChosen()) {
+    if (!value.entry.isAllSelected()) {
         brush.fill({std::round(x + before), top, line, high}, theme::text);
     }
     cairo_restore(brush.context());

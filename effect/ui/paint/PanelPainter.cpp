@@ -47,7 +47,7 @@ bool isEnabled(const Scene& scene) {
 }
 
 Colour accentOf(const Scene& scene) {
-    return isEnabled(scene) ? theme::accent : theme::asleep;
+    return isEnabled(scene) ? theme::accent : theme::inactive;
 }
 
 void paintTitle(const Brush& brush, const Scene& scene, Section section, double brightness) {

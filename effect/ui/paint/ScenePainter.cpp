@@ -11,7 +11,7 @@ namespace {
 Rect areaOf(const Layout& layout, std::size_t part) {
     switch (static_cast<Part>(part)) {
         case Part::header: {
-            // The switch at the header's end is a part of its own.
+            // Without the switch, which is a separate part.
             Rect area = layout.header;
             area.width = layout.cell(Parameter::enabled).area.x - area.x;
             return area;
@@ -96,7 +96,7 @@ std::vector<Rect> paintScene(cairo_t* context, const Scene& scene, double now) {
         cairo_restore(context);
         drawn.push_back(area);
     }
-    // What lies above is drawn again where something below it was, or where it may have changed.
+    // Redraw the overlays if a part below them was drawn or they may have changed themselves.
     bool overlaid = scene.list.has_value() && scene.changed.test(0);
     for (const Rect& overlay : overlays(brush, scene)) {
         overlaid = overlaid || std::any_of(drawn.begin(), drawn.end(), [&](const Rect& area) {

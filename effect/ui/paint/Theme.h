@@ -4,14 +4,14 @@
 
 namespace orvalo::effect::ui {
 
-/// A colour as cairo takes it, each part from 0 to 1.
+/// A colour for cairo; components from 0 to 1.
 struct Colour {
     double red;
     double green;
     double blue;
     double alpha = 1.0;
 
-    /// From a colour as the web writes it, 0xRRGGBB.
+    /// rgb: 0xRRGGBB.
     static constexpr Colour of(std::uint32_t rgb) {
         constexpr double full = 255.0;
         return {((rgb >> 16U) & 0xFFU) / full, ((rgb >> 8U) & 0xFFU) / full, (rgb & 0xFFU) / full};
@@ -20,11 +20,11 @@ struct Colour {
     constexpr Colour withAlpha(double share) const { return {red, green, blue, alpha * share}; }
 };
 
-/// The interface's few colours: greys on a dark ground, one accent for what the effect does, and
-/// one signal for what is wrong.
+/// The colours of the UI: greys on a dark ground, one accent colour for the effect's activity, and
+/// one signal colour for errors and overloads.
 namespace theme {
 
-/// What the server shows until the first picture, too.
+/// Also the window background until the first picture.
 inline constexpr std::uint32_t groundPixel = 0x121518;
 inline constexpr Colour ground = Colour::of(groundPixel);
 inline constexpr Colour panel = Colour::of(0x1B1F24);
@@ -36,7 +36,7 @@ inline constexpr Colour text = Colour::of(0xE2E8ED);
 inline constexpr Colour dimText = Colour::of(0x98A4B0);
 inline constexpr Colour level = Colour::of(0x6F7E8D);
 inline constexpr Colour accent = Colour::of(0x5FC9B8);
-inline constexpr Colour asleep = Colour::of(0x636E78);
+inline constexpr Colour inactive = Colour::of(0x636E78);
 inline constexpr Colour signal = Colour::of(0xEF705F);
 
 }  // namespace theme

@@ -6,19 +6,19 @@ namespace {
 
 using orvalo::effect::ui::ActivityLight;
 
-TEST(ActivityLight, IsDarkUntilTheCountMoves) {
+TEST(ActivityLight, IsDarkUntilTheCountChanges) {
     ActivityLight light;
     EXPECT_EQ(light.brightness(1.0), 0.0);
-    light.take(500.0F, 1.0);
+    light.update(500.0F, 1.0);
     EXPECT_EQ(light.brightness(1.0), 0.0);
-    light.take(500.0F, 2.0);
+    light.update(500.0F, 2.0);
     EXPECT_EQ(light.brightness(2.0), 0.0);
 }
 
 TEST(ActivityLight, FlashesAndFades) {
     ActivityLight light;
-    light.take(65535.0F, 1.0);
-    light.take(0.0F, 2.0);
+    light.update(65535.0F, 1.0);
+    light.update(0.0F, 2.0);
     EXPECT_EQ(light.brightness(2.0), 1.0);
     EXPECT_EQ(light.brightness(2.0 + ActivityLight::fullSeconds / 2), 1.0);
     const double halfway = 2.0 + ActivityLight::fullSeconds + ActivityLight::fadingSeconds / 2;

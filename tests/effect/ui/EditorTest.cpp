@@ -19,22 +19,22 @@ TEST_F(EditorTest, WritesOnlyWhatHasChanged) {
     EXPECT_FALSE(isTouched(Parameter::ratio));
 }
 
-TEST_F(EditorTest, WhatIsSetOnceIsHeldForThat) {
+TEST_F(EditorTest, SetOnceGrabsAndReleasesTheParameter) {
     editor.setOnce(Parameter::ratio, 2.0F);
     EXPECT_EQ(host.calls, (Calls{"grab ratio", "write ratio", "let ratio"}));
 }
 
-TEST_F(EditorTest, TakesTheHostsValuesWithoutAnEcho) {
+TEST_F(EditorTest, TakesTheHostsValuesWithoutWritingThemBack) {
     editor.receive(Parameter::ratio, 2.0F);
     EXPECT_EQ(value(Parameter::ratio), 2.0F);
     EXPECT_TRUE(isTouched(Parameter::ratio));
-    scene.drawn();
+    scene.markDrawn();
     editor.receive(Parameter::ratio, 2.0F);
     EXPECT_FALSE(scene.isChanged());
     EXPECT_EQ(host.calls, Calls{});
 }
 
-TEST_F(EditorTest, AHeldParameterKeepsTheUsersValue) {
+TEST_F(EditorTest, HeldParameterKeepsTheUsersValue) {
     editor.hold(Parameter::ratio);
     editor.set(Parameter::ratio, 3.0F);
     editor.receive(Parameter::ratio, 19.0F);
@@ -47,9 +47,9 @@ TEST_F(EditorTest, AHeldParameterKeepsTheUsersValue) {
     EXPECT_EQ(host.calls, (Calls{"grab ratio", "write ratio", "let ratio"}));
 }
 
-TEST_F(EditorTest, APresetWritesAllThatItSets) {
+TEST_F(EditorTest, PresetWritesAllItsValues) {
     editor.choosePreset(1);
-    // The ratio was 4 before: it is written all the same.
+    // The ratio is 4 already and is written nevertheless.
     EXPECT_EQ(host.calls, (Calls{"grab threshold", "write threshold", "let threshold", "grab ratio",
                                  "write ratio", "let ratio"}));
     EXPECT_EQ(host.values, (std::vector<float>{-30.0F, 4.0F}));
@@ -57,9 +57,9 @@ TEST_F(EditorTest, APresetWritesAllThatItSets) {
     EXPECT_TRUE(isTouched(Part::header));
 }
 
-TEST_F(EditorTest, AChangeMarksThePresetAsChanged) {
+TEST_F(EditorTest, ChangeMarksThePresetAsChanged) {
     editor.choosePreset(0);
-    scene.drawn();
+    scene.markDrawn();
     editor.set(Parameter::ratio, 7.0F);
     EXPECT_EQ(scene.presets.label(), "First *");
     EXPECT_TRUE(isTouched(Part::header));
@@ -67,12 +67,12 @@ TEST_F(EditorTest, AChangeMarksThePresetAsChanged) {
     EXPECT_EQ(scene.presets.label(), "First");
 }
 
-TEST_F(EditorTest, SwitchingOffChangesTheWholePicture) {
+TEST_F(EditorTest, BypassRedrawsTheWholePicture) {
     editor.receive(Parameter::enabled, 0.0F);
     EXPECT_TRUE(scene.allChanged);
 }
 
-TEST_F(EditorTest, ATypedValueIsWrittenExactly) {
+TEST_F(EditorTest, TypedValueIsWrittenExactly) {
     editor.beginEntry(Parameter::threshold);
     EXPECT_EQ(scene.entry->entry.text(), "-18.0 dB");
     scene.entry->entry = TextEntry("-12.34");
@@ -82,13 +82,13 @@ TEST_F(EditorTest, ATypedValueIsWrittenExactly) {
     EXPECT_EQ(host.calls, (Calls{"grab threshold", "write threshold", "let threshold"}));
 }
 
-TEST_F(EditorTest, BadTextKeepsTheValueAndTheText) {
+TEST_F(EditorTest, InvalidTextKeepsValueAndText) {
     editor.beginEntry(Parameter::threshold);
     scene.entry->entry = TextEntry("loud");
     EXPECT_FALSE(editor.commitEntry());
     ASSERT_TRUE(scene.entry);
     EXPECT_EQ(scene.entry->entry.text(), "loud");
-    EXPECT_EQ(scene.entry->complaint, "\"loud\" is no value in dB");
+    EXPECT_EQ(scene.entry->complaint, "\"loud\" is not a value in dB");
     EXPECT_EQ(value(Parameter::threshold), -18.0F);
     EXPECT_EQ(host.calls, Calls{});
     editor.entryChanged();
@@ -97,7 +97,7 @@ TEST_F(EditorTest, BadTextKeepsTheValueAndTheText) {
     EXPECT_FALSE(scene.entry);
 }
 
-TEST_F(EditorTest, WithoutPresetsThereIsNothingToChoose) {
+TEST_F(EditorTest, DoesNothingWithoutPresets) {
     scene.presets = PresetChoice();
     editor.openList();
     EXPECT_FALSE(scene.list);

@@ -18,7 +18,7 @@ namespace {
 constexpr int limitSeconds = 10;
 
 const LV2UI_Descriptor* load() {
-    // It stays loaded: hosts may open it again.
+    // Never unloaded, as in many hosts.
     static void* const library = dlopen(EFFECT_BUNDLE "orvalo-ui.so", RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
         // NOLINTNEXTLINE(concurrency-mt-unsafe): the program's only thread
@@ -98,11 +98,11 @@ EmbeddedPluginUI::EmbeddedPluginUI(HostWindow& host, const Offer& offer)
         {{LV2_OPTIONS_INSTANCE, 0, uris_[LV2_UI__scaleFactor], sizeof(float), type, &offer.scale},
          {LV2_OPTIONS_INSTANCE, 0, uris_[LV2_UI__updateRate], sizeof(float), type, &rate},
          {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}}};
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 hands a window's number over as a pointer
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 passes a window ID as a pointer
     auto* const parent = reinterpret_cast<void*>(offer.parent.value_or(0));
     const std::array<LV2_Feature, 7> offered{
         {{LV2_UI__parent, parent},
-         {LV2_URID__map, uris_.interface()},
+         {LV2_URID__map, uris_.map()},
          {LV2_OPTIONS__options, const_cast<LV2_Options_Option*>(options.data())},
          {LV2_UI__portMap, &portMap_},
          {LV2_UI__touch, &touch_},
@@ -149,14 +149,14 @@ bool EmbeddedPluginUI::idleUntil(const std::function<bool()>& condition) {
             return false;
         }
         idle();
-        // As a host's timer does it, between the calls.
+        // The period of a host's timer.
         poll(nullptr, 0, 4);
     }
     return true;
 }
 
 void EmbeddedPluginUI::settle() {
-    // Two pictures that are alike, more than a drawing's interval apart, after the first one.
+    // Two equal pictures, more than a drawing interval apart, after the first one.
     Pixels before;
     int alike = 0;
     EXPECT_TRUE(idleUntil([&] {

@@ -14,7 +14,7 @@
 
 namespace orvalo::testing {
 
-/// What an interface wrote to a port.
+/// A value that the UI wrote to a port.
 struct PortWrite {
     std::uint32_t port;
     float value;
@@ -23,17 +23,17 @@ struct PortWrite {
 
 void PrintTo(const PortWrite& write, std::ostream* stream);
 
-/// The built interface in a host's window, loaded and called as hosts do it.
+/// The built plug-in UI in a host window, loaded and called as by a host.
 class EmbeddedPluginUI {
   public:
     struct Offer {
-        /// Whether anything but the parent is offered.
+        /// Whether the host offers more features than the parent.
         bool all = true;
         /// Scale factor of the screen.
         float scale = 1.0F;
-        /// Added to every port's number, for a host that numbers them otherwise.
+        /// Added to every port number, for a host with other numbers.
         std::uint32_t shift = 0;
-        /// The parent, or another window; none at all where it is absent.
+        /// The parent window; no parent feature when absent.
         std::optional<Window> parent;
     };
 
@@ -48,28 +48,28 @@ class EmbeddedPluginUI {
     Window window() const { return window_; }
     void close();
 
-    /// A port of the bundle has a value.
+    /// Sends a port event. port: number in the bundle.
     void send(const std::string& symbol, float value);
     void sendRaw(std::uint32_t port, std::uint32_t size, std::uint32_t format, const void* buffer);
 
-    /// One call of idle; its result.
+    /// Calls idle() once and returns its result.
     int idle();
-    /// Idles until the condition holds; false when it does not in ten seconds.
+    /// Calls idle() until the condition holds; false after ten seconds.
     bool idleUntil(const std::function<bool()>& condition);
-    /// Idles until all that the interface has to draw has been drawn.
+    /// Calls idle() until the UI has drawn everything.
     void settle();
 
-    /// The host's side of ui:resize on the interface; its result.
+    /// Calls ui:resize of the UI and returns its result.
     int resize(int width, int height);
 
     effect::ui::Layout layout(float scale = 1.0F) const;
     Pixels pixels() const { return host_.pixels(window_); }
 
     std::vector<PortWrite> writes;
-    /// "grab 7", "let 7".
+    /// Recorded touches: "grab 7", "let 7".
     std::vector<std::string> touches;
     std::vector<std::string> subscriptions;
-    /// The sizes that the interface asked its host for.
+    /// The sizes that the UI requested from the host.
     std::vector<std::pair<int, int>> sizes;
 
     static std::uint32_t portOf(const std::string& symbol);

@@ -126,7 +126,7 @@ void HostWindow::press(KeySym symbol) {
 
 void HostWindow::type(const char* text) {
     for (; *text != '\0'; ++text) {
-        // The symbols of ASCII are its characters.
+        // KeySyms of ASCII characters equal the characters.
         press(static_cast<KeySym>(static_cast<unsigned char>(*text)));
     }
 }

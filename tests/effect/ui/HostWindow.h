@@ -1,6 +1,6 @@
 #pragma once
 
-// Before X, whose macros take names that GoogleTest has.
+// Before X11, whose macros collide with names of GoogleTest.
 #include <gtest/gtest.h>
 
 #include <X11/Xlib.h>
@@ -21,14 +21,14 @@ struct Pixels {
 
     bool operator==(const Pixels&) const = default;
     std::uint32_t at(double x, double y) const;
-    /// The pixels of a part.
+    /// The pixels of a part of the area.
     Pixels part(const effect::ui::Rect& area) const;
-    /// How many have exactly this colour.
+    /// The number of pixels of exactly this colour.
     std::size_t count(std::uint32_t colour) const;
 };
 
-/// A host's window at the screen's origin, and the user in front of it. Without a window manager,
-/// so that places of the window are places of the screen.
+/// A host window at the screen's origin, and simulated user input. Without a window manager, so
+/// that window coordinates are screen coordinates.
 class HostWindow {
   public:
     HostWindow(int width, int height);
@@ -42,7 +42,7 @@ class HostWindow {
     void hide();
     void destroy();
 
-    /// The embedded window, once there is one.
+    /// The embedded window, once it exists.
     Window child() const;
     Pixels pixels(Window window) const;
 

@@ -30,7 +30,7 @@ class KeyInputTest : public orvalo::testing::SceneFixture {
     KeyInput input;
 };
 
-TEST_F(KeyInputTest, TabShowsTheFocusAndGoesRound) {
+TEST_F(KeyInputTest, TabShowsTheFocusAndCyclesThroughTheControls) {
     EXPECT_TRUE(press(Key::tab));
     EXPECT_TRUE(scene.showsFocus);
     EXPECT_EQ(scene.focusedControl(), Parameter::threshold);
@@ -62,7 +62,7 @@ TEST_F(KeyInputTest, ArrowsTurnTheFocusedKnob) {
     EXPECT_EQ(host.calls.back(), "let threshold");
 }
 
-TEST_F(KeyInputTest, EnterTypesEnterCommits) {
+TEST_F(KeyInputTest, EnterStartsAndCommitsATypedValue) {
     focusOn(Parameter::ratio);
     EXPECT_TRUE(press(Key::enter));
     EXPECT_TRUE(type("2.5:1"));
@@ -71,7 +71,7 @@ TEST_F(KeyInputTest, EnterTypesEnterCommits) {
     EXPECT_FALSE(scene.entry);
 }
 
-TEST_F(KeyInputTest, DigitsBeginToTypeAtOnce) {
+TEST_F(KeyInputTest, DigitStartsTypingAValue) {
     focusOn(Parameter::threshold);
     EXPECT_TRUE(type("-24"));
     EXPECT_EQ(scene.entry->entry.text(), "-24");
@@ -89,26 +89,26 @@ TEST_F(KeyInputTest, EscapeCancels) {
     EXPECT_FALSE(press(Key::escape));
 }
 
-TEST_F(KeyInputTest, BadTextStaysWithItsComplaintUntilItIsMended) {
+TEST_F(KeyInputTest, InvalidTextStaysWithItsComplaintUntilItIsEdited) {
     focusOn(Parameter::threshold);
     type("-2x");
     press(Key::enter);
     ASSERT_TRUE(scene.entry);
-    EXPECT_EQ(scene.entry->complaint, "\"-2x\" is no value in dB");
+    EXPECT_EQ(scene.entry->complaint, "\"-2x\" is not a value in dB");
     press(Key::backspace);
     EXPECT_EQ(scene.entry->complaint, "");
     press(Key::enter);
     EXPECT_EQ(host.values, std::vector<float>{-2.0F});
 }
 
-TEST_F(KeyInputTest, SpaceIsTheHostsExceptOnButtonsThatTheKeyboardHasChosen) {
+TEST_F(KeyInputTest, SpaceBelongsToTheHostUnlessAButtonHasVisibleFocus) {
     focusOn(Parameter::threshold);
     EXPECT_FALSE(type(" "));
     EXPECT_FALSE(type("p"));
     focusOn(Parameter::enabled);
     EXPECT_TRUE(type(" "));
     EXPECT_EQ(host.values, std::vector<float>{0.0F});
-    // As a click leaves it.
+    // The focus after a click is not visible.
     for (const std::size_t place : {scene.focus, static_cast<std::size_t>(Focus::presetName),
                                     static_cast<std::size_t>(Focus::nextPreset)}) {
         editor.focus(place, false);
@@ -117,7 +117,7 @@ TEST_F(KeyInputTest, SpaceIsTheHostsExceptOnButtonsThatTheKeyboardHasChosen) {
     EXPECT_EQ(host.values, std::vector<float>{0.0F});
 }
 
-TEST_F(KeyInputTest, PresetsAreChosenWithTheKeyboard) {
+TEST_F(KeyInputTest, KeyboardChoosesPresets) {
     editor.focus(static_cast<std::size_t>(Focus::presetName), true);
     EXPECT_TRUE(press(Key::right));
     EXPECT_EQ(scene.presets.label(), "First");

@@ -38,7 +38,7 @@ bool isWithin(const Rect& inner, const Rect& outer) {
            inner.bottom() <= outer.bottom();
 }
 
-TEST(Layout, PartsAreThereWithinTheWindowAndApart) {
+TEST(Layout, PartsLieInTheWindowAndDoNotOverlap) {
     for (const auto& [width, height, scale] : sensible) {
         const auto layout = Layout::of(width, height, scale);
         const auto parts = partsOf(layout);
@@ -54,7 +54,7 @@ TEST(Layout, PartsAreThereWithinTheWindowAndApart) {
     }
 }
 
-TEST(Layout, KnobsAreRoundAndStandBetweenNameAndValue) {
+TEST(Layout, KnobsAreRoundAndLieBetweenNameAndValue) {
     for (const auto& [width, height, scale] : sensible) {
         const auto layout = Layout::of(width, height, scale);
         for (std::size_t i = 1; i < parameterCount; ++i) {
@@ -77,7 +77,7 @@ TEST(Layout, TextIsNeverTooSmallToRead) {
     EXPECT_EQ(Layout::of(1280, 960, 2).text, 24.0);
 }
 
-TEST(Layout, ScaleEnlargesEverythingAlike) {
+TEST(Layout, ScaleEnlargesEverythingProportionally) {
     const auto one = Layout::of(640, 480, 1);
     const auto two = Layout::of(1280, 960, 2);
     EXPECT_EQ(two.unit, 2.0 * one.unit);
@@ -97,7 +97,7 @@ TEST(Layout, SpacingIsInEighths) {
     EXPECT_EQ(layout.panel(Section::level).area.x, layout.panel(Section::meters).area.x);
 }
 
-TEST(Layout, AnySizeHasALayout) {
+TEST(Layout, EverySizeHasALayout) {
     for (const double width : {0.0, 1.0, 7.0, 60.0, 200.0, 16384.0}) {
         for (const double height : {0.0, 1.0, 7.0, 60.0, 200.0, 16384.0}) {
             for (const double scale : {0.5, 1.0, 8.0}) {
@@ -112,7 +112,7 @@ TEST(Layout, AnySizeHasALayout) {
     }
 }
 
-TEST(Layout, TheListOfPresetsShowsThemAll) {
+TEST(Layout, PresetListShowsAllPresets) {
     for (const auto& [width, height, scale] : sensible) {
         const auto layout = Layout::of(width, height, scale);
         for (const std::size_t count : {1U, 13U, 40U}) {
@@ -130,7 +130,7 @@ TEST(Layout, TheListOfPresetsShowsThemAll) {
     }
 }
 
-TEST(Layout, TypingHappensInsideTheWindow) {
+TEST(Layout, TextFieldAndComplaintLieInTheWindow) {
     for (const auto& [width, height, scale] : sensible) {
         const auto layout = Layout::of(width, height, scale);
         for (std::size_t i = 1; i < parameterCount; ++i) {

@@ -9,8 +9,8 @@
 #include "effect/ui/paint/ScenePainter.h"
 #include "tests/effect/ui/SceneFixture.h"
 
-// fontconfig keeps what it has read of the machine's fonts until the process ends.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the sanitizer asks for
+// fontconfig keeps its font data until the process ends.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the sanitizer requires
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libfontconfig\n";
 }
@@ -56,22 +56,22 @@ class Picture {
 class PaintTest : public orvalo::testing::SceneFixture {
   protected:
     PaintTest() : picture(scene.layout), pointer(scene, editor), keys(scene, editor) {
-        scene.touchAll();
+        scene.markAllChanged();
         paint();
     }
 
     std::vector<Rect> paint() {
         auto drawn = paintScene(picture.context(), scene, now);
-        scene.drawn();
+        scene.markDrawn();
         return drawn;
     }
 
-    /// What was drawn bit by bit is what is drawn at once.
+    /// Expects the incrementally drawn picture to equal one drawn at once.
     void expectWhole(const char* when) {
         paint();
         Picture whole(scene.layout);
         Scene copy = scene;
-        copy.touchAll();
+        copy.markAllChanged();
         paintScene(whole.context(), copy, now);
         EXPECT_EQ(picture.pixels(), whole.pixels()) << when;
     }
@@ -82,7 +82,7 @@ class PaintTest : public orvalo::testing::SceneFixture {
     KeyInput keys;
 };
 
-TEST_F(PaintTest, DrawingTheChangesIsDrawingItAll) {
+TEST_F(PaintTest, DrawingChangesEqualsDrawingEverything) {
     expectWhole("at the start");
     editor.receive(Parameter::threshold, -33.0F);
     expectWhole("after a value");
@@ -96,13 +96,13 @@ TEST_F(PaintTest, DrawingTheChangesIsDrawingItAll) {
     keys.press({.key = Key::tab});
     expectWhole("with the next focus");
     scene.levels = {.input = -9.0F, .output = 3.0F, .reduction = 8.0F, .ducking = 2.0F};
-    scene.touch(Part::meters);
-    scene.touch(Part::curve);
+    scene.markChanged(Part::meters);
+    scene.markChanged(Part::curve);
     expectWhole("with levels");
     scene.history.advance(0.0);
-    scene.history.take(scene.levels, 0.1);
+    scene.history.record(scene.levels, 0.1);
     scene.history.advance(3.0);
-    scene.touch(Part::history);
+    scene.markChanged(Part::history);
     expectWhole("with a history");
     editor.stepPreset(1);
     expectWhole("after a preset");
@@ -110,31 +110,31 @@ TEST_F(PaintTest, DrawingTheChangesIsDrawingItAll) {
     expectWhole("switched off");
 }
 
-TEST_F(PaintTest, LightsShineAndGoOut) {
-    scene.lightOut.take(1.0F, 0.5);
-    scene.lightOut.take(2.0F, 1.0);
-    scene.touch(Part::lightOut);
+TEST_F(PaintTest, LightsFlashAndFade) {
+    scene.lightOut.update(1.0F, 0.5);
+    scene.lightOut.update(2.0F, 1.0);
+    scene.markChanged(Part::lightOut);
     const auto dark = picture.pixels();
     paint();
     EXPECT_NE(picture.pixels(), dark);
     now = 2.0;
-    scene.touch(Part::lightOut);
+    scene.markChanged(Part::lightOut);
     paint();
     EXPECT_EQ(picture.pixels(), dark);
 }
 
-TEST_F(PaintTest, OnlyWhatHasChangedIsDrawn) {
+TEST_F(PaintTest, DrawsOnlyChangedParts) {
     EXPECT_TRUE(paint().empty());
-    scene.touch(Parameter::mix);
+    scene.markChanged(Parameter::mix);
     EXPECT_EQ(paint(), std::vector<Rect>{scene.layout.cell(Parameter::mix).area});
 }
 
-TEST_F(PaintTest, WhatIsOpenStaysAboveWhatIsDrawnBelow) {
+TEST_F(PaintTest, OverlaysStayAboveRedrawnParts) {
     editor.openList();
     paint();
     const auto open = picture.pixels();
-    scene.touch(Part::history);
-    scene.touch(Part::curve);
+    scene.markChanged(Part::history);
+    scene.markChanged(Part::curve);
     paint();
     std::size_t inside = 0;
     const Rect list = scene.layout.presetList(2).inset(8.0, 8.0);
@@ -153,7 +153,7 @@ TEST_F(PaintTest, WhatIsOpenStaysAboveWhatIsDrawnBelow) {
     expectWhole("closed again");
 }
 
-TEST_F(PaintTest, AnySizeCanBeDrawn) {
+TEST_F(PaintTest, DrawsEverySize) {
     for (const double width : {1.0, 40.0, 320.0, 1000.0}) {
         for (const double height : {1.0, 40.0, 240.0, 1000.0}) {
             scene.layout = Layout::of(width, height, 1.0);
@@ -161,7 +161,7 @@ TEST_F(PaintTest, AnySizeCanBeDrawn) {
             editor.beginEntry(Parameter::output);
             scene.entry->entry = TextEntry("no number at all");
             editor.commitEntry();
-            scene.touchAll();
+            scene.markAllChanged();
             const Picture small(scene.layout);
             paintScene(small.context(), scene, now);
             EXPECT_EQ(cairo_status(small.context()), CAIRO_STATUS_SUCCESS);

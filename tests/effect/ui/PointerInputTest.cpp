@@ -27,7 +27,7 @@ class PointerInputTest : public orvalo::testing::SceneFixture {
     PointerInput input;
 };
 
-TEST_F(PointerInputTest, DraggingUpTurnsByTheShareOfTheWay) {
+TEST_F(PointerInputTest, DraggingUpTurnsByTheShareOfTheTravel) {
     input.press(knob(Parameter::threshold));
     EXPECT_EQ(host.calls, Calls{"grab threshold"});
     // 20 of 200 pixels of 60 dB.
@@ -39,7 +39,7 @@ TEST_F(PointerInputTest, DraggingUpTurnsByTheShareOfTheWay) {
               (Calls{"grab threshold", "write threshold", "write threshold", "let threshold"}));
 }
 
-TEST_F(PointerInputTest, DraggingToTheRightTurnsUpToo) {
+TEST_F(PointerInputTest, DraggingToTheRightTurnsUp) {
     Pointer pointer = knob(Parameter::threshold);
     input.press(pointer);
     pointer.x += 20.0;
@@ -47,7 +47,7 @@ TEST_F(PointerInputTest, DraggingToTheRightTurnsUpToo) {
     EXPECT_EQ(value(Parameter::threshold), -12.0F);
 }
 
-TEST_F(PointerInputTest, FineControlIsTenTimesSlowerAndCanChangeOnTheWay) {
+TEST_F(PointerInputTest, FineControlIsTenTimesSlowerAndCanChangeDuringADrag) {
     input.press(knob(Parameter::threshold));
     input.move(knob(Parameter::threshold, 20.0, true));
     EXPECT_EQ(value(Parameter::threshold), -17.4F);
@@ -55,7 +55,7 @@ TEST_F(PointerInputTest, FineControlIsTenTimesSlowerAndCanChangeOnTheWay) {
     EXPECT_EQ(value(Parameter::threshold), -11.4F);
 }
 
-TEST_F(PointerInputTest, DraggingBeyondTheEndStopsThereAndComesBackAtOnce) {
+TEST_F(PointerInputTest, DraggingBeyondTheEndStopsThereAndReturnsAtOnce) {
     input.press(knob(Parameter::threshold));
     input.move(knob(Parameter::threshold, 500.0));
     EXPECT_EQ(value(Parameter::threshold), 0.0F);
@@ -72,7 +72,7 @@ TEST_F(PointerInputTest, DoubleClickResets) {
                                  "write threshold", "let threshold"}));
 }
 
-TEST_F(PointerInputTest, SlowOrApartIsNoDoubleClick) {
+TEST_F(PointerInputTest, SlowOrDistantPressesAreNotADoubleClick) {
     editor.receive(Parameter::threshold, -40.0F);
     click(knob(Parameter::threshold), 1.0);
     click(knob(Parameter::threshold), 1.5);
@@ -81,7 +81,7 @@ TEST_F(PointerInputTest, SlowOrApartIsNoDoubleClick) {
     EXPECT_EQ(host.values, std::vector<float>{});
 }
 
-TEST_F(PointerInputTest, TheWheelTurnsBySteps) {
+TEST_F(PointerInputTest, WheelTurnsBySteps) {
     input.wheel(knob(Parameter::threshold), 1);
     input.wheel(knob(Parameter::threshold), -1);
     input.wheel(knob(Parameter::threshold, 0.0, true), -1);
@@ -92,23 +92,23 @@ TEST_F(PointerInputTest, TheWheelTurnsBySteps) {
     EXPECT_EQ(host.calls, Calls{});
 }
 
-TEST_F(PointerInputTest, TheSwitchSwitches) {
+TEST_F(PointerInputTest, SwitchTogglesOnPress) {
     click(at(scene.layout.cell(Parameter::enabled).area));
     click(at(scene.layout.cell(Parameter::enabled).area), 0.1);
     EXPECT_EQ(host.values, (std::vector<float>{0.0F, 1.0F}));
 }
 
-TEST_F(PointerInputTest, AValueIsTypedWhereItStands) {
+TEST_F(PointerInputTest, PressOnAValueStartsTypingIt) {
     click(at(scene.layout.cell(Parameter::attack).value));
     ASSERT_TRUE(scene.entry);
     EXPECT_EQ(scene.entry->parameter, Parameter::attack);
-    // The second click goes into the text.
+    // The second click goes to the text field.
     click(at(scene.layout.cell(Parameter::attack).value), 0.1);
     ASSERT_TRUE(scene.entry);
-    EXPECT_FALSE(scene.entry->entry.isAllChosen());
+    EXPECT_FALSE(scene.entry->entry.isAllSelected());
 }
 
-TEST_F(PointerInputTest, TurningAwayTakesAGoodTextAndDropsABadOne) {
+TEST_F(PointerInputTest, PressElsewhereCommitsValidTextAndDiscardsInvalidText) {
     click(at(scene.layout.cell(Parameter::attack).value));
     scene.entry->entry = TextEntry("25");
     click(at(scene.layout.curve), 1.0);
@@ -121,7 +121,7 @@ TEST_F(PointerInputTest, TurningAwayTakesAGoodTextAndDropsABadOne) {
     EXPECT_EQ(value(Parameter::attack), 25.0F);
 }
 
-TEST_F(PointerInputTest, ArrowsGoThroughThePresets) {
+TEST_F(PointerInputTest, ArrowsStepThroughThePresets) {
     click(at(scene.layout.nextPreset), 1.0);
     EXPECT_EQ(scene.presets.label(), "First");
     click(at(scene.layout.nextPreset), 1.1);
@@ -132,7 +132,7 @@ TEST_F(PointerInputTest, ArrowsGoThroughThePresets) {
     EXPECT_EQ(scene.presets.label(), "Second");
 }
 
-TEST_F(PointerInputTest, TheListOffersThePresets) {
+TEST_F(PointerInputTest, ListOffersThePresets) {
     click(at(scene.layout.presetName));
     ASSERT_EQ(scene.list, 0U);
     input.move(at(scene.layout.presetEntry(1, 2)));
@@ -142,18 +142,18 @@ TEST_F(PointerInputTest, TheListOffersThePresets) {
     EXPECT_EQ(scene.presets.label(), "Second");
 }
 
-TEST_F(PointerInputTest, PressingBesideTheListOnlyClosesIt) {
+TEST_F(PointerInputTest, PressBesideTheListOnlyClosesIt) {
     click(at(scene.layout.presetName));
     click(at(scene.layout.cell(Parameter::enabled).area), 1.0);
     EXPECT_FALSE(scene.list);
     EXPECT_EQ(host.calls, Calls{});
 }
 
-TEST_F(PointerInputTest, HoveringTouchesOnlyWhatItConcerns) {
+TEST_F(PointerInputTest, HoveringRedrawsOnlyTheTargets) {
     input.move(knob(Parameter::knee));
     EXPECT_TRUE(isTouched(Parameter::knee));
     EXPECT_FALSE(isTouched(Parameter::ratio));
-    scene.drawn();
+    scene.markDrawn();
     input.move(knob(Parameter::knee, 1.0));
     EXPECT_FALSE(scene.isChanged());
     input.leave();

@@ -20,12 +20,12 @@ ParameterValues with(float threshold, float ratio) {
     return values;
 }
 
-TEST(PresetChoice, NamesWhatIsInForce) {
+TEST(PresetChoice, NamesTheActivePreset) {
     auto choice = threePresets();
     EXPECT_EQ(choice.label(), "Default");
     EXPECT_FALSE(choice.update(ParameterValues()));
     EXPECT_TRUE(choice.update(with(-21.0F, 8.0F)));
-    EXPECT_EQ(choice.label(), "Own settings");
+    EXPECT_EQ(choice.label(), "Custom settings");
     EXPECT_TRUE(choice.update(with(-20.0F, 8.0F)));
     EXPECT_EQ(choice.label(), "Firm");
     EXPECT_TRUE(choice.update(with(-20.0F, 7.9F)));
@@ -37,20 +37,20 @@ TEST(PresetChoice, NamesWhatIsInForce) {
     EXPECT_EQ(choice.label(), "Default");
 }
 
-TEST(PresetChoice, OfTwinsTheChosenOneIsNamed) {
+TEST(PresetChoice, NamesTheChosenOneOfEqualPresets) {
     auto choice = threePresets();
     choice.choose(2);
     choice.update(with(-20.0F, 2.0F));
     EXPECT_EQ(choice.label(), "Twin");
 }
 
-TEST(PresetChoice, ValuesThatWentThroughTextsAreTheSame) {
+TEST(PresetChoice, ToleratesValuesConvertedThroughText) {
     auto choice = threePresets();
     choice.update(with(-20.0001F, 8.0001F));
     EXPECT_EQ(choice.label(), "Firm");
 }
 
-TEST(PresetChoice, NeighboursGoRound) {
+TEST(PresetChoice, NeighboursWrapAtTheEnds) {
     auto choice = threePresets();
     EXPECT_EQ(choice.neighbour(1), 0U);
     EXPECT_EQ(choice.neighbour(-1), 2U);

@@ -8,8 +8,8 @@
 
 namespace orvalo::testing {
 
-/// Notes what an interface tells its host, one text each ("write threshold",
-/// "grab ratio", "let ratio"), and the written values.
+/// Records the calls of the UI ("write threshold", "grab ratio", "let ratio") and the written
+/// values.
 class RecordingHost final : public effect::ui::Host {
   public:
     using Calls = std::vector<std::string>;

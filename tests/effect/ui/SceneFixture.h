@@ -11,7 +11,7 @@
 
 namespace orvalo::testing {
 
-/// A scene of natural size with two presets, and a host that listens.
+/// A scene of natural size with two presets, and a recording host.
 class SceneFixture : public ::testing::Test {
   protected:
     using Parameter = effect::Parameter;
@@ -22,7 +22,7 @@ class SceneFixture : public ::testing::Test {
         scene.presets = effect::ui::PresetChoice(
             {{"First", {{Parameter::threshold, -20.0F}, {Parameter::ratio, 8.0F}}},
              {"Second", {{Parameter::threshold, -30.0F}, {Parameter::ratio, 4.0F}}}});
-        scene.drawn();
+        scene.markDrawn();
     }
 
     float value(Parameter parameter) const { return scene.values[parameter]; }

@@ -12,13 +12,13 @@ void type(TextEntry& entry, const char* text) {
     }
 }
 
-TEST(TextEntry, TypingReplacesWhatStoodThere) {
+TEST(TextEntry, TypingReplacesTheSelectedText) {
     TextEntry entry("-18.0 dB");
-    EXPECT_TRUE(entry.isAllChosen());
+    EXPECT_TRUE(entry.isAllSelected());
     type(entry, "-12");
     EXPECT_EQ(entry.text(), "-12");
     EXPECT_EQ(entry.caret(), 3U);
-    EXPECT_FALSE(entry.isAllChosen());
+    EXPECT_FALSE(entry.isAllSelected());
 }
 
 TEST(TextEntry, EditsAtTheCaret) {
@@ -43,21 +43,21 @@ TEST(TextEntry, EditsAtTheCaret) {
     EXPECT_EQ(entry.caret(), 0U);
 }
 
-TEST(TextEntry, ErasesAllThatIsChosen) {
+TEST(TextEntry, ErasesTheSelection) {
     TextEntry before("12");
     before.eraseBefore();
     EXPECT_EQ(before.text(), "");
-    EXPECT_FALSE(before.isAllChosen());
+    EXPECT_FALSE(before.isAllSelected());
     TextEntry after("12");
     after.moveToEnd();
-    after.chooseAll();
+    after.selectAll();
     after.eraseAfter();
     EXPECT_EQ(after.text(), "");
-    after.chooseAll();
-    EXPECT_FALSE(after.isAllChosen());
+    after.selectAll();
+    EXPECT_FALSE(after.isAllSelected());
 }
 
-TEST(TextEntry, LeavesOutWhatIsNoPlainCharacterOrTooMuch) {
+TEST(TextEntry, IgnoresOtherCharactersAndExcessText) {
     TextEntry entry("");
     type(entry, "\n\t\x7F\xC3\xA4");
     EXPECT_EQ(entry.text(), "");

@@ -19,7 +19,7 @@ class NoMidi final : public MidiOutput {
     }
 };
 
-/// What the effect itself makes of a steady level.
+/// The effect's output level for a steady input level.
 float measured(const ParameterValues& values, float input) {
     constexpr std::uint32_t frames = 48000;
     Processor processor(48000.0);
@@ -33,7 +33,7 @@ float measured(const ParameterValues& values, float input) {
     return 20.0F * std::log10(left.back());
 }
 
-TEST(TransferCurve, IsWhatTheEffectDoes) {
+TEST(TransferCurve, MatchesTheEffect) {
     ParameterValues values;
     values.set(Parameter::threshold, -30.0F);
     values.set(Parameter::ratio, 3.0F);
@@ -49,14 +49,14 @@ TEST(TransferCurve, IsWhatTheEffectDoes) {
     }
 }
 
-TEST(TransferCurve, IsStraightWhileTheEffectIsOff) {
+TEST(TransferCurve, IsStraightWhileTheEffectIsBypassed) {
     ParameterValues values;
     values.set(Parameter::enabled, 0.0F);
     EXPECT_EQ(steadyOutput(values, -3.0F), -3.0F);
     EXPECT_EQ(gainInForce(values, 12.0F, 6.0F), 0.0F);
 }
 
-TEST(TransferCurve, DuckingTakesTheUntouchedSignalDownToo) {
+TEST(TransferCurve, DuckingLowersTheDrySignal) {
     ParameterValues values;
     values.set(Parameter::makeup, 0.0F);
     values.set(Parameter::mix, 0.0F);

@@ -22,7 +22,7 @@ std::string complaint(Parameter parameter, const char* text) {
     return typedValue(parameter, text).complaint;
 }
 
-TEST(TypedValue, TakesWhatPeopleType) {
+TEST(TypedValue, AcceptsTypedText) {
     EXPECT_EQ(value(Parameter::threshold, "-20"), -20.0F);
     EXPECT_EQ(value(Parameter::threshold, " -20.5 dB "), -20.5F);
     EXPECT_EQ(value(Parameter::threshold, "-20,5db"), -20.5F);
@@ -44,7 +44,7 @@ TEST(TypedValue, TakesWhatPeopleType) {
     EXPECT_EQ(value(Parameter::midiChannel, "16"), 16.0F);
 }
 
-TEST(TypedValue, TakesBackWhatIsShown) {
+TEST(TypedValue, AcceptsTheDisplayedText) {
     for (std::size_t i = 1; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         for (int percent = 0; percent <= 100; ++percent) {
@@ -58,23 +58,23 @@ TEST(TypedValue, TakesBackWhatIsShown) {
     }
 }
 
-TEST(TypedValue, SaysWhatIsWrong) {
-    EXPECT_EQ(complaint(Parameter::threshold, "abc"), "\"abc\" is no value in dB");
-    EXPECT_EQ(complaint(Parameter::threshold, ""), "\"\" is no value in dB");
-    EXPECT_EQ(complaint(Parameter::threshold, "-20 ms"), "\"-20 ms\" is no value in dB");
-    EXPECT_EQ(complaint(Parameter::ratio, "4:2"), "\"4:2\" is no ratio");
-    EXPECT_EQ(complaint(Parameter::attack, "12x"), "\"12x\" is no time in ms or s");
-    EXPECT_EQ(complaint(Parameter::mix, "half"), "\"half\" is no percentage");
-    EXPECT_EQ(complaint(Parameter::triggerNote, "H2"), "\"H2\" is no note");
-    EXPECT_EQ(complaint(Parameter::triggerNote, "36.5"), "\"36.5\" is no note");
-    EXPECT_EQ(complaint(Parameter::midiChannel, "1.5"), "\"1.5\" is no channel");
+TEST(TypedValue, ComplainsAboutInvalidText) {
+    EXPECT_EQ(complaint(Parameter::threshold, "abc"), "\"abc\" is not a value in dB");
+    EXPECT_EQ(complaint(Parameter::threshold, ""), "\"\" is not a value in dB");
+    EXPECT_EQ(complaint(Parameter::threshold, "-20 ms"), "\"-20 ms\" is not a value in dB");
+    EXPECT_EQ(complaint(Parameter::ratio, "4:2"), "\"4:2\" is not a ratio");
+    EXPECT_EQ(complaint(Parameter::attack, "12x"), "\"12x\" is not a time in ms or s");
+    EXPECT_EQ(complaint(Parameter::mix, "half"), "\"half\" is not a percentage");
+    EXPECT_EQ(complaint(Parameter::triggerNote, "H2"), "\"H2\" is not a note");
+    EXPECT_EQ(complaint(Parameter::triggerNote, "36.5"), "\"36.5\" is not a note");
+    EXPECT_EQ(complaint(Parameter::midiChannel, "1.5"), "\"1.5\" is not a channel");
     for (const char* text : {"+-3", "nan", "inf", "1e400", "0x10", "--3", "3 3 dB dB", "."}) {
         EXPECT_EQ(complaint(Parameter::output, text),
-                  "\"" + std::string(text) + "\" is no value in dB");
+                  "\"" + std::string(text) + "\" is not a value in dB");
     }
 }
 
-TEST(TypedValue, SaysTheRangeOfAValueOutsideIt) {
+TEST(TypedValue, ComplaintNamesTheRange) {
     EXPECT_EQ(complaint(Parameter::threshold, "-61"), "From -60.0 dB to 0.0 dB");
     EXPECT_EQ(complaint(Parameter::threshold, "0.1"), "From -60.0 dB to 0.0 dB");
     EXPECT_EQ(complaint(Parameter::release, "3 s"), "From 5.0 ms to 2.00 s");
@@ -82,7 +82,7 @@ TEST(TypedValue, SaysTheRangeOfAValueOutsideIt) {
     EXPECT_EQ(complaint(Parameter::midiChannel, "17"), "From All to 16");
 }
 
-TEST(TypedValue, AnyTextIsAValueOrAComplaint) {
+TEST(TypedValue, EveryTextGivesAValueOrAComplaint) {
     std::mt19937 random(7);
     const std::string characters = "0123456789.,-+ :%dbmsCc#()eExall\xE2\x88\x92\xFF\n";
     for (int turn = 0; turn < 20000; ++turn) {

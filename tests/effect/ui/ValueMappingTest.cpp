@@ -12,7 +12,7 @@ namespace {
 using namespace orvalo::effect;
 using namespace orvalo::effect::ui;
 
-TEST(ValueMapping, TheEndsOfTheWayAreTheEndsOfTheRange) {
+TEST(ValueMapping, EndPositionsAreTheEndsOfTheRange) {
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         const auto& ends = range(parameter);
@@ -28,7 +28,7 @@ TEST(ValueMapping, TheEndsOfTheWayAreTheEndsOfTheRange) {
     }
 }
 
-TEST(ValueMapping, PositionsAndValuesAreEachOthersInverse) {
+TEST(ValueMapping, PositionAndValueAreInverse) {
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         for (int percent = 0; percent <= 100; percent += 5) {
@@ -39,12 +39,12 @@ TEST(ValueMapping, PositionsAndValuesAreEachOthersInverse) {
     }
 }
 
-TEST(ValueMapping, TimesLieOnALogarithmicWay) {
+TEST(ValueMapping, TimesHaveALogarithmicTaper) {
     EXPECT_NEAR(valueAt(Parameter::release, 0.5), std::sqrt(5.0F * 2000.0F), 1e-3F);
     EXPECT_NEAR(valueAt(Parameter::threshold, 0.5), -30.0F, 1e-5F);
 }
 
-TEST(ValueMapping, TurnedValuesStopAtRoundNumbers) {
+TEST(ValueMapping, TurnedValuesAreRounded) {
     EXPECT_EQ(rounded(Parameter::threshold, -12.345F), -12.3F);
     EXPECT_EQ(rounded(Parameter::mix, 49.6F), 50.0F);
     EXPECT_EQ(rounded(Parameter::attack, 12.345F), 12.3F);
@@ -64,11 +64,11 @@ TEST(ValueMapping, StepsAreCoarseOrFine) {
     EXPECT_EQ(stepped(Parameter::triggerNote, 36.0F, 1, false), 37.0F);
     EXPECT_EQ(stepped(Parameter::triggerNote, 36.0F, 1, true), 37.0F);
     EXPECT_EQ(stepped(Parameter::midiChannel, 16.0F, 1, false), 16.0F);
-    // A fiftieth of the way from 1 to 20 is a factor of 20 to the power of 1/50.
+    // A fiftieth of the range 1 to 20 is a factor of 20 to the power of 1/50.
     EXPECT_EQ(stepped(Parameter::ratio, 4.0F, 1, false), 4.25F);
 }
 
-TEST(ValueMapping, EveryStepMoves) {
+TEST(ValueMapping, EveryStepChangesTheValue) {
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         for (const bool fine : {false, true}) {
@@ -84,7 +84,7 @@ TEST(ValueMapping, EveryStepMoves) {
     }
 }
 
-TEST(KnobDrag, AddsUpMovesThatAreSmallerThanAStep) {
+TEST(KnobDrag, AddsUpMovesSmallerThanAStep) {
     KnobDrag drag(Parameter::triggerNote, 36.0F);
     for (int i = 0; i < 10; ++i) {
         drag.move(0.1 / 127.0, false);
@@ -92,7 +92,7 @@ TEST(KnobDrag, AddsUpMovesThatAreSmallerThanAStep) {
     EXPECT_EQ(drag.move(0.0, false), 37.0F);
 }
 
-TEST(KnobDrag, FineMovesAreATenth) {
+TEST(KnobDrag, FineMovesAreTenTimesSmaller) {
     KnobDrag drag(Parameter::threshold, -30.0F);
     EXPECT_EQ(drag.move(0.1, false), -24.0F);
     EXPECT_EQ(drag.move(0.1, true), -23.4F);

@@ -36,7 +36,7 @@ TEST(ValueText, IsShorterWithoutItsUnit) {
     EXPECT_EQ(shortValueText(Parameter::triggerNote, 37.0F), "C#2");
 }
 
-TEST(ValueText, DecimalsAreCutToWhatTheyNeed) {
+TEST(ValueText, OmitsUnneededDecimals) {
     EXPECT_EQ(decimalText(1.0, 0, 2), "1");
     EXPECT_EQ(decimalText(1.5, 0, 2), "1.5");
     EXPECT_EQ(decimalText(1.456, 0, 2), "1.46");

@@ -8,7 +8,7 @@
 
 namespace orvalo::testing {
 
-/// A host's window on a server that all tests of a program share.
+/// A host window on an X server that all tests of a program share.
 class WindowFixture : public ::testing::Test {
   protected:
     static XServer& server() {
@@ -21,16 +21,16 @@ class WindowFixture : public ::testing::Test {
     HostWindow host;
 };
 
-/// With the interface in it, drawn.
+/// The same, with the plug-in UI embedded and drawn.
 class PluginUIFixture : public WindowFixture {
   protected:
     using Parameter = effect::Parameter;
     using Writes = std::vector<PortWrite>;
     using Touches = std::vector<std::string>;
 
-    PluginUIFixture() : interface(host) {
-        interface.settle();
-        layout = interface.layout();
+    PluginUIFixture() : pluginUI(host) {
+        pluginUI.settle();
+        layout = pluginUI.layout();
     }
 
     const effect::ui::Rect& dial(Parameter parameter) const { return layout.cell(parameter).dial; }
@@ -38,10 +38,10 @@ class PluginUIFixture : public WindowFixture {
         return layout.cell(parameter).value;
     }
     bool untilWritten(std::size_t count) {
-        return interface.idleUntil([&] { return interface.writes.size() >= count; });
+        return pluginUI.idleUntil([&] { return pluginUI.writes.size() >= count; });
     }
 
-    EmbeddedPluginUI interface;
+    EmbeddedPluginUI pluginUI;
     effect::ui::Layout layout;
 };
 

@@ -21,15 +21,15 @@ TEST_F(WindowInputTest, DraggingAKnobWritesItsPort) {
     const auto& knob = dial(Parameter::threshold);
     host.movePointer(knob.centerX(), knob.centerY());
     host.button(Button1, true);
-    ASSERT_TRUE(interface.idleUntil([&] { return !interface.touches.empty(); }));
-    EXPECT_EQ(interface.touches, Touches{"grab 7"});
+    ASSERT_TRUE(pluginUI.idleUntil([&] { return !pluginUI.touches.empty(); }));
+    EXPECT_EQ(pluginUI.touches, Touches{"grab 7"});
     // 20 of 200 pixels of 60 dB.
     host.movePointer(knob.centerX(), knob.centerY() - 20.0);
     ASSERT_TRUE(untilWritten(1));
     host.button(Button1, false);
-    ASSERT_TRUE(interface.idleUntil([&] { return interface.touches.size() == 2; }));
-    EXPECT_EQ(interface.writes, (Writes{{threshold, -12.0F}}));
-    EXPECT_EQ(interface.touches, (Touches{"grab 7", "let 7"}));
+    ASSERT_TRUE(pluginUI.idleUntil([&] { return pluginUI.touches.size() == 2; }));
+    EXPECT_EQ(pluginUI.writes, (Writes{{threshold, -12.0F}}));
+    EXPECT_EQ(pluginUI.touches, (Touches{"grab 7", "let 7"}));
 }
 
 TEST_F(WindowInputTest, ShiftIsFineControl) {
@@ -41,7 +41,7 @@ TEST_F(WindowInputTest, ShiftIsFineControl) {
     host.button(Button1, false);
     host.key(XK_Shift_L, false);
     ASSERT_TRUE(untilWritten(1));
-    EXPECT_EQ(interface.writes, (Writes{{threshold, -17.4F}}));
+    EXPECT_EQ(pluginUI.writes, (Writes{{threshold, -17.4F}}));
 }
 
 TEST_F(WindowInputTest, TheWheelTurnsWithAndWithoutCtrl) {
@@ -54,57 +54,57 @@ TEST_F(WindowInputTest, TheWheelTurnsWithAndWithoutCtrl) {
     host.button(Button5, false);
     host.key(XK_Control_L, false);
     ASSERT_TRUE(untilWritten(2));
-    EXPECT_EQ(interface.writes, (Writes{{threshold, -17.0F}, {threshold, -17.1F}}));
-    EXPECT_EQ(interface.touches, (Touches{"grab 7", "let 7", "grab 7", "let 7"}));
+    EXPECT_EQ(pluginUI.writes, (Writes{{threshold, -17.0F}, {threshold, -17.1F}}));
+    EXPECT_EQ(pluginUI.touches, (Touches{"grab 7", "let 7", "grab 7", "let 7"}));
 }
 
-TEST_F(WindowInputTest, DoubleClickGoesBackToTheDefault) {
-    interface.send("threshold", -40.0F);
+TEST_F(WindowInputTest, DoubleClickResetsToTheDefault) {
+    pluginUI.send("threshold", -40.0F);
     clickIn(dial(Parameter::threshold));
     clickIn(dial(Parameter::threshold));
     ASSERT_TRUE(untilWritten(1));
-    EXPECT_EQ(interface.writes, (Writes{{threshold, -18.0F}}));
+    EXPECT_EQ(pluginUI.writes, (Writes{{threshold, -18.0F}}));
 }
 
-TEST_F(WindowInputTest, AValueIsTyped) {
+TEST_F(WindowInputTest, TypedValueIsWritten) {
     clickIn(valueText(Parameter::attack));
-    interface.settle();
+    pluginUI.settle();
     host.type("2.5");
     host.press(XK_Return);
     ASSERT_TRUE(untilWritten(1));
-    EXPECT_EQ(interface.writes, (Writes{{attack, 2.5F}}));
+    EXPECT_EQ(pluginUI.writes, (Writes{{attack, 2.5F}}));
 }
 
-TEST_F(WindowInputTest, BadTextTurnsRedAndWritesNothing) {
+TEST_F(WindowInputTest, InvalidTextTurnsRedAndWritesNothing) {
     constexpr std::uint32_t red = 0xEF705F;
     clickIn(valueText(Parameter::attack));
-    interface.settle();
-    EXPECT_EQ(interface.pixels().count(red), 0U);
+    pluginUI.settle();
+    EXPECT_EQ(pluginUI.pixels().count(red), 0U);
     host.type("2x");
     host.press(XK_Return);
-    ASSERT_TRUE(interface.idleUntil([&] { return interface.pixels().count(red) > 0; }));
+    ASSERT_TRUE(pluginUI.idleUntil([&] { return pluginUI.pixels().count(red) > 0; }));
     host.press(XK_Escape);
-    ASSERT_TRUE(interface.idleUntil([&] { return interface.pixels().count(red) == 0; }));
-    EXPECT_EQ(interface.writes, Writes{});
+    ASSERT_TRUE(pluginUI.idleUntil([&] { return pluginUI.pixels().count(red) == 0; }));
+    EXPECT_EQ(pluginUI.writes, Writes{});
 }
 
-TEST_F(WindowInputTest, TheKeyboardReachesEveryControl) {
+TEST_F(WindowInputTest, KeyboardReachesEveryControl) {
     clickIn(dial(Parameter::threshold));
-    interface.settle();
+    pluginUI.settle();
     host.press(XK_Tab);
     for (int i = 0; i < 3; ++i) {
         host.press(XK_Tab);
     }
     host.press(XK_Up);
     ASSERT_TRUE(untilWritten(1));
-    EXPECT_EQ(interface.writes.front().port, attack);
-    // A fiftieth of the way from 0.1 to 200 ms above 10 ms, with three digits.
-    EXPECT_EQ(interface.writes.front().value, 11.6F);
+    EXPECT_EQ(pluginUI.writes.front().port, attack);
+    // A fiftieth of the range 0.1 to 200 ms above 10 ms, with three digits.
+    EXPECT_EQ(pluginUI.writes.front().value, 11.6F);
 }
 
-TEST_F(WindowInputTest, APresetWritesEveryControlItSets) {
+TEST_F(WindowInputTest, PresetWritesEveryControlThatItSets) {
     clickIn(layout.presetName);
-    interface.settle();
+    pluginUI.settle();
     const auto presets = EffectWorld::shared().presets();
     const auto index =
         static_cast<std::size_t>(std::distance(presets.begin(), presets.find("Drum Punch")));
@@ -116,7 +116,7 @@ TEST_F(WindowInputTest, APresetWritesEveryControlItSets) {
         expected[EmbeddedPluginUI::portOf(symbol)] = value;
     }
     std::map<std::uint32_t, float> written;
-    for (const auto& [port, value] : interface.writes) {
+    for (const auto& [port, value] : pluginUI.writes) {
         EXPECT_TRUE(written.emplace(port, value).second) << port;
     }
     EXPECT_EQ(written, expected);
@@ -127,23 +127,23 @@ TEST_F(WindowInputTest, ArrowsStepThroughThePresetsOfTheBundle) {
     clickIn(layout.nextPreset);
     ASSERT_TRUE(untilWritten(13));
     EXPECT_EQ(
-        interface.writes.front(),
+        pluginUI.writes.front(),
         (PortWrite{threshold, EffectWorld::shared().presets().begin()->second.at("threshold")}));
 }
 
-TEST_F(WindowInputTest, KeysThatMeanNothingHereGoToTheHost) {
+TEST_F(WindowInputTest, ForwardsUnusedKeysToTheHost) {
     clickIn(dial(Parameter::threshold));
-    interface.settle();
+    pluginUI.settle();
     host.press(XK_space);
     XEvent event;
-    ASSERT_TRUE(interface.idleUntil(
+    ASSERT_TRUE(pluginUI.idleUntil(
         [&] { return XCheckTypedWindowEvent(host.display(), host.id(), KeyPress, &event) != 0; }));
     EXPECT_EQ(XLookupKeysym(&event.xkey, 0), static_cast<KeySym>(XK_space));
-    // What the host has sent itself does not come back.
-    event.xkey.window = interface.window();
-    XSendEvent(host.display(), interface.window(), False, KeyPressMask, &event);
+    // Keys sent by the host are not sent back.
+    event.xkey.window = pluginUI.window();
+    XSendEvent(host.display(), pluginUI.window(), False, KeyPressMask, &event);
     XSync(host.display(), False);
-    interface.settle();
+    pluginUI.settle();
     EXPECT_EQ(XCheckTypedWindowEvent(host.display(), host.id(), KeyPress, &event), 0);
 }
 

@@ -25,51 +25,51 @@ std::ptrdiff_t openFiles() {
 
 class WindowLifeTest : public WindowFixture {
   protected:
-    static void turnThreshold(HostWindow& window, const EmbeddedPluginUI& interface) {
+    static void turnThreshold(HostWindow& window, const EmbeddedPluginUI& pluginUI) {
         const auto dial =
-            orvalo::effect::ui::Rect(interface.layout().cell(Parameter::threshold).dial);
+            orvalo::effect::ui::Rect(pluginUI.layout().cell(Parameter::threshold).dial);
         window.movePointer(dial.centerX(), dial.centerY());
         window.button(Button4, true);
         window.button(Button4, false);
     }
 };
 
-TEST_F(WindowLifeTest, AParentIsAllItNeeds) {
-    EmbeddedPluginUI interface(host, {.all = false, .parent = host.id()});
-    ASSERT_TRUE(interface.isOpen());
-    EXPECT_EQ(host.child(), interface.window());
-    interface.settle();
-    turnThreshold(host, interface);
-    ASSERT_TRUE(interface.idleUntil([&] { return !interface.writes.empty(); }));
-    EXPECT_EQ(interface.writes, (Writes{{7, -17.0F}}));
-    EXPECT_TRUE(interface.touches.empty());
+TEST_F(WindowLifeTest, NeedsOnlyAParent) {
+    EmbeddedPluginUI pluginUI(host, {.all = false, .parent = host.id()});
+    ASSERT_TRUE(pluginUI.isOpen());
+    EXPECT_EQ(host.child(), pluginUI.window());
+    pluginUI.settle();
+    turnThreshold(host, pluginUI);
+    ASSERT_TRUE(pluginUI.idleUntil([&] { return !pluginUI.writes.empty(); }));
+    EXPECT_EQ(pluginUI.writes, (Writes{{7, -17.0F}}));
+    EXPECT_TRUE(pluginUI.touches.empty());
 }
 
-TEST_F(WindowLifeTest, WithoutAParentItDoesNotOpen) {
+TEST_F(WindowLifeTest, DoesNotOpenWithoutAParent) {
     EXPECT_FALSE(EmbeddedPluginUI(host, {.parent = std::nullopt}).isOpen());
     EXPECT_FALSE(EmbeddedPluginUI(host, {.parent = 0x7FFFFFF}).isOpen());
 }
 
-TEST_F(WindowLifeTest, PortsAreFoundByTheirSymbols) {
-    EmbeddedPluginUI interface(host, {.shift = 100, .parent = host.id()});
-    interface.settle();
-    turnThreshold(host, interface);
-    ASSERT_TRUE(interface.idleUntil([&] { return !interface.writes.empty(); }));
-    EXPECT_EQ(interface.writes, (Writes{{107, -17.0F}}));
-    EXPECT_EQ(interface.touches, (std::vector<std::string>{"grab 107", "let 107"}));
+TEST_F(WindowLifeTest, FindsPortsByTheirSymbols) {
+    EmbeddedPluginUI pluginUI(host, {.shift = 100, .parent = host.id()});
+    pluginUI.settle();
+    turnThreshold(host, pluginUI);
+    ASSERT_TRUE(pluginUI.idleUntil([&] { return !pluginUI.writes.empty(); }));
+    EXPECT_EQ(pluginUI.writes, (Writes{{107, -17.0F}}));
+    EXPECT_EQ(pluginUI.touches, (std::vector<std::string>{"grab 107", "let 107"}));
 }
 
-TEST_F(WindowLifeTest, WhatTheEffectShowsIsSubscribedAndLetGo) {
-    EmbeddedPluginUI interface(host);
+TEST_F(WindowLifeTest, SubscribesToOutputPortsAndUnsubscribes) {
+    EmbeddedPluginUI pluginUI(host);
     const std::vector<std::string> opened{"+20", "+21", "+22", "+23", "+24", "+25"};
-    EXPECT_EQ(interface.subscriptions, opened);
-    interface.subscriptions.clear();
-    interface.close();
+    EXPECT_EQ(pluginUI.subscriptions, opened);
+    pluginUI.subscriptions.clear();
+    pluginUI.close();
     const std::vector<std::string> closed{"-20", "-21", "-22", "-23", "-24", "-25"};
-    EXPECT_EQ(interface.subscriptions, closed);
+    EXPECT_EQ(pluginUI.subscriptions, closed);
 }
 
-TEST_F(WindowLifeTest, TwoInOneProcessAreTwo) {
+TEST_F(WindowLifeTest, TwoInstancesInOneProcessAreIndependent) {
     EmbeddedPluginUI one(host);
     one.settle();
     HostWindow second(640, 480);
@@ -87,38 +87,38 @@ TEST_F(WindowLifeTest, TwoInOneProcessAreTwo) {
     EXPECT_TRUE(other.idleUntil([&] { return other.writes.size() == 2; }));
 }
 
-TEST_F(WindowLifeTest, ItEndsWithTheHostsWindow) {
+TEST_F(WindowLifeTest, EndsWithTheHostsWindow) {
     XErrorHandler former = XSetErrorHandler(countError);
     errorsSeen = 0;
     {
-        EmbeddedPluginUI interface(host);
-        interface.settle();
-        EXPECT_EQ(interface.idle(), 0);
+        EmbeddedPluginUI pluginUI(host);
+        pluginUI.settle();
+        EXPECT_EQ(pluginUI.idle(), 0);
         host.destroy();
-        // Whatever is asked of the window that has gone does no harm.
-        interface.send("threshold", -3.0F);
-        interface.resize(300, 300);
-        ASSERT_TRUE(interface.idleUntil([&] { return interface.idle() != 0; }));
-        EXPECT_NE(interface.idle(), 0);
-        interface.send("threshold", -4.0F);
-        EXPECT_NE(interface.idle(), 0);
+        // Calls after the window is destroyed have no effect.
+        pluginUI.send("threshold", -3.0F);
+        pluginUI.resize(300, 300);
+        ASSERT_TRUE(pluginUI.idleUntil([&] { return pluginUI.idle() != 0; }));
+        EXPECT_NE(pluginUI.idle(), 0);
+        pluginUI.send("threshold", -4.0F);
+        EXPECT_NE(pluginUI.idle(), 0);
     }
     EXPECT_EQ(errorsSeen, 0);
     EXPECT_EQ(XSetErrorHandler(former), countError);
 }
 
-TEST_F(WindowLifeTest, TheWindowGoesWithThePluginUI) {
-    EmbeddedPluginUI interface(host);
-    interface.settle();
+TEST_F(WindowLifeTest, ClosesItsWindowAtCleanup) {
+    EmbeddedPluginUI pluginUI(host);
+    pluginUI.settle();
     EXPECT_NE(host.child(), 0U);
-    interface.close();
+    pluginUI.close();
     EXPECT_EQ(host.child(), 0U);
 }
 
-TEST_F(WindowLifeTest, OpeningAndClosingLeavesNothing) {
+TEST_F(WindowLifeTest, OpeningAndClosingLeaksNothing) {
     const auto once = [&] {
-        EmbeddedPluginUI interface(host);
-        interface.settle();
+        EmbeddedPluginUI pluginUI(host);
+        pluginUI.settle();
     };
     once();
     once();
@@ -129,27 +129,27 @@ TEST_F(WindowLifeTest, OpeningAndClosingLeavesNothing) {
         once();
     }
     EXPECT_EQ(openFiles(), files);
-    // One interface holds a picture of more than a megabyte; a leak of one in twenty would show.
+    // One UI holds a picture of more than a megabyte, so a leak of one in twenty is visible.
     EXPECT_LT(static_cast<double>(mallinfo2().uordblks), static_cast<double>(used) + 50e3);
 }
 
-TEST(WindowServer, ItSurvivesTheEndOfItsServerWhereTheHostDoes) {
-    // In a process of its own, because the handler holds for all of it.
+TEST(WindowServer, SurvivesTheEndOfTheServerIfTheHostDoes) {
+    // In a separate process, because the error handler applies to the whole process.
     const auto loseServer = [] {
         XServer server;
         HostWindow window(800, 600);
         XSetIOErrorHandler([](Display* /*display*/) { return 0; });
         XSetIOErrorExitHandler(
             window.display(), [](Display* /*display*/, void* /*data*/) {}, nullptr);
-        EmbeddedPluginUI interface(window);
-        interface.settle();
+        EmbeddedPluginUI pluginUI(window);
+        pluginUI.settle();
         server.stop();
         bool ended = false;
         for (int i = 0; i < 1000 && !ended; ++i) {
-            interface.send("threshold", -3.0F);
-            ended = interface.idle() != 0;
+            pluginUI.send("threshold", -3.0F);
+            ended = pluginUI.idle() != 0;
         }
-        interface.close();
+        pluginUI.close();
         _exit(ended ? 7 : 8);
     };
     GTEST_FLAG_SET(death_test_style, "threadsafe");

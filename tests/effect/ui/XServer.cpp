@@ -21,7 +21,7 @@ XServer::XServer() {
         const int quiet = open("/dev/null", O_RDWR);
         dup2(quiet, STDOUT_FILENO);
         dup2(quiet, STDERR_FILENO);
-        // Its number comes back through the only descriptor that stays open.
+        // Xvfb writes its display number to the only descriptor that stays open.
         constexpr int numberEnd = 3;
         dup2(ends[1], numberEnd);
         if (ends[1] == numberEnd) {

@@ -6,8 +6,7 @@
 
 namespace orvalo::testing {
 
-/// A private X server without a screen to look at, for as long as the object lives. It becomes
-/// the process's DISPLAY.
+/// A private virtual X server, which lives as long as the object. Sets the process's DISPLAY.
 class XServer {
   public:
     XServer();
@@ -15,7 +14,7 @@ class XServer {
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
 
-    /// Ends the server at once, as a crash would.
+    /// Kills the server, like a crash.
     void stop();
 
   private:

@@ -1,4 +1,4 @@
-#include "effect/ui/UserInterface.h"
+#include "effect/ui/PluginUI.h"
 
 #include <chrono>
 #include <cmath>
@@ -14,7 +14,7 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-/// A meter that moves by less does not move on the screen.
+/// A smaller change of a meter is not visible.
 constexpr float visibleChange = 0.02F;
 
 double clockSeconds() {
@@ -29,14 +29,15 @@ PluginWindow::Size scaled(int width, int height, double scale) {
 
 }  // namespace
 
-std::unique_ptr<UserInterface> UserInterface::open(const std::string& bundle,
-                                                   LV2UI_Write_Function write,
-                                                   LV2UI_Controller controller,
-                                                   const LV2_Feature* const* features) {
+std::unique_ptr<PluginUI> PluginUI::open(const std::string& bundle, LV2UI_Write_Function write,
+                                         LV2UI_Controller controller,
+                                         const LV2_Feature* const* features) {
     const Features offered(features);
     if (!offered.parent) {
         static_cast<void>(
-            std::fputs("orvalo-ui: the host gives no parent window (ui:parent)\n", stderr));
+            std::fputs("orvalo-ui: the host gives no parent window (ui:parent); the plug-in UI "
+                       "does not open\n",
+                       stderr));
         return nullptr;
     }
     const auto size = scaled(Layout::naturalWidth, Layout::naturalHeight, offered.scale);
@@ -45,17 +46,16 @@ std::unique_ptr<UserInterface> UserInterface::open(const std::string& bundle,
     if (window == nullptr) {
         return nullptr;
     }
-    std::unique_ptr<UserInterface> self(
-        new UserInterface(offered, bundle, write, controller, std::move(window)));
+    std::unique_ptr<PluginUI> self(
+        new PluginUI(offered, bundle, write, controller, std::move(window)));
     if (offered.resize != nullptr) {
         offered.resize->ui_resize(offered.resize->handle, size.width, size.height);
     }
     return self;
 }
 
-UserInterface::UserInterface(const Features& features, const std::string& bundle,
-                             LV2UI_Write_Function write, LV2UI_Controller controller,
-                             std::unique_ptr<PluginWindow> window)
+PluginUI::PluginUI(const Features& features, const std::string& bundle, LV2UI_Write_Function write,
+                   LV2UI_Controller controller, std::unique_ptr<PluginWindow> window)
     : scale_(features.scale),
       drawEvery_(0.9 / features.updateRate),
       host_(features, write, controller),
@@ -68,8 +68,8 @@ UserInterface::UserInterface(const Features& features, const std::string& bundle
     adoptSize();
 }
 
-void UserInterface::portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t format,
-                              const void* buffer) {
+void PluginUI::portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t format,
+                         const void* buffer) {
     if (format != 0 || size != sizeof(float) || buffer == nullptr) {
         return;
     }
@@ -85,19 +85,19 @@ void UserInterface::portEvent(std::uint32_t port, std::uint32_t size, std::uint3
     }
 }
 
-void UserInterface::readReading(Reading reading, float value) {
+void PluginUI::readReading(Reading reading, float value) {
     const double now = clockSeconds();
     const auto take = [&](float Levels::*level) {
-        float& touched = touched_.*level;
-        if (std::abs(touched - value) >= visibleChange ||
-            (value != touched && (value <= Levels::lowest || value == 0.0F))) {
-            scene_.touch(Part::meters);
-            scene_.touch(Part::curve);
-            touched = value;
+        float& drawn = drawnLevels_.*level;
+        if (std::abs(drawn - value) >= visibleChange ||
+            (value != drawn && (value <= Levels::lowest || value == 0.0F))) {
+            scene_.markChanged(Part::meters);
+            scene_.markChanged(Part::curve);
+            drawn = value;
         }
         scene_.levels.*level = value;
-        if (scene_.history.take(scene_.levels, now)) {
-            scene_.touch(Part::history);
+        if (scene_.history.record(scene_.levels, now)) {
+            scene_.markChanged(Part::history);
         }
     };
     switch (reading) {
@@ -110,13 +110,13 @@ void UserInterface::readReading(Reading reading, float value) {
         case Reading::outputLevel:
             return take(&Levels::output);
         case Reading::midiInCount:
-            return scene_.lightIn.take(value, now);
+            return scene_.lightIn.update(value, now);
         case Reading::midiOutCount:
-            return scene_.lightOut.take(value, now);
+            return scene_.lightOut.update(value, now);
     }
 }
 
-bool UserInterface::idle() {
+bool PluginUI::idle() {
     while (const auto event = window_->nextEvent()) {
         handle(*event);
     }
@@ -124,46 +124,46 @@ bool UserInterface::idle() {
         return true;
     }
     const double now = clockSeconds();
-    passTime(now);
+    advanceTime(now);
     if ((scene_.isChanged() || isUncovered_) && now - lastDrawn_ >= drawEvery_) {
         if (window_->isVisible(now)) {
             draw(now);
             lastDrawn_ = now;
         } else if (!isPainted_) {
-            // Most of the work, done before anybody waits for it.
+            // Paint in memory before the window becomes visible.
             paint(now);
         }
     }
     return window_->isClosed();
 }
 
-void UserInterface::passTime(double now) {
+void PluginUI::advanceTime(double now) {
     if (scene_.history.advance(now)) {
-        scene_.touch(Part::history);
+        scene_.markChanged(Part::history);
     }
     const double in = scene_.lightIn.brightness(now);
     const double out = scene_.lightOut.brightness(now);
     if (in != std::exchange(lightIn_, in)) {
-        scene_.touch(Part::lightIn);
+        scene_.markChanged(Part::lightIn);
     }
     if (out != std::exchange(lightOut_, out)) {
-        scene_.touch(Part::lightOut);
+        scene_.markChanged(Part::lightOut);
     }
 }
 
-std::vector<Rect> UserInterface::paint(double now) {
+std::vector<Rect> PluginUI::paint(double now) {
     auto& picture = window_->picture();
     const auto size = window_->size();
     if (picture.resize(size.width, size.height)) {
-        scene_.touchAll();
+        scene_.markAllChanged();
     }
     auto areas = paintScene(picture.context(), scene_, now);
-    scene_.drawn();
+    scene_.markDrawn();
     isPainted_ = true;
     return areas;
 }
 
-void UserInterface::draw(double now) {
+void PluginUI::draw(double now) {
     auto areas = paint(now);
     if (std::exchange(isUncovered_, false)) {
         areas = {scene_.layout.whole()};
@@ -172,20 +172,20 @@ void UserInterface::draw(double now) {
     window_->flush();
 }
 
-void UserInterface::adoptSize() {
+void PluginUI::adoptSize() {
     const auto size = window_->size();
     if (size.width == scene_.layout.width && size.height == scene_.layout.height) {
         return;
     }
     scene_.layout = Layout::of(size.width, size.height, scale_);
-    scene_.touchAll();
+    scene_.markAllChanged();
 }
 
-void UserInterface::resize(int width, int height) {
+void PluginUI::resize(int width, int height) {
     window_->requestSize({width, height});
 }
 
-void UserInterface::handle(const XEvent& event) {
+void PluginUI::handle(const XEvent& event) {
     switch (event.type) {
         case Expose:
             isUncovered_ = true;
@@ -224,12 +224,12 @@ void UserInterface::handle(const XEvent& event) {
     }
 }
 
-void UserInterface::handleButton(const XButtonEvent& button) {
+void PluginUI::handleButton(const XButtonEvent& button) {
     const Pointer pointer{.x = static_cast<double>(button.x),
                           .y = static_cast<double>(button.y),
                           .time = 0.001 * static_cast<double>(button.time),
                           .fine = asksForFine(button.state)};
-    // The wheel is four more buttons: up, down, left, right.
+    // X11 reports the wheel as buttons 4 to 7: up, down, left, right.
     constexpr unsigned int wheelLeft = 6;
     constexpr unsigned int wheelRight = 7;
     switch (button.button) {
@@ -250,12 +250,12 @@ void UserInterface::handleButton(const XButtonEvent& button) {
     }
 }
 
-void UserInterface::handleKey(const XKeyEvent& key) {
-    // A host may hand keys on without handing over the keyboard.
+void PluginUI::handleKey(const XKeyEvent& key) {
+    // A host may forward keys without giving the window the keyboard focus.
     editor_.setHasKeyboard(true);
     const auto press = readKey(key);
     if (!press || !keys_.press(*press)) {
-        window_->passOn(key);
+        window_->forwardKey(key);
     }
 }
 
