@@ -10,8 +10,8 @@ namespace orvalo {
 
 namespace {
 
-/// -4.4 dB. Coding raised the peaks of these pieces by up to 2.3 dB, and -1 dB true peak is to
-/// hold.
+/// -4.4 dB: coding raises the peaks of these pieces by up to 2.3 dB, and the files must stay below
+/// -1 dB true peak.
 constexpr float ceiling = 0.6F;
 
 }  // namespace

@@ -7,10 +7,10 @@
 
 namespace orvalo {
 
-/// Loudness that all pieces are brought to, in LUFS: low enough that drums alone reach it.
+/// The loudness of all pieces in LUFS, low enough for drum solos to reach it.
 constexpr double targetLoudness = -20.0;
 
-/// Composes, plays and levels a piece: its loop, sample-exactly as long as the piece. Throws
+/// Composes, plays and levels a piece. The loop has exactly piece.frames() frames. Throws
 /// std::runtime_error or std::invalid_argument with a reason.
 StereoSound compose(const Piece& piece, const std::filesystem::path& soundFont);
 

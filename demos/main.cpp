@@ -21,7 +21,7 @@ void printCatalogue() {
     int number = 0;
     for (const Piece& piece : orvalo::catalogue()) {
         ++number;
-        const auto style = orvalo::styleOf(piece.style);
+        const auto style = piece.style();
         std::printf("%d\t%lld\t%s\t%s\t%s %s\t%d\t%d/%d\t%d\t%s\n", number,
                     static_cast<long long>(piece.frames()), std::string(piece.title).c_str(),
                     std::string(style.name).c_str(),
@@ -31,7 +31,7 @@ void printCatalogue() {
     }
 }
 
-/// A number of the catalogue, or nothing.
+/// Reads the number of a piece; absent if it is not in the catalogue.
 std::optional<int> numberFrom(const char* text) {
     char* end = nullptr;
     const long number = std::strtol(text, &end, 10);
@@ -71,7 +71,7 @@ int run(std::span<char*> arguments) {
     const std::optional<int> first = numberFrom(arguments[3]);
     const std::optional<int> last = numberFrom(arguments[4]);
     if (!first || !last || *first > *last) {
-        std::fprintf(stderr, "orvalo-compose: no pieces \"%s\" to \"%s\" in the catalogue\n",
+        std::fprintf(stderr, "orvalo-compose: the catalogue has no pieces \"%s\" to \"%s\"\n",
                      arguments[3], arguments[4]);
         return badUse;
     }
@@ -82,8 +82,8 @@ int run(std::span<char*> arguments) {
 }  // namespace
 
 /// Composes the demonstration music at build time: pieces FIRST to LAST as FOLDER/<number>.m4a.
-/// --list prints the catalogue, a piece a line: number, frames, title, style, key, tempo, metre,
-/// bars and ensemble, apart by tabs.
+/// --list prints the catalogue, one line per piece: number, frames, title, style, key, tempo,
+/// metre, bars and ensemble, separated by tabs.
 int main(int argc, char** argv) {
     try {
         return run({argv, static_cast<std::size_t>(argc)});

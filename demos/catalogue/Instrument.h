@@ -4,7 +4,7 @@
 
 namespace orvalo {
 
-/// Programs of General MIDI that the pieces use, by their numbers from 0.
+/// The General MIDI programs that the pieces use, counted from 0.
 enum class Instrument {
     none = -1,
     grandPiano = 0,
@@ -116,15 +116,15 @@ enum class Kit {
     orchestra = 48,
 };
 
-/// What it is called, and what can be played on it.
+/// The name and the range of an instrument.
 struct InstrumentFacts {
     Instrument instrument;
     std::string_view name;
-    int low;   ///< lowest key that sounds well
-    int high;  ///< highest key that sounds well, at least two octaves above the lowest
+    int low;   ///< lowest MIDI key that sounds well
+    int high;  ///< highest one, at least two octaves above `low`
 };
 
-/// Precondition: not none.
+/// Precondition: instrument is not none.
 const InstrumentFacts& factsOf(Instrument instrument);
 std::string_view nameOf(Kit kit);
 

@@ -6,16 +6,16 @@
 #include <string_view>
 
 #include "demos/catalogue/Instrument.h"
-#include "demos/styles/Styles.h"
+#include "demos/playing/Style.h"
 #include "demos/theory/Metre.h"
 #include "demos/theory/Scale.h"
 
 namespace orvalo {
 
-/// Frames a second of all pieces.
+/// Sample rate of all pieces, in frames per second.
 constexpr int pieceRate = 48000;
 
-/// Who plays, by role; none leaves a role's layers out.
+/// The instrument of each role; with none, the role's layers are left out.
 struct Band {
     Instrument lead;
     Instrument comp;
@@ -24,13 +24,13 @@ struct Band {
     Kit kit;
 };
 
-/// A row of the catalogue: everything that tells one loop from another.
+/// A row of the catalogue, which defines one loop.
 struct Piece {
     std::string_view title;
-    StyleId style;
+    Style (*style)();
     int tonic;  ///< pitch class 0 (C) to 11 (B)
     Mode mode;
-    int tempo;  ///< quarter notes a minute
+    int tempo;  ///< quarter notes per minute
     Metre metre;
     int bars;
     Band band;
@@ -38,11 +38,11 @@ struct Piece {
 
     /// Length of the loop, rounded to the nearest frame.
     std::int64_t frames() const;
-    /// The instruments in words, apart by commas.
+    /// The names of the instruments, separated by commas.
     std::string ensemble() const;
 };
 
-/// The catalogue; the piece at index n is the file n + 1.
+/// The catalogue; the piece at index n becomes file n + 1.
 std::span<const Piece> catalogue();
 
 }  // namespace orvalo

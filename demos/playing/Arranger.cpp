@@ -30,7 +30,7 @@ Instrument instrumentOf(const Band& band, Role role) {
     return Instrument::none;
 }
 
-/// LUFS that leave each role its place in the mix.
+/// The loudness of the drums in the mix, in LUFS.
 constexpr double drumLoudness = -29.5;
 
 double loudnessOf(const Layer& layer) {
@@ -96,7 +96,7 @@ void play(const Session& session) {
 }  // namespace
 
 Score arrange(const Piece& piece) {
-    const Style style = styleOf(piece.style);
+    const Style style = piece.style();
     const Scale scale(piece.tonic, piece.mode);
     const Scale chordScale = scale.harmony();
     Random random(piece.seed);
@@ -119,7 +119,7 @@ Score arrange(const Piece& piece) {
         if (instrument == Instrument::none) {
             continue;
         }
-        // A player's own numbers: a change of one layer leaves the others as they are.
+        // Random numbers per layer: a change of one layer does not change the others.
         Random own(piece.seed * 64U + static_cast<std::uint32_t>(index) + 1U);
         const InstrumentFacts& facts = factsOf(instrument);
         const int part = static_cast<int>(score.parts.size());

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "demos/catalogue/Piece.h"
-#include "demos/score/Score.h"
+#include "demos/playing/Score.h"
 
 namespace orvalo {
 
-/// Composes a piece: the same score for the same row, always. Throws std::invalid_argument when the
-/// style's progressions cannot be read.
+/// Composes a piece. The same row always gives the same score. Throws std::invalid_argument when a
+/// progression of the style is invalid.
 Score arrange(const Piece& piece);
 
 }  // namespace orvalo

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int muted = 46;
 
-/// The key of a pitch class that lies nearest to another key, within the range.
+/// The key of the pitch class within the range that is nearest to `to`.
 int nearestKey(int pitchClass, int to, int low, int high) {
     int best = low;
     int bestDistance = 1000;
@@ -23,8 +23,7 @@ int nearestKey(int pitchClass, int to, int low, int high) {
     return best;
 }
 
-/// The next step of a walking line: a note of the chord or of the scale, a step or a small leap
-/// off.
+/// The next note of a walking line: a chord note within a fourth, or a scale note within a tone.
 int walk(const Session& session, const Chord& chord, int from) {
     int key = from;
     for (int tries = 0; tries < 12; ++tries) {
@@ -42,7 +41,7 @@ int walk(const Session& session, const Chord& chord, int from) {
 }  // namespace
 
 void playBass(const Session& session) {
-    // Roots lie in the lower octave and a half of the instrument, so that octaves fit above them.
+    // Roots lie in the lowest octave and a half of the instrument, so that octaves above them fit.
     const int high = std::min(session.low + 17, session.high);
     int previous = nearestKey(session.harmony.at(0).root, session.low + 8, session.low, high);
     for (const Hit& hit : spread(session.pattern, session.cells, session.metre, session.bars)) {

@@ -10,7 +10,7 @@ namespace orvalo {
 
 namespace {
 
-/// The nth voice of a chord, 0 the lowest; beyond the top the chord goes on an octave higher.
+/// The nth voice of a chord, counted from the lowest; above the top it continues an octave higher.
 int voiceOf(const std::vector<int>& keys, int index, int high) {
     const int count = static_cast<int>(keys.size());
     int key = keys[static_cast<std::size_t>(index % count)] + 12 * (index / count);

@@ -43,7 +43,7 @@ int Feel::place(int tick, int cellsPerQuarter, Random& random) const {
 
 int Feel::velocity(int strength, int tick, Random& random) const {
     const int loudness = stretched(dynamics_, tick, loopTicks_) - '0';
-    // From a quarter of the strength at '1' to all of it at '9'.
+    // From a quarter of the strength at '1' to the full strength at '9'.
     int velocity = strength * (160 + 93 * loudness) / 1000;
     const int inBar = tick % metre_.barTicks();
     if (inBar == 0) {

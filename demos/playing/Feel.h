@@ -8,17 +8,17 @@
 
 namespace orvalo {
 
-/// How a written note is played: when exactly, and how hard.
+/// Turns written notes into played ones: exact time and velocity.
 class Feel {
   public:
-    /// dynamics: as Style has them, for a loop of loopTicks. The style must outlive the feel.
+    /// dynamics: see Style. The style must outlive the feel.
     Feel(const Style& style, std::string_view dynamics, Metre metre, int loopTicks);
 
-    /// The tick at which a note written at a tick sounds: swung, and up to the style's looseness
-    /// off. Within the loop.
+    /// The tick at which a note written at `tick` sounds, with swing and up to Style::loose ticks
+    /// early or late. Within the loop.
     int place(int tick, int cellsPerQuarter, Random& random) const;
-    /// The velocity 1 to 127 of a note of this strength (1 to 127) at a tick: with the loop's
-    /// dynamics, the metre's accents and a hand's unevenness.
+    /// The velocity, 1 to 127, of a note at a tick, with the dynamics, the accents of the metre and
+    /// a random deviation. strength: 1 to 127.
     int velocity(int strength, int tick, Random& random) const;
 
   private:
@@ -28,7 +28,7 @@ class Feel {
     int loopTicks_;
 };
 
-/// The strength of the signs X x o g f; any other sign counts as x.
+/// The strength of the pattern signs X x o f g ?; any other sign counts as x.
 int strengthOf(char sign);
 
 }  // namespace orvalo

@@ -13,13 +13,13 @@ namespace orvalo {
 
 namespace {
 
-/// A bar's worth of rhythm and the steps, in degrees of the scale, from note to note.
+/// The rhythm of a bar, and the steps in scale degrees from note to note.
 struct Motif {
     std::vector<Hit> hits;
     std::vector<int> steps;
 };
 
-/// The forms of the phrases, a letter a bar: the first half asks, the second answers.
+/// The forms of the phrases: one letter per bar names its motif.
 constexpr std::array<std::string_view, 5> forms = {"abac", "aabc", "abcb", "aabb", "abca"};
 
 class Melody {
@@ -53,7 +53,7 @@ Motif Melody::motif() {
     Motif motif{spread(rhythm, session_.cells, session_.metre, 1), {}};
     int last = 0;
     for (std::size_t index = 0; index < motif.hits.size(); ++index) {
-        // After a leap a melody turns back by a step.
+        // A leap is followed by a step in the other direction.
         const int step =
             std::abs(last) >= 3 ? (last > 0 ? -1 : 1) : random.pick(std::span<const int>(leaps));
         motif.steps.push_back(step);
@@ -62,7 +62,7 @@ Motif Melody::motif() {
     return motif;
 }
 
-/// A scale's note that rubs against an altered note of the chord takes its place.
+/// Replaces a scale note by the altered chord note a semitone away, if there is one.
 int Melody::altered(int key, const Chord& chord) const {
     if (!chord.contains(key)) {
         for (const int other : {key + 1, key - 1}) {
@@ -108,7 +108,7 @@ void Melody::play() {
         const auto letter =
             static_cast<std::size_t>(form[static_cast<std::size_t>(bar) % form.size()] - 'a');
         const Motif& now = motifs.at(letter);
-        // A motif that returns starts where it did, so that one hears it return.
+        // A repeated motif starts on the same degree, so that it is recognised.
         if (heard.at(letter)) {
             degree_ = starts.at(letter);
         } else {
@@ -125,7 +125,7 @@ void Melody::play() {
             degrees.push_back(degree_);
         }
     }
-    // The last note lies a step from the first, which the next pass brings.
+    // The last note lies one step from the first note, which follows in the next pass.
     if (degrees.size() > 2) {
         degrees.back() = fitted(first + (session_.random.chance(60) ? 1 : -1), 0, false);
     }

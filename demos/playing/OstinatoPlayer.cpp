@@ -5,7 +5,7 @@ namespace orvalo {
 
 void playOstinato(const Session& session) {
     const int size = session.scale.size();
-    // The tonic lies in the lower middle of the range.
+    // Place the tonic in the lower middle of the range.
     int base = 0;
     while (session.scale.keyOf(base) < session.low + 10) {
         base += size;

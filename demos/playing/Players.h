@@ -4,15 +4,15 @@
 
 namespace orvalo {
 
-// Each writes its layer into the session's score for the whole loop.
+// Each function writes its layer into the session's score, for the whole loop.
 
 void playChords(const Session& session);
 void playBass(const Session& session);
 void playOstinato(const Session& session);
-/// patterns: the layer's, of which the melody draws its rhythms.
+/// Chooses the rhythms from all patterns of the layer.
 void playMelody(const Session& session);
 
-/// A drummer reads a groove instead of a layer's pattern.
+/// What the drum player works with. The references outlive the session.
 struct DrumSession {
     Score& score;
     int part;

@@ -6,9 +6,9 @@ namespace orvalo {
 
 /// One player of the loop.
 struct Part {
-    int program;  ///< General MIDI program 0 to 127, or the drum kit's
+    int program;  ///< General MIDI program 0 to 127, or the drum kit's program
     bool drums;
-    double loudness;  ///< LUFS in the mix, before the whole is levelled
+    double loudness;  ///< LUFS in the mix, before the mix is levelled
     int pan;          ///< 0 left, 64 middle, 127 right
     int reverb;       ///< 0 to 127
     int chorus;       ///< 0 to 127
@@ -22,14 +22,14 @@ struct Note {
     int velocity;  ///< 1 to 127
 };
 
-/// A step of a part's expression, 0 to 127.
+/// A change of a part's expression, 0 to 127.
 struct Swell {
     int part;
     int tick;
     int expression;
 };
 
-/// What is to be played in one pass.
+/// The music of one pass.
 struct Score {
     double quarterSeconds = 0.5;
     int loopTicks = 0;

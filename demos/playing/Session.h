@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "demos/playing/Feel.h"
+#include "demos/playing/Score.h"
 #include "demos/playing/Style.h"
-#include "demos/score/Score.h"
 #include "demos/theory/Harmony.h"
 #include "demos/theory/Metre.h"
 #include "demos/theory/Random.h"
@@ -12,7 +12,7 @@
 
 namespace orvalo {
 
-/// What one player of a loop works with. The references outlive the session.
+/// What one player works with. The references outlive the session.
 struct Session {
     Score& score;
     int part;  ///< the player's part in the score
@@ -28,10 +28,10 @@ struct Session {
     const Feel& feel;
     Random& random;
 
-    /// True where the layer plays at the tick.
+    /// Whether the layer plays at the tick.
     bool plays(int tick) const;
-    /// Writes one note: a written place, length and strength become played ones. late: ticks by
-    /// which it follows the others of its chord.
+    /// Adds a note to the score, with the session's feel applied. late: delay in ticks within a
+    /// strummed chord.
     void write(int key, int tick, int length, int strength, int late = 0) const;
 };
 

@@ -7,50 +7,49 @@
 
 namespace orvalo {
 
-/// The places in a band; a catalogue row says which instrument takes them.
+/// The roles in a band; the catalogue assigns instruments to them.
 enum class Role { lead, comp, pad, bass };
 
 /// How a layer reads its patterns.
 enum class Playing {
-    /// X x o full chord (loud to soft), 1-9 one voice of it from below, going on in the octave
-    /// above.
+    /// X x o: full chord (loud to soft); 1-9: one voice, counted from the lowest and on through the
+    /// octave above.
     chords,
-    /// R r root, 3 5 7 chord notes, O o octave, 4 the fifth below, a step to the next root, w walks
-    /// on,
-    /// x a muted note.
+    /// R r: root; 3 5 7: chord notes; O o: octave; 4: the fifth below; a: approach to the next
+    /// root;
+    /// w: walking line; x: muted note.
     bassLine,
-    /// 1-9 degrees of the scale from the tonic, a-g those of the octave below; the chords are
-    /// ignored.
+    /// 1-9: scale degrees from the tonic; a-g: those of the octave below. Ignores the chords.
     ostinato,
-    /// X x o notes (loud to soft) whose pitches are composed: motifs that repeat and vary, chord
-    /// notes
-    /// on the beat, and an end that leads back to the beginning.
+    /// X x o: notes (loud to soft) with composed pitches: motifs that repeat and vary, chord notes
+    /// on
+    /// the beat, and an end that leads back to the start.
     melody,
 };
 
-/// One player's material.
+/// The material of one player.
 struct Layer {
     Role role;
     Playing playing;
-    /// One of them is drawn for the loop (melody: one for each bar of each motif).
+    /// One is chosen for the loop (melody: one for each motif).
     std::vector<std::string_view> patterns;
-    /// Cells of the patterns in a quarter note; 0 takes the style's.
+    /// Cells per quarter note; 0: as in the style.
     int cells = 0;
-    /// Stretched over the loop: '.' where the layer is silent.
+    /// Stretched over the loop; '.' silences the layer.
     std::string_view where = "x";
     int voices = 4;     ///< notes in a chord
     bool open = false;  ///< chords in open position
-    int octave = 0;     ///< shift in octaves, kept within the instrument's range
-    int level = 100;    ///< percent of the amplitude that the role has in the mix
-    int held = 92;      ///< percent of the written length that sounds
+    int octave = 0;     ///< shift in octaves, limited to the instrument's range
+    int level = 100;    ///< percent of the role's amplitude in the mix
+    int held = 92;      ///< sounding percent of the written length
     int strum = 0;      ///< ticks from one string to the next
-    int swell = 0;      ///< percent of depth by which the expression swells
+    int swell = 0;      ///< depth of the expression's swell in percent
     int swellBars = 2;  ///< bars from one swell to the next
-    int spread = 40;    ///< how far from the middle, 0 to 63, to the role's side
+    int spread = 40;    ///< distance from the middle, 0 to 63, to the role's side
 };
 
-/// One drum's line. X x o g f hits from accent to ghost note, ? one that may be left out, r a roll
-/// that fills the cell.
+/// The line of one drum. X x o f g: hits from accent to ghost note; ?: a hit that is sometimes left
+/// out; r: a roll that fills its length.
 struct DrumLine {
     int key;  ///< key of the General MIDI drum map
     std::string_view pattern;
@@ -58,24 +57,24 @@ struct DrumLine {
 
 struct Groove {
     std::vector<DrumLine> lines;
-    /// Takes the place of the lines in the last bar of every four and of the loop; may be empty.
+    /// Replaces the lines in every fourth bar and in the last bar; may be empty.
     std::vector<DrumLine> fill;
 };
 
-/// All that a piece's row does not say itself.
+/// Everything about a piece that its catalogue row does not state.
 struct Style {
     std::string_view name;
-    int cells = 4;    ///< cells of the patterns in a quarter note
-    int swing = 0;    ///< percent by which every second cell comes later
-    int loose = 6;    ///< ticks by which players miss the beat at most
+    int cells = 4;    ///< cells of the patterns per quarter note
+    int swing = 0;    ///< delay of every second cell, in percent of a cell
+    int loose = 6;    ///< largest random deviation from the beat, in ticks
     int reverb = 36;  ///< 0 to 127
     int chorus = 6;   ///< 0 to 127
-    /// Stretched over the loop: '1' soft to '9' loud. One is drawn.
+    /// Stretched over the loop: '1' soft to '9' loud. One is chosen.
     std::vector<std::string_view> dynamics = {"7"};
-    /// Read as Harmony reads them. One is drawn.
+    /// In the notation of Harmony. One is chosen.
     std::vector<std::string_view> majorProgressions;
     std::vector<std::string_view> minorProgressions;
-    /// One is drawn.
+    /// One is chosen.
     std::vector<Groove> grooves;
     std::vector<Layer> layers;
 };

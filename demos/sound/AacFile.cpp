@@ -22,8 +22,8 @@ namespace orvalo {
 namespace {
 
 constexpr std::int64_t bitRate = 128000;
-/// Blocks of the loop's end that the coder hears before its start, to be settled by then: its first
-/// blocks are coded several times worse than the rest.
+/// Blocks of the loop's end that are encoded before its start: the encoder's first blocks have
+/// several times the coding noise of the others.
 constexpr std::int64_t settlingBlocks = 16;
 
 struct FreeCodec {
@@ -142,8 +142,8 @@ void AacWriter::drain() {
             return;
         }
         check(received, "cannot encode");
-        // Of what settled the coder, one block stays as the priming; and the packets state the
-        // loop's length, so that what was coded beyond it is padding.
+        // Keep one block before the start as the priming. The packets' durations end with the loop,
+        // so that the rest of the last block is padding.
         const auto end = static_cast<std::int64_t>(loop_.frames());
         packet->duration = std::min<std::int64_t>(packet->duration, end - packet->pts);
         if (packet->pts < -codec_->frame_size || packet->duration <= 0) {
@@ -157,7 +157,7 @@ void AacWriter::drain() {
 
 void AacWriter::write() {
     const auto frames = static_cast<std::int64_t>(loop_.frames());
-    // A block is coded together with the one behind it: one more than the loop has.
+    // A block is encoded together with the following one, so encode one more than the loop has.
     const std::int64_t block = codec_->frame_size;
     for (std::int64_t from = -settlingBlocks * block; from < frames + block; from += block) {
         encode(from);

@@ -6,11 +6,11 @@
 
 namespace orvalo {
 
-/// Writes a loop as AAC-LC in MP4 (libavcodec), the same bytes for the same loop. The media header
-/// states the length exactly: priming (one block of 1024) plus the loop's frames; the edit list
-/// cuts the priming. The coder hears the loop's own end before its start and the start behind its
-/// end, so that a pass joins the next as well as one moment of it joins another. Throws
-/// std::runtime_error, naming the file and the reason; a file half written is removed.
+/// Writes a loop as AAC-LC in MP4. The same loop gives the same bytes. The media header states the
+/// exact length: the priming (one block of 1024 frames) plus the loop's frames; the edit list cuts
+/// the priming. The encoder is fed the loop's end before its start and the start after its end, so
+/// that the seam between passes has no more coding noise than other places. Throws
+/// std::runtime_error with the file and the reason, and removes the incomplete file.
 void writeAac(const StereoSound& loop, int rate, const std::filesystem::path& file);
 
 }  // namespace orvalo

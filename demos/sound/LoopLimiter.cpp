@@ -13,15 +13,15 @@ namespace orvalo {
 
 namespace {
 
-/// Frames that the gain takes to bow down, and to come back: 4 ms at 48 kHz.
+/// Frames over which the gain falls and rises again: 4 ms at 48 kHz.
 constexpr std::size_t reach = 192;
 
-/// Half the frames that an interpolated value draws on.
+/// Half the number of frames that an interpolation uses.
 constexpr std::size_t half = 6;
 constexpr std::size_t taps = 2 * half;
 constexpr std::size_t phases = 4;
 
-/// A windowed sinc that reads a signal at quarters of a frame.
+/// A windowed sinc for interpolation at quarters of a frame.
 std::array<std::array<float, taps>, phases> interpolators() {
     std::array<std::array<float, taps>, phases> table{};
     for (std::size_t phase = 0; phase < phases; ++phase) {
@@ -37,7 +37,7 @@ std::array<std::array<float, taps>, phases> interpolators() {
     return table;
 }
 
-/// The largest magnitude near each frame, between the samples too.
+/// The largest magnitude at each frame and up to the next, between the samples, too.
 std::vector<float> peaks(const StereoSound& loop) {
     static const auto table = interpolators();
     const std::size_t frames = loop.frames();
@@ -63,7 +63,7 @@ std::vector<float> peaks(const StereoSound& loop) {
     return peaks;
 }
 
-/// The least of the values within `reach` before and behind each place, round the loop.
+/// The minimum within `reach` before and after each frame, wrapping at the loop's ends.
 std::vector<float> leastAround(const std::vector<float>& values) {
     const auto frames = static_cast<std::int64_t>(values.size());
     const auto span = static_cast<std::int64_t>(reach);
@@ -88,8 +88,8 @@ std::vector<float> leastAround(const std::vector<float>& values) {
     return least;
 }
 
-/// A raised cosine's average over as many frames, which turns steps into bows and never rises above
-/// the greatest value nor falls below the least that it covers.
+/// The average over the same window, weighted with a raised cosine, which smooths steps and stays
+/// between the minimum and maximum of the window.
 std::vector<float> smoothed(const std::vector<float>& values) {
     std::vector<double> weights(2 * reach + 1);
     double sum = 0;
@@ -98,7 +98,7 @@ std::vector<float> smoothed(const std::vector<float>& values) {
         weights[index] = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * phase);
         sum += weights[index];
     }
-    // What each reduced frame takes from its neighbours: most of a loop is far from any peak.
+    // Loop only over the frames with reduction: most of a loop is far from any peak.
     std::vector<double> reductions(values.size(), 0.0);
     for (std::size_t frame = 0; frame < values.size(); ++frame) {
         if (values[frame] >= 1.0F) {

@@ -4,9 +4,9 @@
 
 namespace orvalo {
 
-/// Keeps the loop's samples, and the curve between them, at or below the ceiling (linear, above 0):
-/// the gain bows down ahead of a peak and back behind it within a few milliseconds, and wraps round
-/// the loop, so that the loop's join stays as it was. A loop without such peaks is left untouched.
+/// Limits the loop's samples, and the curve between them, to the ceiling (linear, above 0). The
+/// gain falls before a peak and rises after it within a few milliseconds, and wraps at the loop's
+/// ends, so that the seam stays smooth. A loop without such peaks is unchanged.
 void limit(StereoSound& loop, float ceiling);
 
 }  // namespace orvalo

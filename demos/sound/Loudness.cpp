@@ -15,7 +15,7 @@ namespace orvalo {
 
 namespace {
 
-/// Passes measured: with three, the blocks that the measurement's start cuts short weigh nothing.
+/// Passes measured: three, so that the incomplete blocks at the start have no weight.
 constexpr int passes = 3;
 constexpr double tolerance = 0.05;
 constexpr double refusedBeyond = 0.2;
@@ -31,7 +31,7 @@ double loudness(const StereoSound& loop, int rate) {
     const std::unique_ptr<ebur128_state, Destroy> state(
         ebur128_init(2, static_cast<unsigned long>(rate), EBUR128_MODE_I));
     if (!state) {
-        throw std::runtime_error("the loudness meter does not start");
+        throw std::runtime_error("libebur128 cannot create a loudness meter");
     }
     std::vector<float> interleaved(2 * loop.frames());
     for (std::size_t frame = 0; frame < loop.frames(); ++frame) {
@@ -42,11 +42,11 @@ double loudness(const StereoSound& loop, int rate) {
     for (int pass = 0; pass < passes; ++pass) {
         if (ebur128_add_frames_float(state.get(), interleaved.data(), loop.frames()) !=
             EBUR128_SUCCESS) {
-            throw std::runtime_error("the loudness meter takes no frames");
+            throw std::runtime_error("libebur128 cannot measure the frames");
         }
     }
     if (ebur128_loudness_global(state.get(), &measured) != EBUR128_SUCCESS) {
-        throw std::runtime_error("the loudness meter has no reading");
+        throw std::runtime_error("libebur128 gives no loudness");
     }
     return measured;
 }
@@ -57,7 +57,7 @@ void normalise(StereoSound& loop, int rate, double target, float ceiling) {
         if (!std::isfinite(off)) {
             throw std::runtime_error("the loop is silent");
         }
-        // Limiting takes some loudness away, which the next round gives back.
+        // Limiting lowers the loudness; the next round compensates.
         loop.scale(static_cast<float>(std::pow(10.0, off / 20.0)));
         limit(loop, ceiling);
         off = target - loudness(loop, rate);
@@ -66,7 +66,7 @@ void normalise(StereoSound& loop, int rate, double target, float ceiling) {
         }
     }
     if (std::abs(off) > refusedBeyond) {
-        throw std::runtime_error("the loop's peaks leave no room for its loudness");
+        throw std::runtime_error("the loop cannot reach its loudness below the peak ceiling");
     }
 }
 

@@ -4,12 +4,13 @@
 
 namespace orvalo {
 
-/// Integrated loudness of the loop as it sounds round and round, in LUFS (EBU R 128); -infinity for
-/// silence. Throws std::runtime_error when libebur128 cannot measure. rate: frames a second.
+/// Integrated loudness of the repeated loop in LUFS (EBU R 128); -infinity for silence. rate:
+/// frames per second. Throws std::runtime_error when libebur128 fails.
 double loudness(const StereoSound& loop, int rate);
 
-/// Brings the loop to the loudness (LUFS), with no peak above the ceiling (linear). Throws
-/// std::runtime_error for silence, or where the two cannot be had together within 0.2 LU.
+/// Scales and limits the loop to the target loudness (LUFS), with no peak above the ceiling
+/// (linear). Throws std::runtime_error for silence, or when the loudness cannot be reached within
+/// 0.2 LU.
 void normalise(StereoSound& loop, int rate, double target, float ceiling);
 
 }  // namespace orvalo

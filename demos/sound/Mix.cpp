@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "demos/sound/LoopFold.h"
 #include "demos/sound/Loudness.h"
 #include "demos/sound/Renderer.h"
 
@@ -10,10 +9,20 @@ namespace orvalo {
 
 namespace {
 
-/// How alike the sides are, from -1 (opposite) to 1 (the same), below which one is turned over.
+/// Correlation of the sides, from -1 to 1, below which one side is inverted.
 constexpr double opposite = -0.3;
 
 }  // namespace
+
+StereoSound fold(const StereoSound& sound, std::size_t frames) {
+    StereoSound loop;
+    loop.resize(frames);
+    for (std::size_t frame = 0; frame < sound.frames(); ++frame) {
+        loop.left[frame % frames] += sound.left[frame];
+        loop.right[frame % frames] += sound.right[frame];
+    }
+    return loop;
+}
 
 void matchSides(StereoSound& sound) {
     double both = 0;
@@ -41,7 +50,7 @@ StereoSound mix(const Score& score, const std::filesystem::path& soundFont, int 
         StereoSound played = fold(render(score, part, soundFont, rate), frames);
         matchSides(played);
         const double off = score.parts[part].loudness - loudness(played, rate);
-        // A part that draws nothing but rests is silent.
+        // A part whose patterns contain only rests is silent.
         if (!std::isfinite(off)) {
             continue;
         }

@@ -18,7 +18,7 @@ namespace orvalo {
 
 namespace {
 
-/// FluidSynth takes events at multiples of this.
+/// FluidSynth handles events at multiples of this many frames.
 constexpr std::int64_t blockFrames = 64;
 constexpr int drumBank = 128;
 /// The General MIDI drum channel.
@@ -29,10 +29,10 @@ constexpr int expressionControl = 11;
 constexpr int reverbControl = 91;
 constexpr int chorusControl = 93;
 
-/// What counts as silence at the end: -96 dB below full scale, for a quarter of a second.
+/// The sound has ended below -96 dB of full scale for a quarter of a second.
 constexpr float silence = 1.6e-5F;
 constexpr std::int64_t silentFrames = 12032;
-/// Seconds after which a sound that will not end is faded out.
+/// Seconds after which a sound that has not ended is faded out.
 constexpr int longestTail = 8;
 
 struct DeleteSettings {
@@ -44,7 +44,7 @@ struct DeleteSynth {
 
 enum class Order { expression, noteOff, noteOn };
 
-/// Something that happens at a block.
+/// An event for the synthesiser, at a multiple of blockFrames.
 struct Event {
     std::int64_t frame;
     Order order;
@@ -59,7 +59,7 @@ class Performance {
     StereoSound play();
 
   private:
-    void seat(const std::filesystem::path& soundFont);
+    void selectProgram(const std::filesystem::path& soundFont);
     std::int64_t frameOf(int tick) const;
     std::vector<Event> events() const;
     void send(const Event& event);
@@ -82,8 +82,8 @@ Performance::Performance(const Score& score, std::size_t part,
       channel_(score.parts[part].drums ? drumChannel : 0),
       rate_(rate),
       settings_(new_fluid_settings()) {
-    // Its failures are thrown, and otherwise it only tells which of a SoundFont's features it
-    // leaves out.
+    // Silences FluidSynth: failures are thrown here, and its warnings only name SoundFont features
+    // that it does not support.
     fluid_set_log_function(FLUID_ERR, nullptr, nullptr);
     fluid_set_log_function(FLUID_WARN, nullptr, nullptr);
     fluid_set_log_function(FLUID_INFO, nullptr, nullptr);
@@ -98,12 +98,12 @@ Performance::Performance(const Score& score, std::size_t part,
     fluid_settings_setnum(settings, "synth.reverb.level", 0.5);
     synth_.reset(new_fluid_synth(settings));
     if (!synth_) {
-        throw std::runtime_error("the synthesiser does not start");
+        throw std::runtime_error("FluidSynth cannot create a synthesiser");
     }
-    seat(soundFont);
+    selectProgram(soundFont);
 }
 
-void Performance::seat(const std::filesystem::path& soundFont) {
+void Performance::selectProgram(const std::filesystem::path& soundFont) {
     fluid_synth_t* synth = synth_.get();
     const int font = fluid_synth_sfload(synth, soundFont.c_str(), 1);
     if (font == FLUID_FAILED) {
@@ -172,7 +172,7 @@ void Performance::writeUpTo(std::int64_t frame) {
     const int count = static_cast<int>(to - from);
     if (fluid_synth_write_float(synth_.get(), count, sound_.left.data(), static_cast<int>(from), 1,
                                 sound_.right.data(), static_cast<int>(from), 1) != FLUID_OK) {
-        throw std::runtime_error("the synthesiser gives no sound");
+        throw std::runtime_error("FluidSynth cannot render");
     }
 }
 
@@ -193,7 +193,7 @@ void Performance::ringOut() {
     if (silent) {
         return;
     }
-    // Fades the last second, so that the fold ends without a step.
+    // Fade out the last second, so that folding it into the loop makes no step.
     const auto faded = static_cast<std::size_t>(rate_);
     const std::size_t from = sound_.frames() - faded;
     for (std::size_t index = 0; index < faded; ++index) {

@@ -5,7 +5,7 @@
 
 namespace orvalo {
 
-/// Stereo samples in memory; both sides are always as long as each other.
+/// Stereo samples in memory; both sides have the same length.
 struct StereoSound {
     std::vector<float> left;
     std::vector<float> right;

@@ -4,68 +4,7 @@
 
 namespace orvalo {
 
-/// The ways to play that the catalogue draws on.
-enum class StyleId {
-    rock,
-    punk,
-    metal,
-    bluesShuffle,
-    country,
-    funk,
-    disco,
-    hipHop,
-    lofi,
-    trap,
-    gospel,
-    house,
-    techno,
-    trance,
-    drumAndBass,
-    synthwave,
-    chiptune,
-    ambient,
-    reggae,
-    dub,
-    ska,
-    calypso,
-    afrobeat,
-    bossa,
-    samba,
-    salsa,
-    tango,
-    latinPercussion,
-    swing,
-    jazzWaltz,
-    jazzBallad,
-    bigBand,
-    waltz,
-    pianoBallad,
-    quartet,
-    orchestra,
-    organ,
-    harpSolo,
-    minimalism,
-    chorale,
-    voiceSolo,
-    doowop,
-    folk,
-    flamenco,
-    jig,
-    reel,
-    balkan,
-    musicBox,
-    gamelan,
-    koto,
-    raga,
-    taiko,
-    marching,
-    drumSolo,
-    bassSolo,
-    brassBand,
-};
-
-/// What the way to play says of grooves, patterns, chords and dynamics.
-Style styleOf(StyleId id);
+// The styles that the catalogue uses. Each returns grooves, patterns, chords and dynamics.
 
 // styles/Rock.cpp
 Style rockStyle();

@@ -56,7 +56,7 @@ int Chord::seventh() const {
 
 Chord parseChord(std::string_view text, const Scale& scale) {
     const auto refuse = [&] {
-        throw std::invalid_argument("no chord is written \"" + std::string(text) + "\"");
+        throw std::invalid_argument("\"" + std::string(text) + "\" is not a chord");
     };
     std::string_view rest = text;
     const bool altered = !text.empty() && (text.front() == 'b' || text.front() == '#');

@@ -7,14 +7,14 @@
 
 namespace orvalo {
 
-/// A chord without a place on the keyboard.
+/// A chord as pitch classes, without octaves.
 struct Chord {
     int root;                    ///< pitch class, 0 to 11
     std::vector<int> intervals;  ///< semitones above the root, ascending, the first 0
 
-    /// True when the key sounds one of the chord's notes in any octave.
+    /// Whether the key is one of the chord's notes in any octave.
     bool contains(int key) const;
-    /// The semitones above the root of the third, or the nearest thing that the chord has to one.
+    /// Semitones above the root of the third, or of the note in its place.
     int third() const;
     int fifth() const;
     /// The topmost of root, third, fifth and seventh.
@@ -22,12 +22,12 @@ struct Chord {
     bool operator==(const Chord&) const = default;
 };
 
-/// Reads a chord by its place in a scale of seven notes: [b|#] degree 1-7 [: quality]. With b or #
-/// the degree is one of the major scale, lowered or raised by a semitone, and needs one of the
-/// fixed qualities. Without a quality the triad lies in the scale, and so do "7" and "9"; the
-/// others are fixed: M m o (triads) M7 m7 D h o7 (sevenths, D the dominant, h half diminished) M9
-/// m9 D9 6 m6 s (sus4) p (fifth alone). Throws std::invalid_argument, naming the text, for anything
-/// else.
+/// Reads a chord as a degree of a scale of seven notes: [b|#] degree 1-7 [: quality]. With b or #,
+/// the degree is that of the major scale, lowered or raised by a semitone, and needs a fixed
+/// quality. Without a quality the chord is a triad of the scale; "7" and "9" also consist of scale
+/// notes. Fixed qualities: M m o (triads), M7 m7 D h o7 (sevenths: D dominant, h half diminished),
+/// M9 m9 D9 6 m6 s (sus4) p (root and fifth). Throws std::invalid_argument with the text for
+/// anything else.
 Chord parseChord(std::string_view text, const Scale& scale);
 
 }  // namespace orvalo

@@ -26,7 +26,7 @@ Harmony::Harmony(std::string_view progression, const Scale& scale, Metre metre, 
     : loopTicks_(bars * metre.barTicks()) {
     const auto written = split(progression, ' ');
     if (written.empty()) {
-        throw std::invalid_argument("a progression has no chord");
+        throw std::invalid_argument("a progression is empty");
     }
     for (int bar = 0; bar < bars; ++bar) {
         const auto chords = split(written[static_cast<std::size_t>(bar) % written.size()], ',');

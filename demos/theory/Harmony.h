@@ -9,19 +9,20 @@
 
 namespace orvalo {
 
-/// Which chord sounds when. The progression goes round until the loop is full, and the loop itself
-/// goes round, so that the chord after the last is the first.
+/// The chords of a loop. The progression repeats until the loop is full; the chord after the last
+/// one is the first.
 class Harmony {
   public:
-    /// progression: bars apart by spaces, chords within a bar by commas (equal shares of the bar),
-    /// each as parseChord reads it; not empty. Throws std::invalid_argument for a bad chord.
+    /// progression: bars separated by spaces, chords of a bar by commas (equal shares of the bar),
+    /// in the notation of parseChord(); not empty. Throws std::invalid_argument for an invalid
+    /// chord.
     Harmony(std::string_view progression, const Scale& scale, Metre metre, int bars);
 
-    /// The chord at a tick, which may lie beyond the loop's end or, as -1, before its start.
+    /// The chord at a tick, which may lie outside the loop.
     const Chord& at(int tick) const;
-    /// The chord that follows the one at the tick (the same where it lasts the whole loop).
+    /// The chord after the one at the tick; the same one if it lasts the whole loop.
     const Chord& after(int tick) const;
-    /// Ticks from the tick to the next change, up to the loop's length.
+    /// Ticks from the tick to the next chord or the end of the loop.
     int ticksToChange(int tick) const;
 
   private:

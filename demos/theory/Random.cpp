@@ -5,7 +5,7 @@ namespace orvalo {
 Random::Random(std::uint32_t seed) : engine_(seed) {}
 
 int Random::below(int count) {
-    // The high part of a product: no division, and a bias far below what music could show.
+    // The high half of the product: no division, and a negligible bias.
     const std::uint64_t product = std::uint64_t{engine_()} * static_cast<std::uint64_t>(count);
     return static_cast<int>(product >> 32U);
 }

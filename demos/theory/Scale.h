@@ -22,28 +22,28 @@ enum class Mode {
     hirajoshi,
 };
 
-/// The mode in words, for example "harmonic minor".
+/// The name of the mode, for example "harmonic minor".
 std::string_view nameOf(Mode mode);
-/// The pitch class 0 to 11 as a note's name, for example 3 is "Eb".
+/// The name of a pitch class 0 to 11; 3 is "Eb".
 std::string_view nameOfTonic(int tonic);
 
-/// The notes of a mode above a tonic. Keys are MIDI keys; degree 0 is the tonic from 48 to 59, and
-/// degrees go on upwards and downwards through the octaves.
+/// The notes of a mode above a tonic. Keys are MIDI keys. Degree 0 is the tonic between keys 48 and
+/// 59; degrees continue in both directions through the octaves.
 class Scale {
   public:
     /// tonic: 0 (C) to 11 (B).
     Scale(int tonic, Mode mode);
 
     int tonic() const { return tonic_; }
-    /// Notes in an octave.
+    /// Notes per octave.
     int size() const { return static_cast<int>(steps_.size()); }
     int keyOf(int degree) const;
     bool contains(int key) const;
-    /// The degree that is nearest to the key, the lower of two as near.
+    /// The degree nearest to the key; the lower one of two at the same distance.
     int degreeNear(int key) const;
-    /// The scale of seven notes that chords are built from; a scale of seven notes is its own.
+    /// The scale of seven notes from which chords are built; a scale of seven notes gives itself.
     Scale harmony() const;
-    /// True where the third above the tonic is minor.
+    /// Whether the third above the tonic is minor.
     bool isMinor() const;
 
   private:

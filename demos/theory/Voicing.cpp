@@ -18,7 +18,7 @@ int movement(const std::vector<int>& keys, const std::vector<int>& previous,
     if (previous.size() != keys.size()) {
         return sum;
     }
-    // Movement counts far more than the middle, which only keeps voicings from drifting away.
+    // The distance from the middle has a small weight; it only keeps voicings from drifting.
     sum /= 8;
     for (std::size_t index = 0; index < keys.size(); ++index) {
         sum += 4 * std::abs(keys[index] - previous[index]);

@@ -6,16 +6,16 @@
 
 namespace orvalo {
 
-/// Where chords lie on the keyboard.
+/// The range and the shape of a voicing.
 struct VoicingRange {
-    int low;            ///< lowest key
-    int high;           ///< highest key, at least two octaves above the lowest
+    int low;            ///< lowest MIDI key
+    int high;           ///< highest MIDI key, at least two octaves above the lowest
     int voices;         ///< notes in a chord, above 0
-    bool open = false;  ///< the second voice from above lies an octave lower
+    bool open = false;  ///< whether the second voice from above is moved an octave down
 };
 
-/// The chord's notes, lowest first, placed so that the voices move as little as they can from the
-/// previous voicing (empty: as near as they can to the middle of the range).
+/// The chord's notes, lowest first, with the least movement from the previous voicing. If previous
+/// is empty: closest to the middle of the range.
 std::vector<int> voice(const Chord& chord, const VoicingRange& range,
                        const std::vector<int>& previous);
 

@@ -7,6 +7,7 @@
 #include <tuple>
 #include <vector>
 
+#include "demos/styles/Styles.h"
 #include "demos/theory/Scale.h"
 
 using orvalo::arrange;
@@ -94,8 +95,8 @@ TEST(Arranger, KeepsMostOfThePitchesInTheScaleOfTheKey) {
     }
 }
 
-TEST(Arranger, SwellsBackToWhereItBegan) {
-    const auto piece = std::ranges::find(catalogue(), orvalo::StyleId::chorale, &Piece::style);
+TEST(Arranger, SwellEndsWhereItStarts) {
+    const auto piece = std::ranges::find(catalogue(), &orvalo::choraleStyle, &Piece::style);
     const Score score = arrange(*piece);
     ASSERT_FALSE(score.swells.empty());
     for (int part = 0; part < static_cast<int>(score.parts.size()); ++part) {

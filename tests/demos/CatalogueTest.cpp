@@ -10,7 +10,7 @@ using orvalo::Piece;
 
 namespace {
 
-TEST(Catalogue, HasEightyShortLoopsInTheirRanges) {
+TEST(Catalogue, HasEightyValidShortLoops) {
     EXPECT_EQ(catalogue().size(), 80U);
     for (const Piece& piece : catalogue()) {
         EXPECT_GE(piece.bars, 4) << piece.title;
@@ -24,7 +24,7 @@ TEST(Catalogue, HasEightyShortLoopsInTheirRanges) {
     }
 }
 
-TEST(Catalogue, HasNoTwoRowsAlike) {
+TEST(Catalogue, HasNoEqualRows) {
     std::set<std::string> titles;
     std::set<std::string> music;
     std::set<std::string> bands;
@@ -32,7 +32,7 @@ TEST(Catalogue, HasNoTwoRowsAlike) {
     for (const Piece& piece : catalogue()) {
         titles.emplace(piece.title);
         seeds.insert(piece.seed);
-        bands.insert(piece.ensemble() + std::to_string(static_cast<int>(piece.style)));
+        bands.insert(piece.ensemble() + std::string(piece.style().name));
         music.insert(std::to_string(piece.tonic) + std::string(nameOf(piece.mode)) + ' ' +
                      std::to_string(piece.tempo) + ' ' + piece.ensemble());
     }
@@ -42,14 +42,14 @@ TEST(Catalogue, HasNoTwoRowsAlike) {
     EXPECT_EQ(music.size(), 80U);
 }
 
-TEST(Catalogue, IsWideInStyleMetreAndKey) {
-    std::set<int> styles;
+TEST(Catalogue, CoversManyStylesMetresAndKeys) {
+    std::set<orvalo::Style (*)()> styles;
     std::set<std::string> metres;
     std::set<int> tonics;
     std::set<int> modes;
     std::set<int> tempos;
     for (const Piece& piece : catalogue()) {
-        styles.insert(static_cast<int>(piece.style));
+        styles.insert(piece.style);
         metres.insert(std::to_string(piece.metre.count) + '/' + std::to_string(piece.metre.unit));
         tonics.insert(piece.tonic);
         modes.insert(static_cast<int>(piece.mode));
@@ -62,7 +62,7 @@ TEST(Catalogue, IsWideInStyleMetreAndKey) {
     EXPECT_GE(tempos.size(), 35U);
 }
 
-TEST(Piece, CountsItsFramesToTheNearest) {
+TEST(Piece, RoundsItsLengthToTheNearestFrame) {
     Piece piece = catalogue().front();
     piece.tempo = 120;
     piece.metre = {4, 4};

@@ -6,7 +6,7 @@
 
 namespace orvalo::testing {
 
-/// An AAC file as libavformat and libavcodec read it, without a reader of ours.
+/// An AAC file decoded with libavformat and libavcodec, without our own file reader.
 struct DecodedFile {
     int rate = 0;
     int channels = 0;
@@ -16,7 +16,7 @@ struct DecodedFile {
     std::vector<float> right;
 };
 
-/// Throws std::runtime_error, naming the file, when it cannot be read to its end without error.
+/// Throws std::runtime_error with the file's name when it cannot be decoded to its end.
 DecodedFile decode(const std::filesystem::path& file);
 
 }  // namespace orvalo::testing

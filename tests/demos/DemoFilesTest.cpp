@@ -46,7 +46,7 @@ Readings measure(const DecodedFile& file) {
     const auto rate = static_cast<unsigned long>(file.rate);
     Readings readings;
     ebur128_state* meter = ebur128_init(2, rate, EBUR128_MODE_I);
-    // Three passes, as they follow each other.
+    // Three consecutive passes.
     for (int pass = 0; pass < 3; ++pass) {
         ebur128_add_frames_float(meter, interleaved.data(), file.left.size());
     }
@@ -63,8 +63,8 @@ Readings measure(const DecodedFile& file) {
     return readings;
 }
 
-/// The mean energy in each fiftieth of a second, less their mean and of length one: what a listener
-/// would recognise a piece's rhythm and dynamics by.
+/// The energy in each fiftieth of a second, without its mean and normalised: a fingerprint of the
+/// piece's rhythm and dynamics.
 std::vector<double> outline(const DecodedFile& file) {
     const std::size_t step = static_cast<std::size_t>(file.rate) / 50;
     std::vector<double> energies;
@@ -105,7 +105,7 @@ double alike(std::vector<double> one, std::vector<double> other) {
     return sum;
 }
 
-/// How alike the waves themselves are, in both sides.
+/// Correlation of the waveforms, for both sides.
 double sameness(const DecodedFile& one, const DecodedFile& other) {
     const std::size_t length = std::min(one.left.size(), other.left.size());
     double both = 0;
@@ -119,7 +119,8 @@ double sameness(const DecodedFile& one, const DecodedFile& other) {
     return both / std::sqrt(first * second);
 }
 
-/// The mean square of the second difference around a frame, round the loop: what a click raises.
+/// The mean square of the second difference around a frame, wrapping at the loop's ends. A click
+/// raises it.
 double roughness(const std::vector<float>& samples, std::size_t centre) {
     constexpr std::size_t reach = 4;
     const std::size_t frames = samples.size();
@@ -148,7 +149,7 @@ class DemoFiles : public ::testing::Test {
     }
 };
 
-TEST_F(DemoFiles, AreStereoAndStateTheLengthThatWasComposed) {
+TEST_F(DemoFiles, AreStereoAndStateTheComposedLength) {
     for (int number = 1; number <= count; ++number) {
         const DecodedFile& file = files()[static_cast<std::size_t>(number) - 1];
         const auto& piece = catalogue()[static_cast<std::size_t>(number) - 1];
@@ -159,7 +160,7 @@ TEST_F(DemoFiles, AreStereoAndStateTheLengthThatWasComposed) {
     }
 }
 
-TEST_F(DemoFiles, AreNoMoreThanEightyAndSmallTogether) {
+TEST_F(DemoFiles, AreEightyAndSmall) {
     std::uintmax_t bytes = 0;
     int found = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -201,7 +202,7 @@ TEST_F(DemoFiles, HaveDynamics) {
     }
 }
 
-TEST_F(DemoFiles, SurviveAMonoLoudspeaker) {
+TEST_F(DemoFiles, KeepTheirLoudnessInMono) {
     for (int number = 1; number <= count; ++number) {
         const DecodedFile& file = files()[static_cast<std::size_t>(number) - 1];
         double middle = 0;
@@ -228,7 +229,7 @@ TEST_F(DemoFiles, DifferFromEachOther) {
     }
 }
 
-TEST_F(DemoFiles, JoinThemselvesAsSmoothlyAsTheyGoOn) {
+TEST_F(DemoFiles, HaveASmoothSeam) {
     for (int number = 1; number <= count; ++number) {
         const DecodedFile& file = files()[static_cast<std::size_t>(number) - 1];
         for (const auto* side : {&file.left, &file.right}) {
@@ -236,7 +237,7 @@ TEST_F(DemoFiles, JoinThemselvesAsSmoothlyAsTheyGoOn) {
             for (std::size_t frame = 8; frame + 8 < side->size(); frame += 101) {
                 inside.push_back(roughness(*side, frame));
             }
-            // A join that lies on an attack is as rough as the other attacks, and no rougher.
+            // A seam on an attack may be as rough as the other attacks.
             const auto place = static_cast<std::ptrdiff_t>(inside.size() * 999 / 1000);
             std::nth_element(inside.begin(), inside.begin() + place, inside.end());
             EXPECT_LE(roughness(*side, 0), inside[static_cast<std::size_t>(place)]) << number;
@@ -244,7 +245,7 @@ TEST_F(DemoFiles, JoinThemselvesAsSmoothlyAsTheyGoOn) {
     }
 }
 
-/// Coding noise against the signal in the 1,024 frames from a place on, in dB, round the loop.
+/// Coding noise relative to the signal in 1,024 frames, in dB, wrapping at the loop's ends.
 double noise(const DecodedFile& coded, const orvalo::StereoSound& composed, std::size_t from) {
     double error = 1e-12;
     double signal = 1e-12;
@@ -257,7 +258,7 @@ double noise(const DecodedFile& coded, const orvalo::StereoSound& composed, std:
     return 10 * std::log10(error / signal);
 }
 
-TEST_F(DemoFiles, AreCodedAsWellAtTheJoinAsElsewhere) {
+TEST_F(DemoFiles, HaveNoMoreCodingNoiseAtTheSeamThanElsewhere) {
     for (const int number : {12, 17, 40}) {
         const auto index = static_cast<std::size_t>(number) - 1;
         const orvalo::StereoSound composed = orvalo::compose(catalogue()[index], SOUNDFONT);
@@ -280,12 +281,12 @@ std::string bytesOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// Runs the composer with its output thrown away; its exit status.
+/// Runs the composer, discards its output and returns its exit status.
 int compose(const std::string& folderAndNumbers) {
     std::string command = "'" COMPOSER "' '" SOUNDFONT "' ";
     command += folderAndNumbers;
     command += " 2> /dev/null";
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the test has one thread
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the test's only thread
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
@@ -303,7 +304,7 @@ TEST(Composer, MakesTheSameBytesAgain) {
     }
 }
 
-TEST(Composer, RefusesNumbersThatItHasNot) {
+TEST(Composer, RefusesInvalidNumbers) {
     for (const char* numbers : {"0 3", "5 4", "1 81", "one 2", "1 2x", "1"}) {
         EXPECT_EQ(compose(std::string("/nowhere ") + numbers), 2) << numbers;
     }

@@ -14,7 +14,7 @@ namespace {
 constexpr int quarter = orvalo::ticksPerQuarter;
 constexpr Metre fourFour{4, 4};
 
-TEST(Harmony, SharesABarAmongItsChords) {
+TEST(Harmony, DividesABarAmongItsChords) {
     const Harmony harmony("1 4,5", Scale(0, Mode::major), fourFour, 4);
     EXPECT_EQ(harmony.at(0).root, 0);
     EXPECT_EQ(harmony.at(4 * quarter - 1).root, 0);
@@ -25,7 +25,7 @@ TEST(Harmony, SharesABarAmongItsChords) {
     EXPECT_EQ(harmony.at(15 * quarter).root, 7);
 }
 
-TEST(Harmony, GoesRoundTheLoop) {
+TEST(Harmony, WrapsAtTheLoopsEnds) {
     const Harmony harmony("1 2 4", Scale(0, Mode::major), fourFour, 2);
     EXPECT_EQ(harmony.at(-1).root, 2);
     EXPECT_EQ(harmony.at(8 * quarter).root, 0);
@@ -35,13 +35,13 @@ TEST(Harmony, GoesRoundTheLoop) {
     EXPECT_EQ(harmony.ticksToChange(5 * quarter), 3 * quarter);
 }
 
-TEST(Harmony, HoldsAChordThatRepeats) {
+TEST(Harmony, MergesARepeatedChord) {
     const Harmony harmony("1 1 4 4", Scale(0, Mode::major), fourFour, 4);
     EXPECT_EQ(harmony.ticksToChange(0), 8 * quarter);
     EXPECT_EQ(&harmony.at(0), &harmony.at(7 * quarter));
 }
 
-TEST(Harmony, RefusesWhatItCannotRead) {
+TEST(Harmony, ThrowsForInvalidProgressions) {
     const Scale scale(0, Mode::major);
     EXPECT_THROW(Harmony("", scale, fourFour, 4), std::invalid_argument);
     EXPECT_THROW(Harmony(" ", scale, fourFour, 4), std::invalid_argument);

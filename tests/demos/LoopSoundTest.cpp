@@ -6,7 +6,6 @@
 #include <numbers>
 #include <stdexcept>
 
-#include "demos/sound/LoopFold.h"
 #include "demos/sound/LoopLimiter.h"
 #include "demos/sound/Loudness.h"
 #include "demos/sound/Mix.h"
@@ -31,7 +30,7 @@ StereoSound sine(std::size_t frames, double hertz, double amplitude) {
     return sound;
 }
 
-TEST(LoopFold, AddsWhatRingsOnToTheStartAsOftenAsItTakes) {
+TEST(Fold, AddsTheTailToTheStartRepeatedly) {
     StereoSound sound;
     sound.left = {1, 2, 3, 10, 20, 30, 100};
     sound.right = {0, 0, 0, 1, 0, 0, 5};
@@ -40,36 +39,36 @@ TEST(LoopFold, AddsWhatRingsOnToTheStartAsOftenAsItTakes) {
     EXPECT_EQ(loop.right, (std::vector<float>{6, 0, 0}));
 }
 
-TEST(LoopFold, FillsALoopThatIsLongerWithSilence) {
+TEST(Fold, FillsALongerLoopWithSilence) {
     StereoSound sound;
     sound.left = {1};
     sound.right = {2};
     EXPECT_EQ(orvalo::fold(sound, 3).left, (std::vector<float>{1, 0, 0}));
 }
 
-TEST(LoopLimiter, LeavesALoopBelowTheCeilingAsItIs) {
+TEST(LoopLimiter, KeepsALoopBelowTheCeiling) {
     StereoSound loop = sine(second, 440, 0.5);
     const StereoSound before = loop;
     orvalo::limit(loop, 0.6F);
     EXPECT_EQ(loop.left, before.left);
 }
 
-TEST(LoopLimiter, BowsToAPeakRoundTheJoin) {
+TEST(LoopLimiter, WrapsAtTheSeam) {
     StereoSound loop = sine(second, 480, 0.3);
     loop.left[2] = 1.0F;
     orvalo::limit(loop, 0.5F);
     EXPECT_LE(loop.peak(), 0.5001F);
-    // The frames at the end, just ahead of the peak in the next pass, are lowered; far ones are
-    // not.
+    // The frames at the loop's end, just before the peak of the next pass, are lowered; distant
+    // ones are not.
     const StereoSound plain = sine(second, 480, 0.3);
     EXPECT_NEAR(loop.right[second - 25] / plain.right[second - 25], 0.5, 0.05);
     EXPECT_EQ(loop.right[second / 2 + 7], plain.right[second / 2 + 7]);
-    // Both sides bow by the same.
+    // Both sides have the same gain.
     EXPECT_FLOAT_EQ(loop.left[second - 25], loop.right[second - 25]);
 }
 
-TEST(LoopLimiter, SeesPeaksBetweenTheSamples) {
-    // A quarter of the rate at 45 degrees: the samples stand at 0.707 of the wave.
+TEST(LoopLimiter, LimitsPeaksBetweenTheSamples) {
+    // A quarter of the sample rate at 45 degrees: the samples are at 0.707 of the peak.
     StereoSound loop;
     loop.resize(second);
     for (std::size_t frame = 0; frame < loop.frames(); ++frame) {
@@ -80,7 +79,7 @@ TEST(LoopLimiter, SeesPeaksBetweenTheSamples) {
     EXPECT_NEAR(loop.peak(), 0.8 * std::numbers::sqrt2 / 2, 0.02);
 }
 
-TEST(Loudness, ReadsTheReferenceTone) {
+TEST(Loudness, MeasuresTheReferenceTone) {
     // EBU Tech 3341: 1 kHz in both channels at -23 dBFS reads -23 LUFS.
     const double amplitude = std::pow(10.0, -23.0 / 20.0);
     EXPECT_NEAR(orvalo::loudness(sine(4 * second, 1000, amplitude), rate), -23.0, 0.1);
@@ -96,7 +95,7 @@ TEST(Loudness, BringsALoopToItsTargetBelowTheCeiling) {
     EXPECT_LE(loop.peak(), 0.5001F);
 }
 
-TEST(Loudness, RefusesSilenceAndWhatHasNoRoom) {
+TEST(Loudness, ThrowsForSilenceAndForUnreachableLoudness) {
     StereoSound silence;
     silence.resize(second);
     EXPECT_THROW(orvalo::normalise(silence, rate, -20.0, 0.7F), std::runtime_error);
@@ -104,7 +103,7 @@ TEST(Loudness, RefusesSilenceAndWhatHasNoRoom) {
     EXPECT_THROW(orvalo::normalise(loop, rate, -6.0, 0.1F), std::runtime_error);
 }
 
-TEST(Mix, TurnsASideOverThatWouldCancelTheOther) {
+TEST(Mix, InvertsASideThatWouldCancelTheOther) {
     StereoSound sound = sine(1000, 440, 0.5);
     StereoSound opposite = sound;
     for (float& sample : opposite.right) {
@@ -116,7 +115,7 @@ TEST(Mix, TurnsASideOverThatWouldCancelTheOther) {
     EXPECT_EQ(sound.right, opposite.right);
 }
 
-TEST(Renderer, NamesTheSoundFontThatItCannotRead) {
+TEST(Renderer, ErrorNamesAnUnreadableSoundFont) {
     orvalo::Score score;
     score.loopTicks = 960;
     score.parts = {{0, false, -30.0, 64, 0, 0}};

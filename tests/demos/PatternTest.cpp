@@ -34,7 +34,7 @@ TEST(Pattern, RepeatsWithinABarAndIsCutAtItsEnd) {
     EXPECT_EQ(written(spread("X-----o-", 4, {5, 8}, 2)), "0X6 6o2 8X2 10X6 16o2 18X2 ");
 }
 
-TEST(Pattern, RunsOverWholeBarsWhenItFillsThem) {
+TEST(Pattern, CoversWholeBarsWhenItFillsThem) {
     const std::string twoBars = "X...............o...............";
     EXPECT_EQ(written(spread(twoBars, 4, {4, 4}, 4)), "0X1 16o1 32X1 48o1 ");
     EXPECT_EQ(written(spread(twoBars, 4, {4, 4}, 3)), "0X1 16o1 32X1 ");
@@ -49,7 +49,7 @@ TEST(Pattern, StretchesATextOverTheLoop) {
     EXPECT_EQ(stretched("abc", 99, 100), 'c');
 }
 
-TEST(Feel, PlaysSoftWhereTheDynamicsAreLow) {
+TEST(Feel, PlaysSoftlyWhereTheDynamicsAreLow) {
     orvalo::Style style;
     style.loose = 0;
     orvalo::Random random(1);
@@ -63,7 +63,7 @@ TEST(Feel, PlaysSoftWhereTheDynamicsAreLow) {
     EXPECT_EQ(feel.velocity(1, cell, random), 1);
 }
 
-TEST(Feel, SwingsEverySecondCellAndNoOther) {
+TEST(Feel, SwingsEverySecondCellOnly) {
     orvalo::Style style;
     style.loose = 0;
     style.swing = 30;

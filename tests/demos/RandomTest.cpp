@@ -9,7 +9,7 @@ using orvalo::Random;
 
 namespace {
 
-TEST(Random, FollowsTheStandardsEngineByItsHighPart) {
+TEST(Random, UsesTheHighBitsOfMt19937) {
     // std::mt19937 seeded with 5489 gives 3499211612, 581869302, 3890346734, 3586334585 first.
     Random random(5489);
     EXPECT_EQ(random.below(1000), 814);
@@ -18,7 +18,7 @@ TEST(Random, FollowsTheStandardsEngineByItsHighPart) {
     EXPECT_EQ(random.below(1000), 835);
 }
 
-TEST(Random, CoversItsRangeAndNoMore) {
+TEST(Random, CoversExactlyItsRange) {
     Random random(7);
     std::array<int, 5> seen{};
     for (int draw = 0; draw < 5000; ++draw) {
@@ -33,7 +33,7 @@ TEST(Random, CoversItsRangeAndNoMore) {
     }
 }
 
-TEST(Random, GivesCertaintiesTheirDue) {
+TEST(Random, ChanceIsExactAt0And100Percent) {
     Random random(3);
     for (int draw = 0; draw < 1000; ++draw) {
         EXPECT_FALSE(random.chance(0));

@@ -16,7 +16,7 @@ using orvalo::voice;
 
 namespace {
 
-TEST(Scale, RunsThroughTheOctavesBothWays) {
+TEST(Scale, ContinuesThroughTheOctavesInBothDirections) {
     const Scale scale(2, Mode::dorian);
     std::vector<int> keys;
     for (int degree = -8; degree <= 8; ++degree) {
@@ -26,7 +26,7 @@ TEST(Scale, RunsThroughTheOctavesBothWays) {
                                       62, 64}));
 }
 
-TEST(Scale, FindsTheNearestDegreeTheLowerOfTwo) {
+TEST(Scale, FindsTheNearestDegreeOrTheLowerOfTwo) {
     const Scale scale(0, Mode::majorPentatonic);
     EXPECT_EQ(scale.keyOf(scale.degreeNear(65)), 64);
     EXPECT_EQ(scale.keyOf(scale.degreeNear(66)), 67);
@@ -34,7 +34,7 @@ TEST(Scale, FindsTheNearestDegreeTheLowerOfTwo) {
     EXPECT_EQ(scale.keyOf(scale.degreeNear(61)), 60);
 }
 
-TEST(Scale, TakesItsChordsFromSevenNotes) {
+TEST(Scale, BuildsItsChordsFromSevenNotes) {
     EXPECT_EQ(Scale(4, Mode::minorPentatonic).harmony().size(), 7);
     EXPECT_TRUE(Scale(4, Mode::minorPentatonic).isMinor());
     EXPECT_TRUE(Scale(4, Mode::phrygian).isMinor());
@@ -42,7 +42,7 @@ TEST(Scale, TakesItsChordsFromSevenNotes) {
     EXPECT_FALSE(Scale(4, Mode::phrygianDominant).isMinor());
 }
 
-TEST(Chord, LiesInTheScaleWhenNothingElseIsAsked) {
+TEST(Chord, LiesInTheScaleWithoutAQuality) {
     const Scale scale(0, Mode::major);
     EXPECT_EQ(parseChord("1", scale), (Chord{0, {0, 4, 7}}));
     EXPECT_EQ(parseChord("2", scale), (Chord{2, {0, 3, 7}}));
@@ -61,14 +61,14 @@ TEST(Chord, MayBeAltered) {
     EXPECT_EQ(parseChord("b7:M", Scale(0, Mode::mixolydian)), (Chord{10, {0, 4, 7}}));
 }
 
-TEST(Chord, RefusesWhatIsNone) {
+TEST(Chord, ThrowsForInvalidText) {
     const Scale scale(0, Mode::major);
     for (const char* text : {"", "8", "0", "b", "1:", "1:x", "1M", "x1", "b7", "#4:7", "1:M7 "}) {
         EXPECT_THROW(parseChord(text, scale), std::invalid_argument) << text;
     }
 }
 
-TEST(Voicing, MovesItsVoicesAsLittleAsItCan) {
+TEST(Voicing, MovesItsVoicesMinimally) {
     const Scale scale(0, Mode::major);
     const orvalo::VoicingRange range{48, 79, 3};
     const auto first = voice(parseChord("1", scale), range, {60, 64, 67});
