@@ -1,4 +1,4 @@
-// What it costs to step the members of a stack and of a sequencer, by how many there are.
+// Measures the cost of stepping the members of a stack and of a sequencer, for several counts.
 
 #include <algorithm>
 #include <cstdint>
@@ -19,7 +19,7 @@ namespace {
 using namespace orvalo;
 using Members = std::vector<std::shared_ptr<Animator>>;
 
-constexpr std::int64_t kForEver = 1'000'000'000;
+constexpr std::int64_t kEndlessFrames = 1'000'000'000;
 
 Members make(int count) {
     Members result(static_cast<std::size_t>(count));
@@ -33,7 +33,7 @@ void setup(const Members& members, std::int64_t frames) {
     }
 }
 
-/// The nanoseconds that the work takes.
+/// Duration of the work in nanoseconds.
 double timeOf(const std::function<void()>& work) {
     const auto start = bench::monotonicNanoseconds();
     work();
@@ -63,8 +63,8 @@ struct SequencerWay {
         for (const auto& member : members) {
             group->add(member, 0);
         }
-        // The end of the time line is far from the frame, so that no run stops the sequencer.
-        group->add(last, kForEver);
+        // Its end lies so far away that the sequencer never stops.
+        group->add(last, kEndlessFrames);
     }
 
     void begin(std::int64_t frames) {
@@ -78,8 +78,8 @@ struct SequencerWay {
     std::shared_ptr<AnimationSequencer> group = std::make_shared<AnimationSequencer>();
 };
 
-/// What a step of a member costs in ns: on, while no member ends; endingTogether, on a tick on
-/// which all of them end and are removed.
+/// The cost per member in ns. on: of a step while no member ends; endingTogether: of a tick on
+/// which all members end and are removed.
 struct Costs {
     double on;
     double endingTogether;
@@ -92,7 +92,7 @@ Costs measure(int members, int rounds, int steps) {
     std::vector<double> on;
     std::vector<double> ending;
     for (int round = 0; round < rounds; ++round) {
-        way.begin(kForEver);
+        way.begin(kEndlessFrames);
         way.group->animate();
         const auto time = timeOf([&] {
             for (int tick = 0; tick < ticks; ++tick) {
@@ -107,7 +107,7 @@ Costs measure(int members, int rounds, int steps) {
             way.group->animate();
             endings += timeOf([&way] { way.group->animate(); });
             if (way.left() != 0) {
-                std::fprintf(stderr, "%s: not all have ended.\n", Way::name);
+                std::fprintf(stderr, "%s: not all members have ended.\n", Way::name);
             }
         }
         ending.push_back(endings / ticks / members);

@@ -16,7 +16,7 @@ constexpr auto kPath = "/dev/cpu_dma_latency";
 }  // namespace
 
 Awake::Awake() : request_(open(kPath, O_WRONLY | O_CLOEXEC)) {
-    // Microseconds that waking up may take; it holds until the file is closed.
+    // The longest wake-up time in microseconds; the request is valid until the file is closed.
     const std::int32_t longest = 0;
     if (!request_ || write(request_.get(), &longest, sizeof longest) != sizeof longest) {
         throw std::system_error(errno, std::generic_category(), kPath);

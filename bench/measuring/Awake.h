@@ -4,11 +4,11 @@
 
 namespace orvalo::bench {
 
-/// Keeps the processors from sleeping when they have nothing to do, as machines for playing are set
-/// up, by the kernel's /dev/cpu_dma_latency. As long as the object lives.
+/// Prevents the processors from entering sleep states while the object lives, like machines that
+/// are set up for audio. Uses the kernel's /dev/cpu_dma_latency.
 class Awake {
   public:
-    /// Throws std::system_error where this user may not.
+    /// Throws std::system_error without permission.
     Awake();
 
   private:

@@ -10,37 +10,37 @@
 namespace orvalo::bench {
 
 using Command = std::vector<std::string>;
-/// Variables that a child has besides, or instead of, those of this process.
+/// Environment variables that are added to, or replace, those of this process.
 using Environment = std::map<std::string, std::string>;
 
-/// A program that this one runs, its errors discarded, its input open but empty. It ends with the
-/// object, or with this process.
+/// A child process. Its standard error is discarded; its standard input is open and empty. It is
+/// ended with the object or with this process.
 class Child {
   public:
     enum class Output { discarded, read };
 
-    /// Throws std::system_error when there can be no child. A program that does not exist ends with
-    /// status 127.
+    /// Throws std::system_error when fork() fails. A program that does not exist exits with status
+    /// 127.
     explicit Child(const Command& command, const Environment& environment = {},
                    Output output = Output::discarded);
     ~Child();
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    /// When the child was begun, by monotonicNanoseconds().
+    /// Start time, in monotonicNanoseconds().
     std::int64_t beganAt() const { return beganAt_; }
     pid_t process() const { return process_; }
 
-    /// Reads its output until a line is the given one, and returns when it came by
-    /// monotonicNanoseconds(); nothing when it did not come within so many seconds, or at all. For
-    /// Output::read.
+    /// Reads the output up to the given line and returns its arrival time in
+    /// monotonicNanoseconds(). Absent if the line does not arrive within `seconds` of the start.
+    /// For Output::read.
     std::optional<std::int64_t> awaitLine(const std::string& line, double seconds) const;
 
-    /// Waits for its end and returns the processor's time that it and its children used, for the
-    /// program and for the system, in seconds. Throws std::runtime_error when it failed.
+    /// Waits for its end and returns the user and system time of it and its children, in seconds.
+    /// Throws std::runtime_error when it failed.
     double awaitProcessorSeconds();
 
-    /// Asks it to end and waits until it has, killing it in the end.
+    /// Sends SIGTERM, later SIGKILL, and waits for its end.
     void end();
 
   private:

@@ -12,12 +12,12 @@ inline std::int64_t nanosecondsOf(clockid_t clock) {
     return now.tv_sec * nanosecondsInSecond + now.tv_nsec;
 }
 
-/// Time that passes, in ns; the same for all processes.
+/// Monotonic time in ns, the same for all processes.
 inline std::int64_t monotonicNanoseconds() {
     return nanosecondsOf(CLOCK_MONOTONIC);
 }
 
-/// The processor's time that the calling thread has used, in ns.
+/// Processor time of the calling thread, in ns.
 inline std::int64_t threadNanoseconds() {
     return nanosecondsOf(CLOCK_THREAD_CPUTIME_ID);
 }

@@ -22,11 +22,11 @@ bool answers() {
 
 JackServer::JackServer() {
     const auto name = "orvalo-bench-" + std::to_string(getpid());
-    // NOLINTBEGIN(concurrency-mt-unsafe): made before this program has a second thread.
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet.
     setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);
     setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     // NOLINTEND(concurrency-mt-unsafe)
-    // What libjack says of a server that is not there yet is expected.
+    // libjack logs an error for each attempt until the server answers.
     jack_set_error_function([](const char*) {});
     jack_set_info_function([](const char*) {});
     process_ = std::make_unique<Child>(

@@ -7,11 +7,11 @@
 
 namespace orvalo::bench {
 
-/// A JACK server of this program's own with its dummy driver: 48 kHz, quanta of 64 frames. While it
-/// lives, it is the server of this process and of its children. One at a time.
+/// A private JACK server with the dummy driver: 48 kHz, quanta of 64 frames. While it lives, it is
+/// the default server of this process and its children. At most one at a time.
 class JackServer {
   public:
-    /// Returns when the server answers. Throws std::runtime_error when it does not.
+    /// Waits until the server answers. Throws std::runtime_error when it does not.
     JackServer();
 
   private:

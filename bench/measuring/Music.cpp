@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kDemonstrationFiles = 80;
 
-/// Chords whose level falls within each half second, and a burst of noise on each.
+/// A decaying chord and a burst of noise in each half second.
 constexpr auto kSynthetic =
     "aevalsrc=c=stereo:s=48000:exprs="
     "'exp(-4*mod(t\\,0.5))*(0.2*sin(2*PI*220*t)+0.2*sin(2*PI*277*t)+0.1*sin(2*PI*1320*t))"
@@ -20,7 +20,7 @@ constexpr auto kSynthetic =
     "|exp(-5*mod(t\\,0.5))*(0.2*sin(2*PI*220*t)+0.2*sin(2*PI*330*t)+0.1*sin(2*PI*1760*t))"
     "+0.3*exp(-30*mod(t\\,0.5))*(2*random(1)-1)'";
 
-/// The demonstration files as FFmpeg's list of files to join; empty when there are none.
+/// FFmpeg's list of the demonstration files; empty if there are none.
 std::string playlist() {
     std::string list;
     for (int number = 1; number <= kDemonstrationFiles; ++number) {
@@ -45,7 +45,7 @@ void makeMusic(const std::filesystem::path& file, int seconds) {
         command.insert(command.end(), {"-stream_loop", "-1", "-f", "concat", "-safe", "0", "-i",
                                        listFile.string()});
     }
-    // The pieces' stated lengths are rounded; the file's own timeline shall have no gaps.
+    // The lengths in the list are rounded; number the samples anew so that there are no gaps.
     command.insert(command.end(),
                    {"-t", std::to_string(seconds), "-af", "asetpts=N/SR/TB", "-ar", "48000", "-ac",
                     "2", "-c:a", "aac", "-b:a", "160k", file.string()});

@@ -4,9 +4,9 @@
 
 namespace orvalo::bench {
 
-/// Makes a file of so many seconds of m4a, 48 kHz stereo, with the program ffmpeg: the stage's
-/// demonstration music piece after piece, or bursts of noise over chords where there is none.
-/// Throws std::runtime_error when that fails.
+/// Makes an m4a file of `seconds` seconds, 48 kHz stereo, with the program ffmpeg: the
+/// demonstration files of the stage one after the other, or synthetic music without them. Throws
+/// std::runtime_error when ffmpeg fails.
 void makeMusic(const std::filesystem::path& file, int seconds);
 
 }  // namespace orvalo::bench

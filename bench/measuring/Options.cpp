@@ -11,7 +11,7 @@ namespace {
 constexpr int kBadOption = 2;
 
 [[noreturn]] void finish(int status) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the command line is read before anything else.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet.
     std::exit(status);
 }
 
@@ -25,7 +25,7 @@ Options::Options(int argc, char** argv, std::map<std::string, std::string> defau
         if (found == values_.end() || index + 1 == argc) {
             const bool isHelp = name == "--help";
             auto* stream = isHelp ? stdout : stderr;
-            std::fprintf(stream, "%s, with these values unless told otherwise:\n", argv[0]);
+            std::fprintf(stream, "%s [OPTION VALUE]..., with these defaults:\n", argv[0]);
             for (const auto& [option, value] : values_) {
                 std::fprintf(stream, "  %s %s\n", option.c_str(), value.c_str());
             }
@@ -40,7 +40,7 @@ int Options::count(const std::string& name) const {
     int result = 0;
     const auto parsed = std::from_chars(value.data(), value.data() + value.size(), result);
     if (parsed.ec != std::errc() || parsed.ptr != value.data() + value.size() || result < 1) {
-        std::fprintf(stderr, "%s wants a whole number above 0, not '%s'.\n", name.c_str(),
+        std::fprintf(stderr, "%s needs a whole number above 0, not '%s'.\n", name.c_str(),
                      value.c_str());
         finish(kBadOption);
     }
@@ -50,7 +50,7 @@ int Options::count(const std::string& name) const {
 bool Options::isYes(const std::string& name) const {
     const auto& value = text(name);
     if (value != "yes" && value != "no") {
-        std::fprintf(stderr, "%s wants yes or no, not '%s'.\n", name.c_str(), value.c_str());
+        std::fprintf(stderr, "%s needs yes or no, not '%s'.\n", name.c_str(), value.c_str());
         finish(kBadOption);
     }
     return value == "yes";

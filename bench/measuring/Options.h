@@ -5,18 +5,17 @@
 
 namespace orvalo::bench {
 
-/// A benchmark's command line: pairs of a name and a value, as in "--seconds 60".
+/// The command line of a benchmark: pairs of option and value, such as "--seconds 60".
 class Options {
   public:
-    /// defaults: every option there is, with its value when not given. --help, or a command line
-    /// that is not made of these, prints them and ends the program.
+    /// defaults: all options with their default values. For --help or an invalid command line,
+    /// prints them and ends the program.
     Options(int argc, char** argv, std::map<std::string, std::string> defaults);
 
     const std::string& text(const std::string& name) const { return values_.at(name); }
-    /// The value as a whole number above 0; any other text ends the program with a line about it.
+    /// The value as a whole number above 0. Ends the program with an error for any other text.
     int count(const std::string& name) const;
-    /// Whether the value is "yes"; any text but that and "no" ends the program with a line about
-    /// it.
+    /// Whether the value is "yes". Ends the program with an error for any text but "yes" and "no".
     bool isYes(const std::string& name) const;
 
   private:

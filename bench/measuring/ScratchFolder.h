@@ -4,7 +4,7 @@
 
 namespace orvalo::bench {
 
-/// A fresh folder that goes with the object, contents and all.
+/// A temporary folder, removed with its contents by the destructor.
 class ScratchFolder {
   public:
     ScratchFolder();

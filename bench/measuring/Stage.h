@@ -5,13 +5,13 @@
 
 namespace orvalo::bench {
 
-/// The build's staged tree, whose programs are measured.
+/// The stage of the build, whose programs are measured.
 std::filesystem::path stage();
 
-/// orvalo-play. Throws std::runtime_error when it is not built.
+/// The path of orvalo-play. Throws std::runtime_error when it is not built.
 std::filesystem::path playProgram();
 
-/// The stage's effects and the system's, as LV2_PATH has them.
+/// A value for LV2_PATH: the stage's effects, then the system's.
 std::string lv2Path();
 
 }  // namespace orvalo::bench

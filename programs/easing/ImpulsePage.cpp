@@ -13,7 +13,7 @@
 
 namespace orvalo {
 
-/// Reads the impulse's value, which its public interface does not show.
+/// Reads the impulse's value, which has no public accessor.
 struct ImpulsePeer {
     static float value(const Impulse& impulse) { return impulse._value; }
 };

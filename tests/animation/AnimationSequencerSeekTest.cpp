@@ -23,7 +23,7 @@ using testing::sequence;
 using testing::tickOn;
 using Peer = AnimationSequencerPeer;
 
-TEST(AnimationSequencer, APauseStopsTheStepsButNotTheFrames) {
+TEST(AnimationSequencer, PauseStopsStepsButNotTheFrameCounter) {
     Lines lines;
     const Members made{counting(9), counting(9), counting(9)};
     const auto sequencer = recorded({{made[0], 0}, {made[1], 3}, {made[2], 4}}, lines);
@@ -39,7 +39,7 @@ TEST(AnimationSequencer, APauseStopsTheStepsButNotTheFrames) {
     EXPECT_EQ(lines, (Lines{"6: before A", "6: before B", "6: before C"}));
 }
 
-TEST(AnimationSequencer, APauseHidesEvenTheWarning) {
+TEST(AnimationSequencer, PrintsNoWarningDuringAPause) {
     const auto sequencer = std::make_shared<AnimationSequencer>();
     sequencer->pause();
     const CapturedOutput output;
@@ -47,7 +47,7 @@ TEST(AnimationSequencer, APauseHidesEvenTheWarning) {
     EXPECT_EQ(output.text(), "");
 }
 
-TEST(AnimationSequencer, AStopKeepsThePauseTheScheduleAndTheLength) {
+TEST(AnimationSequencer, StopKeepsPauseScheduleAndLength) {
     const auto sequencer = sequence({{counting(5), 0}});
     tickOn(*sequencer, 2);
     sequencer->pause();
@@ -60,7 +60,7 @@ TEST(AnimationSequencer, AStopKeepsThePauseTheScheduleAndTheLength) {
     EXPECT_EQ(sequencer->getCurrentFrame(), 5);
 }
 
-TEST(AnimationSequencer, RewindsEveryAnimatorAndNothingElse) {
+TEST(AnimationSequencer, RewindsAnimatorsAndKeepsItsOwnState) {
     const Members made{counting(4), counting(4)};
     const auto sequencer = sequence({{made[0], 0}, {made[1], 2}});
     tickOn(*sequencer, 3);
@@ -74,7 +74,7 @@ TEST(AnimationSequencer, RewindsEveryAnimatorAndNothingElse) {
     EXPECT_EQ(sequencer->getCurrentCount(), 2);
 }
 
-TEST(AnimationSequencer, SeeksByStoppingWhatBeganBeforeAndRewindingTheRest) {
+TEST(AnimationSequencer, SeekStopsEarlierAnimatorsAndRewindsTheOthers) {
     const Members made{counting(50), counting(50), counting(50)};
     const auto sequencer = sequence({{made[0], 0}, {made[1], 15}, {made[2], 30}});
     tickOn(*sequencer, 40);
@@ -90,10 +90,10 @@ TEST(AnimationSequencer, SeeksByStoppingWhatBeganBeforeAndRewindingTheRest) {
     EXPECT_EQ(sequencer->getCurrentCount(), 3);
 }
 
-/// Writes down under its name what a sequencer has it do.
-class Led : public Animator {
+/// Records under its name the operations that a sequencer calls.
+class RecordingAnimator : public Animator {
   public:
-    Led(std::string name, Lines& lines) : name_(std::move(name)), lines_(lines) {}
+    RecordingAnimator(std::string name, Lines& lines) : name_(std::move(name)), lines_(lines) {}
 
     void rewind() override { lines_.push_back("rewind " + name_); }
     void stop() override { lines_.push_back("stop " + name_); }
@@ -103,11 +103,11 @@ class Led : public Animator {
     Lines& lines_;
 };
 
-TEST(AnimationSequencer, LeadsItsAnimatorsInTheirOrder) {
+TEST(AnimationSequencer, RewindsAndSeeksInOrderOfStartFrames) {
     Lines lines;
-    const auto sequencer = sequence({{std::make_shared<Led>("late", lines), 20},
-                                     {std::make_shared<Led>("early", lines), 0},
-                                     {std::make_shared<Led>("middle", lines), 10}});
+    const auto sequencer = sequence({{std::make_shared<RecordingAnimator>("late", lines), 20},
+                                     {std::make_shared<RecordingAnimator>("early", lines), 0},
+                                     {std::make_shared<RecordingAnimator>("middle", lines), 10}});
     sequencer->rewind();
     EXPECT_EQ(lines, (Lines{"rewind early", "rewind middle", "rewind late"}));
     lines.clear();
@@ -115,7 +115,7 @@ TEST(AnimationSequencer, LeadsItsAnimatorsInTheirOrder) {
     EXPECT_EQ(lines, (Lines{"stop early", "stop middle", "rewind late"}));
 }
 
-TEST(AnimationSequencer, HonoursWhatItsAnimatorsOverride) {
+TEST(AnimationSequencer, UsesOverriddenOperationsOfItsAnimators) {
     const auto animator = std::make_shared<testing::TwoSteps>();
     const auto sequencer = sequence({{animator, 0}, {counting(9), 0}});
     tickOn(*sequencer);
@@ -125,21 +125,21 @@ TEST(AnimationSequencer, HonoursWhatItsAnimatorsOverride) {
     EXPECT_EQ(sequencer->getCurrentCount(), 1);
 }
 
-TEST(AnimationSequencer, SeeksToItsVeryEnd) {
+TEST(AnimationSequencer, SeeksToTheLastFrame) {
     const auto animator = counting(10);
     const auto sequencer = sequence({{animator, 0}});
     sequencer->seek(10);
     EXPECT_EQ(sequencer->getCurrentFrame(), 10);
     EXPECT_TRUE(animator->isFinished());
     EXPECT_EQ(sequencer->getCurrentIndex(), 1);
-    // The search begins right behind the list, which is allowed.
+    // An index right behind the list is allowed.
     Lines lines;
     sequencer->onFinished = [&lines](const auto&) { lines.emplace_back("finished"); };
     tickOn(*sequencer);
     EXPECT_EQ(lines, Lines{"finished"});
 }
 
-TEST(AnimationSequencer, SeekingBeyondItsEndStopsIt) {
+TEST(AnimationSequencer, SeekBeyondTheEndStops) {
     const auto animator = counting(10);
     const auto sequencer = sequence({{animator, 0}});
     tickOn(*sequencer, 2);

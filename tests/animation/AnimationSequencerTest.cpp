@@ -22,7 +22,7 @@ using testing::tickOn;
 using Peer = AnimationSequencerPeer;
 constexpr auto kLargest = std::numeric_limits<std::int64_t>::max();
 
-TEST(AnimationSequencer, BeginsEmptyAtFrameZero) {
+TEST(AnimationSequencer, IsEmptyAtFrame0Initially) {
     const auto sequencer = std::make_shared<AnimationSequencer>();
     EXPECT_EQ(sequencer->getCount(), 0);
     EXPECT_EQ(sequencer->getCurrentCount(), 0);
@@ -33,20 +33,20 @@ TEST(AnimationSequencer, BeginsEmptyAtFrameZero) {
     EXPECT_FALSE(sequencer->onAnimation || sequencer->onFinished);
 }
 
-TEST(AnimationSequencer, OrdersItsAnimatorsByTheirFrameAndThenByTheirComing) {
+TEST(AnimationSequencer, OrdersAnimatorsByFrameThenByAddition) {
     const Members made{counting(1), counting(1), counting(1), counting(1)};
     const auto sequencer = sequence({{made[0], 10}, {made[1], 0}, {made[2], 10}, {made[3], -5}});
     EXPECT_EQ(Peer::animators(*sequencer), (Members{made[3], made[1], made[0], made[2]}));
     EXPECT_EQ(sequencer->getCount(), 4);
 }
 
-TEST(AnimationSequencer, AnAnimatorAddedAgainStandsThereTwiceAtTheNewFrame) {
+TEST(AnimationSequencer, AnimatorAddedTwiceHasTwoEntriesAtTheNewFrame) {
     const Members made{counting(1), counting(1)};
     const auto sequencer = sequence({{made[0], 0}, {made[1], 5}, {made[0], 10}});
     EXPECT_EQ(Peer::animators(*sequencer), (Members{made[1], made[0], made[0]}));
 }
 
-TEST(AnimationSequencer, RefusesTheAbsentWithALine) {
+TEST(AnimationSequencer, PrintsALineAndAddsNothingForNull) {
     const auto sequencer = std::make_shared<AnimationSequencer>();
     const CapturedOutput output;
     sequencer->add(nullptr, 3);
@@ -54,7 +54,7 @@ TEST(AnimationSequencer, RefusesTheAbsentWithALine) {
     EXPECT_EQ(sequencer->getCount(), 0);
 }
 
-TEST(AnimationSequencer, ItsLengthGrowsAndNeverShrinksBeforeEverythingIsRemoved) {
+TEST(AnimationSequencer, LengthNeverShrinksUntilAllAreRemoved) {
     const Members made{counting(20), counting(10)};
     const auto sequencer = sequence({{made[0], 0}, {made[1], 30}});
     EXPECT_EQ(Peer::maxFrames(*sequencer), 40);
@@ -66,7 +66,7 @@ TEST(AnimationSequencer, ItsLengthGrowsAndNeverShrinksBeforeEverythingIsRemoved)
     EXPECT_EQ(sequencer->getCount(), 0);
 }
 
-TEST(AnimationSequencer, RemovingTheAbsentMeasuresTheLengthAnew) {
+TEST(AnimationSequencer, RemovingNullRecalculatesTheLength) {
     const auto animator = counting(20);
     const auto sequencer = sequence({{animator, 5}});
     animator->setup(0, 1, 100);
@@ -82,19 +82,19 @@ TEST(AnimationSequencer, RemovesTheFirstEntryOnly) {
     EXPECT_EQ(Peer::animators(*sequencer), (Members{made[1], made[0]}));
 }
 
-TEST(AnimationSequencer, RemovingWhatIsNotThereEndsTheProgram) {
+TEST(AnimationSequencer, RemovingAnAnimatorWithoutAnEntryEndsTheProgram) {
     const auto sequencer = sequence({{counting(1), 0}});
     EXPECT_DEATH(sequencer->remove(counting(1)),
                  "Fatal error: Unexpectedly found nil while unwrapping an Optional value");
 }
 
-TEST(AnimationSequencer, AnEndBeyondSixtyFourBitsEndsTheProgram) {
+TEST(AnimationSequencer, EndFrameBeyond64BitsEndsTheProgram) {
     const auto sequencer = std::make_shared<AnimationSequencer>();
     EXPECT_DEATH(sequencer->add(counting(1), kLargest),
                  "Fatal error: Integer overflow in an addition");
 }
 
-TEST(AnimationSequencer, ALengthAtTheEdgeOfSixtyFourBitsStands) {
+TEST(AnimationSequencer, AcceptsTheLargest64BitLength) {
     const auto sequencer = sequence({{counting(1), kLargest - 1}});
     EXPECT_EQ(Peer::maxFrames(*sequencer), kLargest);
 }
@@ -127,7 +127,7 @@ class CountedSequencer : public AnimationSequencer {
     }
 };
 
-TEST(AnimationSequencer, CallsItsOwnOperationsThroughTheOverridableOnes) {
+TEST(AnimationSequencer, CallsItsOverridableOperations) {
     const auto sequencer = std::make_shared<CountedSequencer>();
     const auto animator = counting(1);
     sequencer->add(animator, 0);

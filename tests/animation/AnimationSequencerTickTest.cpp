@@ -25,7 +25,7 @@ using testing::sequence;
 using testing::tickOn;
 using Peer = AnimationSequencerPeer;
 
-TEST(AnimationSequencer, BeginsFramesZeroAndOneOnTheFirstTickAndEveryOtherOnItsOwn) {
+TEST(AnimationSequencer, StartsFrames0And1OnTheFirstTickAndOthersOnTheirOwn) {
     Lines lines;
     const auto sequencer = recorded({{counting(1), 0}, {counting(2), 1}, {counting(1), 3}}, lines);
     tickOn(*sequencer, 4);
@@ -37,7 +37,7 @@ TEST(AnimationSequencer, BeginsFramesZeroAndOneOnTheFirstTickAndEveryOtherOnItsO
     EXPECT_EQ(sequencer->getCurrentIndex(), 0);
 }
 
-TEST(AnimationSequencer, CallsBackBeforeEachStepAndDropsWhatHasEnded) {
+TEST(AnimationSequencer, CallsBackBeforeEachStepAndDropsFinishedAnimators) {
     Lines lines;
     const Members made{counting(1), counting(2)};
     const auto sequencer = recorded({{made[0], 0}, {made[1], 0}}, lines);
@@ -65,7 +65,7 @@ TEST(AnimationSequencer, FinishesOnTheTickOfItsLastFrameAfterTheSteps) {
     EXPECT_TRUE(made[1]->isFinished());
 }
 
-TEST(AnimationSequencer, KeepsWhatHasNotEndedScheduledBeyondItsEnd) {
+TEST(AnimationSequencer, KeepsUnfinishedAnimatorsScheduledAfterTheEnd) {
     const auto animator = counting(3);
     animator->looped = true;
     const auto sequencer = sequence({{animator, 0}});
@@ -76,7 +76,7 @@ TEST(AnimationSequencer, KeepsWhatHasNotEndedScheduledBeyondItsEnd) {
     EXPECT_EQ(sequencer->getCurrentCount(), 1);
 }
 
-TEST(AnimationSequencer, EmptiedWarnsOnEveryTickAndNeverFinishes) {
+TEST(AnimationSequencer, WarnsOnEveryTickAndNeverFinishesAfterRemoveAll) {
     Lines lines;
     const auto sequencer = recorded({{counting(2), 0}}, lines);
     tickOn(*sequencer);
@@ -104,7 +104,7 @@ TEST(AnimationSequencer, StepsARemovedAnimatorUntilItEnds) {
                             "4: before B"}));
 }
 
-TEST(AnimationSequencer, SchedulesAnAnimatorOnceHoweverOftenItStandsThere) {
+TEST(AnimationSequencer, SchedulesAnAnimatorWithTwoEntriesOnce) {
     Lines lines;
     const auto animator = counting(3);
     const auto sequencer = recorded({{animator, 0}, {animator, 0}}, lines);
@@ -126,7 +126,7 @@ TEST(AnimationSequencer, SchedulesAnAnimatorAgainThatIsSetUpAfterItsEnd) {
     EXPECT_EQ(lines, (Lines{"3: before A", "3: before B"}));
 }
 
-TEST(AnimationSequencer, SearchesFromTheLastThatWasDueOn) {
+TEST(AnimationSequencer, SearchesFromTheLastDueAnimator) {
     Lines lines;
     const Members made{counting(1), counting(9)};
     const auto sequencer = recorded({{made[0], 0}, {made[1], 0}}, lines);
@@ -138,43 +138,43 @@ TEST(AnimationSequencer, SearchesFromTheLastThatWasDueOn) {
     EXPECT_EQ(lines, Lines{"3: before B"});
 }
 
-TEST(AnimationSequencer, SearchesBehindAnAnimatorThatIsNotDueYet) {
+TEST(AnimationSequencer, SearchesPastAnAnimatorThatIsNotDue) {
     Lines lines;
     const Members made{counting(9), counting(9)};
     const auto sequencer = recorded({{made[0], 5}, {made[1], 8}}, lines);
-    // Placed anew by another sequence: this one's order is no longer that of the frames.
+    // A second sequencer changes the start frame, so the first one's order is no longer sorted.
     sequence({{made[1], 0}});
     tickOn(*sequencer);
     EXPECT_EQ(lines, Lines{"1: before B"});
     EXPECT_EQ(sequencer->getCurrentIndex(), 1);
 }
 
-TEST(AnimationSequencer, PassesOverWhatIsFinishedWhenItsFrameComes) {
+TEST(AnimationSequencer, SkipsAnimatorsFinishedBeforeTheirFrame) {
     Lines lines;
     const auto sequencer = recorded({{std::make_shared<Animator>(), 0}, {counting(5), 0}}, lines);
     tickOn(*sequencer);
     EXPECT_EQ(lines, Lines{"1: before B"});
 }
 
-TEST(AnimationSequencer, AnIndexBeyondTheListEndsTheProgram) {
+TEST(AnimationSequencer, IndexBeyondTheListEndsTheProgram) {
     const auto sequencer = sequence({{counting(1), 0}});
     Peer::currentIndex(*sequencer) = 2;
     EXPECT_DEATH(tickOn(*sequencer), "Fatal error: Range requires lowerBound <= upperBound");
 }
 
-TEST(AnimationSequencer, RemovalBelowTheIndexCanLeaveItBeyondTheListWhichEndsTheProgram) {
+TEST(AnimationSequencer, RemovalThatLeavesTheIndexBeyondTheListEndsTheProgram) {
     const Members made{counting(9), counting(9), counting(9)};
     const auto sequencer = sequence({{made[0], 0}, {made[1], 0}, {made[2], 0}});
     tickOn(*sequencer);
     sequencer->remove(made[0]);
-    // Right behind the list is still allowed.
+    // An index right behind the list is allowed.
     tickOn(*sequencer);
     EXPECT_EQ(sequencer->getCurrentIndex(), 2);
     sequencer->remove(made[1]);
     EXPECT_DEATH(tickOn(*sequencer), "Fatal error: Range requires lowerBound <= upperBound");
 }
 
-TEST(AnimationSequencer, AMissingEntryEndsTheSearchWithALine) {
+TEST(AnimationSequencer, NullEntryEndsTheSearchWithALine) {
     Lines lines;
     const auto sequencer = recorded({{counting(3), 0}, {counting(3), 0}}, lines);
     Peer::animators(*sequencer).insert(Peer::animators(*sequencer).begin() + 1, nullptr);
@@ -184,7 +184,7 @@ TEST(AnimationSequencer, AMissingEntryEndsTheSearchWithALine) {
     EXPECT_EQ(lines, Lines{"1: before A"});
 }
 
-TEST(AnimationSequencer, ItsCallbackMayAddWhatIsThenDueOnTheNextTick) {
+TEST(AnimationSequencer, AnimatorAddedByACallbackStartsOnTheNextTick) {
     Lines lines;
     const auto late = counting(5);
     const auto sequencer = recorded({{counting(5), 0}}, lines);
@@ -200,7 +200,7 @@ TEST(AnimationSequencer, ItsCallbackMayAddWhatIsThenDueOnTheNextTick) {
     EXPECT_EQ(late->getValue(), 1);
 }
 
-TEST(AnimationSequencer, ItsCallbackMayStopTheAnimatorOfAnotherTurn) {
+TEST(AnimationSequencer, CallbackMayStopAnotherAnimator) {
     Lines lines;
     const Members made{counting(5), counting(5)};
     const auto sequencer = recorded({{made[0], 0}, {made[1], 0}}, lines);
@@ -215,7 +215,7 @@ TEST(AnimationSequencer, ItsCallbackMayStopTheAnimatorOfAnotherTurn) {
     EXPECT_EQ(sequencer->getCurrentCount(), 1);
 }
 
-TEST(AnimationSequencer, ATickInsideATickStepsEverythingOnceMore) {
+TEST(AnimationSequencer, NestedTickStepsEverythingOnceMore) {
     const Members made{counting(9), counting(9)};
     const auto sequencer = sequence({{made[0], 0}, {made[1], 0}});
     bool isInside = false;

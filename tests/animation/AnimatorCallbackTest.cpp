@@ -1,4 +1,4 @@
-// What an animator's callbacks may do to it.
+// What callbacks may do with their animator.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ std::shared_ptr<Animator> animatorOf(std::int64_t frames) {
     return std::make_shared<Animator>(0.0f, static_cast<float>(frames), frames);
 }
 
-TEST(AnimatorCallback, ThatFinishesMayBeginTheNextRun) {
+TEST(AnimatorCallback, OnFinishedMayStartTheNextRun) {
     const auto animator = animatorOf(1);
     Values ends;
     animator->onFinished = [&ends](const auto& self, float value) {
@@ -34,7 +34,7 @@ TEST(AnimatorCallback, ThatFinishesMayBeginTheNextRun) {
     EXPECT_EQ(ends, (Values{1, 6}));
 }
 
-TEST(AnimatorCallback, BeforeAFrameMayStopTheRun) {
+TEST(AnimatorCallback, OnAnimationMayStopTheRun) {
     const auto animator = animatorOf(4);
     int finished = 0;
     animator->onFinished = [&finished](const auto&, float) { ++finished; };
@@ -50,7 +50,7 @@ TEST(AnimatorCallback, BeforeAFrameMayStopTheRun) {
     EXPECT_EQ(finished, 0);
 }
 
-TEST(AnimatorCallback, BeforeAFrameMaySetUpAnotherRunThatItThenBegins) {
+TEST(AnimatorCallback, OnAnimationMaySetUpAnotherRun) {
     const auto animator = animatorOf(4);
     animator->onAnimation = [](const auto& self, float) {
         self->onAnimation = nullptr;
@@ -77,7 +77,7 @@ TEST(AnimatorCallback, MayReplaceItselfWhileItRuns) {
     EXPECT_EQ(seen, (Values{7, 1}));
 }
 
-TEST(AnimatorCallback, MayStepTheRunItself) {
+TEST(AnimatorCallback, OnAnimationMayCallAnimate) {
     const auto animator = animatorOf(4);
     animator->onAnimation = [](const auto& self, float value) {
         if (value == 0) {
@@ -89,7 +89,7 @@ TEST(AnimatorCallback, MayStepTheRunItself) {
     EXPECT_EQ(animator->getValue(), 2);
 }
 
-TEST(AnimatorCallback, AtATurnMayEndTheRunWhichTurnsYet) {
+TEST(AnimatorCallback, OnLoopMayStopTheRunWhichStillReverses) {
     const auto animator = animatorOf(2);
     animator->looped = true;
     int finished = 0;
@@ -98,7 +98,7 @@ TEST(AnimatorCallback, AtATurnMayEndTheRunWhichTurnsYet) {
     for (int step = 0; step < 3; ++step) {
         animator->animate();
     }
-    // A run of no frames is ready, as after reverse() on a finished one.
+    // reverse() on a finished animator prepares a run of 0 frames.
     EXPECT_FALSE(animator->isFinished());
     EXPECT_EQ(animator->getValue(), 2);
     animator->animate();
@@ -107,9 +107,10 @@ TEST(AnimatorCallback, AtATurnMayEndTheRunWhichTurnsYet) {
     EXPECT_EQ(finished, 1);
 }
 
-/// Steps an animator whose only reference the callback lets go of; true when it went afterwards.
+/// Steps an animator whose last reference a callback releases. Returns whether it is destroyed
+/// then.
 template <typename Install>
-bool survivesItsRelease(int steps, Install install) {
+bool isDestroyedAfterRelease(int steps, Install install) {
     auto animator = animatorOf(2);
     const std::weak_ptr<Animator> watched = animator;
     Animator* const bare = animator.get();
@@ -121,20 +122,20 @@ bool survivesItsRelease(int steps, Install install) {
     return watched.expired();
 }
 
-TEST(AnimatorCallback, MayLetGoOfTheAnimator) {
-    EXPECT_TRUE(survivesItsRelease(1, [](Animator& animator, auto release) {
+TEST(AnimatorCallback, MayReleaseTheAnimator) {
+    EXPECT_TRUE(isDestroyedAfterRelease(1, [](Animator& animator, auto release) {
         animator.onAnimation = [release](const auto&, float) { release(); };
     }));
-    EXPECT_TRUE(survivesItsRelease(3, [](Animator& animator, auto release) {
+    EXPECT_TRUE(isDestroyedAfterRelease(3, [](Animator& animator, auto release) {
         animator.onFinished = [release](const auto&, float) { release(); };
     }));
-    EXPECT_TRUE(survivesItsRelease(3, [](Animator& animator, auto release) {
+    EXPECT_TRUE(isDestroyedAfterRelease(3, [](Animator& animator, auto release) {
         animator.looped = true;
         animator.onLoop = [release](const auto&) { release(); };
     }));
 }
 
-TEST(AnimatorCallback, MayLetGoOfTheAnimatorThatIsUndone) {
+TEST(AnimatorCallback, MayReleaseTheAnimatorDuringUndo) {
     auto animator = animatorOf(2);
     const std::weak_ptr<Animator> watched = animator;
     Animator* const bare = animator.get();

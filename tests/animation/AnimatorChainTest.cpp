@@ -14,7 +14,7 @@
 
 namespace orvalo {
 
-/// The tests' way to a chain's inner state.
+/// Access to a chain's private state.
 struct AnimatorChainPeer {
     static std::int64_t& currentIndex(AnimatorChain& chain) { return chain._currentIndex; }
     static std::int64_t& direction(AnimatorChain& chain) { return chain._direction; }
@@ -23,7 +23,6 @@ struct AnimatorChainPeer {
 namespace {
 
 using testing::CapturedOutput;
-using testing::Counted;
 using testing::counting;
 using testing::kNoMembers;
 using testing::Lines;
@@ -34,7 +33,7 @@ using Peer = AnimatorChainPeer;
 
 const auto chainOf = testing::groupOf<AnimatorChain>;
 
-/// A chain of the members, which writes down every callback of its own.
+/// A chain of the members, with its callbacks recorded.
 std::shared_ptr<AnimatorChain> recorded(const Members& members, Lines& lines) {
     auto chain = testing::recordedGroupOf<AnimatorChain>(members, lines);
     chain->onFinished = [&lines](const auto& self) {
@@ -43,7 +42,7 @@ std::shared_ptr<AnimatorChain> recorded(const Members& members, Lines& lines) {
     return chain;
 }
 
-TEST(AnimatorChain, BeginsEmptyAtTheFirstPositionForwards) {
+TEST(AnimatorChain, IsEmptyForwardsAtIndex0Initially) {
     const auto chain = std::make_shared<AnimatorChain>();
     EXPECT_EQ(chain->getCount(), 0);
     EXPECT_EQ(chain->getCurrentIndex(), 0);
@@ -75,7 +74,7 @@ TEST(AnimatorChain, RunsItsMembersOneAfterTheOther) {
     EXPECT_EQ(chain->getCount(), 2);
 }
 
-TEST(AnimatorChain, MovesPastAMemberThatWasNeverSetUpAfterOneTick) {
+TEST(AnimatorChain, SkipsAMemberThatWasNeverSetUpAfterOneTick) {
     Lines lines;
     const Members members{std::make_shared<Animator>(), counting(1)};
     const auto chain = recorded(members, lines);
@@ -96,7 +95,7 @@ TEST(AnimatorChain, BackwardsEndsWithoutRunningTheFirstMember) {
     EXPECT_TRUE(members[1]->isFinished());
 }
 
-TEST(AnimatorChain, SwitchedBackwardsWhileRunningGoesBackTheWayItCame) {
+TEST(AnimatorChain, SwitchedBackwardsWhileRunningRunsItsMembersInReverse) {
     Lines lines;
     const Members members{counting(1), counting(1), counting(1)};
     const auto chain = recorded(members, lines);
@@ -107,7 +106,7 @@ TEST(AnimatorChain, SwitchedBackwardsWhileRunningGoesBackTheWayItCame) {
     EXPECT_EQ(lines, (Lines{"before C", "before C", "before B", "finished at 0"}));
 }
 
-TEST(AnimatorChain, BackwardsAtTheFirstPositionStepsThatMemberOnceAndEnds) {
+TEST(AnimatorChain, BackwardsAtIndex0StepsThatMemberOnceAndEnds) {
     Lines lines;
     const Members members{counting(9), counting(9)};
     const auto chain = recorded(members, lines);
@@ -117,7 +116,7 @@ TEST(AnimatorChain, BackwardsAtTheFirstPositionStepsThatMemberOnceAndEnds) {
     EXPECT_EQ(members[0]->getValue(), 1);
 }
 
-TEST(AnimatorChain, BackwardsWithAFinishedFirstMemberEndsBelowTheListAndStandsAtItsBegin) {
+TEST(AnimatorChain, BackwardsWithAFinishedFirstMemberFinishesAtIndexMinus1) {
     Lines lines;
     const auto chain = recorded({std::make_shared<Animator>(), counting(1)}, lines);
     chain->setBackwards(true);
@@ -126,7 +125,7 @@ TEST(AnimatorChain, BackwardsWithAFinishedFirstMemberEndsBelowTheListAndStandsAt
     EXPECT_EQ(chain->getCurrentIndex(), 0);
 }
 
-TEST(AnimatorChain, TurnsForwardsAgainWithoutTouchingTheIndex) {
+TEST(AnimatorChain, SetBackwardsKeepsTheIndex) {
     const auto chain = chainOf({counting(1), counting(1)});
     Peer::currentIndex(*chain) = 1;
     chain->setBackwards(true);
@@ -136,7 +135,7 @@ TEST(AnimatorChain, TurnsForwardsAgainWithoutTouchingTheIndex) {
     EXPECT_EQ(chain->getCurrentIndex(), 1);
 }
 
-TEST(AnimatorChain, BringsAnIndexOutsideTheListToItsLastMember) {
+TEST(AnimatorChain, ReplacesAnIndexOutsideTheListByTheLastOne) {
     for (const std::int64_t index : {-7, -1, 3, 99}) {
         Lines lines;
         const auto chain = recorded({counting(2), counting(2), counting(2)}, lines);
@@ -148,26 +147,7 @@ TEST(AnimatorChain, BringsAnIndexOutsideTheListToItsLastMember) {
     }
 }
 
-TEST(AnimatorChain, WithoutADirectionNeverEnds) {
-    Lines lines;
-    const auto chain = recorded({counting(1)}, lines);
-    Peer::direction(*chain) = 0;
-    tick(*chain, 5);
-    EXPECT_EQ(lines, Lines(5, "before A"));
-}
-
-TEST(AnimatorChain, WithoutADirectionDoesNotEndBehindItsLastMember) {
-    Lines lines;
-    const auto chain = recorded({counting(5), counting(5)}, lines);
-    Peer::direction(*chain) = 0;
-    Peer::currentIndex(*chain) = 1;
-    chain->onAnimation = [](const auto& self, const auto& item) { self->remove(item); };
-    tick(*chain);
-    EXPECT_EQ(lines, Lines{});
-    EXPECT_EQ(chain->getCurrentIndex(), 1);
-}
-
-TEST(AnimatorChain, MayLoseItsLastReferenceByTheRemovalOfAll) {
+TEST(AnimatorChain, RemoveAllMayReleaseTheLastReference) {
     auto owner = chainOf({counting(5)});
     const std::weak_ptr<AnimatorChain> watched = owner;
     auto& chain = *owner;
@@ -177,7 +157,7 @@ TEST(AnimatorChain, MayLoseItsLastReferenceByTheRemovalOfAll) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(AnimatorChain, AddsWhatIsThereAndRemovesItsFirstEntry) {
+TEST(AnimatorChain, IgnoresNullAndRemovesTheFirstEntry) {
     const Members members{counting(1), counting(2)};
     const auto chain = chainOf({members[0], nullptr, members[1], members[0]});
     EXPECT_EQ(chain->getCount(), 3);
@@ -190,13 +170,13 @@ TEST(AnimatorChain, AddsWhatIsThereAndRemovesItsFirstEntry) {
     EXPECT_EQ(chain->getCount(), 2);
 }
 
-TEST(AnimatorChain, RemovingWhatIsNoMemberEndsTheProgram) {
+TEST(AnimatorChain, RemovingANonMemberEndsTheProgram) {
     const auto chain = chainOf({counting(1)});
     EXPECT_DEATH(chain->remove(counting(1)),
                  "Fatal error: Unexpectedly found nil while unwrapping an Optional value");
 }
 
-TEST(AnimatorChain, RemoveAllStopsAndEmptiesIt) {
+TEST(AnimatorChain, RemoveAllStopsAndRemovesTheMembers) {
     std::weak_ptr<Animator> member;
     const auto chain = std::make_shared<AnimatorChain>();
     {
@@ -228,7 +208,7 @@ TEST(AnimatorChain, StopKeepsMembersModeAndDirection) {
     EXPECT_TRUE(chain->async);
 }
 
-TEST(AnimatorChain, EmptyWarnsOnEveryTickAndNeverFinishes) {
+TEST(AnimatorChain, WarnsOnEveryTickAndNeverFinishesWithoutMembers) {
     Lines lines;
     const auto chain = recorded({}, lines);
     const CapturedOutput output;
@@ -237,7 +217,7 @@ TEST(AnimatorChain, EmptyWarnsOnEveryTickAndNeverFinishes) {
     EXPECT_EQ(lines, Lines{});
 }
 
-TEST(AnimatorChain, StartedGoesOnWhereItStands) {
+TEST(AnimatorChain, StartContinuesAtTheCurrentIndex) {
     Lines lines;
     const auto chain = recorded({counting(5), counting(5)}, lines);
     chain->interval = 0.001F;
@@ -248,7 +228,7 @@ TEST(AnimatorChain, StartedGoesOnWhereItStands) {
     EXPECT_EQ(lines.front(), "before B");
 }
 
-TEST(AnimatorChain, AsynchronousStartsOneMemberATickAndLeavesThemRunning) {
+TEST(AnimatorChain, AsynchronousStartsOneMemberPerTickAndKeepsThemRunning) {
     Lines lines;
     const Members members{counting(3), counting(3), counting(3)};
     for (const auto& member : members) {
@@ -268,7 +248,7 @@ TEST(AnimatorChain, AsynchronousStartsOneMemberATickAndLeavesThemRunning) {
     EXPECT_EQ(members[0]->getValue(), 3);
 }
 
-TEST(AnimatorChain, AsynchronousBackwardsEndsAtTheFirstPosition) {
+TEST(AnimatorChain, AsynchronousBackwardsEndsAtIndex0) {
     Lines lines;
     const auto chain = recorded(
         {std::make_shared<Animator>(), std::make_shared<Animator>(), std::make_shared<Animator>()},
@@ -286,7 +266,7 @@ TEST(AnimatorChain, AsynchronousBackwardsEndsAtTheFirstPosition) {
     EXPECT_EQ(started.size(), 2U);
 }
 
-TEST(AnimatorChain, WorksOnWhicheverMemberStandsThereAfterARemoval) {
+TEST(AnimatorChain, StepsTheMemberAtTheIndexAfterARemoval) {
     Lines lines;
     const Members members{counting(5), counting(5), counting(5)};
     const auto chain = recorded(members, lines);
@@ -296,7 +276,7 @@ TEST(AnimatorChain, WorksOnWhicheverMemberStandsThereAfterARemoval) {
     EXPECT_EQ(lines, Lines{"before C"});
 }
 
-TEST(AnimatorChain, RemovalInsideATickCountsForItsEnd) {
+TEST(AnimatorChain, RemovalDuringATickCountsForTheEnd) {
     Lines lines;
     const Members members{counting(5), counting(5), counting(5)};
     const auto chain = recorded(members, lines);
@@ -307,7 +287,7 @@ TEST(AnimatorChain, RemovalInsideATickCountsForItsEnd) {
     EXPECT_EQ(lines, Lines{"finished at 2"});
 }
 
-TEST(AnimatorChain, EmptiedByItsCallbackGoesOnWithTheTick) {
+TEST(AnimatorChain, FinishesTheTickAfterItsCallbackRemovedAll) {
     Lines lines;
     const Members members{counting(5)};
     const auto chain = recorded(members, lines);
@@ -317,7 +297,7 @@ TEST(AnimatorChain, EmptiedByItsCallbackGoesOnWithTheTick) {
     EXPECT_EQ(lines, Lines{"finished at 0"});
 }
 
-TEST(AnimatorChain, AnIndexBeyondSixtyFourBitsEndsTheProgram) {
+TEST(AnimatorChain, IndexBeyond64BitsEndsTheProgram) {
     const auto chain = chainOf({std::make_shared<Animator>()});
     chain->onAnimation = [](const auto& self, const auto&) {
         Peer::currentIndex(*self) = std::numeric_limits<std::int64_t>::max();
@@ -325,17 +305,7 @@ TEST(AnimatorChain, AnIndexBeyondSixtyFourBitsEndsTheProgram) {
     EXPECT_DEATH(tick(*chain), "Fatal error: Integer overflow in an addition");
 }
 
-TEST(AnimatorChain, CallsItsOwnOperationsThroughTheOverridableOnes) {
-    const auto chain = std::make_shared<Counted<AnimatorChain>>();
-    chain->removeAll();
-    EXPECT_EQ(chain->stops, 1);
-    chain->add(std::make_shared<Animator>());
-    tick(*chain);
-    EXPECT_EQ(chain->stops, 2);
-    EXPECT_EQ(chain->resets, 2);
-}
-
-TEST(AnimatorChain, HonoursWhatItsMembersOverride) {
+TEST(AnimatorChain, UsesOverriddenOperationsOfItsMembers) {
     const auto member = std::make_shared<testing::TwoSteps>();
     const auto chain = chainOf({member, counting(1)});
     tick(*chain);

@@ -11,7 +11,7 @@
 namespace orvalo {
 namespace {
 
-TEST(AnimatorCount, CountsTheLiving) {
+TEST(AnimatorCount, CountsLiveAnimators) {
     const std::int64_t before = Animator::classCount;
     {
         const auto one = std::make_shared<Animator>();
@@ -22,7 +22,7 @@ TEST(AnimatorCount, CountsTheLiving) {
     EXPECT_EQ(Animator::classCount, before);
 }
 
-TEST(AnimatorCount, IsRightWhenTheyDieOnSeveralThreads) {
+TEST(AnimatorCount, CountsCorrectlyOnSeveralThreads) {
     const std::int64_t before = Animator::classCount;
     std::vector<std::thread> threads;
     threads.reserve(4);
@@ -40,7 +40,7 @@ TEST(AnimatorCount, IsRightWhenTheyDieOnSeveralThreads) {
     EXPECT_EQ(Animator::classCount, before);
 }
 
-TEST(AnimatorCountDeathTest, DoesNotWrap) {
+TEST(AnimatorCountDeathTest, OverflowEndsTheProgram) {
     EXPECT_EXIT(
         {
             Animator::classCount = std::numeric_limits<std::int64_t>::max();

@@ -26,7 +26,7 @@ Items walked(AnimatorList& list) {
     return result;
 }
 
-TEST(AnimatorList, BeginsEmpty) {
+TEST(AnimatorList, IsEmptyInitially) {
     AnimatorList list;
     EXPECT_EQ(list.count(), 0);
     EXPECT_TRUE(list.isEmpty());
@@ -34,7 +34,7 @@ TEST(AnimatorList, BeginsEmpty) {
     EXPECT_EQ(walked(list), Items{});
 }
 
-TEST(AnimatorList, KeepsTheOrderAndEveryRepetition) {
+TEST(AnimatorList, KeepsOrderAndDuplicates) {
     const auto animators = make(2);
     AnimatorList list;
     const Items order{animators[1], animators[0], animators[1], animators[1]};
@@ -60,7 +60,7 @@ TEST(AnimatorList, RemovesTheFirstEntryOfAnAnimatorOnly) {
     EXPECT_EQ(list.count(), 2);
 }
 
-TEST(AnimatorList, LetsGoOfWhatItRemoves) {
+TEST(AnimatorList, ReleasesRemovedAnimators) {
     AnimatorList list;
     std::weak_ptr<Animator> removed;
     std::weak_ptr<Animator> emptied;
@@ -80,7 +80,7 @@ TEST(AnimatorList, LetsGoOfWhatItRemoves) {
     EXPECT_TRUE(list.isEmpty());
 }
 
-TEST(AnimatorList, AWalkSeesTheListAsItWasAtItsBeginning) {
+TEST(AnimatorList, WalkSeesTheListAsItWasAtTheStart) {
     const auto animators = make(4);
     AnimatorList list;
     for (const auto& animator : {animators[0], animators[1], animators[2]}) {
@@ -97,7 +97,7 @@ TEST(AnimatorList, AWalkSeesTheListAsItWasAtItsBeginning) {
               (Items{animators[0], animators[1], animators[3], animators[3], animators[3]}));
 }
 
-TEST(AnimatorList, AWalkOutlivesTheListsContents) {
+TEST(AnimatorList, WalkContinuesAfterRemoveAll) {
     AnimatorList list;
     for (const auto& animator : make(3)) {
         list.append(animator);
@@ -111,7 +111,7 @@ TEST(AnimatorList, AWalkOutlivesTheListsContents) {
     EXPECT_EQ(visits, 3);
 }
 
-TEST(AnimatorList, AWalkInsideAWalkSeesWhatHasChangedMeanwhile) {
+TEST(AnimatorList, NestedWalkSeesTheChangedList) {
     const auto animators = make(3);
     AnimatorList list;
     for (const auto& animator : animators) {
@@ -125,18 +125,18 @@ TEST(AnimatorList, AWalkInsideAWalkSeesWhatHasChangedMeanwhile) {
     EXPECT_EQ(inner, (std::vector<Items>{{animators[1], animators[2]}, {animators[2]}, Items{}}));
 }
 
-/// Long sequences of everything, against a plain list.
-TEST(AnimatorList, DoesWhatAPlainListDoes) {
+/// Compares long random sequences of operations with a plain vector.
+TEST(AnimatorList, BehavesLikeAPlainList) {
     constexpr std::size_t animatorCount = 12;
     const auto animators = make(animatorCount);
-    std::mt19937 random(20);  // The same sequence on every machine.
+    std::mt19937 random(20);  // std::mt19937 gives the same sequence on every machine.
     const auto any = [&](std::size_t below) { return random() % below; };
     for (int round = 0; round < 50; ++round) {
         AnimatorList list;
         Items plain;
         for (int step = 0; step < 200; ++step) {
             const auto& animator = animators[any(animatorCount)];
-            // More comes than goes in one round, less in the next.
+            // Rounds with more additions and rounds with more removals alternate.
             if (any(3) < (round % 2 == 0 ? 2U : 1U)) {
                 list.append(animator);
                 plain.push_back(animator);

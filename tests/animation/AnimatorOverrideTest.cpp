@@ -1,4 +1,4 @@
-// What subclasses of Animator may replace, and what then happens.
+// Which operations of Animator call overrides.
 
 #include <gtest/gtest.h>
 
@@ -16,23 +16,23 @@ using enum EnumEasing;
 using orvalo::testing::serveUntil;
 using Lines = std::vector<std::string>;
 
-struct Way {
+struct Arguments {
     float source;
     float destination;
     std::int64_t frames;
     float interval;
     EnumEasing type;
 
-    bool operator==(const Way&) const = default;
+    bool operator==(const Arguments&) const = default;
 };
 
-/// Writes down which operations are called.
+/// Records which operations are called.
 class Recording : public Animator {
   public:
     using Animator::Animator;
 
     Lines calls;
-    std::vector<Way> runs;
+    std::vector<Arguments> runs;
 
     void setup(float source, float destination, std::int64_t frames, float interval,
                EnumEasing type) override {
@@ -63,35 +63,35 @@ std::shared_ptr<Recording> recordingOf(float destination, std::int64_t frames,
     return result;
 }
 
-TEST(AnimatorOverride, OfStopIsCalledAtTheEnd) {
+TEST(AnimatorOverride, StopIsCalledAtTheEnd) {
     const auto animator = recordingOf(1, 0);
     animator->animate();
     EXPECT_EQ(animator->calls, (Lines{"animate", "stop"}));
 }
 
-TEST(AnimatorOverride, OfReverseAndSetupAreCalledAtATurn) {
+TEST(AnimatorOverride, ReverseAndSetupAreCalledAtALoopEnd) {
     const auto animator = recordingOf(1, 0, EASING_easeInBack);
     animator->looped = true;
     animator->animate();
     EXPECT_EQ(animator->calls, (Lines{"animate", "reverse", "setup"}));
-    EXPECT_EQ(animator->runs, (std::vector<Way>{{1, 0, 0, 0.25f, EASING_easeInBack}}));
+    EXPECT_EQ(animator->runs, (std::vector<Arguments>{{1, 0, 0, 0.25f, EASING_easeInBack}}));
 }
 
-TEST(AnimatorOverride, OfSetupIsCalledByRewindWithItsDefaults) {
+TEST(AnimatorOverride, SetupIsCalledByRewindWithItsDefaults) {
     const auto animator = recordingOf(2, -5, EASING_easeInBack);
     animator->rewind();
     EXPECT_EQ(animator->calls, Lines{"setup"});
-    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 2, -5, 0.009f, EASING_easeNone}}));
+    EXPECT_EQ(animator->runs, (std::vector<Arguments>{{0, 2, -5, 0.009f, EASING_easeNone}}));
 }
 
-TEST(AnimatorOverride, OfSetupAndAnimateAreCalledByUndo) {
+TEST(AnimatorOverride, SetupAndAnimateAreCalledByUndo) {
     const auto animator = recordingOf(2, 7, EASING_easeInBack);
     animator->undo();
     EXPECT_EQ(animator->calls, (Lines{"setup", "animate", "animate", "stop"}));
-    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 2, 1, 0.009f, EASING_easeNone}}));
+    EXPECT_EQ(animator->runs, (std::vector<Arguments>{{0, 2, 1, 0.009f, EASING_easeNone}}));
 }
 
-TEST(AnimatorOverride, OfAnimateIsCalledByTheTimer) {
+TEST(AnimatorOverride, AnimateIsCalledByTheTimer) {
     const auto animator = recordingOf(1, 0);
     animator->setInterval(0.001f);
     animator->start();
@@ -99,46 +99,46 @@ TEST(AnimatorOverride, OfAnimateIsCalledByTheTimer) {
     EXPECT_EQ(animator->calls, (Lines{"animate", "stop"}));
 }
 
-TEST(AnimatorOverride, OfSetupSeesThePeriodAndTheCurveInUse) {
+TEST(AnimatorOverride, SetupReceivesTheCurrentIntervalAndCurve) {
     const auto animator = recordingOf(2, 7);
     animator->setInterval(0.5f);
     animator->setType(EASING_easeOutCirc);
     animator->reverse();
-    EXPECT_EQ(animator->runs, (std::vector<Way>{{2, 0, 7, 0.5f, EASING_easeOutCirc}}));
+    EXPECT_EQ(animator->runs, (std::vector<Arguments>{{2, 0, 7, 0.5f, EASING_easeOutCirc}}));
 }
 
-TEST(AnimatorOverride, OfSetupSeesThePeriodOfAnAnimatorNeverSetUp) {
+TEST(AnimatorOverride, SetupReceivesTheInitialIntervalOfANewAnimator) {
     const auto animator = std::make_shared<Recording>();
     animator->reverse();
-    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 0, -1, 0.005f, EASING_easeNone}}));
+    EXPECT_EQ(animator->runs, (std::vector<Arguments>{{0, 0, -1, 0.005f, EASING_easeNone}}));
 }
 
-TEST(AnimatorOverride, OfSetupSeesItsDefaults) {
+TEST(AnimatorOverride, SetupReceivesItsDefaults) {
     const auto animator = std::make_shared<Recording>();
     Animator& plain = *animator;
     plain.setup(0, 2, 7);
-    EXPECT_EQ(animator->runs, (std::vector<Way>{{0, 2, 7, 0.009f, EASING_easeNone}}));
+    EXPECT_EQ(animator->runs, (std::vector<Arguments>{{0, 2, 7, 0.009f, EASING_easeNone}}));
 }
 
-TEST(AnimatorOverride, OfSetupSeesTheDefaultsOfAnAnimatorMadeWithAWay) {
+TEST(AnimatorOverride, SetupReceivesTheDefaultsOfTheConstructor) {
     const auto animator = std::make_shared<Recording>(0.0f, 2.0f, 7);
     animator->reverse();
-    EXPECT_EQ(animator->runs, (std::vector<Way>{{2, 0, 7, 0.009f, EASING_easeNone}}));
+    EXPECT_EQ(animator->runs, (std::vector<Arguments>{{2, 0, 7, 0.009f, EASING_easeNone}}));
 }
 
-/// Would keep its run.
-class Stubborn : public Animator {
+/// Would keep its run if stop() called reset().
+class WithoutReset : public Animator {
     void reset() override {}
 };
 
-TEST(AnimatorOverride, OfTheResetIsNotCalledByStop) {
-    const auto animator = std::make_shared<Stubborn>();
+TEST(AnimatorOverride, ResetIsNotCalledByStop) {
+    const auto animator = std::make_shared<WithoutReset>();
     animator->setup(0, 1, 2);
     animator->stop();
     EXPECT_TRUE(animator->isFinished());
 }
 
-/// Every curve that may be replaced gives its number.
+/// Each overridable curve gives its raw value.
 class OwnCurves : public Animator {
   public:
     using Animator::Animator;
@@ -162,7 +162,7 @@ std::vector<float> framesOf(EnumEasing type) {
     return values;
 }
 
-TEST(AnimatorOverride, OfACurveIsWhatARunComputes) {
+TEST(AnimatorOverride, CurveIsUsedByARun) {
     for (const auto type : {EASING_easeInElastic, EASING_easeOutElastic, EASING_easeInOutElastic,
                             EASING_easeInBack, EASING_easeOutBack, EASING_easeInOutBack}) {
         const auto number = static_cast<float>(rawValue(type));
@@ -170,12 +170,12 @@ TEST(AnimatorOverride, OfACurveIsWhatARunComputes) {
     }
 }
 
-TEST(AnimatorOverride, OfInAndOutReachesOutIn) {
+TEST(AnimatorOverride, InAndOutAreUsedByOutIn) {
     EXPECT_EQ(framesOf(EASING_easeOutInElastic), (std::vector{30.0f, 29.0f}));
     EXPECT_EQ(framesOf(EASING_easeOutInBack), (std::vector{34.0f, 33.0f}));
 }
 
-/// Out-In curves of its own.
+/// Overrides the Out-In curves.
 class OwnOutIn : public Animator {
   public:
     using Animator::Animator;
@@ -188,7 +188,7 @@ class OwnOutIn : public Animator {
     float easeOutInBack(std::int64_t, float, float, std::int64_t) override { return 36; }
 };
 
-TEST(AnimatorOverride, OfOutInIsWhatARunComputes) {
+TEST(AnimatorOverride, OutInIsUsedByARun) {
     const auto animator =
         std::make_shared<OwnOutIn>(20.0f, 320.0f, 4000, 0.009f, EASING_easeOutInElastic);
     animator->animate();
@@ -198,8 +198,8 @@ TEST(AnimatorOverride, OfOutInIsWhatARunComputes) {
     EXPECT_EQ(animator->getValue(), 36);
 }
 
-/// Changes its curve while it is computed.
-class Restless : public Animator {
+/// Changes the bound curve during its computation.
+class CurveChanger : public Animator {
   public:
     float easeInBack(std::int64_t, float, float, std::int64_t) override {
         setType(EASING_easeNone);
@@ -207,8 +207,8 @@ class Restless : public Animator {
     }
 };
 
-TEST(AnimatorOverride, OfACurveMayBindAnother) {
-    const auto animator = std::make_shared<Restless>();
+TEST(AnimatorOverride, CurveMayBindAnother) {
+    const auto animator = std::make_shared<CurveChanger>();
     animator->setup(0, 4, 4, 0.009f, EASING_easeInBack);
     animator->animate();
     EXPECT_EQ(animator->getValue(), 33);

@@ -16,7 +16,7 @@ namespace {
 using enum EnumEasing;
 using Values = std::vector<float>;
 
-/// Writes down what an animator calls back.
+/// An animator with its callbacks recorded.
 struct Recorded {
     std::shared_ptr<Animator> animator = std::make_shared<Animator>();
     Values before;
@@ -39,7 +39,7 @@ struct Recorded {
         };
     }
 
-    /// The values after each of so many steps.
+    /// The values after each of `count` steps.
     Values step(int count) const {
         Values values;
         for (int done = 0; done < count; ++done) {
@@ -61,7 +61,7 @@ TEST(Animator, IsFinishedBeforeItIsSetUp) {
     EXPECT_TRUE(recorded.ends.empty());
 }
 
-TEST(Animator, TakesAStepMoreThanItsFrames) {
+TEST(Animator, TakesOneStepMoreThanItsFrames) {
     Recorded recorded;
     recorded.animator->setup(0, 10, 4);
     EXPECT_FALSE(recorded.animator->isFinished());
@@ -75,7 +75,7 @@ TEST(Animator, TakesAStepMoreThanItsFrames) {
     EXPECT_EQ(recorded.turns, 0);
 }
 
-TEST(Animator, SetsTheEndExactly) {
+TEST(Animator, SetsTheEndValueExactly) {
     Recorded recorded;
     recorded.animator->setup(0.1f, 0.7f, 3, 0.009f, EASING_easeOutInExpo);
     const auto values = recorded.step(4);
@@ -83,7 +83,7 @@ TEST(Animator, SetsTheEndExactly) {
     EXPECT_EQ(values[3], 0.7f);
 }
 
-TEST(Animator, WithoutAWayEndsAtOnce) {
+TEST(Animator, EndsOnTheFirstStepWhenSourceAndDestinationAreEqual) {
     Recorded recorded;
     recorded.animator->setup(3, 3, 50);
     EXPECT_FALSE(recorded.animator->isFinished());
@@ -93,7 +93,7 @@ TEST(Animator, WithoutAWayEndsAtOnce) {
     EXPECT_TRUE(recorded.before.empty());
 }
 
-TEST(Animator, WithoutFramesEndsAtOnceThereAndOnRewind) {
+TEST(Animator, EndsOnTheFirstStepWithoutFramesAlsoAfterRewind) {
     for (const std::int64_t frames : {0, -5}) {
         Recorded recorded;
         recorded.animator->setup(1, 2, frames);
@@ -109,7 +109,7 @@ TEST(Animator, WithoutFramesEndsAtOnceThereAndOnRewind) {
     }
 }
 
-TEST(Animator, MadeWithAWayIsSetUp) {
+TEST(Animator, ConstructorSetsUpTheRun) {
     const auto animator = std::make_shared<Animator>(1.0f, 3.0f, 4, 0.5f, EASING_easeInQuad);
     EXPECT_FALSE(animator->isFinished());
     EXPECT_EQ(animator->getValue(), 1);
@@ -119,7 +119,7 @@ TEST(Animator, MadeWithAWayIsSetUp) {
     EXPECT_EQ(animator->getValue(), 1.125f);
 }
 
-TEST(Animator, SetUpAnewBeginsAnew) {
+TEST(Animator, SetupStartsANewRun) {
     Recorded recorded;
     recorded.animator->setup(0, 10, 4);
     recorded.animator->looped = true;
@@ -130,7 +130,7 @@ TEST(Animator, SetUpAnewBeginsAnew) {
     EXPECT_EQ(recorded.step(3), (Values{5.5f, 6, 6}));
 }
 
-TEST(Animator, LoopedTurnsForEver) {
+TEST(Animator, LoopedRunReversesForEver) {
     Recorded recorded;
     recorded.animator->setup(0, 1, 2);
     recorded.animator->looped = true;
@@ -146,7 +146,7 @@ TEST(Animator, LoopedTurnsForEver) {
     EXPECT_FALSE(recorded.animator->isFinished());
 }
 
-TEST(Animator, LoopedNoMoreFinishes) {
+TEST(Animator, FinishesWhenLoopedIsCleared) {
     Recorded recorded;
     recorded.animator->setup(0, 1, 2);
     recorded.animator->looped = true;
@@ -157,16 +157,16 @@ TEST(Animator, LoopedNoMoreFinishes) {
     EXPECT_EQ(recorded.turns, 1);
 }
 
-TEST(Animator, LoopedWithoutFramesTurnsAtEveryStep) {
+TEST(Animator, LoopedRunWithoutFramesReversesAtEveryStep) {
     Recorded recorded;
     recorded.animator->setup(0, 1, 0);
     recorded.animator->looped = true;
-    // The value is back at the new start as soon as the way back is ready.
+    // reverse() sets the value to its new start.
     EXPECT_EQ(recorded.step(3), (Values{1, 0, 1}));
     EXPECT_EQ(recorded.turns, 3);
 }
 
-TEST(Animator, StoppedForgetsItsLoop) {
+TEST(Animator, StopClearsLooped) {
     Recorded recorded;
     recorded.animator->setup(0, 1, 2);
     recorded.animator->looped = true;
@@ -182,7 +182,7 @@ TEST(Animator, StoppedForgetsItsLoop) {
     EXPECT_EQ(recorded.turns, 0);
 }
 
-TEST(Animator, ReversedGoesBackTheSameWay) {
+TEST(Animator, ReverseRunsBackOnTheSameCurve) {
     Recorded recorded;
     recorded.animator->setup(0, 1, 4, 0.25f, EASING_easeInQuad);
     recorded.step(2);
@@ -192,7 +192,7 @@ TEST(Animator, ReversedGoesBackTheSameWay) {
     EXPECT_EQ(recorded.ends, Values{0});
 }
 
-TEST(Animator, ReversedAfterItsEndIsBackAtOnce) {
+TEST(Animator, ReverseAfterTheEndReturnsInOneStep) {
     Recorded recorded;
     recorded.animator->setup(2, 7, 1);
     recorded.step(2);
@@ -202,7 +202,7 @@ TEST(Animator, ReversedAfterItsEndIsBackAtOnce) {
     EXPECT_EQ(recorded.ends, (Values{7, 2}));
 }
 
-TEST(Animator, RewoundGoesTheSameWayEvenly) {
+TEST(Animator, RewindRepeatsTheRunLinearly) {
     Recorded recorded;
     recorded.animator->setup(0, 8, 4, 0.25f, EASING_easeInQuad);
     EXPECT_EQ(recorded.step(2), (Values{0.5f, 2}));
@@ -213,7 +213,7 @@ TEST(Animator, RewoundGoesTheSameWayEvenly) {
     EXPECT_EQ(recorded.step(1), Values{2});
 }
 
-TEST(Animator, UndoneJumpsToTheEnd) {
+TEST(Animator, UndoJumpsToTheEnd) {
     Recorded recorded;
     recorded.animator->setup(0, 8, 4, 0.25f, EASING_easeInQuad);
     recorded.step(2);
@@ -224,10 +224,10 @@ TEST(Animator, UndoneJumpsToTheEnd) {
     EXPECT_EQ(recorded.before, Values{0});
     EXPECT_EQ(recorded.ends, Values{8});
     recorded.animator->rewind();
-    EXPECT_EQ(recorded.step(2), (Values{8, 8})) << "of one frame now";
+    EXPECT_EQ(recorded.step(2), (Values{8, 8})) << "undo() leaves a run of one frame";
 }
 
-TEST(Animator, UndoneLoopTurns) {
+TEST(Animator, UndoReversesALoopedRun) {
     Recorded recorded;
     recorded.animator->setup(0, 8, 4);
     recorded.animator->looped = true;
@@ -238,7 +238,7 @@ TEST(Animator, UndoneLoopTurns) {
     EXPECT_FALSE(recorded.animator->isFinished());
 }
 
-TEST(Animator, GoesOnWithAnotherCurve) {
+TEST(Animator, SetTypeChangesTheCurveDuringARun) {
     Recorded recorded;
     recorded.animator->setup(0, 8, 4);
     EXPECT_EQ(recorded.step(1), Values{2});
@@ -261,13 +261,13 @@ TEST(Animator, ComputesEveryCurveUnderItsName) {
     }
 }
 
-TEST(Animator, TakesTheEndMarkerForEaseNone) {
+TEST(Animator, TreatsTheEndMarkerAsEaseNone) {
     const auto animator = std::make_shared<Animator>(0.0f, 8.0f, 4, 0.009f, EASING_easeLast);
     animator->animate();
     EXPECT_EQ(animator->getValue(), 2);
 }
 
-TEST(AnimatorDeathTest, RefusesWhatIsNoCurve) {
+TEST(AnimatorDeathTest, InvalidCurveEndsTheProgram) {
     const auto animator = std::make_shared<Animator>();
     EXPECT_EXIT(animator->setType(static_cast<EnumEasing>(42)), ::testing::KilledBySignal(SIGABRT),
                 "^Fatal error: There is no easing curve 42.\n$");
@@ -276,7 +276,7 @@ TEST(AnimatorDeathTest, RefusesWhatIsNoCurve) {
                 "^Fatal error: There is no easing curve -1.\n$");
 }
 
-TEST(AnimatorDeathTest, EndsWithItsCurve) {
+TEST(AnimatorDeathTest, FatalErrorOfTheCurveEndsTheProgram) {
     const auto animator = std::make_shared<Animator>(
         0.0f, 1.0f, std::numeric_limits<std::int64_t>::max(), 0.009f, EASING_easeInBounce);
     EXPECT_EXIT(animator->animate(), ::testing::KilledBySignal(SIGABRT),

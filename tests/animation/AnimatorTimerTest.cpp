@@ -1,4 +1,4 @@
-// Animators on their own timers, on real run loops.
+// Animators on their own timers and real run loops.
 
 #include <gtest/gtest.h>
 
@@ -19,12 +19,12 @@ using Clock = std::chrono::steady_clock;
 using orvalo::testing::serveUntil;
 using orvalo::testing::waitUntilDue;
 
-/// A run of so many frames, a millisecond each, by ones.
+/// A run of `frames` frames from 0 by ones.
 std::shared_ptr<Animator> animatorOf(std::int64_t frames, float interval = 0.001f) {
     return std::make_shared<Animator>(0.0f, static_cast<float>(frames), frames, interval);
 }
 
-/// Serves the run loop for so many firings of another timer, as long as those.
+/// Runs the loop for `count` firings of a second timer of a millisecond.
 void serveFirings(int count) {
     int firings = 0;
     const auto timer = Timer::scheduledTimer(0.001, [&firings](const auto&) { ++firings; });
@@ -57,14 +57,14 @@ TEST(AnimatorTimer, StepsARunOnTheThreadThatStartsIt) {
     std::thread(runsToItsEnd).join();
 }
 
-TEST(AnimatorTimer, StepsEachPeriodOnce) {
+TEST(AnimatorTimer, StepsOncePerInterval) {
     constexpr std::chrono::milliseconds period(20);
     const auto animator = animatorOf(4, 0.02f);
     const auto start = Clock::now();
     int steps = 0;
     animator->onAnimation = [&](const auto&, float) {
         ++steps;
-        // Half a period off: two clocks need not agree.
+        // With a tolerance of half a period for the difference of the clocks.
         EXPECT_GE(Clock::now() - start, steps * period - period / 2);
     };
     animator->start();
@@ -72,7 +72,7 @@ TEST(AnimatorTimer, StepsEachPeriodOnce) {
     EXPECT_EQ(steps, 4);
 }
 
-TEST(AnimatorTimer, KeepsItsPeriodUntilTheNextStart) {
+TEST(AnimatorTimer, KeepsItsIntervalUntilTheNextStart) {
     const auto animator = animatorOf(3, 1000);
     animator->start();
     animator->setInterval(0.001f);
@@ -83,7 +83,7 @@ TEST(AnimatorTimer, KeepsItsPeriodUntilTheNextStart) {
     EXPECT_EQ(animator->getValue(), 3);
 }
 
-TEST(AnimatorTimer, WithoutARunFiresInVain) {
+TEST(AnimatorTimer, DoesNothingWithoutARun) {
     const auto animator = std::make_shared<Animator>();
     int calls = 0;
     animator->onAnimation = [&calls](const auto&, float) { ++calls; };
@@ -91,14 +91,14 @@ TEST(AnimatorTimer, WithoutARunFiresInVain) {
     animator->start();
     serveFirings(10);
     EXPECT_EQ(calls, 0);
-    // It still runs: a run that is set up now is stepped.
+    // The timer still runs and steps a run that is set up now.
     animator->setup(0, 1, 1);
     EXPECT_TRUE(serveUntil([&] { return animator->isFinished(); }));
     EXPECT_EQ(calls, 2);
 }
 
-TEST(AnimatorTimer, StartedTwiceStepsTwiceAPeriod) {
-    // On a thread of its own, with which the first timer ends.
+TEST(AnimatorTimer, StepsTwicePerIntervalWhenStartedTwice) {
+    // On a separate thread, because the first timer ends only with its thread.
     std::thread([] {
         const auto animator = animatorOf(1000, 0.02f);
         animator->start();
@@ -114,7 +114,7 @@ TEST(AnimatorTimer, StartedTwiceStepsTwiceAPeriod) {
     }).join();
 }
 
-TEST(AnimatorTimer, OfAnEarlierStartCanNoMoreBeStopped) {
+TEST(AnimatorTimer, OfAnEarlierStartCannotBeStopped) {
     std::thread([] {
         const auto animator = animatorOf(1000000);
         animator->start();
@@ -141,12 +141,12 @@ TEST(AnimatorTimer, HoldsTheAnimatorUntilItsEnd) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(AnimatorTimer, StoppedLetsGoOfTheAnimator) {
+TEST(AnimatorTimer, StopReleasesTheAnimator) {
     auto animator = animatorOf(5);
     animator->start();
     const std::weak_ptr<Animator> watched = animator;
     Animator* const bare = animator.get();
-    // From now on nobody but the timer holds it.
+    // Now only the timer holds it.
     animator.reset();
     bare->stop();
     EXPECT_TRUE(watched.expired());
@@ -167,7 +167,7 @@ TEST(AnimatorTimer, MayBeStoppedFromItsCallback) {
     EXPECT_TRUE(animator->isFinished());
 }
 
-TEST(AnimatorTimer, MayBeStartedAnewFromItsCallback) {
+TEST(AnimatorTimer, MayBeRestartedFromItsCallback) {
     const auto animator = animatorOf(2);
     std::vector<float> ends;
     animator->onFinished = [&ends](const auto& self, float value) {
@@ -184,7 +184,7 @@ TEST(AnimatorTimer, MayBeStartedAnewFromItsCallback) {
     EXPECT_TRUE(animator->isFinished());
 }
 
-TEST(AnimatorTimer, MayLoseItsAnimatorInACallback) {
+TEST(AnimatorTimer, CallbackMayReleaseTheAnimator) {
     auto animator = animatorOf(100);
     const std::weak_ptr<Animator> watched = animator;
     animator->onAnimation = [&animator](const auto& self, float value) {
@@ -197,7 +197,7 @@ TEST(AnimatorTimer, MayLoseItsAnimatorInACallback) {
     EXPECT_TRUE(serveUntil([&] { return watched.expired(); }));
 }
 
-TEST(AnimatorTimer, OfOneRunMayStopAnother) {
+TEST(AnimatorTimer, CallbackMayStopAnotherAnimator) {
     const auto first = animatorOf(100);
     const auto second = animatorOf(100);
     int steps = 0;
@@ -212,7 +212,7 @@ TEST(AnimatorTimer, OfOneRunMayStopAnother) {
     first->stop();
 }
 
-TEST(AnimatorTimer, StepsThoseDueTogetherInTheirOrder) {
+TEST(AnimatorTimer, StepsAnimatorsInOrderOfTheirStarts) {
     std::string order;
     std::vector<std::shared_ptr<Animator>> animators;
     for (const char name : {'a', 'b', 'c'}) {

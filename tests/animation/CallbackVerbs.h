@@ -14,27 +14,27 @@
 
 namespace orvalo::testing {
 
-/// Something that a callback may do. members: those of a group, in their order.
+/// An action of a callback. members: of the group, in order.
 template <typename Kind>
 struct Verb {
     std::string name;
     std::function<void(Kind& self, const Members& members)> run;
 };
 
-/// Where from: how one has a callback run a block.
+/// A callback, and how to make it run a block.
 template <typename Kind>
 struct Callback {
     std::string name;
     std::function<void(Kind& self, const Members& members, std::function<void()> block)> install;
 };
 
-/// A kind's verbs and callbacks, and how one that uses them all is made.
+/// The verbs and callbacks of a kind, and how to make an object that uses them.
 template <typename Kind>
 struct VerbKit;
 
 constexpr float kVerbInterval = 0.0005F;
 
-/// A callback of whatever arguments.
+/// A callback with any arguments.
 inline auto running(std::function<void()> block) {
     return [block = std::move(block)](const auto&...) { block(); };
 }
@@ -63,7 +63,7 @@ std::vector<Callback<Kind>> callbacksOfAll() {
              [](auto& self, const auto&, auto block) { self.onFinished = running(block); }}};
 }
 
-/// Those of a group's own, and of what can be done to its members.
+/// The verbs of a group and of its members.
 template <typename Kind>
 std::vector<Verb<Kind>> verbsOfGroups() {
     auto result = verbsOfAll<Kind>();
@@ -83,7 +83,7 @@ std::vector<Verb<Kind>> verbsOfGroups() {
     return result;
 }
 
-/// Those of a group's own, and its members'.
+/// The callbacks of a group and of its members.
 template <typename Kind>
 std::vector<Callback<Kind>> callbacksOfGroups() {
     auto result = callbacksOfAll<Kind>();

@@ -1,5 +1,5 @@
-// Everything that a callback may do, done in every callback of everything that ticks and of its
-// members, on a run loop: what is freed too early or never is for the address sanitizer to see.
+// Performs every action in every callback of every kind of animation on a run loop. The address
+// sanitizer finds objects that are freed too early or never.
 
 #include <gtest/gtest.h>
 
@@ -23,8 +23,8 @@ using testing::Members;
 using testing::serveUntil;
 using testing::Verb;
 
-/// Serves the calling thread's run loop for some more ticks.
-void goOn() {
+/// Runs the calling thread's loop for five more ticks.
+void runSomeTicks() {
     int ticks = 0;
     auto clock = startTicking(testing::kVerbInterval, [&ticks] { ++ticks; });
     EXPECT_TRUE(serveUntil([&ticks] { return ticks >= 5; }));
@@ -34,8 +34,8 @@ void goOn() {
 template <typename Kind>
 class CallbackOf : public ::testing::Test {
   protected:
-    /// Has one tick, whose callback does something the first time. What has no end by itself ends
-    /// with the thread.
+    /// Starts an object on a thread; its callback performs the verb the first time. The end of the
+    /// thread ends its timers.
     void perform(const Callback<Kind>& callback, const std::function<void()>& verb) {
         std::thread([this, &callback, &verb] {
             members_ = {counting(2), counting(3)};
@@ -52,7 +52,7 @@ class CallbackOf : public ::testing::Test {
             });
             object_->start();
             EXPECT_TRUE(serveUntil([&calls] { return calls > 0; }));
-            goOn();
+            runSomeTicks();
             object_ = nullptr;
             members_.clear();
             watched_ = living;
@@ -72,7 +72,7 @@ class CallbackOf : public ::testing::Test {
 using Kinds = ::testing::Types<Animator, AnimatorStack, AnimatorChain, AnimationSequencer, Impulse>;
 TYPED_TEST_SUITE(CallbackOf, Kinds);
 
-/// A stack whose member ends when it is no longer in the list ends the program; it must.
+/// A member of a stack that ends after its removal is a fatal error.
 template <typename Kind>
 bool isFatal(const Callback<Kind>& callback, const Verb<Kind>& verb) {
     return std::is_same_v<Kind, AnimatorStack> && callback.name == "onFinished of the first" &&
@@ -92,7 +92,7 @@ TYPED_TEST(CallbackOf, MayDoAnything) {
     }
 }
 
-TYPED_TEST(CallbackOf, MayLetGoOfEverything) {
+TYPED_TEST(CallbackOf, MayReleaseEverything) {
     for (const auto& callback : testing::VerbKit<TypeParam>::callbacks()) {
         SCOPED_TRACE(callback.name);
         this->perform(callback, [this] {

@@ -12,20 +12,19 @@ namespace orvalo::testing {
 using Lines = std::vector<std::string>;
 using Members = std::vector<std::shared_ptr<Animator>>;
 
-/// An animator that is set up for so many frames, at least one, and whose value is the frame that
-/// it has come to.
+/// An animator of `frames` frames, at least one, whose value is the number of its current frame.
 inline std::shared_ptr<Animator> counting(std::int64_t frames) {
     return std::make_shared<Animator>(0.0F, static_cast<float>(frames), frames);
 }
 
-/// One that never ends.
+/// An animator that never ends.
 inline std::shared_ptr<Animator> endless() {
     auto result = counting(1);
     result->looped = true;
     return result;
 }
 
-/// One whose own operations say that it ends with its second step.
+/// An animator whose overridden operations end it with its second step.
 class TwoSteps : public Animator {
   public:
     int steps = 0;
@@ -36,7 +35,7 @@ class TwoSteps : public Animator {
     void start() override { ++starts; }
 };
 
-/// Has the animator write down its own callbacks under its name.
+/// Records the callbacks of an animator under its name.
 inline void record(const std::shared_ptr<Animator>& animator, const std::string& name,
                    Lines& lines) {
     animator->onAnimation = [name, &lines](const auto&, float value) {
@@ -47,7 +46,7 @@ inline void record(const std::shared_ptr<Animator>& animator, const std::string&
     };
 }
 
-/// A member of a group, by name.
+/// The name of a member: its position as a letter.
 inline std::string nameOf(const std::shared_ptr<Animator>& animator, const Members& members) {
     for (std::size_t index = 0; index < members.size(); ++index) {
         if (members[index] == animator) {
@@ -67,7 +66,7 @@ std::shared_ptr<Group> groupOf(const Members& members) {
     return group;
 }
 
-/// The same, which writes down before which member's turn it calls back.
+/// The same, with every onAnimation recorded.
 template <typename Group>
 std::shared_ptr<Group> recordedGroupOf(const Members& members, Lines& lines) {
     auto group = groupOf<Group>(members);
@@ -77,24 +76,10 @@ std::shared_ptr<Group> recordedGroupOf(const Members& members, Lines& lines) {
     return group;
 }
 
-/// Counts how often its own operations call these two.
-template <typename Kind>
-class Counted : public Kind {
-  public:
-    int stops = 0;
-    int resets = 0;
-
-    void stop() override {
-        ++stops;
-        Kind::stop();
-    }
-    void reset() override { ++resets; }
-};
-
-/// What a chain or a sequencer prints when it has nothing to animate.
+/// The warning of a chain or sequencer without members.
 inline const std::string kNoMembers = "WARNUNG: Es sind keine Animator Objekte definiert.";
 
-/// So many ticks of the group's own, by hand.
+/// Calls animate() `count` times.
 template <typename Group>
 void tick(Group& group, int count = 1) {
     for (int done = 0; done < count; ++done) {

@@ -1,4 +1,4 @@
-// What holds for a curve as a whole, and the curves' rules at their edges.
+// Properties of whole curves, and their values at the ends.
 
 #include <gtest/gtest.h>
 
@@ -17,14 +17,14 @@ namespace {
 
 using enum EnumEasing;
 
-/// What a few roundings of numbers around 1 come to.
+/// Tolerance for a few roundings of numbers around 1.
 constexpr float nearly = 2e-6f;
 
 float at(EnumEasing type, std::int64_t frame, float source, float amount, std::int64_t frames) {
     return easingCurves.at(static_cast<std::size_t>(rawValue(type)))(frame, source, amount, frames);
 }
 
-/// Smallest and largest step from one frame to the next of a run of 1000 from 0 to 1.
+/// Smallest and largest change from frame to frame in a run of 1000 frames from 0 to 1.
 std::pair<float, float> extremeSteps(EnumEasing type) {
     auto [least, most] = std::pair(std::numeric_limits<float>::max(), -1.0f);
     for (std::int64_t frame = 1; frame <= 1000; ++frame) {
@@ -35,7 +35,7 @@ std::pair<float, float> extremeSteps(EnumEasing type) {
     return {least, most};
 }
 
-/// The curves of a family: 0 In, 1 Out, 2 In-Out, 3 Out-In.
+/// A curve of a family. way: 0 In, 1 Out, 2 In-Out, 3 Out-In.
 EnumEasing member(std::int64_t family, std::int64_t way) {
     return static_cast<EnumEasing>(1 + family * 4 + way);
 }
@@ -46,7 +46,7 @@ constexpr std::int64_t families = 10;
 
 class Easing : public ::testing::TestWithParam<EnumEasing> {};
 
-TEST_P(Easing, BeginsAtTheStartButForQuart) {
+TEST_P(Easing, StartsAtTheStartValueExceptQuart) {
     const auto type = GetParam();
     const float start = type == EASING_easeOutQuart     ? 3.0f + 2 * 4.0f
                         : type == EASING_easeOutInQuart ? 3.0f + 2 * 2.0f
@@ -56,13 +56,13 @@ TEST_P(Easing, BeginsAtTheStartButForQuart) {
     }
 }
 
-TEST_P(Easing, EndsAtTheEnd) {
+TEST_P(Easing, EndsAtTheEndValue) {
     for (const std::int64_t frames : {1, 2, 5, 10, 1000}) {
         EXPECT_NEAR(at(GetParam(), frames, 3, 4, frames), 7, 4 * nearly) << frames;
     }
 }
 
-TEST_P(Easing, DoesNotMoveWithoutAWay) {
+TEST_P(Easing, IsConstantWithoutAChange) {
     for (std::int64_t frame = 0; frame <= 20; ++frame) {
         EXPECT_EQ(at(GetParam(), frame, 2.5f, 0, 20), 2.5f) << frame;
     }
@@ -128,8 +128,8 @@ INSTANTIATE_TEST_SUITE_P(Curves, SwingingEasing, ::testing::ValuesIn(swingingCur
 
 class EasingFamily : public ::testing::TestWithParam<std::int64_t> {
   protected:
-    /// Both curves are the same when one is turned round by half a turn.
-    static void expectTurnedRound(EnumEasing one, EnumEasing other) {
+    /// Expects that each curve is the other one rotated by 180 degrees.
+    static void expectPointSymmetry(EnumEasing one, EnumEasing other) {
         for (std::int64_t frame = 0; frame <= 240; ++frame) {
             EXPECT_NEAR(at(one, frame, 0, 1, 240), 1 - at(other, 240 - frame, 0, 1, 240),
                         5 * nearly)
@@ -138,22 +138,22 @@ class EasingFamily : public ::testing::TestWithParam<std::int64_t> {
     }
 };
 
-TEST_P(EasingFamily, IsTheSameTurnedRound) {
+TEST_P(EasingFamily, InAndOutArePointSymmetric) {
     const auto family = GetParam();
     if (family == quart) {
-        // Turned round, its Out curve would be one that comes from below.
+        // Its Out curve falls to the end value instead of rising.
         EXPECT_EQ(at(EASING_easeOutQuart, 120, 0, 1, 240),
                   1 + at(EASING_easeInQuart, 120, 0, 1, 240));
         return;
     }
-    expectTurnedRound(member(family, 0), member(family, 1));
-    expectTurnedRound(member(family, 3), member(family, 3));
+    expectPointSymmetry(member(family, 0), member(family, 1));
+    expectPointSymmetry(member(family, 3), member(family, 3));
     if (family != expo) {
-        expectTurnedRound(member(family, 2), member(family, 2));
+        expectPointSymmetry(member(family, 2), member(family, 2));
     }
 }
 
-TEST_P(EasingFamily, SplitsItsOutInCurveAtAWholeFrame) {
+TEST_P(EasingFamily, SplitsTheOutInCurveAtAWholeFrame) {
     const auto expectHalf = [](std::int64_t way, float start, std::int64_t frame,
                                std::int64_t frames, std::int64_t passed) {
         const float whole = at(member(GetParam(), 3), frame, 3, 8, frames);
@@ -172,7 +172,7 @@ TEST_P(EasingFamily, SplitsItsOutInCurveAtAWholeFrame) {
     expectOut(2, 6, 4);
     expectIn(3, 6, 0);
     expectIn(0, 1, -1);
-    // Half of an odd negative length is cut towards zero.
+    // Half of an odd negative length is truncated towards zero.
     expectOut(-3, -5, -6);
     expectIn(-2, -5, 1);
 }
@@ -182,7 +182,7 @@ INSTANTIATE_TEST_SUITE_P(Families, EasingFamily, ::testing::Range<std::int64_t>(
                              return easingName(member(family.param, 0)).substr(6);
                          });
 
-TEST(ExpoEasing, InOutCreepsAndLeaps) {
+TEST(ExpoEasing, InOutCreepsAndJumps) {
     EXPECT_EQ(at(EASING_easeInOutExpo, 0, 0, 1, 10), 0);
     EXPECT_NEAR(at(EASING_easeInOutExpo, 9, 0, 1, 10), 0.5f * std::pow(2.0f, -5.5f), 1e-8f);
     EXPECT_EQ(at(EASING_easeInOutExpo, 10, 0, 1, 10), 1);

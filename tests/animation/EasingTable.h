@@ -6,7 +6,7 @@
 
 namespace orvalo::testing {
 
-/// A line of golden/easing.tsv: what a curve makes of its arguments.
+/// A line of golden/easing.tsv: arguments and result of a curve.
 struct EasingRow {
     std::int64_t currentFrame = 0;
     float sourceValue = 0;
@@ -15,10 +15,10 @@ struct EasingRow {
     float lowest = 0;
     float value = 0;
     float highest = 0;
-    std::string fatalMessage{};  ///< Where the program ends instead.
+    std::string fatalMessage{};  ///< Set if the curve ends the program.
 };
 
-/// All lines about a curve, by its name.
+/// All lines of the curve with this name.
 std::vector<EasingRow> easingRows(const std::string& curve);
 
 }  // namespace orvalo::testing

@@ -1,4 +1,4 @@
-// Every curve against golden/easing.tsv; golden/make-table tells how the values there came about.
+// Compares every curve with golden/easing.tsv, which golden/make-table computes.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,12 +27,12 @@ std::string nameOf(std::int64_t curve) {
 
 class EasingTable : public ::testing::TestWithParam<std::int64_t> {
   protected:
-    // This program has no threads, so a fork of it is as good as a fresh start, and quicker.
+    // A plain fork is safe, because this program has no threads, and fast.
     static void SetUpTestSuite() { GTEST_FLAG_SET(death_test_style, "fast"); }
     static void TearDownTestSuite() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
-TEST_P(EasingTable, HoldsTheCurvesValues) {
+TEST_P(EasingTable, MatchesTheCurve) {
     const auto rows = easingRows(nameOf(GetParam()));
     EXPECT_EQ(rows.size(), 140U);
     for (const auto& row : rows) {
@@ -51,7 +51,7 @@ TEST_P(EasingTable, HoldsTheCurvesValues) {
 
 using EasingTableDeathTest = EasingTable;
 
-TEST_P(EasingTableDeathTest, HoldsWhatEndsTheProgram) {
+TEST_P(EasingTableDeathTest, MatchesFatalErrorsOfTheCurve) {
     for (const auto& row : easingRows(nameOf(GetParam()))) {
         if (!row.fatalMessage.empty()) {
             EXPECT_EXIT(evaluate(GetParam(), row), ::testing::KilledBySignal(SIGABRT),

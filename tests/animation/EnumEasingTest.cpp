@@ -64,14 +64,14 @@ constexpr std::array<Named, 41> kCurves{{{EASING_easeNone, "easeNone"},
                                          {EASING_easeInOutBounce, "easeInOutBounce"},
                                          {EASING_easeOutInBounce, "easeOutInBounce"}}};
 
-TEST(EnumEasing, NumbersItsCasesInOrder) {
+TEST(EnumEasing, CountsItsCasesInOrder) {
     for (std::size_t number = 0; number < kCurves.size(); ++number) {
         EXPECT_EQ(rawValue(kCurves[number].type), static_cast<std::int64_t>(number));
     }
     EXPECT_EQ(rawValue(EASING_easeLast), 41);
 }
 
-TEST(EnumEasing, IsMadeFromItsNumbersAndNoOthers) {
+TEST(EnumEasing, AcceptsItsRawValuesOnly) {
     for (std::int64_t number = 0; number <= 41; ++number) {
         const auto type = enumEasing(number);
         ASSERT_TRUE(type.has_value());
@@ -84,20 +84,20 @@ TEST(EnumEasing, IsMadeFromItsNumbersAndNoOthers) {
     EXPECT_EQ(enumEasing(std::numeric_limits<std::int64_t>::min()), std::nullopt);
 }
 
-TEST(EnumEasing, IsHashedByItsNumber) {
+TEST(EnumEasing, IsHashedByItsRawValue) {
     EXPECT_EQ(std::hash<EnumEasing>()(EASING_easeOutBack), std::hash<std::int64_t>()(34));
     const std::unordered_set<EnumEasing> set{EASING_easeOutBack, EASING_easeInBack,
                                              EASING_easeOutBack};
     EXPECT_EQ(set.size(), 2U);
 }
 
-TEST(EasingName, IsTheCasesName) {
+TEST(EasingName, IsTheNameOfTheCase) {
     for (const auto& [type, name] : kCurves) {
         EXPECT_EQ(easingName(type), name);
     }
 }
 
-TEST(EasingName, IsEmptyForWhatIsNoCurve) {
+TEST(EasingName, IsEmptyForInvalidValues) {
     EXPECT_EQ(easingName(EASING_easeLast), "");
     EXPECT_EQ(easingName(static_cast<EnumEasing>(-1)), "");
 }

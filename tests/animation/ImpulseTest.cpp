@@ -50,7 +50,7 @@ void record(Impulse& impulse, Lines& lines) {
     impulse.onFinished = write("finished");
 }
 
-TEST(Impulse, BeginsFinishedWithoutAPush) {
+TEST(Impulse, IsFinishedWithoutAPushInitially) {
     const auto impulse = std::make_shared<Impulse>();
     EXPECT_TRUE(impulse->isFinished());
     EXPECT_EQ(impulse->getSourceValue(), 0);
@@ -78,7 +78,7 @@ TEST(Impulse, AddsTheDampedStepAndEndsBelowTheThreshold) {
     EXPECT_EQ(impulse->getSourceValue(), 1);
 }
 
-TEST(Impulse, IsDampedToThreeQuartersUnlessToldOtherwise) {
+TEST(Impulse, HasAnIntensityOfThreeQuartersByDefault) {
     const auto impulse = std::make_shared<Impulse>(1, 1.0F);
     EXPECT_EQ(values(*impulse, 2), (std::vector<float>{0.75F, 0.75F + 0.5625F}));
     impulse->setup(1, 0.0F, 0.009F, 0.5F);
@@ -87,7 +87,7 @@ TEST(Impulse, IsDampedToThreeQuartersUnlessToldOtherwise) {
     EXPECT_EQ(Peer::amount(*impulse), 3.0F);
 }
 
-TEST(Impulse, TurnsRoundAtItsBoundsAndTellsOfItBeforeTheMove) {
+TEST(Impulse, ReversesAtABoundAndCallsOnCollisionFirst) {
     const auto impulse = std::make_shared<Impulse>(1, 2.0F, 0.009F, 0.75F);
     impulse->setMinMax(true, -1.0F, 1.0F);
     Lines lines;
@@ -104,7 +104,7 @@ TEST(Impulse, TurnsRoundAtItsBoundsAndTellsOfItBeforeTheMove) {
     EXPECT_EQ(lines, Lines{"moved at 0.843750"});
 }
 
-TEST(Impulse, AValueOnABoundCollides) {
+TEST(Impulse, ValueOnABoundCollides) {
     for (const auto amount : {2.0F, -2.0F}) {
         const auto impulse = std::make_shared<Impulse>(1, amount, 0.009F, 0.5F);
         impulse->setMinMax(true, -1.0F, 1.0F);
@@ -116,21 +116,21 @@ TEST(Impulse, AValueOnABoundCollides) {
     }
 }
 
-TEST(Impulse, BoundsThatAreNotEnabledAreNoBounds) {
+TEST(Impulse, IgnoresDisabledBounds) {
     const auto impulse = std::make_shared<Impulse>(1, 2.0F);
     impulse->setMinMax(false, -1.0F, 1.0F);
     tick(*impulse);
     EXPECT_EQ(Peer::value(*impulse), 1.5F);
 }
 
-TEST(Impulse, BeginsWithBoundsThatAreNotEnabled) {
+TEST(Impulse, BoundsAreDisabledInitially) {
     const auto impulse = std::make_shared<Impulse>(1, 4096.0F);
     EXPECT_EQ(Peer::bounds(*impulse), std::pair(-1024.0F, 1024.0F));
     tick(*impulse);
     EXPECT_EQ(Peer::value(*impulse), 3072.0F);
 }
 
-TEST(Impulse, TicksEveryNineMillisecondsUnlessToldOtherwise) {
+TEST(Impulse, HasAnIntervalOf9MillisecondsByDefault) {
     EXPECT_EQ(Peer::interval(Impulse()), 0.009F);
     EXPECT_EQ(Peer::interval(Impulse(1, 1.0F)), 0.009F);
     Impulse impulse(1, 1.0F, 0.5F);
@@ -139,7 +139,7 @@ TEST(Impulse, TicksEveryNineMillisecondsUnlessToldOtherwise) {
     EXPECT_EQ(Peer::interval(impulse), 0.009F);
 }
 
-TEST(Impulse, CollidesAtEveryMoveWithBoundsTheWrongWayRound) {
+TEST(Impulse, CollidesAtEveryMoveWithSwappedBounds) {
     const auto impulse = std::make_shared<Impulse>(1, 2.0F, 0.009F, 0.5F);
     impulse->setMinMax(true, 5.0F, -5.0F);
     int collisions = 0;
@@ -148,7 +148,7 @@ TEST(Impulse, CollidesAtEveryMoveWithBoundsTheWrongWayRound) {
     EXPECT_EQ(collisions, 3);
 }
 
-TEST(Impulse, ASetupGoesOnFromTheValueThatItHas) {
+TEST(Impulse, SetupKeepsTheValue) {
     const auto impulse = std::make_shared<Impulse>(1, 1.0F, 0.009F, 0.5F);
     impulse->setMinMax(true, -10.0F, 10.0F);
     tick(*impulse);
@@ -160,14 +160,14 @@ TEST(Impulse, ASetupGoesOnFromTheValueThatItHas) {
     EXPECT_EQ(Peer::value(*impulse), 2.5F);
 }
 
-TEST(Impulse, ANegativeFrameCountIsNotFinished) {
+TEST(Impulse, NegativeFrameCountIsNotFinished) {
     const auto impulse = std::make_shared<Impulse>();
     impulse->setup(-5, 1.0F);
     EXPECT_FALSE(impulse->isFinished());
     EXPECT_FALSE(std::make_shared<Impulse>(-5, 1.0F)->isFinished());
 }
 
-TEST(Impulse, StopForgetsThePushButNotItsSourceNorItsBounds) {
+TEST(Impulse, StopKeepsSourceAndBounds) {
     const auto impulse = std::make_shared<Impulse>(1, 2.0F);
     impulse->setMinMax(true, -1.0F, 1.0F);
     Lines lines;
@@ -183,7 +183,7 @@ TEST(Impulse, StopForgetsThePushButNotItsSourceNorItsBounds) {
     EXPECT_EQ(lines.front(), "collided at 0.000000");
 }
 
-TEST(Impulse, WithoutAPushEndsOnTheFirstTick) {
+TEST(Impulse, EndsOnTheFirstTickWithoutAPush) {
     const auto impulse = std::make_shared<Impulse>();
     Lines lines;
     record(*impulse, lines);
@@ -191,7 +191,7 @@ TEST(Impulse, WithoutAPushEndsOnTheFirstTick) {
     EXPECT_EQ(lines, Lines{"finished at 0.000000"});
 }
 
-TEST(Impulse, HasNoPushLeftWhenItTellsOfItsEnd) {
+TEST(Impulse, AmountIs0InOnFinished) {
     const auto impulse = std::make_shared<Impulse>(1, 1.0F, 0.009F, 0.0001F);
     float left = 1;
     impulse->onFinished = [&left](const auto& self) { left = Peer::amount(*self); };
@@ -199,7 +199,7 @@ TEST(Impulse, HasNoPushLeftWhenItTellsOfItsEnd) {
     EXPECT_EQ(left, 0);
 }
 
-TEST(Impulse, TheThresholdItselfStillMoves) {
+TEST(Impulse, AmountEqualToTheThresholdMoves) {
     const auto impulse = std::make_shared<Impulse>(1, 0.001F, 0.009F, 1.0F);
     Lines lines;
     record(*impulse, lines);
@@ -208,7 +208,7 @@ TEST(Impulse, TheThresholdItselfStillMoves) {
     EXPECT_FALSE(impulse->isFinished());
 }
 
-TEST(Impulse, AFinishedCallbackMayNotBeginTheNextPushBecauseTheStopFollows) {
+TEST(Impulse, StopsAfterOnFinishedHasSetUpAPush) {
     const auto impulse = std::make_shared<Impulse>();
     impulse->onFinished = [](const auto& self) { self->setup(1, 5.0F); };
     tick(*impulse);
@@ -216,17 +216,10 @@ TEST(Impulse, AFinishedCallbackMayNotBeginTheNextPushBecauseTheStopFollows) {
     EXPECT_EQ(impulse->getSourceValue(), 5.0F);
 }
 
-TEST(Impulse, MoreTicksThanSixtyFourBitsCountEndTheProgram) {
+TEST(Impulse, StepCountBeyond64BitsEndsTheProgram) {
     const auto impulse = std::make_shared<Impulse>(1, 1.0F);
     Peer::step(*impulse) = std::numeric_limits<std::int64_t>::max();
     EXPECT_DEATH(tick(*impulse), "Fatal error: Integer overflow in an addition");
-}
-
-TEST(Impulse, CallsItsOwnOperationsThroughTheOverridableOnes) {
-    const auto impulse = std::make_shared<testing::Counted<Impulse>>();
-    tick(*impulse);
-    EXPECT_EQ(impulse->stops, 1);
-    EXPECT_EQ(impulse->resets, 1);
 }
 
 }  // namespace

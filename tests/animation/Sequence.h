@@ -10,7 +10,7 @@
 
 namespace orvalo {
 
-/// The tests' way to a sequencer's inner state.
+/// Access to a sequencer's private state.
 struct AnimationSequencerPeer {
     static auto& animators(AnimationSequencer& sequencer) { return sequencer._animators; }
     static std::int64_t& currentIndex(AnimationSequencer& sequencer) {
@@ -26,7 +26,7 @@ struct AnimationSequencerPeer {
 
 namespace testing {
 
-/// So many ticks, as the timer has them: the frame is advanced before each.
+/// `count` ticks like those of the timer: each advances the frame counter first.
 inline void tickOn(AnimationSequencer& sequencer, int count = 1) {
     for (int done = 0; done < count; ++done) {
         ++AnimationSequencerPeer::currentFrame(sequencer);
@@ -34,13 +34,13 @@ inline void tickOn(AnimationSequencer& sequencer, int count = 1) {
     }
 }
 
-/// An animator, and the frame at which it begins.
+/// An animator and its start frame.
 struct Placed {
     std::shared_ptr<Animator> animator;
     std::int64_t frame;
 };
 
-/// A sequence of the animators, added in this order.
+/// A sequencer of the animators, added in this order.
 inline std::shared_ptr<AnimationSequencer> sequence(const std::vector<Placed>& placed) {
     auto sequencer = std::make_shared<AnimationSequencer>();
     for (const auto& [animator, frame] : placed) {
@@ -49,7 +49,7 @@ inline std::shared_ptr<AnimationSequencer> sequence(const std::vector<Placed>& p
     return sequencer;
 }
 
-/// The same, which writes down every callback of its own.
+/// The same, with its callbacks recorded.
 inline std::shared_ptr<AnimationSequencer> recorded(const std::vector<Placed>& placed,
                                                     Lines& lines) {
     auto sequencer = sequence(placed);

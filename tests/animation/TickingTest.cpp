@@ -1,5 +1,4 @@
-// What everything that ticks has in common: its timer, and its life while callbacks do as they
-// like.
+// What stack, chain, sequencer and impulse have in common: their timer and their lifetime.
 #include "animation/Ticking.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +32,7 @@ using testing::waitUntilDue;
 
 constexpr float kShort = 0.002F;
 
-/// How each of them is made to tick for ever.
+/// Makes each kind tick for ever.
 template <typename Kind>
 struct Kit;
 
@@ -71,7 +70,7 @@ struct Kit<Impulse> {
     static void fill(Impulse& /*impulse*/) {}
 };
 
-/// One that ticks for ever every two milliseconds once it is started.
+/// Ticks for ever once it is started.
 template <typename Kind>
 std::shared_ptr<Kind> makeEndless(float interval = kShort) {
     auto result = std::make_shared<Kind>();
@@ -80,13 +79,13 @@ std::shared_ptr<Kind> makeEndless(float interval = kShort) {
     return result;
 }
 
-/// Has the block run on every tick that is not the last.
+/// Runs the block on every tick but the last.
 template <typename Kind>
 void onTick(Kind& ticking, std::function<void()> block) {
     ticking.onAnimation = [block = std::move(block)](const auto&...) { block(); };
 }
 
-/// A timer beside it, as a clock.
+/// A second timer, to wait for a number of ticks.
 class Clock {
   public:
     explicit Clock(float interval) : timer_(startTicking(interval, [this] { ++firings_; })) {}
@@ -94,7 +93,7 @@ class Clock {
     Clock(const Clock&) = delete;
     Clock& operator=(const Clock&) = delete;
 
-    /// Serves the run loop for so many firings.
+    /// Runs the loop for this many firings.
     void wait(int firings) {
         const int end = firings_ + firings;
         EXPECT_TRUE(serveUntil([&] { return firings_ >= end; }));
@@ -111,7 +110,7 @@ class Ticking : public ::testing::Test {};
 using Kinds = ::testing::Types<AnimatorStack, AnimatorChain, AnimationSequencer, Impulse>;
 TYPED_TEST_SUITE(Ticking, Kinds);
 
-TYPED_TEST(Ticking, GoesOnUntilItIsStopped) {
+TYPED_TEST(Ticking, TicksUntilItIsStopped) {
     const auto ticking = makeEndless<TypeParam>();
     int ticks = 0;
     onTick(*ticking, [&ticks] { ++ticks; });
@@ -124,7 +123,7 @@ TYPED_TEST(Ticking, GoesOnUntilItIsStopped) {
     EXPECT_EQ(ticks, atStop);
 }
 
-TYPED_TEST(Ticking, StopsFromInsideItsCallback) {
+TYPED_TEST(Ticking, MayBeStoppedFromItsCallback) {
     const auto ticking = makeEndless<TypeParam>();
     int ticks = 0;
     onTick(*ticking, [&ticks, &ticking] {
@@ -138,7 +137,7 @@ TYPED_TEST(Ticking, StopsFromInsideItsCallback) {
     EXPECT_EQ(ticks, atStop);
 }
 
-TYPED_TEST(Ticking, LivesWhileItsTimerRunsAndNoLonger) {
+TYPED_TEST(Ticking, LivesOnlyWhileItsTimerRuns) {
     auto ticking = makeEndless<TypeParam>();
     const std::weak_ptr<TypeParam> watched = ticking;
     int ticks = 0;
@@ -155,7 +154,7 @@ TYPED_TEST(Ticking, LivesWhileItsTimerRunsAndNoLonger) {
     EXPECT_EQ(ticks, 3);
 }
 
-TYPED_TEST(Ticking, MayLoseItsLastReferenceByTheStopItself) {
+TYPED_TEST(Ticking, StopMayReleaseTheLastReference) {
     auto owner = makeEndless<TypeParam>();
     const std::weak_ptr<TypeParam> watched = owner;
     auto& ticking = *owner;
@@ -165,7 +164,7 @@ TYPED_TEST(Ticking, MayLoseItsLastReferenceByTheStopItself) {
     EXPECT_TRUE(watched.expired());
 }
 
-TYPED_TEST(Ticking, MayGoWithItsCallback) {
+TYPED_TEST(Ticking, CallbackMayReleaseTheObjectAndItself) {
     auto ticking = makeEndless<TypeParam>();
     const std::weak_ptr<TypeParam> watched = ticking;
     auto capture = std::make_shared<int>(7);
@@ -216,7 +215,7 @@ TYPED_TEST(Ticking, TicksOnTheThreadThatStartedIt) {
     }).join();
 }
 
-TYPED_TEST(Ticking, GoesWithItsThread) {
+TYPED_TEST(Ticking, EndsWithItsThread) {
     std::weak_ptr<TypeParam> watched;
     std::thread([&watched] {
         const auto ticking = makeEndless<TypeParam>();
@@ -226,9 +225,9 @@ TYPED_TEST(Ticking, GoesWithItsThread) {
     EXPECT_TRUE(watched.expired());
 }
 
-// A second start leaves a timer behind that nothing ends but its thread.
+// The timer of the first start ends only with its thread.
 
-TYPED_TEST(Ticking, StartedTwiceTicksTwiceAPeriodAndGoesOnAfterAStop) {
+TYPED_TEST(Ticking, TicksTwicePerIntervalWhenStartedTwiceAndGoesOnAfterStop) {
     std::thread([] {
         constexpr float interval = 0.01F;
         const auto ticking = makeEndless<TypeParam>(interval);
@@ -247,7 +246,7 @@ TYPED_TEST(Ticking, StartedTwiceTicksTwiceAPeriodAndGoesOnAfterAStop) {
     }).join();
 }
 
-TYPED_TEST(Ticking, TakesItsIntervalAtTheStart) {
+TYPED_TEST(Ticking, ReadsItsIntervalAtStart) {
     std::thread([] {
         const auto ticking = makeEndless<TypeParam>(3600.0F);
         int ticks = 0;
@@ -268,12 +267,43 @@ class Overridden : public Kind {
     void animate() override { ++ticks; }
 };
 
-TYPED_TEST(Ticking, CallsWhatASubclassMakesOfATick) {
+TYPED_TEST(Ticking, CallsTheOverriddenAnimate) {
     const auto ticking = std::make_shared<Overridden<TypeParam>>();
     Kit<TypeParam>::setInterval(*ticking, kShort);
     ticking->start();
     EXPECT_TRUE(serveUntil([&ticking] { return ticking->ticks >= 3; }));
     ticking->stop();
+}
+
+/// Counts the calls of its overridable operations.
+template <typename Kind>
+class Counted : public Kind {
+  public:
+    int stops = 0;
+    int resets = 0;
+
+    void stop() override {
+        ++stops;
+        Kind::stop();
+    }
+    void reset() override { ++resets; }
+};
+
+template <typename Kind>
+class Ending : public ::testing::Test {};
+
+// The sequencer's own test covers its operations.
+using KindsThatEnd = ::testing::Types<AnimatorStack, AnimatorChain, Impulse>;
+TYPED_TEST_SUITE(Ending, KindsThatEnd);
+
+TYPED_TEST(Ending, CallsTheOverriddenStopAndReset) {
+    const auto ticking = std::make_shared<Counted<TypeParam>>();
+    if constexpr (std::is_same_v<TypeParam, AnimatorChain>) {
+        ticking->add(std::make_shared<Animator>());  // A chain without members does not end.
+    }
+    ticking->animate();
+    EXPECT_EQ(ticking->stops, 1);
+    EXPECT_EQ(ticking->resets, 1);
 }
 
 template <typename Kind>
@@ -282,7 +312,7 @@ class Empty : public ::testing::Test {};
 using Warning = ::testing::Types<AnimatorChain, AnimationSequencer>;
 TYPED_TEST_SUITE(Empty, Warning);
 
-/// The first few lines that it prints, at least three.
+/// The lines that it prints until there are at least three.
 template <typename Kind>
 Lines linesOf(Kind& ticking) {
     const testing::CapturedOutput output;
@@ -291,7 +321,7 @@ Lines linesOf(Kind& ticking) {
     return output.lines();
 }
 
-TYPED_TEST(Empty, KeepsItsTimerAndWarnsAtEveryTick) {
+TYPED_TEST(Empty, KeepsItsTimerAndWarnsOnEveryTick) {
     const auto ticking = std::make_shared<TypeParam>();
     Kit<TypeParam>::setInterval(*ticking, kShort);
     ticking->start();
@@ -299,7 +329,7 @@ TYPED_TEST(Empty, KeepsItsTimerAndWarnsAtEveryTick) {
     EXPECT_EQ(lines, Lines(lines.size(), testing::kNoMembers));
 }
 
-TEST(SeveralTicking, TickInTheOrderOfTheirStarts) {
+TEST(SeveralTicking, TickInOrderOfTheirStarts) {
     constexpr float interval = 0.01F;
     Lines order;
     const auto chain = makeEndless<AnimatorChain>(interval);
@@ -326,7 +356,7 @@ TEST(SeveralTicking, TickInTheOrderOfTheirStarts) {
     EXPECT_EQ(order, (Lines{"stack", "chain", "impulse"}));
 }
 
-TEST(SequencerTimer, AdvancesTheFrameBeforeEveryTickAlsoInAPause) {
+TEST(SequencerTimer, AdvancesTheFrameBeforeEachTickAlsoDuringAPause) {
     const auto sequencer = makeEndless<AnimationSequencer>();
     std::vector<std::int64_t> frames;
     sequencer->onAnimation = [&frames](const auto& self, const auto&) {
@@ -346,7 +376,7 @@ TEST(SequencerTimer, AdvancesTheFrameBeforeEveryTickAlsoInAPause) {
     EXPECT_EQ(frames, (std::vector<std::int64_t>{1, 2, 3}));
 }
 
-TEST(SequencerTimer, GoesOnWhenEverythingIsRemoved) {
+TEST(SequencerTimer, GoesOnAfterRemoveAll) {
     const auto sequencer = makeEndless<AnimationSequencer>();
     sequencer->start();
     sequencer->removeAll();
@@ -354,7 +384,7 @@ TEST(SequencerTimer, GoesOnWhenEverythingIsRemoved) {
     EXPECT_EQ(lines, Lines(lines.size(), testing::kNoMembers));
 }
 
-TEST(SequencerTimer, StartedGoesOnFromItsFrame) {
+TEST(SequencerTimer, StartContinuesFromTheCurrentFrame) {
     const auto sequencer = makeEndless<AnimationSequencer>();
     std::int64_t first = 0;
     sequencer->onAnimation = [&first](const auto& self, const auto&) {
@@ -368,7 +398,7 @@ TEST(SequencerTimer, StartedGoesOnFromItsFrame) {
     EXPECT_EQ(first, 42);
 }
 
-TEST(SequencerTimer, AFrameBeyondSixtyFourBitsEndsTheProgram) {
+TEST(SequencerTimer, FrameBeyond64BitsEndsTheProgram) {
     const auto sequencer = makeEndless<AnimationSequencer>();
     sequencer->add(std::make_shared<Animator>(), std::numeric_limits<std::int64_t>::max());
     EXPECT_DEATH(
@@ -381,7 +411,7 @@ TEST(SequencerTimer, AFrameBeyondSixtyFourBitsEndsTheProgram) {
         "Fatal error: Integer overflow in an addition");
 }
 
-TEST(StopTicking, OfAnAbsentTimerDoesNothing) {
+TEST(StopTicking, DoesNothingForNull) {
     std::shared_ptr<Timer> none;
     stopTicking(none);
     EXPECT_EQ(none, nullptr);

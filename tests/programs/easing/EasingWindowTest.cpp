@@ -1,4 +1,4 @@
-// The program orvalo-easing, as people and assistive technology have it.
+// The program orvalo-easing, used by pointer, keyboard and assistive technology.
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 
@@ -39,11 +39,11 @@ void write(const std::filesystem::path& file, const std::string& text) {
     std::ofstream(file) << text;
 }
 
-/// A session bus, over which a program finds the bus for accessibility.
+/// A session bus, on which the program finds the accessibility bus.
 class SessionBus {
   public:
     SessionBus() {
-        // Which starting it would take away.
+        // g_test_dbus_up() unsets DISPLAY.
         const std::string display = g_getenv("DISPLAY");
         g_test_dbus_add_service_dir(bus_, "/usr/share/dbus-1/services");
         g_test_dbus_up(bus_);
@@ -51,10 +51,10 @@ class SessionBus {
     }
 
   private:
-    GTestDBus* bus_ = g_test_dbus_new(G_TEST_DBUS_NONE);  // Goes with the program.
+    GTestDBus* bus_ = g_test_dbus_new(G_TEST_DBUS_NONE);  // Leaked: in use until the program ends.
 };
 
-/// Looks again and again until it holds; false when it never does.
+/// Waits until the condition holds; false on a timeout.
 bool eventually(const std::function<bool()>& condition) {
     constexpr double pause = 0.02;
     const auto timer = Timer::scheduledTimer(pause, [](const auto& /*timer*/) {});
@@ -67,7 +67,7 @@ void key(const std::string& name) {
     act({"key", name});
 }
 
-/// Writes a number into the field to which the keys lead.
+/// Types a number into the field with these shortcut keys.
 void enter(const std::string& keys, const std::string& number) {
     key(keys);
     act({"type", number});
@@ -93,8 +93,8 @@ class EasingWindowTest : public ::testing::Test {
         activateWindow("^Orvalo Easing$");
     }
 
-    /// The same, on the page of groups, of which less is to be looked through, at rest; what plays
-    /// there takes no longer than it must.
+    /// The same, on the Groups page, which has fewer widgets to search, stopped and with the
+    /// shortest duration.
     void openGroups() {
         open();
         enter("alt+d", "0.2");
@@ -102,7 +102,7 @@ class EasingWindowTest : public ::testing::Test {
         EXPECT_TRUE(comes("Play"));
     }
 
-    /// Closes the window by its keys; the exit status.
+    /// Closes the window with its shortcut and returns the exit status.
     int end() {
         key("ctrl+q");
         const auto running = std::exchange(program, nullptr);
@@ -120,7 +120,7 @@ class EasingWindowTest : public ::testing::Test {
         return eventually([this, &name] { return isThere(name); });
     }
 
-    /// What the desktop's settings say, as files of this user.
+    /// The desktop's settings, as files of this user.
     void setToolkit(const std::string& text) const {
         write(folder.path() / "config/gtk-4.0/settings.ini", "[Settings]\n" + text + "\n");
     }
@@ -147,14 +147,14 @@ TEST_F(EasingWindowTest, NamesEveryCurveAndEveryControl) {
         expected.push_back(easingName(static_cast<EnumEasing>(number)));
     }
     EXPECT_THAT(easing.names(), IsSupersetOf(expected));
-    // It has played by itself.
+    // It starts playing by itself.
     EXPECT_TRUE(comes("Play"));
     key("alt+3");
     EXPECT_TRUE(comes("Amount"));
     EXPECT_THAT(easing.names(), IsSupersetOf({"Amount", "Intensity", "Bounds", "Lower", "Upper"}));
 }
 
-TEST_F(EasingWindowTest, MovesWhatItPlays) {
+TEST_F(EasingWindowTest, ChangesThePictureWhilePlaying) {
     openGroups();
     key("alt+r");
     key("F5");
@@ -172,27 +172,27 @@ TEST_F(EasingWindowTest, RepeatsUntilItIsStopped) {
     EXPECT_TRUE(comes("Play"));
 }
 
-TEST_F(EasingWindowTest, DoesWhatAssistiveTechnologyPresses) {
+TEST_F(EasingWindowTest, FollowsAssistiveTechnology) {
     openGroups();
     EXPECT_TRUE(easing.press("Repeat"));
     EXPECT_TRUE(easing.press("Play"));
     EXPECT_TRUE(comes("The stack has finished."));
-    // Again, by itself.
+    // Repeats by itself.
     EXPECT_TRUE(comes("Number 1 has ended and is removed, 4 left."));
     EXPECT_TRUE(easing.press("Stop"));
     EXPECT_TRUE(comes("Play"));
 }
 
-TEST_F(EasingWindowTest, ChoosesACurveByTheArrowsAtOneStopOfTab) {
+TEST_F(EasingWindowTest, ArrowKeysChooseACurveAtOneTabStop) {
     open();
-    // What it plays by itself at the start is over, however long the start took.
+    // The run that starts by itself must be over.
     EXPECT_TRUE(comes("Play"));
-    // From the button over the three pages to the curves, and there from InOutCubic on.
+    // From the button past the three pages to the curves; InOutCubic is chosen.
     for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "Right", "End", "Up", "Home", "Down",
                              "Right", "Right", "Right", "Left", "space"}) {
         key(name);
     }
-    // Over duration, interval and repetition back to the button.
+    // Past duration, interval and repetition back to the button.
     for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "space"}) {
         key(name);
     }
@@ -213,7 +213,7 @@ TEST_F(EasingWindowTest, RunsEveryKindOfGroupToItsEnd) {
     }
 }
 
-TEST_F(EasingWindowTest, RunsAChainAsynchronouslyUntilItsMembersHaveEnded) {
+TEST_F(EasingWindowTest, PlaysUntilTheMembersOfAnAsynchronousChainHaveEnded) {
     openGroups();
     key("alt+c");
     EXPECT_TRUE(comes("Asynchronous"));
@@ -223,7 +223,7 @@ TEST_F(EasingWindowTest, RunsAChainAsynchronouslyUntilItsMembersHaveEnded) {
     EXPECT_TRUE(comes("Play"));
 }
 
-TEST_F(EasingWindowTest, TellsWhatBecameOfAPush) {
+TEST_F(EasingWindowTest, ShowsTheResultOfAPush) {
     open();
     key("alt+3");
     EXPECT_TRUE(comes("Push"));
@@ -237,7 +237,7 @@ TEST_F(EasingWindowTest, TellsWhatBecameOfAPush) {
     EXPECT_TRUE(comes("Ended after 331 ticks with 0 collisions."));
 }
 
-TEST_F(EasingWindowTest, ShowsEndsOnlyWhereTheToolkitsSettingAsksForLessMotion) {
+TEST_F(EasingWindowTest, ShowsOnlyTheEndWhenGtkAsksForReducedMotion) {
     setToolkit("gtk-enable-animations=0");
     openGroups();
     EXPECT_TRUE(isThere(kStillness));
@@ -253,7 +253,7 @@ TEST_F(EasingWindowTest, ShowsEndsOnlyWhereTheToolkitsSettingAsksForLessMotion) 
     EXPECT_THAT(easing.names(), Not(Contains("Stop")));
 }
 
-TEST_F(EasingWindowTest, FollowsTheDesktopsSettingWhileItRuns) {
+TEST_F(EasingWindowTest, FollowsTheDesktopsReducedMotionSettingWhileRunning) {
     setDesktop("enable-animations=true");
     openGroups();
     EXPECT_THAT(easing.names(), Not(Contains(kStillness)));
@@ -297,7 +297,7 @@ TEST(EasingOptions, AreRefusedByName) {
     EXPECT_EQ(stray.error, "orvalo-easing: 'curve' is no option.\n");
 }
 
-TEST(EasingOptions, AMissingDisplayIsToldInALine) {
+TEST(EasingOptions, PrintALineWithoutADisplay) {
     Program program({staged("orvalo-easing")}, {{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
     EXPECT_EQ(program.wait(), 1);
     EXPECT_THAT(program.standardError(), HasSubstr("There is no display to show a window on."));
