@@ -32,7 +32,7 @@ struct LV2ComponentStatement {
 };
 
 /// A folder with a manifest, and the statements of the manifest. lilv does not tell which bundle a
-/// statement comes from, and takes several times as long for a thousand manifests.
+/// statement comes from, and needs twice the time to load a thousand manifests.
 struct LV2Bundle {
     std::filesystem::path path;               ///< Canonical.
     std::string uri;                          ///< "file:///.../", with the closing slash.
