@@ -11,7 +11,7 @@
 
 namespace orvalo {
 
-/// When to play something. Only an absent time is supported: after what is scheduled already.
+/// When to play a file. Only an absent time is supported: after all scheduled files.
 struct AVAudioTime {};
 
 /// Plays files one after another, joined sample-exactly. A thread per player decodes ahead. The
@@ -26,9 +26,9 @@ class AVAudioPlayerNode : public AVAudioNode {
     /// scheduled within this time joins without a gap.
     static constexpr std::chrono::milliseconds consumptionLead{200};
 
-    /// Plays what is scheduled as soon as the engine renders.
+    /// Plays the scheduled files as soon as the engine renders.
     void play();
-    /// Keeps the playback position and what is scheduled.
+    /// Keeps the playback position and the scheduled files.
     void pause();
     /// Removes everything scheduled. Calls all pending completions before it returns, on the
     /// calling thread, in the order of scheduling; waits for a completion that is running. So a
@@ -36,7 +36,7 @@ class AVAudioPlayerNode : public AVAudioNode {
     void stop();
     bool isPlaying() const;
 
-    /// Schedules a whole file after what is scheduled already. completionHandler: called once, on
+    /// Schedules a whole file after all others. completionHandler: called once, on
     /// the player's thread consumptionLead before the last frame is rendered (for a shorter file as
     /// soon as it is decoded), or in stop(). A file may be scheduled again while it plays, but must
     /// not be read elsewhere.

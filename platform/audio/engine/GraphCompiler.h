@@ -27,7 +27,7 @@ class GraphCompiler {
 
     /// Discards the frames that converters hold, for a new start.
     void forgetConverters() { converters_.clear(); }
-    /// Removes what is kept for a node that leaves the graph.
+    /// Removes a node that leaves the graph.
     void forget(const std::shared_ptr<AVAudioNode>& node) {
         prepared_.erase(node);
         converters_.erase(node);

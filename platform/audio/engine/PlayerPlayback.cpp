@@ -105,7 +105,7 @@ void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
     if (!stream->render(output) && hasStarted && moreToDecode_.load(std::memory_order_relaxed)) {
         underruns_.fetch_add(1, std::memory_order_relaxed);
     }
-    // The decoding thread stores the position, then loads what is consumed; this thread does the
+    // The decoding thread stores the position, then loads consumed(); this thread does the
     // reverse. Both are sequentially consistent, so one of them sees the other's store.
     if (stream->ring()->consumed() >= wakePosition_.load(std::memory_order_seq_cst)) {
         wakePosition_.store(UINT64_MAX, std::memory_order_relaxed);
@@ -120,7 +120,7 @@ void AVAudioPlayerNode::Playback::awaitDecoded() {
         if (isCompleting_ || isCompletionDue()) {
             return false;
         }
-        // Waiting for each quantum by itself would cost two thread switches a quantum.
+        // Waiting for each single quantum would cost two thread switches a quantum.
         const bool isEnough =
             !ring_ || !isPlaying_ ||
             hasDecoded(std::exchange(hasWaited, true) ? keptFrames() : awaitedFrames());

@@ -25,8 +25,8 @@ namespace orvalo {
 /// outlive it.
 class AVAudioPlayerNode::Playback : public RenderKernel {
   public:
-    /// onFormatChange: called without locks when the format of what plays has changed. The thread
-    /// keeps the playback alive until finish().
+    /// onFormatChange: called without locks when a file of another format starts to play. The
+    /// thread keeps the playback alive until finish().
     static std::shared_ptr<Playback> start(std::function<void()> onFormatChange);
     ~Playback() override;
     /// Stops playback and the thread. Joins the thread, unless a completion on that thread releases

@@ -31,8 +31,8 @@ struct LV2ComponentStatement {
     bool isLiteral = true;
 };
 
-/// A folder with a manifest, and what the manifest says. lilv does not tell which bundle a
-/// statement comes from, and takes several times as long for a thousand manifests.
+/// A folder with a manifest, and the statements of the manifest. lilv does not tell which bundle a
+/// statement comes from, and needs twice the time to load a thousand manifests.
 struct LV2Bundle {
     std::filesystem::path path;               ///< Canonical.
     std::string uri;                          ///< "file:///.../", with the closing slash.
@@ -44,8 +44,8 @@ struct LV2Bundle {
 
 /// The single bundles, then those of all the folders: folder after folder, by name within each,
 /// each once. Folders that are not there are no error; a manifest that cannot be read is left out
-/// with a warning. Where several bundles hold one plug-in, all but the first on the path lose what
-/// they say of it, with a warning.
+/// with a warning. Where several bundles hold one plug-in, all but the first on the path lose
+/// their statements of it, with a warning.
 std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath);
 
 }  // namespace orvalo

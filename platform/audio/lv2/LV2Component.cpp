@@ -91,27 +91,19 @@ std::map<std::string, Values> valuesByPlugin(const LV2Bundle& bundle) {
 }  // namespace
 
 std::vector<LV2Component> statedComponents(const std::vector<LV2Bundle>& bundles) {
-    std::vector<const LV2Bundle*> stating;
-    for (const auto& bundle : bundles) {
-        if (!bundle.codes.empty()) {
-            stating.push_back(&bundle);
-        }
-    }
-    std::sort(stating.begin(), stating.end(),
-              [](const auto* left, const auto* right) { return left->uri < right->uri; });
     std::map<std::string, LV2Component> found;
-    for (const auto* bundle : stating) {
-        for (const auto& [uri, values] : valuesByPlugin(*bundle)) {
+    for (const auto& bundle : bundles) {
+        for (const auto& [uri, values] : valuesByPlugin(bundle)) {
             if (found.contains(uri)) {
-                g_warning("%s states codes of <%s>, which another bundle has stated already.",
-                          bundle->path.c_str(), uri.c_str());
+                g_warning("%s states codes of <%s>, which an earlier bundle on the path states.",
+                          bundle.path.c_str(), uri.c_str());
                 continue;
             }
             try {
                 found.emplace(uri, component(uri, values));
             } catch (const Unusable& reason) {
-                g_warning("The codes that %s states of <%s> are left out: %s.",
-                          bundle->path.c_str(), uri.c_str(), reason.what());
+                g_warning("The codes that %s states of <%s> are left out: %s.", bundle.path.c_str(),
+                          uri.c_str(), reason.what());
             }
         }
     }

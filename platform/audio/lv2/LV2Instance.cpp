@@ -50,7 +50,7 @@ std::optional<float> as(const void* value, std::uint32_t size) {
 }
 
 /// A control value out of a state: the body of a float, double, int, long or bool atom. Nothing for
-/// another type, a size that is not the type's, and what is no finite number.
+/// another type, a size that is not the type's, and a number that is not finite.
 std::optional<float> numberOf(const void* value, std::uint32_t size, std::uint32_t type) {
     const auto& urids = LV2URIDs::shared();
     if (type == urids.atomFloat) {

@@ -57,7 +57,7 @@ class LV2World {
 
         LilvWorld* lilv() const { return world_.lilv_.get(); }
         LilvPointer<LilvNode> uri(const char* text) const;
-        /// The plug-in with that URI, loaded with what bundles say of it; null without one.
+        /// The plug-in with that URI, with all bundles loaded that speak of it; null without one.
         const LilvPlugin* plugin(const std::string& uri) const;
 
       private:

@@ -130,7 +130,7 @@ std::string readStatements(const std::string& text, const std::string& base,
     Reading reading{handler, decltype(Reading::environment)(serd_env_new(&baseNode)), {}};
     const std::unique_ptr<SerdReader, Release<serd_reader_free>> reader(
         serd_reader_new(SERD_TURTLE, &reading, nullptr, onBase, onPrefix, onStatement, onEnd));
-    // Not strict, serd skips what it cannot read, and never returns at the end of the text.
+    // Without strictness serd skips faults, and never returns from one at the end of the text.
     serd_reader_set_strict(reader.get(), true);
     serd_reader_set_error_sink(reader.get(), onError, &reading);
     const auto status = serd_reader_read_string(reader.get(), bytes(text));

@@ -36,14 +36,14 @@ class TurtleStatement {
 /// path that is no regular file, is too large or cannot be read.
 std::optional<std::string> readTurtle(const std::string& path, std::size_t limit);
 
-/// Calls `handler` with each statement of a Turtle text whose own URI is `base`. Returns what is
-/// wrong with the text, with its line; empty for a sound one.
+/// Calls `handler` with each statement of a Turtle text whose own URI is `base`. Returns the
+/// first fault with its line; empty for a sound text.
 std::string readStatements(const std::string& text, const std::string& base,
                            const std::function<void(const TurtleStatement&)>& handler);
 
-/// What is wrong with the file of a plug-in's data or presets, by its file URI; empty for a sound
-/// one. Files are checked before lilv reads them: lilv keeps the first half of a broken file, never
-/// returns from some that end early, and overflows the stack on deep nesting.
+/// The first fault in a file of a plug-in's data or presets, by its file URI; empty for a sound
+/// file. Files are checked before lilv reads them: lilv keeps the first half of a broken file,
+/// never returns from some that end early, and overflows the stack on deep nesting.
 std::string turtleFileError(const std::string& uri);
 
 }  // namespace orvalo

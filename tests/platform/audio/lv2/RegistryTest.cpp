@@ -141,16 +141,16 @@ TEST_F(Registry, ReadsABundleOnceWhenALinkLeadsToItToo) {
     EXPECT_EQ(warnings_, "");
 }
 
-TEST_F(Registry, TakesCodesFromTheFirstBundleByURIAndWarnsOfTheOther) {
+TEST_F(Registry, TakesCodesFromTheFirstBundleOnThePathAndWarnsOfTheOther) {
     writePlugin("path", "amp");
     write("path", "b.lv2", codes("urn:test:amp", "bbbb"));
-    write("path", "a.lv2", codes("urn:test:amp", "aaaa"));
+    write("more", "a.lv2", codes("urn:test:amp", "aaaa"));
     const auto found = components();
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_EQ(found[0].description.componentSubType, fourCharCode("aaaa"));
-    EXPECT_THAT(warnings_, HasSubstr(bundle("path/b.lv2") +
-                                     " states codes of <urn:test:amp>, which another bundle has "
-                                     "stated already."));
+    EXPECT_EQ(found[0].description.componentSubType, fourCharCode("bbbb"));
+    EXPECT_THAT(warnings_, HasSubstr(bundle("more/a.lv2") +
+                                     " states codes of <urn:test:amp>, which an earlier bundle "
+                                     "on the path states."));
 }
 
 TEST_F(Registry, LeavesOutAPluginThatIsNotInstalled) {
