@@ -1,6 +1,5 @@
 #include "bench/bridge/BareHandover.h"
 
-#include <sched.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -48,7 +47,6 @@ BareHandover::~BareHandover() {
 }
 
 void BareHandover::run() noexcept {
-    words_->processor.store(sched_getcpu());
     const auto number = words_->request.load() + 1;
     words_->request.store(number);
     Futex::wake(words_->request);
@@ -58,7 +56,6 @@ void BareHandover::run() noexcept {
 }
 
 void BareHandover::answer(Words& words) noexcept {
-    int place = -1;
     for (std::uint32_t answered = 0;;) {
         const auto request = words.request.load();
         if (request == answered) {
@@ -68,13 +65,6 @@ void BareHandover::answer(Words& words) noexcept {
         answered = request;
         words.response.store(answered);
         Futex::wake(words.response);
-        if (const int host = words.processor.load(); host != place && host >= 0) {
-            place = host;
-            cpu_set_t only;
-            CPU_ZERO(&only);
-            CPU_SET(static_cast<std::size_t>(place), &only);
-            sched_setaffinity(0, sizeof(only), &only);
-        }
     }
 }
 

@@ -8,7 +8,7 @@
 namespace orvalo::bench {
 
 /// What this machine takes to hand a word to another process and get it back, with nothing done
-/// there: no effect outside can be quicker. The process works where its host is.
+/// there: no effect outside can be quicker.
 class BareHandover {
   public:
     BareHandover();
@@ -22,7 +22,6 @@ class BareHandover {
   private:
     struct Words {
         alignas(64) std::atomic<std::uint32_t> request;
-        std::atomic<int> processor;
         alignas(64) std::atomic<std::uint32_t> response;
     };
 

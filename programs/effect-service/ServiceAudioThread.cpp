@@ -18,8 +18,6 @@ namespace {
 // Woken by the host, or by the end; this is but the most that a wait may be said to take.
 constexpr std::chrono::hours kLongestWait{1};
 
-constexpr int kAnywhere = -1;
-
 }  // namespace
 
 ServiceAudioThread::ServiceAudioThread(std::shared_ptr<LV2LocalAudioUnit> unit,
@@ -55,7 +53,6 @@ ServiceAudioThread::~ServiceAudioThread() {
 void ServiceAudioThread::serve() noexcept {
     pthread_setname_np(pthread_self(), "effect-audio");
     const DenormalGuard denormals;
-    pthread_getaffinity_np(pthread_self(), sizeof(anywhere_), &anywhere_);
     auto& control = audio_.control();
     for (std::uint32_t answered = 0; !isEnding_.load(std::memory_order_acquire);) {
         const auto request = control.request.load(std::memory_order_acquire);
@@ -68,8 +65,6 @@ void ServiceAudioThread::serve() noexcept {
         answered = request;
         control.response.store(answered, std::memory_order_release);
         Futex::wake(control.response);
-        // After the answer, since moving takes longer than many an effect's quantum.
-        followHost();
     }
     hasEnded_.store(true, std::memory_order_release);
 }
@@ -86,26 +81,10 @@ void ServiceAudioThread::takeScheduling() {
     const sched_param parameters{.sched_priority = priority};
     const int error = pthread_setschedparam(pthread_self(), policy, &parameters);
     if (error != 0) {
-        g_message("The effect runs without the real-time priority of the host (%d): %s.", priority,
-                  g_strerror(error));
+        g_message("The effect's audio thread is refused real-time priority %d (%s); under load its "
+                  "output may be late.",
+                  priority, g_strerror(error));
     }
-    mayFollowHost_ = error == 0;
-}
-
-void ServiceAudioThread::followHost() noexcept {
-    const int processor =
-        mayFollowHost_ ? audio_.control().processor.load(std::memory_order_relaxed) : kAnywhere;
-    if (processor == processor_) {
-        return;
-    }
-    processor_ = processor;
-    cpu_set_t processors = anywhere_;
-    if (processor >= 0 && processor < CPU_SETSIZE) {
-        CPU_ZERO(&processors);
-        CPU_SET(static_cast<unsigned>(processor), &processors);
-    }
-    // Where this is refused the thread stays where it may be.
-    pthread_setaffinity_np(pthread_self(), sizeof(processors), &processors);
 }
 
 void ServiceAudioThread::render() noexcept {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sched.h>
-
 #include <atomic>
 #include <memory>
 #include <optional>
@@ -33,9 +31,6 @@ class ServiceAudioThread {
   private:
     void serve() noexcept;
     void takeScheduling();
-    /// Goes to the processor that the host names, since the two take turns; not where others there
-    /// would keep it from its turn, because it has not got its priority.
-    void followHost() noexcept;
     void render() noexcept;
 
     const std::shared_ptr<LV2LocalAudioUnit> unit_;
@@ -46,9 +41,6 @@ class ServiceAudioThread {
     // The thread's own.
     int policy_ = 0;
     int priority_ = 0;
-    int processor_ = -1;
-    bool mayFollowHost_ = true;
-    cpu_set_t anywhere_{};    ///< The processors that it may be on.
     std::int64_t start_ = 0;  // The quantum's on the unit's time line.
     std::optional<SharedEventWriter> events_;
     std::thread thread_;

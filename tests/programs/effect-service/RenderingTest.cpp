@@ -124,19 +124,6 @@ TEST(ServiceProbe, AnswersPingsWhileItRenders) {
     }
 }
 
-TEST(ServiceProbe, HasOneLineForThePriorityThatItDoesNotGet) {
-    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
-    effect.mustInstantiate();
-    // No thread can have that one.
-    effect.audio().control().schedulingPolicy.store(1);
-    effect.audio().control().schedulingPriority.store(1000);
-    effect.renderQuantum(16);
-    effect.renderQuantum(16);
-    EXPECT_EQ(
-        effect.service.standardError(),
-        "The effect runs without the real-time priority of the host (1000): Invalid argument.\n");
-}
-
 TEST(ServiceErrors, AreSaidInTheAnswer) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();

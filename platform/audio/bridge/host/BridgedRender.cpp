@@ -1,9 +1,10 @@
 #include "platform/audio/bridge/host/BridgedRender.h"
 
+#include <sched.h>
+
 #include <algorithm>
 #include <utility>
 
-#include "platform/audio/bridge/host/RenderPriority.h"
 #include "platform/audio/bridge/wire/SharedEvents.h"
 #include "platform/foundation/RealTimeScope.h"
 
@@ -13,6 +14,19 @@ namespace {
 
 // An hour at 192 kHz; more than that is no latency.
 constexpr std::uint32_t kLongestLatency = 691200000;
+
+/// The service's audio thread is to run one step below the calling thread, so that an effect that
+/// never returns cannot keep the render thread from its deadline.
+/// Offline it has no real-time priority.
+void requestScheduling(SharedAudio::Control& control, bool isOffline) noexcept {
+    const int policy = isOffline ? SCHED_OTHER : sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
+    sched_param own{};
+    const bool isRealTime =
+        (policy == SCHED_FIFO || policy == SCHED_RR) && sched_getparam(0, &own) == 0;
+    control.schedulingPolicy.store(isRealTime ? policy : SCHED_OTHER, std::memory_order_relaxed);
+    control.schedulingPriority.store(isRealTime ? std::max(own.sched_priority - 1, 1) : 0,
+                                     std::memory_order_relaxed);
+}
 
 }  // namespace
 
@@ -28,9 +42,7 @@ std::unique_ptr<RenderSession> BridgedRender::disconnect() {
         return nullptr;
     }
     session->end();
-    auto taken = session_.exchange(nullptr);
-    hold_.letGo();
-    return taken;
+    return session_.exchange(nullptr);
 }
 
 void BridgedRender::giveUp() {
@@ -41,8 +53,6 @@ void BridgedRender::giveUp() {
 
 void BridgedRender::setSampleRate(double sampleRate) {
     sampleRate_.store(sampleRate, std::memory_order_relaxed);
-    // Another thread may be the next to render.
-    tellsScheduling_.store(true, std::memory_order_relaxed);
 }
 
 void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) noexcept {
@@ -60,7 +70,6 @@ void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) no
         }
     }
     sampleTime_ += output.frameCount;
-    quanta_.fetch_add(1, std::memory_order_relaxed);
 }
 
 void BridgedRender::awaitSession() noexcept {
@@ -111,7 +120,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
     for (std::uint32_t channel = 0; channel < shared.channelCount; ++channel) {
         std::copy_n(input.channels[channel], input.frameCount, shared.channels[channel]);
     }
-    agreeOnPlace(session, std::chrono::steady_clock::now());
+    requestScheduling(control, isOffline());
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
     session.isOutstanding = true;
     session.sampleTime = sampleTime_;
@@ -141,25 +150,6 @@ void BridgedRender::takeReports(RenderSession& session) noexcept {
                      reinterpret_cast<const std::uint8_t*>(event.bytes.data()));
         }
     }
-}
-
-void BridgedRender::agreeOnPlace(RenderSession& session, Time now) noexcept {
-    auto& control = session.audio.control();
-    // Who renders offline is any thread, and not ours to hold or to raise.
-    constexpr int kAnywhere = -1;
-    const bool isNew = !std::exchange(session.knowsScheduling, true);
-    if (tellsScheduling_.exchange(false, std::memory_order_relaxed) || isNew || now >= nextLook_) {
-        nextLook_ = now + ProcessorHold::kLength;
-        const auto effect = isOffline() ? EffectScheduling() : takeLead();
-        maySharePlace_ = effect.maySharePlace && !isOffline();
-        control.schedulingPolicy.store(effect.policy, std::memory_order_relaxed);
-        control.schedulingPriority.store(effect.priority, std::memory_order_relaxed);
-    }
-    if (!maySharePlace_) {
-        hold_.letGo();
-    }
-    control.processor.store(maySharePlace_ ? hold_.keep(now) : kAnywhere,
-                            std::memory_order_relaxed);
 }
 
 Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {

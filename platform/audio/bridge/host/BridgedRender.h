@@ -6,7 +6,6 @@
 #include <memory>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
-#include "platform/audio/bridge/host/ProcessorHold.h"
 #include "platform/audio/bridge/host/RenderSession.h"
 #include "platform/audio/bridge/host/WetDryFader.h"
 #include "platform/audio/signal/RenderSlot.h"
@@ -37,7 +36,6 @@ class BridgedRender {
     /// Never while render() may be called.
     void setOffline(bool isOffline) {
         isOffline_.store(isOffline, std::memory_order_relaxed);
-        tellsScheduling_.store(true, std::memory_order_relaxed);
     }
     /// Null to discard MIDI. Control threads, one at a time.
     void setMIDIBlock(std::unique_ptr<AUMIDIOutputEventBlock> block) {
@@ -49,15 +47,11 @@ class BridgedRender {
     std::uint32_t latency() const { return latency_.load(std::memory_order_relaxed); }
     /// How many quanta passed through because the process was late. Any thread.
     std::uint64_t lateQuantumCount() const { return late_.load(std::memory_order_relaxed); }
-    /// How many quanta have been rendered. Any thread.
-    std::uint64_t quantumCount() const { return quanta_.load(std::memory_order_relaxed); }
 
     /// As AUAudioUnit's.
     void render(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
-    using Time = std::chrono::steady_clock::time_point;
-
     /// Holds no session meanwhile: who exchanges it waits for accesses to end.
     void awaitSession() noexcept;
     bool hasLiveSession() noexcept;
@@ -65,9 +59,6 @@ class BridgedRender {
                  const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) noexcept;
     void takeReports(RenderSession& session) noexcept;
-    /// Tells the process how its thread is to run, and where. What others do to the scheduling of
-    /// the render thread is seen within a second.
-    void agreeOnPlace(RenderSession& session, Time now) noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
     bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
@@ -80,15 +71,10 @@ class BridgedRender {
     std::atomic<bool> isHopeless_{false};
     std::atomic<bool> isOffline_{false};
     std::atomic<double> sampleRate_{48000.0};
-    std::atomic<bool> tellsScheduling_{false};
     std::atomic<std::uint32_t> latency_{0};
     std::atomic<std::uint64_t> late_{0};
-    std::atomic<std::uint64_t> quanta_{0};
 
     // The render thread's.
-    ProcessorHold hold_;  // Whoever takes a session out lets go of that thread.
-    Time nextLook_;       // At how the thread is scheduled.
-    bool maySharePlace_ = false;
     WetDryFader fader_;
     std::int64_t sampleTime_ = 0;  // Frames rendered so far.
 };

@@ -75,7 +75,6 @@ struct RenderSession {
     bool isOutstanding = false;    ///< The last quantum's answer has not been taken.
     std::int64_t sampleTime = 0;   ///< Of that quantum.
     std::uint32_t frameCount = 0;  ///< Of that quantum.
-    bool knowsScheduling = false;  ///< The process has been told how the render thread runs.
     std::vector<std::byte> eventCopy;
 };
 

@@ -44,9 +44,8 @@ ServiceRun::ServiceRun(const Surroundings& surroundings)
       process_(surroundings.order.program),
       channel_(process_.takeSocket()),
       log_(process_.takeOutput(), surroundings.order.uri, surroundings.limits.logLines),
-      clock_(AttentiveClock::Clock::now(), 3 * surroundings.limits.tick),
       session_(std::make_unique<RenderSession>(SharedAudio::make(surroundings.order.layout))),
-      nextPing_(clock_.now() + surroundings.limits.ping),
+      nextPing_(Clock::now() + surroundings.limits.ping),
       nextLook_(nextPing_) {
     sendInstantiate();
 }
@@ -72,7 +71,7 @@ void ServiceRun::sendInstantiate() {
         .portCount = order.layout.portCount,
     };
     const auto number = transmit(message, session_->audio.descriptor());
-    pending_.push_back({{std::move(message), 0, {}}, number, clock_.now()});
+    pending_.push_back({{std::move(message), 0, {}}, number, Clock::now()});
 }
 
 std::uint32_t ServiceRun::transmit(bridge::HostMessage& message, int passed) {
@@ -91,7 +90,7 @@ std::uint32_t ServiceRun::transmit(bridge::HostMessage& message, int passed) {
 
 void ServiceRun::send(ServiceCommand command) {
     if (const auto number = transmit(command.message); number > 0) {
-        pending_.push_back({std::move(command), number, clock_.now()});
+        pending_.push_back({std::move(command), number, Clock::now()});
     }
 }
 
@@ -101,8 +100,7 @@ bool ServiceRun::turn(int wakeup) {
         pollfd{wakeup, POLLIN, 0}, pollfd{process_.descriptor(), POLLIN, 0},
         pollfd{channel_.descriptor(), events, 0}, pollfd{log_.descriptor(), POLLIN, 0}};
     poll(watched.data(), watched.size(), static_cast<int>(surroundings_.limits.tick.count()));
-    const auto now = AttentiveClock::Clock::now();
-    clock_.turn(now);
+    const auto now = Clock::now();
     if (watched[3].revents != 0) {
         log_.read(now);
     }
@@ -146,7 +144,7 @@ bool ServiceRun::take(const bridge::Done& done) {
     }
     const auto pending = std::move(pending_.front());
     pending_.pop_front();
-    const auto now = clock_.now();
+    const auto now = Clock::now();
     if (!pending_.empty()) {
         pending_.front().since = now;
     }
@@ -238,7 +236,7 @@ bool ServiceRun::take(const bridge::PluginUIOutdated& outdated) {
 
 bool ServiceRun::isInTime() {
     const auto& limits = surroundings_.limits;
-    const auto now = clock_.now();
+    const auto now = Clock::now();
     if (!pending_.empty()) {
         const auto& front = pending_.front();
         const auto limit = isSlow(front.command.message) ? limits.request : limits.hang;
@@ -308,7 +306,7 @@ void ServiceRun::takeSessionBack() {
 
 ServiceRun::End ServiceRun::finish() {
     auto& [order, limits, render, pluginUI, last] = surroundings_;
-    static_cast<void>(isQuantumInTime(clock_.now()));
+    static_cast<void>(isQuantumInTime(Clock::now()));
     takeSessionBack();
     if (reason_.empty() && !process_.endsWithin(limits.farewell)) {
         reason_ = "closed its connection";
@@ -353,7 +351,7 @@ std::string ServiceRun::occasion() const {
     const bool isPlaying =
         watchedQuantum_ > 0 &&
         // A quantum that is never finished is the last for as long as that is waited for.
-        clock_.now() - lastQuantum_ < surroundings_.limits.hang + std::chrono::seconds(1);
+        Clock::now() - lastQuantum_ < surroundings_.limits.hang + std::chrono::seconds(1);
     return isPlaying ? " while playing" : "";
 }
 

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/audio/bridge/host/AttentiveClock.h"
 #include "platform/audio/bridge/host/BridgeLimits.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
 #include "platform/audio/bridge/host/LastState.h"
@@ -61,7 +60,8 @@ class ServiceRun {
     End finish();
 
   private:
-    using Time = AttentiveClock::Clock::time_point;
+    using Clock = std::chrono::steady_clock;
+    using Time = Clock::time_point;
 
     struct Pending {
         ServiceCommand command;
@@ -95,7 +95,6 @@ class ServiceRun {
     ServiceProcess process_;
     MessageChannel channel_;
     ServiceLog log_;
-    AttentiveClock clock_;
     std::unique_ptr<RenderSession> session_;  // Until the effect is ready.
     RenderSession* readySession_ = nullptr;   // From then on, the render slot's.
     std::optional<std::string> refusal_;
@@ -112,7 +111,6 @@ class ServiceRun {
     Time nextLook_;  // At its memory.
     std::uint32_t watchedQuantum_ = 0;
     Time watchedSince_;
-    std::uint64_t quantaSeen_ = 0;
     Time lastQuantum_;
     bool saidStateIsTooLarge_ = false;
     std::uint32_t openedFor_ = 0;  // The request that the UI was opened for last.

@@ -37,9 +37,6 @@ class SharedAudio {
         /// system grants it (sched_setscheduler's policy and priority).
         std::atomic<std::int32_t> schedulingPolicy{0};
         std::atomic<std::int32_t> schedulingPriority{0};
-        /// By the host, before request: the processor, from 0, to which the service's audio thread
-        /// goes; -1 when it may be anywhere.
-        std::atomic<std::int32_t> processor{-1};
         alignas(64) std::atomic<std::uint32_t> response{0};
         /// By the service, before response: frames, as AUAudioUnit::latency().
         std::atomic<std::uint32_t> latency{0};

@@ -71,27 +71,6 @@ TEST(End, AProcessThatHasLeftItsGroupIsEndedWithItsEffect) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(End, TheRenderThreadMayBeAnywhereAgainOnceTheEffectIsGivenUp) {
-    const CapturedOutput error(2);
-    const auto processors = [] {
-        cpu_set_t set;
-        sched_getaffinity(0, sizeof(set), &set);
-        return CPU_COUNT(&set);
-    };
-    const int all = processors();
-    FakeEffect effect("half:0");
-    effect.bridgedRender().setOffline(false);
-    effect.render(1);
-    EXPECT_EQ(processors(), 1);
-    while (!effect.supervisor().hasGivenUp()) {
-        for (const auto child : children()) {
-            kill(child, SIGKILL);
-        }
-        sched_yield();
-    }
-    EXPECT_EQ(processors(), all);
-}
-
 TEST(End, AnEffectCanGoAtAnyMomentOfARestart) {
     const auto before = Leftovers::now();
     for (int round = 0; round < 40; ++round) {

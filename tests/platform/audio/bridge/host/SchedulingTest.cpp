@@ -1,10 +1,10 @@
-// How the render thread and the effect's are scheduled, as the system sees it.
-
 #include <gtest/gtest.h>
 #include <sched.h>
 
 #include <chrono>
 #include <csignal>
+#include <thread>
+#include <vector>
 
 #include "tests/platform/audio/bridge/RealTimeThread.h"
 #include "tests/platform/audio/bridge/ThreadOf.h"
@@ -24,7 +24,7 @@ struct Scheduling {
     friend bool operator==(const Scheduling&, const Scheduling&) = default;
 };
 
-/// thread: 0 is the calling one.
+/// thread: 0 for the calling one.
 Scheduling schedulingOf(pid_t thread) {
     sched_param parameters{};
     const int policy = sched_getscheduler(thread);
@@ -32,11 +32,24 @@ Scheduling schedulingOf(pid_t thread) {
                                                     : Scheduling{};
 }
 
+/// The processors that the calling thread may run on.
+std::vector<int> processorsOfThisThread() {
+    cpu_set_t set;
+    sched_getaffinity(0, sizeof(set), &set);
+    std::vector<int> result;
+    for (int processor = 0; processor < CPU_SETSIZE; ++processor) {
+        if (CPU_ISSET(static_cast<unsigned>(processor), &set)) {
+            result.push_back(processor);
+        }
+    }
+    return result;
+}
+
 std::shared_ptr<BridgedAudioUnit> makeUnit() {
     return makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:segv");
 }
 
-/// Renders until the audio thread of each effect is scheduled so.
+/// Renders until the audio thread of each service has that scheduling; false after 30 s.
 bool bringsEffectsTo(QuantumFeed& fed, Scheduling wanted) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (std::chrono::steady_clock::now() < deadline) {
@@ -56,12 +69,14 @@ bool bringsEffectsTo(QuantumFeed& fed, Scheduling wanted) {
 class BridgedScheduling : public ::testing::Test {
   protected:
     const bool isGranted_ = isRealTimeGranted();
-    const Scheduling given_ = isGranted_ ? Scheduling{SCHED_FIFO, 5} : Scheduling{SCHED_OTHER, 0};
-    const Scheduling above_ = isGranted_ ? Scheduling{SCHED_FIFO, 6} : given_;
+    const Scheduling ofRenderThread_ =
+        isGranted_ ? Scheduling{SCHED_FIFO, 5} : Scheduling{SCHED_OTHER, 0};
+    const Scheduling ofService_ =
+        isGranted_ ? Scheduling{SCHED_FIFO, 4} : Scheduling{SCHED_OTHER, 0};
     const CapturedOutput error_{2};
 };
 
-TEST_F(BridgedScheduling, GivesTheEffectThePriorityOfTheRenderThreadWhichGoesAbove) {
+TEST_F(BridgedScheduling, ServicesRunOneStepBelowTheRenderThreadAlsoAfterARestart) {
     const auto first = makeUnit();
     const auto second = makeUnit();
     first->setRenderingOffline(false);
@@ -71,41 +86,50 @@ TEST_F(BridgedScheduling, GivesTheEffectThePriorityOfTheRenderThreadWhichGoesAbo
         second->render(input, output);
     });
     onRealTimeThread(5, [&] {
-        EXPECT_TRUE(bringsEffectsTo(fed, given_));
-        EXPECT_EQ(schedulingOf(0), above_);
+        EXPECT_TRUE(bringsEffectsTo(fed, ofService_));
         const auto before = children();
         kill(*before.begin(), SIGKILL);
         while (children().size() != 2 || children() == before) {
             fed.next();
         }
-        EXPECT_TRUE(bringsEffectsTo(fed, given_)) << "the next process, too";
-        EXPECT_EQ(schedulingOf(0), above_);
+        EXPECT_TRUE(bringsEffectsTo(fed, ofService_));
     });
 }
 
-TEST_F(BridgedScheduling, FollowsWhatOthersMakeOfTheRenderThread) {
+TEST_F(BridgedScheduling, LeavesTheRenderThreadAsItIs) {
     const auto unit = makeUnit();
     unit->setRenderingOffline(false);
     auto fed = feed(*unit);
     onRealTimeThread(5, [&] {
-        EXPECT_TRUE(bringsEffectsTo(fed, given_));
-        const sched_param none{};
-        sched_setscheduler(0, SCHED_OTHER, &none);
-        EXPECT_TRUE(bringsEffectsTo(fed, {SCHED_OTHER, 0}));
-        const sched_param parameters{.sched_priority = given_.priority};
-        sched_setscheduler(0, given_.policy, &parameters);
-        EXPECT_TRUE(bringsEffectsTo(fed, given_));
-        EXPECT_EQ(schedulingOf(0), above_);
+        const auto processors = processorsOfThisThread();
+        EXPECT_TRUE(bringsEffectsTo(fed, ofService_));
+        EXPECT_EQ(schedulingOf(0), ofRenderThread_);
+        EXPECT_EQ(processorsOfThisThread(), processors);
     });
 }
 
-TEST_F(BridgedScheduling, OfAThreadThatRendersOfflineIsItsOwn) {
+TEST_F(BridgedScheduling, TheNextRenderThreadCountsWhenTheOutputIsReplaced) {
+    const auto unit = makeUnit();
+    unit->setRenderingOffline(false);
+    auto fed = feed(*unit);
+    onRealTimeThread(5, [&] { EXPECT_TRUE(bringsEffectsTo(fed, ofService_)); });
+    std::thread([&] { EXPECT_TRUE(bringsEffectsTo(fed, {SCHED_OTHER, 0})); }).join();
+}
+
+TEST_F(BridgedScheduling, TheLowestPriorityIsShared) {
+    const auto unit = makeUnit();
+    unit->setRenderingOffline(false);
+    auto fed = feed(*unit);
+    onRealTimeThread(1, [&] {
+        EXPECT_TRUE(bringsEffectsTo(
+            fed, isGranted_ ? Scheduling{SCHED_FIFO, 1} : Scheduling{SCHED_OTHER, 0}));
+    });
+}
+
+TEST_F(BridgedScheduling, OfflineTheServiceHasNoRealTimePriority) {
     const auto unit = makeUnit();
     auto fed = feed(*unit);
-    onRealTimeThread(5, [&] {
-        EXPECT_TRUE(bringsEffectsTo(fed, {SCHED_OTHER, 0}));
-        EXPECT_EQ(schedulingOf(0), given_);
-    });
+    onRealTimeThread(5, [&] { EXPECT_TRUE(bringsEffectsTo(fed, {SCHED_OTHER, 0})); });
 }
 
 }  // namespace
