@@ -60,16 +60,14 @@ LoadedEffect::LoadedEffect(const bridge::Instantiate& request, FileDescriptor me
       stateWatch_(unit_, std::move(tellState)) {}
 
 void LoadedEffect::loadPreset(const std::string& uri) {
-    if (presets_.empty()) {
-        presets_ = findPresets(world_, unit_->data().uri);
-    }
-    const auto found = std::find_if(presets_.begin(), presets_.end(),
+    const auto& presets = unit_->presets();
+    const auto found = std::find_if(presets.begin(), presets.end(),
                                     [&uri](const LV2Preset& preset) { return preset.uri == uri; });
-    if (found != presets_.end()) {
+    if (found != presets.end()) {
         unit_->setCurrentPreset(
-            std::make_shared<AUAudioUnitPreset>(found - presets_.begin(), found->label));
+            std::make_shared<AUAudioUnitPreset>(found - presets.begin(), found->label));
     }
-    if (found == presets_.end() || unit_->currentPreset() == nullptr) {
+    if (found == presets.end() || unit_->currentPreset() == nullptr) {
         throw lv2Error(LV2ErrorCode::stateFailed, unit_->data().uri,
                        "its preset <" + uri + "> cannot be loaded");
     }

@@ -3,7 +3,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/bridge/wire/SharedAudio.h"
@@ -36,7 +35,6 @@ class LoadedEffect {
     std::shared_ptr<LV2LocalAudioUnit> unit_;
     ServiceAudioThread audioThread_;
     StateWatch stateWatch_;
-    std::vector<LV2Preset> presets_;  // Once one was asked for.
 };
 
 }  // namespace orvalo

@@ -87,7 +87,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
             "The effect <urn:tessaly:orvalo> was killed by signal 6 .Aborted. "
             "while playing\\."
             "(.|\n)*"
-            "The effect <urn:tessaly:orvalo> died 3 times within a minute and is "
+            "The effect <urn:tessaly:orvalo> died 3 times within 60 s and is "
             "not started again; its input passes through unchanged\\."));
 }
 

@@ -4,12 +4,13 @@
 
 #include <algorithm>
 
-#include "platform/audio/bridge/host/BridgedUnit.h"
+#include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
 #include "platform/audio/engine/EffectLoading.h"
-#include "platform/audio/lv2/LV2AudioUnit.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/audio/signal/AVAudioPCMBuffer.h"
 #include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/foundation/Bundle.h"
 #include "platform/foundation/DispatchQueue.h"
 
 namespace orvalo {
@@ -24,6 +25,17 @@ AVAudioPCMBuffer makeBuffer(std::uint32_t channels) {
 EffectLoading loading(AudioComponentInstantiationOptions options) {
     return options == AudioComponentInstantiationOptions::loadInProcess ? EffectLoading::inProcess
                                                                         : platformEffectLoading();
+}
+
+std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
+                                      const AudioComponentDescription& description,
+                                      EffectLoading where) {
+    auto& world = LV2World::shared();
+    if (where == EffectLoading::inProcess) {
+        return std::make_shared<LV2LocalAudioUnit>(world, uri, description);
+    }
+    return std::make_shared<BridgedAudioUnit>(world, uri, description,
+                                              Bundle::main()->helperURL("effect-service").path());
 }
 
 }  // namespace
@@ -90,10 +102,8 @@ std::shared_ptr<AVAudioUnit> AVAudioUnit::instantiate(const AudioComponentDescri
         throw NSError("AVAudioUnit", 1, "No component matches " + orvalo::description(with));
     }
     const auto& component = components.front();
-    const auto make =
-        loading(options) == EffectLoading::inProcess ? makeLV2AudioUnit : makeBridgedAudioUnit;
     return std::make_shared<AVAudioUnit>(
-        make(component->uri, component->audioComponentDescription));
+        makeUnit(component->uri, component->audioComponentDescription, loading(options)));
 }
 
 AVAudioFormat AVAudioUnit::derivedFormat(const AVAudioFormat* input,

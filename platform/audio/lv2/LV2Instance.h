@@ -21,15 +21,16 @@ namespace orvalo {
 
 /// What the instances of one unit share.
 struct LV2UnitParts {
-    LV2UnitParts(LV2World& lv2World, LV2PluginData pluginData, std::filesystem::path filesFolder)
+    LV2UnitParts(LV2World& lv2World, const LV2PluginData& pluginData,
+                 std::filesystem::path filesFolder)
         : world(lv2World),
-          data(std::move(pluginData)),
+          data(pluginData),
           log(data.uri),
           paths(std::move(filesFolder)),
           controls(data.ports) {}
 
     LV2World& world;
-    const LV2PluginData data;
+    const LV2PluginData& data;
     LV2Log log;
     LV2StatePaths paths;
     LV2Controls controls;

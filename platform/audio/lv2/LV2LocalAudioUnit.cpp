@@ -19,24 +19,18 @@ LV2LocalAudioUnit::PluginUIProvider& pluginUIProvider() {
     return provider;
 }
 
-LV2PluginData readData(LV2World& world, const std::string& uri) {
-    const LV2World::Access access(world);
-    return LV2PluginData::read(access, uri);
-}
-
 }  // namespace
 
 LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
                                      const AudioComponentDescription& description,
                                      const LV2UnitStart& start)
-    : description_(description),
-      parts_(world, readData(world, uri), start.filesFolder),
-      contextName_(start.contextName) {
+    : LV2AudioUnit(world, uri, description, start.contextName),
+      parts_(world, data(), start.filesFolder) {
     const double sampleRate = start.sampleRate == 0.0 ? kFirstSampleRate : start.sampleRate;
     auto instance = std::make_unique<LV2Instance>(parts_, sampleRate, contextName_);
     if (start.state) {
         instance->restore(*start.state);
-    } else if (parts_.data.hasDefaultState) {
+    } else if (data().hasDefaultState) {
         if (const auto state = readState(world, uri)) {
             instance->restore(*state);
         }
@@ -47,56 +41,18 @@ LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
     instance_.exchange(std::move(instance));
 }
 
-std::string LV2LocalAudioUnit::contextName() const {
-    const std::scoped_lock lock(control_);
-    return contextName_;
-}
-
-void LV2LocalAudioUnit::setContextName(const std::string& name) {
-    const std::scoped_lock lock(control_);
-    contextName_ = name;
+void LV2LocalAudioUnit::applyContextName(const std::string& name) {
     if (instance_.current()->takesOptions()) {
         whileNotRunning([&name](LV2Instance& instance) { instance.setContextName(name); });
     }
 }
 
-std::vector<std::shared_ptr<AUAudioUnitPreset>> LV2LocalAudioUnit::factoryPresets() const {
-    const std::scoped_lock lock(control_);
-    return numbered(presets());
-}
-
-std::shared_ptr<AUAudioUnitPreset> LV2LocalAudioUnit::currentPreset() const {
-    const std::scoped_lock lock(control_);
-    return currentPreset_;
-}
-
-void LV2LocalAudioUnit::setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) {
-    const std::scoped_lock lock(control_);
-    currentPreset_ = nullptr;
-    const auto* found = presetFor(presets(), preset);
-    if (found == nullptr) {
-        return;
-    }
-    if (const auto state = readState(parts_.world, found->uri)) {
+bool LV2LocalAudioUnit::loadPreset(const LV2Preset& preset) {
+    const auto state = readState(world(), preset.uri);
+    if (state != nullptr) {
         restore(*state);
-        currentPreset_ = preset;
     }
-}
-
-std::vector<std::string> LV2LocalAudioUnit::MIDIOutputNames() const {
-    return parts_.data.midiOutputNames;
-}
-
-AUMIDIOutputEventBlock LV2LocalAudioUnit::MIDIOutputEventBlock() const {
-    const std::scoped_lock lock(control_);
-    const auto* block = midiBlock_.current();
-    return block == nullptr ? AUMIDIOutputEventBlock() : *block;
-}
-
-void LV2LocalAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
-    const std::scoped_lock lock(control_);
-    midiBlock_.exchange(block ? std::make_unique<AUMIDIOutputEventBlock>(std::move(block))
-                              : nullptr);
+    return state != nullptr;
 }
 
 void LV2LocalAudioUnit::requestViewController(
@@ -196,7 +152,7 @@ void LV2LocalAudioUnit::render(const AudioBlock& input, const AudioBlock& output
 }
 
 void LV2LocalAudioUnit::restore(const LilvState& state) {
-    if (parts_.data.hasThreadSafeRestore) {
+    if (data().hasThreadSafeRestore) {
         instance_.current()->restore(state);
     } else {
         whileNotRunning([&state](LV2Instance& instance) { instance.restore(state); });
@@ -211,13 +167,6 @@ void LV2LocalAudioUnit::whileNotRunning(const std::function<void(LV2Instance&)>&
         ~Loan() { slot.exchange(std::move(instance)); }
     } loan{instance_};
     work(*loan.instance);
-}
-
-const std::vector<LV2Preset>& LV2LocalAudioUnit::presets() const {
-    if (!presets_) {
-        presets_ = findPresets(parts_.world, parts_.data.uri);
-    }
-    return *presets_;
 }
 
 }  // namespace orvalo

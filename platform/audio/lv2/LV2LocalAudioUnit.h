@@ -4,16 +4,14 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/audio/lv2/LV2AudioUnit.h"
 #include "platform/audio/lv2/LV2EventLink.h"
 #include "platform/audio/lv2/LV2Instance.h"
-#include "platform/audio/lv2/LV2Presets.h"
 #include "platform/audio/signal/RenderSlot.h"
-#include "platform/audio/unit/AUAudioUnit.h"
 
 namespace orvalo {
 
@@ -26,37 +24,24 @@ struct LV2UnitStart {
     std::optional<LV2StateProperties> state{};
 };
 
-/// An LV2 plug-in in this process. What must not overlap the plug-in's run() (presets, unless it
-/// allows that, and the context's name) takes the instance away from the render thread for its
-/// time; blocks rendered meanwhile pass the input through, mapped to the output's channels.
-class LV2LocalAudioUnit : public AUAudioUnit {
+/// An LV2 plug-in in this process. The plug-in's run() never overlaps the setting of a context name
+/// nor, unless the plug-in allows that, the loading of a preset: the output is dry meanwhile.
+class LV2LocalAudioUnit : public LV2AudioUnit {
   public:
-    /// Throws NSError as makeLV2AudioUnit() does. The world must outlive the unit.
+    /// Instantiates the plug-in. Throws NSError that names the plug-in and what is wrong with it:
+    /// unknown, a required feature that the host lacks, unsupported ports, a library that does not
+    /// load. The world must outlive the unit.
     LV2LocalAudioUnit(LV2World& world, const std::string& uri,
                       const AudioComponentDescription& description, const LV2UnitStart& start = {});
 
-    AudioComponentDescription componentDescription() const override { return description_; }
-    std::string contextName() const override;
-    void setContextName(const std::string& name) override;
-    std::vector<std::shared_ptr<AUAudioUnitPreset>> factoryPresets() const override;
-    std::shared_ptr<AUAudioUnitPreset> currentPreset() const override;
-    void setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) override;
-    std::vector<std::string> MIDIOutputNames() const override;
-    AUMIDIOutputEventBlock MIDIOutputEventBlock() const override;
-    void setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) override;
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
-    std::uint32_t inputChannelCount() const override { return parts_.data.inputChannelCount; }
-    std::uint32_t outputChannelCount() const override { return parts_.data.outputChannelCount; }
     std::uint32_t latency() const override { return latency_.load(std::memory_order_relaxed); }
     void allocateRenderResources(double sampleRate) override;
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
 
     /// The values of its control ports.
     LV2Controls& controls() { return parts_.controls; }
-    /// What its data say.
-    const LV2PluginData& data() const { return parts_.data; }
-    LV2World& world() const { return parts_.world; }
     double sampleRate() const;
 
     /// Whether the plug-in keeps state beside its control values.
@@ -88,18 +73,13 @@ class LV2LocalAudioUnit : public AUAudioUnit {
     static void setPluginUIProvider(PluginUIProvider provider);
 
   private:
+    void applyContextName(const std::string& name) override;
+    bool loadPreset(const LV2Preset& preset) override;
     void setLinks(LV2EventLinks links);
     void restore(const LilvState& state);
     void whileNotRunning(const std::function<void(LV2Instance&)>& work);
-    const std::vector<LV2Preset>& presets() const;
 
-    mutable std::mutex control_;  // One control operation at a time; never the render thread.
-    const AudioComponentDescription description_;
     LV2UnitParts parts_;
-    std::string contextName_;
-    mutable std::optional<std::vector<LV2Preset>> presets_;  // Once somebody asked for them.
-    std::shared_ptr<AUAudioUnitPreset> currentPreset_;
-    RenderSlot<AUMIDIOutputEventBlock> midiBlock_;
     RenderSlot<LV2Instance> instance_;
     RenderSlot<LV2EventLinks> links_;  // Null without an open UI.
     // Replaced ones that an open UI may still reach.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 
 namespace orvalo {
@@ -22,8 +23,10 @@ struct LV2Port {
     LV2PortKind kind = LV2PortKind::unconnected;
     bool isInput = false;
 
-    float defaultValue = 0.0F;       ///< Of a control input.
-    bool scalesWithRate = false;     ///< The default is a multiple of the sample rate.
+    float defaultValue = 0.0F;                                ///< Of a control input.
+    float minimum = -std::numeric_limits<float>::infinity();  ///< Of a control, where stated.
+    float maximum = std::numeric_limits<float>::infinity();   ///< Likewise.
+    bool scalesWithRate = false;     ///< These three are multiples of the sample rate.
     bool reportsLatency = false;     ///< A control output with the latency in frames.
     std::uint32_t bufferSize = 0;    ///< Of a sequence, in bytes.
     bool carriesMIDI = false;        ///< A sequence with MIDI events.

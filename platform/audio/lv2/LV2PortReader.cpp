@@ -152,6 +152,8 @@ class PortReader {
         const float fallback = isDesignated(LV2_CORE_PREFIX "enabled") ? 1.0F : 0.0F;
         const float above = std::max(fallback, number(owned[1], fallback));
         port.defaultValue = number(owned[0], std::min(above, number(owned[2], above)));
+        port.minimum = number(owned[1], port.minimum);
+        port.maximum = number(owned[2], port.maximum);
         port.scalesWithRate = hasProperty(LV2_CORE__sampleRate);
         port.reportsLatency = !port.isInput && (isDesignated(LV2_CORE__latency) ||
                                                 hasProperty(LV2_CORE__reportsLatency));

@@ -77,22 +77,6 @@ std::vector<LV2Preset> findPresets(LV2World& world, const std::string& pluginURI
     return presets;
 }
 
-std::vector<std::shared_ptr<AUAudioUnitPreset>> numbered(const std::vector<LV2Preset>& presets) {
-    std::vector<std::shared_ptr<AUAudioUnitPreset>> result;
-    for (const auto& preset : presets) {
-        const auto number = static_cast<std::int64_t>(result.size());
-        result.push_back(std::make_shared<AUAudioUnitPreset>(number, preset.label));
-    }
-    return result;
-}
-
-const LV2Preset* presetFor(const std::vector<LV2Preset>& presets,
-                           const std::shared_ptr<AUAudioUnitPreset>& preset) {
-    const bool isThere = preset != nullptr && preset->number >= 0 &&
-                         static_cast<std::size_t>(preset->number) < presets.size();
-    return isThere ? &presets[static_cast<std::size_t>(preset->number)] : nullptr;
-}
-
 LV2State readState(LV2World& world, const std::string& uri) {
     LilvState* state = nullptr;
     {

@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "platform/audio/bridge/host/ControlRanges.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/lv2/LV2Error.h"
 #include "platform/foundation/DispatchQueue.h"
@@ -49,93 +48,41 @@ class PluginUIRequest {
     Completion completion_;
 };
 
-LV2PluginData readData(LV2World& world, const std::string& uri) {
-    const LV2World::Access access(world);
-    return LV2PluginData::read(access, uri);
-}
-
 }  // namespace
 
 BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
                                    const std::filesystem::path& program, const BridgeLimits& limits)
-    : BridgedAudioUnit(world, readData(world, uri), description, program, limits) {
+    : LV2AudioUnit(world, uri, description),
+      render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()), limits),
+      pluginUIChannel_(std::make_shared<PluginUIChannel>(
+          [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
+      supervisor_(order(program), limits, render_, *pluginUIChannel_) {
     supervisor_.start();
 }
 
-BridgedAudioUnit::BridgedAudioUnit(LV2World& world, LV2PluginData data,
-                                   const AudioComponentDescription& description,
-                                   const std::filesystem::path& program, const BridgeLimits& limits)
-    : world_(world),
-      data_(std::move(data)),
-      description_(description),
-      render_(static_cast<std::uint32_t>(data_.midiOutputNames.size()), limits),
-      pluginUIChannel_(std::make_shared<PluginUIChannel>(
-          [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
-      supervisor_(order(program), limits, render_, *pluginUIChannel_) {}
-
 ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program) {
-    ServiceOrder order{
+    return {
         .program = program,
-        .uri = data_.uri,
-        .bundles = world_.bundlesOf(data_.uri),
+        .uri = data().uri,
+        .bundles = world().bundlesOf(data().uri),
         .stateFolder = paths_.folder().string(),
-        .layout = {data_.inputChannelCount, data_.outputChannelCount,
-                   static_cast<std::uint32_t>(data_.ports.size())},
-        .ranges = {},
+        .layout = {data().inputChannelCount, data().outputChannelCount,
+                   static_cast<std::uint32_t>(data().ports.size())},
+        .ports = data().ports,
     };
-    const LV2World::Access access(world_);
-    order.ranges = readControlRanges(access, data_);
-    return order;
 }
 
-std::string BridgedAudioUnit::contextName() const {
-    const std::scoped_lock lock(control_);
-    return contextName_;
-}
-
-void BridgedAudioUnit::setContextName(const std::string& name) {
-    const std::scoped_lock lock(control_);
-    contextName_ = name;
+void BridgedAudioUnit::applyContextName(const std::string& name) {
     supervisor_.perform(bridge::SetContextName{.number = 0, .name = name});
 }
 
-std::vector<std::shared_ptr<AUAudioUnitPreset>> BridgedAudioUnit::factoryPresets() const {
-    const std::scoped_lock lock(control_);
-    return numbered(presets());
-}
-
-std::shared_ptr<AUAudioUnitPreset> BridgedAudioUnit::currentPreset() const {
-    const std::scoped_lock lock(control_);
-    return currentPreset_;
-}
-
-void BridgedAudioUnit::setCurrentPreset(const std::shared_ptr<AUAudioUnitPreset>& preset) {
-    const std::scoped_lock lock(control_);
-    currentPreset_ = nullptr;
-    const auto* found = presetFor(presets(), preset);
-    if (found == nullptr) {
-        return;
+bool BridgedAudioUnit::loadPreset(const LV2Preset& preset) {
+    const auto answer = supervisor_.perform(bridge::LoadPreset{.number = 0, .uri = preset.uri});
+    if (answer.kind == ServiceAnswer::Kind::refused) {
+        g_warning("The preset <%s> is not loaded: %s", preset.uri.c_str(), answer.error.c_str());
     }
-    const auto& uri = found->uri;
-    const auto answer = supervisor_.perform(bridge::LoadPreset{.number = 0, .uri = uri});
-    if (answer.kind == ServiceAnswer::Kind::done) {
-        currentPreset_ = preset;
-    } else if (answer.kind == ServiceAnswer::Kind::refused) {
-        g_warning("The preset <%s> cannot be loaded: %s", uri.c_str(), answer.error.c_str());
-    }
-}
-
-AUMIDIOutputEventBlock BridgedAudioUnit::MIDIOutputEventBlock() const {
-    const std::scoped_lock lock(control_);
-    const auto* block = render_.midiBlock();
-    return block == nullptr ? AUMIDIOutputEventBlock() : *block;
-}
-
-void BridgedAudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
-    const std::scoped_lock lock(control_);
-    render_.setMIDIBlock(block ? std::make_unique<AUMIDIOutputEventBlock>(std::move(block))
-                               : nullptr);
+    return answer.kind == ServiceAnswer::Kind::done;
 }
 
 void BridgedAudioUnit::requestViewController(
@@ -170,13 +117,6 @@ void BridgedAudioUnit::allocateRenderResources(double sampleRate) {
         sampleRate_ = sampleRate;
     }
     render_.setSampleRate(sampleRate);
-}
-
-const std::vector<LV2Preset>& BridgedAudioUnit::presets() const {
-    if (!presets_) {
-        presets_ = findPresets(world_, data_.uri);
-    }
-    return *presets_;
 }
 
 }  // namespace orvalo

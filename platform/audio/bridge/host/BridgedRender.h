@@ -18,9 +18,11 @@ namespace orvalo {
 /// sessions come and go with the processes.
 class BridgedRender {
   public:
-    /// midiOutputCount: cables beyond are dropped.
-    BridgedRender(std::uint32_t midiOutputCount, const BridgeLimits& limits)
-        : midiOutputCount_(midiOutputCount), limits_(limits) {}
+    /// midiBlock: gets the effect's MIDI, and outlives the object; midiOutputCount: events of
+    /// higher cables are dropped.
+    BridgedRender(RenderSlot<AUMIDIOutputEventBlock>& midiBlock, std::uint32_t midiOutputCount,
+                  const BridgeLimits& limits)
+        : midiBlock_(midiBlock), midiOutputCount_(midiOutputCount), limits_(limits) {}
 
     /// From now on quanta go there. Supervisor's thread, without a session.
     void connect(std::unique_ptr<RenderSession> session);
@@ -34,14 +36,7 @@ class BridgedRender {
     void setSampleRate(double sampleRate);
     /// Whether time does not matter: offline rendering waits for late answers and for sessions.
     /// Never while render() may be called.
-    void setOffline(bool isOffline) {
-        isOffline_.store(isOffline, std::memory_order_relaxed);
-    }
-    /// Null to discard MIDI. Control threads, one at a time.
-    void setMIDIBlock(std::unique_ptr<AUMIDIOutputEventBlock> block) {
-        midiBlock_.exchange(std::move(block));
-    }
-    const AUMIDIOutputEventBlock* midiBlock() const { return midiBlock_.current(); }
+    void setOffline(bool isOffline) { isOffline_.store(isOffline, std::memory_order_relaxed); }
 
     /// As AUAudioUnit's, as last reported. Any thread.
     std::uint32_t latency() const { return latency_.load(std::memory_order_relaxed); }
@@ -62,10 +57,10 @@ class BridgedRender {
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
     bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
+    RenderSlot<AUMIDIOutputEventBlock>& midiBlock_;
     const std::uint32_t midiOutputCount_;
     const BridgeLimits limits_;
     RenderSlot<RenderSession> session_;
-    RenderSlot<AUMIDIOutputEventBlock> midiBlock_;
     /// Changes with every session that comes, and when none will: what offline rendering waits on.
     std::atomic<std::uint32_t> sessionNumber_{0};
     std::atomic<bool> isHopeless_{false};

@@ -1,24 +1,39 @@
 #include "platform/audio/bridge/host/LastState.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace orvalo {
 
+namespace {
+
+bool isInRange(float value, const LV2Port& port, double sampleRate) {
+    // The effect may round a bound that is multiplied by the rate in another way.
+    constexpr double kTolerance = 1e-6;
+    const double factor = port.scalesWithRate ? sampleRate : 1.0;
+    const double low = port.minimum * factor;
+    const double high = port.maximum * factor;
+    const double tolerance = std::isfinite(high - low) ? (high - low) * kTolerance : 0.0;
+    return std::isfinite(value) && value >= low - tolerance && value <= high + tolerance;
+}
+
+}  // namespace
+
 void LastState::takeControls(std::span<const std::atomic<float>> values,
-                             const std::vector<ControlRange>& ranges) {
-    for (const auto& range : ranges) {
-        if (range.port >= values.size()) {
+                             const std::vector<LV2Port>& ports) {
+    for (const auto& port : ports) {
+        if (port.kind != LV2PortKind::control || !port.isInput || port.index >= values.size()) {
             continue;
         }
-        const float value = values[range.port].load(std::memory_order_relaxed);
-        if (!range.holds(value, sampleRate)) {
+        const float value = values[port.index].load(std::memory_order_relaxed);
+        if (!isInRange(value, port, sampleRate)) {
             continue;
         }
         const auto known = std::find_if(
             controls.begin(), controls.end(),
-            [&range](const bridge::ControlValue& control) { return control.port == range.port; });
+            [&port](const bridge::ControlValue& control) { return control.port == port.index; });
         if (known == controls.end()) {
-            controls.push_back({range.port, value});
+            controls.push_back({port.index, value});
         } else {
             known->value = value;
         }

@@ -5,23 +5,22 @@
 #include <string>
 #include <vector>
 
-#include "platform/audio/bridge/host/ControlRange.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
+#include "platform/audio/lv2/LV2Port.h"
 
 namespace orvalo {
 
-/// What the host knows last of an effect, so that a new process can go on where the one before
-/// ended. One thread.
+/// The last known state of an effect, from which a restarted service continues. One thread.
 struct LastState {
     std::string contextName;
     double sampleRate = 0.0;  ///< Hz; 0 before the first.
-    std::string state;        ///< As the process gave it, never looked into; "" before.
+    std::string state;        ///< As the service sent it, opaque; "" before the first.
     std::vector<bridge::ControlValue> controls;
 
-    /// Takes the values that a process left in shared memory: those that are numbers within their
-    /// range. Another keeps what was known before.
+    /// Takes the control inputs' values that a service left in shared memory, by port index. A
+    /// value that is no number or outside its port's range is ignored.
     void takeControls(std::span<const std::atomic<float>> values,
-                      const std::vector<ControlRange>& ranges);
+                      const std::vector<LV2Port>& ports);
 };
 
 }  // namespace orvalo

@@ -6,41 +6,41 @@
 #include <string>
 #include <vector>
 
-#include "platform/audio/bridge/host/ControlRange.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/bridge/wire/SharedAudio.h"
+#include "platform/audio/lv2/LV2Port.h"
 
 namespace orvalo {
 
-/// What every process of one effect is made from.
+/// What every service of one effect is started with.
 struct ServiceOrder {
-    std::filesystem::path program;  ///< Of the service.
+    std::filesystem::path program;  ///< The path of effect-service.
     std::string uri;
     std::vector<std::string> bundles;
     std::string stateFolder;
     SharedAudio::Layout layout;
-    std::vector<ControlRange> ranges;
+    std::vector<LV2Port> ports;
 };
 
-/// What became of a request.
+/// The outcome of a request.
 struct ServiceAnswer {
     enum class Kind {
         done,
-        refused,     ///< The process said why not: error.
-        died,        ///< The process died before it answered.
-        remembered,  ///< There is no process any more.
+        refused,    ///< The service answered with an error.
+        died,       ///< The service ended before it answered.
+        noService,  ///< The service was given up; no other one starts.
     };
 
     Kind kind = Kind::done;
-    std::string error;
+    std::string error;  ///< Of refused.
 };
 
-/// Something to say to the process of an effect.
+/// A message for the service of an effect.
 struct ServiceCommand {
     bridge::HostMessage message;
-    /// The number of the process that it is meant for; 0 for whichever is there.
+    /// The number of the service that it is for, from 1; 0 for any.
     std::uint32_t process = 0;
-    /// Called once at the most, on the supervisor's thread; may be empty.
+    /// Called at most once, on the supervisor's thread; may be empty.
     std::function<void(const ServiceAnswer&)> completion;
 };
 

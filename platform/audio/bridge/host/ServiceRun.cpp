@@ -13,31 +13,13 @@ namespace orvalo {
 
 namespace {
 
-using bridge::HostMessage;
-
-/// Whether answering may take long: an effect may load samples.
-bool isSlow(const HostMessage& message) {
-    return std::holds_alternative<bridge::Instantiate>(message) ||
-           std::holds_alternative<bridge::Prepare>(message) ||
-           std::holds_alternative<bridge::LoadPreset>(message) ||
-           std::holds_alternative<bridge::OpenPluginUI>(message) ||
-           std::holds_alternative<bridge::LoadPluginUI>(message);
-}
-
-std::string inWords(std::chrono::milliseconds limit) {
-    if (limit == std::chrono::seconds(1)) {
-        return "a second";
-    }
-    const bool isWhole = limit % std::chrono::seconds(1) == std::chrono::milliseconds(0);
-    return isWhole ? std::to_string(limit / std::chrono::seconds(1)) + " seconds"
-                   : std::to_string(limit.count()) + " milliseconds";
-}
-
-std::string inMebibytes(std::uint64_t bytes) {
+std::string mebibytesText(std::uint64_t bytes) {
     return std::to_string(bytes >> 20U) + " MiB";
 }
 
 }  // namespace
+
+// Start.
 
 ServiceRun::ServiceRun(const Surroundings& surroundings)
     : surroundings_(surroundings),
@@ -46,13 +28,12 @@ ServiceRun::ServiceRun(const Surroundings& surroundings)
       log_(process_.takeOutput(), surroundings.order.uri, surroundings.limits.logLines),
       session_(std::make_unique<RenderSession>(SharedAudio::make(surroundings.order.layout))),
       nextPing_(Clock::now() + surroundings.limits.ping),
-      nextLook_(nextPing_) {
+      nextMemoryCheck_(nextPing_) {
     sendInstantiate();
 }
 
 ServiceRun::~ServiceRun() {
-    // The render thread must not be left with a session that nobody answers.
-    takeSessionBack();
+    disconnectRender();
 }
 
 void ServiceRun::sendInstantiate() {
@@ -71,7 +52,7 @@ void ServiceRun::sendInstantiate() {
         .portCount = order.layout.portCount,
     };
     const auto number = transmit(message, session_->audio.descriptor());
-    pending_.push_back({{std::move(message), 0, {}}, number, Clock::now()});
+    pending_.add({std::move(message), 0, {}}, number, Clock::now());
 }
 
 std::uint32_t ServiceRun::transmit(bridge::HostMessage& message, int passed) {
@@ -88,13 +69,15 @@ std::uint32_t ServiceRun::transmit(bridge::HostMessage& message, int passed) {
     return number;
 }
 
+// Running.
+
 void ServiceRun::send(ServiceCommand command) {
     if (const auto number = transmit(command.message); number > 0) {
-        pending_.push_back({std::move(command), number, Clock::now()});
+        pending_.add(std::move(command), number, Clock::now());
     }
 }
 
-bool ServiceRun::turn(int wakeup) {
+bool ServiceRun::handleEvents(int wakeup) {
     const auto events = static_cast<short>(channel_.isWaiting() ? POLLIN | POLLOUT : POLLIN);
     std::array<pollfd, 4> watched{
         pollfd{wakeup, POLLIN, 0}, pollfd{process_.descriptor(), POLLIN, 0},
@@ -113,7 +96,16 @@ bool ServiceRun::turn(int wakeup) {
     if (watched[2].revents != 0 && !receive()) {
         return false;
     }
-    return isInTime();
+    sendPingWhenDue(now);
+    observeQuanta(now);
+    for (const auto& reason :
+         {pending_.overdue(now, surroundings_.limits), overdueQuantum(now), excessiveMemory(now)}) {
+        if (!reason.empty()) {
+            reason_ = reason;
+            return false;
+        }
+    }
+    return true;
 }
 
 bool ServiceRun::receive() {
@@ -122,10 +114,10 @@ bool ServiceRun::receive() {
             const auto message = bridge::decodeServiceMessage(type, bytes);
             return message && take(*message);
         });
-    // Nothing of this kind is asked for, or kept.
+    // A service has no reason to pass a descriptor.
     static_cast<void>(channel_.takePassed());
     if (result == MessageChannel::Result::broken) {
-        return end("sent a message that makes no sense");
+        reason_ = "sent an invalid message";
     }
     return result == MessageChannel::Result::waiting;
 }
@@ -135,63 +127,53 @@ bool ServiceRun::take(const bridge::ServiceMessage& message) {
 }
 
 bool ServiceRun::take(const bridge::Done& done) {
-    if (ping_ && done.number == ping_->number) {
-        ping_.reset();
-        return true;
-    }
-    if (pending_.empty() || done.number != pending_.front().number) {
+    const auto command = pending_.take(done.number, Clock::now());
+    if (!command) {
         return false;
     }
-    const auto pending = std::move(pending_.front());
-    pending_.pop_front();
-    const auto now = Clock::now();
-    if (!pending_.empty()) {
-        pending_.front().since = now;
+    const auto error = plainText(done.error);
+    if (std::holds_alternative<bridge::Instantiate>(command->message)) {
+        finishStart(error);
+    } else {
+        finishRequest(*command, error);
     }
-    if (ping_ && isSlow(pending.command.message)) {
-        ping_->since = now;
-    }
-    if (std::holds_alternative<bridge::Instantiate>(pending.command.message)) {
-        return takeInstantiated(plainText(done.error));
-    }
-    settle(pending, done);
     return true;
 }
 
-bool ServiceRun::takeInstantiated(const std::string& error) {
+void ServiceRun::finishStart(const std::string& error) {
     if (!error.empty()) {
         refusal_ = error;
-        reason_ = "could not be made";
-        return true;
+        reason_ = "could not be instantiated";
+        return;
     }
     readySession_ = session_.get();
     surroundings_.render.connect(std::move(session_));
-    return true;
 }
 
-void ServiceRun::settle(const Pending& pending, const bridge::Done& done) {
-    const auto error = plainText(done.error);
-    const auto& message = pending.command.message;
+void ServiceRun::finishRequest(const ServiceCommand& command, const std::string& error) {
     if (error.empty()) {
-        if (const auto* prepare = std::get_if<bridge::Prepare>(&message)) {
+        if (const auto* prepare = std::get_if<bridge::Prepare>(&command.message)) {
             surroundings_.last.sampleRate = prepare->sampleRate;
-        } else if (const auto* context = std::get_if<bridge::SetContextName>(&message)) {
+        } else if (const auto* context = std::get_if<bridge::SetContextName>(&command.message)) {
             surroundings_.last.contextName = context->name;
         }
     }
-    if (pending.command.completion) {
-        pending.command.completion(
+    if (command.completion) {
+        command.completion(
             {error.empty() ? ServiceAnswer::Kind::done : ServiceAnswer::Kind::refused, error});
     }
 }
 
 bool ServiceRun::take(const bridge::State& state) {
-    if (state.text.size() <= surroundings_.limits.state) {
+    const auto limit = surroundings_.limits.state;
+    if (state.text.size() <= limit) {
         surroundings_.last.state = state.text;
-    } else if (!std::exchange(saidStateIsTooLarge_, true)) {
-        g_warning("The state of the effect <%s> takes %s, more than the %s that are kept.",
-                  surroundings_.order.uri.c_str(), inMebibytes(state.text.size()).c_str(),
-                  inMebibytes(surroundings_.limits.state).c_str());
+    } else if (!std::exchange(warnedOfLargeState_, true)) {
+        g_warning(
+            "The state of the effect <%s> has %s, more than the limit of %s; a restart uses an "
+            "older state.",
+            surroundings_.order.uri.c_str(), mebibytesText(state.text.size()).c_str(),
+            mebibytesText(limit).c_str());
     }
     return true;
 }
@@ -199,9 +181,9 @@ bool ServiceRun::take(const bridge::State& state) {
 bool ServiceRun::take(const bridge::PluginUIOpened& opened) {
     // Once for each request, before its answer.
     const bool isAsked =
-        !pending_.empty() &&
-        std::holds_alternative<bridge::OpenPluginUI>(pending_.front().command.message) &&
-        std::exchange(openedFor_, pending_.front().number) != pending_.front().number;
+        pending_.firstMessage() != nullptr &&
+        std::holds_alternative<bridge::OpenPluginUI>(*pending_.firstMessage()) &&
+        std::exchange(openedFor_, pending_.firstNumber()) != pending_.firstNumber();
     if (!isAsked) {
         return false;
     }
@@ -234,125 +216,89 @@ bool ServiceRun::take(const bridge::PluginUIOutdated& outdated) {
     return true;
 }
 
-bool ServiceRun::isInTime() {
-    const auto& limits = surroundings_.limits;
-    const auto now = Clock::now();
-    if (!pending_.empty()) {
-        const auto& front = pending_.front();
-        const auto limit = isSlow(front.command.message) ? limits.request : limits.hang;
-        if (now - front.since > limit) {
-            return end("did not answer for " + inWords(limit));
-        }
+// Supervision.
+
+void ServiceRun::sendPingWhenDue(Time now) {
+    // The answer to any other request shows as well that the service is alive.
+    if (pending_.isEmpty() && now >= nextPing_) {
+        nextPing_ = now + surroundings_.limits.ping;
+        send({bridge::Ping{}, 0, {}});
     }
-    return isQuantumInTime(now) && isPingInTime(now) && isSmallEnough(now);
 }
 
-bool ServiceRun::isQuantumInTime(Time now) {
+void ServiceRun::observeQuanta(Time now) {
     if (readySession_ == nullptr) {
-        return true;
+        return;
     }
     const auto quantum = readySession_->handedOver.load(std::memory_order_relaxed);
-    if (quantum != watchedQuantum_) {
-        lastQuantum_ = now;
+    const bool isNew = quantum != std::exchange(lastQuantum_, quantum);
+    if (isNew) {
+        lastQuantumTime_ = now;
     }
-    if (quantum != watchedQuantum_ || readySession_->isAnswered()) {
-        watchedQuantum_ = quantum;
-        watchedSince_ = now;
-        return true;
+    if (isNew || readySession_->isAnswered()) {
+        unansweredSince_ = now;
     }
+}
+
+std::string ServiceRun::overdueQuantum(Time now) const {
     const auto limit = surroundings_.limits.hang;
-    return now - watchedSince_ <= limit || end("did not finish a quantum within " + inWords(limit));
+    const bool isOverdue = readySession_ != nullptr && now - unansweredSince_ > limit;
+    return isOverdue ? "did not finish a quantum within " + durationText(limit) : "";
 }
 
-bool ServiceRun::isPingInTime(Time now) {
-    const auto& limits = surroundings_.limits;
-    if (!pending_.empty() && isSlow(pending_.front().command.message)) {
-        return true;
-    }
-    if (ping_) {
-        return now - ping_->since <= limits.hang ||
-               end("did not answer for " + inWords(limits.hang));
-    }
-    if (now >= nextPing_) {
-        nextPing_ = now + limits.ping;
-        bridge::HostMessage message = bridge::Ping{};
-        ping_ = {transmit(message), now};
-    }
-    return true;
-}
-
-bool ServiceRun::isSmallEnough(Time now) {
-    if (now < nextLook_) {
-        return true;
+std::string ServiceRun::excessiveMemory(Time now) {
+    if (now < nextMemoryCheck_) {
+        return "";
     }
     const auto& limits = surroundings_.limits;
-    nextLook_ = now + limits.ping;
+    nextMemoryCheck_ = now + limits.ping;
     const auto memory = process_.residentMemory();
-    return memory <= limits.memory ||
-           end("took " + inMebibytes(memory) + " of memory, more than the " +
-               inMebibytes(limits.memory) + " that an effect may have,");
+    return memory <= limits.memory
+               ? ""
+               : "used " + mebibytesText(memory) + " of memory, more than the limit of " +
+                     mebibytesText(limits.memory);
 }
 
-bool ServiceRun::end(std::string reason) {
-    reason_ = std::move(reason);
-    return false;
-}
+// End.
 
-void ServiceRun::takeSessionBack() {
+void ServiceRun::disconnectRender() {
     if (std::exchange(readySession_, nullptr) != nullptr) {
         session_ = surroundings_.render.disconnect();
     }
 }
 
 ServiceRun::End ServiceRun::finish() {
-    auto& [order, limits, render, pluginUI, last] = surroundings_;
-    static_cast<void>(isQuantumInTime(Clock::now()));
-    takeSessionBack();
-    if (reason_.empty() && !process_.endsWithin(limits.farewell)) {
+    const auto now = Clock::now();
+    observeQuanta(now);
+    disconnectRender();
+    if (reason_.empty() && !process_.endsWithin(surroundings_.limits.farewell)) {
         reason_ = "closed its connection";
     }
     if (reason_.empty()) {
-        // What it had to say before it ended; the most it can have in the socket, and no more.
+        // Messages that the process sent before it ended. One may be the answer to Instantiate,
+        // which connects the render thread.
         static_cast<void>(receive());
-        // It may just have said that it is ready.
-        takeSessionBack();
+        disconnectRender();
     }
-    const auto how = process_.end();
-    const auto when = occasion();
-    last.takeControls(session_->audio.controlValues(), order.ranges);
-    log_.finish(ServiceLog::Clock::now());
-    End result{(reason_.empty() ? how : reason_) + when, log_.lastMessage(), {}, {}};
-    for (auto& [command, number, since] : pending_) {
+    const auto exit = process_.end();
+    surroundings_.last.takeControls(session_->audio.controlValues(), surroundings_.order.ports);
+    log_.finish(Clock::now());
+    End end{(reason_.empty() ? exit : reason_) + activity(now), log_.lastMessage(), {}, {}};
+    for (auto& command : pending_.takeAll()) {
         const bool isRepeatable = std::holds_alternative<bridge::Prepare>(command.message) ||
                                   std::holds_alternative<bridge::SetContextName>(command.message);
-        (isRepeatable ? result.repeatable : result.lost).push_back(std::move(command));
+        (isRepeatable ? end.repeatable : end.lost).push_back(std::move(command));
     }
-    pending_.clear();
-    return result;
+    return end;
 }
 
-std::string ServiceRun::occasion() const {
-    if (!pending_.empty()) {
-        const auto& message = pending_.front().command.message;
-        if (std::holds_alternative<bridge::Instantiate>(message)) {
-            return " while it was made";
-        }
-        if (std::holds_alternative<bridge::Prepare>(message)) {
-            return " while it was prepared to play";
-        }
-        if (std::holds_alternative<bridge::LoadPreset>(message)) {
-            return " while it loaded a preset";
-        }
-        if (std::holds_alternative<bridge::OpenPluginUI>(message) ||
-            std::holds_alternative<bridge::LoadPluginUI>(message)) {
-            return " while it opened its UI";
-        }
+std::string ServiceRun::activity(Time now) const {
+    if (const auto request = pending_.activity(); !request.empty()) {
+        return request;
     }
-    const bool isPlaying =
-        watchedQuantum_ > 0 &&
-        // A quantum that is never finished is the last for as long as that is waited for.
-        Clock::now() - lastQuantum_ < surroundings_.limits.hang + std::chrono::seconds(1);
-    return isPlaying ? " while playing" : "";
+    // A service that hangs in a quantum is killed `hang` after it got the quantum.
+    const auto recently = surroundings_.limits.hang + std::chrono::seconds(1);
+    return lastQuantum_ > 0 && now - lastQuantumTime_ < recently ? " while playing" : "";
 }
 
 }  // namespace orvalo

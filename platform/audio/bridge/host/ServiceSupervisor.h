@@ -1,60 +1,88 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <deque>
 #include <future>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <thread>
 
-#include "platform/audio/bridge/host/RestartPolicy.h"
 #include "platform/audio/bridge/host/ServiceRun.h"
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
-/// Keeps a process with one effect alive: starts it, starts it again with the effect's last known
-/// state when it dies, hangs or takes too much, and gives up when it does so too often. A thread of
-/// its own does all this.
+/// Decides whether a service that died is restarted. One thread.
+class RestartPolicy {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    RestartPolicy(unsigned deaths, Clock::duration window) : deaths_(deaths), window_(window) {}
+
+    /// Counts a death. False when it completes `deaths` deaths in less than the window.
+    bool mayRestartAfterDeath(Clock::time_point now) {
+        while (!recent_.empty() && now - recent_.front() >= window_) {
+            recent_.pop_front();
+        }
+        recent_.push_back(now);
+        return recent_.size() < deaths_;
+    }
+
+  private:
+    const unsigned deaths_;
+    const Clock::duration window_;
+    std::deque<Clock::time_point> recent_;
+};
+
+/// Runs one effect's services, one after the other, on a thread of its own. A service that dies,
+/// hangs or exceeds its limits is replaced by one with the effect's last known state, until it has
+/// died too often.
 class ServiceSupervisor {
   public:
-    /// last: what the effect is made with at first. render and pluginUI outlive the supervisor.
+    /// last: the state of the first service. render and pluginUI outlive the supervisor.
     ServiceSupervisor(ServiceOrder order, const BridgeLimits& limits, BridgedRender& render,
                       PluginUIChannel& pluginUI, LastState last = {});
-    /// Ends the process, at once.
+    /// Kills the service.
     ~ServiceSupervisor();
     ServiceSupervisor(const ServiceSupervisor&) = delete;
     ServiceSupervisor& operator=(const ServiceSupervisor&) = delete;
 
-    /// Starts the process, and returns once the effect is there. Throws NSError: what the process
-    /// says is wrong with it, or how it died too often before it was there. Once.
+    /// Starts the first service; returns when the effect is instantiated there. Throws NSError when
+    /// the service refuses the effect or dies too often before. Once.
     void start();
 
-    /// Says something to the process and waits for the answer; while another process is being made,
-    /// for that one's. Any thread, after start().
+    /// Sends a message and waits for the answer, across a restart where one is under way. Any
+    /// thread, after start().
     ServiceAnswer perform(bridge::HostMessage message);
-    /// Says something to a process and returns at once. Any thread, after start().
+    /// Sends a command without waiting. Any thread, after start().
     void post(ServiceCommand command);
 
-    /// Whether the effect has died too often. Any thread.
+    /// Whether the service has died too often. Any thread.
     bool hasGivenUp() const { return hasGivenUp_.load(std::memory_order_acquire); }
 
   private:
     void supervise();
-    /// One process. False when no other is to follow.
-    bool runOnce();
-    void becomeReady();
-    bool takeEnd(ServiceRun::End end, const std::optional<std::string>& refusal);
-    bool takeRefusal(const std::string& why);
-    bool takeDeath(const std::string& what, const std::string& lastMessage);
+    // Each is false when no other service follows.
+    bool runService();
+    bool handleFailedStart(const std::string& error);
+    bool handleEnd(const ServiceRun::End& end, const std::optional<std::string>& refusal);
+    bool handleDeath(const std::string& what, const std::string& lastMessage);
+
+    bool serve(ServiceRun& run);
+    void announceReady();
+    void failStart(const std::string& error);
     void giveUp();
     void sendCommands(ServiceRun& run);
-    static void remember(const std::deque<ServiceCommand>& commands);
+    void refuseCommands();
     std::deque<ServiceCommand> takeCommands();
+    std::string deathsText() const;
+
     void wake() const;
-    void fallAsleep() const;
-    void rest() const;
+    void drainWakeups() const;
+    void waitBeforeRetry() const;
     bool isStopping() const { return isStopping_.load(std::memory_order_acquire); }
 
     const ServiceOrder order_;
@@ -65,15 +93,15 @@ class ServiceSupervisor {
     FileDescriptor wakeup_;
     std::atomic<bool> isStopping_{false};
     std::atomic<bool> hasGivenUp_{false};
-    std::mutex mutex_;  // Guards the commands.
+    std::mutex mutex_;  // Guards commands_.
     std::deque<ServiceCommand> commands_;
 
-    // The supervisor's thread's.
+    // Used by the supervisor's thread alone.
     LastState last_;
     RestartPolicy policy_;
-    std::uint32_t process_ = 0;  // The number of the process, from 1.
-    bool wasReady_ = false;      // The effect has been there.
-    std::optional<std::promise<std::optional<NSError>>> started_;
+    std::uint32_t process_ = 0;  // The number of the current service, from 1.
+    bool wasReady_ = false;      // Whether any service has instantiated the effect.
+    std::optional<std::promise<std::optional<NSError>>> started_;  // Until start() has its result.
 
     std::thread thread_;
 };

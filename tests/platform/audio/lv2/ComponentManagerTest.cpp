@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
-#include "platform/audio/lv2/LV2AudioUnit.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "tests/platform/audio/lv2/Zoo.h"
 #include "tests/testing/TemporaryFolder.h"
 
@@ -58,7 +58,8 @@ TEST_F(ComponentManager, GivesWhatTheManifestStates) {
     const AudioComponentDescription expected{fourCharCode("aumf"), fourCharCode("prob"),
                                              fourCharCode("ZOO "), 3, 0};
     EXPECT_EQ(found[0]->audioComponentDescription, expected);
-    const auto unit = makeLV2AudioUnit(found[0]->uri, expected);
+    const auto unit =
+        std::make_shared<LV2LocalAudioUnit>(LV2World::shared(), found[0]->uri, expected);
     EXPECT_EQ(unit->componentDescription(), expected);
 }
 

@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/audio/lv2/LV2AudioUnit.h"
 #include "platform/foundation/NSError.h"
 #include "tests/platform/audio/lv2/BlockRunner.h"
 #include "tests/platform/audio/lv2/Zoo.h"

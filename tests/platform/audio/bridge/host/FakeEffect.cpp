@@ -14,10 +14,16 @@ ServiceOrder order(const std::string& role, const std::string& program) {
         .bundles = {},
         .stateFolder = {},
         .layout = {kChannels, kChannels, kPorts},
-        .ranges = {},
+        .ports = {},
     };
     for (std::uint32_t port = 0; port < kPorts; ++port) {
-        order.ranges.push_back({port, 0.0F, 1.0F, false});
+        order.ports.push_back({.index = port,
+                               .symbol = {},
+                               .name = {},
+                               .kind = LV2PortKind::control,
+                               .isInput = true,
+                               .minimum = 0.0F,
+                               .maximum = 1.0F});
     }
     return order;
 }
@@ -36,8 +42,9 @@ BridgeLimits patientLimits() {
 
 FakeEffect::FakeEffect(const std::string& role, const BridgeLimits& limits,
                        const std::string& program)
-    : render_(1, limits), supervisor_(order(role, program), limits, render_, *pluginUIChannel_) {
-    render_.setMIDIBlock(std::make_unique<AUMIDIOutputEventBlock>(
+    : render_(midiBlock_, 1, limits),
+      supervisor_(order(role, program), limits, render_, *pluginUIChannel_) {
+    midiBlock_.exchange(std::make_unique<AUMIDIOutputEventBlock>(
         [this](std::int64_t time, std::uint8_t cable, std::int64_t length,
                const std::uint8_t* bytes) {
             events_.push_back({time, cable, std::vector<int>(bytes, bytes + length)});

@@ -45,6 +45,7 @@ class FakeEffect {
     /// Renders that many quanta.
     void render(int count);
 
+    RenderSlot<AUMIDIOutputEventBlock>& midiBlock() { return midiBlock_; }
     BridgedRender& bridgedRender() { return render_; }
     ServiceSupervisor& supervisor() { return supervisor_; }
     PluginUIChannel& pluginUIChannel() { return *pluginUIChannel_; }
@@ -56,6 +57,7 @@ class FakeEffect {
 
   private:
     std::vector<Event> events_;
+    RenderSlot<AUMIDIOutputEventBlock> midiBlock_;
     BridgedRender render_;
     QuantumFeed feed_{[this](const AudioBlock& input, const AudioBlock& output) {
         render_.render(input, output);

@@ -56,9 +56,7 @@ TEST_P(GapTest, TheInputPassesThroughInTheQuantumThatIsNotAnsweredAndTheEffectIs
 }
 
 std::string limitInWords() {
-    const auto limit = quickLimits().hang.count();
-    return limit % 1000 == 0 ? std::to_string(limit / 1000) + " seconds"
-                             : std::to_string(limit) + " milliseconds";
+    return durationText(quickLimits().hang);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -89,23 +87,22 @@ TEST_P(BesideTest, TheEffectIsEndedAndNothingButTheInputIsHeardMeanwhile) {
     EXPECT_THAT(error.text(), HasSubstr(GetParam().line));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Ways, BesideTest,
-    ::testing::Values(Way{"garbage", "sent a message that makes no sense"},
-                      Way{"huge-length", "sent a message that makes no sense"},
-                      Way{"unknown-type", "sent a message that makes no sense"},
-                      Way{"other-version", "sent a message that makes no sense"},
-                      Way{"unasked-done", "sent a message that makes no sense"},
-                      Way{"unasked-opened", "sent a message that makes no sense"},
-                      Way{"unasked-closed", "sent a message that makes no sense"},
-                      Way{"unasked-outdated", "sent a message that makes no sense"},
-                      Way{"deaf", "closed its connection"},
-                      Way{"mute", "did not answer for " + limitInWords()}),
-    [](const auto& way) {
-        auto name = way.param.how;
-        std::erase(name, '-');
-        return name;
-    });
+INSTANTIATE_TEST_SUITE_P(Ways, BesideTest,
+                         ::testing::Values(Way{"garbage", "sent an invalid message"},
+                                           Way{"huge-length", "sent an invalid message"},
+                                           Way{"unknown-type", "sent an invalid message"},
+                                           Way{"other-version", "sent an invalid message"},
+                                           Way{"unasked-done", "sent an invalid message"},
+                                           Way{"unasked-opened", "sent an invalid message"},
+                                           Way{"unasked-closed", "sent an invalid message"},
+                                           Way{"unasked-outdated", "sent an invalid message"},
+                                           Way{"deaf", "closed its connection"},
+                                           Way{"mute", "did not answer for " + limitInWords()}),
+                         [](const auto& way) {
+                             auto name = way.param.how;
+                             std::erase(name, '-');
+                             return name;
+                         });
 
 TEST(Gap, AnEffectThatLeaksIsEnded) {
     const CapturedOutput error(2);
@@ -116,8 +113,8 @@ TEST(Gap, AnEffectThatLeaksIsEnded) {
     FakeEffect effect("leak:4", limits);
     Transcript transcript;
     renderUntilStartedAgain(effect, error, transcript);
-    EXPECT_THAT(error.text(), HasSubstr("> took "));
-    EXPECT_THAT(error.text(), HasSubstr(" MiB of memory, more than the "));
+    EXPECT_THAT(error.text(), HasSubstr("> used "));
+    EXPECT_THAT(error.text(), HasSubstr(" MiB of memory, more than the limit of "));
 }
 
 TEST(Gap, AfterTheThirdDeathTheInputPassesThroughForGood) {
@@ -134,10 +131,10 @@ TEST(Gap, AfterTheThirdDeathTheInputPassesThroughForGood) {
                 HasSubstr("The effect <urn:fake:segv:2:always> was killed by signal 11 "
                           "(Segmentation fault) while playing. It last said: made at"));
     EXPECT_THAT(error.text(),
-                HasSubstr("The effect <urn:fake:segv:2:always> died 3 times within a minute and "
+                HasSubstr("The effect <urn:fake:segv:2:always> died 3 times within 60 s and "
                           "is not started again; its input passes through unchanged."));
     EXPECT_EQ(effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 1.0}).kind,
-              ServiceAnswer::Kind::remembered);
+              ServiceAnswer::Kind::noService);
 }
 
 }  // namespace

@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(Zoo, MisbehavingTest,
                                            Way{"abort", "was killed by signal 6 (Aborted)"},
                                            Way{"exit", "ended with status 7"},
                                            Way{"loop", "did not finish a quantum within "},
-                                           Way{"leak", "took "}),
+                                           Way{"leak", "used "}),
                          [](const auto& way) { return way.param.how; });
 
 TEST(MadeMisbehaving, ACrashWhileItIsMadeIsAnError) {
@@ -128,7 +128,7 @@ TEST(MadeMisbehaving, ACrashWhileItIsMadeIsAnError) {
     } catch (const NSError& failure) {
         EXPECT_THAT(failure.localizedDescription(),
                     HasSubstr("The plug-in <urn:orvalo:misbehaving:made-segv> cannot be used: it "
-                              "died 3 times within a minute; at last it " +
+                              "died 3 times within 60 s; at last it " +
                               kSegv));
     }
     EXPECT_EQ(Leftovers::settled(before), before);
@@ -144,7 +144,7 @@ TEST(MadeMisbehaving, ALoopWhileItIsMadeIsAnError) {
         FAIL() << "It has been made.";
     } catch (const NSError& failure) {
         EXPECT_THAT(failure.localizedDescription(),
-                    HasSubstr("at last it did not answer for 500 milliseconds while it was made."));
+                    HasSubstr("at last it did not answer for 500 ms while it was instantiated."));
     }
     EXPECT_EQ(Leftovers::settled(before), before);
 }

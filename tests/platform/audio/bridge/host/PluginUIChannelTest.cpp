@@ -124,7 +124,7 @@ TEST_F(PluginUIChannelTest, RestartsAServiceThatOpensTheUITwice) {
     channel.open("twice", 100, 1.0);
     ASSERT_TRUE(hear(4));
     EXPECT_THAT(events, ElementsAre("ready", "opened 101", "lost", "ready"));
-    EXPECT_THAT(error.text(), HasSubstr("sent a message that makes no sense"));
+    EXPECT_THAT(error.text(), HasSubstr("sent an invalid message"));
 }
 
 TEST_F(PluginUIChannelTest, ClampsResizeRequests) {

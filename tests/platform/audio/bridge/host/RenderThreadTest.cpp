@@ -37,7 +37,7 @@ class Blocks {
 };
 
 void setQuietBlock(FakeEffect& effect, std::atomic<int>& count) {
-    effect.bridgedRender().setMIDIBlock(
+    effect.midiBlock().exchange(
         std::make_unique<AUMIDIOutputEventBlock>([&count](auto, auto, auto, auto) {
             ++count;
             return 0;

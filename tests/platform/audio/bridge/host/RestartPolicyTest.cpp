@@ -1,4 +1,4 @@
-#include "platform/audio/bridge/host/RestartPolicy.h"
+#include "platform/audio/bridge/host/ServiceSupervisor.h"
 
 #include <gtest/gtest.h>
 

@@ -23,8 +23,9 @@ TEST(ServiceRunTest, AProcessThatDiesRightBehindItsAnswerHasEndedLikeAnyOther) {
                              .bundles = {},
                              .stateFolder = {},
                              .layout = {2, 2, 3},
-                             .ranges = {}};
-    BridgedRender render(1, limits);
+                             .ports = {}};
+    RenderSlot<AUMIDIOutputEventBlock> midiBlock;
+    BridgedRender render(midiBlock, 1, limits);
     const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     LastState last;
     const FileDescriptor wakeup(eventfd(0, EFD_CLOEXEC));
@@ -32,7 +33,7 @@ TEST(ServiceRunTest, AProcessThatDiesRightBehindItsAnswerHasEndedLikeAnyOther) {
     siginfo_t info{};
     const auto process = *children().begin();
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT), 0);
-    while (run.turn(wakeup.get())) {
+    while (run.handleEvents(wakeup.get())) {
     }
     EXPECT_THAT(run.finish().what, StartsWith("was killed by signal 9 (Killed)"));
     EXPECT_EQ(last.state, "first");

@@ -73,8 +73,8 @@ TEST(Supervisor, AStateThatIsTooLargeIsNotKept) {
     effect.render(2);
     effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"});
     effect.render(1);
-    EXPECT_THAT(error.text(), HasSubstr("The state of the effect <urn:fake:huge-state:2> takes 2 "
-                                        "MiB, more than the 1 MiB that are kept."));
+    EXPECT_THAT(error.text(), HasSubstr("The state of the effect <urn:fake:huge-state:2> has 2 "
+                                        "MiB, more than the limit of 1 MiB"));
     EXPECT_THAT(error.text(), HasSubstr("with 'first'"));
 }
 
@@ -115,7 +115,7 @@ TEST(Supervisor, ARateThatKillsEachTimeIsRememberedInTheEnd) {
     FakeEffect effect("other:9999:always");
     const auto answer =
         effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 22050.0});
-    EXPECT_EQ(answer.kind, Kind::remembered);
+    EXPECT_EQ(answer.kind, Kind::noService);
     EXPECT_TRUE(effect.supervisor().hasGivenUp());
     EXPECT_THAT(error.text(), HasSubstr("while it was prepared to play"));
 }
@@ -133,8 +133,7 @@ TEST(Supervisor, ARequestThatIsNotAnsweredEndsTheProcess) {
                   .perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:stuck"})
                   .kind,
               Kind::died);
-    EXPECT_THAT(error.text(),
-                HasSubstr("did not answer for 300 milliseconds while it loaded a preset"));
+    EXPECT_THAT(error.text(), HasSubstr("did not answer for 300 ms while it loaded a preset"));
 }
 
 TEST(Supervisor, RequestsOfManyThreadsAreAllAnsweredWhileProcessesDie) {
@@ -169,7 +168,7 @@ TEST(Supervisor, AStartThatFailsIsTriedAgainAfterARest) {
     const auto elsewhere = folder.path() / "elsewhere";
     std::filesystem::copy(fakeServicePath(), program);
     auto limits = patientLimits();
-    limits.rest = std::chrono::seconds(2);
+    limits.retryDelay = std::chrono::seconds(2);
     FakeEffect effect("half:0", limits, program);
     std::filesystem::rename(program, elsewhere);
     kill(*children().begin(), SIGKILL);
@@ -190,11 +189,11 @@ TEST(Supervisor, TheFirstRefusalIsAnError) {
 TEST(Supervisor, AnEffectThatDiesWhileItIsMadeIsTriedAgain) {
     const CapturedOutput error(2);
     EXPECT_EQ(errorOf("abort:0:always"),
-              "The plug-in <urn:fake:abort:0:always> cannot be used: it died 3 times within a "
-              "minute; at last it was killed by signal 6 (Aborted) while it was made. It last "
+              "The plug-in <urn:fake:abort:0:always> cannot be used: it died 3 times within 60 s; "
+              "at last it was killed by signal 6 (Aborted) while it was instantiated. It last "
               "said: assertion 'x > 0' failed");
     EXPECT_THAT(error.text(),
-                AllOf(HasSubstr("was killed by signal 6 (Aborted) while it was made; it is "
+                AllOf(HasSubstr("was killed by signal 6 (Aborted) while it was instantiated; it is "
                                 "started again. It last said: assertion 'x > 0' failed"),
                       Not(HasSubstr("passes through"))));
 }
@@ -204,19 +203,20 @@ TEST(Supervisor, AnEffectThatDoesNotComeIsTriedAgain) {
     limits.request = std::chrono::milliseconds(100);
     limits.tick = std::chrono::milliseconds(10);
     EXPECT_THAT(errorOf("hang:0:always", limits),
-                HasSubstr("at last it did not answer for 100 milliseconds while it was made."));
+                HasSubstr("at last it did not answer for 100 ms while it was instantiated."));
 }
 
 TEST(Supervisor, AMissingProgramIsNamedAtOnce) {
     const CapturedOutput error(2);
-    BridgedRender render(0, patientLimits());
+    RenderSlot<AUMIDIOutputEventBlock> midiBlock;
+    BridgedRender render(midiBlock, 0, patientLimits());
     const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     ServiceSupervisor supervisor({.program = "/nowhere/effect-service",
                                   .uri = "urn:a",
                                   .bundles = {},
                                   .stateFolder = {},
                                   .layout = {},
-                                  .ranges = {}},
+                                  .ports = {}},
                                  patientLimits(), render, *pluginUI);
     try {
         supervisor.start();
