@@ -18,7 +18,7 @@ constexpr std::array kForbidden {
     // Other processes.
     "kcmp", "pidfd_getfd", "process_vm_readv", "process_vm_writev", "process_madvise",
 #if !defined(__SANITIZE_ADDRESS__)
-        // With which the sanitizer looks for leaks.
+        // The leak sanitizer needs it.
         "ptrace",
 #endif
         // The file systems.
@@ -29,17 +29,17 @@ constexpr std::array kForbidden {
         "acct", "bpf", "clock_settime", "delete_module", "finit_module", "init_module", "ioperm",
         "iopl", "kexec_file_load", "kexec_load", "lookup_dcookie", "perf_event_open", "reboot",
         "setdomainname", "sethostname", "settimeofday", "syslog", "userfaultfd", "vhangup",
-        // Out of the group in which the host ends it.
+        // The host kills the process group.
         "setpgid", "setsid",
-        // Keys, and other name spaces.
+        // Keys and namespaces.
         "add_key", "keyctl", "request_key", "setns", "unshare",
-        // It makes sockets of any kind without the call that is looked at.
+        // It creates sockets without the system call that the filter checks.
         "io_uring_setup"
 };
 
 int forbid(scmp_filter_ctx filter, const char* name) {
     const int number = seccomp_syscall_resolve_name(name);
-    // Names that this library or architecture does not know need not be forbidden.
+    // The library or the architecture may lack the call.
     return number == __NR_SCMP_ERROR ? 0
                                      : seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), number, 0);
 }
@@ -51,7 +51,7 @@ int load(scmp_filter_ctx filter) {
                                  SCMP_A0(SCMP_CMP_NE, AF_UNIX));
     }
     if (error == 0) {
-        // It ends with the host.
+        // bindToHost() must hold.
         error = seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), SCMP_SYS(prctl), 1,
                                  SCMP_A0(SCMP_CMP_EQ, PR_SET_PDEATHSIG));
     }
@@ -67,7 +67,9 @@ void confineCalls() {
     const std::unique_ptr<void, Release<seccomp_release>> filter(seccomp_init(SCMP_ACT_ALLOW));
     const int error = filter == nullptr ? -ENOMEM : load(filter.get());
     if (error != 0) {
-        g_message("The system calls of an effect cannot be confined: %s.", g_strerror(-error));
+        g_message(
+            "The kernel refuses the filter for system calls (%s); the effect runs without it.",
+            g_strerror(-error));
     }
 }
 

@@ -2,10 +2,9 @@
 
 namespace orvalo {
 
-/// Takes from this process, for good, the system calls that no effect needs: sockets but for those
-/// within the machine, looking into other processes, and what changes the system itself. They fail
-/// as if they were not there or not allowed; everything else goes on. What the kernel does not let
-/// us forbid is logged. All threads.
+/// Forbids all threads of this process, irrevocably, the system calls that no effect needs: sockets
+/// other than Unix sockets, access to other processes, and changes to the system. They fail with
+/// EPERM or EAFNOSUPPORT. Logs when the kernel refuses the filter.
 void confineCalls();
 
 }  // namespace orvalo

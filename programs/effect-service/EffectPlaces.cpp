@@ -14,27 +14,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array kOfTheSystem{"/usr",
-                                  "/lib",
-                                  "/lib64",
-                                  "/bin",
-                                  "/sbin",
-                                  "/etc",
-                                  "/opt",
-                                  "/sys",
-                                  "/proc",
-                                  "/dev",
-                                  "/var/cache/fontconfig",
-                                  "/tmp/.X11-unix"};
-constexpr std::array kOfPrefix{"lib", "libexec", "share"};
+constexpr std::array kSystemPlaces{"/usr",
+                                   "/lib",
+                                   "/lib64",
+                                   "/bin",
+                                   "/sbin",
+                                   "/etc",
+                                   "/opt",
+                                   "/sys",
+                                   "/proc",
+                                   "/dev",
+                                   "/var/cache/fontconfig",
+                                   "/tmp/.X11-unix"};
+constexpr std::array kPrefixFolders{"lib", "libexec", "share"};
 constexpr std::array kDevices{"/dev/null",      "/dev/zero",    "/dev/full",
                               "/dev/random",    "/dev/urandom", "/dev/dri",
                               "/dev/nvidiactl", "/dev/nvidia0", "/dev/nvidia-modeset"};
-constexpr std::array kOfHome{".fonts",     ".fonts.conf", ".icons",      ".themes", ".gtkrc-2.0",
-                             ".Xdefaults", ".Xresources", ".Xauthority", ".drirc"};
-constexpr std::array kOfConfiguration{"fontconfig", "gtk-2.0", "gtk-3.0", "gtk-4.0", "drirc"};
-constexpr std::array kOfData{"fonts", "icons", "themes"};
-constexpr std::array kOfCaches{"fontconfig", "mesa_shader_cache"};
+constexpr std::array kHomePlaces{".fonts",      ".fonts.conf", ".icons",
+                                 ".themes",     ".gtkrc-2.0",  ".Xdefaults",
+                                 ".Xresources", ".Xauthority", ".drirc"};
+constexpr std::array kConfigurationPlaces{"fontconfig", "gtk-2.0", "gtk-3.0", "gtk-4.0", "drirc"};
+constexpr std::array kDataPlaces{"fonts", "icons", "themes"};
+constexpr std::array kCachePlaces{"fontconfig", "mesa_shader_cache"};
 
 template <typename Names>
 void add(std::vector<fs::path>& places, const fs::path& folder, const Names& names) {
@@ -43,7 +44,7 @@ void add(std::vector<fs::path>& places, const fs::path& folder, const Names& nam
     }
 }
 
-/// Some bundles are links, and some have links to a library that stands elsewhere.
+/// Adds a bundle, and the links in it: their targets may lie outside.
 void addBundle(std::vector<fs::path>& places, const fs::path& bundle) {
     places.push_back(bundle);
     std::error_code error;
@@ -61,16 +62,16 @@ void addBundle(std::vector<fs::path>& places, const fs::path& bundle) {
 FilePlaces effectPlaces(const std::vector<std::string>& bundles, const fs::path& filesFolder) {
     FilePlaces places;
     auto& readable = places.readable;
-    add(readable, "", kOfTheSystem);
-    add(readable, g_get_home_dir(), kOfHome);
-    add(readable, userConfigurationFolder(), kOfConfiguration);
-    add(readable, userDataFolder(), kOfData);
-    add(readable, userCacheFolder(), kOfCaches);
+    add(readable, "", kSystemPlaces);
+    add(readable, g_get_home_dir(), kHomePlaces);
+    add(readable, userConfigurationFolder(), kConfigurationPlaces);
+    add(readable, userDataFolder(), kDataPlaces);
+    add(readable, userCacheFolder(), kCachePlaces);
     if (const char* authority = g_getenv("XAUTHORITY")) {
         readable.emplace_back(authority);
     }
     // From <prefix>/libexec/orvalo/<program>.
-    add(readable, executablePath().parent_path().parent_path().parent_path(), kOfPrefix);
+    add(readable, executablePath().parent_path().parent_path().parent_path(), kPrefixFolders);
     for (const auto& folder : LV2SearchPath::fromEnvironment({}).folders) {
         readable.push_back(folder);
     }

@@ -15,7 +15,7 @@ EffectService::EffectService(FileDescriptor socket) : connection_(std::move(sock
     connection_.onMessage = [this](const bridge::HostMessage& message) { take(message); };
     connection_.onEnd = [this](bool isBroken) {
         if (isBroken) {
-            fail("The host sent what is no message.");
+            fail("The host sent an invalid message; the service ends.");
         } else if (!status_) {
             status_ = 0;
         }
@@ -39,7 +39,7 @@ void EffectService::take(const bridge::HostMessage& message) {
         return;
     }
     if (effect_ == nullptr && !std::holds_alternative<bridge::Instantiate>(message)) {
-        fail("The host asked for something before the effect.");
+        fail("The host sent a request before the effect; the service ends.");
         return;
     }
     std::visit([this](const auto& request) { take(request); }, message);
@@ -57,43 +57,43 @@ void EffectService::answerAfter(std::uint32_t number, const Work& work) {
     } catch (const NSError& caught) {
         error = caught.localizedDescription();
     }
-    effect_->look();
+    effect_->publish();
     answer(number, error);
 }
 
 void EffectService::take(const bridge::Instantiate& request) {
     auto memory = connection_.takePassed();
     if (effect_ != nullptr) {
-        fail("The host asked for a second effect.");
+        fail("The host requested a second effect; the service ends.");
         return;
     }
     if (!memory) {
-        fail("The host gave no memory for the sound.");
+        fail("The host passed no shared memory; the service ends.");
         return;
     }
-    // Before any code of the effect is loaded, and while there is but one thread.
+    // Before any code of the effect is loaded, while the process has one thread.
     g_setenv("TMPDIR", request.stateFolder.c_str(), TRUE);
     confineFiles(effectPlaces(request.bundles, request.stateFolder));
     confineCalls();
-    // The numbers of these come before those of a state, as they did in the process that it is of.
+    // These URIs get the first numbers in every service, as in the one that the state is from.
     LV2URIDs::shared();
     try {
         effect_ = std::make_unique<LoadedEffect>(
             request, std::move(memory), [this](const std::string& state) {
-                // What the host does not take must not pile up.
-                const bool isTold =
+                // States must not pile up when the host does not read them.
+                const bool canSend =
                     state.size() < bridge::kLongestMessage && !connection_.isWaiting();
-                if (isTold) {
+                if (canSend) {
                     connection_.send(bridge::State{state});
                 }
-                return isTold;
+                return canSend;
             });
     } catch (const NSError& error) {
         answer(request.number, error.localizedDescription());
         return;
     }
     answer(request.number);
-    effect_->look();
+    effect_->publish();
 }
 
 void EffectService::take(const bridge::Prepare& request) {

@@ -9,15 +9,15 @@
 
 namespace orvalo {
 
-/// What the host asks of this process, done: the first message makes the effect, the others are for
-/// it. Main thread.
+/// Handles the host's messages: the first one instantiates the effect, the others are for it. Main
+/// thread.
 class EffectService {
   public:
     /// socket: connected to the host.
     explicit EffectService(FileDescriptor socket);
 
-    /// Serves the host until it is gone; returns the process's exit status. Where the host has
-    /// broken the rules, that is not 0, and the log says how.
+    /// Serves the host until it closes the connection. Returns the exit status: 0, or 1 after a
+    /// line in the log when the host sent a message that it must not send.
     int run();
 
   private:
@@ -26,7 +26,7 @@ class EffectService {
     void closePluginUI();
     void fail(const char* reason);
     void answer(std::uint32_t number, const std::string& error = {});
-    /// Does what a request asks, and answers with what has gone wrong.
+    /// Does the work of a request and sends the answer, with the work's error.
     template <typename Work>
     void answerAfter(std::uint32_t number, const Work& work);
 
@@ -42,7 +42,7 @@ class EffectService {
     void take(const bridge::LoadPluginUI& request);
 
     ServiceConnection connection_;
-    std::unique_ptr<LoadedEffect> effect_;  // Null before the first message, and when that fails.
+    std::unique_ptr<LoadedEffect> effect_;  // Null before Instantiate, and when that fails.
     std::shared_ptr<const PluginUIParts> pluginUIParts_;  // Once the host has asked for it.
     std::shared_ptr<ServicePluginUI> pluginUI_;
     std::optional<int> status_;

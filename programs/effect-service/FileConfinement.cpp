@@ -18,8 +18,8 @@ namespace orvalo {
 
 namespace {
 
-// Landlock's interface beyond what Debian 12's headers know, as the kernel's documentation of it
-// (userspace-api/landlock) has it.
+// Parts of Landlock's interface that Debian 12's headers lack; see userspace-api/landlock in the
+// kernel's documentation.
 struct RulesetAttributes {
     std::uint64_t files;
     std::uint64_t network;  // From the fourth version.
@@ -31,15 +31,15 @@ constexpr std::uint64_t kSignalScope = 1U << 1U;
 
 constexpr std::uint64_t kRead =
     LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
-// Files are opened for writing with their contents cut off, even where they have none.
+// Programs open devices with O_TRUNC too.
 constexpr std::uint64_t kUse = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR |
                                LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
-// What a rule for a plain file may say.
+// The rights that a rule for a file, not a folder, may have.
 constexpr std::uint64_t kOfFiles = LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_READ_FILE |
                                    LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
 
 std::uint64_t allOfFiles(long version) {
-    // Each of the first thirteen rights is a bit, from the lowest on.
+    // Version 1 has the thirteen lowest bits.
     auto rights = (std::uint64_t{1} << 13U) - 1;
     if (version >= 2) {
         rights |= LANDLOCK_ACCESS_FS_REFER;
@@ -96,13 +96,14 @@ void confineFiles(const FilePlaces& places) {
     const long version =
         syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
     if (version < 1) {
-        g_info("The kernel has no Landlock; an effect's files are not confined.");
+        g_info("The kernel has no Landlock; the effect may use all files.");
         return;
     }
     Ruleset rules(version);
     if (!rules || !rules.allow(places.readable, kRead) || !rules.allow(places.devices, kUse) ||
         !rules.allow(places.writable, ~std::uint64_t{0}) || !rules.enforce()) {
-        g_message("The files of an effect cannot be confined: %s.", g_strerror(errno));
+        g_message("The kernel refuses to confine files (%s); the effect may use all files.",
+                  g_strerror(errno));
     }
 }
 

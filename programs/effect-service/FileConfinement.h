@@ -5,17 +5,17 @@
 
 namespace orvalo {
 
-/// What a process may do with files: nothing outside of these places. Places that are not there are
-/// no error; folders stand for all that is in them.
+/// The only files that a process may use. A folder includes its contents; missing places are
+/// ignored.
 struct FilePlaces {
-    std::vector<std::filesystem::path> readable;  ///< And executable.
-    std::vector<std::filesystem::path> devices;   ///< Readable and writable, nothing made there.
-    std::vector<std::filesystem::path> writable;  ///< For everything.
+    std::vector<std::filesystem::path> readable;  ///< Readable and executable.
+    std::vector<std::filesystem::path> devices;   ///< Readable and writable.
+    std::vector<std::filesystem::path> writable;  ///< All rights.
 };
 
-/// Confines this thread, and what it starts from now on, to the places, for good; also takes away
-/// connections over the network and signals to other processes where the kernel knows how
-/// (Landlock, from Linux 5.13). What it does not is logged.
+/// Confines this thread and its later children to the places, irrevocably (Landlock, from Linux
+/// 5.13). Newer kernels also forbid TCP and signals to other processes. Logs when the kernel cannot
+/// confine files.
 void confineFiles(const FilePlaces& places);
 
 }  // namespace orvalo

@@ -25,7 +25,7 @@ std::optional<LV2StateProperties> stateOf(const bridge::Instantiate& request) {
     }
     auto state = unpackState(request.state);
     if (!state) {
-        g_warning("The state that the effect was to start from cannot be read.");
+        g_warning("The saved state cannot be read; the effect starts with its default.");
     }
     return state;
 }
@@ -39,7 +39,8 @@ std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Insta
     const auto& data = unit->data();
     if (layoutOf(request) != SharedAudio::Layout{data.inputChannelCount, data.outputChannelCount,
                                                  static_cast<std::uint32_t>(data.ports.size())}) {
-        throw lv2Error(LV2ErrorCode::badData, request.uri, "its data have changed meanwhile");
+        throw lv2Error(LV2ErrorCode::badData, request.uri,
+                       "its ports have changed since the host read them");
     }
     for (const auto& control : request.controls) {
         if (control.port < data.ports.size()) {
@@ -52,12 +53,12 @@ std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Insta
 }  // namespace
 
 LoadedEffect::LoadedEffect(const bridge::Instantiate& request, FileDescriptor memory,
-                           std::function<bool(const std::string&)> tellState)
+                           std::function<bool(const std::string&)> sendState)
     : world_(bundlesOnly(request.bundles)),
       audio_(SharedAudio::map(std::move(memory), layoutOf(request))),
       unit_(makeUnit(world_, request)),
       audioThread_(unit_, audio_),
-      stateWatch_(unit_, std::move(tellState)) {}
+      stateWatch_(unit_, std::move(sendState)) {}
 
 void LoadedEffect::loadPreset(const std::string& uri) {
     const auto& presets = unit_->presets();
@@ -73,11 +74,11 @@ void LoadedEffect::loadPreset(const std::string& uri) {
     }
 }
 
-void LoadedEffect::look() {
+void LoadedEffect::publish() {
     publishControls();
-    stateWatch_.look();
+    stateWatch_.sendIfChanged();
     if (const auto lost = audioThread_.takeLostCount(); lost > 0) {
-        g_warning("%u MIDI messages were more than a quantum can hold.", lost);
+        g_warning("%u MIDI messages did not fit into their quantum and are lost.", lost);
     }
 }
 

@@ -12,21 +12,22 @@
 
 namespace orvalo {
 
-/// The effect of this process: the unit, the memory that it shares with the host, and what goes on
-/// between them. Main thread.
+/// The effect of this process: the unit, the shared memory, the audio thread and the state watch.
+/// Main thread.
 class LoadedEffect {
   public:
-    /// memory: of the host's SharedAudio. tellState: as StateWatch has it. Throws NSError: the
-    /// memory is another, the plug-in cannot be made, or is not the one that the host knows.
+    /// memory: of the host's SharedAudio. sendState: see StateWatch. Throws NSError: the memory has
+    /// the wrong size, the plug-in cannot be instantiated, or its ports are not those of the
+    /// request.
     LoadedEffect(const bridge::Instantiate& request, FileDescriptor memory,
-                 std::function<bool(const std::string&)> tellState);
+                 std::function<bool(const std::string&)> sendState);
 
     const std::shared_ptr<LV2LocalAudioUnit>& unit() const { return unit_; }
-    /// Loads the preset of that URI. Throws NSError when there is none, or it cannot be read.
+    /// Loads the preset with that URI. Throws NSError when it does not exist or cannot be read.
     void loadPreset(const std::string& uri);
-    /// Tells of the state and the controls, where they have changed; and of MIDI that was lost.
-    void look();
-    /// The same for the controls alone.
+    /// Sends the state when it has changed, publishes the control values, logs lost MIDI.
+    void publish();
+    /// Copies the control values into the shared memory.
     void publishControls() { audioThread_.publishControls(); }
 
   private:

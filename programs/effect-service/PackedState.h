@@ -7,12 +7,12 @@
 
 namespace orvalo {
 
-/// A state as the bytes that the host keeps for a process to come: the properties, and all URIs of
-/// this process, so that the numbers in them mean the same there.
+/// A state as bytes for the next service: the properties, and the URIs of this process in the order
+/// of their numbers, so that numbers inside the state keep their meaning.
 std::string packState(const LV2StateProperties& properties);
 
-/// The properties, after the URIs have got their numbers; absent for what is no such state, or when
-/// this process has given those numbers to other URIs.
+/// Gives the URIs their numbers and returns the properties. Absent when the bytes are no packed
+/// state, or this process has given the numbers to other URIs.
 std::optional<LV2StateProperties> unpackState(const std::string& state);
 
 }  // namespace orvalo

@@ -15,7 +15,7 @@ namespace orvalo {
 
 namespace {
 
-// Woken by the host, or by the end; this is but the most that a wait may be said to take.
+// Futex::wait() needs a deadline; the host or the destructor wakes the thread.
 constexpr std::chrono::hours kLongestWait{1};
 
 }  // namespace
@@ -41,7 +41,7 @@ ServiceAudioThread::ServiceAudioThread(std::shared_ptr<LV2LocalAudioUnit> unit,
 
 ServiceAudioThread::~ServiceAudioThread() {
     isEnding_.store(true, std::memory_order_release);
-    // It may be about to wait: a single call would come too early.
+    // The thread may be about to wait, so one wake-up could come too early.
     while (!hasEnded_.load(std::memory_order_acquire)) {
         Futex::wake(audio_.control().request);
         std::this_thread::yield();
@@ -60,7 +60,7 @@ void ServiceAudioThread::serve() noexcept {
             Futex::wait(control.request, answered, std::chrono::steady_clock::now() + kLongestWait);
             continue;
         }
-        takeScheduling();
+        applyScheduling();
         render();
         answered = request;
         control.response.store(answered, std::memory_order_release);
@@ -69,7 +69,7 @@ void ServiceAudioThread::serve() noexcept {
     hasEnded_.store(true, std::memory_order_release);
 }
 
-void ServiceAudioThread::takeScheduling() {
+void ServiceAudioThread::applyScheduling() {
     const auto& control = audio_.control();
     const int policy = control.schedulingPolicy.load(std::memory_order_relaxed);
     const int priority = control.schedulingPriority.load(std::memory_order_relaxed);
@@ -81,9 +81,10 @@ void ServiceAudioThread::takeScheduling() {
     const sched_param parameters{.sched_priority = priority};
     const int error = pthread_setschedparam(pthread_self(), policy, &parameters);
     if (error != 0) {
-        g_message("The effect's audio thread is refused real-time priority %d (%s); under load its "
-                  "output may be late.",
-                  priority, g_strerror(error));
+        g_message(
+            "The effect's audio thread is refused real-time priority %d (%s); under load its "
+            "output may be late.",
+            priority, g_strerror(error));
     }
 }
 

@@ -11,26 +11,26 @@
 
 namespace orvalo {
 
-/// The thread that renders the host's quanta: straight from the shared memory into it, with the
-/// host's real-time priority where the system grants it.
+/// The thread that renders the host's quanta from the shared memory into it, with the real-time
+/// priority that the host requests, where the system grants it.
 class ServiceAudioThread {
   public:
-    /// Takes the unit's MIDI block. audio must outlive the object.
+    /// Sets the unit's MIDI block. audio must outlive the object.
     ServiceAudioThread(std::shared_ptr<LV2LocalAudioUnit> unit, const SharedAudio& audio);
-    /// Ends it after the quantum under way.
+    /// Ends the thread after the current quantum.
     ~ServiceAudioThread();
     ServiceAudioThread(const ServiceAudioThread&) = delete;
     ServiceAudioThread& operator=(const ServiceAudioThread&) = delete;
 
-    /// Puts the values of the control ports into the shared memory, as each quantum does. Any
+    /// Copies the values of the control ports into the shared memory, as each quantum does. Any
     /// thread.
     void publishControls() noexcept;
-    /// How many MIDI messages found no room since the last call. Any thread.
+    /// How many MIDI messages did not fit since the last call. Any thread.
     std::uint32_t takeLostCount() noexcept { return lost_.exchange(0, std::memory_order_relaxed); }
 
   private:
     void serve() noexcept;
-    void takeScheduling();
+    void applyScheduling();
     void render() noexcept;
 
     const std::shared_ptr<LV2LocalAudioUnit> unit_;
@@ -38,10 +38,10 @@ class ServiceAudioThread {
     std::atomic<bool> isEnding_{false};
     std::atomic<bool> hasEnded_{false};
     std::atomic<std::uint32_t> lost_{0};
-    // The thread's own.
-    int policy_ = 0;
+    // Used by the thread alone.
+    int policy_ = 0;  // The last ones requested.
     int priority_ = 0;
-    std::int64_t start_ = 0;  // The quantum's on the unit's time line.
+    std::int64_t start_ = 0;  // The sample time of the quantum.
     std::optional<SharedEventWriter> events_;
     std::thread thread_;
 };

@@ -35,10 +35,10 @@ ServiceConnection::~ServiceConnection() {
 
 void ServiceConnection::send(const bridge::ServiceMessage& message) {
     channel_.send(bridge::encode(message));
-    watch();
+    updateConditions();
 }
 
-void ServiceConnection::watch() {
+void ServiceConnection::updateConditions() {
     const auto conditions = channel_.isWaiting() ? G_IO_IN | G_IO_OUT : G_IO_IN;
     g_source_modify_unix_fd(source_.get(), reinterpret_cast<Source*>(source_.get())->tag,
                             static_cast<GIOCondition>(conditions));
@@ -54,7 +54,7 @@ void ServiceConnection::serve() {
         return message.has_value();
     });
     if (result == Result::waiting) {
-        watch();
+        updateConditions();
     } else {
         g_source_destroy(source_.get());
         onEnd(result == Result::broken || channel_.hasPart());

@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-/// The service's end of the socket, served by the main run loop. Main thread.
+/// The service's end of the socket, on the main run loop. Main thread.
 class ServiceConnection {
   public:
     using Result = MessageChannel::Result;
@@ -20,22 +20,22 @@ class ServiceConnection {
     ServiceConnection& operator=(const ServiceConnection&) = delete;
 
     void send(const bridge::ServiceMessage& message);
-    /// Whether the host has not yet taken all that was sent.
+    /// Whether sent messages wait for the socket to take them.
     bool isWaiting() const { return channel_.isWaiting(); }
-    /// As MessageChannel::takePassed().
+    /// MessageChannel::takePassed().
     FileDescriptor takePassed() { return channel_.takePassed(); }
 
-    /// A message has come. Must be set before the run loop runs.
+    /// Gets each message. Set before the run loop runs.
     std::function<void(const bridge::HostMessage&)> onMessage;
-    /// Nothing more will come: the host is gone, or (isBroken) has sent what is no message. Called
-    /// once. Must be set before the run loop runs.
+    /// Called once, when the host has closed the connection or (isBroken) sent an invalid or
+    /// incomplete message. Set before the run loop runs.
     std::function<void(bool isBroken)> onEnd;
 
   private:
     struct Source;
 
     void serve();
-    void watch();
+    void updateConditions();
 
     MessageChannel channel_;
     GSourcePointer source_;

@@ -13,21 +13,22 @@ namespace orvalo {
 
 namespace {
 
-constexpr rlim_t kMostDescriptors = 256;
-constexpr rlim_t kMostComputing = 2'000'000;  // Microseconds.
+constexpr rlim_t kDescriptorLimit = 256;
+constexpr rlim_t kComputingLimit = 2'000'000;  // Microseconds.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// More than the host lets a process of an effect have in memory.
-constexpr rlim_t kMostMemory = rlim_t{4} << 30U;
+// Above BridgeLimits::memory, which gives a better message.
+constexpr rlim_t kMemoryLimit = rlim_t{4} << 30U;
 #endif
 
 void limit(__rlimit_resource resource, rlim_t most, const char* what) {
     rlimit limits{};
     getrlimit(resource, &limits);
-    // Below the one that the system sets: nobody may raise that.
+    // The hard limit cannot be raised.
     limits.rlim_max = std::min(limits.rlim_max, most);
     limits.rlim_cur = limits.rlim_max;
     if (setrlimit(resource, &limits) != 0) {
-        g_warning("The limit of %s is refused: %s.", what, g_strerror(errno));
+        g_warning("The system refuses the limit of %s (%s); the effect runs without it.", what,
+                  g_strerror(errno));
     }
 }
 
@@ -35,19 +36,20 @@ void limit(__rlimit_resource resource, rlim_t most, const char* what) {
 
 bool bindToHost(pid_t host) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // It may have ended before.
+    // The host may have ended before prctl().
     return getppid() == host;
 }
 
 void applyServiceLimits() {
     limit(RLIMIT_CORE, 0, "core files");
-    limit(RLIMIT_NOFILE, kMostDescriptors, "descriptors");
-    limit(RLIMIT_RTTIME, kMostComputing, "computing");
+    limit(RLIMIT_NOFILE, kDescriptorLimit, "descriptors");
+    limit(RLIMIT_RTTIME, kComputingLimit, "computing");
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    limit(RLIMIT_DATA, kMostMemory, "memory");
+    limit(RLIMIT_DATA, kMemoryLimit, "memory");
 #endif
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) {
-        g_warning("Privileges cannot be forgone: %s.", g_strerror(errno));
+        g_warning("The system refuses PR_SET_NO_NEW_PRIVS (%s); the effect runs without it.",
+                  g_strerror(errno));
     }
 }
 

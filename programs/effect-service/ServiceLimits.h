@@ -4,13 +4,13 @@
 
 namespace orvalo {
 
-/// Has the kernel end this process when the host does, however that comes about: when the host's
-/// thread that started it ends. False when the host is gone already.
+/// Makes the kernel kill this process when the host's thread that started it ends. False when the
+/// host has ended already.
 bool bindToHost(pid_t host);
 
-/// Sets the limits of what this process can take from the machine: no core file, 256 descriptors, 4
-/// GiB of memory of its own, 2 s of computing in one go at a real-time priority; and has it, and
-/// what it starts, gain no privileges ever. What is refused is logged.
+/// Limits the resources of this process: no core file, 256 descriptors, 4 GiB of memory, 2 s of
+/// uninterrupted computing at a real-time priority. It and its children cannot gain privileges.
+/// Logs what the system refuses.
 void applyServiceLimits();
 
 }  // namespace orvalo

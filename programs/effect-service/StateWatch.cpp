@@ -16,15 +16,15 @@ using std::chrono::steady_clock;
 
 constexpr milliseconds kPeriod{1000};
 // Saving takes at most a twentieth of the time.
-constexpr int kShare = 20;
+constexpr int kPauseFactor = 20;
 
 }  // namespace
 
 StateWatch::StateWatch(std::shared_ptr<LV2LocalAudioUnit> unit,
-                       std::function<bool(const std::string&)> tell)
-    : unit_(std::move(unit)), tell_(std::move(tell)), keepsState_(unit_->keepsState()) {
+                       std::function<bool(const std::string&)> send)
+    : unit_(std::move(unit)), send_(std::move(send)), keepsState_(unit_->keepsState()) {
     if (keepsState_) {
-        wait(kPeriod);
+        schedule(kPeriod);
     }
 }
 
@@ -34,34 +34,34 @@ StateWatch::~StateWatch() {
     }
 }
 
-void StateWatch::look() {
+void StateWatch::sendIfChanged() {
     if (!keepsState_) {
         return;
     }
     try {
         auto state = packState(unit_->stateProperties());
-        if (state != told_ && tell_(state)) {
-            told_ = std::move(state);
+        if (state != sent_ && send_(state)) {
+            sent_ = std::move(state);
         }
     } catch (const NSError& error) {
-        if (!std::exchange(hasComplained_, true)) {
+        if (!std::exchange(hasWarned_, true)) {
             g_warning("%s", error.localizedDescription().c_str());
         }
     }
 }
 
-void StateWatch::wait(milliseconds time) {
-    timer_.reset(g_timeout_source_new(static_cast<guint>(time.count())));
-    // Behind requests and the UI.
+void StateWatch::schedule(milliseconds delay) {
+    timer_.reset(g_timeout_source_new(static_cast<guint>(delay.count())));
+    // Requests and the UI come first.
     g_source_set_priority(timer_.get(), G_PRIORITY_LOW);
     g_source_set_callback(
         timer_.get(),
         [](void* data) -> gboolean {
             auto& self = *static_cast<StateWatch*>(data);
             const auto start = steady_clock::now();
-            self.look();
+            self.sendIfChanged();
             const auto taken = std::chrono::ceil<milliseconds>(steady_clock::now() - start);
-            self.wait(std::max(kPeriod, kShare * taken));
+            self.schedule(std::max(kPeriod, kPauseFactor * taken));
             return G_SOURCE_REMOVE;
         },
         this, nullptr);

@@ -10,28 +10,27 @@
 
 namespace orvalo {
 
-/// Tells of the plug-in's state whenever it is another than was told last: at each look, and on its
-/// own every second, less often where saving takes long. A plug-in that keeps no state has none.
-/// Main thread.
+/// Sends the plug-in's state when it has changed: looks every second, less often where saving takes
+/// long, and on request. Does nothing for a plug-in without the state extension. Main thread.
 class StateWatch {
   public:
-    /// tell: gets the state as packState() gives it; false when it has to be told again.
+    /// send: sends a result of packState(); false when it could not and has to get it again.
     StateWatch(std::shared_ptr<LV2LocalAudioUnit> unit,
-               std::function<bool(const std::string& state)> tell);
+               std::function<bool(const std::string& state)> send);
     ~StateWatch();
     StateWatch(const StateWatch&) = delete;
     StateWatch& operator=(const StateWatch&) = delete;
 
-    void look();
+    void sendIfChanged();
 
   private:
-    void wait(std::chrono::milliseconds time);
+    void schedule(std::chrono::milliseconds delay);
 
     const std::shared_ptr<LV2LocalAudioUnit> unit_;
-    const std::function<bool(const std::string&)> tell_;
+    const std::function<bool(const std::string&)> send_;
     const bool keepsState_;
-    std::string told_;
-    bool hasComplained_ = false;
+    std::string sent_;
+    bool hasWarned_ = false;
     GSourcePointer timer_;
 };
 

@@ -2,23 +2,41 @@
 #include <glib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <string_view>
 
+#include "platform/foundation/WriteLine.h"
 #include "programs/effect-service/EffectService.h"
-#include "programs/effect-service/PlainLog.h"
 #include "programs/effect-service/ServiceLimits.h"
 
 namespace {
 
 constexpr int kSocket = 3;
 
+/// Writes log messages to standard error as bare lines; the host puts them into its own log.
+GLogWriterOutput writePlainLine(GLogLevelFlags level, const GLogField* fields, gsize count,
+                                gpointer /*data*/) {
+    const auto field = [&](std::string_view key) {
+        const auto* found = std::find_if(fields, fields + count, [&](const GLogField& candidate) {
+            return key == candidate.key;
+        });
+        return found == fields + count ? nullptr : static_cast<const char*>(found->value);
+    };
+    if (g_log_writer_default_would_drop(level, field("GLIB_DOMAIN")) == FALSE) {
+        const char* message = field("MESSAGE");
+        orvalo::writeLine(STDERR_FILENO, {}, message == nullptr ? "" : message);
+    }
+    return G_LOG_WRITER_HANDLED;
+}
+
 }  // namespace
 
-/// One effect, for the program that started this one: effect-service HOST, where HOST is that
-/// program's process number, and its socket is descriptor 3.
+/// effect-service HOST: runs one effect for the process with the ID HOST, which started this one
+/// and whose socket is descriptor 3.
 int main(int argc, char** argv) {
     using namespace orvalo;
-    usePlainLog();
+    g_log_set_writer_func(writePlainLine, nullptr, nullptr);
     const long host = argc == 2 ? std::strtol(argv[1], nullptr, 10) : 0;
     if (host <= 0) {
         g_warning("effect-service is started by the programs that need it, not by hand.");
@@ -28,9 +46,9 @@ int main(int argc, char** argv) {
         return 0;
     }
     applyServiceLimits();
-    // Not for what the effect starts.
+    // Processes that the effect starts do not inherit the socket.
     fcntl(kSocket, F_SETFD, FD_CLOEXEC);
     EffectService service{FileDescriptor(kSocket)};
-    // At once: what the effect's threads use must not be torn down around them.
+    // Without exit handlers: the effect's threads may still use what these destroy.
     _exit(service.run());
 }

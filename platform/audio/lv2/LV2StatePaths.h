@@ -6,7 +6,7 @@
 #include <mutex>
 #include <optional>
 
-#include "platform/foundation/ProcessFolder.h"
+#include "platform/audio/lv2/ProcessFolder.h"
 
 namespace orvalo {
 

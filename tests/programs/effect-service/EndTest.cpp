@@ -16,7 +16,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-constexpr const char* kNoMessage = "The host sent what is no message.\n";
+constexpr const char* kInvalidMessage = "The host sent an invalid message; the service ends.\n";
 
 /// How the service ends, and what it says to that.
 struct End {
@@ -89,20 +89,22 @@ TEST(ServiceEnd, ComesWithTheHostsEvenIfItIsStopped) {
 TEST(ServiceEnd, ComesWhenTheFirstRequestIsNotForAnEffect) {
     ServiceProgram service;
     service.send(bridge::Ping{1});
-    EXPECT_EQ(endOf(service), (End{1, "The host asked for something before the effect.\n"}));
+    EXPECT_EQ(endOf(service),
+              (End{1, "The host sent a request before the effect; the service ends.\n"}));
 }
 
 TEST(ServiceEnd, ComesWhenTheEffectHasNoMemory) {
     ServiceProgram service;
     service.send(bridge::Instantiate{});
-    EXPECT_EQ(endOf(service), (End{1, "The host gave no memory for the sound.\n"}));
+    EXPECT_EQ(endOf(service), (End{1, "The host passed no shared memory; the service ends.\n"}));
 }
 
 TEST(ServiceEnd, ComesWhenTheHostAsksForASecondEffect) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     effect.service.send(effect.request, effect.audio().descriptor());
-    EXPECT_EQ(endOf(effect.service), (End{1, "The host asked for a second effect.\n"}));
+    EXPECT_EQ(endOf(effect.service),
+              (End{1, "The host requested a second effect; the service ends.\n"}));
 }
 
 TEST(ServiceEnd, ComesWithAMessageThatIsCutOff) {
@@ -111,7 +113,7 @@ TEST(ServiceEnd, ComesWithAMessageThatIsCutOff) {
     bytes.resize(bytes.size() - 1);
     effect.service.sendBytes(std::move(bytes), effect.audio().descriptor());
     effect.service.closeSocket();
-    EXPECT_EQ(endOf(effect.service), (End{1, kNoMessage}));
+    EXPECT_EQ(endOf(effect.service), (End{1, kInvalidMessage}));
 }
 
 TEST(ServiceEnd, ComesWithGarbage) {
@@ -124,7 +126,7 @@ TEST(ServiceEnd, ComesWithGarbage) {
                               withHead(2, bridge::kLongestMessage + 1)}) {
         ServiceProgram service;
         service.sendBytes(bytes);
-        EXPECT_EQ(endOf(service), (End{1, kNoMessage}));
+        EXPECT_EQ(endOf(service), (End{1, kInvalidMessage}));
     }
 }
 
@@ -132,7 +134,7 @@ TEST(ServiceEnd, ComesWithGarbageBehindTheEffectToo) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     effect.service.sendBytes(withHead(1, 99));
-    EXPECT_EQ(endOf(effect.service), (End{1, kNoMessage}));
+    EXPECT_EQ(endOf(effect.service), (End{1, kInvalidMessage}));
 }
 
 }  // namespace

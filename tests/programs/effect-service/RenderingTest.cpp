@@ -147,13 +147,13 @@ TEST(ServiceErrors, SayWhyAnEffectIsNotMade) {
               "The plug-in <urn:orvalo:zoo:probe> cannot be used: it is not installed.");
     HostedEffect larger(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     larger.request.portCount = 4096;
-    EXPECT_EQ(larger.instantiate(), "The memory shared with the host has another extent.");
+    EXPECT_EQ(larger.instantiate(), "The memory shared with the host has the wrong size.");
     HostedEffect swapped(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     swapped.request.inputChannelCount = 2;
     swapped.request.outputChannelCount = 0;
-    EXPECT_EQ(
-        swapped.instantiate(),
-        "The plug-in <urn:orvalo:zoo:probe> cannot be used: its data have changed meanwhile.");
+    EXPECT_EQ(swapped.instantiate(),
+              "The plug-in <urn:orvalo:zoo:probe> cannot be used: its ports have changed since the "
+              "host read them.");
 }
 
 }  // namespace

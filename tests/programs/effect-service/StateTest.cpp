@@ -72,7 +72,7 @@ TEST(ServiceState, ThatCannotBeReadLeavesTheEffectsOwn) {
     effect.request.state = "nonsense";
     effect.mustInstantiate();
     EXPECT_EQ(effect.service.standardError(),
-              "The state that the effect was to start from cannot be read.\n");
+              "The saved state cannot be read; the effect starts with its default.\n");
     EXPECT_EQ(stateOf(effect).size(), stateOf(usual).size());
 }
 

@@ -17,9 +17,9 @@ BridgedAudioUnit::PluginUIProvider& pluginUIProvider() {
     return provider;
 }
 
-/// Somebody who asked for a unit's UI. Is answered on the main thread, even when the unit or
-/// its process goes before it can answer, and let go of there: the supervisor's thread, which has
-/// this meanwhile, must not be the one that lets go of what the completion holds, nor of the unit.
+/// A request for a unit's UI. Runs and destroys the completion on the main thread, also when the
+/// unit or its service ends first: the supervisor's thread holds this object and must not be the
+/// one that destroys the unit.
 class PluginUIRequest {
   public:
     using Completion = std::function<void(std::shared_ptr<UIViewController>)>;

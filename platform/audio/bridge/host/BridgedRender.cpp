@@ -12,7 +12,7 @@ namespace orvalo {
 
 namespace {
 
-// An hour at 192 kHz; more than that is no latency.
+// An hour at 192 kHz. The service's value is not trusted beyond it.
 constexpr std::uint32_t kLongestLatency = 691200000;
 
 /// The service's audio thread is to run one step below the calling thread, so that an effect that
@@ -46,7 +46,7 @@ std::unique_ptr<RenderSession> BridgedRender::disconnect() {
 }
 
 void BridgedRender::giveUp() {
-    isHopeless_.store(true, std::memory_order_release);
+    hasGivenUp_.store(true, std::memory_order_release);
     sessionNumber_.fetch_add(1, std::memory_order_release);
     Futex::wake(sessionNumber_);
 }
@@ -76,7 +76,7 @@ void BridgedRender::awaitSession() noexcept {
     const auto limit = std::chrono::steady_clock::now() + limits_.request + limits_.offlineWait;
     for (;;) {
         const auto number = sessionNumber_.load(std::memory_order_acquire);
-        if (hasLiveSession() || isHopeless_.load(std::memory_order_acquire) ||
+        if (hasLiveSession() || hasGivenUp_.load(std::memory_order_acquire) ||
             std::chrono::steady_clock::now() >= limit) {
             return;
         }
@@ -92,25 +92,26 @@ bool BridgedRender::hasLiveSession() noexcept {
 bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
                             const AudioBlock& output) noexcept {
     const auto until = deadline(input.frameCount);
-    const auto isInTime = [this, &session, until](bool isAwaited) {
-        const bool isAnswered = isAwaited ? session.awaitAnswer(until) : session.isAnswered();
+    const auto hasAnswer = [this, &session, until](bool waits) {
+        const bool isAnswered = waits ? session.awaitAnswer(until) : session.isAnswered();
         if (!isAnswered && !session.hasEnded.load(std::memory_order_acquire)) {
             late_.fetch_add(1, std::memory_order_relaxed);
         }
         return isAnswered;
     };
     if (session.isOutstanding) {
-        if (!isInTime(isOffline())) {
+        // The service is still busy with an earlier quantum.
+        if (!hasAnswer(isOffline())) {
             return false;
         }
-        takeReports(session);
+        readAnswer(session);
     }
     handOver(session, input);
-    if (!isInTime(true)) {
+    if (!hasAnswer(true)) {
         return false;
     }
     fader_.writeWet(input, session.audio.output(output.frameCount), output);
-    takeReports(session);
+    readAnswer(session);
     return true;
 }
 
@@ -131,7 +132,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
     Futex::wake(control.request);
 }
 
-void BridgedRender::takeReports(RenderSession& session) noexcept {
+void BridgedRender::readAnswer(RenderSession& session) noexcept {
     session.isOutstanding = false;
     const auto& control = session.audio.control();
     const auto latency = control.latency.load(std::memory_order_relaxed);

@@ -13,9 +13,9 @@
 
 namespace orvalo {
 
-/// What the render thread does for an effect in a process of its own: hands each quantum over,
-/// waits for the answer for a bounded time, and passes the input through where there is none. The
-/// sessions come and go with the processes.
+/// The render thread's part of a bridged effect: hands each quantum over to the service, waits for
+/// the answer for a bounded time, and outputs the dry signal without one. Each service has a
+/// session.
 class BridgedRender {
   public:
     /// midiBlock: gets the effect's MIDI, and outlives the object; midiOutputCount: events of
@@ -24,36 +24,34 @@ class BridgedRender {
                   const BridgeLimits& limits)
         : midiBlock_(midiBlock), midiOutputCount_(midiOutputCount), limits_(limits) {}
 
-    /// From now on quanta go there. Supervisor's thread, without a session.
+    /// Sets the session for the next quanta; there must be none. Supervisor's thread.
     void connect(std::unique_ptr<RenderSession> session);
-    /// Ends the session's wait, if one is under way, and takes the session out; null without one.
-    /// Supervisor's thread.
+    /// Ends a wait for an answer and removes the session; null without one. Supervisor's thread.
     std::unique_ptr<RenderSession> disconnect();
-    /// No session will come any more: offline rendering stops waiting for one. Any thread.
+    /// Offline rendering no longer waits for a session. Any thread.
     void giveUp();
 
-    /// How long a quantum is. Never while render() may be called.
+    /// Determines the duration of a quantum. Never during render().
     void setSampleRate(double sampleRate);
-    /// Whether time does not matter: offline rendering waits for late answers and for sessions.
-    /// Never while render() may be called.
+    /// Offline rendering waits for late answers and for sessions. Never during render().
     void setOffline(bool isOffline) { isOffline_.store(isOffline, std::memory_order_relaxed); }
 
-    /// As AUAudioUnit's, as last reported. Any thread.
+    /// AUAudioUnit::latency(). Any thread.
     std::uint32_t latency() const { return latency_.load(std::memory_order_relaxed); }
-    /// How many quanta passed through because the process was late. Any thread.
+    /// How many quanta were dry because the service was late. Any thread.
     std::uint64_t lateQuantumCount() const { return late_.load(std::memory_order_relaxed); }
 
-    /// As AUAudioUnit's.
+    /// AUAudioUnit::render().
     void render(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
-    /// Holds no session meanwhile: who exchanges it waits for accesses to end.
+    /// Holds no RenderSlot::Access while it waits: exchange() would wait for it.
     void awaitSession() noexcept;
     bool hasLiveSession() noexcept;
     bool process(RenderSession& session, const AudioBlock& input,
                  const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) noexcept;
-    void takeReports(RenderSession& session) noexcept;
+    void readAnswer(RenderSession& session) noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
     bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
@@ -61,15 +59,15 @@ class BridgedRender {
     const std::uint32_t midiOutputCount_;
     const BridgeLimits limits_;
     RenderSlot<RenderSession> session_;
-    /// Changes with every session that comes, and when none will: what offline rendering waits on.
+    /// The futex word of awaitSession(): changes with connect() and giveUp().
     std::atomic<std::uint32_t> sessionNumber_{0};
-    std::atomic<bool> isHopeless_{false};
+    std::atomic<bool> hasGivenUp_{false};
     std::atomic<bool> isOffline_{false};
     std::atomic<double> sampleRate_{48000.0};
     std::atomic<std::uint32_t> latency_{0};
     std::atomic<std::uint64_t> late_{0};
 
-    // The render thread's.
+    // Used by the render thread alone.
     WetDryFader fader_;
     std::int64_t sampleTime_ = 0;  // Frames rendered so far.
 };

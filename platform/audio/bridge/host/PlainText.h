@@ -5,9 +5,8 @@
 
 namespace orvalo {
 
-/// Text from a stranger as one line for people: what is no UTF-8 is replaced, control characters
-/// become blanks, blanks at either end go, and at most limit bytes are left, cut between
-/// characters.
+/// Untrusted text as one printable line: replaces invalid UTF-8, turns control characters into
+/// spaces, trims spaces, and cuts between characters at limit bytes.
 std::string plainText(std::string_view text, std::size_t limit = 2000);
 
 }  // namespace orvalo

@@ -14,10 +14,10 @@
 
 namespace orvalo {
 
-/// The render thread's side of one start of an effect's process.
+/// The render thread's connection to one service.
 struct RenderSession {
-    /// Touches all of the memory, so that the render thread is the first to use none of it. Control
-    /// values are no numbers until the process has written them.
+    /// Writes to all of the memory, so that the render thread causes no page faults. Control values
+    /// are NaN until the service writes them.
     explicit RenderSession(SharedAudio memory)
         : audio(std::move(memory)), eventCopy(SharedAudio::kEventAreaSize) {
         for (const auto& block :
@@ -31,13 +31,13 @@ struct RenderSession {
         }
     }
 
-    /// Whether the quantum that was handed over last has been answered.
+    /// Whether the service has answered the last quantum.
     bool isAnswered() const noexcept {
         return audio.control().response.load(std::memory_order_acquire) ==
                handedOver.load(std::memory_order_relaxed);
     }
 
-    /// Waits for that answer; false at the deadline and once the session has been ended.
+    /// Waits for that answer; false at the deadline and after end().
     bool awaitAnswer(Futex::Deadline deadline) const noexcept {
         const auto& response = audio.control().response;
         const auto wanted = handedOver.load(std::memory_order_relaxed);
@@ -56,23 +56,23 @@ struct RenderSession {
         }
     }
 
-    /// Ends every wait for an answer, now and later. The supervisor's thread.
+    /// Makes awaitAnswer() return at once from now on. The supervisor's thread.
     void end() noexcept {
         hasEnded.store(true, std::memory_order_release);
         auto& response = audio.control().response;
-        // Another word than before, so that who is about to wait for it to change need not.
-        constexpr std::uint32_t kFarAway = 0x80000000;
-        response.fetch_add(kFarAway, std::memory_order_release);
+        // Changes the futex word so that a late waiter returns at once.
+        constexpr std::uint32_t kNeverAnswered = 0x80000000;
+        response.fetch_add(kNeverAnswered, std::memory_order_release);
         Futex::wake(response);
     }
 
     const SharedAudio audio;
     std::atomic<bool> hasEnded{false};
-    /// The number of the quantum that was handed over last.
+    /// The number of the last quantum.
     std::atomic<std::uint32_t> handedOver{0};
 
-    // The render thread's.
-    bool isOutstanding = false;    ///< The last quantum's answer has not been taken.
+    // Used by the render thread alone.
+    bool isOutstanding = false;    ///< The last quantum's answer has not been read.
     std::int64_t sampleTime = 0;   ///< Of that quantum.
     std::uint32_t frameCount = 0;  ///< Of that quantum.
     std::vector<std::byte> eventCopy;

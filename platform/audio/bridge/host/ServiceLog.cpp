@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kPiece = 4096;
 constexpr int kPiecesAtOnce = 8;
-constexpr int kPiecesAtTheEnd = 256;
+constexpr int kPiecesAtEnd = 256;
 constexpr std::size_t kLongestLine = 2000;
 
 }  // namespace
@@ -26,10 +26,10 @@ void ServiceLog::read(Clock::time_point now) {
 }
 
 void ServiceLog::finish(Clock::time_point now) {
-    for (int piece = 0; piece < kPiecesAtTheEnd && readSome(now); ++piece) {
+    for (int piece = 0; piece < kPiecesAtEnd && readSome(now); ++piece) {
     }
     endLine(now);
-    tellLeftOut();
+    logOmitted();
 }
 
 bool ServiceLog::readSome(Clock::time_point now) {
@@ -46,7 +46,7 @@ bool ServiceLog::readSome(Clock::time_point now) {
     }
     for (std::string_view rest(piece.data(), static_cast<std::size_t>(count)); !rest.empty();) {
         const auto end = std::min(rest.find('\n'), rest.size());
-        // Bytes of one character may not be cut here; plainText() does that.
+        // Twice the limit, so that plainText() and not this line cuts between characters.
         line_.append(rest.substr(0, std::min(end, 2 * kLongestLine - line_.size())));
         if (end == rest.size()) {
             break;
@@ -64,26 +64,26 @@ void ServiceLog::endLine(Clock::time_point now) {
         return;
     }
     if (now - secondBegan_ >= std::chrono::seconds(1)) {
-        tellLeftOut();
+        logOmitted();
         secondBegan_ = now;
         linesThisSecond_ = 0;
     }
     if (linesThisSecond_ < linesPerSecond_) {
         ++linesThisSecond_;
         const auto name = "<" + uri_ + ">: ";
-        // What the plug-in itself logs has its name in front already.
+        // The plug-in's own messages carry the URI already.
         g_message("%s%s", text.starts_with(name) ? "" : name.c_str(), text.c_str());
     } else {
-        ++leftOut_;
+        ++omitted_;
     }
     lastMessage_ = std::move(text);
 }
 
-void ServiceLog::tellLeftOut() {
-    if (leftOut_ > 0) {
-        g_warning("The effect <%s> writes too much: %u lines are left out.", uri_.c_str(),
-                  leftOut_);
-        leftOut_ = 0;
+void ServiceLog::logOmitted() {
+    if (omitted_ > 0) {
+        g_warning("The effect <%s> exceeds the limit of log lines; %u lines are left out.",
+                  uri_.c_str(), omitted_);
+        omitted_ = 0;
     }
 }
 

@@ -8,39 +8,39 @@
 
 namespace orvalo {
 
-/// What the process of an effect writes, line by line into GLib's log, with the effect's URI in
-/// front: as text that can do no harm, and only so many lines a second. One thread.
+/// Copies a service's output into GLib's log: printable lines behind the effect's URI, a limited
+/// number per second. One thread.
 class ServiceLog {
   public:
     using Clock = std::chrono::steady_clock;
 
-    /// pipe: read without waiting.
+    /// pipe: non-blocking.
     ServiceLog(FileDescriptor pipe, std::string uri, unsigned linesPerSecond)
         : pipe_(std::move(pipe)), uri_(std::move(uri)), linesPerSecond_(linesPerSecond) {}
 
-    /// For poll(); below 0 once the pipe has been closed at the other end.
+    /// For poll(); below 0 when the service has closed the pipe.
     int descriptor() const { return pipe_.get(); }
-    /// Takes what there is, at most some KiB.
+    /// Reads what is there, up to 32 KiB.
     void read(Clock::time_point now);
-    /// Takes all that is left, and the line that was not ended; at most a MiB.
+    /// Reads the rest, up to 1 MiB, and logs the last line also when it is incomplete.
     void finish(Clock::time_point now);
 
-    /// The last line that was not empty, whether the log has it or not.
+    /// The last line that was not empty, logged or not.
     const std::string& lastMessage() const { return lastMessage_; }
 
   private:
     bool readSome(Clock::time_point now);
     void endLine(Clock::time_point now);
-    void tellLeftOut();
+    void logOmitted();
 
     FileDescriptor pipe_;
     const std::string uri_;
     const unsigned linesPerSecond_;
-    std::string line_;  // Its beginning; what is too long is left out.
+    std::string line_;  // The start of the current line, up to a limit.
     std::string lastMessage_;
     Clock::time_point secondBegan_;
     unsigned linesThisSecond_ = 0;
-    unsigned leftOut_ = 0;
+    unsigned omitted_ = 0;
 };
 
 }  // namespace orvalo

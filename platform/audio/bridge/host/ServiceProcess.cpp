@@ -13,9 +13,9 @@
 #include <cerrno>
 #include <csignal>
 #include <fstream>
+#include <string_view>
 #include <vector>
 
-#include "platform/audio/bridge/host/ServiceEnvironment.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -23,13 +23,24 @@ namespace orvalo {
 namespace {
 
 constexpr int kServiceSocket = 3;
-// A killed process that does not go within this time hangs inside of the system.
-constexpr std::chrono::milliseconds kLastWait{5000};
+// A killed process that still exists after this time hangs in a system call.
+constexpr std::chrono::milliseconds kKillTimeout{5000};
 
-/// What a new process finds: actions on descriptors, and attributes.
-class Spawning {
+/// Whether a service gets the environment variable: where plug-ins and the user's files are, the
+/// display, the language, and the settings of sanitizers and libraries.
+bool isInherited(std::string_view name) {
+    constexpr std::array<std::string_view, 10> kNames{
+        "PATH",    "HOME",       "LANG",     "LANGUAGE",        "TMPDIR",
+        "DISPLAY", "XAUTHORITY", "LV2_PATH", "LD_LIBRARY_PATH", "G_MESSAGES_DEBUG"};
+    return std::find(kNames.begin(), kNames.end(), name) != kNames.end() ||
+           name.starts_with("LC_") || name.starts_with("XDG_") || name.ends_with("SAN_OPTIONS");
+}
+
+/// The attributes and descriptors of a new process: no blocked or ignored signals, a process group
+/// of its own.
+class Spawner {
   public:
-    Spawning() {
+    Spawner() {
         posix_spawn_file_actions_init(&actions_);
         posix_spawnattr_init(&attributes_);
         sigset_t none;
@@ -42,12 +53,12 @@ class Spawning {
         posix_spawnattr_setflags(
             &attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     }
-    ~Spawning() {
+    ~Spawner() {
         posix_spawnattr_destroy(&attributes_);
         posix_spawn_file_actions_destroy(&actions_);
     }
-    Spawning(const Spawning&) = delete;
-    Spawning& operator=(const Spawning&) = delete;
+    Spawner(const Spawner&) = delete;
+    Spawner& operator=(const Spawner&) = delete;
 
     void setDescriptors(int output, int socket) {
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
@@ -58,11 +69,12 @@ class Spawning {
     }
 
     pid_t spawn(const std::filesystem::path& program) const {
-        std::vector<std::string> environment = serviceEnvironment();
         std::vector<char*> variables;
-        variables.reserve(environment.size() + 1);
-        for (auto& variable : environment) {
-            variables.push_back(variable.data());
+        for (char** variable = environ; *variable != nullptr; ++variable) {
+            const std::string_view text(*variable);
+            if (isInherited(text.substr(0, text.find('=')))) {
+                variables.push_back(*variable);
+            }
         }
         variables.push_back(nullptr);
         std::string name = program.string();
@@ -82,34 +94,31 @@ class Spawning {
     posix_spawnattr_t attributes_{};
 };
 
-/// The same open file at a number that no standard descriptor has, so that giving these to the
-/// process never overwrites one that is still to be given.
-FileDescriptor moved(int descriptor) {
-    constexpr int kBeyond = 10;
-    FileDescriptor original(descriptor);
-    FileDescriptor copy(fcntl(descriptor, F_DUPFD_CLOEXEC, kBeyond));
+/// Moves a descriptor above those that setDescriptors() assigns, which would overwrite it.
+FileDescriptor movedUp(FileDescriptor descriptor) {
+    constexpr int kLowest = 10;
+    FileDescriptor copy(fcntl(descriptor.get(), F_DUPFD_CLOEXEC, kLowest));
     if (!copy) {
-        throw NSError::posix(errno, "The process of an effect");
+        throw NSError::posix(errno, "A descriptor of an effect service");
     }
     return copy;
 }
 
-/// The two ends of a way between processes.
+/// The host's and the service's end of a socket or a pipe.
 struct Ends {
-    FileDescriptor ours;
-    FileDescriptor theirs;
+    FileDescriptor host;
+    FileDescriptor service;
 };
 
-/// Both are beyond the standard descriptors.
 template <typename Make>
 Ends makeEnds(const Make& make) {
     std::array<int, 2> ends{-1, -1};
     if (make(ends.data()) != 0) {
-        throw NSError::posix(errno, "The process of an effect");
+        throw NSError::posix(errno, "The socket or pipe of an effect service");
     }
+    FileDescriptor first(ends[0]);
     FileDescriptor second(ends[1]);
-    auto first = moved(ends[0]);
-    return {std::move(first), moved(second.release())};
+    return {movedUp(std::move(first)), movedUp(std::move(second))};
 }
 
 }  // namespace
@@ -118,20 +127,19 @@ ServiceProcess::ServiceProcess(const std::filesystem::path& program) {
     auto socket = makeEnds(
         [](int* ends) { return socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends); });
     auto output = makeEnds([](int* ends) { return pipe2(ends, O_CLOEXEC); });
-    // What the process writes must not make it wait for this one, nor this one for it.
-    fcntl(output.ours.get(), F_SETFL, O_NONBLOCK);
-    Spawning spawning;
-    spawning.setDescriptors(output.theirs.get(), socket.theirs.get());
-    id_ = spawning.spawn(program);
+    fcntl(output.host.get(), F_SETFL, O_NONBLOCK);
+    Spawner spawner;
+    spawner.setDescriptors(output.service.get(), socket.service.get());
+    id_ = spawner.spawn(program);
     process_ = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, id_, 0)));
     if (!process_) {
         const int error = errno;
         kill(-id_, SIGKILL);
         waitpid(id_, nullptr, 0);
-        throw NSError::posix(error, "The process of an effect");
+        throw NSError::posix(error, "The process of an effect service");
     }
-    socket_ = std::move(socket.ours);
-    output_ = std::move(output.ours);
+    socket_ = std::move(socket.host);
+    output_ = std::move(output.host);
 }
 
 ServiceProcess::~ServiceProcess() {
@@ -163,13 +171,14 @@ std::string ServiceProcess::end() {
     if (id_ < 0) {
         return "has ended";
     }
-    // Its number stands for it until its end has been taken.
+    // The number is not reused before waitid().
     kill(-id_, SIGKILL);
-    // Also when it has found a way out of its group.
+    // The process itself may have left its group.
     syscall(SYS_pidfd_send_signal, process_.get(), SIGKILL, nullptr, 0);
     siginfo_t info{};
-    if (!endsWithin(kLastWait)) {
-        g_warning("The process %d of an effect cannot be ended.", static_cast<int>(id_));
+    if (!endsWithin(kKillTimeout)) {
+        g_warning("The effect service with process ID %d cannot be killed; it is left behind.",
+                  static_cast<int>(id_));
     } else if (waitid(P_PIDFD, static_cast<id_t>(process_.get()), &info, WEXITED | WNOHANG) != 0) {
         info = {};
     }

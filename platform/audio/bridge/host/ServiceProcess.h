@@ -11,34 +11,34 @@
 
 namespace orvalo {
 
-/// One process of the effect service, from its start until nothing is left of it. It leads a
-/// process group of its own, has /dev/null as its standard input, one pipe as its standard output
-/// and error, one end of a socket as descriptor 3, and none of this process's descriptors. One
-/// thread, which must live as long: the process ends with the thread that started it.
+/// A process of effect-service. It leads a process group; its standard input is /dev/null, its
+/// standard output and error are one pipe, its descriptor 3 is a socket; it inherits no other
+/// descriptors and only the environment variables that effects need. One thread, which must outlive
+/// the object: the kernel kills the process when the thread that started it ends.
 class ServiceProcess {
   public:
-    /// Starts program with this process's id as its argument. Throws NSError.
+    /// Starts program with the host's process ID as its argument. Throws NSError. No other thread
+    /// may change the environment meanwhile.
     explicit ServiceProcess(const std::filesystem::path& program);
-    /// As end().
+    /// Calls end().
     ~ServiceProcess();
     ServiceProcess(const ServiceProcess&) = delete;
     ServiceProcess& operator=(const ServiceProcess&) = delete;
 
-    /// Given to the caller once: this side of the socket, and what reads the pipe.
+    /// The host's ends of the socket and of the pipe, which does not block. Once each.
     FileDescriptor takeSocket() { return std::move(socket_); }
     FileDescriptor takeOutput() { return std::move(output_); }
 
     pid_t id() const { return id_; }
-    /// For poll(): readable once the process has ended.
+    /// For poll(): readable when the process has ended.
     int descriptor() const { return process_.get(); }
-    /// Whether it has ended by itself, or does so within the limit.
+    /// Waits up to the limit; whether the process has ended by itself.
     bool endsWithin(std::chrono::milliseconds limit) const;
-    /// Resident memory, in bytes; 0 when it cannot be told.
+    /// Resident memory, in bytes; 0 when it cannot be read.
     std::uint64_t residentMemory() const;
 
-    /// Ends the whole group, if it has not ended, and takes its end from the system, so that
-    /// nothing is left. How it ended, as the rest of a sentence: "was killed by signal 11
-    /// (Segmentation fault)", "ended with status 3".
+    /// Kills the process group and reaps the process. Returns how the process ended, as a clause:
+    /// "was killed by signal 11 (Segmentation fault)", "ended with status 3".
     std::string end();
 
   private:

@@ -36,7 +36,7 @@ void WetDryFader::writeDry(const AudioBlock& dry, const AudioBlock& output) noex
             float* to = output.channels[channel];
             const float step = last_[channel] - to[0];
             if (!std::isfinite(step)) {
-                continue;  // An effect's own slip; it must not last.
+                continue;  // A NaN of the effect must not reach the dry signal.
             }
             for (std::uint32_t frame = 0; frame < faded; ++frame) {
                 const float rest = static_cast<float>(faded - frame) / static_cast<float>(faded);

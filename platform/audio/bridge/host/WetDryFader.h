@@ -7,22 +7,21 @@
 
 namespace orvalo {
 
-/// Passes from what an effect made (wet) to what it was fed (dry) and back without a step. From wet
-/// to dry, the difference between the last wet and the first dry sample of each channel fades out
-/// linearly; from dry to wet, the two are crossfaded linearly; within kFadeFrames frames, or the
-/// block's when it has fewer. Render thread.
+/// Changes between an effect's output (wet) and its input (dry) without a click. From wet to dry,
+/// the difference between the last wet and the first dry sample of each channel fades out linearly;
+/// from dry to wet, a linear crossfade. A fade has kFadeFrames frames, at most the block's. Render
+/// thread.
 class WetDryFader {
   public:
     static constexpr std::uint32_t kFadeFrames = 64;
 
-    /// Fills output from wet, of the same channels and frames, at least one; dry is mapped to the
-    /// output's channels as mapChannels() does.
+    /// Writes wet, which has output's channels and at least one frame; mapChannels() maps dry.
     void writeWet(const AudioBlock& dry, const AudioBlock& wet, const AudioBlock& output) noexcept;
-    /// Fills output from dry, likewise.
+    /// Writes dry.
     void writeDry(const AudioBlock& dry, const AudioBlock& output) noexcept;
 
   private:
-    /// What the block before was; no fade follows nothing.
+    /// The previous block; the first one needs no fade.
     enum class Before { nothing, wet, dry };
 
     Before before_ = Before::nothing;

@@ -14,8 +14,8 @@ namespace orvalo {
 template <typename Value>
 concept Plain = std::is_arithmetic_v<Value>;
 
-/// Puts fields behind each other, as this machine has them: the reader is a process of the same
-/// machine and the same build.
+/// Appends fields in the machine's own representation: the reader is a program of the same build on
+/// the same machine.
 class BridgeWriter {
   public:
     template <typename... Fields>
@@ -52,8 +52,8 @@ class BridgeWriter {
     std::vector<std::byte> bytes_;
 };
 
-/// Takes fields out of bytes that anybody may have written: what would lie outside of them stays as
-/// it was, and isWhole() is false from then on.
+/// Reads fields from untrusted bytes. A field beyond the end keeps its value, and isWhole() is
+/// false from then on.
 class BridgeReader {
   public:
     explicit BridgeReader(std::span<const std::byte> bytes) : bytes_(bytes) {}
@@ -63,7 +63,7 @@ class BridgeReader {
         (take(fields), ...);
     }
 
-    /// Whether everything was there, and nothing more.
+    /// Whether all fields were there and no bytes are left.
     bool isWhole() const { return !isShort_ && bytes_.empty(); }
 
   private:
@@ -89,7 +89,7 @@ class BridgeReader {
     std::uint32_t takeCount() {
         std::uint32_t count = 0;
         take(count);
-        // An element takes a byte at the least.
+        // An element has at least one byte.
         isShort_ = isShort_ || count > bytes_.size();
         return isShort_ ? 0 : count;
     }

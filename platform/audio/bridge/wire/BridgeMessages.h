@@ -8,12 +8,12 @@
 #include <variant>
 #include <vector>
 
-/// What the host and the process of an effect say to each other beside the audio. A record's
-/// fields() names its fields once, for writing and for reading.
+/// The messages between the host and an effect service. A record's fields() lists its fields once,
+/// for writing and for reading.
 ///
-/// Requests carry a number of the host's choice; the service answers each with one Done of that
-/// number, in the order of the requests. What a request changes in the state is said before its
-/// Done, but for Instantiate, whose Done is not held up.
+/// The service answers each request, a message with a number, with one Done of that number, in the
+/// order of the requests. A State that a request causes comes before its Done; the State after
+/// Instantiate comes after its Done.
 
 #define ORVALO_BRIDGE_FIELDS(...)         \
     template <typename Archive>           \
@@ -27,22 +27,22 @@
 
 namespace orvalo::bridge {
 
-/// A control input's value.
+/// The value of a control input.
 struct ControlValue {
     std::uint32_t port = 0;
     float value = 0.0F;
     ORVALO_BRIDGE_FIELDS(port, value)
 };
 
-/// The first request; the descriptor of the shared memory comes with it.
+/// The first request; passes the descriptor of the shared memory.
 struct Instantiate {
     std::uint32_t number = 0;
     std::string uri;
-    std::vector<std::string> bundles;  ///< Paths of the bundles that speak of the plug-in.
-    std::string stateFolder;           ///< Where the plug-in may keep files.
+    std::vector<std::string> bundles;  ///< Paths of the bundles that describe the plug-in.
+    std::string stateFolder;           ///< The folder for the plug-in's files.
     std::string contextName;
-    double sampleRate = 0.0;             ///< Hz; 0 for not yet known.
-    std::string state;                   ///< As State gave it; "" for the plug-in's own default.
+    double sampleRate = 0.0;             ///< Hz; 0 while unknown.
+    std::string state;                   ///< The text of a State; "" for the plug-in's default.
     std::vector<ControlValue> controls;  ///< Set after the state.
     std::uint32_t inputChannelCount = 0;
     std::uint32_t outputChannelCount = 0;
@@ -117,11 +117,11 @@ using HostMessage =
 /// The answer to a request.
 struct Done {
     std::uint32_t number = 0;
-    std::string error;  ///< What went wrong, for people; "" for nothing.
+    std::string error;  ///< For the user; "" for success.
     ORVALO_BRIDGE_FIELDS(number, error)
 };
 
-/// The plug-in's state, whenever it is another than was said last.
+/// The plug-in's state, sent after every change.
 struct State {
     std::string text;
     ORVALO_BRIDGE_FIELDS(text)
@@ -156,25 +156,24 @@ struct PluginUIOutdated {
 using ServiceMessage = std::variant<Done, State, PluginUIOpened, PluginUIResizeRequest,
                                     PluginUIClosed, PluginUIOutdated>;
 
-/// A message as it travels, its head in front. One longer than kLongestMessage is refused by who
-/// gets it.
+/// A message with its head. The receiver rejects a body longer than kLongestMessage.
 std::vector<std::byte> encode(const HostMessage& message);
 std::vector<std::byte> encode(const ServiceMessage& message);
 
-/// In front of each message.
+/// Precedes each message.
 struct Head {
     std::uint32_t version = 0;
-    std::uint32_t type = 0;    ///< The position among the sender's messages.
-    std::uint32_t length = 0;  ///< Of what follows, in bytes.
+    std::uint32_t type = 0;    ///< The index in HostMessage or ServiceMessage.
+    std::uint32_t length = 0;  ///< Of the body, in bytes.
 
-    /// Whether the version is this build's and the length is allowed.
+    /// Whether the version is this build's and the length is within the limit.
     bool isSound() const;
 };
 
-/// The longest that a message may be behind its head: a state with samples in it.
+/// The longest body: a state may contain samples.
 constexpr std::uint32_t kLongestMessage = 64U << 20U;
 
-/// A message of that type; absent when the bytes are not exactly one.
+/// Decodes a body; absent when the bytes are not exactly one message of that type.
 std::optional<HostMessage> decodeHostMessage(std::uint32_t type, std::span<const std::byte> bytes);
 std::optional<ServiceMessage> decodeServiceMessage(std::uint32_t type,
                                                    std::span<const std::byte> bytes);

@@ -20,7 +20,7 @@ void Futex::wait(const std::atomic<std::uint32_t>& word, std::uint32_t value,
         .tv_sec = seconds.count(),
         .tv_nsec = std::chrono::nanoseconds(sinceStart - seconds).count(),
     };
-    // The bit set form takes an absolute time of the monotonic clock.
+    // Plain FUTEX_WAIT takes a relative time.
     syscall(SYS_futex, &word, FUTEX_WAIT_BITSET, value, &until, nullptr, FUTEX_BITSET_MATCH_ANY);
 }
 

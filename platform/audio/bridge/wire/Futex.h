@@ -6,17 +6,17 @@
 
 namespace orvalo {
 
-/// A word in shared memory that two processes wait on: the kernel's futex, without its lock. Any
-/// thread; never allocates.
+/// Waiting for a word in shared memory to change, by the kernel's futex. Any thread, the render
+/// thread too.
 class Futex {
   public:
     using Deadline = std::chrono::steady_clock::time_point;
 
-    /// Waits while the word is value, until the deadline at the latest. May return early; the
-    /// caller looks at the word again.
+    /// Blocks while the word equals value, until the deadline at the latest. May return early; the
+    /// caller checks the word again.
     static void wait(const std::atomic<std::uint32_t>& word, std::uint32_t value,
                      Deadline deadline) noexcept;
-    /// Wakes who waits on the word.
+    /// Wakes all threads that wait for the word to change.
     static void wake(std::atomic<std::uint32_t>& word) noexcept;
 };
 

@@ -14,12 +14,12 @@ namespace orvalo {
 
 namespace {
 
-/// The control data of a message that carries one descriptor.
+/// The control data for one descriptor.
 struct PassedDescriptor {
     alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> bytes{};
 };
 
-// After these the caller has its turn, however much the other side sends.
+// Bounds one receive(), however much the other side sends.
 constexpr int kMostReads = 64;
 
 bool isTemporary(int code) {
@@ -61,7 +61,7 @@ bool MessageChannel::sendSome(Outgoing& message) {
         }
         const auto sent = sendmsg(socket_.get(), &header, MSG_NOSIGNAL);
         if (sent < 0) {
-            // Whoever reads finds the end; what is left cannot be sent to anybody.
+            // After any other error the rest is dropped; receive() reports the closed connection.
             return !isTemporary(errno);
         }
         message.sent += static_cast<std::size_t>(sent);
@@ -72,7 +72,7 @@ bool MessageChannel::sendSome(Outgoing& message) {
 
 MessageChannel::Result MessageChannel::receive(
     const std::function<bool(std::uint32_t type, std::span<const std::byte>)>& handler) {
-    for (int turn = 0; turn < kMostReads; ++turn) {
+    for (int read = 0; read < kMostReads; ++read) {
         const auto count = readSome();
         if (count == 0) {
             return Result::closed;
@@ -87,7 +87,7 @@ MessageChannel::Result MessageChannel::receive(
     return Result::waiting;
 }
 
-// The room for one descriptor is padded, so that more can come: all but the last are closed.
+// The padded space for one descriptor may hold more: all but the last are closed.
 void MessageChannel::keepPassed(const std::byte* data, std::size_t size) {
     for (std::size_t at = 0; at + sizeof(int) <= size; at += sizeof(int)) {
         int descriptor = -1;

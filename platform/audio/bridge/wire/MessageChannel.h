@@ -11,37 +11,36 @@
 
 namespace orvalo {
 
-/// Whole messages over a stream socket, without ever waiting: what cannot be sent yet waits here,
-/// what has come in part is kept. One thread at a time.
+/// Sends and receives whole messages over a stream socket. Never blocks: keeps bytes that the
+/// socket does not take yet, and incomplete messages. One thread at a time.
 class MessageChannel {
   public:
-    /// Takes a connected stream socket, and makes it non-blocking.
+    /// socket: connected; becomes non-blocking.
     explicit MessageChannel(FileDescriptor socket);
 
-    /// For poll(); below 0 once the channel is closed.
+    /// For poll().
     int descriptor() const { return socket_.get(); }
-    /// Whether something waits for the socket to take more.
+    /// Whether bytes wait for the socket to take them.
     bool isWaiting() const { return !outgoing_.empty(); }
 
-    /// Sends bytes as far as the socket takes them, the rest with flush(). passed: a descriptor
-    /// that the other side gets with the first of these bytes; below 0 for none; it must stay open
-    /// until isWaiting() is false.
+    /// Sends as much as the socket takes; flush() sends the rest. passed: a descriptor that travels
+    /// with the first byte, and stays open until isWaiting() is false; below 0 for none.
     void send(std::vector<std::byte> bytes, int passed = -1);
     void flush();
 
-    /// How reading ended.
+    /// Why receive() returned.
     enum class Result : std::uint8_t {
-        waiting,  ///< There is no more for now.
-        closed,   ///< The other side is gone.
-        broken,   ///< The other side broke the format; nothing more can be read.
+        waiting,  ///< No further message for now.
+        closed,   ///< The other side closed the connection.
+        broken,   ///< Invalid bytes; the channel cannot be used any more.
     };
-    /// Hands every whole message that is there to a handler, with its type; the bytes live until it
-    /// returns. A handler that returns false breaks the channel.
+    /// Passes each complete message to the handler: its type and its body, which lives until the
+    /// handler returns. A handler that returns false breaks the channel.
     Result receive(
         const std::function<bool(std::uint32_t type, std::span<const std::byte>)>& handler);
-    /// Whether a message has come in part; once the channel is closed, that it was cut off.
+    /// Whether the last message is incomplete.
     bool hasPart() const { return !incoming_.empty(); }
-    /// The last descriptor that came with a message; none when none came.
+    /// The last descriptor received; none without one.
     FileDescriptor takePassed() { return std::move(passed_); }
 
   private:

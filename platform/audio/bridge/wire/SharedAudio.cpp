@@ -13,7 +13,6 @@ namespace orvalo {
 
 namespace {
 
-constexpr std::uint32_t kVersion = 1;
 constexpr const char* kName = "orvalo-effect-audio";
 constexpr std::size_t kChannelSize = kMaximumFramesToRender * sizeof(float);
 
@@ -36,13 +35,13 @@ SharedAudio SharedAudio::make(const Layout& layout) {
     if (!descriptor) {
         throw NSError::posix(errno, "The memory shared with an effect");
     }
-    // Sealed, so that the other process cannot cut the memory off under this one.
+    // The seals keep the service from shrinking the memory, which would crash the host.
     if (ftruncate(descriptor.get(), static_cast<off_t>(sizeOf(layout))) != 0 ||
         fcntl(descriptor.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0) {
         throw NSError::posix(errno, "The memory shared with an effect");
     }
     SharedAudio audio(std::move(descriptor), layout);
-    (new (audio.memory_) Control)->version = kVersion;
+    new (audio.memory_) Control;
     return audio;
 }
 
@@ -52,18 +51,14 @@ SharedAudio SharedAudio::map(FileDescriptor descriptor, const Layout& layout) {
         throw NSError::posix(errno, "The memory shared with the host");
     }
     if (static_cast<std::size_t>(status.st_size) != sizeOf(layout)) {
-        throw NSError("SharedAudio", 1, "The memory shared with the host has another extent.");
+        throw NSError("SharedAudio", 1, "The memory shared with the host has the wrong size.");
     }
-    SharedAudio audio(std::move(descriptor), layout);
-    if (audio.control().version != kVersion) {
-        throw NSError("SharedAudio", 2, "The memory shared with the host is of another version.");
-    }
-    return audio;
+    return {std::move(descriptor), layout};
 }
 
 SharedAudio::SharedAudio(FileDescriptor descriptor, const Layout& layout)
     : descriptor_(std::move(descriptor)), layout_(layout), size_(sizeOf(layout)) {
-    // All of it there at once: a render thread that touches a page first would wait for it.
+    // MAP_POPULATE: the render thread must not wait for page faults.
     void* memory = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE,
                         descriptor_.get(), 0);
     if (memory == MAP_FAILED) {

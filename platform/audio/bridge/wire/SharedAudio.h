@@ -11,13 +11,12 @@
 
 namespace orvalo {
 
-/// The memory that the host and the process of an effect share: the effect's audio in and out, the
-/// MIDI that it sends, the values of its control ports, and the two words by which the processes
-/// hand each other a quantum. The host makes it, and its extent can change no more. Each side reads
-/// its own idea of the layout, never the other's.
+/// The memory that the host and an effect service share: the effect's audio input and output, its
+/// MIDI output, the values of its control ports, and the two words by which the processes hand over
+/// a quantum. The host creates it with a fixed size. Each side uses its own copy of the layout.
 class SharedAudio {
   public:
-    /// What both sides have to agree on.
+    /// Equal on both sides.
     struct Layout {
         std::uint32_t inputChannelCount = 0;
         std::uint32_t outputChannelCount = 0;
@@ -26,31 +25,30 @@ class SharedAudio {
         friend bool operator==(const Layout&, const Layout&) = default;
     };
 
-    /// The plain part. The words count quanta: the host raises request after it has written the
-    /// quantum, the service sets response to request's number after it has answered.
+    /// request and response count quanta: the host increments request when it has written the
+    /// input, the service sets response to request when it has written the output.
     struct Control {
-        std::uint32_t version = 0;
         alignas(64) std::atomic<std::uint32_t> request{0};
-        /// By the host, before request: the quantum's frames, 1 to kMaximumFramesToRender.
+        // Written by the host before request.
+        /// 1 to kMaximumFramesToRender.
         std::atomic<std::uint32_t> frameCount{0};
-        /// By the host, before request: how the service's audio thread is to be scheduled where the
-        /// system grants it (sched_setscheduler's policy and priority).
+        /// The wanted scheduling of the service's audio thread, as sched_setscheduler() takes it.
         std::atomic<std::int32_t> schedulingPolicy{0};
         std::atomic<std::int32_t> schedulingPriority{0};
         alignas(64) std::atomic<std::uint32_t> response{0};
-        /// By the service, before response: frames, as AUAudioUnit::latency().
+        // Written by the service before response.
+        /// AUAudioUnit::latency().
         std::atomic<std::uint32_t> latency{0};
-        /// By the service, before response: the bytes of the quantum's events.
+        /// The bytes used in events().
         std::atomic<std::uint32_t> eventBytes{0};
     };
 
-    /// Room for a quantum's events, in bytes.
+    /// The capacity of events(), in bytes.
     static constexpr std::size_t kEventAreaSize = 65536;
 
-    /// The host's: new memory, all 0. Throws NSError.
+    /// Creates the memory, all 0. Host. Throws NSError.
     static SharedAudio make(const Layout& layout);
-    /// The service's: maps what the host made; takes the descriptor. Throws NSError when its extent
-    /// or version is not that of the layout.
+    /// Maps the host's memory. Service. Throws NSError when its size is not that of the layout.
     static SharedAudio map(FileDescriptor descriptor, const Layout& layout);
 
     SharedAudio(SharedAudio&& other) noexcept;
@@ -58,11 +56,11 @@ class SharedAudio {
     ~SharedAudio();
 
     const Layout& layout() const { return layout_; }
-    /// For the message that hands the memory over.
+    /// For Instantiate.
     int descriptor() const { return descriptor_.get(); }
 
     Control& control() const { return *reinterpret_cast<Control*>(memory_); }
-    /// The channels, for frameCount frames.
+    /// The channels; frameCount: as many frames of them.
     AudioBlock input(std::uint32_t frameCount) const {
         return {inputs_.data(), layout_.inputChannelCount, frameCount};
     }
@@ -70,7 +68,7 @@ class SharedAudio {
         return {outputs_.data(), layout_.outputChannelCount, frameCount};
     }
     std::span<std::byte> events() const { return {events_, kEventAreaSize}; }
-    /// The values of the control inputs by port index, as the service has them last.
+    /// The values of the control ports by port index, written by the service.
     std::span<std::atomic<float>> controlValues() const { return {values_, layout_.portCount}; }
 
   private:

@@ -7,20 +7,20 @@
 
 namespace orvalo {
 
-/// A MIDI message that an effect sent during a quantum.
+/// A MIDI message of an effect.
 struct SharedEvent {
-    std::uint32_t frame = 0;  ///< From the quantum's first.
+    std::uint32_t frame = 0;  ///< Relative to the start of the quantum.
     std::uint8_t cable = 0;
     std::span<const std::byte> bytes;
 };
 
-/// Writes a quantum's events into shared memory, one behind the other: frame, cable, length, bytes.
-/// Render thread of the service.
+/// Writes a quantum's events into shared memory, each as frame, cable, length, bytes. The service's
+/// audio thread.
 class SharedEventWriter {
   public:
     explicit SharedEventWriter(std::span<std::byte> area) : area_(area) {}
 
-    /// False, and nothing is written, when it is empty or there is no room for all of it.
+    /// False, and nothing changes, when the event is empty or does not fit.
     bool write(const SharedEvent& event) noexcept {
         const auto length = static_cast<std::uint32_t>(event.bytes.size());
         if (event.bytes.empty() || event.bytes.size() > area_.size() ||
@@ -50,20 +50,18 @@ class SharedEventWriter {
     std::size_t used_ = 0;
 };
 
-/// Reads events that another process wrote, and which it can still change: every field is copied
-/// out before it is looked at. Reading ends at the first event that breaks a rule: one that does
-/// not lie wholly in the used part of the area, is empty, is outside the quantum, or comes before
-/// its predecessor. Render thread of the host.
+/// Reads untrusted events from shared memory. Copies every field before it checks it, because the
+/// service can still change it. Stops at the first event that is empty, ends beyond the used part,
+/// lies outside the quantum, or precedes the event before it. The host's render thread.
 class SharedEventReader {
   public:
-    /// copy: where each message's bytes are put, at least as large as the area, so that who gets
-    /// them reads what was checked; the three bytes behind a message's last one are 0 at least as
-    /// far as copy reaches.
+    /// copy: a buffer for one message at a time; a longer message ends the reading. Up to three
+    /// bytes behind the message are set to 0, as far as the buffer has them.
     SharedEventReader(std::span<const std::byte> area, std::uint32_t used, std::uint32_t frameCount,
                       std::span<std::byte> copy) noexcept
         : area_(area.first(used <= area.size() ? used : 0)), frameCount_(frameCount), copy_(copy) {}
 
-    /// The next event, which lives until the next call; false behind the last one.
+    /// Reads the next event, which lives until the next call; false at the end.
     bool read(SharedEvent& event) noexcept {
         std::uint32_t length = 0;
         if (area_.size() < SharedEventWriter::kHeaderSize) {

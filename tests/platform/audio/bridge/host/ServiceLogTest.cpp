@@ -85,10 +85,11 @@ TEST_F(ServiceLogTest, TooManyLinesOfASecondAreLeftOutAndCounted) {
     write("a new second\n");
     log.read(kStart + std::chrono::seconds(1));
     const auto text = error.text();
-    EXPECT_THAT(text, AllOf(HasSubstr(": line 2\n"), Not(HasSubstr("line 3")),
-                            Not(HasSubstr("later")), HasSubstr(": a new second\n"),
-                            HasSubstr("The effect <urn:a> writes too much: 8 lines are left "
-                                      "out.")));
+    EXPECT_THAT(
+        text, AllOf(HasSubstr(": line 2\n"), Not(HasSubstr("line 3")), Not(HasSubstr("later")),
+                    HasSubstr(": a new second\n"),
+                    HasSubstr("The effect <urn:a> exceeds the limit of log lines; 8 lines are left "
+                              "out.")));
 }
 
 TEST_F(ServiceLogTest, ALineWithoutEndIsCut) {

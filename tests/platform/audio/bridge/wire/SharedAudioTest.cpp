@@ -86,16 +86,14 @@ TEST(SharedAudio, KeepsItsExtentWhoeverHasIt) {
     EXPECT_EQ(after.st_size, status.st_size);
 }
 
-TEST(SharedAudio, IsRefusedWithAnotherExtentOrVersion) {
-    const std::string extent = "The memory shared with the host has another extent.";
+TEST(SharedAudio, MapThrowsForAnotherSize) {
+    const std::string extent = "The memory shared with the host has the wrong size.";
     const auto host = SharedAudio::make(kLayout);
     EXPECT_EQ(refusal(host, kLayout), "");
     EXPECT_EQ(refusal(host, {2, 4, 5}), extent);
     EXPECT_EQ(refusal(host, {1, 3, 5}), extent);
     EXPECT_EQ(refusal(host, {2, 3, 5000}), extent);
     EXPECT_EQ(refusal(host, {0xFFFFFFFFU, 0xFFFFFFFFU, 0xFFFFFFFFU}), extent);
-    host.control().version = 2;
-    EXPECT_EQ(refusal(host, kLayout), "The memory shared with the host is of another version.");
     EXPECT_THROW(SharedAudio::map(FileDescriptor(), kLayout), NSError);
     FileDescriptor empty(memfd_create("empty", MFD_CLOEXEC));
     EXPECT_THROW(SharedAudio::map(std::move(empty), kLayout), NSError);

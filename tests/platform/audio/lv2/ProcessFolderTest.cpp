@@ -1,4 +1,4 @@
-#include "platform/foundation/ProcessFolder.h"
+#include "platform/audio/lv2/ProcessFolder.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -1,4 +1,4 @@
-#include "platform/foundation/ProcessFolder.h"
+#include "platform/audio/lv2/ProcessFolder.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
