@@ -7,8 +7,8 @@
 
 namespace orvalo::bench {
 
-/// What this machine takes to hand a word to another process and get it back, with nothing done
-/// there: no effect outside can be quicker.
+/// Hands a word to another process and back, without work there: what a hand-over takes on this
+/// machine at least.
 class BareHandover {
   public:
     BareHandover();
@@ -16,7 +16,7 @@ class BareHandover {
     BareHandover(const BareHandover&) = delete;
     BareHandover& operator=(const BareHandover&) = delete;
 
-    /// There and back.
+    /// One hand-over and the answer.
     void run() noexcept;
 
   private:

@@ -19,7 +19,7 @@ namespace {
 
 constexpr double kRate = 48000.0;
 
-/// The child that a thread of this process has started last.
+/// The newest child process.
 pid_t newestChild() {
     pid_t newest = -1;
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
@@ -31,7 +31,7 @@ pid_t newestChild() {
     return newest;
 }
 
-/// Noise in, anything out: blocks of two channels.
+/// Blocks of noise in two channels.
 class Blocks {
   public:
     explicit Blocks(std::uint32_t frames) : frames_(frames) {
@@ -58,7 +58,7 @@ class Blocks {
 };
 
 struct Cost {
-    double passing = 0.0;        ///< µs
+    double elapsed = 0.0;        ///< µs
     std::int64_t processor = 0;  ///< ns
 };
 
@@ -127,10 +127,10 @@ QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int
                         bare = timed([&] { contenders.bare->run(); });
                 }
             }
-            costs.local.push_back(local.passing);
-            costs.bridged.push_back(bridged.passing);
-            costs.added.push_back(bridged.passing - local.passing);
-            costs.bare.push_back(bare.passing);
+            costs.local.push_back(local.elapsed);
+            costs.bridged.push_back(bridged.elapsed);
+            costs.added.push_back(bridged.elapsed - local.elapsed);
+            costs.bare.push_back(bare.elapsed);
             localProcessor += local.processor;
             bridgedProcessor += bridged.processor;
         }

@@ -11,36 +11,36 @@
 
 namespace orvalo::bench {
 
-/// The same effect in this process and in one of its own, and what the way there takes at least.
+/// The same effect in this process and in a service, and the bare hand-over.
 struct Contenders {
     explicit Contenders(const std::string& uri);
 
     std::shared_ptr<LV2LocalAudioUnit> local;
     std::shared_ptr<BridgedAudioUnit> bridged;
-    pid_t service;  ///< Of the bridged one.
+    pid_t service;  ///< The process of the bridged unit.
     std::unique_ptr<BareHandover> bare = std::make_unique<BareHandover>();
 };
 
 std::shared_ptr<LV2LocalAudioUnit> makeLocal(const std::string& uri);
 std::shared_ptr<BridgedAudioUnit> makeBridged(const std::string& uri);
 
-/// The processor's time that a process has used, in ns.
+/// The processor time of a process, in ns.
 std::int64_t processNanoseconds(pid_t process);
 
-/// What rendering one quantum took of each.
+/// The costs of rendering, by quantum.
 struct QuantumCosts {
-    std::vector<double> local;      ///< Passing time, in µs.
+    std::vector<double> local;      ///< Elapsed time, in µs.
     std::vector<double> bridged;    ///< Likewise.
-    std::vector<double> added;      ///< Bridged less local, quantum by quantum.
+    std::vector<double> added;      ///< Bridged minus local, of the same quantum.
     std::vector<double> bare;       ///< The bare hand-over.
-    double localProcessor = 0.0;    ///< Seconds of the processor for a second of audio.
-    double bridgedProcessor = 0.0;  ///< Likewise, the effect's process included.
-    std::uint64_t lateCount = 0;    ///< Of the bridged one.
+    double localProcessor = 0.0;    ///< Seconds of processor time for a second of audio.
+    double bridgedProcessor = 0.0;  ///< Likewise, including the service.
+    std::uint64_t lateCount = 0;    ///< Of the bridged unit.
 };
 
-/// Renders with both and hands over barely, one after the other in each quantum, at the pace at
-/// which a device would ask, on a thread with an output's priority. Each comes first in its turn,
-/// since the first one finds the processor's caches cold.
+/// Renders each quantum with both units and makes a bare hand-over, at a device's pace, on a thread
+/// with an output's priority. The three take turns in coming first, because the first one finds the
+/// processor's caches cold.
 QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int seconds);
 
 }  // namespace orvalo::bench

@@ -7,8 +7,8 @@
 
 namespace orvalo::bench {
 
-/// Lets an output of the system's pull from a unit for so many seconds, while a thread keeps one
-/// processor busy; returns how often the output has run dry. Throws NSError.
+/// Renders a unit to the system's audio output for that time while a thread keeps one processor
+/// busy; returns the output's xruns. Throws NSError.
 std::uint64_t xrunsWhileBusy(AUAudioUnit& unit, int seconds);
 
 }  // namespace orvalo::bench

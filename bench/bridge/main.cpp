@@ -1,4 +1,4 @@
-// What an effect in a process of its own costs, against the same effect in this one.
+// Measures what an effect costs in a service compared with this process.
 
 #include <glib.h>
 

@@ -19,12 +19,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The folders that go when the process exits.
-class Leaving {
+/// The folders to remove when the process exits.
+class ExitFolders {
   public:
-    static Leaving& shared() {
-        static auto* const leaving = new Leaving;
-        return *leaving;
+    static ExitFolders& shared() {
+        static auto* const folders = new ExitFolders;
+        return *folders;
     }
 
     void add(const fs::path& folder) {
@@ -39,15 +39,15 @@ class Leaving {
 
   private:
     // NOLINTNEXTLINE(cert-err33-c): without it a later process removes the folders.
-    Leaving() {
+    ExitFolders() {
         std::atexit([] { shared().removeAll(); });
     }
 
     void removeAll() {
         const std::scoped_lock lock(mutex_);
-        for (const auto& [folder, maker] : folders_) {
-            // One that is a copy of the maker leaves it to that.
-            if (maker == getpid()) {
+        for (const auto& [folder, creator] : folders_) {
+            // A forked child leaves its parent's folders.
+            if (creator == getpid()) {
                 std::error_code ignored;
                 fs::remove_all(folder, ignored);
             }
@@ -55,10 +55,10 @@ class Leaving {
     }
 
     std::mutex mutex_;
-    std::map<fs::path, pid_t> folders_;  ///< With who made each.
+    std::map<fs::path, pid_t> folders_;  ///< With the process that created each.
 };
 
-/// The folder, locked; none when somebody else holds its lock, or it is none of this user's.
+/// Opens and locks the folder; none when it is locked or belongs to another user.
 FileDescriptor locked(const fs::path& folder) {
     FileDescriptor file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat status {};
@@ -69,7 +69,7 @@ FileDescriptor locked(const fs::path& folder) {
     return file;
 }
 
-void removeLeftBehind(const fs::path& place, const std::string& beginning) {
+void removeAbandoned(const fs::path& place, const std::string& beginning) {
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(place, error)) {
         if (entry.path().filename().string().starts_with(beginning) && locked(entry.path())) {
@@ -78,7 +78,7 @@ void removeLeftBehind(const fs::path& place, const std::string& beginning) {
     }
 }
 
-/// Whether the open folder is still the one of that name.
+/// Whether the path still names the open folder.
 bool isStillThere(const FileDescriptor& folder, const fs::path& path) {
     struct stat opened {};
     struct stat named {};
@@ -92,11 +92,11 @@ ProcessFolder::ProcessFolder(const std::string& kind) {
     std::error_code error;
     const auto place = fs::temp_directory_path(error);
     if (error) {
-        throw NSError::posix(error.value(), "the system's temporary place");
+        throw NSError::posix(error.value(), "The temporary folder");
     }
     const auto beginning = kind + "-";
-    removeLeftBehind(place, beginning);
-    // Who cleans up at this moment may take one that is not locked yet.
+    removeAbandoned(place, beginning);
+    // Another process in removeAbandoned() may remove the folder before it is locked.
     constexpr int kTries = 10;
     for (int count = 0; !lock_; ++count) {
         auto made = (place / (beginning + "XXXXXX")).string();
@@ -110,11 +110,11 @@ ProcessFolder::ProcessFolder(const std::string& kind) {
             fs::remove(path_, error);
         }
     }
-    Leaving::shared().add(path_);
+    ExitFolders::shared().add(path_);
 }
 
 ProcessFolder::~ProcessFolder() {
-    Leaving::shared().remove(path_);
+    ExitFolders::shared().remove(path_);
     std::error_code ignored;
     fs::remove_all(path_, ignored);
 }

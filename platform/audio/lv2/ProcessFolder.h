@@ -7,12 +7,12 @@
 
 namespace orvalo {
 
-/// A folder of this process in the system's temporary place. It goes with the object and takes what
-/// is in it along; with the process, when that exits sooner; and after a process that was killed,
-/// with the next folder of the same kind that anybody of the same user makes. Any thread.
+/// A temporary folder of this process. It is removed with its contents by the destructor, when the
+/// process exits, or, after a process that was killed, by the user's next ProcessFolder of the same
+/// kind. Any thread.
 class ProcessFolder {
   public:
-    /// kind: what its name begins with. Throws NSError when it cannot be made.
+    /// kind: the start of its name. Throws NSError.
     explicit ProcessFolder(const std::string& kind);
     ~ProcessFolder();
     ProcessFolder(const ProcessFolder&) = delete;
@@ -22,7 +22,7 @@ class ProcessFolder {
 
   private:
     std::filesystem::path path_;
-    FileDescriptor lock_;  ///< Holds the folder's lock, which the kernel lets go with the process.
+    FileDescriptor lock_;  ///< Locks the folder; the kernel unlocks it with the process.
 };
 
 }  // namespace orvalo

@@ -23,7 +23,7 @@ using ::testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-/// What this kernel can confine files with; below 1 for nothing.
+/// The kernel's version of Landlock; below 1 without Landlock.
 long landlockVersion() {
     return syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
 }
@@ -32,7 +32,7 @@ fs::path processFolder(const ServiceProgram& service) {
     return fs::path("/proc") / std::to_string(service.id());
 }
 
-/// The line of a file that begins so, without its beginning and the blanks behind that.
+/// The rest of the line with that beginning, without spaces in front.
 std::string lineOf(const fs::path& path, const std::string& beginning) {
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {
@@ -43,7 +43,7 @@ std::string lineOf(const fs::path& path, const std::string& beginning) {
     return {};
 }
 
-/// What the prober's attempts came to.
+/// The outcomes of the prober's attempts, by name.
 class ServiceConfinement : public ::testing::Test {
   protected:
     ServiceConfinement() {
@@ -63,7 +63,7 @@ class ServiceConfinement : public ::testing::Test {
     std::map<std::string, std::string> outcomes_;
 };
 
-TEST_F(ServiceConfinement, LeavesNoSocketsButTheMachinesOwn) {
+TEST_F(ServiceConfinement, ForbidsAllButUnixSockets) {
     EXPECT_EQ(outcomes_["socket of IPv4"], "EAFNOSUPPORT");
     EXPECT_EQ(outcomes_["socket of IPv6"], "EAFNOSUPPORT");
     EXPECT_EQ(outcomes_["socket of packets"], "EAFNOSUPPORT");
@@ -71,7 +71,7 @@ TEST_F(ServiceConfinement, LeavesNoSocketsButTheMachinesOwn) {
     EXPECT_EQ(outcomes_["socket of the machine"], "done");
 }
 
-TEST_F(ServiceConfinement, LeavesTheFilesOfOthersAlone) {
+TEST_F(ServiceConfinement, ForbidsFilesOutsideTheEffectsPlaces) {
     const std::string forbidden = landlockVersion() > 0 ? "EACCES" : "done";
     EXPECT_EQ(outcomes_["read outside"], forbidden);
     EXPECT_EQ(outcomes_["write outside"], forbidden);
@@ -81,7 +81,7 @@ TEST_F(ServiceConfinement, LeavesTheFilesOfOthersAlone) {
     fs::remove(fs::path(ORVALO_SERVICE_EFFECTS) / "prober.lv2/made");
 }
 
-TEST_F(ServiceConfinement, LeavesTheEffectWhatItNeeds) {
+TEST_F(ServiceConfinement, AllowsWhatTheEffectNeeds) {
     EXPECT_EQ(outcomes_["read its bundle"], "done");
     EXPECT_EQ(outcomes_["write a temporary file"], "done");
     EXPECT_TRUE(fs::exists(effect_.stateFolder() / "made"));
@@ -90,7 +90,7 @@ TEST_F(ServiceConfinement, LeavesTheEffectWhatItNeeds) {
     EXPECT_EQ(outcomes_["run a program"], "done");
 }
 
-TEST_F(ServiceConfinement, LeavesOtherProcessesAndTheSystemAlone) {
+TEST_F(ServiceConfinement, ForbidsAccessToOtherProcessesAndTheSystem) {
     EXPECT_EQ(outcomes_["signal the host"], landlockVersion() >= 6 ? "EPERM" : "done");
     EXPECT_EQ(outcomes_["mount"], "EPERM");
     EXPECT_EQ(outcomes_["read the host's memory"], "EPERM");
@@ -98,13 +98,13 @@ TEST_F(ServiceConfinement, LeavesOtherProcessesAndTheSystemAlone) {
     EXPECT_EQ(outcomes_["name a thread"], "done");
 }
 
-TEST_F(ServiceConfinement, LeavesItWhereTheHostCanEndIt) {
+TEST_F(ServiceConfinement, ForbidsLeavingTheProcessGroup) {
     EXPECT_EQ(outcomes_["leave its group"], "EPERM");
     EXPECT_EQ(outcomes_["leave its session"], "EPERM");
     EXPECT_EQ(outcomes_["outlive the host"], "EPERM");
 }
 
-TEST_F(ServiceConfinement, HoldsForAllThreads) {
+TEST_F(ServiceConfinement, AppliesToAllThreads) {
     std::vector<std::string> filters;
     for (const auto& task : fs::directory_iterator(processFolder(effect_.service) / "task")) {
         EXPECT_EQ(lineOf(task.path() / "status", "NoNewPrivs:"), "1");
@@ -124,16 +124,16 @@ TEST_F(ServiceConfinement, SetsLimits) {
 #endif
 }
 
-TEST(ServiceProcess, HasNoDescriptorsButItsOwn) {
+TEST(ServiceProcess, HasOnlyItsOwnDescriptors) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     std::map<std::string, int> counts;
     for (const auto& file : fs::directory_iterator(processFolder(effect.service) / "fd")) {
         auto target = fs::read_symlink(file.path()).string();
-        // Without the number of a socket, or what is said of a file without a name.
+        // Without the number of a socket and the "(deleted)" of an unnamed file.
         ++counts[target.substr(0, target.find_first_of(target.starts_with("socket") ? "[" : "("))];
     }
-    // The events wake the main loop and the main queue.
+    // The event descriptors wake the main loop and the main queue.
     EXPECT_EQ(counts, (std::map<std::string, int>{{"/dev/null", 1},
                                                   {"/memfd:orvalo-effect-audio ", 1},
                                                   {"/memfd:service-errors ", 2},
@@ -141,7 +141,7 @@ TEST(ServiceProcess, HasNoDescriptorsButItsOwn) {
                                                   {"socket:", 1}}));
 }
 
-TEST(ServiceProcess, DoesNotGiveItsDescriptorsToWhatItStarts) {
+TEST(ServiceProcess, ClosesItsDescriptorsInChildren) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     const auto folder = processFolder(effect.service) / "fdinfo";
@@ -153,7 +153,7 @@ TEST(ServiceProcess, DoesNotGiveItsDescriptorsToWhatItStarts) {
     }
 }
 
-TEST(ServiceProcess, IsQuietWhenAllIsWell) {
+TEST(ServiceProcess, LogsNothingInANormalRun) {
     HostedEffect effect(ORVALO_STAGE "/lib/lv2", "urn:tessaly:orvalo");
     effect.mustInstantiate();
     effect.renderQuantum(64);

@@ -9,8 +9,8 @@ namespace {
 
 using namespace orvalo;
 
-/// Ends the process with what an effect may read, of a user whose environment says this of every
-/// folder, on standard error.
+/// Writes the readable places to standard error, with all XDG variables set to folder, and ends the
+/// process.
 [[noreturn]] void reportReadable(const char* folder) {
     // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
     setenv("HOME", "/home/user", 1);
@@ -27,14 +27,14 @@ using namespace orvalo;
     std::_Exit(0);
 }
 
-TEST(EffectPlacesDeathTest, AreInTheUsersFolders) {
+TEST(EffectPlacesDeathTest, FollowTheXDGVariables) {
     EXPECT_EXIT(reportReadable("/elsewhere"), ::testing::ExitedWithCode(0),
                 "^/var/cache/fontconfig\n/home/user/\\.themes\n/elsewhere/fontconfig\n"
                 "/elsewhere/themes\n/elsewhere/fontconfig\n$");
 }
 
-// Such a path would lead from wherever the effect's process was started.
-TEST(EffectPlacesDeathTest, AreInTheHomeWhereAPathIsNotAbsolute) {
+// A relative path would depend on the working folder.
+TEST(EffectPlacesDeathTest, IgnoreRelativeXDGVariables) {
     EXPECT_EXIT(reportReadable("elsewhere"), ::testing::ExitedWithCode(0),
                 "^/var/cache/fontconfig\n/home/user/\\.themes\n/home/user/\\.config/fontconfig\n"
                 "/home/user/\\.local/share/themes\n/home/user/\\.cache/fontconfig\n$");

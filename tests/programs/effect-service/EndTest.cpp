@@ -18,7 +18,7 @@ using namespace orvalo::testing;
 
 constexpr const char* kInvalidMessage = "The host sent an invalid message; the service ends.\n";
 
-/// How the service ends, and what it says to that.
+/// The exit status and the standard error of a service.
 struct End {
     int status;
     std::string errors;
@@ -35,14 +35,14 @@ End endOf(ServiceProgram& service) {
     return {status, service.standardError()};
 }
 
-/// A message's bytes with one of the numbers of its head changed.
+/// A message whose head has another number at that place.
 std::vector<std::byte> withHead(std::size_t place, std::uint32_t value) {
     auto bytes = bridge::encode(bridge::HostMessage(bridge::Ping{1}));
     std::memcpy(bytes.data() + place * sizeof(value), &value, sizeof(value));
     return bytes;
 }
 
-TEST(ServiceEnd, ComesWithTheSocketsEnd) {
+TEST(ServiceEnd, StatusIs0WhenTheHostClosesTheSocket) {
     ServiceProgram unused;
     unused.closeSocket();
     EXPECT_EQ(endOf(unused), (End{0, ""}));
@@ -54,12 +54,12 @@ TEST(ServiceEnd, ComesWithTheSocketsEnd) {
     EXPECT_EQ(endOf(effect.service), (End{0, ""}));
 }
 
-TEST(ServiceEnd, ComesAtOnceForAHostThatIsNotItsParent) {
+TEST(ServiceEnd, EndsAtOnceWhenTheHostIsNotItsParent) {
     ServiceProgram service(getppid());
     EXPECT_EQ(endOf(service), (End{0, ""}));
 }
 
-TEST(ServiceEnd, ComesWithTheHostsEvenIfItIsStopped) {
+TEST(ServiceEnd, EndsWithTheHostEvenWhileStopped) {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     const pid_t host = fork();
@@ -68,7 +68,7 @@ TEST(ServiceEnd, ComesWithTheHostsEvenIfItIsStopped) {
         HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
         effect.mustInstantiate();
         const pid_t service = effect.service.id();
-        // As deaf as a process can be: neither the socket nor anything else wakes it.
+        // A stopped process does not notice the closed socket.
         kill(service, SIGSTOP);
         const bool isTold = write(ends[1], &service, sizeof(service)) == sizeof(service);
         pause();
@@ -86,20 +86,20 @@ TEST(ServiceEnd, ComesWithTheHostsEvenIfItIsStopped) {
     close(ends[1]);
 }
 
-TEST(ServiceEnd, ComesWhenTheFirstRequestIsNotForAnEffect) {
+TEST(ServiceEnd, ARequestBeforeTheEffectIsAnError) {
     ServiceProgram service;
     service.send(bridge::Ping{1});
     EXPECT_EQ(endOf(service),
               (End{1, "The host sent a request before the effect; the service ends.\n"}));
 }
 
-TEST(ServiceEnd, ComesWhenTheEffectHasNoMemory) {
+TEST(ServiceEnd, AnEffectWithoutMemoryIsAnError) {
     ServiceProgram service;
     service.send(bridge::Instantiate{});
     EXPECT_EQ(endOf(service), (End{1, "The host passed no shared memory; the service ends.\n"}));
 }
 
-TEST(ServiceEnd, ComesWhenTheHostAsksForASecondEffect) {
+TEST(ServiceEnd, ASecondEffectIsAnError) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     effect.service.send(effect.request, effect.audio().descriptor());
@@ -107,7 +107,7 @@ TEST(ServiceEnd, ComesWhenTheHostAsksForASecondEffect) {
               (End{1, "The host requested a second effect; the service ends.\n"}));
 }
 
-TEST(ServiceEnd, ComesWithAMessageThatIsCutOff) {
+TEST(ServiceEnd, AnIncompleteMessageIsAnError) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     auto bytes = bridge::encode(bridge::HostMessage(effect.request));
     bytes.resize(bytes.size() - 1);
@@ -116,7 +116,7 @@ TEST(ServiceEnd, ComesWithAMessageThatIsCutOff) {
     EXPECT_EQ(endOf(effect.service), (End{1, kInvalidMessage}));
 }
 
-TEST(ServiceEnd, ComesWithGarbage) {
+TEST(ServiceEnd, GarbageIsAnError) {
     std::mt19937 generator(7);
     std::vector<std::byte> garbage(10000);
     for (auto& byte : garbage) {
@@ -130,7 +130,7 @@ TEST(ServiceEnd, ComesWithGarbage) {
     }
 }
 
-TEST(ServiceEnd, ComesWithGarbageBehindTheEffectToo) {
+TEST(ServiceEnd, GarbageAfterTheEffectIsAnError) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     effect.service.sendBytes(withHead(1, 99));

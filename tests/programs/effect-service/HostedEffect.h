@@ -14,29 +14,29 @@
 
 namespace orvalo::testing {
 
-/// An effect in a process of its own, with this program as its host: the request that makes it and
-/// the memory for its sound are ready, and can be changed before instantiate().
+/// An effect in a service that this program hosts. The request and the shared memory can be changed
+/// before instantiate().
 class HostedEffect {
   public:
     /// folder: an LV2 path of one folder.
     HostedEffect(const std::string& folder, const std::string& uri);
 
-    /// Makes the effect; what has gone wrong, "" for nothing.
+    /// Instantiates the effect; returns the error, "" for success.
     std::string instantiate();
-    /// The same, and throws std::runtime_error when anything has gone wrong.
+    /// instantiate() that throws std::runtime_error for an error.
     void mustInstantiate();
 
-    /// Renders in blocks of the given lengths, over and over, until all the input is through.
+    /// Renders the input in blocks that cycle through the given lengths.
     Channels render(const Channels& input, const std::vector<std::uint32_t>& blockLengths,
                     std::size_t frameCount);
-    /// One quantum with the shared memory as it is; throws std::runtime_error without an answer.
+    /// Renders one quantum of the shared memory; throws std::runtime_error without an answer.
     void renderQuantum(std::uint32_t frameCount);
-    /// The value of the control port of that symbol, in the shared memory.
+    /// The value in the shared memory of the control port with that symbol.
     float control(const std::string& symbol) const;
 
     bridge::Instantiate request;
     ServiceProgram service;
-    /// What the effect has sent so far.
+    /// The events of the effect so far.
     std::vector<SentEvent> events;
 
     const LV2PluginData& data() const { return data_; }

@@ -13,7 +13,7 @@ constexpr const char* kOrvalo = "urn:tessaly:orvalo";
 constexpr std::size_t kFrames = 20000;
 const std::vector<std::uint32_t> kLengths{64, 1, 256, 4096, 1023};
 
-/// The same effect in this process, and what it gives.
+/// The same effect in this process.
 struct Reference {
     Reference(const std::string& folder, const std::string& uri)
         : world({{folder}, folder + "/none"}),
@@ -35,7 +35,7 @@ class ServiceRendering : public ::testing::TestWithParam<std::pair<const char*, 
     const Channels input_ = noise(effect_.data().inputChannelCount, kFrames);
 };
 
-TEST_P(ServiceRendering, GivesSampleBySampleWhatTheEffectGivesInThisProcess) {
+TEST_P(ServiceRendering, IsBitIdenticalToRenderingInThisProcess) {
     effect_.mustInstantiate();
     EXPECT_EQ(effect_.render(input_, kLengths, kFrames),
               renderBlocks(*reference_.unit, input_, kLengths, kFrames));
@@ -43,7 +43,7 @@ TEST_P(ServiceRendering, GivesSampleBySampleWhatTheEffectGivesInThisProcess) {
     EXPECT_EQ(effect_.audio().control().latency.load(), reference_.unit->latency());
 }
 
-TEST_P(ServiceRendering, GivesTheSameAtAnotherRateAndAfterPresets) {
+TEST_P(ServiceRendering, IsBitIdenticalAtAnotherRateAndAfterPresets) {
     effect_.mustInstantiate();
     effect_.service.send(bridge::Prepare{1, 44100.0});
     EXPECT_EQ(effect_.service.answer(1), "");
@@ -69,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(Effects, ServiceRendering,
                                            std::pair(ORVALO_ZOO, "urn:orvalo:zoo:echo"),
                                            std::pair(ORVALO_STAGE "/lib/lv2", kOrvalo)));
 
-TEST(ServiceProbe, SendsItsNotesWithFrameAndCable) {
+TEST(ServiceProbe, SendsMIDIWithFrameAndCable) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     for (const auto& port : effect.data().ports) {
         if (port.symbol == "chatter") {
@@ -85,7 +85,7 @@ TEST(ServiceProbe, SendsItsNotesWithFrameAndCable) {
                                                      note(100, 0), note(150, 1), note(199, 0)}));
 }
 
-TEST(ServiceProbe, ShowsItsControlsInTheSharedMemory) {
+TEST(ServiceProbe, PublishesControlValues) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.request.sampleRate = 96000.0;
     effect.mustInstantiate();
@@ -99,7 +99,7 @@ TEST(ServiceProbe, ShowsItsControlsInTheSharedMemory) {
     EXPECT_EQ(effect.control("gain"), 2.0F);
 }
 
-TEST(ServiceProbe, StartsWithTheControlsThatItIsGiven) {
+TEST(ServiceProbe, StartsWithTheRequestedControlValues) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.request.controls = {{2, 0.25F}, {4000000000U, 1.0F}};
     effect.mustInstantiate();
@@ -107,7 +107,7 @@ TEST(ServiceProbe, StartsWithTheControlsThatItIsGiven) {
     EXPECT_EQ(effect.render({{1.0F}}, {1}, 1)[0][0], 0.25F);
 }
 
-TEST(ServiceProbe, RendersNoMoreThanTheMemoryHolds) {
+TEST(ServiceProbe, ClampsTheFrameCountToTheMemory) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     effect.renderQuantum(4000000000U);
@@ -124,7 +124,7 @@ TEST(ServiceProbe, AnswersPingsWhileItRenders) {
     }
 }
 
-TEST(ServiceErrors, AreSaidInTheAnswer) {
+TEST(ServiceErrors, AreTheTextOfTheAnswer) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     effect.service.send(bridge::LoadPreset{1, "urn:orvalo:zoo:probe#nobody"});
@@ -136,7 +136,7 @@ TEST(ServiceErrors, AreSaidInTheAnswer) {
     EXPECT_EQ(effect.render({{1.0F}}, {1}, 1)[0][0], 0.5F);
 }
 
-TEST(ServiceErrors, SayWhyAnEffectIsNotMade) {
+TEST(ServiceErrors, NameTheReasonOfAFailedInstantiation) {
     HostedEffect refusing(ORVALO_ZOO, "urn:orvalo:zoo:failing");
     EXPECT_EQ(
         refusing.instantiate(),

@@ -15,11 +15,11 @@
 
 namespace orvalo::testing {
 
-/// The program effect-service of the stage at work, and the host's end of its socket. Killed and
-/// awaited with the object.
+/// A running effect-service of the stage and the host's end of its socket. The destructor kills and
+/// reaps it.
 class ServiceProgram {
   public:
-    /// host: the process that it is told to be bound to.
+    /// host: the process ID that the service gets as its argument.
     explicit ServiceProgram(pid_t host = getpid());
     ~ServiceProgram();
     ServiceProgram(const ServiceProgram&) = delete;
@@ -29,10 +29,10 @@ class ServiceProgram {
 
     void send(const bridge::HostMessage& message, int passed = -1);
     void sendBytes(std::vector<std::byte> bytes, int passed = -1);
-    /// The next message; nothing at the end, or after many seconds without one.
+    /// The next message; absent at the end, and after 30 s.
     std::optional<bridge::ServiceMessage> receive();
-    /// The next message of that type; those before it are kept. Throws std::runtime_error without
-    /// one.
+    /// The next message of that type; takePassed() returns those before it. Throws
+    /// std::runtime_error without one.
     template <typename Message>
     Message await() {
         while (true) {
@@ -43,9 +43,9 @@ class ServiceProgram {
             passed_.push_back(message);
         }
     }
-    /// The text of the next Done, which has to have that number.
+    /// The text of the next Done; throws std::runtime_error when it has another number.
     std::string answer(std::uint32_t number);
-    /// Messages of that type which came before others that were awaited, once.
+    /// Removes and returns the messages of that type that await() skipped.
     template <typename Message>
     std::vector<Message> takePassed() {
         std::vector<Message> result;
@@ -60,11 +60,11 @@ class ServiceProgram {
     }
 
     void closeSocket() { channel_.reset(); }
-    /// The exit status, or minus the signal's number. Throws std::runtime_error after many seconds.
+    /// The exit status, or minus the signal. Throws std::runtime_error after 30 s.
     int waitForEnd();
-    /// Whether it has ended, without waiting.
+    /// Whether the service has ended; does not wait.
     bool hasEnded();
-    /// What it has written to standard error so far.
+    /// Its standard error so far.
     std::string standardError() const;
 
   private:
@@ -72,7 +72,7 @@ class ServiceProgram {
 
     pid_t id_ = -1;
     std::optional<int> status_;
-    FileDescriptor errors_;  // A file without a name.
+    FileDescriptor errors_;  // An unnamed file.
     std::optional<MessageChannel> channel_;
     std::vector<bridge::ServiceMessage> waiting_;
     std::vector<bridge::ServiceMessage> passed_;

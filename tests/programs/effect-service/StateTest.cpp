@@ -9,20 +9,20 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// The state that comes with, or on the heels of, an answer.
+/// The state that was sent before or after the last answer.
 std::string stateOf(HostedEffect& effect) {
     const auto passed = effect.service.takePassed<bridge::State>();
     return passed.empty() ? effect.service.await<bridge::State>().text : passed.back().text;
 }
 
-TEST(ServiceState, IsToldBehindTheAnswerThatTheEffectIsMade) {
+TEST(ServiceState, IsSentAfterTheAnswerToInstantiate) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     EXPECT_TRUE(effect.service.takePassed<bridge::State>().empty());
     EXPECT_NE(stateOf(effect), "");
 }
 
-TEST(ServiceState, IsToldBeforeTheAnswerToWhatChangedItAndNotElse) {
+TEST(ServiceState, IsSentBeforeTheAnswerToTheRequestThatChangedIt) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     const auto first = stateOf(effect);
@@ -38,7 +38,7 @@ TEST(ServiceState, IsToldBeforeTheAnswerToWhatChangedItAndNotElse) {
     EXPECT_TRUE(effect.service.takePassed<bridge::State>().empty());
 }
 
-TEST(ServiceState, IsThatOfAProcessWhichStartsFromIt) {
+TEST(ServiceState, IsRestoredInTheNextService) {
     HostedEffect first(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     first.mustInstantiate();
     const auto original = stateOf(first);
@@ -54,7 +54,7 @@ TEST(ServiceState, IsThatOfAProcessWhichStartsFromIt) {
     EXPECT_EQ(stateOf(second), state);
 }
 
-TEST(ServiceState, IsToldWhenTheEffectChangesItByItself) {
+TEST(ServiceState, IsSentWhenTheEffectChangesItByItself) {
     HostedEffect effect(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
     effect.mustInstantiate();
     const auto first = stateOf(effect);
@@ -65,7 +65,7 @@ TEST(ServiceState, IsToldWhenTheEffectChangesItByItself) {
     EXPECT_NE(stateOf(effect), second);
 }
 
-TEST(ServiceState, ThatCannotBeReadLeavesTheEffectsOwn) {
+TEST(ServiceState, ThatCannotBeReadIsReplacedByTheDefault) {
     HostedEffect usual(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     usual.mustInstantiate();
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
@@ -76,7 +76,7 @@ TEST(ServiceState, ThatCannotBeReadLeavesTheEffectsOwn) {
     EXPECT_EQ(stateOf(effect).size(), stateOf(usual).size());
 }
 
-TEST(ServiceContext, HasItsNameFromTheStartAndLater) {
+TEST(ServiceContext, NameIsGivenAtTheStartAndLater) {
     HostedEffect effect(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
     effect.request.contextName = "/nowhere";
     effect.mustInstantiate();
@@ -86,7 +86,7 @@ TEST(ServiceContext, HasItsNameFromTheStartAndLater) {
     EXPECT_EQ(nameless.service.standardError(), "");
     nameless.service.send(bridge::SetContextName{1, "/nowhere"});
     EXPECT_EQ(nameless.service.answer(1), "");
-    // It takes no options later, but another instance is made with it.
+    // This effect takes no options later, so the next instance gets the name.
     nameless.service.send(bridge::Prepare{2, 44100.0});
     EXPECT_EQ(nameless.service.answer(2), "");
     EXPECT_NE(nameless.service.standardError().find("read outside: "), std::string::npos);
@@ -101,19 +101,19 @@ class PackedState : public ::testing::Test {
     const std::string packed_ = packState(properties_);
 };
 
-TEST_F(PackedState, ComesBackAsItWas) {
+TEST_F(PackedState, IsUnpackedAsItWasPacked) {
     EXPECT_EQ(unpackState(packed_), properties_);
     EXPECT_EQ(unpackState(packState({})), LV2StateProperties());
 }
 
-TEST_F(PackedState, ComesBackOnlyWhole) {
+TEST_F(PackedState, IsRejectedWhenBytesAreMissingOrLeft) {
     for (std::size_t length = 0; length < packed_.size(); ++length) {
         ASSERT_EQ(unpackState(packed_.substr(0, length)), std::nullopt) << length;
     }
     EXPECT_EQ(unpackState(packed_ + 'x'), std::nullopt);
 }
 
-TEST_F(PackedState, DoesNotComeBackWhereTheNumbersAreOthers) {
+TEST_F(PackedState, IsRejectedWhenAURIHasAnotherNumber) {
     auto changed = packed_;
     const auto place = changed.find("urn:test:key");
     ASSERT_NE(place, std::string::npos);

@@ -56,7 +56,7 @@ class BridgedAudioUnit : public LV2AudioUnit {
     double sampleRate_ = 0.0;
     BridgedRender render_;
     const std::shared_ptr<PluginUIChannel> pluginUIChannel_;
-    ServiceSupervisor supervisor_;  // Ends before what it works for.
+    ServiceSupervisor supervisor_;  // Destroyed before the members that it uses.
 };
 
 }  // namespace orvalo

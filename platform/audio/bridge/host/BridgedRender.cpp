@@ -15,9 +15,9 @@ namespace {
 // An hour at 192 kHz. The service's value is not trusted beyond it.
 constexpr std::uint32_t kLongestLatency = 691200000;
 
-/// The service's audio thread is to run one step below the calling thread, so that an effect that
-/// never returns cannot keep the render thread from its deadline.
-/// Offline it has no real-time priority.
+/// Requests that the service's audio thread runs one step below the calling thread, so that an
+/// effect that never returns cannot keep the render thread from its deadline. Offline: without a
+/// real-time priority.
 void requestScheduling(SharedAudio::Control& control, bool isOffline) noexcept {
     const int policy = isOffline ? SCHED_OTHER : sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
     sched_param own{};

@@ -27,7 +27,7 @@ class PendingRequests {
     std::uint32_t firstNumber() const;
     const bridge::HostMessage* firstMessage() const;
 
-    /// "did not answer for a second" when the first request has waited too long; "" otherwise.
+    /// "did not answer for 1 s" when the first request has waited too long; "" otherwise.
     std::string overdue(Time now, const BridgeLimits& limits) const;
     /// What the first request makes the service do, such as " while it loaded a preset"; "" for
     /// nothing that takes long.

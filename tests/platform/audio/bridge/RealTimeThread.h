@@ -7,8 +7,8 @@
 
 namespace orvalo::testing {
 
-/// Runs the body on a thread of its own that is scheduled so, as a device's is, where the system
-/// grants it. Whether it does.
+/// Runs the body on a new thread with that scheduling, where the system grants it. Returns whether
+/// it does.
 template <typename Body>
 bool onRealTimeThread(int priority, Body body, int policy = SCHED_FIFO) {
     bool isGranted = false;
@@ -20,7 +20,7 @@ bool onRealTimeThread(int priority, Body body, int policy = SCHED_FIFO) {
     return isGranted;
 }
 
-/// Whether the system lets this user's threads have such a priority.
+/// Whether the system grants this user real-time priorities.
 inline bool isRealTimeGranted() {
     return onRealTimeThread(5, [] {});
 }

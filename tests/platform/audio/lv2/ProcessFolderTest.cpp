@@ -18,10 +18,10 @@ using namespace orvalo;
 using namespace orvalo::testing;
 namespace fs = std::filesystem;
 
-/// With a temporary place of its own.
+/// With a temporary folder of its own.
 class ProcessFolderTest : public ::testing::Test {
   protected:
-    // One thread is all there is.
+    // The process has one thread.
     // NOLINTBEGIN(concurrency-mt-unsafe)
     ProcessFolderTest() { setenv("TMPDIR", place_.path().c_str(), 1); }
     ~ProcessFolderTest() override {
@@ -38,12 +38,12 @@ class ProcessFolderTest : public ::testing::Test {
     }
     // NOLINTEND(concurrency-mt-unsafe)
 
-    /// How many folders there are.
+    /// The number of entries in the temporary folder.
     static std::ptrdiff_t count() {
         return std::distance(fs::directory_iterator(now()), fs::directory_iterator());
     }
 
-    /// Lets a copy of this process make a folder with a file in it, and end.
+    /// Forks a process that creates a folder with a file in it and ends.
     template <typename End>
     static void makeElsewhere(End end) {
         const pid_t process = fork();
@@ -61,7 +61,7 @@ class ProcessFolderTest : public ::testing::Test {
     const TemporaryFolder place_;
 };
 
-TEST_F(ProcessFolderTest, GoesWithTheObjectAndAllThatIsInIt) {
+TEST_F(ProcessFolderTest, IsRemovedWithItsContentsByTheDestructor) {
     {
         const ProcessFolder folder("kind");
         EXPECT_EQ(folder.path().parent_path(), place_.path());
@@ -72,12 +72,12 @@ TEST_F(ProcessFolderTest, GoesWithTheObjectAndAllThatIsInIt) {
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(ProcessFolderTest, GoesWithAProcessThatExits) {
+TEST_F(ProcessFolderTest, IsRemovedWhenTheProcessExits) {
     makeElsewhere([] { std::exit(0); });  // NOLINT(concurrency-mt-unsafe)
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(ProcessFolderTest, StaysWhenACopyOfTheProcessExits) {
+TEST_F(ProcessFolderTest, StaysWhenAForkedProcessExits) {
     const ProcessFolder folder("kind");
     if (const pid_t process = fork(); process == 0) {
         std::exit(0);  // NOLINT(concurrency-mt-unsafe)
@@ -87,7 +87,7 @@ TEST_F(ProcessFolderTest, StaysWhenACopyOfTheProcessExits) {
     EXPECT_TRUE(fs::exists(folder.path()));
 }
 
-TEST_F(ProcessFolderTest, OfAProcessThatWasKilledGoesWithTheNextOfItsKind) {
+TEST_F(ProcessFolderTest, OfAKilledProcessIsRemovedByTheNextOfItsKind) {
     makeElsewhere([] { raise(SIGKILL); });
     EXPECT_EQ(count(), 1);
     const ProcessFolder other("another");
@@ -97,7 +97,7 @@ TEST_F(ProcessFolderTest, OfAProcessThatWasKilledGoesWithTheNextOfItsKind) {
     EXPECT_TRUE(fs::exists(next.path()));
 }
 
-TEST_F(ProcessFolderTest, LeavesThoseThatAreInUseAndWhatIsNoFolder) {
+TEST_F(ProcessFolderTest, KeepsFoldersInUseAndOtherFiles) {
     const ProcessFolder first("kind");
     std::ofstream(place_.path() / "kind-file") << "text";
     fs::create_directory_symlink(place_.path() / "nowhere", place_.path() / "kind-link");
@@ -107,7 +107,7 @@ TEST_F(ProcessFolderTest, LeavesThoseThatAreInUseAndWhatIsNoFolder) {
     EXPECT_EQ(count(), 4);
 }
 
-TEST_F(ProcessFolderTest, IsRefusedWithThePlaceInTheError) {
+TEST_F(ProcessFolderTest, ThrowsAnErrorWithThePath) {
     setenv("TMPDIR", "/proc", 1);  // NOLINT(concurrency-mt-unsafe)
     try {
         const ProcessFolder folder("kind");

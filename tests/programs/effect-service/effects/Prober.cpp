@@ -1,5 +1,5 @@
-// Tries, when it is made, what an effect must not do, and logs what came of each. The context's
-// name is a folder that is none of its business. Its state is the number of its run() calls.
+// Tries at its instantiation what an effect must not do, and logs each outcome. The context name is
+// a folder outside its places. Its state is the number of its run() calls.
 
 #include <fcntl.h>
 #include <lv2/atom/atom.h>
@@ -32,7 +32,7 @@ struct Prober {
     std::atomic<std::int32_t> runs{0};
 
     LV2_URID number(const char* uri) const { return map->map(map->handle, uri); }
-    /// What a system call came to, for a result of -1 by errno.
+    /// Logs the outcome of a system call; -1 stands for errno.
     void say(const char* what, long result) const {
         const char* outcome = result == -1 ? strerrorname_np(errno) : "done";
         log->printf(log->handle, number(LV2_LOG__Note), "%s: %s\n", what, outcome);
@@ -79,7 +79,7 @@ void probe(const Prober& self, const std::string& outside) {
     self.say("read the system's files", openFile("/etc/passwd", O_RDONLY));
     self.say("run a program", runProgram("/bin/true"));
     self.say("signal the host", kill(getppid(), 0));
-    // Asked for what cannot be, the kernel would name that before it looks at who asks.
+    // With invalid arguments the kernel would report those instead of EPERM.
     constexpr long kNoText = 1;
     self.say("mount", syscall(SYS_mount, "none", outside.c_str(), kNoText, 0, nullptr));
     constexpr long kNoFlag = 1;

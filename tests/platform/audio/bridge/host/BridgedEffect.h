@@ -9,23 +9,23 @@
 
 namespace orvalo::testing {
 
-/// The effect service as it is staged.
+/// The staged program effect-service.
 std::filesystem::path effectServicePath();
 
-/// A world of the effects that misbehave, one for the program.
+/// A world with the misbehaving effects, shared by all tests.
 LV2World& misbehavingWorld();
 
-/// Limits with which nothing is late, and what hangs is soon noticed.
+/// Limits with which no quantum is late on a busy machine.
 BridgeLimits strictLimits();
 
-/// A unit in a process of its own, rendered offline.
+/// A bridged unit in offline rendering.
 std::shared_ptr<BridgedAudioUnit> makeBridged(LV2World& world, const std::string& uri,
                                               const BridgeLimits& limits = strictLimits());
 
-/// Loads the factory preset of that name; false when there is none, or it does not come.
+/// Loads the factory preset of that name; false when there is none or it is not loaded.
 bool loadPreset(AUAudioUnit& unit, const std::string& name);
 
-/// What a unit of two channels is fed. The unit outlives it.
+/// A feed for a unit of two channels, which outlives it.
 QuantumFeed feed(AUAudioUnit& unit);
 
 }  // namespace orvalo::testing

@@ -19,7 +19,7 @@ using ::testing::HasSubstr;
 const std::vector<std::uint32_t> kBlocks{64, 512, 4096, 100, 1};
 constexpr std::size_t kFrames = 20000;
 
-/// The same effect twice: in a process of its own, and in this one.
+/// The same effect in a service and in this process.
 class Twins {
   public:
     explicit Twins(const std::string& name)
@@ -32,8 +32,8 @@ class Twins {
         work(*bridged);
         work(*local);
     }
-    /// Renders with both, and sees to it that they do not differ.
-    void expectSameSound() {
+    /// Renders with both and compares output, latency and events.
+    void expectSameOutput() {
         const auto input = noise(bridged->inputChannelCount(), kFrames);
         const auto expected = renderBlocks(*local, input, kBlocks, kFrames);
         const auto rendered = renderBlocks(*bridged, input, kBlocks, kFrames);
@@ -53,14 +53,14 @@ class Twins {
 
 class TwinsTest : public ::testing::TestWithParam<std::string> {};
 
-TEST_P(TwinsTest, SoundTheSameAtEveryRate) {
+TEST_P(TwinsTest, RenderTheSameAtEveryRate) {
     Twins twins(GetParam());
     EXPECT_EQ(twins.bridged->inputChannelCount(), twins.local->inputChannelCount());
     EXPECT_EQ(twins.bridged->outputChannelCount(), twins.local->outputChannelCount());
     EXPECT_EQ(twins.bridged->MIDIOutputNames(), twins.local->MIDIOutputNames());
     for (const double rate : {48000.0, 44100.0, 96000.0, 44100.0}) {
         twins.both([rate](AUAudioUnit& unit) { unit.allocateRenderResources(rate); });
-        twins.expectSameSound();
+        twins.expectSameOutput();
     }
     EXPECT_EQ(twins.bridged->lateQuantumCount(), 0U);
 }
@@ -68,7 +68,7 @@ TEST_P(TwinsTest, SoundTheSameAtEveryRate) {
 INSTANTIATE_TEST_SUITE_P(Zoo, TwinsTest, ::testing::Values("probe", "echo"),
                          [](const auto& name) { return name.param; });
 
-TEST(BridgedUnit, PresetsSoundTheSame) {
+TEST(BridgedUnit, RendersPresetsAsInTheHost) {
     Twins twins("probe");
     const auto presets = twins.local->factoryPresets();
     ASSERT_FALSE(presets.empty());
@@ -76,43 +76,43 @@ TEST(BridgedUnit, PresetsSoundTheSame) {
     for (const auto& preset : presets) {
         twins.both([&preset](AUAudioUnit& unit) { unit.setCurrentPreset(preset); });
         EXPECT_EQ(twins.bridged->currentPreset(), preset);
-        twins.expectSameSound();
+        twins.expectSameOutput();
     }
     twins.both([](AUAudioUnit& unit) {
         unit.setCurrentPreset(std::make_shared<AUAudioUnitPreset>(4711, "none"));
     });
     EXPECT_EQ(twins.bridged->currentPreset(), nullptr);
-    twins.expectSameSound();
+    twins.expectSameOutput();
 }
 
-TEST(BridgedUnit, HasAContextName) {
+TEST(BridgedUnit, ReturnsTheContextNameThatWasSet) {
     const auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
     EXPECT_EQ(unit->contextName(), "");
     unit->setContextName("Orvalo");
     EXPECT_EQ(unit->contextName(), "Orvalo");
 }
 
-TEST(BridgedUnit, SeveralAtOnceDoNotDisturbEachOther) {
+TEST(BridgedUnit, SeveralUnitsRenderSideBySide) {
     const auto first = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
     const auto second = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
     const auto expected = makeZooUnit("probe");
     const auto input = noise(first->inputChannelCount(), kFrames);
-    const auto sound = renderBlocks(*expected, input, kBlocks, kFrames);
-    std::thread other([&] { EXPECT_EQ(renderBlocks(*first, input, kBlocks, kFrames), sound); });
-    EXPECT_EQ(renderBlocks(*second, input, kBlocks, kFrames), sound);
+    const auto output = renderBlocks(*expected, input, kBlocks, kFrames);
+    std::thread other([&] { EXPECT_EQ(renderBlocks(*first, input, kBlocks, kFrames), output); });
+    EXPECT_EQ(renderBlocks(*second, input, kBlocks, kFrames), output);
     other.join();
 }
 
-TEST(BridgedUnit, ARateThatIsNoneIsAnErrorAndChangesNothing) {
+TEST(BridgedUnit, AnInvalidRateThrowsAndChangesNothing) {
     Twins twins("probe");
     twins.both([](AUAudioUnit& unit) {
         unit.allocateRenderResources(44100.0);
         EXPECT_THROW(unit.allocateRenderResources(0.0), NSError);
     });
-    twins.expectSameSound();
+    twins.expectSameOutput();
 }
 
-/// Held by a completion: what ends on another thread than the main one is counted.
+/// Held by a completion; counts destructions outside the main thread.
 class MainThreadOnly {
   public:
     explicit MainThreadOnly(std::atomic<int>& strays) : strays_(strays) {}
@@ -124,7 +124,7 @@ class MainThreadOnly {
     std::atomic<int>& strays_;
 };
 
-/// Units have a UI provider, which no unit of these tests gets as far as.
+/// With a UI provider, which these tests never reach.
 class BridgedUnitPluginUI : public ::testing::Test {
   protected:
     BridgedUnitPluginUI() {
@@ -151,12 +151,12 @@ class BridgedUnitPluginUI : public ::testing::Test {
     std::atomic<int> strays_{0};
 };
 
-TEST_F(BridgedUnitPluginUI, IsAnsweredAndLetGoOfByTheMainThread) {
+TEST_F(BridgedUnitPluginUI, AnswersAndDestroysTheCompletionOnTheMainThread) {
     const CapturedOutput error(2);
     auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
     request(*unit);
     EXPECT_TRUE(isAnswered());
-    // Ends the thread that could have held on to it.
+    // Joins the supervisor's thread, which could have held the completion.
     unit = nullptr;
     EXPECT_EQ(answers_, 1);
     EXPECT_EQ(strays_, 0);
@@ -164,7 +164,7 @@ TEST_F(BridgedUnitPluginUI, IsAnsweredAndLetGoOfByTheMainThread) {
     EXPECT_THAT(error.text(), HasSubstr("urn:orvalo:zoo:probe"));
 }
 
-TEST_F(BridgedUnitPluginUI, IsAnsweredAlsoWhenTheUnitGoesBeforeItsProcessAnswers) {
+TEST_F(BridgedUnitPluginUI, AnswersAlsoWhenTheUnitEndsBeforeTheServiceAnswers) {
     const CapturedOutput error(2);
     for (int round = 1; round <= 10; ++round) {
         auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:probe");
@@ -179,7 +179,7 @@ TEST_F(BridgedUnitPluginUI, IsAnsweredAlsoWhenTheUnitGoesBeforeItsProcessAnswers
 
 class RefusalTest : public ::testing::TestWithParam<std::string> {};
 
-TEST_P(RefusalTest, WhatCannotBeUsedIsRefusedInTheSameWords) {
+TEST_P(RefusalTest, ThrowsTheSameErrorAsInTheHost) {
     const auto refusal = [](const auto& make) -> std::string {
         try {
             make();

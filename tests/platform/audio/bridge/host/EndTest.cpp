@@ -19,7 +19,7 @@ pid_t onlyChild() {
     return all.empty() ? -1 : *all.begin();
 }
 
-TEST(End, NothingIsLeftOfAnEffect) {
+TEST(End, LeavesNothingOfAnEffect) {
     const auto before = Leftovers::now();
     {
         FakeEffect effect("half:0");
@@ -29,7 +29,7 @@ TEST(End, NothingIsLeftOfAnEffect) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(End, NothingIsLeftOfProcessesThatDied) {
+TEST(End, LeavesNothingOfServicesThatDied) {
     const auto before = Leftovers::now();
     auto limits = patientLimits();
     limits.deaths = 1000;
@@ -53,7 +53,7 @@ TEST(End, NothingIsLeftOfProcessesThatDied) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(End, AStoppedProcessIsEndedWithItsEffect) {
+TEST(End, KillsAStoppedService) {
     const auto before = Leftovers::now();
     {
         const FakeEffect effect("half:0");
@@ -62,7 +62,7 @@ TEST(End, AStoppedProcessIsEndedWithItsEffect) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(End, AProcessThatHasLeftItsGroupIsEndedWithItsEffect) {
+TEST(End, KillsAServiceThatLeftItsProcessGroup) {
     const auto before = Leftovers::now();
     {
         FakeEffect effect("other-group:1");
@@ -71,7 +71,7 @@ TEST(End, AProcessThatHasLeftItsGroupIsEndedWithItsEffect) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(End, AnEffectCanGoAtAnyMomentOfARestart) {
+TEST(End, AnEffectCanBeDestroyedAtAnyMomentOfARestart) {
     const auto before = Leftovers::now();
     for (int round = 0; round < 40; ++round) {
         FakeEffect effect("half:0");
@@ -81,7 +81,7 @@ TEST(End, AnEffectCanGoAtAnyMomentOfARestart) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(End, AnEffectCanGoAfterItHasBeenGivenUp) {
+TEST(End, AnEffectCanBeDestroyedAfterItWasGivenUp) {
     const CapturedOutput error(2);
     const auto before = Leftovers::now();
     {
@@ -94,7 +94,7 @@ TEST(End, AnEffectCanGoAfterItHasBeenGivenUp) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(End, WhatAProcessHasStartedGoesWithIt) {
+TEST(End, KillsTheChildrenOfAService) {
     const CapturedOutput error(2);
     FakeEffect effect("child:1");
     effect.render(1);
@@ -111,7 +111,7 @@ TEST(End, WhatAProcessHasStartedGoesWithIt) {
     }
 }
 
-TEST(End, AnEffectThatCannotBeMadeLeavesNothing) {
+TEST(End, AFailedStartLeavesNothing) {
     const CapturedOutput error(2);
     const auto before = Leftovers::now();
     for (const auto* role : {"refuse:0", "abort:0:always", "exit:0:always"}) {

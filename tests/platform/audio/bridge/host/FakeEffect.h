@@ -12,15 +12,14 @@
 
 namespace orvalo::testing {
 
-/// The fake service's program.
+/// The path of the fake service.
 std::string fakeServicePath();
 
-/// Limits for services that are meant to break them: what waits, waits long, what must not last,
-/// does not.
+/// Limits with which the render thread waits long enough on a busy machine.
 BridgeLimits patientLimits();
 
-/// A supervised effect of the fake service, of two channels and three control ports, and what it is
-/// fed.
+/// A supervised effect in the fake service, with two channels and three control inputs, and a feed
+/// for it.
 class FakeEffect {
   public:
     static constexpr std::uint32_t kFrames = QuantumFeed::kFrames;
@@ -34,15 +33,15 @@ class FakeEffect {
         friend bool operator==(const Event&, const Event&) = default;
     };
 
-    /// role: as the fake service reads it, such as "segv:10". Started and offline.
-    /// program: the fake service's.
+    /// Starts the service, in offline rendering. role: "segv:10", as the fake service reads it.
+    /// program: the path of the fake service.
     explicit FakeEffect(const std::string& role, const BridgeLimits& limits = patientLimits(),
                         const std::string& program = fakeServicePath());
 
     Quantum render() { return feed_.next(); }
-    /// Renders until what comes out is the effect's, whole; false if it never is.
+    /// Renders until a whole quantum is wet; false after 100 quanta.
     bool renderUntilWet();
-    /// Renders that many quanta.
+    /// Renders count quanta.
     void render(int count);
 
     RenderSlot<AUMIDIOutputEventBlock>& midiBlock() { return midiBlock_; }

@@ -1,8 +1,6 @@
-// The other end of the wire without an effect: a program that halves what it is fed, and that
-// misbehaves, on request, as the real service never does. The request is the effect's URI:
-// "urn:fake:<how>:<when>", with ":always" behind it or not. when: the number of the quantum; 0 for
-// when it is made. Without ":always" only a first process misbehaves: one that is made with a state
-// has learnt.
+// A service without an effect: halves its input, and misbehaves as the effect's URI says:
+// "urn:fake:<how>:<when>", optionally with ":always". when: the number of the quantum; 0 for
+// Instantiate. Without ":always" only the first service misbehaves, which gets no state.
 
 #include <poll.h>
 #include <sys/prctl.h>
@@ -47,7 +45,7 @@ void say(const std::string& text) {
     }
 }
 
-/// What the URI asks for.
+/// The behaviour that the URI requests.
 struct Role {
     explicit Role(const bridge::Instantiate& request) {
         std::istringstream text(request.uri);
@@ -211,7 +209,7 @@ class FakeService {
         audio_->control().latency.store(7);
     }
 
-    /// Past the channel, which is the main thread's, and whole.
+    /// Sends past the channel, which belongs to the main thread.
     static void sendWhole(const std::vector<std::byte>& bytes) {
         for (std::size_t sent = 0; sent < bytes.size();) {
             pollfd socket{kSocket, POLLOUT, 0};
@@ -224,7 +222,7 @@ class FakeService {
         sendWhole(bridge::encode(message));
     }
 
-    /// Bytes that make a message of a length that may not be true.
+    /// Sends a head and a body of size bytes, whatever the head says.
     static void sendRaw(bridge::Head head, std::size_t size) {
         const auto sound = bridge::encode(bridge::ServiceMessage(bridge::State{}));
         std::memcpy(&head.version, sound.data(), sizeof(head.version));
@@ -235,7 +233,7 @@ class FakeService {
 
     void misbehave() {
         const std::map<std::string, std::function<void()>> ways{
-            // Its end.
+            // Ways to end.
             {"segv", [] { raise(SIGSEGV); }},
             {"abort",
              [] {
@@ -259,7 +257,7 @@ class FakeService {
                  isDeaf_ = true;
              }},
             {"child", [] { say("child " + std::to_string(makeChild()) + "\n"); }},
-            // Its messages.
+            // Invalid messages.
             {"garbage", [] { sendRaw({.type = 0, .length = 3}, 3); }},
             {"huge-length", [] { sendRaw({.type = 0, .length = 0xFFFFFFFF}, 100); }},
             {"unknown-type", [] { sendRaw({.type = 1000, .length = 0}, 0); }},
@@ -273,7 +271,7 @@ class FakeService {
             {"unasked-outdated", [] { sendWhole(bridge::PluginUIOutdated{}); }},
             {"huge-state", [] { sendWhole(bridge::State{std::string(2U << 20U, 's')}); }},
             {"bad-state", [] { sendWhole(bridge::State{std::string("\0\xFF garbage", 10)}); }},
-            // What it writes in shared memory.
+            // Invalid shared memory.
             {"many-events", [this] { audio_->control().eventBytes.store(0xFFFFFFFF); }},
             {"odd-events",
              [this] {
@@ -295,7 +293,7 @@ class FakeService {
                  values[1].store(1e30F);
                  raise(SIGKILL);
              }},
-            // What it writes on standard error.
+            // Odd output.
             {"flood",
              [] {
                  for (int line = 0; line < 3000; ++line) {
@@ -339,7 +337,7 @@ class FakeService {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Under a sanitizer, which would end the process in its own way.
+    // A sanitizer would handle these signals itself.
     for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL}) {
         std::signal(signal, SIG_DFL);
     }

@@ -21,7 +21,7 @@ BridgeLimits quickLimits() {
     return limits;
 }
 
-/// Renders on into the next process. Between two quanta it can take over unheard.
+/// Renders until the next service is wet. It may take over between two quanta, unheard.
 void renderUntilStartedAgain(FakeEffect& effect, const CapturedOutput& error,
                              Transcript& transcript) {
     do {
@@ -42,7 +42,7 @@ void PrintTo(const Way& way, std::ostream* stream) {
 
 class GapTest : public ::testing::TestWithParam<Way> {};
 
-TEST_P(GapTest, TheInputPassesThroughInTheQuantumThatIsNotAnsweredAndTheEffectIsBackInTheNext) {
+TEST_P(GapTest, TheUnansweredQuantumIsDryAndTheNextOneWet) {
     const CapturedOutput error(2);
     FakeEffect effect(GetParam().how + ":4", quickLimits());
     Transcript transcript;
@@ -74,10 +74,10 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-/// What breaks the rules beside the sound: the quantum under way may still be answered.
+/// Faults outside rendering: the current quantum may still be answered.
 class BesideTest : public ::testing::TestWithParam<Way> {};
 
-TEST_P(BesideTest, TheEffectIsEndedAndNothingButTheInputIsHeardMeanwhile) {
+TEST_P(BesideTest, TheServiceIsReplacedAndTheOutputIsDryMeanwhile) {
     const CapturedOutput error(2);
     FakeEffect effect(GetParam().how + ":4", quickLimits());
     Transcript transcript;
@@ -104,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, BesideTest,
                              return name;
                          });
 
-TEST(Gap, AnEffectThatLeaksIsEnded) {
+TEST(Gap, AServiceThatExceedsItsMemoryLimitIsReplaced) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.ping = std::chrono::milliseconds(20);
@@ -117,7 +117,7 @@ TEST(Gap, AnEffectThatLeaksIsEnded) {
     EXPECT_THAT(error.text(), HasSubstr(" MiB of memory, more than the limit of "));
 }
 
-TEST(Gap, AfterTheThirdDeathTheInputPassesThroughForGood) {
+TEST(Gap, AfterTheThirdDeathTheOutputStaysDry) {
     const CapturedOutput error(2);
     FakeEffect effect("segv:2:always", quickLimits());
     Transcript transcript;

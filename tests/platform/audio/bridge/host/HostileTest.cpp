@@ -17,7 +17,7 @@ using ::testing::Lt;
 using ::testing::Not;
 using ::testing::SizeIs;
 
-/// The numbers of the quanta whose event came.
+/// The numbers of the quanta whose events arrived.
 std::vector<int> numbers(const FakeEffect& effect) {
     std::vector<int> result;
     for (const auto& event : effect.events()) {
@@ -31,7 +31,7 @@ std::vector<int> numbers(const FakeEffect& effect) {
 
 class EventTest : public ::testing::TestWithParam<std::string> {};
 
-TEST_P(EventTest, EventsThatBreakTheRulesAreDroppedAndNothingElse) {
+TEST_P(EventTest, DropsInvalidEventsAndKeepsTheOthers) {
     FakeEffect effect(GetParam() + ":3");
     Transcript transcript;
     for (int quantum = 0; quantum < 5; ++quantum) {
@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, EventTest,
                              return name;
                          });
 
-TEST(Hostile, ALatencyThatCannotBeIsNone) {
+TEST(Hostile, ReportsNoLatencyForAnImpossibleValue) {
     FakeEffect effect("endless-latency:3");
     effect.render(2);
     EXPECT_EQ(effect.bridgedRender().latency(), 7U);
@@ -57,7 +57,7 @@ TEST(Hostile, ALatencyThatCannotBeIsNone) {
     EXPECT_EQ(effect.bridgedRender().latency(), 0U);
 }
 
-TEST(Hostile, AFloodOfLinesIsCutAndHarmsNothing) {
+TEST(Hostile, LimitsAFloodOfLogLines) {
     const CapturedOutput error(2);
     {
         FakeEffect effect("flood:3");
@@ -73,7 +73,7 @@ TEST(Hostile, AFloodOfLinesIsCutAndHarmsNothing) {
     EXPECT_THAT(error.lines(), SizeIs(Lt(500U)));
 }
 
-TEST(Hostile, LinesAreCutAndCleaned) {
+TEST(Hostile, CutsLongLinesAndReplacesControlCharacters) {
     const CapturedOutput error(2);
     {
         FakeEffect effect("odd-line:2");

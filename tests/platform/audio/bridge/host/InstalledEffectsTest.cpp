@@ -9,7 +9,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// The effect of this house, and effects that others wrote, as Debian packages them.
+/// The effect Orvalo and effects from Debian packages.
 LV2World& installedWorld() {
     static auto* world = new LV2World({{"/usr/lib/lv2", ORVALO_STAGED_EFFECTS}, "/none", {}});
     return *world;
@@ -26,7 +26,7 @@ void PrintTo(const Installed& effect, std::ostream* stream) {
 
 class InstalledEffectsTest : public ::testing::TestWithParam<Installed> {};
 
-TEST_P(InstalledEffectsTest, SoundAsTheyDoInThisProcess) {
+TEST_P(InstalledEffectsTest, RenderTheSameAsInTheHost) {
     constexpr std::size_t kFrames = 24000;
     const std::vector<std::uint32_t> blocks{64, 512, 4096, 100, 64};
     const auto bridged = makeBridged(installedWorld(), GetParam().uri);

@@ -12,20 +12,20 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using enum Transcript::Kind;
 
-/// Waits for a quantum for a moment only, and for an answer for long.
+/// Short limits for a quantum, long ones for an answer.
 BridgeLimits impatientLimits() {
     BridgeLimits limits;
-    // Of a quantum of 2.7 ms.
+    // A quantum takes 2.7 ms.
     limits.waitFraction = 10.0;
     limits.hang = std::chrono::seconds(60);
     return limits;
 }
 
-TEST(Late, AQuantumThatIsLatePassesThroughAndIsCounted) {
+TEST(Late, ALateQuantumIsDryAndCounted) {
     FakeEffect effect("late:4", impatientLimits());
     effect.bridgedRender().setOffline(false);
     Transcript transcript;
-    // Quanta before may be late on a busy machine: their answers come, and count, all the same.
+    // On a busy machine earlier quanta may be late too; they count as well.
     while (transcript.count(toWet) == 0 || transcript.kinds().back() != wet) {
         transcript.add(effect.render());
         ASSERT_TRUE(transcript.isSound());
@@ -35,7 +35,7 @@ TEST(Late, AQuantumThatIsLatePassesThroughAndIsCounted) {
               transcript.count(toDry) + transcript.count(dry));
 }
 
-TEST(Late, EventsOfALateQuantumComeBeforeTheNextOnesWithTheirOwnTimes) {
+TEST(Late, EventsOfALateQuantumKeepTheirTimes) {
     FakeEffect effect("late:4", impatientLimits());
     effect.bridgedRender().setOffline(false);
     Transcript transcript;
@@ -51,7 +51,7 @@ TEST(Late, EventsOfALateQuantumComeBeforeTheNextOnesWithTheirOwnTimes) {
     EXPECT_EQ(effect.events(), expected);
 }
 
-TEST(Late, OfflineALateQuantumIsWaitedFor) {
+TEST(Late, OfflineRenderingWaitsForALateQuantum) {
     FakeEffect effect("late:4");
     Transcript transcript;
     for (int quantum = 0; quantum < 6; ++quantum) {
@@ -61,7 +61,7 @@ TEST(Late, OfflineALateQuantumIsWaitedFor) {
     EXPECT_EQ(effect.bridgedRender().lateQuantumCount(), 0U);
 }
 
-TEST(Late, ALateQuantumThatIsNeverAnsweredEndsTheEffect) {
+TEST(Late, AQuantumThatIsNeverAnsweredEndsTheService) {
     auto limits = impatientLimits();
     limits.hang = std::chrono::milliseconds(100) * BridgeLimits::kSlowness;
     limits.tick = std::chrono::milliseconds(20);

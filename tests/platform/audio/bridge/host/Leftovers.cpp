@@ -21,11 +21,11 @@ std::size_t countEntries(const fs::path& folder) {
         std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
 }
 
-/// The fields behind the name, which may hold anything, from the state on.
+/// The fields of /proc/<process>/stat behind the name, which may contain any character.
 std::istringstream status(const std::string& process) {
     std::ifstream file("/proc/" + process + "/stat");
     std::string text;
-    // Nothing, when the process goes meanwhile.
+    // Empty when the process ends meanwhile.
     std::getline(file, text, '\0');
     const auto end = text.rfind(") ");
     return std::istringstream(end == std::string::npos ? "" : text.substr(end + 2));
@@ -34,7 +34,7 @@ std::istringstream status(const std::string& process) {
 }  // namespace
 
 Leftovers Leftovers::now() {
-    // The thread sanitizer starts one of its own beside a program's first.
+    // The thread sanitizer starts a thread of its own with the first thread of a program.
     static const bool hasStartedOne = (std::thread([] {}).join(), true);
     static_cast<void>(hasStartedOne);
     Leftovers result;

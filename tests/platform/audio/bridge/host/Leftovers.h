@@ -8,16 +8,16 @@
 
 namespace orvalo::testing {
 
-/// What this process holds of the system, to be compared before and after.
+/// The system resources of this process, to compare before and after.
 struct Leftovers {
     std::size_t descriptors = 0;
-    std::size_t sharedMaps = 0;  ///< Of memory shared with effects.
-    std::set<pid_t> children;    ///< Zombies among them.
+    std::size_t sharedMaps = 0;  ///< Of memory shared with services.
+    std::set<pid_t> children;    ///< Including zombies.
     std::size_t threads = 0;
 
     static Leftovers now();
-    /// The same, as soon as it is what is wanted; after many seconds as it is then. A thread that
-    /// has been joined stands in the system's list for a moment longer.
+    /// Waits up to 10 s for the wanted resources; returns the last ones seen. The system lists a
+    /// joined thread for a moment longer.
     static Leftovers settled(const Leftovers& wanted);
 
     friend bool operator==(const Leftovers&, const Leftovers&) = default;
@@ -25,9 +25,9 @@ struct Leftovers {
 
 std::ostream& operator<<(std::ostream& stream, const Leftovers& leftovers);
 
-/// The processes that this one has started and that are still there.
+/// The child processes of this one.
 std::set<pid_t> children();
-/// Whether there is a process of that number that is more than a zombie.
+/// Whether the process exists and is no zombie.
 bool isAlive(pid_t process);
 
 }  // namespace orvalo::testing

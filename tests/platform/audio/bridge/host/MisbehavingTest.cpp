@@ -43,14 +43,14 @@ class MisbehavingTest : public ::testing::TestWithParam<Way> {
     static std::shared_ptr<BridgedAudioUnit> make() {
         auto limits = zooLimits();
         if (GetParam().how == "leak") {
-            // Taking so much memory is slow.
+            // Allocating that much memory takes long.
             limits.hang = std::chrono::seconds(10) * BridgeLimits::kSlowness;
         }
         return makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:" + GetParam().how, limits);
     }
 };
 
-TEST_P(MisbehavingTest, IsStartedAgainAndTheInputIsAllThatIsHeardMeanwhile) {
+TEST_P(MisbehavingTest, IsRestartedAndTheOutputIsDryMeanwhile) {
     const CapturedOutput error(2);
     const auto before = Leftovers::now();
     {
@@ -76,7 +76,7 @@ TEST_P(MisbehavingTest, IsStartedAgainAndTheInputIsAllThatIsHeardMeanwhile) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST_P(MisbehavingTest, IsGivenUpAtTheThirdTime) {
+TEST_P(MisbehavingTest, IsGivenUpAfterTheThirdDeath) {
     const CapturedOutput error(2);
     const auto unit = make();
     auto fed = feed(*unit);
@@ -104,7 +104,7 @@ const std::string kSegv = "ended with status";
 const std::string kOverflow = kSegv;
 #elif defined(__SANITIZE_THREAD__)
 const std::string kSegv = "ended with status";
-// It has no stack of its own to report from.
+// The thread sanitizer has no stack of its own to report an overflow from.
 const std::string kOverflow = kKilled;
 #else
 const std::string kSegv = kKilled;
@@ -119,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(Zoo, MisbehavingTest,
                                            Way{"leak", "used "}),
                          [](const auto& way) { return way.param.how; });
 
-TEST(MadeMisbehaving, ACrashWhileItIsMadeIsAnError) {
+TEST(MadeMisbehaving, ACrashDuringInstantiationThrows) {
     const CapturedOutput error(2);
     const auto before = Leftovers::now();
     try {
@@ -134,7 +134,7 @@ TEST(MadeMisbehaving, ACrashWhileItIsMadeIsAnError) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(MadeMisbehaving, ALoopWhileItIsMadeIsAnError) {
+TEST(MadeMisbehaving, ALoopDuringInstantiationThrows) {
     const CapturedOutput error(2);
     auto limits = zooLimits();
     limits.request = std::chrono::milliseconds(500);
@@ -166,14 +166,14 @@ TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
             transcript.add(fed.next());
             ASSERT_TRUE(transcript.isSound());
         }
-        EXPECT_TRUE(isAlive(process)) << "It still loops.";
+        EXPECT_TRUE(isAlive(process)) << "still loops";
     });
 }
 
-/// What others do to a process.
+/// Signals that others send to a service.
 class SignalTest : public ::testing::TestWithParam<int> {};
 
-TEST_P(SignalTest, EndsAProcessThatIsStartedAgain) {
+TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
     const CapturedOutput error(2);
     const auto before = Leftovers::now();
     {
@@ -184,7 +184,7 @@ TEST_P(SignalTest, EndsAProcessThatIsStartedAgain) {
         transcript.add(fed.next());
         const auto process = *children().begin();
         kill(process, GetParam());
-        // Between two quanta another process can take over unheard.
+        // The next service may take over between two quanta, unheard.
         while (error.text().find("started again") == std::string::npos ||
                transcript.add(fed.next()) != wet) {
             ASSERT_TRUE(transcript.isSound());

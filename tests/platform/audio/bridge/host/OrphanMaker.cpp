@@ -1,4 +1,4 @@
-// Hosts an effect, writes the number of its process on standard output, and waits to be ended.
+// Hosts an effect, writes the process ID of its service on standard output, and waits for a signal.
 
 #include <unistd.h>
 

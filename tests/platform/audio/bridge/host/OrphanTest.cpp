@@ -13,7 +13,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-/// Starts the program that hosts an effect and tells the number of the effect's process.
+/// A program that hosts an effect; effect: the process ID of the service.
 struct Host {
     Host() {
         std::array<int, 2> ends{-1, -1};
@@ -38,7 +38,7 @@ struct Host {
 
 class OrphanTest : public ::testing::TestWithParam<int> {};
 
-TEST_P(OrphanTest, TheEffectsProcessEndsWithItsHostHoweverThatEnds) {
+TEST_P(OrphanTest, TheServiceEndsWithItsHost) {
     const Host host;
     ASSERT_GT(host.effect, 0);
     EXPECT_TRUE(isAlive(host.effect));

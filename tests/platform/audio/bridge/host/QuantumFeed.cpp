@@ -6,7 +6,7 @@ namespace orvalo::testing {
 
 namespace {
 
-/// A sample that no other near it equals.
+/// Differs from all samples nearby.
 float sampleAt(std::int64_t time, std::uint32_t channel) {
     constexpr std::int64_t kPeriod = 9973;
     return static_cast<float>((time * 7 + channel * 3571) % kPeriod) / 16384.0F - 0.25F;

@@ -8,14 +8,13 @@
 
 namespace orvalo::testing {
 
-/// A render thread's blocks of 128 frames in two channels, of a signal that never repeats a sample
-/// nearby.
+/// Quanta of 128 frames in two channels, of a signal whose neighbouring samples all differ.
 class QuantumFeed {
   public:
     static constexpr std::uint32_t kFrames = 128;
     static constexpr std::uint32_t kChannels = 2;
 
-    /// One quantum as it went in and came out, by channel.
+    /// The input and output of a quantum, by channel.
     using Block = std::vector<std::vector<float>>;
     struct Quantum {
         Block input;
@@ -25,9 +24,9 @@ class QuantumFeed {
 
     explicit QuantumFeed(Render render) : render_(std::move(render)) {}
 
-    /// Has the next quantum rendered.
+    /// Renders the next quantum.
     Quantum next();
-    /// Frames so far.
+    /// Frames rendered so far.
     std::int64_t sampleTime() const { return sampleTime_; }
 
   private:

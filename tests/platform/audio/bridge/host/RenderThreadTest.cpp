@@ -1,4 +1,4 @@
-// With the guard that ends the program at the first call that a render thread must not make.
+// With the guard that ends the program at the first call that is forbidden on a render thread.
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// Blocks with memory of their own from before.
+/// Blocks whose memory is allocated beforehand.
 class Blocks {
   public:
     explicit Blocks(BridgedRender& render) : render_(render) {}
@@ -44,7 +44,7 @@ void setQuietBlock(FakeEffect& effect, std::atomic<int>& count) {
         }));
 }
 
-TEST(RenderThread, KeepsItsPromisesWithEventsAndLateAnswers) {
+TEST(RenderThread, MakesNoForbiddenCallWithEventsAndLateAnswers) {
     BridgeLimits limits;
     FakeEffect effect("late:50", limits);
     std::atomic<int> events{0};
@@ -57,7 +57,7 @@ TEST(RenderThread, KeepsItsPromisesWithEventsAndLateAnswers) {
     EXPECT_GT(effect.bridgedRender().lateQuantumCount(), 0U);
 }
 
-TEST(RenderThread, KeepsItsPromisesWhileProcessesDieAndTheEffectIsControlled) {
+TEST(RenderThread, MakesNoForbiddenCallWhileServicesDieAndTheEffectIsControlled) {
     auto limits = patientLimits();
     limits.deaths = 1000;
     FakeEffect effect("half:0", limits);

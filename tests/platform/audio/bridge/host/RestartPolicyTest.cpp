@@ -25,14 +25,14 @@ TEST(RestartPolicy, DeathsAMinuteOldDoNotCount) {
     EXPECT_FALSE(policy.mayRestartAfterDeath(kStart + seconds(61)));
 }
 
-TEST(RestartPolicy, RareDeathsGoOnForEver) {
+TEST(RestartPolicy, RareDeathsNeverEndTheRestarts) {
     RestartPolicy policy(3, seconds(60));
     for (int death = 0; death < 1000; ++death) {
         EXPECT_TRUE(policy.mayRestartAfterDeath(kStart + death * seconds(30)));
     }
 }
 
-TEST(RestartPolicy, AtTheFirstDeathItMayBeOver) {
+TEST(RestartPolicy, WithALimitOfOneTheFirstDeathIsTheLast) {
     EXPECT_FALSE(RestartPolicy(1, seconds(60)).mayRestartAfterDeath(kStart));
 }
 

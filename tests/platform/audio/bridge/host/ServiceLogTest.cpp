@@ -41,7 +41,7 @@ class ServiceLogTest : public ::testing::Test {
     FileDescriptor writing_;
 };
 
-TEST_F(ServiceLogTest, LinesStandInTheLogWithTheEffectsName) {
+TEST_F(ServiceLogTest, PrefixesLinesWithTheEffectsURI) {
     auto log = this->log();
     const CapturedOutput error(2);
     write("one\ntwo\nthr");
@@ -53,7 +53,7 @@ TEST_F(ServiceLogTest, LinesStandInTheLogWithTheEffectsName) {
     EXPECT_EQ(log.lastMessage(), "three");
 }
 
-TEST_F(ServiceLogTest, ALineThatHasTheNameAlreadyIsNotGivenAnother) {
+TEST_F(ServiceLogTest, DoesNotRepeatThePrefix) {
     auto log = this->log();
     const CapturedOutput error(2);
     write("<urn:a>: one\n");
@@ -61,7 +61,7 @@ TEST_F(ServiceLogTest, ALineThatHasTheNameAlreadyIsNotGivenAnother) {
     EXPECT_THAT(error.text(), AllOf(HasSubstr("<urn:a>: one"), Not(HasSubstr("<urn:a>: <"))));
 }
 
-TEST_F(ServiceLogTest, WhatIsLeftAtTheEndIsALine) {
+TEST_F(ServiceLogTest, LogsAnIncompleteLastLine) {
     auto log = this->log();
     const CapturedOutput error(2);
     write("the last words");
@@ -72,7 +72,7 @@ TEST_F(ServiceLogTest, WhatIsLeftAtTheEndIsALine) {
     EXPECT_LT(log.descriptor(), 0);
 }
 
-TEST_F(ServiceLogTest, TooManyLinesOfASecondAreLeftOutAndCounted) {
+TEST_F(ServiceLogTest, CountsTheLinesAboveTheLimitPerSecond) {
     auto log = this->log(3);
     const CapturedOutput error(2);
     for (int line = 0; line < 10; ++line) {
@@ -92,7 +92,7 @@ TEST_F(ServiceLogTest, TooManyLinesOfASecondAreLeftOutAndCounted) {
                               "out.")));
 }
 
-TEST_F(ServiceLogTest, ALineWithoutEndIsCut) {
+TEST_F(ServiceLogTest, CutsALongLine) {
     auto log = this->log();
     const CapturedOutput error(2);
     for (int piece = 0; piece < 10; ++piece) {
@@ -106,7 +106,7 @@ TEST_F(ServiceLogTest, ALineWithoutEndIsCut) {
     EXPECT_THAT(error.text(), Not(HasSubstr(std::string(2001, 'x'))));
 }
 
-TEST_F(ServiceLogTest, AFloodIsTakenAPieceAtATime) {
+TEST_F(ServiceLogTest, ReadsALimitedAmountAtATime) {
     auto log = this->log(1);
     const CapturedOutput error(2);
     fcntl(writing_.get(), F_SETPIPE_SZ, 1 << 20);

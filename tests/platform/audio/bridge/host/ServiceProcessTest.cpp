@@ -27,7 +27,7 @@ using ::testing::Not;
 
 constexpr seconds kLong{30};
 
-/// A program that is a script for the shell.
+/// An executable shell script.
 class Script {
   public:
     explicit Script(const std::string& text) {
@@ -45,7 +45,7 @@ std::string readAll(FileDescriptor descriptor) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-TEST(ServiceProcess, SaysHowItEnded) {
+TEST(ServiceProcess, ReturnsHowTheProcessEnded) {
     const Script status("exit 3");
     ServiceProcess first(status.path());
     ASSERT_TRUE(first.endsWithin(kLong));
@@ -56,11 +56,11 @@ TEST(ServiceProcess, SaysHowItEnded) {
     EXPECT_EQ(second.end(), "was killed by signal 11 (Segmentation fault)");
 }
 
-/// Interrupts the thread that makes it with signals, each of them as soon as the thread sleeps
-/// again after the last, until the object goes; or, when nobody sees to that, for a long time.
+/// Sends signals to the thread that creates it, each one when the thread sleeps again after the
+/// last, for the object's life, 30 s at most.
 class Interruption {
   public:
-    /// whenMany: called once, on a thread of its own, after several signals.
+    /// whenMany: called once, on another thread, after 10 signals.
     explicit Interruption(std::function<void()> whenMany = {}) : whenMany_(std::move(whenMany)) {
         count_ = 0;
         struct sigaction counting {};
@@ -76,7 +76,7 @@ class Interruption {
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
-    /// Whether it goes on.
+    /// Whether the 30 s have not passed.
     bool lasts() const { return std::chrono::steady_clock::now() < end_; }
 
   private:
@@ -84,7 +84,7 @@ class Interruption {
         std::ifstream file(stat_);
         std::string line;
         std::getline(file, line);
-        // The state stands behind the name, which is in brackets.
+        // The state follows the name, which is in brackets.
         const auto name = line.rfind(") ");
         return name != std::string::npos && line.substr(name + 2, 1) == "S";
     }
@@ -103,7 +103,7 @@ class Interruption {
         }
     }
 
-    static inline std::atomic<int> count_{0};  // Of the signals that have come.
+    static inline std::atomic<int> count_{0};  // The signals handled.
 
     std::function<void()> whenMany_;
     const std::string stat_ = "/proc/self/task/" + std::to_string(gettid()) + "/stat";
@@ -114,7 +114,7 @@ class Interruption {
     std::thread thread_;
 };
 
-TEST(ServiceProcess, IsWaitedForHoweverOftenASignalComes) {
+TEST(ServiceProcess, WaitsForTheEndDespiteSignals) {
     const Script script("sleep 1000");
     ServiceProcess process(script.path());
     std::atomic<bool> isKilled{false};
@@ -126,7 +126,7 @@ TEST(ServiceProcess, IsWaitedForHoweverOftenASignalComes) {
     EXPECT_TRUE(isKilled);
 }
 
-TEST(ServiceProcess, IsWaitedForNoLongerHoweverOftenASignalComes) {
+TEST(ServiceProcess, WaitsNoLongerThanTheLimitDespiteSignals) {
     const Script script("sleep 1000");
     ServiceProcess process(script.path());
     const Interruption interruption;
@@ -134,7 +134,7 @@ TEST(ServiceProcess, IsWaitedForNoLongerHoweverOftenASignalComes) {
     EXPECT_TRUE(interruption.lasts());
 }
 
-TEST(ServiceProcess, IsEndedWithAllThatItHasStarted) {
+TEST(ServiceProcess, KillsTheChildrenOfTheProcess) {
     const auto before = Leftovers::now();
     {
         const Script script("sleep 1000 & echo $!; wait");
@@ -154,7 +154,7 @@ TEST(ServiceProcess, IsEndedWithAllThatItHasStarted) {
     EXPECT_EQ(Leftovers::settled(before), before);
 }
 
-TEST(ServiceProcess, IsEndedWhileItIsStopped) {
+TEST(ServiceProcess, KillsAStoppedProcess) {
     const Script script("kill -STOP $$");
     ServiceProcess process(script.path());
     EXPECT_EQ(process.end(), "was killed by signal 9 (Killed)");
@@ -163,7 +163,7 @@ TEST(ServiceProcess, IsEndedWhileItIsStopped) {
 TEST(ServiceProcess, HasItsOwnDescriptorsAndNoOthers) {
     const Script script(
         "for number in 0 1 2 3; do echo $number $(readlink /proc/$$/fd/$number); done\n"
-        // The shell itself has the script open beyond these.
+        // The shell has the script open at a higher number.
         "for number in 4 5 6 7 8 9; do test -e /proc/$$/fd/$number && echo more; done\n"
         "echo host $1");
     ServiceProcess process(script.path());
@@ -181,7 +181,7 @@ TEST(ServiceProcess, LeadsAProcessGroupOfItsOwn) {
     EXPECT_GT(process.residentMemory(), 0U);
 }
 
-TEST(ServiceProcess, AProgramThatIsNotThereIsNamed) {
+TEST(ServiceProcess, NamesAMissingProgram) {
     const auto before = Leftovers::now();
     try {
         ServiceProcess process("/nowhere/effect-service");

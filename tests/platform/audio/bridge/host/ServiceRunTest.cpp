@@ -15,7 +15,7 @@ using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::StartsWith;
 
-TEST(ServiceRunTest, AProcessThatDiesRightBehindItsAnswerHasEndedLikeAnyOther) {
+TEST(ServiceRunTest, AServiceThatDiesRightAfterItsAnswerCountsAsDead) {
     const CapturedOutput error(2);
     const auto limits = patientLimits();
     const ServiceOrder order{.program = fakeServicePath(),

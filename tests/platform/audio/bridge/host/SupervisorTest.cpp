@@ -31,7 +31,7 @@ std::string errorOf(const std::string& role, const BridgeLimits& limits = patien
     return "none";
 }
 
-TEST(Supervisor, ANewProcessStartsWithTheLastKnownState) {
+TEST(Supervisor, RestartsWithTheLastKnownState) {
     const CapturedOutput error(2);
     FakeEffect effect("segv:2");
     auto& supervisor = effect.supervisor();
@@ -47,14 +47,14 @@ TEST(Supervisor, ANewProcessStartsWithTheLastKnownState) {
                                         "1=0.5 2=0.75"));
 }
 
-TEST(Supervisor, ControlValuesThatAreImpossibleAreNotHandedOn) {
+TEST(Supervisor, RestartsWithoutImpossibleControlValues) {
     const CapturedOutput error(2);
     FakeEffect effect("odd-controls:2");
     effect.render(3);
     EXPECT_THAT(error.text(), HasSubstr("with 'first' 2=0.75\n"));
 }
 
-TEST(Supervisor, AStateIsHandedOnUntouchedWhateverItHolds) {
+TEST(Supervisor, PassesAStateOnUnchanged) {
     const CapturedOutput error(2);
     FakeEffect effect("bad-state:2");
     effect.render(2);
@@ -65,7 +65,7 @@ TEST(Supervisor, AStateIsHandedOnUntouchedWhateverItHolds) {
     EXPECT_THAT(error.text(), ContainsRegex("with '.+ garbage'"));
 }
 
-TEST(Supervisor, AStateThatIsTooLargeIsNotKept) {
+TEST(Supervisor, IgnoresAStateAboveTheLimit) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.state = std::size_t{1} << 20U;
@@ -78,7 +78,7 @@ TEST(Supervisor, AStateThatIsTooLargeIsNotKept) {
     EXPECT_THAT(error.text(), HasSubstr("with 'first'"));
 }
 
-TEST(Supervisor, WhatIsRefusedIsSaid) {
+TEST(Supervisor, ReturnsTheErrorOfARefusedRequest) {
     FakeEffect effect("half:0");
     const auto rate = effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 1.0});
     EXPECT_EQ(rate.kind, Kind::refused);
@@ -90,7 +90,7 @@ TEST(Supervisor, WhatIsRefusedIsSaid) {
     EXPECT_TRUE(FakeEffect::isWet(effect.render()));
 }
 
-TEST(Supervisor, APresetThatKillsIsNotAskedForAgain) {
+TEST(Supervisor, DoesNotRepeatAPresetThatKilledTheService) {
     const CapturedOutput error(2);
     FakeEffect effect("half:0");
     const auto answer =
@@ -103,14 +103,14 @@ TEST(Supervisor, APresetThatKillsIsNotAskedForAgain) {
                 HasSubstr("was killed by signal 9 (Killed) while it loaded a preset; it is"));
 }
 
-TEST(Supervisor, ARateThatKillsOnceIsAskedForAgain) {
+TEST(Supervisor, RepeatsARateThatKilledTheServiceOnce) {
     FakeEffect effect("other:9999");
     const auto answer =
         effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 22050.0});
     EXPECT_EQ(answer.kind, Kind::done);
 }
 
-TEST(Supervisor, ARateThatKillsEachTimeIsRememberedInTheEnd) {
+TEST(Supervisor, AnswersNoServiceAfterARateThatKillsEveryService) {
     const CapturedOutput error(2);
     FakeEffect effect("other:9999:always");
     const auto answer =
@@ -120,11 +120,11 @@ TEST(Supervisor, ARateThatKillsEachTimeIsRememberedInTheEnd) {
     EXPECT_THAT(error.text(), HasSubstr("while it was prepared to play"));
 }
 
-TEST(Supervisor, ARequestThatIsNotAnsweredEndsTheProcess) {
+TEST(Supervisor, AnUnansweredRequestEndsTheService) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.request = std::chrono::milliseconds(300);
-    // Pings must not count meanwhile.
+    // The ping limit must not apply meanwhile.
     limits.hang = std::chrono::milliseconds(50);
     limits.ping = std::chrono::milliseconds(10);
     limits.tick = std::chrono::milliseconds(10);
@@ -136,7 +136,7 @@ TEST(Supervisor, ARequestThatIsNotAnsweredEndsTheProcess) {
     EXPECT_THAT(error.text(), HasSubstr("did not answer for 300 ms while it loaded a preset"));
 }
 
-TEST(Supervisor, RequestsOfManyThreadsAreAllAnsweredWhileProcessesDie) {
+TEST(Supervisor, AnswersAllRequestsOfManyThreadsWhileServicesDie) {
     auto limits = patientLimits();
     limits.deaths = 1000;
     FakeEffect effect("half:0", limits);
@@ -161,7 +161,7 @@ TEST(Supervisor, RequestsOfManyThreadsAreAllAnsweredWhileProcessesDie) {
     EXPECT_TRUE(effect.renderUntilWet());
 }
 
-TEST(Supervisor, AStartThatFailsIsTriedAgainAfterARest) {
+TEST(Supervisor, RetriesAFailedRestartAfterAPause) {
     const CapturedOutput error(2);
     const TemporaryFolder folder;
     const auto program = folder.path() / "service";
@@ -180,13 +180,13 @@ TEST(Supervisor, AStartThatFailsIsTriedAgainAfterARest) {
               Kind::done);
 }
 
-TEST(Supervisor, TheFirstRefusalIsAnError) {
+TEST(Supervisor, ThrowsTheErrorOfTheFirstService) {
     const CapturedOutput error(2);
     EXPECT_EQ(errorOf("refuse:0"), "The plug-in <urn:fake:refuse:0> says no.");
     EXPECT_THAT(error.text(), Not(HasSubstr("WARNING")));
 }
 
-TEST(Supervisor, AnEffectThatDiesWhileItIsMadeIsTriedAgain) {
+TEST(Supervisor, RetriesAnEffectThatDiesDuringInstantiation) {
     const CapturedOutput error(2);
     EXPECT_EQ(errorOf("abort:0:always"),
               "The plug-in <urn:fake:abort:0:always> cannot be used: it died 3 times within 60 s; "
@@ -198,7 +198,7 @@ TEST(Supervisor, AnEffectThatDiesWhileItIsMadeIsTriedAgain) {
                       Not(HasSubstr("passes through"))));
 }
 
-TEST(Supervisor, AnEffectThatDoesNotComeIsTriedAgain) {
+TEST(Supervisor, RetriesAnEffectThatHangsDuringInstantiation) {
     auto limits = patientLimits();
     limits.request = std::chrono::milliseconds(100);
     limits.tick = std::chrono::milliseconds(10);
@@ -206,7 +206,7 @@ TEST(Supervisor, AnEffectThatDoesNotComeIsTriedAgain) {
                 HasSubstr("at last it did not answer for 100 ms while it was instantiated."));
 }
 
-TEST(Supervisor, AMissingProgramIsNamedAtOnce) {
+TEST(Supervisor, NamesAMissingProgramAtOnce) {
     const CapturedOutput error(2);
     RenderSlot<AUMIDIOutputEventBlock> midiBlock;
     BridgedRender render(midiBlock, 0, patientLimits());

@@ -33,7 +33,7 @@ Block fadedToInput(const Block& input, const std::vector<float>& last) {
     return output;
 }
 
-/// From the input to what the effect's process gave.
+/// A crossfade from the input to the service's output.
 Block fadedFromInput(const Block& input, Block output) {
     for (std::size_t channel = 0; channel < input.size(); ++channel) {
         for (std::size_t frame = 0; frame < kFade; ++frame) {

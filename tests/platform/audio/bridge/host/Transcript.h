@@ -8,19 +8,19 @@
 
 namespace orvalo::testing {
 
-/// What quantum after quantum came out of an effect that halves its input, sample by sample: its
-/// output, the input, or the one fade from one to the other that is due.
+/// Classifies the quanta of an effect that halves its input, to the sample: wet, dry, or the fade
+/// between the two.
 class Transcript {
   public:
-    /// bare: the input in place of the effect's output, as the effect's own process gives it while
-    /// it loads a preset.
+    /// bare: dry without a fade, as the service outputs it while it loads a preset. other: none of
+    /// these, an error.
     enum class Kind { wet, bare, toDry, dry, toWet, other };
 
     Kind add(const QuantumFeed::Quantum& quantum);
 
     const std::vector<Kind>& kinds() const { return kinds_; }
     std::size_t count(Kind kind) const;
-    /// Whether nothing has come out that does not belong there.
+    /// Whether no quantum was bare or other.
     bool isSound() const { return count(Kind::other) + count(Kind::bare) == 0; }
 
   private:

@@ -9,7 +9,7 @@ namespace {
 
 using namespace orvalo;
 
-/// A block of one level in all its samples.
+/// A block whose samples are all equal.
 struct Level {
     Level(std::uint32_t channelCount, std::uint32_t frames, float level)
         : samples(channelCount, std::vector<float>(frames, level)) {
@@ -44,7 +44,7 @@ TEST(WetDryFader, TheFirstBlockIsNotFaded) {
     EXPECT_EQ(output.samples[0], std::vector<float>(128, 1.0F));
 }
 
-TEST(WetDryFader, TheStepToTheDrySignalFadesOutWithin64Frames) {
+TEST(WetDryFader, TheDifferenceToTheDrySignalFadesOutIn64Frames) {
     const Level dry(1, 128, 1.0F);
     const Level wet(1, 128, 0.25F);
     Level output(1, 128, -7.0F);
@@ -56,7 +56,7 @@ TEST(WetDryFader, TheStepToTheDrySignalFadesOutWithin64Frames) {
     EXPECT_EQ(output.samples[0], std::vector<float>(128, 1.0F));
 }
 
-TEST(WetDryFader, TheDrySignalItselfIsKeptUnderTheFade) {
+TEST(WetDryFader, TheFadeAddsToTheDrySignal) {
     Level dry(1, 4, 0.0F);
     dry.samples[0] = {0.5F, -0.5F, 0.25F, 1.0F};
     const Level wet(1, 4, 1.0F);
@@ -67,7 +67,7 @@ TEST(WetDryFader, TheDrySignalItselfIsKeptUnderTheFade) {
     EXPECT_EQ(output.samples[0], (std::vector<float>{1.0F, -0.125F, 0.5F, 1.125F}));
 }
 
-TEST(WetDryFader, BackToTheEffectTheTwoAreCrossfaded) {
+TEST(WetDryFader, FromDryToWetCrossfades) {
     const Level dry(1, 128, 1.0F);
     const Level wet(1, 128, 0.25F);
     Level output(1, 128, -7.0F);
@@ -79,7 +79,7 @@ TEST(WetDryFader, BackToTheEffectTheTwoAreCrossfaded) {
     EXPECT_EQ(output.samples[0], std::vector<float>(128, 0.25F));
 }
 
-TEST(WetDryFader, AShortBlockHasAShortFade) {
+TEST(WetDryFader, AFadeIsNoLongerThanTheBlock) {
     const Level dry(1, 4, 1.0F);
     const Level wet(1, 4, 0.0F);
     Level output(1, 4, -7.0F);
@@ -91,7 +91,7 @@ TEST(WetDryFader, AShortBlockHasAShortFade) {
     EXPECT_EQ(output.samples[0], (std::vector<float>{1.0F, 0.75F, 0.5F, 0.25F}));
 }
 
-TEST(WetDryFader, ChannelsAreFadedEachByItself) {
+TEST(WetDryFader, FadesEachChannelByItself) {
     const Level dry(1, 8, 1.0F);
     Level wet(3, 8, 0.0F);
     wet.samples[1].assign(8, 2.0F);
@@ -117,7 +117,7 @@ TEST(WetDryFader, AnInstrumentFadesToSilence) {
     EXPECT_EQ(output.samples[0], std::vector<float>(4, 0.0F));
 }
 
-TEST(WetDryFader, WhatIsNoNumberLeavesNothingBehind) {
+TEST(WetDryFader, NaNAndInfinityDoNotReachTheDrySignal) {
     const Level dry(1, 128, 1.0F);
     Level output(1, 128, -7.0F);
     for (const float odd :

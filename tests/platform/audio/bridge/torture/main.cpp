@@ -1,7 +1,7 @@
-// bridge_torture SECONDS SEED: plays through an effect whose process is killed, stopped and broken
-// at random moments, while presets are loaded, rates change and the effect is controlled. Ends with
-// status 1 and a line when anything is heard that is not the effect, its input, or the fade between
-// them, or when anything is left behind.
+// bridge_torture SECONDS SEED: renders through an effect whose service is killed and stopped at
+// random moments, while presets are loaded, rates change and the effect is controlled. Ends with
+// status 1 and a line when the output is not wet, dry or the fade between the two, or when a
+// resource is left behind.
 
 #include <glib.h>
 
@@ -32,7 +32,7 @@ BridgeLimits limitsOfTorture() {
     return limits;
 }
 
-/// What is done to the effect and its process, from a thread of its own.
+/// Controls the effect and kills its services, on a thread of its own.
 class Tormentor {
   public:
     Tormentor(BridgedAudioUnit& unit, unsigned seed) : unit_(unit), random_(seed) {}
@@ -94,7 +94,7 @@ int torture(std::chrono::seconds duration, unsigned seed) {
         for (int quantum = 1; Clock::now() < until; ++quantum) {
             transcript.add(fed.next());
             if (quantum % 500 == 0) {
-                // As the engine does when connections change: rendering pauses.
+                // Between two quanta, as the engine does when connections change.
                 unit->allocateRenderResources(quantum % 1000 == 0 ? 48000.0 : 44100.0);
             }
         }
@@ -112,7 +112,7 @@ int torture(std::chrono::seconds duration, unsigned seed) {
               << transcript.count(Transcript::Kind::toWet) << " to wet, "
               << transcript.count(Transcript::Kind::other) << " other" << std::endl;
     if (transcript.count(Transcript::Kind::other) > 0) {
-        std::cout << "Something was heard that is neither the effect nor its input." << std::endl;
+        std::cout << "A quantum was neither wet nor dry nor a fade." << std::endl;
         return EXIT_FAILURE;
     }
     if (!(after == before)) {

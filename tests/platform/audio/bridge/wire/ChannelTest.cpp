@@ -20,12 +20,12 @@ using namespace orvalo;
 using namespace orvalo::testing;
 using Result = MessageChannel::Result;
 
-/// A channel, and the bare other end of its socket.
+/// A channel and the plain socket at its other end.
 class Channel : public ::testing::Test {
   protected:
     Channel() : Channel(makePair()) {}
 
-    /// Reads once; what has come is in received_.
+    /// Calls receive() once; appends the messages to received_.
     Result receive() {
         return channel_.receive([this](std::uint32_t type, auto bytes) {
             received_.emplace_back(type, std::vector<std::byte>(bytes.begin(), bytes.end()));
@@ -90,7 +90,7 @@ std::string textOf(const FileDescriptor& file) {
     return {text.data(), count < 0 ? 0 : static_cast<std::size_t>(count)};
 }
 
-TEST_F(Channel, HandsOverMessagesInOrder) {
+TEST_F(Channel, DeliversMessagesInOrder) {
     std::vector<std::byte> bytes;
     const auto messages = hostMessages();
     for (const auto& message : messages) {
@@ -107,7 +107,7 @@ TEST_F(Channel, HandsOverMessagesInOrder) {
     EXPECT_FALSE(channel_.hasPart());
 }
 
-TEST_F(Channel, PutsTogetherWhatComesByteByByte) {
+TEST_F(Channel, JoinsAMessageThatArrivesByteByByte) {
     for (int round = 0; round < 2; ++round) {
         for (const auto byte : ping_) {
             EXPECT_EQ(received_.size(), static_cast<std::size_t>(round));
@@ -119,7 +119,7 @@ TEST_F(Channel, PutsTogetherWhatComesByteByByte) {
     EXPECT_EQ(received_[1].second, bodyOf(ping_));
 }
 
-TEST_F(Channel, NeverWaitsAndKeepsWhatTheSocketDoesNotTake) {
+TEST_F(Channel, NeverBlocksAndKeepsWhatTheSocketDoesNotTake) {
     std::vector<std::byte> sent;
     while (!channel_.isWaiting()) {
         auto bytes = bridge::encode(serviceMessages()[1]);
@@ -139,30 +139,30 @@ TEST_F(Channel, NeverWaitsAndKeepsWhatTheSocketDoesNotTake) {
     EXPECT_FALSE(channel_.isWaiting());
 }
 
-TEST_F(Channel, EndsWhenTheOtherSideIsGone) {
+TEST_F(Channel, IsClosedWhenTheOtherSideCloses) {
     sendBare(ping_);
     sendBare(std::span(ping_).first(13));
     bare_ = FileDescriptor();
     EXPECT_EQ(receive(), Result::closed);
     EXPECT_EQ(received_.size(), 1U);
     EXPECT_TRUE(channel_.hasPart());
-    // What is sent after that goes nowhere, without a signal.
+    // Sending after that raises no SIGPIPE.
     channel_.send(ping_);
     EXPECT_FALSE(channel_.isWaiting());
     EXPECT_EQ(receive(), Result::closed);
 }
 
-TEST_F(Channel, EndsWithoutAPartBetweenMessages) {
+TEST_F(Channel, HasNoPartWhenClosedBetweenMessages) {
     sendBare(ping_);
     bare_ = FileDescriptor();
     EXPECT_EQ(receive(), Result::closed);
     EXPECT_FALSE(channel_.hasPart());
 }
 
-/// Which of a head's numbers is wrong.
+/// An invalid head.
 class ChannelHead : public Channel, public ::testing::WithParamInterface<std::size_t> {};
 
-TEST_P(ChannelHead, BreaksTheChannelBehindTheMessagesBeforeIt) {
+TEST_P(ChannelHead, BreaksTheChannelAfterTheMessagesBeforeIt) {
     auto wrong = ping_;
     const std::uint32_t value = 0xFFFFFFFFU;
     std::memcpy(wrong.data() + GetParam() * sizeof(value), &value, sizeof(value));
@@ -175,7 +175,7 @@ TEST_P(ChannelHead, BreaksTheChannelBehindTheMessagesBeforeIt) {
 
 INSTANTIATE_TEST_SUITE_P(VersionAndLength, ChannelHead, ::testing::Values(0U, 2U));
 
-TEST_F(Channel, IsBrokenByAHandlerThatRefuses) {
+TEST_F(Channel, IsBrokenByAHandlerThatReturnsFalse) {
     isAccepted_ = false;
     sendBare(ping_);
     sendBare(ping_);
@@ -183,8 +183,8 @@ TEST_F(Channel, IsBrokenByAHandlerThatRefuses) {
     EXPECT_EQ(received_.size(), 1U);
 }
 
-TEST_F(Channel, GivesTheCallerATurnHoweverMuchComes) {
-    // More than the reads of one turn take, each of a socket's buffer at the most.
+TEST_F(Channel, ReturnsAfterALimitedNumberOfReads) {
+    // More than one receive() reads.
     const std::vector<std::byte> piece = bridge::encode(serviceMessages()[0]);
     fcntl(bare_.get(), F_SETFL, O_NONBLOCK);
     std::size_t sent = 0;

@@ -6,11 +6,11 @@
 
 namespace orvalo::testing {
 
-/// One message of each kind, with something in every field.
+/// One message of each type, with no field at its default.
 std::vector<bridge::HostMessage> hostMessages();
 std::vector<bridge::ServiceMessage> serviceMessages();
 
-/// The bytes behind a message's head.
+/// A message without its head.
 std::vector<std::byte> bodyOf(const std::vector<std::byte>& message);
 
 }  // namespace orvalo::testing

@@ -18,7 +18,7 @@ bridge::Head headOf(const std::vector<std::byte>& message) {
     return head;
 }
 
-// One UI for the messages of both sides.
+// One interface for the messages of both sides.
 std::vector<bridge::HostMessage> messages(const bridge::HostMessage& /*side*/) {
     return hostMessages();
 }
@@ -59,7 +59,7 @@ TYPED_TEST(BridgeMessages, ComeBackAsTheyWere) {
         const auto decoded = this->decoded(head.type, bodyOf(bytes));
         ASSERT_TRUE(decoded) << type;
         EXPECT_EQ(decoded->index(), type);
-        // Every byte comes from a field, so that the same bytes are the same fields.
+        // Every byte comes from a field, so equal bytes mean equal fields.
         EXPECT_EQ(bridge::encode(*decoded), bytes);
     }
 }
@@ -102,7 +102,7 @@ TEST(BridgeMessage, HasItsFieldsInOrder) {
     EXPECT_EQ(message.portCount, 9U);
 }
 
-TEST(BridgeHead, IsSoundOnlyOfThisVersionAndUpToTheLongest) {
+TEST(BridgeHead, IsSoundWithThisVersionAndAnAllowedLength) {
     auto head = headOf(bridge::encode(hostMessages()[4]));
     EXPECT_TRUE(head.isSound());
     head.length = bridge::kLongestMessage;
@@ -128,7 +128,7 @@ std::vector<std::byte> written(const auto&... fields) {
     return writer.bytes();
 }
 
-TEST(BridgeArchive, TakesNoCountThatTheRestCannotHold) {
+TEST(BridgeArchive, RejectsACountThatExceedsTheRest) {
     std::string text;
     std::vector<std::string> texts;
     std::vector<double> numbers;
@@ -145,7 +145,7 @@ TEST(BridgeArchive, TakesNoCountThatTheRestCannotHold) {
     EXPECT_EQ(numbers, std::vector<double>{1.5});
 }
 
-TEST(BridgeArchive, LeavesWhatIsBehindTheEndAsItWas) {
+TEST(BridgeArchive, KeepsTheValueOfAFieldBeyondTheEnd) {
     std::uint32_t first = 1;
     std::uint32_t second = 2;
     std::string third = "3";
@@ -154,7 +154,7 @@ TEST(BridgeArchive, LeavesWhatIsBehindTheEndAsItWas) {
     EXPECT_EQ(second, 2U);
 }
 
-TEST(BridgeArchive, TakesABoolOfTwoValuesOnly) {
+TEST(BridgeArchive, RejectsABoolOtherThan0And1) {
     bool value = false;
     EXPECT_TRUE(reads(written(std::uint8_t{1}), value));
     EXPECT_TRUE(value);

@@ -32,7 +32,7 @@ std::string refusal(const SharedAudio& audio, const SharedAudio::Layout& layout)
     }
 }
 
-TEST(SharedAudio, IsOneMemoryForBothSides) {
+TEST(SharedAudio, IsTheSameMemoryOnBothSides) {
     const auto host = SharedAudio::make(kLayout);
     const auto service = mapped(host, kLayout);
     const auto same = [&](float* ours, const float* theirs, float value) {
@@ -66,12 +66,12 @@ TEST(SharedAudio, IsOneMemoryForBothSides) {
     EXPECT_EQ(host.controlValues().back(), 4.0F);
     service.control().response = 9;
     EXPECT_EQ(host.control().response, 9U);
-    // Nothing of this has touched anything else.
+    // No area overlaps another.
     EXPECT_EQ(host.input(1).channels[0][0], 1.0F);
     EXPECT_EQ(host.output(1).channels[2][last], value - 1.0F);
 }
 
-TEST(SharedAudio, KeepsItsExtentWhoeverHasIt) {
+TEST(SharedAudio, CannotBeResized) {
     const auto host = SharedAudio::make(kLayout);
     const FileDescriptor theirs(dup(host.descriptor()));
     struct stat status {};
@@ -107,7 +107,7 @@ TEST(SharedAudio, CanBeMoved) {
     EXPECT_EQ(second.output(1).channelCount, 0U);
 }
 
-/// Each wait of the process below comes to an end by this, if by nothing else.
+/// Bounds every wait when the test fails.
 Futex::Deadline farOff() {
     return std::chrono::steady_clock::now() + std::chrono::seconds(30);
 }
@@ -148,7 +148,7 @@ TEST(Futex, HandsQuantaToAnotherProcessAndBack) {
     EXPECT_EQ(status, 0);
 }
 
-TEST(Futex, WaitsOnlyForItsValueAndUntilItsDeadline) {
+TEST(Futex, WaitsWhileTheWordHasTheValueAndUntilTheDeadline) {
     std::atomic<std::uint32_t> word{1};
     Futex::wait(word, 2, farOff());
     const auto start = std::chrono::steady_clock::now();
@@ -160,7 +160,7 @@ TEST(Futex, WaitsOnlyForItsValueAndUntilItsDeadline) {
     EXPECT_EQ(word.load(), 1U);
 }
 
-TEST(Futex, WakesAllWhoWait) {
+TEST(Futex, WakesAllWaiters) {
     std::atomic<std::uint32_t> word{0};
     std::atomic<int> woken{0};
     std::vector<std::thread> waiting;

@@ -43,7 +43,7 @@ class SharedEvents : public ::testing::Test {
         EXPECT_FALSE(reader.read(event)) << "behind the last one";
         return events;
     }
-    /// Changes a number in the area, as a hostile process does.
+    /// Overwrites a number in the area, as a hostile service can.
     void put(std::size_t at, std::uint32_t value) {
         std::memcpy(area_.data() + at, &value, sizeof(value));
     }
@@ -53,7 +53,7 @@ class SharedEvents : public ::testing::Test {
     SharedEventWriter writer_{area_};
 };
 
-TEST_F(SharedEvents, ComeBackAsTheyWereWritten) {
+TEST_F(SharedEvents, AreReadAsTheyWereWritten) {
     EXPECT_EQ(writer_.used(), 0U);
     EXPECT_TRUE(write(0, "abc"));
     EXPECT_TRUE(write(0, "d", 255));
@@ -90,7 +90,7 @@ TEST_F(SharedEvents, AreReadOnlyFromTheUsedPart) {
     EXPECT_TRUE(read(0xFFFFFFFFU).empty());
 }
 
-TEST_F(SharedEvents, EndAtALengthThatIsNoneOrLeadsOutside) {
+TEST_F(SharedEvents, EndAtAnInvalidLength) {
     constexpr std::size_t kLength = sizeof(std::uint32_t) + 1;
     write(0, "abc");
     const auto second = writer_.used();
@@ -104,7 +104,7 @@ TEST_F(SharedEvents, EndAtALengthThatIsNoneOrLeadsOutside) {
     EXPECT_EQ(read(used), (std::vector<Event>{{0, 0, "abc"}, {1, 0, "de"}}));
 }
 
-TEST_F(SharedEvents, EndAtAFrameOutsideTheQuantumOrBeforeTheLastOne) {
+TEST_F(SharedEvents, EndAtAFrameOutsideTheQuantumOrBeforeItsPredecessor) {
     write(50, "abc");
     const auto second = writer_.used();
     write(50, "def");
@@ -118,7 +118,7 @@ TEST_F(SharedEvents, EndAtAFrameOutsideTheQuantumOrBeforeTheLastOne) {
     EXPECT_EQ(read(used).size(), 2U);
 }
 
-TEST_F(SharedEvents, AreCopiedSoThatLaterChangesDoNotShow) {
+TEST_F(SharedEvents, AreCopiedBeforeTheyAreChecked) {
     write(0, "ab");
     copy_.fill(std::byte{9});
     SharedEventReader reader(area_, writer_.used(), 1, copy_);
@@ -128,14 +128,14 @@ TEST_F(SharedEvents, AreCopiedSoThatLaterChangesDoNotShow) {
     EXPECT_EQ(event.bytes.data(), copy_.data());
     EXPECT_EQ(event.bytes[0], std::byte{'a'});
     EXPECT_EQ(event.bytes[1], std::byte{'b'});
-    // At least three bytes can be read of the shortest message.
+    // The three bytes behind the message are 0.
     for (std::size_t behind = 2; behind < 5; ++behind) {
         EXPECT_EQ(copy_[behind], std::byte{0});
     }
     EXPECT_EQ(copy_[5], std::byte{9});
 }
 
-TEST_F(SharedEvents, AreNotReadThatTheCopyCannotHold) {
+TEST_F(SharedEvents, EndAtAMessageLongerThanTheCopy) {
     write(0, "abcd");
     std::array<std::byte, 3> small{};
     SharedEventReader reader(area_, writer_.used(), 1, small);

@@ -1,5 +1,5 @@
-// Effects that halve what they are fed until the control "trigger" is 0.5 or more, or until they
-// are made: then each does what its URI ends with.
+// Effects that halve their input. When the control "trigger" is 0.5 or more, or, for "made-...",
+// when they are instantiated, each does what the end of its URI says.
 
 #include <lv2/core/lv2.h>
 
@@ -23,7 +23,7 @@ struct Effect {
     std::vector<char> leak;
 };
 
-// Never reached, which the compiler must not know.
+// Never reached; atomic, so that the compiler cannot know.
 std::atomic<int> lastLevel{-1};
 
 int overflow(int level) {
@@ -43,7 +43,7 @@ void misbehave(Effect& effect, std::string_view how) {
     } else if (how == "abort") {
         std::abort();
     } else if (how == "exit") {
-        std::exit(7);  // NOLINT(concurrency-mt-unsafe): that is its misbehaviour.
+        std::exit(7);  // NOLINT(concurrency-mt-unsafe): misbehaves on purpose.
     } else if (how == "overflow") {
         lastLevel = overflow(0);
     } else if (how == "loop") {

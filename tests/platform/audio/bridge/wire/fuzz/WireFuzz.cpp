@@ -1,9 +1,9 @@
-// Feeds damaged bytes to everything that reads what another process wrote: the decoders of both
-// sides' messages, the channel over a socket, and the reader of events.
+// Feeds damaged bytes to all readers of untrusted bytes: the decoders of both sides' messages, the
+// channel and the reader of events.
 //     wire_fuzz SEED-FOLDER ROUNDS [FIRST]
 // A round depends on its number alone: "wire_fuzz <folder> 1 <number>" repeats one. Seeds are files
 // of whole messages (host-*, service-*) and of an event area (events-*); "wire_fuzz SEED-FOLDER 0"
-// writes those of this build anew.
+// writes the seeds again.
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -85,7 +85,7 @@ std::size_t below(std::size_t limit, Generator& generator) {
     return limit == 0 ? 0 : generator() % limit;
 }
 
-/// One to six changes: bits, bytes, whole numbers with a meaning, cuts and copies.
+/// Makes one to six changes: bits, bytes, boundary values, cuts and copies.
 Bytes mutated(Bytes bytes, Generator& generator) {
     constexpr std::array<std::uint32_t, 8> kNumbers{0,
                                                     1,
@@ -128,7 +128,7 @@ Bytes mutated(Bytes bytes, Generator& generator) {
     return bytes;
 }
 
-/// What is decoded must be just that many bytes, and give them again.
+/// A decoded message must encode to the same bytes.
 template <typename Message>
 void check(const std::optional<Message>& message, std::uint32_t type,
            std::span<const std::byte> body, Counts& counts) {
@@ -180,7 +180,7 @@ void useChannel(const Bytes& bytes, Generator& generator, Counts& counts) {
 }
 
 void readEvents(const Bytes& bytes, Generator& generator, Counts& counts) {
-    // Another part may be said to be used than there is.
+    // The used part may be stated larger than the area.
     const auto used = generator() % 4 == 0 ? static_cast<std::uint32_t>(generator())
                                            : static_cast<std::uint32_t>(bytes.size());
     const auto frames = static_cast<std::uint32_t>(1 + below(64, generator));
@@ -228,7 +228,7 @@ int main(int argc, char** argv) {
         }
         const Bytes body(seed.begin() + sizeof(bridge::Head), seed.end());
         decode(static_cast<std::uint32_t>(below(12, generator)), mutated(body, generator), counts);
-        // Sound messages around a damaged one.
+        // A damaged message between two intact ones.
         auto stream = seeds[below(seeds.size(), generator)].second;
         const auto damaged = mutated(seed, generator);
         stream.insert(stream.end(), damaged.begin(), damaged.end());
@@ -237,6 +237,6 @@ int main(int argc, char** argv) {
     }
     std::printf("%ld rounds: %ld decoded, %ld refused, %ld events\n", rounds, counts.decoded,
                 counts.refused, counts.events);
-    // A fuzzer that gets nowhere proves nothing.
+    // Without decoded messages the fuzzer tests nothing.
     return rounds < 100 || (counts.decoded > 0 && counts.refused > 0 && counts.events > 0) ? 0 : 1;
 }
