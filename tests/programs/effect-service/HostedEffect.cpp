@@ -14,16 +14,11 @@ namespace {
 constexpr std::uint32_t kNumber = 1000;
 constexpr std::chrono::seconds kPatience{30};
 
-LV2PluginData readData(LV2World& world, const std::string& uri) {
-    const LV2World::Access access(world);
-    return LV2PluginData::read(access, uri);
-}
-
 }  // namespace
 
 HostedEffect::HostedEffect(const std::string& folder, const std::string& uri)
     : world_({{folder}, folder + "/none"}),
-      data_(readData(world_, uri)),
+      data_(LV2PluginData::read(LV2World::Access(world_), uri)),
       audio_(SharedAudio::make({data_.inputChannelCount, data_.outputChannelCount,
                                 static_cast<std::uint32_t>(data_.ports.size())})) {
     request.number = kNumber;

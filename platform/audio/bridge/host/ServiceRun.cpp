@@ -268,7 +268,8 @@ void ServiceRun::disconnectRender() {
 }
 
 ServiceRun::End ServiceRun::finish() {
-    observeQuanta(Clock::now());
+    const auto now = Clock::now();
+    observeQuanta(now);
     disconnectRender();
     if (reason_.empty() && !process_.endsWithin(surroundings_.limits.farewell)) {
         reason_ = "closed its connection";
@@ -282,7 +283,7 @@ ServiceRun::End ServiceRun::finish() {
     const auto exit = process_.end();
     surroundings_.last.takeControls(session_->audio.controlValues(), surroundings_.order.ports);
     log_.finish(Clock::now());
-    End end{(reason_.empty() ? exit : reason_) + activity(), log_.lastMessage(), {}, {}};
+    End end{(reason_.empty() ? exit : reason_) + activity(now), log_.lastMessage(), {}, {}};
     for (auto& command : pending_.takeAll()) {
         const bool isRepeatable = std::holds_alternative<bridge::Prepare>(command.message) ||
                                   std::holds_alternative<bridge::SetContextName>(command.message);
@@ -291,13 +292,13 @@ ServiceRun::End ServiceRun::finish() {
     return end;
 }
 
-std::string ServiceRun::activity() const {
+std::string ServiceRun::activity(Time now) const {
     if (const auto request = pending_.activity(); !request.empty()) {
         return request;
     }
     // A service that hangs in a quantum is killed `hang` after it got the quantum.
     const auto recently = surroundings_.limits.hang + std::chrono::seconds(1);
-    return lastQuantum_ > 0 && Clock::now() - lastQuantumTime_ < recently ? " while playing" : "";
+    return lastQuantum_ > 0 && now - lastQuantumTime_ < recently ? " while playing" : "";
 }
 
 }  // namespace orvalo

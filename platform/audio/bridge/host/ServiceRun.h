@@ -84,7 +84,7 @@ class ServiceRun {
     std::string excessiveMemory(Time now);
 
     void disconnectRender();
-    std::string activity() const;
+    std::string activity(Time now) const;
 
     Surroundings surroundings_;
     ServiceProcess process_;
