@@ -11,7 +11,7 @@
 #include "tests/platform/plugin-ui/x11/Toplevel.h"
 #include "tests/programs/effect-service/ForeignWindow.h"
 #include "tests/programs/effect-service/HostedEffect.h"
-#include "tests/programs/effect-service/effects/FaceDeed.h"
+#include "tests/programs/effect-service/effects/UIDeed.h"
 #include "tests/testing/WaitUntil.h"
 #include "tests/testing/XServer.h"
 
@@ -20,7 +20,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::HasSubstr;
-using zoo::FaceDeed;
+using zoo::UIDeed;
 
 constexpr std::uint32_t kDeedPort = 2;
 constexpr unsigned kColor = 0x336699;
@@ -31,9 +31,9 @@ constexpr X11Rect kOnScreen{150, 140, 400, 300};
 /// An effect's UI, whose host is this program.
 class ServicePluginUI : public ::testing::Test {
   protected:
-    ServicePluginUI() { effect_.emplace(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:face"); }
+    ServicePluginUI() { effect_.emplace(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:window"); }
 
-    void make(FaceDeed deed = FaceDeed::none) {
+    void make(UIDeed deed = UIDeed::none) {
         effect_->request.controls = {{kDeedPort, static_cast<float>(deed)}};
         effect_->mustInstantiate();
     }
@@ -82,9 +82,9 @@ TEST_F(ServicePluginUI, IsInTheHostsWindowUntilItIsClosed) {
     close();
     EXPECT_EQ(rectangleOf(window_), X11Rect());
     EXPECT_TRUE(isPainted(200, 200, 0x202020));
-    const auto turns = control("turns");
+    const auto updates = control("updates");
     ping();
-    EXPECT_EQ(control("turns"), turns);
+    EXPECT_EQ(control("updates"), updates);
     open();
     EXPECT_TRUE(comesTo(window_, kOnScreen));
     EXPECT_EQ(service().standardError(), "");
@@ -110,12 +110,12 @@ TEST_F(ServicePluginUI, IsUpdatedAlsoWhileItIsHidden) {
     open();
     service().send(bridge::ShowPluginUI{false});
     ping();
-    const auto turns = control("turns");
-    EXPECT_TRUE(pollUntil([=, this] { return control("turns") >= turns + 2; }));
+    const auto updates = control("updates");
+    EXPECT_TRUE(pollUntil([=, this] { return control("updates") >= updates + 2; }));
 }
 
 TEST_F(ServicePluginUI, RequestsASize) {
-    make(FaceDeed::askForSize);
+    make(UIDeed::requestSize);
     open();
     const auto wish = service().await<bridge::PluginUIResizeRequest>();
     EXPECT_EQ(wish.width, 432);
@@ -123,21 +123,21 @@ TEST_F(ServicePluginUI, RequestsASize) {
 }
 
 TEST_F(ServicePluginUI, ReportsThatItHasClosedItselfAndIsNotUpdatedAnyMore) {
-    make(FaceDeed::close);
+    make(UIDeed::close);
     open();
     EXPECT_EQ(service().await<bridge::PluginUIClosed>().reason, "it has closed itself");
-    EXPECT_EQ(control("turns"), 1.0F);
+    EXPECT_EQ(control("updates"), 1.0F);
     service().send(bridge::ShowPluginUI{false});
     service().send(bridge::ShowPluginUI{true});
     service().send(bridge::ResizePluginUI{10, 10});
     ping();
-    EXPECT_EQ(control("turns"), 1.0F);
+    EXPECT_EQ(control("updates"), 1.0F);
     EXPECT_EQ(control("width"), 0.0F);
     close();
 }
 
 TEST_F(ServicePluginUI, IsCleanedUpWhenItsUpdateReturns) {
-    make(FaceDeed::nest);
+    make(UIDeed::nest);
     open();
     // From now on the UI is inside of its update.
     service().await<bridge::PluginUIResizeRequest>();
@@ -169,9 +169,9 @@ TEST_F(ServicePluginUI, ReportsThatItIsOutdatedWhenItsInstanceIsReplaced) {
 }
 
 TEST_F(ServicePluginUI, SurvivesItsXErrorsAndLogsThem) {
-    make(FaceDeed::badWindow);
+    make(UIDeed::badWindow);
     open();
-    ASSERT_TRUE(pollUntil([this] { return control("turns") > 2.0F; }));
+    ASSERT_TRUE(pollUntil([this] { return control("updates") > 2.0F; }));
     EXPECT_THAT(service().standardError(),
                 HasSubstr("made an X11 error (BadWindow (invalid Window parameter), request 8.0); "
                           "ignored."));
@@ -199,7 +199,7 @@ TEST_F(ServicePluginUI, ReportsWhyItCannotBeOpened) {
 
 TEST_F(ServicePluginUI, OpensAlsoAfterTheXServerOfItsEnvironmentEnded) {
     std::optional<XServer> server(std::in_place);
-    effect_.emplace(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:face");
+    effect_.emplace(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:window");
     make();
     service().send(bridge::LoadPluginUI{++number_});
     ASSERT_EQ(service().answer(number_), "");
@@ -220,7 +220,7 @@ TEST_F(ServicePluginUI, ReportsThatAnEffectHasNoUI) {
 }
 
 TEST_F(ServicePluginUI, EndsTheServiceWhenItExits) {
-    make(FaceDeed::leave);
+    make(UIDeed::leave);
     open();
     EXPECT_EQ(service().waitForEnd(), 7);
 }

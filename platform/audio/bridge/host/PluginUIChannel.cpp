@@ -28,7 +28,7 @@ bool isResizeRequest(const PluginUIEvent& event) {
 
 }  // namespace
 
-void PluginUIChannel::setListener(Listener listener) {
+void PluginUIChannel::setListener(const Listener& listener) {
     PluginUIEvent condition;
     {
         const std::scoped_lock lock(mutex_);

@@ -47,7 +47,7 @@ class PluginUIChannel : public NSObject {
     /// Replaces the listener, which gets all further events on the main thread, in order; an empty
     /// one drops them. The listener first gets the service's condition: ServiceReady within this
     /// call, ServiceGivenUp soon, nothing while the service starts.
-    void setListener(Listener listener);
+    void setListener(const Listener& listener);
 
     // Commands for the service whose ServiceReady the listener got last. Dropped where there is no
     // such service, or not any more.

@@ -69,7 +69,7 @@ class BridgedKeys : public ::testing::Test {
     const unsigned long inside_;
     const std::shared_ptr<X11Connection> connection_ = X11Connection::open(g_getenv("DISPLAY"));
     std::shared_ptr<BridgedAudioUnit> unit_ = std::make_shared<BridgedAudioUnit>(
-        world(), "urn:orvalo:service:face", AudioComponentDescription{},
+        world(), "urn:orvalo:service:window", AudioComponentDescription{},
         Bundle::main()->helperURL("effect-service").path(), unhurriedLimits());
     std::unique_ptr<BridgedEmbeddedPluginUI> pluginUI_;
     unsigned long container_ = 0;

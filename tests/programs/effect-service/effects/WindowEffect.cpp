@@ -1,6 +1,6 @@
-// An effect whose UI is a plain coloured window. What it is told, it writes into controls:
-// where it was clicked, the width that it was given and the number of its turns. Keys it sends on.
-// It ends the process when it is cleaned up inside of a turn.
+// An effect whose UI is a coloured window. The UI sets controls to the place of the last click, its
+// width and the number of its updates. It sends all keys on. It ends the process when it is cleaned
+// up inside of an update.
 
 #include <X11/Xlib.h>
 #include <glib.h>
@@ -13,13 +13,13 @@
 #include <string_view>
 #include <utility>
 
-#include "tests/programs/effect-service/effects/FaceDeed.h"
+#include "tests/programs/effect-service/effects/UIDeed.h"
 
 namespace {
 
-using orvalo::zoo::FaceDeed;
+using orvalo::zoo::UIDeed;
 
-enum Port { kIn, kOut, kDeed, kLevel, kWidth, kTurns };
+enum Port { kIn, kOut, kDeed, kLevel, kWidth, kUpdates };
 
 struct Effect {
     std::array<float*, 6> ports{};
@@ -43,28 +43,30 @@ void endEffect(LV2_Handle handle) {
     delete static_cast<Effect*>(handle);
 }
 
-struct Face {
+struct UI {
     LV2UI_Write_Function write;
     LV2UI_Controller controller;
     LV2UI_Resize* resize = nullptr;
     Display* display = nullptr;
     Window parent = 0;
     Window window = 0;
-    FaceDeed deed = FaceDeed::none;
-    float turns = 0.0F;
-    bool isInTurn = false;
+    UIDeed deed = UIDeed::none;
+    float updates = 0.0F;
+    bool isUpdating = false;
 
-    void say(Port port, float value) const { write(controller, port, sizeof(value), 0, &value); }
-    void askForSize() const { resize->ui_resize(resize->handle, 432, 321); }
-    /// What has come to the window; whether it was a message.
-    bool takeEvents() const {
+    void setControl(Port port, float value) const {
+        write(controller, port, sizeof(value), 0, &value);
+    }
+    void requestSize() const { resize->ui_resize(resize->handle, 432, 321); }
+    /// Handles the events of the window; true if there was a message.
+    bool handleEvents() const {
         bool isMessage = false;
         while (XPending(display) > 0) {
             XEvent event;
             XNextEvent(display, &event);
             isMessage = isMessage || event.type == ClientMessage;
             if (event.type == ButtonPress) {
-                say(kLevel, static_cast<float>(event.xbutton.x));
+                setControl(kLevel, static_cast<float>(event.xbutton.x));
             } else if (event.type == KeyPress) {
                 event.xkey.window = parent;
                 XSendEvent(display, parent, True, KeyPressMask, &event);
@@ -73,23 +75,22 @@ struct Face {
         return isMessage;
     }
     void nest() {
-        isInTurn = true;
+        isUpdating = true;
         const auto clock = g_timeout_add(
             1, [](void*) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-        askForSize();
-        while (!takeEvents()) {
+        requestSize();
+        while (!handleEvents()) {
             g_main_context_iteration(nullptr, TRUE);
         }
         g_source_remove(clock);
-        isInTurn = false;
+        isUpdating = false;
     }
 };
 
-LV2UI_Handle makeFace(const LV2UI_Descriptor* /*descriptor*/, const char* /*plugin*/,
-                      const char* /*bundle*/, LV2UI_Write_Function write,
-                      LV2UI_Controller controller, LV2UI_Widget* widget,
-                      const LV2_Feature* const* features) {
-    auto* self = new Face{write, controller};
+LV2UI_Handle makeUI(const LV2UI_Descriptor* /*descriptor*/, const char* /*plugin*/,
+                    const char* /*bundle*/, LV2UI_Write_Function write, LV2UI_Controller controller,
+                    LV2UI_Widget* widget, const LV2_Feature* const* features) {
+    auto* self = new UI{write, controller};
     for (; *features != nullptr; ++features) {
         const std::string_view uri((*features)->URI);
         if (uri == LV2_UI__parent) {
@@ -107,9 +108,9 @@ LV2UI_Handle makeFace(const LV2UI_Descriptor* /*descriptor*/, const char* /*plug
     return self;
 }
 
-void endFace(LV2UI_Handle handle) {
-    auto* self = static_cast<Face*>(handle);
-    if (self->isInTurn) {
+void endUI(LV2UI_Handle handle) {
+    auto* self = static_cast<UI*>(handle);
+    if (self->isUpdating) {
         std::_Exit(8);
     }
     XDestroyWindow(self->display, self->window);
@@ -120,31 +121,31 @@ void endFace(LV2UI_Handle handle) {
 void takeValue(LV2UI_Handle handle, std::uint32_t port, std::uint32_t /*size*/,
                std::uint32_t format, const void* buffer) {
     if (port == kDeed && format == 0) {
-        static_cast<Face*>(handle)->deed =
-            static_cast<FaceDeed>(static_cast<int>(*static_cast<const float*>(buffer)));
+        static_cast<UI*>(handle)->deed =
+            static_cast<UIDeed>(static_cast<int>(*static_cast<const float*>(buffer)));
     }
 }
 
 int idle(LV2UI_Handle handle) {
-    auto& self = *static_cast<Face*>(handle);
-    self.say(kTurns, ++self.turns);
-    self.takeEvents();
-    switch (std::exchange(self.deed, FaceDeed::none)) {
-        case FaceDeed::none:
+    auto& self = *static_cast<UI*>(handle);
+    self.setControl(kUpdates, ++self.updates);
+    self.handleEvents();
+    switch (std::exchange(self.deed, UIDeed::none)) {
+        case UIDeed::none:
             break;
-        case FaceDeed::close:
+        case UIDeed::close:
             return 1;
-        case FaceDeed::askForSize:
-            self.askForSize();
+        case UIDeed::requestSize:
+            self.requestSize();
             break;
-        case FaceDeed::badWindow:
+        case UIDeed::badWindow:
             XMapWindow(self.display, 0x7ffffff);
             XSync(self.display, False);
             break;
-        case FaceDeed::leave:
+        case UIDeed::leave:
             std::_Exit(7);
-        case FaceDeed::nest:
-            self.say(kDeed, 0.0F);
+        case UIDeed::nest:
+            self.setControl(kDeed, 0.0F);
             self.nest();
             return 1;
     }
@@ -152,7 +153,7 @@ int idle(LV2UI_Handle handle) {
 }
 
 int setSize(LV2UI_Feature_Handle handle, int width, int /*height*/) {
-    static_cast<Face*>(handle)->say(kWidth, static_cast<float>(width));
+    static_cast<UI*>(handle)->setControl(kWidth, static_cast<float>(width));
     return 0;
 }
 
@@ -169,7 +170,7 @@ const void* extensionData(const char* uri) {
 }  // namespace
 
 extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
-    static const LV2_Descriptor descriptor{"urn:orvalo:service:face",
+    static const LV2_Descriptor descriptor{"urn:orvalo:service:window",
                                            makeEffect,
                                            connectPort,
                                            nullptr,
@@ -181,7 +182,7 @@ extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t 
 }
 
 extern "C" LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
-    static const LV2UI_Descriptor descriptor{"urn:orvalo:service:face#ui", makeFace, endFace,
+    static const LV2UI_Descriptor descriptor{"urn:orvalo:service:window#ui", makeUI, endUI,
                                              takeValue, extensionData};
     return index == 0 ? &descriptor : nullptr;
 }
