@@ -59,6 +59,23 @@ function(orvalo_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_precompiled)
 endfunction()
 
+# orvalo_late_library(<library> <name> <targets>): the library calls the imported targets' libraries
+# through LateLibrary. They are linked with a module of this name, which has no code of its own: so
+# the tools that compute a package's dependencies see them.
+function(orvalo_late_library library name)
+    add_library(${name} MODULE "${CMAKE_BINARY_DIR}/precompiled.cpp")
+    target_link_libraries(${name} PRIVATE ${ARGN})
+    target_link_options(${name} PRIVATE LINKER:--no-as-needed)
+    set_target_properties(${name} PROPERTIES
+        PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${ORVALO_STAGE}/lib/orvalo")
+    install(TARGETS ${name} LIBRARY DESTINATION lib/orvalo)
+    foreach(target IN LISTS ARGN)
+        target_include_directories(${library} SYSTEM PRIVATE
+            $<TARGET_PROPERTY:${target},INTERFACE_INCLUDE_DIRECTORIES>)
+    endforeach()
+    add_dependencies(${library} ${name})
+endfunction()
+
 # The longest tests and their seconds: they start first, so that none of them is waited for at the end.
 # CTest knows by itself what it has run once, which on a fresh clone is nothing.
 set(ORVALO_LONG_TESTS

@@ -31,25 +31,11 @@ This package contains the application (orvalo), its twin for the terminal
 (orvalo-play), the effect and the music, a window that shows easing curves
 at work (orvalo-easing), and the settings for the terminal (orvalo-defaults).")
 
-# The libraries that the programs are linked with are found by dpkg-shlibdeps. FFmpeg's are loaded
-# when they are needed, by the versions that the programs were built with, WebKitGTK with the first
-# page, and libsoup with the first request.
+# dpkg-shlibdeps finds the libraries; those that are loaded late are linked with lib/orvalo.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-pkg_check_modules(PACKAGED_CODEC REQUIRED libavcodec)
-pkg_check_modules(PACKAGED_FORMAT REQUIRED libavformat)
-pkg_check_modules(PACKAGED_RESAMPLER REQUIRED libswresample)
-pkg_check_modules(PACKAGED_UTILITIES REQUIRED libavutil)
-string(REGEX MATCH "^[0-9]+" codec "${PACKAGED_CODEC_VERSION}")
-string(REGEX MATCH "^[0-9]+" format "${PACKAGED_FORMAT_VERSION}")
-string(REGEX MATCH "^[0-9]+" resampler "${PACKAGED_RESAMPLER_VERSION}")
-string(REGEX MATCH "^[0-9]+" utilities "${PACKAGED_UTILITIES_VERSION}")
 # The sandbox of the web view is made of two programs; GTK reads pictures for its icons by plug-in.
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
-    "libavcodec${codec} | libavcodec-extra${codec}"
-    "libavformat${format} | libavformat-extra${format}"
-    "libavutil${utilities}" "libswresample${resampler}"
-    adwaita-icon-theme bubblewrap hicolor-icon-theme libsoup-3.0-0 libwebkitgtk-6.0-4
-    librsvg2-common xdg-dbus-proxy)
+    adwaita-icon-theme bubblewrap hicolor-icon-theme librsvg2-common xdg-dbus-proxy)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "fonts-dejavu-core | fonts-cantarell" libasound2-plugins xdg-desktop-portal xdg-utils)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_SUGGESTS

@@ -4,7 +4,7 @@
 
 #include "platform/foundation/Timer.h"
 #include "platform/foundation/URLRequest.h"
-#include "platform/web/WebKitLibrary.h"
+#include "platform/web/WebKit.h"
 
 namespace orvalo {
 
@@ -82,7 +82,7 @@ void LoadWatch::expire() {
     stop(State::idle);
     g_warning("Nothing came from %s for %g s; its loading was stopped.", address_.c_str(),
               interval_);
-    webkit().webkit_web_view_stop_loading(view_);
+    lateWebKit(webkit_web_view_stop_loading)(view_);
 }
 
 }  // namespace orvalo

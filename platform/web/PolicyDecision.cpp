@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/foundation/FatalError.h"
-#include "platform/web/WebKitLibrary.h"
+#include "platform/web/WebKit.h"
 
 namespace orvalo {
 
@@ -39,9 +39,9 @@ void PolicyDecision::settle(bool isAllowed) {
         return;
     }
     if (isAllowed) {
-        webkit().webkit_policy_decision_use(engine_);
+        lateWebKit(webkit_policy_decision_use)(engine_);
     } else {
-        webkit().webkit_policy_decision_ignore(engine_);
+        lateWebKit(webkit_policy_decision_ignore)(engine_);
     }
     g_object_unref(std::exchange(engine_, nullptr));
 }

@@ -17,7 +17,7 @@
 #include "platform/web/WKWebViewConfiguration.h"
 #include "platform/web/WKWindowFeatures.h"
 #include "platform/web/WebAddress.h"
-#include "platform/web/WebKitLibrary.h"
+#include "platform/web/WebKit.h"
 #include "platform/web/WebSandbox.h"
 #include "platform/web/WebTrouble.h"
 
@@ -28,21 +28,22 @@ namespace {
 GtkWidget* newWidget(const std::shared_ptr<WKWebView>& opener) {
     requireMainThread("WKWebView");
     // A page that is opened by another one shares its process.
-    return GTK_WIDGET(g_object_new(webkit().webkit_web_view_get_type(), "related-view",
+    return GTK_WIDGET(g_object_new(lateWebKit(webkit_web_view_get_type)(), "related-view",
                                    opener ? opener->widget() : nullptr, nullptr));
 }
 
 std::shared_ptr<URLResponse> responseOf(WebKitURIResponse* response) {
-    auto url = webAddress(webkit().webkit_uri_response_get_uri(response));
-    if (const auto status = webkit().webkit_uri_response_get_status_code(response); status != 0) {
+    auto url = webAddress(lateWebKit(webkit_uri_response_get_uri)(response));
+    if (const auto status = lateWebKit(webkit_uri_response_get_status_code)(response);
+        status != 0) {
         return std::make_shared<HTTPURLResponse>(std::move(url), status);
     }
     return std::make_shared<URLResponse>(std::move(url));
 }
 
 URLRequest requestOf(WebKitNavigationAction* action) {
-    auto* request = webkit().webkit_navigation_action_get_request(action);
-    return {.url = webAddress(webkit().webkit_uri_request_get_uri(request))};
+    auto* request = lateWebKit(webkit_navigation_action_get_request)(action);
+    return {.url = webAddress(lateWebKit(webkit_uri_request_get_uri)(request))};
 }
 
 /// Whether pages can be loaded at all; a line on standard error if not.
@@ -56,11 +57,11 @@ bool canLoad() {
 
 /// Whether the engine loads a part of its own viewer for documents, which no page has asked for.
 bool isViewerPart(WebKitResponsePolicyDecision* decision) {
-    auto* response = webkit().webkit_response_policy_decision_get_response(decision);
+    auto* response = lateWebKit(webkit_response_policy_decision_get_response)(decision);
     constexpr std::string_view scheme = "webkit-pdfjs-viewer:";
-    return webkit().webkit_response_policy_decision_is_main_frame_main_resource(decision) ==
+    return lateWebKit(webkit_response_policy_decision_is_main_frame_main_resource)(decision) ==
                FALSE &&
-           std::string_view(webkit().webkit_uri_response_get_uri(response)).starts_with(scheme);
+           std::string_view(lateWebKit(webkit_uri_response_get_uri)(response)).starts_with(scheme);
 }
 
 }  // namespace
@@ -72,10 +73,10 @@ struct WKWebView::Signals {
         if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
             self->decideResponse(decision);
         } else {
-            auto* action = webkit().webkit_navigation_policy_decision_get_navigation_action(
+            auto* action = lateWebKit(webkit_navigation_policy_decision_get_navigation_action)(
                 reinterpret_cast<WebKitNavigationPolicyDecision*>(decision));
             self->decideAction(decision, requestOf(action),
-                               webkit().webkit_navigation_action_is_redirect(action) != FALSE);
+                               lateWebKit(webkit_navigation_action_is_redirect)(action) != FALSE);
         }
         return TRUE;
     }
@@ -100,8 +101,8 @@ WKWebView::WKWebView(const std::shared_ptr<WKWebViewConfiguration>& configuratio
 
 void WKWebView::connect() {
     // As on any desktop, scripts may ask for windows; the delegate decides.
-    webkit().webkit_settings_set_javascript_can_open_windows_automatically(
-        webkit().webkit_web_view_get_settings(engine()), TRUE);
+    lateWebKit(webkit_settings_set_javascript_can_open_windows_automatically)(
+        lateWebKit(webkit_web_view_get_settings)(engine()), TRUE);
     g_signal_connect(engine(), "decide-policy", G_CALLBACK(Signals::decidePolicy), this);
     g_signal_connect(engine(), "create", G_CALLBACK(Signals::create), this);
     watch_ = std::make_unique<LoadWatch>(engine());
@@ -115,7 +116,7 @@ WKWebView::~WKWebView() {
     for (const auto& decision : decisions_) {
         decision->end();
     }
-    webkit().webkit_web_view_stop_loading(engine());
+    lateWebKit(webkit_web_view_stop_loading)(engine());
 }
 
 WebKitWebView* WKWebView::engine() const {
@@ -124,7 +125,7 @@ WebKitWebView* WKWebView::engine() const {
 
 void WKWebView::registerClass() {
     UIView::setLateClass("WebKitWebView", [] {
-        UIView::setClass(webkit().webkit_web_view_get_type(),
+        UIView::setClass(lateWebKit(webkit_web_view_get_type)(),
                          [](GtkWidget* widget) { return std::make_shared<WKWebView>(widget); });
     });
 }
@@ -154,7 +155,7 @@ std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
     if (request.url) {
         if (canLoad()) {
             watch_->setInterval(request.timeout());
-            webkit().webkit_web_view_load_uri(engine(), request.url->absoluteString().c_str());
+            lateWebKit(webkit_web_view_load_uri)(engine(), request.url->absoluteString().c_str());
         }
     } else {
         // Later, as with every other load; the engine has no such loads.
@@ -172,8 +173,8 @@ std::shared_ptr<WKNavigation> WKWebView::loadHTMLString(const std::string& strin
     requireMainThread("WKWebView.loadHTMLString");
     if (canLoad()) {
         watch_->setInterval(URLRequest::defaultTimeout);
-        webkit().webkit_web_view_load_html(engine(), string.c_str(),
-                                           baseURL ? baseURL->absoluteString().c_str() : nullptr);
+        lateWebKit(webkit_web_view_load_html)(
+            engine(), string.c_str(), baseURL ? baseURL->absoluteString().c_str() : nullptr);
     }
     return std::make_shared<WKNavigation>();
 }
@@ -203,14 +204,14 @@ void WKWebView::decideResponse(WebKitPolicyDecision* decision) {
     const auto self = shared(this);
     auto* response = reinterpret_cast<WebKitResponsePolicyDecision*>(decision);
     const bool halts =
-        webkit().webkit_response_policy_decision_is_main_frame_main_resource(response) != FALSE;
+        lateWebKit(webkit_response_policy_decision_is_main_frame_main_resource)(response) != FALSE;
     const auto answer = open(
         decision, "The decision handler of webView(decidePolicyFor: WKNavigationResponse)", halts);
     const auto delegate = navigationDelegate_.lock();
     if (delegate && !isViewerPart(response)) {
         delegate->webView(self,
                           std::make_shared<WKNavigationResponse>(responseOf(
-                              webkit().webkit_response_policy_decision_get_response(response))),
+                              lateWebKit(webkit_response_policy_decision_get_response)(response))),
                           [answer](WKNavigationResponsePolicy policy) {
                               answer(policy == WKNavigationResponsePolicy::allow);
                           });

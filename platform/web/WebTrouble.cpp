@@ -1,6 +1,6 @@
 #include "platform/web/WebTrouble.h"
 
-#include "platform/web/WebKitLibrary.h"
+#include "platform/web/WebKit.h"
 
 namespace orvalo {
 
@@ -8,9 +8,9 @@ namespace {
 
 /// Whether a load ended because somebody wanted it so.
 bool isWanted(const GError* error) {
-    return g_error_matches(error, webkit().webkit_network_error_quark(),
+    return g_error_matches(error, lateWebKit(webkit_network_error_quark)(),
                            WEBKIT_NETWORK_ERROR_CANCELLED) ||
-           g_error_matches(error, webkit().webkit_policy_error_quark(),
+           g_error_matches(error, lateWebKit(webkit_policy_error_quark)(),
                            WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
 }
 
@@ -37,15 +37,16 @@ const char* reasonText(WebKitWebProcessTerminationReason reason) {
 
 void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
                        gpointer /*data*/) {
-    g_warning("The process of the page %s %s.", webkit().webkit_web_view_get_uri(view),
+    g_warning("The process of the page %s %s.", lateWebKit(webkit_web_view_get_uri)(view),
               reasonText(reason));
 }
 
 void refuseDownload(WebKitNetworkSession* /*session*/, WebKitDownload* download,
                     gpointer /*data*/) {
-    g_warning("The download of %s was refused.",
-              webkit().webkit_uri_request_get_uri(webkit().webkit_download_get_request(download)));
-    webkit().webkit_download_cancel(download);
+    g_warning(
+        "The download of %s was refused.",
+        lateWebKit(webkit_uri_request_get_uri)(lateWebKit(webkit_download_get_request)(download)));
+    lateWebKit(webkit_download_cancel)(download);
 }
 
 }  // namespace
@@ -54,7 +55,7 @@ void reportTrouble(WebKitWebView* view) {
     g_signal_connect(view, "load-failed", G_CALLBACK(loadFailed), nullptr);
     g_signal_connect(view, "web-process-terminated", G_CALLBACK(processTerminated), nullptr);
     static const auto downloads =
-        g_signal_connect(webkit().webkit_network_session_get_default(), "download-started",
+        g_signal_connect(lateWebKit(webkit_network_session_get_default)(), "download-started",
                          G_CALLBACK(refuseDownload), nullptr);
     static_cast<void>(downloads);
 }

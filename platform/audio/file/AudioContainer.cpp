@@ -69,15 +69,15 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
     if (file.size() == 0) {
         throw refusal(FileRefusal::empty, file.path(), "the file is empty");
     }
-    auto* bytes = static_cast<std::uint8_t*>(ffmpeg().av_malloc(kInputBytes));
+    auto* bytes = static_cast<std::uint8_t*>(lateFFmpeg(av_malloc)(kInputBytes));
     input_.reset(
-        ffmpeg().avio_alloc_context(bytes, kInputBytes, 0, this, readBytes, nullptr, seekBytes));
+        lateFFmpeg(avio_alloc_context)(bytes, kInputBytes, 0, this, readBytes, nullptr, seekBytes));
     if (bytes == nullptr || !input_) {
         fatalError("No memory to open an audio file.");
     }
     context_.reset(openContext());
     AVFormatContext* const context = context_.get();
-    ffmpeg().avformat_find_stream_info(context, nullptr);
+    lateFFmpeg(avformat_find_stream_info)(context, nullptr);
     for (unsigned index = 0; index < context->nb_streams; ++index) {
         AVStream* const stream = context->streams[index];
         if (stream_ == nullptr && stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO) {
@@ -94,24 +94,24 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
 // Opens the context over input_, when the file is of a kind that it may be.
 AVFormatContext* AudioContainer::openContext() {
     const AVInputFormat* kind = nullptr;
-    const int score = ffmpeg().av_probe_input_buffer2(input_.get(), &kind, "", nullptr, 0, 0);
-    if (score < 0 || kind == nullptr || ffmpeg().av_match_list(kind->name, kKinds, ',') == 0 ||
+    const int score = lateFFmpeg(av_probe_input_buffer2)(input_.get(), &kind, "", nullptr, 0, 0);
+    if (score < 0 || kind == nullptr || lateFFmpeg(av_match_list)(kind->name, kKinds, ',') == 0 ||
         (score < kLeastProbeScore && !beginsWithTag(file_))) {
         throw refusal(FileRefusal::unknownKind, file_.path(), "not a sound file of a known kind");
     }
-    AVFormatContext* context = ffmpeg().avformat_alloc_context();
+    AVFormatContext* context = lateFFmpeg(avformat_alloc_context)();
     if (context == nullptr) {
         fatalError("No memory to open an audio file.");
     }
     context->pb = input_.get();
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
     context->io_open = refuseToOpen;
-    ffmpeg().av_opt_set(context, "format_whitelist", kKinds, 0);
+    lateFFmpeg(av_opt_set)(context, "format_whitelist", kKinds, 0);
     // Lengths and starts come from the edit list itself, which is exacter than its use by FFmpeg.
     AVDictionary* options = nullptr;
-    ffmpeg().av_dict_set_int(&options, "ignore_editlist", 1, 0);
-    const int opened = ffmpeg().avformat_open_input(&context, nullptr, kind, &options);
-    ffmpeg().av_dict_free(&options);
+    lateFFmpeg(av_dict_set_int)(&options, "ignore_editlist", 1, 0);
+    const int opened = lateFFmpeg(avformat_open_input)(&context, nullptr, kind, &options);
+    lateFFmpeg(av_dict_free)(&options);
     if (opened < 0) {
         throw refusal(FileRefusal::brokenHeader, file_.path(), "its header is damaged or cut off");
     }
@@ -121,13 +121,13 @@ AVFormatContext* AudioContainer::openContext() {
 AudioContainer::~AudioContainer() = default;
 
 bool AudioContainer::isKind(const char* name) const {
-    return ffmpeg().av_match_name(name, context_->iformat->name) != 0;
+    return lateFFmpeg(av_match_name)(name, context_->iformat->name) != 0;
 }
 
 bool AudioContainer::readPacket(AVPacket& packet) {
     for (int failures = 0; failures < kMostFailuresInARow;) {
-        ffmpeg().av_packet_unref(&packet);
-        const int result = ffmpeg().av_read_frame(context_.get(), &packet);
+        lateFFmpeg(av_packet_unref)(&packet);
+        const int result = lateFFmpeg(av_read_frame)(context_.get(), &packet);
         if (result == AVERROR_EOF) {
             return false;
         }
@@ -141,8 +141,8 @@ bool AudioContainer::readPacket(AVPacket& packet) {
 }
 
 bool AudioContainer::seek(std::int64_t timeStamp) {
-    return ffmpeg().av_seek_frame(context_.get(), stream_->index, timeStamp,
-                                  AVSEEK_FLAG_BACKWARD) >= 0;
+    return lateFFmpeg(av_seek_frame)(context_.get(), stream_->index, timeStamp,
+                                     AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 }  // namespace orvalo

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/audio/file/FFmpegHandles.h"
+#include "platform/audio/file/FFmpeg.h"
 #include "platform/audio/file/LocalFile.h"
 
 namespace orvalo {

@@ -45,18 +45,19 @@ constexpr std::int64_t kMostFramesPerByte = 8192;
 }
 
 std::int64_t inFrames(std::int64_t stamp, const AudioContainer& container, int rate) {
-    return ffmpeg().av_rescale_q(stamp, container.stream().time_base, {1, rate});
+    return lateFFmpeg(av_rescale_q)(stamp, container.stream().time_base, {1, rate});
 }
 
 std::int64_t sideNumber(const AVPacket& packet, std::size_t at) {
     std::size_t size = 0;
-    const auto* data = ffmpeg().av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &size);
+    const auto* data =
+        lateFFmpeg(av_packet_get_side_data)(&packet, AV_PKT_DATA_SKIP_SAMPLES, &size);
     return data != nullptr && size >= at + 4 ? AV_RL32(data + at) : 0;
 }
 
 // What the packets say when they are all read, without being decoded.
 ScannedRange scannedRange(AudioContainer& container, int rate) {
-    const FFmpegPointer<AVPacket> packet(ffmpeg().av_packet_alloc());
+    const FFmpegPointer<AVPacket> packet(lateFFmpeg(av_packet_alloc)());
     if (!packet) {
         fatalError("No memory to read an audio file.");
     }
@@ -88,7 +89,7 @@ Range scannedAndStatedRange(AudioContainer& container, int rate) {
     const auto range = scannedRange(container, rate);
     const auto stated = streamDuration != AV_NOPTS_VALUE
                             ? inFrames(streamDuration, container, rate)
-                            : ffmpeg().av_rescale_q(duration, AV_TIME_BASE_Q, {1, rate});
+                            : lateFFmpeg(av_rescale_q)(duration, AV_TIME_BASE_Q, {1, rate});
     // Some writers count one packet too much.
     if (isStated && duration > 0 && range.packetsEnd + range.longestPacket < stated) {
         refuseAsShort(container);
@@ -99,15 +100,15 @@ Range scannedAndStatedRange(AudioContainer& container, int rate) {
 bool isPlainPCM(const AudioContainer& container) {
     const auto codec = container.stream().codecpar->codec_id;
     return codec >= AV_CODEC_ID_FIRST_AUDIO && codec < AV_CODEC_ID_ADPCM_IMA_QT &&
-           ffmpeg().av_get_exact_bits_per_sample(codec) > 0;
+           lateFFmpeg(av_get_exact_bits_per_sample)(codec) > 0;
 }
 
 // Fixed-size frames: their place in the file says how many it holds.
 std::optional<Range> plainRange(AudioContainer& container) {
-    const FFmpegPointer<AVPacket> packet(ffmpeg().av_packet_alloc());
+    const FFmpegPointer<AVPacket> packet(lateFFmpeg(av_packet_alloc)());
     const auto& parameters = *container.stream().codecpar;
     const std::int64_t frameBytes =
-        std::int64_t{ffmpeg().av_get_exact_bits_per_sample(parameters.codec_id)} *
+        std::int64_t{lateFFmpeg(av_get_exact_bits_per_sample)(parameters.codec_id)} *
         parameters.ch_layout.nb_channels / 8;
     if (!packet || frameBytes <= 0 || !container.readPacket(*packet) || packet->pos < 0) {
         return std::nullopt;
@@ -128,7 +129,7 @@ std::optional<Range> plainRange(AudioContainer& container) {
 }
 
 std::optional<Range> oggRange(AudioContainer& container, int rate) {
-    const FFmpegPointer<AVPacket> packet(ffmpeg().av_packet_alloc());
+    const FFmpegPointer<AVPacket> packet(lateFFmpeg(av_packet_alloc)());
     const auto granule = oggLastGranule(container.file(), container.stream().index);
     if (!granule) {
         refuseAsShort(container);
@@ -182,11 +183,11 @@ std::optional<Range> flacRange(AudioContainer& container) {
 // Every packet that the header lists must lie in the file, and carry the time that it states.
 void checkMoviePackets(AudioContainer& container, std::int64_t mediaFrames, int rate) {
     AVStream& stream = container.stream();
-    const int count = ffmpeg().avformat_index_get_entries_count(&stream);
+    const int count = lateFFmpeg(avformat_index_get_entries_count)(&stream);
     const auto size = container.file().size();
     std::int64_t most = 0;
     for (int index = 0; index < count; ++index) {
-        const auto* entry = ffmpeg().avformat_index_get_entry(&stream, index);
+        const auto* entry = lateFFmpeg(avformat_index_get_entry)(&stream, index);
         if (entry->pos + entry->size > size) {
             refuseAsShort(container);
         }
@@ -205,8 +206,8 @@ struct iTunesNote {
 
 // The note that some encoders leave: " 00000000 <priming> <padding> <frames> ...", hexadecimal.
 std::optional<iTunesNote> iTunesNoteOf(const AudioContainer& container) {
-    const auto* entry = ffmpeg().av_dict_get(container.context().metadata, "iTunSMPB", nullptr,
-                                             AV_DICT_IGNORE_SUFFIX);
+    const auto* entry = lateFFmpeg(av_dict_get)(container.context().metadata, "iTunSMPB", nullptr,
+                                                AV_DICT_IGNORE_SUFFIX);
     unsigned priming = 0;
     unsigned padding = 0;
     unsigned long long frames = 0;
@@ -230,14 +231,14 @@ std::vector<Segment> movieSegments(const AudioContainer& container, const MovieH
     const auto tickFrames = static_cast<std::int64_t>(std::ceil(av_q2d(movieTick) * rate));
     std::vector<Segment> segments;
     for (const auto& edit : header.edits) {
-        auto frames = ffmpeg().av_rescale_q(edit.duration, movieTick, {1, rate});
+        auto frames = lateFFmpeg(av_rescale_q)(edit.duration, movieTick, {1, rate});
         if (edit.mediaStart < 0) {
             segments.push_back({AudioTimeline::kSilence, frames});
             continue;
         }
         // Movie time is often too coarse for frames: where the note or the media's own end say the
         // same within a tick, they say it exactly.
-        const auto start = ffmpeg().av_rescale_q(edit.mediaStart, mediaTick, {1, rate});
+        const auto start = lateFFmpeg(av_rescale_q)(edit.mediaStart, mediaTick, {1, rate});
         const auto rest = mediaFrames - start;
         if (isNoteWithin && note->priming == start &&
             std::abs(note->frames - frames) <= tickFrames) {
@@ -256,7 +257,7 @@ std::optional<std::vector<Segment>> movieTimeline(AudioContainer& container, int
     if (!header || header->movieTimeScale > INT32_MAX || header->mediaTimeScale > INT32_MAX) {
         return std::nullopt;
     }
-    auto mediaFrames = ffmpeg().av_rescale_q(
+    auto mediaFrames = lateFFmpeg(av_rescale_q)(
         header->mediaDuration, {1, static_cast<int>(header->mediaTimeScale)}, {1, rate});
     checkMoviePackets(container, mediaFrames, rate);
     if (mediaFrames == 0) {  // Fragments follow, each with times of its own.

@@ -26,8 +26,8 @@ bool isCoarse(const AVRational& timeBase, int rate) {
 
 PacketDecoder::PacketDecoder(const LocalFile& file) : file_(file) {
     loadFFmpeg(file.path());
-    packet_.reset(ffmpeg().av_packet_alloc());
-    frame_.reset(ffmpeg().av_frame_alloc());
+    packet_.reset(lateFFmpeg(av_packet_alloc)());
+    frame_.reset(lateFFmpeg(av_frame_alloc)());
     if (!packet_ || !frame_) {
         fatalError("No memory to decode an audio file.");
     }
@@ -36,22 +36,22 @@ PacketDecoder::PacketDecoder(const LocalFile& file) : file_(file) {
 
 void PacketDecoder::openDecoder() {
     const AVStream& stream = container_->stream();
-    const AVCodec* codec = ffmpeg().avcodec_find_decoder(stream.codecpar->codec_id);
+    const AVCodec* codec = lateFFmpeg(avcodec_find_decoder)(stream.codecpar->codec_id);
     if (codec == nullptr) {
         throw refusal(FileRefusal::noDecoder, file_.path(),
                       std::string("no decoder for its sound (") +
-                          ffmpeg().avcodec_get_name(stream.codecpar->codec_id) + ")");
+                          lateFFmpeg(avcodec_get_name)(stream.codecpar->codec_id) + ")");
     }
-    decoder_.reset(ffmpeg().avcodec_alloc_context3(codec));
+    decoder_.reset(lateFFmpeg(avcodec_alloc_context3)(codec));
     if (!decoder_) {
         fatalError("No memory to decode an audio file.");
     }
-    ffmpeg().avcodec_parameters_to_context(decoder_.get(), stream.codecpar);
+    lateFFmpeg(avcodec_parameters_to_context)(decoder_.get(), stream.codecpar);
     decoder_->pkt_timebase = stream.time_base;
     decoder_->thread_count = 1;
     // Priming and padding are cut by the timeline, in one way for all containers.
     decoder_->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL;
-    if (ffmpeg().avcodec_open2(decoder_.get(), codec, nullptr) < 0) {
+    if (lateFFmpeg(avcodec_open2)(decoder_.get(), codec, nullptr) < 0) {
         throw refusal(FileRefusal::notDecodable, file_.path(),
                       std::string("its sound cannot be decoded (") + codec->name + ")");
     }
@@ -63,7 +63,7 @@ void PacketDecoder::restart() {
     }
     // A flushed decoder may remember (the seed of its noise, say); a new one does not.
     openDecoder();
-    ffmpeg().av_frame_unref(frame_.get());
+    lateFFmpeg(av_frame_unref)(frame_.get());
     frameStart_ = 0;
     nextStart_.reset();
     firstPacketStamp_.reset();
@@ -79,20 +79,20 @@ bool PacketDecoder::hasExactTimes() const {
 
 bool PacketDecoder::canSeek() const {
     const auto* descriptor =
-        ffmpeg().avcodec_descriptor_get(container_->stream().codecpar->codec_id);
+        lateFFmpeg(avcodec_descriptor_get)(container_->stream().codecpar->codec_id);
     return descriptor != nullptr && (descriptor->props & AV_CODEC_PROP_LOSSLESS) != 0 &&
            hasExactTimes();
 }
 
 bool PacketDecoder::seek(std::int64_t target) {
     const AVStream& stream = container_->stream();
-    const auto stamp = ffmpeg().av_rescale_q_rnd(target, {1, decoder_->sample_rate},
-                                                 stream.time_base, AV_ROUND_DOWN);
+    const auto stamp = lateFFmpeg(av_rescale_q_rnd)(target, {1, decoder_->sample_rate},
+                                                    stream.time_base, AV_ROUND_DOWN);
     if (!canSeek() || !container_->seek(stamp)) {
         return false;
     }
-    ffmpeg().avcodec_flush_buffers(decoder_.get());
-    ffmpeg().av_frame_unref(frame_.get());
+    lateFFmpeg(avcodec_flush_buffers)(decoder_.get());
+    lateFFmpeg(av_frame_unref)(frame_.get());
     frameStart_ = 0;
     nextStart_.reset();
     firstPacketStamp_.reset();
@@ -103,7 +103,7 @@ bool PacketDecoder::seek(std::int64_t target) {
 }
 
 bool PacketDecoder::receiveFrame() {
-    const int result = ffmpeg().avcodec_receive_frame(decoder_.get(), frame_.get());
+    const int result = lateFFmpeg(avcodec_receive_frame)(decoder_.get(), frame_.get());
     if (result < 0 && result != AVERROR(EAGAIN) && result != AVERROR_EOF) {
         hadDamage_ = true;
     }
@@ -114,7 +114,8 @@ void PacketDecoder::place() {
     const AVRational timeBase = container_->stream().time_base;
     const int rate = frame_->sample_rate;
     const bool isStamped = frame_->pts != AV_NOPTS_VALUE;
-    const auto stamped = (isStamped ? ffmpeg().av_rescale_q(frame_->pts, timeBase, {1, rate}) : 0);
+    const auto stamped =
+        (isStamped ? lateFFmpeg(av_rescale_q)(frame_->pts, timeBase, {1, rate}) : 0);
     if (!nextStart_) {
         // Some coders' first packet makes no frame. Where it has time 0 all the same, the stamps
         // are late by what it would have made.
@@ -136,7 +137,7 @@ bool PacketDecoder::sendPacket() {
         firstPacketStamp_ = packet_->pts;
     }
     const int sent =
-        ffmpeg().avcodec_send_packet(decoder_.get(), isPacket ? packet_.get() : nullptr);
+        lateFFmpeg(avcodec_send_packet)(decoder_.get(), isPacket ? packet_.get() : nullptr);
     hadDamage_ = hadDamage_ || (isPacket && sent < 0);
     return isPacket;
 }

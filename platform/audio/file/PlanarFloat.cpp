@@ -5,7 +5,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "platform/audio/file/FFmpegLibrary.h"
+#include "platform/audio/file/FFmpeg.h"
 
 namespace orvalo {
 
@@ -48,8 +48,8 @@ void write(const AVFrame& frame, std::uint32_t from, const AudioBlock& output, b
 
 bool writePlanarFloat(const AVFrame& frame, std::uint32_t from, const AudioBlock& output) {
     const auto format = static_cast<AVSampleFormat>(frame.format);
-    const bool isPlanar = ffmpeg().av_sample_fmt_is_planar(format) != 0;
-    switch (ffmpeg().av_get_packed_sample_fmt(format)) {
+    const bool isPlanar = lateFFmpeg(av_sample_fmt_is_planar)(format) != 0;
+    switch (lateFFmpeg(av_get_packed_sample_fmt)(format)) {
         case AV_SAMPLE_FMT_U8:
             write<std::uint8_t>(frame, from, output, isPlanar);
             return true;

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "platform/audio/file/FFmpegHandles.h"
+#include "platform/audio/file/FFmpeg.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -57,12 +57,12 @@ struct WaveFileWriter::Muxer {
 
     explicit Muxer(const std::string& path) {
         loadFFmpeg(path);
-        packet.reset(ffmpeg().av_packet_alloc());
-        ffmpeg().avformat_alloc_output_context2(&context, nullptr, "wav", nullptr);
+        packet.reset(lateFFmpeg(av_packet_alloc)());
+        lateFFmpeg(avformat_alloc_output_context2)(&context, nullptr, "wav", nullptr);
     }
     ~Muxer() {
-        ffmpeg().avio_closep(&context->pb);
-        ffmpeg().avformat_free_context(context);
+        lateFFmpeg(avio_closep)(&context->pb);
+        lateFFmpeg(avformat_free_context)(context);
         if (!unfinished.empty()) {
             std::error_code ignored;
             std::filesystem::remove(unfinished, ignored);
@@ -79,25 +79,25 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
     auto* context = muxer_->context;
     // The same audio makes the same file, whichever FFmpeg wrote it.
     context->flags |= AVFMT_FLAG_BITEXACT;
-    auto* parameters = ffmpeg().avformat_new_stream(context, nullptr)->codecpar;
+    auto* parameters = lateFFmpeg(avformat_new_stream)(context, nullptr)->codecpar;
     parameters->codec_type = AVMEDIA_TYPE_AUDIO;
     parameters->codec_id = AV_CODEC_ID_PCM_F32LE;
     parameters->format = AV_SAMPLE_FMT_FLT;
     parameters->sample_rate = static_cast<int>(std::lround(format.sampleRate));
     parameters->bits_per_coded_sample = 32;
     parameters->block_align = static_cast<int>(format.channelCount * sizeof(float));
-    ffmpeg().av_channel_layout_default(&parameters->ch_layout,
-                                       static_cast<int>(format.channelCount));
+    lateFFmpeg(av_channel_layout_default)(&parameters->ch_layout,
+                                          static_cast<int>(format.channelCount));
 
-    check(ffmpeg().avio_open(&context->pb, ("file:" + workingPath_).c_str(),
-                             AVIO_FLAG_WRITE | AVIO_FLAG_DIRECT));
+    check(lateFFmpeg(avio_open)(&context->pb, ("file:" + workingPath_).c_str(),
+                                AVIO_FLAG_WRITE | AVIO_FLAG_DIRECT));
     if (workingPath_ != path_) {
         muxer_->unfinished = workingPath_;
     }
     AVDictionary* options = nullptr;
-    ffmpeg().av_dict_set(&options, "rf64", "auto", 0);
-    const int result = ffmpeg().avformat_write_header(context, &options);
-    ffmpeg().av_dict_free(&options);
+    lateFFmpeg(av_dict_set)(&options, "rf64", "auto", 0);
+    const int result = lateFFmpeg(avformat_write_header)(context, &options);
+    lateFFmpeg(av_dict_free)(&options);
     check(result);
 }
 
@@ -110,15 +110,15 @@ void WaveFileWriter::write(const AudioBlock& block) {
     auto* packet = muxer_->packet.get();
     packet->data = reinterpret_cast<std::uint8_t*>(samples.data());
     packet->size = static_cast<int>(samples.size() * sizeof(float));
-    check(ffmpeg().av_write_frame(muxer_->context, packet));
+    check(lateFFmpeg(av_write_frame)(muxer_->context, packet));
     check(muxer_->context->pb->error);
 }
 
 void WaveFileWriter::finish() {
-    check(ffmpeg().av_write_trailer(muxer_->context));
-    ffmpeg().avio_flush(muxer_->context->pb);
+    check(lateFFmpeg(av_write_trailer)(muxer_->context));
+    lateFFmpeg(avio_flush)(muxer_->context->pb);
     check(muxer_->context->pb->error);
-    check(ffmpeg().avio_closep(&muxer_->context->pb));
+    check(lateFFmpeg(avio_closep)(&muxer_->context->pb));
     if (workingPath_ != path_) {
         std::error_code error;
         std::filesystem::rename(workingPath_, path_, error);

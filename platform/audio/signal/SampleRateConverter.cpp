@@ -5,7 +5,12 @@
 #include <cmath>
 #include <numeric>
 
-#include "platform/audio/signal/ResamplerLibrary.h"
+extern "C" {
+#include <libavutil/channel_layout.h>
+#include <libavutil/opt.h>
+#include <libswresample/swresample.h>
+}
+
 #include "platform/foundation/FatalError.h"
 
 namespace orvalo {
@@ -23,7 +28,7 @@ constexpr double kCutoff = 0.97;
 constexpr std::uint32_t kSliceFrames = 256;
 
 void freeResampler(SwrContext* context) {
-    resampling().swr_free(&context);
+    swr_free(&context);
 }
 
 std::uint32_t channelsBetween(const AVAudioFormat& from, const AVAudioFormat& to) {
@@ -38,21 +43,21 @@ std::uint32_t largestSliceInput(const AVAudioFormat& from, const AVAudioFormat& 
 
 SwrContext* openResampler(int from, int to, std::uint32_t channels) {
     AVChannelLayout layout{};
-    resampling().av_channel_layout_default(&layout, static_cast<int>(channels));
+    av_channel_layout_default(&layout, static_cast<int>(channels));
     SwrContext* context = nullptr;
-    resampling().swr_alloc_set_opts2(&context, &layout, AV_SAMPLE_FMT_FLTP, to, &layout,
-                                     AV_SAMPLE_FMT_FLTP, from, 0, nullptr);
+    swr_alloc_set_opts2(&context, &layout, AV_SAMPLE_FMT_FLTP, to, &layout, AV_SAMPLE_FMT_FLTP,
+                        from, 0, nullptr);
     if (context == nullptr) {
         fatalError("No memory for a sample rate converter.");
     }
-    resampling().av_opt_set_int(context, "filter_size", kFilterTaps, 0);
-    resampling().av_opt_set_int(context, "filter_type", SWR_FILTER_TYPE_KAISER, 0);
-    resampling().av_opt_set_double(context, "kaiser_beta", kKaiserBeta, 0);
-    resampling().av_opt_set_double(context, "cutoff", kCutoff, 0);
-    resampling().av_opt_set_int(context, "exact_rational", 1, 0);
+    av_opt_set_int(context, "filter_size", kFilterTaps, 0);
+    av_opt_set_int(context, "filter_type", SWR_FILTER_TYPE_KAISER, 0);
+    av_opt_set_double(context, "kaiser_beta", kKaiserBeta, 0);
+    av_opt_set_double(context, "cutoff", kCutoff, 0);
+    av_opt_set_int(context, "exact_rational", 1, 0);
     // For the ratios whose phases do not fit the table.
-    resampling().av_opt_set_int(context, "linear_interp", 1, 0);
-    if (resampling().swr_init(context) < 0) {
+    av_opt_set_int(context, "linear_interp", 1, 0);
+    if (swr_init(context) < 0) {
         fatalError("The sample rate converter does not take these rates.");
     }
     return context;
@@ -132,8 +137,7 @@ std::uint32_t SampleRateConverter::resample(const AudioBlock& input,
         in[channel] = reinterpret_cast<const std::uint8_t*>(input.channels[channel]);
         out[channel] = reinterpret_cast<std::uint8_t*>(output.channels[channel]);
     }
-    const int made =
-        resampling().swr_convert(resampler_.get(), out.data(), static_cast<int>(output.frameCount),
+    const int made = swr_convert(resampler_.get(), out.data(), static_cast<int>(output.frameCount),
                                  in.data(), static_cast<int>(input.frameCount));
     return made < 0 ? 0 : static_cast<std::uint32_t>(made);
 }

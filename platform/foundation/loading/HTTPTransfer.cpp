@@ -1,12 +1,12 @@
 #include "platform/foundation/loading/HTTPTransfer.h"
 
+#include <libsoup/soup.h>
 #include <algorithm>
 #include <limits>
 #include <utility>
 
 #include "platform/foundation/HTTPURLResponse.h"
 #include "platform/foundation/loading/LoadingThread.h"
-#include "platform/foundation/loading/SoupLibrary.h"
 #include "platform/foundation/loading/URLError.h"
 
 namespace orvalo {
@@ -35,12 +35,12 @@ SoupMessage* newMessage(const URL& url) {
     if (host == nullptr || *host == '\0') {
         return nullptr;
     }
-    return soup().soup_message_new_from_uri("GET", uri.get());
+    return soup_message_new_from_uri("GET", uri.get());
 }
 
 /// Where the answer came from, after redirections.
 std::optional<URL> origin(SoupMessage* message) {
-    const GText text(g_uri_to_string(soup().soup_message_get_uri(message)));
+    const GText text(g_uri_to_string(soup_message_get_uri(message)));
     return URL::string(text.get());
 }
 
@@ -85,7 +85,7 @@ void HTTPTransfer::send() {
     g_signal_connect_swapped(message_, "got-headers",
                              G_CALLBACK(+[](HTTPTransfer* self) { self->restartClock(); }), this);
     restartClock();
-    soup().soup_session_send_async(
+    soup_session_send_async(
         LoadingThread::shared().session(), message_, G_PRIORITY_DEFAULT, cancellable_,
         [](GObject*, GAsyncResult* result, gpointer self) {
             static_cast<HTTPTransfer*>(self)->received(result);
@@ -95,7 +95,7 @@ void HTTPTransfer::send() {
 
 void HTTPTransfer::received(GAsyncResult* result) {
     GError* error = nullptr;
-    stream_ = soup().soup_session_send_finish(LoadingThread::shared().session(), result, &error);
+    stream_ = soup_session_send_finish(LoadingThread::shared().session(), result, &error);
     if (stream_ == nullptr) {
         fail(*GErrorPointer(error));
         return;
@@ -121,8 +121,8 @@ void HTTPTransfer::readMore(GAsyncResult* result) {
     }
     if (count == 0) {
         end(URLContents{std::move(data_),
-                        std::make_shared<HTTPURLResponse>(
-                            origin(message_), soup().soup_message_get_status(message_))});
+                        std::make_shared<HTTPURLResponse>(origin(message_),
+                                                          soup_message_get_status(message_))});
         return;
     }
     data_.insert(data_.end(), piece_.begin(), piece_.begin() + count);

@@ -1,12 +1,12 @@
 #include "platform/foundation/loading/LoadingThread.h"
 
+#include <libsoup/soup.h>
 #include <pthread.h>
 
 #include <thread>
 #include <utility>
 
 #include "platform/foundation/RunLoop.h"
-#include "platform/foundation/loading/SoupLibrary.h"
 
 namespace orvalo {
 
@@ -47,9 +47,9 @@ void LoadingThread::run() {
     const auto loop = RunLoop::current();
     context_ = loop->context();
     // No time-out of its own: each request has one.
-    session_ = soup().soup_session_new_with_options(
-        "max-conns", connections, "max-conns-per-host", connectionsPerHost, "timeout", 0U,
-        "user-agent", "Orvalo", "accept-language-auto", TRUE, nullptr);
+    session_ = soup_session_new_with_options("max-conns", connections, "max-conns-per-host",
+                                             connectionsPerHost, "timeout", 0U, "user-agent",
+                                             "Orvalo", "accept-language-auto", TRUE, nullptr);
     isReady_.signal();
     loop->run();
 }

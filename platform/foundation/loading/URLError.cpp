@@ -1,10 +1,9 @@
 #include "platform/foundation/loading/URLError.h"
 
 #include <gio/gio.h>
+#include <libsoup/soup.h>
 
 #include <string>
-
-#include "platform/foundation/loading/SoupLibrary.h"
 
 namespace orvalo {
 
@@ -75,7 +74,7 @@ URLErrorCode meaning(const GError& error) {
         return error.code == G_TLS_ERROR_BAD_CERTIFICATE ? URLErrorCode::serverCertificateUntrusted
                                                          : URLErrorCode::secureConnectionFailed;
     }
-    if (error.domain == soup().soup_session_error_quark()) {
+    if (error.domain == soup_session_error_quark()) {
         return error.code == SOUP_SESSION_ERROR_TOO_MANY_REDIRECTS
                    ? URLErrorCode::httpTooManyRedirects
                    : URLErrorCode::badServerResponse;

@@ -110,9 +110,7 @@ TEST_F(PerformanceTest, AnInterruptStopsThroughTheHeart) {
 
 TEST_F(PerformanceTest, AnInterruptBeforePlayingEndsAtOnce) {
     // No effect comes, so play is not pressed yet.
-    program = (folder.path() / "bin" / "orvalo-play").string();
-    std::filesystem::create_directories(folder.path() / "bin");
-    std::filesystem::copy_file(staged("orvalo-play"), program);
+    useProgramWithoutEffect();
     Program playing(command({}), environment);
     playing.readUntil("ERROR: There were no audio units found.");
     playing.signal(SIGINT);
@@ -121,9 +119,7 @@ TEST_F(PerformanceTest, AnInterruptBeforePlayingEndsAtOnce) {
 }
 
 TEST_F(PerformanceTest, WithoutTheEffectItPlaysWithoutIt) {
-    program = (folder.path() / "bin" / "orvalo-play").string();
-    std::filesystem::create_directories(folder.path() / "bin");
-    std::filesystem::copy_file(staged("orvalo-play"), program);
+    useProgramWithoutEffect();
     const auto file = wav("music.wav", 44100, 4410);
     const auto end = run({"--file", file, "--seconds", "0.05"});
     EXPECT_EQ(end.status, 0);

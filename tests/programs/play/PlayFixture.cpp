@@ -36,4 +36,13 @@ std::string PlayFixture::standIn(const std::string& plugin) {
     return bundle.parent_path().string() + ":/usr/lib/lv2";
 }
 
+void PlayFixture::useProgramWithoutEffect() {
+    program = (folder.path() / "bin" / "orvalo-play").string();
+    std::filesystem::create_directories(folder.path() / "bin");
+    std::filesystem::copy_file(staged("orvalo-play"), program);
+    std::filesystem::create_directories(folder.path() / "lib");
+    std::filesystem::create_directory_symlink(ORVALO_STAGE "/lib/orvalo",
+                                              folder.path() / "lib" / "orvalo");
+}
+
 }  // namespace orvalo::testing

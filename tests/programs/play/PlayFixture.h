@@ -34,6 +34,9 @@ class PlayFixture : public ::testing::Test {
     /// A bundle that states Orvalo's codes for another plug-in; the folder for LV2_PATH.
     std::string standIn(const std::string& plugin);
 
+    /// Makes program one whose installation has no effect.
+    void useProgramWithoutEffect();
+
     TemporaryFolder folder;
     std::string program = staged("orvalo-play");
     Program::Environment environment{{"ORVALO_AUDIO_OUTPUT", "null"}, {"LV2_PATH", "/nowhere"}};

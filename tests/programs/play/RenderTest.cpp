@@ -76,9 +76,7 @@ TEST_F(RenderTest, SecondsCutThePasses) {
 
 TEST_F(RenderTest, AFailureLeavesTheOldFileAndNothingElse) {
     std::ofstream(out) << "precious";
-    program = (folder.path() / "bin" / "orvalo-play").string();
-    std::filesystem::create_directories(folder.path() / "bin");
-    std::filesystem::copy_file(staged("orvalo-play"), program);
+    useProgramWithoutEffect();
     const auto end = run({"--file", wav("music.wav", 48000, 100), "--render", out});
     EXPECT_EQ(end.status, 1);
     EXPECT_THAT(end.error, ::testing::HasSubstr("orvalo-play: No component matches "));
