@@ -1,5 +1,7 @@
 #include "bench/live/BareSleeper.h"
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <ctime>
 
@@ -18,7 +20,8 @@ BareSleeper::~BareSleeper() {
 
 void BareSleeper::run(std::int64_t quantum) {
     constexpr std::int64_t nanosecondsInSecond = 1'000'000'000;
-    becomeRenderThread("bare-sleeper");
+    pthread_setname_np(pthread_self(), "bare-sleeper");
+    requestRealTimePriority();
     auto due = monotonicNanoseconds();
     while (!isOver_) {
         due += quantum;

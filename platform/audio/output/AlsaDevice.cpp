@@ -1,30 +1,30 @@
 #include "platform/audio/output/AlsaDevice.h"
 
-#include <RtAudio.h>
 #include <alsa/asoundlib.h>
+#include <glib.h>
 
 #include <algorithm>
-#include <array>
+#include <cstdarg>
 #include <utility>
 
-#include "platform/audio/output/LibraryMessages.h"
 #include "platform/audio/output/RtAudioStream.h"
-#include "platform/audio/output/Turns.h"
-#include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
 namespace {
 
-/// Never destroyed: a driver that hangs can keep a call for longer than the program runs.
-Turns& rtAudio() {
-    static auto* const turns = new Turns;
-    return *turns;
+G_GNUC_PRINTF(5, 6)
+void logToGLib(const char* /*file*/, int /*line*/, const char* function, int /*code*/,
+               const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    gchar* message = g_strdup_vprintf(format, arguments);
+    va_end(arguments);
+    g_debug("ALSA: %s: %s", function, message);
+    g_free(message);
 }
 
-using Pcm = std::unique_ptr<snd_pcm_t, int (*)(snd_pcm_t*)>;
-
-/// The rate nearest to the usual one that the device has among RtAudio's.
+/// The first usual rate that the device has; 0 when it has none.
 double offeredRate(snd_pcm_t* pcm, snd_pcm_hw_params_t* parameters) {
     for (const unsigned int rate : {48000U, 44100U, 96000U, 88200U, 32000U, 192000U}) {
         if (snd_pcm_hw_params_test_rate(pcm, parameters, rate, 0) == 0) {
@@ -36,16 +36,15 @@ double offeredRate(snd_pcm_t* pcm, snd_pcm_hw_params_t* parameters) {
 
 }  // namespace
 
-std::optional<OutputFacts> AlsaDevice::look() {
-    takeLibraryMessages();
+OutputFacts AlsaDevice::probe() {
+    snd_lib_error_set_handler(logToGLib);
     snd_pcm_t* opened = nullptr;
     const int refusal = snd_pcm_open(&opened, "default", SND_PCM_STREAM_PLAYBACK, SND_PCM_NONBLOCK);
     if (refusal < 0) {
-        absence_ =
-            std::string("ALSA's default device does not open (") + snd_strerror(refusal) + ")";
-        return std::nullopt;
+        throw outputError(std::string("ALSA's default device does not open (") +
+                          snd_strerror(refusal) + ")");
     }
-    const Pcm pcm(opened, snd_pcm_close);
+    const std::unique_ptr<snd_pcm_t, int (*)(snd_pcm_t*)> pcm(opened, snd_pcm_close);
     snd_pcm_hw_params_t* parameters = nullptr;
     snd_pcm_hw_params_alloca(&parameters);
     unsigned int channels = 0;
@@ -53,8 +52,7 @@ std::optional<OutputFacts> AlsaDevice::look() {
     if (snd_pcm_hw_params_any(pcm.get(), parameters) < 0 ||
         snd_pcm_hw_params_get_channels_max(parameters, &channels) < 0 || channels == 0 ||
         (facts.format.sampleRate = offeredRate(pcm.get(), parameters)) == 0) {
-        absence_ = "ALSA's default device has no format that fits";
-        return std::nullopt;
+        throw outputError("ALSA's default device has no format that fits");
     }
     facts.format.channelCount = std::min(channels, 2U);
     facts.deviceName = "default";
@@ -62,11 +60,8 @@ std::optional<OutputFacts> AlsaDevice::look() {
 }
 
 std::unique_ptr<OutputStream> AlsaDevice::open(const OutputFacts& facts,
-                                               std::shared_ptr<RenderGate> gate) {
-    RtAudioStream::Options options;
-    options.flags = RTAUDIO_ALSA_USE_DEFAULT;
-    return std::make_unique<RtAudioStream>(std::make_shared<RtApiAlsa>(), rtAudio(), options, facts,
-                                           std::move(gate));
+                                               std::shared_ptr<StreamFeed> feed) {
+    return std::make_unique<RtAudioStream>(RtAudio::LINUX_ALSA, facts, std::move(feed));
 }
 
 }  // namespace orvalo

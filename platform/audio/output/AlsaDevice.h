@@ -8,13 +8,9 @@ namespace orvalo {
 class AlsaDevice : public OutputDevice {
   public:
     std::string name() const override { return "ALSA"; }
-    std::string absence() const override { return absence_; }
-    std::optional<OutputFacts> look() override;
+    OutputFacts probe() override;
     std::unique_ptr<OutputStream> open(const OutputFacts& facts,
-                                       std::shared_ptr<RenderGate> gate) override;
-
-  private:
-    std::string absence_;
+                                       std::shared_ptr<StreamFeed> feed) override;
 };
 
 }  // namespace orvalo

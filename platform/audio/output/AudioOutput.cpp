@@ -15,25 +15,25 @@ namespace orvalo {
 
 std::unique_ptr<AudioOutput> AudioOutput::system() {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing of ours changes the environment.
-    const char* setting = std::getenv("ORVALO_AUDIO_OUTPUT");
-    const std::string wished = setting != nullptr ? setting : "auto";
+    const char* variable = std::getenv("ORVALO_AUDIO_OUTPUT");
+    const std::string setting = variable != nullptr ? variable : "auto";
     std::vector<std::unique_ptr<OutputDevice>> devices;
     auto absence = SupervisedOutput::Absence::fail;
-    if (wished == "jack") {
+    if (setting == "jack") {
         devices.push_back(std::make_unique<JackDevice>());
-    } else if (wished == "pulse") {
+    } else if (setting == "pulse") {
         devices.push_back(std::make_unique<PulseDevice>());
-    } else if (wished == "alsa") {
+    } else if (setting == "alsa") {
         devices.push_back(std::make_unique<AlsaDevice>());
     } else {
         absence = SupervisedOutput::Absence::standIn;
-        if (wished != "auto" && wished != "null") {
+        if (setting != "auto" && setting != "null") {
             g_warning(
                 "ORVALO_AUDIO_OUTPUT is \"%s\", not auto, jack, pulse, alsa or null; "
                 "taken as auto.",
-                wished.c_str());
+                setting.c_str());
         }
-        if (wished != "null") {
+        if (setting != "null") {
             devices.push_back(std::make_unique<JackDevice>());
             devices.push_back(std::make_unique<PulseDevice>());
             devices.push_back(std::make_unique<AlsaDevice>());

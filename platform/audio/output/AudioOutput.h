@@ -9,45 +9,44 @@
 
 namespace orvalo {
 
-/// What an output pulls its audio from.
+/// The audio that an output plays.
 class AudioOutputSource {
   public:
     virtual ~AudioOutputSource() = default;
 
-    /// Fills block, of any frame count, in the output's format. The output's render thread, which
-    /// is inside a RealTimeScope with denormals flushed to zero.
+    /// Fills block, of any frame count, in the output's format. The output's render thread, inside
+    /// a RealTimeScope and with denormals flushed to zero.
     virtual void renderOutput(const AudioBlock& block) noexcept = 0;
 
-    /// The output has changed its format (another device took over, or the one that start() opened
-    /// is not the one that format() had seen). A control thread of the output's, while nothing
-    /// renders; rendering goes on when it returns. stop() waits for it, so it takes no lock that
-    /// the caller of stop() holds.
+    /// The output's format has changed: another device has replaced it, or start() opened another
+    /// one than format() had seen. A control thread of the output's; nothing renders until it
+    /// returns. stop() waits for it, so it must not take a lock that the caller of stop() holds.
     virtual void outputFormatChanged(const AVAudioFormat& format) = 0;
 };
 
-/// Where sound goes: a device, or a clock that discards it.
+/// A device, or a clock without one, that plays a source.
 class AudioOutput {
   public:
     virtual ~AudioOutput() = default;
 
-    /// The output that ORVALO_AUDIO_OUTPUT asks for: jack, pulse, alsa, null, or auto (also when
-    /// unset): the first of JACK, PulseAudio and ALSA that works, else null. Takes no device yet.
-    /// An unknown word counts as auto, said once on standard error.
+    /// The output that ORVALO_AUDIO_OUTPUT names: jack, pulse, alsa, null, or auto, which is the
+    /// default: the first of JACK, PulseAudio and ALSA that works, else null. An unknown word is a
+    /// warning and counts as auto. Opens no device yet.
     static std::unique_ptr<AudioOutput> system();
 
-    /// The format that the output wants; a control thread at a time. Before start() the best that
-    /// is known without holding the device.
+    /// The format that the source must render. Before start() the one that start() would most
+    /// likely open. One control thread at a time.
     virtual AVAudioFormat format() = 0;
 
-    /// Opens the device and pulls from source until stop(). One line on standard error says which
-    /// output plays. A device that goes away later is reopened, or replaced by the null output,
-    /// without the caller's help. Throws NSError when there is no output to be had.
+    /// Opens a device and plays source until stop(). A log line names the output. A device that
+    /// dies later is reopened, or replaced by the null output. Throws NSError when there is no
+    /// output.
     virtual void start(AudioOutputSource& source) = 0;
 
-    /// Ends pulling; no call to the source is under way when it returns. Not from the source.
+    /// Ends playing; no call to the source is under way when it returns. Not from the source.
     virtual void stop() = 0;
 
-    /// How often the device has run dry since start().
+    /// Periods that were not rendered in time since start(). Any thread.
     virtual std::uint64_t xrunCount() const = 0;
 };
 

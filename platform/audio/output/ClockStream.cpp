@@ -1,5 +1,7 @@
 #include "platform/audio/output/ClockStream.h"
 
+#include <pthread.h>
+
 #include <cerrno>
 #include <cstdint>
 #include <ctime>
@@ -12,7 +14,7 @@ namespace orvalo {
 namespace {
 
 constexpr std::int64_t kNanoseconds = 1'000'000'000;
-/// As on a device of three buffers: when one falls due, two are still to be played.
+// As on a device of three buffers: when one is due, two are still to be played.
 constexpr double kPeriodsInHand = 2;
 
 std::int64_t monotonicNow() {
@@ -29,9 +31,9 @@ void sleepUntil(std::int64_t time) {
 
 }  // namespace
 
-ClockStream::ClockStream(const OutputFacts& facts, std::shared_ptr<RenderGate> gate)
+ClockStream::ClockStream(const OutputFacts& facts, std::shared_ptr<StreamFeed> feed)
     : facts_(facts),
-      gate_(std::move(gate)),
+      feed_(std::move(feed)),
       discarded_(facts.format, facts.frameCount),
       thread_([this] { run(); }) {}
 
@@ -41,21 +43,22 @@ ClockStream::~ClockStream() {
 }
 
 void ClockStream::run() {
-    becomeRenderThread("orvalo-null");
+    pthread_setname_np(pthread_self(), "orvalo-null");
+    requestRealTimePriority();
     const double period =
         static_cast<double>(kNanoseconds) * facts_.frameCount / facts_.format.sampleRate;
     const auto block = discarded_.block(facts_.frameCount);
     const std::int64_t begin = monotonicNow();
-    // A double holds every whole number of periods for longer than any machine runs.
+    // Counts periods; a double is exact up to 2^53.
     double due = 0;
     while (!stopping_.load(std::memory_order_acquire)) {
-        gate_->render(block);
+        feed_->render(block);
         due += 1;
         const auto time = begin + static_cast<std::int64_t>(due * period);
         const auto late = static_cast<double>(monotonicNow() - time);
         if (late >= kPeriodsInHand * period) {
             const auto missed = static_cast<std::uint64_t>(late / period);
-            gate_->countXruns(missed);
+            feed_->countXruns(missed);
             due += static_cast<double>(missed);
         } else if (late < 0) {
             sleepUntil(time);

@@ -9,14 +9,14 @@
 
 namespace orvalo {
 
-/// A stream that nothing plays: a thread pulls quanta by the monotonic clock and discards them.
-/// Periods are reckoned from the first one, so that it does not drift. A source that is late by
-/// less than two periods catches up, as one on a device of three buffers does; else the periods
-/// that it overslept are counted as xruns and left out.
+/// A stream without a device: a thread renders quanta by the monotonic clock and discards them.
+/// Periods count from the first one, so the clock does not drift. A source that is late by less
+/// than two periods catches up, as on a device of three buffers; otherwise the missed periods count
+/// as xruns and are left out.
 class ClockStream : public OutputStream {
   public:
     /// facts.frameCount: above 0.
-    ClockStream(const OutputFacts& facts, std::shared_ptr<RenderGate> gate);
+    ClockStream(const OutputFacts& facts, std::shared_ptr<StreamFeed> feed);
     ~ClockStream() override;
     ClockStream(const ClockStream&) = delete;
     ClockStream& operator=(const ClockStream&) = delete;
@@ -27,7 +27,7 @@ class ClockStream : public OutputStream {
     void run();
 
     OutputFacts facts_;
-    std::shared_ptr<RenderGate> gate_;
+    std::shared_ptr<StreamFeed> feed_;
     AVAudioPCMBuffer discarded_;
     std::atomic<bool> stopping_{false};
     std::thread thread_;

@@ -1,27 +1,32 @@
 #pragma once
 
+#include <future>
+#include <optional>
+
 #include "platform/audio/output/OutputDevice.h"
 
 namespace orvalo {
 
-/// The playback ports of the JACK server that runs already.
+/// The playback ports of the JACK server that already runs.
 class JackDevice : public OutputDevice {
   public:
-    JackDevice();
+    JackDevice() = default;
     ~JackDevice() override;
     JackDevice(const JackDevice&) = delete;
     JackDevice& operator=(const JackDevice&) = delete;
 
     std::string name() const override { return "JACK"; }
-    std::string absence() const override { return absence_; }
-    std::optional<OutputFacts> look() override;
+    OutputFacts probe() override;
     std::unique_ptr<OutputStream> open(const OutputFacts& facts,
-                                       std::shared_ptr<RenderGate> gate) override;
+                                       std::shared_ptr<StreamFeed> feed) override;
 
   private:
-    struct Look;
-    std::unique_ptr<Look> look_;  ///< The last one; while a server keeps it waiting, the only one.
-    std::string absence_;
+    /// A probe, which a server that hangs can leave unfinished.
+    struct Probe {
+        std::shared_future<OutputFacts> facts;
+        std::future<void> end;
+    };
+    std::optional<Probe> probe_;  ///< The last one. The next one starts when it has its facts.
 };
 
 }  // namespace orvalo

@@ -1,25 +1,27 @@
-#include "platform/audio/output/Turns.h"
+#include "platform/audio/output/LibraryCalls.h"
 
 #include <thread>
 #include <utility>
 
 namespace orvalo {
 
-std::packaged_task<void()> Turns::inTurn(std::function<void()> work) {
-    return std::packaged_task<void()>([this, work = std::move(work)] {
+std::packaged_task<void()> LibraryCalls::inTurn(std::function<void()> work) {
+    return std::packaged_task<void()>([this, work = std::move(work)]() mutable {
         const std::lock_guard lock(turn_);
-        work();
+        // What the work owns is destroyed before the turn ends.
+        const auto current = std::move(work);
+        current();
     });
 }
 
-std::future<void> Turns::begin(std::function<void()> work) {
+std::future<void> LibraryCalls::start(std::function<void()> work) {
     auto task = inTurn(std::move(work));
     auto end = task.get_future();
     std::thread(std::move(task)).detach();
     return end;
 }
 
-bool Turns::finishWithin(std::chrono::milliseconds limit, std::function<void()> work) {
+bool LibraryCalls::finishWithin(std::chrono::milliseconds limit, std::function<void()> work) {
     auto task = inTurn(std::move(work));
     auto result = task.get_future();
     std::thread thread(std::move(task));

@@ -7,17 +7,17 @@
 
 namespace orvalo {
 
-/// The libraries of sound servers wait without end for a server that hangs, and keep state that
-/// only one thread at a time may touch, in places. One object for a library, that lives as long as
-/// the program, gives each call into it a turn and a limit.
-class Turns {
+/// Calls into the library of a sound server, one at a time and with a time limit: such libraries
+/// wait without end for a server that hangs, and keep state that is not safe for two threads. One
+/// object for each library; it lives as long as the program.
+class LibraryCalls {
   public:
-    /// Begins work on a thread of its own, after what has begun before, and leaves it to itself;
-    /// the future tells of its end. Any thread.
-    std::future<void> begin(std::function<void()> work);
-    /// Runs work on a thread of its own, after what has begun before, and waits for its end at most
-    /// that long; true when it was reached. Else the thread is left behind, to end when it can, so
-    /// work owns or shares all that it uses. Throws what work throws in time. Any thread.
+    /// Starts work on a thread of its own, after the work that was started before. The future
+    /// becomes ready at its end; dropping it does not wait. Any thread.
+    std::future<void> start(std::function<void()> work);
+    /// The same, and waits for the end at most for limit; true when the work has ended. Otherwise
+    /// it goes on alone, so it owns or shares all that it uses. Throws what the work throws in
+    /// time. Any thread.
     bool finishWithin(std::chrono::milliseconds limit, std::function<void()> work);
 
   private:

@@ -6,14 +6,14 @@
 namespace orvalo {
 
 NullOutput::NullOutput(const AVAudioFormat& format, std::uint32_t quantumFrames)
-    : facts_{format, quantumFrames, ""}, gate_(std::make_shared<RenderGate>()) {
+    : facts_{format, quantumFrames, ""}, feed_(std::make_shared<StreamFeed>()) {
     if (quantumFrames == 0) {
         fatalError("NullOutput: a quantum has at least one frame.");
     }
 }
 
 NullOutput::~NullOutput() {
-    gate_->close();
+    feed_->disconnect();
     stream_.reset();
 }
 
@@ -21,18 +21,18 @@ void NullOutput::start(AudioOutputSource& source) {
     if (stream_) {
         fatalError("NullOutput: started while it plays.");
     }
-    earlierXruns_ = gate_->xrunCount();
-    gate_->open(source);
-    stream_ = std::make_unique<ClockStream>(facts_, gate_);
+    earlierXruns_ = feed_->xrunCount();
+    feed_->connect(source);
+    stream_ = std::make_unique<ClockStream>(facts_, feed_);
 }
 
 void NullOutput::stop() {
-    gate_->close();
+    feed_->disconnect();
     stream_.reset();
 }
 
 std::uint64_t NullOutput::xrunCount() const {
-    return gate_->xrunCount() - earlierXruns_;
+    return feed_->xrunCount() - earlierXruns_;
 }
 
 }  // namespace orvalo

@@ -9,8 +9,8 @@
 
 namespace orvalo {
 
-/// An output that discards its sound and keeps its time: pulls blocks of exactly one quantum by
-/// the monotonic clock. Says nothing on standard error.
+/// An output that renders blocks of exactly one quantum by the monotonic clock and discards them.
+/// It logs nothing.
 class NullOutput : public AudioOutput {
   public:
     /// quantumFrames: above 0.
@@ -27,9 +27,9 @@ class NullOutput : public AudioOutput {
 
   private:
     OutputFacts facts_;
-    const std::shared_ptr<RenderGate> gate_;
+    const std::shared_ptr<StreamFeed> feed_;
     std::unique_ptr<OutputStream> stream_;
-    std::atomic<std::uint64_t> earlierXruns_{0};  ///< Of the gate, before the last start().
+    std::atomic<std::uint64_t> earlierXruns_{0};  ///< The feed's, before the last start().
 };
 
 }  // namespace orvalo

@@ -2,47 +2,52 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "platform/audio/output/RenderGate.h"
+#include "platform/audio/output/StreamFeed.h"
 #include "platform/audio/signal/AVAudioFormat.h"
+#include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
-/// What is known of a place where sound can go.
+/// The format, quantum and name of a device.
 struct OutputFacts {
     AVAudioFormat format;
     std::uint32_t frameCount = 512;  ///< Frames of one quantum.
     std::string deviceName;          ///< As the sound server calls it.
 };
 
-/// A stream that pulls from its gate, from its making to the end of its life. The gate learns of
-/// xruns and of the stream's end.
+/// A stream that renders its feed from its construction to its destruction. It tells the feed of
+/// xruns and of its own end.
 class OutputStream {
   public:
-    /// Ends pulling; the gate is not called any more.
+    /// Ends rendering.
     virtual ~OutputStream() = default;
 
-    /// Format and quantum as they really are.
+    /// Format and quantum of the open stream.
     virtual const OutputFacts& facts() const = 0;
 };
 
-/// A way to sound: one kind of sound server or system. Control threads, one at a time.
+/// One kind of sound server or system. Control threads, one at a time. Errors are NSErrors whose
+/// text is the end of a sentence, without a full stop.
 class OutputDevice {
   public:
     virtual ~OutputDevice() = default;
 
     virtual std::string name() const = 0;  ///< For people, such as "JACK".
-    /// Why there is nothing when look() has found nothing, as the end of a sentence.
-    virtual std::string absence() const = 0;
 
-    /// What would be opened now; nothing when it is not there. Quick, starts no server, holds
-    /// nothing, though it may still be leaving the server when it returns.
-    virtual std::optional<OutputFacts> look() = 0;
-    /// Opens it. Throws NSError whose text is the end of a sentence, without a full stop.
+    /// What open() would open now. Quick; starts no server and keeps nothing open, though a
+    /// connection to the server may still be closing when it returns. Throws NSError when the
+    /// device is absent.
+    virtual OutputFacts probe() = 0;
+    /// Opens the device that probe() has found, and starts its stream. Throws NSError.
     virtual std::unique_ptr<OutputStream> open(const OutputFacts& facts,
-                                               std::shared_ptr<RenderGate> gate) = 0;
+                                               std::shared_ptr<StreamFeed> feed) = 0;
 };
+
+/// An error of a device that cannot be used.
+inline NSError outputError(const std::string& text) {
+    return NSError("AudioOutputErrorDomain", 2, text);
+}
 
 }  // namespace orvalo

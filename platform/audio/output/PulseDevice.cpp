@@ -1,26 +1,45 @@
 #include "platform/audio/output/PulseDevice.h"
 
-#include <RtAudio.h>
+#include <pulse/pulseaudio.h>
 
 #include <algorithm>
+#include <array>
+#include <chrono>
+#include <optional>
 #include <utility>
 
-#include "platform/audio/output/PulseLook.h"
 #include "platform/audio/output/RtAudioStream.h"
-#include "platform/audio/output/Turns.h"
-#include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr std::chrono::milliseconds kServerPatience{500};
+constexpr std::chrono::milliseconds kProbeLimit{500};
 
-/// Never destroyed: a server that hangs can keep a call for longer than the program runs.
-Turns& rtAudio() {
-    static auto* const turns = new Turns;
-    return *turns;
-}
+/// A short connection to the PulseAudio server that already runs. One thread.
+class Connection {
+  public:
+    /// Throws NSError when no server answers within kProbeLimit.
+    Connection();
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    /// The sink that streams go to unless they name another. Throws NSError when there is none.
+    OutputFacts defaultSink();
+
+  private:
+    bool iterate();
+
+    const std::chrono::steady_clock::time_point deadline_ =
+        std::chrono::steady_clock::now() + kProbeLimit;
+    const std::unique_ptr<pa_mainloop, void (*)(pa_mainloop*)> loop_{pa_mainloop_new(),
+                                                                     pa_mainloop_free};
+    // pa_mainloop_new() fails when the process can open no more descriptors.
+    const std::unique_ptr<pa_context, void (*)(pa_context*)> context_{
+        loop_ ? pa_context_new(pa_mainloop_get_api(loop_.get()), "Orvalo") : nullptr,
+        pa_context_unref};
+};
 
 /// The rate to ask for: the sink's own where RtAudio's PulseAudio streams offer it.
 double offeredRate(std::uint32_t sinkRate) {
@@ -29,44 +48,63 @@ double offeredRate(std::uint32_t sinkRate) {
                                                                                    : 48000;
 }
 
-/// RtAudio's number of the default sink.
-unsigned int defaultDeviceId(RtApiPulse& api) {
-    const auto count = api.getDeviceCount();
-    for (unsigned int id = 0; id < count; ++id) {
-        if (api.getDeviceInfo(id).isDefaultOutput) {
-            return id;
+Connection::Connection() {
+    if (context_) {
+        pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr);
+        while (PA_CONTEXT_IS_GOOD(pa_context_get_state(context_.get())) &&
+               pa_context_get_state(context_.get()) != PA_CONTEXT_READY && iterate()) {
         }
     }
-    throw NSError("AudioOutputErrorDomain", 4, "the PulseAudio server has lost its sink");
+    if (!context_ || pa_context_get_state(context_.get()) != PA_CONTEXT_READY) {
+        throw outputError("no PulseAudio server is running");
+    }
+}
+
+Connection::~Connection() {
+    pa_context_disconnect(context_.get());
+}
+
+OutputFacts Connection::defaultSink() {
+    std::optional<OutputFacts> found;
+    const auto take = [](pa_context*, const pa_sink_info* info, int end, void* to) {
+        if (end == 0) {
+            const auto& spec = info->sample_spec;
+            static_cast<std::optional<OutputFacts>*>(to)->emplace(OutputFacts{
+                .format = {offeredRate(spec.rate), std::min(std::uint32_t{spec.channels}, 2U)},
+                .deviceName = info->name});
+        }
+    };
+    if (auto* const operation =
+            pa_context_get_sink_info_by_name(context_.get(), "@DEFAULT_SINK@", take, &found)) {
+        while (pa_operation_get_state(operation) == PA_OPERATION_RUNNING && iterate()) {
+        }
+        pa_operation_cancel(operation);
+        pa_operation_unref(operation);
+    }
+    if (!found) {
+        throw outputError("the PulseAudio server has no sink");
+    }
+    return *found;
+}
+
+/// Serves the connection once; false when the deadline has passed.
+bool Connection::iterate() {
+    const auto left = std::chrono::duration_cast<std::chrono::microseconds>(
+        deadline_ - std::chrono::steady_clock::now());
+    return left.count() > 0 &&
+           pa_mainloop_prepare(loop_.get(), static_cast<int>(left.count())) >= 0 &&
+           pa_mainloop_poll(loop_.get()) >= 0 && pa_mainloop_dispatch(loop_.get()) >= 0;
 }
 
 }  // namespace
 
-std::optional<OutputFacts> PulseDevice::look() {
-    PulseLook server(kServerPatience);
-    if (!server.isConnected()) {
-        absence_ = "no PulseAudio server is running";
-        return std::nullopt;
-    }
-    const auto sink = server.defaultSink();
-    if (!sink) {
-        absence_ = "the PulseAudio server has no sink";
-        return std::nullopt;
-    }
-    OutputFacts facts;
-    facts.format.sampleRate = offeredRate(sink->sampleRate);
-    facts.format.channelCount = std::min(sink->channelCount, 2U);
-    facts.deviceName = sink->name;
-    return facts;
+OutputFacts PulseDevice::probe() {
+    return Connection().defaultSink();
 }
 
 std::unique_ptr<OutputStream> PulseDevice::open(const OutputFacts& facts,
-                                                std::shared_ptr<RenderGate> gate) {
-    auto api = std::make_shared<RtApiPulse>();
-    RtAudioStream::Options options;
-    options.deviceId = [api] { return defaultDeviceId(*api); };
-    return std::make_unique<RtAudioStream>(std::move(api), rtAudio(), options, facts,
-                                           std::move(gate));
+                                                std::shared_ptr<StreamFeed> feed) {
+    return std::make_unique<RtAudioStream>(RtAudio::LINUX_PULSE, facts, std::move(feed));
 }
 
 }  // namespace orvalo

@@ -4,17 +4,13 @@
 
 namespace orvalo {
 
-/// The default sink of the PulseAudio server (PipeWire's too) that runs already.
+/// The default sink of the PulseAudio server (or PipeWire's) that already runs.
 class PulseDevice : public OutputDevice {
   public:
     std::string name() const override { return "PulseAudio"; }
-    std::string absence() const override { return absence_; }
-    std::optional<OutputFacts> look() override;
+    OutputFacts probe() override;
     std::unique_ptr<OutputStream> open(const OutputFacts& facts,
-                                       std::shared_ptr<RenderGate> gate) override;
-
-  private:
-    std::string absence_;
+                                       std::shared_ptr<StreamFeed> feed) override;
 };
 
 }  // namespace orvalo

@@ -2,8 +2,8 @@
 
 namespace orvalo {
 
-/// Names the calling thread (at most 15 characters) and gives it a real-time priority where the
-/// system grants one; a refusal is a debug message. Not inside a RealTimeScope.
-void becomeRenderThread(const char* name) noexcept;
+/// Asks the system for a real-time priority for the calling thread, which must be one of ours. A
+/// refusal is a debug message. Not inside a RealTimeScope.
+void requestRealTimePriority() noexcept;
 
 }  // namespace orvalo

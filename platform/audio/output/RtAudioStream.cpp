@@ -2,131 +2,147 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <string>
 #include <utility>
 
-#include "platform/audio/output/RealTimePriority.h"
-#include "platform/foundation/NSError.h"
+#include "platform/audio/output/LibraryCalls.h"
+#include "platform/audio/output/RtAudioLibrary.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr auto kErrorDomain = "AudioOutputErrorDomain";
-constexpr std::chrono::milliseconds kOpeningPatience{2000};
-constexpr std::chrono::milliseconds kClosingPatience{500};
-/// What the callback answers to go on, and to have RtAudio abort the stream.
-constexpr int kGoOn = 0;
+constexpr std::chrono::milliseconds kOpeningLimit{2000};
+constexpr std::chrono::milliseconds kClosingLimit{500};
+// The callback's answers.
+constexpr int kContinue = 0;
 constexpr int kAbort = 2;
-/// Buffers between us and the device, of one quantum each, where the number is ours to choose.
+/// Buffers between us and the device, of one quantum each.
 constexpr unsigned int kBufferCount = 3;
+
+/// The calls into one system's part of RtAudio.
+LibraryCalls& callsTo(RtAudio::Api api) {
+    // Never destroyed: a server that hangs can keep a call for longer than the program runs.
+    static auto* const alsa = new LibraryCalls;
+    static auto* const pulse = new LibraryCalls;
+    return api == RtAudio::LINUX_ALSA ? *alsa : *pulse;
+}
+
+unsigned int defaultDevice(RtAudio& library) {
+    const auto ids = rtaudio::deviceIds(library);
+    if (ids.empty()) {
+        throw outputError("RtAudio finds no device");
+    }
+    // A flag names ALSA's default device, and only asks for any valid identifier beside it. Facts
+    // about ALSA's devices would be had by opening each.
+    const auto found = library.getCurrentApi() == RtAudio::LINUX_ALSA
+                           ? ids.begin()
+                           : std::find_if(ids.begin(), ids.end(), [&](auto id) {
+                                 return library.getDeviceInfo(id).isDefaultOutput;
+                             });
+    if (found == ids.end()) {
+        throw outputError("the sound server has lost its sink");
+    }
+    return *found;
+}
 
 }  // namespace
 
-/// What the render thread uses; lives until the stream is closed, by whomever.
+/// The stream, its library and its callbacks; lives until the stream is closed.
 struct RtAudioStream::Session {
-    std::shared_ptr<RtApi> api;
-    std::shared_ptr<RenderGate> gate;
+    std::shared_ptr<StreamFeed> feed;
+    RtAudio::Api api = RtAudio::UNSPECIFIED;
     std::uint32_t channelCount = 0;
-    bool ownsRenderThread = true;
-    bool renderThreadIsReady = false;  ///< The render thread's own.
+    std::unique_ptr<RtAudio> library;
 
-    /// The session that the calling thread renders for. RtAudio's error callback has no argument
-    /// for the user, but it comes on the render thread.
+    /// The session that the calling thread renders. RtAudio 5 reports errors without an argument of
+    /// ours, but on the render thread.
     static thread_local Session* current;
+
+    /// Returns the frames of the quantum. Leaves nothing open when it throws.
+    unsigned int open(const OutputFacts& facts);
 
     static int render(void* output, void* input, unsigned int frameCount, double time,
                       RtAudioStreamStatus status, void* session);
-    static void report(RtAudioError::Type type, const std::string& text);
+    static void report(rtaudio::ErrorType type, const std::string& text);
 };
 
 thread_local RtAudioStream::Session* RtAudioStream::Session::current = nullptr;
 
+unsigned int RtAudioStream::Session::open(const OutputFacts& facts) {
+    try {
+        library = rtaudio::make(api, report);
+        rtaudio::StreamRequest request;
+        request.parameters.deviceId = defaultDevice(*library);
+        request.parameters.nChannels = channelCount;
+        request.options.flags = RTAUDIO_NONINTERLEAVED | RTAUDIO_ALSA_USE_DEFAULT;
+        request.options.numberOfBuffers = kBufferCount;
+        request.options.streamName = "Orvalo";
+        request.sampleRate = static_cast<unsigned int>(std::lround(facts.format.sampleRate));
+        request.frameCount = facts.frameCount;
+        request.callback = render;
+        request.userData = this;
+        const auto frameCount = rtaudio::openAndStart(*library, request, report);
+        if (!library->isStreamRunning()) {
+            throw outputError("the stream does not start");
+        }
+        return frameCount;
+    } catch (const NSError&) {
+        library.reset();
+        throw;
+    }
+}
+
 int RtAudioStream::Session::render(void* output, void* /*input*/, unsigned int frameCount,
                                    double /*time*/, RtAudioStreamStatus status, void* session) {
     auto& self = *static_cast<Session*>(session);
-    if (!self.renderThreadIsReady) {
-        self.renderThreadIsReady = true;
-        current = &self;
-        if (self.ownsRenderThread) {
-            becomeRenderThread("orvalo-render");
-        }
-    }
+    current = &self;
     if ((status & RTAUDIO_OUTPUT_UNDERFLOW) != 0) {
-        self.gate->countXruns(1);
+        self.feed->countXruns(1);
     }
-    // Without a device RtAudio's own threads would call as fast as they can.
-    if (self.ownsRenderThread && self.gate->hasEnded()) {
+    // Without a server RtAudio would call without a pause.
+    if (self.feed->hasEnded()) {
         return kAbort;
     }
     std::array<float*, kMaximumChannels> channels{};
     for (std::uint32_t channel = 0; channel < self.channelCount; ++channel) {
         channels[channel] = static_cast<float*>(output) + std::size_t{channel} * frameCount;
     }
-    self.gate->render({channels.data(), self.channelCount, frameCount});
-    return kGoOn;
+    self.feed->render({channels.data(), self.channelCount, frameCount});
+    return kContinue;
 }
 
-void RtAudioStream::Session::report(RtAudioError::Type /*type*/, const std::string& text) {
+void RtAudioStream::Session::report(rtaudio::ErrorType /*type*/, const std::string& text) {
     g_debug("RtAudio: %s", text.c_str());
-    // An underrun is a warning like the others but for its text, and the stream goes on after it.
+    // After an underrun, which only its text tells from other warnings, the stream goes on.
     if (current != nullptr && text.find("underrun.") == std::string::npos) {
-        current->gate->end();
+        current->feed->markEnded();
     }
 }
 
-RtAudioStream::RtAudioStream(std::shared_ptr<RtApi> api, Turns& library, const Options& options,
-                             const OutputFacts& facts, std::shared_ptr<RenderGate> gate)
-    : library_(library),
-      facts_(facts),
-      session_(std::make_shared<Session>(Session{
-          std::move(api), std::move(gate), facts.format.channelCount, options.ownsRenderThread})) {
-    const auto frameCount = std::make_shared<std::atomic<unsigned int>>(facts.frameCount);
-    const auto rate = static_cast<unsigned int>(std::lround(facts.format.sampleRate));
-    const auto openAndStart = [session = session_, options, rate, frameCount] {
-        session->api->showWarnings(false);
-        RtAudio::StreamParameters parameters;
-        parameters.deviceId = options.deviceId();
-        parameters.nChannels = session->channelCount;
-        RtAudio::StreamOptions streamOptions;
-        streamOptions.flags = RTAUDIO_NONINTERLEAVED | options.flags;
-        streamOptions.numberOfBuffers = kBufferCount;
-        streamOptions.streamName = "Orvalo";
-        unsigned int frames = *frameCount;
-        session->api->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, rate, &frames,
-                                 Session::render, session.get(), &streamOptions, Session::report);
-        *frameCount = frames;
-        if (options.opened) {
-            options.opened(*session->gate);
-        }
-        session->api->startStream();
-    };
-    try {
-        if (!library_.finishWithin(kOpeningPatience, openAndStart)) {
-            throw NSError(kErrorDomain, 2, "the sound server does not answer");
-        }
-    } catch (const RtAudioError& error) {
-        throw NSError(kErrorDomain, 3, error.what());
-    }
-    if (!session_->api->isStreamRunning()) {
-        throw NSError(kErrorDomain, 3, "the stream does not start");
+RtAudioStream::RtAudioStream(RtAudio::Api api, const OutputFacts& facts,
+                             std::shared_ptr<StreamFeed> feed)
+    : facts_(facts),
+      session_(std::make_shared<Session>(
+          Session{std::move(feed), api, facts.format.channelCount, nullptr})) {
+    const auto frameCount = std::make_shared<unsigned int>(0);
+    if (!callsTo(api).finishWithin(kOpeningLimit, [session = session_, facts, frameCount] {
+            *frameCount = session->open(facts);
+        })) {
+        throw outputError("the sound server does not answer");
     }
     facts_.frameCount = *frameCount;
 }
 
 RtAudioStream::~RtAudioStream() {
-    // Closing without stopping before: stopping waits for a callback, without end when the device
-    // has gone, and plays what is buffered.
-    const auto close = [session = session_] {
-        // Its destruction closes the stream.
-        session->api.reset();
-    };
-    if (!library_.finishWithin(kClosingPatience, close)) {
-        g_debug("RtAudio does not close its stream; it is left behind.");
+    // Closes without stopping: stopping waits for a callback, without end when the device has gone.
+    const auto close = [session = session_] { session->library.reset(); };
+    if (!callsTo(session_->api).finishWithin(kClosingLimit, close)) {
+        g_debug("RtAudio does not close its stream; the stream is left open.");
     }
 }
 

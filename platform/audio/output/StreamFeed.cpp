@@ -1,4 +1,4 @@
-#include "platform/audio/output/RenderGate.h"
+#include "platform/audio/output/StreamFeed.h"
 
 #include <algorithm>
 #include <utility>
@@ -8,28 +8,29 @@
 
 namespace orvalo {
 
-struct RenderGate::Pull {
+struct StreamFeed::Connection {
     AudioOutputSource& source;
 };
 
-RenderGate::RenderGate(std::shared_ptr<Wakeup> supervisor) : supervisor_(std::move(supervisor)) {}
+StreamFeed::StreamFeed(std::shared_ptr<WakeSignal> supervisor)
+    : supervisor_(std::move(supervisor)) {}
 
-RenderGate::~RenderGate() = default;
+StreamFeed::~StreamFeed() = default;
 
-void RenderGate::open(AudioOutputSource& source) {
-    slot_.exchange(std::make_unique<Pull>(Pull{source}));
+void StreamFeed::connect(AudioOutputSource& source) {
+    slot_.exchange(std::make_unique<Connection>(Connection{source}));
 }
 
-void RenderGate::close() {
+void StreamFeed::disconnect() {
     slot_.exchange(nullptr);
 }
 
-void RenderGate::render(const AudioBlock& block) noexcept {
+void StreamFeed::render(const AudioBlock& block) noexcept {
     const RealTimeScope realTime;
     const DenormalGuard denormals;
-    const RenderSlot<Pull>::Access pull(slot_);
-    if (pull) {
-        pull->source.renderOutput(block);
+    const RenderSlot<Connection>::Access connection(slot_);
+    if (connection) {
+        connection->source.renderOutput(block);
     } else {
         for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
             std::fill_n(block.channels[channel], block.frameCount, 0.0F);
@@ -38,16 +39,16 @@ void RenderGate::render(const AudioBlock& block) noexcept {
     renders_.fetch_add(1, std::memory_order_relaxed);
 }
 
-void RenderGate::countXruns(std::uint64_t count) noexcept {
+void StreamFeed::countXruns(std::uint64_t count) noexcept {
     xruns_.fetch_add(count, std::memory_order_relaxed);
 }
 
-void RenderGate::end() noexcept {
-    // Whoever sees the end may take the gate away.
+void StreamFeed::markEnded() noexcept {
+    // The supervisor may destroy this feed as soon as it sees the end.
     const auto supervisor = supervisor_;
     ended_.store(true, std::memory_order_release);
     if (supervisor) {
-        supervisor->signal();
+        supervisor->send();
     }
 }
 

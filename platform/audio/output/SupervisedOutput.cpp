@@ -26,20 +26,21 @@ std::string text(const OutputFacts& facts) {
            std::to_string(facts.frameCount) + " frames";
 }
 
-/// What the device has, or else why there is nothing, as the end of a sentence.
-std::optional<OutputFacts> lookAt(OutputDevice& device, std::string& failure) {
-    std::optional<OutputFacts> facts;
+/// Calls attempt() and returns true, or false with the reason of the failure, as the end of a
+/// sentence.
+template <typename Attempt>
+bool succeeds(const OutputDevice& device, std::string& failure, const Attempt& attempt) {
     try {
-        facts = device.look();
-        failure = facts ? "" : device.absence();
+        attempt();
+        return true;
+    } catch (const NSError& error) {
+        failure = error.what();
     } catch (const std::system_error& error) {
-        // Looks are made on threads of their own, which a system at its limits refuses.
-        failure = "it cannot be looked for (" + error.code().message() + ")";
+        // Devices use threads, which a system at its limits refuses.
+        failure = "it cannot be used (" + error.code().message() + ")";
     }
-    if (!facts) {
-        g_debug("Audio output %s: %s.", device.name().c_str(), failure.c_str());
-    }
-    return facts;
+    g_debug("Audio output %s: %s.", device.name().c_str(), failure.c_str());
+    return false;
 }
 
 }  // namespace
@@ -49,7 +50,7 @@ SupervisedOutput::SupervisedOutput(std::vector<std::unique_ptr<OutputDevice>> de
     : devices_(std::move(devices)),
       absence_(absence),
       timing_(timing),
-      wakeup_(std::make_shared<Wakeup>()) {}
+      wakeSignal_(std::make_shared<WakeSignal>()) {}
 
 SupervisedOutput::~SupervisedOutput() {
     stop();
@@ -58,16 +59,20 @@ SupervisedOutput::~SupervisedOutput() {
 AVAudioFormat SupervisedOutput::format() {
     {
         const std::lock_guard lock(facts_);
-        if (toldFormat_) {
-            return *toldFormat_;
+        if (reportedFormat_) {
+            return *reportedFormat_;
         }
     }
-    const auto facts = lookAround().value_or(OutputFacts{});
+    OutputFacts facts;
+    std::string failure;
+    static_cast<void>(std::any_of(devices_.begin(), devices_.end(), [&](const auto& device) {
+        return succeeds(*device, failure, [&] { facts = device->probe(); });
+    }));
     const std::lock_guard lock(facts_);
-    if (!toldFormat_) {
-        toldFormat_ = facts.format;
+    if (!reportedFormat_) {
+        reportedFormat_ = facts.format;
     }
-    return *toldFormat_;
+    return *reportedFormat_;
 }
 
 void SupervisedOutput::start(AudioOutputSource& source) {
@@ -76,7 +81,7 @@ void SupervisedOutput::start(AudioOutputSource& source) {
     }
     {
         const std::lock_guard lock(facts_);
-        countedGate_.reset();
+        countedFeed_.reset();
         earlierXruns_ = 0;
     }
     if (openAny(nullptr)) {
@@ -104,7 +109,7 @@ void SupervisedOutput::stop() {
         return;
     }
     stopping_ = true;
-    wakeup_->signal();
+    wakeSignal_->send();
     thread_.join();
     endPlaying();
     source_ = nullptr;
@@ -112,34 +117,15 @@ void SupervisedOutput::stop() {
 
 std::uint64_t SupervisedOutput::xrunCount() const {
     const std::lock_guard lock(facts_);
-    return earlierXruns_ + (countedGate_ ? countedGate_->xrunCount() : 0);
-}
-
-std::optional<OutputFacts> SupervisedOutput::lookAround() {
-    for (const auto& device : devices_) {
-        std::string failure;
-        if (auto facts = lookAt(*device, failure)) {
-            return facts;
-        }
-    }
-    return std::nullopt;
+    return earlierXruns_ + (countedFeed_ ? countedFeed_->xrunCount() : 0);
 }
 
 bool SupervisedOutput::open(OutputDevice& device) {
-    const auto facts = lookAt(device, lastFailure_);
-    if (!facts) {
-        return false;
-    }
-    try {
-        auto gate = std::make_shared<RenderGate>(wakeup_);
-        auto stream = device.open(*facts, gate);
-        setPlaying({&device, std::move(gate), std::move(stream)});
-        return true;
-    } catch (const NSError& error) {
-        lastFailure_ = error.what();
-        g_debug("Audio output %s: %s.", device.name().c_str(), lastFailure_.c_str());
-        return false;
-    }
+    return succeeds(device, lastFailure_, [&] {
+        auto feed = std::make_shared<StreamFeed>(wakeSignal_);
+        auto stream = device.open(device.probe(), feed);
+        setPlaying({&device, std::move(feed), std::move(stream)});
+    });
 }
 
 bool SupervisedOutput::openAny(const OutputDevice* except) {
@@ -148,9 +134,9 @@ bool SupervisedOutput::openAny(const OutputDevice* except) {
 }
 
 void SupervisedOutput::openClock(const OutputFacts& facts) {
-    auto gate = std::make_shared<RenderGate>(wakeup_);
-    auto stream = std::make_unique<ClockStream>(facts, gate);
-    setPlaying({nullptr, std::move(gate), std::move(stream)});
+    auto feed = std::make_shared<StreamFeed>(wakeSignal_);
+    auto stream = std::make_unique<ClockStream>(facts, feed);
+    setPlaying({nullptr, std::move(feed), std::move(stream)});
 }
 
 void SupervisedOutput::setPlaying(Playing playing) {
@@ -158,60 +144,60 @@ void SupervisedOutput::setPlaying(Playing playing) {
     openedAt_ = lastRenderAt_ = Clock::now();
     lastRenderCount_ = 0;
     const std::lock_guard lock(facts_);
-    countedGate_ = playing_.gate;
+    countedFeed_ = playing_.feed;
 }
 
 void SupervisedOutput::endPlaying() {
-    playing_.gate->close();
+    playing_.feed->disconnect();
     playing_.stream.reset();
     const std::lock_guard lock(facts_);
-    earlierXruns_ += playing_.gate->xrunCount();
-    countedGate_.reset();
+    earlierXruns_ += playing_.feed->xrunCount();
+    countedFeed_.reset();
 }
 
 void SupervisedOutput::supervise() {
     pthread_setname_np(pthread_self(), "orvalo-output");
-    letRender();
+    connectSource();
     while (!stopping_) {
-        wakeup_->wait(timing_.watch);
+        wakeSignal_->wait(timing_.watch);
         if (stopping_) {
             return;
         }
+        noteRendering();
         if (playing_.device == nullptr) {
             if (!devices_.empty() && Clock::now() - openedAt_ >= timing_.retry) {
                 returnToDevice();
             }
-        } else if (hasDied()) {
+        } else if (isDead()) {
             replaceStream();
         }
     }
 }
 
-void SupervisedOutput::letRender() {
+void SupervisedOutput::connectSource() {
     const auto format = playing_.stream->facts().format;
     bool changed = false;
     {
         const std::lock_guard lock(facts_);
-        changed = toldFormat_ && *toldFormat_ != format;
-        toldFormat_ = format;
+        changed = reportedFormat_ && *reportedFormat_ != format;
+        reportedFormat_ = format;
     }
     if (changed) {
         source_->outputFormatChanged(format);
     }
-    playing_.gate->open(*source_);
+    playing_.feed->connect(*source_);
 }
 
-bool SupervisedOutput::hasDied() {
-    if (playing_.gate->hasEnded()) {
-        return true;
-    }
-    const auto count = playing_.gate->renderCount();
-    const auto now = Clock::now();
+void SupervisedOutput::noteRendering() {
+    const auto count = playing_.feed->renderCount();
     if (count != lastRenderCount_) {
         lastRenderCount_ = count;
-        lastRenderAt_ = now;
+        lastRenderAt_ = Clock::now();
     }
-    return now - lastRenderAt_ >= timing_.silence;
+}
+
+bool SupervisedOutput::isDead() const {
+    return playing_.feed->hasEnded() || Clock::now() - lastRenderAt_ >= timing_.silence;
 }
 
 void SupervisedOutput::replaceStream() {
@@ -231,23 +217,23 @@ void SupervisedOutput::replaceStream() {
                   device.name().c_str(), text(playing_.stream->facts()).c_str());
     }
     replacedAtOnce_ = playing_.device != nullptr;
-    letRender();
+    connectSource();
 }
 
 void SupervisedOutput::returnToDevice() {
-    // The clock goes on while a device is looked for: a look and an opening may take their time.
+    // The clock plays on meanwhile: a probe and an opening may take seconds.
     Playing clock = std::exchange(playing_, {});
     if (openAny(nullptr)) {
-        clock.gate->close();
+        clock.feed->disconnect();
         clock.stream.reset();
         {
             const std::lock_guard lock(facts_);
-            earlierXruns_ += clock.gate->xrunCount();
+            earlierXruns_ += clock.feed->xrunCount();
         }
         g_warning("Audio output: %s takes the place of the silent clock, %s.",
                   playing_.device->name().c_str(), text(playing_.stream->facts()).c_str());
         replacedAtOnce_ = false;
-        letRender();
+        connectSource();
     } else {
         setPlaying(std::move(clock));
     }

@@ -12,29 +12,29 @@
 
 #include "platform/audio/output/AudioOutput.h"
 #include "platform/audio/output/OutputDevice.h"
-#include "platform/audio/output/Wakeup.h"
+#include "platform/audio/output/WakeSignal.h"
 
 namespace orvalo {
 
-/// An output over devices that come and go. A control thread watches the stream that plays; when
-/// it ends or falls silent, the thread opens the same device again, else another one, else a
-/// silent clock, from which it tries to return to a device.
+/// An output over devices that come and go. A control thread watches the stream that plays. When
+/// the stream ends or stops rendering, the thread opens the same device again, else another one,
+/// else a silent clock, which it replaces as soon as a device opens.
 class SupervisedOutput final : public AudioOutput {
   public:
     struct Timing {
-        /// A stream that has not rendered for so long has died. Sound servers take up to two
+        /// A stream that has not rendered for this long is dead. Sound servers take up to two
         /// seconds to wake a device.
         std::chrono::milliseconds silence{3000};
-        /// How often a stream is looked at that does not tell of its end by itself.
+        /// How often the render count is read, for streams that do not report their end.
         std::chrono::milliseconds watch{250};
-        /// How often a device is looked for while the clock stands in. A stream that replaced
-        /// another at once and dies sooner than that is replaced by the clock.
+        /// How often a device is probed while the clock plays. A stream that was opened in the
+        /// place of a dead one and dies sooner than this is replaced by the clock.
         std::chrono::milliseconds retry{3000};
     };
-    /// What to do when no device is there at start().
+    /// What start() does when no device opens: throw, or play the silent clock.
     enum class Absence { fail, standIn };
 
-    /// devices: in the order of preference; none for the silent clock by choice.
+    /// devices: in the order of preference; none to play the silent clock only.
     SupervisedOutput(std::vector<std::unique_ptr<OutputDevice>> devices, Absence absence,
                      const Timing& timing);
     SupervisedOutput(std::vector<std::unique_ptr<OutputDevice>> devices, Absence absence)
@@ -51,14 +51,12 @@ class SupervisedOutput final : public AudioOutput {
   private:
     using Clock = std::chrono::steady_clock;
 
-    /// A stream, its gate and where it comes from; no device: the silent clock.
     struct Playing {
-        OutputDevice* device = nullptr;
-        std::shared_ptr<RenderGate> gate;
+        OutputDevice* device = nullptr;  ///< Null for the silent clock.
+        std::shared_ptr<StreamFeed> feed;
         std::unique_ptr<OutputStream> stream;
     };
 
-    std::optional<OutputFacts> lookAround();
     bool open(OutputDevice& device);
     bool openAny(const OutputDevice* except);
     void openClock(const OutputFacts& facts);
@@ -66,32 +64,33 @@ class SupervisedOutput final : public AudioOutput {
     void endPlaying();
 
     void supervise();
-    void letRender();
-    bool hasDied();
+    void connectSource();
+    void noteRendering();
+    bool isDead() const;
     void replaceStream();
     void returnToDevice();
 
     const std::vector<std::unique_ptr<OutputDevice>> devices_;
     const Absence absence_;
     const Timing timing_;
-    const std::shared_ptr<Wakeup> wakeup_;
+    const std::shared_ptr<WakeSignal> wakeSignal_;
 
-    // start() and stop() use these while the control thread does not exist; else it does.
+    // The control thread's while it runs, else the caller's of start() and stop().
     AudioOutputSource* source_ = nullptr;
     Playing playing_;
     Clock::time_point openedAt_;
     Clock::time_point lastRenderAt_;
     std::uint64_t lastRenderCount_ = 0;
-    bool replacedAtOnce_ = false;  ///< The stream was opened as soon as the one before had died.
+    bool replacedAtOnce_ = false;  ///< The stream was opened in the place of a dead one.
     std::string lastFailure_;      ///< Why the last opening failed, as the end of a sentence.
 
     std::thread thread_;
     std::atomic<bool> stopping_{false};
 
-    mutable std::mutex facts_;  ///< Guards what follows; never held over a call to others.
-    std::optional<AVAudioFormat> toldFormat_;
-    std::shared_ptr<RenderGate> countedGate_;
-    std::uint64_t earlierXruns_ = 0;  ///< Of the streams since start() that play no more.
+    mutable std::mutex facts_;  ///< Guards the members below; never held over a call to others.
+    std::optional<AVAudioFormat> reportedFormat_;
+    std::shared_ptr<StreamFeed> countedFeed_;
+    std::uint64_t earlierXruns_ = 0;  ///< Of the streams since start() that have ended.
 };
 
 }  // namespace orvalo

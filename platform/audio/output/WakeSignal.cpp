@@ -1,24 +1,24 @@
-#include "platform/audio/output/Wakeup.h"
+#include "platform/audio/output/WakeSignal.h"
 
 #include <cerrno>
 #include <ctime>
 
 namespace orvalo {
 
-Wakeup::Wakeup() {
+WakeSignal::WakeSignal() {
     sem_init(&signals_, 0, 0);
 }
 
-Wakeup::~Wakeup() {
+WakeSignal::~WakeSignal() {
     sem_destroy(&signals_);
 }
 
-void Wakeup::signal() noexcept {
-    // Fails only when as many signals as a counter holds are waiting to be seen.
+void WakeSignal::send() noexcept {
+    // Fails only at the counter's maximum, when a signal is pending anyway.
     sem_post(&signals_);
 }
 
-void Wakeup::wait(std::chrono::milliseconds limit) noexcept {
+void WakeSignal::wait(std::chrono::milliseconds limit) noexcept {
     using namespace std::chrono;
     timespec until{};
     clock_gettime(CLOCK_MONOTONIC, &until);
@@ -30,7 +30,6 @@ void Wakeup::wait(std::chrono::milliseconds limit) noexcept {
             return;
         }
     }
-    // Signals that came together are one.
     while (sem_trywait(&signals_) == 0) {
     }
 }

@@ -6,18 +6,18 @@
 
 namespace orvalo {
 
-/// Wakes one waiting thread from any other, without a lock: from callbacks of sound servers too.
-/// Takes nothing from the system that it could run out of.
-class Wakeup {
+/// Wakes one waiting thread from any other thread, without a lock and without a descriptor.
+class WakeSignal {
   public:
-    Wakeup();
-    ~Wakeup();
-    Wakeup(const Wakeup&) = delete;
-    Wakeup& operator=(const Wakeup&) = delete;
+    WakeSignal();
+    ~WakeSignal();
+    WakeSignal(const WakeSignal&) = delete;
+    WakeSignal& operator=(const WakeSignal&) = delete;
 
-    /// Ends the wait that is under way, or the next one.
-    void signal() noexcept;
-    /// Waits for a signal, at most that long. One thread.
+    /// Ends the wait that is under way, else the next one. Any thread, real-time ones too.
+    void send() noexcept;
+    /// Waits for a signal, at most for limit. Signals sent before it returns count as one. One
+    /// thread.
     void wait(std::chrono::milliseconds limit) noexcept;
 
   private:

@@ -12,13 +12,13 @@ namespace {
 
 class FakeStream : public OutputStream {
   public:
-    FakeStream(OutputFacts facts, std::shared_ptr<RenderGate> gate,
+    FakeStream(OutputFacts facts, std::shared_ptr<StreamFeed> feed,
                std::shared_ptr<FakeControls> controls)
         : facts_(std::move(facts)),
-          gate_(std::move(gate)),
+          feed_(std::move(feed)),
           controls_(std::move(controls)),
           thread_([this] { run(); }) {
-        controls_->gate = gate_.get();
+        controls_->feed = feed_.get();
         ++controls_->liveCount;
         ++controls_->openCount;
     }
@@ -37,14 +37,14 @@ class FakeStream : public OutputStream {
         const AVAudioPCMBuffer buffer(facts_.format, facts_.frameCount);
         while (!stopping_) {
             if (!controls_->isFrozen) {
-                gate_->render(buffer.block(facts_.frameCount));
+                feed_->render(buffer.block(facts_.frameCount));
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
     }
 
     OutputFacts facts_;
-    std::shared_ptr<RenderGate> gate_;
+    std::shared_ptr<StreamFeed> feed_;
     std::shared_ptr<FakeControls> controls_;
     std::atomic<bool> stopping_{false};
     std::thread thread_;
@@ -53,33 +53,33 @@ class FakeStream : public OutputStream {
 }  // namespace
 
 void FakeControls::endStream() {
-    gate.load()->end();
+    feed.load()->markEnded();
 }
 
 void FakeControls::countXruns(std::uint64_t count) {
-    gate.load()->countXruns(count);
+    feed.load()->countXruns(count);
 }
 
 FakeDevice::FakeDevice(std::string name, std::shared_ptr<FakeControls> controls)
     : name_(std::move(name)), controls_(std::move(controls)) {}
 
-std::optional<OutputFacts> FakeDevice::look() {
-    ++controls_->lookCount;
-    if (controls_->whileLooking) {
-        controls_->whileLooking();
+OutputFacts FakeDevice::probe() {
+    ++controls_->probeCount;
+    if (controls_->whileProbing) {
+        controls_->whileProbing();
     }
     if (!controls_->isThere) {
-        return std::nullopt;
+        throw NSError("FakeErrorDomain", 6, "no " + name_ + " is there");
     }
     return OutputFacts{{controls_->sampleRate, 2}, controls_->frameCount, name_};
 }
 
 std::unique_ptr<OutputStream> FakeDevice::open(const OutputFacts& facts,
-                                               std::shared_ptr<RenderGate> gate) {
+                                               std::shared_ptr<StreamFeed> feed) {
     if (!controls_->opens) {
         throw NSError("FakeErrorDomain", 7, name_ + " is busy");
     }
-    return std::make_unique<FakeStream>(facts, std::move(gate), controls_);
+    return std::make_unique<FakeStream>(facts, std::move(feed), controls_);
 }
 
 }  // namespace orvalo::testing

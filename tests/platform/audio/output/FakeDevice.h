@@ -17,16 +17,16 @@ struct FakeControls {
     std::atomic<bool> isFrozen{false};  ///< Streams are open but do not render.
     std::atomic<double> sampleRate{48000.0};
     std::atomic<std::uint32_t> frameCount{32};
-    std::atomic<int> lookCount{0};
+    std::atomic<int> probeCount{0};
     std::atomic<int> openCount{0};       ///< Streams that were opened.
     std::atomic<int> liveCount{0};       ///< Streams that live now.
-    std::function<void()> whileLooking;  ///< Set before use.
+    std::function<void()> whileProbing;  ///< Set before use.
 
     /// Has the stream that was opened last die, as its server says.
     void endStream();
     void countXruns(std::uint64_t count);
 
-    std::atomic<RenderGate*> gate{nullptr};
+    std::atomic<StreamFeed*> feed{nullptr};
 };
 
 /// A device without sound, as its controls say, that renders a block about every millisecond.
@@ -35,10 +35,9 @@ class FakeDevice : public OutputDevice {
     FakeDevice(std::string name, std::shared_ptr<FakeControls> controls);
 
     std::string name() const override { return name_; }
-    std::string absence() const override { return "no " + name_ + " is there"; }
-    std::optional<OutputFacts> look() override;
+    OutputFacts probe() override;
     std::unique_ptr<OutputStream> open(const OutputFacts& facts,
-                                       std::shared_ptr<RenderGate> gate) override;
+                                       std::shared_ptr<StreamFeed> feed) override;
 
   private:
     std::string name_;

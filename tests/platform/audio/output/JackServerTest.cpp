@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/audio/output/JackClient.h"
 #include "platform/audio/output/JackDevice.h"
-#include "platform/audio/output/LibraryMessages.h"
 #include "platform/audio/output/SupervisedOutput.h"
 #include "tests/platform/audio/output/LogLines.h"
 #include "tests/platform/audio/output/RecordingSource.h"
@@ -29,9 +29,7 @@ using testing::RecordingSource;
 using testing::ServerProcess;
 using testing::SignalCapture;
 
-using Client = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
-
-Client openClient(const char* name) {
+JackClient openClient(const char* name) {
     return {jack_client_open(name, JackNoStartServer, nullptr), jack_client_close};
 }
 
@@ -68,7 +66,7 @@ class JackRecorder {
 
     SignalCapture capture_;
     std::vector<jack_port_t*> ports_;
-    Client client_;
+    JackClient client_;
 };
 
 /// A JACK server of the test's own with its dummy driver.
@@ -78,18 +76,13 @@ class JackServerTest : public ::testing::Test {
         // Also for the servers: whoever runs the tests keeps his own ones.
         setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
-        takeLibraryMessages();
     }
 
     /// inStep: the server waits for its clients in each period, so that none misses one.
     std::unique_ptr<ServerProcess> startServer(const std::string& rate, const std::string& period,
                                                bool inStep = false) {
-        // A client that opens while another one of a dead server is being closed would have libjack
-        // free that one: wait until all are closed.
-        EXPECT_TRUE(source_.waitUntil([] {
-            JackDevice device;
-            return !device.look() && device.absence() == "no JACK server is running";
-        }));
+        // libjack would free clients of a dead server that are still open.
+        EXPECT_TRUE(source_.waitUntil([] { return probeError() == "no JACK server is running"; }));
         std::vector<std::string> command{"jackd", "--no-realtime", "--name", server_};
         if (inStep) {
             command.insert(command.end(), {"--sync", "--timeout", "5000"});
@@ -111,6 +104,15 @@ class JackServerTest : public ::testing::Test {
                 std::filesystem::remove(entry.path());
             }
         }
+    }
+
+    static std::string probeError() {
+        try {
+            JackDevice().probe();
+        } catch (const NSError& error) {
+            return error.what();
+        }
+        return "";
     }
 
     void kill(ServerProcess& server) {

@@ -193,21 +193,21 @@ TEST_F(SupervisedOutputTest, KeepsTimeWithoutADeviceAndReturnsToIt) {
                             "channels, 32 frames."));
 }
 
-TEST_F(SupervisedOutputTest, RendersOnWhileItLooksForADevice) {
+TEST_F(SupervisedOutputTest, RendersOnWhileItProbesADevice) {
     alpha_->isThere = false;
     beta_->isThere = false;
     std::atomic<bool> isHeld{false};
-    std::atomic<bool> isLooking{false};
-    alpha_->whileLooking = [&] {
+    std::atomic<bool> isProbing{false};
+    alpha_->whileProbing = [&] {
         while (isHeld) {
-            isLooking = true;
+            isProbing = true;
             std::this_thread::sleep_for(milliseconds(1));
         }
     };
     const auto output = makeOutput();
     output->start(source_);
     isHeld = true;
-    ASSERT_TRUE(source_.waitUntil([&] { return isLooking.load(); }));
+    ASSERT_TRUE(source_.waitUntil([&] { return isProbing.load(); }));
     EXPECT_TRUE(source_.waitForBlocks(10));
     isHeld = false;
     output->stop();

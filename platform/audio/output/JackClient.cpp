@@ -1,0 +1,76 @@
+#include "platform/audio/output/JackClient.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <atomic>
+
+namespace orvalo {
+
+namespace {
+
+std::atomic<int> orphanCount{0};
+
+void logToGLib(const char* message) {
+    g_debug("JACK: %s", message);
+}
+
+/// The names of all playback ports, as "client:port".
+std::vector<std::string> playbackPorts(jack_client_t* client) {
+    const std::unique_ptr<const char*, void (*)(const char**)> list(
+        jack_get_ports(client, nullptr, JACK_DEFAULT_AUDIO_TYPE,
+                       JackPortIsInput | JackPortIsPhysical),
+        [](const char** ports) { jack_free(ports); });
+    std::vector<std::string> names;
+    for (const char** port = list.get(); port != nullptr && *port != nullptr; ++port) {
+        names.emplace_back(*port);
+    }
+    return names;
+}
+
+}  // namespace
+
+LibraryCalls& libjack() {
+    // Never destroyed: a server that hangs can keep a call for longer than the program runs.
+    static auto* const calls = new LibraryCalls;
+    return *calls;
+}
+
+JackClient openJackClient(const char* name) {
+    jack_set_error_function(logToGLib);
+    jack_set_info_function(logToGLib);
+    if (orphanCount != 0) {
+        throw outputError("the JACK server has just shut down");
+    }
+    JackClient client(jack_client_open(name, JackNoStartServer, nullptr), jack_client_close);
+    if (!client) {
+        throw outputError("no JACK server is running");
+    }
+    return client;
+}
+
+OutputFacts jackFacts(jack_client_t* client) {
+    const auto ports = playbackPorts(client);
+    if (ports.empty()) {
+        throw outputError("the JACK server has no playback port");
+    }
+    OutputFacts facts;
+    facts.deviceName = ports.front().substr(0, ports.front().find(':'));
+    facts.format.sampleRate = jack_get_sample_rate(client);
+    facts.format.channelCount = static_cast<std::uint32_t>(
+        std::min<std::size_t>(jackPlaybackPorts(client, facts.deviceName).size(), 2));
+    facts.frameCount = jack_get_buffer_size(client);
+    return facts;
+}
+
+std::vector<std::string> jackPlaybackPorts(jack_client_t* client, const std::string& device) {
+    auto ports = playbackPorts(client);
+    std::erase_if(ports, [&](const auto& port) { return !port.starts_with(device + ":"); });
+    return ports;
+}
+
+void countOrphanedJackClients(int change) {
+    orphanCount += change;
+}
+
+}  // namespace orvalo
