@@ -19,14 +19,14 @@ namespace orvalo {
 
 namespace {
 
-// Rates that some device or coding has; a header that states another is wrong.
+// A header that states a rate outside this range is damaged.
 constexpr int kLowestRate = 1000;
 constexpr int kHighestRate = 768000;
 
-// How many frames may be skipped by decoding rather than by a seek.
-constexpr std::int64_t kShortWay = 65536;
+// Up to so many frames are skipped by decoding rather than by a seek.
+constexpr std::int64_t kMostDecodedSkip = 65536;
 
-// Seconds by which a container with rounded times may state more than its packets hold.
+// Seconds by which rounded times may state more than the packets hold.
 constexpr double kRoundedTimes = 0.05;
 
 void writeSilence(const AudioBlock& output) {
@@ -35,7 +35,7 @@ void writeSilence(const AudioBlock& output) {
     }
 }
 
-// The format of what the decoder makes, which headers do not always tell.
+// The format of the first decoded frame: headers do not always state it.
 AVAudioFormat decodedFormat(PacketDecoder& decoder, const std::string& path) {
     if (!decoder.decodeNext()) {
         throw refusal(FileRefusal::notDecodable, path, "holds no sound that can be decoded");
@@ -78,7 +78,7 @@ struct AVAudioFile::Reader {
     const AVAudioFormat format;
     const AudioTimeline timeline;
     std::int64_t position = 0;
-    std::int64_t decodedPosition = 0;  // What came before it, the decoder may have passed.
+    std::int64_t decodedPosition = 0;  // The decoder may have passed all frames before this one.
     bool hasFrame = true;
     bool hasEnded = false;
     bool hasWarned = false;
@@ -96,11 +96,11 @@ bool AVAudioFile::Reader::isFitting(const AVFrame& frame) const {
            frame.ch_layout.nb_channels == static_cast<int>(format.channelCount);
 }
 
-// Decodes on, or anew, until the frame at hand ends behind target; false when there is none.
+// Decodes until the current frame ends behind target; false when there is no such frame.
 bool AVAudioFile::Reader::reach(std::int64_t target) {
     try {
         const bool isBehind = target < decodedPosition;
-        const bool isFar = target > decodedPosition + kShortWay;
+        const bool isFar = target > decodedPosition + kMostDecodedSkip;
         if (isBehind || (isFar && decoder.canSeek())) {
             hasEnded = false;
             hasFrame = false;
@@ -116,7 +116,7 @@ bool AVAudioFile::Reader::reach(std::int64_t target) {
                 warn();
             }
         }
-    } catch (const NSError&) {  // What was there when the file was opened has gone.
+    } catch (const NSError&) {  // The file was damaged after it was opened.
         hasFrame = false;
         hasEnded = true;
     }
@@ -152,7 +152,7 @@ std::uint32_t AVAudioFile::Reader::readDecoded(std::int64_t from, const AudioBlo
     return part.frameCount;
 }
 
-// Fills the start of output, up to the end of what lies together in the file.
+// Fills the start of output, at most to the end of the present segment; returns the frames.
 std::uint32_t AVAudioFile::Reader::readSome(const AudioBlock& output) {
     std::int64_t start = 0;
     for (const auto& segment : timeline.segments) {

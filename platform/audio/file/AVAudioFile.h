@@ -10,17 +10,17 @@
 
 namespace orvalo {
 
-/// An audio file opened for reading, in any container and coding that FFmpeg reads. Frames are
-/// counted as the container states them: the coder's priming and padding are cut (edit list, media
-/// header, iTunSMPB), so that a file read again and again joins itself sample-exactly.
-/// One thread at a time; url, length and processingFormat never change and may be read by any.
+/// An audio file open for reading, in any sound container and codec that FFmpeg reads. Its frames
+/// are those that the container states: the codec's priming and padding are cut (edit list, media
+/// header, iTunSMPB), so that repeated passes join sample-exactly. One thread at a time; url,
+/// length and processingFormat never change, and any thread may read them.
 class AVAudioFile : public NSObject {
   public:
-    /// Opens a file. Throws NSError, "<path>: <reason>", when it cannot be read, holds no audio
-    /// stream that can be decoded, is empty, or is shorter than it states; also for more than
-    /// kMaximumChannels channels and rates outside 1,000 to 768,000 Hz. The file stays open: it may
-    /// be removed while it is read. Takes about a millisecond, but reads through what states no
-    /// length (MP3 without its encoder's note, ADTS, fragments, Matroska).
+    /// Opens a file, which may then be removed or renamed. Throws NSError, "<path>: <reason>", when
+    /// it cannot be read, has no audio stream that can be decoded, is empty or shorter than it
+    /// states, has more than kMaximumChannels channels, or a rate outside 1,000 to 768,000 Hz.
+    /// Takes about a millisecond; a file that states no length (MP3 without its encoder's note,
+    /// ADTS, fragments, Matroska) is read wholly.
     static std::shared_ptr<AVAudioFile> forReading(const URL& url);
 
     const URL& url() const;
@@ -28,16 +28,15 @@ class AVAudioFile : public NSObject {
     const AVAudioFormat& processingFormat() const;
     /// Length in frames, above 0.
     std::int64_t length() const;
-    /// The next frame that read() gives, 0 to length.
+    /// The next frame to read, 0 to length.
     std::int64_t framePosition() const;
-    /// Moves there, sample-exactly: what follows is bit for bit what a straight read gives there. A
-    /// position out of range counts as the nearer end. Quick to the start, onwards, and in lossless
-    /// codings; else the next read() decodes from the start, since only that is exact.
+    /// Moves to this frame, clamped to the file. What follows is bit for bit what a straight read
+    /// gives there: backwards in a lossy codec, the next read() decodes from the start.
     void setFramePosition(std::int64_t position);
 
-    /// Fills buffer.frameLength frames from its start: as many as frameCapacity or the file has, 0
-    /// at the end. The buffer has the processing format. Damage inside the file becomes silence of
-    /// the stated length, said once per file on standard error. Never throws for damage.
+    /// Fills the buffer, which has the processing format, and sets its frameLength: its capacity or
+    /// the rest of the file, 0 at the end. Damage reads as silence of the stated length; the first
+    /// of a file is logged as a warning. Does not throw.
     void read(AVAudioPCMBuffer& into);
 
     ~AVAudioFile() override;

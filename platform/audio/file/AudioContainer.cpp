@@ -12,13 +12,13 @@ namespace orvalo {
 
 namespace {
 
-// Sound containers only: playlists and scripts, which name other files, are foreign data here.
+// Sound containers only: playlists and scripts name other files.
 constexpr const char* kKinds = "mov,wav,w64,flac,mp3,ogg,aac,aiff,au,caf,matroska,wv,tta,ape,amr";
 
 constexpr int kInputBytes = 32768;
 
-// FFmpeg's score for an MP3 stream that begins with two good frames; one alone is chance, unless a
-// tag stands before it.
+// FFmpeg's score for an MP3 stream that begins with two good frames. One good frame can be chance,
+// unless a tag precedes it.
 constexpr int kLeastProbeScore = 5;
 constexpr std::string_view kTag = "ID3";
 
@@ -27,7 +27,7 @@ bool beginsWithTag(const LocalFile& file) {
     return file.read(0, bytes) == bytes.size() && std::ranges::equal(bytes, kTag);
 }
 
-// A run of packets that cannot be read is the end of what can.
+// So many unreadable packets in a row end the stream.
 constexpr int kMostFailuresInARow = 64;
 
 int refuseToOpen(AVFormatContext* /*context*/, AVIOContext** /*input*/, const char* /*url*/,
@@ -91,7 +91,7 @@ AudioContainer::AudioContainer(const LocalFile& file) : file_(file) {
     }
 }
 
-// Opens the context over input_, when the file is of a kind that it may be.
+// Opens the context over input_ when the file is of one of kKinds.
 AVFormatContext* AudioContainer::openContext() {
     const AVInputFormat* kind = nullptr;
     const int score = lateFFmpeg(av_probe_input_buffer2)(input_.get(), &kind, "", nullptr, 0, 0);
@@ -107,7 +107,7 @@ AVFormatContext* AudioContainer::openContext() {
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
     context->io_open = refuseToOpen;
     lateFFmpeg(av_opt_set)(context, "format_whitelist", kKinds, 0);
-    // Lengths and starts come from the edit list itself, which is exacter than its use by FFmpeg.
+    // The timeline reads the edit list itself: FFmpeg applies it by whole packets.
     AVDictionary* options = nullptr;
     lateFFmpeg(av_dict_set_int)(&options, "ignore_editlist", 1, 0);
     const int opened = lateFFmpeg(avformat_open_input)(&context, nullptr, kind, &options);

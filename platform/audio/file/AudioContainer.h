@@ -7,12 +7,12 @@
 
 namespace orvalo {
 
-/// A file's container, opened at its start: its audio stream's packets in order. Reads through the
-/// LocalFile alone and follows no reference to other files. One thread at a time.
+/// The packets of a file's first audio stream, from its start. Opens no other file that the
+/// container refers to. One thread at a time.
 class AudioContainer {
   public:
-    /// The file must outlive the container. Throws NSError when it is empty, of no known kind, or
-    /// without an audio stream.
+    /// file must outlive the container. Throws NSError when it is empty, of no known kind, or has
+    /// no audio stream.
     explicit AudioContainer(const LocalFile& file);
     ~AudioContainer();
     AudioContainer(const AudioContainer&) = delete;
@@ -21,13 +21,12 @@ class AudioContainer {
     const LocalFile& file() const { return file_; }
     AVFormatContext& context() const { return *context_; }
     AVStream& stream() const { return *stream_; }
-    /// Whether the container is of this kind, by FFmpeg's short name of it.
+    /// Whether the container is of this kind, in FFmpeg's short name.
     bool isKind(const char* name) const;
 
-    /// The audio stream's next packet into packet, which is reset first. False at the end and when
-    /// nothing more can be read.
+    /// Replaces packet by the next one. False at the end and after too many read errors.
     bool readPacket(AVPacket& packet);
-    /// Moves to the packet with this time stamp, in the stream's time base, or to one before it.
+    /// Moves to the packet with this time stamp, in the stream's time base, or to an earlier one.
     bool seek(std::int64_t timeStamp);
 
   private:

@@ -30,7 +30,7 @@ struct Range {
     std::int64_t end = 0;
 };
 
-// The same, with what was looked at to find it.
+// A range found by reading all packets.
 struct ScannedRange : Range {
     std::int64_t packetsEnd = 0;
     std::int64_t longestPacket = 0;
@@ -55,7 +55,7 @@ std::int64_t sideNumber(const AVPacket& packet, std::size_t at) {
     return data != nullptr && size >= at + 4 ? AV_RL32(data + at) : 0;
 }
 
-// What the packets say when they are all read, without being decoded.
+// Reads all packets without decoding them.
 ScannedRange scannedRange(AudioContainer& container, int rate) {
     const FFmpegPointer<AVPacket> packet(lateFFmpeg(av_packet_alloc)());
     if (!packet) {
@@ -74,13 +74,13 @@ ScannedRange scannedRange(AudioContainer& container, int rate) {
         }
         padding += sideNumber(*packet, 4);
     }
-    // Others than MP3 have taken the padding off the duration.
+    // Only in MP3 do the packets' durations include the padding.
     range.end = container.isKind("mp3") ? end - padding : end;
     range.packetsEnd = end;
     return range;
 }
 
-// The range of a container that only a scan measures, held against what it states.
+// The scanned range, checked against the duration that the container states.
 Range scannedAndStatedRange(AudioContainer& container, int rate) {
     const auto duration = container.context().duration;
     const auto streamDuration = container.stream().duration;
@@ -103,7 +103,7 @@ bool isPlainPCM(const AudioContainer& container) {
            lateFFmpeg(av_get_exact_bits_per_sample)(codec) > 0;
 }
 
-// Fixed-size frames: their place in the file says how many it holds.
+// Frames of a fixed size: the file's size tells how many it holds.
 std::optional<Range> plainRange(AudioContainer& container) {
     const FFmpegPointer<AVPacket> packet(lateFFmpeg(av_packet_alloc)());
     const auto& parameters = *container.stream().codecpar;
@@ -113,7 +113,7 @@ std::optional<Range> plainRange(AudioContainer& container) {
     if (!packet || frameBytes <= 0 || !container.readPacket(*packet) || packet->pos < 0) {
         return std::nullopt;
     }
-    // FFmpeg takes what there is for what is stated.
+    // FFmpeg shortens the stated length to what the file holds.
     if (missingWaveBytes(container.file()).value_or(0) > 0) {
         refuseAsShort(container);
     }
@@ -146,7 +146,7 @@ std::optional<Range> oggRange(AudioContainer& container, int rate) {
     return Range{start, *granule - preSkip};
 }
 
-// The encoder's note, where FFmpeg has read the same.
+// The encoder's note, where FFmpeg agrees with it.
 std::optional<Range> mp3Range(AudioContainer& container, int rate) {
     const auto header = readMp3Header(container.file());
     const auto stated = container.stream().duration;
@@ -160,7 +160,7 @@ std::optional<Range> mp3Range(AudioContainer& container, int rate) {
     return Range{header->priming, header->decodedFrames - header->padding};
 }
 
-// FLAC states its length at its head; its last frame must be there, and whole.
+// FLAC states its length in its header; the last frame must be whole.
 std::optional<Range> flacRange(AudioContainer& container) {
     const auto stated = container.stream().duration;
     if (stated == AV_NOPTS_VALUE || stated <= 0) {
@@ -180,7 +180,7 @@ std::optional<Range> flacRange(AudioContainer& container) {
     return Range{0, stated};
 }
 
-// Every packet that the header lists must lie in the file, and carry the time that it states.
+// Every packet that the header lists must lie in the file, and their times must reach mediaFrames.
 void checkMoviePackets(AudioContainer& container, std::int64_t mediaFrames, int rate) {
     AVStream& stream = container.stream();
     const int count = lateFFmpeg(avformat_index_get_entries_count)(&stream);
@@ -191,7 +191,7 @@ void checkMoviePackets(AudioContainer& container, std::int64_t mediaFrames, int 
         if (entry->pos + entry->size > size) {
             refuseAsShort(container);
         }
-        // A packet of one byte a frame holds the most.
+        // At most one frame a byte.
         most = std::max(most, inFrames(entry->timestamp, container, rate) + entry->size);
     }
     if (count > 0 && mediaFrames > most + 2 * kMostFramesPerByte) {
@@ -236,8 +236,8 @@ std::vector<Segment> movieSegments(const AudioContainer& container, const MovieH
             segments.push_back({AudioTimeline::kSilence, frames});
             continue;
         }
-        // Movie time is often too coarse for frames: where the note or the media's own end say the
-        // same within a tick, they say it exactly.
+        // Movie time is often coarser than a frame. Where the note or the media's end agree with it
+        // within a tick, they are exact.
         const auto start = lateFFmpeg(av_rescale_q)(edit.mediaStart, mediaTick, {1, rate});
         const auto rest = mediaFrames - start;
         if (isNoteWithin && note->priming == start &&
@@ -260,7 +260,7 @@ std::optional<std::vector<Segment>> movieTimeline(AudioContainer& container, int
     auto mediaFrames = lateFFmpeg(av_rescale_q)(
         header->mediaDuration, {1, static_cast<int>(header->mediaTimeScale)}, {1, rate});
     checkMoviePackets(container, mediaFrames, rate);
-    if (mediaFrames == 0) {  // Fragments follow, each with times of its own.
+    if (mediaFrames == 0) {  // Fragments state their own times.
         mediaFrames = scannedRange(container, rate).end;
     }
     return movieSegments(container, *header, mediaFrames, rate);

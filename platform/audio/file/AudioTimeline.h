@@ -8,8 +8,8 @@
 
 namespace orvalo {
 
-/// Which of a stream's decoded frames a file plays, in which order. Decoded frames count from the
-/// stream's time 0, at the rate of the decoder's output.
+/// The decoded frames that a file plays, in their order. Decoded frames count from the stream's
+/// time 0, at the rate of the decoder's output.
 struct AudioTimeline {
     struct Segment {
         std::int64_t decodedStart = 0;  ///< kSilence: silence.
@@ -21,9 +21,9 @@ struct AudioTimeline {
     std::int64_t length = 0;  ///< The segments' sum.
 };
 
-/// The timeline that the container states, with the coder's priming and padding left out. Moves
-/// the container. Throws NSError when there is nothing to hear, or the file is shorter than it
-/// states. Audio with a good header is not read through.
+/// The timeline that the container states, without the coder's priming and padding. Moves the
+/// container's position; reads the whole file only when its header states no length. Throws NSError
+/// when the length is 0 or the file is shorter than it states.
 AudioTimeline statedTimeline(AudioContainer& container, const AVAudioFormat& decoded);
 
 }  // namespace orvalo

@@ -7,7 +7,7 @@
 
 namespace orvalo {
 
-/// Why a file that is there and readable is not opened: the codes of "AVAudioFileErrorDomain".
+/// Why a readable file is not opened: the codes of "AVAudioFileErrorDomain".
 enum class FileRefusal : std::int64_t {
     notRegular = 1,
     empty,
@@ -24,6 +24,8 @@ enum class FileRefusal : std::int64_t {
 };
 
 /// The error "<path>: <reason>".
-NSError refusal(FileRefusal code, const std::string& path, const std::string& reason);
+inline NSError refusal(FileRefusal code, const std::string& path, const std::string& reason) {
+    return {"AVAudioFileErrorDomain", static_cast<std::int64_t>(code), path + ": " + reason};
+}
 
 }  // namespace orvalo

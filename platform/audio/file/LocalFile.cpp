@@ -13,40 +13,29 @@ namespace orvalo {
 
 LocalFile::LocalFile(const std::string& path)
     : path_(path),
-      // A pipe without a writer must not hold the caller up.
+      // O_NONBLOCK: opening a pipe that has no writer would block.
       descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
-    if (descriptor_ < 0) {
-        throw NSError::posix(errno, path);
-    }
     struct stat status {};
-    const bool isKnown = fstat(descriptor_, &status) == 0;
-    if (isKnown && S_ISREG(status.st_mode)) {
-        return;
-    }
-    const int failure = isKnown ? 0 : errno;
-    close(descriptor_);
-    if (failure != 0) {
-        throw NSError::posix(failure, path);
+    if (!descriptor_ || fstat(descriptor_.get(), &status) != 0) {
+        throw NSError::posix(errno, path);
     }
     if (S_ISDIR(status.st_mode)) {
         throw NSError::posix(EISDIR, path);
     }
-    throw refusal(FileRefusal::notRegular, path, "not a regular file");
-}
-
-LocalFile::~LocalFile() {
-    close(descriptor_);
+    if (!S_ISREG(status.st_mode)) {
+        throw refusal(FileRefusal::notRegular, path, "not a regular file");
+    }
 }
 
 std::int64_t LocalFile::size() const {
     struct stat status {};
-    return fstat(descriptor_, &status) == 0 ? status.st_size : 0;
+    return fstat(descriptor_.get(), &status) == 0 ? status.st_size : 0;
 }
 
 std::size_t LocalFile::read(std::int64_t from, std::span<std::uint8_t> bytes) const {
     std::size_t done = 0;
     while (done < bytes.size()) {
-        const auto count = pread(descriptor_, bytes.data() + done, bytes.size() - done,
+        const auto count = pread(descriptor_.get(), bytes.data() + done, bytes.size() - done,
                                  from + static_cast<std::int64_t>(done));
         if (count > 0) {
             done += static_cast<std::size_t>(count);

@@ -14,6 +14,7 @@ using Bytes = std::span<const std::uint8_t>;
 constexpr std::int64_t kMostHeaderBytes = std::int64_t{256} << 20;
 constexpr std::size_t kMostEdits = 4096;
 
+// Big-endian; bytes beyond the end count as 0.
 std::uint64_t number(Bytes bytes, std::size_t at, std::size_t count) {
     std::uint64_t value = 0;
     for (std::size_t index = 0; index < count; ++index) {
@@ -35,7 +36,7 @@ struct BoxSize {
     std::uint64_t whole = 0;
 };
 
-// The size of the box that begins with these bytes, of which `available` are left.
+// The size of the box that begins with head; `available` bytes follow from its start.
 BoxSize boxSize(Bytes head, std::uint64_t available) {
     BoxSize size{8, number32(head, 0)};
     if (size.whole == 1) {
@@ -46,7 +47,7 @@ BoxSize boxSize(Bytes head, std::uint64_t available) {
     return size;
 }
 
-// Calls visit(kind, content) for each box in a row, until one is broken.
+// Calls visit(kind, content) for each box, up to the first damaged one.
 template <typename Visit>
 void forEachBox(Bytes bytes, const Visit& visit) {
     while (bytes.size() >= 8) {

@@ -8,21 +8,21 @@
 
 namespace orvalo {
 
-/// What the header of an MP4 or QuickTime file states about the times of one track.
+/// The times of one track, as the header of an MP4 or QuickTime file states them.
 struct MovieHeader {
     struct Edit {
         std::int64_t duration = 0;    ///< In movie time.
-        std::int64_t mediaStart = 0;  ///< In media time; -1: nothing is to be heard.
+        std::int64_t mediaStart = 0;  ///< In media time; -1 for silence.
     };
 
     std::uint32_t movieTimeScale = 0;  ///< Units a second, above 0.
     std::uint32_t mediaTimeScale = 0;  ///< Units a second, above 0.
-    std::int64_t mediaDuration = 0;    ///< In media time; 0 when the header leaves it open.
-    std::vector<Edit> edits;           ///< Empty: the track plays as it is.
+    std::int64_t mediaDuration = 0;    ///< In media time; 0 when unknown.
+    std::vector<Edit> edits;           ///< Empty: the whole track plays.
 };
 
-/// Reads the header of the track with this identifier (ISO/IEC 14496-12); nothing when the file
-/// has none that can be read.
+/// Reads the header of the track with this identifier (ISO/IEC 14496-12). Nothing when it is
+/// missing or damaged.
 std::optional<MovieHeader> readMovieHeader(const LocalFile& file, std::uint32_t track);
 
 }  // namespace orvalo

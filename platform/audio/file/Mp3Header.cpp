@@ -5,13 +5,17 @@
 #include <span>
 #include <string_view>
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
 namespace orvalo {
 
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-// The decoder's own delay, which LAME's numbers leave out: 528 frames and one more.
+// The decoder's delay, which LAME's numbers leave out: 528 frames and one more.
 constexpr std::int64_t kDecoderDelay = 529;
 
 constexpr std::uint32_t kHasFrames = 1;
@@ -19,18 +23,14 @@ constexpr std::uint32_t kHasBytes = 2;
 constexpr std::size_t kNoteBytes = 192;
 
 std::uint32_t bigEndian(Bytes bytes, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t index = 0; index < 4; ++index) {
-        value = value << 8U | bytes[at + index];
-    }
-    return value;
+    return AV_RB32(bytes.data() + at);
 }
 
 bool hasText(Bytes bytes, std::size_t at, std::string_view text) {
     return std::ranges::equal(bytes.subspan(at, text.size()), text);
 }
 
-// Where the first frame stands: behind the tag, if there is one (its size has seven bits a byte).
+// The first frame begins behind the tags, whose sizes have seven bits a byte.
 std::int64_t firstFrame(const LocalFile& file) {
     std::array<std::uint8_t, 10> tag{};
     std::int64_t position = 0;
@@ -70,8 +70,8 @@ std::optional<Mp3Header> readMp3Header(const LocalFile& file) {
     }
     header.decodedFrames = std::int64_t{bigEndian(bytes, note + 8)} * (isVersion1 ? 1152 : 576);
     header.bytes = bigEndian(bytes, note + 12);
-    // A table of 100 bytes and a number of 4 may stand before LAME's nine bytes of version; twelve
-    // bytes on come two numbers of 12 bits.
+    // An optional table of 100 bytes, an optional number of 4, LAME's version of 9 and 12 bytes
+    // more precede two numbers of 12 bits.
     const std::size_t lame =
         note + 16 + ((flags & 4U) != 0 ? 100 : 0) + ((flags & 8U) != 0 ? 4 : 0);
     const auto delays = bigEndian(bytes, lame + 21) >> 8U;

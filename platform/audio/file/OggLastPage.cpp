@@ -5,6 +5,10 @@
 #include <string_view>
 #include <vector>
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
 namespace orvalo {
 
 namespace {
@@ -16,18 +20,10 @@ constexpr std::uint8_t kStartOfStream = 2;
 constexpr std::uint8_t kEndOfStream = 4;
 constexpr std::string_view kCapture = "OggS";
 
-// What is looked through at either end: pages of other streams may stand there too.
+// Searched at either end of the file, where pages of other streams may lie too.
 constexpr std::int64_t kPartBytes = std::int64_t{1} << 20;
 
-std::uint64_t littleEndian(Bytes bytes, std::size_t at, std::size_t count) {
-    std::uint64_t value = 0;
-    for (std::size_t index = count; index-- > 0;) {
-        value = value << 8U | bytes[at + index];
-    }
-    return value;
-}
-
-// The page's size, 0 when it is not wholly there.
+// The page's size; 0 when bytes end before the page does.
 std::size_t pageSize(Bytes bytes) {
     if (bytes.size() < kHeaderBytes || bytes.size() < kHeaderBytes + bytes[26]) {
         return 0;
@@ -39,11 +35,11 @@ std::size_t pageSize(Bytes bytes) {
     return size <= bytes.size() ? size : 0;
 }
 
-// Calls visit(page) for each whole page that lies in bytes, until it returns false.
+// Calls visit(page) for each whole page in bytes, until it returns false.
 template <typename Visit>
 void forEachPage(Bytes bytes, const Visit& visit) {
     while (true) {
-        // Not the range's own search: clang 14 does not take it with a span.
+        // clang 14 does not compile std::ranges::search with a span.
         bytes = Bytes(std::search(bytes.begin(), bytes.end(), kCapture.begin(), kCapture.end()),
                       bytes.end());
         if (bytes.size() < kHeaderBytes) {
@@ -61,19 +57,19 @@ void forEachPage(Bytes bytes, const Visit& visit) {
     }
 }
 
-std::vector<std::uint8_t> part(const LocalFile& file, std::int64_t from) {
+std::vector<std::uint8_t> readPart(const LocalFile& file, std::int64_t from) {
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(kPartBytes));
     bytes.resize(file.read(from, bytes));
     return bytes;
 }
 
-std::uint64_t serialOf(Bytes page) {
-    return littleEndian(page, 14, 4);
+std::uint32_t serialOf(Bytes page) {
+    return AV_RL32(page.data() + 14);
 }
 
-std::optional<std::uint64_t> serialOfStream(const LocalFile& file, int stream) {
-    std::optional<std::uint64_t> serial;
-    forEachPage(part(file, 0), [&](Bytes page) {
+std::optional<std::uint32_t> serialOfStream(const LocalFile& file, int stream) {
+    std::optional<std::uint32_t> serial;
+    forEachPage(readPart(file, 0), [&](Bytes page) {
         const bool isFirst = (page[5] & kStartOfStream) != 0;
         if (isFirst && stream-- == 0) {
             serial = serialOf(page);
@@ -88,12 +84,13 @@ std::optional<std::uint64_t> serialOfStream(const LocalFile& file, int stream) {
 std::optional<std::int64_t> oggLastGranule(const LocalFile& file, int stream) {
     const auto serial = serialOfStream(file, stream);
     std::optional<std::int64_t> granule;
-    forEachPage(part(file, std::max<std::int64_t>(file.size() - kPartBytes, 0)), [&](Bytes page) {
-        if (serial && serialOf(page) == *serial && (page[5] & kEndOfStream) != 0) {
-            granule = static_cast<std::int64_t>(littleEndian(page, 6, 8));
-        }
-        return true;
-    });
+    forEachPage(readPart(file, std::max<std::int64_t>(file.size() - kPartBytes, 0)),
+                [&](Bytes page) {
+                    if (serial && serialOf(page) == *serial && (page[5] & kEndOfStream) != 0) {
+                        granule = static_cast<std::int64_t>(AV_RL64(page.data() + 6));
+                    }
+                    return true;
+                });
     return granule;
 }
 

@@ -7,9 +7,9 @@
 
 namespace orvalo {
 
-/// The granule position on the last page of the Ogg file's logical stream with this number, counted
-/// from 0 in the order of their first pages (RFC 3533); nothing when that page, whole and marked as
-/// the last, is not at the file's end.
+/// The granule position of the last page of a logical stream in an Ogg file (RFC 3533). stream
+/// counts from 0, in the order of the first pages. Nothing when the file does not end with a whole
+/// page of the stream that is marked as its last.
 std::optional<std::int64_t> oggLastGranule(const LocalFile& file, int stream);
 
 }  // namespace orvalo

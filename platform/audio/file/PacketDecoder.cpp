@@ -11,13 +11,13 @@ namespace orvalo {
 
 namespace {
 
-// Time stamps are rounded to their time base: smaller differences from the count of decoded frames
-// are no gap.
+// Time stamps are rounded to their time base; a smaller difference from the count of decoded
+// samples is no gap.
 std::int64_t stampTolerance(const AVRational& timeBase, int rate) {
     return static_cast<std::int64_t>(std::ceil(av_q2d(timeBase) * rate)) + 2;
 }
 
-// Stamps coarser than frames do not place frames exactly, but counting does.
+// Samples are counted where stamps are too coarse to place them.
 bool isCoarse(const AVRational& timeBase, int rate) {
     return av_q2d(timeBase) * rate > 1.5;
 }
@@ -49,7 +49,7 @@ void PacketDecoder::openDecoder() {
     lateFFmpeg(avcodec_parameters_to_context)(decoder_.get(), stream.codecpar);
     decoder_->pkt_timebase = stream.time_base;
     decoder_->thread_count = 1;
-    // Priming and padding are cut by the timeline, in one way for all containers.
+    // The timeline cuts priming and padding, in the same way for all containers.
     decoder_->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL;
     if (lateFFmpeg(avcodec_open2)(decoder_.get(), codec, nullptr) < 0) {
         throw refusal(FileRefusal::notDecodable, file_.path(),
@@ -61,7 +61,7 @@ void PacketDecoder::restart() {
     if (!container_ || !container_->isKind("mov") || !container_->seek(0)) {
         container_ = std::make_unique<AudioContainer>(file_);
     }
-    // A flushed decoder may remember (the seed of its noise, say); a new one does not.
+    // A flushed decoder may keep state, such as the seed of its noise.
     openDecoder();
     lateFFmpeg(av_frame_unref)(frame_.get());
     frameStart_ = 0;
@@ -117,8 +117,8 @@ void PacketDecoder::place() {
     const auto stamped =
         (isStamped ? lateFFmpeg(av_rescale_q)(frame_->pts, timeBase, {1, rate}) : 0);
     if (!nextStart_) {
-        // Some coders' first packet makes no frame. Where it has time 0 all the same, the stamps
-        // are late by what it would have made.
+        // The first packet of some codecs decodes to nothing. Where its stamp is 0, all later
+        // stamps are late by its length.
         const bool isLate = isStamped && firstPacketStamp_ == 0;
         stampOffset_ = isLate || isCoarse(timeBase, rate) ? stamped : 0;
         frameStart_ = stamped - stampOffset_;

@@ -9,32 +9,33 @@
 
 namespace orvalo {
 
-/// Decodes a file's audio stream frame by frame, each at its place: counted from the stream's time
-/// 0 in output frames, priming included. One thread at a time.
+/// Decodes a file's audio stream, one FFmpeg frame of samples after the other. Places count output
+/// samples from the stream's time 0, priming included. One thread at a time.
 class PacketDecoder {
   public:
-    /// The file must outlive the decoder. Throws NSError when FFmpeg, the container or the
-    /// coding cannot be opened.
+    /// file must outlive the decoder. Throws NSError when FFmpeg, the container or the codec cannot
+    /// be opened.
     explicit PacketDecoder(const LocalFile& file);
 
     AudioContainer& container() const { return *container_; }
 
-    /// Decodes the next frame. False at the end of what can be read.
+    /// Decodes the next frame. False at the end of the readable part.
     bool decodeNext();
-    /// The frame that decodeNext() made: its samples, and where it begins.
+    /// The frame that decodeNext() has decoded, and its place.
     const AVFrame& frame() const { return *frame_; }
     std::int64_t frameStart() const { return frameStart_; }
     std::int64_t frameEnd() const { return frameStart_ + frame_->nb_samples; }
     /// Whether a packet since the last restart could not be decoded.
     bool hadDamage() const { return hadDamage_; }
 
-    /// Whether the container's times say where a frame lies; if not, its end is not exact either.
+    /// Whether the container's times are precise enough to place frames and the stream's end.
     bool hasExactTimes() const;
 
-    /// Goes back to the stream's start, as if newly made. Throws NSError as the constructor does.
+    /// Returns to the stream's start and to the state of a new decoder. Throws NSError as the
+    /// constructor does.
     void restart();
-    /// Goes to a place from which target can be reached, where this makes no difference to what is
-    /// decoded (each packet stands for itself); returns whether it does so.
+    /// Moves to target or shortly before it. Returns false, and does not move, where the decoded
+    /// samples would differ from those of a straight decoding: in lossy codecs.
     bool seek(std::int64_t target);
     /// Whether seek() can.
     bool canSeek() const;
@@ -51,10 +52,11 @@ class PacketDecoder {
     FFmpegPointer<AVPacket> packet_;
     FFmpegPointer<AVFrame> frame_;
     std::int64_t frameStart_ = 0;
-    std::optional<std::int64_t> nextStart_;  // Where the next frame begins if nothing is missing.
-    std::optional<std::int64_t> firstPacketStamp_;  // Of the stream; not known after a seek.
+    std::optional<std::int64_t>
+        nextStart_;  // Where the next frame begins unless packets are missing.
+    std::optional<std::int64_t> firstPacketStamp_;  // Unset after a seek.
     bool isFromStart_ = true;
-    std::int64_t stampOffset_ = 0;  // What stamps are late by, in frames.
+    std::int64_t stampOffset_ = 0;  // By how many samples all stamps are late.
     bool isDraining_ = false;
     bool hadDamage_ = false;
 };

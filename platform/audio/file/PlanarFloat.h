@@ -8,9 +8,9 @@ struct AVFrame;
 
 namespace orvalo {
 
-/// Writes frames [from, from + output.frameCount) of a decoded frame to output as floats of full
-/// scale ±1. The frame must hold them and output's channels. Returns false for a sample format
-/// that is no sound.
+/// Converts samples [from, from + output.frameCount) of a decoded frame to floats of full scale ±1.
+/// The frame must hold these samples and output's channels. Returns false, and writes nothing, for
+/// an unknown sample format.
 bool writePlanarFloat(const AVFrame& frame, std::uint32_t from, const AudioBlock& output);
 
 }  // namespace orvalo

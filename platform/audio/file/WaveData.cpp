@@ -6,6 +6,10 @@
 #include <span>
 #include <string_view>
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
 namespace orvalo {
 
 namespace {
@@ -15,24 +19,16 @@ using Bytes = std::span<const std::uint8_t>;
 // More chunks than any writer puts before the data.
 constexpr int kMostChunks = 1000;
 
-std::uint64_t littleEndian(Bytes bytes, std::size_t at, std::size_t count) {
-    std::uint64_t value = 0;
-    for (std::size_t index = count; index-- > 0;) {
-        value = value << 8U | bytes[at + index];
-    }
-    return value;
-}
-
 std::string_view textAt(Bytes bytes, std::size_t at) {
     return {reinterpret_cast<const char*>(bytes.data()) + at, 4};
 }
 
-// How the three kinds lay out their chunks.
+// The layout of chunks in RIFF and RF64, and in W64.
 struct Layout {
     std::uint64_t firstChunk;
-    std::size_t nameBytes;  // W64 names chunks by 16 bytes, of which four tell them apart.
+    std::size_t nameBytes;  // W64 has 16; the first four tell chunks apart.
     std::size_t sizeBytes;
-    bool isHeaderCounted;  // In the chunk's size.
+    bool isHeaderCounted;  // The chunk's size includes its header.
     std::uint64_t alignment;
 };
 
@@ -59,7 +55,8 @@ std::optional<std::uint64_t> missingWaveBytes(const LocalFile& file) {
         if (file.read(static_cast<std::int64_t>(position), head) < headerBytes) {
             break;
         }
-        auto size = littleEndian(head, layout.nameBytes, layout.sizeBytes);
+        const auto* sizeField = head.data() + layout.nameBytes;
+        std::uint64_t size = layout.sizeBytes == 8 ? AV_RL64(sizeField) : AV_RL32(sizeField);
         if (layout.isHeaderCounted && size >= headerBytes) {
             size -= headerBytes;
         }
@@ -72,7 +69,7 @@ std::optional<std::uint64_t> missingWaveBytes(const LocalFile& file) {
                              : std::optional<std::uint64_t>(size > held ? size - held : 0);
         }
         if (kind == "RF64" && textAt(head, 0) == "ds64") {
-            longSize = littleEndian(head, 16, 8);
+            longSize = AV_RL64(head.data() + 16);
         }
         if (size > end) {
             break;

@@ -7,9 +7,9 @@
 
 namespace orvalo {
 
-/// How many bytes behind the end of the file the data chunk of a wave file (RIFF, RF64, Sony's W64)
-/// states that it reaches: 0 when all is there. Nothing when the file is no such file or leaves the
-/// size open, as a recorder does that writes to a stream (0, or all bits set).
+/// By how many bytes the file is too short for the stated size of its data chunk (RIFF, RF64 or
+/// Sony's W64); 0 when it is complete. Nothing for other kinds of file, and when the size is open
+/// (0, or all bits set), as a recorder writes it into a stream.
 std::optional<std::uint64_t> missingWaveBytes(const LocalFile& file);
 
 }  // namespace orvalo

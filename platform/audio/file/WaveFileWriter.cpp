@@ -22,7 +22,7 @@ bool isWrittenDirectly(const std::string& path) {
 
 constexpr std::size_t kRun = 64;
 
-/// A loop of fixed length, which compilers turn into shuffles.
+/// Compilers vectorise a loop of fixed length.
 void interleaveRun(const float* __restrict left, const float* __restrict right,
                    float* __restrict samples) {
     for (std::size_t frame = 0; frame < kRun; ++frame) {
@@ -51,7 +51,7 @@ void interleave(const AudioBlock& block, float* samples) {
 
 struct WaveFileWriter::Muxer {
     AVFormatContext* context = nullptr;
-    std::string unfinished;  ///< What to remove unless it is finished.
+    std::string unfinished;  ///< Removed by the destructor.
     FFmpegPointer<AVPacket> packet;
     std::vector<float> samples;  ///< The packet's.
 
@@ -77,7 +77,7 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
       workingPath_(isWrittenDirectly(path) ? path : path + ".part"),
       muxer_(std::make_unique<Muxer>(path)) {
     auto* context = muxer_->context;
-    // The same audio makes the same file, whichever FFmpeg wrote it.
+    // All versions of FFmpeg then write the same bytes.
     context->flags |= AVFMT_FLAG_BITEXACT;
     auto* parameters = lateFFmpeg(avformat_new_stream)(context, nullptr)->codecpar;
     parameters->codec_type = AVMEDIA_TYPE_AUDIO;
@@ -136,7 +136,7 @@ void WaveFileWriter::check(int ffmpegResult) const {
 }
 
 void WaveFileWriter::fail(int ffmpegError) const {
-    // What the system refuses comes back from FFmpeg as its negated number.
+    // FFmpeg negates the system's error numbers.
     throw NSError::posix(AVUNERROR(ffmpegError), path_);
 }
 

@@ -8,21 +8,21 @@
 
 namespace orvalo {
 
-/// Writes a wav file of 32-bit floats (RF64 beyond 4 GB). Until finish() the file stands beside its
-/// place as "<path>.part", so that a file of that name is lost only to a complete one; a path that
-/// is no regular file (a device, a pipe) is written to directly. One thread at a time.
-/// Every operation throws NSError, whose text names the path, when the file cannot be written.
+/// Writes a wav file of 32-bit floats (RF64 beyond 4 GB). Until finish() the file is called
+/// "<path>.part", so that only a complete file replaces an earlier one; a device or pipe is written
+/// directly. One thread at a time. Every operation throws NSError, which names the path, when the
+/// file cannot be written.
 class WaveFileWriter {
   public:
     WaveFileWriter(const std::string& path, const AVAudioFormat& format);
-    /// Removes what is not finished.
+    /// Removes an unfinished file.
     ~WaveFileWriter();
     WaveFileWriter(const WaveFileWriter&) = delete;
     WaveFileWriter& operator=(const WaveFileWriter&) = delete;
 
     /// Appends block, which has the format's channels.
     void write(const AudioBlock& block);
-    /// Completes the file and puts it in its place.
+    /// Completes the file and gives it its name.
     void finish();
 
   private:
