@@ -6,9 +6,8 @@
 
 namespace orvalo::bench {
 
-/// How punctual the machine itself is: a thread of an output's real-time priority that sleeps from
-/// quantum to quantum by the monotonic clock and does nothing else, for as long as the object
-/// lives.
+/// Measures how punctual the machine is: while it lives, a thread of the silent clock's priority
+/// only sleeps from quantum to quantum by the monotonic clock.
 class BareSleeper {
   public:
     explicit BareSleeper(std::int64_t quantumNanoseconds);
@@ -16,9 +15,9 @@ class BareSleeper {
     BareSleeper(const BareSleeper&) = delete;
     BareSleeper& operator=(const BareSleeper&) = delete;
 
-    /// How often it was woken a whole quantum late or more.
+    /// How often it woke at least one quantum late.
     std::uint64_t lateCount() const { return late_; }
-    /// The latest that it was woken, in ns.
+    /// The greatest lateness, in ns.
     std::int64_t latest() const { return latest_; }
 
   private:

@@ -14,7 +14,7 @@ namespace orvalo::bench {
 
 namespace {
 
-/// Passes without end, until the player is stopped.
+/// Schedules passes until end().
 class Passes : public std::enable_shared_from_this<Passes> {
   public:
     Passes(std::shared_ptr<AVAudioPlayerNode> player, std::shared_ptr<AVAudioFile> file)
@@ -67,7 +67,7 @@ Outcome perform(std::unique_ptr<AudioOutput> output, const std::shared_ptr<AVAud
     const Outcome outcome{engine->xrunCount(), player->underrunCount(), midiEvents};
     passes->end();
     engine->stop();
-    // What the render thread has sent meanwhile still counts here.
+    // Counts the events that are still queued.
     RunLoop::main()->run([] { return false; }, std::chrono::milliseconds(100));
     return {outcome.xruns, outcome.underruns, midiEvents};
 }

@@ -10,16 +10,16 @@
 
 namespace orvalo::bench {
 
-/// What a performance saw besides the times of its quanta.
+/// The counts of a performance.
 struct Outcome {
-    std::uint64_t xruns;       ///< How often the output ran dry.
-    std::uint64_t underruns;   ///< How often the player had less than it was asked for.
-    std::uint64_t midiEvents;  ///< How many events the effect sent to the main queue.
+    std::uint64_t xruns;       ///< Periods that the output missed.
+    std::uint64_t underruns;   ///< Render calls for which the player had too few frames.
+    std::uint64_t midiEvents;  ///< Events that the effect sent to the main queue.
 };
 
-/// Plays a file again and again through the effect for so many seconds, as the application does:
-/// the next pass is scheduled on a serial queue, the effect's MIDI goes to the main queue. Main
-/// thread. Throws NSError.
+/// Plays a file through the effect, pass after pass, for so many seconds. As in the application, a
+/// serial queue schedules the next pass and the main queue receives the effect's MIDI. Main thread.
+/// Throws NSError.
 Outcome perform(std::unique_ptr<AudioOutput> output, const std::shared_ptr<AVAudioFile>& file,
                 int seconds);
 

@@ -7,13 +7,13 @@
 
 namespace orvalo::bench {
 
-/// What each quantum cost: the whole render call, and the effect's run() within it. Written by the
-/// render thread without allocating, read when that has ended.
+/// The time of each quantum's render call, and of the effect's run() in it. The render thread adds
+/// without allocating; other threads read when it has ended.
 class QuantumTimes {
   public:
     explicit QuantumTimes(std::size_t capacity) : quanta_(capacity) {}
 
-    /// Render thread. Times in ns of passing time. What exceeds the capacity is forgotten.
+    /// Times in ns of wall-clock time. Ignored when the capacity is exhausted. Render thread.
     void add(std::int64_t whole, std::int64_t effect, std::uint32_t frames) noexcept {
         if (count_ < quanta_.size()) {
             quanta_[count_++] = {whole, effect, frames};
@@ -21,10 +21,11 @@ class QuantumTimes {
     }
 
     std::size_t count() const { return count_; }
-    /// The host's own part, and the effect's, of each quantum's time at that rate, as shares.
+    /// The share of each quantum's duration that the host's part of its render call takes.
     std::vector<double> hostShares(double sampleRate) const;
+    /// The same for the effect's run().
     std::vector<double> effectShares(double sampleRate) const;
-    /// How many took longer, host and effect together, than they last.
+    /// Quanta whose render call takes longer than they last.
     std::size_t overdueCount(double sampleRate) const;
     /// The size of the largest quantum, in frames.
     std::uint32_t largestQuantum() const;

@@ -18,7 +18,7 @@ RunNanoseconds installTimedEffect(const std::filesystem::path& folder) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): this program has no second thread yet.
     setenv("LV2_PATH", (folder.string() + ":/usr/lib/lv2").c_str(), 1);
 
-    // The host opens the same library, which is therefore loaded once.
+    // The host will open the same file and so share this library.
     void* loaded = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
     void* symbol = loaded != nullptr ? dlsym(loaded, runNanosecondsSymbol) : nullptr;
     if (symbol == nullptr) {

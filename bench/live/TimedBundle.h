@@ -6,9 +6,9 @@
 
 namespace orvalo::bench {
 
-/// Puts a copy of the stage's effect whose run() is timed into the folder, and makes it the only
-/// Orvalo effect on this process's LV2_PATH. Before anything looks for effects.
-/// Returns what tells the time spent. Throws std::runtime_error when that fails.
+/// Copies the stage's effect into the folder with a timer around its run(), and makes the copy the
+/// only Orvalo effect on this process's LV2_PATH. Call it before the first effect is searched.
+/// Returns the timer's reading function. Throws std::runtime_error when the copy does not load.
 RunNanoseconds installTimedEffect(const std::filesystem::path& folder);
 
 }  // namespace orvalo::bench

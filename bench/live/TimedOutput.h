@@ -8,7 +8,7 @@
 
 namespace orvalo::bench {
 
-/// Stands between an engine and its output and times each render call.
+/// An output that times each render call of another one.
 class TimedOutput : public AudioOutput, private AudioOutputSource {
   public:
     /// times must live as long as the output.

@@ -1,4 +1,4 @@
-// What the host itself costs in a live quantum of 64 frames at 48 kHz, and whether sound is lost.
+// Measures the host's share of live quanta of 64 frames at 48 kHz, and counts lost ones.
 
 #include <glib.h>
 
@@ -34,7 +34,7 @@ struct Bench {
     int seconds;
 
     void run(const char* name, std::unique_ptr<AudioOutput> output) const {
-        // Twice what the seconds hold: no device runs that fast.
+        // Twice the quanta of so many seconds.
         QuantumTimes times(static_cast<std::size_t>(seconds) * 2 * 48000 / kQuantum);
         const BareSleeper sleeper(std::llround(kQuantum * 1e9 / kFormat.sampleRate));
         const auto outcome = perform(
@@ -79,7 +79,7 @@ void run(const Options& options) {
         music = scratch.path() / "music.m4a";
         makeMusic(music, kSecondsOfMusic);
     }
-    // Before there is a second thread, which would see the environment change.
+    // setenv() is safe only before there is a second thread.
     const JackServer server;
     // NOLINTNEXTLINE(concurrency-mt-unsafe): see above.
     setenv("ORVALO_AUDIO_OUTPUT", "jack", 1);

@@ -6,11 +6,11 @@
 
 namespace orvalo::bench {
 
-/// A file's first audio stream, read and decoded with libavformat and libavcodec and nothing else,
-/// on the calling thread. Frames are planar floats in stereo, as the AAC decoder gives them.
+/// Decodes a file's first audio stream with libavformat and libavcodec alone, on the calling
+/// thread. The stream must decode to planar floats in stereo, as AAC does.
 class BareDecoder {
   public:
-    /// Throws std::runtime_error when the file is not such a file.
+    /// Throws std::runtime_error for any other file.
     explicit BareDecoder(const std::filesystem::path& file);
     ~BareDecoder();
     BareDecoder(const BareDecoder&) = delete;
@@ -23,7 +23,7 @@ class BareDecoder {
         const float* right;
         std::uint32_t count;  ///< 0 at the end.
     };
-    /// The next frames, which live until the next call.
+    /// The next frames, valid until the next call.
     Frames next();
 
   private:

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kSequenceBytes = 8192;
 
-// As the effect's own data numbers them.
+// Port numbers of the effect's data.
 constexpr std::uint32_t kMidiIn = 0;
 constexpr std::uint32_t kMidiOut = 1;
 constexpr std::uint32_t kAudioIn = 2;
@@ -31,7 +31,7 @@ LV2_URID numberOf(LV2_URID_Map_Handle handle, const char* uri) {
     return numbers.try_emplace(uri, static_cast<LV2_URID>(numbers.size() + 1)).first->second;
 }
 
-/// A sequence without events, with room for some behind it.
+/// An empty sequence with room for events.
 struct Sequence {
     alignas(8) std::array<std::uint8_t, kSequenceBytes> bytes{};
 

@@ -7,8 +7,7 @@
 
 namespace orvalo::bench {
 
-/// The Orvalo effect, loaded with lilv, its ports connected by hand, and nothing else around it.
-/// Parameters are at their defaults, no notes come in.
+/// The Orvalo effect without a host: loaded with lilv, with default parameters and no MIDI input.
 class BareEffect {
   public:
     static constexpr std::uint32_t blockFrames = 4096;
@@ -19,7 +18,7 @@ class BareEffect {
     BareEffect(const BareEffect&) = delete;
     BareEffect& operator=(const BareEffect&) = delete;
 
-    /// What run() takes: blockFrames samples of a channel, 0 or 1.
+    /// The input of run(): blockFrames samples of channel 0 or 1.
     std::vector<float>& input(std::size_t channel) { return inputs_.at(channel); }
 
     /// Processes blockFrames frames.

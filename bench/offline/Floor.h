@@ -4,8 +4,8 @@
 
 namespace orvalo::bench {
 
-/// The least that rendering a file through the effect can cost: each part alone, on the calling
-/// thread, in seconds of the processor's time.
+/// The lower bound of rendering a file through the effect: the processor seconds of each part
+/// alone, on the calling thread.
 struct Floor {
     double decoding;
     double effect;

@@ -17,8 +17,7 @@ Command ffmpegJob(const std::filesystem::path& file) {
 }
 
 Command gstreamerJob(const std::filesystem::path& file) {
-    // The decoder's planar floats become the interleaved ones that the effect's element takes; the
-    // element knows no defaults of switches.
+    // The effect's element takes interleaved floats and ignores the defaults of switches.
     return {"gst-launch-1.0",
             "-q",
             "filesrc",

@@ -7,17 +7,15 @@
 
 namespace orvalo::bench {
 
-/// The same job in other programs: the file through the effect into a wav of 32-bit floats that
-/// nobody keeps.
+/// Commands that render the file through the effect into a wav of 32-bit floats on /dev/null.
 Command ffmpegJob(const std::filesystem::path& file);
 Command gstreamerJob(const std::filesystem::path& file);
 
-/// Puts the stage's effect into the folder in a form that GStreamer can use, and returns the
-/// LV2_PATH for it: GStreamer takes every control port that is in a port group for an audio channel
-/// of that group, so that the parameters leave their groups here.
+/// Copies the stage's effect into the folder without port groups and returns the LV2_PATH for it:
+/// GStreamer treats each control port of a group as an audio channel.
 std::string makeEffectForGStreamer(const std::filesystem::path& folder);
 
-/// Ours.
+/// The same by orvalo-play.
 Command playJob(const std::filesystem::path& file);
 
 }  // namespace orvalo::bench

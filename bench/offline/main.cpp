@@ -1,4 +1,5 @@
-// What it costs to render a file through the effect, against its floor and other programs.
+// Measures the processor time of rendering a file through the effect, against its parts alone and
+// against other programs.
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,13 +19,13 @@ namespace {
 
 using namespace orvalo::bench;
 
-/// A program's processor time, round by round; none for a program that cannot do the job here.
+/// The processor times of one program.
 class Contender {
   public:
     Contender(const char* name, Command command, Environment environment)
         : name_(name), command_(std::move(command)), environment_(std::move(environment)) {}
 
-    /// A first run that does not count: caches fill, and what cannot run says so.
+    /// Runs once to fill caches. A program that fails is left out.
     void warmUp() {
         try {
             Child(command_, environment_).awaitProcessorSeconds();

@@ -23,14 +23,14 @@ class AVAudioPCMBuffer {
     std::uint32_t frameCapacity() const { return frameCapacity_; }
     /// The samples of each channel.
     float* const* floatChannelData() const { return channels_.data(); }
-    /// A view of frames [from, from + count), which must lie below frameCapacity. The view's
-    /// channel pointers live in `pointers`.
+    /// A view of frames [from, from + count), which must lie within frameCapacity. pointers holds
+    /// the view's channel pointers.
     AudioBlock block(std::uint32_t from, std::uint32_t count,
                      std::array<float*, kMaximumChannels>& pointers) const;
     /// A view of the first count frames.
     AudioBlock block(std::uint32_t count) const;
 
-    std::uint32_t frameLength = 0;  ///< How many frames are valid.
+    std::uint32_t frameLength = 0;  ///< The number of valid frames.
 
   private:
     AVAudioFormat format_;

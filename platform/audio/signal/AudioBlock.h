@@ -12,10 +12,10 @@ struct AudioBlock {
     std::uint32_t frameCount = 0;
 };
 
-/// The most channels that any node carries.
+/// The maximum number of channels of a node.
 constexpr std::uint32_t kMaximumChannels = 32;
 
-/// The most frames that a node renders in one call; larger quanta are sliced.
+/// The maximum number of frames that a node renders in one call; larger quanta are sliced.
 constexpr std::uint32_t kMaximumFramesToRender = 4096;
 
 }  // namespace orvalo

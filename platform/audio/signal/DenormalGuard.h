@@ -8,9 +8,9 @@
 
 namespace orvalo {
 
-/// Makes the calling thread treat denormal numbers as zero, going in and coming out, for the
-/// guard's life: arithmetic on them costs up to a hundred times as much as on other numbers, and
-/// decaying tails are full of them. Does nothing on processors that have no such mode.
+/// While it lives, the calling thread treats denormal operands and results as zero. Arithmetic on
+/// denormals, which fill decaying tails, takes up to a hundred times longer. Does nothing on
+/// processors without such a mode.
 class DenormalGuard {
   public:
     DenormalGuard() noexcept : saved_(controlWord()) { setControlWord(saved_ | kFlushToZero); }

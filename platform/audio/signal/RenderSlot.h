@@ -8,9 +8,9 @@
 
 namespace orvalo {
 
-/// One object that control threads replace and one render thread uses, without the render thread
-/// ever waiting. exchange() returns the old object only when no render call can see it any more, so
-/// that what follows (freeing it, reconfiguring what it named) never overlaps a render call.
+/// One object that control threads replace and one render thread uses without waiting. exchange()
+/// returns the old object when no render call can see it any more, so the caller may free it and
+/// change what it referred to.
 template <typename Value>
 class RenderSlot {
   public:
@@ -20,11 +20,11 @@ class RenderSlot {
     RenderSlot& operator=(const RenderSlot&) = delete;
     RenderSlot(RenderSlot&&) = delete;
     RenderSlot& operator=(RenderSlot&&) = delete;
-    /// No access may be open any more.
+    /// No access may be open.
     ~RenderSlot() { delete value_.load(std::memory_order_relaxed); }
 
-    /// Control threads, one at a time, never from inside an access. Waits for at most the render
-    /// call that is under way.
+    /// Control threads, one at a time, never during an access of their own. Waits at most for the
+    /// render call under way.
     std::unique_ptr<Value> exchange(std::unique_ptr<Value> next) {
         std::unique_ptr<Value> previous(value_.exchange(next.release(), std::memory_order_seq_cst));
         const auto turn = turn_.load(std::memory_order_seq_cst);
@@ -36,10 +36,10 @@ class RenderSlot {
         return previous;
     }
 
-    /// What control threads may read, between their own exchanges.
+    /// The present object, for control threads between their exchanges.
     Value* current() const { return value_.load(std::memory_order_relaxed); }
 
-    /// The render thread's use of the object, for the access's life. May be null. Does not nest.
+    /// Gives the render thread the object, maybe null, while the access lives. Does not nest.
     class Access {
       public:
         explicit Access(RenderSlot& slot) noexcept : slot_(slot) {

@@ -23,8 +23,8 @@ constexpr int kFilterTaps = 128;
 constexpr double kKaiserBeta = 11.2;
 constexpr double kCutoff = 0.97;
 
-// Output is made in slices of this many frames, so that the resampler's own buffers stay small and
-// have their final size after prime().
+// Converting in slices keeps the resampler's buffers small and lets prime() grow them to their
+// final size.
 constexpr std::uint32_t kSliceFrames = 256;
 
 void freeResampler(SwrContext* context) {
@@ -35,7 +35,7 @@ std::uint32_t channelsBetween(const AVAudioFormat& from, const AVAudioFormat& to
     return std::min(from.channelCount, to.channelCount);
 }
 
-// Input for one slice, or for catching up with the output from before the start.
+// For one slice, with the output from before the start.
 std::uint32_t largestSliceInput(const AVAudioFormat& from, const AVAudioFormat& to) {
     const double ratio = std::max(1.0, from.sampleRate / to.sampleRate);
     return static_cast<std::uint32_t>(std::ceil((kSliceFrames + kFilterTaps) * ratio)) + 16;
@@ -55,7 +55,7 @@ SwrContext* openResampler(int from, int to, std::uint32_t channels) {
     av_opt_set_double(context, "kaiser_beta", kKaiserBeta, 0);
     av_opt_set_double(context, "cutoff", kCutoff, 0);
     av_opt_set_int(context, "exact_rational", 1, 0);
-    // For the ratios whose phases do not fit the table.
+    // For ratios whose phases exceed the table.
     av_opt_set_int(context, "linear_interp", 1, 0);
     if (swr_init(context) < 0) {
         fatalError("The sample rate converter does not take these rates.");
@@ -86,9 +86,9 @@ SampleRateConverter::SampleRateConverter(const AVAudioFormat& from, const AVAudi
 
 SampleRateConverter::~SampleRateConverter() = default;
 
-// Feeds silence from before the stream's start: the filter then begins with silence rather than
-// with a mirror image of the first frames, the resampler's buffers grow to their final size, and
-// the look-ahead shows itself.
+// Feeds silence from before the stream's start. Otherwise libswresample would begin with a mirror
+// image of the first frames. The resampler's buffers grow to their final size, and the look-ahead
+// is measured.
 void SampleRateConverter::prime() {
     const std::uint32_t sliceInput = mapped_.frameCapacity();
     const AVAudioPCMBuffer silence(mapped_.format(), 8 * sliceInput);
@@ -114,7 +114,7 @@ void SampleRateConverter::prime() {
     made_ = pulled - fed / inputStep_ * outputStep_;
 }
 
-// How many input frames the first outputFrames frames of the stream need.
+// The input frames that the stream's first outputFrames frames need.
 std::int64_t SampleRateConverter::inputFramesUntil(std::int64_t outputFrames) const noexcept {
     return outputFrames <= 0 ? 0 : (outputFrames - 1) * inputStep_ / outputStep_ + lookAhead_;
 }
@@ -158,7 +158,7 @@ void SampleRateConverter::convert(const AudioBlock& input, const AudioBlock& out
                 ? std::min(static_cast<std::uint32_t>(std::min<std::int64_t>(-made_, kSliceFrames)),
                            kSliceFrames)
                 : std::min(output.frameCount - outputPosition, kSliceFrames);
-        // Output from before the start hangs on the look-ahead of the stream's first frame.
+        // Output from before the start needs the look-ahead of the first frame.
         const auto until = inputFramesUntil(isBeforeStart ? 1 : made_ + wanted);
         const auto taking =
             std::min({static_cast<std::uint32_t>(std::max<std::int64_t>(until - taken_, 0)),

@@ -11,15 +11,14 @@ struct SwrContext;
 
 namespace orvalo {
 
-/// A streaming conversion of rate and channels from one format to another, by libswresample with a
-/// long polyphase filter. One channel becomes many by repetition, many become one by their mean,
-/// otherwise channels map by index and missing ones are silent. Made off the render thread, with
-/// everything that conversion needs allocated; convert() keeps the render thread's promises.
+/// Converts a stream's rate and channels, by libswresample with a long polyphase filter. One
+/// channel is repeated to many; many are mixed to one by their mean; otherwise channels map by
+/// index and missing ones are silent. The constructor allocates all that convert() needs.
 ///
-/// No delay: output frame k is the input at the moment k / output rate. So the filter looks ahead:
-/// the first call needs some 70 input frames more than the rates' ratio says (when the rate falls,
-/// as many output frames' worth), every later one the ratio's share within one frame. Rates count
-/// in whole hertz. How the stream is cut into calls does not change a bit of the output.
+/// There is no delay: output frame k is the input at the time k / output rate. So the filter looks
+/// ahead: the first call needs some 70 input frames more than the ratio of the rates gives (or 70
+/// output frames' worth when the rate falls), each later call the ratio within one frame. Rates are
+/// rounded to whole hertz. The sizes of the calls do not change a bit of the output.
 class SampleRateConverter {
   public:
     SampleRateConverter(const AVAudioFormat& from, const AVAudioFormat& to);
@@ -30,12 +29,12 @@ class SampleRateConverter {
     const AVAudioFormat& inputFormat() const { return from_; }
     const AVAudioFormat& outputFormat() const { return to_; }
 
-    /// How many input frames convert() must be given so that it can fill this many output frames.
-    /// At most kMaximumFramesToRender output frames at a time. Render thread.
+    /// The input frames that convert() needs to make this many output frames, at most
+    /// kMaximumFramesToRender. Render thread.
     std::uint32_t inputFramesNeeded(std::uint32_t outputFrames) const noexcept;
 
-    /// Takes exactly inputFramesNeeded(output.frameCount) frames and fills output wholly; without a
-    /// change of rate that is as many frames as output has. Render thread.
+    /// Converts exactly inputFramesNeeded(output.frameCount) input frames and fills output. Render
+    /// thread.
     void convert(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
@@ -45,20 +44,19 @@ class SampleRateConverter {
 
     AVAudioFormat from_;
     AVAudioFormat to_;
-    std::unique_ptr<SwrContext, void (*)(SwrContext*)> resampler_;  // Absent for equal rates.
+    std::unique_ptr<SwrContext, void (*)(SwrContext*)> resampler_;  // Null for equal rates.
     // The ratio of the rates in lowest terms.
     std::int64_t inputStep_ = 1;
     std::int64_t outputStep_ = 1;
-    std::int64_t lookAhead_ = 0;  // Input frames beyond an output frame's own that it needs.
-    // Counted from the stream's start, less whole steps of the ratio.
+    std::int64_t lookAhead_ = 0;  // Input frames that an output frame needs after its own.
+    // Frames since the stream's start, less whole steps of the ratio.
     std::int64_t taken_ = 0;
     std::int64_t made_ = 0;       // Below 0 while output from before the start is due.
-    AVAudioPCMBuffer mapped_;     // Input of one slice with the channels that are resampled.
+    AVAudioPCMBuffer mapped_;     // Input of one slice, mapped to the resampled channels.
     AVAudioPCMBuffer discarded_;  // Output from before the start.
 };
 
-/// Writes input's channels to output's by the rule of SampleRateConverter; as many frames in both.
-/// Render thread.
+/// Maps channels as SampleRateConverter does. Both blocks have the same frame count. Render thread.
 void mapChannels(const AudioBlock& input, const AudioBlock& output) noexcept;
 
 }  // namespace orvalo

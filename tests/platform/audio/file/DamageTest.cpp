@@ -44,7 +44,7 @@ class DamageTest : public ::testing::TestWithParam<const char*> {
     Channels whole_;
 };
 
-TEST_P(DamageTest, DamageInTheMiddleKeepsTheLengthAndWhatFollows) {
+TEST_P(DamageTest, DamageInTheMiddleKeepsTheLengthAndTheRest) {
     auto bytes = bytesOf(path_);
     const auto start = bytes.size() * 2 / 5;
     const auto end = bytes.size() / 2;
@@ -58,7 +58,7 @@ TEST_P(DamageTest, DamageInTheMiddleKeepsTheLengthAndWhatFollows) {
         const auto heard = readOn(*file);
         ASSERT_EQ(heard.front().size(), kFrames);
         EXPECT_GT(agreement(whole_, heard, 0, kFrames / 4), 30.0);
-        // MP3 frames carry no place of their own.
+        // MP3 frames carry no time stamp.
         if (path_.extension() != ".mp3") {
             EXPECT_GT(agreement(whole_, heard, kFrames * 3 / 4, kFrames), 30.0);
         }
@@ -67,7 +67,7 @@ TEST_P(DamageTest, DamageInTheMiddleKeepsTheLengthAndWhatFollows) {
     expectOneWarning(errors);
 }
 
-TEST_P(DamageTest, AFileThatVanishesWhileItPlaysPlaysOn) {
+TEST_P(DamageTest, ReadsOnWhenTheFileIsRemoved) {
     const auto file = open(path_);
     std::filesystem::remove(path_);
     for (int pass = 0; pass < 2; ++pass) {
@@ -76,7 +76,7 @@ TEST_P(DamageTest, AFileThatVanishesWhileItPlaysPlaysOn) {
     }
 }
 
-TEST_P(DamageTest, AFileThatIsCutWhileItPlaysEndsInSilence) {
+TEST_P(DamageTest, ReadsSilenceWhereTheFileWasCut) {
     const auto file = open(path_);
     std::filesystem::resize_file(path_, std::filesystem::file_size(path_) / 2);
     const CapturedOutput errors(2);
@@ -89,7 +89,7 @@ TEST_P(DamageTest, AFileThatIsCutWhileItPlaysEndsInSilence) {
     expectOneWarning(errors);
 }
 
-TEST_P(DamageTest, AFileThatIsEmptiedWhileItPlaysIsSilent) {
+TEST_P(DamageTest, ReadsSilenceWhenTheFileIsEmptied) {
     const auto file = open(path_);
     std::filesystem::resize_file(path_, 0);
     const CapturedOutput errors(2);

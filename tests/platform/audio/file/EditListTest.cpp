@@ -34,14 +34,14 @@ std::size_t numberAt(const std::string& bytes, std::size_t place) {
     return value;
 }
 
-// Renames a box, so that readers pass over it.
+// Renames a box, so that readers skip it.
 void hide(std::string& bytes, const std::string& kind) {
     const auto place = bytes.rfind(kind);
     ASSERT_NE(place, std::string::npos) << kind;
     bytes.replace(place, 4, "free");
 }
 
-// An encoder's note of its priming and padding, as players of music libraries read it.
+// An encoder's iTunSMPB note of its priming and padding.
 std::string note(std::size_t priming, std::size_t padding, std::size_t frames) {
     std::array<char, 128> text{};
     std::snprintf(text.data(), text.size(), " 00000000 %08zX %08zX %016zX 00000000 00000000",
@@ -61,7 +61,7 @@ class EditListTest : public ::testing::Test {
         bytes_ = bytesOf(path_);
     }
 
-    // The header stands at the end: nothing moves when it grows.
+    // The header is the last box, so it can grow.
     void addToHeader(const std::string& more) {
         const auto place = bytes_.rfind("moov") - 4;
         bytes_.replace(place, 4, number(numberAt(bytes_, place) + more.size()));
@@ -101,7 +101,7 @@ class EditListTest : public ::testing::Test {
     std::string bytes_;
 };
 
-TEST_F(EditListTest, ANoteSaysPrimingAndPaddingWhereThereIsNoEditList) {
+TEST_F(EditListTest, ANoteStatesPrimingAndPaddingWithoutAnEditList) {
     hide(bytes_, "edts");
     hide(bytes_, "udta");
     stateWholePackets();
@@ -120,26 +120,26 @@ TEST_F(EditListTest, ANoteMakesACoarseEditListExact) {
     EXPECT_EQ(written()->length(), static_cast<std::int64_t>(kFrames));
 }
 
-TEST_F(EditListTest, AnEditListThatContradictsTheNoteRules) {
+TEST_F(EditListTest, AnEditListOverridesAContradictoryNote) {
     hide(bytes_, "udta");
     setEdits({{500, kPriming}});
     addToHeader(note(kPriming, 175, kFrames));
     EXPECT_EQ(written()->length(), 22050);
 }
 
-TEST_F(EditListTest, WithoutEitherTheMediaPlaysAsItIs) {
+TEST_F(EditListTest, WithoutEditListAndNoteAllMediaPlays) {
     hide(bytes_, "edts");
     EXPECT_EQ(written()->length(), static_cast<std::int64_t>(kFrames + kPriming));
 }
 
-TEST_F(EditListTest, AnEditMayBeginAndEndAnywhere) {
+TEST_F(EditListTest, AnEditBeginsAndEndsAtAnyFrame) {
     setEdits({{200, kPriming + 10000}});
     const auto file = written();
     EXPECT_EQ(file->length(), 8820);
     EXPECT_GT(agreement(original_, readOn(*file), 10000, 18000, -10000), 25.0);
 }
 
-TEST_F(EditListTest, EmptyEditsAreSilenceAndSeveralEditsFollowEachOther) {
+TEST_F(EditListTest, EmptyEditsAreSilenceAndEditsPlayInOrder) {
     const auto plain = readOn(*written());
     setEdits({{100, 0xFFFFFFFF}, {200, kPriming + 20000}, {300, kPriming}});
     const auto file = written();

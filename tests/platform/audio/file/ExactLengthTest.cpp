@@ -10,7 +10,7 @@
 namespace orvalo::testing {
 namespace {
 
-// Whole milliseconds at every rate here, and a number that fits nothing.
+// Frame counts of whole milliseconds, and an odd one.
 constexpr std::size_t kRound = 70560;
 constexpr std::size_t kOdd = 70573;
 
@@ -18,7 +18,7 @@ using Case = std::tuple<double, std::size_t, std::size_t>;
 
 class ExactLengthTest : public ::testing::TestWithParam<Case> {
   protected:
-    // A file of this kind gives the original's frames in their places, pass after pass.
+    // Expects the original's frames in their places, pass after pass.
     void expectExact(const std::string& name, const std::vector<std::string>& arguments,
                      double least) {
         SCOPED_TRACE(name);
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(RatesChannelsAndLengths, ExactLengthTest,
                                            Case{48000.0, 2, kRound}, Case{48000.0, 1, kOdd},
                                            Case{96000.0, 1, kRound}, Case{96000.0, 2, kOdd}));
 
-// MP3 has no higher rate than 48 kHz.
+// The highest rate of MP3 is 48 kHz.
 using ExactMp3LengthTest = ExactLengthTest;
 
 TEST_P(ExactMp3LengthTest, Mp3) {
@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(RatesChannelsAndLengths, ExactMp3LengthTest,
                                            Case{44100.0, 1, kRound}, Case{44100.0, 2, kOdd},
                                            Case{48000.0, 2, kRound}, Case{48000.0, 1, kOdd}));
 
-// Opus decodes to 48 kHz, whatever it was made from.
+// Opus always decodes to 48 kHz.
 using ExactOpusLengthTest = ExactLengthTest;
 
 TEST_P(ExactOpusLengthTest, Opus) {
@@ -99,7 +99,7 @@ TEST_P(ExactOpusLengthTest, Opus) {
 INSTANTIATE_TEST_SUITE_P(ChannelsAndLengths, ExactOpusLengthTest,
                          ::testing::Values(Case{48000.0, 2, kRound}, Case{48000.0, 1, kOdd}));
 
-TEST(ExactShortFileTest, FilesOfAFewFramesAreExactToo) {
+TEST(ExactShortFileTest, FilesOfAFewFramesAreExact) {
     const TemporaryFolder folder;
     for (const std::size_t frames : {1U, 5U, 1024U, 1025U}) {
         for (const auto* name : {"a.m4a", "a.flac", "a.ogg", "a.wav"}) {

@@ -36,7 +36,7 @@ Channels readSome(AVAudioFile& file, std::uint32_t frames) {
 class FramePositionTest : public ::testing::TestWithParam<const char*> {
   protected:
     FramePositionTest() : path_(folder_.path() / GetParam()) {
-        // Noise, at a bit rate that makes AAC replace it by noise of the decoder's own.
+        // At this bit rate AAC stores noise as a seed for the decoder's noise.
         writeEncoded(path_, noise(2, kFrames), 44100.0,
                      path_.extension() == ".m4a" ? std::vector<std::string>{"-b:a", "64k"}
                                                  : std::vector<std::string>{});
@@ -46,7 +46,7 @@ class FramePositionTest : public ::testing::TestWithParam<const char*> {
     const std::filesystem::path path_;
 };
 
-TEST_P(FramePositionTest, EveryPlaceGivesWhatAStraightReadGivesThere) {
+TEST_P(FramePositionTest, ReadsTheSameAtEveryPositionAsAStraightRead) {
     const auto straight = readOn(*open(path_));
     ASSERT_EQ(straight.front().size(), kFrames);
     const auto file = open(path_);
@@ -60,7 +60,7 @@ TEST_P(FramePositionTest, EveryPlaceGivesWhatAStraightReadGivesThere) {
     }
 }
 
-TEST_P(FramePositionTest, PlacesOutOfRangeCountAsTheNearerEnd) {
+TEST_P(FramePositionTest, ClampsPositionsToTheFile) {
     const auto file = open(path_);
     file->setFramePosition(-5);
     EXPECT_EQ(file->framePosition(), 0);

@@ -8,7 +8,7 @@
 namespace orvalo::testing {
 namespace {
 
-// Where a wave file made by writeWav() keeps the size of its data.
+// Offset of the data size in a wave file of writeWav().
 constexpr std::size_t kDataSizePlace = 40;
 constexpr std::size_t kFrames = 10007;
 
@@ -21,8 +21,8 @@ class OpenLengthTest : public ::testing::Test {
     TemporaryFolder folder_;
 };
 
-// A recorder that writes to a stream cannot come back to state the length.
-TEST_F(OpenLengthTest, AWaveFileThatLeavesItsSizeOpenLastsToItsEnd) {
+// A recorder that writes into a stream cannot state the length afterwards.
+TEST_F(OpenLengthTest, AWaveFileWithAnOpenSizeLastsToItsEnd) {
     writeWav(at("whole.wav"), signal_, 48000.0);
     const auto whole = readOn(*open(at("whole.wav")));
     const auto bytes = bytesOf(at("whole.wav"));
@@ -35,7 +35,7 @@ TEST_F(OpenLengthTest, AWaveFileThatLeavesItsSizeOpenLastsToItsEnd) {
     }
 }
 
-TEST_F(OpenLengthTest, ChunksBehindTheSoundAreNoSound) {
+TEST_F(OpenLengthTest, ChunksAfterTheDataAreNotPlayed) {
     writeWav(at("a.wav"), signal_, 48000.0);
     writeBytes(at("a.wav"),
                bytesOf(at("a.wav")) + std::string("LIST\x40\0\0\0", 8) + std::string(64, 'x'));
@@ -84,7 +84,7 @@ TEST_F(OpenLengthTest, OtherContainersAreRead) {
     }
 }
 
-TEST_F(OpenLengthTest, CoverArtIsNoSound) {
+TEST_F(OpenLengthTest, CoverArtIsIgnored) {
     encode("color=red:size=64x64:duration=0.1", at("cover.png"), {"-frames:v", "1"});
     writeWav(at("a.wav"), signal_, 44100.0);
     for (const auto* name : {"a.m4a", "a.mp3", "a.flac"}) {

@@ -31,7 +31,7 @@ class RefusalTest : public ::testing::Test {
         std::filesystem::resize_file(path, std::filesystem::file_size(path) * share / 100);
     }
 
-    // The message must be this reason behind the path, and nothing may reach standard error.
+    // Expects this reason after the path, and nothing on standard error.
     static void expectRefused(const std::filesystem::path& path, const std::string& reason) {
         const CapturedOutput errors(2);
         EXPECT_EQ(refusalOf(path), path.string() + ": " + reason);
@@ -56,7 +56,7 @@ TEST_F(RefusalTest, Directory) {
 TEST_F(RefusalTest, Unreadable) {
     const auto path = made("a.wav");
     std::filesystem::permissions(path, std::filesystem::perms::none);
-    // To the superuser nothing is unreadable.
+    // The superuser reads everything.
     if (geteuid() == 0) {
         EXPECT_EQ(refusalOf(path), "");
     } else {
@@ -85,13 +85,13 @@ TEST_F(RefusalTest, TheErrorCarriesItsDomainAndCode) {
     }
 }
 
-// In a process of its own, which has opened no file before.
-// The sanitizer for undefined behaviour looks at objects through a pipe, for which nothing is left.
+// In a child process that has opened no file before. Not under the sanitizers: the one for
+// undefined behaviour opens a pipe.
 #ifndef __SANITIZE_ADDRESS__
-TEST_F(RefusalTest, NothingLeftToLoadFFmpegWith) {
+TEST_F(RefusalTest, NoDescriptorLeftToLoadFFmpeg) {
     writeBytes(at("a.wav"), "not empty");
     const auto refuse = [this] {
-        // The file can be opened, and nothing more.
+        // One descriptor is left, for the file itself.
         const int next = dup(STDERR_FILENO);
         close(next);
         rlimit descriptors{};
@@ -135,7 +135,7 @@ TEST_F(RefusalTest, Pictures) {
     expectRefused(at("a.png"), kForeign);
 }
 
-TEST_F(RefusalTest, ScriptsThatNameOtherFilesAreForeign) {
+TEST_F(RefusalTest, ScriptsThatNameOtherFiles) {
     made("a.wav");
     writeBytes(at("list.m3u8"),
                "#EXTM3U\n#EXT-X-TARGETDURATION:3\n#EXTINF:2,\na.wav\n#EXT-X-ENDLIST\n");
@@ -168,8 +168,8 @@ TEST_F(RefusalTest, AbsurdRates) {
     expectRefused(at("fast.wav"), "has a sample rate of 768001 Hz, outside 1000 to 768000");
 }
 
-TEST_F(RefusalTest, CodingWithoutDecoder) {
-    // A format tag that nobody has.
+TEST_F(RefusalTest, CodecWithoutDecoder) {
+    // An unassigned format tag.
     const auto path = made("a.wav");
     writeBytes(path, bytesOf(path).replace(20, 2, "ww"));
     expectRefused(path, "no decoder for its sound (none)");
@@ -186,7 +186,7 @@ TEST_F(RefusalTest, CutMp4WithItsHeaderInFront) {
     expectRefused(path, kShort);
 }
 
-TEST_F(RefusalTest, CutMp4WithItsHeaderBehind) {
+TEST_F(RefusalTest, CutMp4WithItsHeaderAtTheEnd) {
     const auto path = made("behind.m4a");
     cut(path, 60);
     expectRefused(path, "its header is damaged or cut off");

@@ -10,26 +10,26 @@
 
 namespace orvalo::testing {
 
-/// What a test does with a device while an output plays on it. Any thread.
+/// Controls a FakeDevice while an output plays on it. Any thread.
 struct FakeControls {
     std::atomic<bool> isThere{true};
     std::atomic<bool> opens{true};
-    std::atomic<bool> isFrozen{false};  ///< Streams are open but do not render.
+    std::atomic<bool> isFrozen{false};  ///< Open streams do not render.
     std::atomic<double> sampleRate{48000.0};
     std::atomic<std::uint32_t> frameCount{32};
     std::atomic<int> probeCount{0};
-    std::atomic<int> openCount{0};       ///< Streams that were opened.
-    std::atomic<int> liveCount{0};       ///< Streams that live now.
+    std::atomic<int> openCount{0};       ///< Streams opened so far.
+    std::atomic<int> liveCount{0};       ///< Streams that are open.
     std::function<void()> whileProbing;  ///< Set before use.
 
-    /// Has the stream that was opened last die, as its server says.
+    /// The stream that was opened last reports its end.
     void endStream();
     void countXruns(std::uint64_t count);
 
     std::atomic<StreamFeed*> feed{nullptr};
 };
 
-/// A device without sound, as its controls say, that renders a block about every millisecond.
+/// A device without sound that renders a block about every millisecond.
 class FakeDevice : public OutputDevice {
   public:
     FakeDevice(std::string name, std::shared_ptr<FakeControls> controls);

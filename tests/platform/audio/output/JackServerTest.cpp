@@ -3,11 +3,13 @@
 #include <jack/jack.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/audio/output/JackClient.h"
@@ -69,16 +71,16 @@ class JackRecorder {
     JackClient client_;
 };
 
-/// A JACK server of the test's own with its dummy driver.
+/// A private JACK server with the dummy driver.
 class JackServerTest : public ::testing::Test {
   protected:
     JackServerTest() {
-        // Also for the servers: whoever runs the tests keeps his own ones.
+        // The servers inherit it too, so a JACK server of the user is left alone.
         setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     }
 
-    /// inStep: the server waits for its clients in each period, so that none misses one.
+    /// inStep: the server waits for its clients in each period, so no client misses one.
     std::unique_ptr<ServerProcess> startServer(const std::string& rate, const std::string& period,
                                                bool inStep = false) {
         // libjack would free clients of a dead server that are still open.
@@ -93,8 +95,8 @@ class JackServerTest : public ::testing::Test {
         return process;
     }
 
-    /// A killed server stays in the machine's list of JACK servers, which has eight places. The
-    /// next one of its name takes the place over and leaves it in order; the rest are files.
+    /// A killed server keeps one of the eight places in the machine's list of JACK servers. The
+    /// next server of its name frees the place when it ends. What remains are files.
     void TearDown() override {
         if (hasKilled_) {
             startServer("48000", "64");
@@ -133,7 +135,7 @@ class JackServerTest : public ::testing::Test {
     LogLines log_;
 };
 
-TEST_F(JackServerTest, IsHeardSampleBySample) {
+TEST_F(JackServerTest, PlaysEverySampleUnchanged) {
     const auto server = startServer("48000", "64", true);
     setenv("ORVALO_AUDIO_OUTPUT", "auto", 1);
     const auto output = AudioOutput::system();
@@ -154,7 +156,7 @@ TEST_F(JackServerTest, IsHeardSampleBySample) {
                 ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 64 frames."));
 }
 
-TEST_F(JackServerTest, StopsAndStartsAgain) {
+TEST_F(JackServerTest, RestartsAfterStop) {
     const auto server = startServer("44100", "128");
     const auto output = makeOutput(SupervisedOutput::Absence::fail);
     for (int round = 0; round < 3; ++round) {
@@ -170,7 +172,7 @@ TEST_F(JackServerTest, StopsAndStartsAgain) {
     EXPECT_EQ(source_.lastFrameCount(), 128U);
 }
 
-TEST_F(JackServerTest, LivesOnWhenTheServerIsKilledAndReturnsToTheNextOne) {
+TEST_F(JackServerTest, SurvivesAKilledServerAndReturnsToTheNextOne) {
     auto server = startServer("48000", "64");
     const auto output = makeOutput(SupervisedOutput::Absence::standIn);
     output->format();
@@ -220,7 +222,22 @@ TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {
                             "channels, 256 frames."));
 }
 
-TEST_F(JackServerTest, LeavesAServerThatHangs) {
+TEST_F(JackServerTest, CountsXruns) {
+    const auto server = startServer("48000", "64");
+    const auto output = makeOutput(SupervisedOutput::Absence::fail);
+    std::atomic<bool> isLate{true};
+    source_.whileRendering = [&] {
+        if (isLate.exchange(false)) {
+            // Many periods of 1.3 ms.
+            std::this_thread::sleep_for(milliseconds(100));
+        }
+    };
+    output->start(source_);
+    EXPECT_TRUE(source_.waitUntil([&] { return output->xrunCount() > 0; }));
+    output->stop();
+}
+
+TEST_F(JackServerTest, ReplacesAHangingServerByTheClock) {
     timing_.silence = milliseconds(300);
     auto server = startServer("48000", "64");
     const auto output = makeOutput(SupervisedOutput::Absence::standIn);
@@ -228,13 +245,13 @@ TEST_F(JackServerTest, LeavesAServerThatHangs) {
     ASSERT_TRUE(source_.waitForBlocks(20));
     server->signal(SIGSTOP);
     ASSERT_TRUE(source_.waitUntil([&] { return source_.threadName() == "orvalo-null"; }));
-    // Meanwhile the server is looked for again and again.
+    // Meanwhile the server is probed repeatedly.
     ASSERT_TRUE(source_.waitForBlocks(200));
     output->stop();
     EXPECT_EQ(log_.messages().back(),
               "Audio output: JACK went away; a silent clock takes its place (48000 Hz, 2 "
               "channels, 64 frames).");
-    // What was left behind ends with the server.
+    // The client that was left open ends with the server.
     kill(*server);
 }
 
@@ -245,13 +262,13 @@ TEST_F(JackServerTest, StartsNoServer) {
     EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
     try {
         output->start(source_);
-        FAIL() << "there is no server";
+        FAIL() << "no server runs";
     } catch (const std::exception& error) {
         EXPECT_STREQ(error.what(),
                      "The audio output JACK cannot be opened: no JACK server is running.");
     }
     EXPECT_EQ(openClient("bystander"), nullptr);
-    EXPECT_THAT(log_.messages(), IsEmpty()) << "libjack's own lines included";
+    EXPECT_THAT(log_.messages(), IsEmpty()) << "also nothing from libjack";
 }
 
 }  // namespace

@@ -4,7 +4,7 @@ namespace orvalo::testing {
 
 namespace {
 
-/// What follows GLib's prefix: "Orvalo-Message: 12:00:00.000: text" or
+/// The text after GLib's prefix: "Orvalo-Message: 12:00:00.000: text" or
 /// "(process:1): Orvalo-WARNING **: 12:00:00.000: text".
 std::string withoutPrefix(const std::string& line) {
     std::size_t begin = line.find("Orvalo-");

@@ -7,8 +7,7 @@
 
 namespace orvalo::testing {
 
-/// The messages that stand on standard error since its making, without GLib's prefixes and empty
-/// lines; nothing else is filtered.
+/// The lines on standard error since construction, without GLib's prefixes and without empty lines.
 class LogLines {
   public:
     LogLines() : captured_(2) {}

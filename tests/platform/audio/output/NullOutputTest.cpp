@@ -13,12 +13,12 @@ namespace {
 
 using testing::RecordingSource;
 
-TEST(NullOutput, StatesTheFormatThatItWasGiven) {
+TEST(NullOutput, FormatIsTheGivenOne) {
     EXPECT_EQ(NullOutput().format(), (AVAudioFormat{48000.0, 2}));
     EXPECT_EQ(NullOutput({44100.0, 1}, 64).format(), (AVAudioFormat{44100.0, 1}));
 }
 
-TEST(NullOutput, PullsBlocksOfExactlyOneQuantum) {
+TEST(NullOutput, RendersBlocksOfOneQuantum) {
     RecordingSource source;
     NullOutput output({96000.0, 3}, 64);
     output.start(source);
@@ -30,7 +30,7 @@ TEST(NullOutput, PullsBlocksOfExactlyOneQuantum) {
     EXPECT_TRUE(source.formatChanges().empty());
 }
 
-TEST(NullOutput, RendersOnOneNamedThreadAsARenderThreadHasTo) {
+TEST(NullOutput, RendersOnItsOwnThreadInARealTimeScope) {
     RecordingSource source;
     NullOutput output({48000.0, 2}, 64);
     output.start(source);
@@ -42,7 +42,7 @@ TEST(NullOutput, RendersOnOneNamedThreadAsARenderThreadHasTo) {
     EXPECT_EQ(source.overlapCount(), 0U);
 }
 
-TEST(NullOutput, PullsNoFasterThanItsClock) {
+TEST(NullOutput, RendersNoFasterThanTheClock) {
     RecordingSource source;
     NullOutput output({48000.0, 2}, 480);
     const auto begin = std::chrono::steady_clock::now();
@@ -54,7 +54,7 @@ TEST(NullOutput, PullsNoFasterThanItsClock) {
     EXPECT_GE(end - begin, std::chrono::milliseconds(300));
 }
 
-TEST(NullOutput, CallsNobodyAfterStop) {
+TEST(NullOutput, MakesNoCallAfterStop) {
     RecordingSource source;
     std::atomic<bool> stopped{false};
     std::atomic<int> lateCalls{0};
@@ -73,7 +73,7 @@ TEST(NullOutput, CallsNobodyAfterStop) {
     EXPECT_EQ(lateCalls, 0);
 }
 
-TEST(NullOutput, StopsTwiceAndWithoutStart) {
+TEST(NullOutput, StopIsSafeTwiceAndWithoutStart) {
     RecordingSource source;
     NullOutput output;
     output.stop();
@@ -82,7 +82,7 @@ TEST(NullOutput, StopsTwiceAndWithoutStart) {
     output.stop();
 }
 
-TEST(NullOutput, EndsPullingWithItsLife) {
+TEST(NullOutput, DestructionStopsRendering) {
     RecordingSource source;
     {
         NullOutput output({48000.0, 2}, 64);
@@ -97,7 +97,7 @@ TEST(NullOutput, EndsPullingWithItsLife) {
     EXPECT_EQ(source.blockCount(), count);
 }
 
-TEST(NullOutput, CountsPeriodsThatTheSourceOversleepsAndLeavesThemOut) {
+TEST(NullOutput, CountsMissedPeriodsAndSkipsThem) {
     RecordingSource source;
     std::atomic<int> calls{0};
     source.whileRendering = [&] {
@@ -113,20 +113,19 @@ TEST(NullOutput, CountsPeriodsThatTheSourceOversleepsAndLeavesThemOut) {
     const auto end = std::chrono::steady_clock::now();
     EXPECT_GE(output.xrunCount(), 19U);
     output.stop();
-    // The eight blocks behind the long one keep their distances: nothing is made up in a hurry.
+    // The eight blocks after the long one are a period apart.
     EXPECT_GE(end - begin, std::chrono::milliseconds(270));
     source.whileRendering = nullptr;
     output.start(source);
-    EXPECT_LT(output.xrunCount(), 19U) << "counted from the last start on";
+    EXPECT_LT(output.xrunCount(), 19U) << "counts from the last start";
     output.stop();
 }
 
-TEST(NullOutput, CatchesUpWithASourceThatIsLateByLessThanTwoPeriods) {
+TEST(NullOutput, CatchesUpWhenLateByLessThanTwoPeriods) {
     RecordingSource source;
     std::atomic<int> calls{0};
     source.whileRendering = [&] {
-        // A little more than two periods of 500 ms, the call's own one among them: what the machine
-        // adds to it does not make a third.
+        // Two periods of 500 ms, the call's own among them, and a margin below a third.
         if (++calls == 2) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1050));
         }

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pulse/simple.h>
+#include <sched.h>
 
 #include <array>
 #include <atomic>
@@ -69,7 +70,7 @@ class SinkRecorder {
     std::thread thread_;
 };
 
-/// A PulseAudio server of the test's own, in its own folders, with null sinks.
+/// A private PulseAudio server with a null sink.
 class PulseServerTest : public ::testing::Test {
   protected:
     PulseServerTest() {
@@ -113,17 +114,20 @@ class PulseServerTest : public ::testing::Test {
     LogLines log_;
 };
 
-TEST_F(PulseServerTest, IsHeardSampleBySample) {
+TEST_F(PulseServerTest, PlaysEverySampleUnchanged) {
     const auto server = startServer("48000", 2);
     setenv("ORVALO_AUDIO_OUTPUT", "pulse", 1);
     const auto output = AudioOutput::system();
     unsetenv("ORVALO_AUDIO_OUTPUT");
     EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
     const SinkRecorder recorder("quiet.monitor");
+    std::atomic<int> policy{-1};
+    source_.whileRendering = [&] { policy = sched_getscheduler(0); };
     output->start(source_);
     EXPECT_TRUE(
         source_.waitUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
     output->stop();
+    EXPECT_EQ(policy, SCHED_OTHER) << "RtAudio's thread keeps its scheduling";
     EXPECT_EQ(source_.ordinaryCallCount(), 0U);
     EXPECT_EQ(source_.denormalCount(), 0U);
     EXPECT_EQ(source_.overlapCount(), 0U);
@@ -131,7 +135,7 @@ TEST_F(PulseServerTest, IsHeardSampleBySample) {
                 ElementsAre("Audio output: PulseAudio, 48000 Hz, 2 channels, 512 frames."));
 }
 
-TEST_F(PulseServerTest, LivesOnWhenTheServerIsKilledAndReturnsToTheNextOne) {
+TEST_F(PulseServerTest, SurvivesAKilledServerAndReturnsToTheNextOne) {
     auto server = startServer("48000", 2);
     const auto output = makeOutput();
     output->format();
@@ -162,7 +166,7 @@ TEST_F(PulseServerTest, StartsNoServer) {
     unsetenv("ORVALO_AUDIO_OUTPUT");
     try {
         output->start(source_);
-        FAIL() << "there is no server";
+        FAIL() << "no server runs";
     } catch (const std::exception& error) {
         EXPECT_STREQ(
             error.what(),
@@ -172,7 +176,7 @@ TEST_F(PulseServerTest, StartsNoServer) {
     EXPECT_THAT(log_.messages(), IsEmpty());
 }
 
-TEST_F(PulseServerTest, IsReachedThroughAlsaAsItsDefaultDevice) {
+TEST_F(PulseServerTest, AlsaPlaysThroughItsDefaultDevice) {
     const auto configuration = (folder_.path() / "asound.conf").string();
     std::ofstream(configuration) << "pcm.!default { type pulse }\nctl.!default { type pulse }\n";
     setenv("ALSA_CONFIG_PATH", configuration.c_str(), 1);
@@ -183,7 +187,7 @@ TEST_F(PulseServerTest, IsReachedThroughAlsaAsItsDefaultDevice) {
     EXPECT_EQ(output.format(), (AVAudioFormat{48000.0, 2}));
     const SinkRecorder recorder("quiet.monitor");
     output.start(source_);
-    // In 16-bit integers or in floats, the signal is the same.
+    // The signal is exact in 16-bit integers and in floats.
     EXPECT_TRUE(
         source_.waitUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
     server->kill();

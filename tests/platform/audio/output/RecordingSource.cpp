@@ -14,7 +14,7 @@ namespace orvalo::testing {
 
 namespace {
 
-/// A product below the smallest normal number, which the compiler cannot know.
+/// Volatile operands keep the compiler from computing this.
 bool computesDenormals() {
     volatile float small = std::numeric_limits<float>::min();
     const float product = small * 0.25F;

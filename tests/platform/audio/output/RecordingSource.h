@@ -11,11 +11,11 @@
 
 namespace orvalo::testing {
 
-/// A source that plays a known signal and keeps what an output did with it. The signal's frame n
-/// is sample(n) on channel 0 and its negative on the others.
+/// A source that plays a known signal and records how an output calls it. The signal's frame n is
+/// sample(n) on channel 0 and its negative on the others.
 class RecordingSource : public AudioOutputSource {
   public:
-    /// 1 to 32768 over 65536, again and again: exact in 32-bit float and in 16-bit integers.
+    /// Repeats 1 to 32768, over 65536: exact in 32-bit floats and in 16-bit integers.
     static float sample(std::uint64_t frame) {
         return static_cast<float>(frame % 32768 + 1) / 65536.0F;
     }
@@ -23,10 +23,9 @@ class RecordingSource : public AudioOutputSource {
     void renderOutput(const AudioBlock& block) noexcept override;
     void outputFormatChanged(const AVAudioFormat& format) override;
 
-    /// Waits until so many more blocks were rendered, at most a generous
-    /// deadline; whether they were.
+    /// Waits for so many further blocks; false after a minute.
     bool waitForBlocks(std::uint64_t count);
-    /// Waits until the condition holds, looked at as blocks come.
+    /// Waits until the condition holds; false after a minute.
     bool waitUntil(const std::function<bool()>& condition);
 
     std::uint64_t blockCount() const { return blocks_; }
@@ -35,18 +34,19 @@ class RecordingSource : public AudioOutputSource {
     std::uint32_t lastChannelCount() const { return lastChannelCount_; }
     std::uint32_t smallestFrameCount() const { return smallestFrameCount_; }
     std::uint32_t largestFrameCount() const { return largestFrameCount_; }
-    /// How many render calls found another one under way, or a format change.
+    /// Render calls and format changes that began during another one.
     std::uint64_t overlapCount() const { return overlaps_; }
-    /// How many render calls were outside a RealTimeScope.
+    /// Render calls outside a RealTimeScope.
     std::uint64_t ordinaryCallCount() const { return ordinaryCalls_; }
-    /// How many render calls found arithmetic with denormals.
+    /// Render calls whose thread computes with denormals.
     std::uint64_t denormalCount() const { return denormals_; }
     /// The name of the thread of the last render call.
     std::string threadName() const;
     std::vector<AVAudioFormat> formatChanges() const;
 
-    std::function<void()> whileRendering;      ///< Called inside each render call; set before.
-    std::function<void()> whileFormatChanges;  ///< Called inside each format change; set before.
+    std::function<void()> whileRendering;  ///< Called in each render call; set it before start().
+    std::function<void()>
+        whileFormatChanges;  ///< Called in each format change; set it before start().
 
   private:
     std::atomic<bool> busy_{false};

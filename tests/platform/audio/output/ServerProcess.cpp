@@ -24,7 +24,7 @@ ServerProcess::ServerProcess(const std::vector<std::string>& command) : process_
         throw std::system_error(errno, std::generic_category(), command.front());
     }
     if (process_ == 0) {
-        // It ends with the test, however that ends, and holds none of its files open.
+        // The program ends with the test and inherits none of its files.
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         for (const int standard : {0, 1, 2}) {
             dup2(null, standard);

@@ -8,7 +8,7 @@
 
 namespace orvalo::testing {
 
-/// A program that runs beside the test, its output discarded; ended and awaited with the object.
+/// A running program whose output is discarded. The destructor terminates it and waits for its end.
 class ServerProcess {
   public:
     explicit ServerProcess(const std::vector<std::string>& command);
@@ -17,7 +17,7 @@ class ServerProcess {
     ServerProcess& operator=(const ServerProcess&) = delete;
 
     void signal(int number) const;
-    /// Kills it, which it cannot see coming, and waits for its end.
+    /// Sends SIGKILL and waits for the end.
     void kill();
 
   private:

@@ -24,7 +24,7 @@ std::size_t SignalCapture::longestExactStretch() const {
     for (std::size_t frame = 0; frame < left_.size(); ++frame) {
         const float value = left_[frame];
         if (length == 0 || value != RecordingSource::sample(expected)) {
-            // Which frame of the signal this would be.
+            // The signal's frame with this value.
             expected = static_cast<std::uint64_t>(
                 std::clamp(std::lround(value * 65536.0F) - 1, 0L, 32767L));
             length = 0;

@@ -13,8 +13,7 @@ class SignalCapture {
     /// From the recorder's thread.
     void append(const float* left, const float* right, std::size_t frameCount, std::size_t stride);
 
-    /// The length of the longest stretch in which every frame is the source's signal and the next
-    /// one's predecessor, exactly.
+    /// The length of the longest stretch of the source's signal without a missing or changed frame.
     std::size_t longestExactStretch() const;
 
   private:

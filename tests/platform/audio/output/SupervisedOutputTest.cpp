@@ -29,8 +29,8 @@ using testing::LogLines;
 using testing::RecordingSource;
 using Absence = SupervisedOutput::Absence;
 
-/// Two devices, Alpha before Beta; silence never counts as death and a device is looked for all the
-/// time, unless a test says otherwise.
+/// Two devices, Alpha before Beta. By default a stream may stay silent, and absent devices are
+/// probed all the time.
 class SupervisedOutputTest : public ::testing::Test {
   protected:
     std::unique_ptr<SupervisedOutput> makeOutput(Absence absence = Absence::standIn) {
@@ -51,10 +51,10 @@ class SupervisedOutputTest : public ::testing::Test {
     RecordingSource source_;
 };
 
-TEST_F(SupervisedOutputTest, PlaysOnTheFirstDeviceAndSaysSoOnce) {
+TEST_F(SupervisedOutputTest, PlaysOnTheFirstDeviceAndLogsItOnce) {
     const auto output = makeOutput();
     EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
-    EXPECT_EQ(alpha_->openCount, 0) << "asking for the format holds no device";
+    EXPECT_EQ(alpha_->openCount, 0) << "format() opens no device";
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(10));
     output->stop();
@@ -66,7 +66,7 @@ TEST_F(SupervisedOutputTest, PlaysOnTheFirstDeviceAndSaysSoOnce) {
     EXPECT_EQ(source_.overlapCount(), 0U);
 }
 
-TEST_F(SupervisedOutputTest, PassesOverDevicesThatAreNotThereOrDoNotOpen) {
+TEST_F(SupervisedOutputTest, SkipsDevicesThatDoNotOpen) {
     alpha_->opens = false;
     const auto output = makeOutput();
     output->start(source_);
@@ -75,7 +75,7 @@ TEST_F(SupervisedOutputTest, PassesOverDevicesThatAreNotThereOrDoNotOpen) {
                 ElementsAre("Audio output: Beta, 48000 Hz, 2 channels, 32 frames."));
 }
 
-TEST_F(SupervisedOutputTest, PlaysToAClockWhenNoDeviceIsThere) {
+TEST_F(SupervisedOutputTest, UsesTheClockWhenEveryDeviceIsAbsent) {
     alpha_->isThere = false;
     beta_->isThere = false;
     timing_.retry = hours(1);
@@ -90,7 +90,7 @@ TEST_F(SupervisedOutputTest, PlaysToAClockWhenNoDeviceIsThere) {
                             "2 channels, 512 frames)."));
 }
 
-TEST_F(SupervisedOutputTest, PlaysToAClockByChoice) {
+TEST_F(SupervisedOutputTest, UsesTheClockWithoutDevices) {
     SupervisedOutput output({}, Absence::standIn);
     output.start(source_);
     ASSERT_TRUE(source_.waitForBlocks(3));
@@ -99,7 +99,7 @@ TEST_F(SupervisedOutputTest, PlaysToAClockByChoice) {
                 ElementsAre("Audio output: a silent clock (48000 Hz, 2 channels, 512 frames)."));
 }
 
-TEST_F(SupervisedOutputTest, RefusesToStartWithoutAnOutputThatWasNamed) {
+TEST_F(SupervisedOutputTest, StartThrowsWhenTheNamedDeviceDoesNotOpen) {
     std::vector<std::unique_ptr<OutputDevice>> devices;
     devices.push_back(std::make_unique<FakeDevice>("Alpha", alpha_));
     SupervisedOutput output(std::move(devices), Absence::fail, timing_);
@@ -117,12 +117,12 @@ TEST_F(SupervisedOutputTest, RefusesToStartWithoutAnOutputThatWasNamed) {
     alpha_->opens = false;
     EXPECT_EQ(refusal(), "The audio output Alpha cannot be opened: Alpha is busy.");
     alpha_->opens = true;
-    EXPECT_EQ(refusal(), "") << "a refusal leaves the output as it was";
+    EXPECT_EQ(refusal(), "") << "a failed start changes nothing";
     ASSERT_TRUE(source_.waitForBlocks(3));
     output.stop();
 }
 
-TEST_F(SupervisedOutputTest, OpensADeadStreamAgainWithItsNewFormat) {
+TEST_F(SupervisedOutputTest, ReopensADeadStreamWithItsNewFormat) {
     const auto output = makeOutput();
     output->format();
     output->start(source_);
@@ -130,7 +130,7 @@ TEST_F(SupervisedOutputTest, OpensADeadStreamAgainWithItsNewFormat) {
     std::atomic<std::uint64_t> blocksAtChange{0};
     source_.whileFormatChanges = [&] {
         blocksAtChange = source_.blockCount();
-        // Long enough for the new stream to come by; the overlap count tells.
+        // A stream that rendered meanwhile would add to the overlap count.
         std::this_thread::sleep_for(milliseconds(20));
     };
     alpha_->sampleRate = 44100.0;
@@ -149,7 +149,7 @@ TEST_F(SupervisedOutputTest, OpensADeadStreamAgainWithItsNewFormat) {
                             "channels, 64 frames."));
 }
 
-TEST_F(SupervisedOutputTest, HandsOverToTheNextDevice) {
+TEST_F(SupervisedOutputTest, ReplacesADeadDeviceByTheNextOne) {
     beta_->frameCount = 16;
     const auto output = makeOutput();
     output->start(source_);
@@ -164,7 +164,7 @@ TEST_F(SupervisedOutputTest, HandsOverToTheNextDevice) {
                             "channels, 16 frames."));
 }
 
-TEST_F(SupervisedOutputTest, KeepsTimeWithoutADeviceAndReturnsToIt) {
+TEST_F(SupervisedOutputTest, UsesTheClockUntilADeviceReturns) {
     beta_->isThere = false;
     const auto output = makeOutput();
     output->format();
@@ -193,7 +193,7 @@ TEST_F(SupervisedOutputTest, KeepsTimeWithoutADeviceAndReturnsToIt) {
                             "channels, 32 frames."));
 }
 
-TEST_F(SupervisedOutputTest, RendersOnWhileItProbesADevice) {
+TEST_F(SupervisedOutputTest, KeepsRenderingWhileItProbesADevice) {
     alpha_->isThere = false;
     beta_->isThere = false;
     std::atomic<bool> isHeld{false};
@@ -213,8 +213,8 @@ TEST_F(SupervisedOutputTest, RendersOnWhileItProbesADevice) {
     output->stop();
 }
 
-TEST_F(SupervisedOutputTest, TakesAStreamThatRendersNoMoreForDead) {
-    // Longer than a busy machine keeps the stream's thread waiting before it is frozen.
+TEST_F(SupervisedOutputTest, ReplacesAStreamThatStopsRendering) {
+    // Longer than a busy machine delays the stream's thread before it is frozen.
     timing_.silence = milliseconds(2000);
     timing_.retry = hours(1);
     const auto output = makeOutput();
@@ -230,7 +230,7 @@ TEST_F(SupervisedOutputTest, TakesAStreamThatRendersNoMoreForDead) {
               "frames.");
 }
 
-TEST_F(SupervisedOutputTest, GoesToTheClockWhenANewStreamDiesAtOnceToo) {
+TEST_F(SupervisedOutputTest, UsesTheClockWhenAReopenedStreamDiesAtOnce) {
     timing_.retry = hours(1);
     const auto output = makeOutput();
     output->start(source_);
@@ -248,7 +248,7 @@ TEST_F(SupervisedOutputTest, GoesToTheClockWhenANewStreamDiesAtOnceToo) {
     EXPECT_EQ(alpha_->openCount, 2);
 }
 
-TEST_F(SupervisedOutputTest, TellsOfAFormatThatIsNotTheOneItHadStated) {
+TEST_F(SupervisedOutputTest, ReportsAFormatThatDiffersFromTheStatedOne) {
     const auto output = makeOutput();
     EXPECT_EQ(output->format(), (AVAudioFormat{48000.0, 2}));
     alpha_->sampleRate = 44100.0;
@@ -258,10 +258,10 @@ TEST_F(SupervisedOutputTest, TellsOfAFormatThatIsNotTheOneItHadStated) {
     ASSERT_TRUE(source_.waitForBlocks(1));
     output->stop();
     EXPECT_THAT(source_.formatChanges(), ElementsAre(AVAudioFormat{44100.0, 2}));
-    EXPECT_EQ(blocksAtChange, 0U) << "nothing is rendered before";
+    EXPECT_EQ(blocksAtChange, 0U) << "nothing is rendered before the report";
 }
 
-TEST_F(SupervisedOutputTest, CountsXrunsOfAllStreamsSinceItsStart) {
+TEST_F(SupervisedOutputTest, CountsXrunsOfAllStreamsSinceStart) {
     const auto output = makeOutput();
     output->start(source_);
     alpha_->countXruns(2);
@@ -277,7 +277,7 @@ TEST_F(SupervisedOutputTest, CountsXrunsOfAllStreamsSinceItsStart) {
     output->stop();
 }
 
-TEST_F(SupervisedOutputTest, StopsWithoutStartTwiceAndByItsEnd) {
+TEST_F(SupervisedOutputTest, StopIsSafeWithoutStartAndTwiceAndOnDestruction) {
     auto output = makeOutput();
     output->stop();
     for (int round = 0; round < 20; ++round) {
@@ -292,7 +292,7 @@ TEST_F(SupervisedOutputTest, StopsWithoutStartTwiceAndByItsEnd) {
     EXPECT_EQ(source_.overlapCount(), 0U);
 }
 
-TEST_F(SupervisedOutputTest, CallsNobodyAfterStopWhileDevicesComeAndGo) {
+TEST_F(SupervisedOutputTest, MakesNoCallAfterStopWhileDevicesChange) {
     std::atomic<bool> stopped{false};
     std::atomic<int> lateCalls{0};
     source_.whileRendering = [&] { lateCalls += stopped ? 1 : 0; };

@@ -35,7 +35,7 @@ class SystemOutputTest : public ::testing::Test {
     SystemOutputTest(const SystemOutputTest&) = delete;
     SystemOutputTest& operator=(const SystemOutputTest&) = delete;
 
-    /// What standard error has after the system's output has played for a while.
+    /// The log messages of a short play.
     std::vector<std::string> play() {
         const LogLines log;
         const auto output = AudioOutput::system();
@@ -54,13 +54,13 @@ class SystemOutputTest : public ::testing::Test {
     RecordingSource source_;
 };
 
-TEST_F(SystemOutputTest, IsAClockWhenThereIsNothing) {
+TEST_F(SystemOutputTest, UsesTheClockWhenThereIsNoSound) {
     EXPECT_THAT(play(), ElementsAre(standIn_));
     setenv("ORVALO_AUDIO_OUTPUT", "auto", 1);
     EXPECT_THAT(play(), ElementsAre(standIn_));
 }
 
-TEST_F(SystemOutputTest, IsAClockWhenTheProcessCanOpenNothingMore) {
+TEST_F(SystemOutputTest, UsesTheClockWhenNoDescriptorIsLeft) {
     const LogLines log;
     const int next = dup(STDERR_FILENO);
     close(next);
@@ -76,30 +76,30 @@ TEST_F(SystemOutputTest, IsAClockWhenTheProcessCanOpenNothingMore) {
     descriptors.rlim_cur = most;
     setrlimit(RLIMIT_NOFILE, &descriptors);
     EXPECT_EQ(source_.threadName(), "orvalo-null");
-    // After what libpulse says itself.
+    // libpulse writes lines of its own before.
     EXPECT_EQ(log.messages().back(), standIn_);
 }
 
-TEST_F(SystemOutputTest, IsAClockByChoice) {
+TEST_F(SystemOutputTest, TheNullSettingUsesTheClock) {
     setenv("ORVALO_AUDIO_OUTPUT", "null", 1);
     EXPECT_THAT(play(), ElementsAre("Audio output: a silent clock (48000 Hz, 2 channels, 512 "
                                     "frames)."));
 }
 
-TEST_F(SystemOutputTest, TakesAnUnknownWordForAutoAndSaysSoOnce) {
+TEST_F(SystemOutputTest, WarnsOnceOfAnUnknownSettingAndTreatsItAsAuto) {
     setenv("ORVALO_AUDIO_OUTPUT", "Jack", 1);
     EXPECT_THAT(play(), ElementsAre("ORVALO_AUDIO_OUTPUT is \"Jack\", not auto, jack, pulse, alsa "
                                     "or null; taken as auto.",
                                     standIn_));
 }
 
-TEST_F(SystemOutputTest, IsRefusedWhenTheNamedOneIsNotThere) {
+TEST_F(SystemOutputTest, StartThrowsWhenTheNamedDeviceIsAbsent) {
     const LogLines log;
     setenv("ORVALO_AUDIO_OUTPUT", "alsa", 1);
     const auto output = AudioOutput::system();
     try {
         output->start(source_);
-        FAIL() << "there is no device";
+        FAIL() << "no device is there";
     } catch (const std::exception& error) {
         EXPECT_STREQ(error.what(),
                      "The audio output ALSA cannot be opened: ALSA's default device does not open "

@@ -19,7 +19,7 @@ TEST(AVAudioPCMBufferTest, IsSilentAndEmptyWhenNew) {
     }
 }
 
-TEST(AVAudioPCMBufferTest, ViewsAreOfTheBuffersOwnSamples) {
+TEST(AVAudioPCMBufferTest, ViewsShareTheBuffersSamples) {
     const AVAudioPCMBuffer buffer({44100, 2}, 100);
     std::array<float*, kMaximumChannels> pointers{};
     const auto view = buffer.block(40, 60, pointers);
@@ -31,7 +31,7 @@ TEST(AVAudioPCMBufferTest, ViewsAreOfTheBuffersOwnSamples) {
     EXPECT_EQ(buffer.block(10).frameCount, 10U);
 }
 
-TEST(AVAudioPCMBufferTest, SamplesStayWhereTheyAreWhenTheBufferMoves) {
+TEST(AVAudioPCMBufferTest, MovingTheBufferKeepsItsSamplesInPlace) {
     AVAudioPCMBuffer buffer({44100, 2}, 100);
     float* const samples = buffer.floatChannelData()[1];
     const AVAudioPCMBuffer moved(std::move(buffer));

@@ -31,7 +31,7 @@ TEST(MapChannelsTest, OneIsRepeated) {
     EXPECT_EQ(mapped(1, 3), (std::vector{1.0F, 1.0F, 1.0F}));
 }
 
-TEST(MapChannelsTest, ManyBecomeOneByTheirMean) {
+TEST(MapChannelsTest, OneIsTheMeanOfMany) {
     EXPECT_EQ(mapped(2, 1), std::vector{1.5F});
     EXPECT_EQ(mapped(4, 1), std::vector{3.75F});
 }

@@ -10,7 +10,7 @@
 namespace orvalo::testing {
 namespace {
 
-TEST(RenderSlotTest, IsEmptyUntilItIsGivenAnObject) {
+TEST(RenderSlotTest, IsEmptyAtFirst) {
     RenderSlot<int> slot;
     EXPECT_EQ(slot.current(), nullptr);
     EXPECT_FALSE(RenderSlot<int>::Access(slot));
@@ -21,14 +21,14 @@ TEST(RenderSlotTest, IsEmptyUntilItIsGivenAnObject) {
     EXPECT_EQ(slot.current(), access.operator->());
 }
 
-TEST(RenderSlotTest, ExchangeGivesTheOldObjectBack) {
+TEST(RenderSlotTest, ExchangeReturnsTheOldObject) {
     RenderSlot<int> slot(std::make_unique<int>(1));
     EXPECT_EQ(*slot.exchange(std::make_unique<int>(2)), 1);
     EXPECT_EQ(*slot.exchange(nullptr), 2);
     EXPECT_EQ(slot.current(), nullptr);
 }
 
-TEST(RenderSlotTest, ExchangeWaitsForTheAccessThatIsOpen) {
+TEST(RenderSlotTest, ExchangeWaitsForTheOpenAccess) {
     RenderSlot<int> slot(std::make_unique<int>(1));
     std::atomic<bool> hasReturned{false};
     auto next = std::make_unique<int>(2);
@@ -43,7 +43,7 @@ TEST(RenderSlotTest, ExchangeWaitsForTheAccessThatIsOpen) {
         while (slot.current() != nextPlace) {
             std::this_thread::yield();
         }
-        // The new object is in place; the old one is still held for this access.
+        // The slot holds the new object; this access still holds the old one.
         for (int turn = 0; turn < 1000; ++turn) {
             std::this_thread::yield();
             ASSERT_FALSE(hasReturned);
@@ -64,8 +64,7 @@ TEST(RenderSlotTest, DestroysTheLastObject) {
     EXPECT_EQ(watched.use_count(), 1);
 }
 
-// One thread renders, one replaces: the render thread must never see a freed or half-made object.
-TEST(RenderSlotTest, RenderAndControlThreadsNeverMeetInAnObject) {
+TEST(RenderSlotTest, TheRenderThreadNeverSeesAReturnedObject) {
     struct Plan {
         explicit Plan(int value) : first(value), second(value) {}
         ~Plan() { first = second = -1; }

@@ -20,7 +20,7 @@ struct Rates {
     double to;
 };
 
-// Output of a mono conversion of signal(frame), made in calls of the sizes that next() gives.
+// The mono conversion of signal(frame), in calls whose sizes next() returns.
 std::vector<float> converted(const Rates& rates, std::size_t frames,
                              const std::function<float(std::size_t)>& signal,
                              const std::function<std::uint32_t()>& next) {
@@ -50,8 +50,8 @@ std::function<float(std::size_t)> sine(double rate, double frequency) {
     };
 }
 
-// What is left of output beside a sine of this frequency (its best fit taken away), and the fit's
-// level, both in dB against full scale.
+// The level of the best fit of a sine of this frequency, and of the residue, both in dB of full
+// scale.
 struct Measured {
     double level;
     double rest;
@@ -91,7 +91,7 @@ class SampleRateConverterTest : public ::testing::TestWithParam<Rates> {
     }
 };
 
-TEST_P(SampleRateConverterTest, ASineStaysOne) {
+TEST_P(SampleRateConverterTest, ASineStaysASine) {
     const auto result = through(1000.0);
     EXPECT_NEAR(result.level, 0.0, 0.001);
     EXPECT_LT(result.rest, -100.0);
@@ -107,7 +107,7 @@ TEST_P(SampleRateConverterTest, ThePassBandIsFlat) {
     }
 }
 
-TEST_P(SampleRateConverterTest, WhatTheNewRateCannotCarryGoes) {
+TEST_P(SampleRateConverterTest, RemovesFrequenciesAboveTheNewBand) {
     const auto [from, to] = GetParam();
     if (to < from) {
         // Just inside the stop band, which begins where the filter's slope ends.
@@ -134,7 +134,7 @@ TEST_P(SampleRateConverterTest, SlicingDoesNotChangeABit) {
     EXPECT_TRUE(converted(GetParam(), kFrames, signal, [] { return 1U; }) == whole);
 }
 
-TEST_P(SampleRateConverterTest, AnImpulseArrivesInItsPlace) {
+TEST_P(SampleRateConverterTest, AnImpulseKeepsItsPlace) {
     const auto [from, to] = GetParam();
     // A moment that is a whole number of frames at both rates, and the stream's very first.
     for (const std::size_t tenths : {0U, 1U, 2U}) {
@@ -149,7 +149,7 @@ TEST_P(SampleRateConverterTest, AnImpulseArrivesInItsPlace) {
     }
 }
 
-TEST_P(SampleRateConverterTest, InputIsAskedForEvenlyAndWithoutDrift) {
+TEST_P(SampleRateConverterTest, NeedsInputEvenlyAndWithoutDrift) {
     const auto [from, to] = GetParam();
     SampleRateConverter converter({from, 1}, {to, 1});
     const AVAudioPCMBuffer input({from, 1}, 1000);
@@ -208,7 +208,7 @@ TEST(SampleRateConverterFormatsTest, ChannelsMapWhileTheRateChanges) {
     EXPECT_EQ(output.floatChannelData()[3][2000], 0.0F);
 }
 
-TEST(SampleRateConverterFormatsTest, ManyChannelsBecomeOneByTheirMeanAndOneBecomesMany) {
+TEST(SampleRateConverterFormatsTest, MixesManyChannelsToOneAndRepeatsOne) {
     SampleRateConverter toOne({44100, 4}, {48000, 1});
     const AVAudioPCMBuffer four({44100, 4}, 5000);
     const AVAudioPCMBuffer one({48000, 1}, 4096);
