@@ -47,7 +47,7 @@ Outcome perform(std::unique_ptr<AudioOutput> output, const std::shared_ptr<AVAud
                 int seconds) {
     std::uint64_t midiEvents = 0;
     const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,
-                                                 AudioComponentInstantiationOptions::none);
+                                                 AudioComponentInstantiationOptions::loadInProcess);
     effect->auAudioUnit()->setMIDIOutputEventBlock(
         [&midiEvents](std::int64_t, std::uint8_t, std::int64_t, const std::uint8_t*) {
             DispatchQueue::main()->async([&midiEvents] { ++midiEvents; });

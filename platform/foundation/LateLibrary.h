@@ -21,8 +21,9 @@ class LateLibrary {
 }  // namespace orvalo
 
 /// The function of this name in the LateLibrary, with its declared type; found at the first call.
-#define ORVALO_LATE_FUNCTION(library, name)                                                        \
-    ([] {                                                                                          \
-        static auto* const address = reinterpret_cast<decltype(&name)>((library).function(#name)); \
-        return address;                                                                            \
+#define ORVALO_LATE_FUNCTION(library, name)                                 \
+    ([] {                                                                   \
+        static auto* const address =                                        \
+            reinterpret_cast<decltype(&(name))>((library).function(#name)); \
+        return address;                                                     \
     }())

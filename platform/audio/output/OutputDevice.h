@@ -47,7 +47,7 @@ class OutputDevice {
 
 /// An error of a device that cannot be used.
 inline NSError outputError(const std::string& text) {
-    return NSError("AudioOutputErrorDomain", 2, text);
+    return {"AudioOutputErrorDomain", 2, text};
 }
 
 }  // namespace orvalo

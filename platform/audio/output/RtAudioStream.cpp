@@ -37,8 +37,8 @@ unsigned int defaultDevice(RtAudio& library) {
     if (ids.empty()) {
         throw outputError("RtAudio finds no device");
     }
-    // A flag names ALSA's default device, and only asks for any valid identifier beside it. Facts
-    // about ALSA's devices would be had by opening each.
+    // RTAUDIO_ALSA_USE_DEFAULT overrides any valid identifier, and getDeviceInfo() would open each
+    // of ALSA's devices.
     const auto found = library.getCurrentApi() == RtAudio::LINUX_ALSA
                            ? ids.begin()
                            : std::find_if(ids.begin(), ids.end(), [&](auto id) {
