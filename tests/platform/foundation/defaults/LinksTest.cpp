@@ -60,13 +60,12 @@ TEST_F(ALink, isFollowed) {
     EXPECT_THAT(query(target_, "PRAGMA integrity_check"), ElementsAre("ok"));
 }
 
-TEST_F(ALink, toNothingMakesTheFileThere) {
+TEST_F(ALink, toNothingIsRefusedAndLeftAlone) {
     std::filesystem::create_symlink(target_, file_);
-    const auto settings = open();
-    ASSERT_NE(settings, nullptr);
-    settings->set(1, "key");
-    EXPECT_TRUE(std::filesystem::is_symlink(file_));
-    EXPECT_THAT(query(target_, "SELECT key FROM entries"), ElementsAre("key"));
+    const CapturedOutput errors(2);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(errors.text(), HasSubstr(file_.string() + ": No such file or directory"));
+    EXPECT_FALSE(std::filesystem::exists(target_));
 }
 
 TEST_F(ALink, toAFileWithALogHasWhatIsInTheLogAndTakesItFromOthers) {
@@ -88,13 +87,14 @@ TEST_F(ALink, toAnEmptyFileBesideALogLosesNothing) {
     const auto settings = open();
     ASSERT_NE(settings, nullptr);
     EXPECT_EQ(settings->object("key"), std::nullopt);
-    const auto old = setAside(target_);
+    const auto old = setAside(file_);
     ASSERT_THAT(old, SizeIs(1));
     EXPECT_THAT(errors.text(), HasSubstr("They are kept as " + old[0].string()));
-    EXPECT_TRUE(bytesOf(old[0].string() + "-wal") == log);
+    EXPECT_EQ(std::filesystem::read_symlink(old[0]), target_);
+    EXPECT_TRUE(bytesOf(target_.string() + "-wal") == log);
     settings->set(5, "key");
     EXPECT_EQ(Worker({name_}).ask("get key"), "5");
-    EXPECT_TRUE(std::filesystem::is_symlink(file_));
+    EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(file_)));
 }
 
 TEST_F(ALink, andTheNameOfItsFileLeadToTheSameSettings) {

@@ -94,26 +94,6 @@ class ASmallDisk : public SuiteFile {
                     ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
     }
 
-    /// A suite whose database has a log beside it, and nothing else.
-    void makeALogWithoutIndex() {
-        ASSERT_TRUE(isStored(*open(), "there", "key"));
-        emptyLog(file_);
-        ASSERT_TRUE(isStored(*open(), "in the log", "new"));
-        for (const auto* suffix : {"-shm"}) {
-            std::filesystem::remove(file_.string() + suffix);
-        }
-        ASSERT_GT(std::filesystem::file_size(file_.string() + "-wal"), 0U);
-    }
-
-    /// A suite whose database lies alone in its folder.
-    void makeADatabaseAlone() {
-        ASSERT_TRUE(isStored(*open(), "there", "key"));
-        emptyLog(file_);
-        for (const auto* suffix : {"-wal", "-shm"}) {
-            std::filesystem::remove(file_.string() + suffix);
-        }
-    }
-
     SmallDisk& disk_ = SmallDisk::shared();
     PropertyList::Dictionary stored_;
 };
@@ -183,47 +163,6 @@ TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
     EXPECT_EQ(Worker({name_}).ask("count"), "101");
 }
 
-TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
-    makeADatabaseAlone();
-    disk_.fill();
-    {
-        const auto settings = open();
-        ASSERT_NE(settings, nullptr);
-        expectToBeReadAlone(*settings);
-        expectToWorkOnceThereIsRoom(*settings);
-    }
-    expectAllThatWasStored(*open());
-}
-
-TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexCanBeRead) {
-    for (const bool isFull : {true, false}) {
-        disk_.empty();
-        stored_.clear();
-        makeALogWithoutIndex();
-        isFull ? disk_.fill() : disk_.protect();
-        const auto settings = open();
-        ASSERT_NE(settings, nullptr);
-        expectToBeReadAlone(*settings);
-        expectToWorkOnceThereIsRoom(*settings);
-    }
-}
-
-TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexLetsAReaderFollowOthersOnceItHas) {
-    makeALogWithoutIndex();
-    disk_.protect();
-    const auto settings = open();
-    ASSERT_NE(settings, nullptr);
-    expectAllThatWasStored(*settings);
-    disk_.makeRoom();
-    Worker other({name_});
-    for (int number = 0; number < 300; ++number) {
-        EXPECT_EQ(other.ask("set theirs " + std::to_string(number)), "done");
-        EXPECT_EQ(settings->integer("theirs"), number);
-    }
-    stored_.insert_or_assign("theirs", 299);
-    expectToWorkAgain(*settings);
-}
-
 TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
     disk_.fill();
@@ -249,22 +188,6 @@ TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
     EXPECT_FALSE(isStored(*settings, 5, "new"));
     expectNoOther();
     expectToWorkOnceThereIsRoom(*settings);
-}
-
-TEST_F(ASmallDisk, thatIsReadOnlyLetsAReaderOfTheDatabaseAloneFollowOthersOnceItIsNot) {
-    makeADatabaseAlone();
-    disk_.protect();
-    const auto settings = open();
-    ASSERT_NE(settings, nullptr);
-    expectAllThatWasStored(*settings);
-    disk_.makeRoom();
-    Worker other({name_});
-    EXPECT_EQ(other.ask("set theirs 5"), "done");
-    EXPECT_EQ(settings->integer("theirs"), 5);
-    EXPECT_EQ(other.ask("set theirs 6"), "done");
-    EXPECT_EQ(settings->integer("theirs"), 6);
-    stored_.insert_or_assign("theirs", 6);
-    expectToWorkAgain(*settings);
 }
 
 }  // namespace
