@@ -22,7 +22,7 @@ using ::testing::HasSubstr;
 
 constexpr uid_t kSomebodyElse = 65534;
 
-/// As long as it lives, files grow up to a size and no further.
+/// While it lives, files grow to a size and no further.
 class FileSizeLimit {
   public:
     explicit FileSizeLimit(rlim_t size) : formerHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
@@ -42,7 +42,7 @@ class FileSizeLimit {
     sighandler_t formerHandler_;
 };
 
-class ARefusedWrite : public SuiteFile {
+class RefusedWrite : public SuiteFile {
   protected:
     void expectEverythingToWork() const {
         const auto settings = open();
@@ -52,7 +52,7 @@ class ARefusedWrite : public SuiteFile {
     }
 };
 
-TEST_F(ARefusedWrite, onAFullDiskLosesNothing) {
+TEST_F(RefusedWrite, KeepsTheValueOnAFullDisk) {
     const auto settings = open();
     settings->set("stored", "key");
     {
@@ -74,7 +74,7 @@ TEST_F(ARefusedWrite, onAFullDiskLosesNothing) {
     expectEverythingToWork();
 }
 
-TEST_F(ARefusedWrite, ofAFileThatMayNotGrowLosesNothing) {
+TEST_F(RefusedWrite, KeepsTheValueWhenTheFileIsTooLarge) {
     const auto settings = open();
     settings->set("stored", "key");
     const std::string large(100'000, 'x');
@@ -93,7 +93,7 @@ TEST_F(ARefusedWrite, ofAFileThatMayNotGrowLosesNothing) {
     expectEverythingToWork();
 }
 
-TEST_F(ARefusedWrite, whereNoFileCanBeMadeIsAnAbsentSuite) {
+TEST_F(RefusedWrite, GivesNoSuiteWhereNoFileCanBeMade) {
     {
         const CapturedOutput errors(2);
         const FileSizeLimit limit(0);
@@ -108,7 +108,7 @@ TEST_F(ARefusedWrite, whereNoFileCanBeMadeIsAnAbsentSuite) {
     expectEverythingToWork();
 }
 
-TEST_F(ARefusedWrite, ofTheStandardStoreEndsNothing) {
+TEST_F(RefusedWrite, KeepsTheValueOfTheStandardStore) {
     const auto standard = UserDefaults::standard();
     standard->set("stored", "key");
     {
@@ -123,7 +123,7 @@ TEST_F(ARefusedWrite, ofTheStandardStoreEndsNothing) {
     standard->removeObject("key");
 }
 
-// The superuser may write everywhere, so it goes on as somebody else, and as a process of its own.
+// Root may write everywhere, so these tests continue as another user in another process.
 void expect(bool condition, const char* what) {
     if (!condition) {
         std::cerr << "not so: " << what << std::endl;
@@ -212,17 +212,17 @@ void protect(const std::filesystem::path& folder, bool isProtected) {
     endWell();
 }
 
-TEST_F(ARefusedWrite, inAReadOnlyFolderLosesNothing) {
+TEST_F(RefusedWrite, KeepsTheValueInAReadOnlyFolder) {
     EXPECT_EXIT(useAReadOnlyFolder(name_), ::testing::ExitedWithCode(EXIT_SUCCESS),
                 "'key' in .* stays as it was: it is read-only");
 }
 
-TEST_F(ARefusedWrite, inAReadOnlyFolderWithoutALogIsAnAbsentSuite) {
+TEST_F(RefusedWrite, GivesNoSuiteInAReadOnlyFolderWithoutALog) {
     EXPECT_EXIT(openInAReadOnlyFolder(name_), ::testing::ExitedWithCode(EXIT_SUCCESS),
                 "cannot be opened: .*/orvalo-suites: Permission denied");
 }
 
-TEST_F(ARefusedWrite, throughALinkToAReadOnlyFolderLosesNothing) {
+TEST_F(RefusedWrite, KeepsTheValueBehindALinkToAReadOnlyFolder) {
     EXPECT_EXIT(useALinkToAReadOnlyFolder(name_), ::testing::ExitedWithCode(EXIT_SUCCESS),
                 "all is well");
 }

@@ -19,22 +19,22 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class ASmallDisk : public SuiteFile {
+class FullDisk : public SuiteFile {
   protected:
     static void SetUpTestSuite() { SmallDisk::shared().mount(settingsHome().parent_path()); }
     static void TearDownTestSuite() { SmallDisk::shared().unmount(); }
 
-    ASmallDisk() { disk_.empty(); }
-    ~ASmallDisk() override { disk_.makeRoom(); }
+    FullDisk() { disk_.empty(); }
+    ~FullDisk() override { disk_.makeRoom(); }
 
-    /// Without the empty ones with which the log sets warnings apart.
+    /// The lines that are not empty.
     static std::vector<std::string> lines(const CapturedOutput& output) {
         auto lines = output.lines();
         std::erase(lines, "");
         return lines;
     }
 
-    /// A write that is either stored or refused with one line, and which of both.
+    /// Writes a value, which is either stored (true) or refused with one line (false).
     bool isStored(UserDefaults& settings, const PropertyList& value, const std::string& key) {
         const CapturedOutput errors(2);
         const auto before = settings.object(key);
@@ -51,7 +51,7 @@ class ASmallDisk : public SuiteFile {
         return false;
     }
 
-    /// What was stored is there for the one, for all who come new, and in the file.
+    /// The stored values are there for this store and for a new process.
     void expectAllThatWasStored(const UserDefaults& settings) const {
         EXPECT_EQ(settings.dictionaryRepresentation(), stored_);
         Worker other({name_});
@@ -61,7 +61,7 @@ class ASmallDisk : public SuiteFile {
         }
     }
 
-    /// It has no room for much, neither for a new key nor for an old one.
+    /// Large writes are refused, for a new key and an old one.
     void expectToBeReadAlone(UserDefaults& settings) {
         const std::string much(100'000, 'x');
         EXPECT_FALSE(isStored(settings, much, stored_.begin()->first));
@@ -86,7 +86,7 @@ class ASmallDisk : public SuiteFile {
         expectToWorkAgain(settings);
     }
 
-    /// No new suite can be made, as one line says.
+    /// A new suite is refused with one line.
     static void expectNoOther() {
         const CapturedOutput errors(2);
         EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
@@ -98,13 +98,13 @@ class ASmallDisk : public SuiteFile {
     PropertyList::Dictionary stored_;
 };
 
-TEST_F(ASmallDisk, thatIsFullLosesNothing) {
+TEST_F(FullDisk, KeepsAllStoredValues) {
     const auto settings = open();
     for (int number = 0; number < 20; ++number) {
         ASSERT_TRUE(isStored(*settings, number, std::to_string(number)));
     }
     disk_.fill();
-    // What is small may find room in a page that has been begun.
+    // A small value may fit into a half-filled page.
     for (int number = 0; number < 20; ++number) {
         isStored(*settings, -1 - number, std::to_string(number));
     }
@@ -112,7 +112,7 @@ TEST_F(ASmallDisk, thatIsFullLosesNothing) {
     expectToWorkOnceThereIsRoom(*settings);
 }
 
-TEST_F(ASmallDisk, thatIsFullHidesNothingThatOthersHaveStored) {
+TEST_F(FullDisk, ShowsTheValuesOfOtherProcesses) {
     const auto settings = open();
     ASSERT_TRUE(isStored(*settings, 1, "key"));
     EXPECT_EQ(Worker({name_}).ask("set theirs 5"), "done");
@@ -126,7 +126,7 @@ TEST_F(ASmallDisk, thatIsFullHidesNothingThatOthersHaveStored) {
     expectAllThatWasStored(*settings);
 }
 
-TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
+TEST_F(FullDisk, KeepsAllAcceptedValuesWhileItFillsUp) {
     const auto settings = open();
     Worker other({name_});
     int refusals = 0;
@@ -143,7 +143,7 @@ TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
     expectToWorkOnceThereIsRoom(*settings);
 }
 
-TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
+TEST_F(FullDisk, StoresAllOfAChangeOrNothing) {
     const auto settings = open();
     ASSERT_TRUE(isStored(*settings, 1, "key"));
     const auto change = [&](bool replacesAll) {
@@ -163,7 +163,7 @@ TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
     EXPECT_EQ(Worker({name_}).ask("count"), "101");
 }
 
-TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
+TEST_F(FullDisk, RefusesANewSuiteUntilThereIsRoom) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
     disk_.fill();
     expectNoOther();
@@ -176,9 +176,8 @@ TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
     expectToWorkAgain(*open());
 }
 
-TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
+TEST_F(FullDisk, IsReadWhileItIsReadOnly) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
-    // Where the disk is but a limit, only the first who opens needs more.
     Worker first({name_});
     EXPECT_EQ(first.ask("get key"), "there");
     disk_.protect();
