@@ -8,12 +8,11 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <memory>
 #include <thread>
 
 #include "platform/foundation/FileDescriptor.h"
-#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/PropertyListDate.h"
 #include "platform/foundation/defaults/SQLiteDatabase.h"
 
 namespace orvalo {
@@ -82,7 +81,7 @@ void writeEmptyDatabase(const std::string& path) {
 
 /// The name for a damaged file; each attempt gives another one.
 std::string asideName(const std::string& path, int attempt) {
-    const std::unique_ptr<GDateTime, Release<g_date_time_unref>> now(g_date_time_new_now_local());
+    const GDateTimePointer now(g_date_time_new_now_local());
     const GText time(g_date_time_format(now.get(), "%Y%m%d-%H%M%S"));
     const auto name = path + ".damaged-" + time.get();
     return attempt == 0 ? name : name + "-" + std::to_string(attempt);
