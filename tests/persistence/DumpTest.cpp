@@ -23,7 +23,7 @@ constexpr auto kStandard = "PersistentAppData::dumpout() : UserDefaults.standard
 constexpr auto kShared = "PersistentAppData::dumpout() : UserDefaults.shared : \n";
 constexpr auto kCombined = "PersistentAppData::dumpout() : UserDefaults.combined : \n";
 
-/// What a value of the group is in a dump, where nobody has others.
+/// The dump of a single value, which the group has.
 std::string ofTheGroup(const std::string& key, const std::string& text) {
     const std::string entry = key + " = " + text + " \n\n";
     return kStandard + entry + kShared + entry + kCombined + entry;

@@ -48,7 +48,7 @@ TEST_F(FrameTest, WhatIsMissingKeepsItsStartingValue) {
     EXPECT_EQ(frame(Dictionary{}), CGRect(0, 0, 100, 100));
 }
 
-TEST_F(FrameTest, OtherKeysSayNothing) {
+TEST_F(FrameTest, OtherKeysAreIgnored) {
     EXPECT_EQ(frame(Dictionary{{"Left", 1}, {"right", 2}, {"", 3}}), CGRect(0, 0, 100, 100));
 }
 
@@ -56,7 +56,7 @@ TEST_F(FrameTest, NegativeExtentsOfADictionaryAreKept) {
     EXPECT_EQ(frame(Dictionary{{"width", -50}, {"left", 3}}), CGRect(3, 0, -50, 100));
 }
 
-TEST_F(FrameTest, NoDictionaryIsNoRectangle) {
+TEST_F(FrameTest, OtherKindsAreNoRectangle) {
     EXPECT_EQ(frame(std::nullopt), std::nullopt);
     EXPECT_EQ(frame("a text"), std::nullopt);
     EXPECT_EQ(frame(5), std::nullopt);
@@ -72,14 +72,14 @@ TEST_F(FrameTest, ADictionaryOfMoreThanNumbersIsNoRectangle) {
     }
 }
 
-TEST_F(FrameTest, NumbersThatAreNoFloatsAreNoRectangle) {
+TEST_F(FrameTest, NumbersThatAreNot32BitFloatsAreNoRectangle) {
     for (const auto& bad : {PropertyList(0.1), PropertyList(1e300), PropertyList(1e-300),
                             PropertyList(16'777'217), PropertyList(INT64_MAX)}) {
         EXPECT_EQ(frame(Dictionary{{"left", bad}}), std::nullopt) << description(bad);
     }
 }
 
-TEST_F(FrameTest, NumbersThatAreFloatsExactlyCount) {
+TEST_F(FrameTest, NumbersThatAreExact32BitFloatsCount) {
     EXPECT_EQ(frame(Dictionary{{"left", 16'777'216}}), CGRect(16'777'216, 0, 100, 100));
     EXPECT_EQ(frame(Dictionary{{"left", INT64_MIN}}), CGRect(-0x1p63, 0, 100, 100));
     EXPECT_EQ(frame(Dictionary{{"left", 0x1p-149}}), CGRect(0x1p-149, 0, 100, 100));

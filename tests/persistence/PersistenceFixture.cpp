@@ -14,8 +14,8 @@ namespace {
 
 constexpr auto kVariable = "ORVALO_PERSISTENCE_TEST_HOME";
 
-/// Set before anything asks where the user's configuration is, and removed at the program's end. A
-/// death test's process, which never gets there, takes its parent's.
+/// The configuration folder, set before its first use and removed when the program ends. The
+/// process of a death test inherits its parent's.
 const class Home {
   public:
     Home() {

@@ -12,7 +12,7 @@
 
 namespace orvalo::testing {
 
-/// The shared instance over empty stores in a home of this program's own.
+/// The shared instance over empty stores in a configuration folder of this program.
 class PersistenceFixture : public ::testing::Test {
   protected:
     using Storage = PersistentAppData::Storage;
@@ -24,9 +24,9 @@ class PersistenceFixture : public ::testing::Test {
     const std::shared_ptr<UserDefaults> group = UserDefaultsViews::shared();
 };
 
-/// A run of the peer program to its end.
+/// Runs persistence_peer to its end.
 struct PeerRun {
-    /// home: the folder of the user's configuration; "" is this program's own.
+    /// home: the configuration folder; "" for that of this program.
     explicit PeerRun(const std::vector<std::string>& words, const std::string& home = {});
 
     std::vector<std::string> output;
@@ -34,7 +34,7 @@ struct PeerRun {
     std::string error;
 };
 
-/// The folder of the user's configuration that this program has.
+/// The configuration folder of this program.
 const std::string& home();
 
 }  // namespace orvalo::testing

@@ -1,14 +1,12 @@
-// Does with the persistent data what the words of its command line say, one after the other, each
-// with the words that it takes:
-//     standard KEY             prints the text in the process's standard store
+// Runs the commands on its command line on the persistent data, one after the other:
+//     standard KEY             prints the text in the standard store
 //     instance                 makes the shared instance
-//     instances COUNT          makes it in so many threads at once, and prints how many they got
-//     combined                 makes the combined view, without an instance
-//     set STORAGE KEY TEXT     sets a text through the instance; a storage is a number
-//     get STORAGE KEY          prints the text that the instance finds
-//     dump                     dumps out
-//     group NAME               names the application group's suite
-// What is absent prints "nothing".
+//     instances COUNT          makes it in so many threads at once, and prints their number of
+//     instances combined                 makes the combined view, without an instance set STORAGE
+//     KEY TEXT     sets a text through the instance; a storage is a number get STORAGE KEY prints
+//     the text that the instance finds dump                     dumps out group NAME names the
+//     application group's suite
+// An absent text prints "nothing".
 
 #include <cstdio>
 #include <cstdlib>
@@ -41,7 +39,7 @@ class Words {
     std::size_t next_ = 0;
 };
 
-/// How many instances so many threads get that ask at the same moment.
+/// The number of instances that so many threads get at the same moment.
 std::size_t instances(std::ptrdiff_t count) {
     std::latch start(count);
     std::mutex mutex;

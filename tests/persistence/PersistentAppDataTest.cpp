@@ -29,7 +29,7 @@ TEST_F(PersistentAppDataTest, AMissingKeyGivesTheNeutralValues) {
     }
 }
 
-TEST_F(PersistentAppDataTest, ATextIsTextOnly) {
+TEST_F(PersistentAppDataTest, GetStringReturnsTextOnly) {
     data.setString("text", "São Tomé\n\"\\ ");
     EXPECT_EQ(data.getString("text"), "São Tomé\n\"\\ ");
     data.setString("empty", "");
@@ -59,7 +59,7 @@ TEST_F(PersistentAppDataTest, FloatsAreKeptExactly) {
     EXPECT_TRUE(std::isnan(data.getFloat("number")));
 }
 
-TEST_F(PersistentAppDataTest, TruthValuesAreTruthValues) {
+TEST_F(PersistentAppDataTest, TruthValuesStayTruthValues) {
     data.setBool("truth", true);
     EXPECT_TRUE(data.getBool("truth"));
     EXPECT_EQ(data.getObject("truth"), PropertyList(true));
@@ -102,7 +102,7 @@ TEST_F(PersistentAppDataTest, ThereIsOneInstance) {
     }
 }
 
-/// Notes what is called, in place of doing it.
+/// Records the calls instead of doing them.
 class Noting : public PersistentAppData {
   public:
     mutable std::string called;

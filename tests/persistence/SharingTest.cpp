@@ -4,7 +4,7 @@
 #include "tests/persistence/PersistenceFixture.h"
 #include "tests/testing/TemporaryFolder.h"
 
-// Several processes, and processes that have not used the persistent data yet.
+// Several processes, and the first use of the persistent data in a process.
 
 namespace orvalo::testing {
 namespace {

@@ -30,7 +30,7 @@ TEST(Storage, IsHashable) {
 
 class ViewTest : public PersistenceFixture {
   protected:
-    /// A value by every setter.
+    /// Sets a value with every setter.
     void setEach(Storage storage) {
         data.setString("text", "a", storage);
         data.setInteger("number", -7, storage);
@@ -39,7 +39,7 @@ class ViewTest : public PersistenceFixture {
         data.setURL("address", address, storage);
         data.setObject("object", PropertyList::List{1, "b"}, storage);
     }
-    /// Every getter finds it.
+    /// Expects that value from every getter.
     void expectEach(Storage storage) {
         EXPECT_EQ(data.getString("text", storage), "a");
         EXPECT_EQ(data.getInteger("number", storage), -7);

@@ -54,9 +54,6 @@ void DefaultsDomain::refresh() {
             entries_ = file_->entries();
             version_ = version;
         }
-        if (file_->isSnapshot()) {
-            file_.reset();
-        }
     });
 }
 

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DefaultsFolder.h"
 #include "platform/foundation/defaults/PropertyListCoding.h"
 
@@ -19,45 +20,31 @@ constexpr int kMostAttempts = 3;
 // A page of the smallest size that SQLite knows.
 constexpr off_t kSmallestDatabase = 512;
 
-/// Where a path leads that may be a link, to nothing yet too.
-std::string placeOf(const std::filesystem::path& path) {
-    constexpr int mostLinks = 40;
-    auto place = path;
+/// Opens the database after it was checked from outside.
+SQLiteDatabase checkedDatabase(const std::string& path, off_t size) {
+    if (size < kSmallestDatabase) {
+        // SQLite would take it for an empty database and remove its log.
+        throw SQLiteError(SQLITE_CORRUPT, "it is too short");
+    }
+    // SQLite's files lie beside the target of a link.
     std::error_code error;
-    for (int links = 0; std::filesystem::is_symlink(place, error); ++links) {
-        if (links == mostLinks) {
-            throw NSError::posix(ELOOP, path);
+    const auto place = std::filesystem::canonical(path, error).string();
+    for (const auto* suffix : {"-wal", "-shm"}) {
+        if (access((place + suffix).c_str(), F_OK) == 0) {
+            static_cast<void>(checkedPrivateFile(place + suffix));
         }
-        place = place.parent_path() / std::filesystem::read_symlink(place, error);
     }
-    return place.string();
-}
-
-/// Why SQLite cannot make its log: its own code hides the system's.
-NSError reasonOf(const SQLiteError& error, const std::string& place) {
-    if (!error.isRefusedOpen()) {
-        return error;
-    }
-    const auto folder = std::filesystem::path(place).parent_path();
-    return NSError::posix(access(folder.c_str(), W_OK) == 0 ? ENOSPC : errno, folder);
-}
-
-/// Opens the database. trouble: set when it can only be read as it is now.
-SQLiteDatabase openDatabase(const std::string& place, std::optional<NSError>& trouble) {
-    SQLiteDatabase database(place);
+    SQLiteDatabase database(path);
     try {
         database.integer("SELECT count(*) FROM sqlite_schema");
-        return database;
-    } catch (const SQLiteError& error) {
-        if (!error.isWantOfPlace()) {
-            throw;
+    } catch (const SQLiteError&) {
+        const auto folder = std::filesystem::path(place).parent_path();
+        if (access(folder.c_str(), W_OK) != 0) {
+            throw NSError::posix(errno, folder);  // SQLite cannot make its log there.
         }
-        trouble = reasonOf(error, place);
+        throw;
     }
-    std::error_code error;
-    const auto logSize = std::filesystem::file_size(place + "-wal", error);
-    using Access = SQLiteDatabase::Access;
-    return SQLiteDatabase(place, !error && logSize > 0 ? Access::ownIndex : Access::alone);
+    return database;
 }
 
 }  // namespace
@@ -65,39 +52,24 @@ SQLiteDatabase openDatabase(const std::string& place, std::optional<NSError>& tr
 std::unique_ptr<DefaultsFile> DefaultsFile::open(const std::string& path) {
     makePrivateFolder(std::filesystem::path(path).parent_path());
     for (int attempt = 1;; ++attempt) {
-        auto place = placeOf(path);
-        if (std::error_code error; !std::filesystem::exists(place, error) && !error) {
-            createDefaultsFile(place);
-        }
-        const auto status = checkedPrivateFile(place);
+        createDefaultsFile(path);
+        const auto status = checkedPrivateFile(path);
         try {
-            return std::unique_ptr<DefaultsFile>(new DefaultsFile(path, place, status));
+            return std::unique_ptr<DefaultsFile>(new DefaultsFile(path, status));
         } catch (const SQLiteError& error) {
             if (!error.isDamage() || attempt == kMostAttempts) {
                 throw;
             }
-            setDefaultsFileAside(place, status);
+            setDefaultsFileAside(path, status);
         }
     }
 }
 
-DefaultsFile::DefaultsFile(std::string path, std::string place, const struct stat& status)
-    : path_(std::move(path)),
-      place_(std::move(place)),
+DefaultsFile::DefaultsFile(const std::string& path, const struct stat& status)
+    : path_(path),
       device_(status.st_dev),
       inode_(status.st_ino),
-      database_([&] {
-          if (status.st_size < kSmallestDatabase) {
-              // SQLite would take it for an empty database and remove its log.
-              throw SQLiteError(SQLITE_CORRUPT, "it is too short");
-          }
-          for (const auto* suffix : {"-wal", "-shm"}) {
-              if (std::filesystem::exists(place_ + suffix)) {
-                  static_cast<void>(checkedPrivateFile(place_ + suffix));
-              }
-          }
-          return openDatabase(place_, trouble_);
-      }()) {
+      database_(checkedDatabase(path, status.st_size)) {
     checkContent();
     if (!isReadOnly()) {
         database_.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
@@ -107,11 +79,11 @@ DefaultsFile::DefaultsFile(std::string path, std::string place, const struct sta
 
 void DefaultsFile::checkContent() {
     if (database_.integer("PRAGMA application_id") != kDefaultsApplication) {
-        throw NSError::posix(EEXIST, place_ + " is the database of another program");
+        throw NSError::posix(EEXIST, path_ + " is the database of another program");
     }
     const auto version = database_.integer("PRAGMA user_version");
     if (version != kDefaultsVersion) {
-        throw NSError::posix(ENOTSUP, place_ + " is in format " + std::to_string(version) +
+        throw NSError::posix(ENOTSUP, path_ + " is in format " + std::to_string(version) +
                                           ", which this program does not know");
     }
     auto check = database_.prepare("PRAGMA quick_check(1)");
@@ -146,7 +118,7 @@ std::map<std::string, PropertyList, std::less<>> DefaultsFile::entries() {
             auto value = propertyList(select.data(1));
             entries.insert_or_assign(std::move(key), std::move(value));
         } catch (const NSError& error) {
-            g_warning("The value of '%s' in %s cannot be read: %s.", key.c_str(), place_.c_str(),
+            g_warning("The value of '%s' in %s cannot be read: %s.", key.c_str(), path_.c_str(),
                       error.what());
         }
     }
@@ -154,9 +126,6 @@ std::map<std::string, PropertyList, std::less<>> DefaultsFile::entries() {
 }
 
 void DefaultsFile::change(const std::vector<BinaryEntry>& entries, bool replacesAll) {
-    if (trouble_) {
-        throw NSError(*trouble_);
-    }
     auto insert = database_.prepare("INSERT OR REPLACE INTO entries VALUES (?1, ?2)");
     auto remove = database_.prepare("DELETE FROM entries WHERE key = ?1");
     database_.run("BEGIN IMMEDIATE");

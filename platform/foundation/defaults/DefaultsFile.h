@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "platform/foundation/Data.h"
-#include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/PropertyList.h"
 #include "platform/foundation/defaults/SQLiteDatabase.h"
 
@@ -35,10 +34,7 @@ class DefaultsFile {
 
     /// Whether the path still leads to this file.
     bool isInPlace() const;
-    /// The file was read without a lock, because the disk has no place for SQLite's log: it shows
-    /// the entries of the moment of opening only.
-    bool isSnapshot() const { return trouble_.has_value(); }
-    bool isReadOnly() const { return isSnapshot() || database_.isReadOnly(); }
+    bool isReadOnly() const { return database_.isReadOnly(); }
 
     /// Changes when another connection has written.
     std::int64_t dataVersion();
@@ -49,15 +45,12 @@ class DefaultsFile {
     void change(const std::vector<BinaryEntry>& entries, bool replacesAll);
 
   private:
-    /// The file exists, and its path has no link.
-    DefaultsFile(std::string path, std::string place, const struct stat& status);
+    DefaultsFile(const std::string& path, const struct stat& status);
     void checkContent();
 
     std::string path_;
-    std::string place_;  ///< Where the path leads.
     dev_t device_;
     ino_t inode_;
-    std::optional<NSError> trouble_;
     SQLiteDatabase database_;
     std::optional<SQLiteStatement> version_;
 };

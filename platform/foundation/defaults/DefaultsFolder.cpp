@@ -8,12 +8,11 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <memory>
 #include <thread>
 
 #include "platform/foundation/FileDescriptor.h"
-#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/PropertyListDate.h"
 #include "platform/foundation/defaults/SQLiteDatabase.h"
 
 namespace orvalo {
@@ -44,8 +43,8 @@ struct stat checkedOwner(const std::string& path) {
 }
 
 /// The folder of a file, which one process at a time holds until it closes the descriptor.
-FileDescriptor lockedFolderOf(const std::string& place) {
-    const auto folder = std::filesystem::path(place).parent_path();
+FileDescriptor lockedFolderOf(const std::string& path) {
+    const auto folder = std::filesystem::path(path).parent_path();
     FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!descriptor) {
         throw NSError::posix(errno, folder);
@@ -63,17 +62,17 @@ FileDescriptor lockedFolderOf(const std::string& place) {
     return descriptor;
 }
 
-void removeDatabase(const std::string& place) {
+void removeDatabase(const std::string& path) {
     for (const auto* suffix : {"", kLog, kLogIndex, "-journal"}) {
-        unlink((place + suffix).c_str());
+        unlink((path + suffix).c_str());
     }
 }
 
-void writeEmptyDatabase(const std::string& place) {
-    if (!FileDescriptor(open(place.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600))) {
-        throw NSError::posix(errno, place);
+void writeEmptyDatabase(const std::string& path) {
+    if (!FileDescriptor(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600))) {
+        throw NSError::posix(errno, path);
     }
-    SQLiteDatabase(place).run(
+    SQLiteDatabase(path).run(
         "BEGIN; CREATE TABLE entries (key TEXT PRIMARY KEY, value BLOB NOT NULL) WITHOUT ROWID;"
         "PRAGMA application_id = " +
         std::to_string(kDefaultsApplication) + "; PRAGMA user_version = " +
@@ -81,10 +80,10 @@ void writeEmptyDatabase(const std::string& place) {
 }
 
 /// The name for a damaged file; each attempt gives another one.
-std::string asideName(const std::string& place, int attempt) {
-    const std::unique_ptr<GDateTime, Release<g_date_time_unref>> now(g_date_time_new_now_local());
+std::string asideName(const std::string& path, int attempt) {
+    const GDateTimePointer now(g_date_time_new_now_local());
     const GText time(g_date_time_format(now.get(), "%Y%m%d-%H%M%S"));
-    const auto name = place + ".damaged-" + time.get();
+    const auto name = path + ".damaged-" + time.get();
     return attempt == 0 ? name : name + "-" + std::to_string(attempt);
 }
 
@@ -106,20 +105,27 @@ struct stat checkedPrivateFile(const std::string& path) {
     return checkedOwner(path);
 }
 
-void createDefaultsFile(const std::string& place) {
-    const auto lock = lockedFolderOf(place);
-    if (access(place.c_str(), F_OK) == 0) {
+void createDefaultsFile(const std::string& path) {
+    // A link to nothing is there, too.
+    const auto isThere = [&] {
+        return faccessat(AT_FDCWD, path.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+    };
+    if (isThere()) {
+        return;
+    }
+    const auto lock = lockedFolderOf(path);
+    if (isThere()) {
         return;
     }
     // SQLite would replay the log of a removed database into the new one.
-    removeDatabase(place);
+    removeDatabase(path);
     // Under another name first: a process that dies here leaves no half-made file.
-    const auto draft = place + ".new";
+    const auto draft = path + ".new";
     removeDatabase(draft);
     try {
         writeEmptyDatabase(draft);
-        if (rename(draft.c_str(), place.c_str()) != 0) {
-            throw NSError::posix(errno, place);
+        if (rename(draft.c_str(), path.c_str()) != 0) {
+            throw NSError::posix(errno, path);
         }
     } catch (const NSError&) {
         removeDatabase(draft);
@@ -128,27 +134,27 @@ void createDefaultsFile(const std::string& place) {
     removeDatabase(draft);
 }
 
-void setDefaultsFileAside(const std::string& place, const struct stat& status) {
-    const auto lock = lockedFolderOf(place);
+void setDefaultsFileAside(const std::string& path, const struct stat& status) {
+    const auto lock = lockedFolderOf(path);
     struct stat now {};
-    if (stat(place.c_str(), &now) != 0 || now.st_dev != status.st_dev ||
+    if (stat(path.c_str(), &now) != 0 || now.st_dev != status.st_dev ||
         now.st_ino != status.st_ino) {
         return;  // Another process was first.
     }
-    auto name = asideName(place, 0);
+    auto name = asideName(path, 0);
     for (int attempt = 1;
-         renameat2(AT_FDCWD, place.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0;
+         renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0;
          ++attempt) {
         if (errno != EEXIST) {
-            throw NSError::posix(errno, place);
+            throw NSError::posix(errno, path);
         }
-        name = asideName(place, attempt);
+        name = asideName(path, attempt);
     }
     for (const auto* suffix : {kLog, kLogIndex}) {
-        rename((place + suffix).c_str(), (name + suffix).c_str());
+        rename((path + suffix).c_str(), (name + suffix).c_str());
     }
     g_warning("The settings in %s are damaged. They are kept as %s, and new ones begin.",
-              place.c_str(), name.c_str());
+              path.c_str(), name.c_str());
 }
 
 }  // namespace orvalo

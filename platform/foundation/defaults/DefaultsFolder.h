@@ -25,11 +25,11 @@ struct stat checkedPrivateFile(const std::string& path);
 // Both wait at most 5 s for another process that does the same in the folder; then they throw a
 // SQLiteError that isBusy(). They throw NSError when the disk refuses.
 
-/// Makes a settings file without entries, unless there is a file.
-void createDefaultsFile(const std::string& place);
+/// Makes a settings file without entries, unless there is a file or a link.
+void createDefaultsFile(const std::string& path);
 
-/// Renames a damaged settings file together with its log, and says so on standard error. Does
-/// nothing when the place no longer holds the file of that status.
-void setDefaultsFileAside(const std::string& place, const struct stat& status);
+/// Renames a damaged settings file with its log, or the link to it, and says so on standard error.
+/// Does nothing when the path no longer leads to the file of that status.
+void setDefaultsFileAside(const std::string& path, const struct stat& status);
 
 }  // namespace orvalo

@@ -61,22 +61,15 @@ std::int64_t integerOf(const PropertyList& value) {
     return text != nullptr ? g_ascii_strtoll(text->c_str(), nullptr, 10) : 0;
 }
 
-double doubleOf(const PropertyList& value) {
+float floatOf(const PropertyList& value) {
+    // A number out of a float's range becomes infinite.
     if (const auto* number = value.as<double>()) {
-        return *number;
+        return static_cast<float>(*number);
     }
     if (const auto* text = value.as<std::string>()) {
-        return leadingNumber(*text);
+        return static_cast<float>(leadingNumber(*text));
     }
-    return static_cast<double>(integerOf(value));
-}
-
-float floatOf(const PropertyList& value) {
-    if (const auto* integer = value.as<std::int64_t>()) {
-        return static_cast<float>(*integer);
-    }
-    // A number out of a float's range becomes infinite.
-    return static_cast<float>(doubleOf(value));
+    return static_cast<float>(integerOf(value));
 }
 
 bool truthOf(const PropertyList& value) {

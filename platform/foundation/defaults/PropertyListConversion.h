@@ -13,7 +13,6 @@ namespace orvalo {
 std::optional<std::string> textOf(const PropertyList& value);
 std::int64_t integerOf(const PropertyList& value);
 float floatOf(const PropertyList& value);
-double doubleOf(const PropertyList& value);
 bool truthOf(const PropertyList& value);
 std::optional<URL> addressOf(const PropertyList& value);
 

@@ -4,8 +4,6 @@
 
 #include <cerrno>
 
-#include "platform/foundation/URL.h"
-
 namespace orvalo {
 
 namespace {
@@ -31,18 +29,6 @@ std::string reasonOf(sqlite3* connection, int code) {
     }
 }
 
-const char* parameters(SQLiteDatabase::Access access) {
-    switch (access) {
-        case SQLiteDatabase::Access::alone:
-            return "?immutable=1";
-        case SQLiteDatabase::Access::ownIndex:
-            // The usual file locks need a file that can be written.
-            return "?mode=ro&vfs=unix-none";
-        default:
-            return "";
-    }
-}
-
 }  // namespace
 
 SQLiteError::SQLiteError(int code, const std::string& localizedDescription)
@@ -60,17 +46,6 @@ bool SQLiteError::isDamage() const {
 
 bool SQLiteError::isBusy() const {
     return (code() & kPrimaryCode) == SQLITE_BUSY;
-}
-
-bool SQLiteError::isRefusedOpen() const {
-    const auto primary = code() & kPrimaryCode;
-    return primary == SQLITE_CANTOPEN || primary == SQLITE_READONLY;
-}
-
-bool SQLiteError::isWantOfPlace() const {
-    return isRefusedOpen() || (code() & kPrimaryCode) == SQLITE_FULL ||
-           code() == SQLITE_IOERR_SHMSIZE || code() == SQLITE_IOERR_SHMOPEN ||
-           code() == SQLITE_IOERR_WRITE;
 }
 
 void SQLiteStatement::bind(int index, std::string_view text) {
@@ -119,14 +94,12 @@ std::span<const std::uint8_t> SQLiteStatement::data(int column) const {
                       : static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
 }
 
-SQLiteDatabase::SQLiteDatabase(const std::string& path, Access access) {
-    const auto name = URL::fileURLWithPath(path).absoluteString() + parameters(access);
+SQLiteDatabase::SQLiteDatabase(const std::string& path) {
     sqlite3* connection = nullptr;
     errno = 0;
     const int result = sqlite3_open_v2(
-        name.c_str(), &connection,
-        SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE,
-        nullptr);
+        path.c_str(), &connection,
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
     connection_.reset(connection);
     if (result != SQLITE_OK) {
         throw SQLiteError::last(connection);
@@ -137,10 +110,6 @@ SQLiteDatabase::SQLiteDatabase(const std::string& path, Access access) {
     // SQLite removes the log by its name when it closes a database. After a damaged file was set
     // aside, the name belongs to the log of its successor.
     sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-    if (access == Access::ownIndex) {
-        // Before the first read, this makes SQLite keep the index in memory.
-        run("PRAGMA locking_mode = EXCLUSIVE");
-    }
 }
 
 bool SQLiteDatabase::isReadOnly() const {

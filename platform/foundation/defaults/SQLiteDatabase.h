@@ -24,10 +24,6 @@ class SQLiteError : public NSError {
     bool isDamage() const;
     /// Another process holds the lock.
     bool isBusy() const;
-    /// A file could not be opened or made, or only for reading.
-    bool isRefusedOpen() const;
-    /// SQLite found no place for the log or its index: the disk is full or read-only.
-    bool isWantOfPlace() const;
 };
 
 /// A prepared statement. Text and data bound to it must live until reset(). Throws SQLiteError.
@@ -59,14 +55,8 @@ class SQLiteStatement {
 /// POSIX locks.
 class SQLiteDatabase {
   public:
-    enum class Access {
-        shared,    ///< Together with other processes; read-only where the file is.
-        alone,     ///< Read-only; no log beside the file and no writer.
-        ownIndex,  ///< Read-only, the log's index in memory; no writer.
-    };
-
-    /// Opens an existing file.
-    explicit SQLiteDatabase(const std::string& path, Access access = Access::shared);
+    /// Opens an existing file, for reading only where it cannot be written.
+    explicit SQLiteDatabase(const std::string& path);
 
     bool isReadOnly() const;
     /// Runs statements, separated by semicolons.

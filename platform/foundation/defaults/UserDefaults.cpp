@@ -3,6 +3,7 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -31,13 +32,14 @@ class SearchList {
         const std::lock_guard lock(mutex_);
         return suites_;
     }
-    bool holds(std::string_view name) const {
+    /// Adds the suite that the function opens, unless it is there or refused.
+    void add(std::string_view name,
+             const std::function<std::shared_ptr<DefaultsDomain>(std::string_view)>& open) {
         const std::lock_guard lock(mutex_);
-        return std::ranges::find(suites_, name, &Suite::first) != suites_.end();
-    }
-    void add(std::string_view name, std::shared_ptr<DefaultsDomain> domain) {
-        const std::lock_guard lock(mutex_);
-        if (std::ranges::find(suites_, name, &Suite::first) == suites_.end()) {
+        if (std::ranges::find(suites_, name, &Suite::first) != suites_.end()) {
+            return;
+        }
+        if (auto domain = open(name)) {
             suites_.emplace_back(name, std::move(domain));
         }
     }
@@ -89,13 +91,7 @@ std::shared_ptr<UserDefaults> UserDefaults::suiteName(std::string_view name) {
 // The list belongs to the process.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void UserDefaults::addSuiteNamed(std::string_view name) {
-    auto& list = SearchList::shared();
-    if (list.holds(name)) {
-        return;
-    }
-    if (auto domain = suite(name)) {
-        list.add(name, std::move(domain));
-    }
+    SearchList::shared().add(name, suite);
 }
 
 void UserDefaults::set(const std::optional<PropertyList>& value, std::string_view forKey) {
@@ -136,10 +132,6 @@ std::optional<PropertyList> UserDefaults::object(std::string_view forKey) const 
     return value;
 }
 
-std::optional<PropertyList> UserDefaults::value(std::string_view forKey) const {
-    return object(forKey);
-}
-
 std::optional<std::string> UserDefaults::string(std::string_view forKey) const {
     const auto value = object(forKey);
     return value ? textOf(*value) : std::nullopt;
@@ -153,11 +145,6 @@ std::int64_t UserDefaults::integer(std::string_view forKey) const {
 float UserDefaults::float_(std::string_view forKey) const {
     const auto value = object(forKey);
     return value ? floatOf(*value) : 0;
-}
-
-double UserDefaults::double_(std::string_view forKey) const {
-    const auto value = object(forKey);
-    return value ? doubleOf(*value) : 0;
 }
 
 bool UserDefaults::bool_(std::string_view forKey) const {

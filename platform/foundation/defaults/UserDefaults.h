@@ -47,8 +47,6 @@ class UserDefaults : public NSObject {
     void removeObject(std::string_view forKey);
 
     std::optional<PropertyList> object(std::string_view forKey) const;
-    /// The same as object().
-    std::optional<PropertyList> value(std::string_view forKey) const;
     /// Absent when the value is not a text.
     std::optional<std::string> string(std::string_view forKey) const;
     /// 0 without a value. A float loses its fraction and is clamped to the range (NaN: 0); a truth
@@ -56,8 +54,6 @@ class UserDefaults : public NSObject {
     std::int64_t integer(std::string_view forKey) const;
     /// 0 without a value; converted as integer() does, to the nearest float.
     float float_(std::string_view forKey) const;
-    /// 0 without a value; converted as integer() does, to the nearest double.
-    double double_(std::string_view forKey) const;
     /// False without a value. A number is true unless it is 0. A text is true when "Y", "y", "T",
     /// "t" or a digit from 1 to 9 follows its leading blanks, sign and zeros. Other kinds are
     /// false.

@@ -34,7 +34,7 @@ TEST_F(DefaultsCommandLineTest, TheVersionIsOneLine) {
     expectOutput({"--version"}, "orvalo-defaults " ORVALO_VERSION "\n");
 }
 
-TEST_F(DefaultsCommandLineTest, WhatMakesNoSenseIsOneLine) {
+TEST_F(DefaultsCommandLineTest, ABadCommandLineIsRefusedWithOneLine) {
     expectBad({}, "a command is missing; see orvalo-defaults --help.");
     expectBad({"frob\x1b"}, "'frob\\u001b' is no command; see orvalo-defaults --help.");
     expectBad({"domains", "d"}, "domains: 'd' is one argument too many.");
@@ -55,14 +55,14 @@ TEST_F(DefaultsCommandLineTest, WhatMakesNoSenseIsOneLine) {
     expectBad({"import", "d", ""}, "import wants a file name, not an empty one.");
 }
 
-TEST_F(DefaultsCommandLineTest, WriteWantsOneType) {
+TEST_F(DefaultsCommandLineTest, WriteRequiresExactlyOneType) {
     const auto* line =
         "write wants exactly one of --string, --int, --float, --bool, --date, --data and --json.";
     expectBad({"write", "d", "k"}, line);
     expectBad({"write", "d", "k", "--int", "1", "--float", "1"}, line);
 }
 
-TEST_F(DefaultsCommandLineTest, AValueThatIsNoneOfItsTypeIsNamed) {
+TEST_F(DefaultsCommandLineTest, AValueOfAnotherTypeIsRefused) {
     expectBad({"write", "d", "k", "--int", "5x"},
               "--int wants a whole number of 64 bits, not '5x'.");
     expectBad({"write", "d", "k", "--int", "9223372036854775808"},
@@ -78,7 +78,7 @@ TEST_F(DefaultsCommandLineTest, AValueThatIsNoneOfItsTypeIsNamed) {
               "--int wants a whole number of 64 bits, not '" + std::string(60, '9') + "...'.");
 }
 
-TEST_F(DefaultsCommandLineTest, NamesThatNoDomainCanHaveAreRefused) {
+TEST_F(DefaultsCommandLineTest, BadDomainNamesAreRefused) {
     expectBad({"read", ""}, "A suite needs a name.");
     expectBad({"read", "a/b"}, "The suite name 'a/b' is a path.");
     expectBad({"read", "a/\x1b"}, "The suite name 'a/\\u001b' is a path.");

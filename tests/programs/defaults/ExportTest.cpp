@@ -19,12 +19,12 @@ class DefaultsExportTest : public ToolFixture {
     const std::string json = "{\n  \"k\": 1.0\n}\n";
 };
 
-TEST_F(DefaultsExportTest, WithoutAFileItIsStandardOutput) {
+TEST_F(DefaultsExportTest, WithoutAFileItWritesToStandardOutput) {
     expectOutput({"export", "d"}, json);
     expectOutput({"export", "d", "-"}, json);
 }
 
-TEST_F(DefaultsExportTest, TheFileIsItsOwnersAlone) {
+TEST_F(DefaultsExportTest, TheFileIsPrivateToItsOwner) {
     file("there", "before");
     for (const std::string name : {"there", "new"}) {
         expectSilence({"export", "d", path(name)});
@@ -33,7 +33,7 @@ TEST_F(DefaultsExportTest, TheFileIsItsOwnersAlone) {
     }
 }
 
-TEST_F(DefaultsExportTest, ALinkStaysOne) {
+TEST_F(DefaultsExportTest, ALinkIsFollowed) {
     fs::create_symlink("target", path("link"));
     file("target", "before");
     expectSilence({"export", "d", path("link")});
@@ -41,14 +41,14 @@ TEST_F(DefaultsExportTest, ALinkStaysOne) {
     EXPECT_EQ(contents(path("target")), json);
 }
 
-TEST_F(DefaultsExportTest, ALinkThatLeadsNowhereIsNamedAndLeftAlone) {
+TEST_F(DefaultsExportTest, ALinkToNothingIsRefusedAndUntouched) {
     fs::create_symlink("nowhere", path("link"));
     expectRefusal({"export", "d", path("link")}, path("link") + ": No such file or directory.", 1);
     EXPECT_TRUE(fs::is_symlink(path("link")));
     EXPECT_FALSE(fs::exists(path("nowhere")));
 }
 
-TEST_F(DefaultsExportTest, WhatCannotBeWrittenIsNamedAndLeftAlone) {
+TEST_F(DefaultsExportTest, AFileThatCannotBeWrittenIsNamedAndUntouched) {
     const auto end = run({"export", "d", path("no/such")});
     EXPECT_THAT(end.error, ::testing::HasSubstr(path("no/such")));
     EXPECT_THAT(end.error, ::testing::HasSubstr("No such file or directory"));
@@ -65,7 +65,7 @@ TEST_F(DefaultsExportTest, NothingIsLeftBesideTheFile) {
     EXPECT_EQ(std::distance(fs::directory_iterator(path("place")), {}), 1);
 }
 
-TEST_F(DefaultsExportTest, AFileForWhichThereIsNoRoomStaysAsItWas) {
+TEST_F(DefaultsExportTest, AFileWithoutRoomIsUnchanged) {
     fs::create_directories(path("place"));
     file("place/out", "before");
     expectSilence({"import", "d", file("in", R"({"k": ")" + std::string(300'000, 'x') + "\"}")});

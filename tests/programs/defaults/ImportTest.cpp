@@ -23,7 +23,7 @@ class DefaultsImportTest : public ToolFixture {
     void expectUnchanged() const {
         expectOutput({"read", "d"}, "{\n  \"kept\": 1,\n  \"set\": 2\n}\n");
     }
-    /// The import is refused with that line behind the file's name, and changes nothing.
+    /// The import is refused with the line and changes nothing, with --replace too.
     void expectRefused(const std::string& text, const std::string& line) const {
         for (const auto& arguments :
              {std::vector<std::string>{}, std::vector<std::string>{"--replace"}}) {
@@ -35,24 +35,24 @@ class DefaultsImportTest : public ToolFixture {
     }
 };
 
-TEST_F(DefaultsImportTest, OtherKeysStayAsTheyAre) {
+TEST_F(DefaultsImportTest, OtherKeysAreUnchanged) {
     expectSilence({"import", "d", file("in", R"({"new": "x", "set": true})")});
     expectOutput({"read", "d"}, "{\n  \"kept\": 1,\n  \"new\": \"x\",\n  \"set\": true\n}\n");
 }
 
-TEST_F(DefaultsImportTest, ReplaceRemovesThem) {
+TEST_F(DefaultsImportTest, ReplaceRemovesOtherKeys) {
     expectSilence({"import", "--replace", "d", file("in", R"({"new": "x", "set": 2})")});
     expectOutput({"read", "d"}, "{\n  \"new\": \"x\",\n  \"set\": 2\n}\n");
     expectSilence({"import", "--replace", "d", file("in", "{}")});
     expectOutput({"read", "d"}, "{}\n");
 }
 
-TEST_F(DefaultsImportTest, NoKeysChangeNothing) {
+TEST_F(DefaultsImportTest, AnEmptyObjectChangesNothing) {
     expectSilence({"import", "d", file("in", "{}")});
     expectUnchanged();
 }
 
-TEST_F(DefaultsImportTest, WithoutAFileItIsStandardInput) {
+TEST_F(DefaultsImportTest, WithoutAFileItReadsStandardInput) {
     EXPECT_EQ(shell(R"(echo '{"set": 3}' | "$D" import d)").status, 0);
     expectOutput({"read", "d", "set"}, "3\n");
     EXPECT_EQ(shell(R"(echo '{"set": 4.0}' | "$D" import d -)").status, 0);
@@ -64,7 +64,7 @@ TEST_F(DefaultsImportTest, WithoutAFileItIsStandardInput) {
     EXPECT_THAT(shell(R"("$D" import d <&-)").error, HasSubstr("No such file or directory"));
 }
 
-TEST_F(DefaultsImportTest, AFileThatIsNotJSONIsNamedWithItsLine) {
+TEST_F(DefaultsImportTest, AFileThatIsNotJSONIsRefusedWithItsLine) {
     const auto end = run({"import", "d", file("in", "{\n  \"a\": 1,\n  \"b\": oops\n}")});
     EXPECT_THAT(end.error, StartsWith("orvalo-defaults: " + path("in") + ": line 3, column "));
     EXPECT_EQ(end.error.find('\n'), end.error.size() - 1);
@@ -82,7 +82,7 @@ TEST_F(DefaultsImportTest, AFileThatIsNotJSONIsNamedWithItsLine) {
     expectUnchanged();
 }
 
-TEST_F(DefaultsImportTest, OneValueThatCannotBeStoredKeepsAllOut) {
+TEST_F(DefaultsImportTest, OneRefusedValueRefusesTheWholeImport) {
     expectRefused(R"({"a": 1, "set": "b\u0000", "z": 2})",
                   "'set': a text in it is not UTF-8 or holds a NUL");
     expectRefused(R"({"a": 1, "x": {"\u001b\u0000": 2}})",
@@ -100,7 +100,7 @@ TEST_F(DefaultsImportTest, ARefusedImportCreatesNoDomain) {
     expectOutput({"domains"}, "d\n");
 }
 
-TEST_F(DefaultsImportTest, WhatCannotBeReadIsNamed) {
+TEST_F(DefaultsImportTest, AFileThatCannotBeReadIsNamed) {
     for (const auto& [name, reason] : std::vector<std::pair<std::string, std::string>>{
              {"none", "No such file or directory"}, {"", "Is a directory"}}) {
         const auto end = run({"import", "d", path(name)});
@@ -111,7 +111,7 @@ TEST_F(DefaultsImportTest, WhatCannotBeReadIsNamed) {
     expectUnchanged();
 }
 
-/// A domain of so many keys that all have one value.
+/// A domain of so many keys with the same value.
 std::string uniform(int keys, int value) {
     PropertyList::Dictionary entries;
     for (int key = 0; key < keys; ++key) {
@@ -120,7 +120,7 @@ std::string uniform(int keys, int value) {
     return jsonText(entries);
 }
 
-TEST_F(DefaultsImportTest, ImportsAtOnceAreNeverMixed) {
+TEST_F(DefaultsImportTest, SimultaneousImportsAreNeverMixed) {
     constexpr int kKeys = 200;
     constexpr int kWriters = 3;
     constexpr int kRounds = 15;

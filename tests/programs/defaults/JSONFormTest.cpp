@@ -29,7 +29,7 @@ TEST(JSONForm, EveryKindComesBackAsItWas) {
     EXPECT_TRUE(strange.as<double>() != nullptr && std::isnan(*strange.as<double>()));
 }
 
-TEST(JSONForm, ADomainOfOneKeyIsNoForm) {
+TEST(JSONForm, ADomainIsNeverAForm) {
     const Dictionary domain{{"$date", "2026-11-21T08:30:00Z"}};
     EXPECT_EQ(jsonText(domain), "{\n  \"$date\": \"2026-11-21T08:30:00Z\"\n}");
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
@@ -40,7 +40,7 @@ TEST(JSONForm, TheDeepestValueOfTheStoreComesBackAsItWas) {
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
 }
 
-TEST(JSONForm, EveryKindIsWrittenSo) {
+TEST(JSONForm, EveryKindHasItsText) {
     EXPECT_EQ(jsonText(PropertyList(true)), "true");
     EXPECT_EQ(jsonText(PropertyList(-5)), "-5");
     EXPECT_EQ(jsonText(PropertyList(5.0)), "5.0");
@@ -57,13 +57,13 @@ TEST(JSONForm, EveryKindIsWrittenSo) {
     EXPECT_EQ(jsonText(PropertyList(List{1, List{}, Dictionary{}})), "[\n  1,\n  [],\n  {}\n]");
 }
 
-TEST(JSONForm, NoControlCharacterIsLeft) {
+TEST(JSONForm, ControlCharactersAreEscaped) {
     const std::string text = "\x01\x1b[2J\x7f\u0080\u009b\u00a0\n";
     EXPECT_EQ(jsonText(PropertyList(text)), "\"\\u0001\\u001b[2J\\u007f\\u0080\\u009b\u00a0\\n\"");
     EXPECT_EQ(jsonValue(jsonText(PropertyList(text))), PropertyList(text));
 }
 
-TEST(JSONForm, NumbersAreIntegersUnlessTheyAreWrittenAsFloats) {
+TEST(JSONForm, NumbersWithoutPointAndExponentAreIntegers) {
     EXPECT_EQ(jsonValue("5"), PropertyList(5));
     EXPECT_EQ(jsonValue("5.0"), PropertyList(5.0));
     EXPECT_EQ(jsonValue("5e0"), PropertyList(5.0));
@@ -75,7 +75,7 @@ TEST(JSONForm, NumbersAreIntegersUnlessTheyAreWrittenAsFloats) {
     EXPECT_THAT(trouble([] { jsonValue("1e400"); }), HasSubstr("1e400"));
 }
 
-TEST(JSONForm, WhatIsNoJSONIsNamedWithItsLine) {
+TEST(JSONForm, TextThatIsNotJSONIsRefusedWithItsLine) {
     EXPECT_THAT(domainTrouble(""), StartsWith("line 1, column 1: "));
     EXPECT_THAT(domainTrouble("{\n  \"a\": 1,\n}"), StartsWith("line 3, column 1: "));
     EXPECT_THAT(domainTrouble("{} {}"), StartsWith("line 1, column 4: "));
@@ -84,7 +84,7 @@ TEST(JSONForm, WhatIsNoJSONIsNamedWithItsLine) {
     EXPECT_LT(domainTrouble("{\"" + std::string(100'000, 'x') + "\n").size(), 250U);
 }
 
-TEST(JSONForm, WhatNoDomainCanHoldIsNamedWithItsPlace) {
+TEST(JSONForm, ValuesOfNoKindAreRefusedWithTheirPlace) {
     EXPECT_EQ(domainTrouble(R"({"a": null})"), "'a': null is no value of a domain.");
     EXPECT_EQ(domainTrouble(R"({"a": {"b": [1, null]}})"),
               "'a', 'b', element 2: null is no value of a domain.");
@@ -94,7 +94,7 @@ TEST(JSONForm, WhatNoDomainCanHoldIsNamedWithItsPlace) {
     EXPECT_EQ(domainTrouble("5"), "it holds no object of keys and values.");
 }
 
-TEST(JSONForm, FormsThatAreNoneAreNamedWithTheirPlace) {
+TEST(JSONForm, UnknownFormsAreRefusedWithTheirPlace) {
     for (const auto* form : {R"({"$date": "yesterday"})", R"({"$date": 5})", R"({"$data": "?"})",
                              R"({"$real": "1.5"})", R"({"$real": 1.5})", R"({"$dictionary": []})",
                              R"({"$x": 1})", R"({"$": {}})"}) {
@@ -106,7 +106,7 @@ TEST(JSONForm, FormsThatAreNoneAreNamedWithTheirPlace) {
               "'a', '$b': this is no form of '$date'; see orvalo-defaults(1).");
 }
 
-TEST(JSONForm, NestingHasAnEnd) {
+TEST(JSONForm, DeepNestingIsRefused) {
     const auto nested = [](std::size_t depth) {
         return "{\"a\":" + std::string(depth, '[') + std::string(depth, ']') + "}";
     };

@@ -11,7 +11,7 @@
 
 namespace orvalo::testing {
 
-/// orvalo-defaults of the stage, in a home of its own for every test.
+/// The staged orvalo-defaults, with a new configuration folder for every test.
 class ToolFixture : public ::testing::Test {
   protected:
     struct End {
@@ -22,20 +22,20 @@ class ToolFixture : public ::testing::Test {
 
     ToolFixture();
 
-    /// A run to its end.
+    /// Runs the program to its end.
     End run(const std::vector<std::string>& arguments) const;
-    /// The same by the shell, where "$D" is the program.
+    /// Runs a shell command, where "$D" is the program.
     End shell(const std::string& line) const;
 
-    /// The run does what it is asked and says nothing.
+    /// The run succeeds without output.
     void expectSilence(const std::vector<std::string>& arguments) const;
-    /// The run prints exactly this.
+    /// The run succeeds and prints exactly this.
     void expectOutput(const std::vector<std::string>& arguments, const std::string& output) const;
     /// The run prints nothing but one line on standard error.
     void expectRefusal(const std::vector<std::string>& arguments, const std::string& line,
                        int status) const;
 
-    /// A file in the folder that holds the text; its path.
+    /// Writes a file with the text. Returns its path.
     std::string file(const std::string& name, const std::string& text) const;
     std::string path(const std::string& name) const { return (folder.path() / name).string(); }
 
@@ -46,7 +46,7 @@ class ToolFixture : public ::testing::Test {
     static End ended(Program& program);
 };
 
-/// What a file holds.
+/// The content of a file.
 std::string contents(const std::string& path);
 
 }  // namespace orvalo::testing

@@ -7,7 +7,7 @@
 
 #include "tests/programs/defaults/ToolFixture.h"
 
-// What is read, written, listed and deleted.
+// The commands read, write, list and delete.
 
 namespace orvalo::testing {
 namespace {
@@ -19,7 +19,7 @@ class DefaultsValuesTest : public ToolFixture {
         expectSilence({"write", "d", "k", option, text});
         expectOutput({"read", "d", "k"}, json + "\n");
     }
-    /// Whether there is anything at all in the home.
+    /// Whether the configuration folder exists.
     bool isAnythingThere() const { return std::filesystem::exists(path("config")); }
 };
 
@@ -71,7 +71,7 @@ TEST_F(DefaultsValuesTest, DomainsAreListedByName) {
     expectOutput({"domains"}, "com.tessaly.Orvalo\nd\ngroup.com.Tessaly.audio\n");
 }
 
-TEST_F(DefaultsValuesTest, NoNameIsACommandToTheTerminal) {
+TEST_F(DefaultsValuesTest, NamesAreEscapedInOutput) {
     expectRefusal({"read", "d\x1b"}, "there is no domain 'd\\u001b'.", 1);
     expectSilence({"write", "d\x1b", "k", "--int", "1"});
     expectOutput({"domains"}, "d\\u001b\n");
@@ -86,7 +86,7 @@ TEST_F(DefaultsValuesTest, TheOwnDomainIsTheApplications) {
     expectOutput({"read", "com.tessaly.Orvalo"}, "{\n  \"k\": 1\n}\n");
 }
 
-TEST_F(DefaultsValuesTest, WithoutAnotherPlaceSettingsLieInTheHome) {
+TEST_F(DefaultsValuesTest, TheDefaultConfigurationFolderIsInTheHome) {
     environment["XDG_CONFIG_HOME"] = "";
     environment["HOME"] = path("home");
     expectSilence({"write", "d", "k", "--int", "1"});
@@ -96,7 +96,7 @@ TEST_F(DefaultsValuesTest, WithoutAnotherPlaceSettingsLieInTheHome) {
     expectOutput({"domains"}, "com.tessaly.Orvalo\nd\n");
 }
 
-TEST_F(DefaultsValuesTest, APlaceThatIsNoAbsolutePathCountsAsNone) {
+TEST_F(DefaultsValuesTest, ARelativeConfigurationFolderIsIgnored) {
     environment["XDG_CONFIG_HOME"] = "elsewhere";
     environment["HOME"] = path("home");
     const auto ended = shell("cd " + folder.path().string() +
@@ -146,7 +146,7 @@ TEST_F(DefaultsValuesTest, DeleteRemovesOneKeyOrAll) {
     expectOutput({"read", "d"}, "{\n  \"b\": 2\n}\n");
 }
 
-TEST_F(DefaultsValuesTest, WhatCannotBeStoredChangesNothing) {
+TEST_F(DefaultsValuesTest, ARefusedValueChangesNothing) {
     const auto deep = std::string(150, '[') + std::string(150, ']');
     expectRefusal({"write", "d", "k", "--json", deep}, "'k': it is nested too deeply", 1);
     EXPECT_FALSE(isAnythingThere());
@@ -157,7 +157,7 @@ TEST_F(DefaultsValuesTest, WhatCannotBeStoredChangesNothing) {
     expectOutput({"read", "d"}, "{\n  \"k\": 1\n}\n");
 }
 
-TEST_F(DefaultsValuesTest, AHomeThatCannotBeUsedIsNamed) {
+TEST_F(DefaultsValuesTest, AnUnusableConfigurationFolderIsNamed) {
     environment["XDG_CONFIG_HOME"] = file("no-folder", "");
     expectRefusal({"write", "d", "k", "--int", "1"},
                   path("no-folder/orvalo-suites") + ": Not a directory", 1);
@@ -169,8 +169,8 @@ TEST_F(DefaultsValuesTest, AHomeThatCannotBeUsedIsNamed) {
     expectRefusal({"domains"}, path("odd/orvalo-suites") + ": Not a directory", 1);
 }
 
-TEST_F(DefaultsValuesTest, ADomainThatCannotBeOpenedIsThereAndNamed) {
-    // SQLite takes paths of 512 bytes.
+TEST_F(DefaultsValuesTest, ADomainThatCannotBeOpenedIsNamed) {
+    // SQLite takes paths of at most 512 bytes.
     const auto far = path(std::string(250, 'x') + "/" + std::string(250, 'y'));
     environment["XDG_CONFIG_HOME"] = far;
     const auto database = far + "/orvalo-suites/d.sqlite";
@@ -182,7 +182,7 @@ TEST_F(DefaultsValuesTest, ADomainThatCannotBeOpenedIsThereAndNamed) {
     expectRefusal({"read", "circle"}, circle + ": Too many levels of symbolic links", 1);
 }
 
-TEST_F(DefaultsValuesTest, AWriteForWhichThereIsNoRoomIsNamedAndChangesNothing) {
+TEST_F(DefaultsValuesTest, AWriteWithoutRoomIsNamedAndChangesNothing) {
     expectSilence({"write", "d", "k", "--int", "1"});
     const auto full = [&](const std::string& command) {
         // 102,400 bytes.
@@ -200,11 +200,11 @@ TEST_F(DefaultsValuesTest, AWriteForWhichThereIsNoRoomIsNamedAndChangesNothing) 
     expectOutput({"read", "d"}, "{\n  \"k\": 3\n}\n");
 }
 
-TEST_F(DefaultsValuesTest, AReaderThatHasEnoughEndsItAndChangesNothing) {
+TEST_F(DefaultsValuesTest, AClosedPipeEndsItAndChangesNothing) {
     // More than a pipe holds.
     expectSilence({"import", "d", file("in", R"({"k": ")" + std::string(1'000'000, 'x') + "\"}")});
     const auto before = run({"read", "d"}).output;
-    // By the signal of a broken pipe, as programs in a pipe end.
+    // SIGPIPE ends it, as it ends other programs in a pipe.
     const auto ended = shell(R"({ "$D" read d; echo "$?" >&2; } | head -n 1)");
     EXPECT_EQ(ended.output, "{\n");
     EXPECT_EQ(ended.error, "141\n");
@@ -213,7 +213,7 @@ TEST_F(DefaultsValuesTest, AReaderThatHasEnoughEndsItAndChangesNothing) {
     EXPECT_EQ(run({"read", "d"}).output, before);
 }
 
-TEST_F(DefaultsValuesTest, AnOutputThatTakesNothingIsNamed) {
+TEST_F(DefaultsValuesTest, AnUnusableOutputIsNamed) {
     expectSilence({"write", "d", "k", "--int", "1"});
     const auto full = shell("\"$D\" read d >/dev/full");
     EXPECT_EQ(full.error, "orvalo-defaults: standard output: No space left on device.\n");
@@ -221,7 +221,7 @@ TEST_F(DefaultsValuesTest, AnOutputThatTakesNothingIsNamed) {
     const auto closed = shell("\"$D\" read d >&-");
     EXPECT_EQ(closed.error, "orvalo-defaults: standard output: Bad file descriptor.\n");
     EXPECT_EQ(closed.status, 1);
-    // Nothing of it went to a file that was opened in its place.
+    // No output went into a file with the number of a closed stream.
     EXPECT_EQ(shell("\"$D\" write d k --int 2 >&- 2>&- <&-").status, 0);
     EXPECT_EQ(shell("\"$D\" read d nothing >&- 2>&- <&-").status, 1);
     expectOutput({"read", "d"}, "{\n  \"k\": 2\n}\n");

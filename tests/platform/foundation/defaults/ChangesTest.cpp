@@ -10,7 +10,7 @@
 #include "tests/platform/foundation/defaults/SuiteFile.h"
 #include "tests/platform/foundation/defaults/Worker.h"
 
-// Several entries that are changed together.
+// Changes of several entries together.
 
 namespace orvalo::testing {
 namespace {
@@ -22,9 +22,9 @@ using ::testing::StrEq;
 using ::testing::Throws;
 using Dictionary = PropertyList::Dictionary;
 
-class AChange : public SuiteFile {
+class Change : public SuiteFile {
   protected:
-    AChange() {
+    Change() {
         settings_->set(1, "kept");
         settings_->set(2, "set");
     }
@@ -33,7 +33,7 @@ class AChange : public SuiteFile {
         DefaultsDomain(file_.string()).change(changes, replacesAll);
     }
 
-    /// For who has the suite open, and for who comes new.
+    /// For an open store and for a new process.
     void expectEntries(const Dictionary& entries) const {
         EXPECT_EQ(settings_->dictionaryRepresentation(), entries);
         Worker other({name_});
@@ -46,7 +46,7 @@ class AChange : public SuiteFile {
     const std::shared_ptr<UserDefaults> settings_ = open();
 };
 
-TEST_F(AChange, setsAndRemovesAndLeavesTheRest) {
+TEST_F(Change, SetsAndRemovesItsKeysOnly) {
     change({{"set", 3}, {"new", "x"}});
     expectEntries({{"kept", 1}, {"new", "x"}, {"set", 3}});
     change({{"set", std::nullopt}, {"never", std::nullopt}, {"new", 5}});
@@ -55,7 +55,7 @@ TEST_F(AChange, setsAndRemovesAndLeavesTheRest) {
     expectEntries({{"kept", 1}, {"new", 5}});
 }
 
-TEST_F(AChange, thatIsWholeRemovesTheRest) {
+TEST_F(Change, ReplacingAllRemovesOtherKeys) {
     change({{"set", 3}, {"new", "x"}}, true);
     expectEntries({{"new", "x"}, {"set", 3}});
     change({}, true);
@@ -64,7 +64,7 @@ TEST_F(AChange, thatIsWholeRemovesTheRest) {
     expectEntries({{"kept", 1}});
 }
 
-TEST_F(AChange, keepsWhatOthersHaveSetMeanwhile) {
+TEST_F(Change, KeepsWhatOtherProcessesHaveSet) {
     Worker other({name_});
     EXPECT_EQ(other.ask("set theirs 7"), "done");
     change({{"mine", 8}});
@@ -76,7 +76,7 @@ TEST_F(AChange, keepsWhatOthersHaveSetMeanwhile) {
     expectEntries({{"mine", 10}});
 }
 
-TEST_F(AChange, ofWhichOnePartCannotBeStoredIsNone) {
+TEST_F(Change, ChangesNothingWhenOneValueIsRefused) {
     const auto refuses = [](const std::string& reason) {
         return Throws<NSError>(Property(&NSError::localizedDescription, StrEq(reason)));
     };
@@ -93,8 +93,8 @@ TEST_F(AChange, ofWhichOnePartCannotBeStoredIsNone) {
     }
 }
 
-TEST_F(AChange, thatFailsAmidstItsWritesIsNone) {
-    // SQLite refuses the third of them.
+TEST_F(Change, ChangesNothingWhenSQLiteFailsInTheMiddle) {
+    // SQLite refuses the third insertion.
     query(file_,
           "CREATE TRIGGER third BEFORE INSERT ON entries WHEN NEW.key = 'third' "
           "BEGIN SELECT RAISE(ABORT, 'not this one'); END");
@@ -111,8 +111,8 @@ TEST_F(AChange, thatFailsAmidstItsWritesIsNone) {
     expectEntries({{"kept", 1}, {"set", 2}, {"third", 3}});
 }
 
-// The worker sets all keys to 1, then all to 2, and so on.
-TEST_F(AChange, isSeenAsAWholeByOthersAndLeftAsAWholeByWhoIsKilled) {
+// The worker sets all keys to 1, then to 2, and so on.
+TEST_F(Change, IsCompleteForReadersAndAfterAKill) {
     constexpr std::size_t kKeys = 60;
     std::mt19937 random(7);
     const auto number = [&] {

@@ -18,9 +18,9 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-class ADamagedFile : public SuiteFile {
+class DamagedFile : public SuiteFile {
   protected:
-    /// Enough values for several pages.
+    /// Stores values on several pages.
     void fill() const {
         const auto settings = open();
         for (int number = 0; number < 50; ++number) {
@@ -39,7 +39,7 @@ class ADamagedFile : public SuiteFile {
                                              ", and new ones begin."));
     }
 
-    /// The suite works, and begins without values.
+    /// The suite works and begins without values.
     void expectANewBeginning(const std::string& oldBytes) const {
         const CapturedOutput errors(2);
         const auto settings = open();
@@ -57,15 +57,15 @@ class ADamagedFile : public SuiteFile {
     }
 };
 
-TEST_F(ADamagedFile, thatIsNoDatabaseIsSetAside) {
+TEST_F(DamagedFile, IsSetAsideWhenItIsNoDatabase) {
     expectANewBeginning(spoil("Dear diary, " + std::string(5000, '.')));
 }
 
-TEST_F(ADamagedFile, thatIsShortIsSetAside) {
+TEST_F(DamagedFile, IsSetAsideWhenItIsTooShort) {
     expectANewBeginning(spoil("x"));
 }
 
-TEST_F(ADamagedFile, withADamagedPageIsSetAside) {
+TEST_F(DamagedFile, IsSetAsideWhenAPageIsDamaged) {
     fill();
     auto bytes = bytesOf(file_);
     ASSERT_GT(bytes.size(), 5U * 4096U);
@@ -73,7 +73,7 @@ TEST_F(ADamagedFile, withADamagedPageIsSetAside) {
     expectANewBeginning(spoil(bytes));
 }
 
-TEST_F(ADamagedFile, thatSaysItIsOursAndHasNotOurTablesIsSetAside) {
+TEST_F(DamagedFile, IsSetAsideWhenTablesAreMissing) {
     std::filesystem::create_directories(file_.parent_path());
     query(file_,
           "PRAGMA journal_mode = WAL; PRAGMA application_id = 1332901444;"
@@ -81,7 +81,7 @@ TEST_F(ADamagedFile, thatSaysItIsOursAndHasNotOurTablesIsSetAside) {
     expectANewBeginning(bytesOf(file_));
 }
 
-TEST_F(ADamagedFile, thatIsEmptyBesideALogIsSetAside) {
+TEST_F(DamagedFile, IsSetAsideWithItsLogWhenItIsEmpty) {
     Worker other({name_});
     other.ask("set key 5");
     other.signal(SIGKILL);
@@ -94,7 +94,7 @@ TEST_F(ADamagedFile, thatIsEmptyBesideALogIsSetAside) {
     EXPECT_TRUE(bytesOf(old[0].string() + "-wal") == log);
 }
 
-/// Every so many bytes before the end, and those beside them.
+/// The multiples of the step below the whole size, and their neighbours.
 std::vector<std::size_t> cuts(std::size_t whole, std::size_t step) {
     std::vector<std::size_t> sizes;
     for (std::size_t size = 0; size < whole; size += step) {
@@ -106,7 +106,7 @@ std::vector<std::size_t> cuts(std::size_t whole, std::size_t step) {
     return sizes;
 }
 
-TEST_F(ADamagedFile, thatWasCutAtAnyPageIsSetAsideOrWhole) {
+TEST_F(DamagedFile, IsSetAsideWhenItIsCutAtAnyPage) {
     fill();
     const auto whole = bytesOf(file_);
     const auto sizes = cuts(whole.size(), 4096);
@@ -127,7 +127,7 @@ TEST_F(ADamagedFile, thatWasCutAtAnyPageIsSetAsideOrWhole) {
     EXPECT_THAT(setAside(file_), SizeIs(sizes.size()));
 }
 
-TEST_F(ADamagedFile, whoseLogWasCutAnywhereHasWhatCameBefore) {
+TEST_F(DamagedFile, KeepsTheWritesBeforeTheCutOfALog) {
     open()->set(0, "key");
     emptyLog(file_);
     Worker writer({name_});
@@ -139,7 +139,7 @@ TEST_F(ADamagedFile, whoseLogWasCutAnywhereHasWhatCameBefore) {
     const auto database = bytesOf(file_);
     const auto log = bytesOf(file_.string() + "-wal");
     std::int64_t last = 0;
-    // The last cut takes nothing away.
+    // The last cut removes nothing.
     constexpr std::size_t kStep = 1030;
     for (std::size_t size = 0; size < log.size() + kStep; size += kStep) {
         spoil(database);
@@ -154,12 +154,12 @@ TEST_F(ADamagedFile, whoseLogWasCutAnywhereHasWhatCameBefore) {
     EXPECT_THAT(setAside(file_), IsEmpty());
 }
 
-TEST_F(ADamagedFile, isLeftByWhoHasItOpenWhenAnotherSetsItAside) {
+TEST_F(DamagedFile, IsLeftByAProcessThatHasItOpenWhenAnotherSetsItAside) {
     fill();
     const auto settings = open();
     EXPECT_EQ(settings->dictionaryRepresentation().size(), 50U);
     spoil(std::string(bytesOf(file_).size(), '\x5A'));
-    // This one says that it is damaged, at which it ends, and the next one begins anew.
+    // The first worker ends because it logs the damage.
     EXPECT_EQ(Worker({name_}).wait(), 3);
     EXPECT_EQ(Worker({name_}).ask("set new 1"), "done");
     EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 1}}));
@@ -168,8 +168,8 @@ TEST_F(ADamagedFile, isLeftByWhoHasItOpenWhenAnotherSetsItAside) {
     EXPECT_THAT(setAside(file_), SizeIs(1));
 }
 
-// The pages that it has in memory are old once another program has written.
-TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndReads) {
+// The write of another program invalidates the pages in memory.
+TEST_F(DamagedFile, IsSetAsideByAReaderThatHasItOpen) {
     fill();
     const auto settings = open();
     EXPECT_EQ(settings->dictionaryRepresentation().size(), 50U);
@@ -184,7 +184,7 @@ TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndReads) {
     EXPECT_EQ(Worker({name_}).ask("get new"), "5");
 }
 
-TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndWrites) {
+TEST_F(DamagedFile, IsSetAsideByAWriterThatHasItOpen) {
     fill();
     const auto settings = open();
     settings->set(1, "key 7");
@@ -200,10 +200,10 @@ TEST_F(ADamagedFile, isSetAsideByWhoHasItOpenAndWrites) {
     EXPECT_EQ(Worker({name_}).ask("count"), "1");
 }
 
-TEST_F(ADamagedFile, isSetAsideOnceWhenManyProcessesNotice) {
+TEST_F(DamagedFile, IsSetAsideOnceWhenManyProcessesOpenIt) {
     fill();
     spoil(std::string(bytesOf(file_).size(), '\x5A'));
-    // Whoever sets it aside says so, at which it ends: the first, and no other.
+    // Only the worker that sets the file aside ends, because it logs the damage.
     std::list<Worker> workers;
     for (int count = 0; count < 4; ++count) {
         workers.emplace_back(std::vector{name_});

@@ -26,14 +26,14 @@ mode_t permissions(const std::filesystem::path& path) {
     return status.st_mode & 07777U;
 }
 
-class DefaultsFiles : public SuiteFile {
+class SettingsFile : public SuiteFile {
   protected:
     std::array<std::filesystem::path, 3> files() const {
         return {file_, file_.string() + "-wal", file_.string() + "-shm"};
     }
 };
 
-TEST_F(DefaultsFiles, areForTheirOwnerAlone) {
+TEST_F(SettingsFile, IsPrivateToItsOwner) {
     const auto before = umask(0);
     open()->set(1, "key");
     umask(before);
@@ -43,7 +43,7 @@ TEST_F(DefaultsFiles, areForTheirOwnerAlone) {
     EXPECT_EQ(permissions(file_.parent_path()), 0700U);
 }
 
-TEST_F(DefaultsFiles, areTakenBackFromOthers) {
+TEST_F(SettingsFile, LosesThePermissionsOfOthers) {
     open()->set(1, "key");
     for (const auto& file : files()) {
         chmod(file.c_str(), 0664);
@@ -56,7 +56,7 @@ TEST_F(DefaultsFiles, areTakenBackFromOthers) {
     EXPECT_EQ(permissions(file_.parent_path()), 0700U);
 }
 
-TEST_F(DefaultsFiles, HoldGVariantsInADatabaseWithALog) {
+TEST_F(SettingsFile, HoldsGVariantsInADatabaseWithALog) {
     open()->set("text", "key");
     EXPECT_THAT(query(file_, "SELECT key FROM entries"), ElementsAre("key"));
     EXPECT_THAT(query(file_, "SELECT hex(value) FROM entries"), ElementsAre("74657874000073"));
@@ -64,7 +64,7 @@ TEST_F(DefaultsFiles, HoldGVariantsInADatabaseWithALog) {
     EXPECT_THAT(query(file_, "PRAGMA user_version"), ElementsAre("1"));
 }
 
-TEST_F(DefaultsFiles, InAnotherFormatAreRefusedAndLeftAlone) {
+TEST_F(SettingsFile, IsRefusedAndUntouchedInAnotherFormat) {
     open()->set(1, "key");
     query(file_, "PRAGMA user_version = 2");
     emptyLog(file_);
@@ -78,7 +78,7 @@ TEST_F(DefaultsFiles, InAnotherFormatAreRefusedAndLeftAlone) {
     EXPECT_THAT(setAside(file_), IsEmpty());
 }
 
-TEST_F(DefaultsFiles, ofAnotherProgramAreRefusedAndLeftAlone) {
+TEST_F(SettingsFile, IsRefusedAndUntouchedWhenAnotherProgramMadeIt) {
     std::filesystem::create_directories(file_.parent_path());
     query(file_, "CREATE TABLE theirs (a); INSERT INTO theirs VALUES (1)");
     const auto bytes = bytesOf(file_);
@@ -92,8 +92,8 @@ TEST_F(DefaultsFiles, ofAnotherProgramAreRefusedAndLeftAlone) {
     EXPECT_EQ(bytesOf(file_).substr(100), bytes.substr(100));
 }
 
-TEST_F(DefaultsFiles, ofAnotherUserAreRefused) {
-    // Only the superuser can give a file away; anybody else finds one that is his.
+TEST_F(SettingsFile, IsRefusedWhenAnotherUserOwnsIt) {
+    // Without root, a file of root stands in for another user's.
     std::filesystem::create_directories(file_.parent_path());
     auto theirs = file_;
     if (geteuid() == 0) {
@@ -108,7 +108,7 @@ TEST_F(DefaultsFiles, ofAnotherUserAreRefused) {
     EXPECT_THAT(errors.text(), HasSubstr(theirs.string() + " belongs to another user"));
 }
 
-TEST_F(DefaultsFiles, inAFolderOfAnotherUserAreRefused) {
+TEST_F(SettingsFile, IsRefusedWhenAnotherUserOwnsTheFolder) {
     const auto folder = file_.parent_path();
     const auto away = folder.string() + ".away";
     open()->set(1, "key");
@@ -133,7 +133,7 @@ TEST_F(DefaultsFiles, inAFolderOfAnotherUserAreRefused) {
     EXPECT_EQ(open()->integer("key"), 1);
 }
 
-TEST_F(DefaultsFiles, thatAreNoRegularFilesAreRefused) {
+TEST_F(SettingsFile, IsRefusedWhenItIsNotARegularFile) {
     std::filesystem::create_directories(file_.parent_path());
     ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
     const CapturedOutput errors(2);
@@ -141,7 +141,7 @@ TEST_F(DefaultsFiles, thatAreNoRegularFilesAreRefused) {
     EXPECT_THAT(errors.text(), HasSubstr(file_.string() + " is not a regular file"));
 }
 
-TEST_F(DefaultsFiles, areMadeAnewAfterTheirRemoval) {
+TEST_F(SettingsFile, IsMadeAgainByTheWriteAfterItsRemoval) {
     const auto settings = open();
     settings->set(1, "old");
     Worker other({name_});
@@ -157,7 +157,7 @@ TEST_F(DefaultsFiles, areMadeAnewAfterTheirRemoval) {
     EXPECT_EQ(settings->integer("third"), 3);
 }
 
-TEST_F(DefaultsFiles, areReadAnewAfterTheirRemovalByWhoOnlyReads) {
+TEST_F(SettingsFile, IsReadAgainAfterItsRemovalByAnotherProcess) {
     const auto settings = open();
     Worker reader({name_});
     settings->set(1, "key");
@@ -171,7 +171,7 @@ TEST_F(DefaultsFiles, areReadAnewAfterTheirRemovalByWhoOnlyReads) {
     }
 }
 
-TEST_F(DefaultsFiles, canLoseTheDatabaseAlone) {
+TEST_F(SettingsFile, IgnoresTheLogOfARemovedDatabase) {
     const auto settings = open();
     settings->set(1, "old");
     std::filesystem::remove(file_);
@@ -179,11 +179,11 @@ TEST_F(DefaultsFiles, canLoseTheDatabaseAlone) {
     EXPECT_EQ(settings->dictionaryRepresentation(), (PropertyList::Dictionary{{"new", 2}}));
     EXPECT_EQ(open()->integer("new"), 2);
     EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
-    // The log that was left is no damage of the new one.
+    // The old log does not damage the new database.
     EXPECT_THAT(setAside(file_), IsEmpty());
 }
 
-TEST_F(DefaultsFiles, haveALogThatDoesNotGrowForEver) {
+TEST_F(SettingsFile, HasALogOfLimitedSize) {
     const auto settings = open();
     Worker other({name_});
     for (int number = 0; number < 3000; ++number) {
@@ -195,7 +195,7 @@ TEST_F(DefaultsFiles, haveALogThatDoesNotGrowForEver) {
     EXPECT_LT(std::filesystem::file_size(file_.string() + "-wal"), 5U << 20U);
 }
 
-TEST_F(DefaultsFiles, loseOnlyAValueThatIsNotReadable) {
+TEST_F(SettingsFile, LosesOnlyAValueThatCannotBeDecoded) {
     open()->set("good", "good");
     query(file_, "INSERT INTO entries (key, value) VALUES ('bad', 'not a value')");
     const CapturedOutput errors(2);

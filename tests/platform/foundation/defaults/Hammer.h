@@ -10,20 +10,20 @@
 
 namespace orvalo::testing {
 
-/// One of several that read and write a suite at random. Each has keys that it alone writes, with
-/// growing numbers, and one that all write; whoever reads sees to it that no value is torn, and
-/// that no number ever shrinks.
+/// Reads and writes a suite at random, together with others. Each Hammer writes growing numbers to
+/// keys of its own, and any number to a common key. Each checks that no value is torn and no number
+/// shrinks.
 class Hammer {
   public:
     Hammer(UserDefaults& settings, int self, int all);
 
-    /// Goes on for so long. Returns "KEY=NUMBER" for each own key, with what it wrote last. Throws
-    /// std::logic_error when it sees what must not be.
+    /// Runs for some seconds. Returns "KEY=NUMBER;" for each own key with the last number. Throws
+    /// std::logic_error for a torn value and a number that shrinks.
     std::string run(double seconds);
 
-    /// The value of a number, which tells whether it is whole.
+    /// A value that holds the number and shows damage.
     static PropertyList valueOf(std::int64_t number);
-    /// The number of a value; nothing for an absent one. Throws std::logic_error when it is torn.
+    /// The number in a value; absent without one. Throws std::logic_error when it is torn.
     static std::optional<std::int64_t> numberOf(const std::optional<PropertyList>& value);
 
   private:

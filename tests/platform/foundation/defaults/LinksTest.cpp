@@ -16,15 +16,15 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
 
-/// A suite whose file's name leads to one in another folder, as of who keeps his settings there.
-class ALink : public SuiteFile {
+/// A suite whose file is a link to a file in another folder.
+class LinkedFile : public SuiteFile {
   protected:
-    ALink() {
+    LinkedFile() {
         std::filesystem::create_directories(target_.parent_path());
         std::filesystem::create_directories(file_.parent_path());
     }
 
-    /// Has the value in the database, or in the log alone.
+    /// Stores a value in the database, or in its log only, and links it.
     void fill(bool isInLog) const {
         open()->set(1, "before");
         emptyLog(file_);
@@ -49,7 +49,7 @@ class ALink : public SuiteFile {
     std::filesystem::path target_ = settingsHome() / ("elsewhere of " + name_) / "settings";
 };
 
-TEST_F(ALink, isFollowed) {
+TEST_F(LinkedFile, IsFollowed) {
     fill(false);
     const auto settings = open();
     ASSERT_NE(settings, nullptr);
@@ -60,16 +60,15 @@ TEST_F(ALink, isFollowed) {
     EXPECT_THAT(query(target_, "PRAGMA integrity_check"), ElementsAre("ok"));
 }
 
-TEST_F(ALink, toNothingMakesTheFileThere) {
+TEST_F(LinkedFile, IsRefusedAndUntouchedWhenItLeadsNowhere) {
     std::filesystem::create_symlink(target_, file_);
-    const auto settings = open();
-    ASSERT_NE(settings, nullptr);
-    settings->set(1, "key");
-    EXPECT_TRUE(std::filesystem::is_symlink(file_));
-    EXPECT_THAT(query(target_, "SELECT key FROM entries"), ElementsAre("key"));
+    const CapturedOutput errors(2);
+    EXPECT_EQ(open(), nullptr);
+    EXPECT_THAT(errors.text(), HasSubstr(file_.string() + ": No such file or directory"));
+    EXPECT_FALSE(std::filesystem::exists(target_));
 }
 
-TEST_F(ALink, toAFileWithALogHasWhatIsInTheLogAndTakesItFromOthers) {
+TEST_F(LinkedFile, ReadsTheLogAndMakesItPrivate) {
     fill(true);
     const auto log = target_.string() + "-wal";
     chmod(log.c_str(), 0664);
@@ -79,7 +78,7 @@ TEST_F(ALink, toAFileWithALogHasWhatIsInTheLogAndTakesItFromOthers) {
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }
 
-TEST_F(ALink, toAnEmptyFileBesideALogLosesNothing) {
+TEST_F(LinkedFile, IsSetAsideWithoutTheTargetWhenTheTargetIsEmpty) {
     fill(true);
     const auto log = bytesOf(target_.string() + "-wal");
     ASSERT_GT(log.size(), 0U);
@@ -88,16 +87,17 @@ TEST_F(ALink, toAnEmptyFileBesideALogLosesNothing) {
     const auto settings = open();
     ASSERT_NE(settings, nullptr);
     EXPECT_EQ(settings->object("key"), std::nullopt);
-    const auto old = setAside(target_);
+    const auto old = setAside(file_);
     ASSERT_THAT(old, SizeIs(1));
     EXPECT_THAT(errors.text(), HasSubstr("They are kept as " + old[0].string()));
-    EXPECT_TRUE(bytesOf(old[0].string() + "-wal") == log);
+    EXPECT_EQ(std::filesystem::read_symlink(old[0]), target_);
+    EXPECT_TRUE(bytesOf(target_.string() + "-wal") == log);
     settings->set(5, "key");
     EXPECT_EQ(Worker({name_}).ask("get key"), "5");
-    EXPECT_TRUE(std::filesystem::is_symlink(file_));
+    EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(file_)));
 }
 
-TEST_F(ALink, andTheNameOfItsFileLeadToTheSameSettings) {
+TEST_F(LinkedFile, SharesTheSettingsOfItsTarget) {
     const auto other = newSuiteName();
     UserDefaults::suiteName(other)->set(1, "key");
     std::filesystem::create_symlink(suiteFile(other), file_);
@@ -112,7 +112,7 @@ TEST_F(ALink, andTheNameOfItsFileLeadToTheSameSettings) {
     }
 }
 
-TEST_F(ALink, thatIsMadeToLeadElsewhereIsFollowedThere) {
+TEST_F(LinkedFile, IsFollowedToANewTarget) {
     const auto other = newSuiteName();
     UserDefaults::suiteName(other)->set(9, "key");
     fill(false);

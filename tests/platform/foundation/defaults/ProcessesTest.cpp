@@ -52,7 +52,7 @@ class Processes : public SuiteFile {
     }
 };
 
-TEST_F(Processes, seeEachOthersWritesAtTheNextRead) {
+TEST_F(Processes, SeeTheWritesOfOthersAtTheNextRead) {
     const auto settings = open();
     Worker other({name_});
     EXPECT_EQ(other.ask("get key"), "absent");
@@ -68,15 +68,15 @@ TEST_F(Processes, seeEachOthersWritesAtTheNextRead) {
     EXPECT_EQ(settings->object("answer"), std::nullopt);
 }
 
-TEST_F(Processes, twoAtRandomLoseNothingAndTearNothing) {
+TEST_F(Processes, TwoLoseAndTearNoValue) {
     hammer(2);
 }
 
-TEST_F(Processes, eightAtRandomLoseNothingAndTearNothing) {
+TEST_F(Processes, EightLoseAndTearNoValue) {
     hammer(8);
 }
 
-TEST_F(Processes, thatAreKilledLoseNothingThatWasAcknowledged) {
+TEST_F(Processes, KilledWritersLoseNoAcknowledgedValue) {
     const auto settings = open();
     std::mt19937 random(5);
     const int kills = ofEnvironment("ORVALO_KILLS", 200);
@@ -84,10 +84,10 @@ TEST_F(Processes, thatAreKilledLoseNothingThatWasAcknowledged) {
         const auto key = "key" + std::to_string(round % 3);
         settings->removeObject(key);
         Worker writer({name_, "endless", key});
-        // The first line tells that it is at work.
+        // The first line tells that it works.
         std::int64_t acknowledged = std::atoll(writer.readLine().c_str());
         ASSERT_GT(acknowledged, 0);
-        // It dies wherever it is by then.
+        // Kills it at a random point of its work.
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 3000));
         const auto seen = settings->integer(key);
         writer.signal(SIGKILL);
@@ -99,7 +99,7 @@ TEST_F(Processes, thatAreKilledLoseNothingThatWasAcknowledged) {
         EXPECT_GE(there, acknowledged);
         EXPECT_LE(there, acknowledged + 1);
         EXPECT_GE(there, seen);
-        // Whoever comes new finds what those have seen who were there before.
+        // A new process finds what earlier ones have seen.
         EXPECT_EQ(Worker({name_}).ask("get " + key), std::to_string(there));
         if (round % 20 == 0) {
             EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
@@ -108,7 +108,7 @@ TEST_F(Processes, thatAreKilledLoseNothingThatWasAcknowledged) {
     EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));
 }
 
-TEST_F(Processes, thatAreKilledWhileTheyBeginASuiteLeaveItWhole) {
+TEST_F(Processes, KilledCreatorsLeaveNoDamagedFile) {
     std::mt19937 random(6);
     const int kills = ofEnvironment("ORVALO_KILLS", 200) / 4;
     for (int round = 0; round < kills; ++round) {
@@ -119,7 +119,7 @@ TEST_F(Processes, thatAreKilledWhileTheyBeginASuiteLeaveItWhole) {
             writer.signal(SIGKILL);
             writer.wait();
         }
-        // A damaged file would be told of, at which it ends.
+        // A damaged file would be logged, which ends the worker.
         Worker next({name});
         const auto number = next.ask("get key");
         EXPECT_TRUE(number == "absent" || std::atoll(number.c_str()) > 0) << number;

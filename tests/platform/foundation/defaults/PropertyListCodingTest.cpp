@@ -41,46 +41,46 @@ PropertyList nested(int depth) {
     return value;
 }
 
-class Unchanged : public ::testing::TestWithParam<PropertyList> {};
+class RoundTrip : public ::testing::TestWithParam<PropertyList> {};
 
-TEST_P(Unchanged, thereAndBack) {
+TEST_P(RoundTrip, ChangesNoValue) {
     EXPECT_EQ(thereAndBack(GetParam()), GetParam()) << description(GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Truth, Unchanged, ::testing::Values(true, false));
-INSTANTIATE_TEST_SUITE_P(Integer, Unchanged,
+INSTANTIATE_TEST_SUITE_P(Truth, RoundTrip, ::testing::Values(true, false));
+INSTANTIATE_TEST_SUITE_P(Integer, RoundTrip,
                          ::testing::Values(0, 1, -1, 127, 128, 255, 256, -128, -200, 65535, 65536,
                                            0x7FFFFFFF, 0x80000000LL, 0xFFFFFFFFLL, 0x100000000LL,
                                            -0x80000000LL, -0x80000001LL, Int64::max(),
                                            Int64::min()));
-INSTANTIATE_TEST_SUITE_P(Double, Unchanged,
+INSTANTIATE_TEST_SUITE_P(Double, RoundTrip,
                          ::testing::Values(0.0, 1.5, 0.1, 0.1F, -1e300, Double::denorm_min(),
                                            Double::max(), Double::lowest(), Double::infinity(),
                                            -Double::infinity()));
-INSTANTIATE_TEST_SUITE_P(Text, Unchanged,
+INSTANTIATE_TEST_SUITE_P(Text, RoundTrip,
                          ::testing::Values("", "a", "fifteen letters", "more than fifteen letters",
                                            "\x01\x7F\t\n", "ä", "\u07FF\u0800\uFFFD\uD7FF\uE000",
                                            "\U00010000\U0010FFFF\U0001F600 mixed",
                                            std::string(100'000, 'x')));
-INSTANTIATE_TEST_SUITE_P(Bytes, Unchanged,
+INSTANTIATE_TEST_SUITE_P(Bytes, RoundTrip,
                          ::testing::Values(Data{}, Data{0}, Data{0xFF, 0, 1}, Data(70'000, 7)));
-INSTANTIATE_TEST_SUITE_P(When, Unchanged,
+INSTANTIATE_TEST_SUITE_P(When, RoundTrip,
                          ::testing::Values(Date(0us), Date(1us), Date(-1us), Date(-1500ms),
                                            Date(123'456'789'012us), kEarliest, kEarliest + 1us,
                                            kLatest - 1us, kLatest));
 INSTANTIATE_TEST_SUITE_P(
-    Nested, Unchanged,
+    Nested, RoundTrip,
     ::testing::Values(List{}, Dictionary{}, List{1, "two", 3.0, List{}, Dictionary{{"a", Data{}}}},
                       List(300, 5), Dictionary{{"", 1}, {"ä", List{true}}, {"a", Dictionary{}}},
                       nested(40)));
 
-TEST(BinaryPropertyList, keepsWhatDoesNotEqualItself) {
+TEST(BinaryPropertyList, KeepsNaNAndNegativeZero) {
     const auto value = thereAndBack(Double::quiet_NaN());
     EXPECT_TRUE(std::isnan(*value.as<double>()));
     EXPECT_TRUE(std::signbit(*thereAndBack(-0.0).as<double>()));
 }
 
-TEST(BinaryPropertyList, keepsManyKeys) {
+TEST(BinaryPropertyList, KeepsManyKeys) {
     Dictionary many;
     for (int number = 0; number < 2000; ++number) {
         many.emplace("key " + std::to_string(number), number);
@@ -88,7 +88,7 @@ TEST(BinaryPropertyList, keepsManyKeys) {
     EXPECT_EQ(thereAndBack(many), PropertyList(many));
 }
 
-TEST(BinaryPropertyList, refusesTextThatIsNone) {
+TEST(BinaryPropertyList, RefusesTextThatIsNotUTF8OrHoldsANUL) {
     const auto reason = "a text in it is not UTF-8 or holds a NUL";
     for (const auto* bad : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xC0\x80"}) {
         EXPECT_THAT([&] { binaryPropertyList(bad); }, refuses(reason));

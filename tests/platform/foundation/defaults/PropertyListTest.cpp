@@ -12,7 +12,7 @@ using Date = PropertyList::Date;
 using Dictionary = PropertyList::Dictionary;
 using List = PropertyList::List;
 
-TEST(PropertyList, isOfTheKindThatItWasMadeOf) {
+TEST(PropertyList, HasTheKindOfItsSource) {
     EXPECT_TRUE(*PropertyList(true).as<bool>());
     EXPECT_EQ(*PropertyList(-3).as<std::int64_t>(), -3);
     EXPECT_EQ(*PropertyList(std::uint32_t{4'000'000'000}).as<std::int64_t>(), 4'000'000'000);
@@ -24,26 +24,26 @@ TEST(PropertyList, isOfTheKindThatItWasMadeOf) {
     EXPECT_EQ(PropertyList(Dictionary{{"key", 2.0}}).as<Dictionary>()->at("key"), 2.0);
 }
 
-TEST(PropertyList, isNothingOfAnotherKind) {
+TEST(PropertyList, IsNullAsAnotherKind) {
     EXPECT_EQ(PropertyList(true).as<std::int64_t>(), nullptr);
     EXPECT_EQ(PropertyList(1).as<bool>(), nullptr);
     EXPECT_EQ(PropertyList(1).as<double>(), nullptr);
     EXPECT_EQ(PropertyList("1").as<Data>(), nullptr);
 }
 
-TEST(PropertyList, takesNoIntegerThatItMightNotHold) {
+TEST(PropertyList, DoesNotConvertFromUnsigned64BitIntegers) {
     EXPECT_FALSE((std::is_convertible_v<std::uint64_t, PropertyList>));
     EXPECT_TRUE((std::is_convertible_v<std::int64_t, PropertyList>));
 }
 
-TEST(PropertyList, equalsOnlyTheSameValueOfTheSameKind) {
+TEST(PropertyList, EqualsOnlyTheSameValueOfTheSameKind) {
     EXPECT_EQ(PropertyList(List{1, "a"}), PropertyList(List{1, "a"}));
     EXPECT_NE(PropertyList(1), PropertyList(1.0));
     EXPECT_NE(PropertyList(1), PropertyList(true));
     EXPECT_NE(PropertyList(Dictionary{{"a", 1}}), PropertyList(Dictionary{{"b", 1}}));
 }
 
-TEST(PropertyListDescription, ofOneValue) {
+TEST(PropertyListDescription, OfOneValue) {
     EXPECT_EQ(description(true), "1");
     EXPECT_EQ(description(false), "0");
     EXPECT_EQ(description(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
@@ -61,7 +61,7 @@ TEST(PropertyListDescription, ofOneValue) {
     EXPECT_EQ(description(Date::max()), "a date outside the years 1 to 9999");
 }
 
-TEST(PropertyListDescription, ofValuesInEachOther) {
+TEST(PropertyListDescription, OfNestedValues) {
     const PropertyList value = Dictionary{
         {"a key", List{1, "plain_$/:.", "two words", "say \"\\\"", ""}},
         {"empty", List{}},

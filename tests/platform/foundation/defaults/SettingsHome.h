@@ -5,11 +5,10 @@
 
 namespace orvalo::testing {
 
-/// The user's configuration of this test program and those that it starts: a folder of its own,
-/// which goes at the end.
+/// The user's configuration folder in this test program and its children. Removed at the end.
 std::filesystem::path settingsHome();
 
-/// A name for a suite that no other call has given.
+/// A suite name that no other call returns.
 std::string newSuiteName();
 
 }  // namespace orvalo::testing

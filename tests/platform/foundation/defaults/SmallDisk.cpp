@@ -18,10 +18,11 @@ namespace orvalo::testing {
 namespace {
 
 constexpr std::size_t kLargerSize = 8 * SmallDisk::kSize;
-// A page of a database is larger, and what the tests have in files of their own is not.
+// Less than a page of a database, more than the files of the tests themselves.
 constexpr std::size_t kNoRoom = 2000;
 
-/// Mounts of this process that no other sees: by right, or as the superuser of a world of its own.
+/// Gives the process a mount namespace of its own, in a user namespace where it has no right to
+/// one.
 bool isAlone() {
     const auto user = std::to_string(geteuid());
     const auto group = std::to_string(getegid());
@@ -121,7 +122,7 @@ void SmallDisk::protect() {
         limitFiles(kNoRoom);
         return;
     }
-    // The file system itself cannot be protected while somebody has a file open for writing.
+    // A file system with a file open for writing cannot become read-only; a bind mount can.
     isProtected_ =
         ::mount(folder_.c_str(), folder_.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
         ::mount("none", folder_.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;

@@ -6,27 +6,27 @@
 
 namespace orvalo::testing {
 
-/// A disk of 1 MB under the user's configuration of this test program and those that it starts:
-/// a file system of its own in memory, which no other program sees. Where the system lets nobody
-/// have one, files in the folder that grow up to a size and no further. Tests see the same of both.
+/// A disk of 1 MB for the settings of this test program and its children: a file system in memory
+/// that no other program sees. Where the system refuses one, a limit on the size of files, which
+/// has the same effects.
 class SmallDisk {
   public:
     static constexpr std::size_t kSize = std::size_t{1} << 20U;
 
-    /// The one of the program.
+    /// The only one.
     static SmallDisk& shared();
 
-    /// Puts it in the folder's place. Before any thread is started.
+    /// Mounts it over the folder, before any thread starts.
     void mount(const std::filesystem::path& folder);
     void unmount();
 
-    /// As it was at first.
+    /// Restores the state after mount().
     void empty();
-    /// Leaves no room.
+    /// Fills the disk.
     void fill();
-    /// Makes room again behind fill(), or beyond the size.
+    /// Makes room again after fill() or protect().
     void makeRoom();
-    /// Lets nothing be written at all, until makeRoom().
+    /// Makes the disk read-only until makeRoom().
     void protect();
 
   private:

@@ -19,22 +19,22 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class ASmallDisk : public SuiteFile {
+class FullDisk : public SuiteFile {
   protected:
     static void SetUpTestSuite() { SmallDisk::shared().mount(settingsHome().parent_path()); }
     static void TearDownTestSuite() { SmallDisk::shared().unmount(); }
 
-    ASmallDisk() { disk_.empty(); }
-    ~ASmallDisk() override { disk_.makeRoom(); }
+    FullDisk() { disk_.empty(); }
+    ~FullDisk() override { disk_.makeRoom(); }
 
-    /// Without the empty ones with which the log sets warnings apart.
+    /// The lines that are not empty.
     static std::vector<std::string> lines(const CapturedOutput& output) {
         auto lines = output.lines();
         std::erase(lines, "");
         return lines;
     }
 
-    /// A write that is either stored or refused with one line, and which of both.
+    /// Writes a value, which is either stored (true) or refused with one line (false).
     bool isStored(UserDefaults& settings, const PropertyList& value, const std::string& key) {
         const CapturedOutput errors(2);
         const auto before = settings.object(key);
@@ -51,7 +51,7 @@ class ASmallDisk : public SuiteFile {
         return false;
     }
 
-    /// What was stored is there for the one, for all who come new, and in the file.
+    /// The stored values are there for this store and for a new process.
     void expectAllThatWasStored(const UserDefaults& settings) const {
         EXPECT_EQ(settings.dictionaryRepresentation(), stored_);
         Worker other({name_});
@@ -61,7 +61,7 @@ class ASmallDisk : public SuiteFile {
         }
     }
 
-    /// It has no room for much, neither for a new key nor for an old one.
+    /// Large writes are refused, for a new key and an old one.
     void expectToBeReadAlone(UserDefaults& settings) {
         const std::string much(100'000, 'x');
         EXPECT_FALSE(isStored(settings, much, stored_.begin()->first));
@@ -86,7 +86,7 @@ class ASmallDisk : public SuiteFile {
         expectToWorkAgain(settings);
     }
 
-    /// No new suite can be made, as one line says.
+    /// A new suite is refused with one line.
     static void expectNoOther() {
         const CapturedOutput errors(2);
         EXPECT_EQ(UserDefaults::suiteName("another"), nullptr);
@@ -94,37 +94,17 @@ class ASmallDisk : public SuiteFile {
                     ElementsAre(HasSubstr("The suite 'another' cannot be opened: ")));
     }
 
-    /// A suite whose database has a log beside it, and nothing else.
-    void makeALogWithoutIndex() {
-        ASSERT_TRUE(isStored(*open(), "there", "key"));
-        emptyLog(file_);
-        ASSERT_TRUE(isStored(*open(), "in the log", "new"));
-        for (const auto* suffix : {"-shm"}) {
-            std::filesystem::remove(file_.string() + suffix);
-        }
-        ASSERT_GT(std::filesystem::file_size(file_.string() + "-wal"), 0U);
-    }
-
-    /// A suite whose database lies alone in its folder.
-    void makeADatabaseAlone() {
-        ASSERT_TRUE(isStored(*open(), "there", "key"));
-        emptyLog(file_);
-        for (const auto* suffix : {"-wal", "-shm"}) {
-            std::filesystem::remove(file_.string() + suffix);
-        }
-    }
-
     SmallDisk& disk_ = SmallDisk::shared();
     PropertyList::Dictionary stored_;
 };
 
-TEST_F(ASmallDisk, thatIsFullLosesNothing) {
+TEST_F(FullDisk, KeepsAllStoredValues) {
     const auto settings = open();
     for (int number = 0; number < 20; ++number) {
         ASSERT_TRUE(isStored(*settings, number, std::to_string(number)));
     }
     disk_.fill();
-    // What is small may find room in a page that has been begun.
+    // A small value may fit into a half-filled page.
     for (int number = 0; number < 20; ++number) {
         isStored(*settings, -1 - number, std::to_string(number));
     }
@@ -132,7 +112,7 @@ TEST_F(ASmallDisk, thatIsFullLosesNothing) {
     expectToWorkOnceThereIsRoom(*settings);
 }
 
-TEST_F(ASmallDisk, thatIsFullHidesNothingThatOthersHaveStored) {
+TEST_F(FullDisk, ShowsTheValuesOfOtherProcesses) {
     const auto settings = open();
     ASSERT_TRUE(isStored(*settings, 1, "key"));
     EXPECT_EQ(Worker({name_}).ask("set theirs 5"), "done");
@@ -146,7 +126,7 @@ TEST_F(ASmallDisk, thatIsFullHidesNothingThatOthersHaveStored) {
     expectAllThatWasStored(*settings);
 }
 
-TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
+TEST_F(FullDisk, KeepsAllAcceptedValuesWhileItFillsUp) {
     const auto settings = open();
     Worker other({name_});
     int refusals = 0;
@@ -163,7 +143,7 @@ TEST_F(ASmallDisk, thatFillsUpWithSettingsKeepsAllThatItTook) {
     expectToWorkOnceThereIsRoom(*settings);
 }
 
-TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
+TEST_F(FullDisk, StoresAllOfAChangeOrNothing) {
     const auto settings = open();
     ASSERT_TRUE(isStored(*settings, 1, "key"));
     const auto change = [&](bool replacesAll) {
@@ -183,48 +163,7 @@ TEST_F(ASmallDisk, thatIsFullTakesAllOfAChangeOrNothing) {
     EXPECT_EQ(Worker({name_}).ask("count"), "101");
 }
 
-TEST_F(ASmallDisk, thatIsFullCanBeReadWhereTheDatabaseLiesAlone) {
-    makeADatabaseAlone();
-    disk_.fill();
-    {
-        const auto settings = open();
-        ASSERT_NE(settings, nullptr);
-        expectToBeReadAlone(*settings);
-        expectToWorkOnceThereIsRoom(*settings);
-    }
-    expectAllThatWasStored(*open());
-}
-
-TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexCanBeRead) {
-    for (const bool isFull : {true, false}) {
-        disk_.empty();
-        stored_.clear();
-        makeALogWithoutIndex();
-        isFull ? disk_.fill() : disk_.protect();
-        const auto settings = open();
-        ASSERT_NE(settings, nullptr);
-        expectToBeReadAlone(*settings);
-        expectToWorkOnceThereIsRoom(*settings);
-    }
-}
-
-TEST_F(ASmallDisk, thatHasNoRoomForTheLogsIndexLetsAReaderFollowOthersOnceItHas) {
-    makeALogWithoutIndex();
-    disk_.protect();
-    const auto settings = open();
-    ASSERT_NE(settings, nullptr);
-    expectAllThatWasStored(*settings);
-    disk_.makeRoom();
-    Worker other({name_});
-    for (int number = 0; number < 300; ++number) {
-        EXPECT_EQ(other.ask("set theirs " + std::to_string(number)), "done");
-        EXPECT_EQ(settings->integer("theirs"), number);
-    }
-    stored_.insert_or_assign("theirs", 299);
-    expectToWorkAgain(*settings);
-}
-
-TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
+TEST_F(FullDisk, RefusesANewSuiteUntilThereIsRoom) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
     disk_.fill();
     expectNoOther();
@@ -237,9 +176,8 @@ TEST_F(ASmallDisk, thatIsFullRefusesANewSuiteUntilThereIsRoom) {
     expectToWorkAgain(*open());
 }
 
-TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
+TEST_F(FullDisk, IsReadWhileItIsReadOnly) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
-    // Where the disk is but a limit, only the first who opens needs more.
     Worker first({name_});
     EXPECT_EQ(first.ask("get key"), "there");
     disk_.protect();
@@ -249,22 +187,6 @@ TEST_F(ASmallDisk, thatIsReadOnlyIsReadAndFollowedOnceItIsNot) {
     EXPECT_FALSE(isStored(*settings, 5, "new"));
     expectNoOther();
     expectToWorkOnceThereIsRoom(*settings);
-}
-
-TEST_F(ASmallDisk, thatIsReadOnlyLetsAReaderOfTheDatabaseAloneFollowOthersOnceItIsNot) {
-    makeADatabaseAlone();
-    disk_.protect();
-    const auto settings = open();
-    ASSERT_NE(settings, nullptr);
-    expectAllThatWasStored(*settings);
-    disk_.makeRoom();
-    Worker other({name_});
-    EXPECT_EQ(other.ask("set theirs 5"), "done");
-    EXPECT_EQ(settings->integer("theirs"), 5);
-    EXPECT_EQ(other.ask("set theirs 6"), "done");
-    EXPECT_EQ(settings->integer("theirs"), 6);
-    stored_.insert_or_assign("theirs", 6);
-    expectToWorkAgain(*settings);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 
 namespace orvalo::testing {
 
-/// A suite whose file a test looks at or spoils.
+/// A suite whose file a test reads or damages.
 class SuiteFile : public ::testing::Test {
   protected:
     std::shared_ptr<UserDefaults> open() const { return UserDefaults::suiteName(name_); }

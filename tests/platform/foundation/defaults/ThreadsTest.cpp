@@ -12,7 +12,7 @@ namespace {
 
 class Threads : public SuiteFile {};
 
-TEST_F(Threads, readAndWriteOneSuiteAtOnce) {
+TEST_F(Threads, ReadAndWriteOneSuiteTogether) {
     const auto settings = open();
     constexpr int kWrites = 200;
     constexpr int kThreads = 4;
@@ -40,7 +40,7 @@ TEST_F(Threads, readAndWriteOneSuiteAtOnce) {
     }
 }
 
-TEST_F(Threads, openAndLetGoASuiteAtOnce) {
+TEST_F(Threads, OpenAndCloseASuiteTogether) {
     std::vector<std::thread> threads;
     std::atomic<int> absent = 0;
     open()->set(1, "key");
@@ -58,7 +58,7 @@ TEST_F(Threads, openAndLetGoASuiteAtOnce) {
     EXPECT_EQ(absent, 0);
 }
 
-TEST_F(Threads, addSuitesWhileOthersRead) {
+TEST_F(Threads, AddSuitesWhileOthersRead) {
     const auto standard = UserDefaults::standard();
     open()->set(7, "in the added suite");
     std::atomic<bool> isDone = false;

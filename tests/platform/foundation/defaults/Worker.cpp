@@ -16,7 +16,7 @@ namespace orvalo::testing {
 
 namespace {
 
-/// Unlike a pipe, it raises no signal when the other end is gone.
+/// Unlike a pipe, it raises no signal when the other end is closed.
 std::array<int, 2> newChannel() {
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {

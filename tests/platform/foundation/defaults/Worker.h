@@ -7,20 +7,20 @@
 
 namespace orvalo::testing {
 
-/// Another process that uses settings: the program defaults_worker, told what to do line by line.
+/// The program defaults_worker, another process that uses settings and takes commands line by line.
 /// Killed with the object.
 class Worker {
   public:
-    /// arguments: see Worker's program.
+    /// arguments: see WorkerMain.cpp.
     explicit Worker(const std::vector<std::string>& arguments);
     ~Worker();
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
-    /// Says a line and returns the line that answers it; empty from one that has ended.
+    /// Sends a command and returns the answer; empty when the process has ended.
     std::string ask(const std::string& line);
     void say(const std::string& line) const;
-    /// The next line of its output; empty when there is none any more.
+    /// The next line of output; empty when the process has ended.
     std::string readLine();
     void signal(int number) const;
     /// Waits until the process is stopped; false when it ended instead.

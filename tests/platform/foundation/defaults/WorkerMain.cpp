@@ -1,18 +1,19 @@
-// A process that uses a suite, for tests that need another one.
+// A process that uses a suite, for tests that need a second one.
 //
-//     defaults_worker SUITE                 does what the lines of its input say, each answered by
-//                                           one line: set KEY NUMBER, get KEY, remove KEY, count,
+//     defaults_worker SUITE                 runs the commands on its input and answers each with a
+//                                           line: set KEY NUMBER, get KEY, remove KEY, count,
 //                                           stop KEY NUMBER, which stops it (SIGSTOP) amid the
 //                                           write
-//     defaults_worker SUITE endless KEY     stores 1, 2, 3, ... and writes a line for each that is
-//                                           stored, for ever
-//     defaults_worker SUITE together KEYS   sets so many keys, and no others, to 1, then all to 2,
-//                                           ..., and writes a line for each number, for ever
+//     defaults_worker SUITE endless KEY     stores 1, 2, 3, ... for ever, with a line for each
+//     stored
+//                                           number
+//     defaults_worker SUITE together KEYS   replaces all by so many keys set to 1, then 2, ... for
+//                                           ever, with a line for each number
 //     defaults_worker SUITE hammer SELF PROCESSES SECONDS
-//                                           reads and writes at random, as process SELF (from 0) of
-//                                           so many, and says how often it wrote each of its keys
+//                                           runs a Hammer as process SELF (from 0) and prints its
+//                                           result
 //
-// Whatever goes to the log, such as a refused write, ends it with status 3.
+// Any log line, such as a refused write, ends it with status 3.
 
 #include <glib.h>
 #include <unistd.h>
@@ -73,7 +74,7 @@ std::string obey(UserDefaults& settings, const std::string& line) {
     return value ? description(*value) : "absent";
 }
 
-/// Writes 1, 2, 3, ..., and says each when it is stored.
+/// Stores 1, 2, 3, ... and prints each stored number.
 template <typename Operation>
 [[noreturn]] void writeEndlessly(const Operation& store) {
     for (std::int64_t number = 1;; ++number) {

@@ -115,7 +115,7 @@ void damage(std::string& text, const std::string& other, std::mt19937& random) {
 void expectSame(const std::string& expected, const PropertyList::Dictionary& entries,
                 const char* carrier) {
     if (jsonText(entries) != expected) {
-        throw std::logic_error(std::string(carrier) + " carried it wrongly");
+        throw std::logic_error(std::string(carrier) + " changed a value");
     }
 }
 
