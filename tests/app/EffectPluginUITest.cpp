@@ -33,7 +33,7 @@ class EffectPluginUITest : public ApplicationFixture {
     static constexpr int kRow = 68;  // The height of the row of buttons.
 };
 
-TEST_F(EffectPluginUITest, IsHiddenUntilTheUnitButtonIsPressed) {
+TEST_F(EffectPluginUITest, IsHiddenUntilTheEffectButtonIsPressed) {
     start();
     EXPECT_FALSE(showsEffect());
     ASSERT_TRUE(tree.press("Effect"));
@@ -47,7 +47,7 @@ TEST_F(EffectPluginUITest, FollowsTheWindowsSize) {
     start();
     key("ctrl+e");
     ASSERT_TRUE(eventually(showsEffect));
-    // Back and forth: a layout must not depend on the previous one.
+    // Growing and shrinking: a layout must not depend on the previous one.
     for (const auto& [width, height] : {std::pair{640, 560},
                                         {1100, 800},
                                         {700, 900},
@@ -59,7 +59,7 @@ TEST_F(EffectPluginUITest, FollowsTheWindowsSize) {
         EXPECT_TRUE(eventually([width = width, height = height] {
             const auto window = place();
             const auto effect = effectPlace();
-            // At 4:3, as large as possible, in the middle of the stage above the buttons.
+            // At 4:3, centred, as large as the stage above the row of buttons allows.
             return effect && window.width == width && window.height == height &&
                    std::abs(effect->width * 3 - effect->height * 4) <= 4 &&
                    std::abs((effect->x - window.x) * 2 + effect->width - width) <= 2 &&
@@ -70,7 +70,7 @@ TEST_F(EffectPluginUITest, FollowsTheWindowsSize) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(EffectPluginUITest, TheSpaceBarPlaysWhileTheEffectIsShown) {
+TEST_F(EffectPluginUITest, SpacePlaysWhileTheEffectIsShown) {
     showEffect();
     pointAt({0.5, 0.3});
     key("space");
@@ -79,7 +79,7 @@ TEST_F(EffectPluginUITest, TheSpaceBarPlaysWhileTheEffectIsShown) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(EffectPluginUITest, TheApplicationsKeysWorkAfterAClickIntoTheEffect) {
+TEST_F(EffectPluginUITest, ShortcutsWorkAfterAClickIntoTheEffect) {
     showEffect();
     for (const auto& spot : {kThreshold, kPower, EffectSpot{0.5, 0.3}}) {
         pointAt(spot);
@@ -95,11 +95,11 @@ TEST_F(EffectPluginUITest, TheApplicationsKeysWorkAfterAClickIntoTheEffect) {
     EXPECT_EQ(program->wait(), 0);
 }
 
-TEST_F(EffectPluginUITest, KeysTypedIntoTheEffectDoNotReachTheApplication) {
+TEST_F(EffectPluginUITest, TypingIntoTheEffectDoesNotTriggerShortcuts) {
     showEffect();
     clickIntoField(kThresholdsValue);
     act({"type", "--", "- 12 dB "});
-    // After the typed keys: a key that the effect does not use.
+    // After the typed text, a key that the effect does not use.
     key("ctrl+e");
     ASSERT_TRUE(eventually([] { return !effectPlace(); }));
     EXPECT_TRUE(tree.shows("Play"));
