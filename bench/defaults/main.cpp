@@ -84,14 +84,14 @@ int run(const Options& options) {
     stores.push_back(qSettingsStore(folder.path()));
 #endif
     const double seconds = options.count("--milliseconds") * 1e-3;
-    for (const auto& [name, read, write] : stores) {
+    for (const auto& store : stores) {
         std::vector<double> reads;
         std::vector<double> writes;
         for (int round = 0; round < options.count("--rounds"); ++round) {
-            writes.push_back(rate([&](int count) { write(count % kKeys, count); }, seconds));
-            reads.push_back(rate([&](int count) { read(count % kKeys); }, seconds));
+            writes.push_back(rate([&](int count) { store.write(count % kKeys, count); }, seconds));
+            reads.push_back(rate([&](int count) { store.read(count % kKeys); }, seconds));
         }
-        std::printf("%-10s  %8.1f thousand reads/s  %8.1f thousand writes/s\n", name,
+        std::printf("%-10s  %8.1f thousand reads/s  %8.1f thousand writes/s\n", store.name,
                     median(reads) * 1e-3, median(writes) * 1e-3);
     }
     return EXIT_SUCCESS;

@@ -90,7 +90,8 @@ json parsed(std::string_view text) {
         const std::string_view said = error.what();
         constexpr std::size_t mostSaid = 200;
         const auto at = said.find("line ");
-        throw std::runtime_error(escaped(said.substr(at == said.npos ? 0 : at, mostSaid)) + ".");
+        throw std::runtime_error(
+            escaped(said.substr(at == std::string_view::npos ? 0 : at, mostSaid)) + ".");
     }
 }
 
