@@ -1,6 +1,8 @@
 #include <glib.h>
 
+#include <deque>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 #include "platform/foundation/DispatchQueue.h"
@@ -9,16 +11,24 @@ namespace orvalo {
 
 namespace {
 
-/// The global queue over a GLib thread pool.
+/// The global queue over a GLib thread pool. Each submission asks the pool for one turn, which runs
+/// the oldest item. The items wait here and not in the pool: the thread sanitizer does not see
+/// GLib's locks, so it would report every item of the pool as a data race.
 class GlobalQueue final : public DispatchQueue {
   public:
     GlobalQueue()
         : DispatchQueue("com.orvalo.global"),
-          pool_(g_thread_pool_new(run, nullptr, threads, FALSE, nullptr)) {}
+          pool_(g_thread_pool_new(
+              [](gpointer /*turn*/, gpointer queue) { static_cast<GlobalQueue*>(queue)->runOne(); },
+              this, threads, FALSE, nullptr)) {}
 
     void async(WorkItem work) override {
-        // Fails only to start another thread; the item then waits for a running one.
-        g_thread_pool_push(pool_, std::make_unique<WorkItem>(std::move(work)).release(), nullptr);
+        {
+            const std::lock_guard lock(mutex_);
+            items_.push_back(std::move(work));
+        }
+        // Fails only to start another thread; the turn then waits for a running one.
+        g_thread_pool_push(pool_, this, nullptr);
     }
 
     void sync(WorkItem work) override { work(); }
@@ -27,11 +37,18 @@ class GlobalQueue final : public DispatchQueue {
     /// More threads than processors: work may wait for files and for other queues.
     static constexpr int threads = 64;
 
-    static void run(gpointer item, gpointer /*data*/) noexcept {
-        const std::unique_ptr<WorkItem> work(static_cast<WorkItem*>(item));
-        (*work)();
+    void runOne() noexcept {
+        WorkItem work;
+        {
+            const std::lock_guard lock(mutex_);
+            work = std::move(items_.front());
+            items_.pop_front();
+        }
+        work();
     }
 
+    std::mutex mutex_;
+    std::deque<WorkItem> items_;
     GThreadPool* pool_;
 };
 

@@ -3,7 +3,6 @@
 #include <libsoup/soup.h>
 #include <pthread.h>
 
-#include <memory>
 #include <thread>
 #include <utility>
 
@@ -30,14 +29,18 @@ LoadingThread::LoadingThread() {
 }
 
 void LoadingThread::perform(WorkItem work) {
-    g_main_context_invoke_full(
-        context_, G_PRIORITY_DEFAULT,
-        [](gpointer item) -> gboolean {
-            (*static_cast<WorkItem*>(item))();
+    {
+        // Not as the source's data: the thread sanitizer does not see GLib's locks.
+        const std::lock_guard lock(mutex_);
+        items_.push_back(std::move(work));
+    }
+    g_main_context_invoke(
+        context_,
+        [](gpointer self) -> gboolean {
+            static_cast<LoadingThread*>(self)->runOne();
             return G_SOURCE_REMOVE;
         },
-        std::make_unique<WorkItem>(std::move(work)).release(),
-        [](gpointer item) { delete static_cast<WorkItem*>(item); });
+        this);
 }
 
 void LoadingThread::run() {
@@ -50,6 +53,16 @@ void LoadingThread::run() {
                                              "Orvalo", "accept-language-auto", TRUE, nullptr);
     isReady_.signal();
     loop->run();
+}
+
+void LoadingThread::runOne() {
+    WorkItem work;
+    {
+        const std::lock_guard lock(mutex_);
+        work = std::move(items_.front());
+        items_.pop_front();
+    }
+    work();
 }
 
 }  // namespace orvalo

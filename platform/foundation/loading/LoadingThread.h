@@ -1,5 +1,8 @@
 #pragma once
 
+#include <deque>
+#include <mutex>
+
 #include "platform/foundation/OneShot.h"
 #include "platform/foundation/WorkItem.h"
 
@@ -25,7 +28,10 @@ class LoadingThread {
     LoadingThread();
 
     void run();
+    void runOne();
 
+    std::mutex mutex_;
+    std::deque<WorkItem> items_;
     OneShot isReady_;
     SoupSession* session_ = nullptr;
     GMainContext* context_ = nullptr;
