@@ -16,7 +16,7 @@ namespace orvalo {
 
 namespace {
 
-constexpr int kMostAttempts = 3;
+constexpr int kMostAttempts = 5;
 // A page of the smallest size that SQLite knows.
 constexpr off_t kSmallestDatabase = 512;
 
@@ -51,16 +51,24 @@ SQLiteDatabase checkedDatabase(const std::string& path, off_t size) {
 
 std::unique_ptr<DefaultsFile> DefaultsFile::open(const std::string& path) {
     makePrivateFolder(std::filesystem::path(path).parent_path());
+    // The path leads nowhere for a moment when another process sets a damaged file aside.
     for (int attempt = 1;; ++attempt) {
         createDefaultsFile(path);
-        const auto status = checkedPrivateFile(path);
+        struct stat status {};
         try {
+            status = checkedPrivateFile(path);
             return std::unique_ptr<DefaultsFile>(new DefaultsFile(path, status));
         } catch (const SQLiteError& error) {
-            if (!error.isDamage() || attempt == kMostAttempts) {
+            if (attempt == kMostAttempts || !(error.isDamage() || error.isMissing())) {
                 throw;
             }
-            setDefaultsFileAside(path, status);
+            if (error.isDamage()) {
+                setDefaultsFileAside(path, status);
+            }
+        } catch (const NSError& error) {
+            if (attempt == kMostAttempts || error.code() != ENOENT) {
+                throw;
+            }
         }
     }
 }

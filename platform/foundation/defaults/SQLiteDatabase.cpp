@@ -44,6 +44,10 @@ bool SQLiteError::isDamage() const {
     return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
 }
 
+bool SQLiteError::isMissing() const {
+    return (code() & kPrimaryCode) == SQLITE_CANTOPEN;
+}
+
 bool SQLiteError::isBusy() const {
     return (code() & kPrimaryCode) == SQLITE_BUSY;
 }

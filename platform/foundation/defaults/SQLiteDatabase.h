@@ -22,6 +22,8 @@ class SQLiteError : public NSError {
 
     /// The content of the file is damaged.
     bool isDamage() const;
+    /// The file could not be opened, as when it is missing.
+    bool isMissing() const;
     /// Another process holds the lock.
     bool isBusy() const;
 };
