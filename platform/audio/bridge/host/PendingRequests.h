@@ -17,7 +17,7 @@ class PendingRequests {
     using Time = std::chrono::steady_clock::time_point;
 
     void add(ServiceCommand command, std::uint32_t number, Time now);
-    /// Removes the first request; absent, and nothing changes, when that is not its number.
+    /// Removes and returns the first request if it has that number; absent otherwise.
     std::optional<ServiceCommand> take(std::uint32_t number, Time now);
     /// Removes all requests.
     std::deque<ServiceCommand> takeAll();
