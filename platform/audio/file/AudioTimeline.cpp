@@ -103,7 +103,7 @@ bool isPlainPCM(const AudioContainer& container) {
            lateFFmpeg(av_get_exact_bits_per_sample)(codec) > 0;
 }
 
-// Frames of a fixed size: the file's size tells how many it holds.
+// For frames of a fixed size: the file's size gives their number.
 std::optional<Range> plainRange(AudioContainer& container) {
     const FFmpegPointer<AVPacket> packet(lateFFmpeg(av_packet_alloc)());
     const auto& parameters = *container.stream().codecpar;
@@ -146,7 +146,7 @@ std::optional<Range> oggRange(AudioContainer& container, int rate) {
     return Range{start, *granule - preSkip};
 }
 
-// The encoder's note, where FFmpeg agrees with it.
+// The range that the Xing header states, where FFmpeg finds the same length.
 std::optional<Range> mp3Range(AudioContainer& container, int rate) {
     const auto header = readMp3Header(container.file());
     const auto stated = container.stream().duration;
@@ -204,7 +204,7 @@ struct iTunesNote {
     std::int64_t frames = 0;
 };
 
-// The note that some encoders leave: " 00000000 <priming> <padding> <frames> ...", hexadecimal.
+// Some encoders write iTunSMPB: " 00000000 <priming> <padding> <frames> ...", hexadecimal.
 std::optional<iTunesNote> iTunesNoteOf(const AudioContainer& container) {
     const auto* entry = lateFFmpeg(av_dict_get)(container.context().metadata, "iTunSMPB", nullptr,
                                                 AV_DICT_IGNORE_SUFFIX);
@@ -236,8 +236,8 @@ std::vector<Segment> movieSegments(const AudioContainer& container, const MovieH
             segments.push_back({AudioTimeline::kSilence, frames});
             continue;
         }
-        // Movie time is often coarser than a frame. Where the note or the media's end agree with it
-        // within a tick, they are exact.
+        // Movie time is often coarser than a frame, so iTunSMPB or the media's end is used where it
+        // agrees with the edit within a tick.
         const auto start = lateFFmpeg(av_rescale_q)(edit.mediaStart, mediaTick, {1, rate});
         const auto rest = mediaFrames - start;
         if (isNoteWithin && note->priming == start &&

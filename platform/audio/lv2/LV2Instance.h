@@ -39,7 +39,7 @@ struct LV2UnitParts {
 /// thread, except process(); the caller must not hold an LV2World::Access.
 class LV2Instance {
   public:
-    /// The instance is not active yet. Throws NSError.
+    /// Creates an inactive instance. Throws NSError.
     LV2Instance(LV2UnitParts& parts, double sampleRate, const std::string& contextName);
     /// Stops the worker. The instance must not be rendering.
     ~LV2Instance();
@@ -70,7 +70,7 @@ class LV2Instance {
     void restore(const LV2StateProperties& properties);
     /// Whether options can be set after instantiation.
     bool takesOptions() const;
-    /// Sets the context name, if it takes options. Not while it renders.
+    /// Sets the context name, if takesOptions(). Not while it renders.
     void setContextName(const std::string& name);
 
   private:
