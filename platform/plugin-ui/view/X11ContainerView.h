@@ -43,7 +43,7 @@ class X11ContainerView : public UIView {
     std::function<void(const Place&)> onPlace;
     /// The view is not on screen any more. May be empty.
     std::function<void()> onHidden;
-    /// The view leaves its toplevel, or that is about to go. May be empty.
+    /// The view leaves its toplevel, or the toplevel is about to be destroyed. May be empty.
     std::function<void()> onLeaving;
 
   private:
