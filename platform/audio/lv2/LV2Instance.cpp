@@ -207,7 +207,7 @@ LV2StateProperties LV2Instance::saveProperties() const {
 void LV2Instance::restore(const LV2StateProperties& properties) {
     if (keepsState()) {
         const auto* state = extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface);
-        // restore() takes a mutable handle.
+        // restore() requires a mutable handle.
         auto kept = properties;
         state->restore(lilv_instance_get_handle(instance_.get()), retrieve, &kept, 0,
                        features_.forPlainState());

@@ -41,7 +41,7 @@ class LV2Instance {
   public:
     /// Creates an inactive instance. Throws NSError.
     LV2Instance(LV2UnitParts& parts, double sampleRate, const std::string& contextName);
-    /// Stops the worker. The instance must not be rendering.
+    /// Calls deactivate(). The instance must not be rendering.
     ~LV2Instance();
     LV2Instance(const LV2Instance&) = delete;
     LV2Instance& operator=(const LV2Instance&) = delete;
@@ -55,8 +55,9 @@ class LV2Instance {
     /// For the render thread, after activate().
     LV2Process& process() { return *process_; }
 
+    /// Activates the instance, after which it may render. Once.
     void activate();
-    /// The instance must not be rendering.
+    /// Stops the worker and deactivates the instance, which must not be rendering.
     void deactivate();
 
     /// Whether it has state besides its control values.

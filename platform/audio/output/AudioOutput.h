@@ -40,8 +40,8 @@ class AudioOutput {
     virtual AVAudioFormat format() = 0;
 
     /// Opens a device and plays source until stop(). A log line names the output. A device that
-    /// dies later is reopened, or replaced by the null output. Throws NSError when there is no
-    /// output.
+    /// dies later is reopened, or replaced by another device or a silent clock. Throws NSError when
+    /// there is no output.
     virtual void start(AudioOutputSource& source) = 0;
 
     /// Ends playing; no call to the source is under way when it returns. Not from the source.

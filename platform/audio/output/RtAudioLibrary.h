@@ -20,11 +20,13 @@ using ErrorType = RtAudioError::Type;
 /// Receives RtAudio's errors and warnings, on the thread where they occur.
 using Report = void (*)(ErrorType type, const std::string& text);
 
+/// Creates the library for one sound system.
 std::unique_ptr<RtAudio> make(RtAudio::Api api, Report report);
 
 /// The present devices, for StreamParameters::deviceId.
 std::vector<unsigned int> deviceIds(RtAudio& library);
 
+/// The arguments of RtAudio::openStream().
 struct StreamRequest {
     RtAudio::StreamParameters parameters;
     RtAudio::StreamOptions options;

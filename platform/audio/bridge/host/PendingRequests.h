@@ -29,8 +29,8 @@ class PendingRequests {
 
     /// "did not answer for 1 s" when the first request has waited too long; "" otherwise.
     std::string overdue(Time now, const BridgeLimits& limits) const;
-    /// What the first request makes the service do, such as " while it loaded a preset"; "" for
-    /// nothing that takes long.
+    /// What the first request makes the service do, such as " while it loaded a preset"; "" for a
+    /// short request.
     std::string activity() const;
 
   private:

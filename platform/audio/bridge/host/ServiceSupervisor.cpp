@@ -137,7 +137,7 @@ bool ServiceSupervisor::handleEnd(const ServiceRun::End& end,
     } else {
         failStart(*refusal);
     }
-    // After the log line, so that it is there when the senders get their answers.
+    // After the log line, so that the line precedes the senders' answers.
     for (const auto& command : end.lost) {
         if (command.completion) {
             command.completion({ServiceAnswer::Kind::died, ""});
