@@ -75,7 +75,7 @@ void EffectService::take(const bridge::Instantiate& request) {
     g_setenv("TMPDIR", request.stateFolder.c_str(), TRUE);
     confineFiles(effectPlaces(request.bundles, request.stateFolder));
     confineCalls();
-    // These URIs get the first numbers in every service, as in the one that the state is from.
+    // These URIs get the first numbers in every service, also in the one that saved the state.
     LV2URIDs::shared();
     try {
         effect_ = std::make_unique<LoadedEffect>(

@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-/// Handles the host's messages: the first one instantiates the effect, the others are for it. Main
+/// Handles the host's messages: the first instantiates the effect, the others address it. Main
 /// thread.
 class EffectService {
   public:

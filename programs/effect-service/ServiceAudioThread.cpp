@@ -41,7 +41,7 @@ ServiceAudioThread::ServiceAudioThread(std::shared_ptr<LV2LocalAudioUnit> unit,
 
 ServiceAudioThread::~ServiceAudioThread() {
     isEnding_.store(true, std::memory_order_release);
-    // The thread may be about to wait, so one wake-up could come too early.
+    // Repeats the wake-up, because one may precede the thread's wait.
     while (!hasEnded_.load(std::memory_order_acquire)) {
         Futex::wake(audio_.control().request);
         std::this_thread::yield();

@@ -20,7 +20,7 @@ class ServiceConnection {
     ServiceConnection& operator=(const ServiceConnection&) = delete;
 
     void send(const bridge::ServiceMessage& message);
-    /// Whether sent messages wait for the socket to take them.
+    /// Whether sent messages wait until the socket accepts them.
     bool isWaiting() const { return channel_.isWaiting(); }
     /// MessageChannel::takePassed().
     FileDescriptor takePassed() { return channel_.takePassed(); }

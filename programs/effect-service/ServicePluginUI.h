@@ -12,7 +12,8 @@
 
 namespace orvalo {
 
-/// What an effect's UI is opened with: loaded beforehand, and held for the object's life.
+/// The data, library and X server of an effect's UI: loaded before the UI is opened, and held for
+/// the object's life.
 struct PluginUIParts {
     /// Throws NSError: the unit has no UI that can be opened here.
     explicit PluginUIParts(const LV2LocalAudioUnit& unit);

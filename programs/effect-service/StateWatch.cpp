@@ -15,7 +15,7 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr milliseconds kPeriod{1000};
-// Saving takes at most a twentieth of the time.
+// Saving may use at most a twentieth of the time.
 constexpr int kPauseFactor = 20;
 
 }  // namespace
@@ -52,7 +52,7 @@ void StateWatch::sendIfChanged() {
 
 void StateWatch::schedule(milliseconds delay) {
     timer_.reset(g_timeout_source_new(static_cast<guint>(delay.count())));
-    // Requests and the UI come first.
+    // Requests and the UI have priority.
     g_source_set_priority(timer_.get(), G_PRIORITY_LOW);
     g_source_set_callback(
         timer_.get(),

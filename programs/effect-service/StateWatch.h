@@ -10,11 +10,12 @@
 
 namespace orvalo {
 
-/// Sends the plug-in's state when it has changed: looks every second, less often where saving takes
-/// long, and on request. Does nothing for a plug-in without the state extension. Main thread.
+/// Sends the plug-in's state when it has changed: checks every second, less often where saving is
+/// slow, and on request. Does nothing for a plug-in without the state extension. Main thread.
 class StateWatch {
   public:
-    /// send: sends a result of packState(); false when it could not and has to get it again.
+    /// send: sends a result of packState(); false when it could not, so that the state is sent
+    /// again.
     StateWatch(std::shared_ptr<LV2LocalAudioUnit> unit,
                std::function<bool(const std::string& state)> send);
     ~StateWatch();

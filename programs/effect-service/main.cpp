@@ -32,8 +32,8 @@ GLogWriterOutput writePlainLine(GLogLevelFlags level, const GLogField* fields, g
 
 }  // namespace
 
-/// effect-service HOST: runs one effect for the process with the ID HOST, which started this one
-/// and whose socket is descriptor 3.
+/// effect-service HOST: runs one effect for the host, the process with the ID HOST, whose socket is
+/// descriptor 3.
 int main(int argc, char** argv) {
     using namespace orvalo;
     g_log_set_writer_func(writePlainLine, nullptr, nullptr);

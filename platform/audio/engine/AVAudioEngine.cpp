@@ -13,7 +13,7 @@
 namespace orvalo {
 
 AVAudioEngine::AVAudioEngine() : AVAudioEngine(nullptr) {
-    // The sound server answers slowly, so it is asked in the background.
+    // Queries the output in the background, because sound servers answer slowly.
     DispatchQueue::global()->async([output = outputNode_] { output->outputFormat(0); });
 }
 
@@ -153,7 +153,7 @@ std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::u
     std::array<float*, kMaximumChannels> channels{};
     const RenderSlot<RenderPlan>::Access plan(plan_);
     if (!plan) {
-        // stop() was called meanwhile.
+        // Another thread has called stop().
         const auto rest = buffer.block(from, frameCount, channels);
         for (std::uint32_t channel = 0; channel < rest.channelCount; ++channel) {
             std::fill_n(rest.channels[channel], frameCount, 0.0F);

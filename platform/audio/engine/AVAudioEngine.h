@@ -35,10 +35,10 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
     void detach(const std::shared_ptr<AVAudioNode>& node);
 
     /// Connects the output of `from` to the input of `to`. Replaces the previous connection of
-    /// either, but a mixer takes any number of inputs. format: of the connection; absent for the
-    /// own format of `from`. Fatal when a node is not attached, `to` has no input, a
-    /// node other than the main mixer feeds the output node, or a cycle would arise. A node that
-    /// cannot take the format stays silent; a warning gives the reason.
+    /// either, but a mixer may have any number of inputs. format: of the connection; absent for the
+    /// format of `from` itself. Fatal when a node is not attached, `to` has no input, a node other
+    /// than the main mixer feeds the output node, or a cycle would arise. A node that does not
+    /// support the format stays silent; a warning gives the reason.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  const std::optional<AVAudioFormat>& format);
     /// Removes all connections into the node.

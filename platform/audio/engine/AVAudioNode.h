@@ -21,10 +21,10 @@ class RenderKernel {
     virtual void render(const AudioBlock& input, const AudioBlock& output) noexcept = 0;
 };
 
-/// A node of an engine's graph, with one output. Its class decides how many inputs it takes.
+/// A node of an engine's graph, with one output. Its class determines the number of its inputs.
 class AVAudioNode : public NSObject {
   public:
-    /// The engine that the node is attached to; absent before and after. Any thread.
+    /// The engine that the node is attached to; absent while it is not attached. Any thread.
     std::shared_ptr<AVAudioEngine> engine() const;
 
   protected:

@@ -17,7 +17,7 @@ AVAudioFormat AVAudioOutputNode::outputFormat(std::int64_t forBus) const {
             return *manualFormat_;
         }
     }
-    const std::lock_guard lock(lookMutex_);
+    const std::lock_guard lock(formatMutex_);
     return output().format();
 }
 

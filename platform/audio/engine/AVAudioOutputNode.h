@@ -29,7 +29,7 @@ class AVAudioOutputNode : public AVAudioNode {
     void setManualFormat(const AVAudioFormat& format);
 
     mutable std::mutex mutex_;
-    mutable std::mutex lookMutex_;  ///< AudioOutput::format() takes one thread at a time.
+    mutable std::mutex formatMutex_;  ///< Only one thread at a time may call AudioOutput::format().
     mutable std::unique_ptr<AudioOutput> output_;
     std::optional<AVAudioFormat> manualFormat_;
 };

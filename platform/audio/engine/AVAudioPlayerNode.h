@@ -43,7 +43,7 @@ class AVAudioPlayerNode : public AVAudioNode {
     void scheduleFile(std::shared_ptr<AVAudioFile> file, std::optional<AVAudioTime> at,
                       std::function<void()> completionHandler);
 
-    /// How many quanta came out short because decoding fell behind.
+    /// How many quanta were incomplete because decoding fell behind.
     std::uint64_t underrunCount() const;
 
   private:

@@ -115,8 +115,8 @@ AVAudioFormat AVAudioUnit::derivedFormat(const AVAudioFormat* input,
 void AVAudioUnit::prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) {
     if (input != nullptr && input->sampleRate != output.sampleRate) {
         throw NSError("AVAudioUnit", 2,
-                      "An effect cannot be fed at " + std::to_string(input->sampleRate) +
-                          " Hz and deliver at " + std::to_string(output.sampleRate) + " Hz.");
+                      "An effect cannot convert from " + std::to_string(input->sampleRate) +
+                          " Hz to " + std::to_string(output.sampleRate) + " Hz.");
     }
     auAudioUnit_->allocateRenderResources(output.sampleRate);
 }

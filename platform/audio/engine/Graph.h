@@ -23,7 +23,7 @@ class Graph {
     bool isAttached(const std::shared_ptr<AVAudioNode>& node) const;
     const std::vector<std::shared_ptr<AVAudioNode>>& nodes() const { return nodes_; }
 
-    /// Fatal when a node is not attached, `to` takes no input, or a cycle would arise.
+    /// Fatal when a node is not attached, `to` has no input, or a cycle would arise.
     void connect(const std::shared_ptr<AVAudioNode>& from, const std::shared_ptr<AVAudioNode>& to,
                  const std::optional<AVAudioFormat>& format);
     void disconnectInput(const std::shared_ptr<AVAudioNode>& node);

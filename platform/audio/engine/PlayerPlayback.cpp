@@ -152,7 +152,8 @@ bool AVAudioPlayerNode::Playback::completePass(Lock& lock) {
     lock.unlock();
     if (completion) {
         completion();
-        // It may hold the last reference to the player, which must be destroyed without the lock.
+        // The completion may hold the last reference to the player, which must be destroyed without
+        // the lock.
         completion = nullptr;
     }
     lock.lock();
@@ -222,7 +223,8 @@ void AVAudioPlayerNode::Playback::sleepUntilNeeded(Lock& lock) {
     }
     if (firstUndecoded() != nullptr && ring_ && !isAdopting_) {
         const auto written = ring_->written();
-        // An empty ring for another format; otherwise a half empty one, for long stretches.
+        // For another format the ring must be empty; otherwise half, so that each wake-up decodes
+        // much.
         position = std::min(position, nextFormatDiffers() ? written : written - keptFrames());
     }
     wakePosition_.store(position, std::memory_order_seq_cst);
@@ -238,7 +240,7 @@ void AVAudioPlayerNode::Playback::sleepUntilNeeded(Lock& lock) {
 
 void AVAudioPlayerNode::Playback::reportUnderruns() {
     if (const auto underruns = underrunCount(); underruns != reportedUnderruns_) {
-        g_warning("Decoding fell behind: %" PRIu64 " quanta came out short.",
+        g_warning("Decoding fell behind: %" PRIu64 " quanta were incomplete.",
                   underruns - reportedUnderruns_);
         reportedUnderruns_ = underruns;
     }

@@ -21,8 +21,8 @@ namespace orvalo {
 
 /// The scheduled passes of a player, the thread that decodes them ahead, and the kernel that
 /// renders them. The ring has the format of the file that plays; a file of another format waits
-/// until the ring is empty, then the ring is replaced. Apart from the node because its thread may
-/// outlive it.
+/// until the ring is empty, then the ring is replaced. Separate from the node because the thread
+/// may outlive the node.
 class AVAudioPlayerNode::Playback : public RenderKernel {
   public:
     /// onFormatChange: called without locks when a file of another format starts to play. The

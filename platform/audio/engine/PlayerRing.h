@@ -27,7 +27,8 @@ class PlayerRing {
 
     /// Appends the block, of at most writable() frames. Decoding thread.
     void write(const AudioBlock& block) noexcept;
-    /// Fills the first frames of the block, as many as are there; returns how many. Render thread.
+    /// Fills the first frames of the block, as many as are available; returns their number. Render
+    /// thread.
     std::uint32_t read(const AudioBlock& block) noexcept;
 
   private:

@@ -19,8 +19,8 @@ class AVAudioFile : public NSObject {
     /// Opens a file, which may then be removed or renamed. Throws NSError, "<path>: <reason>", when
     /// it cannot be read, has no audio stream that can be decoded, is empty or shorter than it
     /// states, has more than kMaximumChannels channels, or a rate outside 1,000 to 768,000 Hz.
-    /// Takes about a millisecond; a file that states no length (MP3 without its encoder's note,
-    /// ADTS, fragments, Matroska) is read wholly.
+    /// Takes about a millisecond; a file that states no length (MP3 without a Xing header, ADTS,
+    /// fragments, Matroska) is read as a whole.
     static std::shared_ptr<AVAudioFile> forReading(const URL& url);
 
     const URL& url() const;

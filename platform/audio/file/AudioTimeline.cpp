@@ -103,7 +103,7 @@ bool isPlainPCM(const AudioContainer& container) {
            lateFFmpeg(av_get_exact_bits_per_sample)(codec) > 0;
 }
 
-// Frames of a fixed size: the file's size tells how many it holds.
+// For frames of a fixed size: the file's size gives their number.
 std::optional<Range> plainRange(AudioContainer& container) {
     const FFmpegPointer<AVPacket> packet(lateFFmpeg(av_packet_alloc)());
     const auto& parameters = *container.stream().codecpar;
@@ -146,7 +146,7 @@ std::optional<Range> oggRange(AudioContainer& container, int rate) {
     return Range{start, *granule - preSkip};
 }
 
-// The encoder's note, where FFmpeg agrees with it.
+// The range that the Xing header states, where FFmpeg finds the same length.
 std::optional<Range> mp3Range(AudioContainer& container, int rate) {
     const auto header = readMp3Header(container.file());
     const auto stated = container.stream().duration;
@@ -199,13 +199,14 @@ void checkMoviePackets(AudioContainer& container, std::int64_t mediaFrames, int 
     }
 }
 
-struct iTunesNote {
+// The priming and the length, in frames, that an encoder stated.
+struct ITunesTag {
     std::int64_t priming = 0;
     std::int64_t frames = 0;
 };
 
-// The note that some encoders leave: " 00000000 <priming> <padding> <frames> ...", hexadecimal.
-std::optional<iTunesNote> iTunesNoteOf(const AudioContainer& container) {
+// Reads iTunSMPB: " 00000000 <priming> <padding> <frames> ...", hexadecimal.
+std::optional<ITunesTag> readITunesTag(const AudioContainer& container) {
     const auto* entry = lateFFmpeg(av_dict_get)(container.context().metadata, "iTunSMPB", nullptr,
                                                 AV_DICT_IGNORE_SUFFIX);
     unsigned priming = 0;
@@ -216,15 +217,15 @@ std::optional<iTunesNote> iTunesNoteOf(const AudioContainer& container) {
         frames == 0 || frames > (1ULL << 48U)) {
         return std::nullopt;
     }
-    return iTunesNote{priming, static_cast<std::int64_t>(frames)};
+    return ITunesTag{priming, static_cast<std::int64_t>(frames)};
 }
 
 std::vector<Segment> movieSegments(const AudioContainer& container, const MovieHeader& header,
                                    std::int64_t mediaFrames, int rate) {
-    const auto note = iTunesNoteOf(container);
-    const bool isNoteWithin = note && note->priming + note->frames <= mediaFrames;
+    const auto tag = readITunesTag(container);
+    const bool isTagWithin = tag && tag->priming + tag->frames <= mediaFrames;
     if (header.edits.empty()) {
-        return {isNoteWithin ? Segment{note->priming, note->frames} : Segment{0, mediaFrames}};
+        return {isTagWithin ? Segment{tag->priming, tag->frames} : Segment{0, mediaFrames}};
     }
     const AVRational movieTick{1, static_cast<int>(header.movieTimeScale)};
     const AVRational mediaTick{1, static_cast<int>(header.mediaTimeScale)};
@@ -236,13 +237,12 @@ std::vector<Segment> movieSegments(const AudioContainer& container, const MovieH
             segments.push_back({AudioTimeline::kSilence, frames});
             continue;
         }
-        // Movie time is often coarser than a frame. Where the note or the media's end agree with it
-        // within a tick, they are exact.
+        // Movie time is often coarser than a frame, so iTunSMPB or the media's end is used where it
+        // agrees with the edit within a tick.
         const auto start = lateFFmpeg(av_rescale_q)(edit.mediaStart, mediaTick, {1, rate});
         const auto rest = mediaFrames - start;
-        if (isNoteWithin && note->priming == start &&
-            std::abs(note->frames - frames) <= tickFrames) {
-            frames = note->frames;
+        if (isTagWithin && tag->priming == start && std::abs(tag->frames - frames) <= tickFrames) {
+            frames = tag->frames;
         } else if (edit.duration == 0 || frames > rest || rest - frames < tickFrames) {
             frames = rest;
         }

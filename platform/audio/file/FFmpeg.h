@@ -13,7 +13,7 @@ extern "C" {
 #include "platform/foundation/LateLibrary.h"
 
 /// A function of libavformat, libavcodec or libavutil, as in lateFFmpeg(av_read_frame)(context,
-/// packet). They need 130 further libraries, which take 24 ms to load.
+/// packet). Loaded late, because these libraries need 130 others, which take 24 ms to load.
 #define lateFFmpeg(name) ORVALO_LATE_FUNCTION(::orvalo::ffmpeg(), name)
 
 namespace orvalo {

@@ -8,7 +8,8 @@
 
 namespace orvalo {
 
-/// A regular file, open for reading; it may be renamed or removed meanwhile. One thread at a time.
+/// A regular file, open for reading; it may be renamed or removed while it is open. One thread at a
+/// time.
 class LocalFile {
   public:
     /// Throws NSError when the file is missing, unreadable (the system's error) or not regular.

@@ -21,8 +21,8 @@ struct MovieHeader {
     std::vector<Edit> edits;           ///< Empty: the whole track plays.
 };
 
-/// Reads the header of the track with this identifier (ISO/IEC 14496-12). Nothing when it is
-/// missing or damaged.
+/// Reads the header of the track with this identifier (ISO/IEC 14496-12). Absent when it is missing
+/// or damaged.
 std::optional<MovieHeader> readMovieHeader(const LocalFile& file, std::uint32_t track);
 
 }  // namespace orvalo

@@ -9,8 +9,8 @@
 
 namespace orvalo {
 
-/// Decodes a file's audio stream, one FFmpeg frame of samples after the other. Places count output
-/// samples from the stream's time 0, priming included. One thread at a time.
+/// Decodes a file's audio stream, one FFmpeg frame of samples after the other. Positions count
+/// output samples from the stream's time 0, priming included. One thread at a time.
 class PacketDecoder {
   public:
     /// file must outlive the decoder. Throws NSError when FFmpeg, the container or the codec cannot
@@ -21,7 +21,7 @@ class PacketDecoder {
 
     /// Decodes the next frame. False at the end of the readable part.
     bool decodeNext();
-    /// The frame that decodeNext() has decoded, and its place.
+    /// The frame that decodeNext() has decoded, and its position.
     const AVFrame& frame() const { return *frame_; }
     std::int64_t frameStart() const { return frameStart_; }
     std::int64_t frameEnd() const { return frameStart_ + frame_->nb_samples; }
@@ -52,8 +52,7 @@ class PacketDecoder {
     FFmpegPointer<AVPacket> packet_;
     FFmpegPointer<AVFrame> frame_;
     std::int64_t frameStart_ = 0;
-    std::optional<std::int64_t>
-        nextStart_;  // Where the next frame begins unless packets are missing.
+    std::optional<std::int64_t> nextStart_;         // Of the next frame unless packets are missing.
     std::optional<std::int64_t> firstPacketStamp_;  // Unset after a seek.
     bool isFromStart_ = true;
     std::int64_t stampOffset_ = 0;  // By how many samples all stamps are late.

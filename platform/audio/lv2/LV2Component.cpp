@@ -77,7 +77,7 @@ std::map<std::string, Values> valuesByPlugin(const LV2Bundle& bundle) {
     std::map<std::string, Values> result;
     for (const auto& statement : bundle.codes) {
         if (statement.plugin.empty()) {
-            g_warning("%s states the codes of something that has no URI.", bundle.path.c_str());
+            g_warning("%s states the codes of a subject without a URI.", bundle.path.c_str());
         } else if (!statement.isLiteral) {
             g_warning("%s states %s of <%s> as something that is no literal.", bundle.path.c_str(),
                       statement.key.c_str(), statement.plugin.c_str());

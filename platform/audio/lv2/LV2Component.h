@@ -17,7 +17,7 @@ struct LV2Component {
 
 /// The components that the bundles state, by plug-in URI. Codes that are incomplete or wrong are
 /// left out with a warning that names bundle and plug-in. Where several bundles state codes of one
-/// plug-in, the first on the path holds, and a warning names the others.
+/// plug-in, the first on the path wins, and a warning names the others.
 std::vector<LV2Component> statedComponents(const std::vector<LV2Bundle>& bundles);
 
 }  // namespace orvalo

@@ -15,6 +15,7 @@ class LV2Controls {
   public:
     explicit LV2Controls(const std::vector<LV2Port>& ports);
 
+    /// The value of the control port of that index.
     float value(std::uint32_t port) const noexcept {
         return values_[port].load(std::memory_order_relaxed);
     }

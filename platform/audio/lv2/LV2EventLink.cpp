@@ -91,7 +91,7 @@ void LV2EventLink::mirror(std::uint32_t port, const LV2_Atom& event) noexcept {
     if (output == nullptr || !output->isSubscribed.load(std::memory_order_relaxed)) {
         return;
     }
-    // The event came out of the port's buffer, so it fits into the reader's of the same size.
+    // The event was in the port's buffer, so it fits into the reader's buffer of the same size.
     if (!output->ring.write(static_cast<std::uint32_t>(sizeof(event)) + event.size, &event)) {
         lost_.fetch_add(1, std::memory_order_relaxed);
     }

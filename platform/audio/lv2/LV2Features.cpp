@@ -59,7 +59,7 @@ LV2Features::LV2Features(LV2Options& options, LV2Worker& worker, LV2Log& log, LV
                   &mapPath_, &freePath_, nullptr} {}
 
 bool LV2Features::isOffered(const std::string& uri) {
-    // The last two are properties of the plug-in, for which a host provides nothing.
+    // The last two are properties of the plug-in and need nothing from the host.
     static const std::array<std::string, 14> offered{LV2_URID__map,
                                                      LV2_URID__unmap,
                                                      LV2_OPTIONS__options,

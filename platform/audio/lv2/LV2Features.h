@@ -27,7 +27,7 @@ class LV2Features {
     /// For saving and restoring state through lilv, which adds the path features; ends with null.
     /// Off the render thread.
     const LV2_Feature* const* forState() const { return state_.data(); }
-    /// The same with the path features, for saving and restoring without lilv; ends with null.
+    /// As forState() with the path features, for saving and restoring without lilv.
     const LV2_Feature* const* forPlainState() const { return plainState_.data(); }
 
     /// Whether a plug-in may require the feature of that URI.

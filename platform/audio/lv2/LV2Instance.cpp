@@ -49,7 +49,7 @@ std::optional<float> as(const void* value, std::uint32_t size) {
     return std::isfinite(result) ? std::optional(result) : std::nullopt;
 }
 
-/// A control value out of a state: the body of a float, double, int, long or bool atom. Nothing for
+/// A control value from a state: the body of a float, double, int, long or bool atom. Absent for
 /// another type, a size that is not the type's, and a number that is not finite.
 std::optional<float> numberOf(const void* value, std::uint32_t size, std::uint32_t type) {
     const auto& urids = LV2URIDs::shared();
@@ -125,7 +125,7 @@ LV2Instance::LV2Instance(LV2UnitParts& parts, double sampleRate, const std::stri
     const auto& uri = parts_.data.uri;
     if (!(sampleRate > 0.0) || !std::isfinite(sampleRate)) {
         throw lv2Error(LV2ErrorCode::instantiationFailed, uri,
-                       "a sample rate of " + std::to_string(sampleRate) + " Hz is none");
+                       "a sample rate of " + std::to_string(sampleRate) + " Hz is not valid");
     }
     const LV2Library library(uri, parts_.data.binary);
     {
@@ -207,7 +207,7 @@ LV2StateProperties LV2Instance::saveProperties() const {
 void LV2Instance::restore(const LV2StateProperties& properties) {
     if (keepsState()) {
         const auto* state = extension<LV2_State_Interface>(instance_.get(), LV2_STATE__interface);
-        // restore() takes a mutable handle.
+        // restore() requires a mutable handle.
         auto kept = properties;
         state->restore(lilv_instance_get_handle(instance_.get()), retrieve, &kept, 0,
                        features_.forPlainState());

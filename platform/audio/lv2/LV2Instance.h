@@ -39,9 +39,9 @@ struct LV2UnitParts {
 /// thread, except process(); the caller must not hold an LV2World::Access.
 class LV2Instance {
   public:
-    /// The instance is not active yet. Throws NSError.
+    /// Creates an inactive instance. Throws NSError.
     LV2Instance(LV2UnitParts& parts, double sampleRate, const std::string& contextName);
-    /// Stops the worker. The instance must not be rendering.
+    /// Calls deactivate(). The instance must not be rendering.
     ~LV2Instance();
     LV2Instance(const LV2Instance&) = delete;
     LV2Instance& operator=(const LV2Instance&) = delete;
@@ -55,8 +55,9 @@ class LV2Instance {
     /// For the render thread, after activate().
     LV2Process& process() { return *process_; }
 
+    /// Activates the instance, after which it may render. Once.
     void activate();
-    /// The instance must not be rendering.
+    /// Stops the worker and deactivates the instance, which must not be rendering.
     void deactivate();
 
     /// Whether it has state besides its control values.
@@ -70,7 +71,7 @@ class LV2Instance {
     void restore(const LV2StateProperties& properties);
     /// Whether options can be set after instantiation.
     bool takesOptions() const;
-    /// Sets the context name, if it takes options. Not while it renders.
+    /// Sets the context name, if takesOptions(). Not while it renders.
     void setContextName(const std::string& name);
 
   private:

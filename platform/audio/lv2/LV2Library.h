@@ -4,8 +4,8 @@
 
 namespace orvalo {
 
-/// A plug-in's shared library, loaded for the object's life. lilv only reports that instantiation
-/// failed; this tells why.
+/// A plug-in's shared library, loaded for the object's life. Gives the reason of a failure, where
+/// lilv only reports that instantiation failed.
 class LV2Library {
   public:
     /// Throws NSError that names the plug-in: no such file, a library that does not load, or one

@@ -11,7 +11,7 @@ namespace orvalo {
 
 namespace {
 
-// The rate at which a plug-in is tried when it is made; the rate of most outputs, too.
+// The rate of the first instance where none is given; most outputs have it.
 constexpr double kFirstSampleRate = 48000.0;
 
 LV2LocalAudioUnit::PluginUIProvider& pluginUIProvider() {
@@ -35,7 +35,8 @@ LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
             instance->restore(*state);
         }
     }
-    // Only now: a default state states its values as the data do, without the rate.
+    // Only now, because a default state, like the plug-in's data, does not multiply values by the
+    // rate.
     parts_.controls.setSampleRate(sampleRate);
     instance->activate();
     instance_.exchange(std::move(instance));
@@ -160,7 +161,7 @@ void LV2LocalAudioUnit::restore(const LilvState& state) {
 }
 
 void LV2LocalAudioUnit::whileNotRunning(const std::function<void(LV2Instance&)>& work) {
-    // Comes back also when the plug-in throws.
+    // Returns the instance also when the plug-in throws.
     struct Loan {
         RenderSlot<LV2Instance>& slot;
         std::unique_ptr<LV2Instance> instance = slot.exchange(nullptr);

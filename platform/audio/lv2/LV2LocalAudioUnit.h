@@ -15,17 +15,17 @@
 
 namespace orvalo {
 
-/// What a unit begins with, where that is not what its plug-in has by itself.
+/// The initial values of a unit, where they differ from the plug-in's defaults.
 struct LV2UnitStart {
     std::string contextName{};
-    double sampleRate = 0.0;              ///< Hz; 0 for the rate that a plug-in is tried with.
-    std::filesystem::path filesFolder{};  ///< As LV2StatePaths takes it.
-    /// stateProperties() of such a unit; absent for the default.
+    double sampleRate = 0.0;              ///< Hz; 0 for 48 kHz.
+    std::filesystem::path filesFolder{};  ///< As for LV2StatePaths.
+    /// stateProperties() of an earlier unit; absent for the default.
     std::optional<LV2StateProperties> state{};
 };
 
 /// An LV2 plug-in in this process. The plug-in's run() never overlaps the setting of a context name
-/// nor, unless the plug-in allows that, the loading of a preset: the output is dry meanwhile.
+/// nor, unless the plug-in allows that, the loading of a preset; the output is dry during both.
 class LV2LocalAudioUnit : public LV2AudioUnit {
   public:
     /// Instantiates the plug-in. Throws NSError that names the plug-in and what is wrong with it:
@@ -40,27 +40,27 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     void allocateRenderResources(double sampleRate) override;
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
 
-    /// The values of its control ports.
+    /// The values of the plug-in's control ports.
     LV2Controls& controls() { return parts_.controls; }
     double sampleRate() const;
 
-    /// Whether the plug-in keeps state beside its control values.
+    /// Whether the plug-in keeps state besides its control values.
     bool keepsState() const;
-    /// That state now, from which another unit of the plug-in can start. May run beside render().
-    /// Throws NSError.
+    /// The state besides the control values, from which another unit of the plug-in can start. May
+    /// be called during render(). Throws NSError.
     LV2StateProperties stateProperties() const;
 
-    /// An open UI's way to the unit's instance.
+    /// The instance as an open UI accesses it.
     struct InstanceAccess {
         LV2_Handle handle;
         const LV2_Descriptor* descriptor;
         std::uint32_t number;  ///< As instanceNumber().
     };
-    /// Opens a UI's side: its events travel by the link from now on, and instances stay,
-    /// inactive, when they are replaced, until the last UI has left. Waits for at most the
-    /// render call that is under way. Off the render thread.
+    /// Connects an open UI: its events pass through the link from now on, and a replaced instance
+    /// stays, inactive, until the last UI is disconnected. Waits at most for the current render
+    /// call. Off the render thread.
     InstanceAccess connectPluginUI(const std::shared_ptr<LV2EventLink>& link);
-    /// Ends what connectPluginUI() began with that link.
+    /// Disconnects the UI of that link.
     void disconnectPluginUI(const std::shared_ptr<LV2EventLink>& link);
     /// How often the instance has been replaced. Any thread.
     std::uint32_t instanceNumber() const { return instanceNumber_.load(std::memory_order_acquire); }
@@ -69,7 +69,8 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     /// error that says why, when the plug-in has no UI that can be shown.
     using PluginUIProvider =
         std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<LV2LocalAudioUnit>&)>;
-    /// Sets the provider of all units, before the first request; empty at first: no unit has a UI.
+    /// Sets the provider of all units; call before the first request. Without a provider no unit
+    /// has a UI.
     static void setPluginUIProvider(PluginUIProvider provider);
 
   private:
@@ -82,7 +83,7 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     LV2UnitParts parts_;
     RenderSlot<LV2Instance> instance_;
     RenderSlot<LV2EventLinks> links_;  // Null without an open UI.
-    // Replaced ones that an open UI may still reach.
+    // Replaced instances that an open UI may still access.
     std::vector<std::unique_ptr<LV2Instance>> retired_;
     std::atomic<std::uint32_t> instanceNumber_{0};
     std::int64_t sampleTime_ = 0;  // The render thread's: frames rendered so far.

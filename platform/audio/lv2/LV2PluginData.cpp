@@ -50,7 +50,7 @@ void requireOptions(const LV2World::Access& access, const LilvPlugin* plugin,
     }
 }
 
-/// To be called before lilv reads the files at its next query.
+/// Call before lilv's next query, which reads the files.
 void checkDataFiles(const LilvPlugin* plugin, const std::string& uri) {
     for (const auto& file : uris(lilv_plugin_get_data_uris(plugin))) {
         if (const auto error = turtleFileError(file); !error.empty()) {

@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-/// A plug-in's data. This host supports everything that the plug-in requires.
+/// A plug-in's data. The host supports everything that the plug-in requires.
 struct LV2PluginData {
     std::string uri;
     std::string binary;  ///< The path of the shared library.
@@ -22,7 +22,7 @@ struct LV2PluginData {
     bool hasDefaultState = false;
 
     /// Throws NSError: no such plug-in, broken data, no library, a required feature or option that
-    /// this host does not support, no ports, or an unsupported port.
+    /// the host does not support, no ports, or an unsupported port.
     static LV2PluginData read(const LV2World::Access& access, const std::string& uri);
 };
 

@@ -112,7 +112,7 @@ class PortReader {
             return isOptional ? LV2PortKind::unconnected : LV2PortKind::cv;
         }
         if (isA(LV2_CORE__AudioPort)) {
-            // This host has no signal for a side chain.
+            // The host has no signal for a side chain.
             const bool isLeftOut = isOptional && hasProperty(LV2_CORE_PREFIX "isSideChain");
             return isLeftOut ? LV2PortKind::unconnected : LV2PortKind::audio;
         }

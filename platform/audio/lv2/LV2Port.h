@@ -29,7 +29,7 @@ struct LV2Port {
     float defaultValue = 0.0F;                                ///< Of a control input.
     float minimum = -std::numeric_limits<float>::infinity();  ///< Of a control, where stated.
     float maximum = std::numeric_limits<float>::infinity();   ///< Likewise.
-    bool scalesWithRate = false;     ///< These three are multiples of the sample rate.
+    bool scalesWithRate = false;     ///< The three values are multiples of the rate.
     bool reportsLatency = false;     ///< A control output with the latency in frames.
     std::uint32_t bufferSize = 0;    ///< Of a sequence, in bytes.
     bool carriesMIDI = false;        ///< A sequence with MIDI events.

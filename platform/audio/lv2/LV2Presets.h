@@ -7,7 +7,7 @@
 
 namespace orvalo {
 
-/// A preset that some bundle holds for a plug-in.
+/// A preset of a plug-in, in any bundle.
 struct LV2Preset {
     std::string uri;
     std::string label;  ///< Its URI when it has none.

@@ -89,7 +89,7 @@ void LV2Process::run(const AudioBlock& input, const AudioBlock& output, std::int
     worker_.finishCycle();
     readControlOutputs();
     sendEvents(output.frameCount, sampleTime, midiBlock, links);
-    isFirstBlock_ = false;
+    isFirstQuantum_ = false;
 }
 
 void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
@@ -105,7 +105,7 @@ void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output, std:
     }
     for (auto& sequence : sequenceInputs_) {
         // Plug-ins extrapolate later positions, as time never jumps.
-        if (isFirstBlock_ && sequence.takesTimePosition) {
+        if (isFirstQuantum_ && sequence.takesTimePosition) {
             sequence.buffer.writeTimePosition(sampleTime);
         } else {
             sequence.buffer.clearForInput();

@@ -73,7 +73,7 @@ class LV2Process {
     std::vector<SequenceOutput> sequenceOutputs_;
     std::vector<std::vector<float>> cvBuffers_;
     int latencyControl_ = -1;  // Index in controlOutputs_; below 0 without one.
-    bool isFirstBlock_ = true;
+    bool isFirstQuantum_ = true;
     std::atomic<std::uint32_t> latency_{0};
 };
 

@@ -51,6 +51,7 @@ class LV2SequenceReader {
     const LV2_Atom_Event* event() const noexcept { return event_; }
     /// Its frame in the quantum.
     std::uint32_t frame() const noexcept { return frame_; }
+    /// Moves to the next event. event() must not be null.
     void next() noexcept;
 
   private:

@@ -14,7 +14,7 @@ namespace orvalo {
 /// A plug-in's saved state: its control values and its properties by the state extension.
 using LV2State = std::shared_ptr<const LilvState>;
 
-/// Takes ownership of a state of lilv's. The world must outlive it.
+/// Takes ownership of a state. The world must outlive it.
 inline LV2State keep(LV2World& world, LilvState* state) {
     return {state, [&world](const LilvState* kept) {
                 const LV2World::Access access(world);

@@ -7,7 +7,7 @@
 namespace orvalo {
 
 namespace {
-// Requests are paths and small records; the extension allows to refuse one that does not fit.
+// Requests are paths and small records; the extension allows refusing a request that does not fit.
 constexpr std::size_t kRingSize = 128U << 10U;
 }  // namespace
 

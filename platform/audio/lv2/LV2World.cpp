@@ -10,7 +10,7 @@ namespace orvalo {
 
 namespace {
 
-bool speaksOf(const LV2Bundle& bundle, const std::string& uri) {
+bool describes(const LV2Bundle& bundle, const std::string& uri) {
     return std::find(bundle.resources.begin(), bundle.resources.end(), uri) !=
            bundle.resources.end();
 }
@@ -55,7 +55,7 @@ std::vector<std::string> LV2World::bundlesOf(const std::string& pluginURI) {
     const std::scoped_lock lock(mutex_);
     std::vector<std::string> result;
     for (const auto& bundle : bundles()) {
-        if (speaksOf(bundle, pluginURI)) {
+        if (describes(bundle, pluginURI)) {
             result.push_back(bundle.path.native());
         }
     }
@@ -82,7 +82,7 @@ void LV2World::load(const std::string& pluginURI) {
         return;
     }
     for (const auto& bundle : bundles()) {
-        if (speaksOf(bundle, pluginURI) && loadedBundles_.insert(bundle.uri).second) {
+        if (describes(bundle, pluginURI) && loadedBundles_.insert(bundle.uri).second) {
             const LilvPointer<LilvNode> uri(lilv_new_uri(lilv_.get(), bundle.uri.c_str()));
             lilv_world_load_bundle(lilv_.get(), uri.get());
         }

@@ -28,8 +28,8 @@ template <typename Type>
 using LilvPointer = std::unique_ptr<Type, LilvDeleter>;
 
 /// The LV2 plug-ins of a search path. Manifests are read once, at the first use; lilv loads the
-/// bundles that speak of a plug-in when that plug-in is asked for. Any thread; lilv itself is not
-/// thread-safe, so Access serialises its use.
+/// bundles that describe a plug-in when the plug-in is first requested. Any thread; lilv itself is
+/// not thread-safe, so Access serialises its use.
 class LV2World {
   public:
     explicit LV2World(LV2SearchPath searchPath);
@@ -45,19 +45,20 @@ class LV2World {
     /// warning.
     std::vector<LV2Component> components();
 
-    /// The paths of the bundles that speak of a plug-in: its own, and those with presets or codes
-    /// for it. A world of these bundles alone knows the same of the plug-in as this world.
+    /// The paths of the bundles that describe a plug-in: its own, and those with presets or codes
+    /// for it. A world of these bundles alone has the same data of the plug-in as this world.
     std::vector<std::string> bundlesOf(const std::string& pluginURI);
 
     /// Exclusive use of lilv, for the object's life. Does not nest. Every call of a lilv function
-    /// needs one, but for running, connecting and activating an instance.
+    /// needs an Access, except for running, connecting and activating an instance.
     class Access {
       public:
         explicit Access(LV2World& world) : lock_(world.mutex_), world_(world) {}
 
         LilvWorld* lilv() const { return world_.lilv_.get(); }
         LilvPointer<LilvNode> uri(const char* text) const;
-        /// The plug-in with that URI, with all bundles loaded that speak of it; null without one.
+        /// The plug-in with that URI, with all bundles loaded that describe it; null when there is
+        /// none.
         const LilvPlugin* plugin(const std::string& uri) const;
 
       private:

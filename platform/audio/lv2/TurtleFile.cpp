@@ -100,7 +100,7 @@ std::optional<std::string> readTurtle(const std::string& path, std::size_t limit
     if (stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR)) {
         return std::nullopt;
     }
-    // To open a pipe would block.
+    // Opening a pipe would block.
     if (status.st_mode != 0 && !S_ISREG(status.st_mode)) {
         g_warning("%s is no regular file; it is ignored.", path.c_str());
         return std::nullopt;

@@ -9,7 +9,7 @@
 
 namespace orvalo {
 
-/// One statement of a Turtle text, for the time of the call that brings it.
+/// One statement of a Turtle text; valid during the call of the handler.
 class TurtleStatement {
   public:
     TurtleStatement(const SerdEnv* environment, const SerdNode* subject, const SerdNode* predicate,
@@ -32,8 +32,8 @@ class TurtleStatement {
     const SerdNode* object_;
 };
 
-/// The bytes of a regular file of at most `limit` bytes; nothing without one. A warning names a
-/// path that is no regular file, is too large or cannot be read.
+/// The bytes of a regular file of at most `limit` bytes; absent when there is none. A warning names
+/// a path that is not a regular file, is too large or cannot be read.
 std::optional<std::string> readTurtle(const std::string& path, std::size_t limit);
 
 /// Calls `handler` with each statement of a Turtle text whose own URI is `base`. Returns the

@@ -14,7 +14,7 @@
 namespace orvalo {
 
 std::unique_ptr<AudioOutput> AudioOutput::system() {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing of ours changes the environment.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the application does not change the environment.
     const char* variable = std::getenv("ORVALO_AUDIO_OUTPUT");
     const std::string setting = variable != nullptr ? variable : "auto";
     std::vector<std::unique_ptr<OutputDevice>> devices;

@@ -18,9 +18,10 @@ class AudioOutputSource {
     /// a RealTimeScope and with denormals flushed to zero.
     virtual void renderOutput(const AudioBlock& block) noexcept = 0;
 
-    /// The output's format has changed: another device has replaced it, or start() opened another
-    /// one than format() had seen. A control thread of the output's; nothing renders until it
-    /// returns. stop() waits for it, so it must not take a lock that the caller of stop() holds.
+    /// The output's format has changed: another device has replaced the first, or start() opened a
+    /// device other than format() had found. A control thread of the output; nothing renders until
+    /// the call returns. stop() waits for the call, so it must not lock a mutex that the caller of
+    /// stop() holds.
     virtual void outputFormatChanged(const AVAudioFormat& format) = 0;
 };
 
@@ -34,13 +35,13 @@ class AudioOutput {
     /// warning and counts as auto. Opens no device yet.
     static std::unique_ptr<AudioOutput> system();
 
-    /// The format that the source must render. Before start() the one that start() would most
-    /// likely open. One control thread at a time.
+    /// The format that the source must render. Before start() this is the format that start() would
+    /// most likely open. One control thread at a time.
     virtual AVAudioFormat format() = 0;
 
     /// Opens a device and plays source until stop(). A log line names the output. A device that
-    /// dies later is reopened, or replaced by the null output. Throws NSError when there is no
-    /// output.
+    /// dies later is reopened, or replaced by another device or a silent clock. Throws NSError when
+    /// there is no output.
     virtual void start(AudioOutputSource& source) = 0;
 
     /// Ends playing; no call to the source is under way when it returns. Not from the source.

@@ -13,7 +13,7 @@ namespace orvalo {
 
 using JackClient = std::unique_ptr<jack_client_t, int (*)(jack_client_t*)>;
 
-/// All calls that open or close JACK clients.
+/// Serialises all calls that open or close JACK clients.
 LibraryCalls& libjack();
 
 /// Opens a client of the server that already runs; sends libjack's messages to GLib's log, as debug

@@ -11,10 +11,10 @@ namespace orvalo {
 
 namespace {
 
-// Many times what a server takes on a machine that is not busy.
+// Many times the duration of a probe on an idle machine.
 constexpr std::chrono::milliseconds kProbeLimit{2000};
 
-/// Sets the promise before it closes the client, which takes a third of the whole time.
+/// Sets the promise before it closes the client: closing needs a third of the time.
 void probeServer(std::promise<OutputFacts>& facts) {
     try {
         const auto client = openJackClient("Orvalo look");
@@ -27,7 +27,7 @@ void probeServer(std::promise<OutputFacts>& facts) {
 }  // namespace
 
 JackDevice::~JackDevice() {
-    // libjack's client would use what a program that ends meanwhile destroys.
+    // Otherwise a call into libjack would use objects that the ending program destroys.
     if (probe_) {
         probe_->end.wait_for(kProbeLimit);
     }
@@ -35,7 +35,7 @@ JackDevice::~JackDevice() {
 
 OutputFacts JackDevice::probe() {
     std::chrono::milliseconds limit{0};
-    // The facts of an old probe that has ended meanwhile are out of date.
+    // The facts of an earlier probe are out of date.
     if (!probe_ || probe_->facts.wait_for(limit) == std::future_status::ready) {
         const auto facts = std::make_shared<std::promise<OutputFacts>>();
         auto end = libjack().start([facts] { probeServer(*facts); });

@@ -26,7 +26,7 @@ class JackDevice : public OutputDevice {
         std::shared_future<OutputFacts> facts;
         std::future<void> end;
     };
-    std::optional<Probe> probe_;  ///< The last one. The next one starts when it has its facts.
+    std::optional<Probe> probe_;  ///< The last probe. The next starts when this has its facts.
 };
 
 }  // namespace orvalo

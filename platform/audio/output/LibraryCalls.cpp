@@ -8,7 +8,7 @@ namespace orvalo {
 std::packaged_task<void()> LibraryCalls::inTurn(std::function<void()> work) {
     return std::packaged_task<void()>([this, work = std::move(work)]() mutable {
         const std::lock_guard lock(turn_);
-        // What the work owns is destroyed before the turn ends.
+        // Destroys what the work owns before the turn ends.
         const auto current = std::move(work);
         current();
     });

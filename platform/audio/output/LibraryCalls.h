@@ -12,12 +12,12 @@ namespace orvalo {
 /// object for each library; it lives as long as the program.
 class LibraryCalls {
   public:
-    /// Starts work on a thread of its own, after the work that was started before. The future
-    /// becomes ready at its end; dropping it does not wait. Any thread.
+    /// Starts work on a new thread, after the work that was started before. The future becomes
+    /// ready when the work ends; destroying the future does not wait. Any thread.
     std::future<void> start(std::function<void()> work);
-    /// The same, and waits for the end at most for limit; true when the work has ended. Otherwise
-    /// it goes on alone, so it owns or shares all that it uses. Throws what the work throws in
-    /// time. Any thread.
+    /// As start(), and waits until the work ends, at most for limit. False when the limit has
+    /// passed: the work then continues, so it must own or share all that it uses. Throws what the
+    /// work throws within the limit. Any thread.
     bool finishWithin(std::chrono::milliseconds limit, std::function<void()> work);
 
   private:

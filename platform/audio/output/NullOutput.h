@@ -9,8 +9,8 @@
 
 namespace orvalo {
 
-/// An output that renders blocks of exactly one quantum by the monotonic clock and discards them.
-/// It logs nothing.
+/// An output that renders quanta of a fixed size by the monotonic clock and discards them. It logs
+/// nothing.
 class NullOutput : public AudioOutput {
   public:
     /// quantumFrames: above 0.

@@ -2,8 +2,8 @@
 
 namespace orvalo {
 
-/// Asks the system for a real-time priority for the calling thread, which must be one of ours. A
-/// refusal is a debug message. Not inside a RealTimeScope.
+/// Asks the system for a real-time priority for the calling thread, which the application must have
+/// created. A refusal is a debug message. Not inside a RealTimeScope.
 void requestRealTimePriority() noexcept;
 
 }  // namespace orvalo

@@ -31,7 +31,7 @@ unsigned int openAndStart(RtAudio& library, StreamRequest request, Report /*repo
 
 std::unique_ptr<RtAudio> make(RtAudio::Api api, Report /*report*/) {
     auto library = std::make_unique<RtAudio>(api);
-    // An open stream reports its warnings all the same; before, they go to standard error.
+    // An open stream reports its warnings anyway; earlier ones would be printed on standard error.
     library->showWarnings(false);
     return library;
 }

@@ -17,14 +17,16 @@ using ErrorType = RtAudioErrorType;
 using ErrorType = RtAudioError::Type;
 #endif
 
-/// Receives RtAudio's errors and warnings, on the thread that they happen on.
+/// Receives RtAudio's errors and warnings, on the thread where they occur.
 using Report = void (*)(ErrorType type, const std::string& text);
 
+/// Creates the library for one sound system.
 std::unique_ptr<RtAudio> make(RtAudio::Api api, Report report);
 
-/// The devices that are there now, as StreamParameters::deviceId takes them.
+/// The present devices, for StreamParameters::deviceId.
 std::vector<unsigned int> deviceIds(RtAudio& library);
 
+/// The arguments of RtAudio::openStream().
 struct StreamRequest {
     RtAudio::StreamParameters parameters;
     RtAudio::StreamOptions options;

@@ -18,10 +18,10 @@ namespace {
 
 constexpr std::chrono::milliseconds kOpeningLimit{2000};
 constexpr std::chrono::milliseconds kClosingLimit{500};
-// The callback's answers.
+// The callback's return values.
 constexpr int kContinue = 0;
 constexpr int kAbort = 2;
-/// Buffers between us and the device, of one quantum each.
+/// Buffers between the application and the device, of one quantum each.
 constexpr unsigned int kBufferCount = 3;
 
 /// The calls into one system's part of RtAudio.
@@ -59,8 +59,8 @@ struct RtAudioStream::Session {
     std::uint32_t channelCount = 0;
     std::unique_ptr<RtAudio> library;
 
-    /// The session that the calling thread renders. RtAudio 5 reports errors without an argument of
-    /// ours, but on the render thread.
+    /// The session that the calling thread renders. RtAudio 5 reports errors without a user
+    /// argument, but on the render thread.
     static thread_local Session* current;
 
     /// Returns the frames of the quantum. Leaves nothing open when it throws.
@@ -118,7 +118,7 @@ int RtAudioStream::Session::render(void* output, void* /*input*/, unsigned int f
 
 void RtAudioStream::Session::report(rtaudio::ErrorType /*type*/, const std::string& text) {
     g_debug("RtAudio: %s", text.c_str());
-    // After an underrun, which only its text tells from other warnings, the stream goes on.
+    // After an underrun the stream continues; only the text distinguishes it from other warnings.
     if (current != nullptr && text.find("underrun.") == std::string::npos) {
         current->feed->markEnded();
     }

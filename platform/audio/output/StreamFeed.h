@@ -15,7 +15,7 @@ namespace orvalo {
 /// and its supervisor share it, so a stream that outlives its owner renders silence.
 class StreamFeed {
   public:
-    /// supervisor: is woken when the stream ends; may be null.
+    /// supervisor: woken when the stream ends; may be null.
     explicit StreamFeed(std::shared_ptr<WakeSignal> supervisor = nullptr);
     ~StreamFeed();
     StreamFeed(const StreamFeed&) = delete;

@@ -221,7 +221,7 @@ void SupervisedOutput::replaceStream() {
 }
 
 void SupervisedOutput::returnToDevice() {
-    // The clock plays on meanwhile: a probe and an opening may take seconds.
+    // Keeps the clock playing, because probing and opening may need seconds.
     Playing clock = std::exchange(playing_, {});
     if (openAny(nullptr)) {
         clock.feed->disconnect();

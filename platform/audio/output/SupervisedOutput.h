@@ -16,9 +16,9 @@
 
 namespace orvalo {
 
-/// An output over devices that come and go. A control thread watches the stream that plays. When
-/// the stream ends or stops rendering, the thread opens the same device again, else another one,
-/// else a silent clock, which it replaces as soon as a device opens.
+/// An output over devices that may disappear and return. A control thread watches the stream that
+/// plays. When the stream ends or stops rendering, the thread opens the same device again, else
+/// another one, else a silent clock, which it replaces as soon as a device opens.
 class SupervisedOutput final : public AudioOutput {
   public:
     struct Timing {
@@ -87,7 +87,7 @@ class SupervisedOutput final : public AudioOutput {
     std::thread thread_;
     std::atomic<bool> stopping_{false};
 
-    mutable std::mutex facts_;  ///< Guards the members below; never held over a call to others.
+    mutable std::mutex facts_;  ///< Guards the members below; never held during a device's calls.
     std::optional<AVAudioFormat> reportedFormat_;
     std::shared_ptr<StreamFeed> countedFeed_;
     std::uint64_t earlierXruns_ = 0;  ///< Of the streams since start() that have ended.

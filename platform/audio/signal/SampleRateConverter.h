@@ -15,10 +15,10 @@ namespace orvalo {
 /// channel is repeated to many; many are mixed to one by their mean; otherwise channels map by
 /// index and missing ones are silent. The constructor allocates all that convert() needs.
 ///
-/// There is no delay: output frame k is the input at the time k / output rate. So the filter looks
-/// ahead: the first call needs some 70 input frames more than the ratio of the rates gives (or 70
-/// output frames' worth when the rate falls), each later call the ratio within one frame. Rates are
-/// rounded to whole hertz. The sizes of the calls do not change a bit of the output.
+/// There is no delay: output frame k is the input at the time k / output rate. For that the filter
+/// looks ahead: the first call needs some 70 input frames more than the ratio of the rates gives
+/// (or 70 output frames' worth when the rate falls), each later call the ratio within one frame.
+/// Rates are rounded to whole hertz. The sizes of the calls do not change a bit of the output.
 class SampleRateConverter {
   public:
     SampleRateConverter(const AVAudioFormat& from, const AVAudioFormat& to);

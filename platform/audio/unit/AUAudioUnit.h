@@ -53,15 +53,15 @@ class AUAudioUnit : public NSObject {
     /// Audio channels in and out, fixed for the effect; either may be 0.
     virtual std::uint32_t inputChannelCount() const = 0;
     virtual std::uint32_t outputChannelCount() const = 0;
-    /// Frames by which the output lags behind the input, as reported last.
+    /// Frames by which the output lags behind the input, as the effect reported last.
     virtual std::uint32_t latency() const = 0;
 
-    /// Whether rendering is offline, so that a quantum may take longer than it lasts; false at
-    /// first. Never while render() may be called.
+    /// Whether rendering is offline, so that rendering a quantum may take longer than its duration;
+    /// false at first. Never while render() may be called.
     virtual void setRenderingOffline(bool /*isOffline*/) {}
 
     /// Prepares the unit to render at a rate (Hz), in calls of up to kMaximumFramesToRender frames.
-    /// A new rate instantiates the effect anew with the same state. Never while render() may be
+    /// A new rate instantiates the effect again with the same state. Never while render() may be
     /// called. Throws NSError.
     virtual void allocateRenderResources(double sampleRate) = 0;
 

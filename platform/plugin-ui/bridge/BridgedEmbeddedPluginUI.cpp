@@ -11,8 +11,8 @@ namespace orvalo {
 
 namespace {
 
-// How long a visible UI may be without a window, in milliseconds. More than ServiceLost needs to
-// arrive after the windows of a service that died have gone.
+// How long a visible UI may be without a window, in milliseconds. Longer than ServiceLost needs to
+// arrive after the windows of a service that died.
 constexpr unsigned kWindowTimeout = 2000;
 
 /// A pointer whose last copy may be released on any thread; the object itself is released on the

@@ -18,7 +18,7 @@ namespace orvalo {
 
 namespace {
 
-/// The connection that all open UIs share; null when the X server takes none.
+/// The connection that all open UIs share; null when the X server accepts none.
 std::shared_ptr<X11Connection> connection() {
     static std::weak_ptr<X11Connection> open;
     auto result = open.lock();
@@ -52,7 +52,7 @@ std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<LV2Local
         [unit, data, library = std::move(library)](const auto& connection, const auto& parent) {
             return std::make_unique<LV2EmbeddedPluginUI>(connection, unit, data, parent);
         },
-        // Making the UI takes this thread's time, which other work may need first.
+        // Making the UI occupies this thread, which other work may need first.
         G_PRIORITY_DEFAULT_IDLE);
 }
 
@@ -143,7 +143,7 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
         const auto server = connection();
         if (server == nullptr) {
             throw pluginUIError(LV2ErrorCode::noPluginUI, data_.plugin,
-                                "the X server takes no further connection");
+                                "the X server accepts no further connection");
         }
         pluginUI_ = open_(server, {.toplevel = place.toplevel,
                                    .scaleFactor = static_cast<double>(place.scaleFactor),

@@ -13,14 +13,14 @@
 namespace orvalo {
 
 /// The X11 UI of an LV2 unit, whose code runs in this process or in an effect service. The UI is
-/// opened, hidden, when its view gets a toplevel window, and closed when the view leaves that.
-/// Where the UI cannot be opened, has closed or is restarting, the view says so; a UI that failed
-/// or closed is opened again when the view next comes on screen. Main thread.
+/// opened, hidden, when its view gets a toplevel window, and closed when the view leaves that
+/// window. Where the UI cannot be opened, has closed or is restarting, the view says so; a UI that
+/// failed or closed is opened again when the view next appears on screen. Main thread.
 class LV2ViewController : public AUViewController {
   public:
-    /// From now on requestViewController() of an LV2 unit gives such a controller; null, with a
-    /// line on standard error that names the plug-in and the reason, when its UI cannot be embedded
-    /// here. Once, at the program's start.
+    /// From now on requestViewController() of an LV2 unit returns such a controller; null, with a
+    /// line on standard error that names the plug-in and the reason, when the UI cannot be
+    /// embedded. Call once, at the program's start.
     static void enable();
 
     /// Opens the UI in a toplevel window. Throws NSError.

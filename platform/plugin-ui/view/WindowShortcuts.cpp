@@ -22,7 +22,7 @@ constexpr unsigned kModifierBits = 0xFF;
 constexpr unsigned kSuper = Mod4Mask;
 
 /// The triggers that the key may mean: in its own keyboard group first, then in the other groups,
-/// for shortcuts with letters that the first has not.
+/// for shortcuts with letters that the first lacks.
 std::vector<Held<GtkShortcutTrigger>> triggersOf(GdkDisplay* display, const X11Key& key) {
     const auto state = static_cast<GdkModifierType>(key.state & kModifierBits);
     unsigned modifiers = key.state & (GDK_SHIFT_MASK | GDK_CONTROL_MASK | GDK_ALT_MASK);

@@ -6,10 +6,10 @@
 
 namespace orvalo {
 
-/// Activates the window's shortcut for a key that did not come to GTK, such as one that a plug-in
-/// UI does not use. Looks at the shortcut controllers of mapped, sensitive widgets, except for
-/// local ones, whose widget would need the keyboard focus. widget: any in the window. False when no
-/// shortcut took the key. The window may be gone afterwards. Main thread.
+/// Activates the window's shortcut for a key that did not reach GTK, such as one that a plug-in UI
+/// does not use. Looks at the shortcut controllers of mapped, sensitive widgets, except for local
+/// ones, whose widget would need the keyboard focus. widget: any in the window. False when no
+/// shortcut took the key. The shortcut may destroy the window. Main thread.
 bool activateShortcut(GtkWidget* widget, const X11Key& key);
 
 }  // namespace orvalo

@@ -157,8 +157,9 @@ void X11ContainerView::setMessage(const std::string& message) {
 void X11ContainerView::mapped() {
     clock_ = gtk_widget_get_frame_clock(content_);
     g_object_ref(clock_);
-    // GTK does not report a move by an ancestor, but draws a frame for it. "layout" comes early
-    // enough for the foreign window to be drawn while GTK draws; "after-paint" catches the rest.
+    // GTK does not report a move by an ancestor, but draws a frame for it. "layout" is emitted
+    // early enough for the foreign window to be drawn while GTK draws; "after-paint" catches the
+    // rest.
     const auto update = G_CALLBACK(forward<&X11ContainerView::updatePlace>);
     g_signal_connect_after(clock_, "layout", update, this);
     g_signal_connect(clock_, "after-paint", update, this);

@@ -38,12 +38,12 @@ class X11ContainerView : public UIView {
     /// The view is in a toplevel that exists, whether on screen or not. The place has no area yet.
     /// May be empty.
     std::function<void(const Place&)> onToplevel;
-    /// The view has come on screen, with an area that is not empty, or its place has changed. May
-    /// be empty.
+    /// The view has appeared on screen, with an area that is not empty, or its place has changed.
+    /// May be empty.
     std::function<void(const Place&)> onPlace;
     /// The view is not on screen any more. May be empty.
     std::function<void()> onHidden;
-    /// The view leaves its toplevel, or that is about to go. May be empty.
+    /// The view leaves its toplevel, or the toplevel is about to be destroyed. May be empty.
     std::function<void()> onLeaving;
 
   private:

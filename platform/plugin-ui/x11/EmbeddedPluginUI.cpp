@@ -19,8 +19,8 @@ std::string EmbeddedPluginUI::display() const {
 }
 
 void EmbeddedPluginUI::makeContainer() {
-    // The X server may give the new UI's window the number of the old one, whose end the old
-    // container has still to hear of; and two containers would handle the toplevel's keys twice.
+    // The X server may give the new UI's window the number of the old one before the old container
+    // has received its DestroyNotify; and two containers would handle the toplevel's keys twice.
     dropContainer();
     container_ = std::make_shared<X11Container>(connection_, parent_.toplevel, parent_.size);
     container_->setFixedSize(isFixedSize_);

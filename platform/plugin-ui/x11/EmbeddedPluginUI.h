@@ -13,7 +13,7 @@
 namespace orvalo {
 
 /// A plug-in UI inside a toplevel window: the container around the UI's window, and its events. The
-/// derived classes say where the UI's code runs. Main thread.
+/// derived classes differ in the process that runs the UI's code. Main thread.
 class EmbeddedPluginUI {
   public:
     /// The toplevel window and what the UI has to know of it.
@@ -37,7 +37,7 @@ class EmbeddedPluginUI {
     void setVisible(bool isVisible);
     /// The sizes that the UI can be shown at.
     const X11SizeRules& rules() const;
-    /// Whether the effect service is restarting, and the UI gone until it has.
+    /// Whether the effect service is restarting; until it has restarted there is no UI.
     bool isRestarting() const { return isRestarting_; }
 
     /// rules() or isRestarting() has changed. May be empty.

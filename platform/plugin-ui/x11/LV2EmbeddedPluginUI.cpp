@@ -6,7 +6,7 @@ namespace orvalo {
 
 namespace {
 
-// Below GTK's drawing, which has 120, so that a UI cannot hold it up.
+// Below GTK's drawing, which has 120, so that a UI cannot delay it.
 constexpr int kUpdatePriority = 125;
 // Two seconds at least.
 constexpr int kMaximumUpdatesWithoutWindow = 120;

@@ -11,9 +11,9 @@
 
 namespace orvalo {
 
-/// The embedded UI of a unit in this process. A UI that accesses the plug-in's instance is made
-/// anew when that is replaced. The object may be destroyed while the UI's own code runs the main
-/// loop: the UI is cleaned up when that code returns, at once otherwise. Main thread.
+/// The embedded UI of a unit in this process. A UI that accesses the plug-in's instance is
+/// recreated when the instance is replaced. The object may be destroyed while the UI's own code
+/// runs the main loop: the UI is cleaned up when that code returns, at once otherwise. Main thread.
 class LV2EmbeddedPluginUI : public EmbeddedPluginUI {
   public:
     /// Opens the UI. The data's library must stay loaded for the object's life. Throws NSError.

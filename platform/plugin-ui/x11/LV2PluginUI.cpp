@@ -92,7 +92,7 @@ bool LV2PluginUI::update() {
 
 void LV2PluginUI::setSize(X11Size size) {
     if (resize_ != nullptr && resize_->ui_resize != nullptr) {
-        // This extension takes the UI's handle, not the host's.
+        // This extension expects the UI's handle, not the host's.
         resize_->ui_resize(suil_instance_get_handle(instance_.get()), size.width, size.height);
     }
 }
@@ -161,7 +161,7 @@ bool LV2PluginUI::writeControl(std::uint32_t port, std::uint32_t size, const voi
     if (!std::isfinite(value)) {
         return false;
     }
-    // Sending the value back would fight with the user's hand.
+    // A value sent back would move the control while the user drags it.
     shown_[port] = value;
     isShown_[port] = true;
     connection_.unit->controls().setValue(port, value);

@@ -44,7 +44,7 @@ class LV2PluginUI {
     /// Tells the UI the size of its window, where the UI has the extension for that.
     void setSize(X11Size size);
 
-    /// Whether the UI accesses an instance that has been replaced: make the UI anew then.
+    /// Whether the UI accesses an instance that has been replaced: recreate the UI then.
     bool isOutdated() const;
 
   private:

@@ -13,7 +13,7 @@ namespace orvalo {
 /// The error "The UI of <plugin> cannot be shown: reason.". reason: a clause without a full stop.
 NSError pluginUIError(LV2ErrorCode code, const std::string& plugin, const std::string& reason);
 
-/// What the data say of a plug-in's X11 UI. The host has all that the UI requires.
+/// A plug-in's X11 UI as its data describe it. The host supports everything that the UI requires.
 struct LV2PluginUIData {
     std::string plugin;
     std::string uri;

@@ -93,7 +93,7 @@ int LV2PluginUIFeatures::resize(LV2UI_Feature_Handle handle, int width, int heig
 }
 
 bool LV2PluginUIFeatures::isOffered(const std::string& uri) {
-    // The last four ask nothing of the host that it would have to offer.
+    // The last four need nothing from the host.
     static const std::array<std::string, 17> offered{LV2_URID__map,
                                                      LV2_URID__unmap,
                                                      LV2_OPTIONS__options,

@@ -7,9 +7,9 @@
 namespace orvalo {
 
 /// The timer in the main loop that lets a UI work: LV2PluginUI::kUpdateRate while the UI is visible
-/// and seldom while it is hidden. The first call comes soon, so that the UI prepares its picture;
-/// some come in quick succession when the UI becomes visible, because it has to redraw then. Main
-/// thread.
+/// and seldom while it is hidden. The first call follows soon, so that the UI prepares its picture;
+/// when the UI becomes visible, some calls follow in quick succession, because it has to redraw.
+/// Main thread.
 class PluginUITimer {
   public:
     /// Starts for a hidden UI. priority: of the source in the main loop. work may destroy the

@@ -73,7 +73,7 @@ X11Connection::X11Connection(Display* display) : display_(display) {
                                   nullptr,         nullptr,       nullptr};
     source_.reset(g_source_new(&functions, sizeof(Source)));
     reinterpret_cast<Source*>(source_.get())->connection = this;
-    // Below GTK's drawing, which has 120, so that a UI cannot hold it up.
+    // Below GTK's drawing, which has 120, so that a UI cannot delay it.
     constexpr int kPriority = 125;
     g_source_set_priority(source_.get(), kPriority);
     g_source_add_unix_fd(source_.get(), XConnectionNumber(display_), G_IO_IN);
@@ -95,7 +95,8 @@ void X11Connection::setHandler(unsigned long window, Handler handler) {
 void X11Connection::dispatch() {
     // A handler may release the connection.
     const auto self = shared_from_this();
-    // Only events that are here already, so that a UI that draws without end cannot hold the loop.
+    // Handles only events that have arrived, so that a UI that draws without end cannot block the
+    // loop.
     for (int count = XPending(display_); count > 0; --count) {
         XEvent event;
         XNextEvent(display_, &event);

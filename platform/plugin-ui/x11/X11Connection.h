@@ -13,14 +13,14 @@ using XEvent = union _XEvent;  // NOLINT(bugprone-reserved-identifier): Xlib's o
 namespace orvalo {
 
 /// The host's own connection to an X server, beside the toolkit's. The main run loop delivers its
-/// events; its errors are ignored, because a UI's windows may go at any time. When the server ends,
-/// there are no more events. Main thread.
+/// events; its errors are ignored, because a UI may destroy its windows at any time. When the
+/// server ends, there are no more events. Main thread.
 class X11Connection : public std::enable_shared_from_this<X11Connection> {
   public:
     using Handler = std::function<void(const XEvent&)>;
 
-    /// display: the server's name, as in DISPLAY, which counts where it is empty. Null when the
-    /// server cannot be reached.
+    /// display: the server's name; empty for that in DISPLAY. Null when the server cannot be
+    /// reached.
     static std::shared_ptr<X11Connection> open(const std::string& display);
     /// Its windows are destroyed with it.
     ~X11Connection();
@@ -29,12 +29,12 @@ class X11Connection : public std::enable_shared_from_this<X11Connection> {
 
     Display* display() const { return display_; }
 
-    /// Sets the handler of a window's events, which may remove itself. One handler a window.
+    /// Sets the handler of a window's events, which may remove itself. One handler per window.
     void setHandler(unsigned long window, Handler handler);
     void removeHandler(unsigned long window) { handlers_.erase(window); }
 
     /// Sets a handler of button presses anywhere on the screen, in the windows of all clients,
-    /// without the wheel's. One handler an owner. Never called where the server has no XInput 2.
+    /// without the wheel's. One handler per owner. Never called where the server has no XInput 2.
     void setPressHandler(const void* owner, std::function<void()> handler);
     void removePressHandler(const void* owner) { pressHandlers_.erase(owner); }
 

@@ -25,7 +25,7 @@ class X11Container {
     X11Container& operator=(const X11Container&) = delete;
 
     unsigned long window() const { return window_->id; }
-    /// Keeps the window beyond the container's life, for a UI that has still to clean up in it.
+    /// Keeps the window beyond the container's life, for a UI that still has to clean up in it.
     /// Main thread.
     std::shared_ptr<const void> hold() const { return window_; }
 
@@ -35,7 +35,7 @@ class X11Container {
     void adopt(unsigned long child);
     /// Whether the UI has a window in the container.
     bool hasChild() const { return child_ != 0; }
-    /// Manages the UI's window no longer, which may be destroyed soon.
+    /// Stops managing the UI's window, which may be destroyed soon.
     void release();
 
     /// The UI's area and the visible part of it, both in the parent's pixels.

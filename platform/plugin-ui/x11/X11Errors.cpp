@@ -21,7 +21,7 @@ struct State {
 };
 
 State& state() {
-    // Never destroyed, because errors may come until the process ends.
+    // Never destroyed, because errors may occur until the process ends.
     static auto* const shared = new State;
     return *shared;
 }
@@ -60,7 +60,7 @@ void X11Errors::installHandler() {
     const auto previous = XSetErrorHandler(handle);
     auto& shared = state();
     const std::scoped_lock lock(shared.mutex);
-    // Only the first can be the one that the toolkit relies on; later ones are of UIs.
+    // Keeps the first handler, which the toolkit may rely on; later ones belong to UIs.
     if (shared.previous == nullptr && previous != handle) {
         shared.previous = previous;
     }

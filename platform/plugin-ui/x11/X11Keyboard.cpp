@@ -20,9 +20,9 @@ bool isFocusMove(const XFocusChangeEvent& event) {
 X11Keyboard::X11Keyboard(std::shared_ptr<X11Connection> connection, unsigned long toplevel,
                          unsigned long container)
     : connection_(std::move(connection)), toplevel_(toplevel), container_(container) {
-    // After a click the window manager focuses the toplevel, and the toolkit then focuses a window
-    // of its own: takeFocus() has to come after both. UIs send unused keys with the mask for keys,
-    // or without a mask, in which case they come to the client that created the window.
+    // After a click the window manager focuses the toplevel, and the toolkit then focuses its own
+    // window: takeFocus() has to follow both. UIs send unused keys with the mask for keys, or
+    // without a mask, in which case the client that created the window gets them.
     XSelectInput(connection_->display(), toplevel_, FocusChangeMask | KeyPressMask);
     connection_->setHandler(toplevel_, [this](const XEvent& event) {
         if (event.type == FocusIn || event.type == FocusOut) {
@@ -72,7 +72,7 @@ void X11Keyboard::handle(const XEvent& event) {
 }
 
 void X11Keyboard::reportKey(const XEvent& event) const {
-    // A key that was not sent has come to the toolkit, too.
+    // A key that was not sent has reached the toolkit, too.
     if (hasKeyboard_ && event.xkey.send_event != False) {
         if (const auto use = onUnusedKey) {
             use({event.xkey.keycode, event.xkey.state});

@@ -15,10 +15,10 @@ struct X11Key {
 
 /// The keyboard of an embedded UI. A click into the UI focuses the toplevel itself, provided that
 /// the toplevel has the keyboard: the X server then offers each key first to the window under the
-/// pointer, and to the toplevel where that window does not take it. The previous focus returns when
-/// the pointer leaves the UI, the user clicks elsewhere in the toplevel, or the UI is hidden; at
-/// once when the UI takes the focus without a click. Keys that the UI gets but sends on, because it
-/// does not use them, are reported: GTK ignores sent keys. One for a toplevel at a time. Main
+/// pointer, and to the toplevel where that window does not accept it. The previous focus returns
+/// when the pointer leaves the UI, the user clicks elsewhere in the toplevel, or the UI is hidden;
+/// at once when the UI takes the focus without a click. Keys that the UI does not use and sends to
+/// the host are reported, because GTK ignores sent keys. At most one object per toplevel. Main
 /// thread.
 class X11Keyboard {
   public:
@@ -33,7 +33,7 @@ class X11Keyboard {
     /// may be destroyed inside. May be empty.
     std::function<void(const X11Key&)> onUnusedKey;
 
-    /// Takes the container's EnterNotify, LeaveNotify, FocusIn and KeyPress events.
+    /// Handles the container's EnterNotify, LeaveNotify, FocusIn and KeyPress events.
     void handle(const XEvent& event);
     /// Ends the UI's use of the keyboard.
     void restoreFocus();

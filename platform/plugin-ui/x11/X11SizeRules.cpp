@@ -7,7 +7,7 @@ namespace orvalo {
 
 namespace {
 
-// Hints come from the UI, and may be any number.
+// The UI sets the hints, which may be any numbers.
 int clamped(int length, int smallest, int largest) {
     return std::min(std::max(std::min(length, largest), std::max(1, smallest)),
                     X11SizeRules::kNoLimit);

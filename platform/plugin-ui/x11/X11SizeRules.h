@@ -20,7 +20,7 @@ struct X11SizeRules {
     X11Size largest{kNoLimit, kNoLimit};
     std::optional<Aspect> narrowest;
     std::optional<Aspect> widest;
-    bool isStatedFixed = false;  ///< The UI's data say that it is.
+    bool isStatedFixed = false;  ///< The UI's data say that its size is fixed.
 
     /// More than any screen.
     static constexpr int kNoLimit = 32767;

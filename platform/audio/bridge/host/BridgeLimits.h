@@ -34,7 +34,7 @@ struct BridgeLimits {
     Milliseconds farewell{500 * kSlowness};
     /// The pause before the next attempt when a service could not be started.
     Milliseconds retryDelay{1000};
-    /// How long the supervisor waits for events at most.
+    /// The longest time that the supervisor waits for events.
     Milliseconds tick{100};
 
     /// Resident memory, in bytes.

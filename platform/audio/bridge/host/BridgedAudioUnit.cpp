@@ -18,8 +18,8 @@ BridgedAudioUnit::PluginUIProvider& pluginUIProvider() {
 }
 
 /// A request for a unit's UI. Runs and destroys the completion on the main thread, also when the
-/// unit or its service ends first: the supervisor's thread holds this object and must not be the
-/// one that destroys the unit.
+/// unit or its service ends first. Holds the unit weakly, because the supervisor's thread holds
+/// this object and must not destroy the unit.
 class PluginUIRequest {
   public:
     using Completion = std::function<void(std::shared_ptr<UIViewController>)>;
@@ -34,7 +34,7 @@ class PluginUIRequest {
     PluginUIRequest(const PluginUIRequest&) = delete;
     PluginUIRequest& operator=(const PluginUIRequest&) = delete;
 
-    /// Once.
+    /// Requests the view controller, or passes null. Call at most once.
     void answer(bool hasPluginUI) {
         DispatchQueue::main()->async([hasPluginUI, weakUnit = std::move(unit_),
                                       completion = std::exchange(completion_, nullptr)] {

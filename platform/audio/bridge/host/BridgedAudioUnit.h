@@ -14,13 +14,14 @@
 namespace orvalo {
 
 /// An LV2 plug-in in an effect service, whose crash cannot take the host down. The output is dry
-/// while the service is late, has ended, or starts again. A preset during which the service dies is
-/// not loaded. The host reads the plug-in's data and never loads its code.
+/// while the service is late, has ended, or restarts. When the service dies while it loads a
+/// preset, that preset is not loaded. The host reads the plug-in's data and never loads its code.
 class BridgedAudioUnit : public LV2AudioUnit {
   public:
     /// Starts the service and waits until the plug-in is instantiated there. program: the path of
     /// effect-service. Throws NSError as LV2LocalAudioUnit does, and when the service cannot be
-    /// started or dies too often before the plug-in is there. The world must outlive the unit.
+    /// started or dies too often before the plug-in is instantiated. The world must outlive the
+    /// unit.
     BridgedAudioUnit(LV2World& world, const std::string& uri,
                      const AudioComponentDescription& description,
                      const std::filesystem::path& program, const BridgeLimits& limits = {});
@@ -37,14 +38,15 @@ class BridgedAudioUnit : public LV2AudioUnit {
     /// How many quanta were dry because the service was late. Any thread.
     std::uint64_t lateQuantumCount() const { return render_.lateQuantumCount(); }
 
-    /// The connection to its UI, as long as the unit lives.
+    /// The connection to the UI; valid while the unit lives.
     PluginUIChannel& pluginUIChannel() { return *pluginUIChannel_; }
 
     /// Makes the view controller of a unit's UI, on the main thread; null, with a line on standard
     /// error that says why, when the plug-in has no UI that can be shown.
     using PluginUIProvider =
         std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<BridgedAudioUnit>&)>;
-    /// Sets the provider of all units, before the first request; empty at first: no unit has a UI.
+    /// Sets the provider of all units; call before the first request. Without a provider no unit
+    /// has a UI.
     static void setPluginUIProvider(PluginUIProvider provider);
 
   private:

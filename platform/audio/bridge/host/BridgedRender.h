@@ -24,7 +24,7 @@ class BridgedRender {
                   const BridgeLimits& limits)
         : midiBlock_(midiBlock), midiOutputCount_(midiOutputCount), limits_(limits) {}
 
-    /// Sets the session for the next quanta; there must be none. Supervisor's thread.
+    /// Sets the session for the next quanta, while there is none. Supervisor's thread.
     void connect(std::unique_ptr<RenderSession> session);
     /// Ends a wait for an answer and removes the session; null without one. Supervisor's thread.
     std::unique_ptr<RenderSession> disconnect();

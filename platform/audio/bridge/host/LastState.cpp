@@ -8,7 +8,7 @@ namespace orvalo {
 namespace {
 
 bool isInRange(float value, const LV2Port& port, double sampleRate) {
-    // The effect may round a bound that is multiplied by the rate in another way.
+    // A bound times the rate may be rounded differently by the effect.
     constexpr double kTolerance = 1e-6;
     const double factor = port.scalesWithRate ? sampleRate : 1.0;
     const double low = port.minimum * factor;

@@ -13,12 +13,12 @@ namespace orvalo {
 /// The last known state of an effect, from which a restarted service continues. One thread.
 struct LastState {
     std::string contextName;
-    double sampleRate = 0.0;  ///< Hz; 0 before the first.
-    std::string state;        ///< As the service sent it, opaque; "" before the first.
+    double sampleRate = 0.0;  ///< Hz; 0 while unknown.
+    std::string state;        ///< As the service sent it, opaque; "" while unknown.
     std::vector<bridge::ControlValue> controls;
 
     /// Takes the control inputs' values that a service left in shared memory, by port index. A
-    /// value that is no number or outside its port's range is ignored.
+    /// value that is not finite or outside its port's range is ignored.
     void takeControls(std::span<const std::atomic<float>> values,
                       const std::vector<LV2Port>& ports);
 };

@@ -17,7 +17,7 @@ class PendingRequests {
     using Time = std::chrono::steady_clock::time_point;
 
     void add(ServiceCommand command, std::uint32_t number, Time now);
-    /// Removes the first request; absent, and nothing changes, when that is not its number.
+    /// Removes and returns the first request if it has that number; absent otherwise.
     std::optional<ServiceCommand> take(std::uint32_t number, Time now);
     /// Removes all requests.
     std::deque<ServiceCommand> takeAll();
@@ -29,8 +29,8 @@ class PendingRequests {
 
     /// "did not answer for 1 s" when the first request has waited too long; "" otherwise.
     std::string overdue(Time now, const BridgeLimits& limits) const;
-    /// What the first request makes the service do, such as " while it loaded a preset"; "" for
-    /// nothing that takes long.
+    /// What the first request makes the service do, such as " while it loaded a preset"; "" for a
+    /// short request.
     std::string activity() const;
 
   private:

@@ -130,7 +130,7 @@ void PluginUIChannel::deliver() {
         event = std::move(events_.front());
         events_.pop_front();
         listener = listener_;
-        // One event a turn, so that the main thread's other work goes on.
+        // One event per turn of the main loop, so that events cannot starve its other work.
         if (!events_.empty()) {
             scheduleDelivery();
         }

@@ -18,9 +18,9 @@ namespace orvalo {
 struct ServiceReady {
     std::uint32_t process = 0;  ///< The number of the service's process, from 1.
 };
-/// The service ended, and its windows with it; the next one starts.
+/// The service ended, and its windows with it; the next service is starting.
 struct ServiceLost {};
-/// The service ended, and no other one starts.
+/// The service ended and is not restarted.
 struct ServiceGivenUp {};
 /// The service cannot open the UI.
 struct PluginUIRefused {
@@ -49,8 +49,8 @@ class PluginUIChannel : public NSObject {
     /// call, ServiceGivenUp soon, nothing while the service starts.
     void setListener(const Listener& listener);
 
-    // Commands for the service whose ServiceReady the listener got last. Dropped where there is no
-    // such service, or not any more.
+    // Commands for the service whose ServiceReady the listener got last. They are dropped before
+    // the first ServiceReady and when that service has ended.
 
     /// Creates the UI, hidden, as a child of an X11 window of that display. The listener gets
     /// PluginUIOpened, PluginUIRefused or ServiceLost. scaleFactor: of the screen, above 0. One UI
@@ -76,7 +76,7 @@ class PluginUIChannel : public NSObject {
     const Send send_;
     std::uint32_t heardProcess_ = 0;  // Of the last ServiceReady; 0 when its service has ended.
 
-    std::mutex mutex_;  // Guards all that follows.
+    std::mutex mutex_;  // Guards the members below.
     Listener listener_;
     std::deque<PluginUIEvent> events_;
     bool isScheduled_ = false;

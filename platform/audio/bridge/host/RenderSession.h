@@ -37,7 +37,7 @@ struct RenderSession {
                handedOver.load(std::memory_order_relaxed);
     }
 
-    /// Waits for that answer; false at the deadline and after end().
+    /// Waits for the answer to the last quantum; false at the deadline and after end().
     bool awaitAnswer(Futex::Deadline deadline) const noexcept {
         const auto& response = audio.control().response;
         const auto wanted = handedOver.load(std::memory_order_relaxed);

@@ -28,7 +28,7 @@ struct ServiceAnswer {
         done,
         refused,    ///< The service answered with an error.
         died,       ///< The service ended before it answered.
-        noService,  ///< The service was given up; no other one starts.
+        noService,  ///< The service was given up and is not restarted.
     };
 
     Kind kind = Kind::done;

@@ -20,7 +20,7 @@ class ServiceLog {
 
     /// For poll(); below 0 when the service has closed the pipe.
     int descriptor() const { return pipe_.get(); }
-    /// Reads what is there, up to 32 KiB.
+    /// Reads the available bytes, up to 32 KiB.
     void read(Clock::time_point now);
     /// Reads the rest, up to 1 MiB, and logs the last line also when it is incomplete.
     void finish(Clock::time_point now);

@@ -36,8 +36,8 @@ bool isInherited(std::string_view name) {
            name.starts_with("LC_") || name.starts_with("XDG_") || name.ends_with("SAN_OPTIONS");
 }
 
-/// The attributes and descriptors of a new process: no blocked or ignored signals, a process group
-/// of its own.
+/// The attributes and descriptors of a new process: no blocked or ignored signals, and a new
+/// process group.
 class Spawner {
   public:
     Spawner() {

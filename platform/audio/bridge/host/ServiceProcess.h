@@ -18,7 +18,7 @@ namespace orvalo {
 class ServiceProcess {
   public:
     /// Starts program with the host's process ID as its argument. Throws NSError. No other thread
-    /// may change the environment meanwhile.
+    /// may change the environment during the call.
     explicit ServiceProcess(const std::filesystem::path& program);
     /// Calls end().
     ~ServiceProcess();

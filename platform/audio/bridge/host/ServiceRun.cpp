@@ -275,8 +275,8 @@ ServiceRun::End ServiceRun::finish() {
         reason_ = "closed its connection";
     }
     if (reason_.empty()) {
-        // Messages that the process sent before it ended. One may be the answer to Instantiate,
-        // which connects the render thread.
+        // Reads the messages that the process sent before it ended. The answer to Instantiate may
+        // be among them and connect the render thread.
         static_cast<void>(receive());
         disconnectRender();
     }

@@ -80,7 +80,7 @@ bool ServiceSupervisor::runService() {
     }
     const auto end = run->finish();
     const auto refusal = run->refusal();
-    // Releases all of the service before others get to know of its end.
+    // Releases everything of the service before its end is announced.
     run.reset();
     if (becameReady) {
         pluginUI_.post(ServiceLost{});
@@ -137,7 +137,7 @@ bool ServiceSupervisor::handleEnd(const ServiceRun::End& end,
     } else {
         failStart(*refusal);
     }
-    // After the log line, so that it is there when the senders get their answers.
+    // After the log line, so that the line precedes the senders' answers.
     for (const auto& command : end.lost) {
         if (command.completion) {
             command.completion({ServiceAnswer::Kind::died, ""});
@@ -228,7 +228,7 @@ void ServiceSupervisor::refuseCommands() {
 // Waiting.
 
 void ServiceSupervisor::wake() const {
-    // A write that fails because the counter is full leaves the descriptor readable all the same.
+    // When the write fails because the counter is full, the descriptor is readable anyway.
     static_cast<void>(eventfd_write(wakeup_.get(), 1));
 }
 

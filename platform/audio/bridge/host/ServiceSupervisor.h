@@ -37,9 +37,9 @@ class RestartPolicy {
     std::deque<Clock::time_point> recent_;
 };
 
-/// Runs one effect's services, one after the other, on a thread of its own. A service that dies,
-/// hangs or exceeds its limits is replaced by one with the effect's last known state, until it has
-/// died too often.
+/// Runs one effect's services, one after the other, on its own thread. A service that dies, hangs
+/// or exceeds its limits is replaced by one with the effect's last known state, until it has died
+/// too often.
 class ServiceSupervisor {
   public:
     /// last: the state of the first service. render and pluginUI outlive the supervisor.

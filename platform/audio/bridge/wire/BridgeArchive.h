@@ -11,6 +11,7 @@
 
 namespace orvalo {
 
+/// A field that is copied byte for byte.
 template <typename Value>
 concept Plain = std::is_arithmetic_v<Value>;
 

@@ -12,8 +12,8 @@
 /// for writing and for reading.
 ///
 /// The service answers each request, a message with a number, with one Done of that number, in the
-/// order of the requests. A State that a request causes comes before its Done; the State after
-/// Instantiate comes after its Done.
+/// order of the requests. A State that a request causes precedes its Done; the State after
+/// Instantiate follows its Done.
 
 #define ORVALO_BRIDGE_FIELDS(...)         \
     template <typename Archive>           \
@@ -58,6 +58,7 @@ struct Prepare {
     ORVALO_BRIDGE_FIELDS(number, sampleRate)
 };
 
+/// AUAudioUnit::setContextName().
 struct SetContextName {
     std::uint32_t number = 0;
     std::string name;
@@ -71,6 +72,7 @@ struct LoadPreset {
     ORVALO_BRIDGE_FIELDS(number, uri)
 };
 
+/// Checks that the service's main thread answers.
 struct Ping {
     std::uint32_t number = 0;
     ORVALO_BRIDGE_FIELDS(number)
@@ -93,6 +95,7 @@ struct ResizePluginUI {
     ORVALO_BRIDGE_FIELDS(width, height)
 };
 
+/// Shows or hides the open UI.
 struct ShowPluginUI {
     bool isVisible = false;
     ORVALO_BRIDGE_FIELDS(isVisible)
@@ -127,8 +130,9 @@ struct State {
     ORVALO_BRIDGE_FIELDS(text)
 };
 
+/// The UI is open and hidden; Done follows.
 struct PluginUIOpened {
-    std::uint64_t window = 0;  ///< The one that the UI says it has; 0 when it does not say.
+    std::uint64_t window = 0;  ///< The window that the UI reports; 0 for none.
     ORVALO_BRIDGE_FIELDS(window)
 };
 

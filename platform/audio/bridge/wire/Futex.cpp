@@ -20,7 +20,7 @@ void Futex::wait(const std::atomic<std::uint32_t>& word, std::uint32_t value,
         .tv_sec = seconds.count(),
         .tv_nsec = std::chrono::nanoseconds(sinceStart - seconds).count(),
     };
-    // Plain FUTEX_WAIT takes a relative time.
+    // FUTEX_WAIT expects a relative time.
     syscall(SYS_futex, &word, FUTEX_WAIT_BITSET, value, &until, nullptr, FUTEX_BITSET_MATCH_ANY);
 }
 

@@ -19,7 +19,7 @@ struct PassedDescriptor {
     alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> bytes{};
 };
 
-// Bounds one receive(), however much the other side sends.
+// Bounds one receive(), however much the peer sends.
 constexpr int kMostReads = 64;
 
 bool isTemporary(int code) {

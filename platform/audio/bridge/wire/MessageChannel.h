@@ -12,7 +12,7 @@
 namespace orvalo {
 
 /// Sends and receives whole messages over a stream socket. Never blocks: keeps bytes that the
-/// socket does not take yet, and incomplete messages. One thread at a time.
+/// socket does not accept yet, and incomplete messages. One thread at a time.
 class MessageChannel {
   public:
     /// socket: connected; becomes non-blocking.
@@ -20,18 +20,18 @@ class MessageChannel {
 
     /// For poll().
     int descriptor() const { return socket_.get(); }
-    /// Whether bytes wait for the socket to take them.
+    /// Whether bytes wait until the socket accepts them.
     bool isWaiting() const { return !outgoing_.empty(); }
 
-    /// Sends as much as the socket takes; flush() sends the rest. passed: a descriptor that travels
-    /// with the first byte, and stays open until isWaiting() is false; below 0 for none.
+    /// Sends as much as the socket accepts; flush() sends the rest. passed: a descriptor that
+    /// travels with the first byte, and stays open until isWaiting() is false; below 0 for none.
     void send(std::vector<std::byte> bytes, int passed = -1);
     void flush();
 
     /// Why receive() returned.
     enum class Result : std::uint8_t {
         waiting,  ///< No further message for now.
-        closed,   ///< The other side closed the connection.
+        closed,   ///< The peer closed the connection.
         broken,   ///< Invalid bytes; the channel cannot be used any more.
     };
     /// Passes each complete message to the handler: its type and its body, which lives until the
