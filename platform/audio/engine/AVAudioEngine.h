@@ -59,7 +59,6 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
     /// From now on start() opens no device, and renderOffline() renders in this format. Fatal while
     /// running.
     void enableManualRenderingMode(const AVAudioFormat& format);
-    bool isInManualRenderingMode() const { return isManual_; }
     /// Renders the next frameCount frames into the buffer; blocks until players have decoded them.
     /// Fatal unless started in manual mode, with a buffer of its channel count and enough capacity.
     /// One thread at a time.

@@ -4,6 +4,15 @@
 
 namespace orvalo {
 
+namespace {
+
+LV2AudioUnit::PluginUIProvider& provider() {
+    static LV2AudioUnit::PluginUIProvider provider;
+    return provider;
+}
+
+}  // namespace
+
 LV2AudioUnit::LV2AudioUnit(LV2World& world, const std::string& uri,
                            const AudioComponentDescription& description, std::string contextName)
     : contextName_(std::move(contextName)),
@@ -61,6 +70,14 @@ void LV2AudioUnit::setMIDIOutputEventBlock(AUMIDIOutputEventBlock block) {
 const std::vector<LV2Preset>& LV2AudioUnit::presets() const {
     std::call_once(presetsRead_, [this] { presets_ = findPresets(world_, data_.uri); });
     return presets_;
+}
+
+void LV2AudioUnit::setPluginUIProvider(PluginUIProvider newProvider) {
+    provider() = std::move(newProvider);
+}
+
+const LV2AudioUnit::PluginUIProvider& LV2AudioUnit::pluginUIProvider() {
+    return provider();
 }
 
 }  // namespace orvalo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -33,6 +34,15 @@ class LV2AudioUnit : public AUAudioUnit {
     LV2World& world() const { return world_; }
     /// The factory presets in their order, read at the first call.
     const std::vector<LV2Preset>& presets() const;
+
+    /// Makes the view controller of a unit's UI, on the main thread; null, with a line on standard
+    /// error that says why, when the plug-in has no UI that can be shown.
+    using PluginUIProvider =
+        std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<LV2AudioUnit>&)>;
+    /// Sets the provider of all units; call before the first request. Without a provider no unit
+    /// has a UI.
+    static void setPluginUIProvider(PluginUIProvider provider);
+    static const PluginUIProvider& pluginUIProvider();
 
   protected:
     /// Reads the plug-in's data; the world must outlive the unit. Throws NSError as

@@ -35,15 +35,18 @@ bool LV2Library::holds(const std::string& uri) const {
         // lv2_lib_descriptor needs a bundle path and features; lilv has called it already.
         return true;
     }
-    for (std::uint32_t index = 0;; ++index) {
+    // Against a library that returns a descriptor for every index.
+    constexpr std::uint32_t maximum = 65536;
+    for (std::uint32_t index = 0; index < maximum; ++index) {
         const auto* descriptor = entry(index);
         if (descriptor == nullptr) {
             return false;
         }
-        if (descriptor->URI == uri) {
+        if (descriptor->URI != nullptr && descriptor->URI == uri) {
             return true;
         }
     }
+    return false;
 }
 
 LV2Library::~LV2Library() {

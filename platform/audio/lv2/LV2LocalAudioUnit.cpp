@@ -14,11 +14,6 @@ namespace {
 // The rate of the first instance where none is given; most outputs have it.
 constexpr double kFirstSampleRate = 48000.0;
 
-LV2LocalAudioUnit::PluginUIProvider& pluginUIProvider() {
-    static LV2LocalAudioUnit::PluginUIProvider provider;
-    return provider;
-}
-
 }  // namespace
 
 LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
@@ -66,10 +61,6 @@ void LV2LocalAudioUnit::requestViewController(
         [unit = shared(this), completion = std::move(completion)]() mutable {
             completion(pluginUIProvider()(unit));
         });
-}
-
-void LV2LocalAudioUnit::setPluginUIProvider(PluginUIProvider provider) {
-    pluginUIProvider() = std::move(provider);
 }
 
 double LV2LocalAudioUnit::sampleRate() const {

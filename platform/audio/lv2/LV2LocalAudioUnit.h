@@ -65,14 +65,6 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     /// How often the instance has been replaced. Any thread.
     std::uint32_t instanceNumber() const { return instanceNumber_.load(std::memory_order_acquire); }
 
-    /// Makes the view controller of a unit's UI, on the main thread; null, with a line on standard
-    /// error that says why, when the plug-in has no UI that can be shown.
-    using PluginUIProvider =
-        std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<LV2LocalAudioUnit>&)>;
-    /// Sets the provider of all units; call before the first request. Without a provider no unit
-    /// has a UI.
-    static void setPluginUIProvider(PluginUIProvider provider);
-
   private:
     void applyContextName(const std::string& name) override;
     bool loadPreset(const LV2Preset& preset) override;

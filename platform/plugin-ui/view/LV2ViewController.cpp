@@ -67,13 +67,15 @@ std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<BridgedA
         G_PRIORITY_DEFAULT);
 }
 
-/// As PluginUIProvider of the unit's class.
-template <typename Unit>
-std::shared_ptr<UIViewController> provide(const std::shared_ptr<Unit>& unit) {
+/// The PluginUIProvider of all units.
+std::shared_ptr<UIViewController> provide(const std::shared_ptr<LV2AudioUnit>& unit) {
     try {
         const auto data = LV2PluginUIData::read(unit->world(), unit->data());
         requireX11(data.plugin);
-        return makeController(unit, data);
+        if (const auto bridged = std::dynamic_pointer_cast<BridgedAudioUnit>(unit)) {
+            return makeController(bridged, data);
+        }
+        return makeController(std::static_pointer_cast<LV2LocalAudioUnit>(unit), data);
     } catch (const NSError& error) {
         report(error);
         return nullptr;
@@ -83,8 +85,7 @@ std::shared_ptr<UIViewController> provide(const std::shared_ptr<Unit>& unit) {
 }  // namespace
 
 void LV2ViewController::enable() {
-    LV2LocalAudioUnit::setPluginUIProvider(provide<LV2LocalAudioUnit>);
-    BridgedAudioUnit::setPluginUIProvider(provide<BridgedAudioUnit>);
+    LV2AudioUnit::setPluginUIProvider(provide);
 }
 
 std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2PluginUIData& data, Open open,

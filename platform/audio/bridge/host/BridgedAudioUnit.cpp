@@ -12,11 +12,6 @@ namespace orvalo {
 
 namespace {
 
-BridgedAudioUnit::PluginUIProvider& pluginUIProvider() {
-    static BridgedAudioUnit::PluginUIProvider provider;
-    return provider;
-}
-
 /// A request for a unit's UI. Runs and destroys the completion on the main thread, also when the
 /// unit or its service ends first. Holds the unit weakly, because the supervisor's thread holds
 /// this object and must not destroy the unit.
@@ -39,7 +34,7 @@ class PluginUIRequest {
         DispatchQueue::main()->async([hasPluginUI, weakUnit = std::move(unit_),
                                       completion = std::exchange(completion_, nullptr)] {
             const auto unit = hasPluginUI ? weakUnit.lock() : nullptr;
-            completion(unit == nullptr ? nullptr : pluginUIProvider()(unit));
+            completion(unit == nullptr ? nullptr : LV2AudioUnit::pluginUIProvider()(unit));
         });
     }
 
@@ -99,10 +94,6 @@ void BridgedAudioUnit::requestViewController(
                           }
                           request->answer(!isRefused);
                       }});
-}
-
-void BridgedAudioUnit::setPluginUIProvider(PluginUIProvider provider) {
-    pluginUIProvider() = std::move(provider);
 }
 
 void BridgedAudioUnit::allocateRenderResources(double sampleRate) {

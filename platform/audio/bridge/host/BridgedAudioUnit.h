@@ -41,14 +41,6 @@ class BridgedAudioUnit : public LV2AudioUnit {
     /// The connection to the UI; valid while the unit lives.
     PluginUIChannel& pluginUIChannel() { return *pluginUIChannel_; }
 
-    /// Makes the view controller of a unit's UI, on the main thread; null, with a line on standard
-    /// error that says why, when the plug-in has no UI that can be shown.
-    using PluginUIProvider =
-        std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<BridgedAudioUnit>&)>;
-    /// Sets the provider of all units; call before the first request. Without a provider no unit
-    /// has a UI.
-    static void setPluginUIProvider(PluginUIProvider provider);
-
   private:
     void applyContextName(const std::string& name) override;
     bool loadPreset(const LV2Preset& preset) override;

@@ -129,12 +129,12 @@ class MainThreadOnly {
 class BridgedUnitPluginUI : public ::testing::Test {
   protected:
     BridgedUnitPluginUI() {
-        BridgedAudioUnit::setPluginUIProvider([this](const auto& /*unit*/) {
+        LV2AudioUnit::setPluginUIProvider([this](const auto& /*unit*/) {
             ++provisions_;
             return nullptr;
         });
     }
-    ~BridgedUnitPluginUI() override { BridgedAudioUnit::setPluginUIProvider({}); }
+    ~BridgedUnitPluginUI() override { LV2AudioUnit::setPluginUIProvider({}); }
 
     void request(AUAudioUnit& unit) {
         unit.requestViewController([this, held = MainThreadOnly(strays_)](const auto& controller) {
