@@ -132,7 +132,7 @@ function(orvalo_add_to_ctest entry program labels)
     get_target_property(timeout ${program} ORVALO_TIMEOUT)
     set(properties TIMEOUT ${timeout})
     if(labels)
-        # CTest starts these first, so that none of them is waited for at the end.
+        # CTest starts tests of a high cost first, so that they do not prolong the end of the run.
         list(APPEND properties LABELS "${labels}" COST 20)
     endif()
     if(ARGN)

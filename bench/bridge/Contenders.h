@@ -39,8 +39,8 @@ struct QuantumCosts {
 };
 
 /// Renders each quantum with both effects and makes a bare hand-over, at a device's pace, on a
-/// thread with an output's priority. The three take turns in coming first, because the first one
-/// finds the processor's caches cold.
+/// thread with an output's priority. Their order rotates, because the first contender finds the
+/// processor's caches cold.
 QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int seconds);
 
 }  // namespace orvalo::bench
