@@ -15,12 +15,12 @@ class Timer;
 
 /// Plays animators on one time line, each from its own start frame, with one repeating timer. Each
 /// tick advances the frame counter, schedules the animators that are due, steps the scheduled ones
-/// and drops those that have finished. At the end of the time line it stops. Animators at frames 0
-/// and 1 both start on the first tick.
+/// and removes those that have finished. At the end of the time line it stops. Animators at frames
+/// 0 and 1 both start on the first tick.
 ///
 /// Not thread-safe: use it on one thread with a run loop. Callbacks are called inside animate() and
-/// may do anything with the sequencer and its animators, including releasing them. An
-/// overflow of a frame sum or counter is a fatal error.
+/// may do anything with the sequencer and its animators, including releasing them. An overflow of a
+/// frame sum or counter is a fatal error.
 class AnimationSequencer : public NSObject {
   private:
     friend struct AnimationSequencerPeer;
@@ -65,14 +65,14 @@ class AnimationSequencer : public NSObject {
     virtual std::int64_t getCurrentIndex() const;
 
     /// Starts the timer, which holds the sequencer until stop(), and continues from the current
-    /// counters. A timer that already runs goes on: both advance the frame counter, and stop() ends
-    /// only the new one.
+    /// counters. A timer that already runs keeps running: both advance the frame counter, and
+    /// stop() ends only the new one.
     virtual void start();
     /// Ends the timer and sets the counters to 0. Scheduled animators stay scheduled.
     virtual void stop();
-    /// animate() does nothing during the pause; the frame counter goes on.
+    /// animate() does nothing during the pause; the frame counter still advances.
     virtual void pause();
-    /// Ends the pause. Animators that became due meanwhile are scheduled on the next tick.
+    /// Ends the pause. Animators that became due during it are scheduled on the next tick.
     virtual void continue_();
     /// Rewinds every animator; the sequencer's counters are unchanged.
     virtual void rewind();
@@ -81,7 +81,7 @@ class AnimationSequencer : public NSObject {
     /// animators stay scheduled.
     virtual void seek(std::int64_t to);
     /// The tick, without advancing the frame counter. Without animators it prints a warning and the
-    /// timer goes on.
+    /// timer keeps running.
     virtual void animate();
 
   protected:

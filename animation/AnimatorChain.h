@@ -52,8 +52,8 @@ class AnimatorChain : public NSObject {
     /// The member at the current index, or null.
     virtual std::shared_ptr<Animator> getCurrentItem() const;
 
-    /// Starts the timer, which holds the chain until stop(), and goes on at the current index. A
-    /// timer that already runs goes on beside the new one and can no longer be stopped.
+    /// Starts the timer, which holds the chain until stop(), and continues at the current index. A
+    /// timer that already runs keeps running beside the new one and can no longer be stopped.
     virtual void start();
     /// Ends the timer and sets the index to 0.
     virtual void stop();
@@ -61,7 +61,7 @@ class AnimatorChain : public NSObject {
     /// reaches 0, without running that member. If the index is 0 already, one tick steps that
     /// member once and ends.
     virtual void setBackwards(bool direction);
-    /// One tick. Without members it prints a warning and the timer goes on.
+    /// One tick. Without members it prints a warning and the timer keeps running.
     virtual void animate();
 
   private:

@@ -10,7 +10,7 @@ namespace orvalo {
 
 class Animator;
 
-/// Animators in the order of their addition; the same one may be added more than once. Finding and
+/// Animators in the order of their addition; an animator may be added more than once. Finding and
 /// removing one takes constant time, because many may end on one tick. A walk copies nothing unless
 /// the list changes during it.
 ///
@@ -38,7 +38,7 @@ class AnimatorList {
         if (2 * holes_ > entries_->size()) {
             closeHoles();
         }
-        const auto walked = entries_;  // Shared: changes meanwhile are made to a copy.
+        const auto walked = entries_;  // Shared, so changeable() copies the list first.
         for (const auto& entry : *walked) {
             if (entry.item) {
                 visit(entry.item);

@@ -42,8 +42,8 @@ class AnimatorStack : public NSObject {
     /// A copy of the entries, in the order of their addition.
     virtual std::vector<std::shared_ptr<Animator>> getItems() const;
 
-    /// Starts the timer, which holds the stack until stop(). A timer that already runs goes on
-    /// beside the new one and can no longer be stopped.
+    /// Starts the timer, which holds the stack until stop(). A timer that already runs keeps
+    /// running beside the new one and can no longer be stopped.
     virtual void start();
     /// Ends the timer and removes all members.
     virtual void stop();

@@ -54,8 +54,8 @@ class Impulse : public NSObject {
     /// Enables or disables the bounds, which are inclusive. With min above max every move is a
     /// collision.
     virtual void setMinMax(bool enabled, float min, float max);
-    /// Starts the timer, which holds the impulse until stop(). A timer that already runs goes on
-    /// beside the new one and can no longer be stopped.
+    /// Starts the timer, which holds the impulse until stop(). A timer that already runs keeps
+    /// running beside the new one and can no longer be stopped.
     virtual void start();
     /// Ends the timer and the push, without a callback. Sets the value to 0.
     virtual void stop();

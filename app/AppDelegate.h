@@ -11,7 +11,8 @@ namespace orvalo {
 
 class UIWindow;
 
-/// The application's delegate. The layout does everything. Main thread.
+/// The application's delegate. Its notifications do nothing: the layout creates the screens. Main
+/// thread.
 class AppDelegate : public UIResponder, public UIApplicationDelegate {
   public:
     /// The window of the layout; set by the platform.

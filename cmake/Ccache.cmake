@@ -1,5 +1,6 @@
-# Compiles through ccache where it is installed. A launcher sets what ccache needs for precompiled
-# headers. It is called ccache too, because clang's tools look for the compiler behind that name only.
+# Compiles through ccache where it is installed. A launcher script sets what ccache needs for
+# precompiled headers. The script is named ccache, because clang's tools skip only a launcher of that
+# name when they look for the compiler.
 find_program(ORVALO_CCACHE ccache)
 if(ORVALO_CCACHE)
     set(launcher "${CMAKE_BINARY_DIR}/launcher/ccache")

@@ -1,5 +1,5 @@
-# What all targets share: the language, the warnings, the staged tree, and the functions with which a
-# folder makes its library and its tests.
+# Settings of all targets (language, warnings, staged tree), and the functions with which a folder
+# defines its library and its tests.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -62,8 +62,8 @@ function(orvalo_library name)
 endfunction()
 
 # orvalo_late_library(<library> <name> <targets>): the library calls the imported targets' libraries
-# through LateLibrary. They are linked with a module of this name, which has no code of its own: so
-# the tools that compute a package's dependencies see them.
+# through LateLibrary. An empty module of this name is linked with them, so that the tools that compute
+# a package's dependencies see them.
 function(orvalo_late_library library name)
     add_library(${name} MODULE "${CMAKE_BINARY_DIR}/precompiled.cpp")
     target_link_libraries(${name} PRIVATE ${ARGN})
@@ -99,10 +99,10 @@ endfunction()
 #   LABELS slow: over ten seconds; ./test --quick leaves it out.
 #   LABELS long: takes long and catches little; only ./test --all runs it.
 #   TIMEOUT: of one CTest entry, 300 s unless stated.
-#   ONE_BY_ONE: each test is an entry of its own in CTest, so that a crash or a hang costs that test
-#   alone, and tests that wait run side by side. Otherwise, and under the sanitizers, whose programs
-#   start slowly, the program is one entry: right where the tests are many and quick, or need a
-#   display that takes longer to start than they do.
+#   ONE_BY_ONE: each test is a separate CTest entry, so that a crash or a hang costs that test alone,
+#   and tests that wait run side by side. Otherwise, and under the sanitizers, whose programs start
+#   slowly, the program is one entry. That suits many quick tests, and tests that need a display, which
+#   takes longer to start than they run.
 function(orvalo_test name)
     cmake_parse_arguments(arg "ONE_BY_ONE" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     if(NOT arg_TIMEOUT)
@@ -132,7 +132,7 @@ function(orvalo_add_to_ctest entry program labels)
     get_target_property(timeout ${program} ORVALO_TIMEOUT)
     set(properties TIMEOUT ${timeout})
     if(labels)
-        # CTest starts these first, so that none of them is waited for at the end.
+        # CTest starts tests of a high cost first, so that they do not prolong the end of the run.
         list(APPEND properties LABELS "${labels}" COST 20)
     endif()
     if(ARGN)

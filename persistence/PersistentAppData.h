@@ -37,9 +37,9 @@ class PersistentAppData : public NSObject {
     /// The view of a number from 0 to 2; absent for other numbers.
     static std::optional<Storage> storage(std::int64_t rawValue);
 
-    /// The only instance, made at its first use and never released. It makes the combined view, and
-    /// with it all reads of the standard store find the group's values. A refused suite of the
-    /// group is a fatal error.
+    /// The only instance, created at its first use and never released. It creates the combined
+    /// view, so that all reads of the standard store also find the group's values. A refused suite
+    /// of the group is a fatal error.
     static const std::shared_ptr<PersistentAppData>& sharedInstance();
 
     virtual void setString(const std::string& key, const std::string& value,
@@ -68,8 +68,8 @@ class PersistentAppData : public NSObject {
     virtual std::optional<PropertyList> getObject(const std::string& key,
                                                   Storage from = Storage::defaults) const;
 
-    /// Prints the views standard, shared and combined, each made anew: a header line, then for each
-    /// entry the key, " = ", the description and a blank, and an empty line.
+    /// Prints the views standard, shared and combined, each newly created: a header line, then for
+    /// each entry the key, " = ", the description and a blank, and an empty line.
     virtual void dumpout() const;
 
     /// A rectangle as a dictionary of "left", "top", "width" and "height" of its standard form,

@@ -63,7 +63,7 @@ struct SequencerWay {
         for (const auto& member : members) {
             group->add(member, 0);
         }
-        // Its end lies so far away that the sequencer never stops.
+        // With an end so late that the sequencer never stops.
         group->add(last, kEndlessFrames);
     }
 

@@ -7,8 +7,8 @@
 
 namespace orvalo::bench {
 
-/// Hands a word to another process and back, without work there: what a hand-over takes on this
-/// machine at least.
+/// Passes a word to another process and back, without work there: the least cost of a hand-over on
+/// this machine.
 class BareHandover {
   public:
     BareHandover();

@@ -17,7 +17,7 @@ struct Contenders {
 
     std::shared_ptr<LV2LocalAudioUnit> local;
     std::shared_ptr<BridgedAudioUnit> bridged;
-    pid_t service;  ///< The process of the bridged unit.
+    pid_t service;  ///< The effect service.
     std::unique_ptr<BareHandover> bare = std::make_unique<BareHandover>();
 };
 
@@ -35,11 +35,11 @@ struct QuantumCosts {
     std::vector<double> bare;       ///< The bare hand-over.
     double localProcessor = 0.0;    ///< Seconds of processor time for a second of audio.
     double bridgedProcessor = 0.0;  ///< Likewise, including the service.
-    std::uint64_t lateCount = 0;    ///< Of the bridged unit.
+    std::uint64_t lateCount = 0;    ///< Late quanta of the bridged effect.
 };
 
-/// Renders each quantum with both units and makes a bare hand-over, at a device's pace, on a thread
-/// with an output's priority. The three take turns in coming first, because the first one finds the
+/// Renders each quantum with both effects and makes a bare hand-over, at a device's pace, on a
+/// thread with an output's priority. Their order rotates, because the first contender finds the
 /// processor's caches cold.
 QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int seconds);
 

@@ -12,7 +12,7 @@ namespace orvalo::bench {
 
 namespace {
 
-/// Feeds a tone to a unit and the unit's output to the audio output.
+/// Feeds a tone to an effect and the effect's output to the audio output.
 class UnitSource : public AudioOutputSource {
   public:
     explicit UnitSource(AUAudioUnit& unit) : unit_(unit), tone_(2, std::vector<float>(kFrames)) {

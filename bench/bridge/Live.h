@@ -7,8 +7,8 @@
 
 namespace orvalo::bench {
 
-/// Renders a unit to the system's audio output for that time while a thread keeps one processor
-/// busy; returns the output's xruns. Throws NSError.
+/// Renders an effect to the system's audio output for so many seconds while a thread keeps one
+/// processor busy. Returns the output's xruns. Throws NSError.
 std::uint64_t xrunsWhileBusy(AUAudioUnit& unit, int seconds);
 
 }  // namespace orvalo::bench

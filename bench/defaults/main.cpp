@@ -1,5 +1,5 @@
 // How fast one process reads and writes ten integers: UserDefaults against QSettings with sync(),
-// which is what lets other processes see a write and shows theirs to a read.
+// which exchanges the values with other processes.
 
 #ifdef ORVALO_BENCH_QSETTINGS
 #include <QSettings>

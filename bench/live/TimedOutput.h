@@ -11,7 +11,7 @@ namespace orvalo::bench {
 /// An output that times each render call of another one.
 class TimedOutput : public AudioOutput, private AudioOutputSource {
   public:
-    /// times must live as long as the output.
+    /// times: must outlive this output.
     TimedOutput(std::unique_ptr<AudioOutput> output, RunNanoseconds effectTime, QuantumTimes& times)
         : output_(std::move(output)), effectTime_(effectTime), times_(times) {}
 

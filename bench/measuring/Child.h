@@ -13,8 +13,8 @@ using Command = std::vector<std::string>;
 /// Environment variables that are added to, or replace, those of this process.
 using Environment = std::map<std::string, std::string>;
 
-/// A child process. Its standard error is discarded; its standard input is open and empty. It is
-/// ended with the object or with this process.
+/// A child process. Its standard error is discarded; its standard input is open and empty. It ends
+/// with the object or with this process.
 class Child {
   public:
     enum class Output { discarded, read };

@@ -45,7 +45,7 @@ void makeMusic(const std::filesystem::path& file, int seconds) {
         command.insert(command.end(), {"-stream_loop", "-1", "-f", "concat", "-safe", "0", "-i",
                                        listFile.string()});
     }
-    // The lengths in the list are rounded; number the samples anew so that there are no gaps.
+    // The lengths in the list are rounded; renumber the samples so that there are no gaps.
     command.insert(command.end(),
                    {"-t", std::to_string(seconds), "-af", "asetpts=N/SR/TB", "-ar", "48000", "-ac",
                     "2", "-c:a", "aac", "-b:a", "160k", file.string()});

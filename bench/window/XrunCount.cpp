@@ -24,7 +24,7 @@ XrunCount::~XrunCount() {
     jack_client_close(client_);
 }
 
-bool XrunCount::isSomebodyPlaying() const {
+bool XrunCount::isPlaybackConnected() const {
     const std::unique_ptr<const char*, void (*)(void*)> ports(
         jack_get_ports(client_, nullptr, JACK_DEFAULT_AUDIO_TYPE,
                        JackPortIsInput | JackPortIsPhysical),

@@ -18,7 +18,7 @@ class XrunCount {
 
     std::uint64_t value() const { return value_; }
     /// Whether a client's port is connected to the server's playback.
-    bool isSomebodyPlaying() const;
+    bool isPlaybackConnected() const;
 
   private:
     jack_client_t* client_;

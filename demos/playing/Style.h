@@ -16,14 +16,12 @@ enum class Playing {
     /// octave above.
     chords,
     /// R r: root; 3 5 7: chord notes; O o: octave; 4: the fifth below; a: approach to the next
-    /// root;
-    /// w: walking line; x: muted note.
+    /// root; w: walking line; x: muted note.
     bassLine,
     /// 1-9: scale degrees from the tonic; a-g: those of the octave below. Ignores the chords.
     ostinato,
     /// X x o: notes (loud to soft) with composed pitches: motifs that repeat and vary, chord notes
-    /// on
-    /// the beat, and an end that leads back to the start.
+    /// on the beat, and an end that leads back to the start.
     melody,
 };
 

@@ -25,17 +25,17 @@ StereoSound fold(const StereoSound& sound, std::size_t frames) {
 }
 
 void matchSides(StereoSound& sound) {
-    double both = 0;
-    double left = 0;
-    double right = 0;
+    double product = 0;
+    double leftEnergy = 0;
+    double rightEnergy = 0;
     for (std::size_t frame = 0; frame < sound.frames(); ++frame) {
-        const double one = sound.left[frame];
-        const double other = sound.right[frame];
-        both += one * other;
-        left += one * one;
-        right += other * other;
+        const double left = sound.left[frame];
+        const double right = sound.right[frame];
+        product += left * right;
+        leftEnergy += left * left;
+        rightEnergy += right * right;
     }
-    if (both < opposite * std::sqrt(left * right)) {
+    if (product < opposite * std::sqrt(leftEnergy * rightEnergy)) {
         for (float& sample : sound.right) {
             sample = -sample;
         }

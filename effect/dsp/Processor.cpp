@@ -11,8 +11,8 @@ namespace orvalo::effect {
 
 namespace {
 
-/// Copies samples. NaN, infinite and huge ones become 0, because they would spoil the state for
-/// ever.
+/// Copies samples. NaN, infinite and huge ones become 0, because the state would never recover from
+/// them.
 void copyUsable(const float* from, float* to, std::uint32_t count) {
     constexpr float largest = 1e15F;
     for (std::uint32_t i = 0; i < count; ++i) {

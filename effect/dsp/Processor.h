@@ -27,14 +27,14 @@ class Processor {
         float outputLevel = LevelMeter::lowest;
     };
 
-    /// Rate in frames a second, above 0.
+    /// sampleRate: frames per second, above 0.
     explicit Processor(double sampleRate);
 
     /// Resets the state. A sounding note ends at the next frame that is processed.
     void reset();
 
-    /// Begins a block with new parameter values. They apply at once after a reset, otherwise they
-    /// are approached smoothly.
+    /// Begins a block with new parameter values. They apply at once after a reset, otherwise
+    /// smoothly.
     void beginBlock(const ParameterValues& values);
 
     /// Handles one MIDI message before the next frame.

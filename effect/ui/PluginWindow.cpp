@@ -86,7 +86,7 @@ PluginWindow::PluginWindow(Display* display, Window parent, Window window, Visua
 
 PluginWindow::~PluginWindow() {
     if (lost_) {
-        // Leaked: cairo would wait for ever for the lost server.
+        // Leaked, because cairo would block while it waits for the lost server.
         static_cast<void>(picture_.release());
         return;
     }

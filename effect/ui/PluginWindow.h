@@ -21,7 +21,7 @@ class PluginWindow {
     };
 
     /// Opens the window. least: the minimum size in the size hints. Null, with a line on standard
-    /// error, without a server or such a parent.
+    /// error, without a server or that parent.
     static std::unique_ptr<PluginWindow> open(std::uintptr_t parent, Size size, Size least);
     ~PluginWindow();
     PluginWindow(const PluginWindow&) = delete;

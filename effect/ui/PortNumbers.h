@@ -24,7 +24,7 @@ inline constexpr std::size_t readingCount = 6;
 /// The numbers of the effect's control ports.
 class PortNumbers {
   public:
-    /// map: maps symbols to port numbers; if null, the numbers in orvalo.ttl are used.
+    /// map: the host's map of symbols to port numbers; if null, the numbers in orvalo.ttl are used.
     explicit PortNumbers(const LV2UI_Port_Map* map);
 
     /// LV2UI_INVALID_PORT_INDEX for a port that the host does not know.

@@ -26,7 +26,7 @@ class Bundle : public NSObject {
     /// without the file or the key.
     std::optional<std::string> infoValue(const std::string& key) const;
 
-    // The following exist or not.
+    // The paths of files and folders that need not exist.
 
     /// <prefix>/share: the data folder, with the icons.
     URL dataURL() const;

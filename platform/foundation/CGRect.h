@@ -26,7 +26,7 @@ struct CGRect {
     CGRect() = default;
     CGRect(double x, double y, double width, double height) : origin{x, y}, size{width, height} {}
 
-    // Of the same rectangle in standard form, with a size that is not negative.
+    // Of the rectangle in standard form: the same area with a size of at least 0.
     double minX() const { return size.width < 0 ? origin.x + size.width : origin.x; }
     double minY() const { return size.height < 0 ? origin.y + size.height : origin.y; }
     double width() const { return std::abs(size.width); }

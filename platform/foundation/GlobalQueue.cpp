@@ -55,7 +55,7 @@ class GlobalQueue final : public DispatchQueue {
 }  // namespace
 
 const std::shared_ptr<DispatchQueue>& DispatchQueue::global() {
-    // Lives until the process ends, as its threads do.
+    // Never destroyed: its threads run until the process ends.
     static const auto& queue = *new std::shared_ptr<DispatchQueue>(std::make_shared<GlobalQueue>());
     return queue;
 }

@@ -3,15 +3,14 @@
 namespace orvalo {
 
 /// A shared library that is loaded at its first use and stays loaded until the program ends. For
-/// libraries whose loading takes longer than the rest of a start.
+/// libraries that take longer to load than the rest of the start.
 class LateLibrary {
   public:
-    /// Loads <prefix>/lib/orvalo/<name>.so, which orvalo_late_library() makes in CMake, and all
-    /// that it is linked with. A fatal error, "<name> cannot be loaded: <reason>", when one is
-    /// missing.
+    /// Loads <prefix>/lib/orvalo/<name>.so, which orvalo_late_library() builds, and the libraries
+    /// that it is linked with. Throws NSError, with the loader's reason, when one cannot be loaded.
     explicit LateLibrary(const char* name);
 
-    /// The address of a function. A fatal error when the library has none of this name. Any thread.
+    /// The address of a function. A library without that function is a fatal error. Any thread.
     void* function(const char* name) const;
 
   private:

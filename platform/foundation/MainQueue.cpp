@@ -192,7 +192,7 @@ void MainQueue::runOne() noexcept {
 }  // namespace
 
 const std::shared_ptr<DispatchQueue>& DispatchQueue::main() {
-    // Lives until the process ends: threads may still submit work meanwhile.
+    // Never destroyed: threads may still submit work while the process ends.
     static const auto& queue = *new std::shared_ptr<DispatchQueue>(std::make_shared<MainQueue>());
     return queue;
 }

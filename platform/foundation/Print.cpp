@@ -29,7 +29,7 @@ class PipeSignalGuard {
         pthread_sigmask(SIG_BLOCK, &pipeSignal_, &maskBefore_);
     }
     ~PipeSignalGuard() {
-        // Pending signals do not add up: an earlier one covers the one of the write.
+        // A signal is pending at most once, so an earlier SIGPIPE stays pending.
         if (!wasPending_) {
             const timespec atOnce{};
             while (sigtimedwait(&pipeSignal_, nullptr, &atOnce) == -1 && errno == EINTR) {

@@ -74,7 +74,7 @@ RunLoop::~RunLoop() {
 }
 
 std::shared_ptr<RunLoop> RunLoop::main() {
-    // Lives until the process ends: threads may still use it meanwhile.
+    // Never destroyed: threads may still use it while the process ends.
     static const auto& loop =
         *new std::shared_ptr<RunLoop>(std::make_shared<RunLoop>(g_main_context_default()));
     return loop;

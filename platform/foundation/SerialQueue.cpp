@@ -38,7 +38,7 @@ class RunningWork {
 };
 
 /// A serial queue. A GThreadPool of one thread also keeps the order, but sync() would have to wait
-/// for that thread. Here the right to run items, the turn, goes from item to item: async() work
+/// for that thread. Here the right to run items, the turn, passes from item to item: async() work
 /// gets it on a thread of the global queue, callers of sync() get it on their own thread.
 class SerialQueue final : public DispatchQueue {
   public:

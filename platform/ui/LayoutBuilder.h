@@ -22,6 +22,7 @@ class LayoutBuilder {
     /// An object without actions.
     LayoutBuilder(std::string layout, const std::string& object);
 
+    /// A new GtkApplicationWindow of the running application, without a layout.
     static GtkWidget* plainWindow();
 
     /// The widget of that id. A missing id, or an object that is no widget, is a fatal error.

@@ -39,17 +39,17 @@ class UIView : public UIResponder {
     /// Calls the provide function of a late class that was not called yet.
     static void provideClass(const std::string& widgetClass);
 
-    /// The widget, which lives as long as the view.
+    /// The widget. Valid until the view is destroyed.
     GtkWidget* widget() const { return widget_; }
 
-    /// Whether the view and its subviews are hidden. A hidden view gets no shortcuts either.
+    /// Whether the view and its subviews are hidden. A hidden view receives no shortcuts.
     bool isHidden() const;
     void setHidden(bool hidden);
 
     /// The rectangle in the superview's coordinates, in points. With
-    /// translatesAutoresizingMaskIntoConstraints it is the set one, which may be negative or larger
-    /// than the superview, which clips it. Otherwise it is the one of the last layout, and
-    /// setFrame() does nothing.
+    /// translatesAutoresizingMaskIntoConstraints it is the rectangle of setFrame(), which may be
+    /// negative or larger than the superview, which clips it. Otherwise it is the rectangle of the
+    /// last layout, and setFrame() does nothing.
     CGRect frame() const;
     void setFrame(const CGRect& frame);
     /// The rectangle in the view's own coordinates: its origin is (0, 0).
@@ -59,8 +59,8 @@ class UIView : public UIResponder {
     std::shared_ptr<UIView> superview() const;
     /// The direct subviews, the topmost last.
     const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
-    /// Adds a view on top, after removing it from its current superview. A view over a control
-    /// holds none: a fatal error.
+    /// Adds a view on top, after removing it from its current superview. A fatal error on a view
+    /// over a control, which cannot hold subviews.
     void addSubview(const std::shared_ptr<UIView>& view);
     /// Removes the view and its constraints from its superview.
     void removeFromSuperview();
@@ -94,7 +94,7 @@ class UIView : public UIResponder {
     std::vector<std::shared_ptr<NSLayoutConstraint>> constraints_;
     std::optional<CGRect> frame_;  // From setFrame().
     bool translates_ = true;
-    std::weak_ptr<UIResponder> controller_;  // Whose root view this is.
+    std::weak_ptr<UIResponder> controller_;  // The controller with this root view.
 };
 
 }  // namespace orvalo

@@ -10,12 +10,12 @@ namespace orvalo {
 /// a held frame or an aspect ratio. It requests no size.
 GType viewLayoutType();
 
-/// Holds a widget at a frame in its parent, regardless of constraints; null ends that. The frame
-/// must outlive its use.
+/// Places a widget at a frame in its parent, regardless of constraints; null places it by the
+/// constraints again. The frame must stay valid until another call replaces it.
 void holdFrame(GtkWidget* widget, const CGRect* frame);
 
 /// Keeps a widget at width / height = ratio, as large as possible and centred in the rectangle that
-/// the constraints give it. 0 ends that.
+/// the constraints give it. 0: fills that rectangle.
 void setAspectRatio(GtkWidget* widget, double ratio);
 
 }  // namespace orvalo

@@ -16,8 +16,8 @@ enum class WKNavigationResponsePolicy { cancel = 0, allow = 1 };
 
 /// Decides about the navigations of a web view. All operations are called on the main thread, once
 /// for each decision. The decision handler is to be called on the main thread, now or later; a
-/// second call is a fatal error. Nothing is loaded before the call. After the view's end a call
-/// does nothing.
+/// second call is a fatal error. Nothing is loaded before the call. After the view is destroyed, a
+/// call does nothing.
 class WKNavigationDelegate {
   public:
     virtual ~WKNavigationDelegate() = default;

@@ -155,7 +155,7 @@ std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
             lateWebKit(webkit_web_view_load_uri)(engine(), request.url->absoluteString().c_str());
         }
     } else {
-        // The engine does not know loads without an address. Asynchronous, as its other loads are.
+        // The engine has no loads without an address. Asynchronous, like its other loads.
         DispatchQueue::main()->async([view = weak(this), request] {
             if (const auto self = view.lock()) {
                 self->decideAction(nullptr, request, false);

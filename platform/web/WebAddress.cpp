@@ -33,8 +33,8 @@ std::optional<URL> webAddress(const char* text) {
             escaped += '%';
             continue;
         }
-        const std::string one(1, whole[place]);
-        escaped += GText(g_uri_escape_string(one.c_str(), punctuation, FALSE)).get();
+        const std::string character(1, whole[place]);
+        escaped += GText(g_uri_escape_string(character.c_str(), punctuation, FALSE)).get();
     }
     return URL::string(escaped);
 }

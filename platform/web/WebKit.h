@@ -4,8 +4,8 @@
 
 #include "platform/foundation/LateLibrary.h"
 
-/// A function of WebKitGTK, as in lateWebKit(webkit_web_view_get_uri)(view). Main thread. It needs
-/// 130 further libraries, which take 34 ms to load.
+/// A function of WebKitGTK, as in lateWebKit(webkit_web_view_get_uri)(view). Main thread. WebKitGTK
+/// needs 130 further libraries, which take 34 ms to load.
 #define lateWebKit(name) ORVALO_LATE_FUNCTION(::orvalo::webkit(), name)
 
 namespace orvalo {

@@ -50,7 +50,7 @@ bool isOff() {
 }
 
 const std::shared_future<std::optional<std::string>>& trial() {
-    // With a copy of the environment, which the main thread may change meanwhile.
+    // A copy of the environment, because the main thread may change its own during the trial.
     static const auto result =
         std::async(std::launch::async, tryOut, Environment(g_get_environ())).share();
     return result;

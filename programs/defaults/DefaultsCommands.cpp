@@ -30,7 +30,8 @@ const std::string& utf8(const std::string& text) {
     return text;
 }
 
-/// A file that cannot be examined counts as there: to open it tells the reason.
+/// Whether the file exists. A file that cannot be examined counts as existing: opening it then
+/// gives the reason.
 bool isThere(const fs::path& path) {
     std::error_code ignored;
     return fs::status(path, ignored).type() != fs::file_type::not_found;
@@ -123,7 +124,7 @@ void read(const CommandLine& line) {
     writeWholeFile(kStandard, (line.has("raw") ? *text : jsonText(value)) + "\n");
 }
 
-/// The number that fills the text.
+/// The number in a text that contains nothing else.
 template <typename Number>
 std::optional<PropertyList> number(const std::string& text) {
     Number value{};
@@ -141,9 +142,9 @@ std::optional<PropertyList> truthValue(const std::string& text) {
 }
 
 PropertyList typedValue(const std::string& type, const std::string& text) {
-    const auto checked = [&](const std::optional<PropertyList>& value, const std::string& wish) {
+    const auto checked = [&](const std::optional<PropertyList>& value, const std::string& kind) {
         if (!value) {
-            throw BadOption("--" + type + " wants " + wish + ", not " + inQuotes(text) + ".");
+            throw BadOption("--" + type + " wants " + kind + ", not " + inQuotes(text) + ".");
         }
         return *value;
     };

@@ -4,9 +4,8 @@
 
 namespace orvalo {
 
-/// Runs the command. Throws BadOption for a command line that makes no sense, another
-/// std::exception when the command fails; it changes nothing then. The text is one line that names
-/// the culprit.
+/// Runs the command, or changes nothing when it throws: BadOption for an invalid command line,
+/// another std::exception for a failure. The text is one line that names the culprit.
 void runDefaultsCommand(const CommandLine& line);
 
 }  // namespace orvalo

@@ -8,8 +8,8 @@ namespace orvalo {
 
 std::string readWholeFile(const std::string& path);
 
-/// Replaces a regular file or makes one (mode 0600): wholly, or not at all when it throws. Follows
-/// links. Writes into a file of another kind.
+/// Replaces a regular file atomically, or creates one (mode 0600). Follows links. Writes directly
+/// into an existing file of another kind.
 void writeWholeFile(const std::string& path, const std::string& text);
 
 }  // namespace orvalo

@@ -13,7 +13,7 @@ void setAccessibleName(Gtk::Widget& widget, const std::string& name) {
 }
 
 void nameByLabel(Gtk::Button& button) {
-    // Without a name of its own, the button is named by the label inside it.
+    // A button without a name is named by the label inside it.
     gtk_accessible_reset_property(GTK_ACCESSIBLE(button.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL);
 }
 

@@ -25,15 +25,15 @@ class DemoPage : public Gtk::Box {
   public:
     DemoPage();
 
-    /// Stops what plays and plays from the start.
+    /// Plays the demonstration from its start, also while it plays.
     virtual void play(const Pace& pace) = 0;
     /// Stops and keeps the values.
     virtual void stop() = 0;
-    /// Shows at once the state at the end of play().
+    /// Shows the state at the end of play() without playing.
     virtual void showEnd(const Pace& pace) = 0;
     /// The button's label for play(), with a mnemonic.
     virtual Glib::ustring action() const { return "_Play"; }
-    /// Whether play() takes the duration of the pace.
+    /// Whether play() uses the pace's duration.
     virtual bool hasDuration() const { return true; }
 
     bool isPlaying() const { return isPlaying_; }

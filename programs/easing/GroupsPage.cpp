@@ -198,7 +198,7 @@ void GroupsPage::prepareSequencer(const Pace& pace) {
 }
 
 void GroupsPage::makeSequencer() {
-    // A new sequencer each time: scheduled animators of the last one would go on at once.
+    // A new sequencer each time: the last one would step its scheduled animators at once.
     sequencer_->onFinished = nullptr;
     sequencer_ = std::make_shared<AnimationSequencer>();
     sequencer_->onAnimation = [this](const auto& sequencer, const auto& /*item*/) {

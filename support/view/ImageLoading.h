@@ -14,10 +14,10 @@ class UIImageView;
 /// Could not assign image.". Any thread.
 void loadFrom(const std::shared_ptr<UIImageView>& imageView, const std::string& URLAddress);
 
-/// Shows the picture at an address (http, https, file) in the view and returns at once. Keeps the
-/// view alive meanwhile. Content that is no picture clears the view, whatever the server's status.
-/// Prints "Fetched image successfully" for status 200 and the error's description when the address
-/// cannot be loaded; nothing for a text that is no address. Any thread.
+/// Shows the picture at an address (http, https, file) in the view when it is loaded; returns at
+/// once. Keeps the view alive until then. Content that is no picture clears the view, whatever the
+/// server's status. Prints "Fetched image successfully" for status 200 and the error's description
+/// when the address cannot be loaded; nothing for a text that is no address. Any thread.
 void getImageFromURLString(const std::shared_ptr<UIImageView>& imageView,
                            const std::string& imageURLString);
 

@@ -4,8 +4,8 @@
 
 namespace orvalo::bench {
 
-/// The name under which the library gives a function of this type: how long the effect has run for
-/// in all, in ns of passing time. For the render thread.
+/// The symbol of a function of type RunNanoseconds: the total time of the effect's run() calls, in
+/// ns of wall-clock time. Render thread.
 inline constexpr auto runNanosecondsSymbol = "orvalo_bench_run_nanoseconds";
 using RunNanoseconds = std::int64_t (*)();
 

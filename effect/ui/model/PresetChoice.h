@@ -16,8 +16,8 @@ struct Preset {
     std::vector<std::pair<Parameter, float>> values;
 };
 
-/// The presets, and which of them is active. The active preset is found by comparing values, so
-/// that a preset chosen in the host is recognised, too.
+/// The presets and the active one. The active preset is found by comparing values, so that a preset
+/// chosen in the host is recognised, too.
 class PresetChoice {
   public:
     PresetChoice() = default;

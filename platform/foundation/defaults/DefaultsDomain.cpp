@@ -41,14 +41,14 @@ void DefaultsDomain::retryAfterDamage(const Operation& operation) {
             if (!error.isDamage() || attempt == kMostAttempts) {
                 throw;
             }
-            file_.reset();  // To open it again sets a damaged file aside.
+            file_.reset();  // Opening it again renames a damaged file.
         }
     }
 }
 
 void DefaultsDomain::refresh() {
     retryAfterDamage([this] {
-        // Before the entries: a write in between is read once more.
+        // Read before the entries, so that the next refresh reads a write in between.
         const auto version = file().dataVersion();
         if (version_ != version) {
             entries_ = file_->entries();
@@ -133,7 +133,7 @@ void DefaultsDomain::change(const Changes& changes, bool replacesAll) {
 
 void DefaultsDomain::store(const std::vector<BinaryEntry>& entries, bool replacesAll) {
     if (file_ && file_->isReadOnly()) {
-        file_.reset();  // It may be writable by now.
+        file_.reset();  // The file may be writable by now.
     }
     retryAfterDamage([&] {
         do {

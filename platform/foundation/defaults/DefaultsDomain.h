@@ -25,32 +25,32 @@ class DefaultsDomain {
 
     explicit DefaultsDomain(std::string path) : path_(std::move(path)) {}
 
-    /// Reads the file, which is made where it is missing. Throws NSError when it is refused. A file
-    /// that another process keeps locked is not refused: one line on standard error, and the next
-    /// operation tries again.
+    /// Reads the file; creates it when it is missing. Throws NSError when the file is refused. For
+    /// a file that another process keeps locked, logs one line; the next operation tries again.
     void open();
 
-    /// The value of the key; absent without one. A domain that cannot be read keeps the entries
-    /// that it had, with one line on standard error.
+    /// The value of the key; absent without one. When the file cannot be read, the entries that
+    /// were read last count, with one line on standard error.
     std::optional<PropertyList> value(std::string_view key);
     /// All entries. Throws NSError when they cannot be read.
     PropertyList::Dictionary entries();
-    /// Adds the entries whose keys are not there.
+    /// Adds the entries whose keys the dictionary lacks.
     void addTo(PropertyList::Dictionary& dictionary);
-    /// Stores a value, or removes the key. What cannot be stored stays as it was, with one line on
-    /// standard error.
+    /// Stores a value; an absent one removes the key. A failure leaves the key as it was, with one
+    /// line on standard error.
     void set(std::string_view key, const std::optional<PropertyList>& value);
-    /// Makes all changes together; replacesAll: removes all other entries. Throws NSError, which
-    /// names the key where one cannot be stored, and changes nothing then.
+    /// Makes all changes together, or changes nothing when it throws. replacesAll: removes all
+    /// other entries. Throws NSError, which names the key when a value cannot be stored.
     void change(const Changes& changes, bool replacesAll);
 
   private:
-    /// The file, opened again when its path leads elsewhere.
+    /// The file, opened again when its path leads to another file.
     DefaultsFile& file();
     void refresh();
     void refreshOrWarn();
     void store(const std::vector<BinaryEntry>& entries, bool replacesAll);
-    /// Runs the operation again with a new file, after a damaged one was set aside.
+    /// Runs the operation; when the file is damaged, renames it and runs the operation again with a
+    /// new file.
     template <typename Operation>
     void retryAfterDamage(const Operation& operation);
 

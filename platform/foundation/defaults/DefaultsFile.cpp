@@ -17,13 +17,14 @@ namespace orvalo {
 namespace {
 
 constexpr int kMostAttempts = 5;
-// A page of the smallest size that SQLite knows.
+// The smallest page size of SQLite.
 constexpr off_t kSmallestDatabase = 512;
 
-/// Opens the database after it was checked from outside.
+/// Opens the database after checking its size, and the owner of SQLite's files beside it. size: in
+/// bytes.
 SQLiteDatabase checkedDatabase(const std::string& path, off_t size) {
     if (size < kSmallestDatabase) {
-        // SQLite would take it for an empty database and remove its log.
+        // SQLite would open a shorter file as an empty database and remove its log.
         throw SQLiteError(SQLITE_CORRUPT, "it is too short");
     }
     // SQLite's files lie beside the target of a link.
@@ -40,7 +41,7 @@ SQLiteDatabase checkedDatabase(const std::string& path, off_t size) {
     } catch (const SQLiteError&) {
         const auto folder = std::filesystem::path(place).parent_path();
         if (access(folder.c_str(), W_OK) != 0) {
-            throw NSError::posix(errno, folder);  // SQLite cannot make its log there.
+            throw NSError::posix(errno, folder);  // SQLite cannot create its log there.
         }
         throw;
     }

@@ -27,8 +27,8 @@ struct BinaryEntry {
 /// at a time. Throws NSError; a SQLiteError where SQLite fails.
 class DefaultsFile {
   public:
-    /// Opens the file, which is made where it is missing. A damaged one is renamed, with one line
-    /// on standard error, and a new one made. Refuses the file of another program, of another user
+    /// Opens the file; creates it when it is missing. Renames a damaged file, with one line on
+    /// standard error, and creates a new one. Refuses the file of another program, of another user
     /// or in another format.
     static std::unique_ptr<DefaultsFile> open(const std::string& path);
 

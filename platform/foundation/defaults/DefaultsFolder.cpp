@@ -22,7 +22,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kPatience = 5s;
-// SQLite's own names: a renamed database finds its log when both have the same new name.
+// The suffixes that SQLite uses: a renamed database finds its log when the log is renamed alike.
 constexpr const char* kLog = "-wal";
 constexpr const char* kLogIndex = "-shm";
 
@@ -36,13 +36,13 @@ struct stat checkedOwner(const std::string& path) {
     }
     constexpr mode_t others = S_IRWXG | S_IRWXO;
     if ((status.st_mode & others) != 0) {
-        // Fails on a read-only disk, where others cannot write either.
+        // May fail on a read-only disk, where other users cannot write either.
         static_cast<void>(chmod(path.c_str(), status.st_mode & S_IRWXU));
     }
     return status;
 }
 
-/// The folder of a file, which one process at a time holds until it closes the descriptor.
+/// The folder of a file, locked for this process until the descriptor is closed.
 FileDescriptor lockedFolderOf(const std::string& path) {
     const auto folder = std::filesystem::path(path).parent_path();
     FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -79,7 +79,7 @@ void writeEmptyDatabase(const std::string& path) {
         std::to_string(kDefaultsVersion) + "; COMMIT; PRAGMA journal_mode = WAL");
 }
 
-/// The name for a damaged file; each attempt gives another one.
+/// The new name for a damaged file. attempt: from 0; each number gives another name.
 std::string asideName(const std::string& path, int attempt) {
     const GDateTimePointer now(g_date_time_new_now_local());
     const GText time(g_date_time_format(now.get(), "%Y%m%d-%H%M%S"));
@@ -106,7 +106,7 @@ struct stat checkedPrivateFile(const std::string& path) {
 }
 
 void createDefaultsFile(const std::string& path) {
-    // A link to nothing is there, too.
+    // A dangling link counts, too.
     const auto isThere = [&] {
         return faccessat(AT_FDCWD, path.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
     };
@@ -139,7 +139,7 @@ void setDefaultsFileAside(const std::string& path, const struct stat& status) {
     struct stat now {};
     if (stat(path.c_str(), &now) != 0 || now.st_dev != status.st_dev ||
         now.st_ino != status.st_ino) {
-        return;  // Another process was first.
+        return;  // Another process has renamed it.
     }
     auto name = asideName(path, 0);
     for (int attempt = 1;

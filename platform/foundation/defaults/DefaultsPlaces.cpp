@@ -15,7 +15,7 @@ namespace orvalo {
 namespace {
 
 constexpr std::string_view kSuffix = ".sqlite";
-// SQLite and a damaged file's new name add to a name.
+// For the suffixes of SQLite's files and of damaged files.
 constexpr std::size_t kRoomForSuffixes = 64;
 
 std::filesystem::path suiteFolder() {

@@ -12,13 +12,12 @@ namespace orvalo {
 /// the bundle states none. Any thread.
 const std::string& ownDomainName();
 
-/// The reason why a suite of this name is refused, as a sentence; absent when the name is good.
+/// The reason why a suite of this name is refused, as a sentence; absent for a valid name.
 std::optional<std::string> suiteNameTrouble(std::string_view name);
 
 /// <user's configuration>/<own domain>/defaults.sqlite.
 std::filesystem::path ownDomainFile();
-/// <user's configuration>/orvalo-suites/<name>.sqlite. The name has no
-/// suiteNameTrouble().
+/// <user's configuration>/orvalo-suites/<name>.sqlite. name: without suiteNameTrouble().
 std::filesystem::path suiteFile(std::string_view name);
 /// The names of the user's suites, sorted.
 std::vector<std::string> suiteNames();

@@ -11,7 +11,7 @@ namespace orvalo {
 
 using GDateTimePointer = std::unique_ptr<GDateTime, Release<g_date_time_unref>>;
 
-/// The date as GLib has it, in UTC; null outside the years 1 to 9999.
+/// The date as a GDateTime in UTC; null outside the years 1 to 9999.
 GDateTimePointer dateTimeOf(PropertyList::Date date);
 PropertyList::Date dateOf(GDateTime* dateTime);
 

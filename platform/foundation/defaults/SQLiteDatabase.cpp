@@ -53,7 +53,7 @@ bool SQLiteError::isBusy() const {
 }
 
 void SQLiteStatement::bind(int index, std::string_view text) {
-    // SQLite takes a null address for no value.
+    // SQLite would store NULL for a null address.
     sqlite3_bind_text64(statement_.get(), index, text.empty() ? "" : text.data(), text.size(),
                         SQLITE_STATIC, SQLITE_UTF8);
 }

@@ -17,14 +17,14 @@ namespace orvalo {
 class SQLiteError : public NSError {
   public:
     SQLiteError(int code, const std::string& localizedDescription);
-    /// The last failure of a connection. The system's reason, where SQLite's text hides it.
+    /// The last failure of a connection, with the system's reason where SQLite's text lacks it.
     static SQLiteError last(sqlite3* connection);
 
-    /// The content of the file is damaged.
+    /// Whether the content of the file is damaged.
     bool isDamage() const;
-    /// The file could not be opened, as when it is missing.
+    /// Whether the file could not be opened, as when it is missing.
     bool isMissing() const;
-    /// Another process holds the lock.
+    /// Whether another process holds the lock.
     bool isBusy() const;
 };
 
@@ -38,7 +38,7 @@ class SQLiteStatement {
 
     /// Whether there is a further row.
     bool step();
-    /// Runs the statement to its end and makes it ready for the next run.
+    /// Runs the statement to its end and resets it.
     void finish();
     /// Ends the current run, which holds locks until then.
     void reset() noexcept { sqlite3_reset(statement_.get()); }

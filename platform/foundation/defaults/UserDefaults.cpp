@@ -32,7 +32,7 @@ class SearchList {
         const std::lock_guard lock(mutex_);
         return suites_;
     }
-    /// Adds the suite that the function opens, unless it is there or refused.
+    /// Adds the suite that the function opens, unless the list has it or it is refused.
     void add(std::string_view name,
              const std::function<std::shared_ptr<DefaultsDomain>(std::string_view)>& open) {
         const std::lock_guard lock(mutex_);
@@ -61,7 +61,7 @@ std::shared_ptr<DefaultsDomain> suite(std::string_view name) {
         domain->open();
         return domain;
     } catch (const SQLiteError& error) {
-        // SQLite's text names no file.
+        // SQLite's text does not name the file.
         g_warning("The suite '%s' cannot be opened: %s: %s.", std::string(name).c_str(),
                   file.c_str(), error.what());
     } catch (const NSError& error) {
@@ -88,7 +88,7 @@ std::shared_ptr<UserDefaults> UserDefaults::suiteName(std::string_view name) {
                   : nullptr;
 }
 
-// The list belongs to the process.
+// Not static, although the list belongs to the process: the name is given.
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void UserDefaults::addSuiteNamed(std::string_view name) {
     SearchList::shared().add(name, suite);

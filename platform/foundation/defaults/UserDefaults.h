@@ -26,15 +26,15 @@ class UserDefaults : public NSObject {
   public:
     /// The application's own domain: that of the bundle's identifier, or of the program's name when
     /// the bundle states none. A read searches it first, then the suites of addSuiteNamed() in the
-    /// order of their adding. A write goes to the own domain.
+    /// order of their addition. A write changes the own domain only.
     static const std::shared_ptr<UserDefaults>& standard();
     /// A new store for a suite, which all processes of the user share. Null, with the reason on
     /// standard error, when the name is empty, a path or the application's own domain, or when the
     /// suite cannot be opened.
     static std::shared_ptr<UserDefaults> suiteName(std::string_view name);
 
-    /// Adds a suite to the end of the process's search list, unless it is there. A suite that is
-    /// refused (see suiteName()) is left out, with the reason on standard error.
+    /// Adds a suite to the end of the process's search list, unless the list has it. A suite that
+    /// is refused (see suiteName()) is not added, with the reason on standard error.
     void addSuiteNamed(std::string_view name);
 
     /// Stores a value of any kind. An absent value removes the key.

@@ -20,8 +20,8 @@ namespace orvalo {
 /// itself there.
 class HTTPTransfer {
   public:
-    /// Starts a request and returns at once. url: the request's. completion: called once, on the
-    /// loading thread; must not block. Any thread but the loading thread.
+    /// Starts a request and returns at once. url: the request's address. completion: called once,
+    /// on the loading thread; must not block. Any thread but the loading thread.
     static void start(const URLRequest& request, const URL& url, URLCompletion completion);
 
     ~HTTPTransfer();
@@ -35,7 +35,7 @@ class HTTPTransfer {
     void received(GAsyncResult* result);
     void read();
     void readMore(GAsyncResult* result);
-    /// The time-out counts from here again.
+    /// Restarts the time-out.
     void restartClock();
     void end(URLResult result);
     void fail(const GError& error);

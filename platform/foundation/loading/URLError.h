@@ -29,7 +29,7 @@ enum class URLErrorCode : std::int64_t {
 
 /// The error of that code. Its text begins with the address, or "nil".
 NSError urlError(URLErrorCode code, const std::optional<URL>& url);
-/// The error for one of the HTTP client. Its text begins with the address.
+/// The error for an error of the HTTP client. Its text begins with the address.
 NSError urlError(const GError& error, const URL& url);
 
 }  // namespace orvalo

@@ -25,7 +25,7 @@ URLResult localResult(const std::optional<URL>& url) {
 }  // namespace
 
 const std::shared_ptr<URLSession>& URLSession::shared() {
-    // Lives until the process ends: other threads may still use it meanwhile.
+    // Never destroyed: other threads may still use it while the process ends.
     static const auto& session = *new std::shared_ptr<URLSession>(std::make_shared<URLSession>());
     return session;
 }

@@ -16,7 +16,7 @@ namespace orvalo {
 //   data                                    {"$data": "<Base64>"}
 //   date                                    {"$date": "2026-11-21T08:30:00.250000Z"}
 //   dictionary with one key like "$date"    {"$dictionary": {"$date": ...}}
-// Every value comes back as it was; only a NaN loses its sign and payload.
+// jsonValue() of jsonText() gives the same value, except that a NaN loses its sign and payload.
 
 /// The value, indented by two blanks, without a line feed at the end and without control
 /// characters.
