@@ -188,7 +188,7 @@ TEST_F(PlayerConnect, ThePassContinuesWhilePlaying) {
 }
 
 // The search connects the effect on its thread while the user may press play.
-TEST_F(PlayerConnect, AFileLoadedDuringTheWiringWaitsForItsEnd) {
+TEST_F(PlayerConnect, LoadingAFileWaitsUntilTheEffectIsWired) {
     const auto url = constantFile("a.wav");
     const auto effect = std::make_shared<ConstantUnit>(0.25F);
     std::promise<void> inTheMidst;
@@ -207,7 +207,7 @@ TEST_F(PlayerConnect, AFileLoadedDuringTheWiringWaitsForItsEnd) {
     EXPECT_EQ(sound(), 0.25F);
 }
 
-TEST_F(PlayerConnect, FilesMayBeLoadedConcurrently) {
+TEST_F(PlayerConnect, FilesMayBeLoadedWhileEffectsAreConnected) {
     const auto url = constantFile("a.wav", 0.1);
     std::thread finder([this] {
         for (int round = 0; round < 25; ++round) {

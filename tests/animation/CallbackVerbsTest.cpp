@@ -79,7 +79,7 @@ bool isFatal(const Callback<Kind>& callback, const Verb<Kind>& verb) {
            (verb.name == "stop" || verb.name == "stop and start");
 }
 
-TYPED_TEST(CallbackOf, MayDoAnything) {
+TYPED_TEST(CallbackOf, MayPerformEveryVerb) {
     const testing::CapturedOutput output;
     for (const auto& callback : testing::VerbKit<TypeParam>::callbacks()) {
         for (const auto& verb : testing::VerbKit<TypeParam>::verbs()) {

@@ -227,7 +227,7 @@ TYPED_TEST(Ticking, EndsWithItsThread) {
 
 // The timer of the first start ends only with its thread.
 
-TYPED_TEST(Ticking, TicksTwicePerIntervalWhenStartedTwiceAndGoesOnAfterStop) {
+TYPED_TEST(Ticking, TicksTwicePerIntervalWhenStartedTwiceAndContinuesAfterStop) {
     std::thread([] {
         constexpr float interval = 0.01F;
         const auto ticking = makeEndless<TypeParam>(interval);
@@ -376,7 +376,7 @@ TEST(SequencerTimer, AdvancesTheFrameBeforeEachTickAlsoDuringAPause) {
     EXPECT_EQ(frames, (std::vector<std::int64_t>{1, 2, 3}));
 }
 
-TEST(SequencerTimer, GoesOnAfterRemoveAll) {
+TEST(SequencerTimer, ContinuesAfterRemoveAll) {
     const auto sequencer = makeEndless<AnimationSequencer>();
     sequencer->start();
     sequencer->removeAll();

@@ -18,7 +18,7 @@ std::string domainTrouble(const std::string& text) {
     return trouble([&] { jsonDomain(text); });
 }
 
-TEST(JSONForm, EveryKindComesBackAsItWas) {
+TEST(JSONForm, EveryKindIsReadAsItWasWritten) {
     const auto domain = everyKind();
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
     EXPECT_EQ(jsonValue(jsonText(PropertyList(domain))), PropertyList(domain));
@@ -35,7 +35,7 @@ TEST(JSONForm, ADomainIsNeverAForm) {
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
 }
 
-TEST(JSONForm, TheDeepestValueOfTheStoreComesBackAsItWas) {
+TEST(JSONForm, TheDeepestValueOfTheStoreIsReadAsItWasWritten) {
     const Dictionary domain{{"deep", deepestValue()}};
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
 }
@@ -115,7 +115,7 @@ TEST(JSONForm, DeepNestingIsRefused) {
     EXPECT_EQ(domainTrouble(nested(1'000'000)), "it is nested too deeply.");
 }
 
-TEST(JSONForm, EveryMicrosecondOfADateComesBack) {
+TEST(JSONForm, DatesKeepTheirMicroseconds) {
     const PropertyList::Date date{std::chrono::seconds(1'700'000'000)};
     for (int fraction = 0; fraction < 1'000'000; fraction += 97) {
         const PropertyList value(date + std::chrono::microseconds(fraction));

@@ -98,7 +98,7 @@ TEST_F(ServicePluginUI, SetsAControlInTheSharedMemory) {
     EXPECT_TRUE(pollUntil([this] { return control("level") == 120.0F; }));
 }
 
-TEST_F(ServicePluginUI, IsToldItsSize) {
+TEST_F(ServicePluginUI, ReceivesItsSize) {
     make();
     open();
     service().send(bridge::ResizePluginUI{345, 210});

@@ -76,7 +76,7 @@ class BridgedKeys : public ::testing::Test {
     std::vector<unsigned> keys_;
 };
 
-TEST_F(BridgedKeys, AreReportedOnceAlsoByAUIThatWasMadeAnew) {
+TEST_F(BridgedKeys, AreReportedOnceAlsoByARecreatedUI) {
     const CapturedOutput errors(STDERR_FILENO);
     ASSERT_TRUE(isShownAnew());
     ASSERT_NO_FATAL_FAILURE(strike('a'));

@@ -250,7 +250,7 @@ TEST_F(BridgedView, ShowsThatItIsClosedWhenTheServiceIsGivenUp) {
     EXPECT_TRUE(pollUntil([&place] { return countColors(place) > 2; }));
 }
 
-TEST_F(BridgedView, IsMadeAnewInAnotherContainerWhenTheSampleRateChanges) {
+TEST_F(BridgedView, IsRecreatedInAnotherContainerWhenTheSampleRateChanges) {
     // The UI accesses the effect's instance, which another sample rate replaces.
     show("direct");
     const auto place = window_->place();

@@ -176,7 +176,7 @@ TEST_F(View, OpensAClosedUIAgainWhenItNextComesOnScreen) {
     EXPECT_TRUE(fillsItsStage());
 }
 
-TEST_F(View, LogsThatTheUIRefusesToBeMade) {
+TEST_F(View, LogsAFailedInstantiationOfTheUI) {
     embed("refusing");
     const CapturedOutput errors(2);
     window_->present();

@@ -93,7 +93,7 @@ TEST_F(PluginUIKeyboard, GetsKeysWhenItsToplevelIsFocusedAfterTheClick) {
     ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
-TEST_F(PluginUIKeyboard, GetsKeysAlsoAfterItWasMadeAnew) {
+TEST_F(PluginUIKeyboard, GetsKeysAlsoAfterItWasRecreated) {
     toplevel_.focusInside();
     open("direct");
     unit_->allocateRenderResources(96000.0);
@@ -105,7 +105,7 @@ TEST_F(PluginUIKeyboard, GetsKeysAlsoAfterItWasMadeAnew) {
     ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
-TEST_F(PluginUIKeyboard, ReturnsTheFocusThatTheUITookForItself) {
+TEST_F(PluginUIKeyboard, ReturnsTheFocusThatTheUIHasGrabbed) {
     const auto inside = toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
     ASSERT_NO_FATAL_FAILURE(letUITakeFocus());

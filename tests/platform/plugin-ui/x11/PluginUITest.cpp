@@ -125,7 +125,7 @@ TEST_F(PluginUI, CannotWriteValuesThatAPortDoesNotAccept) {
     EXPECT_EQ(errors.text().find("wrote"), errors.text().rfind("wrote"));
 }
 
-TEST_F(PluginUI, IsClosedWhenItsIdleCallSaysSo) {
+TEST_F(PluginUI, IsClosedWhenItsIdleCallReportsThatItHasClosed) {
     open();
     record_.misdeed = Misdeed::close;
     ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
@@ -274,7 +274,7 @@ TEST_F(PluginUI, StaysOpenWhenTheSampleRateChanges) {
     ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 0.8F; }));
 }
 
-TEST_F(PluginUI, IsMadeAnewWhenTheInstanceThatItAccessesIsReplaced) {
+TEST_F(PluginUI, IsRecreatedWhenTheInstanceThatItAccessesIsReplaced) {
     open("direct");
     const auto* before = record_.instance;
     ASSERT_NE(before, nullptr);
@@ -286,7 +286,7 @@ TEST_F(PluginUI, IsMadeAnewWhenTheInstanceThatItAccessesIsReplaced) {
     EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
-TEST_F(PluginUI, ThrowsWhenItRefusesToBeMade) {
+TEST_F(PluginUI, ThrowsWhenItsInstantiationFails) {
     const auto refusal = [this](const std::string& name) -> std::string {
         try {
             open(name);
@@ -300,7 +300,7 @@ TEST_F(PluginUI, ThrowsWhenItRefusesToBeMade) {
               "made.");
 }
 
-TEST_F(PluginUI, IsClosedWhenItMakesNoWindow) {
+TEST_F(PluginUI, IsClosedWhenItCreatesNoWindow) {
     open("windowless");
     ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(closed_, (std::vector<std::string>{"it makes no window"}));

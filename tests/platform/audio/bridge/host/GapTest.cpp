@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
 /// Faults outside rendering: the current quantum may still be answered.
 class BesideTest : public ::testing::TestWithParam<Way> {};
 
-TEST_P(BesideTest, TheServiceIsReplacedAndTheOutputIsDryMeanwhile) {
+TEST_P(BesideTest, TheServiceIsReplacedAndAtMostOneQuantumFadesToDry) {
     const CapturedOutput error(2);
     FakeEffect effect(GetParam().how + ":4", quickLimits());
     Transcript transcript;

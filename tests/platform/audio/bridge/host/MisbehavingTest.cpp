@@ -50,7 +50,7 @@ class MisbehavingTest : public ::testing::TestWithParam<Way> {
     }
 };
 
-TEST_P(MisbehavingTest, IsRestartedAndTheOutputIsDryMeanwhile) {
+TEST_P(MisbehavingTest, IsRestartedAndTheOutputFadesToDryAndBack) {
     const CapturedOutput error(2);
     const auto before = Leftovers::now();
     {
