@@ -42,7 +42,7 @@ class PlayerPlay : public PlayerFixture {
                     "' looped: " + std::to_string(count) + "."};
     }
 
-    /// Renders past the next end of a pass and runs its consequences.
+    /// Renders past the end of the pass and waits for its lines. count: the passes so far.
     void renderPass(int count) {
         render(kPass);
         serveMainQueueUntilPrinted(output, looped(demonstration(), count).back());

@@ -1,4 +1,4 @@
-// Performs every action in every callback of every kind of animation on a run loop. The address
+// Performs every verb in every callback of every kind of animation on a run loop. The address
 // sanitizer finds objects that are freed too early or never.
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What stack, chain, sequencer and impulse have in common: their timer and their lifetime.
+// The timer and the lifetime of stacks, chains, sequencers and impulses.
 #include "animation/Ticking.h"
 
 #include <gtest/gtest.h>
@@ -312,7 +312,7 @@ class Empty : public ::testing::Test {};
 using Warning = ::testing::Types<AnimatorChain, AnimationSequencer>;
 TYPED_TEST_SUITE(Empty, Warning);
 
-/// The lines that it prints until there are at least three.
+/// Waits for at least three printed lines, stops the object and returns the lines.
 template <typename Kind>
 Lines linesOf(Kind& ticking) {
     const testing::CapturedOutput output;

@@ -28,7 +28,7 @@ class TimeoutTest : public WebFixture {
                      {"/picture", titled("picture", "<img src='/never'>")},
                      {"/next", titled("next")}}};
 
-    // So that the engine has started its processes.
+    // Loads a page first, so that the engine has started its processes.
     TimeoutTest() { loadWholly(site.address("/next"), "next"); }
 
     /// Waits for the log line of an address that timed out.

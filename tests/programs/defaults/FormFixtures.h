@@ -13,7 +13,7 @@ namespace orvalo::testing {
 using Dictionary = PropertyList::Dictionary;
 using List = PropertyList::List;
 
-/// Values of every kind, also those that are hard to write. No NaN, which equals nothing.
+/// Values of every kind, also those that are hard to write. Without a NaN, which equals no value.
 Dictionary everyKind();
 
 /// The deepest value that the store takes as an entry, of dictionaries that look like a JSON form.

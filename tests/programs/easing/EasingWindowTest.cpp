@@ -83,8 +83,8 @@ class EasingWindowTest : public ::testing::Test {
         activateWindow("^Orvalo Easing$");
     }
 
-    /// The same, on the Groups page, which has fewer widgets to search, stopped and with the
-    /// shortest duration.
+    /// Opens the program on the Groups page, which has fewer widgets to search, stopped and with
+    /// the shortest duration.
     void openGroups() {
         open();
         enter("alt+d", "0.2");
@@ -137,7 +137,7 @@ TEST_F(EasingWindowTest, NamesEveryCurveAndEveryControl) {
         expected.push_back(easingName(static_cast<EnumEasing>(number)));
     }
     EXPECT_THAT(easing.names(), IsSupersetOf(expected));
-    // It starts playing by itself.
+    // The program plays once after its start, so the button becomes "Play" again.
     EXPECT_TRUE(comes("Play"));
     key("alt+3");
     EXPECT_TRUE(comes("Amount"));
@@ -167,7 +167,7 @@ TEST_F(EasingWindowTest, FollowsAssistiveTechnology) {
     EXPECT_TRUE(easing.press("Repeat"));
     EXPECT_TRUE(easing.press("Play"));
     EXPECT_TRUE(comes("The stack has finished."));
-    // Repeats by itself.
+    // The stack runs again without a press.
     EXPECT_TRUE(comes("Number 1 has ended and is removed, 4 left."));
     EXPECT_TRUE(easing.press("Stop"));
     EXPECT_TRUE(comes("Play"));

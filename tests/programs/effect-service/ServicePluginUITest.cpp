@@ -25,7 +25,7 @@ using zoo::UIDeed;
 constexpr std::uint32_t kDeedPort = 2;
 constexpr unsigned kColor = 0x336699;
 constexpr X11Rect kArea{50, 40, 400, 300};
-// The toplevel stands at (100, 100).
+// kArea in the toplevel, which is at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
 
 /// An effect's UI, whose host is this program.
@@ -139,14 +139,14 @@ TEST_F(ServicePluginUI, ReportsThatItHasClosedItselfAndIsNotUpdatedAnyMore) {
 TEST_F(ServicePluginUI, IsCleanedUpWhenItsUpdateReturns) {
     make(UIDeed::nest);
     open();
-    // From now on the UI is inside of its update.
+    // After this message the UI is inside its update.
     service().await<bridge::PluginUIResizeRequest>();
     close();
     EXPECT_TRUE(isThere(window_));
     sendMessage(window_);
     EXPECT_TRUE(pollUntil([this] { return !isThere(window_); }));
     ping();
-    // The host closed the UI before it closed itself.
+    // The host closed the UI first, so the UI's own closing is not reported.
     EXPECT_TRUE(service().takePassed<bridge::PluginUIClosed>().empty());
     open();
     EXPECT_TRUE(comesTo(window_, kOnScreen));

@@ -31,7 +31,7 @@ class RefusalTest : public ::testing::Test {
         std::filesystem::resize_file(path, std::filesystem::file_size(path) * share / 100);
     }
 
-    // Expects this reason after the path, and nothing on standard error.
+    // Expects the error "<path>: <reason>", and nothing on standard error.
     static void expectRefused(const std::filesystem::path& path, const std::string& reason) {
         const CapturedOutput errors(2);
         EXPECT_EQ(refusalOf(path), path.string() + ": " + reason);

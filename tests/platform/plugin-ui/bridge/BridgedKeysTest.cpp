@@ -22,7 +22,7 @@ using ::testing::ElementsAre;
 
 constexpr unsigned kColor = 0x336699;
 constexpr X11Rect kArea{50, 40, 400, 300};
-// The toplevel stands at (100, 100).
+// kArea in the toplevel, which is at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
 
 LV2World& world() {

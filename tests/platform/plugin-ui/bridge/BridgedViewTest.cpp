@@ -48,7 +48,7 @@ GtkWidget* labelBelow(GtkWidget* widget) {
     return nullptr;
 }
 
-/// A program that starts the effect service, but not while holdUp() counts.
+/// A program that starts the effect service, and between holdUp() and goOn() waits first.
 class HeldUpService {
   public:
     explicit HeldUpService(const std::string& service) {
@@ -186,7 +186,7 @@ TEST_F(BridgedView, IsRestoredAfterItHungTheService) {
     CapturedOutput errors(STDERR_FILENO);
     click(place.x + 50, place.y + 50, 2);
     EXPECT_TRUE(pollUntil([&first] { return servicePids() != first; }));
-    // The windows may go a little later than the process.
+    // The server may destroy the windows a little after the end of the process.
     EXPECT_TRUE(comesTo(ui, {}));
     EXPECT_TRUE(fillsItsStage());
     EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
@@ -238,7 +238,8 @@ TEST_F(BridgedView, ShowsThatItIsClosedWhenTheServiceIsGivenUp) {
     for (int death = 0; death < 3; ++death) {
         ASSERT_TRUE(fillsItsStage());
         ASSERT_TRUE(killService());
-        ASSERT_TRUE(pollUntil([&place] { return pixelAt(place.x + 10, place.y + 10) != kUIColor; }));
+        ASSERT_TRUE(
+            pollUntil([&place] { return pixelAt(place.x + 10, place.y + 10) != kUIColor; }));
     }
     EXPECT_TRUE(pollUntil([] { return servicePids().empty(); }));
     EXPECT_EQ(gain(), 1.0F);

@@ -139,7 +139,7 @@ TEST_F(PluginUI, IsClosedWhenItsIdleCallReportsThatItHasClosed) {
 TEST_F(PluginUI, IsCleanedUpWhenItsOwnCallThatClosedItReturns) {
     open();
     int cleanups = -1;
-    // As when the window is closed while the UI's message box runs the main loop.
+    // Happens when the window is closed while the UI's message box runs the main loop.
     record_.onCall = [&] {
         embedded_ = nullptr;
         cleanups = record_.cleanups;

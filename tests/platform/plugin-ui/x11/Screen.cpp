@@ -15,7 +15,7 @@ Display* screen() {
     static const XServer server;
     static Display* const display = [] {
         auto* opened = XOpenDisplay(nullptr);
-        // The tests query windows that may be gone.
+        // The tests also query destroyed windows.
         X11Errors::installHandler();
         X11Errors::ignore(opened, true);
         return opened;

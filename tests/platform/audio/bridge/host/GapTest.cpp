@@ -21,7 +21,7 @@ BridgeLimits quickLimits() {
     return limits;
 }
 
-/// Renders until the next service is wet. It may take over between two quanta, unheard.
+/// Renders until the next service is wet. It may start between two quanta, so that none is dry.
 void renderUntilStartedAgain(FakeEffect& effect, const CapturedOutput& error,
                              Transcript& transcript) {
     do {

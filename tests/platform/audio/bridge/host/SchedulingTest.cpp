@@ -24,7 +24,7 @@ struct Scheduling {
     friend bool operator==(const Scheduling&, const Scheduling&) = default;
 };
 
-/// thread: 0 for the calling one.
+/// thread: its ID; 0 for the calling thread.
 Scheduling schedulingOf(pid_t thread) {
     sched_param parameters{};
     const int policy = sched_getscheduler(thread);

@@ -146,7 +146,7 @@ TEST_F(Channel, IsClosedWhenThePeerCloses) {
     EXPECT_EQ(receive(), Result::closed);
     EXPECT_EQ(received_.size(), 1U);
     EXPECT_TRUE(channel_.hasPart());
-    // Sending after that raises no SIGPIPE.
+    // Sending to a closed socket raises no SIGPIPE.
     channel_.send(ping_);
     EXPECT_FALSE(channel_.isWaiting());
     EXPECT_EQ(receive(), Result::closed);

@@ -18,7 +18,7 @@ bridge::Head headOf(const std::vector<std::byte>& message) {
     return head;
 }
 
-// One interface for the messages of both sides.
+// Overloads by message type, for the tests of both directions.
 std::vector<bridge::HostMessage> messages(const bridge::HostMessage& /*side*/) {
     return hostMessages();
 }
