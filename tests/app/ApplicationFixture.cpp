@@ -10,7 +10,7 @@
 #if defined(__SANITIZE_ADDRESS__)
 
 // Only leaks of the application's process count, not of the test's.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name for what it asks.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name.
 extern "C" int __lsan_is_turned_off();
 int __lsan_is_turned_off() {
     return 1;

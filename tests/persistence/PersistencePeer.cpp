@@ -58,7 +58,7 @@ std::size_t instances(std::ptrdiff_t count) {
     return all.size();
 }
 
-void follow(const std::string& command, Words& words) {
+void execute(const std::string& command, Words& words) {
     if (command == "standard") {
         print(UserDefaults::standard()->string(words.take()).value_or("nothing"));
     } else if (command == "instance") {
@@ -91,7 +91,7 @@ void follow(const std::string& command, Words& words) {
 // NOLINTNEXTLINE(bugprone-exception-escape): words that make no sense are to end the program.
 int main(int argc, char** argv) {
     for (Words words(argc, argv); words.areLeft();) {
-        follow(words.take(), words);
+        execute(words.take(), words);
     }
     return EXIT_SUCCESS;
 }

@@ -37,8 +37,8 @@ class WebFixture : public ::testing::Test {
     /// engine's shared processes is done.
     static void passTime(const Site& site, const std::string& path);
 
-    /// Loads an address in another view until the load times out.
-    static void waitInVain(const std::string& address, double timeoutInterval);
+    /// Loads an address in another view and waits until the load times out.
+    static void loadUntilTimeout(const std::string& address, double timeoutInterval);
 
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     std::shared_ptr<WKWebView> view;

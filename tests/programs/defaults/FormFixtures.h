@@ -21,7 +21,7 @@ PropertyList deepestValue();
 
 /// The text of the std::runtime_error that the action throws; "no error" when it throws none.
 template <typename Action>
-std::string trouble(const Action& action) {
+std::string errorOf(const Action& action) {
     try {
         action();
     } catch (const std::runtime_error& error) {

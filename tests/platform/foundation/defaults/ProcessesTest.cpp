@@ -99,7 +99,7 @@ TEST_F(Processes, KilledWritersLoseNoAcknowledgedValue) {
         EXPECT_GE(there, acknowledged);
         EXPECT_LE(there, acknowledged + 1);
         EXPECT_GE(there, seen);
-        // A new process finds what earlier ones have seen.
+        // A new process reads the same value as this process.
         EXPECT_EQ(Worker({name_}).ask("get " + key), std::to_string(there));
         if (round % 20 == 0) {
             EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));

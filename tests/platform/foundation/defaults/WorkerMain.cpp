@@ -47,7 +47,7 @@ void endAtFirstLog() {
         nullptr);
 }
 
-std::string obey(UserDefaults& settings, const std::string& line) {
+std::string execute(UserDefaults& settings, const std::string& line) {
     std::istringstream words(line);
     std::string what;
     std::string key;
@@ -93,7 +93,7 @@ int run(const std::vector<std::string>& words) {
     }
     if (words.size() == 1) {
         for (std::string line; std::getline(std::cin, line);) {
-            std::cout << obey(*settings, line) << std::endl;
+            std::cout << execute(*settings, line) << std::endl;
         }
         return EXIT_SUCCESS;
     }

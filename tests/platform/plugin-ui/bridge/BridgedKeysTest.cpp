@@ -46,7 +46,7 @@ class BridgedKeys : public ::testing::Test {
     }
 
     /// Waits until a UI is on screen in another container than the last one.
-    bool isShownAnew() {
+    bool waitForNewUI() {
         const bool isNew = pollUntil([this] {
             return parentWindowAt(200, 200) != container_ && pixelAt(200, 200) == kColor &&
                    rectangleOf(windowAt(200, 200)) == kOnScreen;
@@ -78,14 +78,14 @@ class BridgedKeys : public ::testing::Test {
 
 TEST_F(BridgedKeys, AreReportedOnceAlsoByARecreatedUI) {
     const CapturedOutput errors(STDERR_FILENO);
-    ASSERT_TRUE(isShownAnew());
+    ASSERT_TRUE(waitForNewUI());
     ASSERT_NO_FATAL_FAILURE(strike('a'));
     ASSERT_TRUE(killService());
-    ASSERT_TRUE(isShownAnew());
+    ASSERT_TRUE(waitForNewUI());
     ASSERT_NO_FATAL_FAILURE(strike('b'));
     // The UI accesses the effect's instance, which another sample rate replaces.
     unit_->allocateRenderResources(96000);
-    ASSERT_TRUE(isShownAnew());
+    ASSERT_TRUE(waitForNewUI());
     ASSERT_NO_FATAL_FAILURE(strike('c'));
     EXPECT_THAT(keys_, ElementsAre(keycode('a'), keycode('b'), keycode('c')));
 }

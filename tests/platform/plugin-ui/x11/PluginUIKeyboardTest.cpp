@@ -98,7 +98,7 @@ TEST_F(PluginUIKeyboard, GetsKeysAlsoAfterItWasRecreated) {
     open("direct");
     unit_->allocateRenderResources(96000.0);
     ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 2 && record_.width == 400; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140, 400, 300}));
     ASSERT_NO_FATAL_FAILURE(clickIntoUI());
     // The new container handles the toplevel's focus events, too.
     toplevel_.focusInside();

@@ -67,11 +67,11 @@ std::size_t countColors(const X11Rect& area) {
     return colors.size();
 }
 
-bool comesTo(unsigned long window, const X11Rect& rectangle) {
+bool waitForRectangle(unsigned long window, const X11Rect& rectangle) {
     return pollUntil([&] { return rectangleOf(window) == rectangle; });
 }
 
-bool isPainted(int x, int y, unsigned color) {
+bool waitForColor(int x, int y, unsigned color) {
     return pollUntil([=] { return pixelAt(x, y) == color; });
 }
 

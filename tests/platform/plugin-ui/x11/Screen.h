@@ -24,8 +24,8 @@ unsigned pixelAt(int x, int y);
 std::size_t countColors(const X11Rect& area);
 
 // Wait until the window has that rectangle, or the pixel that colour; false after a minute.
-bool comesTo(unsigned long window, const X11Rect& rectangle);
-bool isPainted(int x, int y, unsigned color);
+bool waitForRectangle(unsigned long window, const X11Rect& rectangle);
+bool waitForColor(int x, int y, unsigned color);
 
 /// The focus window.
 unsigned long keyboardFocus();
