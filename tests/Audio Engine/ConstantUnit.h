@@ -10,8 +10,8 @@
 
 namespace orvalo::testing {
 
-/// A stereo effect whose output is a constant, so that tests see whether a signal passed through
-/// it. It sends the test's bytes as MIDI.
+/// A stereo effect whose output is a constant, so that tests see whether the signal is wired
+/// through it.
 class ConstantUnit : public AUAudioUnit {
   public:
     explicit ConstantUnit(float value, std::vector<std::string> midiOutputNames = {})

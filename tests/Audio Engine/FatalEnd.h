@@ -5,7 +5,7 @@
 
 #include <csignal>
 
-/// Expects that the statement ends the program with that fatal error.
+/// Expects that the statement ends the program by fatalError(message).
 #define EXPECT_FATAL_ERROR(statement, message)                 \
     EXPECT_EXIT(statement, ::testing::KilledBySignal(SIGABRT), \
                 ::testing::HasSubstr(std::string("Fatal error: ") + (message) + "\n"))

@@ -188,28 +188,28 @@ TEST_F(PlayerConnect, ThePassContinuesWhilePlaying) {
 }
 
 // The search connects the effect on its thread while the user may press play.
-TEST_F(PlayerConnect, AFileLoadedDuringTheWiringWaitsForItsEnd) {
+TEST_F(PlayerConnect, LoadingAFileWaitsUntilTheEffectIsWired) {
     const auto url = constantFile("a.wav");
     const auto effect = std::make_shared<ConstantUnit>(0.25F);
-    std::promise<void> inTheMidst;
+    std::promise<void> connecting;
     std::promise<void> loaded;
     effect->onMIDIOutputNames = [&] {
-        inTheMidst.set_value();
+        connecting.set_value();
         // The effect is not in the graph yet: connecting the player to it now would be fatal.
         EXPECT_EQ(loaded.get_future().wait_for(std::chrono::milliseconds(100)),
                   std::future_status::timeout);
     };
-    std::thread finder([&] { player->connect(std::make_shared<AVAudioUnit>(effect), [] {}); });
-    inTheMidst.get_future().wait();
+    std::thread connector([&] { player->connect(std::make_shared<AVAudioUnit>(effect), [] {}); });
+    connecting.get_future().wait();
     player->load(url);
     loaded.set_value();
-    finder.join();
+    connector.join();
     EXPECT_EQ(sound(), 0.25F);
 }
 
-TEST_F(PlayerConnect, FilesMayBeLoadedConcurrently) {
+TEST_F(PlayerConnect, FilesMayBeLoadedWhileEffectsAreConnected) {
     const auto url = constantFile("a.wav", 0.1);
-    std::thread finder([this] {
+    std::thread connector([this] {
         for (int round = 0; round < 25; ++round) {
             player->connect(unit(0.25F), [] {});
             player->connect(nullptr, [] {});
@@ -219,7 +219,7 @@ TEST_F(PlayerConnect, FilesMayBeLoadedConcurrently) {
     for (int round = 0; round < 50; ++round) {
         player->load(url);
     }
-    finder.join();
+    connector.join();
     EXPECT_EQ(sound(), 0.25F);
 }
 

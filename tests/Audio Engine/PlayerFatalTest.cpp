@@ -46,25 +46,25 @@ class MissingOutput : public AudioOutput {
     std::uint64_t xrunCount() const override { return 0; }
 };
 
-TEST_F(PlayerFatal, LoadingAnAbsentAddress) {
+TEST_F(PlayerFatal, LoadingAnAbsentAddressEndsTheProgram) {
     EXPECT_FATAL_ERROR(player->load(std::nullopt), kFoundNil);
 }
 
-TEST_F(PlayerFatal, ARefusedCategory) {
+TEST_F(PlayerFatal, ARefusedCategoryEndsTheProgram) {
     EXPECT_FATAL_ERROR(startRefusedBy(std::make_shared<RefusingSession>(true)),
                        "AUEnginePlayer::ERROR: Could not set audio session active true. system "
                        "error: Error Domain=NSOSStatusErrorDomain Code=561015905 \"Session "
                        "activation failed\"");
 }
 
-TEST_F(PlayerFatal, ARefusedActivation) {
+TEST_F(PlayerFatal, ARefusedActivationEndsTheProgram) {
     EXPECT_FATAL_ERROR(startRefusedBy(std::make_shared<RefusingSession>(false)),
                        "AUEnginePlayer::ERROR: Could not set audio session active true. system "
                        "error: Error Domain=NSOSStatusErrorDomain Code=560030580 \"The session is "
                        "busy\"");
 }
 
-TEST_F(PlayerFatal, ARefusedDeactivation) {
+TEST_F(PlayerFatal, ARefusedDeactivationEndsTheProgram) {
     EXPECT_FATAL_ERROR(
         {
             player->start();
@@ -75,7 +75,7 @@ TEST_F(PlayerFatal, ARefusedDeactivation) {
         "Domain=NSOSStatusErrorDomain Code=560030580 \"The session is busy\"");
 }
 
-TEST_F(PlayerFatal, AnEngineThatDoesNotStart) {
+TEST_F(PlayerFatal, AnEngineThatDoesNotStartEndsTheProgram) {
     EXPECT_FATAL_ERROR(
         std::make_shared<AUEnginePlayer>(
             std::make_shared<AVAudioEngine>(std::make_unique<MissingOutput>()))
@@ -84,7 +84,7 @@ TEST_F(PlayerFatal, AnEngineThatDoesNotStart) {
         "Code=7 \"There is no such device.\"");
 }
 
-TEST_F(PlayerFatal, ACountOfPassesBeyondAllIntegers) {
+TEST_F(PlayerFatal, APassCountBeyond64BitsEndsTheProgram) {
     player->load(constantFile("a.wav"));
     peer.loopCount() = std::numeric_limits<std::int64_t>::max() - 1;
     peer.countPass();

@@ -14,30 +14,30 @@
 
 namespace orvalo::testing {
 
-/// A player whose engine renders only on request of the test, which so controls the ends of passes.
+/// A player whose engine renders only when the test requests it, so the test ends the passes.
 /// Captures standard output from the start.
 class PlayerFixture : public ::testing::Test {
   protected:
     static constexpr std::uint32_t kRate = 44100;
-    /// The value of constantFile().
+    /// Every sample of constantFile().
     static constexpr float kFileValue = 0.5F;
 
     PlayerFixture();
     ~PlayerFixture() override;
 
-    /// An address of a stereo file that is kFileValue throughout.
+    /// Writes a file whose samples are all kFileValue and returns its address.
     URL constantFile(const std::string& name, double seconds = 1.0, std::uint32_t channels = 2);
-    /// An address of a damaged file.
+    /// Writes a damaged file and returns its address.
     URL damagedFile(const std::string& name);
 
     static std::shared_ptr<AVAudioUnit> unit(float value,
                                              std::vector<std::string> midiOutputNames = {});
 
-    /// Renders that time and returns the first channel of the last frame.
+    /// Renders for that many seconds. Returns the first channel of the last frame.
     float render(double seconds);
     /// Waits until the player's queue has run its items.
     void settle();
-    /// The lines since the last call.
+    /// The lines printed since the last call.
     Lines newLines();
 
     TemporaryFolder folder;

@@ -55,14 +55,14 @@ class PlayerFormat : public PlayerFixture {
     std::shared_ptr<AUEnginePlayer> loaded;
 };
 
-TEST_F(PlayerFormat, AfterTheEffectHasItsChannelsAndTheFilesRate) {
+TEST_F(PlayerFormat, TheEffectsOutputHasItsChannelsAndTheFilesRate) {
     const auto [left, right] = sound(AUEnginePlayerPeer{*loaded}.file());
     EXPECT_NEAR(left, kFileValue, kNear);
     EXPECT_NEAR(right, -kFileValue, kNear);
     EXPECT_EQ(effect->rate, kRate);
 }
 
-TEST_F(PlayerFormat, BeforeTheEffectIsThePlayersFormat) {
+TEST_F(PlayerFormat, TheEffectsInputHasThePlayersFormat) {
     const auto path = folder.path() / "stereo.wav";
     writeWav(path, kRate, Signal{std::vector(kRate, 0.5F), std::vector(kRate, 0.25F)});
     const auto [left, right] = sound(AVAudioFile::forReading(URL::fileURLWithPath(path.string())));

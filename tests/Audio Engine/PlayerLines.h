@@ -4,7 +4,7 @@
 
 namespace orvalo::testing {
 
-// Lines of the player for several tests.
+// Lines that the player prints, for several tests.
 
 inline const std::string kDisconnects =
     "AUEnginePlayer::WARNING: Function connect() with argument 'nil' causes disconnection.";

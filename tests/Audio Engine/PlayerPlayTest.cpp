@@ -42,7 +42,7 @@ class PlayerPlay : public PlayerFixture {
                     "' looped: " + std::to_string(count) + "."};
     }
 
-    /// Renders past the next end of a pass and runs its consequences.
+    /// Renders past the end of the pass and waits for its lines. count: the passes so far.
     void renderPass(int count) {
         render(kPass);
         serveMainQueueUntilPrinted(output, looped(demonstration(), count).back());
@@ -142,7 +142,7 @@ TEST_F(PlayerPlay, StartWhilePlayingContinuesWithAnotherFile) {
     EXPECT_EQ(newLines(), looped(path, 2));
 }
 
-TEST_F(PlayerPlay, TheDelegateMayBeMissing) {
+TEST_F(PlayerPlay, PlaysWithoutADelegate) {
     player->delegate = nullptr;
     player->start();
     settle();
@@ -193,7 +193,7 @@ class NotingBundle : public Bundle {
     const URL file_;
 };
 
-TEST_F(PlayerPlay, StartPicksAnyDemonstrationFile) {
+TEST_F(PlayerPlay, StartPicksEveryDemonstrationFileInTheLongRun) {
     const auto bundle = std::make_shared<NotingBundle>(constantFile("short.wav", 0.001));
     const auto drawing = std::make_shared<AUEnginePlayer>(engine, bundle);
     const AUEnginePlayerPeer drawingPeer{*drawing};
@@ -220,7 +220,7 @@ class PrintingOutput : public AudioOutput {
     std::uint64_t xrunCount() const override { return 0; }
 };
 
-TEST_F(PlayerPlay, TheEngineIsPreparedOnceTheFileIsNamed) {
+TEST_F(PlayerPlay, TheEngineIsPreparedAfterTheFileIsNamed) {
     const auto choosing = std::make_shared<AUEnginePlayer>(
         std::make_shared<AVAudioEngine>(std::make_unique<PrintingOutput>()));
     const AUEnginePlayerPeer choosingPeer{*choosing};
@@ -301,7 +301,7 @@ TEST_F(PlayerPlay, PlaysPassesInRealTime) {
     EXPECT_EQ(loops, expected);
 }
 
-TEST_F(PlayerPlay, PlaysOnWithoutItsOwner) {
+TEST_F(PlayerPlay, StaysAliveUntilStoppedWhenItsOwnerReleasesIt) {
     std::weak_ptr<AUEnginePlayer> kept;
     {
         const auto other = std::make_shared<AUEnginePlayer>(engine);

@@ -114,7 +114,7 @@ TEST(AnimatorTimer, StepsTwicePerIntervalWhenStartedTwice) {
     }).join();
 }
 
-TEST(AnimatorTimer, OfAnEarlierStartCannotBeStopped) {
+TEST(AnimatorTimer, StopEndsOnlyTheTimerOfTheLastStart) {
     std::thread([] {
         const auto animator = animatorOf(1000000);
         animator->start();

@@ -14,27 +14,27 @@
 
 namespace orvalo::testing {
 
-/// An action of a callback. members: of the group, in order.
+/// An operation that a callback performs. members: of the group, in order.
 template <typename Kind>
 struct Verb {
     std::string name;
     std::function<void(Kind& self, const Members& members)> run;
 };
 
-/// A callback, and how to make it run a block.
+/// A callback; install() makes it run a block.
 template <typename Kind>
 struct Callback {
     std::string name;
     std::function<void(Kind& self, const Members& members, std::function<void()> block)> install;
 };
 
-/// The verbs and callbacks of a kind, and how to make an object that uses them.
+/// The verbs and callbacks of a kind; make() creates an object with these members.
 template <typename Kind>
 struct VerbKit;
 
 constexpr float kVerbInterval = 0.0005F;
 
-/// A callback with any arguments.
+/// A callback that ignores its arguments and runs the block.
 inline auto running(std::function<void()> block) {
     return [block = std::move(block)](const auto&...) { block(); };
 }

@@ -1,4 +1,4 @@
-// Performs every action in every callback of every kind of animation on a run loop. The address
+// Performs every verb in every callback of every kind of animation on a run loop. The address
 // sanitizer finds objects that are freed too early or never.
 
 #include <gtest/gtest.h>
@@ -79,7 +79,7 @@ bool isFatal(const Callback<Kind>& callback, const Verb<Kind>& verb) {
            (verb.name == "stop" || verb.name == "stop and start");
 }
 
-TYPED_TEST(CallbackOf, MayDoAnything) {
+TYPED_TEST(CallbackOf, MayPerformEveryVerb) {
     const testing::CapturedOutput output;
     for (const auto& callback : testing::VerbKit<TypeParam>::callbacks()) {
         for (const auto& verb : testing::VerbKit<TypeParam>::verbs()) {

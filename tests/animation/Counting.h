@@ -66,7 +66,7 @@ std::shared_ptr<Group> groupOf(const Members& members) {
     return group;
 }
 
-/// The same, with every onAnimation recorded.
+/// A stack or a chain of the members that records each onAnimation.
 template <typename Group>
 std::shared_ptr<Group> recordedGroupOf(const Members& members, Lines& lines) {
     auto group = groupOf<Group>(members);

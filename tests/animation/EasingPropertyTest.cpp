@@ -182,7 +182,7 @@ INSTANTIATE_TEST_SUITE_P(Families, EasingFamily, ::testing::Range<std::int64_t>(
                              return easingName(member(family.param, 0)).substr(6);
                          });
 
-TEST(ExpoEasing, InOutCreepsAndJumps) {
+TEST(ExpoEasing, InOutStaysNearTheStartAndJumpsToTheEnd) {
     EXPECT_EQ(at(EASING_easeInOutExpo, 0, 0, 1, 10), 0);
     EXPECT_NEAR(at(EASING_easeInOutExpo, 9, 0, 1, 10), 0.5f * std::pow(2.0f, -5.5f), 1e-8f);
     EXPECT_EQ(at(EASING_easeInOutExpo, 10, 0, 1, 10), 1);
@@ -219,7 +219,7 @@ TEST(BackEasing, OvershootsByATenth) {
     EXPECT_NEAR(highest, 1.1f, 1e-4f);
 }
 
-TEST(EasingOfNoFrames, Divides) {
+TEST(EasingOfNoFrames, DividesByZeroExceptAtTheFixedEndsOfACurve) {
     EXPECT_TRUE(std::isnan(at(EASING_easeNone, 0, 0, 1, 0)));
     EXPECT_EQ(at(EASING_easeNone, 1, 0, 1, 0), std::numeric_limits<float>::infinity());
     EXPECT_EQ(at(EASING_easeInExpo, 0, 3, 4, 0), 3);

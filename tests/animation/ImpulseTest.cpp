@@ -29,7 +29,7 @@ using testing::Lines;
 using testing::tick;
 using Peer = ImpulsePeer;
 
-/// The values after so many ticks, one by one.
+/// The value after each of `ticks` ticks.
 std::vector<float> values(Impulse& impulse, int ticks) {
     std::vector<float> result;
     for (int index = 0; index < ticks; ++index) {

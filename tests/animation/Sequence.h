@@ -26,7 +26,7 @@ struct AnimationSequencerPeer {
 
 namespace testing {
 
-/// `count` ticks like those of the timer: each advances the frame counter first.
+/// Ticks `count` times as the timer does: advances the frame counter, then animates.
 inline void tickOn(AnimationSequencer& sequencer, int count = 1) {
     for (int done = 0; done < count; ++done) {
         ++AnimationSequencerPeer::currentFrame(sequencer);
@@ -49,7 +49,7 @@ inline std::shared_ptr<AnimationSequencer> sequence(const std::vector<Placed>& p
     return sequencer;
 }
 
-/// The same, with its callbacks recorded.
+/// A sequencer of the animators that records its callbacks.
 inline std::shared_ptr<AnimationSequencer> recorded(const std::vector<Placed>& placed,
                                                     Lines& lines) {
     auto sequencer = sequence(placed);

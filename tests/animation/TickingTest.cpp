@@ -1,4 +1,4 @@
-// What stack, chain, sequencer and impulse have in common: their timer and their lifetime.
+// The timer and the lifetime of stacks, chains, sequencers and impulses.
 #include "animation/Ticking.h"
 
 #include <gtest/gtest.h>
@@ -227,7 +227,7 @@ TYPED_TEST(Ticking, EndsWithItsThread) {
 
 // The timer of the first start ends only with its thread.
 
-TYPED_TEST(Ticking, TicksTwicePerIntervalWhenStartedTwiceAndGoesOnAfterStop) {
+TYPED_TEST(Ticking, TicksTwicePerIntervalWhenStartedTwiceAndContinuesAfterStop) {
     std::thread([] {
         constexpr float interval = 0.01F;
         const auto ticking = makeEndless<TypeParam>(interval);
@@ -312,7 +312,7 @@ class Empty : public ::testing::Test {};
 using Warning = ::testing::Types<AnimatorChain, AnimationSequencer>;
 TYPED_TEST_SUITE(Empty, Warning);
 
-/// The lines that it prints until there are at least three.
+/// Waits for at least three printed lines, stops the object and returns the lines.
 template <typename Kind>
 Lines linesOf(Kind& ticking) {
     const testing::CapturedOutput output;
@@ -376,7 +376,7 @@ TEST(SequencerTimer, AdvancesTheFrameBeforeEachTickAlsoDuringAPause) {
     EXPECT_EQ(frames, (std::vector<std::int64_t>{1, 2, 3}));
 }
 
-TEST(SequencerTimer, GoesOnAfterRemoveAll) {
+TEST(SequencerTimer, ContinuesAfterRemoveAll) {
     const auto sequencer = makeEndless<AnimationSequencer>();
     sequencer->start();
     sequencer->removeAll();

@@ -14,11 +14,12 @@ class AccessibleTree {
 
     /// The names of the sensitive push buttons, in tree order.
     std::vector<std::string> buttons() const;
-    /// Whether there is a button of that name among them.
+    /// Whether buttons() contains that name.
     bool shows(const std::string& button) const;
     /// All names, also of texts, in tree order.
     std::vector<std::string> names() const;
-    /// Performs the press action of the object of that name; false when that is impossible.
+    /// Performs the press action of the object of that name; false without such an object or
+    /// action.
     bool press(const std::string& name) const;
 
   private:

@@ -10,7 +10,7 @@
 #if defined(__SANITIZE_ADDRESS__)
 
 // Only leaks of the application's process count, not of the test's.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name for what it asks.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer's name.
 extern "C" int __lsan_is_turned_off();
 int __lsan_is_turned_off() {
     return 1;
@@ -29,7 +29,7 @@ void startSession() {
         auto* made = g_test_dbus_new(G_TEST_DBUS_NONE);
         g_test_dbus_add_service_dir(made, "/usr/share/dbus-1/services");
         g_test_dbus_up(made);
-        // The bus does not belong to the test.
+        // g_test_dbus_up() unsets DISPLAY.
         g_setenv("DISPLAY", display.c_str(), TRUE);
         return made;
     }();
@@ -38,7 +38,7 @@ void startSession() {
 
 constexpr const char* kName = "^Orvalo$";
 
-/// A connection that grabs the server: the display does not change meanwhile.
+/// A connection that grabs the X server, so that the display does not change while it is open.
 class Display {
   public:
     Display() : display_(XOpenDisplay(nullptr)) { XGrabServer(display_); }
@@ -81,7 +81,7 @@ class Display {
         return focus;
     }
 
-    /// Whether a window is another one or inside it.
+    /// Whether `window` is `other` or inside it.
     bool isInside(unsigned long window, unsigned long other) const {
         Window root = 0;
         Window parent = window;
@@ -206,8 +206,8 @@ void ApplicationFixture::pointAt(const EffectSpot& spot) {
 void ApplicationFixture::clickIntoField(const EffectSpot& spot) {
     pointAt(spot);
     act({"click", "1"});
-    // Either it has the focus, or the application's window has it and passes keys to the window
-    // under the pointer.
+    // The focus is in the plug-in UI, or on the application's window, which passes keys to the
+    // window under the pointer.
     EXPECT_TRUE(pollUntil([] {
         const auto window = windowNamed(kName);
         const Display display;

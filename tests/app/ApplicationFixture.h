@@ -36,22 +36,23 @@ class ApplicationFixture : public ::testing::Test {
   protected:
     ApplicationFixture();
 
-    /// Starts it, waits until the effect is found and the window drawn, and returns its lines.
+    /// Starts the application, waits until the effect is found and the window drawn, and returns
+    /// the printed lines.
     Lines start();
-    /// The next line that contains the text.
+    /// Reads the application's lines up to the next that contains the text. Returns that line.
     std::string lineWith(const std::string& text) const;
-    /// Starts it once more.
+    /// Starts the application's program once more.
     std::unique_ptr<Program> startAgain() const;
-    /// Gives its window the focus and moves the pointer away from it.
+    /// Focuses the application's window and moves the pointer off it.
     static void focus();
-    /// Sends a key by its xdotool name to its window.
+    /// Sends a key, by its xdotool name, to the application's window.
     static void key(const std::string& name);
     /// Starts and stops playback by the space bar.
     void playAndStop();
-    /// Closes the window and returns the exit status.
+    /// Closes the window and returns the application's exit status.
     int quit();
 
-    /// The rectangle of its window on the display.
+    /// The rectangle of the application's window on the display.
     static ApplicationPlace place();
     static void resize(int width, int height);
     /// The rectangle of the embedded plug-in UI on the display; absent while it is hidden.

@@ -20,7 +20,7 @@ struct RunningProcess {
 /// The processes with that data folder in their environment: an application of the tests and its
 /// children.
 std::vector<RunningProcess> processesWithData(const std::string& folder);
-/// The first of them with that prefix of its name; number 0 when there is none.
+/// The first process whose name begins with `beginning`; number 0 without one.
 RunningProcess processNamed(const std::string& beginning,
                             const std::vector<RunningProcess>& processes);
 

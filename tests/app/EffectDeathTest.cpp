@@ -62,7 +62,8 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     expectItPlaysAndStops();
     EXPECT_TRUE(pollUntil([&] { return application().descriptorCount() <= descriptors; }));
     EXPECT_TRUE(pollUntil([&] { return application().status("Threads") <= threads; }));
-    // The third death within a minute is final. (Sanitizers handle faults themselves.)
+    // The third death within a minute is final. SIGABRT, because sanitizers handle faults
+    // themselves.
     kill(service().number, SIGABRT);
     EXPECT_TRUE(pollUntil([this] { return service().number == 0; }));
     EXPECT_TRUE(pollUntil([] { return !effectPlace().has_value(); }));

@@ -80,7 +80,7 @@ class EffectSoundTest : public ScreenFixture {
         AVAudioPCMBuffer buffer({kRate, 2}, kRate);
         engine->renderOffline(kRate, buffer);
         double sum = 0;
-        // Without the start, where changed parameters are still smoothed.
+        // Skips the first half, in which changed parameters are still smoothed.
         for (std::uint32_t frame = kRate / 2; frame < kRate; ++frame) {
             const double value = buffer.floatChannelData()[0][frame];
             sum += value * value;

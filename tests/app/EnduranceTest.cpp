@@ -20,7 +20,7 @@ constexpr bool kIsSanitized = false;
 /// The number of application starts: 100, fewer under a sanitizer, or ORVALO_TEST_STARTS of the
 /// environment.
 int applicationStarts() {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody changes it.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no thread changes the environment.
     const char* stated = std::getenv("ORVALO_TEST_STARTS");
     return stated != nullptr ? std::stoi(stated) : kIsSanitized ? 6 : 100;
 }
@@ -46,7 +46,8 @@ class EnduranceTest : public ApplicationFixture {
 
 TEST_F(EnduranceTest, AHundredPlaybacksLeakNothing) {
     start();
-    // Creates what the application keeps: threads of pools, libraries, pictures.
+    // The first rounds create threads of pools, libraries and pictures, which the application
+    // keeps.
     constexpr int kFirst = 20;
     constexpr int kAll = 100;
     RunningProcess process;
@@ -92,7 +93,7 @@ TEST_F(EnduranceTest, RepeatedApplicationStartsLeaveNothingBehind) {
             EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine starting."),
                       "AUEnginePlayer: Audio engine starting.");
         }
-        // Some with a web page, which starts the engine's processes.
+        // Some rounds show a web page, which starts the engine's processes.
         if (!kIsSanitized && round % 25 == 5) {
             key("ctrl+i");
             EXPECT_TRUE(pollUntil([this] { return tree.shows("Back"); }));

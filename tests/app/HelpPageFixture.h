@@ -22,11 +22,11 @@ class HelpPageFixture : public ScreenFixture {
     /// Presents the screen, and waits until it is shown.
     void present() const;
     void dismiss() const;
-    /// Waits until that page is loaded.
+    /// Waits until the page of that title is loaded; false when it does not load.
     bool waitForTitle(const std::string& title) const;
     /// The requested paths since the start of the test.
     Lines requested() const;
-    /// The printed lines of a page's request and response.
+    /// The lines that the screen prints for a page's request and response.
     static Lines linesOf(const std::string& path);
 
     std::shared_ptr<WKWebView> page;

@@ -37,7 +37,7 @@ TEST_F(HelpPageTest, AnUnknownIdentifierLoadsNoPage) {
     present();
     serveMainQueue();
     EXPECT_EQ(output.lines(), Lines{});
-    // An earlier request would be first.
+    // A page that was loaded before would be the first request.
     screen->loadHelpPdf();
     EXPECT_TRUE(waitForTitle("Help"));
     EXPECT_EQ(requested(), Lines{"/DYNAMICS/"});
@@ -55,7 +55,7 @@ TEST_F(HelpPageTest, AScriptedClickOnALinkToANewWindowOpensNothing) {
         return std::search(lines.begin(), lines.end(), asked.begin(), asked.end()) != lines.end();
     })) << output.text();
     EXPECT_TRUE(waitForTitle("Information"));
-    // All earlier requests have ended by then.
+    // The site has all earlier requests once this page is loaded.
     screen->loadHelpPdf();
     EXPECT_TRUE(waitForTitle("Help"));
     EXPECT_EQ(requested(), (Lines{"/", "/DYNAMICS/"}));

@@ -118,7 +118,7 @@ TEST_F(PagesTest, APageIsReloadedEveryTime) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(PagesTest, TheMainScreensKeysAreDisabledMeanwhile) {
+TEST_F(PagesTest, TheMainScreensKeysAreDisabledWhileAPageIsShown) {
     start();
     key("ctrl+i");
     program->readUntil("navigationResponse: ");

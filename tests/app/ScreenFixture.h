@@ -28,6 +28,7 @@ struct ViewControllerPeer {
     }
 };
 
+/// Access to the help screen's private members.
 struct HelpViewControllerPeer {
     static const std::string& identifier(const HelpViewController& screen) {
         return screen.identifier;
@@ -50,9 +51,9 @@ class ScreenFixture : public ::testing::Test {
     std::shared_ptr<ViewController> showMainScreen();
     /// The layout, with the application's classes registered.
     static std::shared_ptr<UIStoryboard> layout();
-    /// Waits until the window, or a dialog above it, has the keyboard focus.
+    /// Waits until the window has the keyboard focus; with false, until a dialog above it has.
     void waitForKeyboard(bool isWindows) const;
-    /// Runs the items that the main queue has now.
+    /// Runs the items that the main queue holds at the call.
     static void serveMainQueue();
 
     std::shared_ptr<UIWindow> window;

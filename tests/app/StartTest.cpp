@@ -13,7 +13,7 @@ namespace {
 using ::testing::HasSubstr;
 using StartTest = ApplicationFixture;
 
-/// The lines that are also in another list, in order.
+/// The lines that `wanted` contains, in order.
 Lines among(const Lines& lines, const Lines& wanted) {
     Lines result;
     std::copy_if(lines.begin(), lines.end(), std::back_inserter(result), [&](const auto& line) {
@@ -51,7 +51,7 @@ TEST_F(StartTest, PrintsItsTranscript) {
     EXPECT_EQ(among(lines, onMain), onMain);
     EXPECT_EQ(among(lines, onSearch), onSearch);
     EXPECT_EQ(lines.front(), onMain.front());
-    // The other lines are the one of the process and the empty lines around it.
+    // Three more lines: the process name and an empty line on each side of it.
     EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                             [](const auto& line) { return line.starts_with("Process Name: "); }),
               1);

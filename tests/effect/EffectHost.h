@@ -51,8 +51,8 @@ class EffectHost {
     EventSequence& midiIn() { return midiIn_; }
     EventSequence& midiOut() { return midiOut_; }
 
-    /// Processes a signal and messages with the given block lengths in turn, in place or not.
-    /// Appends sent messages to sent(), with frames counted from the first rendering.
+    /// Processes a signal and messages in blocks that cycle through the given lengths, in place or
+    /// not. Appends sent messages to sent(), with frames counted from the first rendering.
     Stereo render(const Stereo& input, const std::vector<std::uint32_t>& lengths,
                   const std::vector<MidiMessage>& messages = {}, bool inPlace = false);
     Stereo render(const Stereo& input) { return render(input, {512}); }

@@ -11,7 +11,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The event's block.
+/// The bytes of the record that the event passes.
 Bytes block(const MyMetaEvent& event) {
     Bytes bytes(static_cast<std::size_t>(event.size));
     event.withMIDIMetaEventPtr(

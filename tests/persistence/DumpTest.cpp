@@ -39,7 +39,7 @@ TEST_F(DumpTest, AnEntryIsALineAndAnEmptyOne) {
                           "key = a text \n\n");
 }
 
-TEST_F(DumpTest, AViewShowsWhatItsSearchListFinds) {
+TEST_F(DumpTest, AViewShowsTheValuesOfItsSearchList) {
     data.setInteger("number", -3, Storage::shared);
     data.setBool("truth", true, Storage::defaults);
     const std::string both = "number = -3 \n\ntruth = 1 \n\n";

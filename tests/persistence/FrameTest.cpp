@@ -35,13 +35,13 @@ TEST_F(FrameTest, ADictionaryIsNotStored) {
     EXPECT_TRUE(standard->dictionaryRepresentation().empty());
 }
 
-TEST_F(FrameTest, ARectangleComesBackFromTheStore) {
+TEST_F(FrameTest, AStoredRectangleIsReadUnchanged) {
     data.setObject("frame", PersistentAppData::frameToDictionary({1.5, -2, 300, 0.1}));
     EXPECT_EQ(PersistentAppData::dictionaryToFrame("frame"),
               CGRect(1.5, -2, 300, static_cast<double>(0.1F)));
 }
 
-TEST_F(FrameTest, WhatIsMissingKeepsItsStartingValue) {
+TEST_F(FrameTest, AMissingEntryLeavesItsDefaultValue) {
     EXPECT_EQ(frame(Dictionary{{"left", 10}, {"top", 20}}), CGRect(10, 20, 100, 100));
     EXPECT_EQ(frame(Dictionary{{"width", 7.5}}), CGRect(0, 0, 7.5, 100));
     EXPECT_EQ(frame(Dictionary{{"height", 8}}), CGRect(0, 0, 100, 8));
@@ -79,7 +79,7 @@ TEST_F(FrameTest, NumbersThatAreNot32BitFloatsAreNoRectangle) {
     }
 }
 
-TEST_F(FrameTest, NumbersThatAreExact32BitFloatsCount) {
+TEST_F(FrameTest, NumbersThatAreExact32BitFloatsAreAccepted) {
     EXPECT_EQ(frame(Dictionary{{"left", 16'777'216}}), CGRect(16'777'216, 0, 100, 100));
     EXPECT_EQ(frame(Dictionary{{"left", INT64_MIN}}), CGRect(-0x1p63, 0, 100, 100));
     EXPECT_EQ(frame(Dictionary{{"left", 0x1p-149}}), CGRect(0x1p-149, 0, 100, 100));

@@ -1,11 +1,12 @@
 // Runs the commands on its command line on the persistent data, one after the other:
 //     standard KEY             prints the text in the standard store
 //     instance                 makes the shared instance
-//     instances COUNT          makes it in so many threads at once, and prints their number of
-//     instances combined                 makes the combined view, without an instance set STORAGE
-//     KEY TEXT     sets a text through the instance; a storage is a number get STORAGE KEY prints
-//     the text that the instance finds dump                     dumps out group NAME names the
-//     application group's suite
+//     instances COUNT          makes it in COUNT threads at once and prints the number of instances
+//     combined                 makes the combined view, without an instance
+//     set STORAGE KEY TEXT     sets a text through the instance; STORAGE is a raw value
+//     get STORAGE KEY          prints the text that the instance finds
+//     dump                     calls dumpout()
+//     group NAME               names the suite of the application group
 // An absent text prints "nothing".
 
 #include <cstdio>
@@ -39,7 +40,7 @@ class Words {
     std::size_t next_ = 0;
 };
 
-/// The number of instances that so many threads get at the same moment.
+/// The number of different instances that `count` threads get when they start together.
 std::size_t instances(std::ptrdiff_t count) {
     std::latch start(count);
     std::mutex mutex;
@@ -57,7 +58,7 @@ std::size_t instances(std::ptrdiff_t count) {
     return all.size();
 }
 
-void follow(const std::string& command, Words& words) {
+void execute(const std::string& command, Words& words) {
     if (command == "standard") {
         print(UserDefaults::standard()->string(words.take()).value_or("nothing"));
     } else if (command == "instance") {
@@ -90,7 +91,7 @@ void follow(const std::string& command, Words& words) {
 // NOLINTNEXTLINE(bugprone-exception-escape): words that make no sense are to end the program.
 int main(int argc, char** argv) {
     for (Words words(argc, argv); words.areLeft();) {
-        follow(words.take(), words);
+        execute(words.take(), words);
     }
     return EXIT_SUCCESS;
 }

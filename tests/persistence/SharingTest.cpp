@@ -48,19 +48,19 @@ TEST_F(SharingTest, TheFirstUseOfTheInstanceChangesTheStandardStore) {
                 ElementsAre("nothing", "group's"));
 }
 
-TEST_F(SharingTest, ThreadsThatMakeTheInstanceAtOnceGetTheSame) {
+TEST_F(SharingTest, ThreadsThatMakeTheInstanceAtOnceGetTheSameOne) {
     for (int round = 0; round < 10; ++round) {
         EXPECT_THAT(fresh({"instances", "8"}), ElementsAre("1"));
     }
 }
 
-TEST_F(SharingTest, TheCombinedViewAloneChangesItToo) {
+TEST_F(SharingTest, TheFirstUseOfTheCombinedViewChangesTheStandardStore) {
     fresh({"set", "1", "key", "group's"});
     EXPECT_THAT(fresh({"standard", "key", "combined", "standard", "key"}),
                 ElementsAre("nothing", "group's"));
 }
 
-TEST_F(SharingTest, EveryUseOfTheCombinedViewAddsTheGroupOfThatMoment) {
+TEST_F(SharingTest, EveryUseOfTheCombinedViewAddsTheCurrentGroup) {
     fresh({"group", "com.example.late", "set", "1", "key", "late"});
     EXPECT_THAT(fresh({"instance", "standard", "key", "group", "com.example.late", "standard",
                        "key", "combined", "standard", "key"}),
@@ -81,7 +81,7 @@ TEST_F(SharingTest, ADumpOfFreshStoresIsTheThreeHeaders) {
                             "PersistentAppData::dumpout() : UserDefaults.combined : "));
 }
 
-TEST_F(SharingTest, ADumpTakesItsViewsAfresh) {
+TEST_F(SharingTest, ADumpUsesTheCurrentGroup) {
     fresh({"group", "com.example.late", "set", "1", "late", "1"});
     EXPECT_THAT(
         fresh({"set", "1", "early", "2", "group", "com.example.late", "dump"}),

@@ -58,7 +58,7 @@ class ViewTest : public PersistenceFixture {
                                         {"object", PropertyList::List{1, "b"}}};
 };
 
-TEST_F(ViewTest, WithoutAStorageItIsTheStandardStore) {
+TEST_F(ViewTest, WithoutAStorageTheStandardStoreIsUsed) {
     group->set("theirs", "key");
     data.setString("key", "ours");
     EXPECT_EQ(standard->string("key"), "ours");
@@ -78,7 +78,7 @@ TEST_F(ViewTest, WithoutAStorageItIsTheStandardStore) {
     EXPECT_EQ(group->dictionaryRepresentation().size(), 1U);
 }
 
-TEST_F(ViewTest, EveryOperationTakesTheSharedView) {
+TEST_F(ViewTest, EveryOperationWorksOnTheSharedView) {
     setEach(Storage::shared);
     EXPECT_EQ(group->dictionaryRepresentation(), each);
     expectEach(Storage::shared);
@@ -88,14 +88,14 @@ TEST_F(ViewTest, EveryOperationTakesTheSharedView) {
     EXPECT_TRUE(standard->dictionaryRepresentation().empty());
 }
 
-TEST_F(ViewTest, EveryOperationTakesTheCombinedView) {
+TEST_F(ViewTest, EveryOperationWorksOnTheCombinedView) {
     setEach(Storage::combined);
     EXPECT_TRUE(group->dictionaryRepresentation().empty());
     EXPECT_EQ(standard->dictionaryRepresentation(), each);
     expectEach(Storage::combined);
 }
 
-TEST_F(ViewTest, EveryOperationTakesTheStandardView) {
+TEST_F(ViewTest, EveryOperationWorksOnTheStandardView) {
     setEach(Storage::defaults);
     EXPECT_TRUE(group->dictionaryRepresentation().empty());
     EXPECT_EQ(standard->dictionaryRepresentation(), each);
@@ -118,12 +118,12 @@ TEST_F(ViewTest, TheStandardViewFallsBackOnTheGroupAsWell) {
     EXPECT_EQ(standard->integer("key"), 5);
 }
 
-TEST_F(ViewTest, TheSharedViewNeverSeesTheOwnDomain) {
+TEST_F(ViewTest, TheSharedViewDoesNotReadTheOwnDomain) {
     data.setString("key", "own");
     EXPECT_EQ(data.getString("key", Storage::shared), std::nullopt);
 }
 
-TEST_F(ViewTest, AWriteToTheCombinedViewLandsInTheOwnDomain) {
+TEST_F(ViewTest, AWriteToTheCombinedViewChangesTheOwnDomain) {
     data.setString("key", "group's", Storage::shared);
     data.setString("key", "combined", Storage::combined);
     EXPECT_EQ(group->string("key"), "group's");

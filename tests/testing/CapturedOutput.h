@@ -14,9 +14,9 @@ class CapturedOutput {
     CapturedOutput(const CapturedOutput&) = delete;
     CapturedOutput& operator=(const CapturedOutput&) = delete;
 
-    /// What has been written so far; capturing goes on.
+    /// The text written so far; capturing continues.
     std::string text() const;
-    /// The same as lines; text behind the last line feed is a line unless it is empty.
+    /// text() as lines; text behind the last line feed is a line unless it is empty.
     std::vector<std::string> lines() const;
 
   private:

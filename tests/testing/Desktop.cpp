@@ -22,7 +22,7 @@ namespace orvalo::testing {
 
 namespace {
 
-/// The null-terminated argument list of the texts; valid as long as they live.
+/// The texts as a null-terminated argument list; valid while the texts live.
 std::vector<char*> textsOf(std::vector<std::string>& arguments) {
     std::vector<char*> texts(arguments.size() + 1);
     std::transform(arguments.begin(), arguments.end(), texts.begin(),

@@ -15,12 +15,12 @@ void startDesktop();
 /// while a window closes.
 std::vector<unsigned long> windowsNamed(const std::string& name);
 
-/// Waits for such a window and returns its number. Throws std::out_of_range after a minute.
+/// Waits for a window of that name and returns its number. Throws std::out_of_range after a minute.
 unsigned long windowNamed(const std::string& name);
-/// Gives the keyboard to such a window.
+/// Gives the keyboard focus to a window of that name.
 void activateWindow(const std::string& name);
 
-/// Does with keyboard and pointer what xdotool's arguments say.
+/// Runs xdotool with these arguments: keyboard and pointer input.
 void act(const std::vector<std::string>& arguments);
 
 }  // namespace orvalo::testing

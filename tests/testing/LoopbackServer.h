@@ -11,7 +11,7 @@
 namespace orvalo::testing {
 
 /// A web server on 127.0.0.1, at a free port, while the object lives. Each connection carries one
-/// request, on a thread of its own, so that one answer can be slow without delaying others.
+/// request and has its own thread, so that a slow answer delays no other.
 class LoopbackServer {
   public:
     struct Request {

@@ -7,7 +7,7 @@
 
 namespace orvalo::testing {
 
-/// Serves the main queue until every job that it holds now has run.
+/// Runs the items that the main queue holds at the call.
 void drainMainQueue();
 
 /// Serves the main queue until standard output has that line; fails the test after a minute.

@@ -5,7 +5,7 @@
 namespace orvalo::testing {
 
 /// The folder in which a test program and the processes that it starts make their temporary
-/// folders. The destructor removes it, with what killed processes left there.
+/// folders. The destructor removes it with the files that killed processes left there.
 class ProgramFolder {
   public:
     /// Makes the folder and names it in the environment. Does nothing when the environment names

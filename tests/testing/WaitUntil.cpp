@@ -14,7 +14,7 @@ bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 bool pollUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
     const auto loop = RunLoop::current();
     const GSourcePointer looks(g_timeout_source_new(2));
-    // Behind everything else that is ready.
+    // Lowest, so that all other ready sources run first.
     g_source_set_priority(looks.get(), G_PRIORITY_LOW);
     g_source_set_callback(
         looks.get(), [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);

@@ -27,7 +27,7 @@ void PrintTo(const PortWrite& write, std::ostream* stream);
 class EmbeddedPluginUI {
   public:
     struct Offer {
-        /// Whether the host offers more features than the parent.
+        /// Whether the host offers the other features beside the parent.
         bool all = true;
         /// Scale factor of the screen.
         float scale = 1.0F;
@@ -66,7 +66,7 @@ class EmbeddedPluginUI {
     Pixels pixels() const { return host_.pixels(window_); }
 
     std::vector<PortWrite> writes;
-    /// Recorded touches: "grab 7", "let 7".
+    /// The ui:touch calls, by port: "grab 7" when grabbed, "let 7" when released.
     std::vector<std::string> touches;
     std::vector<std::string> subscriptions;
     /// The sizes that the UI requested from the host.

@@ -8,8 +8,8 @@
 
 namespace orvalo::testing {
 
-/// Records the calls of the UI ("write threshold", "grab ratio", "let ratio") and the written
-/// values.
+/// Records the UI's calls and the written values. A call is "write threshold", "grab ratio" or, for
+/// a release, "let ratio".
 class RecordingHost final : public effect::ui::Host {
   public:
     using Calls = std::vector<std::string>;

@@ -21,7 +21,7 @@ class WindowFixture : public ::testing::Test {
     HostWindow host;
 };
 
-/// The same, with the plug-in UI embedded and drawn.
+/// A host window with the plug-in UI embedded and drawn.
 class PluginUIFixture : public WindowFixture {
   protected:
     using Parameter = effect::Parameter;

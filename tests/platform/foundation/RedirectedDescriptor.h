@@ -6,7 +6,7 @@
 
 namespace orvalo::testing {
 
-/// Redirects a file descriptor to another one's file for the object's life.
+/// Redirects a file descriptor to the file of another descriptor for the object's life.
 class RedirectedDescriptor {
   public:
     RedirectedDescriptor(int descriptor, int file)

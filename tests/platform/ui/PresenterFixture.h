@@ -23,11 +23,12 @@ class PresenterFixture : public ::testing::Test {
     void show(const std::shared_ptr<UIViewController>& dialog);
     /// The dialog's window, or null.
     GtkWindow* dialogWindow() const;
-    /// The centre of a widget, in pixels of the display.
+    /// A point, in pixels of the display.
     struct Place {
         int x;
         int y;
     };
+    /// The centre of a widget.
     Place placeOf(GtkWidget* widget) const;
     /// The dialog's button of that title, or null.
     GtkWidget* button(const std::string& title) const;

@@ -28,7 +28,7 @@ class TimeoutTest : public WebFixture {
                      {"/picture", titled("picture", "<img src='/never'>")},
                      {"/next", titled("next")}}};
 
-    // So that the engine has started its processes.
+    // Loads a page first, so that the engine has started its processes.
     TimeoutTest() { loadWholly(site.address("/next"), "next"); }
 
     /// Waits for the log line of an address that timed out.
@@ -85,7 +85,7 @@ TEST_F(TimeoutTest, DoesNotCountTheDelegatesTimeForAResponse) {
     load(site.address("/next"), ampleTime);
     ASSERT_TRUE(waitUntil([this] { return delegate->heldResponses.size() == 1; }));
     // Another load with the same time-out fails while the first one still waits.
-    waitInVain(site.address("/never"), ampleTime);
+    loadUntilTimeout(site.address("/never"), ampleTime);
     EXPECT_NE(webkit_web_view_is_loading(engine()), FALSE);
     delegate->heldResponses[0](WKNavigationResponsePolicy::allow);
     EXPECT_TRUE(waitForTitle("next"));
@@ -99,7 +99,7 @@ TEST_F(TimeoutTest, DoesNotCountTheDelegatesTimeForARedirection) {
     };
     load(site.address("/moved"), ampleTime);
     ASSERT_TRUE(waitUntil([this] { return delegate->heldActions.size() == 1; }));
-    waitInVain(site.address("/never"), ampleTime);
+    loadUntilTimeout(site.address("/never"), ampleTime);
     EXPECT_NE(webkit_web_view_is_loading(engine()), FALSE);
     delegate->heldActions[0](WKNavigationActionPolicy::allow);
     EXPECT_TRUE(waitForTitle("next"));

@@ -44,7 +44,8 @@ TEST_F(TroubleTest, AKilledPageIsLoggedAndTheViewLoadsAgain) {
         return errors.text().find("The process of the page " + site.address("/") + " crashed.") !=
                std::string::npos;
     }));
-    // The engine's spare process was killed too, and it may notice that only now.
+    // The engine's spare process was killed too, and the engine may notice that only at the next
+    // load.
     std::size_t told = 0;
     EXPECT_TRUE(waitUntil([&] {
         if (const auto crashes = count(errors.text(), "crashed."); crashes > told) {

@@ -87,7 +87,7 @@ void WebFixture::passTime(const Site& site, const std::string& path) {
     }));
 }
 
-void WebFixture::waitInVain(const std::string& address, double timeoutInterval) {
+void WebFixture::loadUntilTimeout(const std::string& address, double timeoutInterval) {
     const auto other = std::make_shared<WKWebView>(std::make_shared<WKWebViewConfiguration>());
     auto* engine = WEBKIT_WEB_VIEW(other->widget());
     other->load({.url = URL::string(address), .timeoutInterval = timeoutInterval});

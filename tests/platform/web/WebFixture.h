@@ -22,7 +22,7 @@ class WebFixture : public ::testing::Test {
 
     /// Starts to load an address.
     void load(const std::string& address, double timeoutInterval = 60) const;
-    /// Loads an address and waits for its title; false when it does not appear.
+    /// Loads an address and waits for the page's title; false when it does not appear.
     bool loadWholly(const std::string& address, const std::string& title) const;
     /// Waits until the page has that title and nothing loads.
     bool waitForTitle(const std::string& title) const;
@@ -33,12 +33,12 @@ class WebFixture : public ::testing::Test {
     /// Destroys the view and its window.
     void releaseView();
 
-    /// Loads a page in another view to its end. Earlier work of this process and of the engine's
-    /// shared processes is done then.
+    /// Loads a page in another view to its end, so that earlier work of this process and of the
+    /// engine's shared processes is done.
     static void passTime(const Site& site, const std::string& path);
 
-    /// Loads an address in another view until the load times out.
-    static void waitInVain(const std::string& address, double timeoutInterval);
+    /// Loads an address in another view and waits until the load times out.
+    static void loadUntilTimeout(const std::string& address, double timeoutInterval);
 
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     std::shared_ptr<WKWebView> view;

@@ -80,7 +80,7 @@ TEST_F(DefaultsExportTest, AFileWithoutRoomIsUnchanged) {
 
 class DefaultsRoundTripTest : public ToolFixture {};
 
-TEST_F(DefaultsRoundTripTest, EveryKindComesBackThroughStoreAndFile) {
+TEST_F(DefaultsRoundTripTest, EveryKindIsUnchangedThroughStoreAndFile) {
     const auto json = jsonText(everyKind()) + "\n";
     expectSilence({"import", "a", file("in.json", json)});
     expectSilence({"export", "a", path("out.json")});
@@ -89,7 +89,7 @@ TEST_F(DefaultsRoundTripTest, EveryKindComesBackThroughStoreAndFile) {
     expectOutput({"read", "b"}, json);
 }
 
-TEST_F(DefaultsRoundTripTest, TheDeepestValueComesBackThroughStoreAndFile) {
+TEST_F(DefaultsRoundTripTest, TheDeepestValueIsUnchangedThroughStoreAndFile) {
     const auto json = jsonText(Dictionary{{"deep", deepestValue()}}) + "\n";
     expectSilence({"import", "a", file("in.json", json)});
     expectOutput({"export", "a"}, json);

@@ -13,7 +13,7 @@ namespace orvalo::testing {
 using Dictionary = PropertyList::Dictionary;
 using List = PropertyList::List;
 
-/// Values of every kind, also those that are hard to write. No NaN, which equals nothing.
+/// Values of every kind, also those that are hard to write. Without a NaN, which equals no value.
 Dictionary everyKind();
 
 /// The deepest value that the store takes as an entry, of dictionaries that look like a JSON form.
@@ -21,7 +21,7 @@ PropertyList deepestValue();
 
 /// The text of the std::runtime_error that the action throws; "no error" when it throws none.
 template <typename Action>
-std::string trouble(const Action& action) {
+std::string errorOf(const Action& action) {
     try {
         action();
     } catch (const std::runtime_error& error) {

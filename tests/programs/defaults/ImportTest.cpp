@@ -111,7 +111,7 @@ TEST_F(DefaultsImportTest, AFileThatCannotBeReadIsNamed) {
     expectUnchanged();
 }
 
-/// A domain of so many keys with the same value.
+/// The JSON text of a domain of that many keys, all with the same value.
 std::string uniform(int keys, int value) {
     PropertyList::Dictionary entries;
     for (int key = 0; key < keys; ++key) {

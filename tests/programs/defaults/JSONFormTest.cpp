@@ -14,11 +14,11 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-std::string domainTrouble(const std::string& text) {
-    return trouble([&] { jsonDomain(text); });
+std::string domainError(const std::string& text) {
+    return errorOf([&] { jsonDomain(text); });
 }
 
-TEST(JSONForm, EveryKindComesBackAsItWas) {
+TEST(JSONForm, EveryKindIsReadAsItWasWritten) {
     const auto domain = everyKind();
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
     EXPECT_EQ(jsonValue(jsonText(PropertyList(domain))), PropertyList(domain));
@@ -35,7 +35,7 @@ TEST(JSONForm, ADomainIsNeverAForm) {
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
 }
 
-TEST(JSONForm, TheDeepestValueOfTheStoreComesBackAsItWas) {
+TEST(JSONForm, TheDeepestValueOfTheStoreIsReadAsItWasWritten) {
     const Dictionary domain{{"deep", deepestValue()}};
     EXPECT_EQ(jsonDomain(jsonText(domain)), domain);
 }
@@ -69,29 +69,29 @@ TEST(JSONForm, NumbersWithoutPointAndExponentAreIntegers) {
     EXPECT_EQ(jsonValue("5e0"), PropertyList(5.0));
     EXPECT_EQ(jsonValue("5E0"), PropertyList(5.0));
     EXPECT_EQ(jsonValue("-9223372036854775808"), PropertyList(INT64_MIN));
-    EXPECT_EQ(trouble([] { jsonValue("9223372036854775808"); }),
+    EXPECT_EQ(errorOf([] { jsonValue("9223372036854775808"); }),
               "the number 9223372036854775808 has more than 64 bits.");
     EXPECT_EQ(jsonValue("99999999999999999999999"), PropertyList(1e23));
-    EXPECT_THAT(trouble([] { jsonValue("1e400"); }), HasSubstr("1e400"));
+    EXPECT_THAT(errorOf([] { jsonValue("1e400"); }), HasSubstr("1e400"));
 }
 
 TEST(JSONForm, TextThatIsNotJSONIsRefusedWithItsLine) {
-    EXPECT_THAT(domainTrouble(""), StartsWith("line 1, column 1: "));
-    EXPECT_THAT(domainTrouble("{\n  \"a\": 1,\n}"), StartsWith("line 3, column 1: "));
-    EXPECT_THAT(domainTrouble("{} {}"), StartsWith("line 1, column 4: "));
-    EXPECT_THAT(domainTrouble("{\"a\": 'x'}"), StartsWith("line 1, column 7: "));
-    EXPECT_THAT(domainTrouble("{\"\xff\": 1}"), StartsWith("line 1, column 3: "));
-    EXPECT_LT(domainTrouble("{\"" + std::string(100'000, 'x') + "\n").size(), 250U);
+    EXPECT_THAT(domainError(""), StartsWith("line 1, column 1: "));
+    EXPECT_THAT(domainError("{\n  \"a\": 1,\n}"), StartsWith("line 3, column 1: "));
+    EXPECT_THAT(domainError("{} {}"), StartsWith("line 1, column 4: "));
+    EXPECT_THAT(domainError("{\"a\": 'x'}"), StartsWith("line 1, column 7: "));
+    EXPECT_THAT(domainError("{\"\xff\": 1}"), StartsWith("line 1, column 3: "));
+    EXPECT_LT(domainError("{\"" + std::string(100'000, 'x') + "\n").size(), 250U);
 }
 
 TEST(JSONForm, ValuesOfNoKindAreRefusedWithTheirPlace) {
-    EXPECT_EQ(domainTrouble(R"({"a": null})"), "'a': null is no value of a domain.");
-    EXPECT_EQ(domainTrouble(R"({"a": {"b": [1, null]}})"),
+    EXPECT_EQ(domainError(R"({"a": null})"), "'a': null is no value of a domain.");
+    EXPECT_EQ(domainError(R"({"a": {"b": [1, null]}})"),
               "'a', 'b', element 2: null is no value of a domain.");
-    EXPECT_EQ(domainTrouble(R"({"a": 1, "a": 2})"), "the key 'a' stands twice.");
-    EXPECT_EQ(domainTrouble(R"({"a": {"b": 1, "b": 2}})"), "the key 'b' stands twice.");
-    EXPECT_EQ(domainTrouble("[]"), "it holds no object of keys and values.");
-    EXPECT_EQ(domainTrouble("5"), "it holds no object of keys and values.");
+    EXPECT_EQ(domainError(R"({"a": 1, "a": 2})"), "the key 'a' stands twice.");
+    EXPECT_EQ(domainError(R"({"a": {"b": 1, "b": 2}})"), "the key 'b' stands twice.");
+    EXPECT_EQ(domainError("[]"), "it holds no object of keys and values.");
+    EXPECT_EQ(domainError("5"), "it holds no object of keys and values.");
 }
 
 TEST(JSONForm, UnknownFormsAreRefusedWithTheirPlace) {
@@ -99,10 +99,10 @@ TEST(JSONForm, UnknownFormsAreRefusedWithTheirPlace) {
                              R"({"$real": "1.5"})", R"({"$real": 1.5})", R"({"$dictionary": []})",
                              R"({"$x": 1})", R"({"$": {}})"}) {
         const auto name = std::string(form).substr(2, std::string(form).find(':') - 3);
-        EXPECT_EQ(domainTrouble("{\"a\": [0, " + std::string(form) + "]}"),
+        EXPECT_EQ(domainError("{\"a\": [0, " + std::string(form) + "]}"),
                   "'a', element 2: this is no form of '" + name + "'; see orvalo-defaults(1).");
     }
-    EXPECT_EQ(domainTrouble(R"({"a": {"$dictionary": {"$b": {"$date": 5}}}})"),
+    EXPECT_EQ(domainError(R"({"a": {"$dictionary": {"$b": {"$date": 5}}}})"),
               "'a', '$b': this is no form of '$date'; see orvalo-defaults(1).");
 }
 
@@ -110,12 +110,12 @@ TEST(JSONForm, DeepNestingIsRefused) {
     const auto nested = [](std::size_t depth) {
         return "{\"a\":" + std::string(depth, '[') + std::string(depth, ']') + "}";
     };
-    EXPECT_EQ(domainTrouble(nested(200)), "no error");
-    EXPECT_EQ(domainTrouble(nested(201)), "it is nested too deeply.");
-    EXPECT_EQ(domainTrouble(nested(1'000'000)), "it is nested too deeply.");
+    EXPECT_EQ(domainError(nested(200)), "no error");
+    EXPECT_EQ(domainError(nested(201)), "it is nested too deeply.");
+    EXPECT_EQ(domainError(nested(1'000'000)), "it is nested too deeply.");
 }
 
-TEST(JSONForm, EveryMicrosecondOfADateComesBack) {
+TEST(JSONForm, DatesKeepTheirMicroseconds) {
     const PropertyList::Date date{std::chrono::seconds(1'700'000'000)};
     for (int fraction = 0; fraction < 1'000'000; fraction += 97) {
         const PropertyList value(date + std::chrono::microseconds(fraction));

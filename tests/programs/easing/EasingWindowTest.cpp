@@ -83,13 +83,13 @@ class EasingWindowTest : public ::testing::Test {
         activateWindow("^Orvalo Easing$");
     }
 
-    /// The same, on the Groups page, which has fewer widgets to search, stopped and with the
-    /// shortest duration.
+    /// Opens the program on the Groups page, which has fewer widgets to search, stopped and with
+    /// the shortest duration.
     void openGroups() {
         open();
         enter("alt+d", "0.2");
         key("alt+2");
-        EXPECT_TRUE(comes("Play"));
+        EXPECT_TRUE(waitForName("Play"));
     }
 
     /// Closes the window with its shortcut and returns the exit status.
@@ -106,7 +106,8 @@ class EasingWindowTest : public ::testing::Test {
         return std::find(names.begin(), names.end(), name) != names.end();
     }
 
-    bool comes(const std::string& name) const {
+    /// Waits until the window shows that name; false after a minute.
+    bool waitForName(const std::string& name) const {
         return pollUntil([this, &name] { return isThere(name); });
     }
 
@@ -131,16 +132,16 @@ class EasingWindowTest : public ::testing::Test {
 TEST_F(EasingWindowTest, NamesEveryCurveAndEveryControl) {
     open();
     enter("alt+d", "0.2");
-    EXPECT_TRUE(comes("Curves"));
+    EXPECT_TRUE(waitForName("Curves"));
     Lines expected{"Curves", "Groups", "Impulse", "Duration", "Interval", "Repeat"};
     for (std::size_t number = 0; number < easingCount; ++number) {
         expected.push_back(easingName(static_cast<EnumEasing>(number)));
     }
     EXPECT_THAT(easing.names(), IsSupersetOf(expected));
-    // It starts playing by itself.
-    EXPECT_TRUE(comes("Play"));
+    // The program plays once after its start, so the button becomes "Play" again.
+    EXPECT_TRUE(waitForName("Play"));
     key("alt+3");
-    EXPECT_TRUE(comes("Amount"));
+    EXPECT_TRUE(waitForName("Amount"));
     EXPECT_THAT(easing.names(), IsSupersetOf({"Amount", "Intensity", "Bounds", "Lower", "Upper"}));
 }
 
@@ -148,7 +149,7 @@ TEST_F(EasingWindowTest, ChangesThePictureWhilePlaying) {
     openGroups();
     key("alt+r");
     key("F5");
-    EXPECT_TRUE(comes("Stop"));
+    EXPECT_TRUE(waitForName("Stop"));
     const Screenshot seen;
     EXPECT_TRUE(pollUntil([&seen] { return Screenshot() != seen; }));
 }
@@ -157,26 +158,26 @@ TEST_F(EasingWindowTest, RepeatsUntilItIsStopped) {
     openGroups();
     key("alt+r");
     key("F5");
-    EXPECT_TRUE(comes("Stop"));
+    EXPECT_TRUE(waitForName("Stop"));
     key("F5");
-    EXPECT_TRUE(comes("Play"));
+    EXPECT_TRUE(waitForName("Play"));
 }
 
 TEST_F(EasingWindowTest, FollowsAssistiveTechnology) {
     openGroups();
     EXPECT_TRUE(easing.press("Repeat"));
     EXPECT_TRUE(easing.press("Play"));
-    EXPECT_TRUE(comes("The stack has finished."));
-    // Repeats by itself.
-    EXPECT_TRUE(comes("Number 1 has ended and is removed, 4 left."));
+    EXPECT_TRUE(waitForName("The stack has finished."));
+    // The stack runs again without a press.
+    EXPECT_TRUE(waitForName("Number 1 has ended and is removed, 4 left."));
     EXPECT_TRUE(easing.press("Stop"));
-    EXPECT_TRUE(comes("Play"));
+    EXPECT_TRUE(waitForName("Play"));
 }
 
 TEST_F(EasingWindowTest, ArrowKeysChooseACurveAtOneTabStop) {
     open();
     // The run that starts by itself must be over.
-    EXPECT_TRUE(comes("Play"));
+    EXPECT_TRUE(waitForName("Play"));
     // From the button past the three pages to the curves; InOutCubic is chosen.
     for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "Right", "End", "Up", "Home", "Down",
                              "Right", "Right", "Right", "Left", "space"}) {
@@ -186,9 +187,9 @@ TEST_F(EasingWindowTest, ArrowKeysChooseACurveAtOneTabStop) {
     for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "space"}) {
         key(name);
     }
-    EXPECT_TRUE(comes("Stop"));
+    EXPECT_TRUE(waitForName("Stop"));
     key("alt+2");
-    EXPECT_TRUE(comes("All follow easeInOutQuart, as chosen under Curves."));
+    EXPECT_TRUE(waitForName("All follow easeInOutQuart, as chosen under Curves."));
 }
 
 TEST_F(EasingWindowTest, RunsEveryKindOfGroupToItsEnd) {
@@ -198,33 +199,33 @@ TEST_F(EasingWindowTest, RunsEveryKindOfGroupToItsEnd) {
          {std::pair("stack", "alt+t"), {"chain", "alt+c"}, {"sequencer", "alt+q"}}) {
         key(choice);
         key("F5");
-        EXPECT_TRUE(comes("The " + std::string(kind) + " has finished.")) << kind;
-        EXPECT_TRUE(comes("Play"));
+        EXPECT_TRUE(waitForName("The " + std::string(kind) + " has finished.")) << kind;
+        EXPECT_TRUE(waitForName("Play"));
     }
 }
 
 TEST_F(EasingWindowTest, PlaysUntilTheMembersOfAnAsynchronousChainHaveEnded) {
     openGroups();
     key("alt+c");
-    EXPECT_TRUE(comes("Asynchronous"));
+    EXPECT_TRUE(waitForName("Asynchronous"));
     key("alt+a");
     key("F5");
-    EXPECT_TRUE(comes("The chain has finished."));
-    EXPECT_TRUE(comes("Play"));
+    EXPECT_TRUE(waitForName("The chain has finished."));
+    EXPECT_TRUE(waitForName("Play"));
 }
 
 TEST_F(EasingWindowTest, ShowsTheResultOfAPush) {
     open();
     key("alt+3");
-    EXPECT_TRUE(comes("Push"));
+    EXPECT_TRUE(waitForName("Push"));
     enter("alt+i", "1");
     key("F5");
-    EXPECT_TRUE(comes("Ended after 308 ticks with 2 collisions."));
+    EXPECT_TRUE(waitForName("Ended after 308 ticks with 2 collisions."));
     key("alt+b");
     enter("alt+a", "24");
-    EXPECT_TRUE(comes("Push"));
+    EXPECT_TRUE(waitForName("Push"));
     key("F5");
-    EXPECT_TRUE(comes("Ended after 331 ticks with 0 collisions."));
+    EXPECT_TRUE(waitForName("Ended after 331 ticks with 0 collisions."));
 }
 
 TEST_F(EasingWindowTest, ShowsOnlyTheEndWhenGtkAsksForReducedMotion) {
@@ -233,13 +234,13 @@ TEST_F(EasingWindowTest, ShowsOnlyTheEndWhenGtkAsksForReducedMotion) {
     EXPECT_TRUE(isThere(kStillness));
     const Screenshot before;
     key("F5");
-    EXPECT_TRUE(comes("All have ended."));
+    EXPECT_TRUE(waitForName("All have ended."));
     EXPECT_THAT(easing.names(), Not(Contains("Stop")));
     EXPECT_TRUE(pollUntil([&before] { return Screenshot() != before; }));
     key("alt+3");
-    EXPECT_TRUE(comes("Push"));
+    EXPECT_TRUE(waitForName("Push"));
     key("F5");
-    EXPECT_TRUE(comes("Ended after 308 ticks with 2 collisions."));
+    EXPECT_TRUE(waitForName("Ended after 308 ticks with 2 collisions."));
     EXPECT_THAT(easing.names(), Not(Contains("Stop")));
 }
 
@@ -248,8 +249,8 @@ TEST_F(EasingWindowTest, FollowsTheDesktopsReducedMotionSettingWhileRunning) {
     openGroups();
     EXPECT_THAT(easing.names(), Not(Contains(kStillness)));
     setDesktop("enable-animations=false");
-    EXPECT_TRUE(comes(kStillness));
-    EXPECT_TRUE(comes("Play"));
+    EXPECT_TRUE(waitForName(kStillness));
+    EXPECT_TRUE(waitForName("Play"));
     setDesktop("enable-animations=true");
     EXPECT_TRUE(pollUntil([this] { return !isThere(kStillness); }));
 }

@@ -23,7 +23,7 @@ class HostedEffect {
 
     /// Instantiates the effect; returns the error, "" for success.
     std::string instantiate();
-    /// instantiate() that throws std::runtime_error for an error.
+    /// Calls instantiate(); throws std::runtime_error for an error.
     void mustInstantiate();
 
     /// Renders the input in blocks that cycle through the given lengths.
@@ -36,7 +36,7 @@ class HostedEffect {
 
     bridge::Instantiate request;
     ServiceProgram service;
-    /// The events of the effect so far.
+    /// The events that the effect has sent so far.
     std::vector<SentEvent> events;
 
     const LV2PluginData& data() const { return data_; }

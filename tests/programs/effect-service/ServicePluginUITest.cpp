@@ -25,7 +25,7 @@ using zoo::UIDeed;
 constexpr std::uint32_t kDeedPort = 2;
 constexpr unsigned kColor = 0x336699;
 constexpr X11Rect kArea{50, 40, 400, 300};
-// The toplevel stands at (100, 100).
+// kArea in the toplevel, which is at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
 
 /// An effect's UI, whose host is this program.
@@ -77,28 +77,28 @@ class ServicePluginUI : public ::testing::Test {
 TEST_F(ServicePluginUI, IsInTheHostsWindowUntilItIsClosed) {
     make();
     open();
-    EXPECT_TRUE(comesTo(window_, kOnScreen));
-    EXPECT_TRUE(isPainted(200, 200, kColor));
+    EXPECT_TRUE(waitForRectangle(window_, kOnScreen));
+    EXPECT_TRUE(waitForColor(200, 200, kColor));
     close();
     EXPECT_EQ(rectangleOf(window_), X11Rect());
-    EXPECT_TRUE(isPainted(200, 200, 0x202020));
+    EXPECT_TRUE(waitForColor(200, 200, 0x202020));
     const auto updates = control("updates");
     ping();
     EXPECT_EQ(control("updates"), updates);
     open();
-    EXPECT_TRUE(comesTo(window_, kOnScreen));
+    EXPECT_TRUE(waitForRectangle(window_, kOnScreen));
     EXPECT_EQ(service().standardError(), "");
 }
 
 TEST_F(ServicePluginUI, SetsAControlInTheSharedMemory) {
     make();
     open();
-    ASSERT_TRUE(isPainted(200, 200, kColor));
+    ASSERT_TRUE(waitForColor(200, 200, kColor));
     click(150 + 120, 200);
     EXPECT_TRUE(pollUntil([this] { return control("level") == 120.0F; }));
 }
 
-TEST_F(ServicePluginUI, IsToldItsSize) {
+TEST_F(ServicePluginUI, ReceivesItsSize) {
     make();
     open();
     service().send(bridge::ResizePluginUI{345, 210});
@@ -139,31 +139,31 @@ TEST_F(ServicePluginUI, ReportsThatItHasClosedItselfAndIsNotUpdatedAnyMore) {
 TEST_F(ServicePluginUI, IsCleanedUpWhenItsUpdateReturns) {
     make(UIDeed::nest);
     open();
-    // From now on the UI is inside of its update.
+    // After this message the UI is inside its update.
     service().await<bridge::PluginUIResizeRequest>();
     close();
     EXPECT_TRUE(isThere(window_));
     sendMessage(window_);
     EXPECT_TRUE(pollUntil([this] { return !isThere(window_); }));
     ping();
-    // The host closed the UI before it closed itself.
+    // The host closed the UI first, so the UI's own closing is not reported.
     EXPECT_TRUE(service().takePassed<bridge::PluginUIClosed>().empty());
     open();
-    EXPECT_TRUE(comesTo(window_, kOnScreen));
+    EXPECT_TRUE(waitForRectangle(window_, kOnScreen));
     EXPECT_EQ(service().standardError(), "");
 }
 
 TEST_F(ServicePluginUI, ReportsThatItIsOutdatedWhenItsInstanceIsReplaced) {
     make();
     open();
-    ASSERT_TRUE(comesTo(window_, kOnScreen));
+    ASSERT_TRUE(waitForRectangle(window_, kOnScreen));
     service().send(bridge::Prepare{100, 44100.0});
     EXPECT_EQ(service().answer(100), "");
     service().await<bridge::PluginUIOutdated>();
     close();
     open();
-    EXPECT_TRUE(comesTo(window_, kOnScreen));
-    ASSERT_TRUE(isPainted(200, 200, kColor));
+    EXPECT_TRUE(waitForRectangle(window_, kOnScreen));
+    ASSERT_TRUE(waitForColor(200, 200, kColor));
     click(150 + 30, 200);
     EXPECT_TRUE(pollUntil([this] { return control("level") == 30.0F; }));
 }
@@ -181,7 +181,7 @@ TEST_F(ServicePluginUI, SurvivesItsXErrorsAndLogsThem) {
 TEST_F(ServicePluginUI, SurvivesTheLossOfTheHostsWindow) {
     make();
     open();
-    ASSERT_TRUE(comesTo(window_, kOnScreen));
+    ASSERT_TRUE(waitForRectangle(window_, kOnScreen));
     toplevel_.destroy();
     ping();
     close();
@@ -194,7 +194,7 @@ TEST_F(ServicePluginUI, ReportsWhyItCannotBeOpened) {
                 HasSubstr("the X server \":4000\" cannot be reached"));
     EXPECT_THAT(tryToOpen(0x7ffffff, display_), HasSubstr("the window that it belongs in is gone"));
     open();
-    EXPECT_TRUE(comesTo(window_, kOnScreen));
+    EXPECT_TRUE(waitForRectangle(window_, kOnScreen));
 }
 
 TEST_F(ServicePluginUI, OpensAlsoAfterTheXServerOfItsEnvironmentEnded) {
@@ -208,7 +208,7 @@ TEST_F(ServicePluginUI, OpensAlsoAfterTheXServerOfItsEnvironmentEnded) {
     effect_->renderQuantum(64);
     ping();
     open();
-    EXPECT_TRUE(comesTo(window_, kOnScreen));
+    EXPECT_TRUE(waitForRectangle(window_, kOnScreen));
 }
 
 TEST_F(ServicePluginUI, ReportsThatAnEffectHasNoUI) {

@@ -31,8 +31,8 @@ class ServiceProgram {
     void sendBytes(std::vector<std::byte> bytes, int passed = -1);
     /// The next message; absent at the end, and after 30 s.
     std::optional<bridge::ServiceMessage> receive();
-    /// The next message of that type; takePassed() returns those before it. Throws
-    /// std::runtime_error without one.
+    /// The next message of that type; takePassed() returns the messages before it. Throws
+    /// std::runtime_error when none arrives.
     template <typename Message>
     Message await() {
         while (true) {
@@ -43,7 +43,7 @@ class ServiceProgram {
             passed_.push_back(message);
         }
     }
-    /// The text of the next Done; throws std::runtime_error when it has another number.
+    /// The text of the next Done message; throws std::runtime_error when its number differs.
     std::string answer(std::uint32_t number);
     /// Removes and returns the messages of that type that await() skipped.
     template <typename Message>
@@ -64,7 +64,7 @@ class ServiceProgram {
     int waitForEnd();
     /// Whether the service has ended; does not wait.
     bool hasEnded();
-    /// Its standard error so far.
+    /// The service's standard error so far.
     std::string standardError() const;
 
   private:

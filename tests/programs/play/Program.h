@@ -30,7 +30,7 @@ class Program {
     void closeOutput();
     /// Waits for the end. Returns the exit status, or the negative number of the signal.
     int wait();
-    /// Its standard error so far.
+    /// The program's standard error so far.
     std::string standardError() const;
 
   private:

@@ -7,8 +7,8 @@
 
 namespace orvalo::testing {
 
-/// Runs the body on a new thread with that scheduling, where the system grants it. Returns whether
-/// it does.
+/// Runs the body on a new thread, with that scheduling where the system grants it. Returns whether
+/// the system has granted it.
 template <typename Body>
 bool onRealTimeThread(int priority, Body body, int policy = SCHED_FIFO) {
     bool isGranted = false;

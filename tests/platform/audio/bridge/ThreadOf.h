@@ -8,7 +8,7 @@
 
 namespace orvalo::testing {
 
-/// The ID of the thread with that name; 0 without one.
+/// The ID of the process's thread of that name; 0 without one.
 inline pid_t threadOf(pid_t process, const std::string& name) {
     std::error_code gone;
     for (const auto& entry :

@@ -31,7 +31,7 @@ void writeEncoded(const std::filesystem::path& path, const Channels& signal, dou
 
 std::shared_ptr<AVAudioFile> open(const std::filesystem::path& path);
 
-/// The rest of the file, read in buffers of this many frames.
+/// Reads the rest of the file in buffers of this many frames.
 Channels readOn(AVAudioFile& file, std::uint32_t bufferFrames = 4096);
 
 /// The error of opening the file; "" when it opens.
@@ -44,7 +44,7 @@ void writeBytes(const std::filesystem::path& path, const std::string& bytes);
 double agreement(const Channels& original, const Channels& heard, std::size_t from, std::size_t to,
                  std::ptrdiff_t lag = 0);
 
-/// The lag in [-64, 64] at which both agree best in frames [from, to).
+/// The lag in [-64, 64] at which heard agrees best with original in frames [from, to).
 std::ptrdiff_t bestLag(const Channels& original, const Channels& heard, std::size_t from,
                        std::size_t to);
 

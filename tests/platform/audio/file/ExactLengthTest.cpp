@@ -53,19 +53,19 @@ class ExactLengthTest : public ::testing::TestWithParam<Case> {
     TemporaryFolder folder_;
 };
 
-TEST_P(ExactLengthTest, AacInMp4) {
+TEST_P(ExactLengthTest, AacInMp4KeepsEveryFrame) {
     expectExact("a.m4a", {"-b:a", "192k"}, 25.0);
 }
 
-TEST_P(ExactLengthTest, AacInMp4WithItsHeaderInFront) {
+TEST_P(ExactLengthTest, AacInMp4WithItsHeaderInFrontKeepsEveryFrame) {
     expectExact("a.m4a", {"-b:a", "192k", "-movflags", "+faststart"}, 25.0);
 }
 
-TEST_P(ExactLengthTest, Vorbis) {
+TEST_P(ExactLengthTest, VorbisKeepsEveryFrame) {
     expectExact("a.ogg", {"-c:a", "libvorbis", "-q:a", "6"}, 15.0);
 }
 
-TEST_P(ExactLengthTest, Lossless) {
+TEST_P(ExactLengthTest, LosslessFormatsKeepEveryFrame) {
     expectExact("a.wav", {"-c:a", "pcm_s24le"}, 75.0);
     expectExact("a.flac", {}, 75.0);
     expectExact("lossless.m4a", {"-c:a", "alac"}, 75.0);
@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(RatesChannelsAndLengths, ExactLengthTest,
 // The highest rate of MP3 is 48 kHz.
 using ExactMp3LengthTest = ExactLengthTest;
 
-TEST_P(ExactMp3LengthTest, Mp3) {
+TEST_P(ExactMp3LengthTest, Mp3KeepsEveryFrame) {
     expectExact("a.mp3", {"-b:a", "128k"}, 15.0);
 }
 
@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(RatesChannelsAndLengths, ExactMp3LengthTest,
 // Opus always decodes to 48 kHz.
 using ExactOpusLengthTest = ExactLengthTest;
 
-TEST_P(ExactOpusLengthTest, Opus) {
+TEST_P(ExactOpusLengthTest, OpusKeepsEveryFrame) {
     expectExact("a.opus", {"-c:a", "libopus", "-b:a", "160k"}, 15.0);
 }
 

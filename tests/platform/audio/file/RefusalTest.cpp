@@ -31,7 +31,7 @@ class RefusalTest : public ::testing::Test {
         std::filesystem::resize_file(path, std::filesystem::file_size(path) * share / 100);
     }
 
-    // Expects this reason after the path, and nothing on standard error.
+    // Expects the error "<path>: <reason>", and nothing on standard error.
     static void expectRefused(const std::filesystem::path& path, const std::string& reason) {
         const CapturedOutput errors(2);
         EXPECT_EQ(refusalOf(path), path.string() + ": " + reason);
@@ -45,15 +45,15 @@ class RefusalTest : public ::testing::Test {
     TemporaryFolder folder_;
 };
 
-TEST_F(RefusalTest, Missing) {
+TEST_F(RefusalTest, RefusesAMissingFile) {
     expectRefused(at("none.m4a"), "No such file or directory");
 }
 
-TEST_F(RefusalTest, Directory) {
+TEST_F(RefusalTest, RefusesADirectory) {
     expectRefused(at(""), "Is a directory");
 }
 
-TEST_F(RefusalTest, Unreadable) {
+TEST_F(RefusalTest, RefusesAnUnreadableFile) {
     const auto path = made("a.wav");
     std::filesystem::permissions(path, std::filesystem::perms::none);
     // The superuser reads everything.
@@ -64,12 +64,12 @@ TEST_F(RefusalTest, Unreadable) {
     }
 }
 
-TEST_F(RefusalTest, PipeWithoutWriter) {
+TEST_F(RefusalTest, RefusesAPipeWithoutWaitingForAWriter) {
     ASSERT_EQ(mkfifo(at("pipe.m4a").c_str(), 0600), 0);
     expectRefused(at("pipe.m4a"), "not a regular file");
 }
 
-TEST_F(RefusalTest, Empty) {
+TEST_F(RefusalTest, RefusesAnEmptyFile) {
     writeBytes(at("empty.m4a"), "");
     expectRefused(at("empty.m4a"), "the file is empty");
 }
@@ -88,7 +88,7 @@ TEST_F(RefusalTest, TheErrorCarriesItsDomainAndCode) {
 // In a child process that has opened no file before. Not under the sanitizers: the one for
 // undefined behaviour opens a pipe.
 #ifndef __SANITIZE_ADDRESS__
-TEST_F(RefusalTest, NoDescriptorLeftToLoadFFmpeg) {
+TEST_F(RefusalTest, NamesFFmpegWhenNoDescriptorIsLeftToLoadIt) {
     writeBytes(at("a.wav"), "not empty");
     const auto refuse = [this] {
         // One descriptor is left, for the file itself.
@@ -110,7 +110,7 @@ TEST_F(RefusalTest, NoDescriptorLeftToLoadFFmpeg) {
 }
 #endif
 
-TEST_F(RefusalTest, ForeignData) {
+TEST_F(RefusalTest, RefusesForeignData) {
     std::string text;
     for (int line = 0; line < 500; ++line) {
         text += "A file of text, line " + std::to_string(line) + ".\n";
@@ -130,12 +130,12 @@ TEST_F(RefusalTest, ForeignData) {
     expectRefused(at("zeros.wav"), kForeign);
 }
 
-TEST_F(RefusalTest, Pictures) {
+TEST_F(RefusalTest, RefusesPictures) {
     encode("color=red:size=64x64:duration=0.1", at("a.png"), {"-frames:v", "1"});
     expectRefused(at("a.png"), kForeign);
 }
 
-TEST_F(RefusalTest, ScriptsThatNameOtherFiles) {
+TEST_F(RefusalTest, RefusesScriptsThatNameOtherFiles) {
     made("a.wav");
     writeBytes(at("list.m3u8"),
                "#EXTM3U\n#EXT-X-TARGETDURATION:3\n#EXTINF:2,\na.wav\n#EXT-X-ENDLIST\n");
@@ -144,38 +144,38 @@ TEST_F(RefusalTest, ScriptsThatNameOtherFiles) {
     expectRefused(at("list.ffconcat"), kForeign);
 }
 
-TEST_F(RefusalTest, FilmWithoutSound) {
+TEST_F(RefusalTest, RefusesAFilmWithoutSound) {
     encode("color=red:size=64x64:duration=0.5", at("film.mp4"), {"-c:v", "mpeg4"});
     expectRefused(at("film.mp4"), "holds no sound");
 }
 
-TEST_F(RefusalTest, NoLength) {
+TEST_F(RefusalTest, RefusesAFileWithoutFrames) {
     writeWav(at("none.wav"), {{}, {}}, 44100.0);
     expectRefused(at("none.wav"), "holds no sound that can be decoded");
 }
 
-TEST_F(RefusalTest, ManyChannels) {
+TEST_F(RefusalTest, RefusesMoreThan32Channels) {
     writeWav(at("many.wav"), Channels(33, std::vector<float>(1000)), 44100.0);
     expectRefused(at("many.wav"), "has 33 channels, more than 32");
     writeWav(at("enough.wav"), Channels(32, std::vector<float>(1000)), 44100.0);
     EXPECT_EQ(refusalOf(at("enough.wav")), "");
 }
 
-TEST_F(RefusalTest, AbsurdRates) {
+TEST_F(RefusalTest, RefusesSampleRatesOutside1000To768000Hz) {
     writeWav(at("slow.wav"), Channels(1, std::vector<float>(1000)), 999.0);
     expectRefused(at("slow.wav"), "has a sample rate of 999 Hz, outside 1000 to 768000");
     writeWav(at("fast.wav"), Channels(1, std::vector<float>(1000)), 768001.0);
     expectRefused(at("fast.wav"), "has a sample rate of 768001 Hz, outside 1000 to 768000");
 }
 
-TEST_F(RefusalTest, CodecWithoutDecoder) {
+TEST_F(RefusalTest, RefusesACodecWithoutDecoder) {
     // An unassigned format tag.
     const auto path = made("a.wav");
     writeBytes(path, bytesOf(path).replace(20, 2, "ww"));
     expectRefused(path, "no decoder for its sound (none)");
 }
 
-TEST_F(RefusalTest, CutMp4WithItsHeaderInFront) {
+TEST_F(RefusalTest, RefusesACutMp4WithItsHeaderInFront) {
     for (const std::size_t share : {99U, 60U, 20U}) {
         const auto path = made("front.m4a", {"-movflags", "+faststart"});
         cut(path, share);
@@ -186,13 +186,13 @@ TEST_F(RefusalTest, CutMp4WithItsHeaderInFront) {
     expectRefused(path, kShort);
 }
 
-TEST_F(RefusalTest, CutMp4WithItsHeaderAtTheEnd) {
+TEST_F(RefusalTest, RefusesACutMp4WithItsHeaderAtTheEnd) {
     const auto path = made("behind.m4a");
     cut(path, 60);
     expectRefused(path, "its header is damaged or cut off");
 }
 
-TEST_F(RefusalTest, CutWav) {
+TEST_F(RefusalTest, RefusesACutWav) {
     for (const std::size_t share : {99U, 50U}) {
         const auto path = made("a.wav");
         cut(path, share);
@@ -200,7 +200,7 @@ TEST_F(RefusalTest, CutWav) {
     }
 }
 
-TEST_F(RefusalTest, CutFlac) {
+TEST_F(RefusalTest, RefusesACutFlac) {
     for (const std::size_t share : {99U, 50U, 20U}) {
         const auto path = made("a.flac");
         cut(path, share);
@@ -211,7 +211,7 @@ TEST_F(RefusalTest, CutFlac) {
     expectRefused(path, kShort);
 }
 
-TEST_F(RefusalTest, CutMp3ThatStatesItsFrames) {
+TEST_F(RefusalTest, RefusesACutMp3ThatStatesItsFrames) {
     for (const std::size_t share : {95U, 50U, 20U}) {
         const auto path = made("a.mp3");
         cut(path, share);
@@ -219,7 +219,7 @@ TEST_F(RefusalTest, CutMp3ThatStatesItsFrames) {
     }
 }
 
-TEST_F(RefusalTest, CutOgg) {
+TEST_F(RefusalTest, RefusesACutOgg) {
     for (const std::size_t share : {99U, 80U}) {
         for (const auto* name : {"a.ogg", "a.opus"}) {
             const auto path = made(name);
@@ -230,7 +230,7 @@ TEST_F(RefusalTest, CutOgg) {
 }
 
 // A wave file whose header states 2^60 frames.
-TEST_F(RefusalTest, AbsurdLength) {
+TEST_F(RefusalTest, RefusesALengthBeyondTheFilesSize) {
     encode(made("a.wav"), at("a.w64"));
     auto bytes = bytesOf(at("a.w64"));
     const auto data = bytes.find("data\xF3\xAC\xD3\x11");

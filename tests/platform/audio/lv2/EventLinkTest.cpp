@@ -52,7 +52,7 @@ Bytes body(const LV2_Atom& atom) {
     return {begin, begin + atom.size};
 }
 
-/// The bodies of the events that the next block gets, all of which are at its first frame.
+/// The bodies of the events of the next quantum; expects all events at its first frame.
 std::vector<Bytes> delivered(LV2EventLink& link, bool hasPosition = false) {
     LV2SequenceBuffer buffer(kSize);
     buffer.clearForInput();

@@ -13,7 +13,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// Tests what the probe plug-in records of its host.
+/// Tests a unit by the record that the probe plug-in keeps of its host.
 class Probe : public ::testing::Test {
   protected:
     void SetUp() override {

@@ -18,7 +18,7 @@ using namespace orvalo;
 using namespace orvalo::testing;
 namespace fs = std::filesystem;
 
-/// With a temporary folder of its own.
+/// Each test has a new temporary folder.
 class ProcessFolderTest : public ::testing::Test {
   protected:
     // The process has one thread.

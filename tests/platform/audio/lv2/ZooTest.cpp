@@ -12,7 +12,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// The error of a unit of that name, without the plug-in's name in front.
+/// The error of makeZooUnit(name), without the plug-in's name in front.
 std::string refusal(const std::string& name) {
     try {
         makeZooUnit(name);

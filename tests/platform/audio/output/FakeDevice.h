@@ -10,7 +10,7 @@
 
 namespace orvalo::testing {
 
-/// Controls a FakeDevice while an output plays on it. Any thread.
+/// Controls a FakeDevice, also while an output plays on it. Any thread.
 struct FakeControls {
     std::atomic<bool> isThere{true};
     std::atomic<bool> opens{true};
@@ -22,7 +22,7 @@ struct FakeControls {
     std::atomic<int> liveCount{0};       ///< Streams that are open.
     std::function<void()> whileProbing;  ///< Set before use.
 
-    /// The stream that was opened last reports its end.
+    /// Makes the stream that was opened last report its end.
     void endStream();
     void countXruns(std::uint64_t count);
 

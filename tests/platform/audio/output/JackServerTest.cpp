@@ -76,7 +76,7 @@ class JackRecorder {
 class JackServerTest : public ::testing::Test {
   protected:
     JackServerTest() {
-        // The servers inherit it too, so a JACK server of the user is left alone.
+        // The servers inherit the name, so the tests leave a JACK server of the user alone.
         setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
     }
@@ -96,8 +96,8 @@ class JackServerTest : public ::testing::Test {
         return process;
     }
 
-    /// A killed server keeps one of the eight places in the machine's list of JACK servers. The
-    /// next server of its name frees the place when it ends. What remains are files.
+    /// A killed server keeps one of the eight places in the machine's list of JACK servers, until
+    /// another server of its name ends. Its files remain, too.
     void TearDown() override {
         if (hasKilled_) {
             startServer("48000", "64");

@@ -10,7 +10,7 @@ namespace orvalo::testing {
 /// Stereo frames that a test has recorded from a sound server.
 class SignalCapture {
   public:
-    /// From the recorder's thread.
+    /// Appends recorded frames. Called on the recorder's thread.
     void append(const float* left, const float* right, std::size_t frameCount, std::size_t stride);
 
     /// The length of the longest stretch of the source's signal without a missing or changed frame.

@@ -131,7 +131,7 @@ TEST_F(SupervisedOutputTest, ReopensADeadStreamWithItsNewFormat) {
     std::atomic<std::uint64_t> blocksAtChange{0};
     source_.whileFormatChanges = [&] {
         blocksAtChange = source_.blockCount();
-        // A stream that rendered meanwhile would add to the overlap count.
+        // A stream that renders during the format change would add to the overlap count.
         std::this_thread::sleep_for(milliseconds(20));
     };
     alpha_->sampleRate = 44100.0;

@@ -76,7 +76,7 @@ TEST_F(SystemOutputTest, UsesTheClockWhenNoDescriptorIsLeft) {
     descriptors.rlim_cur = most;
     setrlimit(RLIMIT_NOFILE, &descriptors);
     EXPECT_EQ(source_.threadName(), "orvalo-null");
-    // libpulse writes lines of its own before.
+    // libpulse writes its own lines first.
     EXPECT_EQ(log.messages().back(), standIn_);
 }
 

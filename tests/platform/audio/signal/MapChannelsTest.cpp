@@ -27,16 +27,16 @@ std::vector<float> mapped(std::uint32_t from, std::uint32_t to) {
     return result;
 }
 
-TEST(MapChannelsTest, OneIsRepeated) {
+TEST(MapChannelsTest, OneInputChannelIsRepeated) {
     EXPECT_EQ(mapped(1, 3), (std::vector{1.0F, 1.0F, 1.0F}));
 }
 
-TEST(MapChannelsTest, OneIsTheMeanOfMany) {
+TEST(MapChannelsTest, OneOutputChannelIsTheMeanOfTheInputs) {
     EXPECT_EQ(mapped(2, 1), std::vector{1.5F});
     EXPECT_EQ(mapped(4, 1), std::vector{3.75F});
 }
 
-TEST(MapChannelsTest, OthersMapByIndexAndMissingOnesAreSilent) {
+TEST(MapChannelsTest, OtherChannelsMapByIndexAndMissingInputsAreSilent) {
     EXPECT_EQ(mapped(2, 2), (std::vector{1.0F, 2.0F}));
     EXPECT_EQ(mapped(2, 4), (std::vector{1.0F, 2.0F, 0.0F, 0.0F}));
     EXPECT_EQ(mapped(3, 2), (std::vector{1.0F, 2.0F}));

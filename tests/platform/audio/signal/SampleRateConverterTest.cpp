@@ -80,8 +80,8 @@ class SampleRateConverterTest : public ::testing::TestWithParam<Rates> {
   protected:
     static constexpr std::size_t kFrames = 48000;
 
-    // A sine through the conversion, in quanta of 64. The frequency is rounded so that whole
-    // periods fit what is measured.
+    // A sine through the conversion, in quanta of 64. The frequency is rounded so that the
+    // measured frames hold whole periods.
     static Measured through(double frequency) {
         const auto [from, to] = GetParam();
         const double step = to / static_cast<double>(kFrames - 8000);

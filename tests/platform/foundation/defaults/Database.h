@@ -17,7 +17,7 @@ void emptyLog(const std::filesystem::path& file);
 std::string bytesOf(const std::filesystem::path& file);
 void writeBytes(const std::filesystem::path& file, const std::string& bytes);
 
-/// The damaged files that were set aside beside a settings file, without their logs.
+/// The damaged files that were set aside beside a settings file. Leaves out their logs.
 std::vector<std::filesystem::path> setAside(const std::filesystem::path& file);
 
 }  // namespace orvalo::testing

@@ -141,7 +141,7 @@ TEST_F(SettingsFile, IsRefusedWhenItIsNotARegularFile) {
     EXPECT_THAT(errors.text(), HasSubstr(file_.string() + " is not a regular file"));
 }
 
-TEST_F(SettingsFile, IsMadeAgainByTheWriteAfterItsRemoval) {
+TEST_F(SettingsFile, IsRecreatedByTheWriteAfterItsRemoval) {
     const auto settings = open();
     settings->set(1, "old");
     Worker other({name_});

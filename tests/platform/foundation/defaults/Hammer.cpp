@@ -20,7 +20,7 @@ Hammer::Hammer(UserDefaults& settings, int self, int all)
     : settings_(settings), self_(self), all_(all), random_(std::random_device()()) {}
 
 PropertyList Hammer::valueOf(std::int64_t number) {
-    // Long ones lie on pages of their own.
+    // Long values lie on separate pages.
     const auto length = static_cast<std::size_t>(number % 7 == 0 ? 6000 : number % 50);
     return PropertyList::List{number, std::string(length, 'x'), Data(length, 0xA5), number};
 }

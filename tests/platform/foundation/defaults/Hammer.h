@@ -10,15 +10,15 @@
 
 namespace orvalo::testing {
 
-/// Reads and writes a suite at random, together with others. Each Hammer writes growing numbers to
-/// keys of its own, and any number to a common key. Each checks that no value is torn and no number
-/// shrinks.
+/// Reads and writes a suite at random while other Hammers do the same. Each writes growing numbers
+/// to its own keys and any number to a common key, and checks that no value is torn and no number
+/// of an own key shrinks.
 class Hammer {
   public:
     Hammer(UserDefaults& settings, int self, int all);
 
     /// Runs for some seconds. Returns "KEY=NUMBER;" for each own key with the last number. Throws
-    /// std::logic_error for a torn value and a number that shrinks.
+    /// std::logic_error for a torn value and for a number that shrinks.
     std::string run(double seconds);
 
     /// A value that holds the number and shows damage.

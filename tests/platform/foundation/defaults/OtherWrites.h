@@ -6,7 +6,7 @@
 
 namespace orvalo::testing {
 
-/// While it lives, SQLite writes to files through another function.
+/// Makes SQLite write to files through another function for the object's life.
 class OtherWrites {
   public:
     using Write = ssize_t (*)(int, const void*, size_t, off_t);
@@ -17,8 +17,8 @@ class OtherWrites {
     OtherWrites& operator=(const OtherWrites&) = delete;
 };
 
-/// While it lives, SQLite's first write to a log stops the process (SIGSTOP), which then holds the
-/// write lock.
+/// For the object's life, SQLite's first write to a log stops the process (SIGSTOP), which then
+/// holds the write lock.
 class StopAtWrite {
   public:
     StopAtWrite() : writes_(write) {}
@@ -30,10 +30,10 @@ class StopAtWrite {
     const OtherWrites writes_;
 };
 
-/// While it lives, SQLite finds every disk full.
+/// For the object's life, SQLite finds every disk full.
 class FullDisk {
   public:
-    /// writes: how many still find room.
+    /// writes: the number of writes that succeed first.
     explicit FullDisk(int writes = 0);
 
   private:

@@ -84,10 +84,10 @@ TEST_F(Processes, KilledWritersLoseNoAcknowledgedValue) {
         const auto key = "key" + std::to_string(round % 3);
         settings->removeObject(key);
         Worker writer({name_, "endless", key});
-        // The first line tells that it works.
+        // The first line shows that the process has started to write.
         std::int64_t acknowledged = std::atoll(writer.readLine().c_str());
         ASSERT_GT(acknowledged, 0);
-        // Kills it at a random point of its work.
+        // Kills the writer at a random point of its work.
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 3000));
         const auto seen = settings->integer(key);
         writer.signal(SIGKILL);
@@ -99,7 +99,7 @@ TEST_F(Processes, KilledWritersLoseNoAcknowledgedValue) {
         EXPECT_GE(there, acknowledged);
         EXPECT_LE(there, acknowledged + 1);
         EXPECT_GE(there, seen);
-        // A new process finds what earlier ones have seen.
+        // A new process reads the same value as this process.
         EXPECT_EQ(Worker({name_}).ask("get " + key), std::to_string(there));
         if (round % 20 == 0) {
             EXPECT_THAT(query(file_, "PRAGMA integrity_check"), ElementsAre("ok"));

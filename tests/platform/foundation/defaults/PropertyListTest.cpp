@@ -43,7 +43,7 @@ TEST(PropertyList, EqualsOnlyTheSameValueOfTheSameKind) {
     EXPECT_NE(PropertyList(Dictionary{{"a", 1}}), PropertyList(Dictionary{{"b", 1}}));
 }
 
-TEST(PropertyListDescription, OfOneValue) {
+TEST(PropertyListDescription, FormatsASingleValue) {
     EXPECT_EQ(description(true), "1");
     EXPECT_EQ(description(false), "0");
     EXPECT_EQ(description(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
@@ -61,7 +61,7 @@ TEST(PropertyListDescription, OfOneValue) {
     EXPECT_EQ(description(Date::max()), "a date outside the years 1 to 9999");
 }
 
-TEST(PropertyListDescription, OfNestedValues) {
+TEST(PropertyListDescription, FormatsNestedValues) {
     const PropertyList value = Dictionary{
         {"a key", List{1, "plain_$/:.", "two words", "say \"\\\"", ""}},
         {"empty", List{}},

@@ -22,7 +22,7 @@ using ::testing::HasSubstr;
 
 constexpr uid_t kSomebodyElse = 65534;
 
-/// While it lives, files grow to a size and no further.
+/// Limits the size of files for the object's life.
 class FileSizeLimit {
   public:
     explicit FileSizeLimit(rlim_t size) : formerHandler_(std::signal(SIGXFSZ, SIG_IGN)) {

@@ -21,8 +21,8 @@ constexpr std::size_t kLargerSize = 8 * SmallDisk::kSize;
 // Less than a page of a database, more than the files of the tests themselves.
 constexpr std::size_t kNoRoom = 2000;
 
-/// Gives the process a mount namespace of its own, in a user namespace where it has no right to
-/// one.
+/// Moves the process into a new mount namespace, through a user namespace where it lacks the right.
+/// Returns whether that worked.
 bool isAlone() {
     const auto user = std::to_string(geteuid());
     const auto group = std::to_string(getegid());

@@ -13,14 +13,14 @@ class SmallDisk {
   public:
     static constexpr std::size_t kSize = std::size_t{1} << 20U;
 
-    /// The only one.
+    /// The only instance.
     static SmallDisk& shared();
 
-    /// Mounts it over the folder, before any thread starts.
+    /// Mounts the disk over the folder. Call before any thread starts.
     void mount(const std::filesystem::path& folder);
     void unmount();
 
-    /// Restores the state after mount().
+    /// Removes all files and restores the size: the state right after mount().
     void empty();
     /// Fills the disk.
     void fill();

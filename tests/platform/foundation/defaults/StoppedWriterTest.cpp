@@ -12,7 +12,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-/// A process that was stopped in the middle of a write and holds the write lock.
+/// A process that is stopped in the middle of a write and holds the write lock.
 class StoppedWriter : public SuiteFile {
   protected:
     void SetUp() override {

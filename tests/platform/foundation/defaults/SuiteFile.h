@@ -12,7 +12,7 @@
 
 namespace orvalo::testing {
 
-/// A suite whose file a test reads or damages.
+/// A new suite, whose file the test may read or damage.
 class SuiteFile : public ::testing::Test {
   protected:
     std::shared_ptr<UserDefaults> open() const { return UserDefaults::suiteName(name_); }

@@ -8,7 +8,7 @@
 namespace orvalo::testing {
 
 /// The program defaults_worker, another process that uses settings and takes commands line by line.
-/// Killed with the object.
+/// The destructor kills it.
 class Worker {
   public:
     /// arguments: see WorkerMain.cpp.
@@ -20,7 +20,7 @@ class Worker {
     /// Sends a command and returns the answer; empty when the process has ended.
     std::string ask(const std::string& line);
     void say(const std::string& line) const;
-    /// The next line of output; empty when the process has ended.
+    /// Waits for the next line of output; empty when the process has ended.
     std::string readLine();
     void signal(int number) const;
     /// Waits until the process is stopped; false when it ended instead.

@@ -1,14 +1,13 @@
 // A process that uses a suite, for tests that need a second one.
 //
 //     defaults_worker SUITE                 runs the commands on its input and answers each with a
-//                                           line: set KEY NUMBER, get KEY, remove KEY, count,
-//                                           stop KEY NUMBER, which stops it (SIGSTOP) amid the
-//                                           write
-//     defaults_worker SUITE endless KEY     stores 1, 2, 3, ... for ever, with a line for each
-//     stored
+//                                           line: set KEY NUMBER, get KEY, remove KEY, count, and
+//                                           stop KEY NUMBER, a write that stops the process
+//                                           (SIGSTOP) in the middle
+//     defaults_worker SUITE endless KEY     stores 1, 2, 3, ... without end and prints each stored
 //                                           number
-//     defaults_worker SUITE together KEYS   replaces all by so many keys set to 1, then 2, ... for
-//                                           ever, with a line for each number
+//     defaults_worker SUITE together KEYS   replaces all entries by KEYS keys that are all 1, then
+//                                           all 2, ... without end, and prints each stored number
 //     defaults_worker SUITE hammer SELF PROCESSES SECONDS
 //                                           runs a Hammer as process SELF (from 0) and prints its
 //                                           result
@@ -48,7 +47,7 @@ void endAtFirstLog() {
         nullptr);
 }
 
-std::string obey(UserDefaults& settings, const std::string& line) {
+std::string execute(UserDefaults& settings, const std::string& line) {
     std::istringstream words(line);
     std::string what;
     std::string key;
@@ -94,7 +93,7 @@ int run(const std::vector<std::string>& words) {
     }
     if (words.size() == 1) {
         for (std::string line; std::getline(std::cin, line);) {
-            std::cout << obey(*settings, line) << std::endl;
+            std::cout << execute(*settings, line) << std::endl;
         }
         return EXIT_SUCCESS;
     }

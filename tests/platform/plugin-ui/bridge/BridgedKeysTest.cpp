@@ -22,7 +22,7 @@ using ::testing::ElementsAre;
 
 constexpr unsigned kColor = 0x336699;
 constexpr X11Rect kArea{50, 40, 400, 300};
-// The toplevel stands at (100, 100).
+// kArea in the toplevel, which is at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
 
 LV2World& world() {
@@ -46,7 +46,7 @@ class BridgedKeys : public ::testing::Test {
     }
 
     /// Waits until a UI is on screen in another container than the last one.
-    bool isShownAnew() {
+    bool waitForNewUI() {
         const bool isNew = pollUntil([this] {
             return parentWindowAt(200, 200) != container_ && pixelAt(200, 200) == kColor &&
                    rectangleOf(windowAt(200, 200)) == kOnScreen;
@@ -76,16 +76,16 @@ class BridgedKeys : public ::testing::Test {
     std::vector<unsigned> keys_;
 };
 
-TEST_F(BridgedKeys, AreReportedOnceAlsoByAUIThatWasMadeAnew) {
+TEST_F(BridgedKeys, AreReportedOnceAlsoByARecreatedUI) {
     const CapturedOutput errors(STDERR_FILENO);
-    ASSERT_TRUE(isShownAnew());
+    ASSERT_TRUE(waitForNewUI());
     ASSERT_NO_FATAL_FAILURE(strike('a'));
     ASSERT_TRUE(killService());
-    ASSERT_TRUE(isShownAnew());
+    ASSERT_TRUE(waitForNewUI());
     ASSERT_NO_FATAL_FAILURE(strike('b'));
     // The UI accesses the effect's instance, which another sample rate replaces.
     unit_->allocateRenderResources(96000);
-    ASSERT_TRUE(isShownAnew());
+    ASSERT_TRUE(waitForNewUI());
     ASSERT_NO_FATAL_FAILURE(strike('c'));
     EXPECT_THAT(keys_, ElementsAre(keycode('a'), keycode('b'), keycode('c')));
 }

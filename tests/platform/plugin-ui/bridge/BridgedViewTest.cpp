@@ -48,7 +48,7 @@ GtkWidget* labelBelow(GtkWidget* widget) {
     return nullptr;
 }
 
-/// A program that starts the effect service, but not while holdUp() counts.
+/// A program that starts the effect service, and between holdUp() and release() waits first.
 class HeldUpService {
   public:
     explicit HeldUpService(const std::string& service) {
@@ -59,7 +59,7 @@ class HeldUpService {
     std::filesystem::path path() const { return folder_.path() / "program"; }
 
     void holdUp() const { std::ofstream(sign()) << "held up"; }
-    void goOn() const { std::filesystem::remove(sign()); }
+    void release() const { std::filesystem::remove(sign()); }
 
   private:
     std::filesystem::path sign() const { return folder_.path() / "held-up"; }
@@ -142,7 +142,7 @@ TEST_F(BridgedView, FillsItsStageAndFollowsIt) {
     const auto place = window_->place();
     const auto ui = windowAt(place.x + 10, place.y + 10);
     window_->stage()->setHidden(true);
-    EXPECT_TRUE(comesTo(ui, {}));
+    EXPECT_TRUE(waitForRectangle(ui, {}));
     window_->stage()->setHidden(false);
     EXPECT_TRUE(fillsItsStage());
     EXPECT_EQ(windowAt(place.x + 10, place.y + 10), ui);
@@ -166,7 +166,7 @@ TEST_F(BridgedView, IsRestoredWithItsControlsAfterTheServiceWasKilled) {
     const auto ui = windowAt(place.x + 10, place.y + 10);
     CapturedOutput errors(STDERR_FILENO);
     ASSERT_TRUE(killService());
-    EXPECT_TRUE(comesTo(ui, {}));
+    EXPECT_TRUE(waitForRectangle(ui, {}));
     EXPECT_TRUE(fillsItsStage());
     EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
     EXPECT_NE(servicePids(), first);
@@ -186,8 +186,8 @@ TEST_F(BridgedView, IsRestoredAfterItHungTheService) {
     CapturedOutput errors(STDERR_FILENO);
     click(place.x + 50, place.y + 50, 2);
     EXPECT_TRUE(pollUntil([&first] { return servicePids() != first; }));
-    // The windows may go a little later than the process.
-    EXPECT_TRUE(comesTo(ui, {}));
+    // The server may destroy the windows a little after the end of the process.
+    EXPECT_TRUE(waitForRectangle(ui, {}));
     EXPECT_TRUE(fillsItsStage());
     EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
     EXPECT_THAT(errors.text(), HasSubstr("did not answer for"));
@@ -227,7 +227,7 @@ TEST_F(BridgedView, ShowsTheMessageAlsoWhenOpenedDuringARestart) {
     window_->present();
     EXPECT_TRUE(
         pollUntil([this] { return message() == "UI probe has stopped. It is started again."; }));
-    service.goOn();
+    service.release();
     EXPECT_TRUE(fillsItsStage());
     EXPECT_EQ(message(), "");
 }
@@ -251,7 +251,7 @@ TEST_F(BridgedView, ShowsThatItIsClosedWhenTheServiceIsGivenUp) {
     EXPECT_TRUE(pollUntil([&place] { return countColors(place) > 2; }));
 }
 
-TEST_F(BridgedView, IsMadeAnewInAnotherContainerWhenTheSampleRateChanges) {
+TEST_F(BridgedView, IsRecreatedInAnotherContainerWhenTheSampleRateChanges) {
     // The UI accesses the effect's instance, which another sample rate replaces.
     show("direct");
     const auto place = window_->place();

@@ -13,7 +13,7 @@ std::vector<pid_t> servicePids();
 /// Kills the service; false unless there is exactly one.
 bool killService();
 
-/// Limits under which a service on a busy machine does not count as hanging.
+/// Limits under which a service on a busy machine is not taken for a hanging one.
 BridgeLimits unhurriedLimits();
 
 }  // namespace orvalo::testing

@@ -126,7 +126,7 @@ TEST_P(InstalledPluginUI, IsDrawnMovedHiddenAndClosed) {
     // GTK still draws the button at its full width.
     const auto button = placeOf(window_.button());
     const auto left = pixelAt(button.x + 20, button.y + 10);
-    EXPECT_TRUE(isPainted(button.x + button.width - 20, button.y + 10, left));
+    EXPECT_TRUE(waitForColor(button.x + button.width - 20, button.y + 10, left));
     runFor(40);
     EXPECT_TRUE(isDrawn());
     window_.stage()->setHidden(true);

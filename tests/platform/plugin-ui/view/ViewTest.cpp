@@ -37,7 +37,7 @@ TEST_F(View, OpensTheUIBeforeItComesOnScreen) {
     EXPECT_EQ(record_.scaleFactor, 1.0F);
     EXPECT_TRUE(fillsItsStage());
     window_->stage()->setHidden(true);
-    EXPECT_TRUE(comesTo(record_.window, {}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {}));
     window_->stage()->setHidden(false);
     EXPECT_TRUE(fillsItsStage());
     EXPECT_EQ(record_.instantiations, 1);
@@ -113,7 +113,7 @@ TEST_F(View, IsHiddenFromTheStartOfATransitionToAnotherPage) {
     show();
     ASSERT_TRUE(fillsItsStage());
     gtk_stack_set_visible_child(GTK_STACK(pages), other);
-    EXPECT_TRUE(comesTo(record_.window, {}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {}));
     EXPECT_TRUE(gtk_stack_get_transition_running(GTK_STACK(pages)));
     gtk_stack_set_visible_child(GTK_STACK(pages), page);
     EXPECT_TRUE(fillsItsStage());
@@ -137,10 +137,10 @@ TEST_F(View, CanBeRemovedAddedAgainAndMovedOutOfTheStage) {
     EXPECT_EQ(record_.instantiations, 2);
     // Partly outside.
     view->setFrame({-40, 10, 300, 200});
-    EXPECT_TRUE(comesTo(record_.window, {stage.x - 40, stage.y + 10, 300, 200}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {stage.x - 40, stage.y + 10, 300, 200}));
     EXPECT_TRUE(pollUntil([&stage] { return pixelAt(stage.x - 1, stage.y + 50) != 0x336699U; }));
     view->setFrame({-400, 0, 300, 200});
-    EXPECT_TRUE(comesTo(record_.window, {}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {}));
 }
 
 TEST_F(View, ScrollsWhenTheUIIsLarger) {
@@ -155,11 +155,11 @@ TEST_F(View, ScrollsWhenTheUIIsLarger) {
     auto* across = gtk_scrolled_window_get_hadjustment(scroller);
     ASSERT_TRUE(pollUntil([across] { return gtk_adjustment_get_upper(across) == 900.0; }));
     gtk_adjustment_set_value(across, 80.0);
-    EXPECT_TRUE(comesTo(record_.window, {stage.x - 80, stage.y, 900, 700}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {stage.x - 80, stage.y, 900, 700}));
     // The scroll bar is beside the UI.
     EXPECT_TRUE(pollUntil(
         [&stage] { return pixelAt(stage.x + stage.width - 3, stage.y + 100) != 0x336699U; }));
-    EXPECT_TRUE(isPainted(stage.x + 1, stage.y + 100, 0x336699U));
+    EXPECT_TRUE(waitForColor(stage.x + 1, stage.y + 100, 0x336699U));
 }
 
 TEST_F(View, OpensAClosedUIAgainWhenItNextComesOnScreen) {
@@ -176,7 +176,7 @@ TEST_F(View, OpensAClosedUIAgainWhenItNextComesOnScreen) {
     EXPECT_TRUE(fillsItsStage());
 }
 
-TEST_F(View, LogsThatTheUIRefusesToBeMade) {
+TEST_F(View, LogsAFailedInstantiationOfTheUI) {
     embed("refusing");
     const CapturedOutput errors(2);
     window_->present();

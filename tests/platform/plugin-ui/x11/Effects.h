@@ -12,10 +12,10 @@ namespace orvalo::testing {
 /// A unit of the test effect "urn:orvalo:ui:<name>". Throws NSError.
 std::shared_ptr<LV2LocalAudioUnit> makeUnit(const std::string& name);
 
-/// As LV2PluginUIData::read() for a unit.
+/// Calls LV2PluginUIData::read() for a unit.
 LV2PluginUIData readUIData(const LV2LocalAudioUnit& unit);
 
-/// The test UI's record since the last resetRecord(). Its library stays loaded.
+/// The test UI's record since the last resetRecord(). The UI's library stays loaded.
 zoo::UIRecord& uiRecord();
 void resetRecord();
 

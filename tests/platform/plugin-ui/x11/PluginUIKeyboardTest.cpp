@@ -58,7 +58,7 @@ TEST_F(PluginUIKeyboard, GetsNoKeysFromAPointerThatRestsOrTurnsTheWheel) {
     EXPECT_EQ(keyboardFocus(), inside);
     strikeKey(kSpace);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
-    // Nor when the UI focuses its own window.
+    // The UI gets no keys when it focuses its own window, either.
     commit(Misdeed::takeKeyboard);
     ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
     runFor(20);
@@ -75,7 +75,7 @@ TEST_F(PluginUIKeyboard, ReturnsTheFocusAtAClickElsewhere) {
     pressButton(1);
     releaseButton(1);
     ASSERT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
-    // Nor does a click outside the toplevel give the UI the keyboard.
+    // A click outside the toplevel does not give the UI the keyboard, either.
     click(5, 5);
     runFor(20);
     EXPECT_EQ(keyboardFocus(), inside);
@@ -93,19 +93,19 @@ TEST_F(PluginUIKeyboard, GetsKeysWhenItsToplevelIsFocusedAfterTheClick) {
     ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
-TEST_F(PluginUIKeyboard, GetsKeysAlsoAfterItWasMadeAnew) {
+TEST_F(PluginUIKeyboard, GetsKeysAlsoAfterItWasRecreated) {
     toplevel_.focusInside();
     open("direct");
     unit_->allocateRenderResources(96000.0);
     ASSERT_TRUE(pollUntil([this] { return record_.instantiations == 2 && record_.width == 400; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140, 400, 300}));
     ASSERT_NO_FATAL_FAILURE(clickIntoUI());
     // The new container handles the toplevel's focus events, too.
     toplevel_.focusInside();
     ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == toplevel_.window(); }));
 }
 
-TEST_F(PluginUIKeyboard, ReturnsTheFocusThatTheUITookForItself) {
+TEST_F(PluginUIKeyboard, ReturnsTheFocusThatTheUIHasGrabbed) {
     const auto inside = toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
     ASSERT_NO_FATAL_FAILURE(letUITakeFocus());
@@ -123,7 +123,7 @@ TEST_F(PluginUIKeyboard, ReportsKeysThatTheUISendsOnWhileItHasTheKeyboard) {
     embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     const unsigned space = keycode(kSpace);
-    // With the mask for keys, and with none.
+    // The UI sends its keys on with the event mask for keys, and with an empty mask.
     for (const long mask : {1L, 0L}) {
         unused.clear();
         record_.keyMask = mask;

@@ -26,12 +26,12 @@ TEST_F(PluginUI, FillsItsArea) {
     open();
     EXPECT_EQ(record_.instantiations, 1);
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0 && record_.width == 400; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140, 400, 300}));
     EXPECT_EQ(record_.height, 300);
     EXPECT_EQ(record_.toldWidth, 400);
     EXPECT_EQ(record_.toldHeight, 300);
-    EXPECT_TRUE(isPainted(200, 200, 0x336699U));
-    EXPECT_TRUE(isPainted(120, 120, 0x202020U));
+    EXPECT_TRUE(waitForColor(200, 200, 0x336699U));
+    EXPECT_TRUE(waitForColor(120, 120, 0x202020U));
 }
 
 TEST_F(PluginUI, GetsTheHostsFeaturesAndOptions) {
@@ -125,7 +125,7 @@ TEST_F(PluginUI, CannotWriteValuesThatAPortDoesNotAccept) {
     EXPECT_EQ(errors.text().find("wrote"), errors.text().rfind("wrote"));
 }
 
-TEST_F(PluginUI, IsClosedWhenItsIdleCallSaysSo) {
+TEST_F(PluginUI, IsClosedWhenItsIdleCallReportsThatItHasClosed) {
     open();
     record_.misdeed = Misdeed::close;
     ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
@@ -139,7 +139,7 @@ TEST_F(PluginUI, IsClosedWhenItsIdleCallSaysSo) {
 TEST_F(PluginUI, IsCleanedUpWhenItsOwnCallThatClosedItReturns) {
     open();
     int cleanups = -1;
-    // As when the window is closed while the UI's message box runs the main loop.
+    // Happens when the window is closed while the UI's message box runs the main loop.
     record_.onCall = [&] {
         embedded_ = nullptr;
         cleanups = record_.cleanups;
@@ -190,24 +190,24 @@ TEST_F(PluginUI, StaysInItsAreaWhateverSizeItRequests) {
     commit(Misdeed::wantByFeature);
     EXPECT_EQ(embedded_->rules().requested, (X11Size{400, 300}));
     EXPECT_EQ(changes, 2);
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
 TEST_F(PluginUI, IsCentredWhenItsHintsFixItsSize) {
     open();
     commit(Misdeed::fixHints);
     ASSERT_TRUE(pollUntil([this] { return record_.width == 200; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150 + 100, 140 + 75, 200, 150}));
-    EXPECT_TRUE(isPainted(160, 150, 0x202020U));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150 + 100, 140 + 75, 200, 150}));
+    EXPECT_TRUE(waitForColor(160, 150, 0x202020U));
 }
 
 TEST_F(PluginUI, HasTheRequestedSizeWhenItsDataFixIt) {
     open("fixed");
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150 + 50, 140 + 50, 300, 200}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150 + 50, 140 + 50, 300, 200}));
     commit(Misdeed::wantByWindow);
     ASSERT_TRUE(pollUntil([this] { return record_.width == 500; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140 + 90, 500, 120}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140 + 90, 500, 120}));
     EXPECT_EQ(embedded_->rules().minimumSize(), (X11Size{500, 120}));
 }
 
@@ -216,36 +216,36 @@ TEST_F(PluginUI, IsClippedToTheVisiblePart) {
     commit(Misdeed::growHints);
     ASSERT_TRUE(pollUntil([this] { return record_.width == 900; }));
     EXPECT_EQ(embedded_->rules().minimumSize(), (X11Size{900, 700}));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 900, 700}));
-    EXPECT_TRUE(isPainted(150 + 399, 140 + 299, 0x336699U));
-    EXPECT_TRUE(isPainted(150 + 400, 140 + 299, 0x202020U));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140, 900, 700}));
+    EXPECT_TRUE(waitForColor(150 + 399, 140 + 299, 0x336699U));
+    EXPECT_TRUE(waitForColor(150 + 400, 140 + 299, 0x202020U));
     // Scrolled by (60, 80).
     embedded_->place({-10, -40, 900, 700}, kArea);
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{90, 60, 900, 700}));
-    EXPECT_TRUE(isPainted(140, 200, 0x202020U));
-    EXPECT_TRUE(isPainted(150, 200, 0x336699U));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{90, 60, 900, 700}));
+    EXPECT_TRUE(waitForColor(140, 200, 0x202020U));
+    EXPECT_TRUE(waitForColor(150, 200, 0x336699U));
 }
 
 TEST_F(PluginUI, FollowsItsArea) {
     open();
     embedded_->place({0, 0, 640, 480}, {0, 0, 640, 480});
     ASSERT_TRUE(pollUntil([this] { return record_.width == 640 && record_.height == 480; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{100, 100, 640, 480}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{100, 100, 640, 480}));
     embedded_->place({20, 30, 640, 480}, {20, 30, 0, 0});
-    EXPECT_TRUE(comesTo(record_.window, {}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {}));
 }
 
 TEST_F(PluginUI, PlacesItsOtherWindowsFreely) {
     open();
     ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     commit(Misdeed::secondWindow);
-    EXPECT_TRUE(comesTo(record_.second, X11Rect{160, 160, 60, 50}));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    EXPECT_TRUE(waitForRectangle(record_.second, X11Rect{160, 160, 60, 50}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
 TEST_F(PluginUI, IsUnmappedAndUpdatedLessOftenWhileHidden) {
     open("probe", false);
-    EXPECT_TRUE(comesTo(record_.window, {}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {}));
     // The number of updates during 100 calls of the test's timer.
     const auto countUpdates = [this] {
         const int before = record_.idles;
@@ -254,11 +254,11 @@ TEST_F(PluginUI, IsUnmappedAndUpdatedLessOftenWhileHidden) {
     };
     const int hidden = countUpdates();
     embedded_->setVisible(true);
-    EXPECT_TRUE(comesTo(record_.window, {150, 140, 400, 300}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {150, 140, 400, 300}));
     const int shown = countUpdates();
     EXPECT_GT(shown, 3 * hidden);
     embedded_->setVisible(false);
-    EXPECT_TRUE(comesTo(record_.window, {}));
+    EXPECT_TRUE(waitForRectangle(record_.window, {}));
     // Changes reach the hidden UI, too.
     unit_->controls().setValue(kGain, 0.25F);
     ASSERT_TRUE(pollUntil([this] { return record_.values[kGain] == 0.25F; }));
@@ -274,7 +274,7 @@ TEST_F(PluginUI, StaysOpenWhenTheSampleRateChanges) {
     ASSERT_TRUE(pollUntil([this] { return unit_->controls().value(kGain) == 0.8F; }));
 }
 
-TEST_F(PluginUI, IsMadeAnewWhenTheInstanceThatItAccessesIsReplaced) {
+TEST_F(PluginUI, IsRecreatedWhenTheInstanceThatItAccessesIsReplaced) {
     open("direct");
     const auto* before = record_.instance;
     ASSERT_NE(before, nullptr);
@@ -283,10 +283,10 @@ TEST_F(PluginUI, IsMadeAnewWhenTheInstanceThatItAccessesIsReplaced) {
     EXPECT_EQ(record_.cleanups, 1);
     EXPECT_NE(record_.instance, before);
     ASSERT_TRUE(pollUntil([this] { return record_.width == 400; }));
-    EXPECT_TRUE(comesTo(record_.window, X11Rect{150, 140, 400, 300}));
+    EXPECT_TRUE(waitForRectangle(record_.window, X11Rect{150, 140, 400, 300}));
 }
 
-TEST_F(PluginUI, ThrowsWhenItRefusesToBeMade) {
+TEST_F(PluginUI, ThrowsWhenItsInstantiationFails) {
     const auto refusal = [this](const std::string& name) -> std::string {
         try {
             open(name);
@@ -300,7 +300,7 @@ TEST_F(PluginUI, ThrowsWhenItRefusesToBeMade) {
               "made.");
 }
 
-TEST_F(PluginUI, IsClosedWhenItMakesNoWindow) {
+TEST_F(PluginUI, IsClosedWhenItCreatesNoWindow) {
     open("windowless");
     ASSERT_TRUE(pollUntil([this] { return embedded_ == nullptr; }));
     EXPECT_EQ(closed_, (std::vector<std::string>{"it makes no window"}));

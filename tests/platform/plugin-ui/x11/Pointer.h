@@ -2,7 +2,7 @@
 
 namespace orvalo::testing {
 
-// Input to the X server as from the user's mouse and keyboard.
+// Sends input to the X server as the user's mouse and keyboard do.
 
 /// Moves the pointer to a point of the screen.
 void movePointer(int x, int y);

@@ -15,7 +15,7 @@ Display* screen() {
     static const XServer server;
     static Display* const display = [] {
         auto* opened = XOpenDisplay(nullptr);
-        // The tests query windows that may be gone.
+        // The tests also query destroyed windows.
         X11Errors::installHandler();
         X11Errors::ignore(opened, true);
         return opened;
@@ -67,11 +67,11 @@ std::size_t countColors(const X11Rect& area) {
     return colors.size();
 }
 
-bool comesTo(unsigned long window, const X11Rect& rectangle) {
+bool waitForRectangle(unsigned long window, const X11Rect& rectangle) {
     return pollUntil([&] { return rectangleOf(window) == rectangle; });
 }
 
-bool isPainted(int x, int y, unsigned color) {
+bool waitForColor(int x, int y, unsigned color) {
     return pollUntil([=] { return pixelAt(x, y) == color; });
 }
 

@@ -13,7 +13,7 @@ class Toplevel {
     Toplevel& operator=(const Toplevel&) = delete;
 
     unsigned long window() const { return window_; }
-    /// Destroys the window with all that is in it.
+    /// Destroys the window and its descendants.
     void destroy();
     /// Puts the window below all others.
     void lower() const;

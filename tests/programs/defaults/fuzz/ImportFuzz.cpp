@@ -1,5 +1,5 @@
-// Feeds damaged JSON to the reader of orvalo-defaults. The reader refuses it with one line, or
-// reads it; then JSON and the store carry what it read without a change.
+// Feeds damaged JSON to the reader of orvalo-defaults. The reader refuses the text with one line,
+// or the values that it reads are unchanged when written as JSON or stored, and read again.
 //
 //     defaults_import_fuzz SEEDS ROUNDS [FIRST]    rounds FIRST, FIRST + 1, ... over the seeds
 //     defaults_import_fuzz FILE                    one file as it is
@@ -127,7 +127,7 @@ void carry(const PropertyList::Dictionary& entries) {
         const auto stored = propertyList(binaryPropertyList(entries));
         expectSame(expected, *stored.as<PropertyList::Dictionary>(), "the store");
     } catch (const NSError&) {
-        // The store has limits of its own.
+        // The store refuses some values that JSON can hold.
     }
 }
 
@@ -177,6 +177,6 @@ int main(int argc, char** argv) {
         feed(text, counts);
     }
     std::fprintf(stderr, "\n%d texts read, %d refused\n", counts.read, counts.refused);
-    // Else the inputs were useless.
+    // Without both outcomes the inputs tested nothing.
     return counts.read > 0 && counts.refused > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

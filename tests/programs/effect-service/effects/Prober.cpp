@@ -1,5 +1,5 @@
-// Tries at its instantiation what an effect must not do, and logs each outcome. The context name is
-// a folder outside its places. Its state is the number of its run() calls.
+// An effect that tries forbidden operations at its instantiation and logs each outcome. The context
+// name is a folder outside its places. Its state is the number of its run() calls.
 
 #include <fcntl.h>
 #include <lv2/atom/atom.h>

@@ -2,7 +2,7 @@
 
 namespace orvalo::zoo {
 
-/// What the UI does in its first update, as the effect's control "deed" says. nest: requests a
+/// The UI's action in its first update, chosen by the effect's control "deed". nest: requests a
 /// size, runs the main loop until its window gets a message, and closes.
 enum class UIDeed { none, close, requestSize, badWindow, leave, nest };
 

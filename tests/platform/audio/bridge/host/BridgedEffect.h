@@ -9,7 +9,7 @@
 
 namespace orvalo::testing {
 
-/// The staged program effect-service.
+/// The path of the staged program effect-service.
 std::filesystem::path effectServicePath();
 
 /// A world with the misbehaving effects, shared by all tests.
@@ -22,10 +22,10 @@ BridgeLimits strictLimits();
 std::shared_ptr<BridgedAudioUnit> makeBridged(LV2World& world, const std::string& uri,
                                               const BridgeLimits& limits = strictLimits());
 
-/// Loads the factory preset of that name; false when there is none or it is not loaded.
+/// Loads the factory preset of that name; false when it is missing or loading fails.
 bool loadPreset(AUAudioUnit& unit, const std::string& name);
 
-/// A feed for a unit of two channels, which outlives it.
+/// A feed for a unit of two channels. The unit must outlive the feed.
 QuantumFeed feed(AUAudioUnit& unit);
 
 }  // namespace orvalo::testing

@@ -33,8 +33,8 @@ class FakeEffect {
         friend bool operator==(const Event&, const Event&) = default;
     };
 
-    /// Starts the service, in offline rendering. role: "segv:10", as the fake service reads it.
-    /// program: the path of the fake service.
+    /// Starts the service, in offline rendering. role: the end of the effect's URI, such as
+    /// "segv:10"; see FakeService.cpp. program: the path of the fake service.
     explicit FakeEffect(const std::string& role, const BridgeLimits& limits = patientLimits(),
                         const std::string& program = fakeServicePath());
 

@@ -21,7 +21,7 @@ BridgeLimits quickLimits() {
     return limits;
 }
 
-/// Renders until the next service is wet. It may take over between two quanta, unheard.
+/// Renders until the next service is wet. It may start between two quanta, so that none is dry.
 void renderUntilStartedAgain(FakeEffect& effect, const CapturedOutput& error,
                              Transcript& transcript) {
     do {
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
 /// Faults outside rendering: the current quantum may still be answered.
 class BesideTest : public ::testing::TestWithParam<Way> {};
 
-TEST_P(BesideTest, TheServiceIsReplacedAndTheOutputIsDryMeanwhile) {
+TEST_P(BesideTest, TheServiceIsReplacedAndAtMostOneQuantumFadesToDry) {
     const CapturedOutput error(2);
     FakeEffect effect(GetParam().how + ":4", quickLimits());
     Transcript transcript;

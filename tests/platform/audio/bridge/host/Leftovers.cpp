@@ -25,7 +25,7 @@ std::size_t countEntries(const fs::path& folder) {
 std::istringstream status(const std::string& process) {
     std::ifstream file("/proc/" + process + "/stat");
     std::string text;
-    // Empty when the process ends meanwhile.
+    // Empty when the process has ended since it was listed.
     std::getline(file, text, '\0');
     const auto end = text.rfind(") ");
     return std::istringstream(end == std::string::npos ? "" : text.substr(end + 2));
@@ -34,7 +34,7 @@ std::istringstream status(const std::string& process) {
 }  // namespace
 
 Leftovers Leftovers::now() {
-    // The thread sanitizer starts a thread of its own with the first thread of a program.
+    // The thread sanitizer starts a background thread with the first thread of a program.
     static const bool hasStartedOne = (std::thread([] {}).join(), true);
     static_cast<void>(hasStartedOne);
     Leftovers result;

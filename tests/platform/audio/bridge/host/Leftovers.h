@@ -16,8 +16,8 @@ struct Leftovers {
     std::size_t threads = 0;
 
     static Leftovers now();
-    /// Waits up to 10 s for the wanted resources; returns the last ones seen. The system lists a
-    /// joined thread for a moment longer.
+    /// Waits up to 10 s until the resources equal `wanted`, because the system lists a joined
+    /// thread for a moment longer. Returns the last resources seen.
     static Leftovers settled(const Leftovers& wanted);
 
     friend bool operator==(const Leftovers&, const Leftovers&) = default;
@@ -25,7 +25,7 @@ struct Leftovers {
 
 std::ostream& operator<<(std::ostream& stream, const Leftovers& leftovers);
 
-/// The child processes of this one.
+/// The child processes of this process.
 std::set<pid_t> children();
 /// Whether the process exists and is no zombie.
 bool isAlive(pid_t process);

@@ -50,7 +50,7 @@ class MisbehavingTest : public ::testing::TestWithParam<Way> {
     }
 };
 
-TEST_P(MisbehavingTest, IsRestartedAndTheOutputIsDryMeanwhile) {
+TEST_P(MisbehavingTest, IsRestartedAndTheOutputFadesToDryAndBack) {
     const CapturedOutput error(2);
     const auto before = Leftovers::now();
     {
@@ -104,7 +104,7 @@ const std::string kSegv = "ended with status";
 const std::string kOverflow = kSegv;
 #elif defined(__SANITIZE_THREAD__)
 const std::string kSegv = "ended with status";
-// The thread sanitizer has no stack of its own to report an overflow from.
+// The thread sanitizer reports no overflow: its handler has no separate stack to run on.
 const std::string kOverflow = kKilled;
 #else
 const std::string kSegv = kKilled;
@@ -170,7 +170,7 @@ TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
     });
 }
 
-/// Signals that others send to a service.
+/// A signal that another process sends to a service.
 class SignalTest : public ::testing::TestWithParam<int> {};
 
 TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
@@ -184,7 +184,7 @@ TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
         transcript.add(fed.next());
         const auto process = *children().begin();
         kill(process, GetParam());
-        // The next service may take over between two quanta, unheard.
+        // The next service may start between two quanta, so that no quantum is dry.
         while (error.text().find("started again") == std::string::npos ||
                transcript.add(fed.next()) != wet) {
             ASSERT_TRUE(transcript.isSound());

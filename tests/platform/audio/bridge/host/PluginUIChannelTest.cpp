@@ -46,7 +46,7 @@ class PluginUIChannelTest : public ::testing::Test {
     PluginUIChannelTest() : effect("half:0") {}
     ~PluginUIChannelTest() override { channel.setListener({}); }
 
-    /// Records events from now on, and nothing of those before.
+    /// Records only events that are reported after the call.
     void listen() {
         events.clear();
         channel.setListener([this](const PluginUIEvent& event) {
@@ -57,11 +57,11 @@ class PluginUIChannelTest : public ::testing::Test {
             }
         });
     }
-    /// Whether there are that many events, now or later.
-    bool hear(std::size_t count) {
+    /// Waits until at least `count` events are recorded; false after a minute.
+    bool waitForEvents(std::size_t count) {
         return waitUntil([&] { return events.size() >= count; });
     }
-    /// Returns when the service has answered all that was sent before.
+    /// Waits until the service has handled all earlier commands.
     void finishCommands() {
         effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"});
     }
@@ -88,7 +88,7 @@ TEST_F(PluginUIChannelTest, ReportsTheConditionFirstAndThenEachEventInOrder) {
     channel.show(false);
     channel.open(":7", 200, 2.0);
     channel.show(true);
-    ASSERT_TRUE(hear(6));
+    ASSERT_TRUE(waitForEvents(6));
     EXPECT_THAT(events, ElementsAre("ready", "opened 101", "resize 300x200", "outdated",
                                     "opened 201", "closed it has been shown"));
 }
@@ -114,7 +114,7 @@ TEST_F(PluginUIChannelTest, ReleasesTheHeldWindowWhenTheServiceHasEnded) {
 TEST_F(PluginUIChannelTest, ReportsARefusalAsPlainText) {
     listen();
     channel.open("refuse", 100, 1.0);
-    ASSERT_TRUE(hear(2));
+    ASSERT_TRUE(waitForEvents(2));
     EXPECT_EQ(events.back(), "refused No \uFFFD UI.");
 }
 
@@ -122,7 +122,7 @@ TEST_F(PluginUIChannelTest, RestartsAServiceThatOpensTheUITwice) {
     const CapturedOutput error(2);
     listen();
     channel.open("twice", 100, 1.0);
-    ASSERT_TRUE(hear(4));
+    ASSERT_TRUE(waitForEvents(4));
     EXPECT_THAT(events, ElementsAre("ready", "opened 101", "lost", "ready"));
     EXPECT_THAT(error.text(), HasSubstr("sent an invalid message"));
 }
@@ -130,7 +130,7 @@ TEST_F(PluginUIChannelTest, RestartsAServiceThatOpensTheUITwice) {
 TEST_F(PluginUIChannelTest, ClampsResizeRequests) {
     listen();
     channel.resize(-5, 2000000000);
-    ASSERT_TRUE(hear(2));
+    ASSERT_TRUE(waitForEvents(2));
     EXPECT_EQ(events.back(), "resize 1x16384");
 }
 
@@ -140,7 +140,7 @@ TEST_F(PluginUIChannelTest, CoalescesConsecutiveResizeRequests) {
         channel.resize(size, size);
     }
     finishCommands();
-    ASSERT_TRUE(hear(2));
+    ASSERT_TRUE(waitForEvents(2));
     EXPECT_THAT(events, ElementsAre("ready", "resize 1000x1000"));
 }
 
@@ -152,7 +152,7 @@ TEST_F(PluginUIChannelTest, QueuesAtMost256EventsButEveryConditionOfTheService) 
     finishCommands();
     dieByPreset();
     finishCommands();
-    ASSERT_TRUE(hear(259));
+    ASSERT_TRUE(waitForEvents(259));
     EXPECT_EQ(events.size(), 259U);
     EXPECT_EQ(events[256], "opened 101");
     EXPECT_EQ(events[257], "lost");
@@ -171,7 +171,7 @@ TEST_F(PluginUIChannelTest, LeavesTheMainThreadTimeForOtherWorkBetweenEvents) {
         }
     };
     listen();
-    ASSERT_TRUE(hear(kMany));
+    ASSERT_TRUE(waitForEvents(kMany));
     EXPECT_EQ(heardByOtherWork, 2U);
 }
 
@@ -181,7 +181,7 @@ TEST_F(PluginUIChannelTest, DropsTheEventsOfAUIThatIsClosed) {
     channel.close({});
     listen();
     channel.open(":7", 200, 1.0);
-    ASSERT_TRUE(hear(2));
+    ASSERT_TRUE(waitForEvents(2));
     EXPECT_THAT(events, ElementsAre("ready", "opened 201"));
 }
 
@@ -193,7 +193,7 @@ TEST_F(PluginUIChannelTest, ReportsTheEndOfAServiceAndItsSuccessor) {
         }
     };
     dieByPreset();
-    ASSERT_TRUE(hear(4));
+    ASSERT_TRUE(waitForEvents(4));
     EXPECT_THAT(events, ElementsAre("ready", "lost", "ready", "opened 201"));
 }
 
@@ -203,9 +203,9 @@ TEST_F(PluginUIChannelTest, DropsCommandsForAServiceThatHasEnded) {
     // The listener does not know yet.
     channel.open(":7", 300, 1.0);
     finishCommands();
-    ASSERT_TRUE(hear(3));
+    ASSERT_TRUE(waitForEvents(3));
     channel.open(":7", 400, 1.0);
-    ASSERT_TRUE(hear(4));
+    ASSERT_TRUE(waitForEvents(4));
     EXPECT_THAT(events, ElementsAre("ready", "lost", "ready", "opened 401"));
 }
 
@@ -214,10 +214,10 @@ TEST_F(PluginUIChannelTest, ReportsThatTheServiceIsGivenUpAlsoToALaterListener) 
     dieByPreset();
     dieByPreset();
     dieByPreset();
-    ASSERT_TRUE(hear(7));
+    ASSERT_TRUE(waitForEvents(7));
     EXPECT_THAT(events, ElementsAre("ready", "lost", "ready", "lost", "ready", "lost", "given up"));
     listen();
-    ASSERT_TRUE(hear(1));
+    ASSERT_TRUE(waitForEvents(1));
     EXPECT_THAT(events, ElementsAre("given up"));
 }
 
@@ -229,7 +229,7 @@ TEST_F(PluginUIChannelTest, KeepsNoEventsFromBeforeTheListenerWasSet) {
     EXPECT_THAT(events, ElementsAre("ready"));
     listen();
     channel.open(":7", 100, 1.0);
-    ASSERT_TRUE(hear(2));
+    ASSERT_TRUE(waitForEvents(2));
     EXPECT_THAT(events, ElementsAre("ready", "opened 101"));
 }
 

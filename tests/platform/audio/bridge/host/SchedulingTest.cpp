@@ -24,7 +24,7 @@ struct Scheduling {
     friend bool operator==(const Scheduling&, const Scheduling&) = default;
 };
 
-/// thread: 0 for the calling one.
+/// thread: its ID; 0 for the calling thread.
 Scheduling schedulingOf(pid_t thread) {
     sched_param parameters{};
     const int policy = sched_getscheduler(thread);
@@ -50,16 +50,16 @@ std::shared_ptr<BridgedAudioUnit> makeUnit() {
 }
 
 /// Renders until the audio thread of each service has that scheduling; false after 30 s.
-bool bringsEffectsTo(QuantumFeed& fed, Scheduling wanted) {
+bool renderUntilScheduled(QuantumFeed& fed, Scheduling wanted) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (std::chrono::steady_clock::now() < deadline) {
         fed.next();
-        bool isSo = !children().empty();
+        bool allMatch = !children().empty();
         for (const auto process : children()) {
             const auto thread = threadOf(process, "effect-audio");
-            isSo = isSo && thread != 0 && schedulingOf(thread) == wanted;
+            allMatch = allMatch && thread != 0 && schedulingOf(thread) == wanted;
         }
-        if (isSo) {
+        if (allMatch) {
             return true;
         }
     }
@@ -86,13 +86,13 @@ TEST_F(BridgedScheduling, ServicesRunOneStepBelowTheRenderThreadAlsoAfterARestar
         second->render(input, output);
     });
     onRealTimeThread(5, [&] {
-        EXPECT_TRUE(bringsEffectsTo(fed, ofService_));
+        EXPECT_TRUE(renderUntilScheduled(fed, ofService_));
         const auto before = children();
         kill(*before.begin(), SIGKILL);
         while (children().size() != 2 || children() == before) {
             fed.next();
         }
-        EXPECT_TRUE(bringsEffectsTo(fed, ofService_));
+        EXPECT_TRUE(renderUntilScheduled(fed, ofService_));
     });
 }
 
@@ -102,7 +102,7 @@ TEST_F(BridgedScheduling, LeavesTheRenderThreadAsItIs) {
     auto fed = feed(*unit);
     onRealTimeThread(5, [&] {
         const auto processors = processorsOfThisThread();
-        EXPECT_TRUE(bringsEffectsTo(fed, ofService_));
+        EXPECT_TRUE(renderUntilScheduled(fed, ofService_));
         EXPECT_EQ(schedulingOf(0), ofRenderThread_);
         EXPECT_EQ(processorsOfThisThread(), processors);
     });
@@ -112,8 +112,8 @@ TEST_F(BridgedScheduling, TheNextRenderThreadCountsWhenTheOutputIsReplaced) {
     const auto unit = makeUnit();
     unit->setRenderingOffline(false);
     auto fed = feed(*unit);
-    onRealTimeThread(5, [&] { EXPECT_TRUE(bringsEffectsTo(fed, ofService_)); });
-    std::thread([&] { EXPECT_TRUE(bringsEffectsTo(fed, {SCHED_OTHER, 0})); }).join();
+    onRealTimeThread(5, [&] { EXPECT_TRUE(renderUntilScheduled(fed, ofService_)); });
+    std::thread([&] { EXPECT_TRUE(renderUntilScheduled(fed, {SCHED_OTHER, 0})); }).join();
 }
 
 TEST_F(BridgedScheduling, TheLowestPriorityIsShared) {
@@ -121,7 +121,7 @@ TEST_F(BridgedScheduling, TheLowestPriorityIsShared) {
     unit->setRenderingOffline(false);
     auto fed = feed(*unit);
     onRealTimeThread(1, [&] {
-        EXPECT_TRUE(bringsEffectsTo(
+        EXPECT_TRUE(renderUntilScheduled(
             fed, isGranted_ ? Scheduling{SCHED_FIFO, 1} : Scheduling{SCHED_OTHER, 0}));
     });
 }
@@ -129,7 +129,7 @@ TEST_F(BridgedScheduling, TheLowestPriorityIsShared) {
 TEST_F(BridgedScheduling, OfflineTheServiceHasNoRealTimePriority) {
     const auto unit = makeUnit();
     auto fed = feed(*unit);
-    onRealTimeThread(5, [&] { EXPECT_TRUE(bringsEffectsTo(fed, {SCHED_OTHER, 0})); });
+    onRealTimeThread(5, [&] { EXPECT_TRUE(renderUntilScheduled(fed, {SCHED_OTHER, 0})); });
 }
 
 }  // namespace

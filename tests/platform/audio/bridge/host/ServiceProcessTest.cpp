@@ -56,8 +56,8 @@ TEST(ServiceProcess, ReturnsHowTheProcessEnded) {
     EXPECT_EQ(second.end(), "was killed by signal 11 (Segmentation fault)");
 }
 
-/// Sends signals to the thread that creates it, each one when the thread sleeps again after the
-/// last, for the object's life, 30 s at most.
+/// Interrupts its creator thread by signals for the object's life, at most 30 s. Sends each signal
+/// when the thread sleeps again after the last one.
 class Interruption {
   public:
     /// whenMany: called once, on another thread, after 10 signals.
@@ -76,7 +76,7 @@ class Interruption {
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
-    /// Whether the 30 s have not passed.
+    /// False after 30 s.
     bool lasts() const { return std::chrono::steady_clock::now() < end_; }
 
   private:

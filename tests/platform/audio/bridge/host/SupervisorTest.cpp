@@ -124,7 +124,7 @@ TEST(Supervisor, AnUnansweredRequestEndsTheService) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.request = std::chrono::milliseconds(300);
-    // The ping limit must not apply meanwhile.
+    // These shorter limits must not apply while a request is open.
     limits.hang = std::chrono::milliseconds(50);
     limits.ping = std::chrono::milliseconds(10);
     limits.tick = std::chrono::milliseconds(10);

@@ -13,7 +13,7 @@ namespace orvalo::testing {
 class Transcript {
   public:
     /// bare: dry without a fade, as the service outputs it while it loads a preset. other: none of
-    /// these, an error.
+    /// the others, which is an error.
     enum class Kind { wet, bare, toDry, dry, toWet, other };
 
     Kind add(const QuantumFeed::Quantum& quantum);

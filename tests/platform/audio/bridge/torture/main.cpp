@@ -32,7 +32,7 @@ BridgeLimits limitsOfTorture() {
     return limits;
 }
 
-/// Controls the effect and kills its services, on a thread of its own.
+/// Controls the effect and kills its services, on a separate thread.
 class Tormentor {
   public:
     Tormentor(BridgedAudioUnit& unit, unsigned seed) : unit_(unit), random_(seed) {}

@@ -119,7 +119,7 @@ TEST_F(Channel, JoinsAMessageThatArrivesByteByByte) {
     EXPECT_EQ(received_[1].second, bodyOf(ping_));
 }
 
-TEST_F(Channel, NeverBlocksAndKeepsWhatTheSocketDoesNotTake) {
+TEST_F(Channel, NeverBlocksAndKeepsTheBytesThatTheSocketRefuses) {
     std::vector<std::byte> sent;
     while (!channel_.isWaiting()) {
         auto bytes = bridge::encode(serviceMessages()[1]);
@@ -139,14 +139,14 @@ TEST_F(Channel, NeverBlocksAndKeepsWhatTheSocketDoesNotTake) {
     EXPECT_FALSE(channel_.isWaiting());
 }
 
-TEST_F(Channel, IsClosedWhenTheOtherSideCloses) {
+TEST_F(Channel, IsClosedWhenThePeerCloses) {
     sendBare(ping_);
     sendBare(std::span(ping_).first(13));
     bare_ = FileDescriptor();
     EXPECT_EQ(receive(), Result::closed);
     EXPECT_EQ(received_.size(), 1U);
     EXPECT_TRUE(channel_.hasPart());
-    // Sending after that raises no SIGPIPE.
+    // Sending to a closed socket raises no SIGPIPE.
     channel_.send(ping_);
     EXPECT_FALSE(channel_.isWaiting());
     EXPECT_EQ(receive(), Result::closed);

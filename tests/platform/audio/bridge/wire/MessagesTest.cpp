@@ -18,7 +18,7 @@ bridge::Head headOf(const std::vector<std::byte>& message) {
     return head;
 }
 
-// One interface for the messages of both sides.
+// Overloads by message type, for the tests of both directions.
 std::vector<bridge::HostMessage> messages(const bridge::HostMessage& /*side*/) {
     return hostMessages();
 }
@@ -48,7 +48,7 @@ class BridgeMessages : public ::testing::Test {
 using Sides = ::testing::Types<bridge::HostMessage, bridge::ServiceMessage>;
 TYPED_TEST_SUITE(BridgeMessages, Sides);
 
-TYPED_TEST(BridgeMessages, ComeBackAsTheyWere) {
+TYPED_TEST(BridgeMessages, DecodeToTheSameFields) {
     ASSERT_EQ(this->all_.size(), std::variant_size_v<TypeParam>);
     for (std::size_t type = 0; type < this->all_.size(); ++type) {
         const auto bytes = bridge::encode(this->all_[type]);
@@ -64,7 +64,7 @@ TYPED_TEST(BridgeMessages, ComeBackAsTheyWere) {
     }
 }
 
-TYPED_TEST(BridgeMessages, AreNoneCutOffAnywhereOrWithAByteMore) {
+TYPED_TEST(BridgeMessages, AreRejectedWithAnyOtherLength) {
     for (const auto& message : this->all_) {
         const auto type = static_cast<std::uint32_t>(message.index());
         auto bytes = bodyOf(bridge::encode(message));
@@ -78,7 +78,7 @@ TYPED_TEST(BridgeMessages, AreNoneCutOffAnywhereOrWithAByteMore) {
     }
 }
 
-TYPED_TEST(BridgeMessages, AreNoneOfATypeThatIsNotThere) {
+TYPED_TEST(BridgeMessages, AreRejectedWithAnUnknownType) {
     const auto bytes = bodyOf(bridge::encode(this->all_[0]));
     EXPECT_FALSE(this->decoded(std::variant_size_v<TypeParam>, bytes));
     EXPECT_FALSE(this->decoded(0xFFFFFFFFU, bytes));

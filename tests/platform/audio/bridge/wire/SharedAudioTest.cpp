@@ -32,7 +32,7 @@ std::string refusal(const SharedAudio& audio, const SharedAudio::Layout& layout)
     }
 }
 
-TEST(SharedAudio, IsTheSameMemoryOnBothSides) {
+TEST(SharedAudio, IsTheSameMemoryInHostAndService) {
     const auto host = SharedAudio::make(kLayout);
     const auto service = mapped(host, kLayout);
     const auto same = [&](float* ours, const float* theirs, float value) {

@@ -1,5 +1,5 @@
 // Effects that halve their input. When the control "trigger" is 0.5 or more, or, for "made-...",
-// when they are instantiated, each does what the end of its URI says.
+// when they are instantiated, each misbehaves as the end of its URI says.
 
 #include <lv2/core/lv2.h>
 

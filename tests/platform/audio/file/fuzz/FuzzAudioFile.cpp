@@ -4,7 +4,7 @@
 //     fuzz_audio_file SEEDS [ITERATIONS [FIRST]]    iterations FIRST, FIRST + 1, ... of the seeds
 //     fuzz_audio_file FILE                          one file as it is
 //
-// The input at hand is named at the start and stays there when the program dies.
+// The program prints the path of its current input first; the file remains when the program dies.
 
 #include <glib.h>
 #include <unistd.h>
@@ -32,7 +32,7 @@ using Random = std::mt19937_64;
 // Longer than any input of a few thousand bytes may take, sanitized and on a busy machine.
 constexpr unsigned kMostSeconds = 60;
 
-// Inputs may state a long silence; what is behind this is read like what is before it.
+// Inputs may state a long silence, so reading stops here.
 constexpr std::int64_t kMostFramesRead = 2'000'000;
 
 std::size_t below(Random& random, std::size_t bound) {
@@ -102,7 +102,7 @@ void mutate(Random& random, std::string& bytes, const std::string& other) {
     }
 }
 
-// Throws std::logic_error when the file breaks its promise.
+// Throws std::logic_error when read() or the end of the file contradicts length().
 void readThrough(const std::filesystem::path& path) {
     std::shared_ptr<AVAudioFile> file;
     try {
@@ -165,7 +165,7 @@ int main(int argc, char** argv) {
         std::cerr << "fuzz_audio_file SEEDS [ITERATIONS [FIRST]] | FILE\n";
         return EXIT_FAILURE;
     }
-    // The warnings of damage are right, and not what is looked at.
+    // Damaged files cause warnings; they are not checked.
     g_log_set_handler(
         "Orvalo", G_LOG_LEVEL_MASK,
         [](const gchar* /*domain*/, GLogLevelFlags /*level*/, const gchar* /*text*/,

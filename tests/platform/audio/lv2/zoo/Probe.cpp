@@ -1,4 +1,4 @@
-// A valid plug-in that records what its host does.
+// A valid plug-in that records its host's calls.
 
 #include <lv2/atom/atom.h>
 #include <lv2/atom/forge.h>

@@ -6,7 +6,7 @@
 
 namespace orvalo::zoo {
 
-/// What the probe has recorded of its host. One per process.
+/// The probe's record of its host's calls. One per process.
 struct ProbeRecord {
     std::atomic<int> instantiations{0};
     std::atomic<int> cleanups{0};

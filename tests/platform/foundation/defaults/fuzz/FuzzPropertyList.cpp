@@ -47,7 +47,7 @@ std::vector<Data> seeds() {
 }
 
 char randomByte(Random& random) {
-    // Type characters, extremes and anything.
+    // Half of the bytes are type characters and extremes, the others are random.
     constexpr std::string_view likely("bxdsayv(){}mi\0\1\x7F\x80\xFF", 18);
     return random() % 2 == 0 ? likely[random() % likely.size()] : static_cast<char>(random());
 }

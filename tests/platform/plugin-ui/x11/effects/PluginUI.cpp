@@ -1,4 +1,4 @@
-// An X11 UI that records what its host does. The left button, also a drag, sets the gain to a
+// An X11 UI that records its host's calls. The left button, also a drag, sets the gain to a
 // hundredth of the pointer's x; the right button sends an atom; the middle one hangs the UI.
 
 #include <X11/Xlib.h>

@@ -8,10 +8,10 @@
 
 namespace orvalo::zoo {
 
-/// What the UI does wrong in its next idle call.
+/// A misbehaviour of the UI in its next idle call.
 enum class Misdeed {
     none,
-    close,          ///< Says that it has closed.
+    close,          ///< Returns that it has closed.
     destroyWindow,  ///< Destroys its own window.
     badWindow,      ///< Causes X errors on its connection.
     wantByFeature,  ///< Requests 400 x 300 by the resize feature.
@@ -26,7 +26,7 @@ enum class Misdeed {
     callOut,        ///< Calls UIRecord::onCall.
 };
 
-/// What the test UI has seen of its host. One in a process. Main thread.
+/// The test UI's record of its host's calls. One per process. Main thread.
 struct UIRecord {
     int instantiations = 0;
     int cleanups = 0;
@@ -54,7 +54,7 @@ struct UIRecord {
     int requested = -1;
     unsigned long parent = 0;
     unsigned long window = 0;
-    bool wasMappedAtCleanup = false;  ///< Whether its window was on screen then.
+    bool wasMappedAtCleanup = false;  ///< Whether the UI's window was on screen at cleanup.
     Misdeed misdeed = Misdeed::none;
     std::function<void()> onCall;  ///< For callOut.
     std::optional<long> keyMask;   ///< Sends keys on to the parent with that mask.
