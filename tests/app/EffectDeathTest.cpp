@@ -71,7 +71,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     EXPECT_TRUE(pollUntil([this] {
         return Value(tree.names(),
                      Contains("The UI of Orvalo is closed: the effect has died too often, "
-                              "and its input passes through unchanged."));
+                              "and playback goes on dry."));
     }));
     EXPECT_EQ(quit(), 0);
     EXPECT_TRUE(pollUntil([this] { return processes().empty(); }));
@@ -91,7 +91,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
             "while playing\\."
             "(.|\n)*"
             "The effect <urn:tessaly:orvalo> died 3 times within 60 s and is "
-            "not started again; its input passes through unchanged\\."));
+            "not started again; playback goes on dry\\."));
 }
 
 TEST_F(EffectDeathTest, TheEffectServiceEndsWithAKilledApplication) {

@@ -73,7 +73,7 @@ void BridgedEmbeddedPluginUI::handle(const ServiceLost& /*event*/) {
 }
 
 void BridgedEmbeddedPluginUI::handle(const ServiceGivenUp& /*event*/) {
-    close("the effect has died too often, and its input passes through unchanged");
+    close("the effect has died too often, and playback goes on dry");
 }
 
 void BridgedEmbeddedPluginUI::handle(const PluginUIRefused& event) {

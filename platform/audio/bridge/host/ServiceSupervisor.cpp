@@ -173,7 +173,7 @@ void ServiceSupervisor::failStart(const std::string& error) {
 }
 
 void ServiceSupervisor::giveUp() {
-    g_warning("The effect <%s> %s and is not started again; its input passes through unchanged.",
+    g_warning("The effect <%s> %s and is not started again; playback goes on dry.",
               order_.uri.c_str(), deathsText().c_str());
     hasGivenUp_.store(true, std::memory_order_release);
     pluginUI_.post(ServiceGivenUp{});

@@ -246,7 +246,7 @@ TEST_F(BridgedView, ShowsThatItIsClosedWhenTheServiceIsGivenUp) {
     EXPECT_TRUE(pollUntil([this] {
         return message() ==
                "The UI of UI probe is closed: the effect has died too "
-               "often, and its input passes through unchanged.";
+               "often, and playback goes on dry.";
     }));
     EXPECT_TRUE(pollUntil([&place] { return countColors(place) > 2; }));
 }

@@ -132,7 +132,7 @@ TEST(Gap, AfterTheThirdDeathTheOutputStaysDry) {
                           "(Segmentation fault) while playing. It last said: made at"));
     EXPECT_THAT(error.text(),
                 HasSubstr("The effect <urn:fake:segv:2:always> died 3 times within 60 s and "
-                          "is not started again; its input passes through unchanged."));
+                          "is not started again; playback goes on dry."));
     EXPECT_EQ(effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 1.0}).kind,
               ServiceAnswer::Kind::noService);
 }
