@@ -114,7 +114,7 @@ CommandLine CommandLine::parse(int argc, char** argv) {
     g_option_context_add_main_entries(context.get(), entries.data(), nullptr);
     GError* failure = nullptr;
     if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
-        const std::unique_ptr<GError, Release<g_error_free>> error(failure);
+        const GErrorPointer error(failure);
         throw BadOption(escaped(error->message) + ".");
     }
     const std::unique_ptr<char*, Release<g_strfreev>> owner(words);

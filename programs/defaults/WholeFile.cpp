@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(GError* error) {
-    const std::unique_ptr<GError, Release<g_error_free>> owner(error);
+    const GErrorPointer owner(error);
     throw std::runtime_error(escaped(error->message) + ".");
 }
 

@@ -4,7 +4,6 @@
 #include <gdk/x11/gdkx.h>
 
 #include <algorithm>
-#include <memory>
 #include <vector>
 
 #include "platform/foundation/GLibPointer.h"
@@ -13,9 +12,6 @@ namespace orvalo {
 
 namespace {
 
-template <typename Type>
-using Held = std::unique_ptr<Type, Release<g_object_unref>>;
-
 // X and GTK have the same bits for the first eight modifiers.
 constexpr unsigned kModifierBits = 0xFF;
 // The modifier that the Super key sets by convention.
@@ -23,13 +19,13 @@ constexpr unsigned kSuper = Mod4Mask;
 
 /// The triggers that the key may mean: in its own keyboard group first, then in the other groups,
 /// for shortcuts with letters that the first lacks.
-std::vector<Held<GtkShortcutTrigger>> triggersOf(GdkDisplay* display, const X11Key& key) {
+std::vector<GObjectPointer<GtkShortcutTrigger>> triggersOf(GdkDisplay* display, const X11Key& key) {
     const auto state = static_cast<GdkModifierType>(key.state & kModifierBits);
     unsigned modifiers = key.state & (GDK_SHIFT_MASK | GDK_CONTROL_MASK | GDK_ALT_MASK);
     if ((key.state & kSuper) != 0) {
         modifiers |= GDK_SUPER_MASK;
     }
-    std::vector<Held<GtkShortcutTrigger>> result;
+    std::vector<GObjectPointer<GtkShortcutTrigger>> result;
     const auto add = [&](int group) {
         guint keyval = 0;
         GdkModifierType consumed{};
@@ -62,13 +58,13 @@ bool matches(GtkShortcutTrigger* trigger, GtkShortcutTrigger* key) {
 }
 
 template <typename Type>
-Held<Type> item(GListModel* list, guint index) {
-    return Held<Type>(static_cast<Type*>(g_list_model_get_item(list, index)));
+GObjectPointer<Type> item(GListModel* list, guint index) {
+    return GObjectPointer<Type>(static_cast<Type*>(g_list_model_get_item(list, index)));
 }
 
 /// Activates a widget's shortcut for the key; false without one.
 bool activateOwn(GtkWidget* widget, GtkShortcutTrigger* key) {
-    const Held<GListModel> controllers(gtk_widget_observe_controllers(widget));
+    const GObjectPointer<GListModel> controllers(gtk_widget_observe_controllers(widget));
     for (guint i = 0; i < g_list_model_get_n_items(controllers.get()); ++i) {
         const auto controller = item<GtkEventController>(controllers.get(), i);
         if (!GTK_IS_SHORTCUT_CONTROLLER(controller.get()) ||
