@@ -98,14 +98,18 @@ bool ServiceRun::handleEvents(int wakeup) {
     }
     sendPingWhenDue(now);
     observeQuanta(now);
-    for (const auto& reason :
-         {pending_.overdue(now, surroundings_.limits), overdueQuantum(now), excessiveMemory(now)}) {
-        if (!reason.empty()) {
-            reason_ = reason;
-            return false;
-        }
+    auto fault = pending_.overdue(now, surroundings_.limits);
+    if (fault.empty()) {
+        fault = overdueQuantum(now);
     }
-    return true;
+    if (fault.empty()) {
+        fault = excessiveMemory(now);
+    }
+    if (fault.empty()) {
+        return true;
+    }
+    reason_ = std::move(fault);
+    return false;
 }
 
 bool ServiceRun::receive() {
@@ -293,7 +297,7 @@ ServiceRun::End ServiceRun::finish() {
 }
 
 std::string ServiceRun::activity(Time now) const {
-    if (const auto request = pending_.activity(); !request.empty()) {
+    if (auto request = pending_.activity(); !request.empty()) {
         return request;
     }
     // A service that hangs in a quantum is killed `hang` after it got the quantum.
