@@ -100,7 +100,7 @@ QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int
     QuantumCosts costs;
     const auto late = contenders.bridged->lateQuantumCount();
     std::thread renderer([&] {
-        becomeRenderThread("bench-render");
+        requestRealTimePriority();
         Blocks blocks(frames);
         std::int64_t localProcessor = 0;
         std::int64_t bridgedProcessor = -processNanoseconds(contenders.service);
