@@ -5,8 +5,8 @@
 namespace orvalo {
 
 // The user's folders of the XDG Base Directory Specification. Unlike g_get_user_config_dir() and
-// its siblings they ignore, as the specification demands, a variable with a relative path. Constant
-// for the life of the process. Any thread.
+// its siblings they ignore, as XDG's base directories require, a variable with a relative path.
+// Constant for the life of the process. Any thread.
 
 /// $XDG_CONFIG_HOME, else ~/.config.
 std::filesystem::path userConfigurationFolder();
