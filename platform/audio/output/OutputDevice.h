@@ -18,7 +18,7 @@ struct OutputFacts {
 };
 
 /// A stream that renders its feed from its construction to its destruction. It tells the feed of
-/// xruns and of its own end.
+/// xruns and of the end of the stream.
 class OutputStream {
   public:
     /// Ends rendering.
