@@ -93,18 +93,19 @@ function(orvalo_test_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_testing)
 endfunction()
 
-# orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s] [ONE_BY_ONE]): a GoogleTest
-# program and its tests.
+# orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s] [ONE_BY_ONE] [NEEDS <programs>]):
+# a GoogleTest program and its tests.
 #   LABELS release-only: not under the sanitizers.
 #   LABELS slow: over ten seconds; ./test --quick leaves it out.
 #   LABELS long: takes long and catches little; only ./test --all runs it.
+#   NEEDS: installed programs, such as a sound server; without one, CTest reports the test as not run.
 #   TIMEOUT: of one CTest entry, 300 s unless stated.
 #   ONE_BY_ONE: each test is a separate CTest entry, so that a crash or a hang costs that test alone,
 #   and tests that wait run side by side. Otherwise, and under the sanitizers, whose programs start
 #   slowly, the program is one entry. That suits many quick tests, and tests that need a display, which
 #   takes longer to start than they run.
 function(orvalo_test name)
-    cmake_parse_arguments(arg "ONE_BY_ONE" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "ONE_BY_ONE" "TIMEOUT" "SOURCES;LIBS;LABELS;NEEDS" ${ARGN})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 300)
     endif()
@@ -122,6 +123,7 @@ function(orvalo_test name)
         RUNTIME_OUTPUT_DIRECTORY "${ORVALO_TEST_STAGE}/bin"
         ORVALO_ONE_BY_ONE "${arg_ONE_BY_ONE}"
         ORVALO_LABELS "${arg_LABELS}"
+        ORVALO_NEEDS "${arg_NEEDS}"
         ORVALO_TIMEOUT "${arg_TIMEOUT}")
     orvalo_add_to_ctest(${name} ${name} "${arg_LABELS}")
 endfunction()
@@ -130,7 +132,14 @@ endfunction()
 function(orvalo_add_to_ctest entry program labels)
     get_target_property(one_by_one ${program} ORVALO_ONE_BY_ONE)
     get_target_property(timeout ${program} ORVALO_TIMEOUT)
+    get_target_property(needs ${program} ORVALO_NEEDS)
     set(properties TIMEOUT ${timeout})
+    foreach(needed IN LISTS needs)
+        find_program(ORVALO_FOUND_${needed} ${needed})
+        if(NOT ORVALO_FOUND_${needed})
+            list(APPEND properties DISABLED TRUE)
+        endif()
+    endforeach()
     if(labels)
         # CTest starts tests of a high cost first, so that they do not prolong the end of the run.
         list(APPEND properties LABELS "${labels}" COST 20)
