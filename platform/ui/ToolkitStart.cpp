@@ -43,11 +43,14 @@ std::string valueOr(const char* name, const char* otherwise) {
 
 bool startToolkit(const std::string& dataFolder) {
     // Without OpenGL the first frame comes sooner, and plug-in UIs that use OpenGL are not
-    // disturbed. The toolkit reads GSK_RENDERER for every window. GDK_DEBUG is restored below for
-    // the programs that this one starts.
+    // disturbed. The toolkit reads GSK_RENDERER for every window. The other variables are restored
+    // below for the programs that this one starts.
     g_setenv("GSK_RENDERER", "cairo", FALSE);
     {
-        const Variable drawing("GDK_DEBUG", valueOr("GDK_DEBUG", "gl-disable"));
+        // GTK 4.16 has moved the switch, and warns of the former one.
+        const bool isMoved = gtk_get_minor_version() >= 16;
+        const auto* name = isMoved ? "GDK_DISABLE" : "GDK_DEBUG";
+        const Variable drawing(name, valueOr(name, isMoved ? "gl" : "gl-disable"));
         // The style library replaces the toolkit's theme, so the toolkit need not load it first.
         const Variable theme("GTK_THEME", valueOr("GTK_THEME", "Adwaita-empty"));
         // Set before the toolkit reads the icons, so that it reads them once. The default is the

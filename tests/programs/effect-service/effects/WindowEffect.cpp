@@ -8,6 +8,7 @@
 #include <lv2/ui/ui.h>
 
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
