@@ -13,6 +13,11 @@ set(ORVALO_STAGE "${CMAKE_BINARY_DIR}/stage")
 # Test programs live in a tree of the same shape, so that they find the staged bundle as programs do.
 set(ORVALO_TEST_STAGE "${CMAKE_BINARY_DIR}/test-stage")
 
+# clang refuses a precompiled header in sources whose definitions differ.
+if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
+endif()
+
 # GCC takes a precompiled header only in sources with the same flags. So programs are compiled as
 # libraries are, and everything with -pthread, which the toolkits' flags contain.
 set(CMAKE_CXX_COMPILE_OPTIONS_PIE -fPIC)
