@@ -34,8 +34,10 @@ bool MidiSequenceWriter::write(std::uint32_t frame, const std::array<std::uint8_
     std::array<std::uint8_t, needed> event{};
     std::memcpy(event.data(), &head, sizeof head);
     std::memcpy(event.data() + sizeof head, message.data(), message.size());
-    std::memcpy(lv2_atom_sequence_end(&sequence_->body, sequence_->atom.size), event.data(),
-                event.size());
+    // GCC 14 takes the body that lv2_atom_sequence_end() expects for the whole buffer.
+    auto* end = reinterpret_cast<std::uint8_t*>(sequence_) + sizeof(LV2_Atom) +
+                lv2_atom_pad_size(sequence_->atom.size);
+    std::memcpy(end, event.data(), event.size());
     sequence_->atom.size += needed;
     room_ -= needed;
     ++written_;
