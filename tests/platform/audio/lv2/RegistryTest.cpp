@@ -173,8 +173,8 @@ TEST_F(Registry, IgnoresAManifestThatIsNoRegularFile) {
     std::filesystem::create_directories(root_.path() / "path" / "odd.lv2" / "manifest.ttl");
     std::ofstream(root_.path() / "path" / "file.txt") << "no bundle";
     EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
-    EXPECT_THAT(warnings_, HasSubstr("odd.lv2/manifest.ttl is no regular file; it is "
-                                     "ignored."));
+    EXPECT_THAT(warnings_, HasSubstr("The manifest of " + bundle("path/odd.lv2") +
+                                     " is left out: Is a directory."));
 }
 
 TEST_F(Registry, LeavesOutAManifestThatIsNestedTooDeep) {
