@@ -1,6 +1,7 @@
 #include "platform/audio/lv2/LV2Bundle.h"
 
 #include <glib.h>
+#include <lilv/lilv.h>
 #include <lv2/core/lv2.h>
 #include <serd/serd.h>
 
@@ -22,8 +23,6 @@ namespace fs = std::filesystem;
 // The folders of the Filesystem Hierarchy Standard that lilv searches on Debian.
 constexpr const char* kDefaultPath =
     "~/.lv2:/usr/lib/" ORVALO_LIBRARY_ARCHITECTURE "/lv2:/usr/lib/lv2:/usr/local/lib/lv2";
-
-constexpr const char* kType = "http://www.w3.org/1999/02/22-rdf-syntax-ns#type";
 
 std::string expanded(const std::string& folder) {
     if (folder == "~" || folder.starts_with("~/")) {
@@ -83,7 +82,7 @@ std::optional<LV2Bundle> readBundle(const std::string& path) {
         if (bundle.resources.empty() || bundle.resources.back() != subject) {
             bundle.resources.push_back(subject);
         }
-        if (predicate == kType && object == LV2_CORE__Plugin && !subject.empty()) {
+        if (predicate == LILV_NS_RDF "type" && object == LV2_CORE__Plugin && !subject.empty()) {
             bundle.plugins.insert(subject);
         } else if (predicate == LV2_CORE__appliesTo) {
             bundle.resources.push_back(object);
