@@ -27,8 +27,8 @@ TEST(Escaped, ALongQuotationIsCut) {
     EXPECT_EQ(inQuotes(std::string(61, 'x')), "'" + std::string(60, 'x') + "...'");
 }
 
-TEST(WithoutControls, LineFeedsAndBackslashesStay) {
-    EXPECT_EQ(withoutControls("\\\n\x7f"), "\\\n\\u007f");
+TEST(Escaped, KeptCharactersAreUnchanged) {
+    EXPECT_EQ(escaped("\\\n\x7f", "\\\n"), "\\\n\\u007f");
 }
 
 }  // namespace
