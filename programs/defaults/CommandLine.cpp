@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "platform/foundation/GLibPointer.h"
-#include "programs/defaults/format/Escaped.h"
 
 namespace orvalo {
 
@@ -90,7 +89,7 @@ CommandLine CommandLine::parse(int argc, char** argv) {
     g_option_context_set_main_group(context.get(), group);
     GError* failure = nullptr;
     if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
-        throw BadOption(escaped(GErrorPointer(failure)->message) + ".");
+        throw BadOption(std::string(GErrorPointer(failure)->message) + ".");
     }
     return line;
 }

@@ -8,7 +8,7 @@
 
 namespace orvalo {
 
-/// An invalid command line. The text is one line that names the culprit.
+/// An invalid command line. The text names the culprit.
 class BadOption : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

@@ -26,7 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(GError* error) {
-    throw std::runtime_error(escaped(GErrorPointer(error)->message) + ".");
+    throw std::runtime_error(std::string(GErrorPointer(error)->message) + ".");
 }
 
 /// Writes to standard output.
@@ -41,7 +41,7 @@ void show(const std::string& text) {
 void writeFile(const fs::path& path, const std::string& text) {
     std::error_code error;
     if (fs::exists(path, error) && !fs::is_regular_file(path)) {
-        throw std::runtime_error(escaped(path.string()) + ": This is no regular file.");
+        throw std::runtime_error(path.string() + ": This is no regular file.");
     }
     constexpr int ownerOnly = 0600;
     GError* failure = nullptr;
@@ -72,7 +72,7 @@ std::string pathOf(const std::string& domain) {
         return ownDomainFile().string();
     }
     if (const auto trouble = suiteNameTrouble(domain)) {
-        throw BadOption(escaped(*trouble));
+        throw BadOption(*trouble);
     }
     return suiteFile(domain).string();
 }
@@ -91,7 +91,7 @@ auto inFile(const std::string& path, const Operation& operation) {
 PropertyList::Dictionary entriesOf(const std::string& domain) {
     const auto path = pathOf(domain);
     if (!isThere(path)) {
-        throw std::runtime_error("there is no domain '" + escaped(domain) + "'.");
+        throw std::runtime_error("there is no domain '" + domain + "'.");
     }
     return inFile(path, [](DefaultsDomain& file) { return file.entries(); });
 }
@@ -100,8 +100,7 @@ PropertyList valueOf(const std::string& domain, const std::string& key) {
     const auto entries = entriesOf(domain);
     const auto found = entries.find(utf8(key));
     if (found == entries.end()) {
-        throw std::runtime_error("there is no key " + inQuotes(key) + " in '" + escaped(domain) +
-                                 "'.");
+        throw std::runtime_error("there is no key " + inQuotes(key) + " in '" + domain + "'.");
     }
     return found->second;
 }
@@ -250,7 +249,7 @@ void importFrom(const CommandLine& line) {
         const auto entries = jsonDomain({contents, size});
         changes.insert(entries.begin(), entries.end());
     } catch (const std::runtime_error& error) {
-        throw std::runtime_error(escaped(file.value_or("standard input")) + ": " + error.what());
+        throw std::runtime_error(file.value_or("standard input") + ": " + error.what());
     }
     change(line.words[1], changes, line.has("replace"));
 }
@@ -265,7 +264,7 @@ struct Command {
 };
 
 /// Changes nothing when it throws: BadOption for an invalid command line, another std::exception
-/// for a failure. The text is one line that names the culprit.
+/// for a failure. The text names the culprit.
 void run(const CommandLine& line) {
     static const std::vector<Command> commands{
         {"domains", "no arguments", 0, 0, {}, domains},
@@ -304,8 +303,9 @@ void run(const CommandLine& line) {
     command->run(line);
 }
 
-int complain(const std::string& message, int status) {
-    std::fprintf(stderr, "orvalo-defaults: %s\n", message.c_str());
+/// Prints an error, which may quote any bytes, and returns the exit status.
+int complain(const std::exception& error, int status) {
+    std::fprintf(stderr, "orvalo-defaults: %s\n", escaped(error.what()).c_str());
     return status;
 }
 
@@ -322,11 +322,8 @@ int main(int argc, char** argv) {
         return EXIT_SUCCESS;
     } catch (const BadOption& error) {
         constexpr int badOption = 2;
-        return complain(error.what(), badOption);
-    } catch (const NSError& error) {
-        // The platform's text has paths and keys as they are.
-        return complain(escaped(error.what()), EXIT_FAILURE);
+        return complain(error, badOption);
     } catch (const std::exception& error) {
-        return complain(error.what(), EXIT_FAILURE);
+        return complain(error, EXIT_FAILURE);
     }
 }

@@ -35,7 +35,8 @@ std::string escaped(std::string_view text, std::string_view kept) {
 
 std::string inQuotes(std::string_view text) {
     constexpr std::size_t mostQuoted = 60;
-    return "'" + escaped(text.substr(0, mostQuoted)) + (text.size() > mostQuoted ? "...'" : "'");
+    return "'" + std::string(text.substr(0, mostQuoted)) +
+           (text.size() > mostQuoted ? "...'" : "'");
 }
 
 }  // namespace orvalo

@@ -9,7 +9,7 @@ namespace orvalo {
 /// as in JSON, except those in `kept`. U+FFFD replaces bytes that are not UTF-8.
 std::string escaped(std::string_view text, std::string_view kept = {});
 
-/// The same between single quotes, cut after 60 bytes.
+/// The text between single quotes, cut after 60 bytes. Not escaped.
 std::string inQuotes(std::string_view text);
 
 }  // namespace orvalo

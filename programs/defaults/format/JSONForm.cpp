@@ -59,7 +59,7 @@ json parsed(std::string_view text) {
         constexpr std::size_t mostSaid = 200;
         const auto at = said.find("line ");
         throw std::runtime_error(
-            escaped(said.substr(at == std::string_view::npos ? 0 : at, mostSaid)) + ".");
+            std::string(said.substr(at == std::string_view::npos ? 0 : at, mostSaid)) + ".");
     }
 }
 

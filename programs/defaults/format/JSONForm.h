@@ -25,7 +25,7 @@ std::string jsonText(const PropertyList& value);
 /// The entries of a domain in one object, which is never one of the "$" forms.
 std::string jsonText(const PropertyList::Dictionary& domain);
 
-/// The value of a JSON text. Throws std::runtime_error, whose text is one line with the reason: for
+/// The value of a JSON text. Throws std::runtime_error, whose text is the reason: for
 /// text that is not JSON, null, an integer from 2^63 to 2^64 and an unknown "$" form. Of two equal
 /// keys of an object the last one counts.
 PropertyList jsonValue(std::string_view text);
