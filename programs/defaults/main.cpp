@@ -16,7 +16,6 @@
 #include "platform/foundation/defaults/DefaultsDomain.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "programs/defaults/CommandLine.h"
-#include "programs/defaults/format/Escaped.h"
 #include "programs/defaults/format/JSONForm.h"
 
 namespace orvalo {

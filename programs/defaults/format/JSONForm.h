@@ -37,4 +37,11 @@ PropertyList::Dictionary jsonDomain(std::string_view text);
 /// The value that a text stands for under "$date", "$data" or "$real"; absent when it is not one.
 std::optional<PropertyList> formValue(std::string_view form, const std::string& text);
 
+/// The text on one line without terminal commands: control characters and backslashes are escaped
+/// as in JSON, except those in `kept`. U+FFFD replaces bytes that are not UTF-8.
+std::string escaped(std::string_view text, std::string_view kept = {});
+
+/// The text between single quotes, cut after 60 bytes. Not escaped.
+std::string inQuotes(std::string_view text);
+
 }  // namespace orvalo
