@@ -292,7 +292,8 @@ void run(const CommandLine& line) {
     }
     for (const auto& [option, value] : line.options) {
         if (std::ranges::find(command->options, option) == command->options.end()) {
-            throw BadOption(name + " has no option --" + option + ".");
+            throw BadOption(
+                std::string(name).append(" has no option --").append(option).append("."));
         }
     }
     const auto arguments = line.words.size() - 1;

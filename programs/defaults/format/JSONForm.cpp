@@ -160,7 +160,7 @@ Dictionary jsonDomain(std::string_view text) {
         try {
             entries.emplace(key, valueOf(value, 1));
         } catch (const std::runtime_error& error) {
-            throw std::runtime_error(inQuotes(key) + ": " + error.what());
+            throw std::runtime_error(inQuotes(key).append(": ").append(error.what()));
         }
     }
     return entries;
