@@ -10,9 +10,9 @@
 #include "hosting/AUExtensionManagerDelegate.h"
 #include "hosting/OrvaloComponent.h"
 #include "hosting/Preset.h"
-#include "platform/audio/component/AVAudioUnitComponent.h"
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "platform/audio/unit/AUAudioUnit.h"
+#include "platform/audio/unit/AVAudioUnitComponent.h"
 #include "platform/foundation/NSObject.h"
 
 namespace orvalo {

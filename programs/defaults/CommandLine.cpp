@@ -2,36 +2,13 @@
 
 #include <glib.h>
 
-#include <algorithm>
-#include <array>
 #include <memory>
 
 #include "platform/foundation/GLibPointer.h"
-#include "programs/defaults/format/Escaped.h"
 
 namespace orvalo {
 
 namespace {
-
-struct Command {
-    const char* name;
-    const char* arguments;
-    std::size_t fewest;  ///< Arguments.
-    std::size_t most;
-    std::vector<std::string_view> options;
-};
-
-const std::vector<Command>& commands() {
-    static const std::vector<Command> commands{
-        {"domains", "", 0, 0, {}},
-        {"list", "DOMAIN", 1, 1, {}},
-        {"read", "DOMAIN [KEY]", 1, 2, {"raw"}},
-        {"write", "DOMAIN KEY", 2, 2, {"string", "int", "float", "bool", "date", "data", "json"}},
-        {"delete", "DOMAIN KEY", 1, 2, {"all"}},
-        {"export", "DOMAIN [FILE]", 1, 2, {}},
-        {"import", "DOMAIN [FILE]", 1, 2, {"replace"}}};
-    return commands;
-}
 
 constexpr auto kSummary = R"(Reads and changes the settings that Orvalo and its effect keep.
 
@@ -53,89 +30,67 @@ constexpr auto kExamples = R"(Examples:
   orvalo-defaults write group.com.Tessaly.audio gain --float 0.5
   orvalo-defaults export group.com.Tessaly.audio settings.json)";
 
-constexpr std::array kOptions{
-    GOptionEntry{"raw", '\0', 0, G_OPTION_ARG_NONE, nullptr,
-                 "read: show a text as it is, not as JSON", nullptr},
-    GOptionEntry{"string", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: a text", "TEXT"},
-    GOptionEntry{"int", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: a whole number of 64 bits",
-                 "N"},
-    GOptionEntry{"float", '\0', 0, G_OPTION_ARG_FILENAME, nullptr,
-                 "write: a number of double precision, inf, -inf or nan", "N"},
-    GOptionEntry{"bool", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: a truth value",
-                 "true|false"},
-    GOptionEntry{"date", '\0', 0, G_OPTION_ARG_FILENAME, nullptr,
-                 "write: a date such as 2026-11-21T08:30:00Z", "DATE"},
-    GOptionEntry{"data", '\0', 0, G_OPTION_ARG_FILENAME, nullptr, "write: data", "BASE64"},
-    GOptionEntry{"json", '\0', 0, G_OPTION_ARG_FILENAME, nullptr,
-                 "write: any value, lists and dictionaries too", "JSON"},
-    GOptionEntry{"all", '\0', 0, G_OPTION_ARG_NONE, nullptr, "delete: remove all keys", nullptr},
-    GOptionEntry{"replace", '\0', 0, G_OPTION_ARG_NONE, nullptr,
-                 "import: remove the keys that the file does not hold", nullptr},
-    GOptionEntry{"version", '\0', 0, G_OPTION_ARG_NONE, nullptr, "Show the version", nullptr}};
+gboolean addOption(const char* name, const char* value, void* line, GError** /*error*/) {
+    static_cast<CommandLine*>(line)->options[name + 2] = value == nullptr ? "" : value;
+    return TRUE;
+}
 
-void check(const CommandLine& line) {
-    const auto command = std::ranges::find(commands(), line.command, &Command::name);
-    if (command == commands().end()) {
-        throw BadOption(inQuotes(line.command) + " is no command; see orvalo-defaults --help.");
-    }
-    for (const auto& [option, value] : line.options) {
-        if (std::ranges::find(command->options, option) == command->options.end()) {
-            throw BadOption(line.command + " has no option --" + option + ".");
-        }
-    }
-    if (line.arguments.size() < command->fewest) {
-        throw BadOption(line.command + " wants " + command->arguments + ".");
-    }
-    if (line.arguments.size() > command->most) {
-        throw BadOption(line.command + ": " + inQuotes(line.arguments[command->most]) +
-                        " is one argument too many.");
-    }
+gboolean addWord(const char* /*name*/, const char* word, void* line, GError** /*error*/) {
+    static_cast<CommandLine*>(line)->words.emplace_back(word);
+    return TRUE;
+}
+
+GOptionEntry flag(const char* name, const char* description) {
+    return {name,
+            '\0',
+            G_OPTION_FLAG_NO_ARG,
+            G_OPTION_ARG_CALLBACK,
+            reinterpret_cast<void*>(addOption),
+            description,
+            nullptr};
+}
+
+// GLib would convert other texts than file names from the locale's character set.
+GOptionEntry value(const char* type, const char* description, const char* placeholder) {
+    return {type,
+            '\0',
+            G_OPTION_FLAG_FILENAME,
+            G_OPTION_ARG_CALLBACK,
+            reinterpret_cast<void*>(addOption),
+            description,
+            placeholder};
 }
 
 }  // namespace
 
 CommandLine CommandLine::parse(int argc, char** argv) {
-    std::array<char*, kOptions.size()> texts{};
-    std::array<gboolean, kOptions.size()> flags{};
-    char** words = nullptr;
-    std::vector<GOptionEntry> entries(kOptions.begin(), kOptions.end());
-    for (std::size_t index = 0; index < kOptions.size(); ++index) {
-        entries[index].arg_data = entries[index].arg == G_OPTION_ARG_NONE
-                                      ? static_cast<void*>(&flags.at(index))
-                                      : static_cast<void*>(&texts.at(index));
-    }
-    entries.push_back(
-        {G_OPTION_REMAINING, '\0', 0, G_OPTION_ARG_FILENAME_ARRAY, &words, nullptr, "COMMAND ..."});
-    entries.push_back({});
+    const std::vector<GOptionEntry> entries{
+        flag("raw", "read: show a text as it is, not as JSON"),
+        value("string", "write: a text", "TEXT"),
+        value("int", "write: a whole number of 64 bits", "N"),
+        value("float", "write: a number of double precision, inf, -inf or nan", "N"),
+        value("bool", "write: a truth value", "true|false"),
+        value("date", "write: a date such as 2026-11-21T08:30:00Z", "DATE"),
+        value("data", "write: data", "BASE64"),
+        value("json", "write: any value, lists and dictionaries too", "JSON"),
+        flag("all", "delete: remove all keys"),
+        flag("replace", "import: remove the keys that the file does not hold"),
+        flag("version", "Show the version"),
+        {G_OPTION_REMAINING, '\0', G_OPTION_FLAG_FILENAME, G_OPTION_ARG_CALLBACK,
+         reinterpret_cast<void*>(addWord), nullptr, "COMMAND ..."},
+        {}};
+    CommandLine line;
     const std::unique_ptr<GOptionContext, Release<g_option_context_free>> context(
         g_option_context_new(nullptr));
     g_option_context_set_summary(context.get(), kSummary);
     g_option_context_set_description(context.get(), kExamples);
-    g_option_context_add_main_entries(context.get(), entries.data(), nullptr);
+    auto* group = g_option_group_new("", "", "", &line, nullptr);
+    g_option_group_add_entries(group, entries.data());
+    g_option_context_set_main_group(context.get(), group);
     GError* failure = nullptr;
     if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
-        const GErrorPointer error(failure);
-        throw BadOption(escaped(error->message) + ".");
+        throw BadOption(std::string(GErrorPointer(failure)->message) + ".");
     }
-    const std::unique_ptr<char*, Release<g_strfreev>> owner(words);
-    CommandLine line;
-    for (std::size_t index = 0; index < kOptions.size(); ++index) {
-        const GText text(texts.at(index));
-        if (text || flags.at(index) != FALSE) {
-            line.options.emplace(entries[index].long_name, text ? text.get() : "");
-        }
-    }
-    if (line.options.erase("version") > 0) {
-        return line;
-    }
-    if (words == nullptr) {
-        throw BadOption("a command is missing; see orvalo-defaults --help.");
-    }
-    line.command = *words;
-    for (char** word = words + 1; *word != nullptr; ++word) {
-        line.arguments.emplace_back(*word);
-    }
-    check(line);
     return line;
 }
 

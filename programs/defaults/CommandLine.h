@@ -8,7 +8,7 @@
 
 namespace orvalo {
 
-/// An invalid command line. The text is one line that names the culprit.
+/// An invalid command line. The text names the culprit.
 class BadOption : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -16,17 +16,13 @@ class BadOption : public std::runtime_error {
 
 /// The command line of orvalo-defaults. "--" ends the options.
 struct CommandLine {
-    std::string command;                                      ///< Empty for --version.
-    std::vector<std::string> arguments;                       ///< As many as the command takes.
+    std::vector<std::string> words;                           ///< The command and its arguments.
     std::map<std::string, std::string, std::less<>> options;  ///< "" for those without a value.
 
     bool has(std::string_view option) const { return options.contains(option); }
-    /// The second argument, or else the other text.
-    std::string second(const std::string& otherwise) const {
-        return arguments.size() > 1 ? arguments[1] : otherwise;
-    }
 
-    /// --help prints the help and ends the program. Throws BadOption.
+    /// Throws BadOption for an option that no command has. --help prints the help and ends the
+    /// program.
     static CommandLine parse(int argc, char** argv);
 };
 

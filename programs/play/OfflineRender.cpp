@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <stdexcept>
 
 #include "hosting/OrvaloComponent.h"
 #include "platform/audio/engine/AVAudioEngine.h"
@@ -44,14 +45,14 @@ std::int64_t wantedFrames(const PlayOptions& options, const AVAudioFile& file) {
         const auto wanted = std::ceil(*options.seconds * file.processingFormat().sampleRate);
         // A double has no exact integers above.
         if (wanted > 0x1p53) {
-            throw BadOption("--seconds: a file of that length cannot be written.");
+            throw std::runtime_error("--seconds: a file of that length cannot be written.");
         }
         frames = static_cast<std::int64_t>(wanted);
     }
     if (options.passes || !options.seconds) {
         std::int64_t inPasses = 0;
         if (__builtin_mul_overflow(options.passes.value_or(1), file.length(), &inPasses)) {
-            throw BadOption("--passes: a file of that length cannot be written.");
+            throw std::runtime_error("--passes: a file of that length cannot be written.");
         }
         frames = std::min(frames, inPasses);
     }

@@ -14,8 +14,8 @@ namespace orvalo {
 /// latency is cut at the start and added at the end.
 class OfflineRender {
   public:
-    /// Opens both files; options.render is the one to write. Throws NSError, or BadOption for too
-    /// many frames.
+    /// Opens both files; options.render is the one to write. Throws NSError, or std::runtime_error
+    /// for too many frames.
     explicit OfflineRender(const PlayOptions& options);
 
     /// Throws NSError when the effect is missing or the file cannot be written.

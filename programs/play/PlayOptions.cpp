@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <memory>
+#include <stdexcept>
 #include <string_view>
 
 #include "platform/foundation/GLibPointer.h"
@@ -28,7 +29,8 @@ std::optional<Number> parsed(std::string_view text) {
 std::int64_t parsedPasses(std::string_view text) {
     const auto passes = parsed<std::int64_t>(text);
     if (!passes || *passes < 1) {
-        throw BadOption("--passes wants a whole number above 0, not '" + std::string(text) + "'.");
+        throw std::runtime_error("--passes wants a whole number above 0, not '" +
+                                 std::string(text) + "'.");
     }
     return *passes;
 }
@@ -36,7 +38,8 @@ std::int64_t parsedPasses(std::string_view text) {
 double parsedSeconds(std::string_view text) {
     const auto seconds = parsed<double>(text);
     if (!seconds || !std::isfinite(*seconds) || *seconds <= 0.0) {
-        throw BadOption("--seconds wants a number above 0, not '" + std::string(text) + "'.");
+        throw std::runtime_error("--seconds wants a number above 0, not '" + std::string(text) +
+                                 "'.");
     }
     return *seconds;
 }
@@ -46,7 +49,7 @@ std::optional<std::string> text(const GText& value, const char* option) {
         return {};
     }
     if (*value == '\0') {
-        throw BadOption(std::string(option) + " wants a file name, not an empty one.");
+        throw std::runtime_error(std::string(option) + " wants a file name, not an empty one.");
     }
     return value.get();
 }
@@ -86,12 +89,12 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
     const GText renderText(render);
     const GText fileText(file);
     if (!isParsed) {
-        throw BadOption(GErrorPointer(failure)->message);
+        throw std::runtime_error(GErrorPointer(failure)->message);
     }
     if (argc > 1) {
-        throw BadOption("'" + std::string(argv[1]) +
-                        "' is no option; a file to play goes behind "
-                        "--file.");
+        throw std::runtime_error("'" + std::string(argv[1]) +
+                                 "' is no option; a file to play goes behind "
+                                 "--file.");
     }
 
     PlayOptions options;

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace orvalo {
@@ -16,15 +15,9 @@ struct PlayOptions {
     bool list = false;
     bool inProcess = false;  ///< Load the effect in this process.
 
-    /// Throws BadOption. --help prints the help on standard output and ends the program with status
-    /// 0.
+    /// Throws std::runtime_error, whose text is one line that names the option. --help prints the
+    /// help on standard output and ends the program with status 0.
     static PlayOptions parse(int argc, char** argv);
-};
-
-/// An invalid command line. The text is one line that names the option.
-class BadOption : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
 };
 
 }  // namespace orvalo

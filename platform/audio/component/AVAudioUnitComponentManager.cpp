@@ -29,12 +29,8 @@ AVAudioUnitComponentManager::sharedAudioUnitComponentManager() {
     return manager;
 }
 
-AVAudioUnitComponentManager::AVAudioUnitComponentManager() {
-    for (const auto& component : LV2World::shared().components()) {
-        components_.push_back(std::make_shared<AVAudioUnitComponent>(
-            component.description, component.name, component.uri));
-    }
-}
+AVAudioUnitComponentManager::AVAudioUnitComponentManager()
+    : components_(LV2World::shared().components()) {}
 
 std::vector<std::shared_ptr<AVAudioUnitComponent>> AVAudioUnitComponentManager::components(
     const AudioComponentDescription& matchingDescription) const {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/audio/component/AVAudioUnitComponent.h"
+#include "platform/audio/unit/AVAudioUnitComponent.h"
 #include "platform/foundation/NSObject.h"
 
 namespace orvalo {
@@ -22,7 +22,7 @@ class AVAudioUnitComponentManager : public NSObject {
   private:
     AVAudioUnitComponentManager();
 
-    std::vector<std::shared_ptr<AVAudioUnitComponent>> components_;
+    const std::vector<std::shared_ptr<AVAudioUnitComponent>> components_;
 };
 
 }  // namespace orvalo

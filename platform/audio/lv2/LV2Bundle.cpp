@@ -1,6 +1,7 @@
 #include "platform/audio/lv2/LV2Bundle.h"
 
 #include <glib.h>
+#include <lilv/lilv.h>
 #include <lv2/core/lv2.h>
 #include <serd/serd.h>
 
@@ -22,11 +23,6 @@ namespace fs = std::filesystem;
 // The folders of the Filesystem Hierarchy Standard that lilv searches on Debian.
 constexpr const char* kDefaultPath =
     "~/.lv2:/usr/lib/" ORVALO_LIBRARY_ARCHITECTURE "/lv2:/usr/lib/lv2:/usr/local/lib/lv2";
-
-// Real manifests have a few kilobytes. A larger one than this is no manifest.
-constexpr std::size_t kLargestManifest = 4U << 20U;
-
-constexpr const char* kType = "http://www.w3.org/1999/02/22-rdf-syntax-ns#type";
 
 std::string expanded(const std::string& folder) {
     if (folder == "~" || folder.starts_with("~/")) {
@@ -75,29 +71,28 @@ std::vector<std::string> entries(const fs::path& folder) {
 }
 
 std::optional<LV2Bundle> readBundle(const std::string& path) {
-    const auto manifest = readTurtle(path + "/manifest.ttl", kLargestManifest);
-    if (!manifest) {
+    const auto manifest = path + "/manifest.ttl";
+    std::error_code ignored;
+    if (fs::status(manifest, ignored).type() == fs::file_type::not_found) {
         return std::nullopt;
     }
     LV2Bundle bundle{path, folderURI(path), {}, {}, {}};
-    const auto error = readStatements(
-        *manifest, bundle.uri + "manifest.ttl", [&bundle](const TurtleStatement& statement) {
-            const auto subject = statement.subject();
-            const auto predicate = statement.predicate();
-            if (bundle.resources.empty() || bundle.resources.back() != subject) {
-                bundle.resources.push_back(subject);
-            }
-            if (predicate == kType && !subject.empty() && statement.object() == LV2_CORE__Plugin) {
-                bundle.plugins.insert(subject);
-            } else if (predicate == LV2_CORE__appliesTo) {
-                bundle.resources.push_back(statement.object());
-            } else if (predicate.starts_with(kComponentVocabulary)) {
-                bundle.codes.push_back({subject,
-                                        predicate.substr(std::strlen(kComponentVocabulary)),
-                                        statement.object(), statement.isLiteral()});
-            }
-        });
-    if (!error.empty()) {
+    const auto read = [&bundle](const TurtleStatement& statement) {
+        const auto& [subject, predicate, object, isLiteral] = statement;
+        if (bundle.resources.empty() || bundle.resources.back() != subject) {
+            bundle.resources.push_back(subject);
+        }
+        if (predicate == LILV_NS_RDF "type" && object == LV2_CORE__Plugin && !subject.empty()) {
+            bundle.plugins.insert(subject);
+        } else if (predicate == LV2_CORE__appliesTo) {
+            bundle.resources.push_back(object);
+        } else if (predicate.starts_with(kComponentVocabulary)) {
+            bundle.codes.push_back(
+                {subject, predicate.substr(std::strlen(kComponentVocabulary)), object, isLiteral});
+        }
+    };
+    if (const auto error = readTurtle(manifest, bundle.uri + "manifest.ttl", read);
+        !error.empty()) {
         g_warning("The manifest of %s is left out: %s.", path.c_str(), error.c_str());
         return std::nullopt;
     }

@@ -62,15 +62,11 @@ std::uint32_t flags(const Values& values) {
     return result;
 }
 
-LV2Component component(const std::string& uri, const Values& values) {
-    LV2Component result;
-    result.uri = uri;
-    result.description.componentType = code(values, "type");
-    result.description.componentSubType = code(values, "subtype");
-    result.description.componentManufacturer = code(values, "manufacturer");
-    result.description.componentFlags = flags(values);
-    result.name = single(values, "name").value_or("");
-    return result;
+std::shared_ptr<AVAudioUnitComponent> component(const std::string& uri, const Values& values) {
+    const AudioComponentDescription description{code(values, "type"), code(values, "subtype"),
+                                                code(values, "manufacturer"), flags(values), 0};
+    return std::make_shared<AVAudioUnitComponent>(description, single(values, "name").value_or(""),
+                                                  uri);
 }
 
 std::map<std::string, Values> valuesByPlugin(const LV2Bundle& bundle) {
@@ -90,8 +86,9 @@ std::map<std::string, Values> valuesByPlugin(const LV2Bundle& bundle) {
 
 }  // namespace
 
-std::vector<LV2Component> statedComponents(const std::vector<LV2Bundle>& bundles) {
-    std::map<std::string, LV2Component> found;
+std::vector<std::shared_ptr<AVAudioUnitComponent>> statedComponents(
+    const std::vector<LV2Bundle>& bundles) {
+    std::map<std::string, std::shared_ptr<AVAudioUnitComponent>> found;
     for (const auto& bundle : bundles) {
         for (const auto& [uri, values] : valuesByPlugin(bundle)) {
             if (found.contains(uri)) {
@@ -107,7 +104,7 @@ std::vector<LV2Component> statedComponents(const std::vector<LV2Bundle>& bundles
             }
         }
     }
-    std::vector<LV2Component> result;
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> result;
     result.reserve(found.size());
     for (auto& [uri, item] : found) {
         result.push_back(std::move(item));

@@ -22,4 +22,8 @@ enum class LV2ErrorCode {
 /// stop.
 NSError lv2Error(LV2ErrorCode code, const std::string& uri, const std::string& reason);
 
+/// lv2Error(), or a function that makes the same of a plug-in's UI.
+using LV2MakeError = NSError (*)(LV2ErrorCode code, const std::string& uri,
+                                 const std::string& reason);
+
 }  // namespace orvalo

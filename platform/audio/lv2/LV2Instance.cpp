@@ -128,15 +128,23 @@ LV2Instance::LV2Instance(LV2UnitParts& parts, double sampleRate, const std::stri
                        "a sample rate of " + std::to_string(sampleRate) + " Hz is not valid");
     }
     const LV2Library library(uri, parts_.data.binary);
+    const bool hasDescriptors = library.has("lv2_descriptor");
+    if (!hasDescriptors && !library.has("lv2_lib_descriptor")) {
+        throw lv2Error(LV2ErrorCode::noLibrary, uri,
+                       "its library " + parts_.data.binary + " has no lv2_descriptor");
+    }
     {
         const LV2World::Access access(parts_.world);
         const auto* plugin = access.plugin(uri);
         instance_.reset(lilv_plugin_instantiate(plugin, sampleRate, features_.forInstantiation()));
     }
     if (instance_ == nullptr) {
+        // lv2_lib_descriptor needs a bundle path and features; lilv has called it already.
+        const bool isMissing =
+            hasDescriptors && !library.lists<LV2_Descriptor>("lv2_descriptor", uri);
         throw lv2Error(
             LV2ErrorCode::instantiationFailed, uri,
-            library.holds(uri) ? "it refuses to be instantiated" : "its library does not hold it");
+            isMissing ? "its library does not hold it" : "it refuses to be instantiated");
     }
     worker_.start(lilv_instance_get_handle(instance_.get()),
                   extension<LV2_Worker_Interface>(instance_.get(), LV2_WORKER__interface));

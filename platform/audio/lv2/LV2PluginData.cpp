@@ -7,70 +7,15 @@
 
 #include <algorithm>
 
+#include "platform/audio/lv2/LV2DataChecks.h"
 #include "platform/audio/lv2/LV2Error.h"
 #include "platform/audio/lv2/LV2Features.h"
 #include "platform/audio/lv2/LV2Options.h"
-#include "platform/audio/lv2/TurtleFile.h"
 #include "platform/audio/signal/AudioBlock.h"
 
 namespace orvalo {
 
 namespace {
-
-std::vector<std::string> uris(const LilvNodes* nodes) {
-    std::vector<std::string> result;
-    LILV_FOREACH(nodes, i, nodes) {
-        const auto* node = lilv_nodes_get(nodes, i);
-        if (lilv_node_is_uri(node)) {
-            result.emplace_back(lilv_node_as_uri(node));
-        }
-    }
-    return result;
-}
-
-void requireFeatures(const LilvPlugin* plugin, const std::string& uri) {
-    const LilvPointer<LilvNodes> required(lilv_plugin_get_required_features(plugin));
-    for (const auto& feature : uris(required.get())) {
-        if (!LV2Features::isOffered(feature)) {
-            throw lv2Error(LV2ErrorCode::unsupportedFeature, uri,
-                           "it requires the feature <" + feature + ">, which is not offered");
-        }
-    }
-}
-
-void requireOptions(const LV2World::Access& access, const LilvPlugin* plugin,
-                    const std::string& uri) {
-    const auto predicate = access.uri(LV2_OPTIONS__requiredOption);
-    const LilvPointer<LilvNodes> required(lilv_plugin_get_value(plugin, predicate.get()));
-    for (const auto& option : uris(required.get())) {
-        if (!LV2Options::isOffered(option)) {
-            throw lv2Error(LV2ErrorCode::unsupportedFeature, uri,
-                           "it requires the option <" + option + ">, which is not offered");
-        }
-    }
-}
-
-/// Call before lilv's next query, which reads the files.
-void checkDataFiles(const LilvPlugin* plugin, const std::string& uri) {
-    for (const auto& file : uris(lilv_plugin_get_data_uris(plugin))) {
-        if (const auto error = turtleFileError(file); !error.empty()) {
-            std::string reason = "its data file <";
-            reason.append(file).append("> is not sound (").append(error).append(")");
-            throw lv2Error(LV2ErrorCode::badData, uri, reason);
-        }
-    }
-}
-
-std::string libraryPath(const LilvPlugin* plugin, const std::string& uri) {
-    const auto* node = lilv_plugin_get_library_uri(plugin);
-    char* text = node == nullptr ? nullptr : lilv_node_get_path(node, nullptr);
-    if (text == nullptr) {
-        throw lv2Error(LV2ErrorCode::noLibrary, uri, "its data name no library");
-    }
-    std::string path(text);
-    lilv_free(text);
-    return path;
-}
 
 bool hasFeature(const LV2World::Access& access, const LilvPlugin* plugin, const char* feature) {
     return lilv_plugin_has_feature(plugin, access.uri(feature).get());
@@ -98,10 +43,16 @@ LV2PluginData LV2PluginData::read(const LV2World::Access& access, const std::str
     }
     LV2PluginData data;
     data.uri = uri;
-    checkDataFiles(plugin, uri);
-    data.binary = libraryPath(plugin, uri);
-    requireFeatures(plugin, uri);
-    requireOptions(access, plugin, uri);
+    requireSoundFiles(lilv_plugin_get_data_uris(plugin), uri, lv2Error);
+    data.binary = pathOf(lilv_plugin_get_library_uri(plugin));
+    if (data.binary.empty()) {
+        throw lv2Error(LV2ErrorCode::noLibrary, uri, "its data name no library");
+    }
+    const LilvPointer<LilvNodes> features(lilv_plugin_get_required_features(plugin));
+    requireOffered(features.get(), "feature", LV2Features::isOffered, uri, lv2Error);
+    const LilvPointer<LilvNodes> options(
+        lilv_plugin_get_value(plugin, access.uri(LV2_OPTIONS__requiredOption).get()));
+    requireOffered(options.get(), "option", LV2Options::isOffered, uri, lv2Error);
     data.ports = readPorts(access, plugin, uri);
     data.inputChannelCount = countAudio(data.ports, true, uri);
     data.outputChannelCount = countAudio(data.ports, false, uri);

@@ -13,13 +13,10 @@ namespace orvalo {
 
 namespace {
 
-constexpr const char* kSeeAlso = "http://www.w3.org/2000/01/rdf-schema#seeAlso";
-constexpr const char* kLabel = "http://www.w3.org/2000/01/rdf-schema#label";
-
 /// Whether lilv may read the files that the resource's manifest names; otherwise a warning says
 /// which it may not.
 bool hasSoundFiles(const LV2World::Access& access, const LilvNode* resource) {
-    const auto predicate = access.uri(kSeeAlso);
+    const auto predicate = access.uri(LILV_NS_RDFS "seeAlso");
     const LilvPointer<LilvNodes> files(
         lilv_world_find_nodes(access.lilv(), resource, predicate.get(), nullptr));
     LILV_FOREACH(nodes, i, files.get()) {
@@ -36,7 +33,7 @@ bool hasSoundFiles(const LV2World::Access& access, const LilvNode* resource) {
 }
 
 LilvPointer<LilvNode> label(const LV2World::Access& access, const LilvNode* preset) {
-    const auto predicate = access.uri(kLabel);
+    const auto predicate = access.uri(LILV_NS_RDFS "label");
     const auto get = [&] {
         return LilvPointer<LilvNode>(
             lilv_world_get(access.lilv(), preset, predicate.get(), nullptr));

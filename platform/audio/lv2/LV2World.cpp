@@ -31,17 +31,17 @@ LV2World& LV2World::shared() {
     return *world;
 }
 
-std::vector<LV2Component> LV2World::components() {
+std::vector<std::shared_ptr<AVAudioUnitComponent>> LV2World::components() {
     const std::scoped_lock lock(mutex_);
     std::error_code error;
     const auto ownFolder = std::filesystem::canonical(searchPath_.ownFolder, error);
-    std::vector<LV2Component> outside;
-    std::vector<LV2Component> inside;
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> outside;
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> inside;
     for (auto& component : statedComponents(bundles())) {
-        const auto* bundle = bundleOf(component.uri);
+        const auto* bundle = bundleOf(component->uri);
         if (bundle == nullptr) {
             g_warning("A manifest states codes of <%s>, which is not installed.",
-                      component.uri.c_str());
+                      component->uri.c_str());
             continue;
         }
         const bool isOwn = !error && bundle->path.parent_path() == ownFolder;

@@ -43,7 +43,7 @@ class LV2World {
     /// The component registry, in its order: plug-ins outside the application's own folder by URI,
     /// then those inside by URI. Codes of a plug-in that is not installed are left out with a
     /// warning.
-    std::vector<LV2Component> components();
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> components();
 
     /// The paths of the bundles that describe a plug-in: its own, and those with presets or codes
     /// for it. A world of these bundles alone has the same data of the plug-in as this world.

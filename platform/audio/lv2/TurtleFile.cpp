@@ -3,9 +3,10 @@
 #include <glib.h>
 #include <lilv/lilv.h>
 #include <serd/serd.h>
-#include <sys/stat.h>
 
-#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
 #include <memory>
 
 #include "platform/foundation/GLibPointer.h"
@@ -15,7 +16,7 @@ namespace orvalo {
 namespace {
 
 // Data of the largest plug-ins known have about two megabytes.
-constexpr std::size_t kLargestData = 64U << 20U;
+constexpr std::uintmax_t kLargestFile = 64U << 20U;
 
 // serd reads "[" and "(" recursively and overflows a stack of 8 MB below 20,000 of them. Real
 // bundles nest four deep.
@@ -27,10 +28,25 @@ struct Reading {
     std::unique_ptr<SerdEnv, Release<serd_env_free>> environment;
     std::string error;  // The first one.
     int depth = 0;
+
+    std::string text(const SerdNode& node) const {
+        const auto copy = [](const SerdNode& from) {
+            return std::string(reinterpret_cast<const char*>(from.buf), from.n_bytes);
+        };
+        // Resolving a whole URI takes longer than reading its statement.
+        if (node.type == SERD_LITERAL ||
+            (node.type == SERD_URI && serd_uri_string_has_scheme(node.buf))) {
+            return copy(node);
+        }
+        SerdNode expanded = serd_env_expand_node(environment.get(), &node);
+        std::string result = expanded.buf == nullptr ? std::string() : copy(expanded);
+        serd_node_free(&expanded);
+        return result;
+    }
 };
 
-const std::uint8_t* bytes(const std::string& text) {
-    return reinterpret_cast<const std::uint8_t*>(text.c_str());
+const std::uint8_t* bytes(const char* text) {
+    return reinterpret_cast<const std::uint8_t*>(text);
 }
 
 SerdStatus onBase(void* handle, const SerdNode* uri) {
@@ -59,7 +75,8 @@ SerdStatus onStatement(void* handle, SerdStatementFlags flags, const SerdNode* /
         return SERD_ERR_BAD_SYNTAX;
     }
     if (reading.handler) {
-        reading.handler({reading.environment.get(), subject, predicate, object});
+        reading.handler({reading.text(*subject), reading.text(*predicate), reading.text(*object),
+                         object->type == SERD_LITERAL});
     }
     return SERD_SUCCESS;
 }
@@ -80,60 +97,39 @@ SerdStatus onError(void* handle, const SerdError* error) {
 
 }  // namespace
 
-std::string TurtleStatement::text(const SerdNode& node) const {
-    const auto copy = [](const SerdNode& from) {
-        return std::string(reinterpret_cast<const char*>(from.buf), from.n_bytes);
-    };
-    // Resolving a whole URI takes longer than reading its statement.
-    if (node.type == SERD_LITERAL ||
-        (node.type == SERD_URI && serd_uri_string_has_scheme(node.buf))) {
-        return copy(node);
+std::string readTurtle(const std::string& path, const std::string& uri,
+                       const std::function<void(const TurtleStatement&)>& handler) {
+    // Also refuses what is no regular file; opening a pipe would block.
+    std::error_code unreadable;
+    const auto size = std::filesystem::file_size(path, unreadable);
+    if (unreadable) {
+        return unreadable.message();
     }
-    SerdNode expanded = serd_env_expand_node(environment_, &node);
-    std::string result = expanded.buf == nullptr ? std::string() : copy(expanded);
-    serd_node_free(&expanded);
-    return result;
-}
-
-std::optional<std::string> readTurtle(const std::string& path, std::size_t limit) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR)) {
-        return std::nullopt;
-    }
-    // Opening a pipe would block.
-    if (status.st_mode != 0 && !S_ISREG(status.st_mode)) {
-        g_warning("%s is no regular file; it is ignored.", path.c_str());
-        return std::nullopt;
-    }
-    if (static_cast<std::uint64_t>(status.st_size) > limit) {
-        g_warning("%s is larger than %zu bytes; it is ignored.", path.c_str(), limit);
-        return std::nullopt;
+    if (size > kLargestFile) {
+        return "it is larger than " + std::to_string(kLargestFile >> 20U) + " MB";
     }
     char* contents = nullptr;
-    gsize size = 0;
+    gsize length = 0;
     GError* failure = nullptr;
-    if (g_file_get_contents(path.c_str(), &contents, &size, &failure) == FALSE) {
-        g_warning("%s is ignored: %s.", path.c_str(), failure->message);
-        g_error_free(failure);
-        return std::nullopt;
+    if (g_file_get_contents(path.c_str(), &contents, &length, &failure) == FALSE) {
+        return GErrorPointer(failure)->message;
     }
-    const GText owned(contents);
-    return std::string(contents, size);
-}
-
-std::string readStatements(const std::string& text, const std::string& base,
-                           const std::function<void(const TurtleStatement&)>& handler) {
-    if (text.find('\0') != std::string::npos) {
+    const GText text(contents);
+    if (std::strlen(contents) != length) {
         return "it holds a null character";
     }
-    const SerdNode baseNode = serd_node_from_string(SERD_URI, bytes(base));
-    Reading reading{handler, decltype(Reading::environment)(serd_env_new(&baseNode)), {}};
+    if (length == 0) {
+        // serd reads an empty string beyond its end.
+        return "";
+    }
+    const SerdNode base = serd_node_from_string(SERD_URI, bytes(uri.c_str()));
+    Reading reading{handler, decltype(Reading::environment)(serd_env_new(&base)), {}};
     const std::unique_ptr<SerdReader, Release<serd_reader_free>> reader(
         serd_reader_new(SERD_TURTLE, &reading, nullptr, onBase, onPrefix, onStatement, onEnd));
     // Without strictness serd skips faults, and never returns from one at the end of the text.
     serd_reader_set_strict(reader.get(), true);
     serd_reader_set_error_sink(reader.get(), onError, &reading);
-    const auto status = serd_reader_read_string(reader.get(), bytes(text));
+    const auto status = serd_reader_read_string(reader.get(), bytes(contents));
     if (status > SERD_FAILURE && reading.error.empty()) {
         reading.error = reinterpret_cast<const char*>(serd_strerror(status));
     }
@@ -143,11 +139,7 @@ std::string readStatements(const std::string& text, const std::string& base,
 std::string turtleFileError(const std::string& uri) {
     // lilv's own parser: GLib's refuses the "#" that file names such as Ardour's hold.
     const std::unique_ptr<char, Release<lilv_free>> path(lilv_file_uri_parse(uri.c_str(), nullptr));
-    if (path == nullptr) {
-        return "it is no file of this machine";
-    }
-    const auto text = readTurtle(path.get(), kLargestData);
-    return text ? readStatements(*text, uri, {}) : "it is missing";
+    return path == nullptr ? "it is no file of this machine" : readTurtle(path.get(), uri, {});
 }
 
 }  // namespace orvalo

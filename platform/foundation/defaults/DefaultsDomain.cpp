@@ -101,45 +101,48 @@ void DefaultsDomain::addTo(PropertyList::Dictionary& dictionary) {
 }
 
 void DefaultsDomain::set(std::string_view key, const std::optional<PropertyList>& value) {
-    const std::string name(key);
+    const Changes changes{{std::string(key), value}};
+    const auto& name = changes.begin()->first;
     try {
-        std::vector<BinaryEntry> entries;
-        entries.push_back(encoded(name, value));
-        const std::lock_guard lock(mutex_);
-        store(entries, false);
-        if (value) {
-            entries_.insert_or_assign(name, *value);
-        } else {
-            entries_.erase(name);
-        }
+        store({encoded(name, value)}, changes, false);
     } catch (const NSError& error) {
         g_warning("'%s' in %s stays as it was: %s.", name.c_str(), path_.c_str(), error.what());
     }
 }
 
 void DefaultsDomain::change(const Changes& changes, bool replacesAll) {
-    std::vector<BinaryEntry> entries;
+    std::vector<BinaryEntry> binary;
     for (const auto& [key, value] : changes) {
         try {
-            entries.push_back(encoded(key, value));
+            binary.push_back(encoded(key, value));
         } catch (const NSError& error) {
             throw propertyListError("'" + key + "': " + error.what());
         }
     }
-    const std::lock_guard lock(mutex_);
-    store(entries, replacesAll);
-    version_.reset();
+    store(binary, changes, replacesAll);
 }
 
-void DefaultsDomain::store(const std::vector<BinaryEntry>& entries, bool replacesAll) {
+void DefaultsDomain::store(const std::vector<BinaryEntry>& binary, const Changes& changes,
+                           bool replacesAll) {
+    const std::lock_guard lock(mutex_);
     if (file_ && file_->isReadOnly()) {
         file_.reset();  // The file may be writable by now.
     }
     retryAfterDamage([&] {
         do {
-            file().change(entries, replacesAll);
+            file().change(binary, replacesAll);
         } while (!file_->isInPlace());
     });
+    if (replacesAll) {
+        entries_.clear();
+    }
+    for (const auto& [key, value] : changes) {
+        if (value) {
+            entries_.insert_or_assign(key, *value);
+        } else {
+            entries_.erase(key);
+        }
+    }
 }
 
 }  // namespace orvalo

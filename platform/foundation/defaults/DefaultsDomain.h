@@ -48,7 +48,8 @@ class DefaultsDomain {
     DefaultsFile& file();
     void refresh();
     void refreshOrWarn();
-    void store(const std::vector<BinaryEntry>& entries, bool replacesAll);
+    /// Stores the changes, which `binary` has encoded.
+    void store(const std::vector<BinaryEntry>& binary, const Changes& changes, bool replacesAll);
     /// Runs the operation; when the file is damaged, renames it and runs the operation again with a
     /// new file.
     template <typename Operation>

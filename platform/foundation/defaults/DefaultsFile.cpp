@@ -100,8 +100,8 @@ void DefaultsFile::checkContent() {
         throw SQLiteError(SQLITE_CORRUPT, std::string(check.text(0)));
     }
     check.reset();
-    if (database_.integer("SELECT count(*) FROM pragma_table_info('entries') "
-                          "WHERE name IN ('key', 'value')") != 2) {
+    auto table = database_.prepare("SELECT sql FROM sqlite_schema WHERE name = 'entries'");
+    if (!table.step() || table.text(0) != kDefaultsTable) {
         throw SQLiteError(SQLITE_CORRUPT, "it has no table of entries");
     }
 }

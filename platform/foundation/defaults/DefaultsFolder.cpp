@@ -72,19 +72,12 @@ void writeEmptyDatabase(const std::string& path) {
     if (!FileDescriptor(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600))) {
         throw NSError::posix(errno, path);
     }
-    SQLiteDatabase(path).run(
-        "BEGIN; CREATE TABLE entries (key TEXT PRIMARY KEY, value BLOB NOT NULL) WITHOUT ROWID;"
-        "PRAGMA application_id = " +
-        std::to_string(kDefaultsApplication) + "; PRAGMA user_version = " +
-        std::to_string(kDefaultsVersion) + "; COMMIT; PRAGMA journal_mode = WAL");
-}
-
-/// The new name for a damaged file. attempt: from 0; each number gives another name.
-std::string asideName(const std::string& path, int attempt) {
-    const GDateTimePointer now(g_date_time_new_now_local());
-    const GText time(g_date_time_format(now.get(), "%Y%m%d-%H%M%S"));
-    const auto name = path + ".damaged-" + time.get();
-    return attempt == 0 ? name : name + "-" + std::to_string(attempt);
+    SQLiteDatabase database(path);
+    database.run("BEGIN");
+    database.run(kDefaultsTable);
+    database.run("PRAGMA application_id = " + std::to_string(kDefaultsApplication));
+    database.run("PRAGMA user_version = " + std::to_string(kDefaultsVersion));
+    database.run("COMMIT; PRAGMA journal_mode = WAL");
 }
 
 }  // namespace
@@ -141,14 +134,12 @@ void setDefaultsFileAside(const std::string& path, const struct stat& status) {
         now.st_ino != status.st_ino) {
         return;  // Another process has renamed it.
     }
-    auto name = asideName(path, 0);
-    for (int attempt = 1;
-         renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) != 0;
-         ++attempt) {
-        if (errno != EEXIST) {
-            throw NSError::posix(errno, path);
-        }
-        name = asideName(path, attempt);
+    const GDateTimePointer time(g_date_time_new_now_local());
+    // With microseconds, so that the folder's lock makes the name unique.
+    const auto name =
+        path + ".damaged-" + GText(g_date_time_format(time.get(), "%Y%m%d-%H%M%S-%f")).get();
+    if (rename(path.c_str(), name.c_str()) != 0) {
+        throw NSError::posix(errno, path);
     }
     for (const auto* suffix : {kLog, kLogIndex}) {
         rename((path + suffix).c_str(), (name + suffix).c_str());

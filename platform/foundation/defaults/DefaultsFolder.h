@@ -12,6 +12,9 @@ namespace orvalo {
 inline constexpr std::int64_t kDefaultsApplication = 0x4F727644;
 /// The user_version of a settings file: its format.
 inline constexpr std::int64_t kDefaultsVersion = 1;
+/// The statement that makes its only table. SQLite keeps the text.
+inline constexpr const char* kDefaultsTable =
+    "CREATE TABLE entries (key TEXT PRIMARY KEY, value BLOB NOT NULL) WITHOUT ROWID";
 
 /// Creates a folder with its missing parents, for its owner only (mode 0700). Removes the
 /// permissions of other users from an existing folder. Throws NSError when the folder cannot be

@@ -2,11 +2,11 @@
 
 #include <glib.h>
 
-#include <algorithm>
 #include <climits>
 #include <system_error>
 
 #include "platform/foundation/Bundle.h"
+#include "platform/foundation/NSError.h"
 #include "platform/foundation/ProcessInfo.h"
 #include "platform/foundation/UserFolders.h"
 
@@ -72,7 +72,11 @@ std::vector<std::string> suiteNames() {
             names.push_back(path.stem().string());
         }
     }
-    std::ranges::sort(names);
+    std::error_code ignored;
+    if (error && std::filesystem::status(suiteFolder(), ignored).type() !=
+                     std::filesystem::file_type::not_found) {
+        throw NSError::posix(error.value(), suiteFolder().string());
+    }
     return names;
 }
 

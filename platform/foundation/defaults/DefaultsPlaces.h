@@ -19,7 +19,7 @@ std::optional<std::string> suiteNameTrouble(std::string_view name);
 std::filesystem::path ownDomainFile();
 /// <user's configuration>/orvalo-suites/<name>.sqlite. name: without suiteNameTrouble().
 std::filesystem::path suiteFile(std::string_view name);
-/// The names of the user's suites, sorted.
+/// The names of the user's suites, in no order. Throws NSError when their folder cannot be read.
 std::vector<std::string> suiteNames();
 
 }  // namespace orvalo

@@ -40,47 +40,45 @@ void checkDepth(int depth) {
     }
 }
 
-/// Makes the variant of a value; depth: how deep a list or dictionary would lie here, from 1.
+/// Makes the floating variant of a value; depth: how deep a list or dictionary would lie here, from
+/// 1.
 class Encoder {
   public:
     explicit Encoder(int depth) : depth_(depth) {}
 
-    VariantPointer operator()(bool value) const {
-        return owned(g_variant_new_boolean(value ? TRUE : FALSE));
+    GVariant* operator()(bool value) const { return g_variant_new_boolean(value ? TRUE : FALSE); }
+    GVariant* operator()(std::int64_t value) const { return g_variant_new_int64(value); }
+    GVariant* operator()(double value) const { return g_variant_new_double(value); }
+    GVariant* operator()(const std::string& value) const {
+        return g_variant_new_string(checkedText(value));
     }
-    VariantPointer operator()(std::int64_t value) const {
-        return owned(g_variant_new_int64(value));
+    GVariant* operator()(const Data& value) const {
+        return g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, value.data(), value.size(), 1);
     }
-    VariantPointer operator()(double value) const { return owned(g_variant_new_double(value)); }
-    VariantPointer operator()(const std::string& value) const {
-        return owned(g_variant_new_string(checkedText(value)));
-    }
-    VariantPointer operator()(const Data& value) const {
-        return owned(g_variant_new_fixed_array(G_VARIANT_TYPE_BYTE, value.data(), value.size(), 1));
-    }
-    VariantPointer operator()(PropertyList::Date value) const {
+    GVariant* operator()(PropertyList::Date value) const {
         checkDate(value);
-        return owned(g_variant_new("(x)", static_cast<gint64>(value.time_since_epoch().count())));
+        return g_variant_new("(x)", static_cast<gint64>(value.time_since_epoch().count()));
     }
-    VariantPointer operator()(const PropertyList::List& list) const {
+    GVariant* operator()(const PropertyList::List& list) const {
         checkDepth(depth_);
         const BuilderPointer builder(g_variant_builder_new(G_VARIANT_TYPE("av")));
         for (const auto& element : list) {
-            g_variant_builder_add(builder.get(), "v", inner(element).get());
+            g_variant_builder_add(builder.get(), "v", inner(element));
         }
-        return owned(g_variant_builder_end(builder.get()));
+        return g_variant_builder_end(builder.get());
     }
-    VariantPointer operator()(const PropertyList::Dictionary& dictionary) const {
+    GVariant* operator()(const PropertyList::Dictionary& dictionary) const {
         checkDepth(depth_);
         const BuilderPointer builder(g_variant_builder_new(G_VARIANT_TYPE_VARDICT));
         for (const auto& [key, element] : dictionary) {
-            g_variant_builder_add(builder.get(), "{sv}", checkedText(key), inner(element).get());
+            const char* text = checkedText(key);
+            g_variant_builder_add(builder.get(), "{sv}", text, inner(element));
         }
-        return owned(g_variant_builder_end(builder.get()));
+        return g_variant_builder_end(builder.get());
     }
 
   private:
-    VariantPointer inner(const PropertyList& element) const {
+    GVariant* inner(const PropertyList& element) const {
         return std::visit(Encoder(depth_ + 1), element.value());
     }
 
@@ -147,8 +145,7 @@ NSError propertyListError(const std::string& reason) {
 }
 
 Data binaryPropertyList(const PropertyList& value) {
-    const auto content = std::visit(Encoder(1), value.value());
-    const auto variant = owned(g_variant_new_variant(content.get()));
+    const auto variant = owned(g_variant_new_variant(std::visit(Encoder(1), value.value())));
     const auto size = g_variant_get_size(variant.get());
     if (size > kMostBytes) {
         throw propertyListError("it is larger than 16 MB");
@@ -159,9 +156,6 @@ Data binaryPropertyList(const PropertyList& value) {
 }
 
 PropertyList propertyList(std::span<const std::uint8_t> binary) {
-    if (binary.size() > kMostBytes) {
-        throw propertyListError("it is larger than 16 MB");
-    }
     const auto variant = owned(g_variant_new_from_data(G_VARIANT_TYPE_VARIANT, binary.data(),
                                                        binary.size(), FALSE, nullptr, nullptr));
     if (g_variant_is_normal_form(variant.get()) == FALSE) {

@@ -2,12 +2,8 @@
 
 namespace orvalo {
 
-namespace {
-
 using std::chrono::microseconds;
 using std::chrono::seconds;
-
-}  // namespace
 
 GDateTimePointer dateTimeOf(PropertyList::Date date) {
     // Not floor(), which overflows at the first of all dates.

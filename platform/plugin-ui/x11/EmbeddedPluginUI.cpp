@@ -27,7 +27,7 @@ void EmbeddedPluginUI::makeContainer() {
     container_->onSize = [this](X11Size size) { resized(size); };
     container_->onRules = [this] { reportChange(); };
     container_->onGone = [this] { lostWindow(); };
-    container_->onUnusedKey = [this](const X11Key& key) {
+    container_->keyboard().onUnusedKey = [this](const X11Key& key) {
         if (const auto use = onUnusedKey) {
             use(key);
         }
@@ -42,7 +42,7 @@ void EmbeddedPluginUI::dropContainer() {
         dropped->onSize = nullptr;
         dropped->onRules = nullptr;
         dropped->onGone = nullptr;
-        dropped->onUnusedKey = nullptr;
+        dropped->keyboard().onUnusedKey = nullptr;
     }
 }
 

@@ -7,16 +7,13 @@
 #include <lv2/ui/ui.h>
 #include <suil/suil.h>
 
-#include <algorithm>
-
-#include "platform/audio/lv2/TurtleFile.h"
+#include "platform/audio/lv2/LV2DataChecks.h"
 #include "platform/plugin-ui/x11/LV2PluginUIFeatures.h"
 
 namespace orvalo {
 
 namespace {
 
-constexpr const char* kSeeAlso = "http://www.w3.org/2000/01/rdf-schema#seeAlso";
 // Two names of one statement, both in use, neither in the header.
 constexpr const char* kMakeResident = LV2_UI_PREFIX "makeResident";
 constexpr const char* kMakeNameResident = LV2_UI_PREFIX "makeSONameResident";
@@ -28,19 +25,22 @@ class Reader {
         : access_(access), plugin_(plugin), ui_(ui) {}
 
     LV2PluginUIData read() const {
-        loadData();
+        requireSoundFiles(values(LILV_NS_RDFS "seeAlso").get(), plugin_.uri, pluginUIError);
+        lilv_world_load_resource(access_.lilv(), lilv_ui_get_uri(ui_));
         LV2PluginUIData data;
         data.plugin = plugin_.uri;
         data.uri = lilv_node_as_uri(lilv_ui_get_uri(ui_));
-        data.bundle = path(lilv_ui_get_bundle_uri(ui_));
-        data.binary = path(lilv_ui_get_binary_uri(ui_));
+        data.bundle = pathOf(lilv_ui_get_bundle_uri(ui_));
+        data.binary = pathOf(lilv_ui_get_binary_uri(ui_));
         if (data.binary.empty() || data.bundle.empty()) {
             throw pluginUIError(LV2ErrorCode::noLibrary, plugin_.uri, "its data name no library");
         }
         const LilvPointer<LilvNode> name(lilv_plugin_get_name(access_.plugin(plugin_.uri)));
         data.title = name == nullptr ? plugin_.uri : lilv_node_as_string(name.get());
-        require(LV2_CORE__requiredFeature, "feature", LV2PluginUIFeatures::isOffered);
-        require(LV2_OPTIONS__requiredOption, "option", LV2PluginUIOptions::isOffered);
+        requireOffered(values(LV2_CORE__requiredFeature).get(), "feature",
+                       LV2PluginUIFeatures::isOffered, plugin_.uri, pluginUIError);
+        requireOffered(values(LV2_OPTIONS__requiredOption).get(), "option",
+                       LV2PluginUIOptions::isOffered, plugin_.uri, pluginUIError);
         data.isFixedSize = mentions(LV2_UI__fixedSize) || mentions(LV2_UI__noUserResize);
         data.accessesInstance = mentions(LV2_INSTANCE_ACCESS_URI) || mentions(LV2_DATA_ACCESS_URI);
         data.staysLoaded = mentions(kMakeResident) || mentions(kMakeNameResident);
@@ -49,57 +49,15 @@ class Reader {
     }
 
   private:
-    static std::string path(const LilvNode* uri) {
-        char* text = uri == nullptr ? nullptr : lilv_node_get_path(uri, nullptr);
-        std::string result(text == nullptr ? "" : text);
-        lilv_free(text);
-        return result;
-    }
-
     LilvPointer<LilvNodes> values(const char* predicate) const {
         return LilvPointer<LilvNodes>(lilv_world_find_nodes(access_.lilv(), lilv_ui_get_uri(ui_),
                                                             access_.uri(predicate).get(), nullptr));
     }
 
-    std::vector<std::string> uris(const char* predicate) const {
-        std::vector<std::string> result;
-        const auto nodes = values(predicate);
-        LILV_FOREACH(nodes, i, nodes.get()) {
-            const auto* node = lilv_nodes_get(nodes.get(), i);
-            if (lilv_node_is_uri(node)) {
-                result.emplace_back(lilv_node_as_uri(node));
-            }
-        }
-        return result;
-    }
-
-    void loadData() const {
-        for (const auto& file : uris(kSeeAlso)) {
-            if (const auto error = turtleFileError(file); !error.empty()) {
-                std::string reason = "its data file <";
-                reason.append(file).append("> is not sound (").append(error).append(")");
-                throw pluginUIError(LV2ErrorCode::badData, plugin_.uri, reason);
-            }
-        }
-        lilv_world_load_resource(access_.lilv(), lilv_ui_get_uri(ui_));
-    }
-
-    void require(const char* predicate, const std::string& kind,
-                 bool (*isOffered)(const std::string&)) const {
-        for (const auto& uri : uris(predicate)) {
-            if (!isOffered(uri)) {
-                std::string reason = "it requires the " + kind + " <";
-                reason.append(uri).append(">, which is not offered");
-                throw pluginUIError(LV2ErrorCode::unsupportedFeature, plugin_.uri, reason);
-            }
-        }
-    }
-
     bool mentions(const std::string& feature) const {
-        const auto has = [&feature](const std::vector<std::string>& all) {
-            return std::find(all.begin(), all.end(), feature) != all.end();
-        };
-        return has(uris(LV2_CORE__requiredFeature)) || has(uris(LV2_CORE__optionalFeature));
+        const auto node = access_.uri(feature.c_str());
+        return lilv_nodes_contains(values(LV2_CORE__requiredFeature).get(), node.get()) ||
+               lilv_nodes_contains(values(LV2_CORE__optionalFeature).get(), node.get());
     }
 
     void readNotifications(LV2PluginUIData& data) const {

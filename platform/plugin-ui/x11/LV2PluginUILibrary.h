@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/audio/lv2/LV2Library.h"
 #include "platform/plugin-ui/x11/LV2PluginUIData.h"
 
 namespace orvalo {
@@ -11,12 +12,9 @@ class LV2PluginUILibrary {
     /// Throws NSError that names the plug-in: the file is missing, does not load, or does not hold
     /// the UI.
     explicit LV2PluginUILibrary(const LV2PluginUIData& data);
-    ~LV2PluginUILibrary();
-    LV2PluginUILibrary(const LV2PluginUILibrary&) = delete;
-    LV2PluginUILibrary& operator=(const LV2PluginUILibrary&) = delete;
 
   private:
-    void* library_;
+    const LV2Library library_;
 };
 
 }  // namespace orvalo

@@ -43,11 +43,6 @@ X11Container::X11Container(std::shared_ptr<X11Connection> connection, unsigned l
     window_ = std::make_shared<OwnedWindow>(connection_, created);
     connection_->setHandler(created, [this](const XEvent& event) { handle(event); });
     keyboard_ = std::make_unique<X11Keyboard>(connection_, parent, created);
-    keyboard_->onUnusedKey = [this](const X11Key& key) {
-        if (const auto use = onUnusedKey) {
-            use(key);
-        }
-    };
     // The UI uses the window over its own connection.
     XSync(display, False);
 }

@@ -47,6 +47,7 @@ class X11Container {
     void setFixedSize(bool isFixed) { rules_.isStatedFixed = isFixed; }
 
     const X11SizeRules& rules() const { return rules_; }
+    X11Keyboard& keyboard() { return *keyboard_; }
 
     /// The UI's window has a new size. May be empty.
     std::function<void(X11Size)> onSize;
@@ -55,8 +56,6 @@ class X11Container {
     /// The UI's window, or the container with it, is gone. The object may be destroyed inside. May
     /// be empty.
     std::function<void()> onGone;
-    /// As X11Keyboard::onUnusedKey.
-    std::function<void(const X11Key&)> onUnusedKey;
 
   private:
     struct OwnedWindow {

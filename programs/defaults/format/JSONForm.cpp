@@ -2,19 +2,21 @@
 
 #include <glib.h>
 
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <stdexcept>
 #include <utility>
-#include <vector>
 
 #include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/defaults/PropertyListDate.h"
-#include "programs/defaults/format/Escaped.h"
 
 namespace orvalo {
+
+// Called by the library for each element of a list or a dictionary.
+static void to_json(nlohmann::json& json, const PropertyList& value);
 
 namespace {
 
@@ -24,6 +26,7 @@ using List = PropertyList::List;
 
 constexpr auto kWrapped = "$dictionary";
 
+/// For std::visit.
 struct Writer {
     json operator()(double value) const {
         if (std::isfinite(value)) {
@@ -37,95 +40,61 @@ struct Writer {
     json operator()(PropertyList::Date value) const {
         return {{"$date", GText(g_date_time_format_iso8601(dateTimeOf(value).get())).get()}};
     }
-    json operator()(const List& list) const {
-        auto array = json::array();
-        for (const auto& element : list) {
-            array.push_back(std::visit(Writer(), element.value()));
-        }
-        return array;
-    }
     json operator()(const Dictionary& dictionary) const {
-        auto object = objectOf(dictionary);
         const bool isLikeAForm =
             dictionary.size() == 1 && dictionary.begin()->first.starts_with('$');
-        return isLikeAForm ? json{{kWrapped, std::move(object)}} : object;
+        return isLikeAForm ? json{{kWrapped, json(dictionary)}} : json(dictionary);
     }
-    template <typename Plain>
-    json operator()(const Plain& value) const {
+    template <typename Other>
+    json operator()(const Other& value) const {
         return value;
-    }
-
-    static json objectOf(const Dictionary& dictionary) {
-        auto object = json::object();
-        for (const auto& [key, value] : dictionary) {
-            object[key] = std::visit(Writer(), value.value());
-        }
-        return object;
     }
 };
 
-[[noreturn]] void fail(const std::string& place, const std::string& reason) {
-    throw std::runtime_error(place + (place.empty() ? "" : ": ") + reason);
-}
-
 json parsed(std::string_view text) {
-    // The library keeps the last of two equal keys.
-    std::vector<std::set<std::string>> keys;
-    const auto refuseRepeatedKeys = [&](int /*depth*/, json::parse_event_t event, json& value) {
-        if (event == json::parse_event_t::object_start) {
-            keys.emplace_back();
-        } else if (event == json::parse_event_t::object_end) {
-            keys.pop_back();
-        } else if (event == json::parse_event_t::key &&
-                   !keys.back().insert(value.get<std::string>()).second) {
-            throw std::runtime_error("the key " + inQuotes(value.get<std::string>()) +
-                                     " stands twice.");
-        }
-        return true;
-    };
     try {
-        return json::parse(text, refuseRepeatedKeys);
+        return json::parse(text);
     } catch (const json::exception& error) {
         // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error ..."
         const std::string_view said = error.what();
         constexpr std::size_t mostSaid = 200;
         const auto at = said.find("line ");
         throw std::runtime_error(
-            escaped(said.substr(at == std::string_view::npos ? 0 : at, mostSaid)) + ".");
+            std::string(said.substr(at == std::string_view::npos ? 0 : at, mostSaid)) + ".");
     }
 }
 
-/// The value at a place. depth: how many lists and dictionaries it lies in.
-PropertyList valueOf(const json& value, const std::string& place, int depth);
+PropertyList valueOf(const json& value, int depth);
 
-Dictionary entriesOf(const json& object, const std::string& place, int depth) {
+Dictionary entriesOf(const json& object, int depth) {
     Dictionary entries;
     for (const auto& [key, value] : object.items()) {
-        entries.emplace(
-            key, valueOf(value, place + (place.empty() ? "" : ", ") + inQuotes(key), depth + 1));
+        entries.emplace(key, valueOf(value, depth));
     }
     return entries;
 }
 
-PropertyList objectValue(const json& object, const std::string& place, int depth) {
+PropertyList objectValue(const json& object, int depth) {
     const bool isForm = object.size() == 1 && object.begin().key().starts_with('$');
     if (!isForm) {
-        return entriesOf(object, place, depth);
+        return entriesOf(object, depth);
     }
     const auto& form = object.begin().key();
     const auto& content = object.begin().value();
     if (form == kWrapped && content.is_object()) {
-        return entriesOf(content, place, depth);
+        return entriesOf(content, depth);
     }
     const auto value =
         content.is_string() ? formValue(form, content.get<std::string>()) : std::nullopt;
     if (!value) {
-        fail(place, "this is no form of " + inQuotes(form) + "; see orvalo-defaults(1).");
+        throw std::runtime_error("this is no form of " + inQuotes(form) +
+                                 "; see orvalo-defaults(1).");
     }
     return *value;
 }
 
-PropertyList valueOf(const json& value, const std::string& place, int depth) {
+/// depth: how many lists and dictionaries the value lies in.
+PropertyList valueOf(const json& value, int depth) {
     constexpr int mostDepth = 200;  // Far above the store's limit; this recursion has one, too.
     if (depth > mostDepth) {
         throw std::runtime_error("it is nested too deeply.");
@@ -141,48 +110,60 @@ PropertyList valueOf(const json& value, const std::string& place, int depth) {
             return value.get<std::int64_t>();
         case json::value_t::number_unsigned:
             if (value.get<std::uint64_t>() > INT64_MAX) {
-                fail(place, "the number " + value.dump() + " has more than 64 bits.");
+                throw std::runtime_error("the number " + value.dump() + " has more than 64 bits.");
             }
             return value.get<std::int64_t>();
         case json::value_t::array: {
             List list;
             for (const auto& element : value) {
-                list.push_back(valueOf(element,
-                                       place + (place.empty() ? "element " : ", element ") +
-                                           std::to_string(list.size() + 1),
-                                       depth + 1));
+                list.push_back(valueOf(element, depth + 1));
             }
             return list;
         }
         case json::value_t::object:
-            return objectValue(value, place, depth);
+            return objectValue(value, depth + 1);
         default:
-            fail(place, "null is no value of a domain.");
+            throw std::runtime_error("null is no value of a domain.");
     }
+}
+
+/// JSON lets the control characters from U+007F to U+009F stand.
+std::string written(const json& value) {
+    return escaped(value.dump(2), "\\\n");
 }
 
 }  // namespace
 
-// JSON lets the control characters from U+007F to U+009F stand.
+void to_json(json& json, const PropertyList& value) {
+    json = std::visit(Writer(), value.value());
+}
 
 std::string jsonText(const PropertyList& value) {
-    return withoutControls(std::visit(Writer(), value.value()).dump(2));
+    return written(value);
 }
 
 std::string jsonText(const Dictionary& domain) {
-    return withoutControls(Writer::objectOf(domain).dump(2));
+    return written(domain);
 }
 
 PropertyList jsonValue(std::string_view text) {
-    return valueOf(parsed(text), {}, 0);
+    return valueOf(parsed(text), 0);
 }
 
 Dictionary jsonDomain(std::string_view text) {
-    const auto value = parsed(text);
-    if (!value.is_object()) {
+    const auto object = parsed(text);
+    if (!object.is_object()) {
         throw std::runtime_error("it holds no object of keys and values.");
     }
-    return entriesOf(value, {}, 0);
+    Dictionary entries;
+    for (const auto& [key, value] : object.items()) {
+        try {
+            entries.emplace(key, valueOf(value, 1));
+        } catch (const std::runtime_error& error) {
+            throw std::runtime_error(inQuotes(key).append(": ").append(error.what()));
+        }
+    }
+    return entries;
 }
 
 std::optional<PropertyList> formValue(std::string_view form, const std::string& text) {
@@ -206,6 +187,36 @@ std::optional<PropertyList> formValue(std::string_view form, const std::string& 
         value = std::numeric_limits<double>::quiet_NaN();
     }
     return value;
+}
+
+std::string escaped(std::string_view text, std::string_view kept) {
+    const GText valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+    std::string result;
+    const char* next = nullptr;
+    for (const char* at = valid.get(); *at != '\0'; at = next) {
+        next = g_utf8_next_char(at);
+        const auto character = g_utf8_get_char(at);
+        if (kept.find(*at) != std::string_view::npos) {
+            result += *at;
+        } else if (character == '\\') {
+            result += "\\\\";
+        } else if (character == '\n') {
+            result += "\\n";
+        } else if (g_unichar_iscntrl(character) != FALSE) {
+            std::array<char, 8> code{};
+            std::snprintf(code.data(), code.size(), "\\u%04x", character);
+            result += code.data();
+        } else {
+            result.append(at, next);
+        }
+    }
+    return result;
+}
+
+std::string inQuotes(std::string_view text) {
+    constexpr std::size_t mostQuoted = 60;
+    return "'" + std::string(text.substr(0, mostQuoted)) +
+           (text.size() > mostQuoted ? "...'" : "'");
 }
 
 }  // namespace orvalo

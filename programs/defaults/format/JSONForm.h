@@ -25,15 +25,23 @@ std::string jsonText(const PropertyList& value);
 /// The entries of a domain in one object, which is never one of the "$" forms.
 std::string jsonText(const PropertyList::Dictionary& domain);
 
-/// The value of a JSON text. Throws std::runtime_error, whose text is one line with the place and
-/// the reason: for text that is not JSON, a repeated key, null, an integer from 2^63 to 2^64 and an
-/// unknown "$" form.
+/// The value of a JSON text. Throws std::runtime_error, whose text is the reason: for
+/// text that is not JSON, null, an integer from 2^63 to 2^64 and an unknown "$" form. Of two equal
+/// keys of an object the last one counts.
 PropertyList jsonValue(std::string_view text);
 
-/// The entries of a domain. Throws as jsonValue() does, and for text that is not an object.
+/// The entries of a domain. Throws as jsonValue() does, with the entry's key, and for text that is
+/// not an object.
 PropertyList::Dictionary jsonDomain(std::string_view text);
 
 /// The value that a text stands for under "$date", "$data" or "$real"; absent when it is not one.
 std::optional<PropertyList> formValue(std::string_view form, const std::string& text);
+
+/// The text on one line without terminal commands: control characters and backslashes are escaped
+/// as in JSON, except those in `kept`. U+FFFD replaces bytes that are not UTF-8.
+std::string escaped(std::string_view text, std::string_view kept = {});
+
+/// The text between single quotes, cut after 60 bytes. Not escaped.
+std::string inQuotes(std::string_view text);
 
 }  // namespace orvalo

@@ -37,14 +37,13 @@ TEST_F(DefaultsCommandLineTest, TheVersionIsOneLine) {
 TEST_F(DefaultsCommandLineTest, ABadCommandLineIsRefusedWithOneLine) {
     expectBad({}, "a command is missing; see orvalo-defaults --help.");
     expectBad({"frob\x1b"}, "'frob\\u001b' is no command; see orvalo-defaults --help.");
-    expectBad({"domains", "d"}, "domains: 'd' is one argument too many.");
+    expectBad({"domains", "d"}, "domains wants no arguments.");
     expectBad({"list"}, "list wants DOMAIN.");
-    expectBad({"list", "d", "k"}, "list: 'k' is one argument too many.");
+    expectBad({"list", "d", "k"}, "list wants DOMAIN.");
     expectBad({"read"}, "read wants DOMAIN [KEY].");
-    expectBad({"read", "d", "k", "v"}, "read: 'v' is one argument too many.");
     expectBad({"read", "--raw", "d"}, "--raw wants a key.");
     expectBad({"write", "d", "--int", "5"}, "write wants DOMAIN KEY.");
-    expectBad({"write", "d", "k", "5"}, "write: '5' is one argument too many.");
+    expectBad({"write", "d", "k", "5"}, "write wants DOMAIN KEY.");
     expectBad({"write", "d", "k", "--int"}, "Missing argument for --int.");
     expectBad({"write", "d", "k", "--loudly"}, "Unknown option --loudly.");
     expectBad({"write", "d", "k", "--x\x1b"}, "Unknown option --x\\u001b.");
@@ -72,8 +71,7 @@ TEST_F(DefaultsCommandLineTest, AValueOfAnotherTypeIsRefused) {
     expectBad({"write", "d", "k", "--date", "today"},
               "--date wants a date such as 2026-11-21T08:30:00Z, not 'today'.");
     expectBad({"write", "d", "k", "--data", "?"}, "--data wants Base64, not '?'.");
-    expectBad({"write", "d", "k", "--json", "[null]"},
-              "--json: element 1: null is no value of a domain.");
+    expectBad({"write", "d", "k", "--json", "[null]"}, "--json: null is no value of a domain.");
     expectBad({"write", "d", "k", "--int", std::string(1000, '9')},
               "--int wants a whole number of 64 bits, not '" + std::string(60, '9') + "...'.");
 }

@@ -47,11 +47,6 @@ TEST_F(DefaultsImportTest, ReplaceRemovesOtherKeys) {
     expectOutput({"read", "d"}, "{}\n");
 }
 
-TEST_F(DefaultsImportTest, AnEmptyObjectChangesNothing) {
-    expectSilence({"import", "d", file("in", "{}")});
-    expectUnchanged();
-}
-
 TEST_F(DefaultsImportTest, WithoutAFileItReadsStandardInput) {
     EXPECT_EQ(shell(R"(echo '{"set": 3}' | "$D" import d)").status, 0);
     expectOutput({"read", "d", "set"}, "3\n");
@@ -74,8 +69,6 @@ TEST_F(DefaultsImportTest, AFileThatIsNotJSONIsRefusedWithItsLine) {
     expectUnchanged();
     expectRefused(R"({"new": 1, "set": null})",
                   path("in") + ": 'set': null is no value of a domain.");
-    expectRefused(R"({"new": 1, "set": 2, "new": 3})",
-                  path("in") + ": the key 'new' stands twice.");
     EXPECT_EQ(run({"import", "d", file("in", "")}).status, 1);
     EXPECT_EQ(run({"import", "d", file("in", "bplist00\xd1\x01")}).status, 1);
     EXPECT_EQ(run({"import", "d", file("in", "\x1f\x8b\x08")}).status, 1);

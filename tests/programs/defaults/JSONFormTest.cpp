@@ -84,26 +84,23 @@ TEST(JSONForm, TextThatIsNotJSONIsRefusedWithItsLine) {
     EXPECT_LT(domainError("{\"" + std::string(100'000, 'x') + "\n").size(), 250U);
 }
 
-TEST(JSONForm, ValuesOfNoKindAreRefusedWithTheirPlace) {
+TEST(JSONForm, ValuesOfNoKindAreRefusedWithTheirKey) {
     EXPECT_EQ(domainError(R"({"a": null})"), "'a': null is no value of a domain.");
-    EXPECT_EQ(domainError(R"({"a": {"b": [1, null]}})"),
-              "'a', 'b', element 2: null is no value of a domain.");
-    EXPECT_EQ(domainError(R"({"a": 1, "a": 2})"), "the key 'a' stands twice.");
-    EXPECT_EQ(domainError(R"({"a": {"b": 1, "b": 2}})"), "the key 'b' stands twice.");
+    EXPECT_EQ(domainError(R"({"a": {"b": [1, null]}})"), "'a': null is no value of a domain.");
     EXPECT_EQ(domainError("[]"), "it holds no object of keys and values.");
     EXPECT_EQ(domainError("5"), "it holds no object of keys and values.");
 }
 
-TEST(JSONForm, UnknownFormsAreRefusedWithTheirPlace) {
+TEST(JSONForm, UnknownFormsAreRefusedWithTheirKey) {
     for (const auto* form : {R"({"$date": "yesterday"})", R"({"$date": 5})", R"({"$data": "?"})",
                              R"({"$real": "1.5"})", R"({"$real": 1.5})", R"({"$dictionary": []})",
                              R"({"$x": 1})", R"({"$": {}})"}) {
         const auto name = std::string(form).substr(2, std::string(form).find(':') - 3);
         EXPECT_EQ(domainError("{\"a\": [0, " + std::string(form) + "]}"),
-                  "'a', element 2: this is no form of '" + name + "'; see orvalo-defaults(1).");
+                  "'a': this is no form of '" + name + "'; see orvalo-defaults(1).");
     }
     EXPECT_EQ(domainError(R"({"a": {"$dictionary": {"$b": {"$date": 5}}}})"),
-              "'a', '$b': this is no form of '$date'; see orvalo-defaults(1).");
+              "'a': this is no form of '$date'; see orvalo-defaults(1).");
 }
 
 TEST(JSONForm, DeepNestingIsRefused) {
@@ -111,8 +108,8 @@ TEST(JSONForm, DeepNestingIsRefused) {
         return "{\"a\":" + std::string(depth, '[') + std::string(depth, ']') + "}";
     };
     EXPECT_EQ(domainError(nested(200)), "no error");
-    EXPECT_EQ(domainError(nested(201)), "it is nested too deeply.");
-    EXPECT_EQ(domainError(nested(1'000'000)), "it is nested too deeply.");
+    EXPECT_EQ(domainError(nested(201)), "'a': it is nested too deeply.");
+    EXPECT_EQ(domainError(nested(1'000'000)), "'a': it is nested too deeply.");
 }
 
 TEST(JSONForm, DatesKeepTheirMicroseconds) {
@@ -121,6 +118,32 @@ TEST(JSONForm, DatesKeepTheirMicroseconds) {
         const PropertyList value(date + std::chrono::microseconds(fraction));
         ASSERT_EQ(jsonValue(jsonText(value)), value) << fraction;
     }
+}
+
+TEST(Escaped, PlainTextIsUnchanged) {
+    EXPECT_EQ(escaped(""), "");
+    EXPECT_EQ(escaped("São Tomé 'x' \"y\" 😀"), "São Tomé 'x' \"y\" 😀");
+}
+
+TEST(Escaped, ControlCharactersAndBackslashesAreEscaped) {
+    EXPECT_EQ(escaped("a\\b\nc\x1b[2J\x7f"), "a\\\\b\\nc\\u001b[2J\\u007f");
+    EXPECT_EQ(escaped("\u009b1m"), "\\u009b1m");
+}
+
+TEST(Escaped, BytesThatAreNotUTF8AreReplaced) {
+    EXPECT_EQ(escaped("a\xff"
+                      "b\xc3"),
+              "a\uFFFDb\uFFFD");
+}
+
+TEST(Escaped, ALongQuotationIsCut) {
+    EXPECT_EQ(inQuotes("a"), "'a'");
+    EXPECT_EQ(inQuotes(std::string(60, 'x')), "'" + std::string(60, 'x') + "'");
+    EXPECT_EQ(inQuotes(std::string(61, 'x')), "'" + std::string(60, 'x') + "...'");
+}
+
+TEST(Escaped, KeptCharactersAreUnchanged) {
+    EXPECT_EQ(escaped("\\\n\x7f", "\\\n"), "\\\n\\u007f");
 }
 
 }  // namespace

@@ -47,7 +47,7 @@ class Registry : public ::testing::Test {
     }
 
     /// Reads the registry; sets warnings_ to standard error.
-    std::vector<LV2Component> components() {
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> components() {
         const CapturedOutput output(2);
         LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
         auto result = world.components();
@@ -58,7 +58,7 @@ class Registry : public ::testing::Test {
     std::vector<std::string> uris() {
         std::vector<std::string> result;
         for (const auto& component : components()) {
-            result.push_back(component.uri);
+            result.push_back(component->uri);
         }
         return result;
     }
@@ -83,9 +83,9 @@ TEST_F(Registry, ReadsTheCodesNameAndFlags) {
           "  ac:flags 4294967295 ; ac:name \"Tést: Amp\" .");
     const auto found = components();
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_EQ(found[0].uri, "urn:test:amp");
-    EXPECT_EQ(found[0].name, "Tést: Amp");
-    EXPECT_EQ(found[0].description,
+    EXPECT_EQ(found[0]->uri, "urn:test:amp");
+    EXPECT_EQ(found[0]->name, "Tést: Amp");
+    EXPECT_EQ(found[0]->audioComponentDescription,
               (AudioComponentDescription{fourCharCode("aufx"), fourCharCode("a b!"),
                                          fourCharCode("TSLY"), 4294967295U, 0}));
     EXPECT_EQ(warnings_, "");
@@ -95,8 +95,8 @@ TEST_F(Registry, DefaultsFlagsToZeroAndNameToEmpty) {
     writeRegistered("path", "amp");
     const auto found = components();
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_EQ(found[0].name, "");
-    EXPECT_EQ(found[0].description.componentFlags, 0U);
+    EXPECT_EQ(found[0]->name, "");
+    EXPECT_EQ(found[0]->audioComponentDescription.componentFlags, 0U);
 }
 
 TEST_F(Registry, PutsTheApplicationsOwnLastAndSortsByURI) {
@@ -147,7 +147,7 @@ TEST_F(Registry, TakesCodesFromTheFirstBundleOnThePathAndWarnsOfTheOther) {
     write("more", "a.lv2", codes("urn:test:amp", "aaaa"));
     const auto found = components();
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_EQ(found[0].description.componentSubType, fourCharCode("bbbb"));
+    EXPECT_EQ(found[0]->audioComponentDescription.componentSubType, fourCharCode("bbbb"));
     EXPECT_THAT(warnings_, HasSubstr(bundle("more/a.lv2") +
                                      " states codes of <urn:test:amp>, which an earlier bundle "
                                      "on the path states."));
@@ -173,8 +173,8 @@ TEST_F(Registry, IgnoresAManifestThatIsNoRegularFile) {
     std::filesystem::create_directories(root_.path() / "path" / "odd.lv2" / "manifest.ttl");
     std::ofstream(root_.path() / "path" / "file.txt") << "no bundle";
     EXPECT_THAT(uris(), ElementsAre("urn:test:amp"));
-    EXPECT_THAT(warnings_, HasSubstr("odd.lv2/manifest.ttl is no regular file; it is "
-                                     "ignored."));
+    EXPECT_THAT(warnings_, HasSubstr("The manifest of " + bundle("path/odd.lv2") +
+                                     " is left out: Is a directory."));
 }
 
 TEST_F(Registry, LeavesOutAManifestThatIsNestedTooDeep) {
@@ -220,8 +220,8 @@ TEST_F(Registry, TakesAPluginWholeFromTheFirstOfTheBundlesThatHoldIt) {
               codes("urn:test:other", "othr"));
     const auto found = components();
     ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[0].description.componentSubType, fourCharCode("1st "));
-    EXPECT_EQ(found[1].uri, "urn:test:other");
+    EXPECT_EQ(found[0]->audioComponentDescription.componentSubType, fourCharCode("1st "));
+    EXPECT_EQ(found[1]->uri, "urn:test:other");
     EXPECT_THAT(warnings_,
                 HasSubstr(bundle("more/amp.lv2") + " holds <urn:test:amp>, which is taken from " +
                           bundle("path/amp.lv2") + " instead."));
@@ -321,7 +321,7 @@ TEST_F(Registry, KnowsOnlyTheGivenSingleBundles) {
     writeRegistered("path", "other");
     LV2World world({{}, {}, {root_.path() / "path/amp.lv2"}});
     ASSERT_EQ(world.components().size(), 1U);
-    EXPECT_EQ(world.components().front().uri, "urn:test:amp");
+    EXPECT_EQ(world.components().front()->uri, "urn:test:amp");
     EXPECT_THAT(world.bundlesOf("urn:test:amp"), ElementsAre(bundle("path/amp.lv2")));
 }
 

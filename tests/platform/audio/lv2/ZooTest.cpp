@@ -119,7 +119,7 @@ TEST(Zoo, ReadsNothingBeyondTheBufferOrTheEvent) {
 TEST(Zoo, ListsPluginsWithCodesEvenIfTheyCannotBeLoaded) {
     std::vector<std::string> uris;
     for (const auto& component : zooWorld().components()) {
-        uris.push_back(component.uri.substr(std::string("urn:orvalo:zoo:").size()));
+        uris.push_back(component->uri.substr(std::string("urn:orvalo:zoo:").size()));
     }
     const std::vector<std::string> expected{
         "broken-library",  "event-port",     "failing",      "far-port",

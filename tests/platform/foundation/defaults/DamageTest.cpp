@@ -81,6 +81,20 @@ TEST_F(DamagedFile, IsSetAsideWhenTablesAreMissing) {
     expectANewBeginning(bytesOf(file_));
 }
 
+TEST_F(DamagedFile, IsSetAsideWhenItsTableHasOtherColumns) {
+    for (const auto* columns : {"key TEXT PRIMARY KEY, value BLOB, owner TEXT NOT NULL",
+                                "value BLOB NOT NULL, key TEXT PRIMARY KEY"}) {
+        SCOPED_TRACE(columns);
+        std::filesystem::remove_all(file_.parent_path());
+        std::filesystem::create_directories(file_.parent_path());
+        query(file_,
+              "PRAGMA journal_mode = WAL; PRAGMA application_id = 1332901444;"
+              "PRAGMA user_version = 1; CREATE TABLE entries (" +
+                  std::string(columns) + ")");
+        expectANewBeginning(bytesOf(file_));
+    }
+}
+
 TEST_F(DamagedFile, IsSetAsideWithItsLogWhenItIsEmpty) {
     Worker other({name_});
     other.ask("set key 5");

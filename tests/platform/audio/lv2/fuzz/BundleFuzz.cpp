@@ -63,7 +63,7 @@ void use(const fs::path& path, Counts& counts) {
     std::vector<std::string> uris{"urn:orvalo:zoo:probe"};
     for (const auto& component : world.components()) {
         ++counts.registered;
-        uris.push_back(component.uri);
+        uris.push_back(component->uri);
     }
     for (const auto& uri : uris) {
         try {
