@@ -141,7 +141,7 @@ std::map<std::string, int> descriptorTargets(const ServiceProgram& service) {
     return counts;
 }
 
-TEST(ServiceProcess, HasOnlyItsOwnDescriptors) {
+TEST(EffectServiceProcess, HasOnlyItsOwnDescriptors) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     // The event descriptors wake the main loop and the main queue.
@@ -155,7 +155,7 @@ TEST(ServiceProcess, HasOnlyItsOwnDescriptors) {
         << ::testing::PrintToString(descriptorTargets(effect.service));
 }
 
-TEST(ServiceProcess, ClosesItsDescriptorsInChildren) {
+TEST(EffectServiceProcess, ClosesItsDescriptorsInChildren) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
     const auto folder = processFolder(effect.service) / "fdinfo";
@@ -169,7 +169,7 @@ TEST(ServiceProcess, ClosesItsDescriptorsInChildren) {
     }
 }
 
-TEST(ServiceProcess, LogsNothingInANormalRun) {
+TEST(EffectServiceProcess, LogsNothingInANormalRun) {
     HostedEffect effect(ORVALO_STAGE "/lib/lv2", "urn:tessaly:orvalo");
     effect.mustInstantiate();
     effect.renderQuantum(64);
