@@ -1,6 +1,5 @@
 #include "tests/platform/plugin-ui/bridge/EffectServices.h"
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -27,14 +26,6 @@ std::vector<pid_t> servicePids() {
 bool killService() {
     const auto pids = servicePids();
     return pids.size() == 1 && kill(pids.front(), SIGKILL) == 0;
-}
-
-BridgeLimits unhurriedLimits() {
-    BridgeLimits limits;
-    limits.hang = std::chrono::seconds(15);
-    limits.request = std::chrono::seconds(60);
-    limits.offlineWait = std::chrono::seconds(60);
-    return limits;
 }
 
 }  // namespace orvalo::testing
