@@ -7,14 +7,15 @@
 #include <vector>
 
 #include "animation/Animator.h"
+#include "tests/testing/Lines.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace orvalo {
 namespace {
 
 using enum EnumEasing;
+using orvalo::testing::Lines;
 using orvalo::testing::waitUntil;
-using Lines = std::vector<std::string>;
 
 struct Arguments {
     float source;

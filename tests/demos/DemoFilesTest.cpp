@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <span>
 #include <string>
@@ -16,9 +15,11 @@
 #include "demos/catalogue/Piece.h"
 #include "demos/sound/StereoSound.h"
 #include "tests/demos/DecodedFile.h"
+#include "tests/testing/FileBytes.h"
 #include "tests/testing/TemporaryFolder.h"
 
 using orvalo::catalogue;
+using orvalo::testing::bytesOf;
 using orvalo::testing::decode;
 using orvalo::testing::DecodedFile;
 
@@ -274,11 +275,6 @@ TEST_F(DemoFiles, HaveNoMoreCodingNoiseAtTheSeamThanElsewhere) {
         EXPECT_LE(noise(coded, composed, 0), usual + 6) << number;
         EXPECT_LE(noise(coded, composed, composed.frames() - 1024), usual + 8) << number;
     }
-}
-
-std::string bytesOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /// Runs the composer, discards its output and returns its exit status.

@@ -14,6 +14,7 @@
 #include "platform/ui/UIImageView.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/Desktop.h"
+#include "tests/testing/Lines.h"
 #include "tests/testing/LoopbackServer.h"
 #include "tests/testing/Picture.h"
 #include "tests/testing/TemporaryFolder.h"
@@ -23,7 +24,6 @@ namespace {
 
 using Connection = LoopbackServer::Connection;
 using Request = LoopbackServer::Request;
-using Lines = std::vector<std::string>;
 
 const std::string notAnAddress = "UIImageView::loadFrom() : Could not encode url string : ";
 const std::string notRead = "UIImageView::loadFrom() : Could not encode image data.";

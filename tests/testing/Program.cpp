@@ -1,4 +1,4 @@
-#include "tests/programs/play/Program.h"
+#include "tests/testing/Program.h"
 
 #include <fcntl.h>
 #include <poll.h>
