@@ -5,6 +5,8 @@
 #include <fstream>
 #include <string>
 
+#include "tests/testing/WaitUntil.h"
+
 namespace orvalo::testing {
 
 std::vector<pid_t> servicePids() {
@@ -24,8 +26,12 @@ std::vector<pid_t> servicePids() {
 }
 
 bool killService() {
-    const auto pids = servicePids();
-    return pids.size() == 1 && kill(pids.front(), SIGKILL) == 0;
+    std::vector<pid_t> pids;
+    return pollUntil([&pids] {
+               pids = servicePids();
+               return pids.size() == 1;
+           }) &&
+           kill(pids.front(), SIGKILL) == 0;
 }
 
 }  // namespace orvalo::testing

@@ -8,7 +8,8 @@ namespace orvalo::testing {
 
 /// The services that this program has started and not yet reaped.
 std::vector<pid_t> servicePids();
-/// Kills the service; false unless there is exactly one.
+/// Waits until there is exactly one service, because an earlier one may not be reaped yet, and
+/// kills it; false after a minute.
 bool killService();
 
 }  // namespace orvalo::testing
