@@ -18,8 +18,8 @@
 #include "platform/audio/output/SupervisedOutput.h"
 #include "tests/platform/audio/output/LogLines.h"
 #include "tests/platform/audio/output/RecordingSource.h"
-#include "tests/platform/audio/output/ServerProcess.h"
 #include "tests/platform/audio/output/SignalCapture.h"
+#include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WaitUntil.h"
 
