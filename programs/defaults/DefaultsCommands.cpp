@@ -198,7 +198,7 @@ void remove(const CommandLine& line) {
 }
 
 std::string fileOf(const CommandLine& line) {
-    const auto file = line.second(kStandard);
+    auto file = line.second(kStandard);
     if (file.empty()) {
         throw BadOption(line.command + " wants a file name, not an empty one.");
     }

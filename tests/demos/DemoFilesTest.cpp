@@ -282,7 +282,6 @@ int compose(const std::string& folderAndNumbers) {
     std::string command = "'" COMPOSER "' '" SOUNDFONT "' ";
     command += folderAndNumbers;
     command += " 2> /dev/null";
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the test's only thread
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

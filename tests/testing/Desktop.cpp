@@ -63,14 +63,12 @@ struct Desktop {
 
     Desktop() {
         const auto path = home.path().string();
-        // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet.
         for (const auto* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
             setenv(name, path.c_str(), 1);
         }
         setenv("GSETTINGS_BACKEND", "memory", 1);
         setenv("GTK_A11Y", "none", 1);
         unsetenv("GTK_USE_PORTAL");
-        // NOLINTEND(concurrency-mt-unsafe)
         g_set_prgname("orvalo-test");
         g_set_application_name("Orvalo");
         manager.emplace(std::vector<std::string>{"openbox", "--sm-disable"});

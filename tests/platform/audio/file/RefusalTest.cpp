@@ -102,7 +102,7 @@ TEST_F(RefusalTest, NamesFFmpegWhenNoDescriptorIsLeftToLoadIt) {
         descriptors.rlim_cur = most;
         setrlimit(RLIMIT_NOFILE, &descriptors);
         std::fprintf(stderr, "%s|", refusalOf(at("a.wav")).c_str());
-        std::exit(0);  // NOLINT(concurrency-mt-unsafe): there is one thread.
+        std::exit(0);
     };
     EXPECT_EXIT(refuse(), ::testing::ExitedWithCode(0),
                 R"(/a\.wav: FFmpeg cannot be loaded \(.*late-ffmpeg\.so: .*: )"
