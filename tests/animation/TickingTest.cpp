@@ -102,7 +102,7 @@ class Clock {
     Clock& operator=(const Clock&) = delete;
 
     /// Runs the loop for this many firings.
-    void wait(int firings) {
+    void wait(int firings) const {
         const int end = firings_ + firings;
         EXPECT_TRUE(waitUntil([&] { return firings_ >= end; }));
     }

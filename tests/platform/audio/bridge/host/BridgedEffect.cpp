@@ -13,8 +13,8 @@ LV2World& misbehavingWorld() {
 
 std::shared_ptr<BridgedAudioUnit> makeBridged(LV2World& world, const std::string& uri,
                                               const BridgeLimits& limits) {
-    const auto unit = std::make_shared<BridgedAudioUnit>(world, uri, AudioComponentDescription{},
-                                                         effectServicePath(), limits);
+    auto unit = std::make_shared<BridgedAudioUnit>(world, uri, AudioComponentDescription{},
+                                                   effectServicePath(), limits);
     unit->setRenderingOffline(true);
     return unit;
 }
