@@ -32,7 +32,8 @@ std::atomic<int> strerrorLeft{0};
 
 /// Replaces the C library's function, in which libjack's thread for notifications is when its
 /// server has died: the end of the connection leaves errno at 0.
-extern "C" char* strerror(int error) noexcept {
+extern "C" char* slowStrerror(int error) __asm__("strerror");
+char* slowStrerror(int error) {
     static auto* const original = reinterpret_cast<char* (*)(int)>(dlsym(RTLD_NEXT, "strerror"));
     if (error != 0 || !isStrerrorSlow) {
         return original(error);

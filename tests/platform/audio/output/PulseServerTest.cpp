@@ -101,7 +101,7 @@ class PulseServerTest : public ::testing::Test {
         }
     }
 
-    std::unique_ptr<SupervisedOutput> makeOutput() const {
+    static std::unique_ptr<SupervisedOutput> makeOutput() {
         std::vector<std::unique_ptr<OutputDevice>> devices;
         devices.push_back(std::make_unique<PulseDevice>());
         return std::make_unique<SupervisedOutput>(
