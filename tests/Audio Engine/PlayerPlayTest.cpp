@@ -273,7 +273,7 @@ TEST_F(PlayerPlay, TheSessionGetsItsCategoryThenItsState) {
 // On the clocked null output, as in the application.
 TEST_F(PlayerPlay, PlaysPassesInRealTime) {
     // No other thread reads the environment.
-    setenv("ORVALO_AUDIO_OUTPUT", "null", 1);  // NOLINT(concurrency-mt-unsafe)
+    setenv("ORVALO_AUDIO_OUTPUT", "null", 1);
     const auto live = std::make_shared<AUEnginePlayer>();
     const AUEnginePlayerPeer livePeer{*live};
     live->delegate = delegate;

@@ -1,4 +1,5 @@
-// Animators on their own timers and real run loops.
+// Animators on their own timers and real run loops. TickingTest.cpp has what they share with other
+// objects that tick.
 
 #include <gtest/gtest.h>
 
@@ -72,17 +73,6 @@ TEST(AnimatorTimer, StepsOncePerInterval) {
     EXPECT_EQ(steps, 4);
 }
 
-TEST(AnimatorTimer, KeepsItsIntervalUntilTheNextStart) {
-    const auto animator = animatorOf(3, 1000);
-    animator->start();
-    animator->setInterval(0.001f);
-    serveFirings(5);
-    EXPECT_EQ(animator->getValue(), 0);
-    animator->start();
-    EXPECT_TRUE(waitUntil([&] { return animator->isFinished(); }));
-    EXPECT_EQ(animator->getValue(), 3);
-}
-
 TEST(AnimatorTimer, DoesNothingWithoutARun) {
     const auto animator = std::make_shared<Animator>();
     int calls = 0;
@@ -95,76 +85,6 @@ TEST(AnimatorTimer, DoesNothingWithoutARun) {
     animator->setup(0, 1, 1);
     EXPECT_TRUE(waitUntil([&] { return animator->isFinished(); }));
     EXPECT_EQ(calls, 2);
-}
-
-TEST(AnimatorTimer, StepsTwicePerIntervalWhenStartedTwice) {
-    // On a separate thread, because the first timer ends only with its thread.
-    std::thread([] {
-        const auto animator = animatorOf(1000, 0.02f);
-        animator->start();
-        animator->start();
-        float seen = 0;
-        const auto timer = Timer::scheduledTimer(0.02, [&](const auto& fired) {
-            seen = animator->getValue();
-            fired->invalidate();
-        });
-        ASSERT_TRUE(waitUntilDue(3));
-        EXPECT_TRUE(waitUntil([&] { return seen > 0; }));
-        EXPECT_EQ(seen, 2);
-    }).join();
-}
-
-TEST(AnimatorTimer, StopEndsOnlyTheTimerOfTheLastStart) {
-    std::thread([] {
-        const auto animator = animatorOf(1000000);
-        animator->start();
-        animator->setInterval(1000);
-        animator->start();
-        EXPECT_TRUE(waitUntil([&] { return animator->getValue() >= 3; }));
-        animator->stop();
-        animator->setup(0, 1000000, 1000000);
-        EXPECT_TRUE(waitUntil([&] { return animator->getValue() >= 3; }));
-    }).join();
-}
-
-TEST(AnimatorTimer, HoldsTheAnimatorUntilItsEnd) {
-    std::weak_ptr<Animator> watched;
-    int ends = 0;
-    {
-        const auto animator = animatorOf(5);
-        animator->onFinished = [&ends](const auto&, float) { ++ends; };
-        animator->start();
-        watched = animator;
-    }
-    EXPECT_FALSE(watched.expired());
-    EXPECT_TRUE(waitUntil([&] { return ends == 1; }));
-    EXPECT_TRUE(watched.expired());
-}
-
-TEST(AnimatorTimer, StopReleasesTheAnimator) {
-    auto animator = animatorOf(5);
-    animator->start();
-    const std::weak_ptr<Animator> watched = animator;
-    Animator* const bare = animator.get();
-    // Now only the timer holds it.
-    animator.reset();
-    bare->stop();
-    EXPECT_TRUE(watched.expired());
-}
-
-TEST(AnimatorTimer, MayBeStoppedFromItsCallback) {
-    const auto animator = animatorOf(100);
-    int steps = 0;
-    animator->onAnimation = [&steps](const auto& self, float) {
-        if (++steps == 3) {
-            self->stop();
-        }
-    };
-    animator->start();
-    EXPECT_TRUE(waitUntil([&] { return steps == 3; }));
-    serveFirings(5);
-    EXPECT_EQ(steps, 3);
-    EXPECT_TRUE(animator->isFinished());
 }
 
 TEST(AnimatorTimer, MayBeRestartedFromItsCallback) {
@@ -182,19 +102,6 @@ TEST(AnimatorTimer, MayBeRestartedFromItsCallback) {
     EXPECT_EQ(ends, (std::vector<float>{2, 20, 200}));
     serveFirings(5);
     EXPECT_TRUE(animator->isFinished());
-}
-
-TEST(AnimatorTimer, CallbackMayReleaseTheAnimator) {
-    auto animator = animatorOf(100);
-    const std::weak_ptr<Animator> watched = animator;
-    animator->onAnimation = [&animator](const auto& self, float value) {
-        if (value == 3) {
-            self->stop();
-            animator.reset();
-        }
-    };
-    animator->start();
-    EXPECT_TRUE(waitUntil([&] { return watched.expired(); }));
 }
 
 TEST(AnimatorTimer, CallbackMayStopAnotherAnimator) {
@@ -223,18 +130,6 @@ TEST(AnimatorTimer, StepsAnimatorsInOrderOfTheirStarts) {
     ASSERT_TRUE(waitUntilDue(3));
     EXPECT_TRUE(waitUntil([&] { return order.size() == 3; }));
     EXPECT_EQ(order, "abc");
-}
-
-TEST(AnimatorTimer, EndsWithItsThread) {
-    std::weak_ptr<Animator> watched;
-    std::thread([&watched] {
-        const auto animator = animatorOf(1000000);
-        animator->start();
-        animator->start();
-        watched = animator;
-        EXPECT_TRUE(waitUntil([&] { return animator->getValue() >= 3; }));
-    }).join();
-    EXPECT_TRUE(watched.expired());
 }
 
 }  // namespace

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "animation/Animator.h"
+#include "tests/testing/Lines.h"
 
 namespace orvalo::testing {
 
-using Lines = std::vector<std::string>;
 using Members = std::vector<std::shared_ptr<Animator>>;
 
 /// An animator of `frames` frames, at least one, whose value is the number of its current frame.

@@ -1,4 +1,4 @@
-// The timer and the lifetime of stacks, chains, sequencers and impulses.
+// The timer and the lifetime of animators, stacks, chains, sequencers and impulses.
 #include "animation/Ticking.h"
 
 #include <gtest/gtest.h>
@@ -35,6 +35,14 @@ constexpr float kShort = 0.002F;
 /// Makes each kind tick for ever.
 template <typename Kind>
 struct Kit;
+
+template <>
+struct Kit<Animator> {
+    static void setInterval(Animator& animator, float interval) {
+        animator.setup(0.0F, 1.0F, 1'000'000'000, interval);
+    }
+    static void fill(Animator& /*animator*/) {}
+};
 
 template <>
 struct Kit<AnimatorStack> {
@@ -94,7 +102,7 @@ class Clock {
     Clock& operator=(const Clock&) = delete;
 
     /// Runs the loop for this many firings.
-    void wait(int firings) {
+    void wait(int firings) const {
         const int end = firings_ + firings;
         EXPECT_TRUE(waitUntil([&] { return firings_ >= end; }));
     }
@@ -107,7 +115,7 @@ class Clock {
 template <typename Kind>
 class Ticking : public ::testing::Test {};
 
-using Kinds = ::testing::Types<AnimatorStack, AnimatorChain, AnimationSequencer, Impulse>;
+using Kinds = ::testing::Types<Animator, AnimatorStack, AnimatorChain, AnimationSequencer, Impulse>;
 TYPED_TEST_SUITE(Ticking, Kinds);
 
 TYPED_TEST(Ticking, TicksUntilItIsStopped) {

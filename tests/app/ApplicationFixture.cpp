@@ -1,10 +1,10 @@
 #include "tests/app/ApplicationFixture.h"
 
 #include <X11/Xlib.h>
-#include <gio/gio.h>
 
 #include <algorithm>
 
+#include "tests/testing/SessionBus.h"
 #include "tests/testing/WaitUntil.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -21,20 +21,6 @@ int __lsan_is_turned_off() {
 namespace orvalo::testing {
 
 namespace {
-
-/// The session bus and with it the accessibility bus.
-void startSession() {
-    static auto* const bus = [] {
-        const std::string display = g_getenv("DISPLAY");
-        auto* made = g_test_dbus_new(G_TEST_DBUS_NONE);
-        g_test_dbus_add_service_dir(made, "/usr/share/dbus-1/services");
-        g_test_dbus_up(made);
-        // g_test_dbus_up() unsets DISPLAY.
-        g_setenv("DISPLAY", display.c_str(), TRUE);
-        return made;
-    }();
-    (void)bus;
-}
 
 constexpr const char* kName = "^Orvalo$";
 
@@ -119,7 +105,7 @@ constexpr const char* kEndOfScreen = "ViewController: The app's resources path i
 
 ApplicationFixture::ApplicationFixture() {
     startDesktop();
-    startSession();
+    startSessionBus();
     environment = {{"ORVALO_AUDIO_OUTPUT", "null"},
                    {"LV2_PATH", "/nowhere"},
                    {"GTK_A11Y", "atspi"},

@@ -8,13 +8,12 @@
 #include <vector>
 
 #include "tests/app/AccessibleTree.h"
-#include "tests/programs/play/Program.h"
 #include "tests/testing/Desktop.h"
+#include "tests/testing/Lines.h"
+#include "tests/testing/Program.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {
-
-using Lines = std::vector<std::string>;
 
 /// A window's rectangle on the display, in pixels.
 struct ApplicationPlace {

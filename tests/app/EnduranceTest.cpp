@@ -20,7 +20,6 @@ constexpr bool kIsSanitized = false;
 /// The number of application starts: 100, fewer under a sanitizer, or ORVALO_TEST_STARTS of the
 /// environment.
 int applicationStarts() {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): no thread changes the environment.
     const char* stated = std::getenv("ORVALO_TEST_STARTS");
     return stated != nullptr ? std::stoi(stated) : kIsSanitized ? 6 : 100;
 }

@@ -11,6 +11,7 @@
 #include "platform/ui/UIStoryboard.h"
 #include "platform/ui/UIWindow.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/Lines.h"
 
 namespace orvalo {
 
@@ -38,8 +39,6 @@ struct HelpViewControllerPeer {
 }  // namespace orvalo
 
 namespace orvalo::testing {
-
-using Lines = std::vector<std::string>;
 
 /// The screens of the application's layout, on a display.
 class ScreenFixture : public ::testing::Test {

@@ -7,7 +7,6 @@ namespace orvalo {
 namespace {
 
 const char* chosenSite() {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): before main() there is one thread.
     const char* site = std::getenv("ORVALO_TEST_SITE");
     return site == nullptr ? "https://orvalo.example" : site;
 }

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <span>
 #include <string>
@@ -16,9 +15,11 @@
 #include "demos/catalogue/Piece.h"
 #include "demos/sound/StereoSound.h"
 #include "tests/demos/DecodedFile.h"
+#include "tests/testing/FileBytes.h"
 #include "tests/testing/TemporaryFolder.h"
 
 using orvalo::catalogue;
+using orvalo::testing::bytesOf;
 using orvalo::testing::decode;
 using orvalo::testing::DecodedFile;
 
@@ -276,17 +277,11 @@ TEST_F(DemoFiles, HaveNoMoreCodingNoiseAtTheSeamThanElsewhere) {
     }
 }
 
-std::string bytesOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /// Runs the composer, discards its output and returns its exit status.
 int compose(const std::string& folderAndNumbers) {
     std::string command = "'" COMPOSER "' '" SOUNDFONT "' ";
     command += folderAndNumbers;
     command += " 2> /dev/null";
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the test's only thread
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

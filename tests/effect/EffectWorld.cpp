@@ -19,7 +19,7 @@ EffectWorld::EffectWorld() : world_(lilv_world_new()) {
     if (plugin_ == nullptr) {
         static_cast<void>(
             std::fputs("The effect's bundle is not on " EFFECT_LV2_PATH "\n", stderr));
-        std::exit(1);  // NOLINT(concurrency-mt-unsafe): the program's only thread
+        std::exit(1);
     }
 }
 

@@ -141,8 +141,8 @@ class Fuzzer {
 
 TEST(Fuzz, AnyInputGivesFiniteSoundAndPairedNotes) {
     // Run more seeds by hand with this variable.
-    const char* asked = std::getenv("ORVALO_EFFECT_FUZZ_SEEDS");  // NOLINT(concurrency-mt-unsafe)
-    const int seeds = asked == nullptr ? 12 : std::atoi(asked);   // NOLINT(cert-err34-c)
+    const char* asked = std::getenv("ORVALO_EFFECT_FUZZ_SEEDS");
+    const int seeds = asked == nullptr ? 12 : std::atoi(asked);  // NOLINT(cert-err34-c)
     for (int seed = 1; seed <= seeds && !testing::Test::HasFatalFailure(); ++seed) {
         SCOPED_TRACE(seed);
         Fuzzer(static_cast<std::uint32_t>(seed)).run(150);

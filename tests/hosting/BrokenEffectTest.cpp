@@ -6,7 +6,7 @@ namespace {
 
 class BrokenEffect : public ManagerFixture {
   protected:
-    BrokenEffect() : ManagerFixture(HEART_LV2_PATH) {}
+    BrokenEffect() : ManagerFixture(ORVALO_PLAYER_LV2_PATH) {}
 };
 
 TEST_F(BrokenEffect, PrintsItsDescriptionBeforeTheError) {

@@ -11,7 +11,7 @@ namespace orvalo::testing {
 
 ManagerFixture::ManagerFixture(const char* effectsPath) {
     // No other thread reads the environment.
-    setenv("LV2_PATH", effectsPath, 1);  // NOLINT(concurrency-mt-unsafe)
+    setenv("LV2_PATH", effectsPath, 1);
 }
 
 ManagerFixture::~ManagerFixture() = default;

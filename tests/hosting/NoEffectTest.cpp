@@ -10,7 +10,7 @@ const std::string kNoneFound = "ERROR: There were no audio units found.";
 
 class NoEffect : public ManagerFixture {
   protected:
-    NoEffect() : ManagerFixture(HEART_LV2_PATH) {}
+    NoEffect() : ManagerFixture(ORVALO_PLAYER_LV2_PATH) {}
 
     /// A manager whose search has failed.
     AUExtensionManagerPeer searched() {

@@ -11,8 +11,8 @@ class Orvalo : public ::testing::Test {
   protected:
     Orvalo() {
         // No other thread reads the environment.
-        setenv("LV2_PATH", HEART_LV2_PATH, 1);     // NOLINT(concurrency-mt-unsafe)
-        setenv("ORVALO_AUDIO_OUTPUT", "null", 1);  // NOLINT(concurrency-mt-unsafe)
+        setenv("LV2_PATH", ORVALO_PLAYER_LV2_PATH, 1);
+        setenv("ORVALO_AUDIO_OUTPUT", "null", 1);
     }
 };
 

@@ -10,7 +10,7 @@ namespace {
 
 class TwoEffects : public ManagerFixture {
   protected:
-    TwoEffects() : ManagerFixture(HEART_LV2_PATH) {}
+    TwoEffects() : ManagerFixture(ORVALO_PLAYER_LV2_PATH) {}
 
     static Lines found() {
         return Lines({kNote, "AUExtensionManager: Loaded component has following properties."}) +

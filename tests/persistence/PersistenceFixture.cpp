@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "support/FileLocations.h"
-#include "tests/programs/play/Staged.h"
+#include "tests/testing/Staged.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {

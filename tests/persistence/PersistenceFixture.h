@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "persistence/PersistentAppData.h"
-#include "tests/programs/play/Program.h"
+#include "tests/testing/Program.h"
 
 namespace orvalo::testing {
 

@@ -82,7 +82,7 @@ void execute(const std::string& command, Words& words) {
         sharedContainer = words.take();
     } else {
         std::fprintf(stderr, "persistence_peer: %s?\n", command.c_str());
-        std::exit(2);  // NOLINT(concurrency-mt-unsafe): there is one thread.
+        std::exit(2);
     }
 }
 

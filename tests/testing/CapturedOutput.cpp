@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <sstream>
 
@@ -25,11 +26,11 @@ CapturedOutput::~CapturedOutput() {
 
 std::string CapturedOutput::text() const {
     std::string result;
-    char chunk[4096];
+    std::array<char, 4096> chunk{};
     off_t offset = 0;
-    for (ssize_t count = 0; (count = pread(file_, chunk, sizeof chunk, offset)) > 0;
+    for (ssize_t count = 0; (count = pread(file_, chunk.data(), chunk.size(), offset)) > 0;
          offset += count) {
-        result.append(chunk, static_cast<std::size_t>(count));
+        result.append(chunk.data(), static_cast<std::size_t>(count));
     }
     return result;
 }

@@ -2,16 +2,15 @@
 
 #include <adwaita.h>
 #include <gtest/gtest.h>
-#include <sys/prctl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
+#include <optional>
 #include <sstream>
 
 #include "platform/foundation/GLibPointer.h"
+#include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/XServer.h"
 
@@ -28,20 +27,6 @@ std::vector<char*> textsOf(std::vector<std::string>& arguments) {
     std::transform(arguments.begin(), arguments.end(), texts.begin(),
                    [](auto& argument) { return argument.data(); });
     return texts;
-}
-
-/// Starts a program that ends when the test does.
-GPid start(std::vector<std::string> arguments) {
-    auto texts = textsOf(arguments);
-    GPid process = 0;
-    GError* error = nullptr;
-    g_spawn_async(
-        nullptr, texts.data(), nullptr,
-        static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
-                                 G_SPAWN_STDERR_TO_DEV_NULL | G_SPAWN_DO_NOT_REAP_CHILD),
-        [](gpointer) { prctl(PR_SET_PDEATHSIG, SIGTERM); }, nullptr, &process, &error);
-    EXPECT_EQ(error, nullptr) << error->message;
-    return process;
 }
 
 /// GTK looks for the window manager when it starts, and rarely again.
@@ -74,20 +59,19 @@ void waitForWindowManager() {
 struct Desktop {
     TemporaryFolder home;
     XServer server{"1280x960x24"};
+    std::optional<ServerProcess> manager;
 
     Desktop() {
         const auto path = home.path().string();
-        // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs yet.
         for (const auto* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
             setenv(name, path.c_str(), 1);
         }
         setenv("GSETTINGS_BACKEND", "memory", 1);
         setenv("GTK_A11Y", "none", 1);
         unsetenv("GTK_USE_PORTAL");
-        // NOLINTEND(concurrency-mt-unsafe)
         g_set_prgname("orvalo-test");
         g_set_application_name("Orvalo");
-        start({"openbox", "--sm-disable"});
+        manager.emplace(std::vector<std::string>{"openbox", "--sm-disable"});
         waitForWindowManager();
         gtk_init();
         adw_init();

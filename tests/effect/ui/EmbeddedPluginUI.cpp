@@ -21,7 +21,6 @@ const LV2UI_Descriptor* load() {
     // Never unloaded, as in many hosts.
     static void* const library = dlopen(EFFECT_BUNDLE "orvalo-ui.so", RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): the program's only thread
         throw std::runtime_error(dlerror());
     }
     const auto find =

@@ -22,13 +22,13 @@ class WindowFixture : public ::testing::Test {
 };
 
 /// A host window with the plug-in UI embedded and drawn.
-class PluginUIFixture : public WindowFixture {
+class EmbeddedUIFixture : public WindowFixture {
   protected:
     using Parameter = effect::Parameter;
     using Writes = std::vector<PortWrite>;
     using Touches = std::vector<std::string>;
 
-    PluginUIFixture() : pluginUI(host) {
+    EmbeddedUIFixture() : pluginUI(host) {
         pluginUI.settle();
         layout = pluginUI.layout();
     }

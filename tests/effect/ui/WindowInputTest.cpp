@@ -7,7 +7,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-class WindowInputTest : public PluginUIFixture {
+class WindowInputTest : public EmbeddedUIFixture {
   protected:
     void clickIn(const orvalo::effect::ui::Rect& area) {
         host.click(area.centerX(), area.centerY());

@@ -12,7 +12,7 @@ using orvalo::effect::ui::Section;
 
 constexpr std::uint32_t accent = 0x5FC9B8;
 
-class WindowPictureTest : public PluginUIFixture {
+class WindowPictureTest : public EmbeddedUIFixture {
   protected:
     XWindowAttributes attributes() const {
         XWindowAttributes result{};

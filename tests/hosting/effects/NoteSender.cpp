@@ -108,6 +108,6 @@ constexpr std::array<LV2_Descriptor, 2> kDescriptors{descriptor("urn:orvalo-test
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     return index < kDescriptors.size() ? &kDescriptors[index] : nullptr;
 }

@@ -116,10 +116,8 @@ TEST_F(FileManagerTest, CreatesNothingOnTheWeb) {
     const auto home = orvalo::testing::ProgramFolder::makeFolder() / "home";
     fs::create_directories(home / "settings");
     std::ofstream(home / "settings/user-dirs.dirs") << settings;
-    // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
     setenv("HOME", home.c_str(), 1);
     setenv("XDG_CONFIG_HOME", (home / "settings").c_str(), 1);
-    // NOLINTEND(concurrency-mt-unsafe)
     const auto urls = FileManager::default_().urls(SearchPathDirectory::documentDirectory,
                                                    SearchPathDomainMask::userDomainMask);
     for (const auto& url : urls) {

@@ -37,6 +37,7 @@ TEST(ProcessInfo, GloballyUniqueStringsOfManyThreadsDiffer) {
     std::mutex mutex;
     std::set<std::string> seen;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int index = 0; index < 4; ++index) {
         threads.emplace_back([&] {
             for (std::size_t count = 0; count < kEach; ++count) {

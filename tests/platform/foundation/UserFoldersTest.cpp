@@ -16,10 +16,8 @@ using Folder = fs::path (*)();
 
 /// Prints the folder to standard error under that environment and ends the process.
 [[noreturn]] void report(Folder folder, const char* variable, const char* value) {
-    // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
     setenv("HOME", "/home/user", 1);
     setenv(variable, value, 1);
-    // NOLINTEND(concurrency-mt-unsafe)
     std::cerr << folder().string();
     std::_Exit(0);
 }

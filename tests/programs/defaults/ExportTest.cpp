@@ -6,6 +6,7 @@
 #include "programs/defaults/format/JSONForm.h"
 #include "tests/programs/defaults/FormFixtures.h"
 #include "tests/programs/defaults/ToolFixture.h"
+#include "tests/testing/FileBytes.h"
 
 namespace orvalo::testing {
 namespace {
@@ -38,7 +39,7 @@ TEST_F(DefaultsExportTest, ALinkIsFollowed) {
     file("target", "before");
     expectSilence({"export", "d", path("link")});
     EXPECT_TRUE(fs::is_symlink(path("link")));
-    EXPECT_EQ(contents(path("target")), json);
+    EXPECT_EQ(bytesOf(path("target")), json);
 }
 
 TEST_F(DefaultsExportTest, AFileThatCannotBeWrittenIsNamedAndUntouched) {
@@ -61,7 +62,7 @@ TEST_F(DefaultsExportTest, AFileWithoutRoomIsUnchanged) {
     EXPECT_THAT(end.error, ::testing::HasSubstr(path("place/out")));
     EXPECT_THAT(end.error, ::testing::HasSubstr("File too large"));
     EXPECT_EQ(end.status, 1);
-    EXPECT_EQ(contents(path("place/out")), "before");
+    EXPECT_EQ(bytesOf(path("place/out")), "before");
     EXPECT_EQ(std::distance(fs::directory_iterator(path("place")), {}), 1);
 }
 

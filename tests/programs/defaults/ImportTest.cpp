@@ -118,6 +118,7 @@ TEST_F(DefaultsImportTest, SimultaneousImportsAreNeverMixed) {
     constexpr int kWriters = 3;
     constexpr int kRounds = 15;
     std::vector<std::string> states;
+    states.reserve(kWriters);
     for (int writer = 0; writer < kWriters; ++writer) {
         states.push_back(uniform(kKeys + writer, writer) + "\n");
         file("in" + std::to_string(writer), states.back());

@@ -1,9 +1,8 @@
 #include "tests/programs/defaults/ToolFixture.h"
 
 #include <fstream>
-#include <iterator>
 
-#include "tests/programs/play/Staged.h"
+#include "tests/testing/Staged.h"
 
 namespace orvalo::testing {
 
@@ -58,11 +57,6 @@ void ToolFixture::expectRefusal(const std::vector<std::string>& arguments, const
 std::string ToolFixture::file(const std::string& name, const std::string& text) const {
     std::ofstream(path(name), std::ios::binary) << text;
     return path(name);
-}
-
-std::string contents(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 }  // namespace orvalo::testing

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/programs/play/Program.h"
+#include "tests/testing/Program.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {
@@ -45,8 +45,5 @@ class ToolFixture : public ::testing::Test {
   private:
     static End ended(Program& program);
 };
-
-/// The content of a file.
-std::string contents(const std::string& path);
 
 }  // namespace orvalo::testing

@@ -1,5 +1,4 @@
 // The program orvalo-easing, used by pointer, keyboard and assistive technology.
-#include <gio/gio.h>
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -14,9 +13,11 @@
 #include "animation/EasingCurve.h"
 #include "tests/app/AccessibleTree.h"
 #include "tests/app/Screenshot.h"
-#include "tests/programs/play/Program.h"
-#include "tests/programs/play/Staged.h"
 #include "tests/testing/Desktop.h"
+#include "tests/testing/Lines.h"
+#include "tests/testing/Program.h"
+#include "tests/testing/SessionBus.h"
+#include "tests/testing/Staged.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {
@@ -28,8 +29,6 @@ using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 using ::testing::Not;
 
-using Lines = std::vector<std::string>;
-
 constexpr auto kStillness =
     "The desktop asks for less motion: only the end of each movement is shown.";
 
@@ -37,21 +36,6 @@ void write(const std::filesystem::path& file, const std::string& text) {
     std::filesystem::create_directories(file.parent_path());
     std::ofstream(file) << text;
 }
-
-/// A session bus, on which the program finds the accessibility bus.
-class SessionBus {
-  public:
-    SessionBus() {
-        // g_test_dbus_up() unsets DISPLAY.
-        const std::string display = g_getenv("DISPLAY");
-        g_test_dbus_add_service_dir(bus_, "/usr/share/dbus-1/services");
-        g_test_dbus_up(bus_);
-        g_setenv("DISPLAY", display.c_str(), TRUE);
-    }
-
-  private:
-    GTestDBus* bus_ = g_test_dbus_new(G_TEST_DBUS_NONE);  // Leaked: in use until the program ends.
-};
 
 void key(const std::string& name) {
     act({"key", name});
@@ -67,7 +51,7 @@ class EasingWindowTest : public ::testing::Test {
   protected:
     EasingWindowTest() {
         startDesktop();
-        static const SessionBus bus;
+        startSessionBus();
     }
 
     ~EasingWindowTest() override {

@@ -12,12 +12,10 @@ using namespace orvalo;
 /// Writes the readable places to standard error, with all XDG variables set to folder, and ends the
 /// process.
 [[noreturn]] void reportReadable(const char* folder) {
-    // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
     setenv("HOME", "/home/user", 1);
     for (const auto* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
         setenv(variable, folder, 1);
     }
-    // NOLINTEND(concurrency-mt-unsafe)
     for (const auto& place : effectPlaces({}, "/files").readable) {
         const auto path = place.string();
         if (path.find("fontconfig") != std::string::npos || path.ends_with("themes")) {

@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/programs/play/Program.h"
-#include "tests/programs/play/Staged.h"
+#include "tests/testing/Lines.h"
+#include "tests/testing/Program.h"
+#include "tests/testing/Staged.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WavFile.h"
 
@@ -16,8 +17,6 @@ namespace orvalo::testing {
 /// orvalo-play on the null output with only the application's effect.
 class PlayFixture : public ::testing::Test {
   protected:
-    using Lines = std::vector<std::string>;
-
     struct End {
         int status = 0;
         Lines output;

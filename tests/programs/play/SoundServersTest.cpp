@@ -12,8 +12,8 @@
 #include <mutex>
 #include <thread>
 
-#include "tests/platform/audio/output/ServerProcess.h"
 #include "tests/programs/play/PlayFixture.h"
+#include "tests/testing/ServerProcess.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {

@@ -14,6 +14,7 @@
 #include "platform/ui/UIImageView.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/Desktop.h"
+#include "tests/testing/Lines.h"
 #include "tests/testing/LoopbackServer.h"
 #include "tests/testing/Picture.h"
 #include "tests/testing/TemporaryFolder.h"
@@ -23,7 +24,6 @@ namespace {
 
 using Connection = LoopbackServer::Connection;
 using Request = LoopbackServer::Request;
-using Lines = std::vector<std::string>;
 
 const std::string notAnAddress = "UIImageView::loadFrom() : Could not encode url string : ";
 const std::string notRead = "UIImageView::loadFrom() : Could not encode image data.";
@@ -34,8 +34,6 @@ const std::string fetched = "Fetched image successfully";
 void serve(const Request& request, const Connection& connection) {
     if (request.path == "/picture.png") {
         connection.answer(200, "image/png", pngFile(20, 10));
-    } else if (request.path == "/moved") {
-        connection.answer(302, "text/plain", "", "Location: /picture.png\r\n");
     } else if (request.path == "/large.png") {
         connection.answer(200, "image/png", pngFile(3000, 2000));
     } else if (request.path == "/text") {
@@ -129,12 +127,6 @@ TEST_F(LoadFrom, KeepsTheImageForOtherContent) {
     loadFrom(view, server.address("/text"));
     EXPECT_EQ(linesAfter(1), Lines{always});
     EXPECT_EQ(shownSize(), (CGSize{1, 1}));
-}
-
-TEST_F(LoadFrom, FollowsRedirections) {
-    loadFrom(view, server.address("/moved"));
-    EXPECT_EQ(linesAfter(1), Lines{always});
-    EXPECT_EQ(shownSize(), (CGSize{20, 10}));
 }
 
 TEST_F(LoadFrom, AcceptsLargePictures) {

@@ -21,11 +21,9 @@ using ::testing::HasSubstr;
 class EffectLoadingTest : public ::testing::Test {
   protected:
     // The program has one thread.
-    // NOLINTBEGIN(concurrency-mt-unsafe)
     static void set(const char* value) { setenv("ORVALO_EFFECT_LOADING", value, 1); }
     static void unset() { unsetenv("ORVALO_EFFECT_LOADING"); }
     ~EffectLoadingTest() override { unset(); }
-    // NOLINTEND(concurrency-mt-unsafe)
 };
 
 TEST_F(EffectLoadingTest, FollowsTheEnvironmentVariable) {

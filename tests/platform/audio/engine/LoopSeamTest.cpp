@@ -15,7 +15,7 @@ class LoopSeamTest : public EngineFixture {
     std::filesystem::path coded(const std::string& extension, std::uint32_t rate,
                                 std::uint32_t channels, std::size_t frames) {
         const auto source = wav("source.wav", rate, noise(channels, frames, rate + channels));
-        const auto target = folder.path() / ("coded." + extension);
+        auto target = folder.path() / ("coded." + extension);
         const auto command =
             "ffmpeg -v error -y -i '" + source.string() + "' '" + target.string() + "' </dev/null";
         EXPECT_EQ(std::system(command.c_str()), 0);

@@ -85,7 +85,7 @@ TEST_F(PlayerTest, APassQueuedByACompletionJoinsWithoutAGap) {
     player->scheduleFile(file, {}, again);
     engine->connect(player, engine->mainMixerNode(), {});
     player->play();
-    EXPECT_EQ(render(5 * 12345), repeated(pass, 5));
+    EXPECT_EQ(render(std::size_t{5} * 12345), repeated(pass, 5));
     EXPECT_EQ(player->underrunCount(), 0U);
 }
 
@@ -205,8 +205,8 @@ TEST_F(PlayerTest, AConvertingPlayerRendersLargeQuantaOffline) {
              {48000, 8000}, {32000, 8000}, {32000, 16000}, {192000, 8000}}) {
         start({to, 1});
         engine->connect(player, engine->mainMixerNode(), AVAudioFormat{to, 1});
-        player->scheduleFile(open(wav("long.wav", from, {std::vector<float>(from * 2, 0.5F)})), {},
-                             {});
+        player->scheduleFile(
+            open(wav("long.wav", from, {std::vector<float>(std::size_t{from} * 2, 0.5F)})), {}, {});
         player->play();
         const auto rendered = render(static_cast<std::size_t>(to));
         for (std::size_t frame = 200; frame < rendered[0].size(); ++frame) {

@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <iterator>
 #include <limits>
-#include <random>
 #include <stdexcept>
 
 #include "platform/foundation/NSError.h"
@@ -17,12 +15,6 @@ namespace orvalo::testing {
 namespace {
 
 constexpr double kTwoPi = 6.283185307179586;
-
-void append(std::string& bytes, std::uint64_t value, std::size_t count) {
-    for (std::size_t index = 0; index < count; ++index) {
-        bytes.push_back(static_cast<char>(value >> (8 * index) & 0xFFU));
-    }
-}
 
 }  // namespace
 
@@ -38,39 +30,6 @@ Channels risingSines(double rate, std::size_t channels, std::size_t frames) {
         }
     }
     return signal;
-}
-
-Channels noise(std::size_t channels, std::size_t frames) {
-    std::mt19937 random(7);
-    std::uniform_real_distribution<float> sample(-0.3F, 0.3F);
-    Channels signal(channels, std::vector<float>(frames));
-    for (auto& channel : signal) {
-        std::ranges::generate(channel, [&] { return sample(random); });
-    }
-    return signal;
-}
-
-void writeWav(const std::filesystem::path& path, const Channels& signal, double rate) {
-    const auto frames = signal.front().size();
-    const auto frameBytes = 2 * signal.size();
-    std::string bytes = "RIFF";
-    append(bytes, 36 + frames * frameBytes, 4);
-    bytes += "WAVEfmt ";
-    append(bytes, 16, 4);
-    append(bytes, 1, 2);
-    append(bytes, signal.size(), 2);
-    append(bytes, static_cast<std::uint64_t>(rate), 4);
-    append(bytes, static_cast<std::uint64_t>(rate) * frameBytes, 4);
-    append(bytes, frameBytes, 2);
-    append(bytes, 16, 2);
-    bytes += "data";
-    append(bytes, frames * frameBytes, 4);
-    for (std::size_t frame = 0; frame < frames; ++frame) {
-        for (const auto& channel : signal) {
-            append(bytes, static_cast<std::uint64_t>(std::lround(channel[frame] * 32768.0F)), 2);
-        }
-    }
-    writeBytes(path, bytes);
 }
 
 void encode(const std::filesystem::path& from, const std::filesystem::path& to,
@@ -99,7 +58,7 @@ void writeEncoded(const std::filesystem::path& path, const Channels& signal, dou
                   const std::vector<std::string>& arguments) {
     auto wav = path;
     wav += ".source.wav";
-    writeWav(wav, signal, rate);
+    writeWav(wav, static_cast<std::uint32_t>(rate), signal);
     encode(wav, path, arguments);
 }
 
@@ -127,15 +86,6 @@ std::string refusalOf(const std::filesystem::path& path) {
         return error.localizedDescription();
     }
     return "";
-}
-
-std::string bytesOf(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
 }
 
 double agreement(const Channels& original, const Channels& heard, std::size_t from, std::size_t to,

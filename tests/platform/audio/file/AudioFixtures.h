@@ -6,19 +6,15 @@
 #include <vector>
 
 #include "platform/audio/file/AVAudioFile.h"
+#include "tests/testing/FileBytes.h"
+#include "tests/testing/WavFile.h"
 
 namespace orvalo::testing {
 
-using Channels = std::vector<std::vector<float>>;
+using Channels = Signal;
 
 /// Two rising sines, different in each channel, that reveal every shift. Peak 0.6.
 Channels risingSines(double rate, std::size_t channels, std::size_t frames);
-
-/// Noise. Peak 0.3.
-Channels noise(std::size_t channels, std::size_t frames);
-
-/// Writes the samples, rounded, as a WAV file of 16 bits.
-void writeWav(const std::filesystem::path& path, const Channels& signal, double rate);
 
 /// Converts one file (or a colour, "color=...") to another by ffmpeg with these arguments. Throws
 /// when that fails.
@@ -36,9 +32,6 @@ Channels readOn(AVAudioFile& file, std::uint32_t bufferFrames = 4096);
 
 /// The error of opening the file; "" when it opens.
 std::string refusalOf(const std::filesystem::path& path);
-
-std::string bytesOf(const std::filesystem::path& path);
-void writeBytes(const std::filesystem::path& path, const std::string& bytes);
 
 /// Signal to noise of heard against original in frames [from, to), in dB. heard is late by lag.
 double agreement(const Channels& original, const Channels& heard, std::size_t from, std::size_t to,

@@ -23,7 +23,7 @@ class OpenLengthTest : public ::testing::Test {
 
 // A recorder that writes into a stream cannot state the length afterwards.
 TEST_F(OpenLengthTest, AWaveFileWithAnOpenSizeLastsToItsEnd) {
-    writeWav(at("whole.wav"), signal_, 48000.0);
+    writeWav(at("whole.wav"), 48000, signal_);
     const auto whole = readOn(*open(at("whole.wav")));
     const auto bytes = bytesOf(at("whole.wav"));
     for (const auto& size : {std::string(4, '\0'), std::string(4, '\xFF')}) {
@@ -36,7 +36,7 @@ TEST_F(OpenLengthTest, AWaveFileWithAnOpenSizeLastsToItsEnd) {
 }
 
 TEST_F(OpenLengthTest, ChunksAfterTheDataAreNotPlayed) {
-    writeWav(at("a.wav"), signal_, 48000.0);
+    writeWav(at("a.wav"), 48000, signal_);
     writeBytes(at("a.wav"),
                bytesOf(at("a.wav")) + std::string("LIST\x40\0\0\0", 8) + std::string(64, 'x'));
     EXPECT_EQ(open(at("a.wav"))->length(), static_cast<std::int64_t>(kFrames));
@@ -86,7 +86,7 @@ TEST_F(OpenLengthTest, OtherContainersAreRead) {
 
 TEST_F(OpenLengthTest, CoverArtIsIgnored) {
     encode("color=red:size=64x64:duration=0.1", at("cover.png"), {"-frames:v", "1"});
-    writeWav(at("a.wav"), signal_, 44100.0);
+    writeWav(at("a.wav"), 44100, signal_);
     for (const auto* name : {"a.m4a", "a.mp3", "a.flac"}) {
         SCOPED_TRACE(name);
         encode(at("a.wav"), at(name),

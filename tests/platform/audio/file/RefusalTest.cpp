@@ -102,7 +102,7 @@ TEST_F(RefusalTest, NamesFFmpegWhenNoDescriptorIsLeftToLoadIt) {
         descriptors.rlim_cur = most;
         setrlimit(RLIMIT_NOFILE, &descriptors);
         std::fprintf(stderr, "%s|", refusalOf(at("a.wav")).c_str());
-        std::exit(0);  // NOLINT(concurrency-mt-unsafe): there is one thread.
+        std::exit(0);
     };
     EXPECT_EXIT(refuse(), ::testing::ExitedWithCode(0),
                 R"(/a\.wav: FFmpeg cannot be loaded \(.*late-ffmpeg\.so: .*: )"
@@ -150,21 +150,21 @@ TEST_F(RefusalTest, RefusesAFilmWithoutSound) {
 }
 
 TEST_F(RefusalTest, RefusesAFileWithoutFrames) {
-    writeWav(at("none.wav"), {{}, {}}, 44100.0);
+    writeWav(at("none.wav"), 44100, {{}, {}});
     expectRefused(at("none.wav"), "holds no sound that can be decoded");
 }
 
 TEST_F(RefusalTest, RefusesMoreThan32Channels) {
-    writeWav(at("many.wav"), Channels(33, std::vector<float>(1000)), 44100.0);
+    writeWav(at("many.wav"), 44100, Channels(33, std::vector<float>(1000)));
     expectRefused(at("many.wav"), "has 33 channels, more than 32");
-    writeWav(at("enough.wav"), Channels(32, std::vector<float>(1000)), 44100.0);
+    writeWav(at("enough.wav"), 44100, Channels(32, std::vector<float>(1000)));
     EXPECT_EQ(refusalOf(at("enough.wav")), "");
 }
 
 TEST_F(RefusalTest, RefusesSampleRatesOutside1000To768000Hz) {
-    writeWav(at("slow.wav"), Channels(1, std::vector<float>(1000)), 999.0);
+    writeWav(at("slow.wav"), 999, Channels(1, std::vector<float>(1000)));
     expectRefused(at("slow.wav"), "has a sample rate of 999 Hz, outside 1000 to 768000");
-    writeWav(at("fast.wav"), Channels(1, std::vector<float>(1000)), 768001.0);
+    writeWav(at("fast.wav"), 768001, Channels(1, std::vector<float>(1000)));
     expectRefused(at("fast.wav"), "has a sample rate of 768001 Hz, outside 1000 to 768000");
 }
 

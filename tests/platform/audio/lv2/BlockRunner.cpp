@@ -1,20 +1,8 @@
 #include "tests/platform/audio/lv2/BlockRunner.h"
 
 #include <algorithm>
-#include <random>
 
 namespace orvalo::testing {
-
-Channels noise(std::uint32_t channelCount, std::size_t frameCount) {
-    std::minstd_rand generator(2);
-    Channels result(channelCount, std::vector<float>(frameCount));
-    for (auto& channel : result) {
-        std::generate(channel.begin(), channel.end(), [&generator] {
-            return static_cast<float>(generator() % 20001U) / 10000.0F - 1.0F;
-        });
-    }
-    return result;
-}
 
 Channels renderBlocks(AUAudioUnit& unit, const Channels& input,
                       const std::vector<std::uint32_t>& blockLengths, std::size_t frameCount) {

@@ -5,14 +5,11 @@
 
 #include "platform/audio/signal/AVAudioPCMBuffer.h"
 #include "platform/audio/unit/AUAudioUnit.h"
+#include "tests/testing/WavFile.h"
 
 namespace orvalo::testing {
 
-/// Audio by channel.
-using Channels = std::vector<std::vector<float>>;
-
-/// Reproducible full-scale noise that differs between channels.
-Channels noise(std::uint32_t channelCount, std::size_t frameCount);
+using Channels = Signal;
 
 /// Renders frameCount frames in blocks of the given lengths, which repeat.
 Channels renderBlocks(AUAudioUnit& unit, const Channels& input,

@@ -22,7 +22,7 @@ class ComponentManager : public ::testing::Test {
   protected:
     static void SetUpTestSuite() {
         // The program has one thread so far.
-        setenv("LV2_PATH", zooFolder().c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
+        setenv("LV2_PATH", zooFolder().c_str(), 1);
     }
 
     static std::vector<std::string> uris(const AudioComponentDescription& key) {

@@ -22,7 +22,6 @@ namespace fs = std::filesystem;
 class ProcessFolderTest : public ::testing::Test {
   protected:
     // The process has one thread.
-    // NOLINTBEGIN(concurrency-mt-unsafe)
     ProcessFolderTest() { setenv("TMPDIR", place_.path().c_str(), 1); }
     ~ProcessFolderTest() override {
         if (before_.empty()) {
@@ -36,7 +35,6 @@ class ProcessFolderTest : public ::testing::Test {
         const char* value = std::getenv("TMPDIR");
         return value == nullptr ? "" : value;
     }
-    // NOLINTEND(concurrency-mt-unsafe)
 
     /// The number of entries in the temporary folder.
     static std::ptrdiff_t count() {
@@ -73,14 +71,14 @@ TEST_F(ProcessFolderTest, IsRemovedWithItsContentsByTheDestructor) {
 }
 
 TEST_F(ProcessFolderTest, IsRemovedWhenTheProcessExits) {
-    makeElsewhere([] { std::exit(0); });  // NOLINT(concurrency-mt-unsafe)
+    makeElsewhere([] { std::exit(0); });
     EXPECT_EQ(count(), 0);
 }
 
 TEST_F(ProcessFolderTest, StaysWhenAForkedProcessExits) {
     const ProcessFolder folder("kind");
     if (const pid_t process = fork(); process == 0) {
-        std::exit(0);  // NOLINT(concurrency-mt-unsafe)
+        std::exit(0);
     } else {
         waitpid(process, nullptr, 0);
     }
@@ -108,7 +106,7 @@ TEST_F(ProcessFolderTest, KeepsFoldersInUseAndOtherFiles) {
 }
 
 TEST_F(ProcessFolderTest, ThrowsAnErrorWithThePath) {
-    setenv("TMPDIR", "/proc", 1);  // NOLINT(concurrency-mt-unsafe)
+    setenv("TMPDIR", "/proc", 1);
     try {
         const ProcessFolder folder("kind");
         FAIL() << folder.path();

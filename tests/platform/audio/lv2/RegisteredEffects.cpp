@@ -18,7 +18,7 @@ void registerEffects(const std::map<std::string, std::string>& effects) {
                  << R"(" ; ac:manufacturer "REAL" ; ac:name "REAL: )" << subtype << "\" .\n";
     }
     const auto path = folder.path().string() + ":/usr/lib/lv2";
-    setenv("LV2_PATH", path.c_str(), 1);  // NOLINT(concurrency-mt-unsafe)
+    setenv("LV2_PATH", path.c_str(), 1);
 }
 
 }  // namespace orvalo::testing

@@ -19,7 +19,6 @@ using ::testing::IsEmpty;
 class Variable {
   public:
     Variable(const char* name, const char* value) : name_(name) {
-        // NOLINTBEGIN(concurrency-mt-unsafe): this program has one thread.
         if (const char* before = std::getenv(name)) {
             before_ = before;
         }
@@ -36,7 +35,6 @@ class Variable {
         } else {
             setenv(name_, value, 1);
         }
-        // NOLINTEND(concurrency-mt-unsafe)
     }
     const char* name_;
     std::optional<std::string> before_;

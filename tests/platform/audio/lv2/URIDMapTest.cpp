@@ -49,6 +49,7 @@ TEST(URIDMap, AgreesBetweenThreads) {
     constexpr int kCount = 2000;
     std::array<std::vector<LV2_URID>, 4> numbers;
     std::vector<std::thread> threads;
+    threads.reserve(numbers.size());
     for (auto& own : numbers) {
         threads.emplace_back([&own] {
             auto& map = URIDMap::shared();

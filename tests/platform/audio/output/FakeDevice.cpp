@@ -52,11 +52,11 @@ class FakeStream : public OutputStream {
 
 }  // namespace
 
-void FakeControls::endStream() {
+void FakeControls::endStream() const {
     feed.load()->markEnded();
 }
 
-void FakeControls::countXruns(std::uint64_t count) {
+void FakeControls::countXruns(std::uint64_t count) const {
     feed.load()->countXruns(count);
 }
 

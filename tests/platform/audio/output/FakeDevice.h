@@ -23,8 +23,8 @@ struct FakeControls {
     std::function<void()> whileProbing;  ///< Set before use.
 
     /// Makes the stream that was opened last report its end.
-    void endStream();
-    void countXruns(std::uint64_t count);
+    void endStream() const;
+    void countXruns(std::uint64_t count) const;
 
     std::atomic<StreamFeed*> feed{nullptr};
 };

@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <jack/jack.h>
@@ -17,9 +18,36 @@
 #include "platform/audio/output/SupervisedOutput.h"
 #include "tests/platform/audio/output/LogLines.h"
 #include "tests/platform/audio/output/RecordingSource.h"
-#include "tests/platform/audio/output/ServerProcess.h"
 #include "tests/platform/audio/output/SignalCapture.h"
+#include "tests/testing/ServerProcess.h"
 #include "tests/testing/WaitUntil.h"
+
+namespace {
+
+std::atomic<bool> isStrerrorSlow{false};
+std::atomic<int> strerrorEntered{0};
+std::atomic<int> strerrorLeft{0};
+
+}  // namespace
+
+/// Replaces the C library's function, in which libjack's thread for notifications is when its
+/// server has died: the end of the connection leaves errno at 0.
+extern "C" char* slowStrerror(int error) __asm__("strerror");
+char* slowStrerror(int error) {
+    static auto* const original = reinterpret_cast<char* (*)(int)>(dlsym(RTLD_NEXT, "strerror"));
+    if (error != 0 || !isStrerrorSlow) {
+        return original(error);
+    }
+    ++strerrorEntered;
+    // Longer than jack_client_close() needs to cancel the thread, which may end only in a call that
+    // waits.
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
+    while (std::chrono::steady_clock::now() < end) {
+    }
+    char* const text = original(error);
+    ++strerrorLeft;
+    return text;
+}
 
 namespace orvalo {
 namespace {
@@ -206,6 +234,20 @@ TEST_F(JackServerTest, StopsWhileTheServerDies) {
         kill(*server);
         output->stop();
     }
+}
+
+// strerror() holds a lock, without which the next probe of PulseAudio would wait for ever.
+TEST_F(JackServerTest, CancelsNoThreadInsideStrerror) {
+    auto server = startServer("48000", "64");
+    auto output = makeOutput(SupervisedOutput::Absence::standIn);
+    output->start(source_);
+    ASSERT_TRUE(source_.waitForBlocks(5));
+    isStrerrorSlow = true;
+    kill(*server);
+    output->stop();
+    EXPECT_TRUE(testing::pollUntil([] { return strerrorLeft == 1; }, std::chrono::seconds(10)));
+    EXPECT_EQ(strerrorEntered, 1);
+    isStrerrorSlow = false;
 }
 
 TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {

@@ -18,8 +18,8 @@
 #include "platform/audio/output/SupervisedOutput.h"
 #include "tests/platform/audio/output/LogLines.h"
 #include "tests/platform/audio/output/RecordingSource.h"
-#include "tests/platform/audio/output/ServerProcess.h"
 #include "tests/platform/audio/output/SignalCapture.h"
+#include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WaitUntil.h"
 
@@ -101,7 +101,7 @@ class PulseServerTest : public ::testing::Test {
         }
     }
 
-    std::unique_ptr<SupervisedOutput> makeOutput() const {
+    static std::unique_ptr<SupervisedOutput> makeOutput() {
         std::vector<std::unique_ptr<OutputDevice>> devices;
         devices.push_back(std::make_unique<PulseDevice>());
         return std::make_unique<SupervisedOutput>(

@@ -3,7 +3,8 @@
 #include <pthread.h>
 
 #include <algorithm>
-#include <cstring>
+#include <array>
+#include <bit>
 #include <limits>
 
 #include "platform/foundation/RealTimeScope.h"
@@ -36,10 +37,9 @@ void RecordingSource::renderOutput(const AudioBlock& block) noexcept {
             block.channels[channel][frame] = channel == 0 ? value : -value;
         }
     }
-    char name[16]{};
-    pthread_getname_np(pthread_self(), name, sizeof name);
-    std::uint64_t halves[2];
-    std::memcpy(halves, name, sizeof halves);
+    std::array<char, 16> name{};
+    pthread_getname_np(pthread_self(), name.data(), name.size());
+    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(name);
     threadName_[0] = halves[0];
     threadName_[1] = halves[1];
     lastFrameCount_ = block.frameCount;
@@ -74,10 +74,8 @@ bool RecordingSource::waitForBlocks(std::uint64_t count) {
 }
 
 std::string RecordingSource::threadName() const {
-    const std::uint64_t halves[2]{threadName_[0], threadName_[1]};
-    char name[17]{};
-    std::memcpy(name, halves, sizeof halves);
-    return name;
+    const std::array<std::uint64_t, 2> halves{threadName_[0], threadName_[1]};
+    return std::bit_cast<std::array<char, 16>>(halves).data();
 }
 
 std::vector<AVAudioFormat> RecordingSource::formatChanges() const {

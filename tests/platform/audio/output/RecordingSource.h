@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <functional>
@@ -57,7 +58,7 @@ class RecordingSource : public AudioOutputSource {
     std::atomic<std::uint64_t> overlaps_{0};
     std::atomic<std::uint64_t> ordinaryCalls_{0};
     std::atomic<std::uint64_t> denormals_{0};
-    std::atomic<std::uint64_t> threadName_[2]{};
+    std::array<std::atomic<std::uint64_t>, 2> threadName_{};
     mutable std::mutex mutex_;
     std::vector<AVAudioFormat> formatChanges_;
 };

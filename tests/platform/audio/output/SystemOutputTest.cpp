@@ -32,8 +32,6 @@ class SystemOutputTest : public ::testing::Test {
         unsetenv("ORVALO_AUDIO_OUTPUT");
     }
     ~SystemOutputTest() override { unsetenv("ORVALO_AUDIO_OUTPUT"); }
-    SystemOutputTest(const SystemOutputTest&) = delete;
-    SystemOutputTest& operator=(const SystemOutputTest&) = delete;
 
     /// The log messages of a short play.
     std::vector<std::string> play() {

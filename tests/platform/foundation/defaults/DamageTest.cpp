@@ -9,6 +9,7 @@
 #include "tests/platform/foundation/defaults/SuiteFile.h"
 #include "tests/platform/foundation/defaults/Worker.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/FileBytes.h"
 
 namespace orvalo::testing {
 namespace {
@@ -52,6 +53,7 @@ class DamagedFile : public SuiteFile {
     }
 
     std::string spoil(const std::string& bytes) const {
+        std::filesystem::create_directories(file_.parent_path());
         writeBytes(file_, bytes);
         return bytes;
     }

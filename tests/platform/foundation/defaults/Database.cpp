@@ -33,16 +33,6 @@ void emptyLog(const std::filesystem::path& file) {
     query(file, "PRAGMA wal_checkpoint(TRUNCATE)");
 }
 
-std::string bytesOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-void writeBytes(const std::filesystem::path& file, const std::string& bytes) {
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes;
-}
-
 std::vector<std::filesystem::path> setAside(const std::filesystem::path& file) {
     const auto beginning = file.filename().string() + ".damaged-";
     std::vector<std::filesystem::path> found;

@@ -14,9 +14,6 @@ std::vector<std::string> query(const std::filesystem::path& file, const std::str
 /// Moves the content of the log into the database.
 void emptyLog(const std::filesystem::path& file);
 
-std::string bytesOf(const std::filesystem::path& file);
-void writeBytes(const std::filesystem::path& file, const std::string& bytes);
-
 /// The damaged files that were set aside beside a settings file. Leaves out their logs.
 std::vector<std::filesystem::path> setAside(const std::filesystem::path& file);
 

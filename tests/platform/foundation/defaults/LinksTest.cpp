@@ -8,6 +8,7 @@
 #include "tests/platform/foundation/defaults/SuiteFile.h"
 #include "tests/platform/foundation/defaults/Worker.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/FileBytes.h"
 
 namespace orvalo::testing {
 namespace {

@@ -21,7 +21,6 @@ using ::testing::ElementsAre;
 
 /// A number from the environment, for longer runs by hand.
 int ofEnvironment(const char* name, int otherwise) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread.
     const char* text = getenv(name);
     return text == nullptr ? otherwise : std::atoi(text);
 }

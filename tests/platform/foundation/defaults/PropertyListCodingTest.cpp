@@ -89,7 +89,7 @@ TEST(BinaryPropertyList, KeepsManyKeys) {
 }
 
 TEST(BinaryPropertyList, RefusesTextThatIsNotUTF8OrHoldsANUL) {
-    const auto reason = "a text in it is not UTF-8 or holds a NUL";
+    const auto* const reason = "a text in it is not UTF-8 or holds a NUL";
     for (const auto* bad : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xC0\x80"}) {
         EXPECT_THAT([&] { binaryPropertyList(bad); }, refuses(reason));
         EXPECT_THAT([&] { binaryPropertyList(Dictionary{{bad, 1}}); }, refuses(reason));
@@ -98,7 +98,7 @@ TEST(BinaryPropertyList, RefusesTextThatIsNotUTF8OrHoldsANUL) {
 }
 
 TEST(BinaryPropertyList, RefusesDatesOutsideTheYears1To9999) {
-    const auto reason = "a date in it is outside the years 1 to 9999";
+    const auto* const reason = "a date in it is outside the years 1 to 9999";
     for (const auto date : {kEarliest - 1us, kLatest + 1us, Date::min(), Date::max()}) {
         EXPECT_THAT([&] { binaryPropertyList(date); }, refuses(reason));
     }
@@ -154,7 +154,7 @@ TEST(PropertyListOfBytes, RefusesNestingThatIsTooDeep) {
     const auto deep = [](int depth) {
         std::string text = "@av []";
         for (int level = 1; level < depth; ++level) {
-            text = "[<" + text + ">]";
+            text.insert(0, "[<").append(">]");
         }
         return binary(text.c_str());
     };

@@ -19,13 +19,13 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class FullDisk : public SuiteFile {
+class SmallDiskTest : public SuiteFile {
   protected:
     static void SetUpTestSuite() { SmallDisk::shared().mount(settingsHome().parent_path()); }
     static void TearDownTestSuite() { SmallDisk::shared().unmount(); }
 
-    FullDisk() { disk_.empty(); }
-    ~FullDisk() override { disk_.makeRoom(); }
+    SmallDiskTest() { disk_.empty(); }
+    ~SmallDiskTest() override { disk_.makeRoom(); }
 
     /// The lines that are not empty.
     static std::vector<std::string> lines(const CapturedOutput& output) {
@@ -98,7 +98,7 @@ class FullDisk : public SuiteFile {
     PropertyList::Dictionary stored_;
 };
 
-TEST_F(FullDisk, KeepsAllStoredValues) {
+TEST_F(SmallDiskTest, KeepsAllStoredValues) {
     const auto settings = open();
     for (int number = 0; number < 20; ++number) {
         ASSERT_TRUE(isStored(*settings, number, std::to_string(number)));
@@ -112,7 +112,7 @@ TEST_F(FullDisk, KeepsAllStoredValues) {
     expectToWorkOnceThereIsRoom(*settings);
 }
 
-TEST_F(FullDisk, ShowsTheValuesOfOtherProcesses) {
+TEST_F(SmallDiskTest, ShowsTheValuesOfOtherProcesses) {
     const auto settings = open();
     ASSERT_TRUE(isStored(*settings, 1, "key"));
     EXPECT_EQ(Worker({name_}).ask("set theirs 5"), "done");
@@ -126,7 +126,7 @@ TEST_F(FullDisk, ShowsTheValuesOfOtherProcesses) {
     expectAllThatWasStored(*settings);
 }
 
-TEST_F(FullDisk, KeepsAllAcceptedValuesWhileItFillsUp) {
+TEST_F(SmallDiskTest, KeepsAllAcceptedValuesWhileItFillsUp) {
     const auto settings = open();
     Worker other({name_});
     int refusals = 0;
@@ -143,7 +143,7 @@ TEST_F(FullDisk, KeepsAllAcceptedValuesWhileItFillsUp) {
     expectToWorkOnceThereIsRoom(*settings);
 }
 
-TEST_F(FullDisk, StoresAllOfAChangeOrNothing) {
+TEST_F(SmallDiskTest, StoresAllOfAChangeOrNothing) {
     const auto settings = open();
     ASSERT_TRUE(isStored(*settings, 1, "key"));
     const auto change = [&](bool replacesAll) {
@@ -163,7 +163,7 @@ TEST_F(FullDisk, StoresAllOfAChangeOrNothing) {
     EXPECT_EQ(Worker({name_}).ask("count"), "101");
 }
 
-TEST_F(FullDisk, RefusesANewSuiteUntilThereIsRoom) {
+TEST_F(SmallDiskTest, RefusesANewSuiteUntilThereIsRoom) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
     disk_.fill();
     expectNoOther();
@@ -176,7 +176,7 @@ TEST_F(FullDisk, RefusesANewSuiteUntilThereIsRoom) {
     expectToWorkAgain(*open());
 }
 
-TEST_F(FullDisk, IsReadWhileItIsReadOnly) {
+TEST_F(SmallDiskTest, IsReadWhileItIsReadOnly) {
     ASSERT_TRUE(isStored(*open(), "there", "key"));
     Worker first({name_});
     EXPECT_EQ(first.ask("get key"), "there");

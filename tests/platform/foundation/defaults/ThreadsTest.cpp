@@ -18,6 +18,7 @@ TEST_F(Threads, ReadAndWriteOneSuiteTogether) {
     constexpr int kThreads = 4;
     std::atomic<int> torn = 0;
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int self = 0; self < kThreads; ++self) {
         threads.emplace_back([&, self] {
             const auto own = "key " + std::to_string(self);
@@ -42,6 +43,7 @@ TEST_F(Threads, ReadAndWriteOneSuiteTogether) {
 
 TEST_F(Threads, OpenAndCloseASuiteTogether) {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     std::atomic<int> absent = 0;
     open()->set(1, "key");
     for (int self = 0; self < 4; ++self) {

@@ -113,7 +113,7 @@ TEST_F(Suite, ReturnsTextForTextOnly) {
 }
 
 TEST_F(Suite, ConvertsToIntegers) {
-    const std::pair<PropertyList, std::int64_t> cases[] = {
+    const std::vector<std::pair<PropertyList, std::int64_t>> cases{
         {true, 1},
         {false, 0},
         {1.9, 1},

@@ -31,6 +31,7 @@ Worker::Worker(const std::vector<std::string>& arguments) {
     std::vector<std::string> words{(executablePath().parent_path() / "defaults_worker").string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (auto& word : words) {
         pointers.push_back(word.data());
     }
@@ -76,7 +77,7 @@ std::string Worker::readLine() {
     for (;;) {
         const auto end = pending_.find('\n');
         if (end != std::string::npos) {
-            const auto line = pending_.substr(0, end);
+            auto line = pending_.substr(0, end);
             pending_.erase(0, end + 1);
             return line;
         }

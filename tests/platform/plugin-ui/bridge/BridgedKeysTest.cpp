@@ -7,6 +7,7 @@
 
 #include "platform/foundation/Bundle.h"
 #include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
+#include "tests/platform/audio/bridge/host/PatientLimits.h"
 #include "tests/platform/plugin-ui/bridge/EffectServices.h"
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"

@@ -11,6 +11,7 @@
 
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/foundation/Bundle.h"
+#include "tests/platform/audio/bridge/host/PatientLimits.h"
 #include "tests/platform/plugin-ui/bridge/EffectServices.h"
 #include "tests/platform/plugin-ui/view/StageWindow.h"
 #include "tests/platform/plugin-ui/x11/Pointer.h"

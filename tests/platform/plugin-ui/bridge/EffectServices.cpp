@@ -1,10 +1,11 @@
 #include "tests/platform/plugin-ui/bridge/EffectServices.h"
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <string>
+
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -25,16 +26,12 @@ std::vector<pid_t> servicePids() {
 }
 
 bool killService() {
-    const auto pids = servicePids();
-    return pids.size() == 1 && kill(pids.front(), SIGKILL) == 0;
-}
-
-BridgeLimits unhurriedLimits() {
-    BridgeLimits limits;
-    limits.hang = std::chrono::seconds(15);
-    limits.request = std::chrono::seconds(60);
-    limits.offlineWait = std::chrono::seconds(60);
-    return limits;
+    std::vector<pid_t> pids;
+    return pollUntil([&pids] {
+               pids = servicePids();
+               return pids.size() == 1;
+           }) &&
+           kill(pids.front(), SIGKILL) == 0;
 }
 
 }  // namespace orvalo::testing

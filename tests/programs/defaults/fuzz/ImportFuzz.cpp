@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <random>
 #include <stdexcept>
@@ -24,10 +23,12 @@
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/PropertyListCoding.h"
 #include "programs/defaults/format/JSONForm.h"
+#include "tests/testing/FileBytes.h"
 
 namespace {
 
 using namespace orvalo;
+using testing::bytesOf;
 
 namespace fs = std::filesystem;
 
@@ -66,11 +67,6 @@ struct Counts {
     int read = 0;
     int refused = 0;
 };
-
-std::string bytesOf(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::vector<std::string> seedsIn(const fs::path& folder) {
     std::vector<fs::path> paths{fs::directory_iterator(folder), {}};

@@ -170,7 +170,7 @@ const void* extensionData(const char* uri) {
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     static const LV2_Descriptor descriptor{"urn:orvalo:service:window",
                                            makeEffect,
                                            connectPort,
@@ -182,7 +182,7 @@ extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t 
     return index == 0 ? &descriptor : nullptr;
 }
 
-extern "C" LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
     static const LV2UI_Descriptor descriptor{"urn:orvalo:service:window#ui", makeUI, endUI,
                                              takeValue, extensionData};
     return index == 0 ? &descriptor : nullptr;

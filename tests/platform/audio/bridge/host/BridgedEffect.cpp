@@ -11,17 +11,10 @@ LV2World& misbehavingWorld() {
     return *world;
 }
 
-BridgeLimits strictLimits() {
-    BridgeLimits limits;
-    limits.waitFraction = 4000.0 * BridgeLimits::kSlowness;
-    limits.request = std::chrono::seconds(20) * BridgeLimits::kSlowness;
-    return limits;
-}
-
 std::shared_ptr<BridgedAudioUnit> makeBridged(LV2World& world, const std::string& uri,
                                               const BridgeLimits& limits) {
-    const auto unit = std::make_shared<BridgedAudioUnit>(world, uri, AudioComponentDescription{},
-                                                         effectServicePath(), limits);
+    auto unit = std::make_shared<BridgedAudioUnit>(world, uri, AudioComponentDescription{},
+                                                   effectServicePath(), limits);
     unit->setRenderingOffline(true);
     return unit;
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
+#include "tests/platform/audio/bridge/host/PatientLimits.h"
 #include "tests/platform/audio/bridge/host/QuantumFeed.h"
 
 namespace orvalo::testing {
@@ -15,12 +16,9 @@ std::filesystem::path effectServicePath();
 /// A world with the misbehaving effects, shared by all tests.
 LV2World& misbehavingWorld();
 
-/// Limits with which no quantum is late on a busy machine.
-BridgeLimits strictLimits();
-
 /// A bridged unit in offline rendering.
 std::shared_ptr<BridgedAudioUnit> makeBridged(LV2World& world, const std::string& uri,
-                                              const BridgeLimits& limits = strictLimits());
+                                              const BridgeLimits& limits = patientLimits());
 
 /// Loads the factory preset of that name; false when it is missing or loading fails.
 bool loadPreset(AUAudioUnit& unit, const std::string& name);

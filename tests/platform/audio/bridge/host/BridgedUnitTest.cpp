@@ -178,9 +178,9 @@ TEST_F(BridgedUnitPluginUI, AnswersAlsoWhenTheUnitEndsBeforeTheServiceAnswers) {
     EXPECT_EQ(provisions_, 0);
 }
 
-class RefusalTest : public ::testing::TestWithParam<std::string> {};
+class BridgedRefusal : public ::testing::TestWithParam<std::string> {};
 
-TEST_P(RefusalTest, ThrowsTheSameErrorAsInTheHost) {
+TEST_P(BridgedRefusal, ThrowsTheSameErrorAsInTheHost) {
     const auto refusal = [](const auto& make) -> std::string {
         try {
             make();
@@ -194,7 +194,7 @@ TEST_P(RefusalTest, ThrowsTheSameErrorAsInTheHost) {
     EXPECT_EQ(refusal([] { makeBridged(zooWorld(), "urn:orvalo:zoo:" + GetParam()); }), local);
 }
 
-INSTANTIATE_TEST_SUITE_P(Zoo, RefusalTest,
+INSTANTIATE_TEST_SUITE_P(Zoo, BridgedRefusal,
                          ::testing::Values("failing", "missing-library", "no-descriptor",
                                            "no-ports", "nowhere", "unknown-feature",
                                            "broken-library"),

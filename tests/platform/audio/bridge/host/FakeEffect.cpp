@@ -34,12 +34,6 @@ std::string fakeServicePath() {
     return ORVALO_FAKE_SERVICE;
 }
 
-BridgeLimits patientLimits() {
-    BridgeLimits limits;
-    limits.waitFraction = 4000.0 * BridgeLimits::kSlowness;
-    return limits;
-}
-
 FakeEffect::FakeEffect(const std::string& role, const BridgeLimits& limits,
                        const std::string& program)
     : render_(midiBlock_, 1, limits),

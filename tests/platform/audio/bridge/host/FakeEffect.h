@@ -4,19 +4,16 @@
 #include <string>
 #include <vector>
 
-#include "platform/audio/bridge/host/BridgeLimits.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
 #include "platform/audio/bridge/host/PluginUIChannel.h"
 #include "platform/audio/bridge/host/ServiceSupervisor.h"
+#include "tests/platform/audio/bridge/host/PatientLimits.h"
 #include "tests/platform/audio/bridge/host/QuantumFeed.h"
 
 namespace orvalo::testing {
 
 /// The path of the fake service.
 std::string fakeServicePath();
-
-/// Limits with which the render thread waits long enough on a busy machine.
-BridgeLimits patientLimits();
 
 /// A supervised effect in the fake service, with two channels and three control inputs, and a feed
 /// for it.

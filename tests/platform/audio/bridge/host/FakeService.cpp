@@ -81,7 +81,7 @@ class FakeService {
                 if (!message) {
                     return false;
                 }
-                std::visit([this](const auto& record) { take(record); }, *message);
+                std::visit([this](const auto& record) { this->take(record); }, *message);
                 return true;
             });
             if (result != MessageChannel::Result::waiting) {

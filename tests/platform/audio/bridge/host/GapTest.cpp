@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, BesideTest,
 
 TEST(Gap, AServiceThatExceedsItsMemoryLimitIsReplaced) {
     const CapturedOutput error(2);
-    auto limits = patientLimits();
+    auto limits = unhurriedLimits();
     limits.ping = std::chrono::milliseconds(20);
     limits.tick = std::chrono::milliseconds(20);
     limits.memory = std::uint64_t{128} << 20U;

@@ -27,7 +27,7 @@ void PrintTo(const Way& way, std::ostream* stream) {
 }
 
 BridgeLimits zooLimits() {
-    auto limits = strictLimits();
+    auto limits = patientLimits();
     limits.hang = std::chrono::milliseconds(500) * BridgeLimits::kSlowness;
     limits.tick = std::chrono::milliseconds(20);
     limits.ping = std::chrono::milliseconds(50);
@@ -151,7 +151,7 @@ TEST(MadeMisbehaving, ALoopDuringInstantiationThrows) {
 
 TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
     const CapturedOutput error(2);
-    auto limits = strictLimits();
+    auto limits = patientLimits();
     limits.waitFraction = 50.0;
     limits.hang = std::chrono::seconds(10) * BridgeLimits::kSlowness;
     const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:loop", limits);

@@ -9,7 +9,8 @@ namespace {
 /// Differs from all samples nearby.
 float sampleAt(std::int64_t time, std::uint32_t channel) {
     constexpr std::int64_t kPeriod = 9973;
-    return static_cast<float>((time * 7 + channel * 3571) % kPeriod) / 16384.0F - 0.25F;
+    return static_cast<float>((time * 7 + std::int64_t{channel} * 3571) % kPeriod) / 16384.0F -
+           0.25F;
 }
 
 }  // namespace

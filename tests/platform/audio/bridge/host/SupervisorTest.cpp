@@ -141,6 +141,7 @@ TEST(Supervisor, AnswersAllRequestsOfManyThreadsWhileServicesDie) {
     limits.deaths = 1000;
     FakeEffect effect("half:0", limits);
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([&effect, number] {
             for (int round = 0; round < 10; ++round) {

@@ -26,7 +26,7 @@ using namespace orvalo::testing;
 using Clock = std::chrono::steady_clock;
 
 BridgeLimits limitsOfTorture() {
-    auto limits = strictLimits();
+    auto limits = patientLimits();
     limits.hang = std::chrono::milliseconds(300) * BridgeLimits::kSlowness;
     limits.deaths = 1000000;
     return limits;

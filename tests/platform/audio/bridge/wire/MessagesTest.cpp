@@ -37,7 +37,7 @@ std::optional<bridge::ServiceMessage> decode(const bridge::ServiceMessage& /*sid
 template <typename Message>
 class BridgeMessages : public ::testing::Test {
   protected:
-    const Message side_;
+    const Message side_{};
     const std::vector<Message> all_ = messages(side_);
 
     std::optional<Message> decoded(std::uint32_t type, std::span<const std::byte> bytes) const {

@@ -164,6 +164,7 @@ TEST(Futex, WakesAllWaiters) {
     std::atomic<std::uint32_t> word{0};
     std::atomic<int> woken{0};
     std::vector<std::thread> waiting;
+    waiting.reserve(3);
     for (int count = 0; count < 3; ++count) {
         waiting.emplace_back([&] {
             while (word.load() == 0) {

@@ -43,7 +43,7 @@ void misbehave(Effect& effect, std::string_view how) {
     } else if (how == "abort") {
         std::abort();
     } else if (how == "exit") {
-        std::exit(7);  // NOLINT(concurrency-mt-unsafe): misbehaves on purpose.
+        std::exit(7);
     } else if (how == "overflow") {
         lastLevel = overflow(0);
     } else if (how == "loop") {

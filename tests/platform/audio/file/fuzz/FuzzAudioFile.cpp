@@ -22,6 +22,7 @@
 
 #include "platform/audio/file/AVAudioFile.h"
 #include "platform/foundation/NSError.h"
+#include "tests/testing/FileBytes.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {
@@ -37,11 +38,6 @@ constexpr std::int64_t kMostFramesRead = 2'000'000;
 
 std::size_t below(Random& random, std::size_t bound) {
     return bound == 0 ? 0 : random() % bound;
-}
-
-std::string bytesOf(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 std::vector<std::string> seedsIn(const std::filesystem::path& folder) {

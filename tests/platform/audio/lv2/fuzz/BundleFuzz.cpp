@@ -20,6 +20,7 @@
 #include "platform/audio/lv2/LV2World.h"
 #include "platform/foundation/NSError.h"
 #include "tests/platform/audio/lv2/fuzz/Mutation.h"
+#include "tests/testing/FileBytes.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace {
@@ -35,11 +36,6 @@ struct Counts {
     int refused = 0;
 };
 
-std::string read(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void writeBundle(const fs::path& seed, const fs::path& bundle, std::mt19937& generator) {
     fs::remove_all(bundle);
     fs::create_directories(bundle);
@@ -52,7 +48,7 @@ void writeBundle(const fs::path& seed, const fs::path& bundle, std::mt19937& gen
     std::sort(files.begin(), files.end());
     const auto victim = generator() % files.size();
     for (std::size_t index = 0; index < files.size(); ++index) {
-        const auto text = read(files[index]);
+        const auto text = bytesOf(files[index]);
         std::ofstream(bundle / files[index].filename(), std::ios::binary)
             << (index == victim ? mutated(text, generator) : text);
     }

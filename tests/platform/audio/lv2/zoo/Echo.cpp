@@ -62,6 +62,6 @@ const std::array kEchoes{
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     return index < kEchoes.size() ? &kEchoes[index] : nullptr;
 }

@@ -115,7 +115,7 @@ void cleanup(LV2_Handle handle) {
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     static const LV2_Descriptor descriptor{
         "urn:orvalo:zoo:liar", instantiate, connectPort, nullptr, run, nullptr, cleanup, nullptr};
     return index == 0 ? &descriptor : nullptr;

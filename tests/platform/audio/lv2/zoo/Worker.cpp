@@ -93,7 +93,7 @@ const void* extensionData(const char* uri) {
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     static const LV2_Descriptor descriptor{"urn:orvalo:zoo:worker",
                                            instantiate,
                                            connectPort,

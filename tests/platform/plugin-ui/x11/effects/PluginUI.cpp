@@ -337,10 +337,10 @@ const std::array kDescriptors{
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2UI_Descriptor* lv2ui_descriptor(std::uint32_t index) {
     return index < kDescriptors.size() ? &kDescriptors[index] : nullptr;
 }
 
-extern "C" LV2_SYMBOL_EXPORT UIRecord* uiRecord() {
+LV2_SYMBOL_EXPORT UIRecord* uiRecord() {
     return &record();
 }

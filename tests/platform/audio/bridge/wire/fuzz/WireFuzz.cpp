@@ -24,6 +24,7 @@
 #include "platform/audio/bridge/wire/MessageChannel.h"
 #include "platform/audio/bridge/wire/SharedEvents.h"
 #include "tests/platform/audio/bridge/wire/Messages.h"
+#include "tests/testing/FileBytes.h"
 
 namespace {
 
@@ -47,8 +48,7 @@ struct Counts {
 }
 
 Bytes read(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    const auto text = bytesOf(path);
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};
 }

@@ -1,4 +1,4 @@
-#include "tests/platform/audio/output/ServerProcess.h"
+#include "tests/testing/ServerProcess.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>

@@ -1,4 +1,4 @@
-#include "tests/programs/play/Program.h"
+#include "tests/testing/Program.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <system_error>
 
@@ -46,8 +47,8 @@ std::vector<std::string> merged(const Program::Environment& additions) {
 
 Program::Program(const std::vector<std::string>& command, const Environment& environment)
     : error_(memfd_create("standard-error", MFD_CLOEXEC)) {
-    int ends[2] = {-1, -1};
-    if (pipe2(ends, O_CLOEXEC) != 0) {
+    std::array<int, 2> ends{-1, -1};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::system_error(errno, std::generic_category(), "pipe");
     }
     output_ = ends[0];
@@ -86,15 +87,15 @@ std::vector<std::string> Program::readUntil(const std::string& text) {
             }
         }
         pollfd waiting{output_, POLLIN, 0};
-        char chunk[4096];
+        std::array<char, 4096> chunk{};
         if (poll(&waiting, 1, kTimeout) != 1) {
             return lines;
         }
-        const auto count = read(output_, chunk, sizeof chunk);
+        const auto count = read(output_, chunk.data(), chunk.size());
         if (count <= 0) {
             return lines;
         }
-        pending_.append(chunk, static_cast<std::size_t>(count));
+        pending_.append(chunk.data(), static_cast<std::size_t>(count));
     }
 }
 
@@ -118,11 +119,11 @@ int Program::wait() {
 
 std::string Program::standardError() const {
     std::string result;
-    char chunk[4096];
+    std::array<char, 4096> chunk{};
     off_t offset = 0;
-    for (ssize_t count = 0; (count = pread(error_, chunk, sizeof chunk, offset)) > 0;
+    for (ssize_t count = 0; (count = pread(error_, chunk.data(), chunk.size(), offset)) > 0;
          offset += count) {
-        result.append(chunk, static_cast<std::size_t>(count));
+        result.append(chunk.data(), static_cast<std::size_t>(count));
     }
     return result;
 }
