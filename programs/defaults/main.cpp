@@ -220,7 +220,7 @@ void remove(const CommandLine& line) {
 
 /// The file that export or import names; absent for standard output or input.
 std::optional<std::string> fileOf(const CommandLine& line) {
-    const auto file = line.words.size() > 2 ? line.words[2] : "-";
+    auto file = line.words.size() > 2 ? line.words[2] : "-";
     if (file.empty()) {
         throw BadOption(line.words[0] + " wants a file name, not an empty one.");
     }
