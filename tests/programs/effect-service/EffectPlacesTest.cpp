@@ -18,7 +18,7 @@ using namespace orvalo;
         setenv(variable, folder, 1);
     }
     // NOLINTEND(concurrency-mt-unsafe)
-    for (const auto& place : effectPlaces({}, "/files").readable) {
+    for (const auto& place : effectPlaces({}, "/files", "/cache").readable) {
         const auto path = place.string();
         if (path.find("fontconfig") != std::string::npos || path.ends_with("themes")) {
             std::cerr << path << '\n';
