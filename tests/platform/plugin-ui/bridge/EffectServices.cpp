@@ -33,6 +33,7 @@ BridgeLimits unhurriedLimits() {
     BridgeLimits limits;
     limits.hang = std::chrono::seconds(15);
     limits.request = std::chrono::seconds(60);
+    limits.pluginUI = std::chrono::seconds(60);
     limits.offlineWait = std::chrono::seconds(60);
     return limits;
 }
