@@ -30,7 +30,7 @@ struct BridgeLimits {
     /// The time limit for an answer of the service's main thread, which may load samples or code.
     Milliseconds request{10000 * kSlowness};
     /// The same while that thread runs a UI, which may compile shaders.
-    Milliseconds pluginUI{15000 * kSlowness};
+    Milliseconds pluginUI{30000 * kSlowness};
     /// How long the start of playback waits for a new sample rate before it goes on dry.
     Milliseconds prepare{750};
     /// How long a service that closed its connection may take to end, so that its exit status
