@@ -48,7 +48,9 @@ const std::string kClosed = "closed: it did not answer for " +
 
 class HungPluginUI : public ::testing::Test {
   protected:
-    explicit HungPluginUI(const std::string& role = "half:0") : effect(role, hastyLimits()) {
+    explicit HungPluginUI(const std::string& role = "half:0",
+                          const BridgeLimits& limits = hastyLimits())
+        : effect(role, limits) {
         channel.setListener([this](const PluginUIEvent& event) {
             events.push_back(std::visit([](const auto& any) { return text(any); }, event));
         });
@@ -132,6 +134,30 @@ TEST_F(HungPluginUI, EndsTheServiceWhenARequestToTheEffectWaits) {
         Kind::died);
     EXPECT_THAT(error.text(),
                 HasSubstr("did not answer for " + durationText(hastyLimits().pluginUI)));
+}
+
+BridgeLimits slowPluginUILimits() {
+    auto limits = hastyLimits();
+    limits.request = limits.pluginUI;
+    limits.pluginUI = std::chrono::hours(1);
+    return limits;
+}
+
+class ClosedPluginUI : public HungPluginUI {
+  protected:
+    ClosedPluginUI() : HungPluginUI("half:0", slowPluginUILimits()) {}
+};
+
+TEST_F(ClosedPluginUI, GivesTheServiceNoMoreTime) {
+    const auto window = std::make_shared<int>(1);
+    channel.open(":7", 100, 1.0);
+    ASSERT_TRUE(waitForEvents(2));
+    channel.close(window);
+    EXPECT_TRUE(pollUntil([&window] { return window.use_count() == 1; }));
+    EXPECT_EQ(effect.supervisor()
+                  .perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:stuck"})
+                  .kind,
+              Kind::died);
 }
 
 class HungPluginUILibrary : public HungPluginUI {

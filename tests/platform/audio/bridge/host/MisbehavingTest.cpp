@@ -286,6 +286,15 @@ TEST_F(LatePreparation, LeavesPlaybackDryWhenItIsRefused) {
     EXPECT_EQ(transcript.add(fed->next()), toWet);
 }
 
+TEST_F(LatePreparation, LeavesPlaybackDryWhileALaterOneIsUnderWay) {
+    unit->allocateRenderResources(8000.0);
+    // The request for 8001 Hz lets the service answer for 8000 Hz.
+    unit->allocateRenderResources(8001.0);
+    EXPECT_EQ(transcript.add(fed->next()), toDry);
+    unit->setContextName("go on");
+    EXPECT_EQ(transcript.add(fed->next()), dry);
+}
+
 TEST_F(LatePreparation, IsReplacedByTheNextOne) {
     unit->allocateRenderResources(8000.0);
     unit->allocateRenderResources(48000.0);
