@@ -61,7 +61,8 @@ class AUExtensionManager : public NSObject {
 
   private:
     AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegate> owner,
-                       std::shared_ptr<AUEnginePlayer> engine, std::function<void()> onNoEffect);
+                       std::shared_ptr<AUEnginePlayer> engine,
+                       std::function<void()> noEffectHandler);
 
     virtual void loadForRelease();
     virtual void selectfoundComponent(const std::shared_ptr<AVAudioUnitComponent>& component,

@@ -145,7 +145,7 @@ bool BridgedAudioUnit::hasSampleRate(double sampleRate) {
 
 std::shared_ptr<BridgedAudioUnit::Preparation> BridgedAudioUnit::requestSampleRate(
     double sampleRate, bool isAwaited) {
-    const auto preparation =
+    auto preparation =
         std::make_shared<Preparation>(Preparation{sampleRate, isAwaited, std::nullopt});
     {
         const std::scoped_lock lock(rates_);

@@ -116,7 +116,7 @@ bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
     return true;
 }
 
-void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) noexcept {
+void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) const noexcept {
     auto& control = session.audio.control();
     const auto shared = session.audio.input(input.frameCount);
     for (std::uint32_t channel = 0; channel < shared.channelCount; ++channel) {

@@ -53,7 +53,7 @@ class BridgedRender {
     bool hasLiveSession() noexcept;
     bool process(RenderSession& session, const AudioBlock& input,
                  const AudioBlock& output) noexcept;
-    void handOver(RenderSession& session, const AudioBlock& input) noexcept;
+    void handOver(RenderSession& session, const AudioBlock& input) const noexcept;
     void readAnswer(RenderSession& session) noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
 
