@@ -14,14 +14,18 @@
 namespace orvalo {
 
 AUExtensionManager::AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegate> owner,
-                                       std::shared_ptr<AUEnginePlayer> engine)
-    : auEngine(std::move(engine)), delegate(std::move(owner)) {}
+                                       std::shared_ptr<AUEnginePlayer> engine,
+                                       std::function<void()> noEffectHandler)
+    : auEngine(std::move(engine)),
+      delegate(std::move(owner)),
+      onNoEffect(std::move(noEffectHandler)) {}
 
 std::shared_ptr<AUExtensionManager> AUExtensionManager::init(
-    std::shared_ptr<AUExtensionManagerDelegate> delegate, std::shared_ptr<AUEnginePlayer> engine) {
+    std::shared_ptr<AUExtensionManagerDelegate> delegate, std::shared_ptr<AUEnginePlayer> engine,
+    std::function<void()> onNoEffect) {
     // Not in the constructor: the search needs a shared reference to the manager.
     std::shared_ptr<AUExtensionManager> manager(
-        new AUExtensionManager(std::move(delegate), std::move(engine)));
+        new AUExtensionManager(std::move(delegate), std::move(engine), std::move(onNoEffect)));
     manager->loadForRelease();
     return manager;
 }
@@ -58,10 +62,17 @@ void AUExtensionManager::search() {
             componentDescription);
     if (_availableAudioUnits.empty()) {
         print("ERROR: There were no audio units found.");
+        reportNoEffect();
         return;
     }
     selectfoundComponent(_availableAudioUnits.front(),
                          [self = shared(this)] { self->onFoundComponent(); });
+}
+
+void AUExtensionManager::reportNoEffect() const {
+    if (onNoEffect) {
+        onNoEffect();
+    }
 }
 
 void AUExtensionManager::selectfoundComponent(
@@ -103,6 +114,7 @@ void AUExtensionManager::selectAudioUnitWithComponentDescription(
             if (!unit) {
                 print(orvalo::description(record));
                 print("Error: Could not instantiate audio unit.");
+                self->reportNoEffect();
                 return;
             }
             self->adopt(unit, completion);

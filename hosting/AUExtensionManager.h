@@ -52,14 +52,17 @@ class AUExtensionManager : public NSObject {
     void setCurrentPreset(const std::optional<Preset>& preset);
 
     /// A new manager whose search has started. delegate: when it is null and an effect is found, a
-    /// fatal error. engine: becomes auEngine.
+    /// fatal error. engine: becomes auEngine. onNoEffect: called on a thread of the global queue
+    /// when there is no effect, or it cannot be instantiated; may be empty.
     static std::shared_ptr<AUExtensionManager> init(
         std::shared_ptr<AUExtensionManagerDelegate> delegate,
-        std::shared_ptr<AUEnginePlayer> engine = std::make_shared<AUEnginePlayer>());
+        std::shared_ptr<AUEnginePlayer> engine = std::make_shared<AUEnginePlayer>(),
+        std::function<void()> onNoEffect = {});
 
   private:
     AUExtensionManager(std::shared_ptr<AUExtensionManagerDelegate> owner,
-                       std::shared_ptr<AUEnginePlayer> engine);
+                       std::shared_ptr<AUEnginePlayer> engine,
+                       std::function<void()> noEffectHandler);
 
     virtual void loadForRelease();
     virtual void selectfoundComponent(const std::shared_ptr<AVAudioUnitComponent>& component,
@@ -82,8 +85,11 @@ class AUExtensionManager : public NSObject {
     friend struct AUExtensionManagerPeer;  ///< For tests.
 
     void search();
+    void reportNoEffect() const;
     void adopt(const std::shared_ptr<AVAudioUnit>& unit,
                const std::function<void()>& completionHandler);
+
+    const std::function<void()> onNoEffect;
 };
 
 }  // namespace orvalo

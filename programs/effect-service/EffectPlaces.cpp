@@ -35,7 +35,7 @@ constexpr std::array kHomePlaces{".fonts",      ".fonts.conf", ".icons",
                                  ".Xresources", ".Xauthority", ".drirc"};
 constexpr std::array kConfigurationPlaces{"fontconfig", "gtk-2.0", "gtk-3.0", "gtk-4.0", "drirc"};
 constexpr std::array kDataPlaces{"fonts", "icons", "themes"};
-constexpr std::array kCachePlaces{"fontconfig", "mesa_shader_cache"};
+constexpr std::array kCachePlaces{"fontconfig"};
 
 template <typename Names>
 void add(std::vector<fs::path>& places, const fs::path& folder, const Names& names) {
@@ -59,7 +59,8 @@ void addBundle(std::vector<fs::path>& places, const fs::path& bundle) {
 
 }  // namespace
 
-FilePlaces effectPlaces(const std::vector<std::string>& bundles, const fs::path& filesFolder) {
+FilePlaces effectPlaces(const std::vector<std::string>& bundles, const fs::path& filesFolder,
+                        const fs::path& cacheFolder) {
     FilePlaces places;
     auto& readable = places.readable;
     add(readable, "", kSystemPlaces);
@@ -79,7 +80,7 @@ FilePlaces effectPlaces(const std::vector<std::string>& bundles, const fs::path&
         addBundle(readable, bundle);
     }
     add(places.devices, "", kDevices);
-    places.writable.push_back(filesFolder);
+    places.writable = {filesFolder, cacheFolder};
     return places;
 }
 

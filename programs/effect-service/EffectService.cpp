@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/URIDMap.h"
 #include "platform/foundation/NSError.h"
 #include "programs/effect-service/CallConfinement.h"
@@ -73,7 +74,10 @@ void EffectService::take(const bridge::Instantiate& request) {
     }
     // Before any code of the effect is loaded, while the process has one thread.
     g_setenv("TMPDIR", request.stateFolder.c_str(), TRUE);
-    confineFiles(effectPlaces(request.bundles, request.stateFolder));
+    const auto cache = effectCacheFolder(request.uri);
+    // Without its cache Mesa compiles a UI's shaders at each start, which takes seconds.
+    g_setenv("MESA_SHADER_CACHE_DIR", cache.c_str(), TRUE);
+    confineFiles(effectPlaces(request.bundles, request.stateFolder, cache));
     confineCalls();
     // These URIs get the first numbers in every service, also in the one that saved the state.
     LV2URIDs::shared();

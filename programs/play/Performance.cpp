@@ -16,7 +16,7 @@ namespace orvalo {
 namespace {
 
 /// Seconds to wait for the effect. A later effect is connected during playback.
-constexpr double kEffectTimeout = 5.0;
+constexpr int kEffectTimeout = 5;
 
 }  // namespace
 
@@ -52,12 +52,11 @@ void Performance::begin() {
     const auto player =
         std::make_shared<AUEnginePlayer>(std::make_shared<AVAudioEngine>(), resources);
     player->delegate = shared(this);
-    manager_ = AUExtensionManager::init(shared(this), player);
+    manager_ = AUExtensionManager::init(shared(this), player, [self = shared(this)] {
+        DispatchQueue::main()->async([self] { self->playWithoutEffect("cannot be used"); });
+    });
     after(kEffectTimeout, [self = shared(this)] {
-        if (!self->hasPressedPlay_) {
-            g_warning("The effect was not ready after %.0f s; playing without it.", kEffectTimeout);
-            self->pressPlay();
-        }
+        self->playWithoutEffect("was not ready after " + std::to_string(kEffectTimeout) + " s");
     });
     if (progress_.isShown()) {
         timers_.push_back(Timer::scheduledTimer(
@@ -69,6 +68,13 @@ void Performance::onFoundComponent(const std::shared_ptr<AVAudioUnit>& /*unit*/)
 
 void Performance::onEngineInitialized() {
     DispatchQueue::main()->async([self = shared(this)] { self->pressPlay(); });
+}
+
+void Performance::playWithoutEffect(const std::string& reason) {
+    if (!hasPressedPlay_ && !isStopping_) {
+        g_warning("The effect %s; playing without it.", reason.c_str());
+        pressPlay();
+    }
 }
 
 void Performance::pressPlay() {

@@ -38,6 +38,8 @@ class Performance : public NSObject,
     explicit Performance(PlayOptions options) : options_(std::move(options)) {}
 
     void begin();
+    /// reason: a clause. Does nothing once playback has started.
+    void playWithoutEffect(const std::string& reason);
     void pressPlay();
     void pressStop();
     void showProgress();

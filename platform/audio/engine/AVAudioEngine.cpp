@@ -74,6 +74,9 @@ void AVAudioEngine::start() {
         const std::lock_guard lock(mutex_);
         // Converters still hold the end of the audio before the last stop().
         compiler_.forgetConverters();
+        for (const auto& node : graph_.nodes()) {
+            node->engineStarts();
+        }
         isRunning_ = true;
         publish();
     }

@@ -59,6 +59,9 @@ class AVAudioNode : public NSObject {
     /// attached, before it renders.
     virtual void setRenderingOffline(bool /*isOffline*/) {}
 
+    /// The engine starts. Called before each start, while no node renders.
+    virtual void engineStarts() {}
+
     void setEngine(const std::shared_ptr<AVAudioEngine>& engine);
 
     mutable std::mutex engineMutex_;

@@ -45,6 +45,7 @@ class AVAudioUnit : public AVAudioNode {
     void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
     std::shared_ptr<RenderKernel> kernel() const override;
     void setRenderingOffline(bool isOffline) override;
+    void engineStarts() override { auAudioUnit_->playbackStarts(); }
 
     const std::shared_ptr<AUAudioUnit> auAudioUnit_;
     const std::shared_ptr<Kernel> kernel_;

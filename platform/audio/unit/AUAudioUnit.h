@@ -60,6 +60,10 @@ class AUAudioUnit : public NSObject {
     /// false at first. Never while render() may be called.
     virtual void setRenderingOffline(bool /*isOffline*/) {}
 
+    /// The engine starts: a unit that had stopped working may try again. Never while render() may
+    /// be called.
+    virtual void playbackStarts() {}
+
     /// Prepares the unit to render at a rate (Hz), in calls of up to kMaximumFramesToRender frames.
     /// A new rate instantiates the effect again with the same state. Never while render() may be
     /// called. Throws NSError.

@@ -30,6 +30,7 @@ BridgedEmbeddedPluginUI::BridgedEmbeddedPluginUI(std::shared_ptr<X11Connection> 
                                                  bool isFixedSize, Parent parent)
     : EmbeddedPluginUI(std::move(connection), std::move(parent), isFixedSize),
       unit_(std::move(unit)) {
+    unit_->startAgain();
     channel().setListener([this](const PluginUIEvent& event) {
         // handle() may destroy this object.
         std::visit([this](const auto& any) { handle(any); }, event);

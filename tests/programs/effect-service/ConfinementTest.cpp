@@ -5,6 +5,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -50,16 +51,30 @@ class ServiceConfinement : public ::testing::Test {
   protected:
     ServiceConfinement() {
         std::ofstream(outside_.path() / "secret") << "secret";
-        effect_.request.contextName = outside_.path();
-        effect_.mustInstantiate();
-        std::istringstream lines(effect_.service.standardError());
+        outcomes_ = probe(effect_);
+    }
+
+    std::map<std::string, std::string> probe(HostedEffect& effect) const {
+        effect.request.contextName = outside_.path();
+        effect.mustInstantiate();
+        std::map<std::string, std::string> outcomes;
+        std::istringstream lines(effect.service.standardError());
         for (std::string line; std::getline(lines, line);) {
             const auto name = line.find(": ") + 2;
             const auto outcome = line.rfind(": ");
-            outcomes_[line.substr(name, outcome - name)] = line.substr(outcome + 2);
+            outcomes[line.substr(name, outcome - name)] = line.substr(outcome + 2);
         }
+        return outcomes;
     }
 
+    /// The user's cache. Set before a service starts.
+    struct Cache {
+        Cache() {
+            // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread reads the environment.
+            setenv("XDG_CACHE_HOME", folder.path().c_str(), 1);
+        }
+        TemporaryFolder folder;
+    } cache_;
     TemporaryFolder outside_;
     HostedEffect effect_{ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober"};
     std::map<std::string, std::string> outcomes_;
@@ -90,6 +105,18 @@ TEST_F(ServiceConfinement, AllowsWhatTheEffectNeeds) {
     EXPECT_EQ(outcomes_["write nowhere"], "done");
     EXPECT_EQ(outcomes_["read the system's files"], "done");
     EXPECT_EQ(outcomes_["run a program"], "done");
+}
+
+TEST_F(ServiceConfinement, KeepsAnEffectsShadersForItsNextStart) {
+    EXPECT_EQ(outcomes_["read a shader of an earlier start"], "ENOENT");
+    EXPECT_EQ(outcomes_["keep a shader"], "done");
+    const auto effects = cache_.folder.path() / "orvalo/effects";
+    fs::create_directory(effects / "other");
+    std::ofstream(effects / "other/shader") << "shader";
+    HostedEffect next(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
+    auto outcomes = probe(next);
+    EXPECT_EQ(outcomes["read a shader of an earlier start"], "done");
+    EXPECT_EQ(outcomes["read another effect's shader"], landlockVersion() > 0 ? "EACCES" : "done");
 }
 
 TEST_F(ServiceConfinement, ForbidsAccessToOtherProcessesAndTheSystem) {

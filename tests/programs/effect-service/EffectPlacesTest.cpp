@@ -16,7 +16,7 @@ using namespace orvalo;
     for (const auto* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
         setenv(variable, folder, 1);
     }
-    for (const auto& place : effectPlaces({}, "/files").readable) {
+    for (const auto& place : effectPlaces({}, "/files", "/cache").readable) {
         const auto path = place.string();
         if (path.find("fontconfig") != std::string::npos || path.ends_with("themes")) {
             std::cerr << path << '\n';

@@ -11,11 +11,17 @@ namespace orvalo::testing {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class PerformanceTest : public PlayFixture {
   protected:
+    /// LV2_PATH with that effect of the misbehaving ones as Orvalo.
+    std::string misbehaving(const std::string& effect) {
+        return standIn("urn:orvalo:misbehaving:" + effect) + ":" ORVALO_MISBEHAVING;
+    }
     /// The lines from the start until a file plays.
     static Lines start(const std::string& file) {
         return {
@@ -109,10 +115,11 @@ TEST_F(PerformanceTest, AnInterruptStopsPlayback) {
 }
 
 TEST_F(PerformanceTest, AnInterruptBeforePlayingEndsAtOnce) {
-    // There is no effect, so playback has not started.
-    useProgramWithoutEffect();
+    // The effect loops while it is instantiated, so playback has not started.
+    environment["LV2_PATH"] = misbehaving("made-loop");
     Program playing(command({}), environment);
-    playing.readUntil("ERROR: There were no audio units found.");
+    playing.readUntil("flags: 0x00000002");
+    playing.readUntil(")");
     playing.signal(SIGINT);
     EXPECT_THAT(playing.readAll(), ElementsAreArray(Lines{}));
     EXPECT_EQ(playing.wait(), 0);
@@ -123,10 +130,37 @@ TEST_F(PerformanceTest, PlaysWithoutAMissingEffect) {
     const auto file = wav("music.wav", 44100, 4410);
     const auto end = run({"--file", file, "--seconds", "0.05"});
     EXPECT_EQ(end.status, 0);
-    EXPECT_THAT(end.error, HasSubstr("The effect was not ready after 5 s; playing without it."));
+    EXPECT_THAT(end.error, HasSubstr("The effect cannot be used; playing without it."));
     ASSERT_GT(end.output.size(), 5U);
     EXPECT_EQ(end.output[1], "ERROR: There were no audio units found.");
     EXPECT_EQ(end.output[3], "AUEnginePlayer: The player was connected to the mainMixerNode.");
+}
+
+TEST_F(PerformanceTest, PlaysWithoutARefusedEffectAtOnce) {
+    environment["LV2_PATH"] = standIn("urn:orvalo:zoo:failing") + ":" ORVALO_ZOO;
+    const auto end = run({"--file", wav("music.wav", 48000, 4800), "--seconds", "0.05"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.output, Contains("Error: Could not instantiate audio unit."));
+    EXPECT_THAT(end.error, HasSubstr("The effect cannot be used; playing without it."));
+    EXPECT_THAT(end.error, Not(HasSubstr("was not ready")));
+}
+
+TEST_F(PerformanceTest, PlaysWithoutAnEffectThatIsNotReadyInTime) {
+    environment["LV2_PATH"] = misbehaving("made-loop");
+    const auto end = run({"--file", wav("music.wav", 48000, 4800), "--seconds", "0.05"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.error, HasSubstr("The effect was not ready after 5 s; playing without it."));
+}
+
+TEST_F(PerformanceTest, PlaysDryWhileTheEffectHangsInItsPreparation) {
+    environment["ORVALO_EFFECT_LOADING"] = "out-of-process";
+    environment["LV2_PATH"] = misbehaving("remade-loop");
+    const auto end = run({"--file", wav("music.wav", 44100, 441000), "--seconds", "0.05"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.output.back(), "AUEnginePlayer: Audio engine stopping.");
+    EXPECT_THAT(end.error, HasSubstr("The effect <urn:orvalo:misbehaving:remade-loop> is not ready "
+                                     "for 44100 Hz after 750 ms; playback is dry until it is."));
+    EXPECT_THAT(end.error, Not(HasSubstr("did not answer")));
 }
 
 TEST_F(PerformanceTest, AMissingDemonstrationFileEndsTheProgram) {

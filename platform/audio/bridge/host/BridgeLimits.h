@@ -25,10 +25,14 @@ struct BridgeLimits {
 
     /// The interval between pings.
     Milliseconds ping{500};
-    /// The time limit for an answer or a quantum.
+    /// The time limit for a quantum, which the service's audio thread answers.
     Milliseconds hang{1000 * kSlowness};
-    /// The time limit for requests that may load samples or code.
+    /// The time limit for an answer of the service's main thread, which may load samples or code.
     Milliseconds request{10000 * kSlowness};
+    /// The same while that thread runs a UI, which may compile shaders.
+    Milliseconds pluginUI{30000 * kSlowness};
+    /// How long the start of playback waits for a new sample rate before it goes on dry.
+    Milliseconds prepare{750};
     /// How long a service that closed its connection may take to end, so that its exit status
     /// can be logged.
     Milliseconds farewell{500 * kSlowness};

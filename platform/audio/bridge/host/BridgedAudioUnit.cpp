@@ -49,6 +49,7 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
                                    const std::filesystem::path& program, const BridgeLimits& limits)
     : LV2AudioUnit(world, uri, description),
+      limits_(limits),
       render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()), limits),
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
@@ -96,18 +97,79 @@ void BridgedAudioUnit::requestViewController(
                       }});
 }
 
-void BridgedAudioUnit::allocateRenderResources(double sampleRate) {
-    const std::scoped_lock lock(control_);
-    if (sampleRate != sampleRate_) {
-        const auto answer =
-            supervisor_.perform(bridge::Prepare{.number = 0, .sampleRate = sampleRate});
-        if (answer.kind == ServiceAnswer::Kind::refused) {
-            throw NSError("LV2", static_cast<std::int64_t>(LV2ErrorCode::instantiationFailed),
-                          answer.error);
+void BridgedAudioUnit::startAgain() {
+    supervisor_.restart();
+    std::optional<double> missed;
+    {
+        const std::scoped_lock lock(rates_);
+        if (preparation_ != nullptr && preparation_->answer &&
+            preparation_->answer->kind == ServiceAnswer::Kind::noService) {
+            missed = preparation_->sampleRate;
         }
-        sampleRate_ = sampleRate;
     }
+    if (missed) {
+        requestSampleRate(*missed, false);
+    }
+}
+
+void BridgedAudioUnit::allocateRenderResources(double sampleRate) {
+    supervisor_.restart();
     render_.setSampleRate(sampleRate);
+    if (hasSampleRate(sampleRate)) {
+        render_.setPrepared(true);
+        return;
+    }
+    const auto preparation = requestSampleRate(sampleRate, true);
+    std::unique_lock lock(rates_);
+    const auto isAnswered = [&preparation] { return preparation->answer.has_value(); };
+    if (render_.isOffline()) {
+        answered_.wait(lock, isAnswered);
+    } else if (!answered_.wait_for(lock, limits_.prepare, isAnswered)) {
+        preparation->isAwaited = false;
+        g_warning("The effect <%s> is not ready for %.0f Hz after %s; playback is dry until it is.",
+                  data().uri.c_str(), sampleRate, durationText(limits_.prepare).c_str());
+        return;
+    }
+    if (preparation->answer->kind == ServiceAnswer::Kind::refused) {
+        // The service keeps its rate.
+        render_.setPrepared(true);
+        throw NSError("LV2", static_cast<std::int64_t>(LV2ErrorCode::instantiationFailed),
+                      preparation->answer->error);
+    }
+}
+
+bool BridgedAudioUnit::hasSampleRate(double sampleRate) {
+    const std::scoped_lock lock(rates_);
+    return sampleRate == sampleRate_ && (preparation_ == nullptr || preparation_->answer);
+}
+
+std::shared_ptr<BridgedAudioUnit::Preparation> BridgedAudioUnit::requestSampleRate(
+    double sampleRate, bool isAwaited) {
+    auto preparation =
+        std::make_shared<Preparation>(Preparation{sampleRate, isAwaited, std::nullopt});
+    {
+        const std::scoped_lock lock(rates_);
+        preparation_ = preparation;
+        render_.setPrepared(false);
+    }
+    supervisor_.post(
+        {bridge::Prepare{.number = 0, .sampleRate = sampleRate}, 0,
+         [this, preparation](const ServiceAnswer& answer) { finish(*preparation, answer); }});
+    return preparation;
+}
+
+void BridgedAudioUnit::finish(Preparation& preparation, const ServiceAnswer& answer) {
+    {
+        const std::scoped_lock lock(rates_);
+        preparation.answer = answer;
+        if (answer.kind == ServiceAnswer::Kind::done) {
+            sampleRate_ = preparation.sampleRate;
+            render_.setPrepared(&preparation == preparation_.get());
+        } else if (answer.kind == ServiceAnswer::Kind::refused && !preparation.isAwaited) {
+            g_warning("%s", answer.error.c_str());
+        }
+    }
+    answered_.notify_all();
 }
 
 }  // namespace orvalo

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <condition_variable>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
@@ -30,10 +33,16 @@ class BridgedAudioUnit : public LV2AudioUnit {
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
     std::uint32_t latency() const override { return render_.latency(); }
     void setRenderingOffline(bool isOffline) override { render_.setOffline(isOffline); }
+    void playbackStarts() override { startAgain(); }
+    /// Also starts a service that was given up. Waits at most BridgeLimits::prepare for the
+    /// service, then leaves the output dry until it is prepared; offline it waits until then.
     void allocateRenderResources(double sampleRate) override;
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override {
         render_.render(input, output);
     }
+
+    /// Starts the service again when it was given up. Any thread.
+    void startAgain();
 
     /// How many quanta were dry because the service was late. Any thread.
     std::uint64_t lateQuantumCount() const { return render_.lateQuantumCount(); }
@@ -46,8 +55,23 @@ class BridgedAudioUnit : public LV2AudioUnit {
     bool loadPreset(const LV2Preset& preset) override;
     ServiceOrder order(const std::filesystem::path& program);
 
+    /// A request for a sample rate.
+    struct Preparation {
+        double sampleRate = 0.0;
+        bool isAwaited = false;  ///< A thread waits for the answer and handles it.
+        std::optional<ServiceAnswer> answer;
+    };
+    std::shared_ptr<Preparation> requestSampleRate(double sampleRate, bool isAwaited);
+    void finish(Preparation& preparation, const ServiceAnswer& answer);
+    /// Whether the service already has that rate and no other one is requested.
+    bool hasSampleRate(double sampleRate);
+
+    const BridgeLimits limits_;
     LV2StatePaths paths_;
-    double sampleRate_ = 0.0;
+    std::mutex rates_;                          // Guards the next two members.
+    double sampleRate_ = 0.0;                   // As the service answered last; 0 before.
+    std::shared_ptr<Preparation> preparation_;  // The last one; null before the first.
+    std::condition_variable answered_;          // A preparation has its answer.
     BridgedRender render_;
     const std::shared_ptr<PluginUIChannel> pluginUIChannel_;
     ServiceSupervisor supervisor_;  // Destroyed before the members that it uses.

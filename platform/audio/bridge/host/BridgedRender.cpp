@@ -45,8 +45,8 @@ std::unique_ptr<RenderSession> BridgedRender::disconnect() {
     return session_.exchange(nullptr);
 }
 
-void BridgedRender::giveUp() {
-    hasGivenUp_.store(true, std::memory_order_release);
+void BridgedRender::setGivenUp(bool isGivenUp) {
+    hasGivenUp_.store(isGivenUp, std::memory_order_release);
     sessionNumber_.fetch_add(1, std::memory_order_release);
     Futex::wake(sessionNumber_);
 }
@@ -65,7 +65,8 @@ void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) no
     }
     {
         const RenderSlot<RenderSession>::Access session(session_);
-        if (!session || !process(*session, input, output)) {
+        const bool isReady = session && isPrepared_.load(std::memory_order_acquire);
+        if (!isReady || !process(*session, input, output)) {
             fader_.writeDry(input, output);
         }
     }
@@ -115,7 +116,7 @@ bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
     return true;
 }
 
-void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) noexcept {
+void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) const noexcept {
     auto& control = session.audio.control();
     const auto shared = session.audio.input(input.frameCount);
     for (std::uint32_t channel = 0; channel < shared.channelCount; ++channel) {

@@ -28,13 +28,16 @@ class BridgedRender {
     void connect(std::unique_ptr<RenderSession> session);
     /// Ends a wait for an answer and removes the session; null without one. Supervisor's thread.
     std::unique_ptr<RenderSession> disconnect();
-    /// Offline rendering no longer waits for a session. Any thread.
-    void giveUp();
+    /// Offline rendering does not wait for a session while the effect is given up. Any thread.
+    void setGivenUp(bool isGivenUp);
+    /// The output is dry until the service is prepared to play; it is at first. Any thread.
+    void setPrepared(bool isPrepared) { isPrepared_.store(isPrepared, std::memory_order_release); }
 
     /// Determines the duration of a quantum. Never during render().
     void setSampleRate(double sampleRate);
     /// Offline rendering waits for late answers and for sessions. Never during render().
     void setOffline(bool isOffline) { isOffline_.store(isOffline, std::memory_order_relaxed); }
+    bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
     /// AUAudioUnit::latency(). Any thread.
     std::uint32_t latency() const { return latency_.load(std::memory_order_relaxed); }
@@ -50,18 +53,18 @@ class BridgedRender {
     bool hasLiveSession() noexcept;
     bool process(RenderSession& session, const AudioBlock& input,
                  const AudioBlock& output) noexcept;
-    void handOver(RenderSession& session, const AudioBlock& input) noexcept;
+    void handOver(RenderSession& session, const AudioBlock& input) const noexcept;
     void readAnswer(RenderSession& session) noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
-    bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
     RenderSlot<AUMIDIOutputEventBlock>& midiBlock_;
     const std::uint32_t midiOutputCount_;
     const BridgeLimits limits_;
     RenderSlot<RenderSession> session_;
-    /// The futex word of awaitSession(): changes with connect() and giveUp().
+    /// The futex word of awaitSession(): changes with connect() and setGivenUp().
     std::atomic<std::uint32_t> sessionNumber_{0};
     std::atomic<bool> hasGivenUp_{false};
+    std::atomic<bool> isPrepared_{true};
     std::atomic<bool> isOffline_{false};
     std::atomic<double> sampleRate_{48000.0};
     std::atomic<std::uint32_t> latency_{0};

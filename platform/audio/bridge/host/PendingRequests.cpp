@@ -1,10 +1,21 @@
 #include "platform/audio/bridge/host/PendingRequests.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace orvalo {
 
 namespace {
+
+bool concernsPluginUI(const bridge::HostMessage& message) {
+    return std::holds_alternative<bridge::OpenPluginUI>(message) ||
+           std::holds_alternative<bridge::LoadPluginUI>(message) ||
+           std::holds_alternative<bridge::ClosePluginUI>(message);
+}
+
+bool isForEffect(const bridge::HostMessage& message) {
+    return !concernsPluginUI(message) && !std::holds_alternative<bridge::Ping>(message);
+}
 
 /// The activity of a request that may load samples or code; "" for other requests.
 std::string slowActivity(const bridge::HostMessage& message) {
@@ -56,12 +67,39 @@ const bridge::HostMessage* PendingRequests::firstMessage() const {
     return requests_.empty() ? nullptr : &requests_.front().command.message;
 }
 
-std::string PendingRequests::overdue(Time now, const BridgeLimits& limits) const {
-    if (requests_.empty()) {
-        return "";
+bool PendingRequests::concernPluginUI() const {
+    return std::any_of(requests_.begin(), requests_.end(), [](const Request& request) {
+        return concernsPluginUI(request.command.message);
+    });
+}
+
+bool PendingRequests::concernEffect() const {
+    return std::any_of(requests_.begin(), requests_.end(),
+                       [](const Request& request) { return isForEffect(request.command.message); });
+}
+
+std::chrono::steady_clock::duration PendingRequests::waited(Time now) const {
+    return requests_.empty() ? std::chrono::steady_clock::duration(0)
+                             : now - requests_.front().since;
+}
+
+void PendingRequests::noteLife(Time now) {
+    if (!requests_.empty()) {
+        requests_.front().since = now;
     }
-    const auto limit = activity().empty() ? limits.hang : limits.request;
-    return now - requests_.front().since > limit ? "did not answer for " + durationText(limit) : "";
+}
+
+void PendingRequests::refusePluginUI(const std::string& error) {
+    for (auto& request : requests_) {
+        auto& [message, process, completion] = request.command;
+        if (std::holds_alternative<bridge::OpenPluginUI>(message)) {
+            completion = {};
+        } else if (std::holds_alternative<bridge::LoadPluginUI>(message)) {
+            if (const auto refused = std::exchange(completion, {})) {
+                refused({ServiceAnswer::Kind::refused, error});
+            }
+        }
+    }
 }
 
 std::string PendingRequests::activity() const {

@@ -71,6 +71,17 @@ std::uint32_t ServiceRun::transmit(bridge::HostMessage& message, int passed) {
 
 // Running.
 
+bool ServiceRun::canTake(const ServiceCommand& command) const {
+    return !isPluginUIHung_ || std::holds_alternative<bridge::ClosePluginUI>(command.message) ||
+           std::holds_alternative<bridge::ResizePluginUI>(command.message) ||
+           std::holds_alternative<bridge::ShowPluginUI>(command.message);
+}
+
+void ServiceRun::replace() {
+    isReplaced_ = true;
+    reason_ = "has a UI that hangs";
+}
+
 void ServiceRun::send(ServiceCommand command) {
     if (const auto number = transmit(command.message); number > 0) {
         pending_.add(std::move(command), number, Clock::now());
@@ -90,6 +101,10 @@ bool ServiceRun::handleEvents(int wakeup) {
     if ((watched[1].revents & POLLIN) != 0) {
         return false;
     }
+    if ((watched[2].revents & (POLLIN | POLLOUT)) != 0) {
+        // The transfer of a large state may take longer than an answer.
+        pending_.noteLife(now);
+    }
     if ((watched[2].revents & POLLOUT) != 0) {
         channel_.flush();
     }
@@ -98,7 +113,7 @@ bool ServiceRun::handleEvents(int wakeup) {
     }
     sendPingWhenDue(now);
     observeQuanta(now);
-    auto fault = pending_.overdue(now, surroundings_.limits);
+    auto fault = overdueAnswer(now);
     if (fault.empty()) {
         fault = overdueQuantum(now);
     }
@@ -135,6 +150,7 @@ bool ServiceRun::take(const bridge::Done& done) {
     if (!command) {
         return false;
     }
+    isPluginUIHung_ = false;
     const auto error = plainText(done.error);
     if (std::holds_alternative<bridge::Instantiate>(command->message)) {
         finishStart(error);
@@ -161,6 +177,9 @@ void ServiceRun::finishRequest(const ServiceCommand& command, const std::string&
         } else if (const auto* context = std::get_if<bridge::SetContextName>(&command.message)) {
             surroundings_.last.contextName = context->name;
         }
+    }
+    if (std::holds_alternative<bridge::ClosePluginUI>(command.message)) {
+        isPluginUIOpen_ = false;
     }
     if (command.completion) {
         command.completion(
@@ -244,6 +263,29 @@ void ServiceRun::observeQuanta(Time now) {
     }
 }
 
+std::string ServiceRun::overdueAnswer(Time now) {
+    const auto& limits = surroundings_.limits;
+    const bool runsPluginUI = isPluginUIOpen_ || pending_.concernPluginUI();
+    const auto limit = runsPluginUI ? limits.pluginUI : limits.request;
+    if (isPluginUIHung_ || pending_.waited(now) <= limit) {
+        return "";
+    }
+    auto reason = "did not answer for " + durationText(limit);
+    if (!runsPluginUI || pending_.concernEffect()) {
+        return reason;
+    }
+    closeHungPluginUI(reason);
+    return "";
+}
+
+// The main thread cannot leave the UI's code. The audio thread needs no main thread.
+void ServiceRun::closeHungPluginUI(const std::string& reason) {
+    isPluginUIHung_ = true;
+    pending_.refusePluginUI("The UI of <" + surroundings_.order.uri + "> " + reason +
+                            "; the effect plays on.");
+    surroundings_.pluginUI.post(bridge::PluginUIClosed{"it " + reason + ", the effect plays on"});
+}
+
 std::string ServiceRun::overdueQuantum(Time now) const {
     const auto limit = surroundings_.limits.hang;
     const bool isOverdue = readySession_ != nullptr && now - unansweredSince_ > limit;
@@ -287,7 +329,11 @@ ServiceRun::End ServiceRun::finish() {
     const auto exit = process_.end();
     surroundings_.last.takeControls(session_->audio.controlValues(), surroundings_.order.ports);
     log_.finish(Clock::now());
-    End end{(reason_.empty() ? exit : reason_) + activity(now), log_.lastMessage(), {}, {}};
+    End end{(reason_.empty() ? exit : reason_) + (isReplaced_ ? "" : activity(now)),
+            log_.lastMessage(),
+            !isReplaced_,
+            {},
+            {}};
     for (auto& command : pending_.takeAll()) {
         const bool isRepeatable = std::holds_alternative<bridge::Prepare>(command.message) ||
                                   std::holds_alternative<bridge::SetContextName>(command.message);

@@ -41,8 +41,13 @@ class ServiceRun {
     bool isReady() const { return readySession_ != nullptr; }
     /// The service's error when it could not instantiate the effect.
     const std::optional<std::string>& refusal() const { return refusal_; }
-    /// Sends a command to a service that is ready.
+    /// Whether the service can do what the command requests: not while its UI hangs, except to
+    /// close that UI.
+    bool canTake(const ServiceCommand& command) const;
+    /// Sends a command that the service can take, once it is ready.
     void send(ServiceCommand command);
+    /// The service is replaced although it has not died, because it cannot take a command.
+    void replace();
 
     /// Waits for events, at most `tick`, and handles them; wakeup: a descriptor that ends the wait
     /// when it is readable. False when the service has ended or has to be killed.
@@ -52,6 +57,7 @@ class ServiceRun {
     struct End {
         std::string what;         ///< "was killed by signal 11 (Segmentation fault) while playing"
         std::string lastMessage;  ///< The last line of its log; "" for none.
+        bool isDeath = true;      ///< Not after replace().
         std::deque<ServiceCommand> repeatable;  ///< Unanswered; the next service gets them.
         std::deque<ServiceCommand> lost;        ///< Unanswered; not repeated.
     };
@@ -79,7 +85,9 @@ class ServiceRun {
 
     void sendPingWhenDue(Time now);
     void observeQuanta(Time now);
+    void closeHungPluginUI(const std::string& reason);
     // Each is the clause why the service has to be killed, or "".
+    std::string overdueAnswer(Time now);
     std::string overdueQuantum(Time now) const;
     std::string excessiveMemory(Time now);
 
@@ -105,6 +113,8 @@ class ServiceRun {
     bool warnedOfLargeState_ = false;
     std::uint32_t openedFor_ = 0;  // The last request that PluginUIOpened was sent for.
     bool isPluginUIOpen_ = false;  // According to the service.
+    bool isPluginUIHung_ = false;  // The main thread has not answered since the UI was closed.
+    bool isReplaced_ = false;
 };
 
 }  // namespace orvalo

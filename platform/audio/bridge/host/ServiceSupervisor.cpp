@@ -55,15 +55,25 @@ void ServiceSupervisor::start() {
 
 void ServiceSupervisor::supervise() {
     pthread_setname_np(pthread_self(), "orvalo-effect");
-    while (!isStopping() && runService()) {
-    }
+    do {
+        policy_.forgetDeaths();
+        while (!isStopping() && runService()) {
+        }
+    } while (awaitRestart());
+    refuseCommands();
+}
+
+bool ServiceSupervisor::awaitRestart() {
     while (!isStopping()) {
         drainWakeups();
+        if (!hasGivenUp()) {
+            return true;
+        }
         refuseCommands();
         pollfd wakeup{wakeup_.get(), POLLIN, 0};
         poll(&wakeup, 1, -1);
     }
-    refuseCommands();
+    return false;
 }
 
 bool ServiceSupervisor::runService() {
@@ -96,7 +106,10 @@ bool ServiceSupervisor::serve(ServiceRun& run) {
             if (!std::exchange(becameReady, true)) {
                 announceReady();
             }
-            sendCommands(run);
+            if (!sendCommands(run)) {
+                run.replace();
+                break;
+            }
         }
     }
     return becameReady;
@@ -131,7 +144,7 @@ bool ServiceSupervisor::handleEnd(const ServiceRun::End& end,
     }
     bool restarts = false;
     if (!refusal) {
-        restarts = handleDeath(end.what, end.lastMessage);
+        restarts = handleDeath(end.what, end.lastMessage, end.isDeath);
     } else if (wasReady_) {
         restarts = handleDeath("could not be instantiated again (" + *refusal + ")", "");
     } else {
@@ -146,9 +159,10 @@ bool ServiceSupervisor::handleEnd(const ServiceRun::End& end,
     return restarts;
 }
 
-bool ServiceSupervisor::handleDeath(const std::string& what, const std::string& lastMessage) {
+bool ServiceSupervisor::handleDeath(const std::string& what, const std::string& lastMessage,
+                                    bool isDeath) {
     const auto lastWords = lastMessage.empty() ? "" : " It last said: " + lastMessage;
-    const bool restarts = policy_.mayRestartAfterDeath(RestartPolicy::Clock::now());
+    const bool restarts = !isDeath || policy_.mayRestartAfterDeath(RestartPolicy::Clock::now());
     if (!restarts && !wasReady_) {
         failStart("The plug-in <" + order_.uri + "> cannot be used: it " + deathsText() +
                   "; at last it " + what + "." + lastWords);
@@ -173,11 +187,27 @@ void ServiceSupervisor::failStart(const std::string& error) {
 }
 
 void ServiceSupervisor::giveUp() {
-    g_warning("The effect <%s> %s and is not started again; playback goes on dry.",
-              order_.uri.c_str(), deathsText().c_str());
+    g_warning(
+        "The effect <%s> %s and is not started again until playback starts or its UI is shown; "
+        "playback goes on dry.",
+        order_.uri.c_str(), deathsText().c_str());
+    const std::scoped_lock lock(mutex_);
     hasGivenUp_.store(true, std::memory_order_release);
     pluginUI_.post(ServiceGivenUp{});
-    render_.giveUp();
+    render_.setGivenUp(true);
+}
+
+void ServiceSupervisor::restart() {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (!hasGivenUp()) {
+            return;
+        }
+        hasGivenUp_.store(false, std::memory_order_release);
+        pluginUI_.post(ServiceLost{});
+        render_.setGivenUp(false);
+    }
+    wake();
 }
 
 std::string ServiceSupervisor::deathsText() const {
@@ -209,16 +239,34 @@ std::deque<ServiceCommand> ServiceSupervisor::takeCommands() {
     return std::exchange(commands_, {});
 }
 
-void ServiceSupervisor::sendCommands(ServiceRun& run) {
-    for (auto& command : takeCommands()) {
+bool ServiceSupervisor::sendCommands(ServiceRun& run) {
+    auto commands = takeCommands();
+    while (!commands.empty()) {
+        auto& command = commands.front();
         if (command.process == 0 || command.process == process_) {
+            if (!run.canTake(command)) {
+                const std::scoped_lock lock(mutex_);
+                commands_.insert(commands_.begin(), std::make_move_iterator(commands.begin()),
+                                 std::make_move_iterator(commands.end()));
+                return false;
+            }
             run.send(std::move(command));
         }
+        commands.pop_front();
     }
+    return true;
 }
 
 void ServiceSupervisor::refuseCommands() {
-    for (const auto& command : takeCommands()) {
+    std::deque<ServiceCommand> refused;
+    {
+        const std::scoped_lock lock(mutex_);
+        // After restart() the next service gets them.
+        if (hasGivenUp() || isStopping()) {
+            refused.swap(commands_);
+        }
+    }
+    for (const auto& command : refused) {
         if (command.completion) {
             command.completion({ServiceAnswer::Kind::noService, ""});
         }

@@ -30,6 +30,7 @@ class RestartPolicy {
         recent_.push_back(now);
         return recent_.size() < deaths_;
     }
+    void forgetDeaths() { recent_.clear(); }
 
   private:
     const unsigned deaths_;
@@ -38,8 +39,8 @@ class RestartPolicy {
 };
 
 /// Runs one effect's services, one after the other, on its own thread. A service that dies, hangs
-/// or exceeds its limits is replaced by one with the effect's last known state, until it has died
-/// too often.
+/// or exceeds its limits is replaced by one with the effect's last known state. When it has died
+/// too often, the effect is given up until restart().
 class ServiceSupervisor {
   public:
     /// last: the state of the first service. render and pluginUI outlive the supervisor.
@@ -60,22 +61,27 @@ class ServiceSupervisor {
     /// Sends a command without waiting. Any thread, after start().
     void post(ServiceCommand command);
 
-    /// Whether the service has died too often. Any thread.
+    /// Whether the effect is given up. Any thread.
     bool hasGivenUp() const { return hasGivenUp_.load(std::memory_order_acquire); }
+    /// Starts services again when the effect is given up. Any thread, after start().
+    void restart();
 
   private:
     void supervise();
+    bool awaitRestart();
     // Each is false when no other service follows.
     bool runService();
     bool handleFailedStart(const std::string& error);
     bool handleEnd(const ServiceRun::End& end, const std::optional<std::string>& refusal);
-    bool handleDeath(const std::string& what, const std::string& lastMessage);
+    /// isDeath: whether the end counts.
+    bool handleDeath(const std::string& what, const std::string& lastMessage, bool isDeath = true);
 
     bool serve(ServiceRun& run);
     void announceReady();
     void failStart(const std::string& error);
     void giveUp();
-    void sendCommands(ServiceRun& run);
+    /// False when the service has to be replaced before it can take the rest of the commands.
+    bool sendCommands(ServiceRun& run);
     void refuseCommands();
     std::deque<ServiceCommand> takeCommands();
     std::string deathsText() const;
@@ -93,7 +99,7 @@ class ServiceSupervisor {
     FileDescriptor wakeup_;
     std::atomic<bool> isStopping_{false};
     std::atomic<bool> hasGivenUp_{false};
-    std::mutex mutex_;  // Guards commands_.
+    std::mutex mutex_;  // Guards commands_ and changes of hasGivenUp_.
     std::deque<ServiceCommand> commands_;
 
     // Used by the supervisor's thread alone.

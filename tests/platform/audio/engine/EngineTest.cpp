@@ -60,6 +60,23 @@ TEST_F(EngineTest, TheEffectStandsBetweenPlayerAndMixer) {
     EXPECT_EQ(unit->rates(), std::vector<double>{48000});
 }
 
+TEST_F(EngineTest, TellsTheEffectOfEachStart) {
+    start({48000, 2});
+    engine->stop();
+    const auto node = effect({.inputs = 2, .outputs = 2});
+    engine->connect(player, node, AVAudioFormat{48000, 2});
+    engine->connect(node, engine->mainMixerNode(), AVAudioFormat{48000, 2});
+    EXPECT_EQ(unit->starts(), 0);
+    engine->start();
+    EXPECT_EQ(unit->starts(), 1);
+    engine->start();
+    EXPECT_EQ(unit->starts(), 1);
+    engine->stop();
+    engine->start();
+    EXPECT_EQ(unit->starts(), 2);
+    EXPECT_EQ(unit->rates(), std::vector<double>{48000});
+}
+
 TEST_F(EngineTest, DerivedFormatsAreTheFilesRateAndTheEffectsChannels) {
     start({48000, 2});
     const auto node = effect({.inputs = 2, .outputs = 2});

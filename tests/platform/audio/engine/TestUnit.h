@@ -30,6 +30,8 @@ class TestUnit : public AUAudioUnit {
         const std::lock_guard lock(mutex_);
         return rates_;
     }
+    /// How many starts of the engine it was told of.
+    int starts() const { return starts_; }
     /// The largest absolute sample of an input channel.
     float peak(std::size_t channel) const { return peaks_.at(channel); }
     /// Whether it was prepared while it rendered.
@@ -51,6 +53,11 @@ class TestUnit : public AUAudioUnit {
     std::uint32_t inputChannelCount() const override { return shape_.inputs; }
     std::uint32_t outputChannelCount() const override { return shape_.outputs; }
     std::uint32_t latency() const override { return 0; }
+
+    void playbackStarts() override {
+        overlapped_ = overlapped_ || isRendering_;
+        ++starts_;
+    }
 
     void allocateRenderResources(double sampleRate) override {
         overlapped_ = overlapped_ || isRendering_;
@@ -78,6 +85,7 @@ class TestUnit : public AUAudioUnit {
     const Shape shape_;
     mutable std::mutex mutex_;
     std::vector<double> rates_;
+    std::atomic<int> starts_{0};
     std::array<float, kMaximumChannels> peaks_{};
     std::atomic<bool> isRendering_ = false;
     std::atomic<bool> overlapped_ = false;

@@ -176,8 +176,8 @@ TEST_F(BridgedView, IsRestoredWithItsControlsAfterTheServiceWasKilled) {
     EXPECT_TRUE(pollUntil([this] { return gain() == 2.1F; }));
 }
 
-TEST_F(BridgedView, IsRestoredAfterItHungTheService) {
-    limits_.hang = std::chrono::seconds(2);
+TEST_F(BridgedView, IsClosedWhenItHangsWhileTheEffectPlaysOn) {
+    limits_.pluginUI = std::chrono::seconds(2);
     show();
     const auto place = window_->place();
     click(place.x + 130, place.y + 50);
@@ -186,12 +186,24 @@ TEST_F(BridgedView, IsRestoredAfterItHungTheService) {
     const auto ui = windowAt(place.x + 10, place.y + 10);
     CapturedOutput errors(STDERR_FILENO);
     click(place.x + 50, place.y + 50, 2);
-    EXPECT_TRUE(pollUntil([&first] { return servicePids() != first; }));
-    // The server may destroy the windows a little after the end of the process.
     EXPECT_TRUE(waitForRectangle(ui, {}));
+    EXPECT_TRUE(pollUntil([this] {
+        return message() ==
+               "The UI of UI probe is closed: it did not answer for 2 s, the effect plays on.";
+    }));
+    EXPECT_EQ(gain(), 1.3F);
+    EXPECT_EQ(servicePids(), first);
+    EXPECT_THAT(errors.text(), HasSubstr("The UI of <urn:orvalo:ui:probe> is closed: it did not "
+                                         "answer for 2 s, the effect plays on."));
+    // Showing it again replaces the service.
+    window_->stage()->setHidden(true);
+    runFor(20);
+    window_->stage()->setHidden(false);
     EXPECT_TRUE(fillsItsStage());
+    EXPECT_NE(servicePids(), first);
     EXPECT_TRUE(pollUntil([this] { return gain() == 1.3F; }));
-    EXPECT_THAT(errors.text(), HasSubstr("did not answer for"));
+    EXPECT_THAT(errors.text(), HasSubstr("The effect <urn:orvalo:ui:probe> has a UI that hangs; it "
+                                         "is started again with its last state."));
     click(place.x + 210, place.y + 50);
     EXPECT_TRUE(pollUntil([this] { return gain() == 2.1F; }));
 }
@@ -233,7 +245,7 @@ TEST_F(BridgedView, ShowsTheMessageAlsoWhenOpenedDuringARestart) {
     EXPECT_EQ(message(), "");
 }
 
-TEST_F(BridgedView, ShowsThatItIsClosedWhenTheServiceIsGivenUp) {
+TEST_F(BridgedView, IsClosedWhenTheEffectIsGivenUpAndReturnsWhenShownAgain) {
     show();
     const auto place = window_->place();
     for (int death = 0; death < 3; ++death) {
@@ -250,6 +262,12 @@ TEST_F(BridgedView, ShowsThatItIsClosedWhenTheServiceIsGivenUp) {
                "often, and playback goes on dry.";
     }));
     EXPECT_TRUE(pollUntil([&place] { return countColors(place) > 2; }));
+    // Showing it again starts the effect again.
+    window_->stage()->setHidden(true);
+    runFor(20);
+    window_->stage()->setHidden(false);
+    EXPECT_TRUE(fillsItsStage());
+    EXPECT_TRUE(pollUntil([this] { return gain() == 0.5F; }));
 }
 
 TEST_F(BridgedView, IsRecreatedInAnotherContainerWhenTheSampleRateChanges) {

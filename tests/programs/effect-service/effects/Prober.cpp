@@ -75,6 +75,10 @@ void probe(const Prober& self, const std::string& outside) {
     self.say("read its bundle", openFile(PROBER_BUNDLE "/manifest.ttl", O_RDONLY));
     self.say("write a temporary file",
              openFile(std::string(getenv("TMPDIR")) + "/made", O_RDWR | O_CREAT));
+    const std::string cache = getenv("MESA_SHADER_CACHE_DIR");
+    self.say("read a shader of an earlier start", openFile(cache + "/shader", O_RDONLY));
+    self.say("keep a shader", openFile(cache + "/shader", O_RDWR | O_CREAT));
+    self.say("read another effect's shader", openFile(cache + "/../other/shader", O_RDONLY));
     self.say("write nowhere", openFile("/dev/null", O_WRONLY | O_TRUNC));
     self.say("read the system's files", openFile("/etc/passwd", O_RDONLY));
     self.say("run a program", runProgram("/bin/true"));

@@ -3,6 +3,7 @@
 // Instantiate. Without ":always" only the first service misbehaves, which gets no state.
 
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -37,6 +38,15 @@ constexpr int kSocket = 3;
 
 void say(const std::string& text) {
     static_cast<void>(!write(STDERR_FILENO, text.data(), text.size()));
+}
+
+/// Waits until the host has sent that many messages of the shortest kind, and reads none.
+void awaitMessages(int count) {
+    const auto ping = bridge::encode(bridge::HostMessage(bridge::Ping{}));
+    for (int bytes = 0; bytes < count * static_cast<int>(ping.size());) {
+        ioctl(kSocket, FIONREAD, &bytes);
+        sched_yield();
+    }
 }
 
 [[noreturn]] void sleepForEver() {
@@ -124,7 +134,11 @@ class FakeService {
         if (request.sampleRate == 22050.0 && role_->how != "half") {
             raise(SIGKILL);
         }
-        answer(request.number, request.sampleRate == 1.0 ? "no such rate" : "");
+        if (request.sampleRate == 8000.0 || request.sampleRate == 8001.0) {
+            awaitMessages(1);
+        }
+        const bool isKnown = request.sampleRate != 1.0 && request.sampleRate != 8001.0;
+        answer(request.number, isKnown ? "" : "no such rate");
     }
     void take(const bridge::SetContextName& request) { answer(request.number); }
     void take(const bridge::LoadPreset& request) {
@@ -135,7 +149,11 @@ class FakeService {
             sleepForEver();
         }
         state_ = request.uri;
-        send(bridge::State{state_});
+        if (request.uri == "urn:preset:slow") {
+            sendSlowly(bridge::State{state_});
+        } else {
+            send(bridge::State{state_});
+        }
         answer(request.number, request.uri == "urn:preset:none" ? "no such preset" : "");
     }
     void take(const bridge::Ping& request) {
@@ -147,11 +165,20 @@ class FakeService {
         if (request.display == "refuse") {
             return answer(request.number, "No\x01\xFF UI.");
         }
+        if (request.display == "hang") {
+            sleepForEver();
+        }
         send(bridge::PluginUIOpened{request.window + 1});
         if (request.display == "twice") {
             send(bridge::PluginUIOpened{request.window + 2});
         }
         answer(request.number);
+        if (request.display == "hang-later") {
+            sleepForEver();
+        }
+        if (request.display == "hang-until-closed") {
+            awaitMessages(2);  // A ping and ClosePluginUI.
+        }
     }
     void take(const bridge::ResizePluginUI& request) {
         send(bridge::PluginUIResizeRequest{request.width, request.height});
@@ -167,7 +194,12 @@ class FakeService {
     void take(const Request& request) {
         answer(request.number);
     }
-    void take(const bridge::LoadPluginUI& request) { answer(request.number); }
+    void take(const bridge::LoadPluginUI& request) {
+        if (role_->how == "hang-ui") {
+            sleepForEver();
+        }
+        answer(request.number);
+    }
 
     void answer(std::uint32_t number, const std::string& error = "") {
         send(bridge::Done{number, error});
@@ -220,6 +252,16 @@ class FakeService {
     }
     static void sendWhole(const bridge::ServiceMessage& message) {
         sendWhole(bridge::encode(message));
+    }
+
+    /// Sends a message in two seconds.
+    static void sendSlowly(const bridge::ServiceMessage& message) {
+        const auto bytes = bridge::encode(message);
+        const auto pause = std::chrono::milliseconds(2000) / bytes.size();
+        for (const auto byte : bytes) {
+            sendWhole(std::vector{byte});
+            std::this_thread::sleep_for(pause);
+        }
     }
 
     /// Sends a head and a body of size bytes, whatever the head says.

@@ -16,6 +16,7 @@ using enum Transcript::Kind;
 BridgeLimits quickLimits() {
     auto limits = patientLimits();
     limits.hang = std::chrono::milliseconds(200) * BridgeLimits::kSlowness;
+    limits.request = std::chrono::milliseconds(900) * BridgeLimits::kSlowness;
     limits.tick = std::chrono::milliseconds(20);
     limits.memory = std::uint64_t{4} << 30U;
     return limits;
@@ -97,7 +98,8 @@ INSTANTIATE_TEST_SUITE_P(Ways, BesideTest,
                                            Way{"unasked-closed", "sent an invalid message"},
                                            Way{"unasked-outdated", "sent an invalid message"},
                                            Way{"deaf", "closed its connection"},
-                                           Way{"mute", "did not answer for " + limitInWords()}),
+                                           Way{"mute", "did not answer for " +
+                                                           durationText(quickLimits().request)}),
                          [](const auto& way) {
                              auto name = way.param.how;
                              std::erase(name, '-');
@@ -132,7 +134,8 @@ TEST(Gap, AfterTheThirdDeathTheOutputStaysDry) {
                           "(Segmentation fault) while playing. It last said: made at"));
     EXPECT_THAT(error.text(),
                 HasSubstr("The effect <urn:fake:segv:2:always> died 3 times within 60 s and "
-                          "is not started again; playback goes on dry."));
+                          "is not started again until playback starts or its UI is "
+                          "shown; playback goes on dry."));
     EXPECT_EQ(effect.supervisor().perform(bridge::Prepare{.number = 0, .sampleRate = 1.0}).kind,
               ServiceAnswer::Kind::noService);
 }

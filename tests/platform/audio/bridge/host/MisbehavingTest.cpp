@@ -2,19 +2,23 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <optional>
 
 #include "platform/foundation/NSError.h"
 #include "tests/platform/audio/bridge/RealTimeThread.h"
 #include "tests/platform/audio/bridge/host/BridgedEffect.h"
+#include "tests/platform/audio/bridge/host/FakeEffect.h"
 #include "tests/platform/audio/bridge/host/Leftovers.h"
 #include "tests/platform/audio/bridge/host/Transcript.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
 using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using enum Transcript::Kind;
 
 struct Way {
@@ -94,7 +98,6 @@ TEST_P(MisbehavingTest, IsGivenUpAfterTheThirdDeath) {
     }
     EXPECT_TRUE(children().empty());
     unit->setContextName("still there");
-    unit->allocateRenderResources(44100.0);
     EXPECT_FALSE(loadPreset(*unit, "Once"));
 }
 
@@ -168,6 +171,135 @@ TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
         }
         EXPECT_TRUE(isAlive(process)) << "still loops";
     });
+}
+
+TEST(Misbehaving, AStateOf47MebibytesSurvivesARestart) {
+    const CapturedOutput error(2);
+    const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:large", {});
+    // The service answers after it has sent its first state.
+    unit->setContextName("large");
+    ASSERT_EQ(children().size(), 1U);
+    kill(*children().begin(), SIGKILL);
+    ASSERT_TRUE(
+        pollUntil([&error] { return error.text().find("started again") != std::string::npos; }));
+    unit->setContextName("larger");
+    EXPECT_THAT(error.text(), HasSubstr("The large state is back."));
+    EXPECT_THAT(error.text(), Not(HasSubstr("did not answer")));
+}
+
+/// Kills a unit's services until it is given up.
+void killUntilGivenUp(const CapturedOutput& error) {
+    for (int death = 0; death < 3; ++death) {
+        ASSERT_TRUE(pollUntil([] { return children().size() == 1; }));
+        const auto process = *children().begin();
+        kill(process, SIGKILL);
+        ASSERT_TRUE(pollUntil([process] { return children().count(process) == 0; }));
+    }
+    ASSERT_TRUE(pollUntil(
+        [&error] { return error.text().find("is not started again") != std::string::npos; }));
+}
+
+TEST(Misbehaving, AnEffectThatWasGivenUpReturnsWhenPlaybackStarts) {
+    const CapturedOutput error(2);
+    const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:segv");
+    unit->allocateRenderResources(48000.0);
+    auto fed = feed(*unit);
+    Transcript transcript;
+    EXPECT_EQ(transcript.add(fed.next()), wet);
+    ASSERT_NO_FATAL_FAILURE(killUntilGivenUp(error));
+    EXPECT_EQ(transcript.add(fed.next()), toDry);
+    EXPECT_EQ(transcript.add(fed.next()), dry);
+    unit->playbackStarts();
+    EXPECT_EQ(transcript.add(fed.next()), toWet);
+    EXPECT_EQ(transcript.add(fed.next()), wet);
+}
+
+TEST(Misbehaving, AnEffectThatWasGivenUpReturnsAtANewRate) {
+    const CapturedOutput error(2);
+    const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:segv");
+    unit->allocateRenderResources(48000.0);
+    auto fed = feed(*unit);
+    fed.next();
+    ASSERT_NO_FATAL_FAILURE(killUntilGivenUp(error));
+    unit->allocateRenderResources(44100.0);
+    fed.next();
+    Transcript transcript;
+    EXPECT_EQ(transcript.add(fed.next()), wet);
+}
+
+TEST(Misbehaving, APreparationThatHangsLeavesPlaybackDry) {
+    const CapturedOutput error(2);
+    auto limits = patientLimits();
+    limits.prepare = std::chrono::milliseconds(50);
+    limits.request = std::chrono::hours(1);
+    const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:remade-loop", limits);
+    unit->setRenderingOffline(false);
+    unit->allocateRenderResources(48000.0);
+    auto fed = feed(*unit);
+    Transcript transcript;
+    EXPECT_EQ(transcript.add(fed.next()), wet);
+    unit->allocateRenderResources(44100.0);
+    EXPECT_THAT(error.text(), HasSubstr("The effect <urn:orvalo:misbehaving:remade-loop> is not "
+                                        "ready for 44100 Hz after 50 ms; playback is dry until "
+                                        "it is.\n"));
+    EXPECT_EQ(transcript.add(fed.next()), toDry);
+    EXPECT_EQ(transcript.add(fed.next()), dry);
+    EXPECT_EQ(unit->lateQuantumCount(), 0U);
+}
+
+/// A unit in the fake service, which answers for 8000 Hz, or refuses 8001 Hz, after it has received
+/// another message.
+class LatePreparation : public ::testing::Test {
+  protected:
+    LatePreparation() {
+        auto limits = patientLimits();
+        limits.prepare = std::chrono::milliseconds(50);
+        unit = std::make_shared<BridgedAudioUnit>(misbehavingWorld(), "urn:orvalo:misbehaving:segv",
+                                                  AudioComponentDescription{}, fakeServicePath(),
+                                                  limits);
+        fed.emplace(feed(*unit));
+        unit->allocateRenderResources(48000.0);
+        EXPECT_EQ(transcript.add(fed->next()), wet);
+    }
+
+    const CapturedOutput error{2};
+    std::shared_ptr<BridgedAudioUnit> unit;
+    std::optional<QuantumFeed> fed;
+    Transcript transcript;
+};
+
+TEST_F(LatePreparation, MakesPlaybackWetWhenItIsDone) {
+    unit->allocateRenderResources(8000.0);
+    EXPECT_EQ(transcript.add(fed->next()), toDry);
+    unit->setContextName("go on");
+    EXPECT_EQ(transcript.add(fed->next()), toWet);
+    EXPECT_EQ(transcript.add(fed->next()), wet);
+}
+
+TEST_F(LatePreparation, LeavesPlaybackDryWhenItIsRefused) {
+    unit->allocateRenderResources(8001.0);
+    EXPECT_EQ(transcript.add(fed->next()), toDry);
+    unit->setContextName("go on");
+    EXPECT_EQ(transcript.add(fed->next()), dry);
+    EXPECT_THAT(error.text(), HasSubstr("no such rate"));
+    unit->allocateRenderResources(48000.0);
+    EXPECT_EQ(transcript.add(fed->next()), toWet);
+}
+
+TEST_F(LatePreparation, LeavesPlaybackDryWhileALaterOneIsUnderWay) {
+    unit->allocateRenderResources(8000.0);
+    // The request for 8001 Hz lets the service answer for 8000 Hz.
+    unit->allocateRenderResources(8001.0);
+    EXPECT_EQ(transcript.add(fed->next()), toDry);
+    unit->setContextName("go on");
+    EXPECT_EQ(transcript.add(fed->next()), dry);
+}
+
+TEST_F(LatePreparation, IsReplacedByTheNextOne) {
+    unit->allocateRenderResources(8000.0);
+    unit->allocateRenderResources(48000.0);
+    unit->setContextName("go on");
+    EXPECT_EQ(transcript.add(fed->next()), wet);
 }
 
 /// A signal that another process sends to a service.

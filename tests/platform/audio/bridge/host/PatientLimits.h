@@ -11,6 +11,7 @@ inline BridgeLimits patientLimits() {
     BridgeLimits limits;
     limits.waitFraction = 4000.0 * BridgeLimits::kSlowness;
     limits.request = std::chrono::seconds(20) * BridgeLimits::kSlowness;
+    limits.pluginUI = std::chrono::seconds(60) * BridgeLimits::kSlowness;
     return limits;
 }
 

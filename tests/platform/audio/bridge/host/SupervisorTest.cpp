@@ -124,7 +124,7 @@ TEST(Supervisor, AnUnansweredRequestEndsTheService) {
     const CapturedOutput error(2);
     auto limits = patientLimits();
     limits.request = std::chrono::milliseconds(300);
-    // These shorter limits must not apply while a request is open.
+    // This shorter limit is for quanta.
     limits.hang = std::chrono::milliseconds(50);
     limits.ping = std::chrono::milliseconds(10);
     limits.tick = std::chrono::milliseconds(10);
@@ -134,6 +134,42 @@ TEST(Supervisor, AnUnansweredRequestEndsTheService) {
                   .kind,
               Kind::died);
     EXPECT_THAT(error.text(), HasSubstr("did not answer for 300 ms while it loaded a preset"));
+}
+
+TEST(Supervisor, BytesThatArriveCountAsASignOfLife) {
+    const CapturedOutput error(2);
+    auto limits = patientLimits();
+    // The state arrives within two seconds.
+    limits.request = std::chrono::seconds(1);
+    limits.tick = std::chrono::milliseconds(10);
+    FakeEffect effect("half:0", limits);
+    EXPECT_EQ(
+        effect.supervisor().perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:slow"}).kind,
+        Kind::done);
+    EXPECT_THAT(error.text(), Not(HasSubstr("did not answer")));
+}
+
+TEST(Supervisor, StartsAnEffectThatWasGivenUpAgainWithItsLastState) {
+    const CapturedOutput error(2);
+    FakeEffect effect("half:0");
+    auto& supervisor = effect.supervisor();
+    const auto die = [&supervisor] {
+        return supervisor.perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:deadly"}).kind;
+    };
+    for (int round = 0; round < 2; ++round) {
+        supervisor.perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:a"});
+        for (int death = 0; death < 3; ++death) {
+            EXPECT_FALSE(supervisor.hasGivenUp());
+            EXPECT_EQ(die(), Kind::died);
+        }
+        EXPECT_TRUE(supervisor.hasGivenUp());
+        EXPECT_EQ(die(), Kind::noService);
+        supervisor.restart();
+        // Offline rendering waits for the service.
+        effect.render();
+        EXPECT_TRUE(FakeEffect::isWet(effect.render()));
+    }
+    EXPECT_THAT(error.text(), HasSubstr("with 'urn:preset:a++' "));
 }
 
 TEST(Supervisor, AnswersAllRequestsOfManyThreadsWhileServicesDie) {

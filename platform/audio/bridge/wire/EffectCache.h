@@ -1,0 +1,13 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace orvalo {
+
+/// A folder in the user's cache that an effect's services keep between starts, such as for compiled
+/// shaders. Each effect has its own, because compiled shaders are code. Makes the folder where it
+/// can.
+std::filesystem::path effectCacheFolder(const std::string& uri);
+
+}  // namespace orvalo
