@@ -31,7 +31,8 @@ struct LV2Port {
     float maximum = std::numeric_limits<float>::infinity();   ///< Likewise.
     bool scalesWithRate = false;     ///< The three values are multiples of the rate.
     bool reportsLatency = false;     ///< A control output with the latency in frames.
-    std::uint32_t bufferSize = 0;    ///< Of a sequence, in bytes.
+    /// Of a sequence, in bytes: what the plug-in wishes, but 32 KiB to 16 MiB.
+    std::uint32_t bufferSize = 0;
     bool carriesMIDI = false;        ///< A sequence with MIDI events.
     bool takesTimePosition = false;  ///< A sequence input that supports time positions.
 };

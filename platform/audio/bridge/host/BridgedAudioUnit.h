@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,6 +11,7 @@
 #include "platform/audio/bridge/host/ServiceSupervisor.h"
 #include "platform/audio/lv2/LV2AudioUnit.h"
 #include "platform/audio/lv2/LV2StatePaths.h"
+#include "platform/audio/unit/ExpectedRendering.h"
 
 namespace orvalo {
 
@@ -24,7 +26,8 @@ class BridgedAudioUnit : public LV2AudioUnit {
     /// unit.
     BridgedAudioUnit(LV2World& world, const std::string& uri,
                      const AudioComponentDescription& description,
-                     const std::filesystem::path& program, const BridgeLimits& limits = {});
+                     const std::filesystem::path& program, const BridgeLimits& limits = {},
+                     const ExpectedRendering& rendering = {});
 
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
@@ -44,10 +47,10 @@ class BridgedAudioUnit : public LV2AudioUnit {
   private:
     void applyContextName(const std::string& name) override;
     bool loadPreset(const LV2Preset& preset) override;
-    ServiceOrder order(const std::filesystem::path& program);
+    ServiceOrder order(const std::filesystem::path& program, std::uint32_t quantum);
 
     LV2StatePaths paths_;
-    double sampleRate_ = 0.0;
+    double sampleRate_;
     BridgedRender render_;
     const std::shared_ptr<PluginUIChannel> pluginUIChannel_;
     ServiceSupervisor supervisor_;  // Destroyed before the members that it uses.

@@ -50,6 +50,8 @@ void ServiceRun::sendInstantiate() {
         .inputChannelCount = order.layout.inputChannelCount,
         .outputChannelCount = order.layout.outputChannelCount,
         .portCount = order.layout.portCount,
+        .preset = last.preset,
+        .quantum = order.quantum,
     };
     const auto number = transmit(message, session_->audio.descriptor());
     pending_.add({std::move(message), 0, {}}, number, Clock::now());
@@ -160,6 +162,9 @@ void ServiceRun::finishRequest(const ServiceCommand& command, const std::string&
             surroundings_.last.sampleRate = prepare->sampleRate;
         } else if (const auto* context = std::get_if<bridge::SetContextName>(&command.message)) {
             surroundings_.last.contextName = context->name;
+        } else if (const auto* preset = std::get_if<bridge::LoadPreset>(&command.message);
+                   preset != nullptr && lastQuantum_ == 0) {
+            surroundings_.last.preset = preset->uri;
         }
     }
     if (command.completion) {
@@ -172,6 +177,7 @@ bool ServiceRun::take(const bridge::State& state) {
     const auto limit = surroundings_.limits.state;
     if (state.text.size() <= limit) {
         surroundings_.last.state = state.text;
+        surroundings_.last.preset.clear();
     } else if (!std::exchange(warnedOfLargeState_, true)) {
         g_warning(
             "The state of the effect <%s> has %s, more than the limit of %s; a restart uses an "
