@@ -44,11 +44,12 @@ bool loadPreset(LV2LocalAudioUnit& unit, const std::string& uri) {
 }
 
 std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Instantiate& request) {
-    auto unit = std::make_shared<LV2LocalAudioUnit>(world, request.uri, AudioComponentDescription{},
-                                                    LV2UnitStart{.contextName = request.contextName,
-                                                                 .rendering = {request.sampleRate, request.quantum},
-                                                                 .filesFolder = request.stateFolder,
-                                                                 .state = stateOf(request)});
+    auto unit = std::make_shared<LV2LocalAudioUnit>(
+        world, request.uri, AudioComponentDescription{},
+        LV2UnitStart{.contextName = request.contextName,
+                     .rendering = {request.sampleRate, request.quantum},
+                     .filesFolder = request.stateFolder,
+                     .state = stateOf(request)});
     const auto& data = unit->data();
     if (layoutOf(request) != SharedAudio::Layout{data.inputChannelCount, data.outputChannelCount,
                                                  static_cast<std::uint32_t>(data.ports.size())}) {

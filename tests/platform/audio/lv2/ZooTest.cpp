@@ -94,8 +94,9 @@ TEST(Zoo, SilencesSamplesThatAreNoFiniteNumbersAndSaysSoOnce) {
     }
     std::size_t count = 0;
     for (const auto& line : error.lines()) {
-        count += line.ends_with("<urn:orvalo:zoo:numberless>: it delivers samples that are no "
-                                "finite numbers; they are silenced")
+        count += line.ends_with(
+                     "<urn:orvalo:zoo:numberless>: it delivers samples that are no "
+                     "finite numbers; they are silenced")
                      ? 1
                      : 0;
     }

@@ -89,9 +89,14 @@ const void* extensionData(const char* uri) {
     return std::string_view(uri) == LV2_STATE__interface ? &state : nullptr;
 }
 
-const LV2_Descriptor kDescriptor{
-    "urn:orvalo:zoo:deferred", instantiate, connectPort, nullptr, run, nullptr, cleanup,
-    extensionData};
+const LV2_Descriptor kDescriptor{"urn:orvalo:zoo:deferred",
+                                 instantiate,
+                                 connectPort,
+                                 nullptr,
+                                 run,
+                                 nullptr,
+                                 cleanup,
+                                 extensionData};
 
 }  // namespace
 
