@@ -158,9 +158,18 @@ void LV2LocalAudioUnit::allocateRenderResources(double sampleRate) {
 
 void LV2LocalAudioUnit::render(const AudioBlock& input, const AudioBlock& output) noexcept {
     const RealTimeScope scope;
-    if (output.frameCount == 0) {
-        return;
+    if (renderAndSilence(input, output) && !std::exchange(hasWarned_, true)) {
+        parts_.log.write(LV2URIDs::shared().logWarning, kSilenced);
     }
+}
+
+bool LV2LocalAudioUnit::renderAndSilence(const AudioBlock& input,
+                                         const AudioBlock& output) noexcept {
+    const RealTimeScope scope;
+    if (output.frameCount == 0) {
+        return false;
+    }
+    bool isSilenced = false;
     const RenderSlot<LV2Instance>::Access instance(instance_);
     if (instance) {
         const RenderSlot<AUMIDIOutputEventBlock>::Access block(midiBlock_);
@@ -169,14 +178,12 @@ void LV2LocalAudioUnit::render(const AudioBlock& input, const AudioBlock& output
         process.run(input, output, sampleTime_, block ? &*block : nullptr,
                     links ? &*links : nullptr);
         latency_.store(process.latency(), std::memory_order_relaxed);
-        if (silenceNonFinite(output) && !std::exchange(hasWarned_, true)) {
-            parts_.log.write(LV2URIDs::shared().logWarning,
-                             "it delivers samples that are no finite numbers; they are silenced");
-        }
+        isSilenced = silenceNonFinite(output);
     } else {
         mapChannels(input, output);
     }
     sampleTime_ += output.frameCount;
+    return isSilenced;
 }
 
 void LV2LocalAudioUnit::Origin::restore(LV2Instance& instance) const {

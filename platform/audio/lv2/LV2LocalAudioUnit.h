@@ -41,6 +41,12 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     void allocateRenderResources(double sampleRate) override;
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
 
+    /// As render(), without a line in the log: whether samples were NaN or infinite and are now 0.
+    bool renderAndSilence(const AudioBlock& input, const AudioBlock& output) noexcept;
+    /// The line's text behind the plug-in's URI.
+    static constexpr auto kSilenced =
+        "it delivers samples that are no finite numbers; they are silenced";
+
     /// The values of the plug-in's control ports.
     LV2Controls& controls() { return parts_.controls; }
     double sampleRate() const;

@@ -138,6 +138,91 @@ TEST_F(RenderTest, TheEffectIsMadeOnceAtTheRateOfTheFile) {
                 ElementsAre(EndsWith("<urn:orvalo:zoo:deferred>: made at 44100 Hz")));
 }
 
+TEST_F(RenderTest, TheFirstOfTwoBundlesWithOneEffectIsUsedWhole) {
+    const auto name = [](const std::filesystem::path& place) {
+        return std::filesystem::canonical(place / "deferred.lv2").string();
+    };
+    // Copies of the effect whose default states differ. The second one has a higher version.
+    for (const std::string place : {"first", "second"}) {
+        const auto bundle = folder.path() / place / "deferred.lv2";
+        std::filesystem::create_directories(bundle.parent_path());
+        std::filesystem::copy(ORVALO_ZOO "/deferred.lv2", bundle,
+                              std::filesystem::copy_options::recursive);
+        std::stringstream manifest;
+        manifest << std::ifstream(bundle / "manifest.ttl").rdbuf();
+        auto text = manifest.str();
+        const bool isSecond = place == "second";
+        text.replace(text.find("\"0.5\""), 5, isSecond ? "\"0.125\"" : "\"0.25\"");
+        std::ofstream(bundle / "manifest.ttl")
+            << text << (isSecond ? "<urn:orvalo:zoo:deferred> lv2:minorVersion 9 .\n" : "");
+    }
+    const auto music = wav("music.wav", 48000, 30011, 1);
+    auto expected = noise(1, 30011, 1)[0];
+    for (auto& sample : expected) {
+        sample *= 0.25F;
+    }
+    const auto first = folder.path() / "first";
+    const auto second = folder.path() / "second";
+    const auto codes = standIn("urn:orvalo:zoo:deferred", first.string());
+    environment["LV2_PATH"] = codes + ":" + second.string();
+    const auto end = run({"--file", music, "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    EXPECT_EQ(read(out)[0], expected);
+    EXPECT_THAT(linesWith(end.error, "is loaded from"),
+                ElementsAre(EndsWith("The effect <urn:orvalo:zoo:deferred> is loaded from " +
+                                     name(first) + ".")));
+    EXPECT_THAT(linesWith(end.error, "instead"),
+                ElementsAre(EndsWith(name(second) + " holds <urn:orvalo:zoo:deferred>, which is " +
+                                     "taken from " + name(first) + " instead.")));
+}
+
+TEST_F(RenderTest, NamesWithCharactersThatURIsEscapeAreUsed) {
+    // One "#" as it is and one escaped, as bundles have both.
+    for (const std::string hash : {"#", "%23"}) {
+        const auto bundle = folder.path() / "odd" / "a #1 %41.lv2";
+        std::filesystem::create_directories(bundle);
+        std::filesystem::copy_file(ORVALO_ZOO "/deferred.lv2/deferred.so",
+                                   bundle / "a-comp#stereo.so",
+                                   std::filesystem::copy_options::overwrite_existing);
+        std::ofstream(bundle / "manifest.ttl")
+            << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+               "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n"
+               "<urn:orvalo:zoo:deferred#stereo> a lv2:Plugin ;\n  lv2:binary <a-comp"
+            << hash << "stereo.so> ; rdfs:seeAlso <a-comp" << hash << "stereo.ttl> .\n";
+        std::stringstream data;
+        data << std::ifstream(ORVALO_ZOO "/deferred.lv2/manifest.ttl").rdbuf();
+        auto text = data.str();
+        text.erase(text.find("    lv2:binary <deferred.so> ;\n"), 31);
+        text.replace(text.find("<urn:orvalo:zoo:deferred>"), 25,
+                     "<urn:orvalo:zoo:deferred#stereo>");
+        std::ofstream(bundle / "a-comp#stereo.ttl") << text;
+        environment["LV2_PATH"] =
+            standIn("urn:orvalo:zoo:deferred#stereo", bundle.parent_path().string());
+        const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
+        ASSERT_EQ(end.status, 0) << end.error;
+        auto expected = noise(1, 30011, 1)[0];
+        for (auto& sample : expected) {
+            sample *= 0.5F;
+        }
+        EXPECT_EQ(read(out)[0], expected);
+    }
+}
+
+TEST_F(RenderTest, ABuildInTheHomeFolderIsUsedInsteadOfTheApplicationsOwn) {
+    unsetenv("LV2_PATH");  // NOLINT(concurrency-mt-unsafe): this program has one thread.
+    environment.erase("LV2_PATH");
+    environment["HOME"] = folder.path().string();
+    const auto place = folder.path() / ".lv2" / "mine.lv2";
+    std::filesystem::create_directories(place.parent_path());
+    std::filesystem::copy(ORVALO_STAGE "/lib/lv2/orvalo.lv2", place,
+                          std::filesystem::copy_options::recursive);
+    const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    EXPECT_THAT(linesWith(end.error, "is loaded from"),
+                ElementsAre(EndsWith("The effect <urn:tessaly:orvalo> is loaded from " +
+                                     std::filesystem::canonical(place).string() + ".")));
+}
+
 TEST_F(RenderTest, SamplesThatAreNoFiniteNumbersAreSilent) {
     environment["LV2_PATH"] = standIn("urn:orvalo:zoo:numberless", ORVALO_ZOO);
     const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/audio/bridge/host/PlainText.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
 
 namespace orvalo {
 
@@ -248,6 +249,14 @@ void ServiceRun::observeQuanta(Time now) {
     if (isNew || readySession_->isAnswered()) {
         unansweredSince_ = now;
     }
+    warnOfSilence();
+}
+
+void ServiceRun::warnOfSilence() {
+    if (readySession_->audio.control().isSilenced.load(std::memory_order_relaxed) != 0 &&
+        !std::exchange(warnedOfSilence_, true)) {
+        g_warning("<%s>: %s", surroundings_.order.uri.c_str(), LV2LocalAudioUnit::kSilenced);
+    }
 }
 
 std::string ServiceRun::overdueQuantum(Time now) const {
@@ -272,7 +281,9 @@ std::string ServiceRun::excessiveMemory(Time now) {
 // End.
 
 void ServiceRun::disconnectRender() {
-    if (std::exchange(readySession_, nullptr) != nullptr) {
+    if (readySession_ != nullptr) {
+        warnOfSilence();
+        readySession_ = nullptr;
         session_ = surroundings_.render.disconnect();
     }
 }

@@ -78,6 +78,7 @@ class ServiceRun {
     void finishRequest(const ServiceCommand& command, const std::string& error);
 
     void sendPingWhenDue(Time now);
+    void warnOfSilence();
     void observeQuanta(Time now);
     // Each is the clause why the service has to be killed, or "".
     std::string overdueQuantum(Time now) const;
@@ -103,6 +104,7 @@ class ServiceRun {
     Time lastQuantumTime_;
     Time unansweredSince_;  // Since when that quantum has been unanswered.
     bool warnedOfLargeState_ = false;
+    bool warnedOfSilence_ = false;
     std::uint32_t openedFor_ = 0;  // The last request that PluginUIOpened was sent for.
     bool isPluginUIOpen_ = false;  // According to the service.
 };

@@ -154,20 +154,16 @@ TEST(BridgedUnit, SilencesSamplesThatAreNoFiniteNumbersAndSaysSoOnce) {
         twins.expectSameOutput();
         twins.bridged->allocateRenderResources(44100.0);
         factor(*twins.bridged);
-        const std::string line =
-            "<urn:orvalo:zoo:numberless>: it delivers samples that are no finite numbers";
-        ASSERT_TRUE(pollUntil([&] {
-            const auto first = error.text().find(line);
-            return first != std::string::npos &&
-                   error.text().find(line, first + 1) != std::string::npos;
-        })) << "one line of each unit";
     }
     const auto lines = error.lines();
     EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                             [](const std::string& line) {
-                                return line.find("no finite numbers") != std::string::npos;
+                                return line.ends_with(
+                                    "<urn:orvalo:zoo:numberless>: it delivers samples that are no "
+                                    "finite numbers; they are silenced");
                             }),
               2)
+        << "one line of each unit:\n"
         << error.text();
 }
 

@@ -89,17 +89,15 @@ const void* extensionData(const char* uri) {
     return std::string_view(uri) == LV2_STATE__interface ? &state : nullptr;
 }
 
-const LV2_Descriptor kDescriptor{"urn:orvalo:zoo:deferred",
-                                 instantiate,
-                                 connectPort,
-                                 nullptr,
-                                 run,
-                                 nullptr,
-                                 cleanup,
-                                 extensionData};
+constexpr LV2_Descriptor describe(const char* uri) {
+    return {uri, instantiate, connectPort, nullptr, run, nullptr, cleanup, extensionData};
+}
+
+const std::array kEffects{describe("urn:orvalo:zoo:deferred"),
+                          describe("urn:orvalo:zoo:deferred#stereo")};
 
 }  // namespace
 
 extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
-    return index == 0 ? &kDescriptor : nullptr;
+    return index < kEffects.size() ? &kEffects[index] : nullptr;
 }
