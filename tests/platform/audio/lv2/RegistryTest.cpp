@@ -337,6 +337,23 @@ TEST_F(Registry, ReadsADataFileWhoseNameHoldsAHash) {
     EXPECT_EQ(LV2PluginData::read(access, "urn:test:amp#stereo").inputChannelCount, 1U);
 }
 
+TEST_F(Registry, ReadsPresetsWhoseFileNamesHoldCharactersThatURIsEscape) {
+    for (const std::string hash : {"#", "%23"}) {
+        write("path", "amp.lv2",
+              "<urn:test:amp> a lv2:Plugin .\n"
+              "<urn:test:amp#loud> a <http://lv2plug.in/ns/ext/presets#Preset> ;\n"
+              "  lv2:appliesTo <urn:test:amp> ;\n"
+              "  <http://www.w3.org/2000/01/rdf-schema#seeAlso> <loud" +
+                  hash + "1%20.ttl> .");
+        std::ofstream(root_.path() / "path/amp.lv2/loud#1 .ttl")
+            << "<urn:test:amp#loud> <http://www.w3.org/2000/01/rdf-schema#label> \"Loud\" .\n";
+        LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+        const auto presets = findPresets(world, "urn:test:amp");
+        ASSERT_EQ(presets.size(), 1U);
+        EXPECT_EQ(presets[0].label, "Loud");
+    }
+}
+
 /// Wrong codes, and the reason in the warning.
 struct WrongCodes {
     std::string statement;

@@ -77,6 +77,30 @@ TEST(PluginUIData, AreRefusedWhenTheirFileIsNestedTooDeep) {
     }
 }
 
+TEST(PluginUIData, NameFilesWithCharactersThatURIsEscape) {
+    const TemporaryFolder folder;
+    const auto bundle = folder.path() / "a #1 %41.lv2";
+    std::filesystem::create_directories(bundle);
+    for (const std::string hash : {"#", "%23"}) {
+        std::ofstream(bundle / "manifest.ttl")
+            << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+               "@prefix ui: <http://lv2plug.in/ns/extensions/ui#> .\n"
+               "<urn:test:amp> a lv2:Plugin ; lv2:binary <amp.so> ; ui:ui <urn:test:amp#ui> ;\n"
+               "  lv2:port [ a lv2:InputPort , lv2:AudioPort ; lv2:index 0 ; lv2:symbol \"in\" ;\n"
+               "    lv2:name \"In\" ] .\n<urn:test:amp#ui> a ui:X11UI ; ui:binary <ui"
+            << hash << "1.so> ;\n  <http://www.w3.org/2000/01/rdf-schema#seeAlso> <ui" << hash
+            << "1.ttl> .\n";
+        std::ofstream(bundle / "ui#1.ttl")
+            << "<urn:test:amp#ui> <http://lv2plug.in/ns/lv2core#optionalFeature> "
+               "<http://lv2plug.in/ns/extensions/ui#fixedSize> .\n";
+        LV2World world({{folder.path()}, folder.path() / "none"});
+        const auto plugin = LV2PluginData::read(LV2World::Access(world), "urn:test:amp");
+        const auto data = LV2PluginUIData::read(world, plugin);
+        EXPECT_EQ(data.binary, (std::filesystem::canonical(bundle) / "ui#1.so").string());
+        EXPECT_TRUE(data.isFixedSize);
+    }
+}
+
 TEST(PluginUIData, AreThoseOfTheFirstBundleThatHoldsThePlugin) {
     const TemporaryFolder folder;
     for (const std::string name : {"first", "second"}) {
