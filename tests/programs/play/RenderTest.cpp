@@ -235,6 +235,8 @@ TEST_F(RenderTest, SamplesThatAreNoFiniteNumbersAreSilent) {
     }
     EXPECT_EQ(read(out)[0], expected);
     EXPECT_EQ(linesWith(end.error, "no finite numbers").size(), 1U) << end.error;
+    const auto played = run({"--file", wav("short.wav", 48000, 4800, 1), "--passes", "1"});
+    EXPECT_EQ(linesWith(played.error, "no finite numbers").size(), 1U) << played.error;
 }
 
 TEST_F(RenderTest, SecondsLimitThePasses) {
