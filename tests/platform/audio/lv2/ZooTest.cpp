@@ -20,7 +20,7 @@ std::string refusal(const std::string& name) {
     } catch (const NSError& error) {
         EXPECT_EQ(error.domain(), "LV2");
         const std::string start = "The plug-in <urn:orvalo:zoo:" + name + "> cannot be used: ";
-        const auto text = error.localizedDescription();
+        const auto& text = error.localizedDescription();
         EXPECT_EQ(text.substr(0, start.size()), start);
         return text.substr(std::min(start.size(), text.size()));
     }

@@ -39,6 +39,9 @@ LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double rate, const 
             log = static_cast<LV2_Log_Log*>((*features)->data);
         }
     }
+    if (map == nullptr || log == nullptr) {
+        return nullptr;
+    }
     auto* self = new Deferred;
     self->key = map->map(map->handle, "urn:orvalo:zoo:deferred#factor");
     self->type = map->map(map->handle, LV2_ATOM__Float);
