@@ -97,10 +97,11 @@ void EffectService::take(const bridge::Instantiate& request) {
         return;
     }
     answer(request.number);
-    effect_->publish();
 }
 
 void EffectService::take(const bridge::Prepare& request) {
+    // The state of an instance that may be replaced is known only now.
+    effect_->publish();
     answerAfter(request.number,
                 [&] { effect_->unit()->allocateRenderResources(request.sampleRate); });
 }

@@ -30,17 +30,34 @@ std::optional<LV2StateProperties> stateOf(const bridge::Instantiate& request) {
     return state;
 }
 
+/// False after a warning when the preset cannot be read, and when there is none with that URI.
+bool loadPreset(LV2LocalAudioUnit& unit, const std::string& uri) {
+    const auto& presets = unit.presets();
+    const auto found = std::find_if(presets.begin(), presets.end(),
+                                    [&uri](const LV2Preset& preset) { return preset.uri == uri; });
+    if (found == presets.end()) {
+        return false;
+    }
+    unit.setCurrentPreset(
+        std::make_shared<AUAudioUnitPreset>(found - presets.begin(), found->label));
+    return unit.currentPreset() != nullptr;
+}
+
 std::shared_ptr<LV2LocalAudioUnit> makeUnit(LV2World& world, const bridge::Instantiate& request) {
-    auto unit = std::make_shared<LV2LocalAudioUnit>(world, request.uri, AudioComponentDescription{},
-                                                    LV2UnitStart{.contextName = request.contextName,
-                                                                 .sampleRate = request.sampleRate,
-                                                                 .filesFolder = request.stateFolder,
-                                                                 .state = stateOf(request)});
+    auto unit = std::make_shared<LV2LocalAudioUnit>(
+        world, request.uri, AudioComponentDescription{},
+        LV2UnitStart{.contextName = request.contextName,
+                     .rendering = {request.sampleRate, request.quantum},
+                     .filesFolder = request.stateFolder,
+                     .state = stateOf(request)});
     const auto& data = unit->data();
     if (layoutOf(request) != SharedAudio::Layout{data.inputChannelCount, data.outputChannelCount,
                                                  static_cast<std::uint32_t>(data.ports.size())}) {
         throw lv2Error(LV2ErrorCode::badData, request.uri,
                        "its ports have changed since the host read them");
+    }
+    if (!request.preset.empty()) {
+        loadPreset(*unit, request.preset);
     }
     for (const auto& control : request.controls) {
         if (control.port < data.ports.size()) {
@@ -61,14 +78,7 @@ LoadedEffect::LoadedEffect(const bridge::Instantiate& request, FileDescriptor me
       stateWatch_(unit_, std::move(sendState)) {}
 
 void LoadedEffect::loadPreset(const std::string& uri) {
-    const auto& presets = unit_->presets();
-    const auto found = std::find_if(presets.begin(), presets.end(),
-                                    [&uri](const LV2Preset& preset) { return preset.uri == uri; });
-    if (found != presets.end()) {
-        unit_->setCurrentPreset(
-            std::make_shared<AUAudioUnitPreset>(found - presets.begin(), found->label));
-    }
-    if (found == presets.end() || unit_->currentPreset() == nullptr) {
+    if (!orvalo::loadPreset(*unit_, uri)) {
         throw lv2Error(LV2ErrorCode::stateFailed, unit_->data().uri,
                        "its preset <" + uri + "> cannot be loaded");
     }

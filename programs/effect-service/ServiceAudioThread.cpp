@@ -93,7 +93,10 @@ void ServiceAudioThread::render() noexcept {
     const auto frames =
         std::min(control.frameCount.load(std::memory_order_relaxed), kMaximumFramesToRender);
     events_.emplace(audio_.events());
-    unit_->render(audio_.input(frames), audio_.output(frames));
+    // The host says it: a line of this process might not be read before it is ended.
+    if (unit_->renderAndSilence(audio_.input(frames), audio_.output(frames))) {
+        control.isSilenced.store(1, std::memory_order_relaxed);
+    }
     start_ += frames;
     control.latency.store(unit_->latency(), std::memory_order_relaxed);
     control.eventBytes.store(events_->used(), std::memory_order_relaxed);

@@ -35,7 +35,7 @@ StateWatch::~StateWatch() {
 }
 
 void StateWatch::sendIfChanged() {
-    if (!keepsState_) {
+    if (!keepsState_ || !unit_->hasRun()) {
         return;
     }
     try {

@@ -11,7 +11,8 @@
 namespace orvalo {
 
 /// Sends the plug-in's state when it has changed: checks every second, less often where saving is
-/// slow, and on request. Does nothing for a plug-in without the state extension. Main thread.
+/// slow, and on request. Does nothing before the plug-in has run, and for a plug-in without the
+/// state extension. Main thread.
 class StateWatch {
   public:
     /// send: sends a result of packState(); false when it could not, so that the state is sent

@@ -7,11 +7,13 @@
 #include <limits>
 #include <random>
 #include <stdexcept>
+#include <vector>
 
 #include "hosting/OrvaloComponent.h"
 #include "platform/audio/engine/AVAudioEngine.h"
 #include "platform/audio/engine/AVAudioPlayerNode.h"
 #include "platform/audio/engine/AVAudioUnit.h"
+#include "platform/audio/engine/EffectLoading.h"
 #include "platform/audio/output/NullOutput.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/NSError.h"
@@ -24,6 +26,9 @@ namespace {
 
 /// The largest quantum: the cost per call is then negligible.
 constexpr std::uint32_t kQuantum = kMaximumFramesToRender;
+
+/// Seconds. Effects that load their data when they are first run know their latency only then.
+constexpr double kTimeToKnowLatency = 1.0;
 
 std::shared_ptr<AVAudioFile> openFile(const PlayOptions& options) {
     if (options.file) {
@@ -63,6 +68,42 @@ AVAudioFormat renderFormat(const AVAudioFile& file) {
     return {file.processingFormat().sampleRate, 2};
 }
 
+/// Writes rendered quanta without the effect's latency, so that the file is aligned with the
+/// effect's input.
+class AlignedWriter {
+  public:
+    AlignedWriter(WaveFileWriter& writer, const AVAudioFormat& format, std::int64_t frames)
+        : writer_(writer), frames_(frames), silence_(format, kQuantum) {}
+
+    /// Writes the quantum whose first frame answers the input's frame `start`, which is negative
+    /// while the latency lasts. Where a longer latency repeats frames, they are cut; where a
+    /// shorter one leaves frames out, silence takes their place.
+    void write(const AVAudioPCMBuffer& quantum, std::int64_t start) {
+        while (written_ < std::min(start, frames_)) {
+            append(silence_, 0, start - written_);
+        }
+        const auto from = written_ - start;
+        if (from < kQuantum && written_ < frames_) {
+            append(quantum, from, kQuantum - from);
+        }
+    }
+    std::int64_t written() const { return written_; }
+
+  private:
+    void append(const AVAudioPCMBuffer& buffer, std::int64_t from, std::int64_t wanted) {
+        const auto count = std::min({wanted, std::int64_t{kQuantum}, frames_ - written_});
+        writer_.write(buffer.block(static_cast<std::uint32_t>(from),
+                                   static_cast<std::uint32_t>(count), channels_));
+        written_ += count;
+    }
+
+    WaveFileWriter& writer_;
+    const std::int64_t frames_;  // The length of the file.
+    const AVAudioPCMBuffer silence_;
+    std::int64_t written_ = 0;
+    std::array<float*, kMaximumChannels> channels_{};
+};
+
 /// Schedules another pass whenever the player has consumed one.
 class EndlessPasses : public NSObject {
   public:
@@ -91,6 +132,7 @@ OfflineRender::OfflineRender(const PlayOptions& options)
       writer_(*options.render, renderFormat(*file_)) {}
 
 void OfflineRender::run() {
+    setExpectedRendering({file_->processingFormat().sampleRate, kQuantum});
     const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,
                                                  AudioComponentInstantiationOptions::none);
     effect->auAudioUnit()->setContextName(orvaloContextName);
@@ -108,22 +150,23 @@ void OfflineRender::run() {
     const auto passes = std::make_shared<EndlessPasses>(player, file_);
     passes->schedule();
 
-    AVAudioPCMBuffer buffer(format, kQuantum);
-    std::array<float*, kMaximumChannels> channels{};
+    AlignedWriter aligned(writer_, format, frames_);
+    std::int64_t rendered = 0;
+    std::vector<AVAudioPCMBuffer> first;
+    while (static_cast<double>(rendered) < kTimeToKnowLatency * format.sampleRate) {
+        engine->renderOffline(kQuantum, first.emplace_back(format, kQuantum));
+        rendered += kQuantum;
+    }
+    std::int64_t start = -std::int64_t{effect->auAudioUnit()->latency()};
+    for (const auto& quantum : first) {
+        aligned.write(quantum, start);
+        start += kQuantum;
+    }
     ProgressLine progress;
-    std::int64_t toSkip = 0;
-    for (std::int64_t rendered = 0, written = 0; written < frames_; rendered += kQuantum) {
+    for (auto& buffer = first.front(); aligned.written() < frames_; rendered += kQuantum) {
         engine->renderOffline(kQuantum, buffer);
-        if (rendered == 0) {
-            toSkip = effect->auAudioUnit()->latency();
-        }
-        const auto from = std::min<std::int64_t>(toSkip, kQuantum);
-        toSkip -= from;
-        const auto count = std::min<std::int64_t>(kQuantum - from, frames_ - written);
-        writer_.write(buffer.block(static_cast<std::uint32_t>(from),
-                                   static_cast<std::uint32_t>(count), channels));
-        written += count;
-        progress.show(std::to_string(written * 100 / frames_) + " %");
+        aligned.write(buffer, rendered - std::int64_t{effect->auAudioUnit()->latency()});
+        progress.show(std::to_string(aligned.written() * 100 / frames_) + " %");
     }
     passes->end();
     player->stop();

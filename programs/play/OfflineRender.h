@@ -11,7 +11,8 @@ namespace orvalo {
 
 /// Renders passes of a file through the effect into a wav file, as fast as possible: stereo, 32-bit
 /// float, at the file's sample rate, so that a pass has exactly the file's length. The effect's
-/// latency is cut at the start and added at the end.
+/// latency is cut at the start and added at the end: the one that it reports after a second. Later
+/// changes hold from the quantum in which they are reported.
 class OfflineRender {
   public:
     /// Opens both files; options.render is the one to write. Throws NSError, or std::runtime_error

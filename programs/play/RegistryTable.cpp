@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "hosting/OrvaloComponent.h"
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
 #include "support/FourCharCode.h"
 
@@ -16,11 +17,11 @@ namespace {
 
 using Row = std::array<std::string, 6>;
 
-Row row(const AVAudioUnitComponent& component) {
+Row row(const AVAudioUnitComponent& component, const std::string& mark) {
     const auto& codes = component.audioComponentDescription;
     std::array<char, sizeof "0x00000000"> flags{};
     std::snprintf(flags.data(), flags.size(), "0x%08x", codes.componentFlags);
-    return {stringValue(codes.componentType),
+    return {mark + stringValue(codes.componentType),
             stringValue(codes.componentSubType),
             stringValue(codes.componentManufacturer),
             flags.data(),
@@ -36,14 +37,16 @@ std::size_t width(const std::string& text) {
 }  // namespace
 
 std::string registryTable() {
-    const auto components =
-        AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->components({});
+    const auto& manager = AVAudioUnitComponentManager::sharedAudioUnitComponentManager();
+    const auto components = manager->components({});
     if (components.empty()) {
         return "No effect on the LV2 path states component codes.";
     }
-    std::vector<Row> rows{{"type", "subtype", "manufacturer", "flags", "name", "plug-in"}};
+    const auto playable = manager->components(orvaloComponentDescription);
+    std::vector<Row> rows{{"  type", "subtype", "manufacturer", "flags", "name", "plug-in"}};
     for (const auto& component : components) {
-        rows.push_back(row(*component));
+        const bool isPlayed = !playable.empty() && component == playable.front();
+        rows.push_back(row(*component, isPlayed ? "* " : "  "));
     }
     std::string table;
     for (const auto& cells : rows) {

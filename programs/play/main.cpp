@@ -50,7 +50,8 @@ int main(int argc, char** argv) {
             render.emplace(options);
         } else if (options.file) {
             // Reports an unreadable file before anything starts.
-            AVAudioFile::forReading(URL::fileURLWithPath(*options.file));
+            const auto file = AVAudioFile::forReading(URL::fileURLWithPath(*options.file));
+            setExpectedRendering({.sampleRate = file->processingFormat().sampleRate});
         }
     } catch (const std::exception& error) {
         return fail(error.what(), kBadOption);

@@ -1,6 +1,6 @@
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
 
-#include <algorithm>
+#include <glib.h>
 
 #include "platform/audio/lv2/LV2World.h"
 
@@ -34,12 +34,34 @@ AVAudioUnitComponentManager::AVAudioUnitComponentManager()
 
 std::vector<std::shared_ptr<AVAudioUnitComponent>> AVAudioUnitComponentManager::components(
     const AudioComponentDescription& matchingDescription) const {
+    auto withoutFlags = matchingDescription;
+    withoutFlags.componentFlags = 0;
+    const bool isOneEffect = withoutFlags.componentType != 0 &&
+                             withoutFlags.componentSubType != 0 &&
+                             withoutFlags.componentManufacturer != 0;
     std::vector<std::shared_ptr<AVAudioUnitComponent>> result;
-    std::copy_if(components_.begin(), components_.end(), std::back_inserter(result),
-                 [&matchingDescription](const auto& component) {
-                     return matches(component->audioComponentDescription, matchingDescription);
-                 });
+    for (const auto& component : components_) {
+        const auto& stated = component->audioComponentDescription;
+        if (matches(stated, matchingDescription)) {
+            result.push_back(component);
+        } else if (isOneEffect && matches(stated, withoutFlags)) {
+            sayPassedOver(*component, matchingDescription.componentFlags);
+        }
+    }
     return result;
+}
+
+void AVAudioUnitComponentManager::sayPassedOver(const AVAudioUnitComponent& component,
+                                                std::uint32_t wantedFlags) const {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (!passedOver_.insert(component.uri).second) {
+            return;
+        }
+    }
+    g_warning("The effect <%s> is passed over: %s states its flags as %u instead of %u.",
+              component.uri.c_str(), LV2World::shared().codesBundleOf(component.uri).c_str(),
+              component.audioComponentDescription.componentFlags, wantedFlags);
 }
 
 }  // namespace orvalo

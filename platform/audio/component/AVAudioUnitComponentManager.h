@@ -1,6 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/audio/unit/AVAudioUnitComponent.h"
@@ -15,14 +19,19 @@ class AVAudioUnitComponentManager : public NSObject {
     static const std::shared_ptr<AVAudioUnitComponentManager>& sharedAudioUnitComponentManager();
 
     /// The components whose fields equal the description's non-zero fields, in the registry's
-    /// order: plug-ins outside the application's own folder by URI, then those inside by URI.
+    /// order: plug-ins outside the application's own folder by URI, then those inside by URI. A
+    /// description of type, subtype and manufacturer warns, once for each, of components in which
+    /// only the flags differ.
     std::vector<std::shared_ptr<AVAudioUnitComponent>> components(
         const AudioComponentDescription& matchingDescription) const;
 
   private:
     AVAudioUnitComponentManager();
+    void sayPassedOver(const AVAudioUnitComponent& component, std::uint32_t wantedFlags) const;
 
     const std::vector<std::shared_ptr<AVAudioUnitComponent>> components_;
+    mutable std::mutex mutex_;  // Guards passedOver_.
+    mutable std::unordered_set<std::string> passedOver_;
 };
 
 }  // namespace orvalo

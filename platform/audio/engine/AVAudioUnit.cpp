@@ -32,10 +32,12 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
                                       EffectLoading where) {
     auto& world = LV2World::shared();
     if (where == EffectLoading::inProcess) {
-        return std::make_shared<LV2LocalAudioUnit>(world, uri, description);
+        return std::make_shared<LV2LocalAudioUnit>(world, uri, description,
+                                                   LV2UnitStart{.rendering = expectedRendering()});
     }
     return std::make_shared<BridgedAudioUnit>(world, uri, description,
-                                              Bundle::main()->helperURL("effect-service").path());
+                                              Bundle::main()->helperURL("effect-service").path(),
+                                              BridgeLimits{}, expectedRendering());
 }
 
 }  // namespace

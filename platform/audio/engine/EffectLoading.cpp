@@ -18,6 +18,11 @@ std::atomic<std::optional<EffectLoading>>& overridden() {
     return loading;
 }
 
+ExpectedRendering& expected() {
+    static ExpectedRendering rendering;
+    return rendering;
+}
+
 EffectLoading read(const char* setting) {
     const std::string_view text(setting == nullptr ? "" : setting);
     if (text == "in-process") {
@@ -44,6 +49,14 @@ EffectLoading platformEffectLoading() {
 
 void setPlatformEffectLoading(EffectLoading loading) {
     overridden().store(loading);
+}
+
+ExpectedRendering expectedRendering() {
+    return expected();
+}
+
+void setExpectedRendering(const ExpectedRendering& rendering) {
+    expected() = rendering;
 }
 
 }  // namespace orvalo

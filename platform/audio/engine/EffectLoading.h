@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/audio/unit/ExpectedRendering.h"
+
 namespace orvalo {
 
 /// Where an effect is loaded.
@@ -12,5 +14,10 @@ EffectLoading platformEffectLoading();
 
 /// Overrides the environment variable. Call before the first effect is loaded.
 void setPlatformEffectLoading(EffectLoading loading);
+
+/// How effects are expected to render when they are instantiated. Any thread.
+ExpectedRendering expectedRendering();
+/// Call before the first effect is loaded, while there is one thread.
+void setExpectedRendering(const ExpectedRendering& rendering);
 
 }  // namespace orvalo

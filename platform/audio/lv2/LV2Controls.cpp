@@ -22,6 +22,20 @@ const LV2Port* LV2Controls::input(const std::string& symbol) const {
     return found == inputs_.end() ? nullptr : &*found;
 }
 
+std::vector<float> LV2Controls::inputValues() const {
+    std::vector<float> values;
+    for (const auto& port : inputs_) {
+        values.push_back(value(port.index));
+    }
+    return values;
+}
+
+void LV2Controls::setInputValues(const std::vector<float>& values) {
+    for (std::size_t input = 0; input < inputs_.size(); ++input) {
+        setValue(inputs_[input].index, values[input]);
+    }
+}
+
 void LV2Controls::setSampleRate(double sampleRate) {
     for (const auto& port : inputs_) {
         if (port.scalesWithRate) {

@@ -23,6 +23,10 @@ class LV2Controls {
         values_[port].store(value, std::memory_order_relaxed);
     }
 
+    /// The values of all control inputs, as for setInputValues().
+    std::vector<float> inputValues() const;
+    void setInputValues(const std::vector<float>& values);
+
     /// The control input of that symbol; null without one.
     const LV2Port* input(const std::string& symbol) const;
 

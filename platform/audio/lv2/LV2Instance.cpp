@@ -120,7 +120,7 @@ const void* retrieve(LV2_State_Handle handle, std::uint32_t key, std::size_t* si
 LV2Instance::LV2Instance(LV2UnitParts& parts, double sampleRate, const std::string& contextName)
     : parts_(parts),
       sampleRate_(sampleRate),
-      options_(sampleRate, parts.data.sequenceSize, contextName),
+      options_(sampleRate, parts.data.sequenceSize, parts.quantum, contextName),
       features_(options_, worker_, parts.log, parts.paths) {
     const auto& uri = parts_.data.uri;
     if (!(sampleRate > 0.0) || !std::isfinite(sampleRate)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -21,18 +22,20 @@ namespace orvalo {
 /// What the successive instances of one effect share.
 struct LV2UnitParts {
     LV2UnitParts(LV2World& lv2World, const LV2PluginData& pluginData,
-                 std::filesystem::path filesFolder)
+                 std::filesystem::path filesFolder, std::uint32_t quantumFrameCount)
         : world(lv2World),
           data(pluginData),
           log(data.uri),
           paths(std::move(filesFolder)),
-          controls(data.ports) {}
+          controls(data.ports),
+          quantum(quantumFrameCount) {}
 
     LV2World& world;
     const LV2PluginData& data;
     LV2Log log;
     LV2StatePaths paths;
     LV2Controls controls;
+    const std::uint32_t quantum;  ///< Frames; 0 where quanta differ.
 };
 
 /// One instance of a plug-in at one sample rate, with its features and worker. Off the render
@@ -54,6 +57,8 @@ class LV2Instance {
     }
     /// For the render thread, after activate().
     LV2Process& process() { return *process_; }
+    /// Whether it has rendered a quantum.
+    bool hasRun() const { return process_->hasRun(); }
 
     /// Activates the instance, after which it may render. Once.
     void activate();

@@ -1,8 +1,12 @@
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
 #include <utility>
 
+#include "platform/audio/lv2/URIDMap.h"
 #include "platform/audio/signal/SampleRateConverter.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/RealTimeScope.h"
@@ -11,8 +15,27 @@ namespace orvalo {
 
 namespace {
 
-// The rate of the first instance where none is given; most outputs have it.
-constexpr double kFirstSampleRate = 48000.0;
+/// Sets the samples that are NaN or infinite to 0. Returns whether there were any.
+bool silenceNonFinite(const AudioBlock& block) noexcept {
+    constexpr std::uint32_t kExponent = 0x7F800000;
+    bool found = false;
+    for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
+        float* samples = block.channels[channel];
+        // Without a branch, so that the compiler makes vector instructions of it.
+        std::uint32_t isFound = 0;
+        for (std::uint32_t frame = 0; frame < block.frameCount; ++frame) {
+            const auto bits = std::bit_cast<std::uint32_t>(samples[frame]) & kExponent;
+            isFound |= static_cast<std::uint32_t>(bits == kExponent);
+        }
+        if (isFound != 0) {
+            std::replace_if(
+                samples, samples + block.frameCount,
+                [](float sample) { return !std::isfinite(sample); }, 0.0F);
+            found = true;
+        }
+    }
+    return found;
+}
 
 }  // namespace
 
@@ -20,16 +43,14 @@ LV2LocalAudioUnit::LV2LocalAudioUnit(LV2World& world, const std::string& uri,
                                      const AudioComponentDescription& description,
                                      const LV2UnitStart& start)
     : LV2AudioUnit(world, uri, description, start.contextName),
-      parts_(world, data(), start.filesFolder) {
-    const double sampleRate = start.sampleRate == 0.0 ? kFirstSampleRate : start.sampleRate;
+      parts_(world, data(), start.filesFolder, start.rendering.frameCount) {
+    const double sampleRate = start.rendering.sampleRate;
     auto instance = std::make_unique<LV2Instance>(parts_, sampleRate, contextName_);
-    if (start.state) {
-        instance->restore(*start.state);
-    } else if (data().hasDefaultState) {
-        if (const auto state = readState(world, uri)) {
-            instance->restore(*state);
-        }
+    origin_.properties = start.state;
+    if (!start.state && data().hasDefaultState) {
+        origin_.state = readState(world, uri);
     }
+    origin_.restore(*instance);
     // Only now, because a default state, like the plug-in's data, does not multiply values by the
     // rate.
     parts_.controls.setSampleRate(sampleRate);
@@ -44,11 +65,13 @@ void LV2LocalAudioUnit::applyContextName(const std::string& name) {
 }
 
 bool LV2LocalAudioUnit::loadPreset(const LV2Preset& preset) {
-    const auto state = readState(world(), preset.uri);
-    if (state != nullptr) {
-        restore(*state);
+    auto state = readState(world(), preset.uri);
+    if (state == nullptr) {
+        return false;
     }
-    return state != nullptr;
+    restore(*state);
+    origin_.preset = std::move(state);
+    return true;
 }
 
 void LV2LocalAudioUnit::requestViewController(
@@ -71,6 +94,11 @@ double LV2LocalAudioUnit::sampleRate() const {
 bool LV2LocalAudioUnit::keepsState() const {
     const std::scoped_lock lock(control_);
     return instance_.current()->keepsState();
+}
+
+bool LV2LocalAudioUnit::hasRun() const {
+    const std::scoped_lock lock(control_);
+    return instance_.current()->hasRun();
 }
 
 LV2StateProperties LV2LocalAudioUnit::stateProperties() const {
@@ -110,10 +138,14 @@ void LV2LocalAudioUnit::allocateRenderResources(double sampleRate) {
     if (previous.sampleRate() == sampleRate) {
         return;
     }
-    const auto state = previous.save();
+    auto origin = previous.hasRun() ? Origin{.state = previous.save()} : origin_;
     auto instance = std::make_unique<LV2Instance>(parts_, sampleRate, contextName_);
-    instance->restore(*state);
+    // The values that were set since are kept.
+    const auto controls = parts_.controls.inputValues();
+    origin.restore(*instance);
+    parts_.controls.setInputValues(controls);
     parts_.controls.setSampleRate(sampleRate);
+    origin_ = std::move(origin);
     instance->activate();
     auto replaced = instance_.exchange(std::move(instance));
     replaced->deactivate();
@@ -126,9 +158,18 @@ void LV2LocalAudioUnit::allocateRenderResources(double sampleRate) {
 
 void LV2LocalAudioUnit::render(const AudioBlock& input, const AudioBlock& output) noexcept {
     const RealTimeScope scope;
-    if (output.frameCount == 0) {
-        return;
+    if (renderAndSilence(input, output) && !std::exchange(hasWarned_, true)) {
+        parts_.log.write(LV2URIDs::shared().logWarning, kSilenced);
     }
+}
+
+bool LV2LocalAudioUnit::renderAndSilence(const AudioBlock& input,
+                                         const AudioBlock& output) noexcept {
+    const RealTimeScope scope;
+    if (output.frameCount == 0) {
+        return false;
+    }
+    bool isSilenced = false;
     const RenderSlot<LV2Instance>::Access instance(instance_);
     if (instance) {
         const RenderSlot<AUMIDIOutputEventBlock>::Access block(midiBlock_);
@@ -137,10 +178,23 @@ void LV2LocalAudioUnit::render(const AudioBlock& input, const AudioBlock& output
         process.run(input, output, sampleTime_, block ? &*block : nullptr,
                     links ? &*links : nullptr);
         latency_.store(process.latency(), std::memory_order_relaxed);
+        isSilenced = silenceNonFinite(output);
     } else {
         mapChannels(input, output);
     }
     sampleTime_ += output.frameCount;
+    return isSilenced;
+}
+
+void LV2LocalAudioUnit::Origin::restore(LV2Instance& instance) const {
+    if (properties) {
+        instance.restore(*properties);
+    }
+    for (const auto& each : {state, preset}) {
+        if (each != nullptr) {
+            instance.restore(*each);
+        }
+    }
 }
 
 void LV2LocalAudioUnit::restore(const LilvState& state) {

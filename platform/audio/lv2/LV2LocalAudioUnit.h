@@ -12,13 +12,14 @@
 #include "platform/audio/lv2/LV2EventLink.h"
 #include "platform/audio/lv2/LV2Instance.h"
 #include "platform/audio/signal/RenderSlot.h"
+#include "platform/audio/unit/ExpectedRendering.h"
 
 namespace orvalo {
 
 /// The initial values of a unit, where they differ from the plug-in's defaults.
 struct LV2UnitStart {
     std::string contextName{};
-    double sampleRate = 0.0;              ///< Hz; 0 for 48 kHz.
+    ExpectedRendering rendering{};
     std::filesystem::path filesFolder{};  ///< As for LV2StatePaths.
     /// stateProperties() of an earlier unit; absent for the default.
     std::optional<LV2StateProperties> state{};
@@ -40,12 +41,21 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     void allocateRenderResources(double sampleRate) override;
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
 
+    /// As render(), without a line in the log: whether samples were NaN or infinite and are now 0.
+    bool renderAndSilence(const AudioBlock& input, const AudioBlock& output) noexcept;
+    /// The line's text behind the plug-in's URI.
+    static constexpr auto kSilenced =
+        "it delivers samples that are no finite numbers; they are silenced";
+
     /// The values of the plug-in's control ports.
     LV2Controls& controls() { return parts_.controls; }
     double sampleRate() const;
 
     /// Whether the plug-in keeps state besides its control values.
     bool keepsState() const;
+    /// Whether the plug-in has rendered since it was instantiated. Many plug-ins take up a restored
+    /// state in their first run() only and would save an older one before.
+    bool hasRun() const;
     /// The state besides the control values, from which another unit of the plug-in can start. May
     /// be called during render(). Throws NSError.
     LV2StateProperties stateProperties() const;
@@ -72,7 +82,17 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     void restore(const LilvState& state);
     void whileNotRunning(const std::function<void(LV2Instance&)>& work);
 
+    /// What an instance is made from, in the order of restoring; absent parts are not restored.
+    struct Origin {
+        std::optional<LV2StateProperties> properties{};
+        LV2State state{};
+        LV2State preset{};
+
+        void restore(LV2Instance& instance) const;
+    };
+
     LV2UnitParts parts_;
+    Origin origin_;  // Of the current instance.
     RenderSlot<LV2Instance> instance_;
     RenderSlot<LV2EventLinks> links_;  // Null without an open UI.
     // Replaced instances that an open UI may still access.
@@ -80,6 +100,7 @@ class LV2LocalAudioUnit : public LV2AudioUnit {
     std::atomic<std::uint32_t> instanceNumber_{0};
     std::int64_t sampleTime_ = 0;  // The render thread's: frames rendered so far.
     std::atomic<std::uint32_t> latency_{0};
+    bool hasWarned_ = false;  // The render thread's: of samples that are not finite.
 };
 
 }  // namespace orvalo

@@ -19,10 +19,12 @@ LV2_Options_Option option(LV2_URID key, LV2_URID type, const Value& value) {
 
 }  // namespace
 
-LV2Options::LV2Options(double sampleRate, std::uint32_t sequenceSize, std::string name)
+LV2Options::LV2Options(double sampleRate, std::uint32_t sequenceSize, std::uint32_t quantum,
+                       std::string name)
     : sampleRate_(static_cast<float>(sampleRate)),
       longestBlock_(kMaximumFramesToRender),
       sequenceSize_(static_cast<std::int32_t>(sequenceSize)),
+      nominalBlock_(static_cast<std::int32_t>(quantum)),
       contextName_(std::move(name)),
       options_{} {
     const auto& urids = LV2URIDs::shared();
@@ -31,6 +33,8 @@ LV2Options::LV2Options(double sampleRate, std::uint32_t sequenceSize, std::strin
                 option(urids.maxBlockLength, urids.atomInt, longestBlock_),
                 option(urids.sequenceSize, urids.atomInt, sequenceSize_),
                 contextName(contextName_),
+                quantum == 0 ? LV2_Options_Option{}
+                             : option(urids.nominalBlockLength, urids.atomInt, nominalBlock_),
                 {}};
 }
 

@@ -19,8 +19,9 @@ namespace orvalo {
 namespace {
 
 // Holds dense MIDI over the longest quantum, and a few large messages.
-constexpr std::uint32_t kSequenceSize = 32U << 10U;
-constexpr std::uint32_t kLargestSequenceSize = 16U << 20U;
+constexpr int kSequenceSize = 32 << 10;
+// Some effects wish for more than they ever write.
+constexpr int kLargestSequenceSize = 16 << 20;
 
 /// lilv allocates a table for the highest index and crashes on a missing one, so the indices are
 /// checked first.
@@ -74,7 +75,7 @@ class PortReader {
         if (port.kind == LV2PortKind::control) {
             readControl(port);
         } else if (port.kind == LV2PortKind::sequence) {
-            readSequence(port, uri);
+            readSequence(port);
         }
         return port;
     }
@@ -159,19 +160,12 @@ class PortReader {
                                                 hasProperty(LV2_CORE__reportsLatency));
     }
 
-    void readSequence(LV2Port& port, const std::string& uri) const {
+    void readSequence(LV2Port& port) const {
         const auto size = value(LV2_RESIZE_PORT__minimumSize);
-        port.bufferSize = kSequenceSize;
-        if (size != nullptr && lilv_node_is_int(size.get())) {
-            const int wanted = lilv_node_as_int(size.get());
-            if (wanted > 0 && static_cast<std::uint32_t>(wanted) > kLargestSequenceSize) {
-                throw lv2Error(LV2ErrorCode::unsupportedPort, uri,
-                               "its port \"" + port.symbol + "\" wants a buffer of " +
-                                   std::to_string(wanted) + " bytes");
-            }
-            port.bufferSize =
-                std::max(kSequenceSize, static_cast<std::uint32_t>(std::max(wanted, 0)));
-        }
+        const bool isNumber = size != nullptr && lilv_node_is_int(size.get());
+        const int wanted = isNumber ? lilv_node_as_int(size.get()) : 0;
+        port.bufferSize =
+            static_cast<std::uint32_t>(std::clamp(wanted, kSequenceSize, kLargestSequenceSize));
         port.carriesMIDI = supports(LV2_MIDI__MidiEvent);
         port.takesTimePosition = port.isInput && supports(LV2_TIME__Position);
     }

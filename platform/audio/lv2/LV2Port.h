@@ -29,9 +29,10 @@ struct LV2Port {
     float defaultValue = 0.0F;                                ///< Of a control input.
     float minimum = -std::numeric_limits<float>::infinity();  ///< Of a control, where stated.
     float maximum = std::numeric_limits<float>::infinity();   ///< Likewise.
-    bool scalesWithRate = false;     ///< The three values are multiples of the rate.
-    bool reportsLatency = false;     ///< A control output with the latency in frames.
-    std::uint32_t bufferSize = 0;    ///< Of a sequence, in bytes.
+    bool scalesWithRate = false;  ///< The three values are multiples of the rate.
+    bool reportsLatency = false;  ///< A control output with the latency in frames.
+    /// Of a sequence, in bytes: what the plug-in wishes, but 32 KiB to 16 MiB.
+    std::uint32_t bufferSize = 0;
     bool carriesMIDI = false;        ///< A sequence with MIDI events.
     bool takesTimePosition = false;  ///< A sequence input that supports time positions.
 };

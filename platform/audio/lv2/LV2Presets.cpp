@@ -13,7 +13,7 @@ namespace orvalo {
 
 namespace {
 
-/// Whether lilv may read the files that the resource's manifest names; otherwise a warning says
+/// Whether lilv may read the files that manifests name for the resource; otherwise a warning says
 /// which it may not.
 bool hasSoundFiles(const LV2World::Access& access, const LilvNode* resource) {
     const auto predicate = access.uri(LILV_NS_RDFS "seeAlso");
@@ -24,7 +24,7 @@ bool hasSoundFiles(const LV2World::Access& access, const LilvNode* resource) {
         const auto error = lilv_node_is_uri(file) ? turtleFileError(lilv_node_as_uri(file))
                                                   : std::string("it is named by no URI");
         if (!error.empty()) {
-            g_warning("The preset <%s> is left out: its file %s is not sound (%s).",
+            g_warning("The state of <%s> is left out: its file %s is not sound (%s).",
                       lilv_node_as_uri(resource), lilv_node_as_string(file), error.c_str());
             return false;
         }
@@ -79,6 +79,9 @@ LV2State readState(LV2World& world, const std::string& uri) {
     {
         const LV2World::Access access(world);
         const auto node = access.uri(uri.c_str());
+        if (!hasSoundFiles(access, node.get())) {
+            return nullptr;
+        }
         lilv_world_load_resource(access.lilv(), node.get());
         state = lilv_state_new_from_world(access.lilv(), &LV2Features::map(), node.get());
     }

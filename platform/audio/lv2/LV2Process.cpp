@@ -89,7 +89,7 @@ void LV2Process::run(const AudioBlock& input, const AudioBlock& output, std::int
     worker_.finishCycle();
     readControlOutputs();
     sendEvents(output.frameCount, sampleTime, midiBlock, links);
-    isFirstQuantum_ = false;
+    hasRun_.store(true, std::memory_order_release);
 }
 
 void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output, std::int64_t sampleTime,
@@ -105,7 +105,7 @@ void LV2Process::prepare(const AudioBlock& input, const AudioBlock& output, std:
     }
     for (auto& sequence : sequenceInputs_) {
         // Plug-ins extrapolate later positions, as time never jumps.
-        if (isFirstQuantum_ && sequence.takesTimePosition) {
+        if (!hasRun() && sequence.takesTimePosition) {
             sequence.buffer.writeTimePosition(sampleTime);
         } else {
             sequence.buffer.clearForInput();

@@ -32,6 +32,8 @@ class LV2Process {
 
     /// Frames, as the plug-in reported last; 0 before the first quantum.
     std::uint32_t latency() const noexcept { return latency_.load(std::memory_order_relaxed); }
+    /// Whether the plug-in has rendered a quantum.
+    bool hasRun() const noexcept { return hasRun_.load(std::memory_order_acquire); }
 
   private:
     struct Control {
@@ -73,7 +75,7 @@ class LV2Process {
     std::vector<SequenceOutput> sequenceOutputs_;
     std::vector<std::vector<float>> cvBuffers_;
     int latencyControl_ = -1;  // Index in controlOutputs_; below 0 without one.
-    bool isFirstQuantum_ = true;
+    std::atomic<bool> hasRun_{false};
     std::atomic<std::uint32_t> latency_{0};
 };
 

@@ -62,6 +62,18 @@ std::vector<std::string> LV2World::bundlesOf(const std::string& pluginURI) {
     return result;
 }
 
+std::string LV2World::codesBundleOf(const std::string& pluginURI) {
+    const std::scoped_lock lock(mutex_);
+    for (const auto& bundle : bundles()) {
+        for (const auto& statement : bundle.codes) {
+            if (statement.plugin == pluginURI) {
+                return bundle.path.native();
+            }
+        }
+    }
+    return {};
+}
+
 const std::vector<LV2Bundle>& LV2World::bundles() {
     if (!bundles_) {
         bundles_ = findBundles(searchPath_);

@@ -49,6 +49,9 @@ class LV2World {
     /// for it. A world of these bundles alone has the same data of the plug-in as this world.
     std::vector<std::string> bundlesOf(const std::string& pluginURI);
 
+    /// The path of the first bundle that states component codes of a plug-in; "" without one.
+    std::string codesBundleOf(const std::string& pluginURI);
+
     /// Exclusive use of lilv, for the object's life. Does not nest. Every call of a lilv function
     /// needs an Access, except for running, connecting and activating an instance.
     class Access {

@@ -90,6 +90,7 @@ const LV2URIDs& LV2URIDs::shared() {
         result.logTrace = map.map(LV2_LOG__Trace);
         result.logWarning = map.map(LV2_LOG__Warning);
         result.maxBlockLength = map.map(LV2_BUF_SIZE__maxBlockLength);
+        result.nominalBlockLength = map.map(LV2_BUF_SIZE__nominalBlockLength);
         result.minBlockLength = map.map(LV2_BUF_SIZE__minBlockLength);
         result.sequenceSize = map.map(LV2_BUF_SIZE__sequenceSize);
         result.sampleRate = map.map(LV2_PARAMETERS__sampleRate);

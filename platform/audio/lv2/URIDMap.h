@@ -74,6 +74,7 @@ struct LV2URIDs {
     LV2_URID logTrace;
     LV2_URID logWarning;
     LV2_URID maxBlockLength;
+    LV2_URID nominalBlockLength;
     LV2_URID minBlockLength;
     LV2_URID sequenceSize;
     LV2_URID sampleRate;

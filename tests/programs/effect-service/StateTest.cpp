@@ -9,22 +9,37 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-/// The state that was sent before or after the last answer.
+/// The state that was sent before or after the last answer, once the effect has run.
 std::string stateOf(HostedEffect& effect) {
     const auto passed = effect.service.takePassed<bridge::State>();
     return passed.empty() ? effect.service.await<bridge::State>().text : passed.back().text;
 }
 
-TEST(ServiceState, IsSentAfterTheAnswerToInstantiate) {
+TEST(ServiceState, IsSentOnceTheEffectHasRun) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
+    effect.service.send(bridge::LoadPreset{1, "urn:orvalo:zoo:probe#another"});
+    EXPECT_EQ(effect.service.answer(1), "");
+    effect.service.send(bridge::Prepare{2, 44100.0});
+    EXPECT_EQ(effect.service.answer(2), "");
     EXPECT_TRUE(effect.service.takePassed<bridge::State>().empty());
+    effect.renderQuantum(16);
     EXPECT_NE(stateOf(effect), "");
+}
+
+TEST(ServiceState, IsSentBeforeAnotherRateReplacesTheInstance) {
+    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
+    effect.mustInstantiate();
+    effect.renderQuantum(16);
+    effect.service.send(bridge::Prepare{1, 44100.0});
+    EXPECT_EQ(effect.service.answer(1), "");
+    EXPECT_EQ(effect.service.takePassed<bridge::State>().size(), 1U);
 }
 
 TEST(ServiceState, IsSentBeforeTheAnswerToTheRequestThatChangedIt) {
     HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     effect.mustInstantiate();
+    effect.renderQuantum(16);
     const auto first = stateOf(effect);
     effect.service.send(bridge::LoadPreset{1, "urn:orvalo:zoo:probe#another"});
     EXPECT_EQ(effect.service.answer(1), "");
@@ -41,6 +56,7 @@ TEST(ServiceState, IsSentBeforeTheAnswerToTheRequestThatChangedIt) {
 TEST(ServiceState, IsRestoredInTheNextService) {
     HostedEffect first(ORVALO_ZOO, "urn:orvalo:zoo:probe");
     first.mustInstantiate();
+    first.renderQuantum(16);
     const auto original = stateOf(first);
     first.service.send(bridge::LoadPreset{1, "urn:orvalo:zoo:probe#another"});
     EXPECT_EQ(first.service.answer(1), "");
@@ -51,12 +67,26 @@ TEST(ServiceState, IsRestoredInTheNextService) {
     second.request.state = state;
     second.request.stateFolder = first.stateFolder();
     second.mustInstantiate();
+    second.renderQuantum(16);
     EXPECT_EQ(stateOf(second), state);
+}
+
+TEST(ServiceState, IsFollowedByThePresetThatTheLastServiceLoadedBeforeItRan) {
+    HostedEffect effect(ORVALO_ZOO, "urn:orvalo:zoo:deferred");
+    effect.request.preset = "urn:orvalo:zoo:deferred#quarter";
+    effect.request.controls = {{2, 3.0F}};
+    effect.mustInstantiate();
+    EXPECT_EQ(effect.render({{1.0F}}, {1}, 1)[0][0], 0.75F);
+    HostedEffect other(ORVALO_ZOO, "urn:orvalo:zoo:deferred");
+    other.request.preset = "urn:orvalo:zoo:deferred#gone";
+    other.mustInstantiate();
+    EXPECT_EQ(other.render({{1.0F}}, {1}, 1)[0][0], 0.5F);
 }
 
 TEST(ServiceState, IsSentWhenTheEffectChangesItByItself) {
     HostedEffect effect(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
     effect.mustInstantiate();
+    effect.renderQuantum(16);
     const auto first = stateOf(effect);
     effect.renderQuantum(16);
     const auto second = stateOf(effect);
@@ -73,6 +103,8 @@ TEST(ServiceState, ThatCannotBeReadIsReplacedByTheDefault) {
     effect.mustInstantiate();
     EXPECT_EQ(effect.service.standardError(),
               "The saved state cannot be read; the effect starts with its default.\n");
+    effect.renderQuantum(16);
+    usual.renderQuantum(16);
     EXPECT_EQ(stateOf(effect).size(), stateOf(usual).size());
 }
 

@@ -80,11 +80,70 @@ TEST_F(CommandLineTest, ListShowsTheRegistryInItsOrder) {
     EXPECT_EQ(end.status, 0);
     EXPECT_THAT(
         end.output,
-        ElementsAre(
-            "type  subtype  manufacturer  flags       name                    plug-in",
-            "aumf  orVL     TSLY          0x00000002  Stand-in                "
-            "http://lv2plug.in/plugins/eg-amp",
-            "aumf  orVL     TSLY          0x00000002  TSLY: Orvalo Extension  urn:tessaly:orvalo"));
+        ElementsAre("  type  subtype  manufacturer  flags       name                    plug-in",
+                    "* aumf  orVL     TSLY          0x00000002  Stand-in                "
+                    "http://lv2plug.in/plugins/eg-amp",
+                    "  aumf  orVL     TSLY          0x00000002  TSLY: Orvalo Extension  "
+                    "urn:tessaly:orvalo"));
+    EXPECT_EQ(end.error, "");
+}
+
+TEST_F(CommandLineTest, ListMarksTheEffectThatPlaysAndSaysWhyAnotherDoesNot) {
+    environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
+    const auto bundle = folder.path() / "lv2" / "stand-in.lv2";
+    std::ofstream(bundle / "manifest.ttl")
+        << "@prefix ac: <urn:tessaly:audio-component#> .\n"
+           "<http://lv2plug.in/plugins/eg-amp> ac:type \"aumf\" ; ac:subtype \"orVL\" ;\n"
+           "  ac:manufacturer \"TSLY\" ; ac:name \"Stand-in\" .\n";
+    const auto line = "The effect <http://lv2plug.in/plugins/eg-amp> is passed over: " +
+                      std::filesystem::canonical(bundle).string() +
+                      " states its flags as 0 instead of 2.";
+    const auto list = run({"--list"});
+    EXPECT_EQ(list.status, 0);
+    EXPECT_THAT(
+        list.output,
+        ElementsAre("  type  subtype  manufacturer  flags       name                    plug-in",
+                    "  aumf  orVL     TSLY          0x00000000  Stand-in                "
+                    "http://lv2plug.in/plugins/eg-amp",
+                    "* aumf  orVL     TSLY          0x00000002  TSLY: Orvalo Extension  "
+                    "urn:tessaly:orvalo"));
+    EXPECT_THAT(list.error, HasSubstr(line));
+    const auto played = run({"--file", wav("a.wav", 48000, 4800), "--passes", "1"});
+    EXPECT_EQ(played.status, 0);
+    const auto first = played.error.find(line);
+    ASSERT_NE(first, std::string::npos) << played.error;
+    EXPECT_EQ(played.error.find(line, first + 1), std::string::npos) << "said twice";
+    EXPECT_THAT(played.error, HasSubstr("The effect <urn:tessaly:orvalo> is loaded from "));
+}
+
+/// The lines of README.md that are indented from the line with `text` on, without the indentation.
+std::string readmeExample(const std::string& text) {
+    std::ifstream readme(ORVALO_README);
+    std::string example;
+    for (std::string line; std::getline(readme, line);) {
+        if (line.starts_with("    ") &&
+            (!example.empty() || line.find(text) != std::string::npos)) {
+            example += line.substr(4) + "\n";
+        } else if (!example.empty()) {
+            break;
+        }
+    }
+    return example;
+}
+
+TEST_F(CommandLineTest, TheReadmesExampleOfAnEffectOfYourOwnWorks) {
+    auto manifest = readmeExample("@prefix ac:");
+    const std::string example = "http://example.org/some-plugin";
+    ASSERT_NE(manifest.find(example), std::string::npos) << manifest;
+    manifest.replace(manifest.find(example), example.size(), "http://lv2plug.in/plugins/eg-amp");
+    environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
+    std::ofstream(folder.path() / "lv2" / "stand-in.lv2" / "manifest.ttl") << manifest;
+    const auto end = run({"--list"});
+    EXPECT_EQ(end.error, "");
+    ASSERT_EQ(end.output.size(), 3U);
+    EXPECT_EQ(end.output[1],
+              "* aumf  orVL     TSLY          0x00000002  Example: Some Plug-in   "
+              "http://lv2plug.in/plugins/eg-amp");
 }
 
 TEST_F(CommandLineTest, HelpNamesEveryOption) {

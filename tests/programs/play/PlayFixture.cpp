@@ -26,14 +26,14 @@ std::string PlayFixture::wav(const std::string& name, std::uint32_t rate, std::s
     return path.string();
 }
 
-std::string PlayFixture::standIn(const std::string& plugin) {
+std::string PlayFixture::standIn(const std::string& plugin, const std::string& others) {
     const auto bundle = folder.path() / "lv2" / "stand-in.lv2";
     std::filesystem::create_directories(bundle);
     std::ofstream(bundle / "manifest.ttl")
         << "@prefix ac: <urn:tessaly:audio-component#> .\n<" << plugin
         << "> ac:type \"aumf\" ; ac:subtype \"orVL\" ; ac:manufacturer \"TSLY\" ; "
            "ac:flags 2 ; ac:name \"Stand-in\" .\n";
-    return bundle.parent_path().string() + ":/usr/lib/lv2";
+    return bundle.parent_path().string() + ":" + others;
 }
 
 void PlayFixture::useProgramWithoutEffect() {

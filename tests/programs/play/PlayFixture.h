@@ -31,8 +31,8 @@ class PlayFixture : public ::testing::Test {
     std::string wav(const std::string& name, std::uint32_t rate, std::size_t frames,
                     std::uint32_t channels = 2);
     /// Creates a bundle with Orvalo's codes for another plug-in and returns the folder for
-    /// LV2_PATH.
-    std::string standIn(const std::string& plugin);
+    /// LV2_PATH, which goes on with `others`.
+    std::string standIn(const std::string& plugin, const std::string& others = "/usr/lib/lv2");
 
     /// Makes program one whose installation has no effect.
     void useProgramWithoutEffect();

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "platform/audio/file/AVAudioFile.h"
 #include "tests/programs/play/PlayFixture.h"
@@ -11,7 +13,21 @@ namespace orvalo::testing {
 
 namespace {
 
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::IsEmpty;
+
+/// The lines with that text.
+std::vector<std::string> linesWith(const std::string& text, const std::string& part) {
+    std::vector<std::string> found;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        if (line.find(part) != std::string::npos) {
+            found.push_back(line);
+        }
+    }
+    return found;
+}
 
 class RenderTest : public PlayFixture {
   protected:
@@ -60,6 +76,167 @@ TEST_F(RenderTest, TheEffectsLatencyIsCut) {
     const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
     ASSERT_EQ(end.status, 0) << end.error;
     EXPECT_EQ(read(out)[0], noise(1, 30011, 1)[0]);
+}
+
+TEST_F(RenderTest, ALatencyToldAfterTheFirstRunsIsCut) {
+    environment["LV2_PATH"] = standIn("urn:orvalo:zoo:told-late", ORVALO_ZOO);
+    const auto end = run({"--file", wav("music.wav", 48000, 300011, 1), "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    EXPECT_EQ(read(out)[0], noise(1, 300011, 1)[0]);
+}
+
+TEST_F(RenderTest, AConvolverWithAnImpulseResponseIsAligned) {
+    // It loads the impulse, a single 1, in its worker, and knows its latency after the first run.
+    const std::string plugin = "http://gareus.org/oss/lv2/zeroconvolv";
+    environment["LV2_PATH"] = standIn(plugin + "#Mono");
+    std::ofstream(folder.path() / "lv2" / "stand-in.lv2" / "manifest.ttl", std::ios::app)
+        << "<" << plugin << "#Mono> <http://lv2plug.in/ns/ext/state#state> [ <" << plugin
+        << "#ir> <file:///usr/lib/lv2/zeroconvo.lv2/ir/delta-48k.wav> ] .\n";
+    const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    const auto rendered = read(out)[0];
+    const auto expected = noise(1, 30011, 1)[0];
+    ASSERT_EQ(rendered.size(), expected.size());
+    // The first block is silent, because the effect loads the impulse meanwhile.
+    for (std::size_t frame = 4096; frame < rendered.size(); ++frame) {
+        ASSERT_NEAR(rendered[frame], expected[frame], 1e-5) << frame;
+    }
+    EXPECT_THAT(linesWith(end.error, "block-size"), IsEmpty());
+}
+
+TEST_F(RenderTest, ALatencyThatChangesIsFollowed) {
+    environment["LV2_PATH"] = standIn("urn:orvalo:zoo:changing", ORVALO_ZOO);
+    const auto end = run({"--file", wav("music.wav", 48000, 300011, 1), "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    auto expected = noise(1, 300011, 1)[0];
+    // What the effect leaves out when its delay shrinks from 1000 frames to 100.
+    std::fill(expected.begin() + 163840 - 1000, expected.begin() + 163840 - 100, 0.0F);
+    EXPECT_EQ(read(out)[0], expected);
+}
+
+TEST_F(RenderTest, AFileThatIsShorterThanTheTimeToKnowTheLatencyIsAligned) {
+    environment["LV2_PATH"] = standIn("urn:orvalo:zoo:told-late", ORVALO_ZOO);
+    const auto end =
+        run({"--file", wav("music.wav", 48000, 100, 1), "--render", out, "--passes", "2"});
+    ASSERT_EQ(end.status, 0) << end.error;
+    auto expected = noise(1, 100, 1)[0];
+    const auto pass = expected;
+    expected.insert(expected.end(), pass.begin(), pass.end());
+    EXPECT_EQ(read(out)[0], expected);
+}
+
+TEST_F(RenderTest, TheEffectIsMadeOnceAtTheRateOfTheFile) {
+    environment["LV2_PATH"] = standIn("urn:orvalo:zoo:deferred", ORVALO_ZOO);
+    const auto music = wav("music.wav", 44100, 30011, 1);
+    const auto rendered = run({"--file", music, "--render", out});
+    ASSERT_EQ(rendered.status, 0) << rendered.error;
+    EXPECT_THAT(linesWith(rendered.error, "<urn:orvalo:zoo:deferred>: made at"),
+                ElementsAre(EndsWith("<urn:orvalo:zoo:deferred>: made at 44100 Hz")));
+    const auto played = run({"--file", music, "--passes", "1"});
+    ASSERT_EQ(played.status, 0) << played.error;
+    EXPECT_THAT(linesWith(played.error, "<urn:orvalo:zoo:deferred>: made at"),
+                ElementsAre(EndsWith("<urn:orvalo:zoo:deferred>: made at 44100 Hz")));
+}
+
+TEST_F(RenderTest, TheFirstOfTwoBundlesWithOneEffectIsUsedWhole) {
+    const auto name = [](const std::filesystem::path& place) {
+        return std::filesystem::canonical(place / "deferred.lv2").string();
+    };
+    // Copies of the effect whose default states differ. The second one has a higher version.
+    for (const std::string place : {"first", "second"}) {
+        const auto bundle = folder.path() / place / "deferred.lv2";
+        std::filesystem::create_directories(bundle.parent_path());
+        std::filesystem::copy(ORVALO_ZOO "/deferred.lv2", bundle,
+                              std::filesystem::copy_options::recursive);
+        std::stringstream manifest;
+        manifest << std::ifstream(bundle / "manifest.ttl").rdbuf();
+        auto text = manifest.str();
+        const bool isSecond = place == "second";
+        text.replace(text.find("\"0.5\""), 5, isSecond ? "\"0.125\"" : "\"0.25\"");
+        std::ofstream(bundle / "manifest.ttl")
+            << text << (isSecond ? "<urn:orvalo:zoo:deferred> lv2:minorVersion 9 .\n" : "");
+    }
+    const auto music = wav("music.wav", 48000, 30011, 1);
+    auto expected = noise(1, 30011, 1)[0];
+    for (auto& sample : expected) {
+        sample *= 0.25F;
+    }
+    const auto first = folder.path() / "first";
+    const auto second = folder.path() / "second";
+    const auto codes = standIn("urn:orvalo:zoo:deferred", first.string());
+    environment["LV2_PATH"] = codes + ":" + second.string();
+    const auto end = run({"--file", music, "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    EXPECT_EQ(read(out)[0], expected);
+    EXPECT_THAT(linesWith(end.error, "is loaded from"),
+                ElementsAre(EndsWith("The effect <urn:orvalo:zoo:deferred> is loaded from " +
+                                     name(first) + ".")));
+    EXPECT_THAT(linesWith(end.error, "instead"),
+                ElementsAre(EndsWith(name(second) + " holds <urn:orvalo:zoo:deferred>, which is " +
+                                     "taken from " + name(first) + " instead.")));
+}
+
+TEST_F(RenderTest, NamesWithCharactersThatURIsEscapeAreUsed) {
+    // One "#" as it is and one escaped, as bundles have both.
+    for (const std::string hash : {"#", "%23"}) {
+        const auto bundle = folder.path() / "odd" / "a #1 %41.lv2";
+        std::filesystem::create_directories(bundle);
+        std::filesystem::copy_file(ORVALO_ZOO "/deferred.lv2/deferred.so",
+                                   bundle / "a-comp#stereo.so",
+                                   std::filesystem::copy_options::overwrite_existing);
+        std::ofstream(bundle / "manifest.ttl")
+            << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+               "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n"
+               "<urn:orvalo:zoo:deferred#stereo> a lv2:Plugin ;\n  lv2:binary <a-comp"
+            << hash << "stereo.so> ; rdfs:seeAlso <a-comp" << hash << "stereo.ttl> .\n";
+        std::stringstream data;
+        data << std::ifstream(ORVALO_ZOO "/deferred.lv2/manifest.ttl").rdbuf();
+        auto text = data.str();
+        text.erase(text.find("    lv2:binary <deferred.so> ;\n"), 31);
+        text.replace(text.find("<urn:orvalo:zoo:deferred>"), 25,
+                     "<urn:orvalo:zoo:deferred#stereo>");
+        std::ofstream(bundle / "a-comp#stereo.ttl") << text;
+        environment["LV2_PATH"] =
+            standIn("urn:orvalo:zoo:deferred#stereo", bundle.parent_path().string());
+        const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
+        ASSERT_EQ(end.status, 0) << end.error;
+        auto expected = noise(1, 30011, 1)[0];
+        for (auto& sample : expected) {
+            sample *= 0.5F;
+        }
+        EXPECT_EQ(read(out)[0], expected);
+    }
+}
+
+TEST_F(RenderTest, ABuildInTheHomeFolderIsUsedInsteadOfTheApplicationsOwn) {
+    unsetenv("LV2_PATH");  // NOLINT(concurrency-mt-unsafe): this program has one thread.
+    environment.erase("LV2_PATH");
+    environment["HOME"] = folder.path().string();
+    const auto place = folder.path() / ".lv2" / "mine.lv2";
+    std::filesystem::create_directories(place.parent_path());
+    std::filesystem::copy(ORVALO_STAGE "/lib/lv2/orvalo.lv2", place,
+                          std::filesystem::copy_options::recursive);
+    const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    EXPECT_THAT(linesWith(end.error, "is loaded from"),
+                ElementsAre(EndsWith("The effect <urn:tessaly:orvalo> is loaded from " +
+                                     std::filesystem::canonical(place).string() + ".")));
+}
+
+TEST_F(RenderTest, SamplesThatAreNoFiniteNumbersAreSilent) {
+    environment["LV2_PATH"] = standIn("urn:orvalo:zoo:numberless", ORVALO_ZOO);
+    const auto end = run({"--file", wav("music.wav", 48000, 30011, 1), "--render", out});
+    ASSERT_EQ(end.status, 0) << end.error;
+    auto expected = noise(1, 30011, 1)[0];
+    for (std::size_t frame = 0; frame < expected.size(); ++frame) {
+        if ((frame + 1) % 7 == 0 || (frame + 1) % 11 == 0) {
+            expected[frame] = 0.0F;
+        }
+    }
+    EXPECT_EQ(read(out)[0], expected);
+    EXPECT_EQ(linesWith(end.error, "no finite numbers").size(), 1U) << end.error;
+    const auto played = run({"--file", wav("short.wav", 48000, 4800, 1), "--passes", "1"});
+    EXPECT_EQ(linesWith(played.error, "no finite numbers").size(), 1U) << played.error;
 }
 
 TEST_F(RenderTest, SecondsLimitThePasses) {

@@ -47,17 +47,20 @@ class PluginUIRequest {
 
 BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
-                                   const std::filesystem::path& program, const BridgeLimits& limits)
+                                   const std::filesystem::path& program, const BridgeLimits& limits,
+                                   const ExpectedRendering& rendering)
     : LV2AudioUnit(world, uri, description),
       limits_(limits),
+      sampleRate_(rendering.sampleRate),
       render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()), limits),
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
-      supervisor_(order(program), limits, render_, *pluginUIChannel_) {
+      supervisor_(order(program, rendering.frameCount), limits, render_, *pluginUIChannel_,
+                  LastState{.sampleRate = rendering.sampleRate}) {
     supervisor_.start();
 }
 
-ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program) {
+ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::uint32_t quantum) {
     return {
         .program = program,
         .uri = data().uri,
@@ -66,6 +69,7 @@ ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program) {
         .layout = {data().inputChannelCount, data().outputChannelCount,
                    static_cast<std::uint32_t>(data().ports.size())},
         .ports = data().ports,
+        .quantum = quantum,
     };
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -13,6 +14,7 @@
 #include "platform/audio/bridge/host/ServiceSupervisor.h"
 #include "platform/audio/lv2/LV2AudioUnit.h"
 #include "platform/audio/lv2/LV2StatePaths.h"
+#include "platform/audio/unit/ExpectedRendering.h"
 
 namespace orvalo {
 
@@ -27,7 +29,8 @@ class BridgedAudioUnit : public LV2AudioUnit {
     /// unit.
     BridgedAudioUnit(LV2World& world, const std::string& uri,
                      const AudioComponentDescription& description,
-                     const std::filesystem::path& program, const BridgeLimits& limits = {});
+                     const std::filesystem::path& program, const BridgeLimits& limits = {},
+                     const ExpectedRendering& rendering = {});
 
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
@@ -53,7 +56,7 @@ class BridgedAudioUnit : public LV2AudioUnit {
   private:
     void applyContextName(const std::string& name) override;
     bool loadPreset(const LV2Preset& preset) override;
-    ServiceOrder order(const std::filesystem::path& program);
+    ServiceOrder order(const std::filesystem::path& program, std::uint32_t quantum);
 
     /// A request for a sample rate.
     struct Preparation {
@@ -69,7 +72,7 @@ class BridgedAudioUnit : public LV2AudioUnit {
     const BridgeLimits limits_;
     LV2StatePaths paths_;
     std::mutex rates_;                          // Guards the next two members.
-    double sampleRate_ = 0.0;                   // As the service answered last; 0 before.
+    double sampleRate_;                         // Of the service's start, or as it answered last.
     std::shared_ptr<Preparation> preparation_;  // The last one; null before the first.
     std::condition_variable answered_;          // A preparation has its answer.
     BridgedRender render_;

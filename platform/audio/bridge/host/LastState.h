@@ -12,10 +12,13 @@ namespace orvalo {
 
 /// The last known state of an effect, from which a restarted service continues. One thread.
 struct LastState {
-    std::string contextName;
-    double sampleRate = 0.0;  ///< Hz; 0 while unknown.
-    std::string state;        ///< As the service sent it, opaque; "" while unknown.
-    std::vector<bridge::ControlValue> controls;
+    std::string contextName{};
+    double sampleRate = ExpectedRendering{}.sampleRate;  ///< Hz.
+    std::string state{};  ///< As the service sent it, opaque; "" while unknown.
+    /// The URI of the preset that was loaded before the effect ran, and so before its state was
+    /// known; "" without one.
+    std::string preset{};
+    std::vector<bridge::ControlValue> controls{};
 
     /// Takes the control inputs' values that a service left in shared memory, by port index. A
     /// value that is not finite or outside its port's range is ignored.

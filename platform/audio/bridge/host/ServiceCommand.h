@@ -20,6 +20,7 @@ struct ServiceOrder {
     std::string stateFolder;
     SharedAudio::Layout layout;
     std::vector<LV2Port> ports;
+    std::uint32_t quantum = 0;  ///< ExpectedRendering::frameCount.
 };
 
 /// The outcome of a request.

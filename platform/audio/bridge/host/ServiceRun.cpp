@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/audio/bridge/host/PlainText.h"
+#include "platform/audio/lv2/LV2LocalAudioUnit.h"
 
 namespace orvalo {
 
@@ -50,6 +51,8 @@ void ServiceRun::sendInstantiate() {
         .inputChannelCount = order.layout.inputChannelCount,
         .outputChannelCount = order.layout.outputChannelCount,
         .portCount = order.layout.portCount,
+        .preset = last.preset,
+        .quantum = order.quantum,
     };
     const auto number = transmit(message, session_->audio.descriptor());
     pending_.add({std::move(message), 0, {}}, number, Clock::now());
@@ -176,6 +179,9 @@ void ServiceRun::finishRequest(const ServiceCommand& command, const std::string&
             surroundings_.last.sampleRate = prepare->sampleRate;
         } else if (const auto* context = std::get_if<bridge::SetContextName>(&command.message)) {
             surroundings_.last.contextName = context->name;
+        } else if (const auto* preset = std::get_if<bridge::LoadPreset>(&command.message);
+                   preset != nullptr && lastQuantum_ == 0) {
+            surroundings_.last.preset = preset->uri;
         }
     }
     if (std::holds_alternative<bridge::ClosePluginUI>(command.message)) {
@@ -191,6 +197,7 @@ bool ServiceRun::take(const bridge::State& state) {
     const auto limit = surroundings_.limits.state;
     if (state.text.size() <= limit) {
         surroundings_.last.state = state.text;
+        surroundings_.last.preset.clear();
     } else if (!std::exchange(warnedOfLargeState_, true)) {
         g_warning(
             "The state of the effect <%s> has %s, more than the limit of %s; a restart uses an "
@@ -261,6 +268,14 @@ void ServiceRun::observeQuanta(Time now) {
     if (isNew || readySession_->isAnswered()) {
         unansweredSince_ = now;
     }
+    warnOfSilence();
+}
+
+void ServiceRun::warnOfSilence() {
+    if (readySession_->audio.control().isSilenced.load(std::memory_order_relaxed) != 0 &&
+        !std::exchange(warnedOfSilence_, true)) {
+        g_warning("<%s>: %s", surroundings_.order.uri.c_str(), LV2LocalAudioUnit::kSilenced);
+    }
 }
 
 std::string ServiceRun::overdueAnswer(Time now) {
@@ -308,7 +323,9 @@ std::string ServiceRun::excessiveMemory(Time now) {
 // End.
 
 void ServiceRun::disconnectRender() {
-    if (std::exchange(readySession_, nullptr) != nullptr) {
+    if (readySession_ != nullptr) {
+        warnOfSilence();
+        readySession_ = nullptr;
         session_ = surroundings_.render.disconnect();
     }
 }

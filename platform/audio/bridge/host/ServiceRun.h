@@ -84,6 +84,7 @@ class ServiceRun {
     void finishRequest(const ServiceCommand& command, const std::string& error);
 
     void sendPingWhenDue(Time now);
+    void warnOfSilence();
     void observeQuanta(Time now);
     void closeHungPluginUI(const std::string& reason);
     // Each is the clause why the service has to be killed, or "".
@@ -111,6 +112,7 @@ class ServiceRun {
     Time lastQuantumTime_;
     Time unansweredSince_;  // Since when that quantum has been unanswered.
     bool warnedOfLargeState_ = false;
+    bool warnedOfSilence_ = false;
     std::uint32_t openedFor_ = 0;  // The last request that PluginUIOpened was sent for.
     bool isPluginUIOpen_ = false;  // According to the service.
     bool isPluginUIHung_ = false;  // The main thread has not answered since the UI was closed.

@@ -8,12 +8,13 @@
 #include <variant>
 #include <vector>
 
+#include "platform/audio/unit/ExpectedRendering.h"
+
 /// The messages between the host and an effect service. A record's fields() lists its fields once,
 /// for writing and for reading.
 ///
 /// The service answers each request, a message with a number, with one Done of that number, in the
-/// order of the requests. A State that a request causes precedes its Done; the State after
-/// Instantiate follows its Done.
+/// order of the requests. A State that a request causes precedes its Done.
 
 #define ORVALO_BRIDGE_FIELDS(...)         \
     template <typename Archive>           \
@@ -41,14 +42,17 @@ struct Instantiate {
     std::vector<std::string> bundles;  ///< Paths of the bundles that describe the plug-in.
     std::string stateFolder;           ///< The folder for the plug-in's files.
     std::string contextName;
-    double sampleRate = 0.0;             ///< Hz; 0 while unknown.
+    double sampleRate = ExpectedRendering{}.sampleRate;  ///< Hz.
     std::string state;                   ///< The text of a State; "" for the plug-in's default.
     std::vector<ControlValue> controls;  ///< Set after the state.
     std::uint32_t inputChannelCount = 0;
     std::uint32_t outputChannelCount = 0;
     std::uint32_t portCount = 0;
+    std::string preset;         ///< The URI of a preset to load after the state; "" for none.
+    std::uint32_t quantum = 0;  ///< ExpectedRendering::frameCount.
     ORVALO_BRIDGE_FIELDS(number, uri, bundles, stateFolder, contextName, sampleRate, state,
-                         controls, inputChannelCount, outputChannelCount, portCount)
+                         controls, inputChannelCount, outputChannelCount, portCount, preset,
+                         quantum)
 };
 
 /// AUAudioUnit::allocateRenderResources(). No quantum is under way.
@@ -124,7 +128,7 @@ struct Done {
     ORVALO_BRIDGE_FIELDS(number, error)
 };
 
-/// The plug-in's state, sent after every change.
+/// The plug-in's state, sent after every change once the plug-in has run.
 struct State {
     std::string text;
     ORVALO_BRIDGE_FIELDS(text)

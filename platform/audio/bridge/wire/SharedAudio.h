@@ -41,6 +41,8 @@ class SharedAudio {
         std::atomic<std::uint32_t> latency{0};
         /// The bytes used in events().
         std::atomic<std::uint32_t> eventBytes{0};
+        /// Whether samples that were NaN or infinite have been set to 0.
+        std::atomic<std::uint32_t> isSilenced{0};
     };
 
     /// The capacity of events(), in bytes.

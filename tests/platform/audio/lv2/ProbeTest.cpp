@@ -47,6 +47,19 @@ TEST_F(Probe, ReceivesTheHostsOptionsAndFeatures) {
     EXPECT_EQ(unit->outputChannelCount(), 1U);
 }
 
+TEST_F(Probe, ReceivesANominalBlockLengthWhereAllBlocksHaveThatLength) {
+    seen().nominalBlockLength = 0;
+    makeZooUnit("probe");
+    EXPECT_EQ(seen().nominalBlockLength, 0);
+    const LV2UnitStart start{.rendering = {.sampleRate = 44100.0, .frameCount = 512}};
+    LV2LocalAudioUnit unit(zooWorld(), "urn:orvalo:zoo:probe", AudioComponentDescription{}, start);
+    EXPECT_EQ(seen().nominalBlockLength, 512);
+    EXPECT_EQ(seen().maxBlockLength, 4096);
+    seen().nominalBlockLength = 0;
+    unit.allocateRenderResources(48000.0);
+    EXPECT_EQ(seen().nominalBlockLength, 512);
+}
+
 TEST_F(Probe, KeepsItsInstanceAtTheSameRate) {
     {
         const auto unit = makeZooUnit("probe");
@@ -65,6 +78,7 @@ TEST_F(Probe, KeepsItsStateAtAnotherRate) {
     unit->setCurrentPreset(unit->factoryPresets()[0]);
     setControl(*unit, "gain", 1.75F);
     setControl(*unit, "corner", 11025.0F);
+    rendered(*unit);
     seen().secret = 0;
     seen().hasFile = false;
     unit->allocateRenderResources(88200.0);

@@ -76,6 +76,8 @@ TEST(RealTime, RenderingIsRealTimeSafeForHostilePlugins) {
     const auto flood = makeZooUnit("worker");
     const auto liar = makeZooUnit("liar");
     liar->setMIDIOutputEventBlock([](auto, auto, auto, auto) { return 0; });
+    const auto numberless = makeZooUnit("numberless");
+    Blocks(*numberless).render(20);
     Blocks floodBlocks(*flood);
     Blocks liarBlocks(*liar);
     for (int mode = 0; mode < 7; ++mode) {

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "platform/audio/lv2/LV2PluginData.h"
+#include "platform/audio/lv2/LV2Presets.h"
 #include "platform/audio/lv2/LV2World.h"
+#include "platform/foundation/NSError.h"
 #include "tests/testing/CapturedOutput.h"
 #include "tests/testing/TemporaryFolder.h"
 
@@ -177,18 +179,20 @@ TEST_F(Registry, IgnoresAManifestThatIsNoRegularFile) {
                                      " is left out: Is a directory."));
 }
 
+/// A statement with an object that is nested 20,000 deep.
+std::string nested(const std::string& open, const std::string& close) {
+    std::string text = "<urn:test:deep> <urn:test:p> ";
+    for (int depth = 0; depth < 20000; ++depth) {
+        text += open;
+    }
+    text += "<urn:test:end>";
+    for (int depth = 0; depth < 20000; ++depth) {
+        text += close;
+    }
+    return text + " .";
+}
+
 TEST_F(Registry, LeavesOutAManifestThatIsNestedTooDeep) {
-    const auto nested = [](const std::string& open, const std::string& close) {
-        std::string text = "<urn:test:deep> lv2:project ";
-        for (int depth = 0; depth < 20000; ++depth) {
-            text += open;
-        }
-        text += "<urn:test:end>";
-        for (int depth = 0; depth < 20000; ++depth) {
-            text += close;
-        }
-        return text + " .";
-    };
     writeRegistered("path", "amp");
     write("path", "brackets.lv2", nested("[ lv2:project ", " ]"));
     write("path", "lists.lv2", nested("( ", " )"));
@@ -197,6 +201,58 @@ TEST_F(Registry, LeavesOutAManifestThatIsNestedTooDeep) {
                                      " is left out: it is nested more than 1000 deep."));
     EXPECT_THAT(warnings_, HasSubstr("The manifest of " + bundle("path/lists.lv2") +
                                      " is left out: it is nested more than 1000 deep."));
+}
+
+TEST_F(Registry, RefusesAPluginWhoseDataFileIsNestedTooDeep) {
+    write("path", "amp.lv2",
+          "<urn:test:amp> a lv2:Plugin ; lv2:binary <amp.so> ;\n"
+          "  <http://www.w3.org/2000/01/rdf-schema#seeAlso> <amp.ttl> .");
+    std::ofstream(root_.path() / "path/amp.lv2/amp.ttl") << nested("[ <urn:test:p> ", " ]");
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    const LV2World::Access access(world);
+    try {
+        LV2PluginData::read(access, "urn:test:amp");
+        FAIL() << "It is read.";
+    } catch (const NSError& error) {
+        EXPECT_THAT(error.localizedDescription(),
+                    HasSubstr("/path/amp.lv2/amp.ttl> is not sound (it is nested more than 1000 "
+                              "deep)."));
+    }
+}
+
+TEST_F(Registry, LeavesOutAPresetWhoseFileIsNestedTooDeep) {
+    const std::string preset =
+        " a <http://lv2plug.in/ns/ext/presets#Preset> ; lv2:appliesTo <urn:test:amp> ;\n"
+        "  <http://www.w3.org/2000/01/rdf-schema#label> \"Any\" ;\n"
+        "  <http://www.w3.org/2000/01/rdf-schema#seeAlso> ";
+    write("path", "amp.lv2",
+          "<urn:test:amp> a lv2:Plugin .\n<urn:test:deep>" + preset + "<deep.ttl> .\n" +
+              "<urn:test:good>" + preset + "<good.ttl> .");
+    std::ofstream(root_.path() / "path/amp.lv2/deep.ttl") << nested("( ", " )");
+    std::ofstream(root_.path() / "path/amp.lv2/good.ttl") << "";
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    const CapturedOutput output(2);
+    const auto presets = findPresets(world, "urn:test:amp");
+    ASSERT_EQ(presets.size(), 1U);
+    EXPECT_EQ(presets[0].uri, "urn:test:good");
+    EXPECT_THAT(output.text(), HasSubstr("The state of <urn:test:deep> is left out: its file "));
+    EXPECT_THAT(output.text(), HasSubstr("deep.ttl is not sound (it is nested more than 1000 "
+                                         "deep)."));
+}
+
+TEST_F(Registry, LeavesOutADefaultStateWhoseFileInALaterBundleIsNestedTooDeep) {
+    write("path", "amp.lv2",
+          "<urn:test:amp> a lv2:Plugin ;\n"
+          "  <http://lv2plug.in/ns/ext/state#state> [ <urn:test:p> 1 ] .");
+    // lilv does not count it among the plug-in's data files.
+    write("path", "later.lv2",
+          "<urn:test:amp> <http://www.w3.org/2000/01/rdf-schema#seeAlso> <deep.ttl> .");
+    std::ofstream(root_.path() / "path/later.lv2/deep.ttl") << nested("[ <urn:test:p> ", " ]");
+    LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+    ASSERT_NE(LV2World::Access(world).plugin("urn:test:amp"), nullptr);
+    const CapturedOutput output(2);
+    EXPECT_EQ(readState(world, "urn:test:amp"), nullptr);
+    EXPECT_THAT(output.text(), HasSubstr("The state of <urn:test:amp> is left out: its file "));
 }
 
 TEST_F(Registry, ReadsAManifestWithManyResourcesSideBySide) {
@@ -217,7 +273,9 @@ TEST_F(Registry, TakesAPluginWholeFromTheFirstOfTheBundlesThatHoldIt) {
     write("more", "amp.lv2",
           "<urn:test:amp> a lv2:Plugin ; lv2:binary <second.so> ; lv2:minorVersion 9 .\n" +
               codes("urn:test:amp", "2nd ") + "\n<urn:test:other> a lv2:Plugin .\n" +
-              codes("urn:test:other", "othr"));
+              codes("urn:test:other", "othr") +
+              "\n<urn:test:preset> a <http://lv2plug.in/ns/ext/presets#Preset> ;\n"
+              "  lv2:appliesTo <urn:test:amp> .");
     const auto found = components();
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0]->audioComponentDescription.componentSubType, fourCharCode("1st "));
@@ -235,6 +293,21 @@ TEST_F(Registry, TakesAPluginWholeFromTheFirstOfTheBundlesThatHoldIt) {
     ASSERT_NE(plugin, nullptr);
     EXPECT_THAT(lilv_node_as_uri(lilv_plugin_get_library_uri(plugin)),
                 HasSubstr("path/amp.lv2/first.so"));
+}
+
+TEST_F(Registry, HasNoPresetOfTheBundlesThatAreNotUsed) {
+    for (const std::string folder : {"path", "more"}) {
+        write(folder, "amp.lv2",
+              "<urn:test:amp> a lv2:Plugin .\n<urn:test:" + folder +
+                  "> a <http://lv2plug.in/ns/ext/presets#Preset> ;\n"
+                  "  lv2:appliesTo <urn:test:amp> ; "
+                  "<http://www.w3.org/2000/01/rdf-schema#label> \"Any\" .");
+    }
+    const CapturedOutput output(2);
+    LV2World world({{root_.path() / "path", root_.path() / "more"}, root_.path() / "own"});
+    const auto presets = findPresets(world, "urn:test:amp");
+    ASSERT_EQ(presets.size(), 1U);
+    EXPECT_EQ(presets[0].uri, "urn:test:path");
 }
 
 TEST_F(Registry, FindsABundleWhoseFolderHoldsCharactersThatURIsEscape) {
@@ -262,6 +335,23 @@ TEST_F(Registry, ReadsADataFileWhoseNameHoldsAHash) {
     LV2World world({{root_.path() / "path"}, root_.path() / "own"});
     const LV2World::Access access(world);
     EXPECT_EQ(LV2PluginData::read(access, "urn:test:amp#stereo").inputChannelCount, 1U);
+}
+
+TEST_F(Registry, ReadsPresetsWhoseFileNamesHoldCharactersThatURIsEscape) {
+    for (const std::string hash : {"#", "%23"}) {
+        write("path", "amp.lv2",
+              "<urn:test:amp> a lv2:Plugin .\n"
+              "<urn:test:amp#loud> a <http://lv2plug.in/ns/ext/presets#Preset> ;\n"
+              "  lv2:appliesTo <urn:test:amp> ;\n"
+              "  <http://www.w3.org/2000/01/rdf-schema#seeAlso> <loud" +
+                  hash + "1%20.ttl> .");
+        std::ofstream(root_.path() / "path/amp.lv2/loud#1 .ttl")
+            << "<urn:test:amp#loud> <http://www.w3.org/2000/01/rdf-schema#label> \"Loud\" .\n";
+        LV2World world({{root_.path() / "path"}, root_.path() / "own"});
+        const auto presets = findPresets(world, "urn:test:amp");
+        ASSERT_EQ(presets.size(), 1U);
+        EXPECT_EQ(presets[0].label, "Loud");
+    }
 }
 
 /// Wrong codes, and the reason in the warning.

@@ -61,7 +61,7 @@ TEST(StateProperties, AreEmptyForAPluginWithoutState) {
 TEST(UnitStart, SetsRateAndContextNameOfTheFirstInstance) {
     auto& seen = probeRecord();
     seen.instantiations = 0;
-    const auto unit = makeProbe({.contextName = "Studio", .sampleRate = 22050.0});
+    const auto unit = makeProbe({.contextName = "Studio", .rendering = {.sampleRate = 22050.0}});
     EXPECT_EQ(seen.instantiations, 1);
     EXPECT_EQ(seen.rate, 22050.0);
     EXPECT_STREQ(seen.firstContextName.data(), "Studio");

@@ -1,11 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <csignal>
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/RunLoop.h"
 #include "tests/platform/audio/bridge/host/BridgedEffect.h"
+#include "tests/platform/audio/bridge/host/Leftovers.h"
 #include "tests/platform/audio/lv2/BlockRunner.h"
 #include "tests/platform/audio/lv2/Zoo.h"
 #include "tests/testing/CapturedOutput.h"
@@ -111,6 +114,63 @@ TEST(BridgedUnit, AnInvalidRateThrowsAndChangesNothing) {
         EXPECT_THROW(unit.allocateRenderResources(0.0), NSError);
     });
     twins.expectSameOutput();
+}
+
+/// What the deferred effect, which takes up its state when it first runs, makes of 1.
+float factor(AUAudioUnit& unit) {
+    return renderBlocks(unit, {{1.0F}}, {1}, 1)[0][0];
+}
+
+/// Ends the service of the only unit, which starts another.
+void endService(const CapturedOutput& error) {
+    kill(*children().begin(), SIGKILL);
+    ASSERT_TRUE(pollUntil([&error] {
+        return error.text().find("started again") != std::string::npos && !children().empty();
+    }));
+}
+
+TEST(BridgedUnit, KeepsADefaultStateThatIsTakenUpInTheFirstRun) {
+    const CapturedOutput error(2);
+    const auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:deferred");
+    unit->allocateRenderResources(44100.0);
+    endService(error);
+    unit->allocateRenderResources(96000.0);
+    EXPECT_EQ(factor(*unit), 0.5F);
+}
+
+TEST(BridgedUnit, KeepsAPresetThatIsTakenUpInTheFirstRun) {
+    const CapturedOutput error(2);
+    const auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:deferred");
+    ASSERT_TRUE(loadPreset(*unit, "Quarter"));
+    endService(error);
+    unit->allocateRenderResources(44100.0);
+    EXPECT_EQ(factor(*unit), 0.25F);
+}
+
+TEST(BridgedUnit, SilencesSamplesThatAreNoFiniteNumbersAndSaysSoOnce) {
+    const CapturedOutput error(2);
+    {
+        const auto unit = makeBridged(zooWorld(), "urn:orvalo:zoo:numberless");
+        const auto input = noise(1, kFrames);
+        auto expected = input;
+        for (std::size_t frame = 0; frame < kFrames; ++frame) {
+            if ((frame + 1) % 7 == 0 || (frame + 1) % 11 == 0) {
+                expected[0][frame] = 0.0F;
+            }
+        }
+        EXPECT_EQ(renderBlocks(*unit, input, kBlocks, kFrames), expected);
+        unit->allocateRenderResources(44100.0);
+        EXPECT_EQ(renderBlocks(*unit, input, kBlocks, kFrames), expected);
+    }
+    const auto lines = error.lines();
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const std::string& line) {
+                                return line.ends_with(
+                                    "<urn:orvalo:zoo:numberless>: it delivers samples that are no "
+                                    "finite numbers; they are silenced");
+                            }),
+              1)
+        << error.text();
 }
 
 /// Held by a completion; counts destructions outside the main thread.

@@ -42,7 +42,7 @@ TEST(Supervisor, RestartsWithTheLastKnownState) {
     EXPECT_EQ(supervisor.perform(bridge::LoadPreset{.number = 0, .uri = "urn:preset:a"}).kind,
               Kind::done);
     effect.render(3);
-    EXPECT_THAT(error.text(), HasSubstr("made at 0 in '' with ''"));
+    EXPECT_THAT(error.text(), HasSubstr("made at 48000 in '' with ''"));
     EXPECT_THAT(error.text(), HasSubstr("made at 44100 in 'the name' with 'urn:preset:a' 0=0.25 "
                                         "1=0.5 2=0.75"));
 }

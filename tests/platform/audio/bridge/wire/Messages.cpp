@@ -19,6 +19,8 @@ std::vector<bridge::HostMessage> hostMessages() {
             .inputChannelCount = 2,
             .outputChannelCount = 1,
             .portCount = 9,
+            .preset = "urn:test:preset",
+            .quantum = 4096,
         },
         bridge::Prepare{.number = 2, .sampleRate = 96000.5},
         bridge::SetContextName{.number = 3, .name = "Name"},

@@ -100,6 +100,8 @@ TEST(BridgeMessage, HasItsFieldsInOrder) {
     EXPECT_EQ(message.inputChannelCount, 2U);
     EXPECT_EQ(message.outputChannelCount, 1U);
     EXPECT_EQ(message.portCount, 9U);
+    EXPECT_EQ(message.preset, "urn:test:preset");
+    EXPECT_EQ(message.quantum, 4096U);
 }
 
 TEST(BridgeHead, IsSoundWithThisVersionAndAnAllowedLength) {

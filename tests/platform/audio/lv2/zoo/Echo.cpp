@@ -52,12 +52,13 @@ constexpr LV2_Descriptor describe(const char* uri) {
 
 // One effect under several URIs with different UIs.
 const std::array kEchoes{
-    describe("urn:orvalo:zoo:echo"),      describe("urn:orvalo:ui:probe"),
-    describe("urn:orvalo:ui:fixed"),      describe("urn:orvalo:ui:direct"),
-    describe("urn:orvalo:ui:demanding"),  describe("urn:orvalo:ui:optional"),
-    describe("urn:orvalo:ui:toolkit"),    describe("urn:orvalo:ui:missing"),
-    describe("urn:orvalo:ui:foreign"),    describe("urn:orvalo:ui:refusing"),
-    describe("urn:orvalo:ui:windowless"), describe("urn:orvalo:ui:none"),
+    describe("urn:orvalo:zoo:echo"),    describe("urn:orvalo:zoo:huge-buffer"),
+    describe("urn:orvalo:ui:probe"),    describe("urn:orvalo:ui:fixed"),
+    describe("urn:orvalo:ui:direct"),   describe("urn:orvalo:ui:demanding"),
+    describe("urn:orvalo:ui:optional"), describe("urn:orvalo:ui:toolkit"),
+    describe("urn:orvalo:ui:missing"),  describe("urn:orvalo:ui:foreign"),
+    describe("urn:orvalo:ui:refusing"), describe("urn:orvalo:ui:windowless"),
+    describe("urn:orvalo:ui:none"),
 };
 
 }  // namespace

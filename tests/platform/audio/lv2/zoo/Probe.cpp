@@ -115,6 +115,8 @@ void readOption(Probe& self, const LV2_Options_Option& option) {
         seen.minBlockLength = *static_cast<const std::int32_t*>(option.value);
     } else if (is(LV2_BUF_SIZE__maxBlockLength)) {
         seen.maxBlockLength = *static_cast<const std::int32_t*>(option.value);
+    } else if (is(LV2_BUF_SIZE__nominalBlockLength)) {
+        seen.nominalBlockLength = *static_cast<const std::int32_t*>(option.value);
     } else if (is(LV2_BUF_SIZE__sequenceSize)) {
         seen.sequenceSize = *static_cast<const std::int32_t*>(option.value);
     } else if (is(kContextName)) {

@@ -35,6 +35,7 @@ struct ProbeRecord {
     std::atomic<float> rateOption{0.0F};
     std::atomic<int> minBlockLength{0};
     std::atomic<int> maxBlockLength{0};
+    std::atomic<int> nominalBlockLength{0};
     std::atomic<int> sequenceSize{0};
     std::atomic<bool> hasBoundedBlockLength{false};
     std::atomic<float> corner{0.0F};
