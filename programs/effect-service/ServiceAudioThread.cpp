@@ -91,13 +91,21 @@ void ServiceAudioThread::applyScheduling() {
 void ServiceAudioThread::render() noexcept {
     auto& control = audio_.control();
     const auto frames =
-        std::min(control.frameCount.load(std::memory_order_relaxed), kMaximumFramesToRender);
+        std::min(control.frameCount.load(std::memory_order_relaxed), kMaximumOfflineFrames);
+    const auto input = audio_.input(frames);
+    const auto output = audio_.output(frames);
     events_.emplace(audio_.events());
-    unit_->render(audio_.input(frames), audio_.output(frames));
+    for (std::uint32_t done = 0; done < frames;) {
+        const auto count = std::min(frames - done, kMaximumFramesToRender);
+        unit_->render(AudioBlockPart(input, done, count).block(),
+                      AudioBlockPart(output, done, count).block());
+        done += count;
+        control.latency.store(unit_->latency(), std::memory_order_relaxed);
+        control.eventBytes.store(events_->used(), std::memory_order_relaxed);
+        publishControls();
+        control.rendered.store(done, std::memory_order_release);
+    }
     start_ += frames;
-    control.latency.store(unit_->latency(), std::memory_order_relaxed);
-    control.eventBytes.store(events_->used(), std::memory_order_relaxed);
-    publishControls();
 }
 
 void ServiceAudioThread::publishControls() noexcept {

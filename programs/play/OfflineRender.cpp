@@ -21,8 +21,13 @@ namespace orvalo {
 
 namespace {
 
-/// The largest quantum: the cost per call is then negligible.
-constexpr std::uint32_t kQuantum = kMaximumFramesToRender;
+/// The frames to render next, of those that are left: as many as possible, in whole spans of the
+/// effect, so that the last span is like the others.
+std::uint32_t nextQuantum(std::int64_t left) {
+    constexpr std::int64_t kSpan = kMaximumFramesToRender;
+    const auto frames = std::min<std::int64_t>(left, kMaximumOfflineFrames);
+    return static_cast<std::uint32_t>((frames + kSpan - 1) / kSpan * kSpan);
+}
 
 std::shared_ptr<AVAudioFile> openFile(const PlayOptions& options) {
     if (options.file) {
@@ -107,18 +112,20 @@ void OfflineRender::run() {
     const auto passes = std::make_shared<EndlessPasses>(player, file_);
     passes->schedule();
 
-    AVAudioPCMBuffer buffer(format, kQuantum);
+    AVAudioPCMBuffer buffer(format, kMaximumOfflineFrames);
     std::array<float*, kMaximumChannels> channels{};
     ProgressLine progress;
     std::int64_t toSkip = 0;
-    for (std::int64_t rendered = 0, written = 0; written < frames_; rendered += kQuantum) {
-        engine->renderOffline(kQuantum, buffer);
+    for (std::int64_t rendered = 0, written = 0; written < frames_;) {
+        const auto quantum = nextQuantum(toSkip + frames_ - written);
+        engine->renderOffline(quantum, buffer);
         if (rendered == 0) {
             toSkip = effect->auAudioUnit()->latency();
         }
-        const auto from = std::min<std::int64_t>(toSkip, kQuantum);
+        rendered += quantum;
+        const auto from = std::min<std::int64_t>(toSkip, quantum);
         toSkip -= from;
-        const auto count = std::min<std::int64_t>(kQuantum - from, frames_ - written);
+        const auto count = std::min<std::int64_t>(quantum - from, frames_ - written);
         writer_.write(buffer.block(static_cast<std::uint32_t>(from),
                                    static_cast<std::uint32_t>(count), channels));
         written += count;

@@ -147,8 +147,12 @@ std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::u
         const std::lock_guard lock(mutex_);
         nodes = graph_.nodes();
     }
+    auto most = std::min(frameCount, kMaximumOfflineFrames);
     for (const auto& node : nodes) {
-        node->awaitInput();
+        most = std::min(most, node->maximumFramesToRender());
+    }
+    for (const auto& node : nodes) {
+        most = std::min(most, node->awaitInput(most));
     }
     std::array<float*, kMaximumChannels> channels{};
     const RenderSlot<RenderPlan>::Access plan(plan_);
@@ -160,7 +164,7 @@ std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::u
         }
         return frameCount;
     }
-    const auto count = plan->sliceThatFits(frameCount);
+    const auto count = plan->sliceThatFits(most);
     plan->render(buffer.block(from, count, channels));
     return count;
 }
@@ -189,11 +193,12 @@ void AVAudioEngine::publish() {
         return;
     }
     const auto format = outputNode_->outputFormat(0);
+    const auto frames = isManual_ ? kMaximumOfflineFrames : kMaximumFramesToRender;
     const auto renderSilence = [&] {
-        plan_.exchange(
-            std::make_unique<RenderPlan>(std::vector<RenderPlan::Branch>{}, format.channelCount));
+        plan_.exchange(std::make_unique<RenderPlan>(std::vector<RenderPlan::Branch>{},
+                                                    format.channelCount, frames));
     };
-    plan_.exchange(compiler_.compile(graph_, mixer_, outputNode_, format, renderSilence));
+    plan_.exchange(compiler_.compile(graph_, mixer_, outputNode_, format, frames, renderSilence));
 }
 
 }  // namespace orvalo

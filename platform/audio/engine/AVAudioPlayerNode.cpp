@@ -56,8 +56,12 @@ std::shared_ptr<RenderKernel> AVAudioPlayerNode::kernel() const {
     return playback_;
 }
 
-void AVAudioPlayerNode::awaitInput() {
-    playback_->awaitDecoded();
+std::uint32_t AVAudioPlayerNode::awaitInput(std::uint32_t frameCount) {
+    return playback_->awaitDecoded(frameCount);
+}
+
+void AVAudioPlayerNode::setRenderingOffline(bool isOffline) {
+    playback_->setMaximumFrames(isOffline ? kMaximumOfflineFrames : kMaximumFramesToRender);
 }
 
 }  // namespace orvalo

@@ -113,7 +113,12 @@ void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
     }
 }
 
-void AVAudioPlayerNode::Playback::awaitDecoded() {
+void AVAudioPlayerNode::Playback::setMaximumFrames(std::uint32_t frames) {
+    const Lock lock(mutex_);
+    maximumFrames_ = frames;
+}
+
+std::uint32_t AVAudioPlayerNode::Playback::awaitDecoded(std::uint32_t frameCount) {
     Lock lock(mutex_);
     bool hasWaited = false;
     decoded_.wait(lock, [&] {
@@ -123,9 +128,20 @@ void AVAudioPlayerNode::Playback::awaitDecoded() {
         // Waiting for each single quantum would cost two thread switches a quantum.
         const bool isEnough =
             !ring_ || !isPlaying_ ||
-            hasDecoded(std::exchange(hasWaited, true) ? keptFrames() : awaitedFrames());
+            hasDecoded(std::exchange(hasWaited, true)
+                           ? keptFrames()
+                           : awaitedFrames(stream_.current()->demand(frameCount)));
         return isEnough;
     });
+    auto count = ring_ ? std::min(frameCount, ring_->maximumFrames()) : frameCount;
+    const auto isDecoded = [this](std::uint32_t frames) {
+        return passes_.empty() || !isPlaying_ ||
+               stream_.current()->demand(frames) <= ring_->written() - ring_->consumed();
+    };
+    while (count > kMaximumFramesToRender && !isDecoded(count)) {
+        count = (count - 1) / kMaximumFramesToRender * kMaximumFramesToRender;
+    }
+    return count;
 }
 
 void AVAudioPlayerNode::Playback::decodeLoop(const std::stop_token& stopped) {
@@ -246,13 +262,14 @@ void AVAudioPlayerNode::Playback::reportUnderruns() {
     }
 }
 
-std::uint64_t AVAudioPlayerNode::Playback::awaitedFrames() const {
+std::uint64_t AVAudioPlayerNode::Playback::awaitedFrames(std::uint32_t demand) const {
     // The decoding thread writes only while a whole chunk fits.
-    return std::min(stream_.current()->largestDemand(), ring_->capacity() - kMaximumFramesToRender);
+    return std::min(demand, ring_->capacity() - kMaximumFramesToRender);
 }
 
 std::uint64_t AVAudioPlayerNode::Playback::keptFrames() const {
-    return std::max<std::uint64_t>(ring_->capacity() / 2, awaitedFrames());
+    return std::max<std::uint64_t>(ring_->capacity() / 2,
+                                   awaitedFrames(stream_.current()->largestDemand()));
 }
 
 bool AVAudioPlayerNode::Playback::hasDecoded(std::uint64_t frames) {
@@ -280,7 +297,7 @@ void AVAudioPlayerNode::Playback::updateMoreToDecode() {
 }
 
 void AVAudioPlayerNode::Playback::replaceRing(const AVAudioFormat& format) {
-    ring_ = std::make_shared<PlayerRing>(format);
+    ring_ = std::make_shared<PlayerRing>(format, maximumFrames_);
     wakePosition_.store(UINT64_MAX, std::memory_order_relaxed);
     stream_.exchange(std::make_unique<PlayerStream>(ring_, outputFormat_.value_or(format)));
 }

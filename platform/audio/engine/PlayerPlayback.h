@@ -46,9 +46,11 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     void setOutputFormat(const AVAudioFormat& format);
 
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
-    /// Blocks until due completions have been called, and a whole quantum is decoded or nothing
-    /// more is scheduled. For offline rendering.
-    void awaitDecoded();
+    /// The most frames of one render(), from the next ring on.
+    void setMaximumFrames(std::uint32_t frames);
+    /// AVAudioNode::awaitInput(). Waits for due completions too, and lets no render call run past
+    /// the decoded frames before their completion had the chance to schedule more.
+    std::uint32_t awaitDecoded(std::uint32_t frameCount);
 
   private:
     struct Pass {
@@ -69,8 +71,8 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
 
     void reportUnderruns();
 
-    /// The decoded frames that let awaitDecoded() return.
-    std::uint64_t awaitedFrames() const;
+    /// The decoded frames that let awaitDecoded() return for a render() that reads `demand` frames.
+    std::uint64_t awaitedFrames(std::uint32_t demand) const;
     /// The decoded frames below which the decoding thread resumes.
     std::uint64_t keptFrames() const;
     /// Whether so many frames are decoded, or as many as possible before the next format.
@@ -90,6 +92,7 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     std::shared_ptr<PlayerRing> ring_;
     std::optional<AVAudioPCMBuffer> chunk_;  ///< Decoding thread only.
     std::optional<AVAudioFormat> outputFormat_;
+    std::uint32_t maximumFrames_ = kMaximumFramesToRender;
     bool isCompleting_ = false;            ///< The decoding thread calls a completion.
     bool isAdopting_ = false;              ///< onFormatChange_ is running.
     std::uint64_t generation_ = 0;         ///< A chunk decoded for an earlier one is discarded.

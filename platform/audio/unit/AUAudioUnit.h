@@ -56,11 +56,14 @@ class AUAudioUnit : public NSObject {
     /// Frames by which the output lags behind the input, as the effect reported last.
     virtual std::uint32_t latency() const = 0;
 
+    /// The most frames that one render() may have; setRenderingOffline() may change it.
+    virtual std::uint32_t maximumFramesToRender() const { return kMaximumFramesToRender; }
+
     /// Whether rendering is offline, so that rendering a quantum may take longer than its duration;
     /// false at first. Never while render() may be called.
     virtual void setRenderingOffline(bool /*isOffline*/) {}
 
-    /// Prepares the unit to render at a rate (Hz), in calls of up to kMaximumFramesToRender frames.
+    /// Prepares the unit to render at a rate (Hz), in calls of up to maximumFramesToRender() frames.
     /// A new rate instantiates the effect again with the same state. Never while render() may be
     /// called. Throws NSError.
     virtual void allocateRenderResources(double sampleRate) = 0;

@@ -29,6 +29,7 @@ class BridgedAudioUnit : public LV2AudioUnit {
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
     std::uint32_t latency() const override { return render_.latency(); }
+    std::uint32_t maximumFramesToRender() const override { return render_.maximumFrames(); }
     void setRenderingOffline(bool isOffline) override { render_.setOffline(isOffline); }
     void allocateRenderResources(double sampleRate) override;
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override {

@@ -57,19 +57,28 @@ void BridgedRender::setSampleRate(double sampleRate) {
 
 void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) noexcept {
     const RealTimeScope scope;
-    if (output.frameCount == 0) {
-        return;
+    for (std::uint32_t done = 0; done < output.frameCount;) {
+        const auto rest = output.frameCount - done;
+        const auto count = renderFirst(AudioBlockPart(input, done, rest).block(),
+                                       AudioBlockPart(output, done, rest).block());
+        sampleTime_ += count;
+        done += count;
     }
+}
+
+std::uint32_t BridgedRender::renderFirst(const AudioBlock& input,
+                                         const AudioBlock& output) noexcept {
     if (isOffline()) {
         awaitSession();
     }
-    {
-        const RenderSlot<RenderSession>::Access session(session_);
-        if (!session || !process(*session, input, output)) {
-            fader_.writeDry(input, output);
-        }
+    const RenderSlot<RenderSession>::Access session(session_);
+    const auto wet = session ? process(*session, input, output) : 0;
+    const auto dry = std::min(output.frameCount - wet, kMaximumFramesToRender);
+    if (dry > 0) {
+        fader_.writeDry(AudioBlockPart(input, wet, dry).block(),
+                        AudioBlockPart(output, wet, dry).block());
     }
-    sampleTime_ += output.frameCount;
+    return wet + dry;
 }
 
 void BridgedRender::awaitSession() noexcept {
@@ -89,8 +98,8 @@ bool BridgedRender::hasLiveSession() noexcept {
     return session && !session->hasEnded.load(std::memory_order_acquire);
 }
 
-bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
-                            const AudioBlock& output) noexcept {
+std::uint32_t BridgedRender::process(RenderSession& session, const AudioBlock& input,
+                                     const AudioBlock& output) noexcept {
     const auto until = deadline(input.frameCount);
     const auto hasAnswer = [this, &session, until](bool waits) {
         const bool isAnswered = waits ? session.awaitAnswer(until) : session.isAnswered();
@@ -102,17 +111,29 @@ bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
     if (session.isOutstanding) {
         // The service is still busy with an earlier quantum.
         if (!hasAnswer(isOffline())) {
-            return false;
+            return 0;
         }
         readAnswer(session);
     }
     handOver(session, input);
     if (!hasAnswer(true)) {
-        return false;
+        if (!isOffline() || !session.hasEnded.load(std::memory_order_acquire)) {
+            return 0;
+        }
+        // Whole spans only: the service is not trusted.
+        session.frameCount =
+            std::min(session.audio.control().rendered.load(std::memory_order_acquire),
+                     input.frameCount - 1) /
+            kMaximumFramesToRender * kMaximumFramesToRender;
+        if (session.frameCount == 0) {
+            return 0;
+        }
     }
-    fader_.writeWet(input, session.audio.output(output.frameCount), output);
+    const auto count = session.frameCount;
+    fader_.writeWet(AudioBlockPart(input, 0, count).block(), session.audio.output(count),
+                    AudioBlockPart(output, 0, count).block());
     readAnswer(session);
-    return true;
+    return count;
 }
 
 void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) noexcept {
@@ -123,6 +144,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
     }
     requestScheduling(control, isOffline());
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
+    control.rendered.store(0, std::memory_order_relaxed);
     session.isOutstanding = true;
     session.sampleTime = sampleTime_;
     session.frameCount = input.frameCount;
@@ -156,7 +178,8 @@ void BridgedRender::readAnswer(RenderSession& session) noexcept {
 Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {
     const auto now = std::chrono::steady_clock::now();
     if (isOffline()) {
-        return now + limits_.offlineWait;
+        const auto spans = (frameCount + kMaximumFramesToRender - 1) / kMaximumFramesToRender;
+        return now + spans * limits_.offlineWait;
     }
     const std::chrono::duration<double> quantum(frameCount /
                                                 sampleRate_.load(std::memory_order_relaxed));

@@ -14,8 +14,8 @@
 namespace orvalo {
 
 /// The render thread's part of a bridged effect: hands each quantum over to the service, waits for
-/// the answer for a bounded time, and outputs the dry signal without one. Each service has a
-/// session.
+/// the answer for a bounded time, and outputs the dry signal without one. Offline, when a service
+/// ends, only the span that it did not finish is dry. Each service has a session.
 class BridgedRender {
   public:
     /// midiBlock: gets the effect's MIDI, and outlives the object; midiOutputCount: events of
@@ -36,6 +36,11 @@ class BridgedRender {
     /// Offline rendering waits for late answers and for sessions. Never during render().
     void setOffline(bool isOffline) { isOffline_.store(isOffline, std::memory_order_relaxed); }
 
+    /// AUAudioUnit::maximumFramesToRender(). Any thread.
+    std::uint32_t maximumFrames() const noexcept {
+        return isOffline() ? kMaximumOfflineFrames : kMaximumFramesToRender;
+    }
+
     /// AUAudioUnit::latency(). Any thread.
     std::uint32_t latency() const { return latency_.load(std::memory_order_relaxed); }
     /// How many quanta were dry because the service was late. Any thread.
@@ -45,11 +50,15 @@ class BridgedRender {
     void render(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
+    /// Renders the first frames, and returns how many: fewer than all when the service ends.
+    std::uint32_t renderFirst(const AudioBlock& input, const AudioBlock& output) noexcept;
     /// Holds no RenderSlot::Access while it waits: exchange() would wait for it.
     void awaitSession() noexcept;
     bool hasLiveSession() noexcept;
-    bool process(RenderSession& session, const AudioBlock& input,
-                 const AudioBlock& output) noexcept;
+    /// Renders the first frames wet, and returns how many: all, or without an answer those that the
+    /// service had rendered when it ended.
+    std::uint32_t process(RenderSession& session, const AudioBlock& input,
+                          const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) noexcept;
     void readAnswer(RenderSession& session) noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;

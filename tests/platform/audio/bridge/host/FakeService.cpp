@@ -280,6 +280,25 @@ class FakeService {
              }},
             {"far-cable", [this] { audio_->events()[sizeof(std::uint32_t)] = std::byte{200}; }},
             {"endless-latency", [this] { audio_->control().latency.store(0xFFFFFFFF); }},
+            // The two spans before are complete.
+            {"third-span",
+             [this] {
+                 audio_->control().rendered.store(2 * kMaximumFramesToRender);
+                 raise(SIGSEGV);
+             }},
+            {"far-span",
+             [this] {
+                 audio_->control().rendered.store(0xFFFFFFFF);
+                 raise(SIGSEGV);
+             }},
+            {"slow-spans",
+             [this] {
+                 for (std::uint32_t done = 0; done < audio_->control().frameCount;
+                      done += kMaximumFramesToRender) {
+                     audio_->control().rendered.store(done + 1);
+                     std::this_thread::sleep_for(std::chrono::milliseconds(400));
+                 }
+             }},
             {"far-answer",
              [this] {
                  audio_->control().response.store(role_->when + 100);
