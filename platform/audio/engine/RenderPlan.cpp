@@ -58,7 +58,8 @@ void RenderPlan::render(const AudioBlock& block) noexcept {
 std::uint32_t RenderPlan::sliceThatFits(std::uint32_t frameCount) const noexcept {
     auto slice = std::min(frameCount, maximumFrames_);
     for (const auto& branch : branches_) {
-        if (branch.converter) {
+        if (branch.converter && branch.converter->inputFormat().sampleRate !=
+                                    branch.converter->outputFormat().sampleRate) {
             slice = std::min(slice, kMaximumFramesToRender);
             while (slice > 1 &&
                    branch.converter->inputFramesNeeded(slice) > kMaximumFramesToRender) {

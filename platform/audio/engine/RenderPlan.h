@@ -35,8 +35,8 @@ class RenderPlan {
     /// Fills the block, of the output's channels and any number of frames.
     void render(const AudioBlock& block) noexcept;
 
-    /// How many of frameCount frames one pass over the branches can render. Before a converter, at
-    /// most kMaximumFramesToRender.
+    /// How many of frameCount frames one pass over the branches can render. Before a converter of
+    /// rates, at most kMaximumFramesToRender.
     std::uint32_t sliceThatFits(std::uint32_t frameCount) const noexcept;
 
   private:
