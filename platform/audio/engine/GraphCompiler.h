@@ -16,9 +16,9 @@ namespace orvalo {
 class GraphCompiler {
   public:
     /// Compiles all branches into the mixer; the plan is silent when the mixer does not feed the
-    /// output. maximumFrames: the plan's. Calls renderSilence, which must replace the current plan by a silent one, before it
-    /// prepares a node whose formats have changed. A branch that cannot be prepared is left out
-    /// with a warning.
+    /// output. maximumFrames: the plan's. Calls renderSilence, which must replace the current plan
+    /// by a silent one, before it prepares a node whose formats have changed. A branch that cannot
+    /// be prepared is left out with a warning.
     std::unique_ptr<RenderPlan> compile(const Graph& graph,
                                         const std::shared_ptr<AVAudioNode>& mixer,
                                         const std::shared_ptr<AVAudioNode>& output,

@@ -63,9 +63,9 @@ class AUAudioUnit : public NSObject {
     /// false at first. Never while render() may be called.
     virtual void setRenderingOffline(bool /*isOffline*/) {}
 
-    /// Prepares the unit to render at a rate (Hz), in calls of up to maximumFramesToRender() frames.
-    /// A new rate instantiates the effect again with the same state. Never while render() may be
-    /// called. Throws NSError.
+    /// Prepares the unit to render at a rate (Hz), in calls of up to maximumFramesToRender()
+    /// frames. A new rate instantiates the effect again with the same state. Never while render()
+    /// may be called. Throws NSError.
     virtual void allocateRenderResources(double sampleRate) = 0;
 
     /// Renders input.frameCount frames; input and output have the unit's channel counts and the

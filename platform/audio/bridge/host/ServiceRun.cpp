@@ -240,8 +240,7 @@ void ServiceRun::observeQuanta(Time now) {
         lastQuantumTime_ = now;
     }
     // Offline, a quantum has many spans, each of which has the time of a quantum.
-    const auto rendered =
-        readySession_->audio.control().rendered.load(std::memory_order_relaxed);
+    const auto rendered = readySession_->audio.control().rendered.load(std::memory_order_relaxed);
     const bool hasAdvanced = rendered != std::exchange(lastRendered_, rendered);
     if (isNew || hasAdvanced || readySession_->isAnswered()) {
         unansweredSince_ = now;

@@ -61,8 +61,7 @@ class LongSlicesTest : public EngineTest {
         AVAudioPCMBuffer buffer({48000, 2}, 2 * kPass);
         engine->renderOffline(2 * kPass, buffer);
         const auto* samples = buffer.floatChannelData()[0];
-        EXPECT_EQ(std::vector<float>(samples, samples + buffer.frameLength),
-                  repeated(pass, 2)[0]);
+        EXPECT_EQ(std::vector<float>(samples, samples + buffer.frameLength), repeated(pass, 2)[0]);
         return unit->frameCounts();
     }
 };
