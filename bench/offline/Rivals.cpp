@@ -10,7 +10,7 @@ namespace orvalo::bench {
 
 Command ffmpegJob(const std::filesystem::path& file, const std::string& uri) {
     // A colon would end the option, for each of two parsers.
-    const auto escaped = std::regex_replace(uri, std::regex(":"), R"(\\\\:)");
+    const auto escaped = std::regex_replace(uri, std::regex(":"), R"(\\:)");
     return {"ffmpeg", "-nostdin",         "-y",   "-threads",  "1",  "-i",  file,
             "-af",    "lv2=p=" + escaped, "-c:a", "pcm_f32le", "-f", "wav", "/dev/null"};
 }
