@@ -1,5 +1,6 @@
 #include "bench/measuring/Stage.h"
 
+#include <cstdlib>
 #include <stdexcept>
 
 namespace orvalo::bench {
@@ -17,7 +18,9 @@ std::filesystem::path playProgram() {
 }
 
 std::string lv2Path() {
-    return (stage() / "lib/lv2").string() + ":/usr/lib/lv2";
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is only one thread.
+    const char* path = std::getenv("LV2_PATH");
+    return (stage() / "lib/lv2").string() + ":" + (path == nullptr ? "/usr/lib/lv2" : path);
 }
 
 }  // namespace orvalo::bench

@@ -8,12 +8,11 @@
 
 namespace orvalo::bench {
 
-Command ffmpegJob(const std::filesystem::path& file) {
-    return {"ffmpeg",   "-nostdin",  "-y",
-            "-threads", "1",         "-i",
-            file,       "-af",       R"(lv2=p=urn\\:tessaly\\:orvalo)",
-            "-c:a",     "pcm_f32le", "-f",
-            "wav",      "/dev/null"};
+Command ffmpegJob(const std::filesystem::path& file, const std::string& uri) {
+    // A colon would end the option, for each of two parsers.
+    const auto escaped = std::regex_replace(uri, std::regex(":"), R"(\\:)");
+    return {"ffmpeg", "-nostdin",         "-y",   "-threads",  "1",  "-i",  file,
+            "-af",    "lv2=p=" + escaped, "-c:a", "pcm_f32le", "-f", "wav", "/dev/null"};
 }
 
 Command gstreamerJob(const std::filesystem::path& file) {
@@ -54,8 +53,22 @@ std::string makeEffectForGStreamer(const std::filesystem::path& folder) {
     return bundle.parent_path().string() + ":/usr/lib/lv2";
 }
 
-Command playJob(const std::filesystem::path& file) {
-    return {playProgram(), "--file", file, "--render", "/dev/null"};
+std::string registerEffect(const std::filesystem::path& folder, const std::string& uri) {
+    const auto bundle = folder / "registered/effect.lv2";
+    std::filesystem::create_directories(bundle);
+    std::ofstream(bundle / "manifest.ttl")
+        << "@prefix ac: <urn:tessaly:audio-component#> .\n<" << uri
+        << "> ac:type \"aumf\" ; ac:subtype \"orVL\" ; ac:manufacturer \"TSLY\" ; ac:flags 2 ;\n"
+           "    ac:name \"Benchmark\" .\n";
+    return bundle.parent_path().string() + ":" + lv2Path();
+}
+
+Command playJob(const std::filesystem::path& file, bool isInProcess) {
+    Command command{playProgram(), "--file", file, "--render", "/dev/null"};
+    if (isInProcess) {
+        command.emplace_back("--in-process");
+    }
+    return command;
 }
 
 }  // namespace orvalo::bench

@@ -91,16 +91,25 @@ void ServiceAudioThread::applyScheduling() {
 void ServiceAudioThread::render() noexcept {
     auto& control = audio_.control();
     const auto frames =
-        std::min(control.frameCount.load(std::memory_order_relaxed), kMaximumFramesToRender);
+        std::min(control.frameCount.load(std::memory_order_relaxed), kMaximumOfflineFrames);
+    const auto input = audio_.input(frames);
+    const auto output = audio_.output(frames);
     events_.emplace(audio_.events());
-    // The host says it: a line of this process might not be read before it is ended.
-    if (unit_->renderAndSilence(audio_.input(frames), audio_.output(frames))) {
-        control.isSilenced.store(1, std::memory_order_relaxed);
+    std::size_t span = 0;
+    for (std::uint32_t done = 0; done < frames;) {
+        const auto count = std::min(frames - done, kMaximumFramesToRender);
+        // The host says it: a line of this process might not be read before it is ended.
+        if (unit_->renderAndSilence(AudioBlockPart(input, done, count).block(),
+                                    AudioBlockPart(output, done, count).block())) {
+            control.isSilenced.store(1, std::memory_order_relaxed);
+        }
+        done += count;
+        control.latencies[span++].store(unit_->latency(), std::memory_order_relaxed);
+        control.eventBytes.store(events_->used(), std::memory_order_relaxed);
+        publishControls();
+        control.rendered.store(done, std::memory_order_release);
     }
     start_ += frames;
-    control.latency.store(unit_->latency(), std::memory_order_relaxed);
-    control.eventBytes.store(events_->used(), std::memory_order_relaxed);
-    publishControls();
 }
 
 void ServiceAudioThread::publishControls() noexcept {

@@ -7,7 +7,6 @@
 #include <limits>
 #include <random>
 #include <stdexcept>
-#include <vector>
 
 #include "hosting/OrvaloComponent.h"
 #include "platform/audio/engine/AVAudioEngine.h"
@@ -24,8 +23,13 @@ namespace orvalo {
 
 namespace {
 
-/// The largest quantum: the cost per call is then negligible.
-constexpr std::uint32_t kQuantum = kMaximumFramesToRender;
+/// The frames to render next, of those that are left: as many as possible, in whole spans of the
+/// effect, so that the last span is like the others.
+std::uint32_t nextQuantum(std::int64_t left) {
+    constexpr std::int64_t kSpan = kMaximumFramesToRender;
+    const auto frames = std::min<std::int64_t>(left, kMaximumOfflineFrames);
+    return static_cast<std::uint32_t>((frames + kSpan - 1) / kSpan * kSpan);
+}
 
 /// Seconds. Effects that load their data when they are first run know their latency only then.
 constexpr double kTimeToKnowLatency = 1.0;
@@ -68,38 +72,67 @@ AVAudioFormat renderFormat(const AVAudioFile& file) {
     return {file.processingFormat().sampleRate, 2};
 }
 
-/// Writes rendered quanta without the effect's latency, so that the file is aligned with the
+/// Writes what is rendered without the effect's latency, so that the file is aligned with the
 /// effect's input.
 class AlignedWriter {
   public:
     AlignedWriter(WaveFileWriter& writer, const AVAudioFormat& format, std::int64_t frames)
-        : writer_(writer), frames_(frames), silence_(format, kQuantum) {}
+        : writer_(writer),
+          frames_(frames),
+          held_(static_cast<std::int64_t>(kTimeToKnowLatency * format.sampleRate)),
+          beginning_(format, static_cast<std::uint32_t>(held_) + kMaximumFramesToRender),
+          silence_(format, kMaximumFramesToRender) {}
 
-    /// Writes the quantum whose first frame answers the input's frame `start`, which is negative
-    /// while the latency lasts. Where a longer latency repeats frames, they are cut; where a
-    /// shorter one leaves frames out, silence takes their place.
-    void write(const AVAudioPCMBuffer& quantum, std::int64_t start) {
-        while (written_ < std::min(start, frames_)) {
-            append(silence_, 0, start - written_);
+    /// Writes the next span; latency: after it.
+    void write(const AudioBlock& span, std::uint32_t latency) {
+        if (rendered_ >= held_) {
+            place(span, rendered_ - latency);
+            rendered_ += span.frameCount;
+            return;
         }
-        const auto from = written_ - start;
-        if (from < kQuantum && written_ < frames_) {
-            append(quantum, from, kQuantum - from);
+        const auto rendered = static_cast<std::uint32_t>(rendered_);
+        const auto copy = beginning_.block(rendered, span.frameCount, channels_);
+        for (std::uint32_t channel = 0; channel < span.channelCount; ++channel) {
+            std::copy_n(span.channels[channel], span.frameCount, copy.channels[channel]);
+        }
+        rendered_ += span.frameCount;
+        if (rendered_ >= held_) {
+            place(beginning_.block(0, rendered + span.frameCount, channels_),
+                  -std::int64_t{latency});
         }
     }
+    /// The frames in the file.
     std::int64_t written() const { return written_; }
 
   private:
-    void append(const AVAudioPCMBuffer& buffer, std::int64_t from, std::int64_t wanted) {
-        const auto count = std::min({wanted, std::int64_t{kQuantum}, frames_ - written_});
-        writer_.write(buffer.block(static_cast<std::uint32_t>(from),
-                                   static_cast<std::uint32_t>(count), channels_));
+    /// Writes the frames of which the first answers the input's frame `start`, which is negative
+    /// while the latency lasts. Where a longer latency repeats frames, they are cut; where a
+    /// shorter one leaves frames out, silence takes their place.
+    void place(const AudioBlock& frames, std::int64_t start) {
+        while (written_ < std::min(start, frames_)) {
+            const auto silence = silence_.block(silence_.frameCapacity());
+            append(silence, 0, std::min<std::int64_t>(start - written_, silence.frameCount));
+        }
+        const auto from = written_ - start;
+        if (from < frames.frameCount) {
+            append(frames, from, frames.frameCount - from);
+        }
+    }
+
+    void append(const AudioBlock& frames, std::int64_t from, std::int64_t wanted) {
+        const auto count = std::min(wanted, frames_ - written_);
+        writer_.write(AudioBlockPart(frames, static_cast<std::uint32_t>(from),
+                                     static_cast<std::uint32_t>(count))
+                          .block());
         written_ += count;
     }
 
     WaveFileWriter& writer_;
     const std::int64_t frames_;  // The length of the file.
-    const AVAudioPCMBuffer silence_;
+    const std::int64_t held_;    // Kept until the latency is known.
+    AVAudioPCMBuffer beginning_;
+    AVAudioPCMBuffer silence_;
+    std::int64_t rendered_ = 0;
     std::int64_t written_ = 0;
     std::array<float*, kMaximumChannels> channels_{};
 };
@@ -132,7 +165,7 @@ OfflineRender::OfflineRender(const PlayOptions& options)
       writer_(*options.render, renderFormat(*file_)) {}
 
 void OfflineRender::run() {
-    setExpectedRendering({file_->processingFormat().sampleRate, kQuantum});
+    setExpectedRendering({file_->processingFormat().sampleRate, kMaximumFramesToRender});
     const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,
                                                  AudioComponentInstantiationOptions::none);
     effect->auAudioUnit()->setContextName(orvaloContextName);
@@ -151,21 +184,20 @@ void OfflineRender::run() {
     passes->schedule();
 
     AlignedWriter aligned(writer_, format, frames_);
-    std::int64_t rendered = 0;
-    std::vector<AVAudioPCMBuffer> first;
-    while (static_cast<double>(rendered) < kTimeToKnowLatency * format.sampleRate) {
-        engine->renderOffline(kQuantum, first.emplace_back(format, kQuantum));
-        rendered += kQuantum;
-    }
-    std::int64_t start = -std::int64_t{effect->auAudioUnit()->latency()};
-    for (const auto& quantum : first) {
-        aligned.write(quantum, start);
-        start += kQuantum;
-    }
+    AVAudioPCMBuffer buffer(format, kMaximumOfflineFrames);
+    std::array<float*, kMaximumChannels> channels{};
+    const auto& unit = *effect->auAudioUnit();
     ProgressLine progress;
-    for (auto& buffer = first.front(); aligned.written() < frames_; rendered += kQuantum) {
-        engine->renderOffline(kQuantum, buffer);
-        aligned.write(buffer, rendered - std::int64_t{effect->auAudioUnit()->latency()});
+    while (aligned.written() < frames_) {
+        const auto count = engine->renderOfflineSlice(
+            nextQuantum(frames_ - aligned.written() + unit.latency()), buffer);
+        const auto slice = buffer.block(0, count, channels);
+        for (std::uint32_t span = 0; span * kMaximumFramesToRender < count; ++span) {
+            const auto from = span * kMaximumFramesToRender;
+            const AudioBlockPart frames(slice, from,
+                                        std::min(count - from, kMaximumFramesToRender));
+            aligned.write(frames.block(), unit.latencyAfterSpan(span));
+        }
         progress.show(std::to_string(aligned.written() * 100 / frames_) + " %");
     }
     passes->end();

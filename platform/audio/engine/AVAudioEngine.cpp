@@ -126,32 +126,35 @@ void AVAudioEngine::enableManualRenderingMode(const AVAudioFormat& format) {
 }
 
 void AVAudioEngine::renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& buffer) {
+    for (std::uint32_t done = 0; done < frameCount;) {
+        done += renderOfflineSlice(frameCount - done, buffer, done);
+    }
+}
+
+std::uint32_t AVAudioEngine::renderOfflineSlice(std::uint32_t frameCount, AVAudioPCMBuffer& buffer,
+                                                std::uint32_t from) {
     if (!isManual_ || !isRunning_) {
         fatalError("Offline rendering needs a started engine in manual rendering mode.");
     }
-    if (frameCount > buffer.frameCapacity()) {
+    if (from + frameCount > buffer.frameCapacity()) {
         fatalError("The buffer has no room for the frames to render.");
     }
     if (buffer.format().channelCount != outputNode_->outputFormat(0).channelCount) {
         fatalError("The buffer has other channels than the manual rendering format.");
     }
     const DenormalGuard denormals;
-    for (std::uint32_t done = 0; done < frameCount;) {
-        done += renderOfflineSlice(buffer, done, frameCount - done);
-    }
-    buffer.frameLength = frameCount;
-}
-
-std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::uint32_t from,
-                                                std::uint32_t frameCount) {
     // A player replaces its stream only between render calls, so waiting inside one would deadlock.
     std::vector<std::shared_ptr<AVAudioNode>> nodes;
     {
         const std::lock_guard lock(mutex_);
         nodes = graph_.nodes();
     }
+    auto most = std::min(frameCount, kMaximumOfflineFrames);
     for (const auto& node : nodes) {
-        node->awaitInput();
+        most = std::min(most, node->maximumFramesToRender());
+    }
+    for (const auto& node : nodes) {
+        most = std::min(most, node->awaitInput(most));
     }
     std::array<float*, kMaximumChannels> channels{};
     const RenderSlot<RenderPlan>::Access plan(plan_);
@@ -161,10 +164,12 @@ std::uint32_t AVAudioEngine::renderOfflineSlice(AVAudioPCMBuffer& buffer, std::u
         for (std::uint32_t channel = 0; channel < rest.channelCount; ++channel) {
             std::fill_n(rest.channels[channel], frameCount, 0.0F);
         }
+        buffer.frameLength = from + frameCount;
         return frameCount;
     }
-    const auto count = plan->sliceThatFits(frameCount);
+    const auto count = plan->sliceThatFits(most);
     plan->render(buffer.block(from, count, channels));
+    buffer.frameLength = from + count;
     return count;
 }
 
@@ -192,11 +197,12 @@ void AVAudioEngine::publish() {
         return;
     }
     const auto format = outputNode_->outputFormat(0);
+    const auto frames = isManual_ ? kMaximumOfflineFrames : kMaximumFramesToRender;
     const auto renderSilence = [&] {
-        plan_.exchange(
-            std::make_unique<RenderPlan>(std::vector<RenderPlan::Branch>{}, format.channelCount));
+        plan_.exchange(std::make_unique<RenderPlan>(std::vector<RenderPlan::Branch>{},
+                                                    format.channelCount, frames));
     };
-    plan_.exchange(compiler_.compile(graph_, mixer_, outputNode_, format, renderSilence));
+    plan_.exchange(compiler_.compile(graph_, mixer_, outputNode_, format, frames, renderSilence));
 }
 
 }  // namespace orvalo

@@ -63,6 +63,10 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
     /// Fatal unless started in manual mode, with a buffer of its channel count and enough capacity.
     /// One thread at a time.
     void renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& buffer);
+    /// renderOffline() for as many frames as each unit renders in one call: renders up to
+    /// frameCount frames to the buffer's frame `from` on, and returns how many.
+    std::uint32_t renderOfflineSlice(std::uint32_t frameCount, AVAudioPCMBuffer& buffer,
+                                     std::uint32_t from = 0);
 
     /// Xruns of the output since start(); 0 while stopped and in manual mode.
     std::uint64_t xrunCount() const;
@@ -72,9 +76,6 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
 
     void renderOutput(const AudioBlock& block) noexcept override;
     void outputFormatChanged(const AVAudioFormat& format) override;
-    std::uint32_t renderOfflineSlice(AVAudioPCMBuffer& buffer, std::uint32_t from,
-                                     std::uint32_t frameCount);
-
     /// A node's own format has changed: recompiles connections that state no format.
     void derivedFormatsChanged();
     /// Compiles the graph and swaps the render plan. With mutex_ held.

@@ -15,9 +15,10 @@ class AVAudioEngine;
 class RenderKernel {
   public:
     virtual ~RenderKernel() = default;
-    /// Fills output from input. Both have the same frame count, at most kMaximumFramesToRender, and
-    /// the channels of their connections (a source's input has none); they do not overlap. Render
-    /// thread: never allocates, locks, logs or blocks.
+    /// Fills output from input. Both have the same frame count, at most kMaximumFramesToRender, or
+    /// offline the node's maximumFramesToRender(), and the channels of their connections (a
+    /// source's input has none); they do not overlap. Render thread: never allocates, locks, logs
+    /// or blocks.
     virtual void render(const AudioBlock& input, const AudioBlock& output) noexcept = 0;
 };
 
@@ -51,9 +52,13 @@ class AVAudioNode : public NSObject {
     /// Null for nodes that the engine itself renders.
     virtual std::shared_ptr<RenderKernel> kernel() const { return nullptr; }
 
-    /// Blocks until the node can render its next kMaximumFramesToRender frames, or has no more. For
-    /// offline rendering, between two render calls.
-    virtual void awaitInput() {}
+    /// The most frames that one render call may have in offline rendering.
+    virtual std::uint32_t maximumFramesToRender() const { return kMaximumOfflineFrames; }
+
+    /// Blocks until the node can render its next frameCount frames, or has no more. Returns how
+    /// many of them the next render call may have; fewer are whole multiples of
+    /// kMaximumFramesToRender. For offline rendering, between two render calls.
+    virtual std::uint32_t awaitInput(std::uint32_t frameCount) { return frameCount; }
 
     /// Whether the engine renders without a device, as fast as it can. Called when the node is
     /// attached, before it renders.

@@ -47,9 +47,11 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     void setOutputFormat(const AVAudioFormat& format);
 
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override;
-    /// Blocks until due completions have been called, and a whole quantum is decoded or nothing
-    /// more is scheduled. For offline rendering.
-    void awaitDecoded();
+    /// The most frames of one render(), from the next ring on.
+    void setMaximumFrames(std::uint32_t frames);
+    /// AVAudioNode::awaitInput(). Waits for due completions too, and lets no render call run past
+    /// the decoded frames before their completion had the chance to schedule more.
+    std::uint32_t awaitDecoded(std::uint32_t frameCount);
 
   private:
     struct Pass {
@@ -70,8 +72,8 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
 
     void reportUnderruns();
 
-    /// The decoded frames that let awaitDecoded() return.
-    std::uint64_t awaitedFrames() const;
+    /// The decoded frames that let awaitDecoded() return for a render() that reads `demand` frames.
+    std::uint64_t awaitedFrames(std::uint32_t demand) const;
     /// The decoded frames below which the decoding thread resumes.
     std::uint64_t keptFrames() const;
     /// Whether so many frames are decoded, or as many as possible before the next format.
@@ -91,6 +93,7 @@ class AVAudioPlayerNode::Playback : public RenderKernel {
     std::shared_ptr<PlayerRing> ring_;
     std::optional<AVAudioPCMBuffer> chunk_;  ///< Decoding thread only.
     std::optional<AVAudioFormat> outputFormat_;
+    std::uint32_t maximumFrames_ = kMaximumFramesToRender;
     bool isCompleting_ = false;            ///< The decoding thread calls a completion.
     bool isAdopting_ = false;              ///< onFormatChange_ is running.
     std::uint64_t generation_ = 0;         ///< A chunk decoded for an earlier one is discarded.
@@ -212,7 +215,12 @@ void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
     }
 }
 
-void AVAudioPlayerNode::Playback::awaitDecoded() {
+void AVAudioPlayerNode::Playback::setMaximumFrames(std::uint32_t frames) {
+    const Lock lock(mutex_);
+    maximumFrames_ = frames;
+}
+
+std::uint32_t AVAudioPlayerNode::Playback::awaitDecoded(std::uint32_t frameCount) {
     Lock lock(mutex_);
     bool hasWaited = false;
     decoded_.wait(lock, [&] {
@@ -222,9 +230,20 @@ void AVAudioPlayerNode::Playback::awaitDecoded() {
         // Waiting for each single quantum would cost two thread switches a quantum.
         const bool isEnough =
             !ring_ || !isPlaying_ ||
-            hasDecoded(std::exchange(hasWaited, true) ? keptFrames() : awaitedFrames());
+            hasDecoded(std::exchange(hasWaited, true)
+                           ? keptFrames()
+                           : awaitedFrames(stream_.current()->demand(frameCount)));
         return isEnough;
     });
+    auto count = ring_ ? std::min(frameCount, ring_->maximumFrames()) : frameCount;
+    const auto isDecoded = [this](std::uint32_t frames) {
+        return passes_.empty() || !isPlaying_ ||
+               stream_.current()->demand(frames) <= ring_->written() - ring_->consumed();
+    };
+    while (count > kMaximumFramesToRender && !isDecoded(count)) {
+        count = (count - 1) / kMaximumFramesToRender * kMaximumFramesToRender;
+    }
+    return count;
 }
 
 void AVAudioPlayerNode::Playback::decodeLoop(const std::stop_token& stopped) {
@@ -345,13 +364,14 @@ void AVAudioPlayerNode::Playback::reportUnderruns() {
     }
 }
 
-std::uint64_t AVAudioPlayerNode::Playback::awaitedFrames() const {
+std::uint64_t AVAudioPlayerNode::Playback::awaitedFrames(std::uint32_t demand) const {
     // The decoding thread writes only while a whole chunk fits.
-    return std::min(stream_.current()->largestDemand(), ring_->capacity() - kMaximumFramesToRender);
+    return std::min(demand, ring_->capacity() - kMaximumFramesToRender);
 }
 
 std::uint64_t AVAudioPlayerNode::Playback::keptFrames() const {
-    return std::max<std::uint64_t>(ring_->capacity() / 2, awaitedFrames());
+    return std::max<std::uint64_t>(ring_->capacity() / 2,
+                                   awaitedFrames(stream_.current()->largestDemand()));
 }
 
 bool AVAudioPlayerNode::Playback::hasDecoded(std::uint64_t frames) {
@@ -379,7 +399,7 @@ void AVAudioPlayerNode::Playback::updateMoreToDecode() {
 }
 
 void AVAudioPlayerNode::Playback::replaceRing(const AVAudioFormat& format) {
-    ring_ = std::make_shared<PlayerRing>(format);
+    ring_ = std::make_shared<PlayerRing>(format, maximumFrames_);
     wakePosition_.store(UINT64_MAX, std::memory_order_relaxed);
     stream_.exchange(std::make_unique<PlayerStream>(ring_, outputFormat_.value_or(format)));
 }
@@ -441,8 +461,12 @@ std::shared_ptr<RenderKernel> AVAudioPlayerNode::kernel() const {
     return playback_;
 }
 
-void AVAudioPlayerNode::awaitInput() {
-    playback_->awaitDecoded();
+std::uint32_t AVAudioPlayerNode::awaitInput(std::uint32_t frameCount) {
+    return playback_->awaitDecoded(frameCount);
+}
+
+void AVAudioPlayerNode::setRenderingOffline(bool isOffline) {
+    playback_->setMaximumFrames(isOffline ? kMaximumOfflineFrames : kMaximumFramesToRender);
 }
 
 }  // namespace orvalo

@@ -54,7 +54,8 @@ class AVAudioPlayerNode : public AVAudioNode {
                                 const AVAudioFormat& engineFormat) const override;
     void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
     std::shared_ptr<RenderKernel> kernel() const override;
-    void awaitInput() override;
+    std::uint32_t awaitInput(std::uint32_t frameCount) override;
+    void setRenderingOffline(bool isOffline) override;
 
     const std::shared_ptr<Playback> playback_;
 };

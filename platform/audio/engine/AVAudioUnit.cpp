@@ -18,8 +18,8 @@ namespace orvalo {
 namespace {
 
 /// A buffer for an effect's channels, of which there may be none.
-AVAudioPCMBuffer makeBuffer(std::uint32_t channels) {
-    return {AVAudioFormat{.channelCount = std::max(channels, 1U)}, kMaximumFramesToRender};
+AVAudioPCMBuffer makeBuffer(std::uint32_t channels, std::uint32_t frames) {
+    return {AVAudioFormat{.channelCount = std::max(channels, 1U)}, frames};
 }
 
 EffectLoading loading(AudioComponentInstantiationOptions options) {
@@ -49,8 +49,14 @@ class AVAudioUnit::Kernel : public RenderKernel {
         : unit_(std::move(unit)),
           inputChannels_(unit_->inputChannelCount()),
           outputChannels_(unit_->outputChannelCount()),
-          input_(makeBuffer(inputChannels_)),
-          output_(makeBuffer(outputChannels_)) {}
+          input_(makeBuffer(inputChannels_, unit_->maximumFramesToRender())),
+          output_(makeBuffer(outputChannels_, unit_->maximumFramesToRender())) {}
+
+    /// After a change of the unit's maximumFramesToRender(). Never during render().
+    void resizeBuffers() {
+        input_ = makeBuffer(inputChannels_, unit_->maximumFramesToRender());
+        output_ = makeBuffer(outputChannels_, unit_->maximumFramesToRender());
+    }
 
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override {
         AudioBlock unitInput = input;
@@ -71,8 +77,8 @@ class AVAudioUnit::Kernel : public RenderKernel {
     const std::shared_ptr<AUAudioUnit> unit_;
     const std::uint32_t inputChannels_;
     const std::uint32_t outputChannels_;
-    const AVAudioPCMBuffer input_;
-    const AVAudioPCMBuffer output_;
+    AVAudioPCMBuffer input_;
+    AVAudioPCMBuffer output_;
 };
 
 AVAudioUnit::AVAudioUnit(std::shared_ptr<AUAudioUnit> unit)
@@ -125,6 +131,7 @@ void AVAudioUnit::prepareToRender(const AVAudioFormat* input, const AVAudioForma
 
 void AVAudioUnit::setRenderingOffline(bool isOffline) {
     auAudioUnit_->setRenderingOffline(isOffline);
+    kernel_->resizeBuffers();
 }
 
 std::shared_ptr<RenderKernel> AVAudioUnit::kernel() const {

@@ -44,6 +44,9 @@ class AVAudioUnit : public AVAudioNode {
                                 const AVAudioFormat& engineFormat) const override;
     void prepareToRender(const AVAudioFormat* input, const AVAudioFormat& output) override;
     std::shared_ptr<RenderKernel> kernel() const override;
+    std::uint32_t maximumFramesToRender() const override {
+        return auAudioUnit_->maximumFramesToRender();
+    }
     void setRenderingOffline(bool isOffline) override;
     void engineStarts() override { auAudioUnit_->playbackStarts(); }
 

@@ -12,6 +12,7 @@ std::unique_ptr<RenderPlan> GraphCompiler::compile(const Graph& graph,
                                                    const std::shared_ptr<AVAudioNode>& mixer,
                                                    const std::shared_ptr<AVAudioNode>& output,
                                                    const AVAudioFormat& outputFormat,
+                                                   std::uint32_t maximumFrames,
                                                    const std::function<void()>& renderSilence) {
     std::vector<RenderPlan::Branch> branches;
     const auto reachesOutput = graph.inputs(output);
@@ -25,7 +26,8 @@ std::unique_ptr<RenderPlan> GraphCompiler::compile(const Graph& graph,
             }
         }
     }
-    return std::make_unique<RenderPlan>(std::move(branches), outputFormat.channelCount);
+    return std::make_unique<RenderPlan>(std::move(branches), outputFormat.channelCount,
+                                        maximumFrames);
 }
 
 RenderPlan::Branch GraphCompiler::branch(const std::vector<Stage>& stages,

@@ -16,13 +16,14 @@ namespace orvalo {
 class GraphCompiler {
   public:
     /// Compiles all branches into the mixer; the plan is silent when the mixer does not feed the
-    /// output. Calls renderSilence, which must replace the current plan by a silent one, before it
-    /// prepares a node whose formats have changed. A branch that cannot be prepared is left out
-    /// with a warning.
+    /// output. maximumFrames: the plan's. Calls renderSilence, which must replace the current plan
+    /// by a silent one, before it prepares a node whose formats have changed. A branch that cannot
+    /// be prepared is left out with a warning.
     std::unique_ptr<RenderPlan> compile(const Graph& graph,
                                         const std::shared_ptr<AVAudioNode>& mixer,
                                         const std::shared_ptr<AVAudioNode>& output,
                                         const AVAudioFormat& outputFormat,
+                                        std::uint32_t maximumFrames,
                                         const std::function<void()>& renderSilence);
 
     /// Discards the frames that converters hold, for a new start.

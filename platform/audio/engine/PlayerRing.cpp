@@ -7,17 +7,21 @@ namespace orvalo {
 
 namespace {
 
-std::uint32_t capacityFor(const AVAudioFormat& format) {
+std::uint32_t capacityFor(const AVAudioFormat& format, std::uint32_t maximumFrames) {
     // The longest quantum of an output of 8 kHz with 64 frames for the converter's filter, and one
     // decoded chunk.
     constexpr double slowestOutput = 8000.0;
     const auto largestDemand = (kMaximumFramesToRender + 64) * format.sampleRate / slowestOutput;
-    return std::bit_ceil(static_cast<std::uint32_t>(largestDemand) + kMaximumFramesToRender + 64);
+    // While the frames of one call are rendered, those of the next are decoded.
+    return std::bit_ceil(
+        std::max(static_cast<std::uint32_t>(largestDemand) + kMaximumFramesToRender + 64,
+                 2 * maximumFrames));
 }
 
 }  // namespace
 
-PlayerRing::PlayerRing(const AVAudioFormat& format) : buffer_(format, capacityFor(format)) {}
+PlayerRing::PlayerRing(const AVAudioFormat& format, std::uint32_t maximumFrames)
+    : buffer_(format, capacityFor(format, maximumFrames)), maximumFrames_(maximumFrames) {}
 
 void PlayerRing::write(const AudioBlock& block) noexcept {
     const auto position = written_.load(std::memory_order_relaxed);

@@ -11,11 +11,13 @@ namespace orvalo {
 /// count frames since the ring was made.
 class PlayerRing {
   public:
-    /// Holds at least half a second: enough for a quantum of an output of 8 kHz.
-    explicit PlayerRing(const AVAudioFormat& format);
+    /// Holds at least half a second: enough for a quantum of an output of 8 kHz. maximumFrames: the
+    /// most frames that are rendered at once; the ring holds twice as many.
+    PlayerRing(const AVAudioFormat& format, std::uint32_t maximumFrames);
 
     const AVAudioFormat& format() const { return buffer_.format(); }
     std::uint32_t capacity() const { return buffer_.frameCapacity(); }
+    std::uint32_t maximumFrames() const { return maximumFrames_; }
     /// Frames written by the decoding thread.
     std::uint64_t written() const noexcept { return written_.load(std::memory_order_acquire); }
     /// Frames read by the render thread. Sequentially consistent, for the wake-up in
@@ -33,6 +35,7 @@ class PlayerRing {
 
   private:
     AVAudioPCMBuffer buffer_;
+    const std::uint32_t maximumFrames_;
     alignas(64) std::atomic<std::uint64_t> written_ = 0;
     alignas(64) std::atomic<std::uint64_t> consumed_ = 0;
 };

@@ -9,10 +9,11 @@ PlayerStream::PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat
       converter_(ring_->format() == outputFormat
                      ? nullptr
                      : std::make_unique<SampleRateConverter>(ring_->format(), outputFormat)),
+      largestDemand_(ring_->maximumFrames()),
       input_(ring_->format(), 1) {
     if (converter_) {
         // The first demand is the largest, as the filter is empty; later ones may round up by one.
-        largestDemand_ = converter_->inputFramesNeeded(kMaximumFramesToRender) + 1;
+        largestDemand_ = converter_->inputFramesNeeded(ring_->maximumFrames()) + 1;
         input_ = AVAudioPCMBuffer(ring_->format(), largestDemand_);
     }
 }
@@ -21,8 +22,7 @@ bool PlayerStream::render(const AudioBlock& output) noexcept {
     if (!converter_) {
         return readOrClear(output);
     }
-    const auto needed = std::min(converter_->inputFramesNeeded(output.frameCount), largestDemand_);
-    const AudioBlock input = input_.block(needed);
+    const AudioBlock input = input_.block(demand(output.frameCount));
     const bool complete = readOrClear(input);
     converter_->convert(input, output);
     return complete;

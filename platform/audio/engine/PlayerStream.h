@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 
@@ -17,6 +18,11 @@ class PlayerStream {
 
     /// The most frames that one render() reads from the ring.
     std::uint32_t largestDemand() const { return largestDemand_; }
+    /// The frames that the next render() of frameCount frames reads. Render thread.
+    std::uint32_t demand(std::uint32_t frameCount) const noexcept {
+        return converter_ ? std::min(converter_->inputFramesNeeded(frameCount), largestDemand_)
+                          : frameCount;
+    }
 
     /// Fills output, with silence after the ring's last frame; false when the ring ran out. Render
     /// thread.
@@ -27,7 +33,7 @@ class PlayerStream {
 
     const std::shared_ptr<PlayerRing> ring_;
     std::unique_ptr<SampleRateConverter> converter_;
-    std::uint32_t largestDemand_ = kMaximumFramesToRender;
+    std::uint32_t largestDemand_;
     AVAudioPCMBuffer input_;
 };
 

@@ -32,34 +32,35 @@ std::uint32_t widestStep(const std::vector<RenderPlan::Branch>& branches) {
     return channels;
 }
 
-AVAudioPCMBuffer makeBuffer(std::uint32_t channels) {
-    return {AVAudioFormat{.channelCount = channels}, kMaximumFramesToRender};
+AVAudioPCMBuffer makeBuffer(std::uint32_t channels, std::uint32_t frames) {
+    return {AVAudioFormat{.channelCount = channels}, frames};
 }
 
 }  // namespace
 
-RenderPlan::RenderPlan(std::vector<Branch> branches, std::uint32_t outputChannels)
+RenderPlan::RenderPlan(std::vector<Branch> branches, std::uint32_t outputChannels,
+                       std::uint32_t maximumFrames)
     : branches_(std::move(branches)),
       outputChannels_(outputChannels),
-      chain_{makeBuffer(widestStep(branches_)), makeBuffer(widestStep(branches_))},
-      mix_(makeBuffer(outputChannels)) {}
+      maximumFrames_(maximumFrames),
+      chain_{makeBuffer(widestStep(branches_), maximumFrames),
+             makeBuffer(widestStep(branches_), maximumFrames)},
+      mix_(makeBuffer(outputChannels, maximumFrames)) {}
 
 void RenderPlan::render(const AudioBlock& block) noexcept {
-    std::array<float*, kMaximumChannels> channels{};
     for (std::uint32_t done = 0; done < block.frameCount;) {
         const auto count = sliceThatFits(block.frameCount - done);
-        for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
-            channels[channel] = block.channels[channel] + done;
-        }
-        renderSlice({channels.data(), block.channelCount, count});
+        renderSlice(AudioBlockPart(block, done, count).block());
         done += count;
     }
 }
 
 std::uint32_t RenderPlan::sliceThatFits(std::uint32_t frameCount) const noexcept {
-    auto slice = std::min(frameCount, kMaximumFramesToRender);
+    auto slice = std::min(frameCount, maximumFrames_);
     for (const auto& branch : branches_) {
-        if (branch.converter) {
+        if (branch.converter && branch.converter->inputFormat().sampleRate !=
+                                    branch.converter->outputFormat().sampleRate) {
+            slice = std::min(slice, kMaximumFramesToRender);
             while (slice > 1 &&
                    branch.converter->inputFramesNeeded(slice) > kMaximumFramesToRender) {
                 slice /= 2;

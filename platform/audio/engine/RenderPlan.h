@@ -28,12 +28,15 @@ class RenderPlan {
         std::shared_ptr<SampleRateConverter> converter;
     };
 
-    RenderPlan(std::vector<Branch> branches, std::uint32_t outputChannels);
+    /// maximumFrames: the most frames that one pass over the branches renders.
+    RenderPlan(std::vector<Branch> branches, std::uint32_t outputChannels,
+               std::uint32_t maximumFrames);
 
     /// Fills the block, of the output's channels and any number of frames.
     void render(const AudioBlock& block) noexcept;
 
-    /// How many of frameCount frames one pass over the branches can render.
+    /// How many of frameCount frames one pass over the branches can render. Before a converter of
+    /// rates, at most kMaximumFramesToRender.
     std::uint32_t sliceThatFits(std::uint32_t frameCount) const noexcept;
 
   private:
@@ -43,6 +46,7 @@ class RenderPlan {
 
     std::vector<Branch> branches_;
     std::uint32_t outputChannels_;
+    std::uint32_t maximumFrames_;
     std::array<AVAudioPCMBuffer, 2> chain_;  ///< Between two steps, alternating.
     AVAudioPCMBuffer mix_;                   ///< A branch before it is added to the output.
 };

@@ -1,5 +1,6 @@
 #include "platform/audio/file/WaveFileWriter.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstddef>
@@ -104,6 +105,15 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
 WaveFileWriter::~WaveFileWriter() = default;
 
 void WaveFileWriter::write(const AudioBlock& block) {
+    // The interleaved samples of so many frames stay in the processor's cache.
+    constexpr std::uint32_t kPiece = 4096;
+    for (std::uint32_t done = 0; done < block.frameCount; done += kPiece) {
+        const auto count = std::min(block.frameCount - done, kPiece);
+        writePiece(AudioBlockPart(block, done, count).block());
+    }
+}
+
+void WaveFileWriter::writePiece(const AudioBlock& block) {
     auto& samples = muxer_->samples;
     samples.resize(std::size_t{block.channelCount} * block.frameCount);
     interleave(block, samples.data());

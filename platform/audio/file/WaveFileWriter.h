@@ -27,6 +27,7 @@ class WaveFileWriter {
 
   private:
     struct Muxer;
+    void writePiece(const AudioBlock& block);
     [[noreturn]] void fail(int ffmpegError) const;
     void check(int ffmpegResult) const;
 

@@ -55,6 +55,12 @@ class AUAudioUnit : public NSObject {
     virtual std::uint32_t outputChannelCount() const = 0;
     /// Frames by which the output lags behind the input, as the effect reported last.
     virtual std::uint32_t latency() const = 0;
+    /// The latency after a span of kMaximumFramesToRender frames of the last render(), counted from
+    /// 0. Never while render() may be called.
+    virtual std::uint32_t latencyAfterSpan(std::uint32_t /*span*/) const { return latency(); }
+
+    /// The most frames that one render() may have; setRenderingOffline() may change it.
+    virtual std::uint32_t maximumFramesToRender() const { return kMaximumFramesToRender; }
 
     /// Whether rendering is offline, so that rendering a quantum may take longer than its duration;
     /// false at first. Never while render() may be called.
@@ -64,9 +70,9 @@ class AUAudioUnit : public NSObject {
     /// be called.
     virtual void playbackStarts() {}
 
-    /// Prepares the unit to render at a rate (Hz), in calls of up to kMaximumFramesToRender frames.
-    /// A new rate instantiates the effect again with the same state. Never while render() may be
-    /// called. Throws NSError.
+    /// Prepares the unit to render at a rate (Hz), in calls of up to maximumFramesToRender()
+    /// frames. A new rate instantiates the effect again with the same state. Never while render()
+    /// may be called. Throws NSError.
     virtual void allocateRenderResources(double sampleRate) = 0;
 
     /// Renders input.frameCount frames; input and output have the unit's channel counts and the

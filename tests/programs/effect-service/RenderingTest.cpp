@@ -43,6 +43,25 @@ TEST_P(ServiceRendering, IsBitIdenticalToRenderingInThisProcess) {
     EXPECT_EQ(effect_.audio().control().latency.load(), reference_.unit->latency());
 }
 
+TEST_P(ServiceRendering, RendersLongQuantaInSpansThatTheEffectBears) {
+    constexpr std::size_t kLong = 90000;
+    constexpr std::uint32_t kSpan = kMaximumFramesToRender;
+    const auto input = noise(effect_.data().inputChannelCount, kLong);
+    for (const auto& port : effect_.data().ports) {
+        if (port.symbol == "chatter") {
+            effect_.request.controls.push_back({port.index, 1.0F});
+            reference_.unit->controls().setValue(port.index, 1.0F);
+        }
+    }
+    effect_.mustInstantiate();
+    EXPECT_EQ(effect_.render(input, {kMaximumOfflineFrames, kSpan + 904, 2 * kSpan}, kLong),
+              renderBlocks(*reference_.unit, input,
+                           {kSpan, kSpan, kSpan, kSpan, kSpan, kSpan, kSpan, kSpan,  //
+                            kSpan, 904, kSpan, kSpan},
+                           kLong));
+    EXPECT_EQ(effect_.events, reference_.events);
+}
+
 TEST_P(ServiceRendering, IsBitIdenticalAtAnotherRateAndAfterPresets) {
     effect_.mustInstantiate();
     effect_.service.send(bridge::Prepare{1, 44100.0});

@@ -20,7 +20,7 @@ struct BridgeLimits {
 
     /// The part of a quantum's duration for which the render thread waits for the service.
     double waitFraction = 0.75;
-    /// How long offline rendering waits for a quantum: longer than `hang`.
+    /// How long offline rendering waits for each span of a quantum: longer than `hang`.
     Milliseconds offlineWait{5000 * kSlowness};
 
     /// The interval between pings.

@@ -35,6 +35,10 @@ class BridgedAudioUnit : public LV2AudioUnit {
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
     std::uint32_t latency() const override { return render_.latency(); }
+    std::uint32_t latencyAfterSpan(std::uint32_t span) const override {
+        return render_.latencyAfterSpan(span);
+    }
+    std::uint32_t maximumFramesToRender() const override { return render_.maximumFrames(); }
     void setRenderingOffline(bool isOffline) override { render_.setOffline(isOffline); }
     void playbackStarts() override { startAgain(); }
     /// Also starts a service that was given up. Waits at most BridgeLimits::prepare for the

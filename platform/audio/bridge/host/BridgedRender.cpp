@@ -57,20 +57,31 @@ void BridgedRender::setSampleRate(double sampleRate) {
 
 void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) noexcept {
     const RealTimeScope scope;
-    if (output.frameCount == 0) {
-        return;
+    setLatency(0, latency());
+    for (std::uint32_t done = 0; done < output.frameCount;) {
+        const auto rest = output.frameCount - done;
+        span_ = done / kMaximumFramesToRender;
+        const auto count = renderFirst(AudioBlockPart(input, done, rest).block(),
+                                       AudioBlockPart(output, done, rest).block());
+        sampleTime_ += count;
+        done += count;
     }
+}
+
+std::uint32_t BridgedRender::renderFirst(const AudioBlock& input,
+                                         const AudioBlock& output) noexcept {
     if (isOffline()) {
         awaitSession();
     }
-    {
-        const RenderSlot<RenderSession>::Access session(session_);
-        const bool isReady = session && isPrepared_.load(std::memory_order_acquire);
-        if (!isReady || !process(*session, input, output)) {
-            fader_.writeDry(input, output);
-        }
+    const RenderSlot<RenderSession>::Access session(session_);
+    const bool isReady = session && isPrepared_.load(std::memory_order_acquire);
+    const auto wet = isReady ? process(*session, input, output) : 0;
+    const auto dry = std::min(output.frameCount - wet, kMaximumFramesToRender);
+    if (dry > 0) {
+        fader_.writeDry(AudioBlockPart(input, wet, dry).block(),
+                        AudioBlockPart(output, wet, dry).block());
     }
-    sampleTime_ += output.frameCount;
+    return wet + dry;
 }
 
 void BridgedRender::awaitSession() noexcept {
@@ -90,8 +101,8 @@ bool BridgedRender::hasLiveSession() noexcept {
     return session && !session->hasEnded.load(std::memory_order_acquire);
 }
 
-bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
-                            const AudioBlock& output) noexcept {
+std::uint32_t BridgedRender::process(RenderSession& session, const AudioBlock& input,
+                                     const AudioBlock& output) noexcept {
     const auto until = deadline(input.frameCount);
     const auto hasAnswer = [this, &session, until](bool waits) {
         const bool isAnswered = waits ? session.awaitAnswer(until) : session.isAnswered();
@@ -103,17 +114,29 @@ bool BridgedRender::process(RenderSession& session, const AudioBlock& input,
     if (session.isOutstanding) {
         // The service is still busy with an earlier quantum.
         if (!hasAnswer(isOffline())) {
-            return false;
+            return 0;
         }
         readAnswer(session);
     }
     handOver(session, input);
     if (!hasAnswer(true)) {
-        return false;
+        if (!isOffline() || !session.hasEnded.load(std::memory_order_acquire)) {
+            return 0;
+        }
+        // Whole spans only: the service is not trusted.
+        session.frameCount =
+            std::min(session.audio.control().rendered.load(std::memory_order_acquire),
+                     input.frameCount - 1) /
+            kMaximumFramesToRender * kMaximumFramesToRender;
+        if (session.frameCount == 0) {
+            return 0;
+        }
     }
-    fader_.writeWet(input, session.audio.output(output.frameCount), output);
+    const auto count = session.frameCount;
+    fader_.writeWet(AudioBlockPart(input, 0, count).block(), session.audio.output(count),
+                    AudioBlockPart(output, 0, count).block());
     readAnswer(session);
-    return true;
+    return count;
 }
 
 void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) const noexcept {
@@ -124,6 +147,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) co
     }
     requestScheduling(control, isOffline());
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
+    control.rendered.store(0, std::memory_order_relaxed);
     session.isOutstanding = true;
     session.sampleTime = sampleTime_;
     session.frameCount = input.frameCount;
@@ -136,8 +160,10 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) co
 void BridgedRender::readAnswer(RenderSession& session) noexcept {
     session.isOutstanding = false;
     const auto& control = session.audio.control();
-    const auto latency = control.latency.load(std::memory_order_relaxed);
-    latency_.store(latency <= kLongestLatency ? latency : 0, std::memory_order_relaxed);
+    for (std::uint32_t span = 0; span * kMaximumFramesToRender < session.frameCount; ++span) {
+        const auto latency = control.latencies[span].load(std::memory_order_relaxed);
+        setLatency(span_ + span, latency <= kLongestLatency ? latency : 0);
+    }
     const RenderSlot<AUMIDIOutputEventBlock>::Access block(midiBlock_);
     if (!block || !*block) {
         return;
@@ -154,10 +180,19 @@ void BridgedRender::readAnswer(RenderSession& session) noexcept {
     }
 }
 
+void BridgedRender::setLatency(std::uint32_t span, std::uint32_t latency) noexcept {
+    latency_.store(latency, std::memory_order_relaxed);
+    // An answer that comes late may have more spans than are left.
+    for (std::size_t later = span; later < latencies_.size(); ++later) {
+        latencies_[later] = latency;
+    }
+}
+
 Futex::Deadline BridgedRender::deadline(std::uint32_t frameCount) const noexcept {
     const auto now = std::chrono::steady_clock::now();
     if (isOffline()) {
-        return now + limits_.offlineWait;
+        const auto spans = (frameCount + kMaximumFramesToRender - 1) / kMaximumFramesToRender;
+        return now + spans * limits_.offlineWait;
     }
     const std::chrono::duration<double> quantum(frameCount /
                                                 sampleRate_.load(std::memory_order_relaxed));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -14,8 +15,8 @@
 namespace orvalo {
 
 /// The render thread's part of a bridged effect: hands each quantum over to the service, waits for
-/// the answer for a bounded time, and outputs the dry signal without one. Each service has a
-/// session.
+/// the answer for a bounded time, and outputs the dry signal without one. Offline, when a service
+/// ends, only the span that it did not finish is dry. Each service has a session.
 class BridgedRender {
   public:
     /// midiBlock: gets the effect's MIDI, and outlives the object; midiOutputCount: events of
@@ -39,8 +40,15 @@ class BridgedRender {
     void setOffline(bool isOffline) { isOffline_.store(isOffline, std::memory_order_relaxed); }
     bool isOffline() const noexcept { return isOffline_.load(std::memory_order_relaxed); }
 
+    /// AUAudioUnit::maximumFramesToRender(). Any thread.
+    std::uint32_t maximumFrames() const noexcept {
+        return isOffline() ? kMaximumOfflineFrames : kMaximumFramesToRender;
+    }
+
     /// AUAudioUnit::latency(). Any thread.
     std::uint32_t latency() const { return latency_.load(std::memory_order_relaxed); }
+    /// AUAudioUnit::latencyAfterSpan(). Never during render().
+    std::uint32_t latencyAfterSpan(std::uint32_t span) const { return latencies_.at(span); }
     /// How many quanta were dry because the service was late. Any thread.
     std::uint64_t lateQuantumCount() const { return late_.load(std::memory_order_relaxed); }
 
@@ -48,13 +56,19 @@ class BridgedRender {
     void render(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
+    /// Renders the first frames, and returns how many: fewer than all when the service ends.
+    std::uint32_t renderFirst(const AudioBlock& input, const AudioBlock& output) noexcept;
     /// Holds no RenderSlot::Access while it waits: exchange() would wait for it.
     void awaitSession() noexcept;
     bool hasLiveSession() noexcept;
-    bool process(RenderSession& session, const AudioBlock& input,
-                 const AudioBlock& output) noexcept;
+    /// Renders the first frames wet, and returns how many: all, or without an answer those that the
+    /// service had rendered when it ended.
+    std::uint32_t process(RenderSession& session, const AudioBlock& input,
+                          const AudioBlock& output) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) const noexcept;
     void readAnswer(RenderSession& session) noexcept;
+    /// Sets the latency from that span of the current render() on.
+    void setLatency(std::uint32_t span, std::uint32_t latency) noexcept;
     Futex::Deadline deadline(std::uint32_t frameCount) const noexcept;
 
     RenderSlot<AUMIDIOutputEventBlock>& midiBlock_;
@@ -72,6 +86,8 @@ class BridgedRender {
 
     // Used by the render thread alone.
     WetDryFader fader_;
+    std::uint32_t span_ = 0;  // Of the current render(), where the current hand-over starts.
+    std::array<std::uint32_t, kMaximumOfflineFrames / kMaximumFramesToRender> latencies_{};
     std::int64_t sampleTime_ = 0;  // Frames rendered so far.
 };
 

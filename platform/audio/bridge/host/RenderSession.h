@@ -21,7 +21,7 @@ struct RenderSession {
     explicit RenderSession(SharedAudio memory)
         : audio(std::move(memory)), eventCopy(SharedAudio::kEventAreaSize) {
         for (const auto& block :
-             {audio.input(kMaximumFramesToRender), audio.output(kMaximumFramesToRender)}) {
+             {audio.input(kMaximumOfflineFrames), audio.output(kMaximumOfflineFrames)}) {
             for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
                 std::fill_n(block.channels[channel], block.frameCount, 0.0F);
             }

@@ -265,7 +265,10 @@ void ServiceRun::observeQuanta(Time now) {
     if (isNew) {
         lastQuantumTime_ = now;
     }
-    if (isNew || readySession_->isAnswered()) {
+    // Offline, a quantum has many spans, each of which has the time of a quantum.
+    const auto rendered = readySession_->audio.control().rendered.load(std::memory_order_relaxed);
+    const bool hasAdvanced = rendered != std::exchange(lastRendered_, rendered);
+    if (isNew || hasAdvanced || readySession_->isAnswered()) {
         unansweredSince_ = now;
     }
     warnOfSilence();

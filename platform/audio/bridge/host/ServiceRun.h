@@ -108,7 +108,8 @@ class ServiceRun {
     PendingRequests pending_;
     Time nextPing_;
     Time nextMemoryCheck_;
-    std::uint32_t lastQuantum_ = 0;  // The number of the quantum that was handed over last.
+    std::uint32_t lastQuantum_ = 0;   // The number of the quantum that was handed over last.
+    std::uint32_t lastRendered_ = 0;  // How many of its frames have been rendered.
     Time lastQuantumTime_;
     Time unansweredSince_;  // Since when that quantum has been unanswered.
     bool warnedOfLargeState_ = false;

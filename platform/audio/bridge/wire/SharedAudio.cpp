@@ -14,7 +14,7 @@ namespace orvalo {
 namespace {
 
 constexpr const char* kName = "orvalo-effect-audio";
-constexpr std::size_t kChannelSize = kMaximumFramesToRender * sizeof(float);
+constexpr std::size_t kChannelSize = kMaximumOfflineFrames * sizeof(float);
 
 constexpr std::size_t aligned(std::size_t size) {
     constexpr std::size_t kCacheLine = 64;

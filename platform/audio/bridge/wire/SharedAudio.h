@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -30,23 +31,28 @@ class SharedAudio {
     struct Control {
         alignas(64) std::atomic<std::uint32_t> request{0};
         // Written by the host before request.
-        /// 1 to kMaximumFramesToRender.
+        /// 1 to kMaximumOfflineFrames. The service renders them in spans of kMaximumFramesToRender.
         std::atomic<std::uint32_t> frameCount{0};
         /// The wanted scheduling of the service's audio thread, as for sched_setscheduler().
         std::atomic<std::int32_t> schedulingPolicy{0};
         std::atomic<std::int32_t> schedulingPriority{0};
         alignas(64) std::atomic<std::uint32_t> response{0};
-        // Written by the service before response.
-        /// AUAudioUnit::latency().
-        std::atomic<std::uint32_t> latency{0};
+        // Written by the service after each span, rendered last; set to 0 by the host before
+        // request.
+        /// The frames of the quantum that have been rendered.
+        std::atomic<std::uint32_t> rendered{0};
+        /// AUAudioUnit::latency() after each span.
+        std::array<std::atomic<std::uint32_t>, kMaximumOfflineFrames / kMaximumFramesToRender>
+            latencies{};
         /// The bytes used in events().
         std::atomic<std::uint32_t> eventBytes{0};
         /// Whether samples that were NaN or infinite have been set to 0.
         std::atomic<std::uint32_t> isSilenced{0};
     };
 
-    /// The capacity of events(), in bytes.
-    static constexpr std::size_t kEventAreaSize = 65536;
+    /// The capacity of events(), in bytes: 64 KiB for each span.
+    static constexpr std::size_t kEventAreaSize =
+        std::size_t{65536} * (kMaximumOfflineFrames / kMaximumFramesToRender);
 
     /// Creates the memory, all 0. Host. Throws NSError.
     static SharedAudio make(const Layout& layout);

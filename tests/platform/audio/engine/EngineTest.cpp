@@ -43,6 +43,41 @@ TEST_F(EngineTest, AnEngineWithoutSourcesRendersSilence) {
     EXPECT_EQ(render(5000), silence(2, 5000));
 }
 
+/// Renders two passes of 90,000 frames in one call, through an effect of other channels than the
+/// file's. The second pass is scheduled by the first one's completion.
+class LongSlicesTest : public EngineTest {
+  protected:
+    std::vector<std::uint32_t> frameCounts(std::uint32_t maximumFrames) {
+        constexpr std::uint32_t kPass = 90000;
+        start({48000, 2});
+        const auto node = effect({.inputs = 1, .outputs = 1, .maximumFrames = maximumFrames});
+        engine->connect(player, node, AVAudioFormat{48000, 2});
+        engine->connect(node, engine->mainMixerNode(), {});
+        const auto mono = noise(1, kPass, 1);
+        const auto pass = Signal{mono[0], mono[0]};
+        const auto file = open(wav("pass.wav", 48000, pass));
+        player->scheduleFile(file, {}, [this, file] { player->scheduleFile(file, {}, {}); });
+        player->play();
+        AVAudioPCMBuffer buffer({48000, 2}, 2 * kPass);
+        engine->renderOffline(2 * kPass, buffer);
+        const auto* samples = buffer.floatChannelData()[0];
+        EXPECT_EQ(std::vector<float>(samples, samples + buffer.frameLength), repeated(pass, 2)[0]);
+        return unit->frameCounts();
+    }
+};
+
+TEST_F(LongSlicesTest, AnEffectRendersAsManyFramesAsItAllowsAndPassesStillJoin) {
+    // Whole spans up to the completion of the first pass, then the longest slices again.
+    EXPECT_EQ(frameCounts(kMaximumOfflineFrames),
+              (std::vector<std::uint32_t>{32768, 32768, 20480, 32768, 32768, 28448}));
+}
+
+TEST_F(LongSlicesTest, AnEffectRendersNoMoreFramesThanItAllows) {
+    std::vector<std::uint32_t> expected(43, 4096);
+    expected.push_back(3872);
+    EXPECT_EQ(frameCounts(kMaximumFramesToRender), expected);
+}
+
 TEST_F(EngineTest, TheEffectStandsBetweenPlayerAndMixer) {
     start({48000, 2});
     const auto node = effect({.inputs = 2, .outputs = 2, .gain = 0.5F});

@@ -20,6 +20,7 @@ class TestUnit : public AUAudioUnit {
         std::uint32_t inputs = 2;
         std::uint32_t outputs = 2;
         float gain = 1.0F;
+        std::uint32_t maximumFrames = kMaximumFramesToRender;
         std::string refusal = {};  ///< The error of allocateRenderResources(); none when empty.
     };
 
@@ -32,6 +33,8 @@ class TestUnit : public AUAudioUnit {
     }
     /// How many starts of the engine it was told of.
     int starts() const { return starts_; }
+    /// The frame counts of the render calls, in order.
+    const std::vector<std::uint32_t>& frameCounts() const { return frameCounts_; }
     /// The largest absolute sample of an input channel.
     float peak(std::size_t channel) const { return peaks_.at(channel); }
     /// Whether it was prepared while it rendered.
@@ -59,6 +62,7 @@ class TestUnit : public AUAudioUnit {
         ++starts_;
     }
 
+    std::uint32_t maximumFramesToRender() const override { return shape_.maximumFrames; }
     void allocateRenderResources(double sampleRate) override {
         overlapped_ = overlapped_ || isRendering_;
         if (!shape_.refusal.empty()) {
@@ -70,6 +74,7 @@ class TestUnit : public AUAudioUnit {
 
     void render(const AudioBlock& input, const AudioBlock& output) noexcept override {
         isRendering_ = true;
+        frameCounts_.push_back(output.frameCount);
         for (std::uint32_t channel = 0; channel < output.channelCount; ++channel) {
             for (std::uint32_t frame = 0; frame < output.frameCount; ++frame) {
                 const float sample =
@@ -86,6 +91,7 @@ class TestUnit : public AUAudioUnit {
     mutable std::mutex mutex_;
     std::vector<double> rates_;
     std::atomic<int> starts_{0};
+    std::vector<std::uint32_t> frameCounts_;
     std::array<float, kMaximumChannels> peaks_{};
     std::atomic<bool> isRendering_ = false;
     std::atomic<bool> overlapped_ = false;

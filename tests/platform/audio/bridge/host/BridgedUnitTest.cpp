@@ -37,10 +37,12 @@ class Twins {
         work(*local);
     }
     /// Renders with both and compares output, latency and events.
-    void expectSameOutput() {
-        const auto input = noise(bridged->inputChannelCount(), kFrames);
-        const auto expected = renderBlocks(*local, input, kBlocks, kFrames);
-        const auto rendered = renderBlocks(*bridged, input, kBlocks, kFrames);
+    void expectSameOutput() { expectSameOutput(kBlocks, kBlocks, kFrames); }
+    void expectSameOutput(const std::vector<std::uint32_t>& bridgedBlocks,
+                          const std::vector<std::uint32_t>& localBlocks, std::size_t frames) {
+        const auto input = noise(bridged->inputChannelCount(), frames);
+        const auto expected = renderBlocks(*local, input, localBlocks, frames);
+        const auto rendered = renderBlocks(*bridged, input, bridgedBlocks, frames);
         ASSERT_EQ(rendered.size(), expected.size());
         for (std::size_t channel = 0; channel < rendered.size(); ++channel) {
             ASSERT_EQ(rendered[channel], expected[channel]) << "channel " << channel;
@@ -71,6 +73,25 @@ TEST_P(TwinsTest, RenderTheSameAtEveryRate) {
 
 INSTANTIATE_TEST_SUITE_P(Zoo, TwinsTest, ::testing::Values("probe", "echo"),
                          [](const auto& name) { return name.param; });
+
+TEST_P(TwinsTest, RenderTheSameInLongQuantaWithPresetsBetweenThem) {
+    Twins twins(GetParam());
+    ASSERT_EQ(twins.bridged->maximumFramesToRender(), kMaximumOfflineFrames);
+    ASSERT_EQ(twins.local->maximumFramesToRender(), kMaximumFramesToRender);
+    static constexpr std::uint32_t kSpan = kMaximumFramesToRender;
+    const auto renderLong = [&twins] {
+        twins.expectSameOutput({kMaximumOfflineFrames, kSpan + 904}, std::vector(9, kSpan),
+                               kMaximumOfflineFrames + kSpan);
+        twins.expectSameOutput({2 * kSpan + 100}, {kSpan, kSpan, 100}, 2 * kSpan + 100);
+    };
+    renderLong();
+    for (const auto& preset : twins.local->factoryPresets()) {
+        twins.both([&](AUAudioUnit& unit) { unit.setCurrentPreset(preset); });
+        renderLong();
+    }
+    twins.bridged->setRenderingOffline(false);
+    EXPECT_EQ(twins.bridged->maximumFramesToRender(), kMaximumFramesToRender);
+}
 
 TEST(BridgedUnit, RendersPresetsAsInTheHost) {
     Twins twins("probe");

@@ -238,7 +238,7 @@ class FakeService {
                                static_cast<std::byte>(number % 128)};
         writer.write({.frame = 1, .cable = 0, .bytes = bytes});
         audio_->control().eventBytes.store(writer.used());
-        audio_->control().latency.store(7);
+        audio_->control().latencies[0].store(7);
     }
 
     /// Sends past the channel, which belongs to the main thread.
@@ -321,7 +321,26 @@ class FakeService {
                  audio_->control().eventBytes.store(SharedAudio::kEventAreaSize);
              }},
             {"far-cable", [this] { audio_->events()[sizeof(std::uint32_t)] = std::byte{200}; }},
-            {"endless-latency", [this] { audio_->control().latency.store(0xFFFFFFFF); }},
+            {"endless-latency", [this] { audio_->control().latencies[0].store(0xFFFFFFFF); }},
+            // The two spans before are complete.
+            {"third-span",
+             [this] {
+                 audio_->control().rendered.store(2 * kMaximumFramesToRender);
+                 raise(SIGSEGV);
+             }},
+            {"far-span",
+             [this] {
+                 audio_->control().rendered.store(0xFFFFFFFF);
+                 raise(SIGSEGV);
+             }},
+            {"slow-spans",
+             [this] {
+                 for (std::uint32_t done = 0; done < audio_->control().frameCount;
+                      done += kMaximumFramesToRender) {
+                     audio_->control().rendered.store(done + 1);
+                     std::this_thread::sleep_for(std::chrono::milliseconds(400));
+                 }
+             }},
             {"far-answer",
              [this] {
                  audio_->control().response.store(role_->when + 100);

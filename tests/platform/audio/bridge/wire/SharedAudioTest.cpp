@@ -40,11 +40,11 @@ TEST(SharedAudio, IsTheSameMemoryInHostAndService) {
         *ours = value;
         EXPECT_EQ(*theirs, value);
     };
-    const auto last = kMaximumFramesToRender - 1;
+    const auto last = kMaximumOfflineFrames - 1;
     float value = 1.0F;
     for (const auto block : {&SharedAudio::input, &SharedAudio::output}) {
-        const auto ours = (host.*block)(kMaximumFramesToRender);
-        const auto theirs = (service.*block)(kMaximumFramesToRender);
+        const auto ours = (host.*block)(kMaximumOfflineFrames);
+        const auto theirs = (service.*block)(kMaximumOfflineFrames);
         ASSERT_EQ(ours.channelCount, theirs.channelCount);
         for (std::uint32_t channel = 0; channel < ours.channelCount; ++channel) {
             same(ours.channels[channel], theirs.channels[channel], value++);
