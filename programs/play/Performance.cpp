@@ -8,6 +8,7 @@
 
 #include "platform/audio/engine/AVAudioPlayerNode.h"
 #include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/Print.h"
 #include "platform/foundation/RunLoop.h"
 #include "programs/play/OneFileBundle.h"
 
@@ -21,6 +22,7 @@ constexpr double kEffectTimeout = 5.0;
 }  // namespace
 
 void Performance::run(const PlayOptions& options) {
+    printWithoutWaiting();
     const std::shared_ptr<Performance> performance(new Performance(options));
     performance->begin();
     RunLoop::main()->run();
