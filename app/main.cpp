@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdlib>
 
 #include "app/ApplicationClasses.h"
@@ -7,6 +8,8 @@
 int main(int argc, char** argv) {
     using namespace orvalo;
     printWithoutWaiting();
+    // What is larger than files may be is then an error like others.
+    std::signal(SIGXFSZ, SIG_IGN);
     registerApplicationClasses();
     UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
     return EXIT_SUCCESS;

@@ -73,8 +73,10 @@ bool waitUntilWritable(int descriptor) {
 [[gnu::constructor(101)]] void openStandardStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) == -1) {
-            // The lowest free descriptor is this one.
-            static_cast<void>(open("/dev/null", O_RDWR));
+            // Opened for the wrong direction, so that its use fails as that of a closed stream. The
+            // lowest free descriptor is this one.
+            const int wrong = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+            static_cast<void>(open("/dev/null", wrong));
         }
     }
 }

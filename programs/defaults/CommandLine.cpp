@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "platform/foundation/GLibPointer.h"
-#include "programs/defaults/format/Escaped.h"
+#include "platform/foundation/Escaped.h"
 
 namespace orvalo {
 

@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "platform/foundation/GLibPointer.h"
-#include "programs/defaults/format/Escaped.h"
+#include "platform/foundation/Escaped.h"
 
 namespace orvalo {
 

@@ -6,8 +6,9 @@
 #include <exception>
 
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/StandardErrorLog.h"
 #include "programs/defaults/DefaultsCommands.h"
-#include "programs/defaults/format/Escaped.h"
+#include "platform/foundation/Escaped.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ int complain(const char* message, int status) {
 
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");  // NOLINT(concurrency-mt-unsafe): there is one thread.
-    g_log_writer_default_set_use_stderr(TRUE);
+    orvalo::logToStandardError();
     try {
         orvalo::runDefaultsCommand(orvalo::CommandLine::parse(argc, argv));
         return EXIT_SUCCESS;

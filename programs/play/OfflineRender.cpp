@@ -87,7 +87,9 @@ class EndlessPasses : public NSObject {
 OfflineRender::OfflineRender(const PlayOptions& options)
     : file_(openFile(options)),
       frames_(wantedFrames(options, *file_)),
-      writer_(*options.render, renderFormat(*file_)) {}
+      writer_(*options.render, renderFormat(*file_)) {
+    writer_.checkLimit(frames_);
+}
 
 void OfflineRender::run() {
     const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,

@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <limits>
 
 #include "platform/audio/engine/AVAudioPlayerNode.h"
 #include "platform/foundation/DispatchQueue.h"
@@ -18,6 +19,24 @@ namespace {
 
 /// Seconds to wait for the effect. A later effect is connected during playback.
 constexpr double kEffectTimeout = 5.0;
+
+/// Schedules only so many passes, so that none follows while the end of the last one is heard.
+class CountedPasses : public AUEnginePlayer {
+  public:
+    CountedPasses(std::int64_t passes, const std::shared_ptr<Bundle>& resources)
+        : AUEnginePlayer(std::make_shared<AVAudioEngine>(), resources), left_(passes) {}
+
+  protected:
+    void scheduleEffectLoop() override {
+        if (left_ > 0) {
+            --left_;
+            AUEnginePlayer::scheduleEffectLoop();
+        }
+    }
+
+  private:
+    std::int64_t left_;
+};
 
 }  // namespace
 
@@ -51,8 +70,8 @@ void Performance::begin() {
     if (options_.file) {
         resources = std::make_shared<OneFileBundle>(URL::fileURLWithPath(*options_.file));
     }
-    const auto player =
-        std::make_shared<AUEnginePlayer>(std::make_shared<AVAudioEngine>(), resources);
+    const auto player = std::make_shared<CountedPasses>(
+        options_.passes.value_or(std::numeric_limits<std::int64_t>::max()), resources);
     player->delegate = shared(this);
     manager_ = AUExtensionManager::init(shared(this), player);
     after(kEffectTimeout, [self = shared(this)] {

@@ -84,6 +84,16 @@ TEST_F(PerformanceTest, PlaysTheRequestedPassesAndStops) {
                 HasSubstr("Audio output: a silent clock (48000 Hz, 2 channels, 512 frames)."));
 }
 
+TEST_F(PerformanceTest, PassesShorterThanTheWaitForTheEndAreCountedExactly) {
+    const auto file = wav("music.wav", 48000, 4800);
+    const auto end = run({"--file", file, "--passes", "3"});
+    EXPECT_EQ(end.status, 0);
+    const auto looped = "AUEnginePlayer: Current audio file '" + file + "' looped: ";
+    EXPECT_THAT(plain(end.output),
+                ElementsAreArray(joined(
+                    joined(start(file), {looped + "1.", looped + "2.", looped + "3."}), stop())));
+}
+
 TEST_F(PerformanceTest, PlaysADemonstrationFileUntilTheSecondsAreOver) {
     const auto end = run({"--seconds", "0.2"});
     EXPECT_EQ(end.status, 0);

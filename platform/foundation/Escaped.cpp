@@ -1,4 +1,4 @@
-#include "programs/defaults/format/Escaped.h"
+#include "platform/foundation/Escaped.h"
 
 #include <glib.h>
 
@@ -43,6 +43,10 @@ std::string escaped(std::string_view text, std::string_view others, std::string_
 
 std::string escaped(std::string_view text) {
     return escaped(text, "\\", {});
+}
+
+std::string onOneLine(std::string_view text) {
+    return escaped(text, {}, {});
 }
 
 std::string inQuotes(std::string_view text) {
