@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/foundation/Escaped.h"
+#include "platform/foundation/OneLine.h"
 
 namespace orvalo {
 
@@ -18,8 +18,7 @@ GLogWriterOutput writeEscaped(GLogLevelFlags level, const GLogField* given, gsiz
                               gpointer data) {
     std::vector<GLogField> fields(given, given + count);
     const auto field = [&](std::string_view key) {
-        return std::ranges::find_if(fields,
-                                    [&](const GLogField& each) { return key == each.key; });
+        return std::ranges::find_if(fields, [&](const GLogField& each) { return key == each.key; });
     };
     const auto domain = field("GLIB_DOMAIN");
     const auto message = field("MESSAGE");

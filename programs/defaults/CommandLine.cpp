@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/Escaped.h"
+#include "programs/defaults/format/Escaped.h"
 
 namespace orvalo {
 

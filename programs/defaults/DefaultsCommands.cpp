@@ -12,7 +12,7 @@
 #include "platform/foundation/defaults/DefaultsDomain.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "programs/defaults/WholeFile.h"
-#include "platform/foundation/Escaped.h"
+#include "programs/defaults/format/Escaped.h"
 #include "programs/defaults/format/JSONForm.h"
 
 namespace orvalo {

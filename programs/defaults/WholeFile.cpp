@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/Escaped.h"
+#include "programs/defaults/format/Escaped.h"
 
 namespace orvalo {
 

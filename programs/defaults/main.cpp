@@ -8,7 +8,7 @@
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/StandardErrorLog.h"
 #include "programs/defaults/DefaultsCommands.h"
-#include "platform/foundation/Escaped.h"
+#include "programs/defaults/format/Escaped.h"
 
 namespace {
 

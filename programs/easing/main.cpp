@@ -10,8 +10,8 @@
 #include <memory>
 #include <optional>
 
-#include "platform/foundation/Escaped.h"
 #include "platform/foundation/ExecutablePath.h"
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/Print.h"
 #include "platform/foundation/StandardErrorLog.h"
 #include "programs/easing/EasingWindow.h"
@@ -39,8 +39,7 @@ std::optional<int> readOptions(int argc, char** argv) {
     g_option_context_add_main_entries(context.get(), entries, nullptr);
     GError* failure = nullptr;
     if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
-        std::fprintf(stderr, "orvalo-easing: %s\n",
-                     orvalo::onOneLine(failure->message).c_str());
+        std::fprintf(stderr, "orvalo-easing: %s\n", orvalo::onOneLine(failure->message).c_str());
         g_error_free(failure);
         return kBadOption;
     }

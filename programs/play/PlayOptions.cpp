@@ -63,7 +63,8 @@ void checkRender(const std::string& path) {
     auto ending = std::filesystem::path(path).extension().string();
     std::ranges::transform(ending, ending.begin(), g_ascii_tolower);
     if (ending != ".wav" && !isDevice(path)) {
-        throw BadOption("--render writes wav files, so the name must end in .wav: '" + path + "'.");
+        throw std::runtime_error("--render writes wav files, so the name must end in .wav: '" +
+                                 path + "'.");
     }
 }
 

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "platform/foundation/Escaped.h"
+#include "platform/foundation/OneLine.h"
 
 namespace orvalo {
 

@@ -8,8 +8,8 @@
 
 #include "platform/audio/engine/EffectLoading.h"
 #include "platform/audio/file/AVAudioFile.h"
-#include "platform/foundation/Escaped.h"
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/Print.h"
 #include "platform/foundation/StandardErrorLog.h"
 #include "programs/play/OfflineRender.h"

@@ -96,8 +96,8 @@ TYPED_TEST(CallbackOf, KeepsItsOwnState) {
     const Members members{counting(9), counting(9)};
     const auto object = testing::VerbKit<TypeParam>::make(members);
     std::vector<int> seen;
-    object->onAnimation = testing::running(
-        [&seen, count = 0]() mutable { seen.push_back(++count); });
+    object->onAnimation =
+        testing::running([&seen, count = 0]() mutable { seen.push_back(++count); });
     object->animate();
     object->animate();
     ASSERT_GE(seen.size(), 2U);

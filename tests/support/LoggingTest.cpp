@@ -115,8 +115,9 @@ TEST_P(Logging, NothingWaitsAtTheEnd) {
             log("queued");
             std::exit(0);
         },
-        ::testing::ExitedWithCode(0), ::testing::AllOf(::testing::HasSubstr("direct\n"),
-                                                        ::testing::Not(::testing::HasSubstr("queued"))));
+        ::testing::ExitedWithCode(0),
+        ::testing::AllOf(::testing::HasSubstr("direct\n"),
+                         ::testing::Not(::testing::HasSubstr("queued"))));
 }
 
 TEST(LoggingOfBoth, KeepsTheOrderOfTheCalls) {

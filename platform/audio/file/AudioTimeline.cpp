@@ -101,8 +101,7 @@ std::optional<std::int64_t> statedFrames(const AudioContainer& container, int ra
         return inFrames(container.stream().duration, container, rate);
     }
     // Writers of Matroska state each stream's duration in a tag.
-    const auto* tag =
-        lateFFmpeg(av_dict_get)(container.stream().metadata, "DURATION", nullptr, 0);
+    const auto* tag = lateFFmpeg(av_dict_get)(container.stream().metadata, "DURATION", nullptr, 0);
     int hours = 0;
     int minutes = 0;
     double seconds = 0.0;

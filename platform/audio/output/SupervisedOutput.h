@@ -83,8 +83,8 @@ class SupervisedOutput final : public AudioOutput {
     Clock::time_point openedAt_;
     Clock::time_point lastRenderAt_;
     std::uint64_t lastRenderCount_ = 0;
-    bool replacedAtOnce_ = false;  ///< The stream was opened in the place of a dead one.
-    std::string lastFailure_;      ///< Why the last opening failed, as the end of a sentence.
+    bool replacedAtOnce_ = false;   ///< The stream was opened in the place of a dead one.
+    std::string lastFailure_;       ///< Why the last opening failed, as the end of a sentence.
     OutputDevice* lost_ = nullptr;  ///< Went away between a probe and the end of its opening.
 
     std::thread thread_;

@@ -12,7 +12,7 @@
 
 #include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/defaults/PropertyListDate.h"
-#include "platform/foundation/Escaped.h"
+#include "programs/defaults/format/Escaped.h"
 
 namespace orvalo {
 

@@ -88,8 +88,9 @@ TEST_F(CommandLineTest, OnlyWavFilesAreRendered) {
 
 TEST_F(CommandLineTest, ControlCharactersInNamesAreEscaped) {
     const auto missing = (folder.path() / "a\x1b[2J\nforged\tline").string();
-    expectRefusal({"--file", missing}, (folder.path() / "a\\u001b[2J\\nforged\\u0009line").string() +
-                                           ": No such file or directory");
+    expectRefusal({"--file", missing},
+                  (folder.path() / "a\\u001b[2J\\nforged\\u0009line").string() +
+                      ": No such file or directory");
     const auto bundles = folder.path() / "b\n\x1b[31m";
     std::filesystem::create_directories(bundles / "broken\r.lv2");
     std::ofstream(bundles / "broken\r.lv2" / "manifest.ttl") << "no Turtle";

@@ -164,8 +164,7 @@ TEST_F(PerformanceTest, AClosedOutputDoesNotEndIt) {
 
 /// The command with a standard output whose pipe is full from the start.
 std::vector<std::string> onFullPipe(std::vector<std::string> command) {
-    const std::vector<std::string> shell{
-        "sh", "-c", "head -c 65536 /dev/zero; exec \"$0\" \"$@\""};
+    const std::vector<std::string> shell{"sh", "-c", "head -c 65536 /dev/zero; exec \"$0\" \"$@\""};
     command.insert(command.begin(), shell.begin(), shell.end());
     return command;
 }
@@ -174,9 +173,8 @@ TEST_F(PerformanceTest, AnUnreadOutputDoesNotKeepItFromEnding) {
     for (const int number : {SIGINT, SIGTERM}) {
         Program playing(onFullPipe(command({"--file", wav("music.wav", 48000, 4800)})),
                         environment);
-        ASSERT_TRUE(pollUntil([&] {
-            return playing.standardError().find("Audio output: ") != std::string::npos;
-        }));
+        ASSERT_TRUE(pollUntil(
+            [&] { return playing.standardError().find("Audio output: ") != std::string::npos; }));
         playing.signal(number);
         EXPECT_EQ(playing.wait(), 0);
     }
@@ -205,8 +203,8 @@ TEST_F(PerformanceTest, ClosedStandardStreamsAreOpenedOnTheNullDevice) {
     closing.insert(closing.end(), playing.begin(), playing.end());
     Program closed(closing, environment);
     for (int stream = 0; stream < 3; ++stream) {
-        const auto link = "/proc/" + std::to_string(closed.process()) + "/fd/" +
-                          std::to_string(stream);
+        const auto link =
+            "/proc/" + std::to_string(closed.process()) + "/fd/" + std::to_string(stream);
         EXPECT_TRUE(pollUntil([&] {
             std::error_code missing;
             return std::filesystem::read_symlink(link, missing) == "/dev/null";

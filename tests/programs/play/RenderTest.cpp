@@ -128,10 +128,10 @@ TEST_F(LimitedRenderTest, AFullDiskIsNamed) {
     out = (disk / "out.wav").string();
     // In a mount namespace, which needs a user namespace when the test is not root's.
     auto rendering = command({"--file", file, "--render", out});
-    const std::vector<std::string> shell{
-        "unshare", geteuid() == 0 ? "-m" : "-mr", "sh", "-c",
-        "mount -t tmpfs -o size=100k none '" + disk.string() +
-            "' && \"$0\" \"$@\" 2>&1; echo status $?; ls -A '" + disk.string() + "'"};
+    const std::vector<std::string> shell{"unshare", geteuid() == 0 ? "-m" : "-mr", "sh", "-c",
+                                         "mount -t tmpfs -o size=100k none '" + disk.string() +
+                                             "' && \"$0\" \"$@\" 2>&1; echo status $?; ls -A '" +
+                                             disk.string() + "'"};
     rendering.insert(rendering.begin(), shell.begin(), shell.end());
     Program limited(rendering, environment);
     const auto lines = limited.readAll();

@@ -90,10 +90,10 @@ TEST_F(OpenLengthTest, AFilmLongerThanItsSoundIsAsLongAsItsSound) {
     for (const auto* name : {"a.mkv", "a.webm"}) {
         SCOPED_TRACE(name);
         const bool isWebm = std::string(name) == "a.webm";
-        encode(at("a.wav"), at(name),
-               {"-f", "lavfi", "-i", "color=red:size=64x64:duration=3", "-map", "0:a", "-map",
-                "1:v", "-c:v", isWebm ? "libvpx" : "mpeg4", "-c:a",
-                isWebm ? "libopus" : "pcm_s16le"});
+        encode(
+            at("a.wav"), at(name),
+            {"-f", "lavfi", "-i", "color=red:size=64x64:duration=3", "-map", "0:a", "-map", "1:v",
+             "-c:v", isWebm ? "libvpx" : "mpeg4", "-c:a", isWebm ? "libopus" : "pcm_s16le"});
         const auto file = open(at(name));
         EXPECT_NEAR(static_cast<double>(file->length()), kFrames, 3000.0);
         EXPECT_EQ(readOn(*file).front().size(), static_cast<std::size_t>(file->length()));

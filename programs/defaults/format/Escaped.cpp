@@ -1,4 +1,4 @@
-#include "platform/foundation/Escaped.h"
+#include "programs/defaults/format/Escaped.h"
 
 #include <glib.h>
 
@@ -43,10 +43,6 @@ std::string escaped(std::string_view text, std::string_view others, std::string_
 
 std::string escaped(std::string_view text) {
     return escaped(text, "\\", {});
-}
-
-std::string onOneLine(std::string_view text) {
-    return escaped(text, {}, {});
 }
 
 std::string inQuotes(std::string_view text) {

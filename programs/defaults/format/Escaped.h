@@ -9,10 +9,7 @@ namespace orvalo {
 /// as in JSON. U+FFFD replaces bytes that are not UTF-8.
 std::string escaped(std::string_view text);
 
-/// The same without escaping backslashes: names stay as the user knows them.
-std::string onOneLine(std::string_view text);
-
-/// escaped() between single quotes, cut after 60 bytes.
+/// The same between single quotes, cut after 60 bytes.
 std::string inQuotes(std::string_view text);
 
 /// The text with only its control characters escaped, except line feeds.

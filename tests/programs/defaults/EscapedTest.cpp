@@ -1,4 +1,4 @@
-#include "platform/foundation/Escaped.h"
+#include "programs/defaults/format/Escaped.h"
 
 #include <gtest/gtest.h>
 
@@ -25,10 +25,6 @@ TEST(Escaped, ALongQuotationIsCut) {
     EXPECT_EQ(inQuotes("a"), "'a'");
     EXPECT_EQ(inQuotes(std::string(60, 'x')), "'" + std::string(60, 'x') + "'");
     EXPECT_EQ(inQuotes(std::string(61, 'x')), "'" + std::string(60, 'x') + "...'");
-}
-
-TEST(OnOneLine, BackslashesStay) {
-    EXPECT_EQ(onOneLine("a\\b\nc\td\x1b[2J"), "a\\b\\nc\\u0009d\\u001b[2J");
 }
 
 TEST(WithoutControls, LineFeedsAndBackslashesStay) {
