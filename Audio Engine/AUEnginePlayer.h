@@ -75,6 +75,9 @@ class AUEnginePlayer : public NSObject {
 
   private:
     virtual void startPlayingInternal();
+
+  protected:
+    /// Schedules the next pass. On stateChangeQueue.
     virtual void scheduleEffectLoop();
 
   public:

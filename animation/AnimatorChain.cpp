@@ -74,9 +74,12 @@ void AnimatorChain::animate() {
     if (isDone) {
         _currentIndex = checkedAdd(_currentIndex, _direction);
     }
-    const bool isAtEnd = (_direction > 0 && _currentIndex >= std::ssize(_animators)) ||
-                         (_direction < 0 && _currentIndex <= 0);
-    if (isAtEnd) {
+    if (_direction > 0 && _currentIndex >= std::ssize(_animators)) {
+        call(onFinished, self);
+        stop();
+    }
+    // Again, because the callback may have turned the chain round.
+    if (_direction < 0 && _currentIndex <= 0) {
         call(onFinished, self);
         stop();
     }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 #include "platform/foundation/Timer.h"
 
@@ -16,15 +17,34 @@ std::shared_ptr<Timer> startTicking(float interval, std::function<void()> tick);
 /// timer. Destroys what only the timer kept alive, possibly the owner of the pointer.
 void stopTicking(std::shared_ptr<Timer>& timer);
 
-/// Calls a copy of the callback, if there is one: the callback may replace or clear itself, and
-/// destroy the object that it belongs to.
+/// A callback whose copies are one and the same closure, with one state.
 template <typename... Parameters>
-void call(const std::function<void(Parameters...)>& callback,
+class SharedCallback {
+  public:
+    explicit SharedCallback(std::function<void(Parameters...)> closure)
+        : closure_(std::make_shared<std::function<void(Parameters...)>>(std::move(closure))) {}
+
+    void operator()(Parameters... arguments) const { (*closure_)(arguments...); }
+
+  private:
+    std::shared_ptr<std::function<void(Parameters...)>> closure_;
+};
+
+/// Calls the callback, if there is one. It keeps its own state, also while it replaces or clears
+/// itself, calls itself or destroys the object that it belongs to. Its first call wraps it, so
+/// later copies of it share that state.
+template <typename... Parameters>
+void call(std::function<void(Parameters...)>& callback,
           std::type_identity_t<Parameters>... arguments) {
-    if (callback) {
-        const auto running = callback;
-        running(arguments...);
+    using Shared = SharedCallback<Parameters...>;
+    if (!callback) {
+        return;
     }
+    if (callback.template target<Shared>() == nullptr) {
+        callback = Shared(std::move(callback));
+    }
+    const Shared running = *callback.template target<Shared>();
+    running(arguments...);
 }
 
 }  // namespace orvalo

@@ -17,13 +17,17 @@ std::vector<std::byte> makeBlock(std::int64_t size, std::uint8_t type, const Byt
     std::vector<std::byte> block(exactly<std::size_t>(size));
     auto* event = std::launder(reinterpret_cast<MIDIMetaEvent*>(block.data()));
     event->metaEventType = type;
-    event->dataLength = exactly<std::uint32_t>(data.size());
+    event->dataLength = metaDataLength(data.size());
     std::ranges::transform(data, block.begin() + offsetof(MIDIMetaEvent, data),
                            [](std::uint8_t byte) { return std::byte{byte}; });
     return block;
 }
 
 }  // namespace
+
+std::uint32_t metaDataLength(std::size_t bytes) {
+    return exactly<std::uint32_t>(bytes);
+}
 
 MyMetaEvent::MyMetaEvent(std::uint8_t type, const std::vector<std::uint8_t>& data)
     : size(checkedAdd(exactly<std::int64_t>(data.size()),

@@ -26,6 +26,9 @@ class MyMetaEvent : public NSObject {
     const std::vector<std::byte> mem;
 };
 
+/// The dataLength of an event with so much data. More than fits is a fatal error.
+std::uint32_t metaDataLength(std::size_t bytes);
+
 /// Creates a sequencer-specific event and passes its record to an empty body.
 void test_MyMetaEvent();
 

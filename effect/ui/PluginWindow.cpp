@@ -1,5 +1,6 @@
 #include "effect/ui/PluginWindow.h"
 
+#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
 #include <algorithm>
@@ -65,6 +66,11 @@ std::unique_ptr<PluginWindow> PluginWindow::open(std::uintptr_t parent, Size siz
         static_cast<unsigned>(size.height), 0, DefaultDepthOfScreen(around.screen), InputOutput,
         visual, CWBackPixel | CWBorderPixel | CWBitGravity | CWColormap | CWEventMask, &attributes);
     setHints(display, window, size, least);
+    // Tells the host that keys without a use come back to it.
+    const unsigned long yes = 1;
+    XChangeProperty(display, window, XInternAtom(display, "_ORVALO_SENDS_UNUSED_KEYS", False),
+                    XA_CARDINAL, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(&yes),
+                    1);
     XMapWindow(display, window);
     XFlush(display);
     return std::unique_ptr<PluginWindow>(new PluginWindow(display, parent, window, visual, size));

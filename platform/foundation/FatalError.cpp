@@ -14,6 +14,7 @@ void fatalError(std::string_view message) {
     // The flush must not end the program by another signal than SIGABRT.
     std::signal(SIGPIPE, SIG_IGN);
     std::fflush(stdout);
+    finishPrinting();
     writeLine(STDERR_FILENO, "Fatal error: ", message);
     std::abort();
 }

@@ -1,15 +1,27 @@
 #include "platform/foundation/Print.h"
 
+#include <fcntl.h>
+#include <glib.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <climits>
+#include <condition_variable>
 #include <csignal>
 #include <cstddef>
+#include <cstdlib>
 #include <ctime>
+#include <deque>
 #include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
 
 namespace orvalo {
 
@@ -56,13 +68,112 @@ bool waitUntilWritable(int descriptor) {
     return poll(&waiting, 1, -1) >= 0 || errno == EINTR;
 }
 
+/// Opens /dev/null on each standard stream that is closed, so that no other file of the program
+/// takes its place. Before all other initialisers, because these open files.
+[[gnu::constructor(101)]] void openStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) == -1) {
+            // Opened for the wrong direction, so that its use fails as that of a closed stream. The
+            // lowest free descriptor is this one.
+            const int wrong = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+            static_cast<void>(open("/dev/null", wrong));
+        }
+    }
+}
+
+/// Whether a write of so many bytes to standard output returns at once.
+bool isTakenAtOnce(std::size_t bytes) {
+    struct stat status {};
+    if (fstat(STDOUT_FILENO, &status) == 0 && S_ISREG(status.st_mode)) {
+        return true;
+    }
+    // A pipe that is ready has room for PIPE_BUF bytes.
+    pollfd output{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+    return bytes <= PIPE_BUF && poll(&output, 1, 0) == 1;
+}
+
+/// The lines that standard output does not take at once, and the thread that writes them.
+class WaitingLines {
+  public:
+    void print(std::string_view text) {
+        std::unique_lock lock(mutex_);
+        if (lines_.empty() && isTakenAtOnce(text.size() + 1)) {
+            writeLine(STDOUT_FILENO, {}, text);
+            return;
+        }
+        if (!lines_.empty() && bytes_ + text.size() > kMostBytes) {
+            if (!std::exchange(hasLost_, true)) {
+                lock.unlock();
+                g_warning("Nobody reads standard output; further lines are lost.");
+            }
+            return;
+        }
+        bytes_ += text.size();
+        lines_.emplace_back(text);
+        if (!hasThread_) {
+            hasThread_ = true;
+            std::thread([this] { writeAll(); }).detach();
+        }
+        changed_.notify_all();
+    }
+
+    void finish() noexcept {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, kEndLimit, [this] { return lines_.empty(); });
+    }
+
+  private:
+    static constexpr std::size_t kMostBytes = std::size_t{1} << 20U;
+    static constexpr std::chrono::milliseconds kEndLimit{500};
+
+    [[noreturn]] void writeAll() {
+        std::unique_lock lock(mutex_);
+        while (true) {
+            changed_.wait(lock, [this] { return !lines_.empty(); });
+            // Stays in the list until it is written, so that print() does not overtake it.
+            const auto& line = lines_.front();
+            lock.unlock();
+            writeLine(STDOUT_FILENO, {}, line);
+            lock.lock();
+            bytes_ -= line.size();
+            lines_.pop_front();
+            changed_.notify_all();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::string> lines_;
+    std::size_t bytes_ = 0;
+    bool hasThread_ = false;
+    bool hasLost_ = false;
+};
+
+/// Set by printWithoutWaiting(). Never destroyed: its thread lives as long as the process.
+constinit std::atomic<WaitingLines*> waitingLines = nullptr;
+
 }  // namespace
 
 void print(std::string_view text) {
+    if (auto* const waiting = waitingLines.load()) {
+        waiting->print(text);
+        return;
+    }
     // One write alone does not keep lines whole: pipes split long ones.
     static constinit std::mutex mutex;
     const std::lock_guard lock(mutex);
     writeLine(STDOUT_FILENO, {}, text);
+}
+
+void printWithoutWaiting() {
+    waitingLines = new WaitingLines;
+    std::atexit(finishPrinting);
+}
+
+void finishPrinting() noexcept {
+    if (auto* const waiting = waitingLines.load()) {
+        waiting->finish();
+    }
 }
 
 void writeLine(int descriptor, std::string_view prefix, std::string_view text) noexcept {

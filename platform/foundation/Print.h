@@ -9,6 +9,15 @@ namespace orvalo {
 /// render thread.
 void print(std::string_view text);
 
+/// From here on print() does not wait for the reader of a pipe or terminal. Lines that it does not
+/// take at once wait in memory, up to 1 MiB, and follow in order; beyond that lines are lost, which
+/// one message on standard error says. At the program's end they have half a second to be written.
+/// Call it once, before other threads print.
+void printWithoutWaiting();
+
+/// Waits until the lines that wait in memory are written, at most for half a second.
+void finishPrinting() noexcept;
+
 /// Writes prefix, text and one line feed to a descriptor with one system call, or with several when
 /// the descriptor accepts only a part. Ignores failures. A closed pipe raises no signal; the signal
 /// settings of process and thread stay as they are. Any thread; lines of several threads may mix.

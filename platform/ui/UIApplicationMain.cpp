@@ -10,6 +10,7 @@
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/GLibPointer.h"
+#include "platform/foundation/StandardErrorLog.h"
 #include "platform/ui/ToolkitStart.h"
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIApplicationDelegate.h"
@@ -136,7 +137,7 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     gtk_disable_setlocale();
     std::setlocale(LC_ALL, "");       // NOLINT(concurrency-mt-unsafe): there is only one thread.
     std::setlocale(LC_NUMERIC, "C");  // NOLINT(concurrency-mt-unsafe): as above.
-    g_log_writer_default_set_use_stderr(TRUE);
+    logToStandardError();
     if (!startToolkit(Bundle::main()->dataURL().path())) {
         g_critical("There is no display to show a window on.");
         std::exit(EXIT_FAILURE);  // NOLINT(concurrency-mt-unsafe): as above.

@@ -13,6 +13,7 @@
 
 #include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/StandardErrorLog.h"
 #include "platform/foundation/defaults/DefaultsDomain.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "programs/defaults/CommandLine.h"
@@ -316,7 +317,7 @@ int complain(const std::exception& error, int status) {
 int main(int argc, char** argv) {
     using namespace orvalo;
     std::setlocale(LC_ALL, "");  // NOLINT(concurrency-mt-unsafe): there is one thread.
-    g_log_writer_default_set_use_stderr(TRUE);
+    logToStandardError();
     try {
         run(CommandLine::parse(argc, argv));
         return EXIT_SUCCESS;

@@ -11,7 +11,9 @@
 #include <optional>
 
 #include "platform/foundation/ExecutablePath.h"
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/Print.h"
+#include "platform/foundation/StandardErrorLog.h"
 #include "programs/easing/EasingWindow.h"
 
 namespace {
@@ -37,12 +39,13 @@ std::optional<int> readOptions(int argc, char** argv) {
     g_option_context_add_main_entries(context.get(), entries, nullptr);
     GError* failure = nullptr;
     if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
-        std::fprintf(stderr, "orvalo-easing: %s\n", failure->message);
+        std::fprintf(stderr, "orvalo-easing: %s\n", orvalo::onOneLine(failure->message).c_str());
         g_error_free(failure);
         return kBadOption;
     }
     if (argc > 1) {
-        std::fprintf(stderr, "orvalo-easing: '%s' is no option.\n", argv[1]);
+        std::fprintf(stderr, "orvalo-easing: '%s' is no option.\n",
+                     orvalo::onOneLine(argv[1]).c_str());
         return kBadOption;
     }
     if (version != FALSE) {
@@ -70,7 +73,7 @@ int main(int argc, char** argv) {
     gtk_disable_setlocale();
     std::setlocale(LC_ALL, "");
     // NOLINTEND(concurrency-mt-unsafe)
-    g_log_writer_default_set_use_stderr(TRUE);
+    logToStandardError();
     if (const auto status = readOptions(argc, argv)) {
         return *status;
     }

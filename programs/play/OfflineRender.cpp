@@ -162,7 +162,9 @@ class EndlessPasses : public NSObject {
 OfflineRender::OfflineRender(const PlayOptions& options)
     : file_(openFile(options)),
       frames_(wantedFrames(options, *file_)),
-      writer_(*options.render, renderFormat(*file_)) {}
+      writer_(*options.render, renderFormat(*file_)) {
+    writer_.checkLimit(frames_);
+}
 
 void OfflineRender::run() {
     setExpectedRendering({file_->processingFormat().sampleRate, kMaximumFramesToRender});

@@ -5,9 +5,11 @@
 
 #include <csignal>
 #include <filesystem>
+#include <limits>
 
 #include "platform/audio/engine/AVAudioPlayerNode.h"
 #include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/Print.h"
 #include "platform/foundation/RunLoop.h"
 #include "programs/play/OneFileBundle.h"
 
@@ -18,9 +20,28 @@ namespace {
 /// Seconds to wait for the effect. A later effect is connected during playback.
 constexpr int kEffectTimeout = 5;
 
+/// Schedules only so many passes, so that none follows while the end of the last one is heard.
+class CountedPasses : public AUEnginePlayer {
+  public:
+    CountedPasses(std::int64_t passes, const std::shared_ptr<Bundle>& resources)
+        : AUEnginePlayer(std::make_shared<AVAudioEngine>(), resources), left_(passes) {}
+
+  protected:
+    void scheduleEffectLoop() override {
+        if (left_ > 0) {
+            --left_;
+            AUEnginePlayer::scheduleEffectLoop();
+        }
+    }
+
+  private:
+    std::int64_t left_;
+};
+
 }  // namespace
 
 void Performance::run(const PlayOptions& options) {
+    printWithoutWaiting();
     const std::shared_ptr<Performance> performance(new Performance(options));
     performance->begin();
     RunLoop::main()->run();
@@ -49,8 +70,8 @@ void Performance::begin() {
     if (options_.file) {
         resources = std::make_shared<OneFileBundle>(URL::fileURLWithPath(*options_.file));
     }
-    const auto player =
-        std::make_shared<AUEnginePlayer>(std::make_shared<AVAudioEngine>(), resources);
+    const auto player = std::make_shared<CountedPasses>(
+        options_.passes.value_or(std::numeric_limits<std::int64_t>::max()), resources);
     player->delegate = shared(this);
     manager_ = AUExtensionManager::init(shared(this), player, [self = shared(this)] {
         DispatchQueue::main()->async([self] { self->playWithoutEffect("cannot be used"); });

@@ -2,8 +2,10 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string_view>
@@ -52,6 +54,21 @@ std::optional<std::string> text(const GText& value, const char* option) {
         throw std::runtime_error(std::string(option) + " wants a file name, not an empty one.");
     }
     return value.get();
+}
+
+/// Whether the path names what is written directly: a device or a pipe.
+bool isDevice(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::is_other(path, ignored);
+}
+
+void checkRender(const std::string& path) {
+    auto ending = std::filesystem::path(path).extension().string();
+    std::ranges::transform(ending, ending.begin(), g_ascii_tolower);
+    if (ending != ".wav" && !isDevice(path)) {
+        throw std::runtime_error("--render writes wav files, so the name must end in .wav: '" +
+                                 path + "'.");
+    }
 }
 
 }  // namespace
@@ -105,6 +122,9 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
         options.seconds = parsedSeconds(secondsText.get());
     }
     options.render = text(renderText, "--render");
+    if (options.render) {
+        checkRender(*options.render);
+    }
     options.file = text(fileText, "--file");
     options.list = list != FALSE;
     options.inProcess = inProcess != FALSE;

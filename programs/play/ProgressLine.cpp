@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "platform/foundation/OneLine.h"
+
 namespace orvalo {
 
 namespace {
@@ -20,7 +22,7 @@ ProgressLine::~ProgressLine() {
 
 void ProgressLine::show(const std::string& text) {
     if (isTerminal_ && text != shown_) {
-        std::fprintf(stderr, "%s%s\r", text.c_str(), kEraseToEndOfLine);
+        std::fprintf(stderr, "%s%s\r", onOneLine(text).c_str(), kEraseToEndOfLine);
         shown_ = text;
     }
 }

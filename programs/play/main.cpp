@@ -1,5 +1,6 @@
 #include <glib.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -8,7 +9,9 @@
 #include "platform/audio/engine/EffectLoading.h"
 #include "platform/audio/file/AVAudioFile.h"
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/Print.h"
+#include "platform/foundation/StandardErrorLog.h"
 #include "programs/play/OfflineRender.h"
 #include "programs/play/Performance.h"
 #include "programs/play/PlayOptions.h"
@@ -16,11 +19,12 @@
 
 namespace {
 
+/// Also for files that cannot be read or written.
 constexpr int kBadOption = 2;
 
 /// Prints an error and returns the exit status.
 int fail(const char* message, int status) {
-    std::fprintf(stderr, "orvalo-play: %s\n", message);
+    std::fprintf(stderr, "orvalo-play: %s\n", orvalo::onOneLine(message).c_str());
     return status;
 }
 
@@ -33,7 +37,10 @@ int main(int argc, char** argv) {
     // Numbers in lines and files do not depend on the locale.
     std::setlocale(LC_NUMERIC, "C");
     // NOLINTEND(concurrency-mt-unsafe)
-    g_log_writer_default_set_use_stderr(TRUE);
+    logToStandardError();
+
+    // What is larger than files may be is then an error like others.
+    std::signal(SIGXFSZ, SIG_IGN);
 
     PlayOptions options;
     std::optional<OfflineRender> render;
@@ -61,7 +68,8 @@ int main(int argc, char** argv) {
         try {
             render->run();
         } catch (const NSError& error) {
-            return fail(error.what(), EXIT_FAILURE);
+            const bool isOfFile = error.domain() == "NSPOSIXErrorDomain";
+            return fail(error.what(), isOfFile ? kBadOption : EXIT_FAILURE);
         }
         return EXIT_SUCCESS;
     }

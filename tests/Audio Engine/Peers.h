@@ -21,6 +21,7 @@ struct AUEnginePlayerPeer {
 
     void randomizeFile() const { player.randomizeFile(); }
     void setSessionActive(bool active) const { player.setSessionActive(active); }
+    void startPlayingInternal() const { player.startPlayingInternal(); }
     void scheduleEffectLoop() const { player.scheduleEffectLoop(); }
     void resetAudioLoop() const { player.resetAudioLoop(); }
     void countPass() const { player.countPass(); }

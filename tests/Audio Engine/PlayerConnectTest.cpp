@@ -187,6 +187,21 @@ TEST_F(PlayerConnect, ThePassContinuesWhilePlaying) {
                      "completion", "AUEnginePlayer: The audio unit was set to 'nil'."}));
 }
 
+TEST_F(PlayerConnect, ThePlayerPausesWhileAnEffectIsWired) {
+    player->start();
+    settle();
+    ASSERT_TRUE(peer.node()->isPlaying());
+    const auto effect = std::make_shared<ConstantUnit>(0.25F);
+    int calls = 0;
+    effect->onMIDIOutputNames = [&] {
+        ++calls;
+        EXPECT_FALSE(peer.node()->isPlaying());
+    };
+    connect(std::make_shared<AVAudioUnit>(effect));
+    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(peer.node()->isPlaying());
+}
+
 // The search connects the effect on its thread while the user may press play.
 TEST_F(PlayerConnect, LoadingAFileWaitsUntilTheEffectIsWired) {
     const auto url = constantFile("a.wav");

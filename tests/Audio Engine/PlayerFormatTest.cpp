@@ -21,6 +21,18 @@ class TurningUnit : public ConstantUnit {
     double rate = 0;
 };
 
+/// A stereo effect that copies its input and halves the right channel.
+class HalvingUnit : public ConstantUnit {
+  public:
+    HalvingUnit() : ConstantUnit(0) {}
+    void render(const AudioBlock& input, const AudioBlock& output) noexcept override {
+        for (std::uint32_t frame = 0; frame < output.frameCount; ++frame) {
+            output.channels[0][frame] = input.channels[0][frame];
+            output.channels[1][frame] = input.channels[1][frame] / 2;
+        }
+    }
+};
+
 /// With a loaded mono file of 44.1 kHz, a stereo effect and an output at 48 kHz.
 class PlayerFormat : public PlayerFixture {
   protected:
@@ -68,6 +80,18 @@ TEST_F(PlayerFormat, TheEffectsInputHasThePlayersFormat) {
     const auto [left, right] = sound(AVAudioFile::forReading(URL::fileURLWithPath(path.string())));
     EXPECT_NEAR(left, 0.5F, kNear);
     EXPECT_NEAR(right, -0.25F, kNear);
+}
+
+TEST_F(PlayerFormat, AnEffectConnectedAfterwardsHasTheLoadedFilesFormatOnBothSides) {
+    loaded->connect(std::make_shared<AVAudioUnit>(std::make_shared<HalvingUnit>()), [] {});
+    const auto path = folder.path() / "stereo.wav";
+    writeWav(path, kRate, Signal{std::vector(kRate, 0.5F), std::vector(kRate, 0.25F)});
+    const auto [left, right] = sound(AVAudioFile::forReading(URL::fileURLWithPath(path.string())));
+    // Mono into the effect: the mean of the file's channels. Mono out of it: the mean of that and
+    // of its half.
+    const float mono = 0.375F * 0.75F;
+    EXPECT_NEAR(left, mono, kNear);
+    EXPECT_NEAR(right, mono, kNear);
 }
 
 }  // namespace

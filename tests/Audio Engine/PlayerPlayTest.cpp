@@ -270,6 +270,25 @@ TEST_F(PlayerPlay, TheSessionGetsItsCategoryThenItsState) {
                "AUEnginePlayer: Audio session was set active."}));
 }
 
+TEST_F(PlayerPlay, TheSessionIsActiveBeforeThePassIsScheduled) {
+    // Without a file the scheduling prints its line.
+    peer.startPlayingInternal();
+    EXPECT_EQ(newLines(), Lines({"AUEnginePlayer: Audio session was set active.",
+                                 "AUEnginePlayer::ERROR: `file` parameter must not be nil."}));
+}
+
+TEST_F(PlayerPlay, TheEngineStillRunsWhenThePlayerStops) {
+    player->start();
+    settle();
+    // The player completes what is scheduled when it stops.
+    std::optional<bool> wasRunning;
+    peer.node()->scheduleFile(peer.file(), std::nullopt,
+                              [&] { wasRunning = peer.engine()->isRunning(); });
+    player->stop();
+    EXPECT_EQ(wasRunning, true);
+    EXPECT_FALSE(peer.engine()->isRunning());
+}
+
 // On the clocked null output, as in the application.
 TEST_F(PlayerPlay, PlaysPassesInRealTime) {
     // No other thread reads the environment.

@@ -107,6 +107,52 @@ TEST(AnimatorCallback, OnLoopMayStopTheRunWhichStillReverses) {
     EXPECT_EQ(finished, 1);
 }
 
+TEST(AnimatorCallback, KeepsItsOwnState) {
+    const auto animator = animatorOf(1);
+    animator->looped = true;
+    std::vector<int> seen;
+    animator->onAnimation = [&seen, count = 0](const auto&, float) mutable {
+        seen.push_back(++count);
+    };
+    animator->onLoop = [&seen, count = 10](const auto&) mutable { seen.push_back(++count); };
+    for (int step = 0; step < 4; ++step) {
+        animator->animate();
+    }
+    EXPECT_EQ(seen, (std::vector<int>{1, 11, 2, 12}));
+}
+
+TEST(AnimatorCallback, KeepsItsOwnStateWhileItCallsAndReplacesItself) {
+    auto animator = animatorOf(9);
+    std::vector<int> seen;
+    animator->onAnimation = [&seen, &animator, count = 0](const auto& self, float) mutable {
+        if (++count < 3) {
+            self->animate();
+        } else {
+            self->onAnimation = nullptr;
+            animator.reset();
+        }
+        seen.push_back(++count);
+    };
+    auto* const bare = animator.get();
+    bare->animate();
+    EXPECT_EQ(seen, (std::vector<int>{4, 5, 6}));
+    EXPECT_EQ(animator, nullptr);
+}
+
+TEST(AnimatorCallback, CopiesOfARunningCallbackShareItsState) {
+    const auto animator = animatorOf(9);
+    const auto other = animatorOf(9);
+    std::vector<int> seen;
+    animator->onAnimation = [&seen, count = 0](const auto&, float) mutable {
+        seen.push_back(++count);
+    };
+    animator->animate();
+    other->onAnimation = animator->onAnimation;
+    other->animate();
+    animator->animate();
+    EXPECT_EQ(seen, (std::vector<int>{1, 2, 3}));
+}
+
 /// Steps an animator whose last reference a callback releases. Returns whether it is destroyed
 /// then.
 template <typename Install>

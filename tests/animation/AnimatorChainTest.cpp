@@ -297,6 +297,32 @@ TEST(AnimatorChain, FinishesTheTickAfterItsCallbackRemovedAll) {
     EXPECT_EQ(lines, Lines{"finished at 0"});
 }
 
+TEST(AnimatorChain, EndsAgainWhenTheEndTurnsItRound) {
+    Lines lines;
+    const auto chain = recorded({counting(0)}, lines);
+    int ends = 0;
+    chain->onFinished = [&ends](const auto& self) {
+        ++ends;
+        self->setBackwards(true);
+    };
+    tick(*chain);
+    EXPECT_EQ(ends, 2);
+    EXPECT_EQ(chain->getCurrentIndex(), 0);
+}
+
+TEST(AnimatorChain, EndsOnceWhenTheEndTurnsItForwards) {
+    Lines lines;
+    const auto chain = recorded({counting(5)}, lines);
+    chain->setBackwards(true);
+    int ends = 0;
+    chain->onFinished = [&ends](const auto& self) {
+        ++ends;
+        self->setBackwards(false);
+    };
+    tick(*chain);
+    EXPECT_EQ(ends, 1);
+}
+
 TEST(AnimatorChain, IndexBeyond64BitsEndsTheProgram) {
     const auto chain = chainOf({std::make_shared<Animator>()});
     chain->onAnimation = [](const auto& self, const auto&) {

@@ -92,6 +92,20 @@ TYPED_TEST(CallbackOf, MayPerformEveryVerb) {
     }
 }
 
+TYPED_TEST(CallbackOf, KeepsItsOwnState) {
+    const Members members{counting(9), counting(9)};
+    const auto object = testing::VerbKit<TypeParam>::make(members);
+    std::vector<int> seen;
+    object->onAnimation =
+        testing::running([&seen, count = 0]() mutable { seen.push_back(++count); });
+    object->animate();
+    object->animate();
+    ASSERT_GE(seen.size(), 2U);
+    for (std::size_t call = 0; call < seen.size(); ++call) {
+        EXPECT_EQ(seen[call], static_cast<int>(call) + 1);
+    }
+}
+
 TYPED_TEST(CallbackOf, MayReleaseEverything) {
     for (const auto& callback : testing::VerbKit<TypeParam>::callbacks()) {
         SCOPED_TRACE(callback.name);

@@ -337,6 +337,25 @@ TYPED_TEST(Empty, KeepsItsTimerAndWarnsOnEveryTick) {
     EXPECT_EQ(lines, Lines(lines.size(), testing::kNoMembers));
 }
 
+TEST(ImpulseTimer, WithoutASetUpItFinishesOnceAndStops) {
+    const auto impulse = std::make_shared<Impulse>();
+    int ends = 0;
+    int moves = 0;
+    impulse->onFinished = [&ends](const auto&) { ++ends; };
+    impulse->onAnimation = [&moves](const auto&) { ++moves; };
+    impulse->start();
+    EXPECT_TRUE(testing::waitUntil([&ends] { return ends > 0; }));
+    // The timer held the impulse, and some periods pass.
+    EXPECT_EQ(impulse.use_count(), 1);
+    int ticks = 0;
+    auto clock = startTicking(0.009F, [&ticks] { ++ticks; });
+    EXPECT_TRUE(testing::waitUntil([&ticks] { return ticks >= 3; }));
+    stopTicking(clock);
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(moves, 0);
+    EXPECT_TRUE(impulse->isFinished());
+}
+
 TEST(SeveralTicking, TickInOrderOfTheirStarts) {
     constexpr float interval = 0.01F;
     Lines order;

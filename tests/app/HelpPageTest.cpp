@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 #include "tests/app/HelpPageFixture.h"
 #include "tests/testing/Desktop.h"
@@ -27,6 +29,31 @@ TEST_F(HelpPageTest, IsReloadedEveryTimeTheScreenAppears) {
         ASSERT_TRUE(waitUntil([&] { return output.lines() == expected; })) << output.text();
         EXPECT_TRUE(waitForTitle("Help"));
         EXPECT_EQ(requested(), Lines(static_cast<std::size_t>(round), "/DYNAMICS/"));
+        dismiss();
+    }
+}
+
+/// Whether a timer of this process has a period of so many seconds.
+bool hasTimer(int seconds) {
+    const auto period = "it_interval: (" + std::to_string(seconds) + ", 0)";
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fdinfo")) {
+        std::ifstream info(entry.path());
+        for (std::string line; std::getline(info, line);) {
+            if (line == period) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+TEST_F(HelpPageTest, ALoadMayStandStillForAMinute) {
+    for (const auto* shown : {"ShowHelp", "ShowInfo"}) {
+        screen->prepareInfo(shown);
+        EXPECT_FALSE(hasTimer(60));
+        present();
+        EXPECT_TRUE(waitUntil([] { return hasTimer(60); })) << shown;
+        EXPECT_TRUE(waitUntil([] { return !hasTimer(60); })) << shown;
         dismiss();
     }
 }

@@ -56,6 +56,25 @@ TEST_F(PluginViewTest, ASquareIsALandscape) {
     EXPECT_EQ(screen->pluginView->frame(), (CGRect{0, stage().size.height * 0.5 - 150, 400, 300}));
 }
 
+TEST_F(PluginViewTest, FourSizesHaveTheirPlaces) {
+    giveEffect();
+    struct Case {
+        double width, height;
+        CGRect place;
+    };
+    screen->view()->setFrame({0, 0, 300, 600});
+    ASSERT_EQ(stage().size.width, 300);
+    ASSERT_EQ(stage().size.height, 600);
+    for (const auto& [width, height, place] :
+         {Case{300, 400, {300 * 0.5 - 400 / 0.75 * 0.5, 0, 400 / 0.75, 400}},
+          Case{800, 600, {0, 0, 800, 600}}, Case{1000, 600, {0, -75, 1000, 750}},
+          Case{600, 600, {0, 75, 600, 450}}}) {
+        ViewControllerPeer::resetPluginView(*screen, width, height);
+        EXPECT_EQ(screen->pluginView->frame(), place);
+        EXPECT_EQ(effect->view()->frame(), (CGRect{0, 0, place.size.width, place.size.height}));
+    }
+}
+
 TEST_F(PluginViewTest, NaNCountsAsLandscape) {
     giveEffect();
     const auto none = std::numeric_limits<double>::quiet_NaN();

@@ -55,6 +55,12 @@ TEST(MyMetaEvent, HoldsLongData) {
     EXPECT_EQ(Bytes(bytes.end() - 4, bytes.end()), Bytes(4, 0));
 }
 
+TEST(MyMetaEvent, DataBeyondTheRangeOfItsLengthEndsTheProgram) {
+    constexpr std::size_t most = 0xFFFFFFFF;
+    EXPECT_EQ(metaDataLength(most), most);
+    EXPECT_DEATH(metaDataLength(most + 1), "^Fatal error: ");
+}
+
 TEST(MyMetaEvent, CallsTheBodyOnceBeforeItReturns) {
     const MyMetaEvent event(0x01, {1});
     int calls = 0;

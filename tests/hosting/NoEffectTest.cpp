@@ -1,3 +1,7 @@
+#include <atomic>
+#include <future>
+
+#include "platform/foundation/DispatchQueue.h"
 #include "tests/Audio Engine/PlayerLines.h"
 #include "tests/hosting/ManagerFixture.h"
 #include "tests/testing/WaitUntil.h"
@@ -24,6 +28,26 @@ TEST_F(NoEffect, EndsTheSearchWithItsLine) {
     makeManager();
     EXPECT_EQ(newLines(), Lines({kNote, kNoneFound}));
     EXPECT_TRUE(AUExtensionManagerPeer{*manager}.availableAudioUnits().empty());
+}
+
+TEST_F(NoEffect, SearchesOnTheGlobalQueue) {
+    // While all threads of the global queue are busy, the search has to wait.
+    constexpr int threads = 64;
+    std::promise<void> release;
+    const auto released = release.get_future().share();
+    std::atomic<int> busy = 0;
+    for (int thread = 0; thread < threads; ++thread) {
+        DispatchQueue::global()->async([&busy, released] {
+            ++busy;
+            released.wait();
+        });
+    }
+    ASSERT_TRUE(pollUntil([&busy] { return busy == threads; }));
+    manager = AUExtensionManager::init(delegate, player);
+    EXPECT_EQ(newLines(), Lines({kNote}));
+    release.set_value();
+    serveMainQueueUntilPrinted(output, kNoneFound);
+    EXPECT_EQ(newLines(), Lines({kNoneFound}));
 }
 
 TEST_F(NoEffect, NeedsNoDelegate) {

@@ -1,5 +1,9 @@
-#include <algorithm>
+#include <gmock/gmock.h>
 
+#include <algorithm>
+#include <typeinfo>
+
+#include "platform/audio/engine/EffectLoading.h"
 #include "tests/Audio Engine/PlayerLines.h"
 #include "tests/hosting/ManagerFixture.h"
 
@@ -23,6 +27,10 @@ TEST_F(Orvalo, IsFoundReportedConnectedPlayedAndStopped) {
     manager->auEngine->delegate = delegate;
     serveMainQueueUntilPrinted(output, "[global] onEngineInitialized()");
 
+    const std::string kind = typeid(*delegate->found->auAudioUnit()).name();
+    EXPECT_THAT(kind, ::testing::HasSubstr(platformEffectLoading() == EffectLoading::inProcess
+                                               ? "LV2LocalAudioUnit"
+                                               : "BridgedAudioUnit"));
     EXPECT_TRUE(manager->togglePlayback());
     const AUEnginePlayerPeer peer{*manager->auEngine};
     const auto path = peer.fileURL()->path();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
@@ -55,7 +56,23 @@ TEST(Capitals, KeepTheirSpelling) {
 }
 
 TEST(Capitals, AreAConstantListOfTexts) {
-    EXPECT_TRUE((std::is_same_v<decltype(capitals), const std::vector<std::string>>));
+    const std::vector<std::string>& list = capitals;
+    EXPECT_EQ(&list[44], &capitals[44]);
+}
+
+TEST(Capitals, AreMadeAtTheirFirstUse) {
+    // Nothing is to be made when the program starts.
+    EXPECT_TRUE(std::is_empty_v<Capitals>);
+    EXPECT_TRUE(std::is_trivially_default_constructible_v<Capitals>);
+    std::vector<const std::string*> first(4);
+    std::vector<std::thread> threads;
+    for (auto& place : first) {
+        threads.emplace_back([&place] { place = &capitals.front(); });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(std::ranges::count(first, &capitals.front()), 4);
 }
 
 TEST(Capitals, NameWhatIsUnique) {

@@ -1,7 +1,10 @@
 #include "support/Logging.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <thread>
 
 #include "platform/foundation/DispatchQueue.h"
@@ -101,6 +104,20 @@ TEST_P(Logging, WritesOnTheMainThreadOnly) {
     EXPECT_EQ(output.text(), "") << "The main queue has not run yet.";
     drainMainQueue();
     EXPECT_EQ(output.text(), "waiting\n");
+}
+
+TEST_P(Logging, NothingWaitsAtTheEnd) {
+    // A line that the main queue has not reached is lost.
+    EXPECT_EXIT(
+        {
+            dup2(STDERR_FILENO, STDOUT_FILENO);
+            print("direct");
+            log("queued");
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0),
+        ::testing::AllOf(::testing::HasSubstr("direct\n"),
+                         ::testing::Not(::testing::HasSubstr("queued"))));
 }
 
 TEST(LoggingOfBoth, KeepsTheOrderOfTheCalls) {

@@ -26,6 +26,8 @@ class Program {
     /// The remaining lines until the program ends.
     std::vector<std::string> readAll() { return readUntil({}); }
     void signal(int number) const;
+    /// The process's ID.
+    pid_t process() const { return process_; }
     /// Closes the reading end of standard output.
     void closeOutput();
     /// Waits for the end. Returns the exit status, or the negative number of the signal.

@@ -80,18 +80,46 @@ ScannedRange scannedRange(AudioContainer& container, int rate) {
     return range;
 }
 
+// Whether the container's duration is that of its sound: no picture or other sound may be longer.
+bool hasOnlySound(const AudioContainer& container) {
+    const auto& context = container.context();
+    return std::all_of(context.streams, context.streams + context.nb_streams,
+                       [&](const AVStream* stream) {
+                           return stream == &container.stream() ||
+                                  stream->codecpar->codec_type == AVMEDIA_TYPE_ATTACHMENT ||
+                                  (stream->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
+                       });
+}
+
+// The frames that the container states for its sound; absent when it states none.
+std::optional<std::int64_t> statedFrames(const AudioContainer& container, int rate) {
+    const auto& context = container.context();
+    if (context.duration_estimation_method != AVFMT_DURATION_FROM_STREAM || context.duration <= 0) {
+        return std::nullopt;
+    }
+    if (container.stream().duration != AV_NOPTS_VALUE) {
+        return inFrames(container.stream().duration, container, rate);
+    }
+    // Writers of Matroska state each stream's duration in a tag.
+    const auto* tag = lateFFmpeg(av_dict_get)(container.stream().metadata, "DURATION", nullptr, 0);
+    int hours = 0;
+    int minutes = 0;
+    double seconds = 0.0;
+    if (tag != nullptr && std::sscanf(tag->value, "%d:%d:%lf", &hours, &minutes, &seconds) == 3) {
+        return std::llround((hours * 3600.0 + minutes * 60.0 + seconds) * rate);
+    }
+    if (!hasOnlySound(container)) {
+        return std::nullopt;
+    }
+    return lateFFmpeg(av_rescale_q)(context.duration, AV_TIME_BASE_Q, {1, rate});
+}
+
 // The scanned range, checked against the duration that the container states.
 Range scannedAndStatedRange(AudioContainer& container, int rate) {
-    const auto duration = container.context().duration;
-    const auto streamDuration = container.stream().duration;
-    const auto isStated =
-        container.context().duration_estimation_method == AVFMT_DURATION_FROM_STREAM;
+    const auto stated = statedFrames(container, rate);
     const auto range = scannedRange(container, rate);
-    const auto stated = streamDuration != AV_NOPTS_VALUE
-                            ? inFrames(streamDuration, container, rate)
-                            : lateFFmpeg(av_rescale_q)(duration, AV_TIME_BASE_Q, {1, rate});
     // Some writers count one packet too much.
-    if (isStated && duration > 0 && range.packetsEnd + range.longestPacket < stated) {
+    if (stated && range.packetsEnd + range.longestPacket < *stated) {
         refuseAsShort(container);
     }
     return range;

@@ -1,5 +1,7 @@
 #include "platform/audio/file/WaveFileWriter.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
@@ -75,6 +77,7 @@ struct WaveFileWriter::Muxer {
 
 WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& format)
     : path_(path),
+      frameBytes_(format.channelCount * static_cast<std::uint32_t>(sizeof(float))),
       workingPath_(isWrittenDirectly(path) ? path : path + ".part"),
       muxer_(std::make_unique<Muxer>(path)) {
     auto* context = muxer_->context;
@@ -86,7 +89,7 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
     parameters->format = AV_SAMPLE_FMT_FLT;
     parameters->sample_rate = static_cast<int>(std::lround(format.sampleRate));
     parameters->bits_per_coded_sample = 32;
-    parameters->block_align = static_cast<int>(format.channelCount * sizeof(float));
+    parameters->block_align = static_cast<int>(frameBytes_);
     lateFFmpeg(av_channel_layout_default)(&parameters->ch_layout,
                                           static_cast<int>(format.channelCount));
 
@@ -103,6 +106,14 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
 }
 
 WaveFileWriter::~WaveFileWriter() = default;
+
+void WaveFileWriter::checkLimit(std::int64_t frames) const {
+    rlimit limit{};
+    if (workingPath_ != path_ && getrlimit(RLIMIT_FSIZE, &limit) == 0 &&
+        static_cast<rlim_t>(frames) > limit.rlim_cur / frameBytes_) {
+        throw NSError::posix(EFBIG, path_);
+    }
+}
 
 void WaveFileWriter::write(const AudioBlock& block) {
     // The interleaved samples of so many frames stay in the processor's cache.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -20,6 +21,8 @@ class WaveFileWriter {
     WaveFileWriter(const WaveFileWriter&) = delete;
     WaveFileWriter& operator=(const WaveFileWriter&) = delete;
 
+    /// Throws when the process may not write a file of so many frames.
+    void checkLimit(std::int64_t frames) const;
     /// Appends block, which has the format's channels.
     void write(const AudioBlock& block);
     /// Completes the file and gives it its name.
@@ -32,6 +35,7 @@ class WaveFileWriter {
     void check(int ffmpegResult) const;
 
     const std::string path_;
+    const std::uint32_t frameBytes_;
     const std::string workingPath_;
     const std::unique_ptr<Muxer> muxer_;
 };

@@ -42,8 +42,12 @@ JackClient openJackClient(const char* name) {
     if (orphanCount != 0) {
         throw outputError("the JACK server has just shut down");
     }
-    JackClient client(jack_client_open(name, JackNoStartServer, nullptr), jack_client_close);
+    jack_status_t status{};
+    JackClient client(jack_client_open(name, JackNoStartServer, &status), jack_client_close);
     if (!client) {
+        if ((status & JackServerError) != 0) {
+            throw outputError("the JACK server went away", kDeviceWentAway);
+        }
         throw outputError("no JACK server is running");
     }
     return client;

@@ -35,6 +35,9 @@ class JackStream::Session {
             start(wanted);
         } catch (const NSError&) {
             close();
+            if (!isServerThere()) {
+                throw outputError("the JACK server went away", kDeviceWentAway);
+            }
             throw;
         }
         return facts_;
@@ -73,6 +76,15 @@ class JackStream::Session {
             throw outputError("the JACK server does not start the stream");
         }
         connectPorts();
+    }
+
+    static bool isServerThere() {
+        try {
+            openJackClient("Orvalo look");
+            return true;
+        } catch (const NSError&) {
+            return false;
+        }
     }
 
     void connectPorts() {

@@ -1,5 +1,6 @@
 #include "platform/audio/output/LibraryCalls.h"
 
+#include <csignal>
 #include <thread>
 #include <utility>
 
@@ -7,6 +8,11 @@ namespace orvalo {
 
 std::packaged_task<void()> LibraryCalls::inTurn(std::function<void()> work) {
     return std::packaged_task<void()>([this, work = std::move(work)]() mutable {
+        // libjack writes to the socket of a server that may have died.
+        sigset_t pipeSignal;
+        sigemptyset(&pipeSignal);
+        sigaddset(&pipeSignal, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &pipeSignal, nullptr);
         const std::lock_guard lock(turn_);
         // Destroys what the work owns before the turn ends.
         const auto current = std::move(work);

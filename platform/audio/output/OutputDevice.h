@@ -45,9 +45,12 @@ class OutputDevice {
                                                std::shared_ptr<StreamFeed> feed) = 0;
 };
 
+/// The code of the error of a device that was there and went away while it was probed or opened.
+constexpr std::int64_t kDeviceWentAway = 3;
+
 /// An error of a device that cannot be used.
-inline NSError outputError(const std::string& text) {
-    return {"AudioOutputErrorDomain", 2, text};
+inline NSError outputError(const std::string& text, std::int64_t code = 2) {
+    return {"AudioOutputErrorDomain", code, text};
 }
 
 }  // namespace orvalo

@@ -66,7 +66,7 @@ AVAudioFormat SupervisedOutput::format() {
     OutputFacts facts;
     std::string failure;
     static_cast<void>(std::any_of(devices_.begin(), devices_.end(), [&](const auto& device) {
-        return succeeds(*device, failure, [&] { facts = device->probe(); });
+        return succeeds(*device, failure, [&] { facts = probe(*device); });
     }));
     const std::lock_guard lock(facts_);
     if (!reportedFormat_) {
@@ -84,10 +84,15 @@ void SupervisedOutput::start(AudioOutputSource& source) {
         countedFeed_.reset();
         earlierXruns_ = 0;
     }
-    if (openAny(nullptr)) {
+    lost_ = nullptr;
+    const bool isOpen = openAny(nullptr);
+    if (lost_ != nullptr) {
+        g_warning("Audio output: %s went away while it was opened.", lost_->name().c_str());
+    }
+    if (isOpen) {
         g_message("Audio output: %s, %s.", playing_.device->name().c_str(),
                   text(playing_.stream->facts()).c_str());
-    } else if (absence_ == Absence::fail) {
+    } else if (absence_ == Absence::fail && lost_ == nullptr) {
         throw NSError(kErrorDomain, 1,
                       "The audio output " + devices_.front()->name() +
                           " cannot be opened: " + lastFailure_ + ".");
@@ -120,12 +125,37 @@ std::uint64_t SupervisedOutput::xrunCount() const {
     return earlierXruns_ + (countedFeed_ ? countedFeed_->xrunCount() : 0);
 }
 
+OutputFacts SupervisedOutput::probe(OutputDevice& device) {
+    try {
+        auto facts = device.probe();
+        seen_ = &device;
+        return facts;
+    } catch (const NSError& error) {
+        if (error.code() == kDeviceWentAway) {
+            seen_ = &device;
+        }
+        throw;
+    }
+}
+
 bool SupervisedOutput::open(OutputDevice& device) {
-    return succeeds(device, lastFailure_, [&] {
+    bool isThere = false;
+    const bool isOpen = succeeds(device, lastFailure_, [&] {
         auto feed = std::make_shared<StreamFeed>(wakeSignal_);
-        auto stream = device.open(device.probe(), feed);
-        setPlaying({&device, std::move(feed), std::move(stream)});
+        const auto facts = probe(device);
+        isThere = true;
+        try {
+            auto stream = device.open(facts, feed);
+            setPlaying({&device, std::move(feed), std::move(stream)});
+        } catch (const NSError& error) {
+            isThere = error.code() != kDeviceWentAway;
+            throw;
+        }
     });
+    if (!isThere && seen_ == &device) {
+        lost_ = &device;
+    }
+    return isOpen;
 }
 
 bool SupervisedOutput::openAny(const OutputDevice* except) {
@@ -141,6 +171,7 @@ void SupervisedOutput::openClock(const OutputFacts& facts) {
 
 void SupervisedOutput::setPlaying(Playing playing) {
     playing_ = std::move(playing);
+    seen_ = nullptr;
     openedAt_ = lastRenderAt_ = Clock::now();
     lastRenderCount_ = 0;
     const std::lock_guard lock(facts_);

@@ -31,7 +31,8 @@ class SupervisedOutput final : public AudioOutput {
         /// place of a dead one and dies sooner than this is replaced by the clock.
         std::chrono::milliseconds retry{3000};
     };
-    /// What start() does when no device opens: throw, or play the silent clock.
+    /// What start() does when no device opens: throw, or play the silent clock. The clock also
+    /// stands in for a device that was there and went away before it was open.
     enum class Absence { fail, standIn };
 
     /// devices: in the order of preference; none to play the silent clock only.
@@ -57,6 +58,7 @@ class SupervisedOutput final : public AudioOutput {
         std::unique_ptr<OutputStream> stream;
     };
 
+    OutputFacts probe(OutputDevice& device);
     bool open(OutputDevice& device);
     bool openAny(const OutputDevice* except);
     void openClock(const OutputFacts& facts);
@@ -81,11 +83,14 @@ class SupervisedOutput final : public AudioOutput {
     Clock::time_point openedAt_;
     Clock::time_point lastRenderAt_;
     std::uint64_t lastRenderCount_ = 0;
-    bool replacedAtOnce_ = false;  ///< The stream was opened in the place of a dead one.
-    std::string lastFailure_;      ///< Why the last opening failed, as the end of a sentence.
+    bool replacedAtOnce_ = false;   ///< The stream was opened in the place of a dead one.
+    std::string lastFailure_;       ///< Why the last opening failed, as the end of a sentence.
+    OutputDevice* lost_ = nullptr;  ///< Went away between a probe and the end of its opening.
 
     std::thread thread_;
     std::atomic<bool> stopping_{false};
+
+    std::atomic<OutputDevice*> seen_{nullptr};  ///< Was there at a probe since the last stream.
 
     mutable std::mutex facts_;  ///< Guards the members below; never held during a device's calls.
     std::optional<AVAudioFormat> reportedFormat_;

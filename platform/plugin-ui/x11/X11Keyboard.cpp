@@ -2,6 +2,7 @@
 
 #include <X11/Xlib.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace orvalo {
@@ -13,6 +14,53 @@ namespace {
 bool isFocusMove(const XFocusChangeEvent& event) {
     const bool isOfGrab = event.mode == NotifyGrab || event.mode == NotifyUngrab;
     return !isOfGrab && event.detail != NotifyPointer && event.detail != NotifyPointerRoot;
+}
+
+/// The windows inside a window.
+std::vector<Window> windowsIn(Display* display, Window window) {
+    Window root = 0;
+    Window parent = 0;
+    Window* list = nullptr;
+    unsigned count = 0;
+    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0 || list == nullptr) {
+        return {};
+    }
+    const std::vector<Window> children(list, list + count);
+    XFree(list);
+    auto result = children;
+    for (const auto child : children) {
+        const auto inside = windowsIn(display, child);
+        result.insert(result.end(), inside.begin(), inside.end());
+    }
+    return result;
+}
+
+/// The windows inside the container whose client receives keys there. Only on these may another
+/// client select keys: elsewhere it would keep them from the windows above.
+std::vector<Window> windowsForKeys(Display* display, Window container) {
+    std::vector<Window> result;
+    for (const auto window : windowsIn(display, container)) {
+        XWindowAttributes attributes;
+        if (XGetWindowAttributes(display, window, &attributes) != 0 &&
+            (attributes.all_event_masks & KeyPressMask) != 0) {
+            result.push_back(window);
+        }
+    }
+    return result;
+}
+
+bool tellsThatItSendsKeys(Display* display, Window container) {
+    const auto property = XInternAtom(display, "_ORVALO_SENDS_UNUSED_KEYS", False);
+    return std::ranges::any_of(windowsIn(display, container), [&](Window window) {
+        int count = 0;
+        Atom* const properties = XListProperties(display, window, &count);
+        const bool isThere =
+            std::find(properties, properties + count, property) != properties + count;
+        if (properties != nullptr) {
+            XFree(properties);
+        }
+        return isThere;
+    });
 }
 
 }  // namespace
@@ -28,7 +76,7 @@ X11Keyboard::X11Keyboard(std::shared_ptr<X11Connection> connection, unsigned lon
         if (event.type == FocusIn || event.type == FocusOut) {
             takeFocus();
         } else if (event.type == KeyPress) {
-            reportKey(event);
+            reportSentKey(event);
         }
     });
     connection_->setPressHandler(this, [this] { handlePress(); });
@@ -64,19 +112,55 @@ void X11Keyboard::handle(const XEvent& event) {
             }
             break;
         case KeyPress:
-            reportKey(event);
+            reportSentKey(event);
             break;
         default:
             break;
     }
 }
 
-void X11Keyboard::reportKey(const XEvent& event) const {
+void X11Keyboard::reportSentKey(const XEvent& event) {
     // A key that was not sent has reached the toolkit, too.
-    if (hasKeyboard_ && event.xkey.send_event != False) {
-        if (const auto use = onUnusedKey) {
-            use({event.xkey.keycode, event.xkey.state});
+    if (!hasKeyboard_ || event.xkey.send_event == False) {
+        return;
+    }
+    sendsKeys_ = true;
+    unwatchKeys();
+    // The key that shows it may be reported already.
+    if (reported_ != std::pair(event.xkey.keycode, event.xkey.time)) {
+        reportKey(event);
+    }
+}
+
+void X11Keyboard::reportKey(const XEvent& event) {
+    reported_ = {event.xkey.keycode, event.xkey.time};
+    if (const auto use = onUnusedKey) {
+        use({event.xkey.keycode, event.xkey.state});
+    }
+}
+
+void X11Keyboard::watchKeys() {
+    if (sendsKeys_ || tellsThatItSendsKeys(connection_->display(), container_)) {
+        return;
+    }
+    for (const auto window : windowsForKeys(connection_->display(), container_)) {
+        if (std::ranges::find(watched_, window) == watched_.end()) {
+            watched_.push_back(window);
+            XSelectInput(connection_->display(), window, KeyPressMask);
+            connection_->setHandler(window, [this](const XEvent& event) {
+                if (event.type == KeyPress && event.xkey.send_event == False && hasKeyboard_) {
+                    reportKey(event);
+                }
+            });
         }
+    }
+    XFlush(connection_->display());
+}
+
+void X11Keyboard::unwatchKeys() {
+    for (const auto window : std::exchange(watched_, {})) {
+        connection_->removeHandler(window);
+        XSelectInput(connection_->display(), window, NoEventMask);
     }
 }
 
@@ -84,6 +168,7 @@ void X11Keyboard::handlePress() {
     if (connection_->pointer(container_).isInside) {
         hasKeyboard_ = true;
         takeFocus();
+        watchKeys();
     } else if (hasKeyboard_ && connection_->pointer(toplevel_).isInside) {
         // A press outside the toplevel may be in a menu of the UI.
         restoreFocus();
@@ -109,6 +194,7 @@ void X11Keyboard::restoreFocus() {
         XFlush(connection_->display());
     }
     hasKeyboard_ = false;
+    unwatchKeys();
 }
 
 unsigned long X11Keyboard::updateFocus() {

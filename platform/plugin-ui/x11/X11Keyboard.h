@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "platform/plugin-ui/x11/X11Connection.h"
 
@@ -17,9 +19,13 @@ struct X11Key {
 /// the toplevel has the keyboard: the X server then offers each key first to the window under the
 /// pointer, and to the toplevel where that window does not accept it. The previous focus returns
 /// when the pointer leaves the UI, the user clicks elsewhere in the toplevel, or the UI is hidden;
-/// at once when the UI takes the focus without a click. Keys that the UI does not use and sends to
-/// the host are reported, because GTK ignores sent keys. At most one object per toplevel. Main
-/// thread.
+/// at once when the UI takes the focus without a click.
+///
+/// Keys that the UI does not use and sends to the host are reported, because GTK ignores sent keys.
+/// Most UIs send none, though they receive all. Of such a UI each key is reported as well: it gets
+/// the key, too, and whether it uses it cannot be known. A UI tells that it sends what it does not
+/// use by the property _ORVALO_SENDS_UNUSED_KEYS of its window, or by sending a key. At most one
+/// object per toplevel. Main thread.
 class X11Keyboard {
   public:
     /// container: the window around the UI's; toplevel: the window above that.
@@ -29,8 +35,8 @@ class X11Keyboard {
     X11Keyboard(const X11Keyboard&) = delete;
     X11Keyboard& operator=(const X11Keyboard&) = delete;
 
-    /// The UI had the keyboard and sent a key on, to the container or to the toplevel. The object
-    /// may be destroyed inside. May be empty.
+    /// The UI had the keyboard and sent a key on, to the container or to the toplevel, or received
+    /// one and sends none. The object may be destroyed inside. May be empty.
     std::function<void(const X11Key&)> onUnusedKey;
 
     /// Handles the container's EnterNotify, LeaveNotify, FocusIn and KeyPress events.
@@ -40,7 +46,11 @@ class X11Keyboard {
 
   private:
     void handlePress();
-    void reportKey(const XEvent& event) const;
+    void reportSentKey(const XEvent& event);
+    void reportKey(const XEvent& event);
+    /// Follows the keys that the UI's windows receive, unless the UI sends those it does not use.
+    void watchKeys();
+    void unwatchKeys();
     void takeFocus();
     /// Returns the focus window, and notes it where it is in the toplevel but not in the container.
     unsigned long updateFocus();
@@ -48,8 +58,11 @@ class X11Keyboard {
     std::shared_ptr<X11Connection> connection_;
     const unsigned long toplevel_;
     const unsigned long container_;
-    unsigned long previousFocus_ = 0;  // As updateFocus() noted; 0 when not known.
-    bool hasKeyboard_ = false;         // The UI, by a click.
+    unsigned long previousFocus_ = 0;              // As updateFocus() noted; 0 when not known.
+    bool hasKeyboard_ = false;                     // The UI, by a click.
+    bool sendsKeys_ = false;                       // The UI has sent a key.
+    std::vector<unsigned long> watched_;           // Windows of the UI.
+    std::pair<unsigned, unsigned long> reported_;  // Code and time of the last key.
 };
 
 }  // namespace orvalo

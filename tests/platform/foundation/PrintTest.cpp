@@ -6,6 +6,7 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <ctime>
 #include <map>
 #include <sstream>
@@ -14,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/foundation/FatalError.h"
 #include "tests/platform/foundation/RedirectedDescriptor.h"
 #include "tests/testing/CapturedOutput.h"
 
@@ -197,6 +199,88 @@ TEST(Print, IgnoresAFullDevice) {
     const CapturedOutput output;
     print("and on");
     EXPECT_EQ(output.text(), "and on\n");
+}
+
+/// Makes standard output a pipe whose buffer is full. The process of a death test only.
+Pipe& fullStandardOutput() {
+    static Pipe pipe(O_NONBLOCK);
+    std::array<char, 4096> page{};
+    while (write(pipe.writer(), page.data(), page.size()) > 0) {
+    }
+    fcntl(pipe.writer(), F_SETFL, 0);
+    fcntl(pipe.reader(), F_SETFL, 0);
+    dup2(pipe.writer(), STDOUT_FILENO);
+    return pipe;
+}
+
+/// Reads until the text has that end.
+std::string readTo(std::string_view end, int descriptor) {
+    std::string text;
+    std::array<char, 4096> chunk{};
+    while (!text.ends_with(end)) {
+        const auto count = read(descriptor, chunk.data(), chunk.size());
+        text.append(chunk.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+}
+
+TEST(PrintDeathTest, LinesThatWaitFollowInOrder) {
+    EXPECT_EXIT(
+        {
+            auto& pipe = fullStandardOutput();
+            printWithoutWaiting();
+            std::string expected;
+            for (int line = 0; line < 20'000; ++line) {
+                print(std::to_string(line));
+                expected += std::to_string(line) + "\n";
+            }
+            auto text = readTo("19999\n", pipe.reader());
+            print("at once");
+            expected += "at once\n";
+            text += readTo("at once\n", pipe.reader());
+            _exit(text.substr(text.find_first_not_of('\0')) == expected ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+TEST(PrintDeathTest, BeyondAMebibyteLinesAreLostAndAMessageSaysSo) {
+    EXPECT_EXIT(
+        {
+            fullStandardOutput();
+            printWithoutWaiting();
+            const std::string line(1000, 'x');
+            for (int count = 0; count < 2000; ++count) {
+                print(line);
+            }
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "Nobody reads standard output; further lines are lost.");
+}
+
+TEST(PrintDeathTest, LinesThatWaitAreWrittenBeforeTheEnd) {
+    // The process that ends inherits this pipe.
+    const auto style = GTEST_FLAG_GET(death_test_style);
+    GTEST_FLAG_SET(death_test_style, "fast");
+    Pipe result(0);
+    EXPECT_EXIT(
+        {
+            auto& pipe = fullStandardOutput();
+            printWithoutWaiting();
+            print("the last line");
+            // Outlives this process.
+            if (fork() == 0) {
+                pipe.closeWriter();
+                close(STDOUT_FILENO);
+                const auto text = readAll(pipe.reader());
+                writeLine(result.writer(), {}, text.substr(text.find_first_not_of('\0')));
+                _exit(0);
+            }
+            fatalError("the end");
+        },
+        ::testing::KilledBySignal(SIGABRT), "^Fatal error: the end");
+    result.closeWriter();
+    GTEST_FLAG_SET(death_test_style, style);
+    EXPECT_EQ(readAll(result.reader()), "the last line\n\n");
 }
 
 }  // namespace

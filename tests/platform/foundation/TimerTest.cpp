@@ -1,5 +1,6 @@
 #include "platform/foundation/Timer.h"
 
+#include <glib.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -69,6 +70,29 @@ TEST(Timer, NeverFiresEarly) {
         EXPECT_GE(Clock::now() - start, firings * 20ms);
     });
     EXPECT_TRUE(waitUntil([&] { return firings == 5; }));
+    timer->invalidate();
+}
+
+TEST(Timer, FiresNotMuchLater) {
+    // GLib's timer of eight periods is due after the first firing, however busy the machine is:
+    // sources that are due together run in the order of their start.
+    bool hasFired = false;
+    bool isOver = false;
+    const auto timer = Timer::scheduledTimer(0.05, [&](Fired) { hasFired = true; });
+    struct Ends {
+        bool& hasFired;
+        bool& isOver;
+    } ends{hasFired, isOver};
+    g_timeout_add(
+        400,
+        [](gpointer data) -> gboolean {
+            auto& seen = *static_cast<Ends*>(data);
+            EXPECT_TRUE(seen.hasFired);
+            seen.isOver = true;
+            return G_SOURCE_REMOVE;
+        },
+        &ends);
+    EXPECT_TRUE(waitUntil([&] { return isOver; }));
     timer->invalidate();
 }
 

@@ -74,6 +74,33 @@ TEST_F(CommandLineTest, AFullDiskIsNamed) {
                   "/dev/full: No space left on device");
 }
 
+TEST_F(CommandLineTest, OnlyWavFilesAreRendered) {
+    const auto file = wav("a.wav", 48000, 100);
+    for (const auto* name : {"out.mp3", "out", "out.wav.flac"}) {
+        const auto out = (folder.path() / name).string();
+        expectRefusal({"--file", file, "--render", out},
+                      "--render writes wav files, so the name must end in .wav: '" + out + "'.");
+        EXPECT_FALSE(std::filesystem::exists(out));
+    }
+    EXPECT_EQ(run({"--file", file, "--render", (folder.path() / "OUT.WAV").string()}).status, 0);
+    EXPECT_EQ(run({"--file", file, "--render", "/dev/null"}).status, 0);
+}
+
+TEST_F(CommandLineTest, ControlCharactersInNamesAreEscaped) {
+    const auto missing = (folder.path() / "a\x1b[2J\nforged\tline").string();
+    expectRefusal({"--file", missing},
+                  (folder.path() / "a\\u001b[2J\\nforged\\u0009line").string() +
+                      ": No such file or directory");
+    const auto bundles = folder.path() / "b\n\x1b[31m";
+    std::filesystem::create_directories(bundles / "broken\r.lv2");
+    std::ofstream(bundles / "broken\r.lv2" / "manifest.ttl") << "no Turtle";
+    environment["LV2_PATH"] = bundles.string();
+    const auto end = run({"--list"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.error, HasSubstr("b\\n\\u001b[31m/broken\\u000d.lv2"));
+    EXPECT_EQ(end.error.find_first_of("\x1b\r"), std::string::npos) << end.error;
+}
+
 TEST_F(CommandLineTest, ListShowsTheRegistryInItsOrder) {
     environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
     const auto end = run({"--list"});

@@ -6,6 +6,7 @@
 #include <regex>
 
 #include "tests/programs/play/PlayFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -87,6 +88,16 @@ TEST_F(PerformanceTest, PlaysTheRequestedPassesAndStops) {
         ElementsAreArray(joined(joined(start(file), {looped + "1.", looped + "2."}), stop())));
     EXPECT_THAT(end.error,
                 HasSubstr("Audio output: a silent clock (48000 Hz, 2 channels, 512 frames)."));
+}
+
+TEST_F(PerformanceTest, PassesShorterThanTheWaitForTheEndAreCountedExactly) {
+    const auto file = wav("music.wav", 48000, 4800);
+    const auto end = run({"--file", file, "--passes", "3"});
+    EXPECT_EQ(end.status, 0);
+    const auto looped = "AUEnginePlayer: Current audio file '" + file + "' looped: ";
+    EXPECT_THAT(plain(end.output),
+                ElementsAreArray(joined(
+                    joined(start(file), {looped + "1.", looped + "2.", looped + "3."}), stop())));
 }
 
 TEST_F(PerformanceTest, PlaysADemonstrationFileUntilTheSecondsAreOver) {
@@ -183,6 +194,56 @@ TEST_F(PerformanceTest, AClosedOutputDoesNotEndIt) {
     playing.closeOutput();
     playing.signal(SIGINT);
     EXPECT_EQ(playing.wait(), 0);
+}
+
+/// The command with a standard output whose pipe is full from the start.
+std::vector<std::string> onFullPipe(std::vector<std::string> command) {
+    const std::vector<std::string> shell{"sh", "-c", "head -c 65536 /dev/zero; exec \"$0\" \"$@\""};
+    command.insert(command.begin(), shell.begin(), shell.end());
+    return command;
+}
+
+TEST_F(PerformanceTest, AnUnreadOutputDoesNotKeepItFromEnding) {
+    for (const int number : {SIGINT, SIGTERM}) {
+        Program playing(onFullPipe(command({"--file", wav("music.wav", 48000, 4800)})),
+                        environment);
+        ASSERT_TRUE(pollUntil(
+            [&] { return playing.standardError().find("Audio output: ") != std::string::npos; }));
+        playing.signal(number);
+        EXPECT_EQ(playing.wait(), 0);
+    }
+    Program playing(
+        onFullPipe(command({"--file", wav("music.wav", 48000, 4800), "--seconds", "0.1"})),
+        environment);
+    EXPECT_EQ(playing.wait(), 0);
+}
+
+TEST_F(PerformanceTest, AnOutputReadLateHasAllLinesInOrder) {
+    const auto file = wav("music.wav", 48000, 480000);
+    Program playing(onFullPipe(command({"--file", file})), environment);
+    ASSERT_TRUE(pollUntil(
+        [&] { return playing.standardError().find("Audio output: ") != std::string::npos; }));
+    auto lines = plain(playing.readUntil("AUEnginePlayer: Audio engine starting."));
+    lines.front().erase(0, 65536);
+    EXPECT_THAT(lines, ElementsAreArray(start(file)));
+    playing.signal(SIGINT);
+    EXPECT_THAT(plain(playing.readAll()), ElementsAreArray(stop()));
+    EXPECT_EQ(playing.wait(), 0);
+}
+
+TEST_F(PerformanceTest, ClosedStandardStreamsAreOpenedOnTheNullDevice) {
+    std::vector<std::string> closing{"sh", "-c", "exec \"$0\" \"$@\" <&- >&- 2>&-"};
+    const auto playing = command({"--file", wav("music.wav", 48000, 480000)});
+    closing.insert(closing.end(), playing.begin(), playing.end());
+    Program closed(closing, environment);
+    for (int stream = 0; stream < 3; ++stream) {
+        const auto link =
+            "/proc/" + std::to_string(closed.process()) + "/fd/" + std::to_string(stream);
+        EXPECT_TRUE(pollUntil([&] {
+            std::error_code missing;
+            return std::filesystem::read_symlink(link, missing) == "/dev/null";
+        })) << stream;
+    }
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -261,6 +263,59 @@ TEST_F(RenderTest, AFailureKeepsTheOldFile) {
     std::getline(std::ifstream(out) >> std::ws, left);
     EXPECT_EQ(left, "precious");
     EXPECT_FALSE(std::filesystem::exists(out + ".part"));
+}
+
+class LimitedRenderTest : public RenderTest {
+  protected:
+    /// Renders that file behind a shell's preparation. The error goes to standard output, because
+    /// the limits apply to files. Expects that status and last line, and no file.
+    void expectFailure(const std::string& file, const std::string& preparation, int status,
+                       const std::string& line) {
+        auto rendering = command({"--file", file, "--render", out});
+        const std::vector<std::string> shell{"sh", "-c",
+                                             preparation + " && exec \"$0\" \"$@\" 2>&1"};
+        rendering.insert(rendering.begin(), shell.begin(), shell.end());
+        Program limited(rendering, environment);
+        const auto lines = limited.readAll();
+        EXPECT_EQ(limited.wait(), status);
+        ASSERT_FALSE(lines.empty());
+        EXPECT_EQ(lines.back(), "orvalo-play: " + line);
+        EXPECT_FALSE(std::filesystem::exists(out));
+        EXPECT_FALSE(std::filesystem::exists(out + ".part"));
+    }
+};
+
+TEST_F(LimitedRenderTest, ALimitOnTheSizeOfFilesIsNamed) {
+    const auto file = wav("music.wav", 48000, 48000);
+    for (const auto* blocks : {"0", "1", "100", "700"}) {
+        expectFailure(file, std::string("ulimit -f ") + blocks, 2, out + ": File too large");
+    }
+}
+
+TEST_F(LimitedRenderTest, ALimitThatTheEffectsMemoryExceedsIsNamed) {
+    expectFailure(wav("music.wav", 48000, 100), "ulimit -f 16", 1,
+                  "The plug-in <urn:tessaly:orvalo> cannot be used: The memory shared with an "
+                  "effect: File too large.");
+}
+
+TEST_F(LimitedRenderTest, AFullDiskIsNamed) {
+    const auto file = wav("music.wav", 48000, 48000);
+    const auto disk = folder.path() / "disk";
+    std::filesystem::create_directories(disk);
+    out = (disk / "out.wav").string();
+    // In a mount namespace, which needs a user namespace when the test is not root's.
+    auto rendering = command({"--file", file, "--render", out});
+    const std::vector<std::string> shell{"unshare", geteuid() == 0 ? "-m" : "-mr", "sh", "-c",
+                                         "mount -t tmpfs -o size=100k none '" + disk.string() +
+                                             "' && \"$0\" \"$@\" 2>&1; echo status $?; ls -A '" +
+                                             disk.string() + "'"};
+    rendering.insert(rendering.begin(), shell.begin(), shell.end());
+    Program limited(rendering, environment);
+    const auto lines = limited.readAll();
+    EXPECT_EQ(limited.wait(), 0);
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_EQ(lines[lines.size() - 2], "orvalo-play: " + out + ": No space left on device");
+    EXPECT_EQ(lines.back(), "status 2");
 }
 
 }  // namespace

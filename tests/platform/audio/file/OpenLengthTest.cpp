@@ -84,6 +84,48 @@ TEST_F(OpenLengthTest, OtherContainersAreRead) {
     }
 }
 
+// The sound's length counts, whether a tag states it or not.
+TEST_F(OpenLengthTest, AFilmLongerThanItsSoundIsAsLongAsItsSound) {
+    writeWav(at("a.wav"), signal_, 48000.0);
+    for (const auto* name : {"a.mkv", "a.webm"}) {
+        SCOPED_TRACE(name);
+        const bool isWebm = std::string(name) == "a.webm";
+        encode(
+            at("a.wav"), at(name),
+            {"-f", "lavfi", "-i", "color=red:size=64x64:duration=3", "-map", "0:a", "-map", "1:v",
+             "-c:v", isWebm ? "libvpx" : "mpeg4", "-c:a", isWebm ? "libopus" : "pcm_s16le"});
+        const auto file = open(at(name));
+        EXPECT_NEAR(static_cast<double>(file->length()), kFrames, 3000.0);
+        EXPECT_EQ(readOn(*file).front().size(), static_cast<std::size_t>(file->length()));
+    }
+}
+
+TEST_F(OpenLengthTest, AFilmWithoutATagForItsSoundIsAsLongAsItsSound) {
+    writeWav(at("a.wav"), signal_, 48000.0);
+    encode(at("a.wav"), at("a.mkv"),
+           {"-f", "lavfi", "-i", "color=red:size=64x64:duration=3", "-map", "0:a", "-map", "1:v",
+            "-c:v", "mpeg4", "-c:a", "vorbis", "-strict", "-2"});
+    auto bytes = bytesOf(at("a.mkv"));
+    for (std::size_t place = 0; (place = bytes.find("DURATION", place)) != std::string::npos;) {
+        bytes.replace(place, 8, "UNKNOWN_");
+    }
+    writeBytes(at("a.mkv"), bytes);
+    const auto file = open(at("a.mkv"));
+    EXPECT_NEAR(static_cast<double>(file->length()), kFrames, 3000.0);
+    EXPECT_EQ(readOn(*file).front().size(), static_cast<std::size_t>(file->length()));
+}
+
+TEST_F(OpenLengthTest, AFilmWhoseSoundIsCutShortIsRefused) {
+    writeWav(at("a.wav"), noise(2, 480000), 48000.0);
+    encode(at("a.wav"), at("a.mkv"),
+           {"-f", "lavfi", "-i", "color=red:size=64x64:duration=3", "-map", "0:a", "-map", "1:v",
+            "-c:v", "mpeg4", "-c:a", "flac"});
+    auto bytes = bytesOf(at("a.mkv"));
+    writeBytes(at("a.mkv"), bytes.substr(0, bytes.size() / 2));
+    EXPECT_EQ(refusalOf(at("a.mkv")),
+              at("a.mkv").string() + ": the file is shorter than it states");
+}
+
 TEST_F(OpenLengthTest, CoverArtIsIgnored) {
     encode("color=red:size=64x64:duration=0.1", at("cover.png"), {"-frames:v", "1"});
     writeWav(at("a.wav"), 44100, signal_);

@@ -76,6 +76,9 @@ OutputFacts FakeDevice::probe() {
 
 std::unique_ptr<OutputStream> FakeDevice::open(const OutputFacts& facts,
                                                std::shared_ptr<StreamFeed> feed) {
+    if (controls_->diesWhileItOpens) {
+        throw outputError(name_ + " went away", kDeviceWentAway);
+    }
     if (!controls_->opens) {
         throw NSError("FakeErrorDomain", 7, name_ + " is busy");
     }

@@ -14,6 +14,7 @@ namespace orvalo::testing {
 struct FakeControls {
     std::atomic<bool> isThere{true};
     std::atomic<bool> opens{true};
+    std::atomic<bool> diesWhileItOpens{false};
     std::atomic<bool> isFrozen{false};  ///< Open streams do not render.
     std::atomic<double> sampleRate{48000.0};
     std::atomic<std::uint32_t> frameCount{32};

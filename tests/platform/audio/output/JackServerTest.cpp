@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <thread>
@@ -296,6 +297,56 @@ TEST_F(JackServerTest, ReplacesAHangingServerByTheClock) {
               "channels, 64 frames).");
     // The client that was left open ends with the server.
     kill(*server);
+}
+
+/// The connections to sockets of that JACK server.
+std::size_t connections(const std::string& server) {
+    std::ifstream sockets("/proc/net/unix");
+    std::size_t count = 0;
+    for (std::string line; std::getline(sockets, line);) {
+        count += line.find(server) != std::string::npos ? 1 : 0;
+    }
+    return count;
+}
+
+TEST_F(JackServerTest, AServerKilledWhileAClientOpensIsReplacedByTheClock) {
+    timing_.retry = std::chrono::hours(1);
+    for (const bool hasProbed : {false, true}) {
+        const auto server = startServer("48000", "64");
+        const LogLines log;
+        const auto output = makeOutput(SupervisedOutput::Absence::fail);
+        if (hasProbed) {
+            output->format();
+            // The probe's client is closed in its turn.
+            EXPECT_TRUE(libjack().finishWithin(std::chrono::minutes(1), [] {}));
+        }
+        // A stopped server keeps the client waiting in jack_client_open().
+        const auto before = connections(server_);
+        server->signal(SIGSTOP);
+        std::thread starting([&] { output->start(source_); });
+        EXPECT_TRUE(testing::pollUntil([&] { return connections(server_) > before; }));
+        kill(*server);
+        starting.join();
+        output->stop();
+        EXPECT_THAT(log.messages(),
+                    ElementsAre("Audio output: JACK went away while it was opened.",
+                                "Audio output: none found; a silent clock takes its place (48000 "
+                                "Hz, 2 channels, 512 frames)."));
+    }
+}
+
+TEST_F(JackServerTest, AServerKilledAfterTheProbeIsReplacedByTheClock) {
+    timing_.retry = std::chrono::hours(1);
+    const auto server = startServer("48000", "64");
+    const auto output = makeOutput(SupervisedOutput::Absence::fail);
+    output->format();
+    kill(*server);
+    output->start(source_);
+    output->stop();
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: JACK went away while it was opened.",
+                            "Audio output: none found; a silent clock takes its place (48000 Hz, "
+                            "2 channels, 512 frames)."));
 }
 
 TEST_F(JackServerTest, StartsNoServer) {

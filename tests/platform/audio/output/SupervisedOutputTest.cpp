@@ -123,6 +123,36 @@ TEST_F(SupervisedOutputTest, StartThrowsWhenTheNamedDeviceDoesNotOpen) {
     output.stop();
 }
 
+TEST_F(SupervisedOutputTest, TheClockStandsInForANamedDeviceThatWentAwayBeforeItWasOpen) {
+    timing_.retry = hours(1);
+    for (const bool diesWhileItOpens : {false, true}) {
+        std::vector<std::unique_ptr<OutputDevice>> devices;
+        devices.push_back(std::make_unique<FakeDevice>("Alpha", alpha_));
+        SupervisedOutput output(std::move(devices), Absence::fail, timing_);
+        const LogLines log;
+        alpha_->isThere = true;
+        alpha_->diesWhileItOpens = diesWhileItOpens;
+        output.format();
+        alpha_->isThere = diesWhileItOpens;
+        output.start(source_);
+        output.stop();
+        EXPECT_THAT(log.messages(),
+                    ElementsAre("Audio output: Alpha went away while it was opened.",
+                                "Audio output: none found; a silent clock takes its place (48000 "
+                                "Hz, 2 channels, 512 frames)."));
+    }
+}
+
+TEST_F(SupervisedOutputTest, TheNextDeviceReplacesOneThatWentAwayBeforeItWasOpen) {
+    const auto output = makeOutput();
+    alpha_->diesWhileItOpens = true;
+    output->start(source_);
+    output->stop();
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: Alpha went away while it was opened.",
+                            "Audio output: Beta, 48000 Hz, 2 channels, 32 frames."));
+}
+
 TEST_F(SupervisedOutputTest, ReopensADeadStreamWithItsNewFormat) {
     const auto output = makeOutput();
     output->format();

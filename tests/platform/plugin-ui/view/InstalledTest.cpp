@@ -117,6 +117,37 @@ class InstalledPluginUI : public ::testing::TestWithParam<Installed> {
     std::shared_ptr<UIViewController> controller_;
 };
 
+TEST_P(InstalledPluginUI, LeavesTheShortcutsToTheWindow) {
+    constexpr unsigned long space = 0x20;
+    constexpr unsigned long controlKey = 0xFFE3;
+    constexpr unsigned long q = 0x71;
+    for (const auto* trigger : {"space", "<Control>q"}) {
+        auto* controller = gtk_shortcut_controller_new();
+        gtk_shortcut_controller_set_scope(GTK_SHORTCUT_CONTROLLER(controller),
+                                          GTK_SHORTCUT_SCOPE_GLOBAL);
+        gtk_shortcut_controller_add_shortcut(
+            GTK_SHORTCUT_CONTROLLER(controller),
+            gtk_shortcut_new(gtk_shortcut_trigger_parse_string(trigger),
+                             gtk_signal_action_new("clicked")));
+        gtk_widget_add_controller(window_.button(), controller);
+    }
+    window_.present();
+    ASSERT_TRUE(isDrawn());
+    ASSERT_TRUE(
+        pollUntil([this] { return gtk_window_is_active(GTK_WINDOW(window_.window())) != FALSE; }));
+    const auto place = window_.place();
+    click(place.x + place.width / 2, place.y + place.height - 20);
+    runFor(40);
+    strikeKey(space);
+    EXPECT_TRUE(pollUntil([this] { return window_.presses() == 1; }));
+    holdKey(controlKey, true);
+    strikeKey(q);
+    holdKey(controlKey, false);
+    EXPECT_TRUE(pollUntil([this] { return window_.presses() == 2; }));
+    runFor(40);
+    EXPECT_EQ(window_.presses(), 2);
+}
+
 TEST_P(InstalledPluginUI, IsDrawnMovedHiddenAndClosed) {
     window_.present();
     ASSERT_TRUE(isDrawn());

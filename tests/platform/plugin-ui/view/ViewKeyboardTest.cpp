@@ -88,7 +88,8 @@ TEST_F(ViewKeyboard, KeysThatTheUISendsOnReachTheWindowsShortcuts) {
     record_.keyMask = kKeyPressMask;
     showAndClick();
     strikeKey(kSpace);
-    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 1; }));
+    ASSERT_TRUE(pollUntil([this] { return window_->presses() == 1 && record_.keys.size() == 1; }));
+    runFor(20);
     // The UI still has the keyboard.
     strikeKey(kSpace);
     ASSERT_TRUE(pollUntil([this] { return window_->presses() == 2; }));

@@ -140,6 +140,44 @@ TEST_F(PluginUIKeyboard, ReportsKeysThatTheUISendsOnWhileItHasTheKeyboard) {
     EXPECT_TRUE(unused.empty());
 }
 
+TEST_F(PluginUIKeyboard, ReportsTheKeysOfAUIThatSendsNoneOn) {
+    toplevel_.focusInside();
+    open();
+    std::vector<unsigned> unused;
+    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
+    const unsigned space = keycode(kSpace);
+    ASSERT_NO_FATAL_FAILURE(letUITakeFocus());
+    strikeKey(kSpace);
+    EXPECT_TRUE(pollUntil([&] { return unused == std::vector{space}; }));
+    // The UI gets the key, too.
+    EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
+    // Its first key that it sends on is reported once, and then only those.
+    record_.keyMask = 1;
+    strikeKey(kSpace);
+    EXPECT_TRUE(pollUntil([&] { return unused.size() == 2 && record_.keys.size() == 2; }));
+    runFor(20);
+    record_.keyMask.reset();
+    strikeKey(kSpace);
+    EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 3; }));
+    runFor(20);
+    EXPECT_EQ(unused, (std::vector{space, space}));
+}
+
+TEST_F(PluginUIKeyboard, LeavesTheKeysOfAUIThatTellsThatItSendsThem) {
+    toplevel_.focusInside();
+    open();
+    std::vector<unsigned> unused;
+    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
+    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
+    tellOfUnusedKeys(record_.window);
+    ASSERT_NO_FATAL_FAILURE(clickIntoUI());
+    strikeKey(kSpace);
+    EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
+    runFor(20);
+    EXPECT_TRUE(unused.empty());
+}
+
 TEST_F(PluginUIKeyboard, LeavesKeysThatTheUIDoesNotSelectToTheToplevel) {
     toplevel_.focusInside();
     open();

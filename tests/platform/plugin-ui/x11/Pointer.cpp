@@ -1,5 +1,6 @@
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 
@@ -35,6 +36,11 @@ void strikeKey(unsigned long keysym) {
     XSync(screen(), False);
 }
 
+void holdKey(unsigned long keysym, bool down) {
+    XTestFakeKeyEvent(screen(), keycode(keysym), down ? True : False, CurrentTime);
+    XSync(screen(), False);
+}
+
 unsigned keycode(unsigned long keysym) {
     return XKeysymToKeycode(screen(), keysym);
 }
@@ -45,6 +51,14 @@ void sendKey(unsigned long window, unsigned code) {
     event.xkey.window = window;
     event.xkey.keycode = code;
     XSendEvent(screen(), window, False, NoEventMask, &event);
+    XSync(screen(), False);
+}
+
+void tellOfUnusedKeys(unsigned long window) {
+    const unsigned long yes = 1;
+    XChangeProperty(screen(), window, XInternAtom(screen(), "_ORVALO_SENDS_UNUSED_KEYS", False),
+                    XA_CARDINAL, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(&yes),
+                    1);
     XSync(screen(), False);
 }
 

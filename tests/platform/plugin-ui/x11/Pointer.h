@@ -12,10 +12,16 @@ void releaseButton(unsigned button);
 void click(int x, int y, unsigned button = 1);
 /// Presses and releases the key with that keysym.
 void strikeKey(unsigned long keysym);
+/// Presses or releases the key of a keysym.
+void holdKey(unsigned long keysym, bool down);
+
 /// The keycode of a keysym.
 unsigned keycode(unsigned long keysym);
 
 /// Sends the client that created the window a KeyPress of that keycode.
 void sendKey(unsigned long window, unsigned code);
+
+/// Sets the property of a UI that sends the keys it does not use.
+void tellOfUnusedKeys(unsigned long window);
 
 }  // namespace orvalo::testing
