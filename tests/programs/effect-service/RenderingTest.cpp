@@ -40,7 +40,7 @@ TEST_P(ServiceRendering, IsBitIdenticalToRenderingInThisProcess) {
     EXPECT_EQ(effect_.render(input_, kLengths, kFrames),
               renderBlocks(*reference_.unit, input_, kLengths, kFrames));
     EXPECT_EQ(effect_.events, reference_.events);
-    EXPECT_EQ(effect_.audio().control().latency.load(), reference_.unit->latency());
+    EXPECT_EQ(effect_.audio().control().latencies[0].load(), reference_.unit->latency());
 }
 
 TEST_P(ServiceRendering, RendersLongQuantaInSpansThatTheEffectBears) {
@@ -112,7 +112,7 @@ TEST(ServiceProbe, PublishesControlValues) {
     EXPECT_EQ(effect.control("corner"), 24000.0F);
     effect.renderQuantum(16);
     EXPECT_EQ(effect.control("latency"), 64.0F);
-    EXPECT_EQ(effect.audio().control().latency.load(), 64U);
+    EXPECT_EQ(effect.audio().control().latencies[0].load(), 64U);
     effect.service.send(bridge::LoadPreset{1, "urn:orvalo:zoo:probe#loud"});
     EXPECT_EQ(effect.service.answer(1), "");
     EXPECT_EQ(effect.control("gain"), 2.0F);

@@ -86,7 +86,7 @@ TEST_F(OpenLengthTest, OtherContainersAreRead) {
 
 // The sound's length counts, whether a tag states it or not.
 TEST_F(OpenLengthTest, AFilmLongerThanItsSoundIsAsLongAsItsSound) {
-    writeWav(at("a.wav"), signal_, 48000.0);
+    writeWav(at("a.wav"), 48000, signal_);
     for (const auto* name : {"a.mkv", "a.webm"}) {
         SCOPED_TRACE(name);
         const bool isWebm = std::string(name) == "a.webm";
@@ -101,7 +101,7 @@ TEST_F(OpenLengthTest, AFilmLongerThanItsSoundIsAsLongAsItsSound) {
 }
 
 TEST_F(OpenLengthTest, AFilmWithoutATagForItsSoundIsAsLongAsItsSound) {
-    writeWav(at("a.wav"), signal_, 48000.0);
+    writeWav(at("a.wav"), 48000, signal_);
     encode(at("a.wav"), at("a.mkv"),
            {"-f", "lavfi", "-i", "color=red:size=64x64:duration=3", "-map", "0:a", "-map", "1:v",
             "-c:v", "mpeg4", "-c:a", "vorbis", "-strict", "-2"});
@@ -116,7 +116,7 @@ TEST_F(OpenLengthTest, AFilmWithoutATagForItsSoundIsAsLongAsItsSound) {
 }
 
 TEST_F(OpenLengthTest, AFilmWhoseSoundIsCutShortIsRefused) {
-    writeWav(at("a.wav"), noise(2, 480000), 48000.0);
+    writeWav(at("a.wav"), 48000, noise(2, 480000));
     encode(at("a.wav"), at("a.mkv"),
            {"-f", "lavfi", "-i", "color=red:size=64x64:duration=3", "-map", "0:a", "-map", "1:v",
             "-c:v", "mpeg4", "-c:a", "flac"});
