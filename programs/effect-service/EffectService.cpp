@@ -6,8 +6,6 @@
 
 #include "platform/audio/lv2/URIDMap.h"
 #include "platform/foundation/NSError.h"
-#include "programs/effect-service/CallConfinement.h"
-#include "programs/effect-service/EffectPlaces.h"
 
 namespace orvalo {
 
@@ -73,8 +71,6 @@ void EffectService::take(const bridge::Instantiate& request) {
     }
     // Before any code of the effect is loaded, while the process has one thread.
     g_setenv("TMPDIR", request.stateFolder.c_str(), TRUE);
-    confineFiles(effectPlaces(request.bundles, request.stateFolder));
-    confineCalls();
     // These URIs get the first numbers in every service, also in the one that saved the state.
     LV2URIDs::shared();
     try {

@@ -2,7 +2,6 @@
 
 #include <glib.h>
 #include <pthread.h>
-#include <sched.h>
 
 #include <algorithm>
 #include <chrono>
@@ -51,6 +50,7 @@ ServiceAudioThread::~ServiceAudioThread() {
 }
 
 void ServiceAudioThread::serve() noexcept {
+    // By this name the host finds the thread, whose scheduling it sets.
     pthread_setname_np(pthread_self(), "effect-audio");
     const DenormalGuard denormals;
     auto& control = audio_.control();
@@ -60,32 +60,12 @@ void ServiceAudioThread::serve() noexcept {
             Futex::wait(control.request, answered, std::chrono::steady_clock::now() + kLongestWait);
             continue;
         }
-        applyScheduling();
         render();
         answered = request;
         control.response.store(answered, std::memory_order_release);
         Futex::wake(control.response);
     }
     hasEnded_.store(true, std::memory_order_release);
-}
-
-void ServiceAudioThread::applyScheduling() {
-    const auto& control = audio_.control();
-    const int policy = control.schedulingPolicy.load(std::memory_order_relaxed);
-    const int priority = control.schedulingPriority.load(std::memory_order_relaxed);
-    if (policy == policy_ && priority == priority_) {
-        return;
-    }
-    policy_ = policy;
-    priority_ = priority;
-    const sched_param parameters{.sched_priority = priority};
-    const int error = pthread_setschedparam(pthread_self(), policy, &parameters);
-    if (error != 0) {
-        g_message(
-            "The effect's audio thread is refused real-time priority %d (%s); under load its "
-            "output may be late.",
-            priority, g_strerror(error));
-    }
 }
 
 void ServiceAudioThread::render() noexcept {

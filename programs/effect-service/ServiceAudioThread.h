@@ -30,7 +30,6 @@ class ServiceAudioThread {
 
   private:
     void serve() noexcept;
-    void applyScheduling();
     void render() noexcept;
 
     const std::shared_ptr<LV2LocalAudioUnit> unit_;
@@ -39,8 +38,6 @@ class ServiceAudioThread {
     std::atomic<bool> hasEnded_{false};
     std::atomic<std::uint32_t> lost_{0};
     // Used by the thread alone.
-    int policy_ = 0;  // The last ones requested.
-    int priority_ = 0;
     std::int64_t start_ = 0;  // The sample time of the quantum.
     std::optional<SharedEventWriter> events_;
     std::thread thread_;

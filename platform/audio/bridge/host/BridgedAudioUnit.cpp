@@ -60,8 +60,9 @@ ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program) {
     return {
         .program = program,
         .uri = data().uri,
-        .bundles = world().bundlesOf(data().uri),
-        .stateFolder = paths_.folder().string(),
+        .places = {.bundles = world().bundlesOf(data().uri),
+                   .scratch = paths_.folder().string(),
+                   .hasPluginUI = data().hasX11UI && pluginUIProvider() != nullptr},
         .layout = {data().inputChannelCount, data().outputChannelCount,
                    static_cast<std::uint32_t>(data().ports.size())},
         .ports = data().ports,

@@ -15,17 +15,14 @@ namespace {
 // An hour at 192 kHz. The service's value is not trusted beyond it.
 constexpr std::uint32_t kLongestLatency = 691200000;
 
-/// Requests that the service's audio thread runs one step below the calling thread, so that an
-/// effect that never returns cannot keep the render thread from its deadline. Offline: without a
-/// real-time priority.
-void requestScheduling(SharedAudio::Control& control, bool isOffline) noexcept {
+/// The service's audio thread runs one step below the calling thread, so that an effect that never
+/// returns cannot keep the render thread from its deadline. Offline: without a real-time priority.
+Scheduling wantedScheduling(bool isOffline) noexcept {
     const int policy = isOffline ? SCHED_OTHER : sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
     sched_param own{};
     const bool isRealTime =
         (policy == SCHED_FIFO || policy == SCHED_RR) && sched_getparam(0, &own) == 0;
-    control.schedulingPolicy.store(isRealTime ? policy : SCHED_OTHER, std::memory_order_relaxed);
-    control.schedulingPriority.store(isRealTime ? std::max(own.sched_priority - 1, 1) : 0,
-                                     std::memory_order_relaxed);
+    return isRealTime ? Scheduling{policy, std::max(own.sched_priority - 1, 1)} : Scheduling{};
 }
 
 }  // namespace
@@ -121,7 +118,7 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) no
     for (std::uint32_t channel = 0; channel < shared.channelCount; ++channel) {
         std::copy_n(input.channels[channel], input.frameCount, shared.channels[channel]);
     }
-    requestScheduling(control, isOffline());
+    session.scheduling.store(wantedScheduling(isOffline()), std::memory_order_relaxed);
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
     session.isOutstanding = true;
     session.sampleTime = sampleTime_;

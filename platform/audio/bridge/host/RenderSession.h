@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sched.h>
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -13,6 +15,14 @@
 #include "platform/audio/bridge/wire/SharedAudio.h"
 
 namespace orvalo {
+
+/// As for sched_setscheduler().
+struct Scheduling {
+    std::int32_t policy = SCHED_OTHER;
+    std::int32_t priority = 0;
+
+    friend bool operator==(const Scheduling&, const Scheduling&) = default;
+};
 
 /// The render thread's connection to one service.
 struct RenderSession {
@@ -70,6 +80,8 @@ struct RenderSession {
     std::atomic<bool> hasEnded{false};
     /// The number of the last quantum.
     std::atomic<std::uint32_t> handedOver{0};
+    /// What the service's audio thread should have. The render thread writes it.
+    std::atomic<Scheduling> scheduling{};
 
     // Used by the render thread alone.
     bool isOutstanding = false;    ///< The last quantum's answer has not been read.

@@ -2,9 +2,11 @@
 
 #include <glib.h>
 #include <poll.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 
 #include "platform/audio/bridge/host/PlainText.h"
@@ -23,12 +25,12 @@ std::string mebibytesText(std::uint64_t bytes) {
 
 ServiceRun::ServiceRun(const Surroundings& surroundings)
     : surroundings_(surroundings),
-      process_(surroundings.order.program),
+      process_(surroundings.order.program, surroundings.order.places),
       channel_(process_.takeSocket()),
       log_(process_.takeOutput(), surroundings.order.uri, surroundings.limits.logLines),
       session_(std::make_unique<RenderSession>(SharedAudio::make(surroundings.order.layout))),
       nextPing_(Clock::now() + surroundings.limits.ping),
-      nextMemoryCheck_(nextPing_) {
+      nextUseCheck_(nextPing_) {
     sendInstantiate();
 }
 
@@ -41,8 +43,8 @@ void ServiceRun::sendInstantiate() {
     bridge::HostMessage message = bridge::Instantiate{
         .number = 0,
         .uri = order.uri,
-        .bundles = order.bundles,
-        .stateFolder = order.stateFolder,
+        .bundles = order.places.bundles,
+        .stateFolder = order.places.scratch,
         .contextName = last.contextName,
         .sampleRate = last.sampleRate,
         .state = last.state,
@@ -98,12 +100,13 @@ bool ServiceRun::handleEvents(int wakeup) {
     }
     sendPingWhenDue(now);
     observeQuanta(now);
+    applyScheduling();
     auto fault = pending_.overdue(now, surroundings_.limits);
     if (fault.empty()) {
         fault = overdueQuantum(now);
     }
     if (fault.empty()) {
-        fault = excessiveMemory(now);
+        fault = excessiveUse(now);
     }
     if (fault.empty()) {
         return true;
@@ -244,23 +247,53 @@ void ServiceRun::observeQuanta(Time now) {
     }
 }
 
+void ServiceRun::applyScheduling() {
+    if (readySession_ == nullptr) {
+        return;
+    }
+    const auto wanted = readySession_->scheduling.load(std::memory_order_relaxed);
+    if (wanted == scheduling_) {
+        return;
+    }
+    if (audioThread_ == 0) {
+        // The thread may not have its name yet.
+        audioThread_ = process_.threadNamed("effect-audio");
+        if (audioThread_ == 0) {
+            return;
+        }
+    }
+    scheduling_ = wanted;
+    const sched_param parameters{.sched_priority = wanted.priority};
+    if (sched_setscheduler(audioThread_, wanted.policy, &parameters) != 0) {
+        g_message(
+            "The audio thread of the effect <%s> is refused real-time priority %d (%s); under load "
+            "its output may be late.",
+            surroundings_.order.uri.c_str(), wanted.priority, g_strerror(errno));
+    }
+}
+
 std::string ServiceRun::overdueQuantum(Time now) const {
     const auto limit = surroundings_.limits.hang;
     const bool isOverdue = readySession_ != nullptr && now - unansweredSince_ > limit;
     return isOverdue ? "did not finish a quantum within " + durationText(limit) : "";
 }
 
-std::string ServiceRun::excessiveMemory(Time now) {
-    if (now < nextMemoryCheck_) {
+std::string ServiceRun::excessiveUse(Time now) {
+    if (now < nextUseCheck_) {
         return "";
     }
     const auto& limits = surroundings_.limits;
-    nextMemoryCheck_ = now + limits.ping;
-    const auto memory = process_.residentMemory();
-    return memory <= limits.memory
-               ? ""
-               : "used " + mebibytesText(memory) + " of memory, more than the limit of " +
-                     mebibytesText(limits.memory);
+    nextUseCheck_ = now + limits.ping;
+    const auto use = process_.use();
+    if (use.memory > limits.memory) {
+        return "used " + mebibytesText(use.memory) + " of memory, more than the limit of " +
+               mebibytesText(limits.memory);
+    }
+    if (use.threads > limits.threads) {
+        return "ran " + std::to_string(use.threads) + " threads, more than the limit of " +
+               std::to_string(limits.threads);
+    }
+    return "";
 }
 
 // End.

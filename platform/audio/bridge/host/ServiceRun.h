@@ -79,9 +79,10 @@ class ServiceRun {
 
     void sendPingWhenDue(Time now);
     void observeQuanta(Time now);
+    void applyScheduling();
     // Each is the clause why the service has to be killed, or "".
     std::string overdueQuantum(Time now) const;
-    std::string excessiveMemory(Time now);
+    std::string excessiveUse(Time now);
 
     void disconnectRender();
     std::string activity(Time now) const;
@@ -97,8 +98,10 @@ class ServiceRun {
 
     std::uint32_t lastNumber_ = 0;
     PendingRequests pending_;
+    pid_t audioThread_ = 0;    // The service's.
+    Scheduling scheduling_{};  // The last one that it was given, or refused.
     Time nextPing_;
-    Time nextMemoryCheck_;
+    Time nextUseCheck_;
     std::uint32_t lastQuantum_ = 0;  // The number of the quantum that was handed over last.
     Time lastQuantumTime_;
     Time unansweredSince_;  // Since when that quantum has been unanswered.

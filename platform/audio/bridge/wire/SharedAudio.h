@@ -32,9 +32,6 @@ class SharedAudio {
         // Written by the host before request.
         /// 1 to kMaximumFramesToRender.
         std::atomic<std::uint32_t> frameCount{0};
-        /// The wanted scheduling of the service's audio thread, as for sched_setscheduler().
-        std::atomic<std::int32_t> schedulingPolicy{0};
-        std::atomic<std::int32_t> schedulingPriority{0};
         alignas(64) std::atomic<std::uint32_t> response{0};
         // Written by the service before response.
         /// AUAudioUnit::latency().

@@ -54,8 +54,8 @@ bool renderUntilScheduled(QuantumFeed& fed, Scheduling wanted) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (std::chrono::steady_clock::now() < deadline) {
         fed.next();
-        bool allMatch = !children().empty();
-        for (const auto process : children()) {
+        bool allMatch = !services().empty();
+        for (const auto process : services()) {
             const auto thread = threadOf(process, "effect-audio");
             allMatch = allMatch && thread != 0 && schedulingOf(thread) == wanted;
         }
@@ -87,9 +87,9 @@ TEST_F(BridgedScheduling, ServicesRunOneStepBelowTheRenderThreadAlsoAfterARestar
     });
     onRealTimeThread(5, [&] {
         EXPECT_TRUE(renderUntilScheduled(fed, ofService_));
-        const auto before = children();
+        const auto before = services();
         kill(*before.begin(), SIGKILL);
-        while (children().size() != 2 || children() == before) {
+        while (services().size() != 2 || services() == before) {
             fed.next();
         }
         EXPECT_TRUE(renderUntilScheduled(fed, ofService_));
