@@ -142,8 +142,8 @@ std::vector<std::string> confinedCommand(const fs::path& program, const EffectPl
     if (places.hasPluginUI) {
         showServer(command);
     }
-    // They are in memory, without a limit.
-    command.add({"--remount-ro", "/dev", "--remount-ro", "/"});
+    // Without a limit of their size; and root may write much of /proc without a capability.
+    command.add({"--remount-ro", "/dev", "--remount-ro", "/", "--remount-ro", "/proc"});
     command.add({program});
     return command.arguments;
 }
