@@ -47,21 +47,24 @@ class PluginUIRequest {
 
 BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
-                                   const std::filesystem::path& program, const BridgeLimits& limits)
+                                   const std::filesystem::path& program, const BridgeLimits& limits,
+                                   std::vector<std::filesystem::path> writable)
     : LV2AudioUnit(world, uri, description),
       render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()), limits),
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
-      supervisor_(order(program), limits, render_, *pluginUIChannel_) {
+      supervisor_(order(program, std::move(writable)), limits, render_, *pluginUIChannel_) {
     supervisor_.start();
 }
 
-ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program) {
+ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program,
+                                     std::vector<std::filesystem::path> writable) {
     return {
         .program = program,
         .uri = data().uri,
         .places = {.bundles = world().bundlesOf(data().uri),
                    .scratch = paths_.folder().string(),
+                   .writable = std::move(writable),
                    .hasPluginUI = data().hasX11UI && pluginUIProvider() != nullptr},
         .layout = {data().inputChannelCount, data().outputChannelCount,
                    static_cast<std::uint32_t>(data().ports.size())},

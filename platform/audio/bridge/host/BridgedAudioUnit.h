@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
@@ -19,12 +20,13 @@ namespace orvalo {
 class BridgedAudioUnit : public LV2AudioUnit {
   public:
     /// Starts the service and waits until the plug-in is instantiated there. program: the path of
-    /// effect-service. Throws NSError as LV2LocalAudioUnit does, and when the service cannot be
-    /// started or dies too often before the plug-in is instantiated. The world must outlive the
-    /// unit.
+    /// effect-service. writable: folders that the plug-in may change. Throws NSError as
+    /// LV2LocalAudioUnit does, and when the service cannot be started or dies too often before the
+    /// plug-in is instantiated. The world must outlive the unit.
     BridgedAudioUnit(LV2World& world, const std::string& uri,
                      const AudioComponentDescription& description,
-                     const std::filesystem::path& program, const BridgeLimits& limits = {});
+                     const std::filesystem::path& program, const BridgeLimits& limits = {},
+                     std::vector<std::filesystem::path> writable = {});
 
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
@@ -44,7 +46,8 @@ class BridgedAudioUnit : public LV2AudioUnit {
   private:
     void applyContextName(const std::string& name) override;
     bool loadPreset(const LV2Preset& preset) override;
-    ServiceOrder order(const std::filesystem::path& program);
+    ServiceOrder order(const std::filesystem::path& program,
+                       std::vector<std::filesystem::path> writable);
 
     LV2StatePaths paths_;
     double sampleRate_ = 0.0;

@@ -2,7 +2,8 @@
 // "<name> <value>". Logs each attempt as "<what>: done" or "<what>: <name of errno>". With a target
 // "children" it only makes that many children, which live for ever; with "bomb" as many as it can,
 // with "leak" one child that uses that many MiB;
-// with "sockets" it only reaches for sockets and out of the host's control.
+// with "group" it only writes settings; with "sockets" it only reaches for sockets and out of the
+// host's control.
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -60,7 +61,10 @@ class Attacker {
     }
 
     void attack() const {
-        if (targets_.contains("children")) {
+        if (targets_.contains("group")) {
+            sayOpen("write the group's settings", target("group"), O_WRONLY | O_CREAT);
+            sayOpen("write other settings", target("other"), O_WRONLY | O_CREAT);
+        } else if (targets_.contains("children")) {
             makeChildren();
         } else if (targets_.contains("bomb")) {
             explode();
