@@ -20,6 +20,7 @@
 
 #include "platform/audio/bridge/host/CallFilter.h"
 #include "platform/audio/bridge/host/PlainText.h"
+#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -186,16 +187,14 @@ std::string signalText(int signal) {
 
 bool ServiceProcess::canConfine() {
     static const bool can = [] {
-        std::string reason;
-        try {
+        std::string reason = "it is not installed";
+        if (const GText program(g_find_program_in_path("bwrap")); program != nullptr) {
             ServiceProcess trial;
             trial.start(confinedCommand("/bin/true", {}), true);
             if (trial.endsWithin(kKillTimeout) && trial.end() == "ended with status 0") {
                 return true;
             }
             reason = plainText(readAll(trial.output_.get()));
-        } catch (const NSError& error) {
-            reason = error.localizedDescription();
         }
         g_warning(
             "Effects are not confined, because bubblewrap does not work here (%s). They can read "

@@ -297,8 +297,9 @@ TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
     EXPECT_THAT(
         linesWith("WARNING", host.text()),
         ElementsAre(HasSubstr(
-            "Effects are not confined, because bubblewrap does not work here (The program bwrap: "
-            "No such file or directory). They can read and change the user's files, fill the disk, "
+            "Effects are not confined, because bubblewrap does not work here (it is not "
+            "installed). "
+            "They can read and change the user's files, fill the disk, "
             "see, signal and slow down other processes, use the user's session, sound and input "
             "devices, and leave processes behind; only the effect's own process is watched for its "
             "memory.")));
