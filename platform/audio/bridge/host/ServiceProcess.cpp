@@ -88,6 +88,7 @@ class Spawner {
         }
         variables.push_back(nullptr);
         std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
         for (auto& argument : command) {
             arguments.push_back(argument.data());
         }
