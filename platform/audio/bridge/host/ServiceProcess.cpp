@@ -200,8 +200,9 @@ bool ServiceProcess::canConfine() {
         g_warning(
             "Effects are not confined, because bubblewrap does not work here (%s). They can read "
             "and change the user's files, fill the disk, see, signal and slow down other "
-            "processes, use the user's session, sound and input devices, and leave processes "
-            "behind; only the effect's own process is watched for its memory.",
+            "processes, use the user's session, sound and input devices, start any number of "
+            "processes and leave them behind, and act as root where the program does; only the "
+            "effect's own process is watched for its memory.",
             reason.c_str());
         return false;
     }();

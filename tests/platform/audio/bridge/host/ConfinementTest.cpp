@@ -298,11 +298,10 @@ TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
         linesWith("WARNING", host.text()),
         ElementsAre(HasSubstr(
             "Effects are not confined, because bubblewrap does not work here (it is not "
-            "installed). "
-            "They can read and change the user's files, fill the disk, "
-            "see, signal and slow down other processes, use the user's session, sound and input "
-            "devices, and leave processes behind; only the effect's own process is watched for its "
-            "memory.")));
+            "installed). They can read and change the user's files, fill the disk, see, signal and "
+            "slow down other processes, use the user's session, sound and input devices, start any "
+            "number of processes and leave them behind, and act as root where the program does; "
+            "only the effect's own process is watched for its memory.")));
     // The filter for system calls is left.
     auto outcomes = outcomesIn(host.text());
     EXPECT_EQ(outcomes["reach a service's socket"], "done");
