@@ -28,9 +28,10 @@ constexpr std::array kSystemPlaces{
     "/etc/alternatives", "/etc/drirc", "/etc/fonts", "/etc/glvnd", "/etc/group", "/etc/gtk-2.0",
     "/etc/gtk-3.0", "/etc/gtk-4.0", "/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/ld.so.conf.d",
     "/etc/locale.alias", "/etc/localtime", "/etc/nsswitch.conf", "/etc/OpenCL", "/etc/pango",
-    "/etc/passwd", "/etc/timezone", "/etc/vulkan", "/etc/X11", "/sys/bus", "/sys/class", "/sys/dev",
-    "/sys/devices", "/var/cache/fontconfig"};
+    "/etc/passwd", "/etc/timezone", "/etc/vulkan", "/etc/X11", "/sys/devices/system/cpu",
+    "/var/cache/fontconfig"};
 constexpr std::array kPrefixFolders{"lib", "libexec", "share"};
+constexpr std::array kGraphicsData{"/sys/bus", "/sys/class", "/sys/dev", "/sys/devices"};
 constexpr std::array kGraphics{"/dev/dri", "/dev/nvidiactl", "/dev/nvidia0", "/dev/nvidia-modeset"};
 constexpr std::array kHomePlaces{".lv2",       ".fonts",     ".fonts.conf", ".icons", ".themes",
                                  ".gtkrc-2.0", ".Xdefaults", ".Xresources", ".drirc"};
@@ -101,6 +102,7 @@ std::string socketOfServer() {
 }
 
 void showServer(Command& command) {
+    command.show("", kGraphicsData);
     for (const char* device : kGraphics) {
         command.add({"--dev-bind-try", device, device});
     }
