@@ -66,6 +66,7 @@ class HostileHost {
                 _exit(126);
             }
             if (path != nullptr) {
+                // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread.
                 setenv("PATH", path, 1);
             }
             execl(ORVALO_HOSTILE_HOST, ORVALO_HOSTILE_HOST, mode, nullptr);

@@ -24,12 +24,14 @@ TEST(EffectPlaces, HaveTheXServerOnlyForAPluginUI) {
     fs::create_directories(socket.parent_path());
     std::ofstream(socket) << "";
     for (const auto& display : {":" + number, ":" + number + ".0", "unix:" + number}) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread.
         setenv("DISPLAY", display.c_str(), 1);
         EXPECT_THAT(confinedCommand("/bin/true", {}), Not(Contains(socket.string())));
         EXPECT_THAT(confinedCommand("/bin/true", {.hasPluginUI = true}),
                     Contains(socket.string()).Times(2))
             << display;
     }
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread.
     setenv("DISPLAY", ("elsewhere:" + number).c_str(), 1);
     EXPECT_THAT(confinedCommand("/bin/true", {.hasPluginUI = true}),
                 Not(Contains(socket.string())));

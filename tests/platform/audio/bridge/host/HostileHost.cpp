@@ -16,6 +16,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -67,7 +68,9 @@ std::string takeTerminal() {
         ioctl(terminal, TIOCSCTTY, 0) != 0) {
         std::perror("terminal");
     }
-    return ttyname(terminal);
+    std::array<char, 64> name{};
+    ttyname_r(terminal, name.data(), name.size());
+    return name.data();
 }
 
 /// What the effect attacks.
@@ -75,9 +78,11 @@ class Victim {
   public:
     explicit Victim(const std::string& mode) {
         const auto home = folder_.path() / "home";
-        setenv("HOME", home.c_str(), 1);
         fs::create_directories(home / "tmp");
+        // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
+        setenv("HOME", home.c_str(), 1);
         setenv("TMPDIR", (home / "tmp").c_str(), 1);
+        // NOLINTEND(concurrency-mt-unsafe)
         write(document_, "mine", 0644);
         write(home / ".ssh/id", "secret", 0600);
         write(home / "sources/resource", "resource", 0644);

@@ -5,7 +5,6 @@
 // with "group" it only writes settings; with "sockets" it only reaches for sockets and out of the
 // host's control.
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <linux/ioprio.h>
 #include <lv2/core/lv2.h>
@@ -35,6 +34,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
@@ -52,7 +52,7 @@ class Attacker {
         : log_(log),
           note_(map.map(map.handle, LV2_LOG__Note)),
           bundle_(std::move(bundle)),
-          scratch_(std::getenv("TMPDIR")) {
+          scratch_(std::filesystem::temp_directory_path()) {
         std::ifstream file(bundle_ + "targets");
         for (std::string name, value; file >> name >> value;) {
             targets_[name] = value;
@@ -247,14 +247,12 @@ class Attacker {
         sayOpen("open another terminal", target("terminal"), O_RDWR);
         sayOpen("read the shared memory", target("shared"), O_RDONLY);
         std::set<std::string> names;
-        auto* folder = opendir("/dev");
-        while (const auto* entry = readdir(folder)) {
-            names.insert(entry->d_name);
+        for (const auto& entry : std::filesystem::directory_iterator("/dev")) {
+            names.insert(entry.path().filename());
         }
-        closedir(folder);
         std::string all;
         for (const auto& name : names) {
-            all += name.starts_with('.') ? "" : " " + name;
+            all += " " + name;
         }
         tell("devices:" + all);
     }
@@ -342,6 +340,9 @@ LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double /*rate*/, co
         } else if (uri == LV2_URID__map) {
             map = static_cast<const LV2_URID_Map*>((*features)->data);
         }
+    }
+    if (log == nullptr || map == nullptr) {
+        return nullptr;
     }
     Attacker(*log, *map, bundle).attack();
     return new Effect;
