@@ -33,7 +33,8 @@ This package contains the application (orvalo), the same player for the terminal
 
 # dpkg-shlibdeps finds the libraries; those that are loaded late are linked with lib/orvalo.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# WebKit starts bubblewrap and xdg-dbus-proxy for its sandbox; GTK loads icons in SVG by a plug-in.
+# bubblewrap confines effects and web pages, xdg-dbus-proxy web pages; GTK loads icons in SVG by a
+# plug-in.
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
     adwaita-icon-theme bubblewrap hicolor-icon-theme librsvg2-common xdg-dbus-proxy)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS

@@ -20,15 +20,26 @@ namespace {
 constexpr double kRate = 48000.0;
 
 /// The newest child process.
-pid_t newestChild() {
+pid_t newestChildOf(const std::string& process) {
     pid_t newest = -1;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    for (const auto& task : std::filesystem::directory_iterator("/proc/" + process + "/task")) {
         std::ifstream file(task.path() / "children");
         for (pid_t child = 0; file >> child;) {
             newest = std::max(newest, child);
         }
     }
     return newest;
+}
+
+/// The service that was started last; bubblewrap's processes are in between.
+pid_t newestService() {
+    auto process = newestChildOf("self");
+    for (std::string name;
+         std::getline(std::ifstream("/proc/" + std::to_string(process) + "/comm"), name) &&
+         name == "bwrap";) {
+        process = newestChildOf(std::to_string(process));
+    }
+    return process;
 }
 
 /// Blocks of noise in two channels.
@@ -89,7 +100,7 @@ std::shared_ptr<BridgedAudioUnit> makeBridged(const std::string& uri) {
 }
 
 Contenders::Contenders(const std::string& uri)
-    : local(makeLocal(uri)), bridged(makeBridged(uri)), service(newestChild()) {}
+    : local(makeLocal(uri)), bridged(makeBridged(uri)), service(newestService()) {}
 
 std::int64_t processNanoseconds(pid_t process) {
     clockid_t clock{};

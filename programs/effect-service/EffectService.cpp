@@ -7,8 +7,6 @@
 #include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/URIDMap.h"
 #include "platform/foundation/NSError.h"
-#include "programs/effect-service/CallConfinement.h"
-#include "programs/effect-service/EffectPlaces.h"
 
 namespace orvalo {
 
@@ -74,11 +72,8 @@ void EffectService::take(const bridge::Instantiate& request) {
     }
     // Before any code of the effect is loaded, while the process has one thread.
     g_setenv("TMPDIR", request.stateFolder.c_str(), TRUE);
-    const auto cache = effectCacheFolder(request.uri);
     // Without its cache Mesa compiles a UI's shaders at each start, which takes seconds.
-    g_setenv("MESA_SHADER_CACHE_DIR", cache.c_str(), TRUE);
-    confineFiles(effectPlaces(request.bundles, request.stateFolder, cache));
-    confineCalls();
+    g_setenv("MESA_SHADER_CACHE_DIR", effectCacheFolder(request.uri).c_str(), TRUE);
     // These URIs get the first numbers in every service, also in the one that saved the state.
     LV2URIDs::shared();
     try {

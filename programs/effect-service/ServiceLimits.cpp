@@ -1,6 +1,8 @@
 #include "programs/effect-service/ServiceLimits.h"
 
 #include <glib.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -8,12 +10,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <vector>
 
 namespace orvalo {
 
 namespace {
 
 constexpr rlim_t kDescriptorLimit = 256;
+constexpr rlim_t kThreadLimit = 512;           // As BridgeLimits::threads.
 constexpr rlim_t kComputingLimit = 2'000'000;  // Microseconds.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 // Above BridgeLimits::memory, which gives a better message.
@@ -34,10 +38,12 @@ void limit(__rlimit_resource resource, rlim_t most, const char* what) {
 
 }  // namespace
 
-bool bindToHost(pid_t host) {
+bool bindToParent(pid_t parent) {
+    // Where the filter for system calls is loaded already, the namespace ends with its first
+    // process.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // The host may have ended before prctl().
-    return getppid() == host;
+    // The parent may have ended before prctl().
+    return getppid() == parent;
 }
 
 void applyServiceLimits() {
@@ -47,9 +53,26 @@ void applyServiceLimits() {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     limit(RLIMIT_DATA, kMemoryLimit, "memory");
 #endif
+    if (getppid() == 1) {
+        // Elsewhere all the user's threads would count.
+        limit(RLIMIT_NPROC, kThreadLimit, "threads");
+    }
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) {
         g_warning("The system refuses PR_SET_NO_NEW_PRIVS (%s); the effect runs without it.",
                   g_strerror(errno));
+    }
+}
+
+void loadCallFilter(int file) {
+    std::vector<sock_filter> steps(BPF_MAXINSNS);
+    const auto size = read(file, steps.data(), steps.size() * sizeof(sock_filter));
+    const sock_fprog program{
+        .len = static_cast<unsigned short>(std::max<ssize_t>(size, 0) / sizeof(sock_filter)),
+        .filter = steps.data()};
+    if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
+        g_warning(
+            "The kernel refuses the filter for system calls (%s); the effect runs without it.",
+            g_strerror(errno));
     }
 }
 

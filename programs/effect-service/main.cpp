@@ -32,20 +32,27 @@ GLogWriterOutput writePlainLine(GLogLevelFlags level, const GLogField* fields, g
 
 }  // namespace
 
-/// effect-service HOST: runs one effect for the host, the process with the ID HOST, whose socket is
-/// descriptor 3.
+/// effect-service PARENT [FILTER]: runs one effect for the host, whose socket is descriptor 3. The
+/// service ends with its parent, the process with the ID PARENT. Descriptor FILTER is a filter for
+/// system calls that the service loads.
 int main(int argc, char** argv) {
     using namespace orvalo;
     g_log_set_writer_func(writePlainLine, nullptr, nullptr);
-    const long host = argc == 2 ? std::strtol(argv[1], nullptr, 10) : 0;
-    if (host <= 0) {
+    const auto argument = [&](int place) {
+        return place < argc ? static_cast<int>(std::strtol(argv[place], nullptr, 10)) : 0;
+    };
+    if (argument(1) <= 0) {
         g_warning("effect-service is started by the programs that need it, not by hand.");
         return 2;
     }
-    if (!bindToHost(static_cast<pid_t>(host))) {
+    if (!bindToParent(argument(1))) {
         return 0;
     }
     applyServiceLimits();
+    if (const int filter = argument(2); filter > 0) {
+        loadCallFilter(filter);
+        close(filter);
+    }
     // Processes that the effect starts do not inherit the socket.
     fcntl(kSocket, F_SETFD, FD_CLOEXEC);
     EffectService service{FileDescriptor(kSocket)};

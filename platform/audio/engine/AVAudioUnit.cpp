@@ -12,6 +12,9 @@
 #include "platform/audio/signal/SampleRateConverter.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/DispatchQueue.h"
+#include "platform/foundation/NSError.h"
+#include "platform/foundation/defaults/DefaultsFolder.h"
+#include "platform/foundation/defaults/DefaultsPlaces.h"
 
 namespace orvalo {
 
@@ -27,6 +30,29 @@ EffectLoading loading(AudioComponentInstantiationOptions options) {
                                                                         : platformEffectLoading();
 }
 
+/// The folder of the group's settings, for the effects that the bundle names. The database in it
+/// has more files than one.
+std::vector<std::filesystem::path> groupFolders(const AudioComponentDescription& description) {
+    const auto& bundle = *Bundle::main();
+    const auto group = bundle.infoValue("Group");
+    const auto manufacturer = bundle.infoValue("GroupManufacturer");
+    std::uint32_t code = 0;
+    for (const char letter : manufacturer.value_or("")) {
+        code = code << 8U | static_cast<unsigned char>(letter);
+    }
+    if (!group || code != description.componentManufacturer) {
+        return {};
+    }
+    const auto folder = suiteFile(*group).parent_path();
+    try {
+        makePrivateFolder(folder);
+    } catch (const NSError& error) {
+        g_warning("The effect cannot use the settings that it shares with the application: %s.",
+                  error.what());
+    }
+    return {folder};
+}
+
 std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
                                       const AudioComponentDescription& description,
                                       EffectLoading where) {
@@ -35,9 +61,9 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
         return std::make_shared<LV2LocalAudioUnit>(world, uri, description,
                                                    LV2UnitStart{.rendering = expectedRendering()});
     }
-    return std::make_shared<BridgedAudioUnit>(world, uri, description,
-                                              Bundle::main()->helperURL("effect-service").path(),
-                                              BridgeLimits{}, expectedRendering());
+    return std::make_shared<BridgedAudioUnit>(
+        world, uri, description, Bundle::main()->helperURL("effect-service").path(), BridgeLimits{},
+        expectedRendering(), groupFolders(description));
 }
 
 }  // namespace

@@ -4,8 +4,10 @@
 #include <lv2/core/lv2.h>
 #include <lv2/options/options.h>
 #include <lv2/state/state.h>
+#include <lv2/ui/ui.h>
 
 #include <algorithm>
+#include <memory>
 
 #include "platform/audio/lv2/LV2DataChecks.h"
 #include "platform/audio/lv2/LV2Error.h"
@@ -32,6 +34,18 @@ std::uint32_t countAudio(const std::vector<LV2Port>& ports, bool isInput, const 
                            std::to_string(kMaximumChannels));
     }
     return static_cast<std::uint32_t>(count);
+}
+
+bool hasUI(const LV2World::Access& access, const LilvPlugin* plugin, const char* kind) {
+    const std::unique_ptr<LilvUIs, void (*)(LilvUIs*)> uis(lilv_plugin_get_uis(plugin),
+                                                           lilv_uis_free);
+    const auto wanted = access.uri(kind);
+    LILV_FOREACH(uis, i, uis.get()) {
+        if (lilv_ui_is_a(lilv_uis_get(uis.get(), i), wanted.get())) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -67,6 +81,7 @@ LV2PluginData LV2PluginData::read(const LV2World::Access& access, const std::str
     data.hasDefaultState =
         hasFeature(access, plugin, LV2_STATE__loadDefaultState) ||
         lilv_world_ask(access.lilv(), lilv_plugin_get_uri(plugin), state.get(), nullptr);
+    data.hasX11UI = hasUI(access, plugin, LV2_UI__X11UI);
     return data;
 }
 

@@ -20,6 +20,7 @@ struct LV2PluginData {
     std::vector<std::string> midiOutputNames;
     bool hasThreadSafeRestore = false;
     bool hasDefaultState = false;
+    bool hasX11UI = false;
 
     /// Throws NSError: no such plug-in, broken data, no library, a required feature or option that
     /// the host does not support, no ports, or an unsupported port.

@@ -112,7 +112,7 @@ TEST(ServiceContext, NameIsGivenAtTheStartAndLater) {
     HostedEffect effect(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
     effect.request.contextName = "/nowhere";
     effect.mustInstantiate();
-    EXPECT_NE(effect.service.standardError().find("read outside: "), std::string::npos);
+    EXPECT_NE(effect.service.standardError().find("context: /nowhere"), std::string::npos);
     HostedEffect nameless(ORVALO_SERVICE_EFFECTS, "urn:orvalo:service:prober");
     nameless.mustInstantiate();
     EXPECT_EQ(nameless.service.standardError(), "");
@@ -121,7 +121,7 @@ TEST(ServiceContext, NameIsGivenAtTheStartAndLater) {
     // This effect takes no options later, so the next instance gets the name.
     nameless.service.send(bridge::Prepare{2, 44100.0});
     EXPECT_EQ(nameless.service.answer(2), "");
-    EXPECT_NE(nameless.service.standardError().find("read outside: "), std::string::npos);
+    EXPECT_NE(nameless.service.standardError().find("context: /nowhere"), std::string::npos);
 }
 
 class PackedState : public ::testing::Test {

@@ -41,8 +41,10 @@ struct BridgeLimits {
     /// The longest time that the supervisor waits for events.
     Milliseconds tick{100};
 
-    /// Resident memory, in bytes.
+    /// Resident memory of the service and its children, in bytes.
     std::uint64_t memory = defaultMemory();
+    /// Threads of the service and its children. The kernel refuses ordinary users as many.
+    unsigned threads = 512;
     /// The size of a state, in bytes. Leaves room for the rest of an Instantiate message.
     std::size_t state = std::size_t{48} << 20U;
     /// Lines per second that a service may write into the log.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/audio/bridge/wire/BridgeMessages.h"
+#include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/LV2Error.h"
 #include "platform/foundation/DispatchQueue.h"
 
@@ -48,24 +49,32 @@ class PluginUIRequest {
 BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
                                    const std::filesystem::path& program, const BridgeLimits& limits,
-                                   const ExpectedRendering& rendering)
+                                   const ExpectedRendering& rendering,
+                                   std::vector<std::filesystem::path> writable)
     : LV2AudioUnit(world, uri, description),
       limits_(limits),
       sampleRate_(rendering.sampleRate),
       render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()), limits),
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
-      supervisor_(order(program, rendering.frameCount), limits, render_, *pluginUIChannel_,
-                  LastState{.sampleRate = rendering.sampleRate}) {
+      supervisor_(order(program, rendering.frameCount, std::move(writable)), limits, render_,
+                  *pluginUIChannel_, LastState{.sampleRate = rendering.sampleRate}) {
     supervisor_.start();
 }
 
-ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::uint32_t quantum) {
+ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::uint32_t quantum,
+                                     std::vector<std::filesystem::path> writable) {
+    const bool hasPluginUI = data().hasX11UI && pluginUIProvider() != nullptr;
+    if (hasPluginUI) {
+        writable.push_back(effectCacheFolder(data().uri));
+    }
     return {
         .program = program,
         .uri = data().uri,
-        .bundles = world().bundlesOf(data().uri),
-        .stateFolder = paths_.folder().string(),
+        .places = {.bundles = world().bundlesOf(data().uri),
+                   .scratch = paths_.folder().string(),
+                   .writable = std::move(writable),
+                   .hasPluginUI = hasPluginUI},
         .layout = {data().inputChannelCount, data().outputChannelCount,
                    static_cast<std::uint32_t>(data().ports.size())},
         .ports = data().ports,

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
 #include "platform/audio/bridge/host/BridgedRender.h"
@@ -24,13 +25,14 @@ namespace orvalo {
 class BridgedAudioUnit : public LV2AudioUnit {
   public:
     /// Starts the service and waits until the plug-in is instantiated there. program: the path of
-    /// effect-service. Throws NSError as LV2LocalAudioUnit does, and when the service cannot be
-    /// started or dies too often before the plug-in is instantiated. The world must outlive the
-    /// unit.
+    /// effect-service. writable: folders that the plug-in may change. Throws NSError as
+    /// LV2LocalAudioUnit does, and when the service cannot be started or dies too often before the
+    /// plug-in is instantiated. The world must outlive the unit.
     BridgedAudioUnit(LV2World& world, const std::string& uri,
                      const AudioComponentDescription& description,
                      const std::filesystem::path& program, const BridgeLimits& limits = {},
-                     const ExpectedRendering& rendering = {});
+                     const ExpectedRendering& rendering = {},
+                     std::vector<std::filesystem::path> writable = {});
 
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
@@ -60,7 +62,8 @@ class BridgedAudioUnit : public LV2AudioUnit {
   private:
     void applyContextName(const std::string& name) override;
     bool loadPreset(const LV2Preset& preset) override;
-    ServiceOrder order(const std::filesystem::path& program, std::uint32_t quantum);
+    ServiceOrder order(const std::filesystem::path& program, std::uint32_t quantum,
+                       std::vector<std::filesystem::path> writable);
 
     /// A request for a sample rate.
     struct Preparation {

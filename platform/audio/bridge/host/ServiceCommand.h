@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/audio/bridge/host/EffectPlaces.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/bridge/wire/SharedAudio.h"
 #include "platform/audio/lv2/LV2Port.h"
@@ -16,8 +17,7 @@ namespace orvalo {
 struct ServiceOrder {
     std::filesystem::path program;  ///< The path of effect-service.
     std::string uri;
-    std::vector<std::string> bundles;
-    std::string stateFolder;
+    EffectPlaces places;
     SharedAudio::Layout layout;
     std::vector<LV2Port> ports;
     std::uint32_t quantum = 0;  ///< ExpectedRendering::frameCount.

@@ -12,17 +12,25 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <string_view>
 #include <vector>
 
+#include "platform/audio/bridge/host/CallFilter.h"
+#include "platform/audio/bridge/host/PlainText.h"
+#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
 namespace {
 
+// Of a new process.
 constexpr int kServiceSocket = 3;
+constexpr int kCallFilter = 4;
+constexpr int kInformation = 5;
 // A killed process that still exists after this time hangs in a system call.
 constexpr std::chrono::milliseconds kKillTimeout{5000};
 
@@ -60,15 +68,17 @@ class Spawner {
     Spawner(const Spawner&) = delete;
     Spawner& operator=(const Spawner&) = delete;
 
-    void setDescriptors(int output, int socket) {
+    void setDescriptors(int output, int socket, int filter, int information) {
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, output, STDERR_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, socket, kServiceSocket);
-        posix_spawn_file_actions_addclosefrom_np(&actions_, kServiceSocket + 1);
+        posix_spawn_file_actions_adddup2(&actions_, filter, kCallFilter);
+        posix_spawn_file_actions_adddup2(&actions_, information, kInformation);
+        posix_spawn_file_actions_addclosefrom_np(&actions_, kInformation + 1);
     }
 
-    pid_t spawn(const std::filesystem::path& program) const {
+    pid_t spawn(std::vector<std::string>& command) const {
         std::vector<char*> variables;
         for (char** variable = environ; *variable != nullptr; ++variable) {
             const std::string_view text(*variable);
@@ -77,14 +87,17 @@ class Spawner {
             }
         }
         variables.push_back(nullptr);
-        std::string name = program.string();
-        std::string host = std::to_string(getpid());
-        const std::array<char*, 3> arguments{name.data(), host.data(), nullptr};
+        std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
+        for (auto& argument : command) {
+            arguments.push_back(argument.data());
+        }
+        arguments.push_back(nullptr);
         pid_t id = -1;
-        const int error = posix_spawn(&id, program.c_str(), &actions_, &attributes_,
-                                      arguments.data(), variables.data());
+        const int error = posix_spawnp(&id, arguments.front(), &actions_, &attributes_,
+                                       arguments.data(), variables.data());
         if (error != 0) {
-            throw NSError::posix(error, "The program " + program.string());
+            throw NSError::posix(error, "The program " + command.front());
         }
         return id;
     }
@@ -95,7 +108,7 @@ class Spawner {
 };
 
 /// Moves a descriptor above those that setDescriptors() assigns, which would overwrite it.
-FileDescriptor movedUp(FileDescriptor descriptor) {
+FileDescriptor movedUp(const FileDescriptor& descriptor) {
     constexpr int kLowest = 10;
     FileDescriptor copy(fcntl(descriptor.get(), F_DUPFD_CLOEXEC, kLowest));
     if (!copy) {
@@ -118,20 +131,116 @@ Ends makeEnds(const Make& make) {
     }
     FileDescriptor first(ends[0]);
     FileDescriptor second(ends[1]);
-    return {movedUp(std::move(first)), movedUp(std::move(second))};
+    return {movedUp(first), movedUp(second)};
+}
+
+Ends makePipe() {
+    return makeEnds([](int* ends) { return pipe2(ends, O_CLOEXEC); });
+}
+
+std::string readAll(int pipe) {
+    std::string text;
+    std::array<char, 1024> piece{};
+    for (ssize_t count = 0; (count = read(pipe, piece.data(), piece.size())) > 0;) {
+        text.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+}
+
+/// The member "child-pid" of the object that bubblewrap writes; -1 without one.
+pid_t childIn(const std::string& information) {
+    constexpr std::string_view kName = "\"child-pid\": ";
+    const auto place = information.find(kName);
+    return place == std::string::npos
+               ? -1
+               : static_cast<pid_t>(
+                     std::strtol(information.c_str() + place + kName.size(), nullptr, 10));
+}
+
+FileDescriptor openProcess(pid_t process) {
+    return FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+}
+
+void add(ServiceProcess::Use& use, const std::filesystem::path& process) {
+    std::ifstream file(process / "stat");
+    std::string text;
+    std::getline(file, text, '\0');
+    // The name, in brackets, may contain anything. The state follows it as field 3.
+    constexpr int kThreads = 20;
+    constexpr int kResident = 24;
+    std::istringstream fields(text.substr(std::min(text.rfind(") "), text.size() - 1) + 1));
+    std::string field;
+    for (int number = 3; number <= kResident && fields >> field; ++number) {
+        const auto value = std::strtoull(field.c_str(), nullptr, 10);
+        if (number == kThreads) {
+            use.threads += static_cast<unsigned>(value);
+        } else if (number == kResident) {
+            use.memory += value * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+        }
+    }
+}
+
+std::string signalText(int signal) {
+    return "was killed by signal " + std::to_string(signal) + " (" + g_strsignal(signal) + ")";
 }
 
 }  // namespace
 
-ServiceProcess::ServiceProcess(const std::filesystem::path& program) {
+bool ServiceProcess::canConfine() {
+    static const bool can = [] {
+        std::string reason = "it is not installed";
+        if (const GText program(g_find_program_in_path("bwrap")); program != nullptr) {
+            ServiceProcess trial;
+            trial.start(confinedCommand("/bin/true", {}), true);
+            if (trial.endsWithin(kKillTimeout) && trial.end() == "ended with status 0") {
+                return true;
+            }
+            reason = plainText(readAll(trial.output_.get()));
+        }
+        g_warning(
+            "Effects are not confined, because bubblewrap does not work here (%s). They can read "
+            "and change the user's files, fill the disk, see, signal and slow down other "
+            "processes, use the user's session, sound and input devices, start any number of "
+            "processes and leave them behind, and act as root where the program does; only the "
+            "effect's own process is watched for its memory.",
+            reason.c_str());
+        return false;
+    }();
+    return can;
+}
+
+ServiceProcess::ServiceProcess(const std::filesystem::path& program, const EffectPlaces& places) {
+    // Otherwise bubblewrap would report it.
+    if (access(program.c_str(), X_OK) != 0) {
+        throw NSError::posix(errno, "The program " + program.string());
+    }
+    if (canConfine()) {
+        start(confinedCommand(program, places), true);
+    } else {
+        start({program}, false);
+    }
+}
+
+void ServiceProcess::start(std::vector<std::string> command, bool isConfined) {
     auto socket = makeEnds(
         [](int* ends) { return socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends); });
-    auto output = makeEnds([](int* ends) { return pipe2(ends, O_CLOEXEC); });
+    auto output = makePipe();
+    auto information = makePipe();
+    const auto filter = movedUp(makeCallFilter());
     fcntl(output.host.get(), F_SETFL, O_NONBLOCK);
     Spawner spawner;
-    spawner.setDescriptors(output.service.get(), socket.service.get());
-    id_ = spawner.spawn(program);
-    process_ = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, id_, 0)));
+    spawner.setDescriptors(output.service.get(), socket.service.get(), filter.get(),
+                           information.service.get());
+    // The service's parent, and the filter where bubblewrap does not load it.
+    if (isConfined) {
+        command.insert(command.begin() + 1, {"--seccomp", std::to_string(kCallFilter), "--info-fd",
+                                             std::to_string(kInformation)});
+        command.emplace_back("1");
+    } else {
+        command.insert(command.end(), {std::to_string(getpid()), std::to_string(kCallFilter)});
+    }
+    id_ = spawner.spawn(command);
+    process_ = openProcess(id_);
     if (!process_) {
         const int error = errno;
         kill(-id_, SIGKILL);
@@ -140,6 +249,11 @@ ServiceProcess::ServiceProcess(const std::filesystem::path& program) {
     }
     socket_ = std::move(socket.host);
     output_ = std::move(output.host);
+    if (isConfined) {
+        information.service = FileDescriptor();
+        first_ = childIn(readAll(information.host.get()));
+        firstProcess_ = first_ > 0 ? openProcess(first_) : FileDescriptor();
+    }
 }
 
 ServiceProcess::~ServiceProcess() {
@@ -159,22 +273,37 @@ bool ServiceProcess::endsWithin(std::chrono::milliseconds limit) const {
     return count == 1;
 }
 
-std::uint64_t ServiceProcess::residentMemory() const {
-    std::ifstream file("/proc/" + std::to_string(id_) + "/statm");
-    std::uint64_t total = 0;
-    std::uint64_t resident = 0;
-    return file >> total >> resident ? resident * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE))
-                                     : 0;
+ServiceProcess::Use ServiceProcess::use() const {
+    Use use;
+    if (!firstProcess_) {
+        add(use, "/proc/" + std::to_string(id_));
+        return use;
+    }
+    // The namespace's own list of its processes.
+    std::error_code error;
+    const auto folder = "/proc/" + std::to_string(first_) + "/root/proc";
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (g_ascii_isdigit(entry->path().filename().c_str()[0])) {
+            add(use, entry->path());
+        }
+    }
+    return use;
 }
 
 std::string ServiceProcess::end() {
     if (id_ < 0) {
         return "has ended";
     }
-    // The number is not reused before waitid().
-    kill(-id_, SIGKILL);
-    // The process itself may have left its group.
-    syscall(SYS_pidfd_send_signal, process_.get(), SIGKILL, nullptr, 0);
+    // The numbers are not reused before waitid().
+    if (firstProcess_) {
+        // Process 1 ends when all others of its namespace have ended; then bubblewrap ends, which
+        // might be stopped.
+        syscall(SYS_pidfd_send_signal, firstProcess_.get(), SIGKILL, nullptr, 0);
+        kill(id_, SIGCONT);
+    } else {
+        kill(-id_, SIGKILL);
+    }
     siginfo_t info{};
     if (!endsWithin(kKillTimeout)) {
         g_warning("The effect service with process ID %d cannot be killed; it is left behind.",
@@ -183,14 +312,18 @@ std::string ServiceProcess::end() {
         info = {};
     }
     id_ = -1;
-    if (info.si_code == CLD_EXITED) {
-        return "ended with status " + std::to_string(info.si_status);
+    const bool isSignal = info.si_code == CLD_KILLED || info.si_code == CLD_DUMPED;
+    if (isSignal) {
+        return signalText(info.si_status);
     }
-    if (info.si_code == CLD_KILLED || info.si_code == CLD_DUMPED) {
-        return "was killed by signal " + std::to_string(info.si_status) + " (" +
-               g_strsignal(info.si_status) + ")";
+    if (info.si_code != CLD_EXITED) {
+        return "has ended";
     }
-    return "has ended";
+    // bubblewrap ends as a shell does after a signal.
+    constexpr int kSignal = 128;
+    return firstProcess_ && info.si_status > kSignal
+               ? signalText(info.si_status - kSignal)
+               : "ended with status " + std::to_string(info.si_status);
 }
 
 }  // namespace orvalo

@@ -6,20 +6,27 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
+#include "platform/audio/bridge/host/EffectPlaces.h"
 #include "platform/foundation/FileDescriptor.h"
 
 namespace orvalo {
 
-/// A process of effect-service. It leads a process group; its standard input is /dev/null, its
-/// standard output and error are one pipe, its descriptor 3 is a socket; it inherits no other
-/// descriptors and only the environment variables that effects need. One thread, which must outlive
-/// the object: the kernel kills the process when the thread that started it ends.
+/// A process of effect-service, with all that it starts, in namespaces of its own. Its standard
+/// input is /dev/null, its standard output and error are one pipe, its descriptor 3 is a socket; it
+/// inherits no other descriptors and only the environment variables that effects need. One thread,
+/// which must outlive the object: the kernel kills the processes when the thread that started them
+/// ends.
+///
+/// bubblewrap makes the namespaces. Its first process has its ID in the host's namespace, its
+/// second is process 1 of the new one and ends all the others when it ends; the service is its
+/// child. Where the machine cannot make namespaces, the service is the host's child, and the first
+/// ServiceProcess warns once of what does not hold.
 class ServiceProcess {
   public:
-    /// Starts program with the host's process ID as its argument. Throws NSError. No other thread
-    /// may change the environment during the call.
-    explicit ServiceProcess(const std::filesystem::path& program);
+    /// Starts program. Throws NSError. No other thread may change the environment during the call.
+    explicit ServiceProcess(const std::filesystem::path& program, const EffectPlaces& places = {});
     /// Calls end().
     ~ServiceProcess();
     ServiceProcess(const ServiceProcess&) = delete;
@@ -29,21 +36,34 @@ class ServiceProcess {
     FileDescriptor takeSocket() { return std::move(socket_); }
     FileDescriptor takeOutput() { return std::move(output_); }
 
+    /// The host's child: bubblewrap, or else the service.
     pid_t id() const { return id_; }
     /// For poll(): readable when the process has ended.
     int descriptor() const { return process_.get(); }
     /// Waits up to the limit; whether the process has ended by itself.
     bool endsWithin(std::chrono::milliseconds limit) const;
-    /// Resident memory, in bytes; 0 when it cannot be read.
-    std::uint64_t residentMemory() const;
 
-    /// Kills the process group and reaps the process. Returns how the process ended, as a clause:
-    /// "was killed by signal 11 (Segmentation fault)", "ended with status 3".
+    /// What a service uses with its children.
+    struct Use {
+        std::uint64_t memory = 0;  ///< Resident, in bytes.
+        unsigned threads = 0;
+    };
+    /// Zeros when it cannot be read.
+    Use use() const;
+
+    /// Kills the service with its children and reaps the process. Returns how the service ended, as
+    /// a clause: "was killed by signal 11 (Segmentation fault)", "ended with status 3".
     std::string end();
 
   private:
+    ServiceProcess() = default;
+    static bool canConfine();
+    void start(std::vector<std::string> command, bool isConfined);
+
     pid_t id_ = -1;
     FileDescriptor process_;
+    pid_t first_ = -1;  // Process 1 of the namespace, in the host's; below 0 without one.
+    FileDescriptor firstProcess_;
     FileDescriptor socket_;
     FileDescriptor output_;
 };

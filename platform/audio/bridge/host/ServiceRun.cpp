@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 
 #include "platform/audio/bridge/host/PlainText.h"
@@ -24,12 +25,12 @@ std::string mebibytesText(std::uint64_t bytes) {
 
 ServiceRun::ServiceRun(const Surroundings& surroundings)
     : surroundings_(surroundings),
-      process_(surroundings.order.program),
+      process_(surroundings.order.program, surroundings.order.places),
       channel_(process_.takeSocket()),
       log_(process_.takeOutput(), surroundings.order.uri, surroundings.limits.logLines),
       session_(std::make_unique<RenderSession>(SharedAudio::make(surroundings.order.layout))),
       nextPing_(Clock::now() + surroundings.limits.ping),
-      nextMemoryCheck_(nextPing_) {
+      nextUseCheck_(nextPing_) {
     sendInstantiate();
 }
 
@@ -42,8 +43,8 @@ void ServiceRun::sendInstantiate() {
     bridge::HostMessage message = bridge::Instantiate{
         .number = 0,
         .uri = order.uri,
-        .bundles = order.bundles,
-        .stateFolder = order.stateFolder,
+        .bundles = order.places.bundles,
+        .stateFolder = order.places.scratch,
         .contextName = last.contextName,
         .sampleRate = last.sampleRate,
         .state = last.state,
@@ -121,7 +122,7 @@ bool ServiceRun::handleEvents(int wakeup) {
         fault = overdueQuantum(now);
     }
     if (fault.empty()) {
-        fault = excessiveMemory(now);
+        fault = excessiveUse(now);
     }
     if (fault.empty()) {
         return true;
@@ -310,17 +311,22 @@ std::string ServiceRun::overdueQuantum(Time now) const {
     return isOverdue ? "did not finish a quantum within " + durationText(limit) : "";
 }
 
-std::string ServiceRun::excessiveMemory(Time now) {
-    if (now < nextMemoryCheck_) {
+std::string ServiceRun::excessiveUse(Time now) {
+    if (now < nextUseCheck_) {
         return "";
     }
     const auto& limits = surroundings_.limits;
-    nextMemoryCheck_ = now + limits.ping;
-    const auto memory = process_.residentMemory();
-    return memory <= limits.memory
-               ? ""
-               : "used " + mebibytesText(memory) + " of memory, more than the limit of " +
-                     mebibytesText(limits.memory);
+    nextUseCheck_ = now + limits.ping;
+    const auto use = process_.use();
+    if (use.memory > limits.memory) {
+        return "used " + mebibytesText(use.memory) + " of memory, more than the limit of " +
+               mebibytesText(limits.memory);
+    }
+    if (use.threads > limits.threads) {
+        return "ran " + std::to_string(use.threads) + " threads, more than the limit of " +
+               std::to_string(limits.threads);
+    }
+    return "";
 }
 
 // End.

@@ -90,7 +90,7 @@ class ServiceRun {
     // Each is the clause why the service has to be killed, or "".
     std::string overdueAnswer(Time now);
     std::string overdueQuantum(Time now) const;
-    std::string excessiveMemory(Time now);
+    std::string excessiveUse(Time now);
 
     void disconnectRender();
     std::string activity(Time now) const;
@@ -107,7 +107,7 @@ class ServiceRun {
     std::uint32_t lastNumber_ = 0;
     PendingRequests pending_;
     Time nextPing_;
-    Time nextMemoryCheck_;
+    Time nextUseCheck_;
     std::uint32_t lastQuantum_ = 0;   // The number of the quantum that was handed over last.
     std::uint32_t lastRendered_ = 0;  // How many of its frames have been rendered.
     Time lastQuantumTime_;

@@ -66,12 +66,18 @@ class BridgedKeys : public ::testing::Test {
         runFor(20);
     }
 
+    static std::shared_ptr<BridgedAudioUnit> makeUnit() {
+        // Effects reach the X server only in programs that show UIs.
+        LV2AudioUnit::setPluginUIProvider([](const auto& /*unit*/) { return nullptr; });
+        return std::make_shared<BridgedAudioUnit>(
+            world(), "urn:orvalo:service:window", AudioComponentDescription{},
+            Bundle::main()->helperURL("effect-service").path(), unhurriedLimits());
+    }
+
     Toplevel toplevel_;
     const unsigned long inside_;
     const std::shared_ptr<X11Connection> connection_ = X11Connection::open(g_getenv("DISPLAY"));
-    std::shared_ptr<BridgedAudioUnit> unit_ = std::make_shared<BridgedAudioUnit>(
-        world(), "urn:orvalo:service:window", AudioComponentDescription{},
-        Bundle::main()->helperURL("effect-service").path(), unhurriedLimits());
+    std::shared_ptr<BridgedAudioUnit> unit_ = makeUnit();
     std::unique_ptr<BridgedEmbeddedPluginUI> pluginUI_;
     unsigned long container_ = 0;
     std::vector<unsigned> keys_;

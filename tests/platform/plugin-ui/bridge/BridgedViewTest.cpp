@@ -49,21 +49,25 @@ GtkWidget* labelBelow(GtkWidget* widget) {
     return nullptr;
 }
 
-/// A program that starts the effect service, and between holdUp() and release() waits first.
+/// A program that starts the effect service, and between holdUp() and release() waits first. In a
+/// prefix of its own, which it can see.
 class HeldUpService {
   public:
     explicit HeldUpService(const std::string& service) {
+        std::filesystem::create_directories(path().parent_path());
+        const auto copy = path().parent_path() / "effect-service";
+        std::filesystem::copy_file(service, copy);
         std::ofstream(path()) << "#!/bin/sh\nwhile test -e '" << sign().string()
-                              << "'; do sleep 0.05; done\nexec '" << service << "' \"$1\"\n";
+                              << "'; do sleep 0.05; done\nexec '" << copy.string() << "' \"$@\"\n";
         std::filesystem::permissions(path(), std::filesystem::perms::owner_all);
     }
-    std::filesystem::path path() const { return folder_.path() / "program"; }
+    std::filesystem::path path() const { return folder_.path() / "libexec/orvalo/program"; }
 
     void holdUp() const { std::ofstream(sign()) << "held up"; }
     void release() const { std::filesystem::remove(sign()); }
 
   private:
-    std::filesystem::path sign() const { return folder_.path() / "held-up"; }
+    std::filesystem::path sign() const { return path().parent_path() / "held-up"; }
 
     TemporaryFolder folder_;
 };

@@ -1,12 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <optional>
 
 #include "tests/platform/audio/bridge/host/FakeEffect.h"
 #include "tests/platform/audio/bridge/host/Leftovers.h"
 #include "tests/testing/CapturedOutput.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace {
 
@@ -14,7 +16,7 @@ using namespace orvalo;
 using namespace orvalo::testing;
 
 pid_t onlyChild() {
-    const auto all = children();
+    const auto all = services();
     EXPECT_EQ(all.size(), 1U);
     return all.empty() ? -1 : *all.begin();
 }
@@ -99,16 +101,14 @@ TEST(End, KillsTheChildrenOfAService) {
     FakeEffect effect("child:1");
     effect.render(1);
     effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"});
-    std::string text;
-    while ((text = error.text()).find(">: child ") == std::string::npos) {
+    while (error.text().find(">: child ") == std::string::npos) {
         sched_yield();
     }
-    const auto child = static_cast<pid_t>(std::stol(text.substr(text.find(">: child ") + 9)));
-    ASSERT_TRUE(isAlive(child));
+    const auto all = descendants();
+    // bubblewrap twice, the service, and its child.
+    ASSERT_EQ(all.size(), 4U);
     kill(onlyChild(), SIGKILL);
-    while (isAlive(child)) {
-        sched_yield();
-    }
+    EXPECT_TRUE(pollUntil([&all] { return std::ranges::none_of(all, isAlive); }));
 }
 
 TEST(End, AFailedStartLeavesNothing) {

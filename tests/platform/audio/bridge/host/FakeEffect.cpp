@@ -11,8 +11,7 @@ ServiceOrder order(const std::string& role, const std::string& program) {
     ServiceOrder order{
         .program = program,
         .uri = "urn:fake:" + role,
-        .bundles = {},
-        .stateFolder = {},
+        .places = {},
         .layout = {kChannels, kChannels, kPorts},
         .ports = {},
     };

@@ -67,7 +67,9 @@ std::ostream& operator<<(std::ostream& stream, const Leftovers& leftovers) {
     return stream;
 }
 
-std::set<pid_t> children() {
+namespace {
+
+std::set<pid_t> childrenOf(pid_t process) {
     std::set<pid_t> result;
     for (const auto& entry : fs::directory_iterator("/proc")) {
         const auto name = entry.path().filename().string();
@@ -77,9 +79,46 @@ std::set<pid_t> children() {
         auto fields = status(name);
         char state = '\0';
         pid_t parent = 0;
-        if (fields >> state >> parent && parent == getpid()) {
+        if (fields >> state >> parent && parent == process) {
             result.insert(static_cast<pid_t>(std::stol(name)));
         }
+    }
+    return result;
+}
+
+bool isBubblewrap(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
+    std::string name;
+    return std::getline(file, name) && name == "bwrap";
+}
+
+}  // namespace
+
+std::set<pid_t> children() {
+    return childrenOf(getpid());
+}
+
+std::set<pid_t> services() {
+    std::set<pid_t> result;
+    auto candidates = children();
+    while (!candidates.empty()) {
+        const auto process = candidates.extract(candidates.begin()).value();
+        if (isBubblewrap(process)) {
+            candidates.merge(childrenOf(process));
+        } else {
+            result.insert(process);
+        }
+    }
+    return result;
+}
+
+std::set<pid_t> descendants() {
+    std::set<pid_t> result;
+    auto candidates = children();
+    while (!candidates.empty()) {
+        const auto process = candidates.extract(candidates.begin()).value();
+        candidates.merge(childrenOf(process));
+        result.insert(process);
     }
     return result;
 }

@@ -27,6 +27,10 @@ std::ostream& operator<<(std::ostream& stream, const Leftovers& leftovers);
 
 /// The child processes of this process.
 std::set<pid_t> children();
+/// The services that this process has started, which are children of it or of bubblewrap.
+std::set<pid_t> services();
+/// The child processes of this process, their child processes, and so on.
+std::set<pid_t> descendants();
 /// Whether the process exists and is no zombie.
 bool isAlive(pid_t process);
 

@@ -96,7 +96,7 @@ TEST_P(MisbehavingTest, IsGivenUpAfterTheThirdDeath) {
         const auto last = fed.next();
         EXPECT_EQ(last.input, last.output);
     }
-    EXPECT_TRUE(children().empty());
+    EXPECT_TRUE(services().empty());
     unit->setContextName("still there");
     EXPECT_FALSE(loadPreset(*unit, "Once"));
 }
@@ -158,7 +158,7 @@ TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
     limits.waitFraction = 50.0;
     limits.hang = std::chrono::seconds(10) * BridgeLimits::kSlowness;
     const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:loop", limits);
-    const auto process = *children().begin();
+    const auto process = *services().begin();
     unit->setRenderingOffline(false);
     auto fed = feed(*unit);
     onRealTimeThread(5, [&] {
@@ -314,7 +314,7 @@ TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
         auto fed = feed(*unit);
         Transcript transcript;
         transcript.add(fed.next());
-        const auto process = *children().begin();
+        const auto process = *services().begin();
         kill(process, GetParam());
         // The next service may start between two quanta, so that no quantum is dry.
         while (error.text().find("started again") == std::string::npos ||
@@ -323,8 +323,8 @@ TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
         }
         EXPECT_LE(transcript.count(toDry), 1U);
         EXPECT_EQ(transcript.count(dry), 0U);
-        EXPECT_EQ(children().size(), 1U);
-        EXPECT_NE(*children().begin(), process);
+        EXPECT_EQ(services().size(), 1U);
+        EXPECT_NE(*services().begin(), process);
     }
     EXPECT_EQ(Leftovers::settled(before), before);
 }

@@ -67,7 +67,7 @@ TEST(RenderThread, MakesNoForbiddenCallWhileServicesDieAndTheEffectIsControlled)
     Blocks blocks(effect.bridgedRender());
     std::thread control([&] {
         for (int round = 0; round < 30; ++round) {
-            for (const auto child : children()) {
+            for (const auto child : services()) {
                 kill(child, SIGKILL);
             }
             effect.supervisor().perform(bridge::SetContextName{.number = 0, .name = "n"});

@@ -20,8 +20,7 @@ TEST(ServiceRunTest, AServiceThatDiesRightAfterItsAnswerCountsAsDead) {
     const auto limits = patientLimits();
     const ServiceOrder order{.program = fakeServicePath(),
                              .uri = "urn:fake:last-words:1",
-                             .bundles = {},
-                             .stateFolder = {},
+                             .places = {},
                              .layout = {2, 2, 3},
                              .ports = {}};
     RenderSlot<AUMIDIOutputEventBlock> midiBlock;
@@ -31,6 +30,7 @@ TEST(ServiceRunTest, AServiceThatDiesRightAfterItsAnswerCountsAsDead) {
     const FileDescriptor wakeup(eventfd(0, EFD_CLOEXEC));
     ServiceRun run({order, limits, render, *pluginUI, last});
     siginfo_t info{};
+    // bubblewrap, which ends when the service has ended.
     const auto process = *children().begin();
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT), 0);
     while (run.handleEvents(wakeup.get())) {

@@ -208,7 +208,7 @@ TEST(Supervisor, RetriesAFailedRestartAfterAPause) {
     limits.retryDelay = std::chrono::seconds(2);
     FakeEffect effect("half:0", limits, program);
     std::filesystem::rename(program, elsewhere);
-    kill(*children().begin(), SIGKILL);
+    kill(*services().begin(), SIGKILL);
     while (error.text().find("could not be started again") == std::string::npos) {
         sched_yield();
     }
@@ -250,8 +250,7 @@ TEST(Supervisor, NamesAMissingProgramAtOnce) {
     const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     ServiceSupervisor supervisor({.program = "/nowhere/effect-service",
                                   .uri = "urn:a",
-                                  .bundles = {},
-                                  .stateFolder = {},
+                                  .places = {},
                                   .layout = {},
                                   .ports = {}},
                                  patientLimits(), render, *pluginUI);

@@ -68,7 +68,7 @@ class Tormentor {
 
     void end() {
         constexpr std::array kSignals{SIGKILL, SIGSEGV, SIGSTOP, SIGABRT, SIGTERM};
-        for (const auto process : children()) {
+        for (const auto process : services()) {
             kill(process, kSignals.at(random(kSignals.size())));
             ++deaths;
         }

@@ -1,0 +1,177 @@
+// Hosts the effect "urn:orvalo:hostile" with the targets that it attacks, as the argument says:
+// "attack", "children", "bomb", "leak" or "sockets". Writes on standard output what the effect has
+// changed, then the process IDs of all processes that it has started, and waits for the end of
+// standard input.
+
+#include <fcntl.h>
+#include <glib.h>
+#include <linux/ioprio.h>
+#include <pty.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "platform/foundation/NSError.h"
+#include "tests/platform/audio/bridge/host/BridgedEffect.h"
+#include "tests/platform/audio/bridge/host/Leftovers.h"
+#include "tests/platform/audio/bridge/host/PatientLimits.h"
+#include "tests/testing/TemporaryFolder.h"
+
+namespace {
+
+using namespace orvalo;
+using namespace orvalo::testing;
+
+namespace fs = std::filesystem;
+
+void write(const fs::path& path, const std::string& text, mode_t mode) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path) << text;
+    chmod(path.c_str(), mode);
+}
+
+std::string contents(const fs::path& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void listen(const std::string& name, bool isAbstract) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path + (isAbstract ? 1 : 0), name.data(), name.size());
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size() + 1);
+    if (bind(socket, reinterpret_cast<const sockaddr*>(&address), length) != 0 ||
+        ::listen(socket, 1) != 0) {
+        std::perror("socket");
+    }
+}
+
+/// Makes a new terminal this process's controlling one; returns its path.
+std::string takeTerminal() {
+    int controller = -1;
+    int terminal = -1;
+    setsid();
+    if (openpty(&controller, &terminal, nullptr, nullptr, nullptr) != 0 ||
+        ioctl(terminal, TIOCSCTTY, 0) != 0) {
+        std::perror("terminal");
+    }
+    std::array<char, 64> name{};
+    ttyname_r(terminal, name.data(), name.size());
+    return name.data();
+}
+
+/// What the effect attacks.
+class Victim {
+  public:
+    explicit Victim(const std::string& mode) {
+        const auto home = folder_.path() / "home";
+        fs::create_directories(home / "tmp");
+        // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
+        setenv("HOME", home.c_str(), 1);
+        setenv("TMPDIR", (home / "tmp").c_str(), 1);
+        // NOLINTEND(concurrency-mt-unsafe)
+        write(document_, "mine", 0644);
+        write(home / ".ssh/id", "secret", 0600);
+        write(home / "sources/resource", "resource", 0644);
+        write(home / ".lv2/preset", "preset", 0644);
+        const auto bundle = this->bundle() / "hostile.lv2";
+        fs::create_directories(bundle);
+        fs::copy(ORVALO_HOSTILE "/manifest.ttl", bundle);
+        fs::create_symlink(ORVALO_HOSTILE "/hostile.so", bundle / "hostile.so");
+        fs::create_symlink("../../home/.ssh", bundle / "keys");
+        fs::create_symlink("../../home/.ssh/id", bundle / "key");
+        fs::create_symlink(home / "sources/resource", bundle / "resource");
+        fs::create_directories(home / "run");
+        listen(home / "run/bus", false);
+        const auto name = "orvalo-hostile-" + std::to_string(getpid());
+        listen(name, true);
+        write("/dev/shm/" + name, "shared", 0600);
+        std::ofstream(bundle / "targets")
+            << mode << (mode == "leak" ? " 300\n" : " 1\n") << "host " << getpid() << "\nhome "
+            << home.string() << "\ndocument " << document_.string() << "\nsocket "
+            << (home / "run/bus").string() << "\nabstract " << name << "\nterminal "
+            << takeTerminal() << "\nshared /dev/shm/" << name << "\n";
+    }
+    ~Victim() { fs::remove("/dev/shm/orvalo-hostile-" + std::to_string(getpid())); }
+    Victim(const Victim&) = delete;
+    Victim& operator=(const Victim&) = delete;
+
+    fs::path bundle() const { return folder_.path() / "bundles"; }
+
+    /// All that the effect tries to change, as text.
+    std::string state() const {
+        std::ostringstream text;
+        rlimit limits{};
+        getrlimit(RLIMIT_NOFILE, &limits);
+        cpu_set_t processors;
+        sched_getaffinity(0, sizeof(processors), &processors);
+        struct stat status {};
+        stat(document_.c_str(), &status);
+        text << "descriptors " << limits.rlim_cur << ", processors " << CPU_COUNT(&processors)
+             << ", policy " << sched_getscheduler(0) << ", priority "
+             << getpriority(PRIO_PROCESS, 0) << ", disk "
+             << syscall(SYS_ioprio_get, IOPRIO_WHO_PROCESS, 0) << ", document "
+             << contents(document_) << " " << status.st_mode << " " << status.st_uid << " "
+             << status.st_mtim.tv_sec << "." << status.st_mtim.tv_nsec << ", queues "
+             << contents("/proc/sysvipc/msg") << contents("/proc/sysvipc/sem") << ", bundle "
+             << std::distance(fs::directory_iterator(bundle() / "hostile.lv2"),
+                              fs::directory_iterator())
+             << ", home "
+             << std::distance(fs::directory_iterator(folder_.path() / "home"),
+                              fs::directory_iterator());
+        return text.str();
+    }
+    bool hasTemporaryFiles() const { return !fs::is_empty(folder_.path() / "home/tmp"); }
+
+  private:
+    TemporaryFolder folder_;
+    const fs::path document_ = folder_.path() / "home/document";
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    g_log_writer_default_set_use_stderr(TRUE);
+    const std::string mode = argc == 2 ? argv[1] : "";
+    const Victim victim(mode);
+    const auto before = victim.state();
+    LV2World world({{victim.bundle()}, victim.bundle() / "none"});
+    try {
+        auto limits = patientLimits();
+        limits.logLines = 1000;
+        // What the children of a bomb share counts for each.
+        limits.memory = std::uint64_t{mode == "bomb" ? 64000U : 250U} << 20U;
+        auto unit = makeBridged(world, "urn:orvalo:hostile", limits);
+        std::ostringstream line;
+        line << "processes";
+        for (const auto process : descendants()) {
+            line << " " << process;
+        }
+        std::puts(line.str().c_str());
+        std::fflush(stdout);
+        while (std::getchar() != EOF) {
+        }
+        unit = nullptr;
+    } catch (const NSError& error) {
+        std::puts(error.localizedDescription().c_str());
+    }
+    const auto after = victim.state();
+    std::puts(after == before ? "unharmed" : ("before: " + before + "\nafter: " + after).c_str());
+    std::puts(victim.hasTemporaryFiles() ? "left files" : "left no files");
+    std::puts(descendants().empty() ? "left no processes" : "left processes");
+    return EXIT_SUCCESS;
+}
