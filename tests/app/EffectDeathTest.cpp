@@ -91,7 +91,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
             "while playing\\."
             "(.|\n)*"
             "The effect <urn:tessaly:orvalo> died 3 times within 60 s and is "
-            "not started again; playback goes on dry\\."));
+            "not started again until playback starts or its UI is shown; playback goes on dry\\."));
 }
 
 TEST_F(EffectDeathTest, TheEffectServiceEndsWithAKilledApplication) {

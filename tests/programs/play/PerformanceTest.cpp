@@ -163,17 +163,6 @@ TEST_F(PerformanceTest, PlaysWithoutAnEffectThatIsNotReadyInTime) {
     EXPECT_THAT(end.error, HasSubstr("The effect was not ready after 5 s; playing without it."));
 }
 
-TEST_F(PerformanceTest, PlaysDryWhileTheEffectHangsInItsPreparation) {
-    environment["ORVALO_EFFECT_LOADING"] = "out-of-process";
-    environment["LV2_PATH"] = misbehaving("remade-loop");
-    const auto end = run({"--file", wav("music.wav", 44100, 441000), "--seconds", "0.05"});
-    EXPECT_EQ(end.status, 0);
-    EXPECT_THAT(end.output.back(), "AUEnginePlayer: Audio engine stopping.");
-    EXPECT_THAT(end.error, HasSubstr("The effect <urn:orvalo:misbehaving:remade-loop> is not ready "
-                                     "for 44100 Hz after 750 ms; playback is dry until it is."));
-    EXPECT_THAT(end.error, Not(HasSubstr("did not answer")));
-}
-
 TEST_F(PerformanceTest, AMissingDemonstrationFileEndsTheProgram) {
     program = (folder.path() / "bin" / "orvalo-play").string();
     std::filesystem::create_directories(folder.path() / "bin");

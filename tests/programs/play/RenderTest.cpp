@@ -292,6 +292,7 @@ TEST_F(LimitedRenderTest, ALimitOnTheSizeOfFilesIsNamed) {
 }
 
 TEST_F(LimitedRenderTest, ALimitThatTheEffectsMemoryExceedsIsNamed) {
+    environment["ORVALO_EFFECT_LOADING"] = "out-of-process";
     expectFailure(wav("music.wav", 48000, 100), "ulimit -f 16", 1,
                   "The plug-in <urn:tessaly:orvalo> cannot be used: The memory shared with an "
                   "effect: File too large.");
