@@ -72,6 +72,7 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
 
     void renderOutput(const AudioBlock& block) noexcept override;
     void outputFormatChanged(const AVAudioFormat& format) override;
+    void outputDeviceMissing(bool isMissing) override;
     std::uint32_t renderOfflineSlice(AVAudioPCMBuffer& buffer, std::uint32_t from,
                                      std::uint32_t frameCount);
 
