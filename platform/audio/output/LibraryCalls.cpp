@@ -1,17 +1,23 @@
 #include "platform/audio/output/LibraryCalls.h"
 
+#include <memory>
 #include <thread>
 #include <utility>
 
 namespace orvalo {
 
 std::packaged_task<void()> LibraryCalls::inTurn(std::function<void()> work) {
-    return std::packaged_task<void()>([this, work = std::move(work)]() mutable {
-        const std::lock_guard lock(turn_);
-        // Destroys what the work owns before the turn ends.
-        const auto current = std::move(work);
-        current();
-    });
+    ++pendingCount_;
+    // Counts down however the work ends, and when its thread cannot be started.
+    std::shared_ptr<void> pending(nullptr, [this](void*) { --pendingCount_; });
+    return std::packaged_task<void()>(
+        [this, work = std::move(work), pending = std::move(pending)]() mutable {
+            const auto counted = std::move(pending);
+            const std::lock_guard lock(turn_);
+            // Destroys what the work owns before the turn ends.
+            const auto current = std::move(work);
+            current();
+        });
 }
 
 std::future<void> LibraryCalls::start(std::function<void()> work) {

@@ -95,7 +95,7 @@ class SupervisedOutput final : public AudioOutput {
     Clock::time_point openedAt_;
     Clock::time_point lastRenderAt_;
     std::uint64_t lastRenderCount_ = 0;
-    Clock::time_point retryAt_;    ///< When the clock is to be replaced.
+    Clock::time_point retryAt_;  ///< When the clock is to be replaced.
     std::map<const OutputDevice*, Pause> pauses_;
     bool reportedMissing_ = false;
     bool replacedAtOnce_ = false;  ///< The stream was opened in the place of a dead one.
