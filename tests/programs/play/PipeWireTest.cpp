@@ -262,6 +262,13 @@ TEST_F(PipeWireTest, PlaysSilentlyUntilASessionManagerStarts) {
                                    "48000 Hz, 2 channels, 512 frames."));
 }
 
+TEST_F(PipeWireTest, RefusesASinkThatRtAudioCannotRead) {
+    startDaemons("media.class = Audio/Sink");
+    EXPECT_TRUE(pollUntil([] {
+        return defaultSink() == "the PulseAudio server's device \"quiet\" has no description";
+    }));
+}
+
 }  // namespace
 
 }  // namespace orvalo::testing
