@@ -1,6 +1,7 @@
+#include <glib.h>
+
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -24,7 +25,7 @@ class PipeWireTest : public PlayFixture {
   protected:
     PipeWireTest() {
         for (const auto* variable : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"}) {
-            setenv(variable, folder.path().c_str(), 1);
+            g_setenv(variable, folder.path().c_str(), TRUE);
         }
         writeFile("wireplumber/main.lua.d/51-no-devices.lua",  // WirePlumber 0.4
                   "alsa_monitor.enabled = false\n"
@@ -34,7 +35,8 @@ class PipeWireTest : public PlayFixture {
                   "wireplumber.profiles = { main = { monitor.alsa = disabled "
                   "monitor.libcamera = disabled monitor.v4l2 = disabled "
                   "monitor.bluez = disabled } }\n");
-        setenv("PULSE_SERVER", ("unix:" + (folder.path() / "pulse/native").string()).c_str(), 1);
+        g_setenv("PULSE_SERVER", ("unix:" + (folder.path() / "pulse/native").string()).c_str(),
+                 TRUE);
         writeFile("asound.conf", "defaults.pcm.card 0\n");
         environment["ALSA_CONFIG_PATH"] = (folder.path() / "asound.conf").string();
         environment["JACK_DEFAULT_SERVER"] = "orvalo-test-nothing";
