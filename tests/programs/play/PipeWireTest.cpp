@@ -66,9 +66,9 @@ context.properties = {
     core.name = pipewire-0
     support.dbus = false
     default.clock.rate = 48000
-    default.clock.quantum = 256
-    default.clock.min-quantum = 256
-    default.clock.max-quantum = 256
+    default.clock.quantum = 1024
+    default.clock.min-quantum = 1024
+    default.clock.max-quantum = 1024
 }
 context.spa-libs = {
     audio.convert.* = audioconvert/libspa-audioconvert
@@ -204,7 +204,7 @@ TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsJack) {
     expectExactPasses();
     end(playing);
     EXPECT_THAT(outputLines(playing),
-                ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 256 frames."));
+                ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 1024 frames."));
 }
 
 TEST_F(PipeWireTest, PlaysOnAVirtualSinkWithoutPhysicalPorts) {
@@ -215,7 +215,7 @@ TEST_F(PipeWireTest, PlaysOnAVirtualSinkWithoutPhysicalPorts) {
               "AUEnginePlayer: Current audio file '" + music + "' looped: 2.");
     end(playing);
     EXPECT_THAT(outputLines(playing),
-                ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 256 frames."));
+                ElementsAre("Audio output: JACK, 48000 Hz, 2 channels, 1024 frames."));
 }
 
 TEST_F(PipeWireTest, PlaysOnThroughPulseAudioAfterARestart) {
@@ -229,10 +229,10 @@ TEST_F(PipeWireTest, PlaysOnThroughPulseAudioAfterARestart) {
 
 TEST_F(PipeWireTest, PlaysOnThroughJackAfterARestart) {
     expectItSurvivesARestart(
-        onPipeWiresJack(), "Audio output: JACK, 48000 Hz, 2 channels, 256 frames.",
-        "Audio output: JACK went away; a silent clock takes its place (48000 Hz, 2 channels, 256 "
+        onPipeWiresJack(), "Audio output: JACK, 48000 Hz, 2 channels, 1024 frames.",
+        "Audio output: JACK went away; a silent clock takes its place (48000 Hz, 2 channels, 1024 "
         "frames).",
-        "Audio output: JACK takes the place of the silent clock, 48000 Hz, 2 channels, 256 "
+        "Audio output: JACK takes the place of the silent clock, 48000 Hz, 2 channels, 1024 "
         "frames.");
 }
 
