@@ -18,6 +18,7 @@ void registerApplicationClasses() {
                                .outlet("buttonHelp", &ViewController::buttonHelp)
                                .outlet("playButton", &ViewController::playButton)
                                .outlet("stopButton", &ViewController::stopButton)
+                               .outlet("noSoundNotice", &ViewController::noSoundNotice)
                                .action("onButtonUnit", &ViewController::onButtonUnit)
                                .action("onPlayButton", &ViewController::onPlayButton)
                                .action("onStopButton", &ViewController::onStopButton)

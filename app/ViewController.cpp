@@ -3,6 +3,7 @@
 #include "app/HelpViewController.h"
 #include "app/Site.h"
 #include "hosting/AUExtensionManager.h"
+#include "platform/audio/engine/AVAudioSession.h"
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "platform/audio/unit/AUAudioUnit.h"
 #include "platform/foundation/FatalError.h"
@@ -146,6 +147,12 @@ void ViewController::viewDidLoad() {
     stopButton->setHidden(true);
     audioUnitManager = AUExtensionManager::init(shared(this));
     unwrapped(audioUnitManager).auEngine->delegate = shared(this);
+    AVAudioSession::sharedInstance()->setRouteChangeHandler(
+        [screen = weak(this)](bool isOutputMissing) {
+            if (const auto self = screen.lock()) {
+                self->noSoundNotice->setHidden(!isOutputMissing);
+            }
+        });
     pluginView->setHidden(true);
     getDirectories();
 }

@@ -36,6 +36,8 @@ class ViewController : public UIViewController,
     UIOutlet<UIButton> buttonHelp{"ViewController.buttonHelp"};
     UIOutlet<UIButton> playButton{"ViewController.playButton"};
     UIOutlet<UIButton> stopButton{"ViewController.stopButton"};
+    /// Visible while the application plays without a sound device.
+    UIOutlet<UIView> noSoundNotice{"ViewController.noSoundNotice"};
 
   private:
     std::string documentsPath;

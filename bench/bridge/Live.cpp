@@ -31,6 +31,7 @@ class UnitSource : public AudioOutputSource {
         unit_.render({inputs.data(), unit_.inputChannelCount(), block.frameCount}, block);
     }
     void outputFormatChanged(const AVAudioFormat& /*format*/) override {}
+    void outputDeviceMissing(bool /*isMissing*/) override {}
 
     AUAudioUnit& unit_;
     std::vector<std::vector<float>> tone_;

@@ -21,4 +21,8 @@ void TimedOutput::outputFormatChanged(const AVAudioFormat& format) {
     source_->outputFormatChanged(format);
 }
 
+void TimedOutput::outputDeviceMissing(bool isMissing) {
+    source_->outputDeviceMissing(isMissing);
+}
+
 }  // namespace orvalo::bench

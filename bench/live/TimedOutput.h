@@ -23,6 +23,7 @@ class TimedOutput : public AudioOutput, private AudioOutputSource {
   private:
     void renderOutput(const AudioBlock& block) noexcept override;
     void outputFormatChanged(const AVAudioFormat& format) override;
+    void outputDeviceMissing(bool isMissing) override;
 
     const std::unique_ptr<AudioOutput> output_;
     const RunNanoseconds effectTime_;

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/audio/engine/AVAudioSession.h"
 #include "platform/audio/signal/DenormalGuard.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
@@ -106,6 +107,7 @@ void AVAudioEngine::stop() {
     }
     if (!isManual_) {
         outputNode_->output().stop();
+        AVAudioSession::sharedInstance()->setOutputMissing(false);
     }
     isRunning_ = false;
     const std::lock_guard lock(mutex_);
@@ -185,6 +187,10 @@ void AVAudioEngine::renderOutput(const AudioBlock& block) noexcept {
 void AVAudioEngine::outputFormatChanged(const AVAudioFormat& /*format*/) {
     const std::lock_guard lock(mutex_);
     publish();
+}
+
+void AVAudioEngine::outputDeviceMissing(bool isMissing) {
+    AVAudioSession::sharedInstance()->setOutputMissing(isMissing);
 }
 
 void AVAudioEngine::derivedFormatsChanged() {

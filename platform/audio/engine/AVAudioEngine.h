@@ -76,6 +76,8 @@ class AVAudioEngine : public NSObject, private AudioOutputSource {
 
     void renderOutput(const AudioBlock& block) noexcept override;
     void outputFormatChanged(const AVAudioFormat& format) override;
+    void outputDeviceMissing(bool isMissing) override;
+
     /// A node's own format has changed: recompiles connections that state no format.
     void derivedFormatsChanged();
     /// Compiles the graph and swaps the render plan. With mutex_ held.

@@ -1,6 +1,9 @@
 #include "platform/audio/engine/AVAudioSession.h"
 
 #include <mutex>
+#include <utility>
+
+#include "platform/foundation/DispatchQueue.h"
 
 namespace orvalo {
 
@@ -33,5 +36,20 @@ void AVAudioSession::setCategory(AVAudioSessionCategory /*category*/, AVAudioSes
                                  AVAudioSessionCategoryOptions /*options*/) {}
 
 void AVAudioSession::setActive(bool /*active*/, AVAudioSessionSetActiveOptions /*options*/) {}
+
+void AVAudioSession::setRouteChangeHandler(std::function<void(bool)> handler) {
+    routeChangeHandler_ = std::move(handler);
+}
+
+void AVAudioSession::setOutputMissing(bool isMissing) {
+    if (isOutputMissing_.exchange(isMissing) == isMissing) {
+        return;
+    }
+    DispatchQueue::main()->async([self = shared(this)] {
+        if (self->routeChangeHandler_) {
+            self->routeChangeHandler_(self->isOutputMissing_);
+        }
+    });
+}
 
 }  // namespace orvalo

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "platform/foundation/NSObject.h"
@@ -26,6 +28,19 @@ class AVAudioSession : public NSObject {
                              AVAudioSessionCategoryOptions options);
     /// Throws NSError when the system refuses.
     virtual void setActive(bool active, AVAudioSessionSetActiveOptions options);
+
+    /// handler: called on the main queue with true when an engine plays without a device, silently,
+    /// and with false when a device plays again or the engine stops. Main thread.
+    void setRouteChangeHandler(std::function<void(bool isOutputMissing)> handler);
+
+  private:
+    friend class AVAudioEngine;
+
+    /// Any thread.
+    void setOutputMissing(bool isMissing);
+
+    std::atomic<bool> isOutputMissing_{false};
+    std::function<void(bool)> routeChangeHandler_;
 };
 
 }  // namespace orvalo

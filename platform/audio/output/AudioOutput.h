@@ -23,6 +23,11 @@ class AudioOutputSource {
     /// the call returns. stop() waits for the call, so it must not lock a mutex that the caller of
     /// stop() holds.
     virtual void outputFormatChanged(const AVAudioFormat& format) = 0;
+
+    /// A silent clock plays because there is no device, or the device went away (true); a device
+    /// plays again (false). Not called for the first device, or for the clock that was asked for.
+    /// As for outputFormatChanged(), nothing renders until the call returns.
+    virtual void outputDeviceMissing(bool isMissing) = 0;
 };
 
 /// A device, or a clock without one, that plays a source.

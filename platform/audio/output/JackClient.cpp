@@ -15,17 +15,28 @@ void logToGLib(const char* message) {
     g_debug("JACK: %s", message);
 }
 
-/// The names of all playback ports, as "client:port".
-std::vector<std::string> playbackPorts(jack_client_t* client) {
+/// The names of the audio inputs with these flags whose names match the regular expression.
+std::vector<std::string> inputPorts(jack_client_t* client, const char* pattern,
+                                    unsigned long flags) {
     const std::unique_ptr<const char*, void (*)(const char**)> list(
-        jack_get_ports(client, nullptr, JACK_DEFAULT_AUDIO_TYPE,
-                       JackPortIsInput | JackPortIsPhysical),
+        jack_get_ports(client, pattern, JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput | flags),
         [](const char** ports) { jack_free(ports); });
     std::vector<std::string> names;
     for (const char** port = list.get(); port != nullptr && *port != nullptr; ++port) {
         names.emplace_back(*port);
     }
     return names;
+}
+
+/// The names of all playback ports, as "client:port".
+std::vector<std::string> playbackPorts(jack_client_t* client) {
+    auto ports = inputPorts(client, nullptr, JackPortIsPhysical);
+    if (ports.empty()) {
+        // PipeWire has virtual sinks whose ports have no flag that other applications' inputs lack;
+        // only the name distinguishes a sink's ports.
+        ports = inputPorts(client, ":playback_", 0);
+    }
+    return ports;
 }
 
 }  // namespace

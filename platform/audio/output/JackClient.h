@@ -22,7 +22,8 @@ LibraryCalls& libjack();
 JackClient openJackClient(const char* name);
 
 /// The server's format, and its first device with playback ports: at most two of its ports count as
-/// channels. Throws NSError when there is none.
+/// channels. A virtual sink counts when no physical device has any. Throws NSError when there is
+/// none.
 OutputFacts jackFacts(jack_client_t* client);
 
 /// The names of the playback ports of a device, which is a JACK client.

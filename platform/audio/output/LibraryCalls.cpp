@@ -1,23 +1,29 @@
 #include "platform/audio/output/LibraryCalls.h"
 
 #include <csignal>
+#include <memory>
 #include <thread>
 #include <utility>
 
 namespace orvalo {
 
 std::packaged_task<void()> LibraryCalls::inTurn(std::function<void()> work) {
-    return std::packaged_task<void()>([this, work = std::move(work)]() mutable {
-        // libjack writes to the socket of a server that may have died.
-        sigset_t pipeSignal;
-        sigemptyset(&pipeSignal);
-        sigaddset(&pipeSignal, SIGPIPE);
-        pthread_sigmask(SIG_BLOCK, &pipeSignal, nullptr);
-        const std::lock_guard lock(turn_);
-        // Destroys what the work owns before the turn ends.
-        const auto current = std::move(work);
-        current();
-    });
+    ++pendingCount_;
+    // Counts down however the work ends, and when its thread cannot be started.
+    std::shared_ptr<void> pending(nullptr, [this](void*) { --pendingCount_; });
+    return std::packaged_task<void()>(
+        [this, work = std::move(work), pending = std::move(pending)]() mutable {
+            // libjack writes to the socket of a server that may have died.
+            sigset_t pipeSignal;
+            sigemptyset(&pipeSignal);
+            sigaddset(&pipeSignal, SIGPIPE);
+            pthread_sigmask(SIG_BLOCK, &pipeSignal, nullptr);
+            const auto counted = std::move(pending);
+            const std::lock_guard lock(turn_);
+            // Destroys what the work owns before the turn ends.
+            const auto current = std::move(work);
+            current();
+        });
 }
 
 std::future<void> LibraryCalls::start(std::function<void()> work) {

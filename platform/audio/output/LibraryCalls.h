@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <future>
@@ -19,11 +20,14 @@ class LibraryCalls {
     /// passed: the work then continues, so it must own or share all that it uses. Throws what the
     /// work throws within the limit. Any thread.
     bool finishWithin(std::chrono::milliseconds limit, std::function<void()> work);
+    /// Whether work has been started that has not ended yet. Any thread.
+    bool isBusy() const { return pendingCount_ != 0; }
 
   private:
     std::packaged_task<void()> inTurn(std::function<void()> work);
 
     std::mutex turn_;
+    std::atomic<int> pendingCount_{0};
 };
 
 }  // namespace orvalo

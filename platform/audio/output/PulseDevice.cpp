@@ -27,9 +27,12 @@ class Connection {
 
     /// The sink that streams go to unless they name another. Throws NSError when there is none.
     OutputFacts defaultSink();
+    /// Throws NSError when a sink or source has no description: RtAudio would crash.
+    void checkDescriptions();
 
   private:
     bool iterate();
+    void finish(pa_operation* operation);
 
     const std::chrono::steady_clock::time_point deadline_ =
         std::chrono::steady_clock::now() + kProbeLimit;
@@ -74,17 +77,44 @@ OutputFacts Connection::defaultSink() {
                 .deviceName = info->name});
         }
     };
-    if (auto* const operation =
-            pa_context_get_sink_info_by_name(context_.get(), "@DEFAULT_SINK@", take, &found)) {
+    finish(pa_context_get_sink_info_by_name(context_.get(), "@DEFAULT_SINK@", take, &found));
+    if (!found) {
+        throw outputError("the PulseAudio server has no sink");
+    }
+    return *found;
+}
+
+/// For pa_context_get_sink_info_list() and pa_context_get_source_info_list(): stores the name of
+/// the first device without a description.
+template <typename Info>
+void findUndescribed(pa_context* /*context*/, const Info* info, int end, void* found) {
+    auto& name = *static_cast<std::string*>(found);
+    if (end == 0 && name.empty() &&
+        pa_proplist_gets(info->proplist, PA_PROP_DEVICE_DESCRIPTION) == nullptr) {
+        name = info->name;
+    }
+}
+
+void Connection::checkDescriptions() {
+    std::string undescribed;
+    finish(
+        pa_context_get_sink_info_list(context_.get(), findUndescribed<pa_sink_info>, &undescribed));
+    finish(pa_context_get_source_info_list(context_.get(), findUndescribed<pa_source_info>,
+                                           &undescribed));
+    if (!undescribed.empty()) {
+        throw outputError("the PulseAudio server's device \"" + undescribed +
+                          "\" has no description");
+    }
+}
+
+/// Serves the connection until the operation has ended or the deadline has passed.
+void Connection::finish(pa_operation* operation) {
+    if (operation != nullptr) {
         while (pa_operation_get_state(operation) == PA_OPERATION_RUNNING && iterate()) {
         }
         pa_operation_cancel(operation);
         pa_operation_unref(operation);
     }
-    if (!found) {
-        throw outputError("the PulseAudio server has no sink");
-    }
-    return *found;
 }
 
 /// Serves the connection once; false when the deadline has passed.
@@ -99,7 +129,9 @@ bool Connection::iterate() {
 }  // namespace
 
 OutputFacts PulseDevice::probe() {
-    return Connection().defaultSink();
+    Connection connection;
+    connection.checkDescriptions();
+    return connection.defaultSink();
 }
 
 std::unique_ptr<OutputStream> PulseDevice::open(const OutputFacts& facts,

@@ -129,6 +129,10 @@ RtAudioStream::RtAudioStream(RtAudio::Api api, const OutputFacts& facts,
     : facts_(facts),
       session_(std::make_shared<Session>(
           Session{std::move(feed), api, facts.format.channelCount, nullptr})) {
+    // An opening that hung before still waits: another would wait behind it, with its thread.
+    if (callsTo(api).isBusy()) {
+        throw outputError("the sound server does not answer");
+    }
     const auto frameCount = std::make_shared<unsigned int>(0);
     if (!callsTo(api).finishWithin(kOpeningLimit, [session = session_, facts, frameCount] {
             *frameCount = session->open(facts);

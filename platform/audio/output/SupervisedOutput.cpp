@@ -84,6 +84,9 @@ void SupervisedOutput::start(AudioOutputSource& source) {
         countedFeed_.reset();
         earlierXruns_ = 0;
     }
+    if (absence_ == Absence::fail) {
+        pauses_.clear();
+    }
     lost_ = nullptr;
     const bool isOpen = openAny(nullptr);
     if (lost_ != nullptr) {
@@ -103,7 +106,12 @@ void SupervisedOutput::start(AudioOutputSource& source) {
                       : "Audio output: none found; a silent clock takes its place (%s).",
                   text(playing_.stream->facts()).c_str());
     }
+    // A start is a reason to try the others, too, but not to wait for them.
+    for (auto& [device, pause] : pauses_) {
+        pause.end = retryAt_ = Clock::now();
+    }
     source_ = &source;
+    reportedMissing_ = false;
     stopping_ = false;
     replacedAtOnce_ = false;
     thread_ = std::thread([this] { supervise(); });
@@ -159,14 +167,49 @@ bool SupervisedOutput::open(OutputDevice& device) {
 }
 
 bool SupervisedOutput::openAny(const OutputDevice* except) {
-    return std::any_of(devices_.begin(), devices_.end(),
-                       [&](const auto& device) { return device.get() != except && open(*device); });
+    return std::any_of(devices_.begin(), devices_.end(), [&](const auto& device) {
+        return device.get() != except && !isPaused(*device) && open(*device);
+    });
+}
+
+bool SupervisedOutput::openOneThatRenders() {
+    return std::any_of(devices_.begin(), devices_.end(), [this](const auto& device) {
+        if (stopping_ || isPaused(*device) || !open(*device)) {
+            return false;
+        }
+        const auto& feed = *playing_.feed;
+        while (feed.renderCount() == 0 && !feed.hasEnded() && !stopping_ &&
+               Clock::now() - openedAt_ < timing_.silence) {
+            wakeSignal_->wait(timing_.watch);
+        }
+        if (feed.renderCount() > 0 && !feed.hasEnded()) {
+            return true;
+        }
+        playing_ = {};
+        if (!stopping_) {
+            g_debug("Audio output %s: it opens and does not play.", device->name().c_str());
+            pause(*device);
+        }
+        return false;
+    });
+}
+
+bool SupervisedOutput::isPaused(const OutputDevice& device) const {
+    const auto pause = pauses_.find(&device);
+    return pause != pauses_.end() && Clock::now() < pause->second.end;
+}
+
+void SupervisedOutput::pause(const OutputDevice& device) {
+    auto& pause = pauses_[&device];
+    pause.length = std::min(std::max(timing_.retry, 2 * pause.length), timing_.longestPause);
+    pause.end = Clock::now() + pause.length;
 }
 
 void SupervisedOutput::openClock(const OutputFacts& facts) {
     auto feed = std::make_shared<StreamFeed>(wakeSignal_);
     auto stream = std::make_unique<ClockStream>(facts, feed);
     setPlaying({nullptr, std::move(feed), std::move(stream)});
+    retryAt_ = openedAt_ + timing_.retry;
 }
 
 void SupervisedOutput::setPlaying(Playing playing) {
@@ -196,7 +239,7 @@ void SupervisedOutput::supervise() {
         }
         noteRendering();
         if (playing_.device == nullptr) {
-            if (!devices_.empty() && Clock::now() - openedAt_ >= timing_.retry) {
+            if (!devices_.empty() && Clock::now() >= retryAt_) {
                 returnToDevice();
             }
         } else if (isDead()) {
@@ -216,6 +259,10 @@ void SupervisedOutput::connectSource() {
     if (changed) {
         source_->outputFormatChanged(format);
     }
+    const bool isMissing = playing_.device == nullptr && !devices_.empty();
+    if (std::exchange(reportedMissing_, isMissing) != isMissing) {
+        source_->outputDeviceMissing(isMissing);
+    }
     playing_.feed->connect(*source_);
 }
 
@@ -234,8 +281,16 @@ bool SupervisedOutput::isDead() const {
 void SupervisedOutput::replaceStream() {
     OutputDevice& device = *playing_.device;
     const auto facts = playing_.stream->facts();
-    const bool replaceAtOnce = !replacedAtOnce_ || Clock::now() - openedAt_ >= timing_.retry;
+    // A stream that ended may have had no time to render.
+    const bool isMute = playing_.feed->renderCount() == 0 && !playing_.feed->hasEnded();
+    const bool hasLasted = !isMute && Clock::now() - openedAt_ >= timing_.retry;
+    const bool replaceAtOnce = hasLasted || (!isMute && !replacedAtOnce_);
     endPlaying();
+    if (hasLasted) {
+        pauses_.erase(&device);
+    } else if (!replaceAtOnce) {
+        pause(device);
+    }
     if (replaceAtOnce && open(device)) {
         g_warning("Audio output: %s stopped and was opened again, %s.", device.name().c_str(),
                   text(playing_.stream->facts()).c_str());
@@ -244,8 +299,9 @@ void SupervisedOutput::replaceStream() {
                   playing_.device->name().c_str(), text(playing_.stream->facts()).c_str());
     } else {
         openClock({facts.format, facts.frameCount, ""});
-        g_warning("Audio output: %s went away; a silent clock takes its place (%s).",
-                  device.name().c_str(), text(playing_.stream->facts()).c_str());
+        g_warning("Audio output: %s %s; a silent clock takes its place (%s).",
+                  device.name().c_str(), isMute ? "does not play" : "went away",
+                  text(playing_.stream->facts()).c_str());
     }
     replacedAtOnce_ = playing_.device != nullptr;
     connectSource();
@@ -254,7 +310,7 @@ void SupervisedOutput::replaceStream() {
 void SupervisedOutput::returnToDevice() {
     // Keeps the clock playing, because probing and opening may need seconds.
     Playing clock = std::exchange(playing_, {});
-    if (openAny(nullptr)) {
+    if (openOneThatRenders()) {
         clock.feed->disconnect();
         clock.stream.reset();
         {
@@ -267,6 +323,7 @@ void SupervisedOutput::returnToDevice() {
         connectSource();
     } else {
         setPlaying(std::move(clock));
+        retryAt_ = Clock::now() + timing_.retry;
     }
 }
 

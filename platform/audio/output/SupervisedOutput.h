@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -18,7 +19,8 @@ namespace orvalo {
 
 /// An output over devices that may disappear and return. A control thread watches the stream that
 /// plays. When the stream ends or stops rendering, the thread opens the same device again, else
-/// another one, else a silent clock, which it replaces as soon as a device opens.
+/// another one, else a silent clock, which it replaces as soon as a device renders. A device whose
+/// streams render nothing or die soon is tried again after pauses that grow.
 class SupervisedOutput final : public AudioOutput {
   public:
     struct Timing {
@@ -28,8 +30,11 @@ class SupervisedOutput final : public AudioOutput {
         /// How often the render count is read, for streams that do not report their end.
         std::chrono::milliseconds watch{250};
         /// How often a device is probed while the clock plays. A stream that was opened in the
-        /// place of a dead one and dies sooner than this is replaced by the clock.
+        /// place of a dead one and dies sooner than this is replaced by the clock, and its device
+        /// is tried again after a pause of this length, which doubles each time.
         std::chrono::milliseconds retry{3000};
+        /// The longest pause.
+        std::chrono::milliseconds longestPause{60000};
     };
     /// What start() does when no device opens: throw, or play the silent clock. The clock also
     /// stands in for a device that was there and went away before it was open.
@@ -59,8 +64,17 @@ class SupervisedOutput final : public AudioOutput {
     };
 
     OutputFacts probe(OutputDevice& device);
+    /// How long a device is left alone whose last stream failed.
+    struct Pause {
+        std::chrono::milliseconds length{0};
+        Clock::time_point end;
+    };
+
     bool open(OutputDevice& device);
     bool openAny(const OutputDevice* except);
+    bool openOneThatRenders();
+    bool isPaused(const OutputDevice& device) const;
+    void pause(const OutputDevice& device);
     void openClock(const OutputFacts& facts);
     void setPlaying(Playing playing);
     void endPlaying();
@@ -83,9 +97,12 @@ class SupervisedOutput final : public AudioOutput {
     Clock::time_point openedAt_;
     Clock::time_point lastRenderAt_;
     std::uint64_t lastRenderCount_ = 0;
-    bool replacedAtOnce_ = false;   ///< The stream was opened in the place of a dead one.
-    std::string lastFailure_;       ///< Why the last opening failed, as the end of a sentence.
     OutputDevice* lost_ = nullptr;  ///< Went away between a probe and the end of its opening.
+    Clock::time_point retryAt_;     ///< When the clock is to be replaced.
+    std::map<const OutputDevice*, Pause> pauses_;
+    bool reportedMissing_ = false;
+    bool replacedAtOnce_ = false;  ///< The stream was opened in the place of a dead one.
+    std::string lastFailure_;      ///< Why the last opening failed, as the end of a sentence.
 
     std::thread thread_;
     std::atomic<bool> stopping_{false};

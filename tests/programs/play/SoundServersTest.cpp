@@ -1,18 +1,13 @@
 #include <jack/jack.h>
-#include <pulse/simple.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
-#include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <filesystem>
-#include <functional>
-#include <mutex>
-#include <thread>
+#include <cstdlib>
+#include <memory>
 
 #include "tests/programs/play/PlayFixture.h"
+#include "tests/programs/play/Recording.h"
 #include "tests/testing/ServerProcess.h"
 #include "tests/testing/WaitUntil.h"
 
@@ -21,40 +16,6 @@ namespace orvalo::testing {
 namespace {
 
 using ::testing::HasSubstr;
-
-/// The left channel that a server has played so far.
-class Recording {
-  public:
-    void append(const float* samples, std::size_t count, std::size_t stride) {
-        const std::lock_guard lock(mutex_);
-        for (std::size_t index = 0; index < count; ++index) {
-            samples_.push_back(samples[index * stride]);
-        }
-    }
-
-    /// Whether it contains these consecutive samples. One thread, always with the same samples.
-    bool holds(const std::vector<float>& wanted) {
-        {
-            // Locked only for the copy: the server must not wait.
-            const std::lock_guard lock(mutex_);
-            heard_.insert(heard_.end(), samples_.begin(), samples_.end());
-            samples_.clear();
-        }
-        const auto begin = heard_.end() - std::min(std::ssize(heard_), unsearched(wanted.size()));
-        searched_ = heard_.size();
-        return std::search(begin, heard_.end(), wanted.begin(), wanted.end()) != heard_.end();
-    }
-
-  private:
-    std::ptrdiff_t unsearched(std::size_t overlap) const {
-        return static_cast<std::ptrdiff_t>(heard_.size() - searched_ + overlap);
-    }
-
-    std::mutex mutex_;
-    std::vector<float> samples_;  // Since the last search.
-    std::vector<float> heard_;
-    std::size_t searched_ = 0;
-};
 
 /// orvalo-play with a transparent effect on a real sound server.
 class SoundServersTest : public PlayFixture {
@@ -134,30 +95,15 @@ TEST_F(SoundServersTest, PassesJoinSampleExactlyOnPulseAudio) {
         {"pulseaudio", "--daemonize=no", "-n", "--exit-idle-time=-1", "--use-pid-file=no",
          "--disable-shm=yes", "-L", "module-null-sink sink_name=quiet format=float32le rate=48000",
          "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket});
-    const pa_sample_spec format{PA_SAMPLE_FLOAT32LE, 48000, 2};
-    pa_simple* source = nullptr;
-    ASSERT_TRUE(pollUntil([&] {
-        source = pa_simple_new(nullptr, "recorder", PA_STREAM_RECORD, "quiet.monitor", "record",
-                               &format, nullptr, nullptr, nullptr);
-        return source != nullptr;
-    }));
-    std::jthread recorder([&](const std::stop_token& stopped) {
-        std::array<float, 2048> frames{};
-        while (!stopped.stop_requested() &&
-               pa_simple_read(source, frames.data(), sizeof frames, nullptr) >= 0) {
-            recording.append(frames.data(), frames.size() / 2, 2);
-        }
-    });
+    PulseRecorder recorder("quiet.monitor");
 
     Program playing(command({"--file", music}), environment);
     playing.readUntil("AUEnginePlayer: Audio engine starting.");
-    EXPECT_TRUE(pollUntil([&] { return recording.holds(threePasses); })) << playing.standardError();
+    EXPECT_TRUE(pollUntil([&] { return recorder.recording.holds(threePasses); }))
+        << playing.standardError();
     end(playing);
     EXPECT_THAT(playing.standardError(),
                 HasSubstr("Audio output: PulseAudio, 48000 Hz, 2 channels"));
-    recorder.request_stop();
-    recorder.join();
-    pa_simple_free(source);
 }
 
 }  // namespace

@@ -266,6 +266,24 @@ TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {
                             "channels, 256 frames."));
 }
 
+TEST_F(JackServerTest, TakesAVirtualSinkWhenThereAreNoPhysicalPortsAndNeverARecorder) {
+    const ServerProcess server(
+        {"jackd", "--no-realtime", "--name", server_, "-d", "dummy", "--playback", "0"});
+    ASSERT_TRUE(testing::pollUntil([] { return openClient("waiting") != nullptr; }));
+    const JackRecorder recorder;
+    EXPECT_EQ(probeError(), "the JACK server has no playback port");
+    const auto sink = openClient("virtual sink");
+    for (const char* name : {"playback_FL", "playback_FR"}) {
+        jack_port_register(sink.get(), name, JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput, 0);
+    }
+    ASSERT_EQ(jack_activate(sink.get()), 0);
+    EXPECT_EQ(JackDevice().probe().deviceName, "virtual sink");
+    const auto output = makeOutput(SupervisedOutput::Absence::fail);
+    output->start(source_);
+    EXPECT_NE(jack_port_connected(jack_port_by_name(sink.get(), "virtual sink:playback_FR")), 0);
+    output->stop();
+}
+
 TEST_F(JackServerTest, CountsXruns) {
     const auto server = startServer("48000", "64");
     const auto output = makeOutput(SupervisedOutput::Absence::fail);

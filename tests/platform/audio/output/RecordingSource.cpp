@@ -68,6 +68,11 @@ void RecordingSource::outputFormatChanged(const AVAudioFormat& format) {
     busy_ = false;
 }
 
+void RecordingSource::outputDeviceMissing(bool isMissing) {
+    const std::lock_guard lock(mutex_);
+    missingReports_.push_back(isMissing);
+}
+
 bool RecordingSource::waitForBlocks(std::uint64_t count) {
     const auto target = blocks_ + count;
     return pollUntil([&] { return blocks_ >= target; });
@@ -81,6 +86,11 @@ std::string RecordingSource::threadName() const {
 std::vector<AVAudioFormat> RecordingSource::formatChanges() const {
     const std::lock_guard lock(mutex_);
     return formatChanges_;
+}
+
+std::vector<bool> RecordingSource::missingReports() const {
+    const std::lock_guard lock(mutex_);
+    return missingReports_;
 }
 
 }  // namespace orvalo::testing

@@ -23,6 +23,7 @@ class RecordingSource : public AudioOutputSource {
 
     void renderOutput(const AudioBlock& block) noexcept override;
     void outputFormatChanged(const AVAudioFormat& format) override;
+    void outputDeviceMissing(bool isMissing) override;
 
     /// Waits until count more blocks are rendered; false when they are not within a minute.
     bool waitForBlocks(std::uint64_t count);
@@ -42,6 +43,8 @@ class RecordingSource : public AudioOutputSource {
     /// The name of the thread of the last render call.
     std::string threadName() const;
     std::vector<AVAudioFormat> formatChanges() const;
+    /// The arguments of outputDeviceMissing().
+    std::vector<bool> missingReports() const;
 
     std::function<void()> whileRendering;  ///< Called in each render call; set it before start().
     std::function<void()>
@@ -61,6 +64,7 @@ class RecordingSource : public AudioOutputSource {
     std::array<std::atomic<std::uint64_t>, 2> threadName_{};
     mutable std::mutex mutex_;
     std::vector<AVAudioFormat> formatChanges_;
+    std::vector<bool> missingReports_;
 };
 
 }  // namespace orvalo::testing

@@ -86,6 +86,7 @@ TEST_F(SupervisedOutputTest, UsesTheClockWhenEveryDeviceIsAbsent) {
     ASSERT_TRUE(source_.waitForBlocks(3));
     output->stop();
     EXPECT_EQ(source_.lastFrameCount(), 512U);
+    EXPECT_THAT(source_.missingReports(), ElementsAre(true));
     EXPECT_THAT(log_.messages(),
                 ElementsAre("Audio output: none found; a silent clock takes its place (48000 Hz, "
                             "2 channels, 512 frames)."));
@@ -96,6 +97,7 @@ TEST_F(SupervisedOutputTest, UsesTheClockWithoutDevices) {
     output.start(source_);
     ASSERT_TRUE(source_.waitForBlocks(3));
     output.stop();
+    EXPECT_THAT(source_.missingReports(), IsEmpty()) << "no device was asked for";
     EXPECT_THAT(log_.messages(),
                 ElementsAre("Audio output: a silent clock (48000 Hz, 2 channels, 512 frames)."));
 }
@@ -215,6 +217,7 @@ TEST_F(SupervisedOutputTest, UsesTheClockUntilADeviceReturns) {
     EXPECT_NE(source_.threadName(), "orvalo-null");
     output->stop();
     EXPECT_THAT(source_.formatChanges(), ElementsAre(AVAudioFormat{96000.0, 2}));
+    EXPECT_THAT(source_.missingReports(), ElementsAre(true, false));
     EXPECT_EQ(source_.overlapCount(), 0U);
     EXPECT_THAT(log_.messages(),
                 ElementsAre("Audio output: Alpha, 48000 Hz, 2 channels, 32 frames.",
@@ -277,6 +280,52 @@ TEST_F(SupervisedOutputTest, UsesTheClockWhenAReopenedStreamDiesAtOnce) {
               "Audio output: Alpha went away; a silent clock takes its place (48000 Hz, 2 "
               "channels, 32 frames).");
     EXPECT_EQ(alpha_->openCount, 2);
+}
+
+TEST_F(SupervisedOutputTest, SettlesOnTheClockWhenADeviceOpensAndRendersNothing) {
+    timing_.silence = milliseconds(1000);
+    timing_.longestPause = milliseconds(20);
+    alpha_->isFrozen = true;
+    beta_->isThere = false;
+    const auto output = makeOutput();
+    output->format();
+    output->start(source_);
+    // Tried again and again, while the clock plays on.
+    ASSERT_TRUE(testing::pollUntil([&] { return alpha_->openCount >= 3; }));
+    EXPECT_EQ(source_.threadName(), "orvalo-null");
+    alpha_->isFrozen = false;
+    ASSERT_TRUE(waitForMessages(3));
+    ASSERT_TRUE(source_.waitForBlocks(3));
+    EXPECT_NE(source_.threadName(), "orvalo-null");
+    output->stop();
+    EXPECT_EQ(source_.overlapCount(), 0U);
+    EXPECT_THAT(source_.missingReports(), ElementsAre(true, false));
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: Alpha, 48000 Hz, 2 channels, 32 frames.",
+                            "Audio output: Alpha does not play; a silent clock takes its place "
+                            "(48000 Hz, 2 channels, 32 frames).",
+                            "Audio output: Alpha takes the place of the silent clock, 48000 Hz, 2 "
+                            "channels, 32 frames."));
+}
+
+TEST_F(SupervisedOutputTest, PlaysOnTheNextDeviceWhenTheFirstRendersNothing) {
+    timing_.silence = milliseconds(2000);
+    timing_.longestPause = hours(1);
+    alpha_->isFrozen = true;
+    const auto output = makeOutput();
+    output->start(source_);
+    ASSERT_TRUE(waitForMessages(3));
+    output->stop();
+    // Also at the next start, which does not wait for the first device.
+    output->start(source_);
+    output->stop();
+    EXPECT_THAT(log_.messages(),
+                ElementsAre("Audio output: Alpha, 48000 Hz, 2 channels, 32 frames.",
+                            "Audio output: Alpha does not play; a silent clock takes its place "
+                            "(48000 Hz, 2 channels, 32 frames).",
+                            "Audio output: Beta takes the place of the silent clock, 48000 Hz, 2 "
+                            "channels, 32 frames.",
+                            "Audio output: Beta, 48000 Hz, 2 channels, 32 frames."));
 }
 
 TEST_F(SupervisedOutputTest, ReportsAFormatThatDiffersFromTheStatedOne) {
