@@ -3,6 +3,7 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,9 @@ GLogWriterOutput writeEscaped(GLogLevelFlags level, const GLogField* given, gsiz
         text = onOneLine(static_cast<const char*>(message->value));
         message->value = text.c_str();
     }
+    // GLib's writer takes the time from localtime(), whose result all threads share.
+    static std::mutex turn;
+    const std::lock_guard lock(turn);
     return g_log_writer_default(level, fields.data(), fields.size(), data);
 }
 

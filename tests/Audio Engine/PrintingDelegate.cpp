@@ -36,8 +36,16 @@ void PrintingDelegate::onLoop(std::int64_t count) {
 }
 
 void PrintingDelegate::onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) {
-    found = unit;
+    {
+        const std::lock_guard lock(mutex_);
+        found_ = unit;
+    }
     say(unit ? "onFoundComponent(unit: present)" : "onFoundComponent(unit: absent)");
+}
+
+std::shared_ptr<AVAudioUnit> PrintingDelegate::found() const {
+    const std::lock_guard lock(mutex_);
+    return found_;
 }
 
 void PrintingDelegate::onEngineInitialized() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+#include <mutex>
 #include <string>
 
 #include "Audio Engine/AUEnginePlayerDelegate.h"
@@ -20,8 +22,12 @@ class PrintingDelegate : public AUEnginePlayerDelegate, public AUExtensionManage
     void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) override;
     void onEngineInitialized() override;
 
-    /// The found effect.
-    std::shared_ptr<AVAudioUnit> found;
+    /// The found effect. Any thread.
+    std::shared_ptr<AVAudioUnit> found() const;
+
+  private:
+    mutable std::mutex mutex_;
+    std::shared_ptr<AVAudioUnit> found_;
 };
 
 }  // namespace orvalo::testing

@@ -18,7 +18,7 @@ TEST_F(BrokenEffect, PrintsItsDescriptionBeforeTheError) {
             report() +
             Lines({description(AudioComponentDescription{0x61756D66, 0x6F72564C, 0x54534C59, 2, 0}),
                    "Error: Could not instantiate audio unit."}));
-    EXPECT_EQ(delegate->found, nullptr);
+    EXPECT_EQ(delegate->found(), nullptr);
 }
 
 TEST_F(BrokenEffect, LeavesThePlayerUnconnected) {

@@ -29,10 +29,10 @@ TEST_F(TwoEffects, TheFirstIsFoundInstantiatedAndConnected) {
     settle();
     EXPECT_EQ(newLines(), found());
 
-    ASSERT_NE(delegate->found, nullptr);
-    EXPECT_EQ(peer.activeAVAudioUnit(), delegate->found);
-    EXPECT_EQ(delegate->found->auAudioUnit()->MIDIOutputNames(), Lines({"Notes"}));
-    EXPECT_EQ(delegate->found->auAudioUnit()->contextName(), "running in distribution host");
+    ASSERT_NE(delegate->found(), nullptr);
+    EXPECT_EQ(peer.activeAVAudioUnit(), delegate->found());
+    EXPECT_EQ(delegate->found()->auAudioUnit()->MIDIOutputNames(), Lines({"Notes"}));
+    EXPECT_EQ(delegate->found()->auAudioUnit()->contextName(), "running in distribution host");
 }
 
 TEST_F(TwoEffects, BothAreAvailable) {
