@@ -43,7 +43,7 @@ struct BridgeLimits {
 
     /// Resident memory of the service and its children, in bytes.
     std::uint64_t memory = defaultMemory();
-    /// Threads of the service and its children. The kernel refuses ordinary users as many.
+    /// Threads of the service and its children. Of an ordinary user the kernel allows no more.
     unsigned threads = 512;
     /// The size of a state, in bytes. Leaves room for the rest of an Instantiate message.
     std::size_t state = std::size_t{48} << 20U;

@@ -27,6 +27,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -129,6 +130,18 @@ std::map<std::string, std::string> outcomesIn(const std::string& text) {
         if (mark != std::string::npos && end != std::string::npos) {
             const auto begin = mark + kMark.size();
             result[line.substr(begin, end - begin)] = line.substr(end + 2);
+        }
+    }
+    return result;
+}
+
+/// The lines that contain the text.
+std::vector<std::string> linesWith(const std::string& part, const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.find(part) != std::string::npos) {
+            result.push_back(line);
         }
     }
     return result;
@@ -277,16 +290,21 @@ TEST_P(Confinement, LimitsTheMemoryOfAllChildren) {
     EXPECT_TRUE(host.says("of memory, more than the limit of 250 MiB")) << host.text();
 }
 
-/// The lines that contain the text.
-std::vector<std::string> linesWith(const std::string& part, const std::string& text) {
-    std::vector<std::string> result;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.find(part) != std::string::npos) {
-            result.push_back(line);
-        }
-    }
-    return result;
+TEST_P(Confinement, AnEffectWithAUIKeepsItsCacheAndSeesNoOther) {
+    HostileHost host(GetParam(), "cache");
+    ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
+    host.end();
+    ASSERT_TRUE(host.says("left ")) << host.text();
+    // Of two services, one after the other.
+    EXPECT_THAT(
+        linesWith("<urn:orvalo:hostile>: ", host.text()),
+        ElementsAre(EndsWith(": read its shader: ENOENT"), EndsWith(": keep a shader: done"),
+                    EndsWith(": read another effect's shader: ENOENT"),
+                    EndsWith(": write beside its cache: EROFS"),
+                    EndsWith(": read its shader: done"), EndsWith(": keep a shader: done"),
+                    EndsWith(": read another effect's shader: ENOENT"),
+                    EndsWith(": write beside its cache: EROFS")));
+    EXPECT_THAT(host.text(), HasSubstr("\nunharmed\n"));
 }
 
 TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {

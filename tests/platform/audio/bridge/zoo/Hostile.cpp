@@ -1,9 +1,9 @@
 // An effect that attacks its host at its instantiation. Its bundle has a file "targets" with lines
 // "<name> <value>". Logs each attempt as "<what>: done" or "<what>: <name of errno>". With a target
-// "children" it only makes that many children, which live for ever; with "bomb" as many as it can,
-// with "leak" one child that uses that many MiB;
-// with "group" it only writes settings; with "sockets" it only reaches for sockets and out of the
-// host's control.
+// "children" it only makes children of each kind, which live for ever; with "bomb" as many as it
+// can, with "leak" one child that uses that many MiB; with "group" it only writes settings, with
+// "cache" it only uses caches; with "sockets" it only reaches for sockets and out of the host's
+// control.
 
 #include <fcntl.h>
 #include <linux/ioprio.h>
@@ -64,6 +64,8 @@ class Attacker {
         if (targets_.contains("group")) {
             sayOpen("write the group's settings", target("group"), O_WRONLY | O_CREAT);
             sayOpen("write other settings", target("other"), O_WRONLY | O_CREAT);
+        } else if (targets_.contains("cache")) {
+            useCaches();
         } else if (targets_.contains("children")) {
             makeChildren();
         } else if (targets_.contains("bomb")) {
@@ -207,6 +209,14 @@ class Attacker {
         sayOpen("set where core files go", "/proc/sys/kernel/core_pattern", O_WRONLY);
         constexpr long kNoText = 1;
         say("mount", syscall(SYS_mount, "none", "/tmp", kNoText, 0, nullptr));
+    }
+
+    void useCaches() const {
+        const std::string own = getenv("MESA_SHADER_CACHE_DIR");
+        sayOpen("read its shader", own + "/shader", O_RDONLY);
+        sayOpen("keep a shader", own + "/shader", O_WRONLY | O_CREAT);
+        sayOpen("read another effect's shader", own + "/../other/shader", O_RDONLY);
+        sayOpen("write beside its cache", own + "/../shader", O_WRONLY | O_CREAT);
     }
 
     void sayFill(const std::string& what, const std::string& path, off_t size) const {
