@@ -214,7 +214,8 @@ TEST_P(Confinement, StopsEachAttack) {
         {"open another terminal", "ENOENT"},
         {"read the shared memory", "ENOENT"},
         {"devices", "core fd full null ptmx pts random shm stderr stdin stdout tty urandom zero"},
-        // Sockets.
+        // Descriptors and sockets.
+        {"descriptors", "0 1 2"},
         {"reach a service's socket", "ENOENT"},
         {"reach an abstract socket", "ECONNREFUSED"},
         {"socket of IPv4", "EAFNOSUPPORT"},
@@ -326,6 +327,9 @@ TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
     EXPECT_EQ(outcomes["reach a service's socket"], "done");
     EXPECT_EQ(outcomes["socket of IPv4"], "EAFNOSUPPORT");
     EXPECT_EQ(outcomes["outlive the host by high bits"], "EPERM");
+    EXPECT_EQ(outcomes["descriptors"], "0 1 2");
+    // An effect without a UI has no cache: there is no new folder at home.
+    EXPECT_THAT(host.text(), HasSubstr("\nunharmed\n"));
 }
 
 TEST_P(Confinement, TheLineRepeatsWhatBubblewrapSays) {

@@ -32,14 +32,16 @@ constexpr seconds kLong{30};
 /// An executable shell script.
 class Script {
   public:
-    explicit Script(const std::string& text) {
+    explicit Script(const std::string& text, std::string name = "program")
+        : name_(std::move(name)) {
         std::ofstream(path()) << "#!/bin/sh\n" << text << "\n";
         std::filesystem::permissions(path(), std::filesystem::perms::owner_all);
     }
-    std::filesystem::path path() const { return folder_.path() / "program"; }
+    std::filesystem::path path() const { return folder_.path() / name_; }
 
   private:
     TemporaryFolder folder_;
+    const std::string name_;
 };
 
 std::string readAll(FileDescriptor descriptor) {
@@ -56,6 +58,19 @@ TEST(ServiceProcess, ReturnsHowTheProcessEnded) {
     ServiceProcess second(signal.path());
     ASSERT_TRUE(second.endsWithin(kLong));
     EXPECT_EQ(second.end(), "was killed by signal 11 (Segmentation fault)");
+}
+
+TEST(ServiceProcess, ReturnsTheSignalOfAServiceThatEndedBeforeItsFirstProcessWasOpened) {
+    const Script program("exit 0");
+    // With the real bubblewrap, which the first process looks for.
+    ServiceProcess(program.path()).end();
+    const std::string path = getenv("PATH");
+    const Script bubblewrap("echo '{ \"child-pid\": 2000000000 }' >&5; exit 139", "bwrap");
+    setenv("PATH", (bubblewrap.path().parent_path().string() + ":" + path).c_str(), 1);
+    ServiceProcess process(program.path());
+    setenv("PATH", path.c_str(), 1);
+    ASSERT_TRUE(process.endsWithin(kLong));
+    EXPECT_EQ(process.end(), "was killed by signal 11 (Segmentation fault)");
 }
 
 /// Interrupts its creator thread by signals for the object's life, at most 30 s. Sends each signal

@@ -278,7 +278,20 @@ class Attacker {
         close(socket);
     }
 
+    /// Lists the descriptors that a child would inherit.
+    void sayDescriptors() const {
+        std::string all;
+        for (int number = 0; number < 256; ++number) {
+            const int flags = fcntl(number, F_GETFD);
+            if (flags >= 0 && (flags & FD_CLOEXEC) == 0) {
+                all += " " + std::to_string(number);
+            }
+        }
+        tell("descriptors:" + all);
+    }
+
     void attackSockets() const {
+        sayDescriptors();
         sayConnect("reach a service's socket", target("socket"), false);
         sayConnect("reach an abstract socket", target("abstract"), true);
         say("socket of IPv4", socket(AF_INET, SOCK_STREAM, 0));
