@@ -269,7 +269,8 @@ TEST_P(Confinement, ChildrenEndWithTheService) {
         } else {
             kill(host.id(), signal);
         }
-        EXPECT_TRUE(pollUntil([&] { return std::ranges::none_of(processes, isAlive); }));
+        ASSERT_TRUE(pollUntil([&] { return std::ranges::none_of(processes, isAlive); }))
+            << "after signal " << signal;
     }
 }
 
