@@ -23,7 +23,7 @@ struct BridgeLimits {
     /// How long offline rendering waits for each span of a quantum: longer than `hang`.
     Milliseconds offlineWait{5000 * kSlowness};
 
-    /// The interval between pings.
+    /// The interval between pings, and between looks at memory and threads.
     Milliseconds ping{500};
     /// The time limit for a quantum, which the service's audio thread answers.
     Milliseconds hang{1000 * kSlowness};

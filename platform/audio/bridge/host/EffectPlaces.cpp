@@ -3,6 +3,7 @@
 #include <glib.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <set>
 #include <string_view>
@@ -53,7 +54,14 @@ class Command {
         std::error_code ignored;
         if (fs::exists(place, ignored)) {
             add({"--ro-bind", place, name});
+            shown_.push_back(name / "");
         }
+    }
+    /// Whether a folder around the place is shown.
+    bool shows(const fs::path& place) const {
+        return std::ranges::any_of(shown_, [&place](const fs::path& folder) {
+            return place.native().starts_with(folder.native());
+        });
     }
     template <typename Names>
     void show(const fs::path& folder, const Names& names) {
@@ -61,6 +69,9 @@ class Command {
             show(folder / name);
         }
     }
+
+  private:
+    std::vector<fs::path> shown_;  // Each with a slash at its end.
 };
 
 bool isReadableByAll(const fs::path& file) {
@@ -81,10 +92,12 @@ void showBundle(Command& command, const fs::path& bundle) {
             continue;
         }
         const auto target = fs::read_symlink(item->path(), ignored);
-        const auto place = (item->path().parent_path() / target).lexically_normal();
-        // Inside the bundle it can be seen already.
-        if (!place.string().starts_with((bundle / "").string())) {
-            command.showAs(item->path(), place);
+        const auto file = fs::canonical(item->path(), ignored);
+        // bubblewrap cannot follow links in what it shows already.
+        for (const auto& place : {(item->path().parent_path() / target).lexically_normal(), file}) {
+            if (!command.shows(place)) {
+                command.showAs(file, place);
+            }
         }
     }
 }

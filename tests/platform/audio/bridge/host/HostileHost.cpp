@@ -105,6 +105,9 @@ class Victim {
         fs::create_symlink("../../home/.ssh", bundle / "keys");
         fs::create_symlink("../../home/.ssh/id", bundle / "key");
         fs::create_symlink(home / "sources/resource", bundle / "resource");
+        write(home / "sources/other/resource", "resource", 0644);
+        fs::create_symlink(home / "sources/other", home / ".lv2/other");
+        fs::create_symlink(home / ".lv2/other/resource", bundle / "indirect");
         fs::create_directories(home / "run");
         listen(home / "run/bus", false);
         const auto name = "orvalo-hostile-" + std::to_string(getpid());

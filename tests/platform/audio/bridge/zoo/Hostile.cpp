@@ -204,6 +204,7 @@ class Attacker {
         sayOpen("read a key through a linked folder", bundle_ + "keys/id", O_RDONLY);
         sayOpen("read a linked key", bundle_ + "key", O_RDONLY);
         sayOpen("read a linked resource", bundle_ + "resource", O_RDONLY);
+        sayOpen("read a resource behind two links", bundle_ + "indirect", O_RDONLY);
         sayOpen("write a linked resource", bundle_ + "resource", O_WRONLY);
         sayOpen("read the passwords", "/etc/shadow", O_RDONLY);
         sayOpen("set where core files go", "/proc/sys/kernel/core_pattern", O_WRONLY);
