@@ -92,6 +92,9 @@ class Victim {
         // NOLINTEND(concurrency-mt-unsafe)
         write(document_, "mine", 0644);
         write(home / ".ssh/id", "secret", 0600);
+        // Its folder keeps it from other users.
+        write(home / ".ssh/hosts", "secret", 0644);
+        chmod((home / ".ssh").c_str(), 0700);
         write(home / "sources/resource", "resource", 0644);
         write(home / ".lv2/preset", "preset", 0644);
         const auto bundle = this->bundle() / "hostile.lv2";
@@ -101,9 +104,10 @@ class Victim {
             std::ofstream(bundle / "manifest.ttl", std::ios::app) << kPluginUI;
             write(home / "cache/orvalo/effects/other/shader", "shader", 0644);
         }
-        fs::create_symlink(ORVALO_HOSTILE "/hostile.so", bundle / "hostile.so");
+        fs::copy(ORVALO_HOSTILE "/hostile.so", bundle);
         fs::create_symlink("../../home/.ssh", bundle / "keys");
         fs::create_symlink("../../home/.ssh/id", bundle / "key");
+        fs::create_symlink("../../home/.ssh/hosts", bundle / "hosts");
         fs::create_symlink(home / "sources/resource", bundle / "resource");
         write(home / "sources/other/resource", "resource", 0644);
         fs::create_symlink(home / "sources/other", home / ".lv2/other");

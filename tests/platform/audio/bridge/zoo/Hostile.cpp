@@ -203,6 +203,7 @@ class Attacker {
         say("mark its bundle", setxattr(own.c_str(), "user.a", "b", 1, 0));
         sayOpen("read a key through a linked folder", bundle_ + "keys/id", O_RDONLY);
         sayOpen("read a linked key", bundle_ + "key", O_RDONLY);
+        sayOpen("read a linked file of a locked folder", bundle_ + "hosts", O_RDONLY);
         sayOpen("read a linked resource", bundle_ + "resource", O_RDONLY);
         sayOpen("read a resource behind two links", bundle_ + "indirect", O_RDONLY);
         sayOpen("write a linked resource", bundle_ + "resource", O_WRONLY);
