@@ -176,12 +176,13 @@ TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
 TEST(Misbehaving, AStateOf47MebibytesSurvivesARestart) {
     const CapturedOutput error(2);
     const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:large", {});
-    // An effect that has not run is not saved.
-    feed(*unit).next();
-    // The service answers after it has sent its first state.
+    // An effect that has not run has no state to keep.
+    auto fed = feed(*unit);
+    fed.next();
+    // The service answers after it has sent the state.
     unit->setContextName("large");
-    ASSERT_EQ(services().size(), 1U);
-    kill(*services().begin(), SIGKILL);
+    ASSERT_EQ(children().size(), 1U);
+    kill(*children().begin(), SIGKILL);
     ASSERT_TRUE(
         pollUntil([&error] { return error.text().find("started again") != std::string::npos; }));
     unit->setContextName("larger");
