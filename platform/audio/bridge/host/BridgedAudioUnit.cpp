@@ -1,6 +1,7 @@
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 
 #include <glib.h>
+#include <sys/stat.h>
 
 #include <utility>
 
@@ -66,7 +67,10 @@ ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::
                                      std::vector<std::filesystem::path> writable) {
     const bool hasPluginUI = data().hasX11UI && pluginUIProvider() != nullptr;
     if (hasPluginUI) {
-        writable.push_back(effectCacheFolder(data().uri));
+        const auto cache = effectCacheFolder(data().uri);
+        // Without it the UI only opens more slowly.
+        g_mkdir_with_parents(cache.c_str(), S_IRWXU);
+        writable.push_back(cache);
     }
     return {
         .program = program,

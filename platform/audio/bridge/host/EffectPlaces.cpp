@@ -3,6 +3,7 @@
 #include <glib.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <set>
 #include <string_view>
@@ -53,7 +54,14 @@ class Command {
         std::error_code ignored;
         if (fs::exists(place, ignored)) {
             add({"--ro-bind", place, name});
+            shown_.push_back(name / "");
         }
+    }
+    /// Whether a folder around the place is shown.
+    bool shows(const fs::path& place) const {
+        return std::ranges::any_of(shown_, [&place](const fs::path& folder) {
+            return place.native().starts_with(folder.native());
+        });
     }
     template <typename Names>
     void show(const fs::path& folder, const Names& names) {
@@ -61,12 +69,27 @@ class Command {
             show(folder / name);
         }
     }
+
+  private:
+    std::vector<fs::path> shown_;  // Each with a slash at its end.
 };
 
+/// Whether the path, without links, names a regular file that all users may read. The permissions
+/// of the home folder do not count, because many systems keep all of it from other users.
 bool isReadableByAll(const fs::path& file) {
     struct stat status {};
-    return stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-           (status.st_mode & S_IROTH) != 0;
+    if (stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        (status.st_mode & S_IROTH) == 0) {
+        return false;
+    }
+    const fs::path home = g_get_home_dir();
+    for (auto folder = file.parent_path(); folder.has_relative_path() && folder != home;
+         folder = folder.parent_path()) {
+        if (stat(folder.c_str(), &status) != 0 || (status.st_mode & S_IXOTH) == 0) {
+            return false;
+        }
+    }
+    return true;
 }
 
 /// Shows a bundle, and the files that links in it lead to. A bundle comes from a stranger: a link
@@ -77,14 +100,19 @@ void showBundle(Command& command, const fs::path& bundle) {
     for (fs::recursive_directory_iterator item(bundle, error), end; !error && item != end;
          item.increment(error)) {
         std::error_code ignored;
-        if (!item->is_symlink(ignored) || !isReadableByAll(item->path())) {
+        if (!item->is_symlink(ignored)) {
+            continue;
+        }
+        const auto file = fs::canonical(item->path(), ignored);
+        if (!isReadableByAll(file)) {
             continue;
         }
         const auto target = fs::read_symlink(item->path(), ignored);
-        const auto place = (item->path().parent_path() / target).lexically_normal();
-        // Inside the bundle it can be seen already.
-        if (!place.string().starts_with((bundle / "").string())) {
-            command.showAs(item->path(), place);
+        // bubblewrap cannot follow links in what it shows already.
+        for (const auto& place : {(item->path().parent_path() / target).lexically_normal(), file}) {
+            if (!command.shows(place)) {
+                command.showAs(file, place);
+            }
         }
     }
 }

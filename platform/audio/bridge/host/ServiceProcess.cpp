@@ -68,14 +68,19 @@ class Spawner {
     Spawner(const Spawner&) = delete;
     Spawner& operator=(const Spawner&) = delete;
 
+    /// information: below 0 for none.
     void setDescriptors(int output, int socket, int filter, int information) {
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, output, STDERR_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, socket, kServiceSocket);
         posix_spawn_file_actions_adddup2(&actions_, filter, kCallFilter);
-        posix_spawn_file_actions_adddup2(&actions_, information, kInformation);
-        posix_spawn_file_actions_addclosefrom_np(&actions_, kInformation + 1);
+        int next = kCallFilter + 1;
+        if (information >= 0) {
+            posix_spawn_file_actions_adddup2(&actions_, information, kInformation);
+            next = kInformation + 1;
+        }
+        posix_spawn_file_actions_addclosefrom_np(&actions_, next);
     }
 
     pid_t spawn(std::vector<std::string>& command) const {
@@ -225,7 +230,7 @@ void ServiceProcess::start(std::vector<std::string> command, bool isConfined) {
     auto socket = makeEnds(
         [](int* ends) { return socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends); });
     auto output = makePipe();
-    auto information = makePipe();
+    auto information = isConfined ? makePipe() : Ends{};
     const auto filter = movedUp(makeCallFilter());
     fcntl(output.host.get(), F_SETFL, O_NONBLOCK);
     Spawner spawner;
@@ -321,7 +326,7 @@ std::string ServiceProcess::end() {
     }
     // bubblewrap ends as a shell does after a signal.
     constexpr int kSignal = 128;
-    return firstProcess_ && info.si_status > kSignal
+    return first_ > 0 && info.si_status > kSignal
                ? signalText(info.si_status - kSignal)
                : "ended with status " + std::to_string(info.si_status);
 }

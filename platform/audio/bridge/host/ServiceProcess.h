@@ -63,7 +63,7 @@ class ServiceProcess {
     pid_t id_ = -1;
     FileDescriptor process_;
     pid_t first_ = -1;  // Process 1 of the namespace, in the host's; below 0 without one.
-    FileDescriptor firstProcess_;
+    FileDescriptor firstProcess_;  // Empty also when it had ended before it was opened.
     FileDescriptor socket_;
     FileDescriptor output_;
 };

@@ -5,9 +5,8 @@
 
 namespace orvalo {
 
-/// A folder in the user's cache that an effect's services keep between starts, such as for compiled
-/// shaders. Each effect has its own, because compiled shaders are code. Makes the folder where it
-/// can.
+/// The folder in the user's cache that an effect's services keep between starts, such as for
+/// compiled shaders. Each effect has its own, because compiled shaders are code. It may be missing.
 std::filesystem::path effectCacheFolder(const std::string& uri);
 
 }  // namespace orvalo

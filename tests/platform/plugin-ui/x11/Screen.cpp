@@ -3,9 +3,11 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
+#include <cstdlib>
 #include <set>
 
 #include "platform/plugin-ui/x11/X11Errors.h"
+#include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WaitUntil.h"
 #include "tests/testing/XServer.h"
 
@@ -13,7 +15,9 @@ namespace orvalo::testing {
 
 Display* screen() {
     static const XServer server;
+    static const TemporaryFolder cache;
     static Display* const display = [] {
+        setenv("XDG_CACHE_HOME", cache.path().c_str(), 1);
         auto* opened = XOpenDisplay(nullptr);
         // The tests also query destroyed windows.
         X11Errors::installHandler();

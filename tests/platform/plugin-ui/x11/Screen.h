@@ -10,7 +10,8 @@ using Display = struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib
 
 namespace orvalo::testing {
 
-/// The tests' connection to the program's virtual display, which the first call starts.
+/// The tests' connection to the program's virtual display, which the first call starts. That call
+/// also moves the caches of effects from the user's folder to a temporary one.
 Display* screen();
 
 /// Runs the main run loop for that many calls of a 5 ms timer.

@@ -27,6 +27,7 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -134,6 +135,18 @@ std::map<std::string, std::string> outcomesIn(const std::string& text) {
     return result;
 }
 
+/// The lines that contain the text.
+std::vector<std::string> linesWith(const std::string& part, const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.find(part) != std::string::npos) {
+            result.push_back(line);
+        }
+    }
+    return result;
+}
+
 /// As root also as an ordinary user.
 std::vector<uid_t> users() {
     return geteuid() == 0 ? std::vector<uid_t>{0, kNobody} : std::vector<uid_t>{geteuid()};
@@ -180,7 +193,9 @@ TEST_P(Confinement, StopsEachAttack) {
         {"mark its bundle", "EROFS"},
         {"read a key through a linked folder", "ENOENT"},
         {"read a linked key", "ENOENT"},
+        {"read a linked file of a locked folder", "ENOENT"},
         {"read a linked resource", "done"},
+        {"read a resource behind two links", "done"},
         {"write a linked resource", "EROFS"},
         {"read the passwords", "ENOENT"},
         {"set where core files go", GetParam() == 0 ? "EROFS" : "EACCES"},
@@ -201,7 +216,8 @@ TEST_P(Confinement, StopsEachAttack) {
         {"open another terminal", "ENOENT"},
         {"read the shared memory", "ENOENT"},
         {"devices", "core fd full null ptmx pts random shm stderr stdin stdout tty urandom zero"},
-        // Sockets.
+        // Descriptors and sockets.
+        {"descriptors", "0 1 2"},
         {"reach a service's socket", "ENOENT"},
         {"reach an abstract socket", "ECONNREFUSED"},
         {"socket of IPv4", "EAFNOSUPPORT"},
@@ -255,7 +271,8 @@ TEST_P(Confinement, ChildrenEndWithTheService) {
         } else {
             kill(host.id(), signal);
         }
-        EXPECT_TRUE(pollUntil([&] { return std::ranges::none_of(processes, isAlive); }));
+        ASSERT_TRUE(pollUntil([&] { return std::ranges::none_of(processes, isAlive); }))
+            << "after signal " << signal;
     }
 }
 
@@ -277,16 +294,21 @@ TEST_P(Confinement, LimitsTheMemoryOfAllChildren) {
     EXPECT_TRUE(host.says("of memory, more than the limit of 250 MiB")) << host.text();
 }
 
-/// The lines that contain the text.
-std::vector<std::string> linesWith(const std::string& part, const std::string& text) {
-    std::vector<std::string> result;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.find(part) != std::string::npos) {
-            result.push_back(line);
-        }
-    }
-    return result;
+TEST_P(Confinement, AnEffectWithAUIKeepsItsCacheAndSeesNoOther) {
+    HostileHost host(GetParam(), "cache");
+    ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
+    host.end();
+    ASSERT_TRUE(host.says("left ")) << host.text();
+    // Of two services, one after the other.
+    EXPECT_THAT(
+        linesWith("<urn:orvalo:hostile>: ", host.text()),
+        ElementsAre(EndsWith(": read its shader: ENOENT"), EndsWith(": keep a shader: done"),
+                    EndsWith(": read another effect's shader: ENOENT"),
+                    EndsWith(": write beside its cache: EROFS"),
+                    EndsWith(": read its shader: done"), EndsWith(": keep a shader: done"),
+                    EndsWith(": read another effect's shader: ENOENT"),
+                    EndsWith(": write beside its cache: EROFS")));
+    EXPECT_THAT(host.text(), HasSubstr("\nunharmed\n"));
 }
 
 TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
@@ -308,6 +330,9 @@ TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
     EXPECT_EQ(outcomes["reach a service's socket"], "done");
     EXPECT_EQ(outcomes["socket of IPv4"], "EAFNOSUPPORT");
     EXPECT_EQ(outcomes["outlive the host by high bits"], "EPERM");
+    EXPECT_EQ(outcomes["descriptors"], "0 1 2");
+    // An effect without a UI has no cache: there is no new folder at home.
+    EXPECT_THAT(host.text(), HasSubstr("\nunharmed\n"));
 }
 
 TEST_P(Confinement, TheLineRepeatsWhatBubblewrapSays) {

@@ -40,6 +40,7 @@ TEST(EffectPlaces, HaveTheXServerOnlyForAPluginUI) {
 
 TEST(EffectPlaces, HaveTheFilesThatLinksInABundleLeadTo) {
     const TemporaryFolder folder;
+    fs::permissions(folder.path(), fs::perms(0755));
     const auto bundle = folder.path() / "effect.lv2";
     fs::create_directories(bundle / "data");
     fs::create_directories(folder.path() / "elsewhere");

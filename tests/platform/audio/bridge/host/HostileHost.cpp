@@ -1,7 +1,7 @@
 // Hosts the effect "urn:orvalo:hostile" with the targets that it attacks, as the argument says:
-// "attack", "children", "bomb", "leak" or "sockets". Writes on standard output what the effect has
-// changed, then the process IDs of all processes that it has started, and waits for the end of
-// standard input.
+// "attack", "cache", "children", "bomb", "leak" or "sockets". Writes on standard output what the
+// effect has changed, then the process IDs of all processes that it has started, and waits for the
+// end of standard input.
 
 #include <fcntl.h>
 #include <glib.h>
@@ -36,6 +36,11 @@ using namespace orvalo;
 using namespace orvalo::testing;
 
 namespace fs = std::filesystem;
+
+constexpr const char* kPluginUI =
+    "@prefix ui: <http://lv2plug.in/ns/extensions/ui#> .\n"
+    "<urn:orvalo:hostile> ui:ui <urn:orvalo:hostile:ui> .\n"
+    "<urn:orvalo:hostile:ui> a ui:X11UI ; ui:binary <hostile.so> .\n";
 
 void write(const fs::path& path, const std::string& text, mode_t mode) {
     fs::create_directories(path.parent_path());
@@ -83,18 +88,30 @@ class Victim {
         // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
         setenv("HOME", home.c_str(), 1);
         setenv("TMPDIR", (home / "tmp").c_str(), 1);
+        setenv("XDG_CACHE_HOME", (home / "cache").c_str(), 1);
         // NOLINTEND(concurrency-mt-unsafe)
         write(document_, "mine", 0644);
         write(home / ".ssh/id", "secret", 0600);
+        // Its folder keeps it from other users.
+        write(home / ".ssh/hosts", "secret", 0644);
+        chmod((home / ".ssh").c_str(), 0700);
         write(home / "sources/resource", "resource", 0644);
         write(home / ".lv2/preset", "preset", 0644);
         const auto bundle = this->bundle() / "hostile.lv2";
         fs::create_directories(bundle);
         fs::copy(ORVALO_HOSTILE "/manifest.ttl", bundle);
-        fs::create_symlink(ORVALO_HOSTILE "/hostile.so", bundle / "hostile.so");
+        if (mode == "cache") {
+            std::ofstream(bundle / "manifest.ttl", std::ios::app) << kPluginUI;
+            write(home / "cache/orvalo/effects/other/shader", "shader", 0644);
+        }
+        fs::copy(ORVALO_HOSTILE "/hostile.so", bundle);
         fs::create_symlink("../../home/.ssh", bundle / "keys");
         fs::create_symlink("../../home/.ssh/id", bundle / "key");
+        fs::create_symlink("../../home/.ssh/hosts", bundle / "hosts");
         fs::create_symlink(home / "sources/resource", bundle / "resource");
+        write(home / "sources/other/resource", "resource", 0644);
+        fs::create_symlink(home / "sources/other", home / ".lv2/other");
+        fs::create_symlink(home / ".lv2/other/resource", bundle / "indirect");
         fs::create_directories(home / "run");
         listen(home / "run/bus", false);
         const auto name = "orvalo-hostile-" + std::to_string(getpid());
@@ -155,7 +172,13 @@ int main(int argc, char** argv) {
         limits.logLines = 1000;
         // What the children of a bomb share counts for each.
         limits.memory = std::uint64_t{mode == "bomb" ? 64000U : 250U} << 20U;
-        auto unit = makeBridged(world, "urn:orvalo:hostile", limits);
+        const auto make = [&] { return makeBridged(world, "urn:orvalo:hostile", limits); };
+        if (mode == "cache") {
+            // Effects have a cache only in programs that show UIs.
+            LV2AudioUnit::setPluginUIProvider([](const auto& /*unit*/) { return nullptr; });
+            make();
+        }
+        auto unit = make();
         std::ostringstream line;
         line << "processes";
         for (const auto process : descendants()) {

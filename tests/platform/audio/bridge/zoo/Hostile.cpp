@@ -1,9 +1,9 @@
 // An effect that attacks its host at its instantiation. Its bundle has a file "targets" with lines
 // "<name> <value>". Logs each attempt as "<what>: done" or "<what>: <name of errno>". With a target
-// "children" it only makes that many children, which live for ever; with "bomb" as many as it can,
-// with "leak" one child that uses that many MiB;
-// with "group" it only writes settings; with "sockets" it only reaches for sockets and out of the
-// host's control.
+// "children" it only makes children of each kind, which live for ever; with "bomb" as many as it
+// can, with "leak" one child that uses that many MiB; with "group" it only writes settings, with
+// "cache" it only uses caches; with "sockets" it only reaches for sockets and out of the host's
+// control.
 
 #include <fcntl.h>
 #include <linux/ioprio.h>
@@ -64,6 +64,8 @@ class Attacker {
         if (targets_.contains("group")) {
             sayOpen("write the group's settings", target("group"), O_WRONLY | O_CREAT);
             sayOpen("write other settings", target("other"), O_WRONLY | O_CREAT);
+        } else if (targets_.contains("cache")) {
+            useCaches();
         } else if (targets_.contains("children")) {
             makeChildren();
         } else if (targets_.contains("bomb")) {
@@ -201,12 +203,22 @@ class Attacker {
         say("mark its bundle", setxattr(own.c_str(), "user.a", "b", 1, 0));
         sayOpen("read a key through a linked folder", bundle_ + "keys/id", O_RDONLY);
         sayOpen("read a linked key", bundle_ + "key", O_RDONLY);
+        sayOpen("read a linked file of a locked folder", bundle_ + "hosts", O_RDONLY);
         sayOpen("read a linked resource", bundle_ + "resource", O_RDONLY);
+        sayOpen("read a resource behind two links", bundle_ + "indirect", O_RDONLY);
         sayOpen("write a linked resource", bundle_ + "resource", O_WRONLY);
         sayOpen("read the passwords", "/etc/shadow", O_RDONLY);
         sayOpen("set where core files go", "/proc/sys/kernel/core_pattern", O_WRONLY);
         constexpr long kNoText = 1;
         say("mount", syscall(SYS_mount, "none", "/tmp", kNoText, 0, nullptr));
+    }
+
+    void useCaches() const {
+        const std::string own = getenv("MESA_SHADER_CACHE_DIR");
+        sayOpen("read its shader", own + "/shader", O_RDONLY);
+        sayOpen("keep a shader", own + "/shader", O_WRONLY | O_CREAT);
+        sayOpen("read another effect's shader", own + "/../other/shader", O_RDONLY);
+        sayOpen("write beside its cache", own + "/../shader", O_WRONLY | O_CREAT);
     }
 
     void sayFill(const std::string& what, const std::string& path, off_t size) const {
@@ -268,7 +280,20 @@ class Attacker {
         close(socket);
     }
 
+    /// Lists the descriptors that a child would inherit.
+    void sayDescriptors() const {
+        std::string all;
+        for (int number = 0; number < 256; ++number) {
+            const int flags = fcntl(number, F_GETFD);
+            if (flags >= 0 && (flags & FD_CLOEXEC) == 0) {
+                all += " " + std::to_string(number);
+            }
+        }
+        tell("descriptors:" + all);
+    }
+
     void attackSockets() const {
+        sayDescriptors();
         sayConnect("reach a service's socket", target("socket"), false);
         sayConnect("reach an abstract socket", target("abstract"), true);
         say("socket of IPv4", socket(AF_INET, SOCK_STREAM, 0));
