@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pty.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
@@ -239,6 +241,30 @@ TEST(PrintDeathTest, LinesThatWaitFollowInOrder) {
             expected += "at once\n";
             text += readTo("at once\n", pipe.reader());
             _exit(text.substr(text.find_first_not_of('\0')) == expected ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+TEST(PrintDeathTest, AnUnreadTerminalDoesNotHoldUpTheProgram) {
+    EXPECT_EXIT(
+        {
+            int reader = -1;
+            int terminal = -1;
+            termios raw{};
+            cfmakeraw(&raw);
+            if (openpty(&reader, &terminal, nullptr, &raw, nullptr) != 0) {
+                _exit(2);
+            }
+            dup2(terminal, STDOUT_FILENO);
+            dup2(terminal, STDERR_FILENO);
+            printWithoutWaiting();
+            alarm(60);
+            std::string expected;
+            for (int line = 0; line < 20'000; ++line) {
+                print(std::to_string(line));
+                expected += std::to_string(line) + "\n";
+            }
+            _exit(readTo("19999\n", reader) == expected ? 0 : 1);
         },
         ::testing::ExitedWithCode(0), "");
 }

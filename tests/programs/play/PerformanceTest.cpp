@@ -23,6 +23,15 @@ class PerformanceTest : public PlayFixture {
     std::string misbehaving(const std::string& effect) {
         return standIn("urn:orvalo:misbehaving:" + effect) + ":" ORVALO_MISBEHAVING;
     }
+    void useProgramWithoutDemonstrationFiles() {
+        program = (folder.path() / "bin" / "orvalo-play").string();
+        std::filesystem::create_directories(folder.path() / "bin");
+        std::filesystem::copy_file(staged("orvalo-play"), program);
+        for (const auto* part : {"lib", "libexec"}) {
+            std::filesystem::create_directory_symlink(std::filesystem::path(ORVALO_STAGE) / part,
+                                                      folder.path() / part);
+        }
+    }
     /// The lines from the start until a file plays.
     static Lines start(const std::string& file) {
         return {
@@ -166,7 +175,16 @@ TEST_F(PerformanceTest, PlaysWithoutAnEffectThatIsNotReadyInTime) {
 TEST_F(PerformanceTest, PlaysDryWhileTheEffectHangsInItsPreparation) {
     environment["ORVALO_EFFECT_LOADING"] = "out-of-process";
     environment["LV2_PATH"] = misbehaving("remade-loop");
-    const auto end = run({"--file", wav("music.wav", 44100, 441000), "--seconds", "0.05"});
+    // The effect is made for a file that is given, but for the rate of the demonstration files
+    // otherwise.
+    useProgramWithoutDemonstrationFiles();
+    const auto resources = folder.path() / "share" / "orvalo";
+    std::filesystem::create_directories(resources);
+    const auto music = wav("music.wav", 44100, 441000);
+    for (int number = 1; number <= 80; ++number) {
+        std::filesystem::create_symlink(music, resources / (std::to_string(number) + ".m4a"));
+    }
+    const auto end = run({"--seconds", "0.05"});
     EXPECT_EQ(end.status, 0);
     EXPECT_THAT(end.output.back(), "AUEnginePlayer: Audio engine stopping.");
     EXPECT_THAT(end.error, HasSubstr("The effect <urn:orvalo:misbehaving:remade-loop> is not ready "
@@ -175,13 +193,7 @@ TEST_F(PerformanceTest, PlaysDryWhileTheEffectHangsInItsPreparation) {
 }
 
 TEST_F(PerformanceTest, AMissingDemonstrationFileEndsTheProgram) {
-    program = (folder.path() / "bin" / "orvalo-play").string();
-    std::filesystem::create_directories(folder.path() / "bin");
-    std::filesystem::copy_file(staged("orvalo-play"), program);
-    for (const auto* part : {"lib", "libexec"}) {
-        std::filesystem::create_directory_symlink(std::filesystem::path(ORVALO_STAGE) / part,
-                                                  folder.path() / part);
-    }
+    useProgramWithoutDemonstrationFiles();
     const auto end = run({});
     EXPECT_EQ(end.status, -SIGABRT);
     EXPECT_THAT(end.error, HasSubstr("Fatal error: "));
@@ -216,6 +228,24 @@ TEST_F(PerformanceTest, AnUnreadOutputDoesNotKeepItFromEnding) {
         onFullPipe(command({"--file", wav("music.wav", 48000, 4800), "--seconds", "0.1"})),
         environment);
     EXPECT_EQ(playing.wait(), 0);
+}
+
+TEST_F(PerformanceTest, AnUnreadStandardErrorDoesNotKeepItFromEnding) {
+    // A pipe that is full from the start.
+    std::vector<std::string> shell{
+        "sh", "-c",
+        "mkfifo \"$0\" && exec 9<>\"$0\" && head -c 65536 /dev/zero >&9 && "
+        "exec \"$@\" 2>&9",
+        (folder.path() / "pipe").string()};
+    const auto file = wav("music.wav", 48000, 480000);
+    const auto playing = command({"--file", file});
+    shell.insert(shell.end(), playing.begin(), playing.end());
+    Program unread(shell, environment);
+    EXPECT_THAT(plain(unread.readUntil("AUEnginePlayer: Audio engine starting.")),
+                ElementsAreArray(start(file)));
+    unread.signal(SIGINT);
+    EXPECT_THAT(plain(unread.readAll()), ElementsAreArray(stop()));
+    EXPECT_EQ(unread.wait(), 0);
 }
 
 TEST_F(PerformanceTest, AnOutputReadLateHasAllLinesInOrder) {
