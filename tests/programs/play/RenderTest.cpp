@@ -3,12 +3,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "platform/audio/file/AVAudioFile.h"
 #include "tests/programs/play/PlayFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -17,6 +19,12 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::IsEmpty;
+
+/// Waits until the program says where it has loaded the effect from.
+bool hasLoadedEffect(const Program& program) {
+    return pollUntil(
+        [&] { return program.standardError().find("is loaded from") != std::string::npos; });
+}
 
 /// The lines with that text.
 std::vector<std::string> linesWith(const std::string& text, const std::string& part) {
@@ -262,6 +270,32 @@ TEST_F(RenderTest, AFailureKeepsTheOldFile) {
     std::getline(std::ifstream(out) >> std::ws, left);
     EXPECT_EQ(left, "precious");
     EXPECT_FALSE(std::filesystem::exists(out + ".part"));
+}
+
+TEST_F(RenderTest, AnInterruptRemovesTheUnfinishedFile) {
+    const auto file = wav("music.wav", 48000, 30011);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        Program rendering(command({"--file", file, "--render", out, "--seconds", "50000"}),
+                          environment);
+        ASSERT_TRUE(hasLoadedEffect(rendering));
+        EXPECT_TRUE(std::filesystem::exists(out + ".part"));
+        rendering.signal(number);
+        EXPECT_EQ(rendering.wait(), -number);
+        EXPECT_FALSE(std::filesystem::exists(out + ".part"));
+        EXPECT_FALSE(std::filesystem::exists(out));
+    }
+}
+
+TEST_F(RenderTest, AnIgnoredSignalDoesNotEndIt) {
+    auto ignoring =
+        command({"--file", wav("music.wav", 48000, 30011), "--render", out, "--seconds", "200"});
+    const std::vector<std::string> shell{"sh", "-c", "trap '' HUP; exec \"$0\" \"$@\""};
+    ignoring.insert(ignoring.begin(), shell.begin(), shell.end());
+    Program rendering(ignoring, environment);
+    ASSERT_TRUE(hasLoadedEffect(rendering));
+    rendering.signal(SIGHUP);
+    EXPECT_EQ(rendering.wait(), 0);
+    EXPECT_TRUE(std::filesystem::exists(out));
 }
 
 class LimitedRenderTest : public RenderTest {
