@@ -89,7 +89,7 @@ TEST_F(CommandLineTest, OnlyWavFilesAreRendered) {
 TEST_F(CommandLineTest, ControlCharactersInNamesAreEscaped) {
     const auto missing = (folder.path() / "a\x1b[2J\nforged\tline").string();
     expectRefusal({"--file", missing},
-                  (folder.path() / "a\\u001b[2J\\nforged\\u0009line").string() +
+                  (folder.path() / R"(a\u001b[2J\nforged\u0009line)").string() +
                       ": No such file or directory");
     const auto bundles = folder.path() / "b\n\x1b[31m";
     std::filesystem::create_directories(bundles / "broken\r.lv2");

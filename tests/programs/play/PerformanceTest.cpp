@@ -50,8 +50,8 @@ class PerformanceTest : public PlayFixture {
             "AUEnginePlayer: A new audio unit will be connected.",
             "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling block.",
             "AUEnginePlayer: Audio unit was attached.",
-            "AUEnginePlayer::ERROR: There was a problem with the file processing format or the "
-            "file is nil (yet).",
+            ("AUEnginePlayer::ERROR: There was a problem with the file processing format or the "
+             "file is nil (yet)."),
             "AUExtensionManager: Performed audio unit connection.",
             "WARNING: Audio unit is nil (yet?).",
             "AUEnginePlayer: Audio file at '" + file +
@@ -210,7 +210,7 @@ TEST_F(PerformanceTest, AClosedOutputDoesNotEndIt) {
 
 /// The command with a standard output whose pipe is full from the start.
 std::vector<std::string> onFullPipe(std::vector<std::string> command) {
-    const std::vector<std::string> shell{"sh", "-c", "head -c 65536 /dev/zero; exec \"$0\" \"$@\""};
+    const std::vector<std::string> shell{"sh", "-c", R"(head -c 65536 /dev/zero; exec "$0" "$@")"};
     command.insert(command.begin(), shell.begin(), shell.end());
     return command;
 }
@@ -234,8 +234,7 @@ TEST_F(PerformanceTest, AnUnreadStandardErrorDoesNotKeepItFromEnding) {
     // A pipe that is full from the start.
     std::vector<std::string> shell{
         "sh", "-c",
-        "mkfifo \"$0\" && exec 9<>\"$0\" && head -c 65536 /dev/zero >&9 && "
-        "exec \"$@\" 2>&9",
+        R"(mkfifo "$0" && exec 9<>"$0" && head -c 65536 /dev/zero >&9 && exec "$@" 2>&9)",
         (folder.path() / "pipe").string()};
     const auto file = wav("music.wav", 48000, 480000);
     const auto playing = command({"--file", file});
@@ -262,7 +261,7 @@ TEST_F(PerformanceTest, AnOutputReadLateHasAllLinesInOrder) {
 }
 
 TEST_F(PerformanceTest, ClosedStandardStreamsAreOpenedOnTheNullDevice) {
-    std::vector<std::string> closing{"sh", "-c", "exec \"$0\" \"$@\" <&- >&- 2>&-"};
+    std::vector<std::string> closing{"sh", "-c", R"(exec "$0" "$@" <&- >&- 2>&-)"};
     const auto playing = command({"--file", wav("music.wav", 48000, 480000)});
     closing.insert(closing.end(), playing.begin(), playing.end());
     Program closed(closing, environment);

@@ -289,7 +289,7 @@ TEST_F(RenderTest, AnInterruptRemovesTheUnfinishedFile) {
 TEST_F(RenderTest, AnIgnoredSignalDoesNotEndIt) {
     auto ignoring =
         command({"--file", wav("music.wav", 48000, 30011), "--render", out, "--seconds", "200"});
-    const std::vector<std::string> shell{"sh", "-c", "trap '' HUP; exec \"$0\" \"$@\""};
+    const std::vector<std::string> shell{"sh", "-c", R"(trap '' HUP; exec "$0" "$@")"};
     ignoring.insert(ignoring.begin(), shell.begin(), shell.end());
     Program rendering(ignoring, environment);
     ASSERT_TRUE(hasLoadedEffect(rendering));
@@ -306,7 +306,7 @@ class LimitedRenderTest : public RenderTest {
                        const std::string& line) {
         auto rendering = command({"--file", file, "--render", out});
         const std::vector<std::string> shell{"sh", "-c",
-                                             preparation + " && exec \"$0\" \"$@\" 2>&1"};
+                                             preparation + R"( && exec "$0" "$@" 2>&1)"};
         rendering.insert(rendering.begin(), shell.begin(), shell.end());
         Program limited(rendering, environment);
         const auto lines = limited.readAll();
@@ -340,7 +340,7 @@ TEST_F(LimitedRenderTest, AFullDiskIsNamed) {
     auto rendering = command({"--file", file, "--render", out});
     const std::vector<std::string> shell{"unshare", geteuid() == 0 ? "-m" : "-mr", "sh", "-c",
                                          "mount -t tmpfs -o size=100k none '" + disk.string() +
-                                             "' && \"$0\" \"$@\" 2>&1; echo status $?; ls -A '" +
+                                             R"(' && "$0" "$@" 2>&1; echo status $?; ls -A ')" +
                                              disk.string() + "'"};
     rendering.insert(rendering.begin(), shell.begin(), shell.end());
     Program limited(rendering, environment);
