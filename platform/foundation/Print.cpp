@@ -81,30 +81,24 @@ bool waitUntilWritable(int descriptor) {
     }
 }
 
-/// Whether a write of so many bytes to standard output returns at once.
-bool isTakenAtOnce(std::size_t bytes) {
-    struct stat status {};
-    if (fstat(STDOUT_FILENO, &status) == 0 && S_ISREG(status.st_mode)) {
-        return true;
-    }
-    // A pipe that is ready has room for PIPE_BUF bytes.
-    pollfd output{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
-    return bytes <= PIPE_BUF && poll(&output, 1, 0) == 1;
-}
-
-/// The lines that standard output does not take at once, and the thread that writes them.
+/// The lines that an output does not take at once, and the thread that writes them.
 class WaitingLines {
   public:
+    using Clock = std::chrono::steady_clock;
+
+    WaitingLines(int descriptor, const char* name) : descriptor_(descriptor), name_(name) {}
+
     void print(std::string_view text) {
         std::unique_lock lock(mutex_);
-        if (lines_.empty() && isTakenAtOnce(text.size() + 1)) {
-            writeLine(STDOUT_FILENO, {}, text);
+        const bool isFirst = lines_.empty();
+        if (isFirst && isTakenAtOnce(text.size() + 1)) {
+            writeLine(descriptor_, {}, text);
             return;
         }
-        if (!lines_.empty() && bytes_ + text.size() > kMostBytes) {
+        if (!isFirst && bytes_ + text.size() > kMostBytes) {
             if (!std::exchange(hasLost_, true)) {
                 lock.unlock();
-                g_warning("Nobody reads standard output; further lines are lost.");
+                g_warning("Nobody reads %s; further lines are lost.", name_);
             }
             return;
         }
@@ -115,16 +109,32 @@ class WaitingLines {
             std::thread([this] { writeAll(); }).detach();
         }
         changed_.notify_all();
+        if (isFirst) {
+            // So that the line is on the terminal if the program crashes next.
+            changed_.wait_for(lock, kUsualWrite, [this] { return lines_.empty(); });
+        }
     }
 
-    void finish() noexcept {
+    void finish(Clock::time_point limit) noexcept {
         std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, kEndLimit, [this] { return lines_.empty(); });
+        changed_.wait_until(lock, limit, [this] { return lines_.empty(); });
     }
 
   private:
     static constexpr std::size_t kMostBytes = std::size_t{1} << 20U;
-    static constexpr std::chrono::milliseconds kEndLimit{500};
+    static constexpr std::chrono::milliseconds kUsualWrite{10};
+
+    /// Whether a write of so many bytes returns at once.
+    bool isTakenAtOnce(std::size_t bytes) const {
+        struct stat status {};
+        if (fstat(descriptor_, &status) != 0) {
+            return true;
+        }
+        // A pipe that is ready has room for PIPE_BUF bytes. A terminal that is ready may have less.
+        pollfd output{.fd = descriptor_, .events = POLLOUT, .revents = 0};
+        return S_ISREG(status.st_mode) ||
+               (S_ISFIFO(status.st_mode) && bytes <= PIPE_BUF && poll(&output, 1, 0) == 1);
+    }
 
     [[noreturn]] void writeAll() {
         std::unique_lock lock(mutex_);
@@ -133,7 +143,7 @@ class WaitingLines {
             // Stays in the list until it is written, so that print() does not overtake it.
             const auto& line = lines_.front();
             lock.unlock();
-            writeLine(STDOUT_FILENO, {}, line);
+            writeLine(descriptor_, {}, line);
             lock.lock();
             bytes_ -= line.size();
             lines_.pop_front();
@@ -141,6 +151,8 @@ class WaitingLines {
         }
     }
 
+    const int descriptor_;
+    const char* const name_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::string> lines_;
@@ -149,14 +161,19 @@ class WaitingLines {
     bool hasLost_ = false;
 };
 
-/// Set by printWithoutWaiting(). Never destroyed: its thread lives as long as the process.
-constinit std::atomic<WaitingLines*> waitingLines = nullptr;
+struct WaitingStreams {
+    WaitingLines output{STDOUT_FILENO, "standard output"};
+    WaitingLines error{STDERR_FILENO, "standard error"};
+};
+
+/// Set by printWithoutWaiting(). Never destroyed: its threads live as long as the process.
+constinit std::atomic<WaitingStreams*> waitingStreams = nullptr;
 
 }  // namespace
 
 void print(std::string_view text) {
-    if (auto* const waiting = waitingLines.load()) {
-        waiting->print(text);
+    if (auto* const waiting = waitingStreams.load()) {
+        waiting->output.print(text);
         return;
     }
     // One write alone does not keep lines whole: pipes split long ones.
@@ -165,14 +182,24 @@ void print(std::string_view text) {
     writeLine(STDOUT_FILENO, {}, text);
 }
 
+void printToStandardError(std::string_view text) {
+    if (auto* const waiting = waitingStreams.load()) {
+        waiting->error.print(text);
+    } else {
+        writeLine(STDERR_FILENO, {}, text);
+    }
+}
+
 void printWithoutWaiting() {
-    waitingLines = new WaitingLines;
+    waitingStreams = new WaitingStreams;
     std::atexit(finishPrinting);
 }
 
 void finishPrinting() noexcept {
-    if (auto* const waiting = waitingLines.load()) {
-        waiting->finish();
+    if (auto* const waiting = waitingStreams.load()) {
+        const auto limit = WaitingLines::Clock::now() + std::chrono::milliseconds(500);
+        waiting->output.finish(limit);
+        waiting->error.finish(limit);
     }
 }
 

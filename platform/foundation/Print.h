@@ -9,10 +9,14 @@ namespace orvalo {
 /// render thread.
 void print(std::string_view text);
 
-/// From here on print() does not wait for the reader of a pipe or terminal. Lines that it does not
-/// take at once wait in memory, up to 1 MiB, and follow in order; beyond that lines are lost, which
-/// one message on standard error says. At the program's end they have half a second to be written.
-/// Call it once, before other threads print.
+/// Writes text and a line feed to standard error. Any thread but the render thread.
+void printToStandardError(std::string_view text);
+
+/// From here on print() and printToStandardError() do not wait for the reader of a pipe or
+/// terminal. Lines that it does not take at once wait in memory, up to 1 MiB for each of the two,
+/// and follow in order; beyond that lines are lost, which one message on standard error says. At
+/// the program's end they have half a second to be written. Call it once, before other threads
+/// print.
 void printWithoutWaiting();
 
 /// Waits until the lines that wait in memory are written, at most for half a second.

@@ -1,9 +1,12 @@
 #include "programs/play/OfflineRender.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cmath>
+#include <csignal>
 #include <limits>
 #include <random>
 #include <stdexcept>
@@ -137,6 +140,29 @@ class AlignedWriter {
     std::array<float*, kMaximumChannels> channels_{};
 };
 
+/// For the handler of signals. Never destroyed, because the handler stays.
+constinit std::atomic<const std::string*> unfinishedFile = nullptr;
+
+/// From here on signals that end the program remove the file first.
+void removeOnSignals(const std::string& file) {
+    unfinishedFile = new std::string(file);
+    struct sigaction removal {};
+    removal.sa_handler = [](int number) {
+        unlink(unfinishedFile.load()->c_str());
+        // The handler is reset, so this ends the program.
+        std::raise(number);
+    };
+    removal.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before {};
+        sigaction(number, nullptr, &before);
+        // As for a program behind nohup.
+        if (before.sa_handler != SIG_IGN) {
+            sigaction(number, &removal, nullptr);
+        }
+    }
+}
+
 /// Schedules another pass whenever the player has consumed one.
 class EndlessPasses : public NSObject {
   public:
@@ -167,6 +193,9 @@ OfflineRender::OfflineRender(const PlayOptions& options)
 }
 
 void OfflineRender::run() {
+    if (!writer_.unfinishedFile().empty()) {
+        removeOnSignals(writer_.unfinishedFile());
+    }
     setExpectedRendering({file_->processingFormat().sampleRate, kMaximumFramesToRender});
     const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,
                                                  AudioComponentInstantiationOptions::none);

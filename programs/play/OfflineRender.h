@@ -19,7 +19,8 @@ class OfflineRender {
     /// for too many frames.
     explicit OfflineRender(const PlayOptions& options);
 
-    /// Throws NSError when the effect is missing or the file cannot be written.
+    /// Throws NSError when the effect is missing or the file cannot be written. Signals that end
+    /// the program remove the unfinished file.
     void run();
 
   private:

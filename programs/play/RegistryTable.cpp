@@ -9,6 +9,7 @@
 
 #include "hosting/OrvaloComponent.h"
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
+#include "platform/foundation/OneLine.h"
 #include "support/FourCharCode.h"
 
 namespace orvalo {
@@ -25,8 +26,8 @@ Row row(const AVAudioUnitComponent& component, const std::string& mark) {
             stringValue(codes.componentSubType),
             stringValue(codes.componentManufacturer),
             flags.data(),
-            component.name,
-            component.uri};
+            onOneLine(component.name),
+            onOneLine(component.uri)};
 }
 
 /// In characters: names are UTF-8.

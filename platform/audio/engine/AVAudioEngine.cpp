@@ -128,6 +128,7 @@ void AVAudioEngine::enableManualRenderingMode(const AVAudioFormat& format) {
 }
 
 void AVAudioEngine::renderOffline(std::uint32_t frameCount, AVAudioPCMBuffer& buffer) {
+    buffer.frameLength = 0;
     for (std::uint32_t done = 0; done < frameCount;) {
         done += renderOfflineSlice(frameCount - done, buffer, done);
     }

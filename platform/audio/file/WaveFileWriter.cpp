@@ -107,6 +107,10 @@ WaveFileWriter::WaveFileWriter(const std::string& path, const AVAudioFormat& for
 
 WaveFileWriter::~WaveFileWriter() = default;
 
+const std::string& WaveFileWriter::unfinishedFile() const {
+    return muxer_->unfinished;
+}
+
 void WaveFileWriter::checkLimit(std::int64_t frames) const {
     rlimit limit{};
     if (workingPath_ != path_ && getrlimit(RLIMIT_FSIZE, &limit) == 0 &&

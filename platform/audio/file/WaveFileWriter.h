@@ -21,6 +21,9 @@ class WaveFileWriter {
     WaveFileWriter(const WaveFileWriter&) = delete;
     WaveFileWriter& operator=(const WaveFileWriter&) = delete;
 
+    /// The file that holds what is written until finish(), and that the destructor otherwise
+    /// removes; empty for a path that is written directly.
+    const std::string& unfinishedFile() const;
     /// Throws when the process may not write a file of so many frames.
     void checkLimit(std::int64_t frames) const;
     /// Appends block, which has the format's channels.

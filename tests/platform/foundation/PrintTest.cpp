@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <unistd.h>
 
 #include <array>
@@ -239,6 +240,31 @@ TEST(PrintDeathTest, LinesThatWaitFollowInOrder) {
             expected += "at once\n";
             text += readTo("at once\n", pipe.reader());
             _exit(text.substr(text.find_first_not_of('\0')) == expected ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+TEST(PrintDeathTest, AnUnreadTerminalDoesNotHoldUpTheProgram) {
+    EXPECT_EXIT(
+        {
+            int reader = -1;
+            int terminal = -1;
+            if (openpty(&reader, &terminal, nullptr, nullptr, nullptr) != 0) {
+                _exit(2);
+            }
+            dup2(terminal, STDOUT_FILENO);
+            dup2(terminal, STDERR_FILENO);
+            printWithoutWaiting();
+            alarm(60);
+            std::string expected;
+            // Long enough for a terminal that has some room to take only a part. The terminal adds
+            // the carriage returns.
+            const std::string filling(1000, 'x');
+            for (int line = 0; line < 500; ++line) {
+                print(filling + std::to_string(line));
+                expected += filling + std::to_string(line) + "\r\n";
+            }
+            _exit(readTo("x499\r\n", reader) == expected ? 0 : 1);
         },
         ::testing::ExitedWithCode(0), "");
 }

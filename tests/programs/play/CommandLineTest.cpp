@@ -89,7 +89,7 @@ TEST_F(CommandLineTest, OnlyWavFilesAreRendered) {
 TEST_F(CommandLineTest, ControlCharactersInNamesAreEscaped) {
     const auto missing = (folder.path() / "a\x1b[2J\nforged\tline").string();
     expectRefusal({"--file", missing},
-                  (folder.path() / "a\\u001b[2J\\nforged\\u0009line").string() +
+                  (folder.path() / R"(a\u001b[2J\nforged\u0009line)").string() +
                       ": No such file or directory");
     const auto bundles = folder.path() / "b\n\x1b[31m";
     std::filesystem::create_directories(bundles / "broken\r.lv2");
@@ -99,6 +99,19 @@ TEST_F(CommandLineTest, ControlCharactersInNamesAreEscaped) {
     EXPECT_EQ(end.status, 0);
     EXPECT_THAT(end.error, HasSubstr("b\\n\\u001b[31m/broken\\u000d.lv2"));
     EXPECT_EQ(end.error.find_first_of("\x1b\r"), std::string::npos) << end.error;
+}
+
+TEST_F(CommandLineTest, ControlCharactersInTheListAreEscaped) {
+    environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
+    std::ofstream(folder.path() / "lv2" / "stand-in.lv2" / "manifest.ttl")
+        << "@prefix ac: <urn:tessaly:audio-component#> .\n"
+           "<http://lv2plug.in/plugins/eg-amp> ac:type \"aumf\" ; ac:subtype \"orVL\" ;\n"
+           "  ac:manufacturer \"TSLY\" ; ac:flags 2 ; ac:name \"A\\u001b[31m\\nline\" .\n";
+    const auto end = run({"--list"});
+    ASSERT_EQ(end.output.size(), 3U);
+    EXPECT_EQ(end.output[1],
+              "* aumf  orVL     TSLY          0x00000002  A\\u001b[31m\\nline       "
+              "http://lv2plug.in/plugins/eg-amp");
 }
 
 TEST_F(CommandLineTest, ListShowsTheRegistryInItsOrder) {

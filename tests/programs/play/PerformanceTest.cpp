@@ -23,6 +23,15 @@ class PerformanceTest : public PlayFixture {
     std::string misbehaving(const std::string& effect) {
         return standIn("urn:orvalo:misbehaving:" + effect) + ":" ORVALO_MISBEHAVING;
     }
+    void useProgramWithoutDemonstrationFiles() {
+        program = (folder.path() / "bin" / "orvalo-play").string();
+        std::filesystem::create_directories(folder.path() / "bin");
+        std::filesystem::copy_file(staged("orvalo-play"), program);
+        for (const auto* part : {"lib", "libexec"}) {
+            std::filesystem::create_directory_symlink(std::filesystem::path(ORVALO_STAGE) / part,
+                                                      folder.path() / part);
+        }
+    }
     /// The lines from the start until a file plays.
     static Lines start(const std::string& file) {
         return {
@@ -41,8 +50,8 @@ class PerformanceTest : public PlayFixture {
             "AUEnginePlayer: A new audio unit will be connected.",
             "AUEnginePlayer: The audio unit reports MIDI output names. Assigning a handling block.",
             "AUEnginePlayer: Audio unit was attached.",
-            "AUEnginePlayer::ERROR: There was a problem with the file processing format or the "
-            "file is nil (yet).",
+            ("AUEnginePlayer::ERROR: There was a problem with the file processing format or the "
+             "file is nil (yet)."),
             "AUExtensionManager: Performed audio unit connection.",
             "WARNING: Audio unit is nil (yet?).",
             "AUEnginePlayer: Audio file at '" + file +
@@ -163,14 +172,28 @@ TEST_F(PerformanceTest, PlaysWithoutAnEffectThatIsNotReadyInTime) {
     EXPECT_THAT(end.error, HasSubstr("The effect was not ready after 5 s; playing without it."));
 }
 
-TEST_F(PerformanceTest, AMissingDemonstrationFileEndsTheProgram) {
-    program = (folder.path() / "bin" / "orvalo-play").string();
-    std::filesystem::create_directories(folder.path() / "bin");
-    std::filesystem::copy_file(staged("orvalo-play"), program);
-    for (const auto* part : {"lib", "libexec"}) {
-        std::filesystem::create_directory_symlink(std::filesystem::path(ORVALO_STAGE) / part,
-                                                  folder.path() / part);
+TEST_F(PerformanceTest, PlaysDryWhileTheEffectHangsInItsPreparation) {
+    environment["ORVALO_EFFECT_LOADING"] = "out-of-process";
+    environment["LV2_PATH"] = misbehaving("remade-loop");
+    // The effect is made for a file that is given, but for the rate of the demonstration files
+    // otherwise.
+    useProgramWithoutDemonstrationFiles();
+    const auto resources = folder.path() / "share" / "orvalo";
+    std::filesystem::create_directories(resources);
+    const auto music = wav("music.wav", 44100, 441000);
+    for (int number = 1; number <= 80; ++number) {
+        std::filesystem::create_symlink(music, resources / (std::to_string(number) + ".m4a"));
     }
+    const auto end = run({"--seconds", "0.05"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.output.back(), "AUEnginePlayer: Audio engine stopping.");
+    EXPECT_THAT(end.error, HasSubstr("The effect <urn:orvalo:misbehaving:remade-loop> is not ready "
+                                     "for 44100 Hz after 750 ms; playback is dry until it is."));
+    EXPECT_THAT(end.error, Not(HasSubstr("did not answer")));
+}
+
+TEST_F(PerformanceTest, AMissingDemonstrationFileEndsTheProgram) {
+    useProgramWithoutDemonstrationFiles();
     const auto end = run({});
     EXPECT_EQ(end.status, -SIGABRT);
     EXPECT_THAT(end.error, HasSubstr("Fatal error: "));
@@ -187,7 +210,7 @@ TEST_F(PerformanceTest, AClosedOutputDoesNotEndIt) {
 
 /// The command with a standard output whose pipe is full from the start.
 std::vector<std::string> onFullPipe(std::vector<std::string> command) {
-    const std::vector<std::string> shell{"sh", "-c", "head -c 65536 /dev/zero; exec \"$0\" \"$@\""};
+    const std::vector<std::string> shell{"sh", "-c", R"(head -c 65536 /dev/zero; exec "$0" "$@")"};
     command.insert(command.begin(), shell.begin(), shell.end());
     return command;
 }
@@ -207,6 +230,23 @@ TEST_F(PerformanceTest, AnUnreadOutputDoesNotKeepItFromEnding) {
     EXPECT_EQ(playing.wait(), 0);
 }
 
+TEST_F(PerformanceTest, AnUnreadStandardErrorDoesNotKeepItFromEnding) {
+    // A pipe that is full from the start.
+    std::vector<std::string> shell{
+        "sh", "-c",
+        R"(mkfifo "$0" && exec 9<>"$0" && head -c 65536 /dev/zero >&9 && exec "$@" 2>&9)",
+        (folder.path() / "pipe").string()};
+    const auto file = wav("music.wav", 48000, 480000);
+    const auto playing = command({"--file", file});
+    shell.insert(shell.end(), playing.begin(), playing.end());
+    Program unread(shell, environment);
+    EXPECT_THAT(plain(unread.readUntil("AUEnginePlayer: Audio engine starting.")),
+                ElementsAreArray(start(file)));
+    unread.signal(SIGINT);
+    EXPECT_THAT(plain(unread.readAll()), ElementsAreArray(stop()));
+    EXPECT_EQ(unread.wait(), 0);
+}
+
 TEST_F(PerformanceTest, AnOutputReadLateHasAllLinesInOrder) {
     const auto file = wav("music.wav", 48000, 480000);
     Program playing(onFullPipe(command({"--file", file})), environment);
@@ -221,7 +261,7 @@ TEST_F(PerformanceTest, AnOutputReadLateHasAllLinesInOrder) {
 }
 
 TEST_F(PerformanceTest, ClosedStandardStreamsAreOpenedOnTheNullDevice) {
-    std::vector<std::string> closing{"sh", "-c", "exec \"$0\" \"$@\" <&- >&- 2>&-"};
+    std::vector<std::string> closing{"sh", "-c", R"(exec "$0" "$@" <&- >&- 2>&-)"};
     const auto playing = command({"--file", wav("music.wav", 48000, 480000)});
     closing.insert(closing.end(), playing.begin(), playing.end());
     Program closed(closing, environment);

@@ -3,12 +3,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "platform/audio/file/AVAudioFile.h"
 #include "tests/programs/play/PlayFixture.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
@@ -17,6 +19,12 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::IsEmpty;
+
+/// Waits until the program says where it has loaded the effect from.
+bool hasLoadedEffect(const Program& program) {
+    return pollUntil(
+        [&] { return program.standardError().find("is loaded from") != std::string::npos; });
+}
 
 /// The lines with that text.
 std::vector<std::string> linesWith(const std::string& text, const std::string& part) {
@@ -264,6 +272,32 @@ TEST_F(RenderTest, AFailureKeepsTheOldFile) {
     EXPECT_FALSE(std::filesystem::exists(out + ".part"));
 }
 
+TEST_F(RenderTest, AnInterruptRemovesTheUnfinishedFile) {
+    const auto file = wav("music.wav", 48000, 30011);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        Program rendering(command({"--file", file, "--render", out, "--seconds", "50000"}),
+                          environment);
+        ASSERT_TRUE(hasLoadedEffect(rendering));
+        EXPECT_TRUE(std::filesystem::exists(out + ".part"));
+        rendering.signal(number);
+        EXPECT_EQ(rendering.wait(), -number);
+        EXPECT_FALSE(std::filesystem::exists(out + ".part"));
+        EXPECT_FALSE(std::filesystem::exists(out));
+    }
+}
+
+TEST_F(RenderTest, AnIgnoredSignalDoesNotEndIt) {
+    auto ignoring =
+        command({"--file", wav("music.wav", 48000, 30011), "--render", out, "--seconds", "200"});
+    const std::vector<std::string> shell{"sh", "-c", R"(trap '' HUP; exec "$0" "$@")"};
+    ignoring.insert(ignoring.begin(), shell.begin(), shell.end());
+    Program rendering(ignoring, environment);
+    ASSERT_TRUE(hasLoadedEffect(rendering));
+    rendering.signal(SIGHUP);
+    EXPECT_EQ(rendering.wait(), 0);
+    EXPECT_TRUE(std::filesystem::exists(out));
+}
+
 class LimitedRenderTest : public RenderTest {
   protected:
     /// Renders that file behind a shell's preparation. The error goes to standard output, because
@@ -272,7 +306,7 @@ class LimitedRenderTest : public RenderTest {
                        const std::string& line) {
         auto rendering = command({"--file", file, "--render", out});
         const std::vector<std::string> shell{"sh", "-c",
-                                             preparation + " && exec \"$0\" \"$@\" 2>&1"};
+                                             preparation + R"( && exec "$0" "$@" 2>&1)"};
         rendering.insert(rendering.begin(), shell.begin(), shell.end());
         Program limited(rendering, environment);
         const auto lines = limited.readAll();
@@ -307,7 +341,7 @@ TEST_F(LimitedRenderTest, AFullDiskIsNamed) {
     auto rendering = command({"--file", file, "--render", out});
     const std::vector<std::string> shell{"unshare", geteuid() == 0 ? "-m" : "-mr", "sh", "-c",
                                          "mount -t tmpfs -o size=100k none '" + disk.string() +
-                                             "' && \"$0\" \"$@\" 2>&1; echo status $?; ls -A '" +
+                                             R"(' && "$0" "$@" 2>&1; echo status $?; ls -A ')" +
                                              disk.string() + "'"};
     rendering.insert(rendering.begin(), shell.begin(), shell.end());
     Program limited(rendering, environment);

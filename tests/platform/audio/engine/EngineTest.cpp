@@ -290,6 +290,14 @@ TEST_F(EngineTest, AStartAfterAStopContinuesAtThePlayersPosition) {
     EXPECT_EQ(render(5000), part(pass, 5000, 5000));
 }
 
+TEST_F(EngineTest, RenderingNoFramesLeavesTheBufferEmpty) {
+    start({48000, 2});
+    AVAudioPCMBuffer buffer({48000, 2}, 10);
+    engine->renderOffline(10, buffer);
+    engine->renderOffline(0, buffer);
+    EXPECT_EQ(buffer.frameLength, 0U);
+}
+
 TEST_F(EngineDeathTest, BrokenPreconditionsEndTheProgram) {
     start({48000, 2});
     const auto stranger = std::make_shared<AVAudioPlayerNode>();
