@@ -50,11 +50,11 @@ class Command {
     }
     /// Read-only; nothing for a place that is missing or that the user cannot reach.
     void show(const fs::path& place) { showAs(place, place); }
-    void showAs(const fs::path& place, const fs::path& name) {
+    void showAs(const fs::path& file, const fs::path& place) {
         std::error_code ignored;
-        if (fs::exists(place, ignored)) {
-            add({"--ro-bind", place, name});
-            shown_.push_back(name / "");
+        if (fs::exists(file, ignored)) {
+            add({"--ro-bind", file, place});
+            shown_.push_back(place / "");
         }
     }
     /// Whether a folder around the place is shown.

@@ -66,7 +66,8 @@ TEST(ServiceProcess, ReturnsTheSignalOfAServiceThatEndedBeforeItsFirstProcessWas
     const Script program("exit 0");
     // With the real bubblewrap, which the first process looks for.
     ServiceProcess(program.path()).end();
-    const std::string path = getenv("PATH");
+    const char* const variable = getenv("PATH");
+    const std::string path = variable == nullptr ? "" : variable;
     const Script bubblewrap("echo '{ \"child-pid\": 2000000000 }' >&5; exit 139", "bwrap");
     setenv("PATH", (bubblewrap.path().parent_path().string() + ":" + path).c_str(), 1);
     ServiceProcess process(program.path());

@@ -214,7 +214,8 @@ class Attacker {
     }
 
     void useCaches() const {
-        const std::string own = getenv("MESA_SHADER_CACHE_DIR");
+        const char* folder = getenv("MESA_SHADER_CACHE_DIR");
+        const std::string own = folder == nullptr ? "/nowhere" : folder;
         sayOpen("read its shader", own + "/shader", O_RDONLY);
         sayOpen("keep a shader", own + "/shader", O_WRONLY | O_CREAT);
         sayOpen("read another effect's shader", own + "/../other/shader", O_RDONLY);
