@@ -310,6 +310,8 @@ TEST_F(SupervisedOutputTest, SettlesOnTheClockWhenADeviceOpensAndRendersNothing)
 
 TEST_F(SupervisedOutputTest, PlaysOnTheNextDeviceWhenTheFirstRendersNothing) {
     timing_.silence = milliseconds(2000);
+    // Alpha fails twice before Beta plays, and then rests for twice as long as this.
+    timing_.retry = milliseconds(2000);
     timing_.longestPause = hours(1);
     alpha_->isFrozen = true;
     const auto output = makeOutput();
