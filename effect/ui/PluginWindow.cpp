@@ -66,7 +66,7 @@ std::unique_ptr<PluginWindow> PluginWindow::open(std::uintptr_t parent, Size siz
         static_cast<unsigned>(size.height), 0, DefaultDepthOfScreen(around.screen), InputOutput,
         visual, CWBackPixel | CWBorderPixel | CWBitGravity | CWColormap | CWEventMask, &attributes);
     setHints(display, window, size, least);
-    // Tells the host that keys without a use come back to it.
+    // Tells the host that the UI sends it the keys that it does not use.
     const unsigned long yes = 1;
     XChangeProperty(display, window, XInternAtom(display, "_ORVALO_SENDS_UNUSED_KEYS", False),
                     XA_CARDINAL, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(&yes),
