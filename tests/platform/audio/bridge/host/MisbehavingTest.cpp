@@ -326,7 +326,7 @@ TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
             ASSERT_TRUE(transcript.isSound());
         }
         EXPECT_LE(transcript.count(toDry), 1U);
-        EXPECT_EQ(transcript.count(dry), 0U);
+        EXPECT_EQ(transcript.count(dry), 0U) << error.text();
         EXPECT_EQ(services().size(), 1U);
         EXPECT_NE(*services().begin(), process);
     }
