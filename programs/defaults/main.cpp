@@ -3,20 +3,24 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <map>
 #include <optional>
 
+#include "platform/foundation/FileContents.h"
 #include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/StandardErrorLog.h"
 #include "platform/foundation/defaults/DefaultsDomain.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
-#include "programs/defaults/CommandLine.h"
 #include "programs/defaults/format/JSONForm.h"
 
 namespace orvalo {
@@ -25,8 +29,86 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(GError* error) {
-    throw std::runtime_error(std::string(GErrorPointer(error)->message) + ".");
+constexpr auto kSummary = R"(Reads and changes the settings that Orvalo and its effect keep.
+
+Commands:
+  domains                 Show the names of the domains, one a line
+  list DOMAIN             Show the keys of a domain, one a line
+  read DOMAIN [KEY]       Show the value of a key, or all of a domain, as JSON
+  write DOMAIN KEY        Set the value of a key, with one of the options below
+  delete DOMAIN KEY       Remove a key, or all keys with --all
+  export DOMAIN [FILE]    Write a domain as JSON to a file or standard output
+  import DOMAIN [FILE]    Set the keys in a JSON file or standard input
+
+A DOMAIN is the name of a store: group.com.Tessaly.audio, which the application shares with its
+effect, or com.tessaly.Orvalo, the application's own. orvalo-defaults(1) has examples, and tells how
+JSON holds dates, data and infinite numbers.)";
+
+/// An invalid command line. The text names the culprit.
+struct BadOption : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct CommandLine {
+    std::vector<std::string> words;                           ///< The command and its arguments.
+    std::map<std::string, std::string, std::less<>> options;  ///< "" for those without a value.
+
+    bool has(std::string_view option) const { return options.contains(option); }
+};
+
+gboolean addArgument(const char* name, const char* value, void* line, GError** /*error*/) {
+    auto& [words, options] = *static_cast<CommandLine*>(line);
+    if (*name == '\0') {
+        words.emplace_back(value);
+    } else {
+        options[name + 2] = value == nullptr ? "" : value;
+    }
+    return TRUE;
+}
+
+/// placeholder: null for an option without a value.
+GOptionEntry option(const char* name, const char* description, const char* placeholder = nullptr) {
+    // GLib would convert other texts than file names from the locale's character set.
+    const int kind = placeholder == nullptr ? G_OPTION_FLAG_NO_ARG : G_OPTION_FLAG_FILENAME;
+    return {
+        name,        '\0',       kind, G_OPTION_ARG_CALLBACK, reinterpret_cast<void*>(addArgument),
+        description, placeholder};
+}
+
+const std::array kOptions{
+    option("raw", "read: show a text as it is, not as JSON"),
+    option("string", "write: a text", "TEXT"),
+    option("int", "write: a whole number of 64 bits", "N"),
+    option("float", "write: a number of double precision, inf, -inf or nan", "N"),
+    option("bool", "write: true or false", "true|false"),
+    option("date", "write: a date such as 2026-11-21T08:30:00Z", "DATE"),
+    option("data", "write: data in Base64", "BASE64"),
+    option("json", "write: any value, lists and dictionaries too", "JSON"),
+    option("all", "delete: remove all keys"),
+    option("replace", "import: remove the keys that the file does not hold"),
+    option("version", "Show the version"),
+    option(G_OPTION_REMAINING, nullptr, "COMMAND ..."),
+    GOptionEntry{}};
+
+/// It begins with the name of the command that has the option.
+std::string descriptionOf(std::string_view option) {
+    return std::ranges::find(kOptions, option, &GOptionEntry::long_name)->description;
+}
+
+/// --help prints the help and ends the program.
+CommandLine parse(int argc, char** argv) {
+    CommandLine line;
+    const std::unique_ptr<GOptionContext, Release<g_option_context_free>> context(
+        g_option_context_new(nullptr));
+    g_option_context_set_summary(context.get(), kSummary);
+    auto* group = g_option_group_new("", "", "", &line, nullptr);
+    g_option_group_add_entries(group, kOptions.data());
+    g_option_context_set_main_group(context.get(), group);
+    GError* failure = nullptr;
+    if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
+        throw BadOption(std::string(GErrorPointer(failure)->message) + ".");
+    }
+    return line;
 }
 
 /// Writes to standard output.
@@ -49,15 +131,8 @@ void writeFile(const fs::path& path, const std::string& text) {
     if (g_file_set_contents_full(fs::weakly_canonical(path, error).c_str(), text.data(),
                                  static_cast<gssize>(text.size()), G_FILE_SET_CONTENTS_CONSISTENT,
                                  ownerOnly, &failure) == FALSE) {
-        fail(failure);
+        throw std::runtime_error(std::string(GErrorPointer(failure)->message) + ".");
     }
-}
-
-const std::string& utf8(const std::string& text) {
-    if (g_utf8_validate(text.c_str(), -1, nullptr) == FALSE) {
-        throw BadOption(inQuotes(text) + " is not UTF-8.");
-    }
-    return text;
 }
 
 /// Whether the file exists. A file that cannot be examined counts as existing: opening it then
@@ -68,7 +143,7 @@ bool isThere(const fs::path& path) {
 }
 
 std::string pathOf(const std::string& domain) {
-    if (utf8(domain) == ownDomainName()) {
+    if (domain == ownDomainName()) {
         return ownDomainFile().string();
     }
     if (const auto trouble = suiteNameTrouble(domain)) {
@@ -77,28 +152,17 @@ std::string pathOf(const std::string& domain) {
     return suiteFile(domain).string();
 }
 
-/// Runs the operation on the domain's file; SQLite's errors do not name it.
-template <typename Operation>
-auto inFile(const std::string& path, const Operation& operation) {
-    try {
-        DefaultsDomain domain(path);
-        return operation(domain);
-    } catch (const SQLiteError& error) {
-        throw NSError(error.domain(), error.code(), path + ": " + error.what());
-    }
-}
-
 PropertyList::Dictionary entriesOf(const std::string& domain) {
     const auto path = pathOf(domain);
     if (!isThere(path)) {
         throw std::runtime_error("there is no domain '" + domain + "'.");
     }
-    return inFile(path, [](DefaultsDomain& file) { return file.entries(); });
+    return DefaultsDomain(path).entries();
 }
 
 PropertyList valueOf(const std::string& domain, const std::string& key) {
     const auto entries = entriesOf(domain);
-    const auto found = entries.find(utf8(key));
+    const auto found = entries.find(key);
     if (found == entries.end()) {
         throw std::runtime_error("there is no key " + inQuotes(key) + " in '" + domain + "'.");
     }
@@ -106,7 +170,13 @@ PropertyList valueOf(const std::string& domain, const std::string& key) {
 }
 
 void change(const std::string& domain, const DefaultsDomain::Changes& changes, bool replacesAll) {
-    inFile(pathOf(domain), [&](DefaultsDomain& file) { file.change(changes, replacesAll); });
+    DefaultsDomain(pathOf(domain)).change(changes, replacesAll);
+}
+
+/// The name on one line, escaped as in JSON.
+std::string listed(const std::string& name) {
+    const auto text = jsonText(name);
+    return text.substr(1, text.size() - 2) + "\n";
 }
 
 void domains(const CommandLine& /*line*/) {
@@ -117,7 +187,7 @@ void domains(const CommandLine& /*line*/) {
     std::ranges::sort(names);
     std::string lines;
     for (const auto& name : names) {
-        lines += escaped(name) + "\n";
+        lines += listed(name);
     }
     show(lines);
 }
@@ -125,7 +195,7 @@ void domains(const CommandLine& /*line*/) {
 void list(const CommandLine& line) {
     std::string lines;
     for (const auto& [key, value] : entriesOf(line.words[1])) {
-        lines += escaped(key) + "\n";
+        lines += listed(key);
     }
     show(lines);
 }
@@ -148,39 +218,24 @@ void read(const CommandLine& line) {
     show((isRaw ? *text : jsonText(value)) + "\n");
 }
 
-/// The number in a text that contains nothing else.
-template <typename Number>
-std::optional<PropertyList> number(const std::string& text) {
-    Number value{};
-    const auto* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    const bool isWhole = result.ec == std::errc() && result.ptr == end;
-    return isWhole ? std::optional<PropertyList>(value) : std::nullopt;
-}
-
 /// The value of an option of write; absent when the text is none.
 std::optional<PropertyList> optionValue(const std::string& type, const std::string& text) {
     if (type == "int") {
-        return number<std::int64_t>(text);
-    }
-    if (type == "float") {
-        return number<double>(text);
+        std::int64_t value = 0;
+        const auto* end = text.data() + text.size();
+        const auto [stop, error] = std::from_chars(text.data(), end, value);
+        const bool isWhole = error == std::errc() && stop == end;
+        return isWhole ? std::optional<PropertyList>(value) : std::nullopt;
     }
     if (type == "bool") {
         const bool isTrue = text == "true" || text == "yes";
         const bool isValue = isTrue || text == "false" || text == "no";
         return isValue ? std::optional<PropertyList>(isTrue) : std::nullopt;
     }
-    return type == "string" ? text : formValue("$" + type, text);
+    return type == "string" ? text : formValue(type == "float" ? "$real" : "$" + type, text);
 }
 
 PropertyList typedValue(const std::string& type, const std::string& text) {
-    static const std::map<std::string, std::string, std::less<>> kinds{
-        {"int", "a whole number of 64 bits"},
-        {"float", "a number"},
-        {"bool", "true or false"},
-        {"date", "a date such as 2026-11-21T08:30:00Z"},
-        {"data", "Base64"}};
     if (type == "json") {
         try {
             return jsonValue(text);
@@ -190,7 +245,9 @@ PropertyList typedValue(const std::string& type, const std::string& text) {
     }
     const auto value = optionValue(type, text);
     if (!value) {
-        throw BadOption("--" + type + " wants " + kinds.at(type) + ", not " + inQuotes(text) + ".");
+        throw BadOption("--" + type + " wants " +
+                        descriptionOf(type).substr(std::strlen("write: ")) + ", not " +
+                        inQuotes(text) + ".");
     }
     return *value;
 }
@@ -202,7 +259,7 @@ void write(const CommandLine& line) {
             "--json.");
     }
     const auto& [type, text] = *line.options.begin();
-    change(line.words[1], {{utf8(line.words[2]), typedValue(type, utf8(text))}}, false);
+    change(line.words[1], {{line.words[2], typedValue(type, text)}}, false);
 }
 
 void remove(const CommandLine& line) {
@@ -236,22 +293,14 @@ void exportTo(const CommandLine& line) {
 
 void importFrom(const CommandLine& line) {
     const auto file = fileOf(line);
-    char* contents = nullptr;
-    gsize size = 0;
-    GError* failure = nullptr;
-    if (g_file_get_contents(file.value_or("/dev/stdin").c_str(), &contents, &size, &failure) ==
-        FALSE) {
-        fail(failure);
-    }
-    const GText owned(contents);
-    DefaultsDomain::Changes changes;
+    const auto contents = contentsOfFile(file.value_or("/dev/stdin"));
+    PropertyList::Dictionary entries;
     try {
-        const auto entries = jsonDomain({contents, size});
-        changes.insert(entries.begin(), entries.end());
+        entries = jsonDomain(std::string(contents.begin(), contents.end()));
     } catch (const std::runtime_error& error) {
         throw std::runtime_error(file.value_or("standard input") + ": " + error.what());
     }
-    change(line.words[1], changes, line.has("replace"));
+    change(line.words[1], {entries.begin(), entries.end()}, line.has("replace"));
 }
 
 struct Command {
@@ -259,26 +308,20 @@ struct Command {
     const char* arguments;
     std::size_t fewest;  ///< Arguments.
     std::size_t most;
-    std::vector<std::string_view> options;
     void (*run)(const CommandLine&);
 };
+
+constexpr std::array<Command, 7> kCommands{{{"domains", "no arguments", 0, 0, domains},
+                                            {"list", "DOMAIN", 1, 1, list},
+                                            {"read", "DOMAIN [KEY]", 1, 2, read},
+                                            {"write", "DOMAIN KEY", 2, 2, write},
+                                            {"delete", "DOMAIN KEY", 1, 2, remove},
+                                            {"export", "DOMAIN [FILE]", 1, 2, exportTo},
+                                            {"import", "DOMAIN [FILE]", 1, 2, importFrom}}};
 
 /// Changes nothing when it throws: BadOption for an invalid command line, another std::exception
 /// for a failure. The text names the culprit.
 void run(const CommandLine& line) {
-    static const std::vector<Command> commands{
-        {"domains", "no arguments", 0, 0, {}, domains},
-        {"list", "DOMAIN", 1, 1, {}, list},
-        {"read", "DOMAIN [KEY]", 1, 2, {"raw"}, read},
-        {"write",
-         "DOMAIN KEY",
-         2,
-         2,
-         {"string", "int", "float", "bool", "date", "data", "json"},
-         write},
-        {"delete", "DOMAIN KEY", 1, 2, {"all"}, remove},
-        {"export", "DOMAIN [FILE]", 1, 2, {}, exportTo},
-        {"import", "DOMAIN [FILE]", 1, 2, {"replace"}, importFrom}};
     if (line.has("version")) {
         show("orvalo-defaults " ORVALO_VERSION "\n");
         return;
@@ -287,12 +330,12 @@ void run(const CommandLine& line) {
         throw BadOption("a command is missing; see orvalo-defaults --help.");
     }
     const auto& name = line.words[0];
-    const auto command = std::ranges::find(commands, name, &Command::name);
-    if (command == commands.end()) {
+    const auto* command = std::ranges::find(kCommands, name, &Command::name);
+    if (command == kCommands.end()) {
         throw BadOption(inQuotes(name) + " is no command; see orvalo-defaults --help.");
     }
     for (const auto& [option, value] : line.options) {
-        if (std::ranges::find(command->options, option) == command->options.end()) {
+        if (!descriptionOf(option).starts_with(name + ": ")) {
             throw BadOption(
                 std::string(name).append(" has no option --").append(option).append("."));
         }
@@ -301,13 +344,12 @@ void run(const CommandLine& line) {
     if (arguments < command->fewest || arguments > command->most) {
         throw BadOption(name + " wants " + command->arguments + ".");
     }
-    command->run(line);
-}
-
-/// Prints an error, which may quote any bytes, and returns the exit status.
-int complain(const std::exception& error, int status) {
-    std::fprintf(stderr, "orvalo-defaults: %s\n", escaped(error.what()).c_str());
-    return status;
+    try {
+        command->run(line);
+    } catch (const SQLiteError& error) {
+        // SQLite's errors do not name the file.
+        throw NSError(error.domain(), error.code(), pathOf(line.words[1]) + ": " + error.what());
+    }
 }
 
 }  // namespace
@@ -319,12 +361,11 @@ int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "");  // NOLINT(concurrency-mt-unsafe): there is one thread.
     logToStandardError();
     try {
-        run(CommandLine::parse(argc, argv));
+        run(parse(argc, argv));
         return EXIT_SUCCESS;
-    } catch (const BadOption& error) {
-        constexpr int badOption = 2;
-        return complain(error, badOption);
     } catch (const std::exception& error) {
-        return complain(error, EXIT_FAILURE);
+        std::fprintf(stderr, "orvalo-defaults: %s\n", onOneLine(error.what()).c_str());
+        constexpr int badOption = 2;
+        return dynamic_cast<const BadOption*>(&error) == nullptr ? EXIT_FAILURE : badOption;
     }
 }

@@ -2,27 +2,30 @@
 
 #include <glib.h>
 
-#include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <limits>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <stdexcept>
-#include <utility>
 
 #include "platform/foundation/GLibPointer.h"
+#include "platform/foundation/OneLine.h"
 #include "platform/foundation/defaults/PropertyListDate.h"
+
+using nlohmann::json;
+
+/// How the library converts values, also those in lists and dictionaries.
+template <>
+struct nlohmann::adl_serializer<orvalo::PropertyList> {
+    static void to_json(json& target, const orvalo::PropertyList& value);
+    static orvalo::PropertyList from_json(const json& source);
+};
 
 namespace orvalo {
 
-// Called by the library for each element of a list or a dictionary.
-static void to_json(nlohmann::json& json, const PropertyList& value);
-
 namespace {
 
-using nlohmann::json;
 using Dictionary = PropertyList::Dictionary;
-using List = PropertyList::List;
 
 constexpr auto kWrapped = "$dictionary";
 
@@ -52,37 +55,32 @@ struct Writer {
 };
 
 json parsed(std::string_view text) {
+    const auto checkDepth = [](int depth, json::parse_event_t /*event*/, json& /*value*/) {
+        constexpr int mostDepth = 200;  // Far above the store's limit. Converting recurses.
+        if (depth > mostDepth) {
+            throw std::runtime_error("it is nested too deeply.");
+        }
+        return true;
+    };
     try {
-        return json::parse(text);
+        return json::parse(text, checkDepth);
     } catch (const json::exception& error) {
         // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error ..."
-        const std::string_view said = error.what();
-        constexpr std::size_t mostSaid = 200;
+        const std::string said = error.what();
         const auto at = said.find("line ");
-        throw std::runtime_error(
-            std::string(said.substr(at == std::string_view::npos ? 0 : at, mostSaid)) + ".");
+        constexpr std::size_t mostSaid = 200;
+        throw std::runtime_error(said.substr(at == std::string::npos ? 0 : at, mostSaid) + ".");
     }
 }
 
-PropertyList valueOf(const json& value, int depth);
-
-Dictionary entriesOf(const json& object, int depth) {
-    Dictionary entries;
-    for (const auto& [key, value] : object.items()) {
-        entries.emplace(key, valueOf(value, depth));
-    }
-    return entries;
-}
-
-PropertyList objectValue(const json& object, int depth) {
-    const bool isForm = object.size() == 1 && object.begin().key().starts_with('$');
-    if (!isForm) {
-        return entriesOf(object, depth);
+PropertyList objectValue(const json& object) {
+    if (object.size() != 1 || !object.begin().key().starts_with('$')) {
+        return object.get<Dictionary>();
     }
     const auto& form = object.begin().key();
     const auto& content = object.begin().value();
     if (form == kWrapped && content.is_object()) {
-        return entriesOf(content, depth);
+        return content.get<Dictionary>();
     }
     const auto value =
         content.is_string() ? formValue(form, content.get<std::string>()) : std::nullopt;
@@ -93,50 +91,17 @@ PropertyList objectValue(const json& object, int depth) {
     return *value;
 }
 
-/// depth: how many lists and dictionaries the value lies in.
-PropertyList valueOf(const json& value, int depth) {
-    constexpr int mostDepth = 200;  // Far above the store's limit; this recursion has one, too.
-    if (depth > mostDepth) {
-        throw std::runtime_error("it is nested too deeply.");
-    }
-    switch (value.type()) {
-        case json::value_t::boolean:
-            return value.get<bool>();
-        case json::value_t::string:
-            return value.get<std::string>();
-        case json::value_t::number_float:
-            return value.get<double>();
-        case json::value_t::number_integer:
-            return value.get<std::int64_t>();
-        case json::value_t::number_unsigned:
-            if (value.get<std::uint64_t>() > INT64_MAX) {
-                throw std::runtime_error("the number " + value.dump() + " has more than 64 bits.");
-            }
-            return value.get<std::int64_t>();
-        case json::value_t::array: {
-            List list;
-            for (const auto& element : value) {
-                list.push_back(valueOf(element, depth + 1));
-            }
-            return list;
-        }
-        case json::value_t::object:
-            return objectValue(value, depth + 1);
-        default:
-            throw std::runtime_error("null is no value of a domain.");
-    }
-}
-
-/// JSON lets the control characters from U+007F to U+009F stand.
 std::string written(const json& value) {
-    return escaped(value.dump(2), "\\\n");
+    // The library lets the control characters from U+007F to U+009F stand.
+    std::istringstream lines(value.dump(2));
+    std::string text;
+    for (std::string line; std::getline(lines, line);) {
+        text.append(text.empty() ? "" : "\n").append(onOneLine(line));
+    }
+    return text;
 }
 
 }  // namespace
-
-void to_json(json& json, const PropertyList& value) {
-    json = std::visit(Writer(), value.value());
-}
 
 std::string jsonText(const PropertyList& value) {
     return written(value);
@@ -147,7 +112,7 @@ std::string jsonText(const Dictionary& domain) {
 }
 
 PropertyList jsonValue(std::string_view text) {
-    return valueOf(parsed(text), 0);
+    return parsed(text).get<PropertyList>();
 }
 
 Dictionary jsonDomain(std::string_view text) {
@@ -158,7 +123,7 @@ Dictionary jsonDomain(std::string_view text) {
     Dictionary entries;
     for (const auto& [key, value] : object.items()) {
         try {
-            entries.emplace(key, valueOf(value, 1));
+            entries.emplace(key, value.get<PropertyList>());
         } catch (const std::runtime_error& error) {
             throw std::runtime_error(inQuotes(key).append(": ").append(error.what()));
         }
@@ -167,50 +132,24 @@ Dictionary jsonDomain(std::string_view text) {
 }
 
 std::optional<PropertyList> formValue(std::string_view form, const std::string& text) {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    std::optional<PropertyList> value;
     if (form == "$date") {
         const std::unique_ptr<GTimeZone, Release<g_time_zone_unref>> utc(g_time_zone_new_utc());
-        if (const GDateTimePointer date{g_date_time_new_from_iso8601(text.c_str(), utc.get())}) {
-            value = dateOf(date.get());
-        }
-    } else if (form == "$data") {
+        const GDateTimePointer date(g_date_time_new_from_iso8601(text.c_str(), utc.get()));
+        return date ? std::optional<PropertyList>(dateOf(date.get())) : std::nullopt;
+    }
+    if (form == "$data") {
         gsize size = 0;
         const std::unique_ptr<guchar, Release<g_free>> bytes(g_base64_decode(text.c_str(), &size));
         // GLib skips what is no Base64.
-        if (GText(g_base64_encode(bytes.get(), size)).get() == text) {
-            value = Data(bytes.get(), bytes.get() + size);
-        }
-    } else if (form == "$real" && (text == "inf" || text == "-inf")) {
-        value = text == "inf" ? infinity : -infinity;
-    } else if (form == "$real" && text == "nan") {
-        value = std::numeric_limits<double>::quiet_NaN();
+        const bool isBase64 = GText(g_base64_encode(bytes.get(), size)).get() == text;
+        return isBase64 ? std::optional<PropertyList>(Data(bytes.get(), bytes.get() + size))
+                        : std::nullopt;
     }
-    return value;
-}
-
-std::string escaped(std::string_view text, std::string_view kept) {
-    const GText valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
-    std::string result;
-    const char* next = nullptr;
-    for (const char* at = valid.get(); *at != '\0'; at = next) {
-        next = g_utf8_next_char(at);
-        const auto character = g_utf8_get_char(at);
-        if (kept.find(*at) != std::string_view::npos) {
-            result += *at;
-        } else if (character == '\\') {
-            result += "\\\\";
-        } else if (character == '\n') {
-            result += "\\n";
-        } else if (g_unichar_iscntrl(character) != FALSE) {
-            std::array<char, 8> code{};
-            std::snprintf(code.data(), code.size(), "\\u%04x", character);
-            result += code.data();
-        } else {
-            result.append(at, next);
-        }
-    }
-    return result;
+    double value = 0.0;
+    const auto* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    const bool isReal = form == "$real" && error == std::errc() && stop == end;
+    return isReal ? std::optional<PropertyList>(value) : std::nullopt;
 }
 
 std::string inQuotes(std::string_view text) {
@@ -220,3 +159,32 @@ std::string inQuotes(std::string_view text) {
 }
 
 }  // namespace orvalo
+
+void nlohmann::adl_serializer<orvalo::PropertyList>::to_json(json& target,
+                                                             const orvalo::PropertyList& value) {
+    target = std::visit(orvalo::Writer(), value.value());
+}
+
+orvalo::PropertyList nlohmann::adl_serializer<orvalo::PropertyList>::from_json(const json& source) {
+    switch (source.type()) {
+        case json::value_t::boolean:
+            return source.get<bool>();
+        case json::value_t::string:
+            return source.get<std::string>();
+        case json::value_t::number_float:
+            return source.get<double>();
+        case json::value_t::number_unsigned:
+            if (source.get<std::uint64_t>() > INT64_MAX) {
+                throw std::runtime_error("the number " + source.dump() + " has more than 64 bits.");
+            }
+            return source.get<std::int64_t>();
+        case json::value_t::number_integer:
+            return source.get<std::int64_t>();
+        case json::value_t::array:
+            return source.get<orvalo::PropertyList::List>();
+        case json::value_t::object:
+            return orvalo::objectValue(source);
+        default:
+            throw std::runtime_error("null is no value of a domain.");
+    }
+}

@@ -12,7 +12,7 @@ namespace orvalo {
 //   text, truth value, list, dictionary     as in JSON
 //   integer                                 a number without "." and exponent, of 64 bits
 //   float                                   a number with "." or an exponent, or a larger integer
-//   infinite float, NaN                     {"$real": "inf"}, "-inf" or "nan"
+//   infinite float, NaN                     {"$real": "inf"}, "-inf" or "nan"; any number is read
 //   data                                    {"$data": "<Base64>"}
 //   date                                    {"$date": "2026-11-21T08:30:00.250000Z"}
 //   dictionary with one key like "$date"    {"$dictionary": {"$date": ...}}
@@ -36,10 +36,6 @@ PropertyList::Dictionary jsonDomain(std::string_view text);
 
 /// The value that a text stands for under "$date", "$data" or "$real"; absent when it is not one.
 std::optional<PropertyList> formValue(std::string_view form, const std::string& text);
-
-/// The text on one line without terminal commands: control characters and backslashes are escaped
-/// as in JSON, except those in `kept`. U+FFFD replaces bytes that are not UTF-8.
-std::string escaped(std::string_view text, std::string_view kept = {});
 
 /// The text between single quotes, cut after 60 bytes. Not escaped.
 std::string inQuotes(std::string_view text);

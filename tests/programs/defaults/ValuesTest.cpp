@@ -58,9 +58,9 @@ TEST_F(DefaultsValuesTest, ADomainIsReadInTheOrderOfItsKeys) {
 }
 
 TEST_F(DefaultsValuesTest, AKeyIsOneLineOfTheList) {
-    expectSilence({"write", "d", "a\nb\\\x1b", "--int", "1"});
+    expectSilence({"write", "d", "a\nb\\\x1b\u009b\"", "--int", "1"});
     expectSilence({"write", "d", "", "--int", "2"});
-    expectOutput({"list", "d"}, "\na\\nb\\\\\\u001b\n");
+    expectOutput({"list", "d"}, "\na\\nb\\\\\\u001b\\u009b\\\"\n");
 }
 
 TEST_F(DefaultsValuesTest, DomainsAreListedByName) {
@@ -154,6 +154,10 @@ TEST_F(DefaultsValuesTest, ARefusedValueChangesNothing) {
     expectRefusal({"write", "d", "k", "--json", deep}, "'k': it is nested too deeply", 1);
     expectRefusal({"write", "d", "k", "--json", R"("a\u0000b")"},
                   "'k': a text in it is not UTF-8 or holds a NUL", 1);
+    expectRefusal({"write", "d", "k", "--string", "\xff"},
+                  "'k': a text in it is not UTF-8 or holds a NUL", 1);
+    expectRefusal({"write", "d", "\xff", "--int", "1"},
+                  "'\uFFFD': its key is not UTF-8 or holds a NUL", 1);
     expectOutput({"read", "d"}, "{\n  \"k\": 1\n}\n");
 }
 
