@@ -48,4 +48,9 @@ struct LV2Bundle {
 /// statements of the others about it are removed, with a warning.
 std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath);
 
+/// The first fault in a file of a plug-in's data or presets, by its file URI; empty for a sound
+/// file. Files are checked before lilv reads them: lilv keeps the first half of a broken file,
+/// never returns from some that end early, and overflows the stack on deep nesting.
+std::string turtleFileError(const std::string& uri);
+
 }  // namespace orvalo

@@ -1,6 +1,6 @@
 #include "platform/audio/lv2/LV2DataChecks.h"
 
-#include "platform/audio/lv2/TurtleFile.h"
+#include "platform/audio/lv2/LV2Bundle.h"
 
 namespace orvalo {
 

@@ -7,7 +7,6 @@
 #include <tuple>
 
 #include "platform/audio/lv2/LV2Features.h"
-#include "platform/audio/lv2/TurtleFile.h"
 
 namespace orvalo {
 
