@@ -1,6 +1,7 @@
 #include "platform/audio/output/JackClient.h"
 
 #include <glib.h>
+#include <pthread.h>
 
 #include <algorithm>
 #include <atomic>
@@ -13,6 +14,17 @@ std::atomic<int> orphanCount{0};
 
 void logToGLib(const char* message) {
     g_debug("JACK: %s", message);
+}
+
+// jack_client_close() cancels libjack's threads at any instruction. The thread that receives
+// notifications calls strerror() when the server has died; cancelled there, it would keep a lock of
+// the C library for ever. So it is cancelled only where it waits, in read(). The render thread
+// waits in a futex, where only cancelling at any instruction ends it.
+void initialiseThread(void* client) {
+    const auto render = jack_client_thread_id(static_cast<jack_client_t*>(client));
+    if (pthread_equal(pthread_self(), render) == 0) {
+        pthread_setcanceltype(PTHREAD_CANCEL_DEFERRED, nullptr);
+    }
 }
 
 /// The names of the audio inputs with these flags whose names match the regular expression.
@@ -60,6 +72,15 @@ JackClient openJackClient(const char* name) {
             throw outputError("the JACK server went away", kDeviceWentAway);
         }
         throw outputError("no JACK server is running");
+    }
+    jack_set_thread_init_callback(client.get(), initialiseThread, client.get());
+    return client;
+}
+
+JackClient openIdleJackClient() {
+    auto client = openJackClient("Orvalo look");
+    if (jack_activate(client.get()) != 0) {
+        throw outputError("the JACK server went away", kDeviceWentAway);
     }
     return client;
 }

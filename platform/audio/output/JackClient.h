@@ -21,6 +21,10 @@ LibraryCalls& libjack();
 /// libjack would free that client.
 JackClient openJackClient(const char* name);
 
+/// Opens a client that only looks at the server. It is active, because libjack calls the function
+/// that makes a client safe to close when the client is activated. Throws as openJackClient().
+JackClient openIdleJackClient();
+
 /// The server's format, and its first device with playback ports: at most two of its ports count as
 /// channels. A virtual sink counts when no physical device has any. Throws NSError when there is
 /// none.

@@ -17,7 +17,7 @@ constexpr std::chrono::milliseconds kProbeLimit{2000};
 /// Sets the promise before it closes the client: closing needs a third of the time.
 void probeServer(std::promise<OutputFacts>& facts) {
     try {
-        const auto client = openJackClient("Orvalo look");
+        const auto client = openIdleJackClient();
         facts.set_value(jackFacts(client.get()));
     } catch (const NSError&) {
         facts.set_exception(std::current_exception());

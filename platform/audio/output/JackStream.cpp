@@ -1,7 +1,6 @@
 #include "platform/audio/output/JackStream.h"
 
 #include <glib.h>
-#include <pthread.h>
 
 #include <array>
 #include <atomic>
@@ -58,7 +57,6 @@ class JackStream::Session {
         facts_ = wanted;
         facts_.format.sampleRate = jack_get_sample_rate(client);
         facts_.frameCount = jack_get_buffer_size(client);
-        jack_set_thread_init_callback(client, initialiseThread, client);
         jack_set_process_callback(client, process, this);
         jack_set_xrun_callback(client, xrun, this);
         jack_set_buffer_size_callback(client, bufferSizeChanged, this);
@@ -80,7 +78,7 @@ class JackStream::Session {
 
     static bool isServerThere() {
         try {
-            openJackClient("Orvalo look");
+            openIdleJackClient();
             return true;
         } catch (const NSError&) {
             return false;
@@ -98,17 +96,6 @@ class JackStream::Session {
             if (refusal != 0 && refusal != EEXIST) {
                 throw outputError("the JACK server does not connect its playback ports");
             }
-        }
-    }
-
-    // jack_client_close() cancels libjack's threads at any instruction. The thread that receives
-    // notifications calls strerror() when the server has died; cancelled there, it would keep a
-    // lock of the C library for ever. So it is cancelled only where it waits, in read(). The render
-    // thread waits in a futex, where only cancelling at any instruction ends it.
-    static void initialiseThread(void* client) {
-        const auto render = jack_client_thread_id(static_cast<jack_client_t*>(client));
-        if (pthread_equal(pthread_self(), render) == 0) {
-            pthread_setcanceltype(PTHREAD_CANCEL_DEFERRED, nullptr);
         }
     }
 

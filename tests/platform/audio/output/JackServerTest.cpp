@@ -251,6 +251,19 @@ TEST_F(JackServerTest, CancelsNoThreadInsideStrerror) {
     isStrerrorSlow = false;
 }
 
+TEST_F(JackServerTest, CancelsNoThreadOfAnIdleClientInsideStrerror) {
+    auto server = startServer("48000", "64");
+    auto idle = openIdleJackClient();
+    const int entered = strerrorEntered;
+    const int left = strerrorLeft;
+    isStrerrorSlow = true;
+    kill(*server);
+    ASSERT_TRUE(testing::pollUntil([&] { return strerrorEntered > entered; }));
+    idle.reset();
+    EXPECT_TRUE(testing::pollUntil([&] { return strerrorLeft > left; }, std::chrono::seconds(10)));
+    isStrerrorSlow = false;
+}
+
 TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {
     const auto server = startServer("48000", "64");
     const auto output = makeOutput(SupervisedOutput::Absence::standIn);
