@@ -7,6 +7,7 @@
 
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <map>
@@ -17,15 +18,33 @@
 #include <vector>
 
 #include "platform/foundation/FatalError.h"
-#include "tests/platform/foundation/RedirectedDescriptor.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace orvalo {
 namespace {
 
 using orvalo::testing::CapturedOutput;
-using orvalo::testing::RedirectedDescriptor;
 using namespace std::string_view_literals;
+
+/// Redirects a file descriptor to the file of another descriptor for the object's life.
+class RedirectedDescriptor {
+  public:
+    RedirectedDescriptor(int descriptor, int file)
+        : descriptor_(descriptor), saved_(dup(descriptor)) {
+        std::fflush(nullptr);
+        dup2(file, descriptor_);
+    }
+    ~RedirectedDescriptor() {
+        dup2(saved_, descriptor_);
+        close(saved_);
+    }
+    RedirectedDescriptor(const RedirectedDescriptor&) = delete;
+    RedirectedDescriptor& operator=(const RedirectedDescriptor&) = delete;
+
+  private:
+    int descriptor_;
+    int saved_;
+};
 
 class Pipe {
   public:

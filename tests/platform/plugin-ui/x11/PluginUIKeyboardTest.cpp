@@ -16,6 +16,7 @@ class PluginUIKeyboard : public PluginUIFixture {
     /// Opens a UI and waits until it is drawn.
     void show() {
         open();
+        embedded_->onUnusedKey = [this](const X11Key& key) { unused_.push_back(key.code); };
         ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
     }
     void clickIntoUI() {
@@ -28,6 +29,8 @@ class PluginUIKeyboard : public PluginUIFixture {
         commit(Misdeed::takeKeyboard);
         ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == record_.window; }));
     }
+
+    std::vector<unsigned> unused_;  ///< The codes of the keys that the UI did not use.
 };
 
 TEST_F(PluginUIKeyboard, GetsKeysFromAClickUntilThePointerLeaves) {
@@ -118,78 +121,66 @@ TEST_F(PluginUIKeyboard, ReturnsTheFocusThatTheUIHasGrabbed) {
 
 TEST_F(PluginUIKeyboard, ReportsKeysThatTheUISendsOnWhileItHasTheKeyboard) {
     toplevel_.focusInside();
-    open();
-    std::vector<unsigned> unused;
-    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
-    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
+    ASSERT_NO_FATAL_FAILURE(show());
     const unsigned space = keycode(kSpace);
     // The UI sends its keys on with the event mask for keys, and with an empty mask.
     for (const long mask : {1L, 0L}) {
-        unused.clear();
+        unused_.clear();
         record_.keyMask = mask;
         ASSERT_NO_FATAL_FAILURE(clickIntoUI());
         strikeKey(kSpace);
-        EXPECT_TRUE(pollUntil([&] { return unused == std::vector{space}; })) << mask;
+        EXPECT_TRUE(pollUntil([&] { return unused_ == std::vector{space}; })) << mask;
         movePointer(700, 500);
         ASSERT_TRUE(pollUntil([this] { return keyboardFocus() != toplevel_.window(); }));
     }
     // A key sent while the UI has no keyboard is ignored.
-    unused.clear();
+    unused_.clear();
     sendKey(record_.parent, space);
     runFor(20);
-    EXPECT_TRUE(unused.empty());
+    EXPECT_TRUE(unused_.empty());
 }
 
 TEST_F(PluginUIKeyboard, ReportsTheKeysOfAUIThatSendsNoneOn) {
     toplevel_.focusInside();
-    open();
-    std::vector<unsigned> unused;
-    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
-    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
+    ASSERT_NO_FATAL_FAILURE(show());
     const unsigned space = keycode(kSpace);
     ASSERT_NO_FATAL_FAILURE(letUITakeFocus());
     strikeKey(kSpace);
-    EXPECT_TRUE(pollUntil([&] { return unused == std::vector{space}; }));
+    EXPECT_TRUE(pollUntil([&] { return unused_ == std::vector{space}; }));
     // The UI gets the key, too.
     EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
     // Its first key that it sends on is reported once, and then only those.
     record_.keyMask = 1;
     strikeKey(kSpace);
-    EXPECT_TRUE(pollUntil([&] { return unused.size() == 2 && record_.keys.size() == 2; }));
+    EXPECT_TRUE(pollUntil([&] { return unused_.size() == 2 && record_.keys.size() == 2; }));
     runFor(20);
     record_.keyMask.reset();
     strikeKey(kSpace);
     EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 3; }));
     runFor(20);
-    EXPECT_EQ(unused, (std::vector{space, space}));
+    EXPECT_EQ(unused_, (std::vector{space, space}));
 }
 
 TEST_F(PluginUIKeyboard, LeavesTheKeysOfAUIThatTellsThatItSendsThem) {
     toplevel_.focusInside();
-    open();
-    std::vector<unsigned> unused;
-    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
-    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
+    ASSERT_NO_FATAL_FAILURE(show());
     tellOfUnusedKeys(record_.window);
     ASSERT_NO_FATAL_FAILURE(clickIntoUI());
     strikeKey(kSpace);
     EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
     runFor(20);
-    EXPECT_TRUE(unused.empty());
+    EXPECT_TRUE(unused_.empty());
 }
 
 TEST_F(PluginUIKeyboard, LeavesKeysThatTheUIDoesNotSelectToTheToplevel) {
     toplevel_.focusInside();
-    open();
-    std::vector<unsigned> unused;
-    embedded_->onUnusedKey = [&unused](const X11Key& key) { unused.push_back(key.code); };
-    ASSERT_TRUE(pollUntil([this] { return record_.exposures > 0; }));
+    ASSERT_NO_FATAL_FAILURE(show());
     commit(Misdeed::ignoreKeys);
     ASSERT_NO_FATAL_FAILURE(clickIntoUI());
     strikeKey(kSpace);
     runFor(20);
     EXPECT_EQ(toplevel_.takeKeys(), (std::vector<unsigned long>{kSpace}));
-    EXPECT_TRUE(unused.empty());
+    EXPECT_TRUE(unused_.empty());
     EXPECT_TRUE(record_.keys.empty());
 }
 
