@@ -192,7 +192,7 @@ OfflineRender::OfflineRender(const PlayOptions& options)
     writer_.checkLimit(frames_);
 }
 
-void OfflineRender::run() {
+void OfflineRender::run(const EffectChoice& choice) {
     if (!writer_.unfinishedFile().empty()) {
         removeOnSignals(writer_.unfinishedFile());
     }
@@ -200,6 +200,7 @@ void OfflineRender::run() {
     const auto effect = AVAudioUnit::instantiate(orvaloComponentDescription,
                                                  AudioComponentInstantiationOptions::none);
     effect->auAudioUnit()->setContextName(orvaloContextName);
+    choice.apply(*effect->auAudioUnit());
 
     const auto format = renderFormat(*file_);
     const auto engine = std::make_shared<AVAudioEngine>(std::make_unique<NullOutput>());

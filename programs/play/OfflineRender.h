@@ -5,6 +5,7 @@
 
 #include "platform/audio/file/AVAudioFile.h"
 #include "platform/audio/file/WaveFileWriter.h"
+#include "programs/play/EffectChoice.h"
 #include "programs/play/PlayOptions.h"
 
 namespace orvalo {
@@ -21,7 +22,7 @@ class OfflineRender {
 
     /// Throws NSError when the effect is missing or the file cannot be written. Signals that end
     /// the program remove the unfinished file.
-    void run();
+    void run(const EffectChoice& choice);
 
   private:
     const std::shared_ptr<AVAudioFile> file_;

@@ -40,9 +40,9 @@ class CountedPasses : public AUEnginePlayer {
 
 }  // namespace
 
-void Performance::run(const PlayOptions& options) {
+void Performance::run(const PlayOptions& options, const EffectChoice& choice) {
     printWithoutWaiting();
-    const std::shared_ptr<Performance> performance(new Performance(options));
+    const std::shared_ptr<Performance> performance(new Performance(options, choice));
     performance->begin();
     RunLoop::main()->run();
     for (const auto source : performance->signals_) {
@@ -85,7 +85,9 @@ void Performance::begin() {
     }
 }
 
-void Performance::onFoundComponent(const std::shared_ptr<AVAudioUnit>& /*unit*/) {}
+void Performance::onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) {
+    choice_.apply(*unit->auAudioUnit());
+}
 
 void Performance::onEngineInitialized() {
     DispatchQueue::main()->async([self = shared(this)] { self->pressPlay(); });

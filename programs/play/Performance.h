@@ -14,6 +14,7 @@
 #include "hosting/AUExtensionManagerDelegate.h"
 #include "platform/foundation/NSObject.h"
 #include "platform/foundation/Timer.h"
+#include "programs/play/EffectChoice.h"
 #include "programs/play/PlayOptions.h"
 #include "programs/play/ProgressLine.h"
 
@@ -26,7 +27,7 @@ class Performance : public NSObject,
                     public AUEnginePlayerDelegate {
   public:
     /// Plays and returns after the stop. options.file must be readable.
-    static void run(const PlayOptions& options);
+    static void run(const PlayOptions& options, const EffectChoice& choice);
 
     void onFoundComponent(const std::shared_ptr<AVAudioUnit>& unit) override;
     void onEngineInitialized() override;
@@ -35,7 +36,8 @@ class Performance : public NSObject,
     void onLoop(std::int64_t count) override;
 
   private:
-    explicit Performance(PlayOptions options) : options_(std::move(options)) {}
+    Performance(PlayOptions options, const EffectChoice& choice)
+        : options_(std::move(options)), choice_(choice) {}
 
     void begin();
     /// reason: a clause. Does nothing once playback has started.
@@ -47,6 +49,7 @@ class Performance : public NSObject,
     void after(double seconds, const std::function<void()>& action);
 
     const PlayOptions options_;
+    const EffectChoice& choice_;
     std::shared_ptr<AUExtensionManager> manager_;
     ProgressLine progress_;
     std::string fileName_;

@@ -46,12 +46,13 @@ double parsedSeconds(std::string_view text) {
     return *seconds;
 }
 
-std::optional<std::string> text(const GText& value, const char* option) {
+std::optional<std::string> text(const GText& value, const char* option,
+                                const char* what = "a file name") {
     if (!value) {
         return {};
     }
     if (*value == '\0') {
-        throw std::runtime_error(std::string(option) + " wants a file name, not an empty one.");
+        throw std::runtime_error(std::string(option) + " wants " + what + ", not an empty one.");
     }
     return value.get();
 }
@@ -78,7 +79,11 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
     char* seconds = nullptr;
     char* render = nullptr;
     char* file = nullptr;
+    char* effect = nullptr;
+    char* preset = nullptr;
+    char** settings = nullptr;
     gboolean list = FALSE;
+    gboolean all = FALSE;
     gboolean inProcess = FALSE;
     // NOLINTNEXTLINE(modernize-avoid-c-arrays): GLib's type, ended by an empty entry.
     const GOptionEntry entries[] = {
@@ -89,9 +94,16 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
          "FILE.wav"},
         {"file", 'f', 0, G_OPTION_ARG_FILENAME, &file,
          "Play this file instead of a demonstration file", "AUDIO"},
+        {"effect", 'e', 0, G_OPTION_ARG_FILENAME, &effect,
+         "Play through this installed effect, or the one in that bundle", "URI|FOLDER"},
+        {"preset", 'p', 0, G_OPTION_ARG_STRING, &preset, "Load a preset of the effect", "NAME|URI"},
+        {"set", 'S', 0, G_OPTION_ARG_STRING_ARRAY, &settings,
+         "Set a control of the effect; may be repeated", "SYMBOL=VALUE"},
         {"in-process", 'i', 0, G_OPTION_ARG_NONE, &inProcess,
          "Load the effect in this process instead of the effect service", nullptr},
         {"list", 'l', 0, G_OPTION_ARG_NONE, &list, "Show the effects in the registry", nullptr},
+        {"all", 'a', 0, G_OPTION_ARG_NONE, &all, "With --list: show all installed effects",
+         nullptr},
         {nullptr, '\0', 0, G_OPTION_ARG_NONE, nullptr, nullptr, nullptr}};
 
     const std::unique_ptr<GOptionContext, Release<g_option_context_free>> context(
@@ -105,6 +117,9 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
     const GText secondsText(seconds);
     const GText renderText(render);
     const GText fileText(file);
+    const GText effectText(effect);
+    const GText presetText(preset);
+    const std::unique_ptr<char*, Release<g_strfreev>> settingTexts(settings);
     if (!isParsed) {
         throw std::runtime_error(GErrorPointer(failure)->message);
     }
@@ -126,7 +141,16 @@ PlayOptions PlayOptions::parse(int argc, char** argv) {
         checkRender(*options.render);
     }
     options.file = text(fileText, "--file");
+    options.effect = text(effectText, "--effect", "a URI or a folder");
+    options.preset = text(presetText, "--preset", "a name or a URI");
+    for (char** setting = settings; setting != nullptr && *setting != nullptr; ++setting) {
+        options.settings.emplace_back(*setting);
+    }
     options.list = list != FALSE;
+    options.all = all != FALSE;
+    if (options.all && !options.list) {
+        throw std::runtime_error("--all goes with --list.");
+    }
     options.inProcess = inProcess != FALSE;
     return options;
 }

@@ -9,6 +9,9 @@
 
 #include "hosting/OrvaloComponent.h"
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
+#include "platform/audio/lv2/LV2PluginData.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/NSError.h"
 #include "platform/foundation/OneLine.h"
 #include "support/FourCharCode.h"
 
@@ -16,7 +19,7 @@ namespace orvalo {
 
 namespace {
 
-using Row = std::array<std::string, 6>;
+using Row = std::vector<std::string>;
 
 Row row(const AVAudioUnitComponent& component, const std::string& mark) {
     const auto& codes = component.audioComponentDescription;
@@ -35,6 +38,41 @@ std::size_t width(const std::string& text) {
     return static_cast<std::size_t>(g_utf8_strlen(text.c_str(), -1));
 }
 
+/// The rows as lines, with aligned columns.
+std::string table(const std::vector<Row>& rows) {
+    std::string text;
+    for (const auto& cells : rows) {
+        if (!text.empty()) {
+            text += '\n';
+        }
+        for (std::size_t column = 0; column + 1 < cells.size(); ++column) {
+            std::size_t widest = 0;
+            for (const auto& other : rows) {
+                widest = std::max(widest, width(other[column]));
+            }
+            text += cells[column];
+            text.append(widest + 2 - width(cells[column]), ' ');
+        }
+        text += cells.back();
+    }
+    return text;
+}
+
+Row installedRow(const LV2World::Access& access, const std::string& uri) {
+    std::string inputs = "-";
+    std::string outputs = "-";
+    try {
+        const auto data = LV2PluginData::read(access, uri);
+        inputs = std::to_string(data.inputChannelCount);
+        outputs = std::to_string(data.outputChannelCount);
+    } catch (const NSError& error) {
+        g_debug("%s", error.what());
+    }
+    const LilvPointer<LilvNode> name(lilv_plugin_get_name(access.plugin(uri)));
+    return {inputs, outputs, name == nullptr ? "" : onOneLine(lilv_node_as_string(name.get())),
+            onOneLine(uri)};
+}
+
 }  // namespace
 
 std::string registryTable() {
@@ -49,22 +87,24 @@ std::string registryTable() {
         const bool isPlayed = !playable.empty() && component == playable.front();
         rows.push_back(row(*component, isPlayed ? "* " : "  "));
     }
-    std::string table;
-    for (const auto& cells : rows) {
-        if (!table.empty()) {
-            table += '\n';
-        }
-        for (std::size_t column = 0; column + 1 < cells.size(); ++column) {
-            std::size_t widest = 0;
-            for (const auto& other : rows) {
-                widest = std::max(widest, width(other[column]));
-            }
-            table += cells[column];
-            table.append(widest + 2 - width(cells[column]), ' ');
-        }
-        table += cells.back();
+    return table(rows);
+}
+
+std::string installedTable() {
+    // Without an own folder, so that it does not log each effect as loaded.
+    auto path = LV2SearchPath::fromEnvironment({});
+    path.folders.emplace_back(Bundle::main()->effectsURL().path());
+    LV2World world(path);
+    const auto uris = world.pluginURIs();
+    if (uris.empty()) {
+        return "No effect is on the LV2 path.";
     }
-    return table;
+    std::vector<Row> rows{{"in", "out", "name", "plug-in"}};
+    const LV2World::Access access(world);
+    for (const auto& uri : uris) {
+        rows.push_back(installedRow(access, uri));
+    }
+    return table(rows);
 }
 
 }  // namespace orvalo

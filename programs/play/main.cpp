@@ -12,6 +12,7 @@
 #include "platform/foundation/OneLine.h"
 #include "platform/foundation/Print.h"
 #include "platform/foundation/StandardErrorLog.h"
+#include "programs/play/EffectChoice.h"
 #include "programs/play/OfflineRender.h"
 #include "programs/play/Performance.h"
 #include "programs/play/PlayOptions.h"
@@ -43,16 +44,18 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
 
     PlayOptions options;
+    std::optional<EffectChoice> choice;
     std::optional<OfflineRender> render;
     try {
         options = PlayOptions::parse(argc, argv);
         if (options.list) {
-            print(registryTable());
+            print(options.all ? installedTable() : registryTable());
             return EXIT_SUCCESS;
         }
         if (options.inProcess) {
             setPlatformEffectLoading(EffectLoading::inProcess);
         }
+        choice.emplace(options);
         if (options.render) {
             render.emplace(options);
         } else if (options.file) {
@@ -66,13 +69,13 @@ int main(int argc, char** argv) {
 
     if (render) {
         try {
-            render->run();
+            render->run(*choice);
         } catch (const NSError& error) {
             const bool isOfFile = error.domain() == "NSPOSIXErrorDomain";
             return fail(error.what(), isOfFile ? kBadOption : EXIT_FAILURE);
         }
         return EXIT_SUCCESS;
     }
-    Performance::run(options);
+    Performance::run(options, *choice);
     return EXIT_SUCCESS;
 }

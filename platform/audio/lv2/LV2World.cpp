@@ -33,6 +33,9 @@ LV2World& LV2World::shared() {
 
 std::vector<std::shared_ptr<AVAudioUnitComponent>> LV2World::components() {
     const std::scoped_lock lock(mutex_);
+    if (onlyComponent_) {
+        return {onlyComponent_};
+    }
     std::error_code error;
     const auto ownFolder = std::filesystem::canonical(searchPath_.ownFolder, error);
     std::vector<std::shared_ptr<AVAudioUnitComponent>> outside;
@@ -49,6 +52,37 @@ std::vector<std::shared_ptr<AVAudioUnitComponent>> LV2World::components() {
     }
     std::move(inside.begin(), inside.end(), std::back_inserter(outside));
     return outside;
+}
+
+void LV2World::addBundle(const std::filesystem::path& bundle) {
+    const std::scoped_lock lock(mutex_);
+    if (!bundles_) {
+        searchPath_.bundles.push_back(bundle);
+        return;
+    }
+    for (auto& read : findBundles({{}, {}, {bundle}})) {
+        load(read);
+        bundles_->push_back(std::move(read));
+    }
+}
+
+void LV2World::setOnlyComponent(std::shared_ptr<AVAudioUnitComponent> component) {
+    const std::scoped_lock lock(mutex_);
+    onlyComponent_ = std::move(component);
+}
+
+std::vector<std::string> LV2World::pluginURIs(const std::filesystem::path& bundle) {
+    const std::scoped_lock lock(mutex_);
+    std::error_code ignored;
+    const auto path = std::filesystem::weakly_canonical(bundle, ignored);
+    std::vector<std::string> result;
+    for (const auto& each : bundles()) {
+        if (bundle.empty() || each.path == path) {
+            result.insert(result.end(), each.plugins.begin(), each.plugins.end());
+        }
+    }
+    std::sort(result.begin(), result.end());
+    return result;
 }
 
 std::vector<std::string> LV2World::bundlesOf(const std::string& pluginURI) {
@@ -89,19 +123,26 @@ const LV2Bundle* LV2World::bundleOf(const std::string& pluginURI) {
     return found == all.end() ? nullptr : &*found;
 }
 
+void LV2World::load(const LV2Bundle& bundle) {
+    if (loadedBundles_.insert(bundle.uri).second) {
+        const LilvPointer<LilvNode> uri(lilv_new_uri(lilv_.get(), bundle.uri.c_str()));
+        lilv_world_load_bundle(lilv_.get(), uri.get());
+    }
+}
+
 void LV2World::load(const std::string& pluginURI) {
     if (!loadedPlugins_.insert(pluginURI).second) {
         return;
     }
     for (const auto& bundle : bundles()) {
-        if (describes(bundle, pluginURI) && loadedBundles_.insert(bundle.uri).second) {
-            const LilvPointer<LilvNode> uri(lilv_new_uri(lilv_.get(), bundle.uri.c_str()));
-            lilv_world_load_bundle(lilv_.get(), uri.get());
+        if (describes(bundle, pluginURI)) {
+            load(bundle);
         }
     }
     const auto* own = bundleOf(pluginURI);
-    // The effect service is given the bundles of one effect, which its host has named already.
-    if (own != nullptr && searchPath_.bundles.empty()) {
+    // Without an own folder: the effect service, whose host has named the bundle already, or a
+    // list.
+    if (own != nullptr && !searchPath_.ownFolder.empty()) {
         g_message("The effect <%s> is loaded from %s.", pluginURI.c_str(), own->path.c_str());
     }
 }

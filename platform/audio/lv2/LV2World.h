@@ -45,6 +45,14 @@ class LV2World {
     /// warning.
     std::vector<std::shared_ptr<AVAudioUnitComponent>> components();
 
+    /// Adds a single bundle to the search path. Where bundles hold the same plug-in, one that is
+    /// added before the first use wins, a later one loses.
+    void addBundle(const std::filesystem::path& bundle);
+    /// Makes the component the only one of the registry. Call before components().
+    void setOnlyComponent(std::shared_ptr<AVAudioUnitComponent> component);
+    /// The URIs of the plug-ins, sorted: of all bundles, or of the one at that path.
+    std::vector<std::string> pluginURIs(const std::filesystem::path& bundle = {});
+
     /// The paths of the bundles that describe a plug-in: its own, and those with presets or codes
     /// for it. A world of these bundles alone has the same data of the plug-in as this world.
     std::vector<std::string> bundlesOf(const std::string& pluginURI);
@@ -72,11 +80,13 @@ class LV2World {
   private:
     const std::vector<LV2Bundle>& bundles();
     const LV2Bundle* bundleOf(const std::string& pluginURI);
+    void load(const LV2Bundle& bundle);
     void load(const std::string& pluginURI);
     const LilvPlugin* plugin(const std::string& uri);
 
-    const LV2SearchPath searchPath_;
+    LV2SearchPath searchPath_;
     std::mutex mutex_;
+    std::shared_ptr<AVAudioUnitComponent> onlyComponent_;
     LilvPointer<LilvWorld> lilv_;
     std::optional<std::vector<LV2Bundle>> bundles_;  // Empty before the first use.
     std::unordered_set<std::string> loadedPlugins_;

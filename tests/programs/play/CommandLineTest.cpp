@@ -31,6 +31,9 @@ TEST_F(CommandLineTest, BadOptionsEndWithOneLine) {
     expectRefusal({"--passes"}, "Missing argument for --passes");
     expectRefusal({"--file="}, "--file wants a file name, not an empty one.");
     expectRefusal({"--render="}, "--render wants a file name, not an empty one.");
+    expectRefusal({"--effect="}, "--effect wants a URI or a folder, not an empty one.");
+    expectRefusal({"--preset="}, "--preset wants a name or a URI, not an empty one.");
+    expectRefusal({"--all"}, "--all goes with --list.");
     for (const auto* bad : {"0", "-1", "1.5", "many", "", " 3", "99999999999999999999"}) {
         expectRefusal({std::string("--passes=") + bad},
                       "--passes wants a whole number above 0, not '" + std::string(bad) + "'.");
@@ -193,8 +196,9 @@ TEST_F(CommandLineTest, HelpNamesEveryOption) {
     for (const auto& line : end.output) {
         text += line + "\n";
     }
-    for (const auto* option : {"--passes=N", "--seconds=S", "--render=FILE.wav", "--file=AUDIO",
-                               "--in-process", "--list", "--help"}) {
+    for (const auto* option :
+         {"--passes=N", "--seconds=S", "--render=FILE.wav", "--file=AUDIO", "--effect=URI|FOLDER",
+          "--preset=NAME|URI", "--set=SYMBOL=VALUE", "--in-process", "--list", "--all", "--help"}) {
         EXPECT_THAT(text, HasSubstr(option));
     }
 }
