@@ -66,8 +66,8 @@ std::string_view trimmed(std::string_view text) {
 
 std::string shortest(double value) {
     std::array<char, 32> text{};
-    const auto end = std::to_chars(text.begin(), text.end(), static_cast<float>(value)).ptr;
-    return {text.begin(), end};
+    char* const end = std::to_chars(text.begin(), text.end(), static_cast<float>(value)).ptr;
+    return {text.data(), end};
 }
 
 /// A control input with what its data say of its values.

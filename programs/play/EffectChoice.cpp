@@ -91,7 +91,7 @@ void writePreset(const fs::path& bundle, const std::string& effect,
              << "> ;\n  <http://www.w3.org/2000/01/rdf-schema#label> \"--set\"";
     for (const auto& [symbol, value] : values) {
         std::array<char, 64> text{};
-        const auto end =
+        const char* const end =
             std::to_chars(text.begin(), text.end(), value, std::chars_format::scientific).ptr;
         manifest << " ;\n  lv2:port [ lv2:symbol \"" << symbol << "\" ; pset:value "
                  << std::string_view(text.begin(), end) << " ]";

@@ -66,6 +66,7 @@ TEST(Capitals, AreMadeAtTheirFirstUse) {
     EXPECT_TRUE(std::is_trivially_default_constructible_v<Capitals>);
     std::vector<const std::string*> first(4);
     std::vector<std::thread> threads;
+    threads.reserve(first.size());
     for (auto& place : first) {
         threads.emplace_back([&place] { place = &capitals.front(); });
     }

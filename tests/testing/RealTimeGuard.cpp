@@ -12,6 +12,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdlib>
@@ -33,8 +34,9 @@ void check(const char* call) {
     syscall(SYS_write, STDERR_FILENO, prefix, std::strlen(prefix));
     syscall(SYS_write, STDERR_FILENO, call, std::strlen(call));
     syscall(SYS_write, STDERR_FILENO, "\n", 1);
-    void* frames[64];
-    backtrace_symbols_fd(frames, backtrace(frames, 64), STDERR_FILENO);
+    std::array<void*, 64> frames{};
+    const auto count = backtrace(frames.data(), static_cast<int>(frames.size()));
+    backtrace_symbols_fd(frames.data(), count, STDERR_FILENO);
     std::abort();
 }
 
@@ -69,6 +71,9 @@ Function* next(const char* name) {
         static auto* const original = next<result parameters>(#name);          \
         return original arguments;                                             \
     }
+
+// The C library's parameters have reserved names.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the C library's allocator under its own names, which
 // work before dlsym() does.
@@ -136,5 +141,6 @@ extern "C" int open(const char* path, int flags, ...) {
     static auto* const original = next<int(const char*, int, ...)>("open");
     return original(path, flags, mode);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 #endif

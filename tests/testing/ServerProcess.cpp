@@ -11,7 +11,7 @@
 
 namespace orvalo::testing {
 
-ServerProcess::ServerProcess(const std::vector<std::string>& command) : process_(-1) {
+ServerProcess::ServerProcess(const std::vector<std::string>& command) {
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);
     for (const auto& word : command) {

@@ -21,7 +21,7 @@ class ServerProcess {
     void kill();
 
   private:
-    pid_t process_;
+    pid_t process_ = -1;
 };
 
 }  // namespace orvalo::testing

@@ -39,7 +39,7 @@ void writeWav(const std::filesystem::path& path, std::uint32_t sampleRate, const
     file.number(std::uint16_t{3});  // IEEE float
     file.number(channels);
     file.number(sampleRate);
-    file.number(static_cast<std::uint32_t>(sampleRate * channels * sizeof(float)));
+    file.number(static_cast<std::uint32_t>(sizeof(float) * sampleRate * channels));
     file.number(static_cast<std::uint16_t>(channels * sizeof(float)));
     file.number(std::uint16_t{32});
     file.tag("data");

@@ -30,7 +30,7 @@ class SoundServersTest : public PlayFixture {
         }
     }
 
-    void end(Program& playing) {
+    static void end(Program& playing) {
         playing.signal(SIGINT);
         EXPECT_EQ(playing.readAll().back(), "AUEnginePlayer: Audio engine stopping.");
         EXPECT_EQ(playing.wait(), 0);
