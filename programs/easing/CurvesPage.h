@@ -1,9 +1,11 @@
 #pragma once
 
 #include <gtkmm/grid.h>
+#include <gtkmm/label.h>
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "animation/AnimatorStack.h"
@@ -16,8 +18,8 @@ class Animator;
 class CurvePlot;
 class TileGrid;
 
-/// All curves side by side, with one animator each in one stack. The chosen one is used on the
-/// Groups page.
+/// All curves side by side, with one animator each in one stack. The name and the formula of the
+/// chosen one can be copied, and it is used on the Groups page.
 class CurvesPage : public DemoPage {
   public:
     CurvesPage();
@@ -42,10 +44,16 @@ class CurvesPage : public DemoPage {
 
     static void addHeaders(Gtk::Grid& grid);
     void addTile(TileGrid& grid, EnumEasing type, int column, int row);
+    void addDetails();
+    void addCopyButton(Gtk::Box& row, const char* label, std::string (*textOf)(EnumEasing));
+    void choose(EnumEasing type);
     void setup(const Pace& pace);
 
     std::vector<std::unique_ptr<Tile>> tiles_;
     EnumEasing chosen_ = EnumEasing::EASING_easeInOutCubic;
+    Gtk::Label name_;
+    Gtk::Label note_;  ///< How the chosen curve deviates, or what was copied.
+    Gtk::Label formula_;
     std::int64_t frames_ = 1;
     std::shared_ptr<AnimatorStack> stack_ = std::make_shared<AnimatorStack>();
 };

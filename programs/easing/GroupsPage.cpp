@@ -56,19 +56,19 @@ GroupsPage::GroupsPage(std::function<EnumEasing()> curve)
     for (const auto& kind : kinds_) {
         options_.add(*kind.options, kind.name);
     }
-    addKindButtons();
-    explanation_.set_wrap();
-    explanation_.set_xalign(0);
-    // Room for three lines, so that the widgets below keep their place.
-    explanation_.set_yalign(0);
-    explanation_.set_size_request(-1, 52);
-    append(explanation_);
-    auto& row = *Gtk::make_managed<Gtk::Box>();
+    auto& row = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 18);
+    addKindButtons(row);
     options_.set_hexpand();
     row.append(options_);
     curveName_.add_css_class("dim-label");
     row.append(curveName_);
     append(row);
+    explanation_.set_wrap();
+    explanation_.set_xalign(0);
+    // Room for two lines, so that the widgets below keep their place.
+    explanation_.set_yalign(0);
+    explanation_.set_size_request(-1, 36);
+    append(explanation_);
     append(*lanes_);
     event_.set_xalign(0);
     event_.add_css_class("dim-label");
@@ -95,9 +95,8 @@ GroupsPage::~GroupsPage() {
     sequencer_->onFinished = nullptr;
 }
 
-void GroupsPage::addKindButtons() {
+void GroupsPage::addKindButtons(Gtk::Box& row) {
     switch_.add_css_class("linked");
-    switch_.set_halign(Gtk::Align::CENTER);
     Gtk::ToggleButton* first = nullptr;
     for (const auto& kind : kinds_) {
         auto& button = *Gtk::make_managed<Gtk::ToggleButton>(kind.name, true);
@@ -115,7 +114,7 @@ void GroupsPage::addKindButtons() {
         });
         switch_.append(button);
     }
-    append(switch_);
+    row.append(switch_);
 }
 
 Gtk::Widget& GroupsPage::makeChainOptions() {

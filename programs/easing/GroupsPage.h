@@ -45,7 +45,7 @@ class GroupsPage : public DemoPage {
         void (GroupsPage::*start)(const Pace& pace);
     };
 
-    void addKindButtons();
+    void addKindButtons(Gtk::Box& row);
     void choose(const Kind& kind);
     Gtk::Widget& makeChainOptions();
     Gtk::Widget& makeSequencerOptions();

@@ -16,7 +16,7 @@ class Lanes : public Gtk::DrawingArea {
   public:
     explicit Lanes(std::vector<std::shared_ptr<Animator>> animators);
 
-    /// The text below each track.
+    /// The text above each track.
     void setCaptions(std::vector<std::string> captions);
     /// How far the values may lie beyond 0 and 1.
     void setOvershoot(double overshoot);

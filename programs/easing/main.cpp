@@ -24,7 +24,8 @@ constexpr auto kSummary =
 constexpr auto kStyle =
     ".bar { padding: 12px 18px; border-top: 1px solid alpha(currentColor, 0.15); }"
     ".stillness { padding: 9px 18px; background-color: alpha(currentColor, 0.07); }"
-    ".tile { padding: 0; }";
+    ".tile { padding: 0; }"
+    ".odd { margin: 0 21px 10px 0; font-size: 0.7em; font-weight: bold; }";
 
 /// Reads the command line. Returns the exit status, or nothing to continue.
 std::optional<int> readOptions(int argc, char** argv) {

@@ -1,4 +1,6 @@
 // The program orvalo-easing, used by pointer, keyboard and assistive technology.
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -11,6 +13,7 @@
 #include <vector>
 
 #include "animation/EasingCurve.h"
+#include "animation/EasingFormula.h"
 #include "tests/app/AccessibleTree.h"
 #include "tests/app/Screenshot.h"
 #include "tests/testing/Desktop.h"
@@ -45,6 +48,33 @@ void key(const std::string& name) {
 void enter(const std::string& keys, const std::string& number) {
     key(keys);
     act({"type", number});
+}
+
+/// The text on the clipboard; "" when no program offers one.
+std::string clipboard() {
+    const std::unique_ptr<Display, int (*)(Display*)> server(XOpenDisplay(nullptr), XCloseDisplay);
+    const auto atom = [&](const char* name) { return XInternAtom(server.get(), name, False); };
+    const auto window =
+        XCreateSimpleWindow(server.get(), DefaultRootWindow(server.get()), 0, 0, 1, 1, 0, 0, 0);
+    const auto place = atom("ORVALO_TEST");
+    XConvertSelection(server.get(), atom("CLIPBOARD"), atom("UTF8_STRING"), place, window,
+                      CurrentTime);
+    XEvent answer;
+    if (!pollUntil([&] {
+            return XCheckTypedWindowEvent(server.get(), window, SelectionNotify, &answer) != False;
+        })) {
+        return "";
+    }
+    Atom type = None;
+    int width = 0;
+    unsigned long size = 0;
+    unsigned long left = 0;
+    unsigned char* bytes = nullptr;
+    constexpr long mostWords = 4096;
+    XGetWindowProperty(server.get(), window, place, 0, mostWords, True, AnyPropertyType, &type,
+                       &width, &size, &left, &bytes);
+    const std::unique_ptr<unsigned char, int (*)(void*)> owned(bytes, XFree);
+    return bytes == nullptr ? "" : std::string(bytes, bytes + size);
 }
 
 class EasingWindowTest : public ::testing::Test {
@@ -167,13 +197,37 @@ TEST_F(EasingWindowTest, ArrowKeysChooseACurveAtOneTabStop) {
                              "Right", "Right", "Right", "Left", "space"}) {
         key(name);
     }
-    // Past duration, interval and repetition back to the button.
-    for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "space"}) {
+    // Past the buttons that copy, duration, interval and repetition back to the button.
+    for (const auto* name : {"Tab", "Tab", "Tab", "Tab", "Tab", "Tab", "space"}) {
         key(name);
     }
     EXPECT_TRUE(waitForName("Stop"));
     key("alt+2");
     EXPECT_TRUE(waitForName("All follow easeInOutQuart, as chosen under Curves."));
+}
+
+TEST_F(EasingWindowTest, CopiesTheNameAndTheFormulaOfTheChosenCurve) {
+    open();
+    EXPECT_TRUE(waitForName("Play"));
+    key("alt+n");
+    EXPECT_TRUE(waitForName("The name is copied."));
+    EXPECT_EQ(clipboard(), "easeInOutCubic");
+    EXPECT_TRUE(easing.press("Copy Formula"));
+    EXPECT_TRUE(waitForName("The formula is copied."));
+    EXPECT_EQ(clipboard(), easingFormula(EnumEasing::EASING_easeInOutCubic));
+    EXPECT_TRUE(isThere(clipboard()));
+}
+
+TEST_F(EasingWindowTest, TellsWhichCurvesAreOddOnPurpose) {
+    open();
+    EXPECT_TRUE(waitForName("Play"));
+    const auto names = easing.names();
+    EXPECT_EQ(std::count(names.begin(), names.end(), "odd"), 4);
+    EXPECT_TRUE(easing.press("easeOutQuart"));
+    EXPECT_TRUE(waitForName("Odd on purpose. It starts at b + 2c and falls to b + c."));
+    key("alt+f");
+    EXPECT_TRUE(waitForName("The formula is copied."));
+    EXPECT_EQ(clipboard(), "u = t / d - 1; c * (u * u * u * u + 1) + b");
 }
 
 TEST_F(EasingWindowTest, RunsEveryKindOfGroupToItsEnd) {
