@@ -31,7 +31,7 @@ std::string program(int frames) {
     }
     text << "BEGIN { pi = 3.14159265358979; for (t = 0; t <= " << frames << "; ++t) {\n";
     for (std::size_t number = 0; number < easingCount; ++number) {
-        text << "printf \"%.9f\\n\", " << easingName(curve(number)) << "(t, 10, 4, " << frames
+        text << R"(printf "%.9f\n", )" << easingName(curve(number)) << "(t, 10, 4, " << frames
              << ")\n";
     }
     text << "} }\n";

@@ -1,7 +1,7 @@
 // The program orvalo-easing, used by pointer, keyboard and assistive technology.
-#include <X11/Xatom.h>
-#include <X11/Xlib.h>
 #include <gmock/gmock.h>
+
+#include <X11/Xlib.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -179,6 +179,8 @@ TEST_F(EasingWindowTest, RepeatsUntilItIsStopped) {
 
 TEST_F(EasingWindowTest, FollowsAssistiveTechnology) {
     openGroups();
+    // Assistive technology needs time to read a line that is shown for a sixth of this.
+    enter("alt+d", "2");
     EXPECT_TRUE(easing.press("Repeat"));
     EXPECT_TRUE(easing.press("Play"));
     EXPECT_TRUE(waitForName("The stack has finished."));

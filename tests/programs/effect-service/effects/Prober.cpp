@@ -42,7 +42,7 @@ LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double /*rate*/,
             options = static_cast<const LV2_Options_Option*>((*features)->data);
         }
     }
-    for (; options->key != 0; ++options) {
+    for (; options != nullptr && options->key != 0; ++options) {
         if (options->key == self->number("urn:tessaly:audio-component#contextName") &&
             options->size > 1) {
             self->log->printf(self->log->handle, self->number(LV2_LOG__Note), "context: %s\n",

@@ -105,6 +105,7 @@ LV2UI_Handle makeUI(const LV2UI_Descriptor* /*descriptor*/, const char* /*plugin
     XSelectInput(self->display, self->window, ButtonPressMask | KeyPressMask);
     XMapWindow(self->display, self->window);
     XSync(self->display, False);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 has windows as pointers.
     *widget = reinterpret_cast<LV2UI_Widget>(self->window);
     return self;
 }
