@@ -171,6 +171,8 @@ void ServiceRun::finishStart(const std::string& error) {
         return;
     }
     readySession_ = session_.get();
+    // Before connect(), which may bring a quantum at once.
+    unansweredSince_ = Clock::now();
     surroundings_.render.connect(std::move(session_));
 }
 
@@ -267,9 +269,11 @@ void ServiceRun::observeQuanta(Time now) {
         lastQuantumTime_ = now;
     }
     // Offline, a quantum has many spans, each of which has the time of a quantum.
-    const auto rendered = readySession_->audio.control().rendered.load(std::memory_order_relaxed);
+    const auto& control = readySession_->audio.control();
+    const auto rendered = control.rendered.load(std::memory_order_relaxed);
     const bool hasAdvanced = rendered != std::exchange(lastRendered_, rendered);
-    if (isNew || hasAdvanced || readySession_->isAnswered()) {
+    const bool isAnswered = control.response.load(std::memory_order_relaxed) == quantum;
+    if (isNew || hasAdvanced || isAnswered) {
         unansweredSince_ = now;
     }
     warnOfSilence();

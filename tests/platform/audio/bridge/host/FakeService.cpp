@@ -124,6 +124,9 @@ class FakeService {
         for (std::uint32_t port = 0; port < request.portCount; ++port) {
             audio_->controlValues()[port].store(0.25F * static_cast<float>(port + 1));
         }
+        if (role_->how == "early") {
+            audio_->control().response.store(7);  // Of a quantum that it has not got.
+        }
         std::thread([this] { render(); }).detach();
         answer(request.number);
         if (role_->how == "last-words") {
