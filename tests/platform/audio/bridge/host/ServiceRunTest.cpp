@@ -29,13 +29,10 @@ class ServiceRunTest : public ::testing::Test {
 
     const CapturedOutput error{2};
     const BridgeLimits limits = unhurriedLimits();
-    ServiceOrder order{.program = fakeServicePath(),
-                       .uri = {},
-                       .places = {},
-                       .layout = {2, 2, 3},
-                       .ports = {}};
+    ServiceOrder order{
+        .program = fakeServicePath(), .uri = {}, .places = {}, .layout = {2, 2, 3}, .ports = {}};
     RenderSlot<AUMIDIOutputEventBlock> midiBlock;
-    BridgedRender render{midiBlock, 1, limits};
+    BridgedRender render{midiBlock, 1, 2, limits};
     const std::shared_ptr<PluginUIChannel> pluginUI =
         std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     LastState last;

@@ -246,7 +246,7 @@ TEST(Supervisor, RetriesAnEffectThatHangsDuringInstantiation) {
 TEST(Supervisor, NamesAMissingProgramAtOnce) {
     const CapturedOutput error(2);
     RenderSlot<AUMIDIOutputEventBlock> midiBlock;
-    BridgedRender render(midiBlock, 0, patientLimits());
+    BridgedRender render(midiBlock, 0, 2, patientLimits());
     const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     ServiceSupervisor supervisor({.program = "/nowhere/effect-service",
                                   .uri = "urn:a",
