@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/audio/bridge/host/PlainText.h"
+#include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 
 namespace orvalo {
@@ -330,6 +331,11 @@ std::string ServiceRun::excessiveUse(Time now) {
         return "ran " + std::to_string(use.threads) + " threads, more than the limit of " +
                std::to_string(limits.threads);
     }
+    const auto& cache = surroundings_.order.cache;
+    if (!cache.empty() && isEffectCacheLarger(cache, limits.cache)) {
+        isCacheTooLarge_ = true;
+        return "wrote more than " + mebibytesText(limits.cache) + " into its cache";
+    }
     return "";
 }
 
@@ -357,6 +363,9 @@ ServiceRun::End ServiceRun::finish() {
         disconnectRender();
     }
     const auto exit = process_.end();
+    if (isCacheTooLarge_) {
+        removeEffectCache(surroundings_.order.cache);
+    }
     surroundings_.last.takeControls(session_->audio.controlValues(), surroundings_.order.ports);
     log_.finish(Clock::now());
     End end{(reason_.empty() ? exit : reason_) + (isReplaced_ ? "" : activity(now)),

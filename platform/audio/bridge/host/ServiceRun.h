@@ -112,6 +112,7 @@ class ServiceRun {
     std::uint32_t lastRendered_ = 0;  // How many of its frames have been rendered.
     Time lastQuantumTime_;
     Time unansweredSince_;  // Since when that quantum has been unanswered.
+    bool isCacheTooLarge_ = false;
     bool warnedOfLargeState_ = false;
     bool warnedOfSilence_ = false;
     std::uint32_t openedFor_ = 0;  // The last request that PluginUIOpened was sent for.
