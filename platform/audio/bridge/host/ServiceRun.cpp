@@ -277,13 +277,23 @@ void ServiceRun::observeQuanta(Time now) {
     if (isNew || hasAdvanced || isAnswered) {
         unansweredSince_ = now;
     }
-    warnOfSilence();
+    reportAudioThread();
 }
 
-void ServiceRun::warnOfSilence() {
-    if (readySession_->audio.control().isSilenced.load(std::memory_order_relaxed) != 0 &&
+void ServiceRun::reportAudioThread() {
+    const auto& control = readySession_->audio.control();
+    const auto& uri = surroundings_.order.uri;
+    if (control.isSilenced.load(std::memory_order_relaxed) != 0 &&
         !std::exchange(warnedOfSilence_, true)) {
-        g_warning("<%s>: %s", surroundings_.order.uri.c_str(), LV2LocalAudioUnit::kSilenced);
+        g_warning("<%s>: %s", uri.c_str(), LV2LocalAudioUnit::kSilenced);
+    }
+    const int error = control.schedulingError.load(std::memory_order_relaxed);
+    if (error != 0 && !std::exchange(warnedOfScheduling_, true)) {
+        g_message(
+            "The audio thread of the effect <%s> is refused real-time priority %d (%s); under load "
+            "its output may be late.",
+            uri.c_str(), control.schedulingPriority.load(std::memory_order_relaxed),
+            g_strerror(error));
     }
 }
 
@@ -343,7 +353,7 @@ std::string ServiceRun::excessiveUse(Time now) {
 
 void ServiceRun::disconnectRender() {
     if (readySession_ != nullptr) {
-        warnOfSilence();
+        reportAudioThread();
         readySession_ = nullptr;
         session_ = surroundings_.render.disconnect();
     }

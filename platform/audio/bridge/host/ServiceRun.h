@@ -84,7 +84,8 @@ class ServiceRun {
     void finishRequest(const ServiceCommand& command, const std::string& error);
 
     void sendPingWhenDue(Time now);
-    void warnOfSilence();
+    /// Says what the audio thread of the service cannot say.
+    void reportAudioThread();
     void observeQuanta(Time now);
     void closeHungPluginUI(const std::string& reason);
     // Each is the clause why the service has to be killed, or "".
@@ -115,6 +116,7 @@ class ServiceRun {
     bool isCacheTooLarge_ = false;
     bool warnedOfLargeState_ = false;
     bool warnedOfSilence_ = false;
+    bool warnedOfScheduling_ = false;
     std::uint32_t openedFor_ = 0;  // The last request that PluginUIOpened was sent for.
     bool isPluginUIOpen_ = false;  // According to the service.
     bool isPluginUIHung_ = false;  // The main thread has not answered since the UI was closed.

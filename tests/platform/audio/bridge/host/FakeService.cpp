@@ -11,6 +11,7 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -368,6 +369,7 @@ class FakeService {
                  values[1].store(1e30F);
                  raise(SIGKILL);
              }},
+            {"unscheduled", [this] { audio_->control().schedulingError.store(EPERM); }},
             // Odd output.
             {"flood",
              [] {
