@@ -1,10 +1,9 @@
 #include "platform/foundation/FatalError.h"
 
-#include <unistd.h>
-
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "platform/foundation/Print.h"
 
@@ -14,8 +13,8 @@ void fatalError(std::string_view message) {
     // The flush must not end the program by another signal than SIGABRT.
     std::signal(SIGPIPE, SIG_IGN);
     std::fflush(stdout);
+    printToStandardError("Fatal error: " + std::string(message));
     finishPrinting();
-    writeLine(STDERR_FILENO, "Fatal error: ", message);
     std::abort();
 }
 

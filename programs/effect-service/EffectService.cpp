@@ -74,6 +74,8 @@ void EffectService::take(const bridge::Instantiate& request) {
     g_setenv("TMPDIR", request.stateFolder.c_str(), TRUE);
     // Without its cache Mesa compiles a UI's shaders at each start, which takes seconds.
     g_setenv("MESA_SHADER_CACHE_DIR", effectCacheFolder(request.uri).c_str(), TRUE);
+    // Half of BridgeLimits::cache.
+    g_setenv("MESA_SHADER_CACHE_MAX_SIZE", "128M", TRUE);
     // These URIs get the first numbers in every service, also in the one that saved the state.
     LV2URIDs::shared();
     try {

@@ -1,6 +1,5 @@
 #include "programs/effect-service/ServiceAudioThread.h"
 
-#include <glib.h>
 #include <pthread.h>
 #include <sched.h>
 
@@ -70,7 +69,7 @@ void ServiceAudioThread::serve() noexcept {
 }
 
 void ServiceAudioThread::applyScheduling() {
-    const auto& control = audio_.control();
+    auto& control = audio_.control();
     const int policy = control.schedulingPolicy.load(std::memory_order_relaxed);
     const int priority = control.schedulingPriority.load(std::memory_order_relaxed);
     if (policy == policy_ && priority == priority_) {
@@ -79,13 +78,9 @@ void ServiceAudioThread::applyScheduling() {
     policy_ = policy;
     priority_ = priority;
     const sched_param parameters{.sched_priority = priority};
-    const int error = pthread_setschedparam(pthread_self(), policy, &parameters);
-    if (error != 0) {
-        g_message(
-            "The effect's audio thread is refused real-time priority %d (%s); under load its "
-            "output may be late.",
-            priority, g_strerror(error));
-    }
+    // The host says it: the effect did not.
+    control.schedulingError.store(pthread_setschedparam(pthread_self(), policy, &parameters),
+                                  std::memory_order_relaxed);
 }
 
 void ServiceAudioThread::render() noexcept {

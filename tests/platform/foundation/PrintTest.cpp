@@ -302,6 +302,18 @@ TEST(PrintDeathTest, BeyondAMebibyteLinesAreLostAndAMessageSaysSo) {
         ::testing::ExitedWithCode(0), "Nobody reads standard output; further lines are lost.");
 }
 
+TEST(PrintDeathTest, AnUnreadStandardErrorDoesNotHoldUpAFatalError) {
+    EXPECT_EXIT(
+        {
+            const auto& pipe = fullStandardOutput();
+            dup2(pipe.writer(), STDERR_FILENO);
+            printWithoutWaiting();
+            alarm(20);
+            fatalError("the end");
+        },
+        ::testing::KilledBySignal(SIGABRT), "");
+}
+
 TEST(PrintDeathTest, LinesThatWaitAreWrittenBeforeTheEnd) {
     // The process that ends inherits this pipe.
     const auto style = GTEST_FLAG_GET(death_test_style);

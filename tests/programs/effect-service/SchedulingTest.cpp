@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 
+#include <cerrno>
 #include <chrono>
 
 #include "tests/platform/audio/bridge/RealTimeThread.h"
@@ -49,13 +50,13 @@ TEST_F(ServiceScheduling, IsWhatTheHostRequestsWhereTheSystemGrantsIt) {
     EXPECT_TRUE(reaches(SCHED_OTHER, 0));
 }
 
-TEST_F(ServiceScheduling, ARefusedPriorityIsLoggedOnce) {
+TEST_F(ServiceScheduling, ARefusalIsToldToTheHost) {
+    effect_.renderQuantum(16);
+    EXPECT_EQ(effect_.audio().control().schedulingError, 0);
     request(SCHED_FIFO, kImpossiblePriority);
     effect_.renderQuantum(16);
-    effect_.renderQuantum(16);
-    EXPECT_EQ(effect_.service.standardError(),
-              "The effect's audio thread is refused real-time priority 1000 (Invalid argument); "
-              "under load its output may be late.\n");
+    EXPECT_EQ(effect_.audio().control().schedulingError, EINVAL);
+    EXPECT_EQ(effect_.service.standardError(), "");
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ struct BridgeLimits {
     /// How long offline rendering waits for each span of a quantum: longer than `hang`.
     Milliseconds offlineWait{5000 * kSlowness};
 
-    /// The interval between pings, and between looks at memory and threads.
+    /// The interval between pings, and between looks at memory, threads and cache.
     Milliseconds ping{500};
     /// The time limit for a quantum, which the service's audio thread answers.
     Milliseconds hang{1000 * kSlowness};
@@ -43,6 +43,8 @@ struct BridgeLimits {
 
     /// Resident memory of the service and its children, in bytes.
     std::uint64_t memory = defaultMemory();
+    /// The files that the effect keeps in its cache, in bytes.
+    std::uint64_t cache = std::uint64_t{256} << 20U;
     /// Threads of the service and its children. Of an ordinary user the kernel allows no more.
     unsigned threads = 512;
     /// The size of a state, in bytes. Leaves room for the rest of an Instantiate message.

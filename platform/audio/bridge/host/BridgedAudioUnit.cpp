@@ -55,7 +55,8 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
     : LV2AudioUnit(world, uri, description),
       limits_(limits),
       sampleRate_(rendering.sampleRate),
-      render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()), limits),
+      render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()),
+              data().inputChannelCount, limits),
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
       supervisor_(order(program, rendering.frameCount, std::move(writable)), limits, render_,
@@ -66,8 +67,9 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
 ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::uint32_t quantum,
                                      std::vector<std::filesystem::path> writable) {
     const bool hasPluginUI = data().hasX11UI && pluginUIProvider() != nullptr;
+    std::filesystem::path cache;
     if (hasPluginUI) {
-        const auto cache = effectCacheFolder(data().uri);
+        cache = effectCacheFolder(data().uri);
         // Without it the UI only opens more slowly.
         g_mkdir_with_parents(cache.c_str(), S_IRWXU);
         writable.push_back(cache);
@@ -79,6 +81,7 @@ ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::
                    .scratch = paths_.folder().string(),
                    .writable = std::move(writable),
                    .hasPluginUI = hasPluginUI},
+        .cache = cache,
         .layout = {data().inputChannelCount, data().outputChannelCount,
                    static_cast<std::uint32_t>(data().ports.size())},
         .ports = data().ports,

@@ -61,25 +61,24 @@ void BridgedRender::render(const AudioBlock& input, const AudioBlock& output) no
     for (std::uint32_t done = 0; done < output.frameCount;) {
         const auto rest = output.frameCount - done;
         span_ = done / kMaximumFramesToRender;
-        const auto count = renderFirst(AudioBlockPart(input, done, rest).block(),
-                                       AudioBlockPart(output, done, rest).block());
+        const auto count = renderFirst({input, AudioBlockPart(input, done, rest).block(),
+                                        AudioBlockPart(output, done, rest).block(), done});
         sampleTime_ += count;
         done += count;
     }
+    delayed_.keep(input, latency());
 }
 
-std::uint32_t BridgedRender::renderFirst(const AudioBlock& input,
-                                         const AudioBlock& output) noexcept {
+std::uint32_t BridgedRender::renderFirst(const Rest& rest) noexcept {
     if (isOffline()) {
         awaitSession();
     }
     const RenderSlot<RenderSession>::Access session(session_);
     const bool isReady = session && isPrepared_.load(std::memory_order_acquire);
-    const auto wet = isReady ? process(*session, input, output) : 0;
-    const auto dry = std::min(output.frameCount - wet, kMaximumFramesToRender);
+    const auto wet = isReady ? process(*session, rest) : 0;
+    const auto dry = std::min(rest.output.frameCount - wet, kMaximumFramesToRender);
     if (dry > 0) {
-        fader_.writeDry(AudioBlockPart(input, wet, dry).block(),
-                        AudioBlockPart(output, wet, dry).block());
+        writeDry(rest, wet, dry);
     }
     return wet + dry;
 }
@@ -101,8 +100,8 @@ bool BridgedRender::hasLiveSession() noexcept {
     return session && !session->hasEnded.load(std::memory_order_acquire);
 }
 
-std::uint32_t BridgedRender::process(RenderSession& session, const AudioBlock& input,
-                                     const AudioBlock& output) noexcept {
+std::uint32_t BridgedRender::process(RenderSession& session, const Rest& rest) noexcept {
+    const auto& input = rest.input;
     const auto until = deadline(input.frameCount);
     const auto hasAnswer = [this, &session, until](bool waits) {
         const bool isAnswered = waits ? session.awaitAnswer(until) : session.isAnswered();
@@ -133,10 +132,33 @@ std::uint32_t BridgedRender::process(RenderSession& session, const AudioBlock& i
         }
     }
     const auto count = session.frameCount;
-    fader_.writeWet(AudioBlockPart(input, 0, count).block(), session.audio.output(count),
-                    AudioBlockPart(output, 0, count).block());
+    // The next service does not know the input before its start: its output begins with silence, as
+    // long as its latency.
+    const auto silent = session.start == 0 ? 0 : session.start + latency() - sampleTime_;
+    const auto dry = static_cast<std::uint32_t>(std::clamp<std::int64_t>(silent, 0, count));
+    for (std::uint32_t done = 0; done < dry; done += kMaximumFramesToRender) {
+        writeDry(rest, done, std::min(dry - done, kMaximumFramesToRender));
+    }
+    if (dry < count) {
+        writeWet(session, rest, dry, count - dry);
+    }
     readAnswer(session);
     return count;
+}
+
+void BridgedRender::writeDry(const Rest& rest, std::uint32_t from,
+                             std::uint32_t frameCount) noexcept {
+    fader_.writeDry(delayed_.read(rest.whole, rest.from + from, frameCount, latency()).block(),
+                    AudioBlockPart(rest.output, from, frameCount).block());
+}
+
+void BridgedRender::writeWet(const RenderSession& session, const Rest& rest, std::uint32_t from,
+                             std::uint32_t frameCount) noexcept {
+    const auto faded = std::min(frameCount, WetDryFader::kFadeFrames);
+    fader_.writeWet(
+        delayed_.read(rest.whole, rest.from + from, faded, latency()).block(),
+        AudioBlockPart(session.audio.output(session.frameCount), from, frameCount).block(),
+        AudioBlockPart(rest.output, from, frameCount).block());
 }
 
 void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) const noexcept {
@@ -149,6 +171,9 @@ void BridgedRender::handOver(RenderSession& session, const AudioBlock& input) co
     control.frameCount.store(input.frameCount, std::memory_order_relaxed);
     control.rendered.store(0, std::memory_order_relaxed);
     session.isOutstanding = true;
+    if (session.handedOver.load(std::memory_order_relaxed) == 0) {
+        session.start = sampleTime_;
+    }
     session.sampleTime = sampleTime_;
     session.frameCount = input.frameCount;
     const auto number = session.handedOver.load(std::memory_order_relaxed) + 1;

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "platform/audio/bridge/host/BridgeLimits.h"
+#include "platform/audio/bridge/host/DelayedInput.h"
 #include "platform/audio/bridge/host/RenderSession.h"
 #include "platform/audio/bridge/host/WetDryFader.h"
 #include "platform/audio/signal/RenderSlot.h"
@@ -15,15 +16,19 @@
 namespace orvalo {
 
 /// The render thread's part of a bridged effect: hands each quantum over to the service, waits for
-/// the answer for a bounded time, and outputs the dry signal without one. Offline, when a service
-/// ends, only the span that it did not finish is dry. Each service has a session.
+/// the answer for a bounded time, and outputs the dry signal without one, delayed by the effect's
+/// latency. Offline, when a service ends, only the span that it did not finish is dry, and the next
+/// service's latency. Each service has a session.
 class BridgedRender {
   public:
     /// midiBlock: gets the effect's MIDI, and outlives the object; midiOutputCount: events of
-    /// higher cables are dropped.
+    /// higher cables are dropped; inputChannelCount: the effect's.
     BridgedRender(RenderSlot<AUMIDIOutputEventBlock>& midiBlock, std::uint32_t midiOutputCount,
-                  const BridgeLimits& limits)
-        : midiBlock_(midiBlock), midiOutputCount_(midiOutputCount), limits_(limits) {}
+                  std::uint32_t inputChannelCount, const BridgeLimits& limits)
+        : midiBlock_(midiBlock),
+          midiOutputCount_(midiOutputCount),
+          limits_(limits),
+          delayed_(inputChannelCount) {}
 
     /// Sets the session for the next quanta, while there is none. Supervisor's thread.
     void connect(std::unique_ptr<RenderSession> session);
@@ -56,15 +61,27 @@ class BridgedRender {
     void render(const AudioBlock& input, const AudioBlock& output) noexcept;
 
   private:
+    /// The part of the current render() that is not rendered yet.
+    struct Rest {
+        const AudioBlock& whole;  ///< The input.
+        AudioBlock input;
+        AudioBlock output;
+        std::uint32_t from;  ///< Where it starts in the whole.
+    };
+
     /// Renders the first frames, and returns how many: fewer than all when the service ends.
-    std::uint32_t renderFirst(const AudioBlock& input, const AudioBlock& output) noexcept;
+    std::uint32_t renderFirst(const Rest& rest) noexcept;
     /// Holds no RenderSlot::Access while it waits: exchange() would wait for it.
     void awaitSession() noexcept;
     bool hasLiveSession() noexcept;
-    /// Renders the first frames wet, and returns how many: all, or without an answer those that the
-    /// service had rendered when it ended.
-    std::uint32_t process(RenderSession& session, const AudioBlock& input,
-                          const AudioBlock& output) noexcept;
+    /// Renders the first frames with the service, and returns how many: all, or without an answer
+    /// those that the service had rendered when it ended.
+    std::uint32_t process(RenderSession& session, const Rest& rest) noexcept;
+    /// Writes frames of the rest dry.
+    void writeDry(const Rest& rest, std::uint32_t from, std::uint32_t frameCount) noexcept;
+    /// Writes frames of the rest wet: those of the session's output.
+    void writeWet(const RenderSession& session, const Rest& rest, std::uint32_t from,
+                  std::uint32_t frameCount) noexcept;
     void handOver(RenderSession& session, const AudioBlock& input) const noexcept;
     void readAnswer(RenderSession& session) noexcept;
     /// Sets the latency from that span of the current render() on.
@@ -86,6 +103,7 @@ class BridgedRender {
 
     // Used by the render thread alone.
     WetDryFader fader_;
+    DelayedInput delayed_;
     std::uint32_t span_ = 0;  // Of the current render(), where the current hand-over starts.
     std::array<std::uint32_t, kMaximumOfflineFrames / kMaximumFramesToRender> latencies_{};
     std::int64_t sampleTime_ = 0;  // Frames rendered so far.

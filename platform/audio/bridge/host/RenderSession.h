@@ -72,6 +72,7 @@ struct RenderSession {
     std::atomic<std::uint32_t> handedOver{0};
 
     // Used by the render thread alone.
+    std::int64_t start = 0;        ///< The sample time of the first quantum.
     bool isOutstanding = false;    ///< The last quantum's answer has not been read.
     std::int64_t sampleTime = 0;   ///< Of that quantum.
     std::uint32_t frameCount = 0;  ///< Of that quantum.

@@ -18,6 +18,7 @@ struct ServiceOrder {
     std::filesystem::path program;  ///< The path of effect-service.
     std::string uri;
     EffectPlaces places;
+    std::filesystem::path cache{};  ///< One of the writable places; empty for none.
     SharedAudio::Layout layout;
     std::vector<LV2Port> ports;
     std::uint32_t quantum = 0;  ///< ExpectedRendering::frameCount.

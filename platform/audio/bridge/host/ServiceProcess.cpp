@@ -284,9 +284,13 @@ ServiceProcess::Use ServiceProcess::use() const {
         add(use, "/proc/" + std::to_string(id_));
         return use;
     }
-    // The namespace's own list of its processes.
+    // The namespace's own list of its processes. Until bubblewrap has mounted it, the place leads
+    // to the host's list, in which the host has an entry.
     std::error_code error;
     const auto folder = "/proc/" + std::to_string(first_) + "/root/proc";
+    if (std::filesystem::exists(folder + "/self", error)) {
+        return use;
+    }
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         if (g_ascii_isdigit(entry->path().filename().c_str()[0])) {

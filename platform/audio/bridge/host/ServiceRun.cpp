@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/audio/bridge/host/PlainText.h"
+#include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 
 namespace orvalo {
@@ -171,6 +172,8 @@ void ServiceRun::finishStart(const std::string& error) {
         return;
     }
     readySession_ = session_.get();
+    // Before connect(), which may bring a quantum at once.
+    unansweredSince_ = Clock::now();
     surroundings_.render.connect(std::move(session_));
 }
 
@@ -267,18 +270,30 @@ void ServiceRun::observeQuanta(Time now) {
         lastQuantumTime_ = now;
     }
     // Offline, a quantum has many spans, each of which has the time of a quantum.
-    const auto rendered = readySession_->audio.control().rendered.load(std::memory_order_relaxed);
+    const auto& control = readySession_->audio.control();
+    const auto rendered = control.rendered.load(std::memory_order_relaxed);
     const bool hasAdvanced = rendered != std::exchange(lastRendered_, rendered);
-    if (isNew || hasAdvanced || readySession_->isAnswered()) {
+    const bool isAnswered = control.response.load(std::memory_order_relaxed) == quantum;
+    if (isNew || hasAdvanced || isAnswered) {
         unansweredSince_ = now;
     }
-    warnOfSilence();
+    reportAudioThread();
 }
 
-void ServiceRun::warnOfSilence() {
-    if (readySession_->audio.control().isSilenced.load(std::memory_order_relaxed) != 0 &&
+void ServiceRun::reportAudioThread() {
+    const auto& control = readySession_->audio.control();
+    const auto& uri = surroundings_.order.uri;
+    if (control.isSilenced.load(std::memory_order_relaxed) != 0 &&
         !std::exchange(warnedOfSilence_, true)) {
-        g_warning("<%s>: %s", surroundings_.order.uri.c_str(), LV2LocalAudioUnit::kSilenced);
+        g_warning("<%s>: %s", uri.c_str(), LV2LocalAudioUnit::kSilenced);
+    }
+    const int error = control.schedulingError.load(std::memory_order_relaxed);
+    if (error != 0 && !std::exchange(warnedOfScheduling_, true)) {
+        g_message(
+            "The audio thread of the effect <%s> is refused real-time priority %d (%s); under load "
+            "its output may be late.",
+            uri.c_str(), control.schedulingPriority.load(std::memory_order_relaxed),
+            g_strerror(error));
     }
 }
 
@@ -326,6 +341,11 @@ std::string ServiceRun::excessiveUse(Time now) {
         return "ran " + std::to_string(use.threads) + " threads, more than the limit of " +
                std::to_string(limits.threads);
     }
+    const auto& cache = surroundings_.order.cache;
+    if (!cache.empty() && isEffectCacheLarger(cache, limits.cache)) {
+        isCacheTooLarge_ = true;
+        return "wrote more than " + mebibytesText(limits.cache) + " into its cache";
+    }
     return "";
 }
 
@@ -333,7 +353,7 @@ std::string ServiceRun::excessiveUse(Time now) {
 
 void ServiceRun::disconnectRender() {
     if (readySession_ != nullptr) {
-        warnOfSilence();
+        reportAudioThread();
         readySession_ = nullptr;
         session_ = surroundings_.render.disconnect();
     }
@@ -353,6 +373,9 @@ ServiceRun::End ServiceRun::finish() {
         disconnectRender();
     }
     const auto exit = process_.end();
+    if (isCacheTooLarge_) {
+        removeEffectCache(surroundings_.order.cache);
+    }
     surroundings_.last.takeControls(session_->audio.controlValues(), surroundings_.order.ports);
     log_.finish(Clock::now());
     End end{(reason_.empty() ? exit : reason_) + (isReplaced_ ? "" : activity(now)),

@@ -84,7 +84,8 @@ class ServiceRun {
     void finishRequest(const ServiceCommand& command, const std::string& error);
 
     void sendPingWhenDue(Time now);
-    void warnOfSilence();
+    /// Says what the audio thread of the service cannot say.
+    void reportAudioThread();
     void observeQuanta(Time now);
     void closeHungPluginUI(const std::string& reason);
     // Each is the clause why the service has to be killed, or "".
@@ -112,8 +113,10 @@ class ServiceRun {
     std::uint32_t lastRendered_ = 0;  // How many of its frames have been rendered.
     Time lastQuantumTime_;
     Time unansweredSince_;  // Since when that quantum has been unanswered.
+    bool isCacheTooLarge_ = false;
     bool warnedOfLargeState_ = false;
     bool warnedOfSilence_ = false;
+    bool warnedOfScheduling_ = false;
     std::uint32_t openedFor_ = 0;  // The last request that PluginUIOpened was sent for.
     bool isPluginUIOpen_ = false;  // According to the service.
     bool isPluginUIHung_ = false;  // The main thread has not answered since the UI was closed.

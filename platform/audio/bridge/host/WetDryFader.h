@@ -15,7 +15,8 @@ class WetDryFader {
   public:
     static constexpr std::uint32_t kFadeFrames = 64;
 
-    /// Writes wet, which has output's channels and at least one frame; mapChannels() maps dry.
+    /// Writes wet, which has output's channels and at least one frame; mapChannels() maps dry, of
+    /// which the first kFadeFrames count.
     void writeWet(const AudioBlock& dry, const AudioBlock& wet, const AudioBlock& output) noexcept;
     /// Writes dry.
     void writeDry(const AudioBlock& dry, const AudioBlock& output) noexcept;

@@ -48,6 +48,8 @@ class SharedAudio {
         std::atomic<std::uint32_t> eventBytes{0};
         /// Whether samples that were NaN or infinite have been set to 0.
         std::atomic<std::uint32_t> isSilenced{0};
+        /// Why the system refused the wanted scheduling: a value of errno; 0 when it did not.
+        std::atomic<std::int32_t> schedulingError{0};
     };
 
     /// The capacity of events(), in bytes: 64 KiB for each span.

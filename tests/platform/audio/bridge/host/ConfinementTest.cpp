@@ -311,6 +311,21 @@ TEST_P(Confinement, AnEffectWithAUIKeepsItsCacheAndSeesNoOther) {
     EXPECT_THAT(host.text(), HasSubstr("\nunharmed\n"));
 }
 
+TEST_P(Confinement, AnEffectThatFillsItsCacheLosesIt) {
+    HostileHost host(GetParam(), "hoard");
+    ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
+    host.end();
+    ASSERT_TRUE(host.says("left ")) << host.text();
+    // The second service has no cache.
+    EXPECT_THAT(linesWith("<urn:orvalo:hostile>: ", host.text()),
+                ElementsAre(EndsWith(": make a folder in its cache: done"),
+                            EndsWith(": lock the folder: done"),
+                            HasSubstr("The effect <urn:orvalo:hostile> wrote more than 16 MiB into "
+                                      "its cache while it was instantiated; it is started again."),
+                            EndsWith(": make a folder in its cache: ENOENT")));
+    EXPECT_THAT(host.text(), HasSubstr("\nunharmed\n"));
+}
+
 TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
     HostileHost host(GetParam(), "sockets", "/nowhere");
     ASSERT_TRUE(host.says("\nprocesses ")) << host.text();

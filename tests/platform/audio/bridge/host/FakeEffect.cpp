@@ -35,7 +35,7 @@ std::string fakeServicePath() {
 
 FakeEffect::FakeEffect(const std::string& role, const BridgeLimits& limits,
                        const std::string& program)
-    : render_(midiBlock_, 1, limits),
+    : render_(midiBlock_, 1, kChannels, limits),
       supervisor_(order(role, program), limits, render_, *pluginUIChannel_) {
     midiBlock_.exchange(std::make_unique<AUMIDIOutputEventBlock>(
         [this](std::int64_t time, std::uint8_t cable, std::int64_t length,

@@ -1,6 +1,7 @@
 // A service without an effect: halves its input, and misbehaves as the effect's URI says:
 // "urn:fake:<how>:<when>", optionally with ":always". when: the number of the quantum; 0 for
-// Instantiate. Without ":always" only the first service misbehaves, which gets no state.
+// Instantiate. Without ":always" only the first service misbehaves, which gets no state. "delay"
+// has a latency of 5000 frames.
 
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -10,11 +11,13 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -35,6 +38,7 @@ namespace {
 using namespace orvalo;
 
 constexpr int kSocket = 3;
+constexpr std::size_t kFakeLatency = 5000;  // Frames.
 
 void say(const std::string& text) {
     static_cast<void>(!write(STDERR_FILENO, text.data(), text.size()));
@@ -123,6 +127,9 @@ class FakeService {
         send(bridge::State{state_});
         for (std::uint32_t port = 0; port < request.portCount; ++port) {
             audio_->controlValues()[port].store(0.25F * static_cast<float>(port + 1));
+        }
+        if (role_->how == "early") {
+            audio_->control().response.store(7);  // Of a quantum that it has not got.
         }
         std::thread([this] { render(); }).detach();
         answer(request.number);
@@ -228,9 +235,14 @@ class FakeService {
     void process(std::uint32_t frames, std::uint32_t number) {
         const auto input = audio_->input(frames);
         const auto output = audio_->output(frames);
+        const std::size_t delay = role_->how == "delay" ? kFakeLatency : 0;
         for (std::uint32_t channel = 0; channel < output.channelCount; ++channel) {
+            auto& line = lines_.at(channel);
+            line.resize(delay);
             for (std::uint32_t frame = 0; frame < frames; ++frame) {
-                output.channels[channel][frame] = 0.5F * input.channels[channel][frame];
+                line.push_back(0.5F * input.channels[channel][frame]);
+                output.channels[channel][frame] = line.front();
+                line.pop_front();
             }
         }
         SharedEventWriter writer(audio_->events());
@@ -238,7 +250,9 @@ class FakeService {
                                static_cast<std::byte>(number % 128)};
         writer.write({.frame = 1, .cable = 0, .bytes = bytes});
         audio_->control().eventBytes.store(writer.used());
-        audio_->control().latencies[0].store(7);
+        for (auto& latency : audio_->control().latencies) {
+            latency.store(static_cast<std::uint32_t>(delay));
+        }
     }
 
     /// Sends past the channel, which belongs to the main thread.
@@ -321,6 +335,7 @@ class FakeService {
                  audio_->control().eventBytes.store(SharedAudio::kEventAreaSize);
              }},
             {"far-cable", [this] { audio_->events()[sizeof(std::uint32_t)] = std::byte{200}; }},
+            {"latency", [this] { audio_->control().latencies[0].store(7); }},
             {"endless-latency", [this] { audio_->control().latencies[0].store(0xFFFFFFFF); }},
             // The two spans before are complete.
             {"third-span",
@@ -354,6 +369,7 @@ class FakeService {
                  values[1].store(1e30F);
                  raise(SIGKILL);
              }},
+            {"unscheduled", [this] { audio_->control().schedulingError.store(EPERM); }},
             // Odd output.
             {"flood",
              [] {
@@ -391,6 +407,7 @@ class FakeService {
     std::optional<SharedAudio> audio_;
     std::string state_;
     std::vector<char> leak_;
+    std::array<std::deque<float>, 2> lines_;  // By channel.
     std::atomic<std::uint32_t> answered_{0};
     std::atomic<bool> isDeaf_{false};
 };

@@ -1,7 +1,7 @@
 // Hosts the effect "urn:orvalo:hostile" with the targets that it attacks, as the argument says:
-// "attack", "cache", "children", "bomb", "leak" or "sockets". Writes on standard output what the
-// effect has changed, then the process IDs of all processes that it has started, and waits for the
-// end of standard input.
+// "attack", "cache", "hoard", "children", "bomb", "leak" or "sockets". Writes on standard output
+// what the effect has changed, then the process IDs of all processes that it has started, and waits
+// for the end of standard input.
 
 #include <fcntl.h>
 #include <glib.h>
@@ -100,7 +100,7 @@ class Victim {
         const auto bundle = this->bundle() / "hostile.lv2";
         fs::create_directories(bundle);
         fs::copy(ORVALO_HOSTILE "/manifest.ttl", bundle);
-        if (mode == "cache") {
+        if (mode == "cache" || mode == "hoard") {
             std::ofstream(bundle / "manifest.ttl", std::ios::app) << kPluginUI;
             write(home / "cache/orvalo/effects/other/shader", "shader", 0644);
         }
@@ -172,10 +172,15 @@ int main(int argc, char** argv) {
         limits.logLines = 1000;
         // What the children of a bomb share counts for each.
         limits.memory = std::uint64_t{mode == "bomb" ? 64000U : 250U} << 20U;
+        if (mode == "hoard") {
+            limits.cache = std::uint64_t{16} << 20U;
+        }
         const auto make = [&] { return makeBridged(world, "urn:orvalo:hostile", limits); };
-        if (mode == "cache") {
+        if (mode == "cache" || mode == "hoard") {
             // Effects have a cache only in programs that show UIs.
             LV2AudioUnit::setPluginUIProvider([](const auto& /*unit*/) { return nullptr; });
+        }
+        if (mode == "cache") {
             make();
         }
         auto unit = make();

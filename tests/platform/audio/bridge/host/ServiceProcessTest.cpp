@@ -199,6 +199,17 @@ TEST(ServiceProcess, CountsWhatItsChildrenUse) {
     }));
 }
 
+TEST(ServiceProcess, CountsNoProcessesOfTheHostWhileItStarts) {
+    const Script script("exit 0");
+    for (int round = 0; round < 5; ++round) {
+        ServiceProcess process(script.path());
+        while (!process.endsWithin(std::chrono::milliseconds(0))) {
+            // bubblewrap's process 1 and the shell.
+            ASSERT_LE(process.use().threads, 2U);
+        }
+    }
+}
+
 TEST(ServiceProcess, NamesAMissingProgram) {
     const auto before = Leftovers::now();
     try {

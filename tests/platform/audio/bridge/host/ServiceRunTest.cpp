@@ -5,6 +5,10 @@
 #include <sys/eventfd.h>
 #include <sys/wait.h>
 
+#include <memory>
+#include <optional>
+#include <string>
+
 #include "tests/platform/audio/bridge/host/FakeEffect.h"
 #include "tests/platform/audio/bridge/host/Leftovers.h"
 #include "tests/testing/CapturedOutput.h"
@@ -15,29 +19,47 @@ using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::StartsWith;
 
-TEST(ServiceRunTest, AServiceThatDiesRightAfterItsAnswerCountsAsDead) {
-    const CapturedOutput error(2);
-    const auto limits = patientLimits();
-    const ServiceOrder order{.program = fakeServicePath(),
-                             .uri = "urn:fake:last-words:1",
-                             .places = {},
-                             .layout = {2, 2, 3},
-                             .ports = {}};
+/// A run of the fake service.
+class ServiceRunTest : public ::testing::Test {
+  protected:
+    void start(const std::string& role) {
+        order.uri = "urn:fake:" + role;
+        run.emplace(ServiceRun::Surroundings{order, limits, render, *pluginUI, last});
+    }
+
+    const CapturedOutput error{2};
+    const BridgeLimits limits = unhurriedLimits();
+    ServiceOrder order{
+        .program = fakeServicePath(), .uri = {}, .places = {}, .layout = {2, 2, 3}, .ports = {}};
     RenderSlot<AUMIDIOutputEventBlock> midiBlock;
-    BridgedRender render(midiBlock, 1, limits);
-    const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
+    BridgedRender render{midiBlock, 1, 2, limits};
+    const std::shared_ptr<PluginUIChannel> pluginUI =
+        std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     LastState last;
-    const FileDescriptor wakeup(eventfd(0, EFD_CLOEXEC));
-    ServiceRun run({order, limits, render, *pluginUI, last});
+    const FileDescriptor wakeup{eventfd(0, EFD_CLOEXEC)};
+    std::optional<ServiceRun> run;
+};
+
+TEST_F(ServiceRunTest, AServiceThatDiesRightAfterItsAnswerCountsAsDead) {
+    start("last-words:1");
     siginfo_t info{};
     // bubblewrap, which ends when the service has ended.
     const auto process = *children().begin();
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT), 0);
-    while (run.handleEvents(wakeup.get())) {
+    while (run->handleEvents(wakeup.get())) {
     }
-    EXPECT_THAT(run.finish().what, StartsWith("was killed by signal 9 (Killed)"));
+    EXPECT_THAT(run->finish().what, StartsWith("was killed by signal 9 (Killed)"));
     EXPECT_EQ(last.state, "first");
     EXPECT_TRUE(children().empty());
+}
+
+// As when the first quantum is handed over while the supervisor connects the service.
+TEST_F(ServiceRunTest, TheTimeOfAQuantumStartsWhenTheServiceIsReady) {
+    start("early:1");
+    while (!run->isReady()) {
+        ASSERT_TRUE(run->handleEvents(wakeup.get())) << run->finish().what;
+    }
+    EXPECT_TRUE(run->handleEvents(wakeup.get()));
 }
 
 }  // namespace

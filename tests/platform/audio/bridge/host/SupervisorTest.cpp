@@ -17,7 +17,9 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::AllOf;
+using ::testing::Contains;
 using ::testing::ContainsRegex;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using Kind = ServiceAnswer::Kind;
@@ -76,6 +78,21 @@ TEST(Supervisor, IgnoresAStateAboveTheLimit) {
     EXPECT_THAT(error.text(), HasSubstr("The state of the effect <urn:fake:huge-state:2> has 2 "
                                         "MiB, more than the limit of 1 MiB"));
     EXPECT_THAT(error.text(), HasSubstr("with 'first'"));
+}
+
+// The service's last line is not taken for it.
+TEST(Supervisor, SaysOnceThatTheSystemRefusesAPriority) {
+    const CapturedOutput error(2);
+    FakeEffect effect("unscheduled:1:always");
+    effect.render(3);
+    kill(*services().begin(), SIGKILL);
+    effect.supervisor().perform(bridge::SetContextName{});
+    EXPECT_THAT(error.lines(),
+                Contains(EndsWith("The audio thread of the effect <urn:fake:unscheduled:1:always> "
+                                  "is refused real-time priority 0 (Operation not permitted); "
+                                  "under load its output may be late."))
+                    .Times(1));
+    EXPECT_THAT(error.text(), HasSubstr("It last said: made at 48000"));
 }
 
 TEST(Supervisor, ReturnsTheErrorOfARefusedRequest) {
@@ -246,7 +263,7 @@ TEST(Supervisor, RetriesAnEffectThatHangsDuringInstantiation) {
 TEST(Supervisor, NamesAMissingProgramAtOnce) {
     const CapturedOutput error(2);
     RenderSlot<AUMIDIOutputEventBlock> midiBlock;
-    BridgedRender render(midiBlock, 0, patientLimits());
+    BridgedRender render(midiBlock, 0, 2, patientLimits());
     const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
     ServiceSupervisor supervisor({.program = "/nowhere/effect-service",
                                   .uri = "urn:a",

@@ -2,8 +2,8 @@
 // "<name> <value>". Logs each attempt as "<what>: done" or "<what>: <name of errno>". With a target
 // "children" it only makes children of each kind, which live for ever; with "bomb" as many as it
 // can, with "leak" one child that uses that many MiB; with "group" it only writes settings, with
-// "cache" it only uses caches; with "sockets" it only reaches for sockets and out of the host's
-// control.
+// "cache" it only uses caches, with "hoard" it only fills its own; with "sockets" it only reaches
+// for sockets and out of the host's control.
 
 #include <fcntl.h>
 #include <linux/ioprio.h>
@@ -66,6 +66,8 @@ class Attacker {
             sayOpen("write other settings", target("other"), O_WRONLY | O_CREAT);
         } else if (targets_.contains("cache")) {
             useCaches();
+        } else if (targets_.contains("hoard")) {
+            hoard();
         } else if (targets_.contains("children")) {
             makeChildren();
         } else if (targets_.contains("bomb")) {
@@ -220,6 +222,18 @@ class Attacker {
         sayOpen("keep a shader", own + "/shader", O_WRONLY | O_CREAT);
         sayOpen("read another effect's shader", own + "/../other/shader", O_RDONLY);
         sayOpen("write beside its cache", own + "/../shader", O_WRONLY | O_CREAT);
+    }
+
+    /// Keeps 20 MiB for ever where it has a cache.
+    void hoard() const {
+        const std::string own = getenv("MESA_SHADER_CACHE_DIR");
+        const auto folder = own + "/locked";
+        say("make a folder in its cache", mkdir(folder.c_str(), 0700));
+        const int file = open((folder + "/hoard").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (file >= 0 && posix_fallocate(file, 0, 20 << 20) == 0) {
+            say("lock the folder", chmod(folder.c_str(), 0));
+            pause();
+        }
     }
 
     void sayFill(const std::string& what, const std::string& path, off_t size) const {
