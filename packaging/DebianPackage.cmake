@@ -27,9 +27,9 @@ Eighty demonstration loops are included.
 The effect is a stereo compressor for every LV2 host: incoming notes duck the
 signal, and gain reduction plays notes.
 .
-This package contains the application (orvalo), the same player for the terminal
-(orvalo-play), the effect and the music, a window that shows easing curves
-(orvalo-easing), and a tool for the settings (orvalo-defaults).")
+This package contains the application (orvalo), the same player for the
+terminal (orvalo-play), the effect and the music, a window that shows easing
+curves (orvalo-easing), and a tool for the settings (orvalo-defaults).")
 
 # dpkg-shlibdeps finds the libraries; those that are loaded late are linked with lib/orvalo.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
@@ -41,6 +41,8 @@ string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "fonts-dejavu-core | fonts-cantarell" libasound2-plugins xdg-desktop-portal xdg-utils)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_SUGGESTS
     "pipewire-pulse | pulseaudio" jackd2 jalv)
+
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_SOURCE_DIR}/debian/Files.cmake")
 
 # cpack packages what is built and does not build.
 set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON PARENT_SCOPE)

@@ -24,8 +24,8 @@ void allocateFrame(GtkWidget* child, const CGRect& frame) {
     // GTK requires at least the minimum size.
     GtkRequisition least;
     gtk_widget_get_preferred_size(child, &least, nullptr);
-    const auto at = GRAPHENE_POINT_INIT(static_cast<float>(allocatable(frame.origin.x)),
-                                        static_cast<float>(allocatable(frame.origin.y)));
+    const graphene_point_t at{static_cast<float>(allocatable(frame.origin.x)),
+                              static_cast<float>(allocatable(frame.origin.y))};
     gtk_widget_allocate(child,
                         std::max(least.width, static_cast<int>(allocatable(frame.size.width))),
                         std::max(least.height, static_cast<int>(allocatable(frame.size.height))),

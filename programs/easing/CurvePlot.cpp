@@ -20,8 +20,8 @@ constexpr double kBallTrack = 14;  // Width beside the plot, in which the ball m
 
 void fillCircle(GtkSnapshot* snapshot, double x, double y, double radius, const Gdk::RGBA& color) {
     const auto size = static_cast<float>(radius);
-    const auto bounds = GRAPHENE_RECT_INIT(static_cast<float>(x) - size,
-                                           static_cast<float>(y) - size, 2 * size, 2 * size);
+    const graphene_rect_t bounds{{static_cast<float>(x) - size, static_cast<float>(y) - size},
+                                 {2 * size, 2 * size}};
     GskRoundedRect circle;
     gsk_rounded_rect_init_from_rect(&circle, &bounds, size);
     gtk_snapshot_push_rounded_clip(snapshot, &circle);
@@ -85,8 +85,7 @@ void CurvePlot::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
 
 void CurvePlot::drawPicture() {
     auto* snapshot = gtk_snapshot_new();
-    const auto bounds =
-        GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width_), static_cast<float>(height_));
+    const graphene_rect_t bounds{{0, 0}, {static_cast<float>(width_), static_cast<float>(height_)}};
     Cairo::RefPtr<Cairo::Context> pen(
         new Cairo::Context(gtk_snapshot_append_cairo(snapshot, &bounds), true));
     // The levels of start and destination.

@@ -67,7 +67,8 @@ void loadCallFilter(int file) {
     std::vector<sock_filter> steps(BPF_MAXINSNS);
     const auto size = read(file, steps.data(), steps.size() * sizeof(sock_filter));
     const sock_fprog program{
-        .len = static_cast<unsigned short>(std::max<ssize_t>(size, 0) / sizeof(sock_filter)),
+        .len = static_cast<unsigned short>(static_cast<std::size_t>(std::max<ssize_t>(size, 0)) /
+                                           sizeof(sock_filter)),
         .filter = steps.data()};
     if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
         g_warning(

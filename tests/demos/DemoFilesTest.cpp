@@ -286,17 +286,15 @@ int compose(const std::string& folderAndNumbers) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+// Not compared with the build's files, which another encoder may have made: ORVALO_DEMOS_FROM.
 TEST(Composer, MakesTheSameBytesAgain) {
-    const orvalo::testing::TemporaryFolder again;
-    for (const char* number : {"3", "60"}) {
-        std::string arguments = "'" + again.path().string();
-        arguments.append("' ").append(number).append(" ").append(number);
-        ASSERT_EQ(compose(arguments), 0);
-        const std::string name = std::string(number) + ".m4a";
-        const std::string made = bytesOf(again.path() / name);
-        EXPECT_FALSE(made.empty());
-        EXPECT_TRUE(made == bytesOf(folder / name)) << number;
-    }
+    const orvalo::testing::TemporaryFolder together;
+    const orvalo::testing::TemporaryFolder alone;
+    ASSERT_EQ(compose("'" + together.path().string() + "' 59 60"), 0);
+    ASSERT_EQ(compose("'" + alone.path().string() + "' 60 60"), 0);
+    const std::string made = bytesOf(together.path() / "60.m4a");
+    EXPECT_FALSE(made.empty());
+    EXPECT_TRUE(made == bytesOf(alone.path() / "60.m4a"));
 }
 
 TEST(Composer, RefusesInvalidNumbers) {

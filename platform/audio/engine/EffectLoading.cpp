@@ -2,7 +2,6 @@
 
 #include <glib.h>
 
-#include <atomic>
 #include <optional>
 #include <string_view>
 
@@ -13,8 +12,8 @@ namespace {
 constexpr auto kDefault = EffectLoading::outOfProcess;
 constexpr const char* kVariable = "ORVALO_EFFECT_LOADING";
 
-std::atomic<std::optional<EffectLoading>>& overridden() {
-    static std::atomic<std::optional<EffectLoading>> loading;
+std::optional<EffectLoading>& overridden() {
+    static std::optional<EffectLoading> loading;
     return loading;
 }
 
@@ -41,14 +40,14 @@ EffectLoading read(const char* setting) {
 }  // namespace
 
 EffectLoading platformEffectLoading() {
-    if (const auto chosen = overridden().load()) {
+    if (const auto chosen = overridden()) {
         return *chosen;
     }
     return read(g_getenv(kVariable));
 }
 
 void setPlatformEffectLoading(EffectLoading loading) {
-    overridden().store(loading);
+    overridden() = loading;
 }
 
 ExpectedRendering expectedRendering() {

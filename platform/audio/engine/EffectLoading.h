@@ -12,7 +12,8 @@ enum class EffectLoading { inProcess, outOfProcess };
 /// process. Another value of the variable is ignored with a warning. Any thread.
 EffectLoading platformEffectLoading();
 
-/// Overrides the environment variable. Call before the first effect is loaded.
+/// Overrides the environment variable. Call before the first effect is loaded, while there is one
+/// thread.
 void setPlatformEffectLoading(EffectLoading loading);
 
 /// How effects are expected to render when they are instantiated. Any thread.

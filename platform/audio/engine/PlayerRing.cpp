@@ -7,6 +7,8 @@ namespace orvalo {
 
 namespace {
 
+static_assert(std::atomic<std::uint64_t>::is_always_lock_free);  // The render thread never locks.
+
 std::uint32_t capacityFor(const AVAudioFormat& format, std::uint32_t maximumFrames) {
     // The longest quantum of an output of 8 kHz with 64 frames for the converter's filter, and one
     // decoded chunk.

@@ -111,7 +111,7 @@ std::optional<std::int64_t> statedFrames(const AudioContainer& container, int ra
     if (!hasOnlySound(container)) {
         return std::nullopt;
     }
-    return lateFFmpeg(av_rescale_q)(context.duration, AV_TIME_BASE_Q, {1, rate});
+    return lateFFmpeg(av_rescale_q)(context.duration, {1, AV_TIME_BASE}, {1, rate});
 }
 
 // The scanned range, checked against the duration that the container states.

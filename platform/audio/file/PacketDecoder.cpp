@@ -3,9 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "platform/audio/file/FileRefusal.h"
 #include "platform/foundation/FatalError.h"
+
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
 
 namespace orvalo {
 
@@ -70,6 +75,7 @@ void PacketDecoder::restart() {
     isFromStart_ = true;
     stampOffset_ = 0;
     isDraining_ = false;
+    isAhead_ = false;
     hadDamage_ = false;
 }
 
@@ -85,12 +91,13 @@ bool PacketDecoder::canSeek() const {
 }
 
 bool PacketDecoder::seek(std::int64_t target) {
-    const AVStream& stream = container_->stream();
-    const auto stamp = lateFFmpeg(av_rescale_q_rnd)(target, {1, decoder_->sample_rate},
-                                                    stream.time_base, AV_ROUND_DOWN);
-    if (!canSeek() || !container_->seek(stamp)) {
+    if (!canSeek()) {
         return false;
     }
+    const AVRational timeBase = container_->stream().time_base;
+    const auto stamp =
+        lateFFmpeg(av_rescale_q_rnd)(target, {1, decoder_->sample_rate}, timeBase, AV_ROUND_DOWN);
+    const bool isMoved = container_->seek(stamp);
     lateFFmpeg(avcodec_flush_buffers)(decoder_.get());
     lateFFmpeg(av_frame_unref)(frame_.get());
     frameStart_ = 0;
@@ -99,7 +106,22 @@ bool PacketDecoder::seek(std::int64_t target) {
     isFromStart_ = false;
     stampOffset_ = 0;
     isDraining_ = false;
+    isAhead_ = false;
+    // FFmpeg 7 does not find every place in FLAC, and then stands anywhere. A damaged file may lead
+    // beyond the target.
+    isAhead_ = isMoved && decodeNext() && frame_->pts != AV_NOPTS_VALUE && frameStart_ <= target;
+    if (!isAhead_) {
+        restart();
+    }
     return true;
+}
+
+// Whether nothing of the frame is to be heard. FFmpeg 7 decodes the first packet of Vorbis, too,
+// which only prepares the second one.
+bool PacketDecoder::isSkipped() const {
+    const auto* side = lateFFmpeg(av_frame_get_side_data)(frame_.get(), AV_FRAME_DATA_SKIP_SAMPLES);
+    return decoder_->codec_id == AV_CODEC_ID_VORBIS && side != nullptr && side->size >= 4 &&
+           AV_RL32(side->data) >= static_cast<std::uint32_t>(frame_->nb_samples);
 }
 
 bool PacketDecoder::receiveFrame() {
@@ -107,7 +129,7 @@ bool PacketDecoder::receiveFrame() {
     if (result < 0 && result != AVERROR(EAGAIN) && result != AVERROR_EOF) {
         hadDamage_ = true;
     }
-    return result >= 0 && frame_->nb_samples > 0 && frame_->sample_rate > 0;
+    return result >= 0 && frame_->nb_samples > 0 && frame_->sample_rate > 0 && !isSkipped();
 }
 
 void PacketDecoder::place() {
@@ -143,6 +165,9 @@ bool PacketDecoder::sendPacket() {
 }
 
 bool PacketDecoder::decodeNext() {
+    if (std::exchange(isAhead_, false)) {
+        return true;
+    }
     while (!receiveFrame()) {
         if (isDraining_) {
             return false;

@@ -34,14 +34,16 @@ class PacketDecoder {
     /// Returns to the stream's start and to the state of a new decoder. Throws NSError as the
     /// constructor does.
     void restart();
-    /// Moves to target or shortly before it. Returns false, and does not move, where the decoded
-    /// samples would differ from those of a straight decoding: in lossy codecs.
+    /// Moves to target or before it: to the start where the container finds no frame before it.
+    /// Returns false, and does not move, where the decoded samples would differ from those of a
+    /// straight decoding: in lossy codecs. Throws NSError as restart() does.
     bool seek(std::int64_t target);
     /// Whether seek() can.
     bool canSeek() const;
 
   private:
     void openDecoder();
+    bool isSkipped() const;
     bool receiveFrame();
     void place();
     bool sendPacket();
@@ -57,6 +59,7 @@ class PacketDecoder {
     bool isFromStart_ = true;
     std::int64_t stampOffset_ = 0;  // By how many samples all stamps are late.
     bool isDraining_ = false;
+    bool isAhead_ = false;  // seek() has decoded the next frame.
     bool hadDamage_ = false;
 };
 

@@ -12,6 +12,10 @@ namespace orvalo {
 
 namespace {
 
+// The render thread never locks.
+static_assert(std::atomic<double>::is_always_lock_free &&
+              std::atomic<std::uint64_t>::is_always_lock_free);
+
 // An hour at 192 kHz. The service's value is not trusted beyond it.
 constexpr std::uint32_t kLongestLatency = 691200000;
 

@@ -47,6 +47,11 @@ constexpr std::array<scmp_datum_t, 7> kNamespaces{CLONE_NEWNS,  CLONE_NEWCGROUP,
 // The kernel ignores the upper half of an int in a register.
 constexpr scmp_datum_t kInt = 0xffffffff;
 
+/// The condition that a call's first argument compares so. The library's macros for it are C.
+constexpr scmp_arg_cmp firstArgument(scmp_compare comparison, scmp_datum_t a, scmp_datum_t b = 0) {
+    return {0, comparison, a, b};
+}
+
 /// A filter under construction. The first error is kept; nothing follows it.
 class Filter {
   public:
@@ -77,15 +82,15 @@ Filter makeFilter() {
         filter.forbid(name, EPERM);
     }
     for (const char* name : {"socket", "socketpair"}) {
-        filter.forbid(name, EAFNOSUPPORT, SCMP_A0(SCMP_CMP_NE, AF_UNIX));
+        filter.forbid(name, EAFNOSUPPORT, firstArgument(SCMP_CMP_NE, AF_UNIX));
     }
     for (const auto flag : kNamespaces) {
-        filter.forbid("clone", EPERM, SCMP_A0(SCMP_CMP_MASKED_EQ, flag, flag));
+        filter.forbid("clone", EPERM, firstArgument(SCMP_CMP_MASKED_EQ, flag, flag));
     }
     // Its flags are in memory, which a filter cannot read; the C library falls back to clone().
     filter.forbid("clone3", ENOSYS);
     // Without a namespace of processes, it binds the service to the host.
-    filter.forbid("prctl", EPERM, SCMP_A0(SCMP_CMP_MASKED_EQ, kInt, PR_SET_PDEATHSIG));
+    filter.forbid("prctl", EPERM, firstArgument(SCMP_CMP_MASKED_EQ, kInt, PR_SET_PDEATHSIG));
     return filter;
 }
 

@@ -13,6 +13,11 @@ namespace orvalo {
 
 namespace {
 
+// A lock would be one of this process alone.
+static_assert(std::atomic<float>::is_always_lock_free &&
+              std::atomic<std::int32_t>::is_always_lock_free &&
+              std::atomic<std::uint32_t>::is_always_lock_free);
+
 constexpr const char* kName = "orvalo-effect-audio";
 constexpr std::size_t kChannelSize = kMaximumOfflineFrames * sizeof(float);
 
