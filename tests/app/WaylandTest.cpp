@@ -10,6 +10,7 @@
 #include "tests/testing/Lines.h"
 #include "tests/testing/Program.h"
 #include "tests/testing/SessionBus.h"
+#include "tests/testing/Staged.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WaitUntil.h"
 #include "tests/testing/WaylandServer.h"
@@ -97,6 +98,21 @@ TEST_F(WaylandTest, WithXwaylandThePluginUIIsShown) {
     EXPECT_TRUE(pollUntil([this] { return isStageDark(); }));
     EXPECT_THAT(tree_.names(), Not(Contains(HasSubstr("cannot be shown"))));
     EXPECT_THAT(program_->standardError(), Not(HasSubstr("cannot be shown")));
+}
+
+TEST_F(WaylandTest, LessMotionIsThePortals) {
+    startSessionBus();
+    server_ = std::make_unique<WaylandServer>(WaylandServer::X11::none);
+    Program portal({ORVALO_TEST_STAGE "/bin/fake-portal", "0", "false", "/"});
+    EXPECT_EQ(portal.readUntil("ready"), Lines{"ready"});
+    const Program easing({staged("orvalo-easing")},
+                         {{"GDK_DEBUG", "portals"}, {"GTK_A11Y", "atspi"}});
+    const AccessibleTree tree("orvalo-easing");
+    EXPECT_TRUE(pollUntil([&] {
+        return ::testing::Matches(
+            Contains("The desktop asks for less motion: only the end of each movement is shown."))(
+            tree.names());
+    }));
 }
 
 }  // namespace
