@@ -114,7 +114,8 @@ class FakePortal {
             const std::array<const char*, 1> addresses{address.get()};
             GVariantDict results;
             g_variant_dict_init(&results, nullptr);
-            g_variant_dict_insert_value(&results, "uris", g_variant_new_strv(addresses.data(), addresses.size()));
+            g_variant_dict_insert_value(&results, "uris",
+                                        g_variant_new_strv(addresses.data(), addresses.size()));
             answer(sender, arguments, invocation, g_variant_dict_end(&results));
         }
     }
