@@ -16,7 +16,8 @@ namespace orvalo {
 namespace {
 
 /// Starts the desktop's program for addresses of that scheme. Its standard output is our standard
-/// error, so that it neither adds lines to our standard output nor keeps that pipe open.
+/// error, so that it neither adds lines to our standard output nor keeps that pipe open. Without
+/// such a program, as in Flatpak, the address goes to the portal where there is one.
 bool launch(const std::string& address) {
     GError* error = nullptr;
     bool isLaunched = false;
@@ -30,11 +31,12 @@ bool launch(const std::string& address) {
             g_desktop_app_info_launch_uris_as_manager_with_fds(
                 G_DESKTOP_APP_INFO(program.get()), &list, nullptr, G_SPAWN_SEARCH_PATH, nullptr,
                 nullptr, nullptr, nullptr, -1, STDERR_FILENO, STDERR_FILENO, &error) != FALSE;
+    } else {
+        isLaunched = g_app_info_launch_default_for_uri(address.c_str(), nullptr, &error) != FALSE;
     }
     const GErrorPointer held(error);
     if (!isLaunched) {
-        g_warning("%s was not opened: %s", address.c_str(),
-                  held == nullptr ? "There is no program for such addresses." : held->message);
+        g_warning("%s was not opened: %s", address.c_str(), held->message);
     }
     return isLaunched;
 }

@@ -203,6 +203,15 @@ void ApplicationFixture::clickIntoField(const EffectSpot& spot) {
     }));
 }
 
+bool ApplicationFixture::hasOwnFocus() {
+    const auto window = windowNamed(kName);
+    const Display display;
+    const auto focus = display.keyboardFocus();
+    const auto effect = display.effectIn(window);
+    return focus != window && display.isInside(focus, window) &&
+           (effect == 0 || !display.isInside(focus, effect));
+}
+
 int ApplicationFixture::windowCount() {
     return static_cast<int>(windowsNamed(kName).size());
 }

@@ -60,6 +60,9 @@ class ApplicationFixture : public ::testing::Test {
     static void pointAt(const EffectSpot& spot);
     /// Clicks into a field of the plug-in UI and waits until it has the keyboard focus.
     static void clickIntoField(const EffectSpot& spot);
+    /// Whether the keyboard focus is in the application's window, but neither in the plug-in UI nor
+    /// where the pointer could hand keys to it.
+    static bool hasOwnFocus();
     static int windowCount();
 
     static constexpr EffectSpot kThreshold{0.06, 0.68};

@@ -2,6 +2,10 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <cairo.h>
+
+#include <cstring>
+#include <stdexcept>
 
 namespace orvalo::testing {
 
@@ -20,6 +24,25 @@ Screenshot::Screenshot() {
     }
     XDestroyImage(image);
     XCloseDisplay(display);
+}
+
+Screenshot::Screenshot(const std::filesystem::path& file) {
+    auto* image = cairo_image_surface_create_from_png(file.c_str());
+    if (cairo_surface_status(image) != CAIRO_STATUS_SUCCESS) {
+        throw std::runtime_error(file.string() + " is no PNG file.");
+    }
+    width_ = cairo_image_surface_get_width(image);
+    height_ = cairo_image_surface_get_height(image);
+    // One native 32-bit word per pixel in both of the formats that opaque and other files give.
+    const auto* row = cairo_image_surface_get_data(image);
+    for (int y = 0; y < height_; ++y, row += cairo_image_surface_get_stride(image)) {
+        for (int x = 0; x < width_; ++x) {
+            std::uint32_t pixel = 0;
+            std::memcpy(&pixel, row + static_cast<std::size_t>(x) * sizeof pixel, sizeof pixel);
+            pixels_.push_back(pixel & 0xFFFFFFU);
+        }
+    }
+    cairo_surface_destroy(image);
 }
 
 int Screenshot::count(std::uint32_t color, int x, int y, int width, int height) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <vector>
 
 namespace orvalo::testing {
@@ -9,6 +10,8 @@ namespace orvalo::testing {
 class Screenshot {
   public:
     Screenshot();
+    /// Another display's picture, from a PNG file. Throws std::runtime_error when it is none.
+    explicit Screenshot(const std::filesystem::path& file);
 
     int width() const { return width_; }
     int height() const { return height_; }

@@ -12,6 +12,7 @@
 #include "platform/foundation/GLibPointer.h"
 #include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/WaitUntil.h"
 #include "tests/testing/XServer.h"
 
 // Last: its macros break other headers.
@@ -55,6 +56,19 @@ void waitForWindowManager() {
     XCloseDisplay(display);
 }
 
+/// Waits until any window manager handles the windows, or until none does.
+void waitUntilManaged(bool isWanted) {
+    auto* display = XOpenDisplay(nullptr);
+    ASSERT_NE(display, nullptr);
+    EXPECT_TRUE(pollUntil([&] {
+        XWindowAttributes root;
+        XGetWindowAttributes(display, DefaultRootWindow(display), &root);
+        // Only one client may select this, the window manager.
+        return ((root.all_event_masks & SubstructureRedirectMask) != 0) == isWanted;
+    }));
+    XCloseDisplay(display);
+}
+
 /// The display, the window manager, GTK, and the folder of its files.
 struct Desktop {
     TemporaryFolder home;
@@ -78,10 +92,25 @@ struct Desktop {
     }
 };
 
+Desktop& desktop() {
+    static Desktop started;
+    return started;
+}
+
 }  // namespace
 
 void startDesktop() {
-    static Desktop desktop;
+    desktop();
+}
+
+void startDesktopWith(const std::vector<std::string>& windowManager) {
+    auto& manager = desktop().manager;
+    manager.reset();
+    waitUntilManaged(false);
+    if (!windowManager.empty()) {
+        manager.emplace(windowManager);
+        waitUntilManaged(true);
+    }
 }
 
 std::vector<unsigned long> windowsNamed(const std::string& name) {

@@ -11,6 +11,10 @@ namespace orvalo::testing {
 /// a temporary folder.
 void startDesktop();
 
+/// Starts the desktop with another window manager, or none where the command is empty; replaces the
+/// running one.
+void startDesktopWith(const std::vector<std::string>& windowManager);
+
 /// The X numbers of the visible windows whose names match the regular expression. May miss some
 /// while a window closes.
 std::vector<unsigned long> windowsNamed(const std::string& name);

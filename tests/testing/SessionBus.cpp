@@ -2,7 +2,7 @@
 
 #include <gio/gio.h>
 
-#include <string>
+#include "platform/foundation/GLibPointer.h"
 
 namespace orvalo::testing {
 
@@ -11,9 +11,11 @@ void startSessionBus() {
         auto* made = g_test_dbus_new(G_TEST_DBUS_NONE);
         g_test_dbus_add_service_dir(made, "/usr/share/dbus-1/services");
         // g_test_dbus_up() unsets DISPLAY.
-        const std::string display = g_getenv("DISPLAY");
+        const GText display(g_strdup(g_getenv("DISPLAY")));
         g_test_dbus_up(made);
-        g_setenv("DISPLAY", display.c_str(), TRUE);
+        if (display != nullptr) {
+            g_setenv("DISPLAY", display.get(), TRUE);
+        }
         return made;
     }();
     static_cast<void>(bus);

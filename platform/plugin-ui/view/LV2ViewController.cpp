@@ -31,17 +31,26 @@ std::shared_ptr<X11Connection> connection() {
     return result;
 }
 
-void requireX11(const std::string& plugin) {
+/// Whether the program's windows are X11 windows, which alone embed plug-in UIs.
+bool canEmbed() {
     auto* display = gdk_display_get_default();
-    if (display == nullptr || !GDK_IS_X11_DISPLAY(display)) {
-        throw pluginUIError(LV2ErrorCode::noPluginUI, plugin,
-                            "it needs an X11 display, and the program's windows use " +
-                                std::string(display == nullptr ? "none" : "another kind"));
-    }
+    return display != nullptr && GDK_IS_X11_DISPLAY(display);
 }
+
+constexpr const char* kNoX11 =
+    "it is an X11 window, and this desktop has no X server (on Wayland, install Xwayland)";
 
 void report(const NSError& error) {
     g_warning("%s", error.localizedDescription().c_str());
+}
+
+/// A controller whose view says why there is no plug-in UI.
+std::shared_ptr<UIViewController> makeNotice(const std::string& title, const std::string& reason) {
+    const auto view = std::make_shared<X11ContainerView>(G_PRIORITY_DEFAULT);
+    view->setMessage("The UI of " + title + " cannot be shown: " + reason + ".");
+    auto result = std::make_shared<AUViewController>(std::nullopt, nullptr);
+    result->setView(view);
+    return result;
 }
 
 std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<LV2LocalAudioUnit>& unit,
@@ -71,7 +80,10 @@ std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<BridgedA
 std::shared_ptr<UIViewController> provide(const std::shared_ptr<LV2AudioUnit>& unit) {
     try {
         const auto data = LV2PluginUIData::read(unit->world(), unit->data());
-        requireX11(data.plugin);
+        if (!canEmbed()) {
+            report(pluginUIError(LV2ErrorCode::noPluginUI, data.plugin, kNoX11));
+            return makeNotice(data.title, kNoX11);
+        }
         if (const auto bridged = std::dynamic_pointer_cast<BridgedAudioUnit>(unit)) {
             return makeController(bridged, data);
         }

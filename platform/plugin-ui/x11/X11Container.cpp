@@ -203,6 +203,7 @@ void X11Container::handle(const XEvent& event) {
         case EnterNotify:
         case LeaveNotify:
         case FocusIn:
+        case FocusOut:
         case KeyPress:
             keyboard_->handle(event);
             break;

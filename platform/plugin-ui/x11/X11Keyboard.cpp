@@ -75,6 +75,7 @@ X11Keyboard::X11Keyboard(std::shared_ptr<X11Connection> connection, unsigned lon
     connection_->setHandler(toplevel_, [this](const XEvent& event) {
         if (event.type == FocusIn || event.type == FocusOut) {
             takeFocus();
+            keepKeysFromUI();
         } else if (event.type == KeyPress) {
             reportSentKey(event);
         }
@@ -94,11 +95,13 @@ void X11Keyboard::handle(const XEvent& event) {
     switch (event.type) {
         case EnterNotify:
             updateFocus();
+            keepKeysFromUI();
             break;
         case LeaveNotify:
             // A held button or an open menu grabs the pointer: the UI is still in use.
             if (event.xcrossing.detail != NotifyInferior && event.xcrossing.mode != NotifyGrab) {
                 restoreFocus();
+                letKeysFollowPointer();
             }
             break;
         case FocusIn:
@@ -110,6 +113,10 @@ void X11Keyboard::handle(const XEvent& event) {
                     restoreFocus();
                 }
             }
+            break;
+        case FocusOut:
+            // The toolkit may answer WM_TAKE_FOCUS after the click.
+            takeFocus();
             break;
         case KeyPress:
             reportSentKey(event);
@@ -181,6 +188,34 @@ void X11Keyboard::takeFocus() {
     // toplevel stays there.
     if (hasKeyboard_ && now != None && now == previousFocus_) {
         XSetInputFocus(connection_->display(), toplevel_, RevertToParent, CurrentTime);
+        XFlush(connection_->display());
+    }
+}
+
+void X11Keyboard::keepKeysFromUI() {
+    const auto now = updateFocus();
+    const bool isAround =
+        now == PointerRoot || (now != None && connection_->isInside(toplevel_, now));
+    if (hasKeyboard_ || !isAround || !connection_->pointer(container_).isInside) {
+        return;
+    }
+    focusAround_ = now;
+    auto* display = connection_->display();
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = toplevel_;
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_TAKE_FOCUS", False));
+    event.xclient.data.l[1] = CurrentTime;
+    XSendEvent(display, toplevel_, False, NoEventMask, &event);
+    XFlush(display);
+}
+
+void X11Keyboard::letKeysFollowPointer() {
+    const auto around = std::exchange(focusAround_, 0);
+    if (around != 0 && around != toplevel_ && updateFocus() == previousFocus_) {
+        XSetInputFocus(connection_->display(), around, RevertToPointerRoot, CurrentTime);
         XFlush(connection_->display());
     }
 }

@@ -21,6 +21,10 @@ struct X11Key {
 /// when the pointer leaves the UI, the user clicks elsewhere in the toplevel, or the UI is hidden;
 /// at once when the UI takes the focus without a click.
 ///
+/// Without a click the UI gets no keys, whatever the window manager: where the focus is the
+/// toplevel or a window around it, the toolkit is asked to focus a window inside, as window
+/// managers do that know WM_TAKE_FOCUS.
+///
 /// Keys that the UI does not use and sends to the host are reported, because GTK ignores sent keys.
 /// Most UIs send none, though they receive all. Of such a UI each key is reported as well: it gets
 /// the key, too, and whether it uses it cannot be known. A UI tells that it sends what it does not
@@ -39,7 +43,7 @@ class X11Keyboard {
     /// one and sends none. The object may be destroyed inside. May be empty.
     std::function<void(const X11Key&)> onUnusedKey;
 
-    /// Handles the container's EnterNotify, LeaveNotify, FocusIn and KeyPress events.
+    /// Handles the container's EnterNotify, LeaveNotify, FocusIn, FocusOut and KeyPress events.
     void handle(const XEvent& event);
     /// Ends the UI's use of the keyboard.
     void restoreFocus();
@@ -52,6 +56,10 @@ class X11Keyboard {
     void watchKeys();
     void unwatchKeys();
     void takeFocus();
+    /// Keeps the X server from offering keys to the UI because the pointer is over it.
+    void keepKeysFromUI();
+    /// Undoes keepKeysFromUI() where the keys follow the pointer.
+    void letKeysFollowPointer();
     /// Returns the focus window, and notes it where it is in the toplevel but not in the container.
     unsigned long updateFocus();
 
@@ -59,6 +67,7 @@ class X11Keyboard {
     const unsigned long toplevel_;
     const unsigned long container_;
     unsigned long previousFocus_ = 0;              // As updateFocus() noted; 0 when not known.
+    unsigned long focusAround_ = 0;                // That keepKeysFromUI() moved; 0 for none.
     bool hasKeyboard_ = false;                     // The UI, by a click.
     bool sendsKeys_ = false;                       // The UI has sent a key.
     std::vector<unsigned long> watched_;           // Windows of the UI.

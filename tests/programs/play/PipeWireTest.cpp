@@ -1,13 +1,10 @@
-#include <glib.h>
-
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <sstream>
 
-#include "platform/audio/output/PulseDevice.h"
+#include "tests/platform/audio/output/PipeWireDaemons.h"
 #include "tests/programs/play/PlayFixture.h"
 #include "tests/programs/play/Recording.h"
 #include "tests/testing/ServerProcess.h"
@@ -24,20 +21,7 @@ using ::testing::ElementsAre;
 class PipeWireTest : public PlayFixture {
   protected:
     PipeWireTest() {
-        for (const auto* variable : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"}) {
-            g_setenv(variable, folder.path().c_str(), TRUE);
-        }
-        writeFile("wireplumber/main.lua.d/51-no-devices.lua",  // WirePlumber 0.4
-                  "alsa_monitor.enabled = false\n"
-                  "libcamera_monitor.enabled = false\n"
-                  "v4l2_monitor.enabled = false\n");
-        writeFile("wireplumber/wireplumber.conf.d/no-devices.conf",  // WirePlumber 0.5
-                  "wireplumber.profiles = { main = { monitor.alsa = disabled "
-                  "monitor.libcamera = disabled monitor.v4l2 = disabled "
-                  "monitor.bluez = disabled } }\n");
-        g_setenv("PULSE_SERVER", ("unix:" + (folder.path() / "pulse/native").string()).c_str(),
-                 TRUE);
-        writeFile("asound.conf", "defaults.pcm.card 0\n");
+        std::ofstream(folder.path() / "asound.conf") << "defaults.pcm.card 0\n";
         environment["ALSA_CONFIG_PATH"] = (folder.path() / "asound.conf").string();
         environment["JACK_DEFAULT_SERVER"] = "orvalo-test-nothing";
         environment["ORVALO_AUDIO_OUTPUT"] = "auto";
@@ -48,83 +32,6 @@ class PipeWireTest : public PlayFixture {
         for (int count = 0; count < 3; ++count) {
             threePasses.insert(threePasses.end(), pass.begin(), pass.end());
         }
-    }
-
-    void writeFile(const std::string& name, const std::string& text) const {
-        std::filesystem::create_directories((folder.path() / name).parent_path());
-        std::ofstream(folder.path() / name) << text;
-    }
-
-    /// properties: further ones of the sink, as PipeWire writes them.
-    void startDaemons(const std::string& properties =
-                          "media.class = Audio/Sink "
-                          "node.description = Quiet") {
-        const auto configuration = folder.path() / "pipewire.conf";
-        std::ofstream(configuration) << R"(
-context.properties = {
-    core.daemon = true
-    core.name = pipewire-0
-    support.dbus = false
-    default.clock.rate = 48000
-    default.clock.quantum = 1024
-    default.clock.min-quantum = 1024
-    default.clock.max-quantum = 1024
-}
-context.spa-libs = {
-    audio.convert.* = audioconvert/libspa-audioconvert
-    support.* = support/libspa-support
-}
-context.modules = [
-    { name = libpipewire-module-protocol-native }
-    { name = libpipewire-module-metadata }
-    { name = libpipewire-module-spa-node-factory }
-    { name = libpipewire-module-client-node }
-    { name = libpipewire-module-access }
-    { name = libpipewire-module-adapter }
-    { name = libpipewire-module-link-factory }
-    { name = libpipewire-module-session-manager }
-]
-context.objects = [
-    { factory = metadata args = { metadata.name = default } }
-    { factory = spa-node-factory args = {
-        factory.name = support.node.driver node.name = Dummy-Driver
-        node.group = pipewire.dummy priority.driver = 20000 } }
-    { factory = adapter args = {
-        factory.name = support.null-audio-sink node.name = quiet
-        audio.position = [ FL FR ] object.linger = true
-        adapter.auto-port-config = { mode = dsp monitor = true position = preserve }
-        )" << properties << R"( } }
-]
-)";
-        daemon.emplace(std::vector<std::string>{"pipewire", "-c", configuration.string()});
-        EXPECT_TRUE(
-            pollUntil([this] { return std::filesystem::is_socket(folder.path() / "pipewire-0"); }));
-        pulse.emplace(std::vector<std::string>{"pipewire-pulse"});
-        EXPECT_TRUE(pollUntil(
-            [this] { return std::filesystem::is_socket(folder.path() / "pulse/native"); }));
-    }
-
-    /// Starts WirePlumber on a bus of its own, without its search for the machine's devices, and
-    /// waits until it has chosen the sink.
-    void startSessionManager() {
-        manager.emplace(std::vector<std::string>{"dbus-run-session", "--", "wireplumber"});
-        EXPECT_TRUE(pollUntil([] { return defaultSink() == "quiet"; }));
-    }
-
-    static std::string defaultSink() {
-        try {
-            return PulseDevice().probe().deviceName;
-        } catch (const NSError& error) {
-            return error.what();
-        }
-    }
-
-    void endDaemons() {
-        manager.reset();
-        pulse.reset();
-        daemon.reset();
-        std::filesystem::remove(folder.path() / "pulse/native");
-        std::filesystem::remove(folder.path() / "pipewire-0");
     }
 
     /// orvalo-play as pw-jack starts it.
@@ -163,15 +70,15 @@ context.objects = [
     /// The daemons end and start again while the program plays.
     void expectItSurvivesARestart(const std::vector<std::string>& words, const char* first,
                                   const char* gone, const char* again) {
-        startDaemons();
-        startSessionManager();
+        daemons.start({});
+        daemons.startSessionManager();
         Program playing(words, environment);
         playing.readUntil("AUEnginePlayer: Audio engine starting.");
         ASSERT_TRUE(waitForOutputLines(playing, 1));
-        endDaemons();
+        daemons.end();
         ASSERT_TRUE(waitForOutputLines(playing, 2));
-        startDaemons();
-        startSessionManager();
+        daemons.start({});
+        daemons.startSessionManager();
         ASSERT_TRUE(waitForOutputLines(playing, 3));
         expectExactPasses();
         end(playing);
@@ -180,14 +87,12 @@ context.objects = [
 
     std::string music;
     std::vector<float> threePasses;
-    std::optional<ServerProcess> daemon;
-    std::optional<ServerProcess> pulse;
-    std::optional<ServerProcess> manager;
+    PipeWireDaemons daemons{folder.path()};
 };
 
 TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsPulseAudio) {
-    startDaemons();
-    startSessionManager();
+    daemons.start({});
+    daemons.startSessionManager();
     Program playing(command({"--file", music}), environment);
     playing.readUntil("AUEnginePlayer: Audio engine starting.");
     expectExactPasses();
@@ -197,8 +102,8 @@ TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsPulseAudio) {
 }
 
 TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsJack) {
-    startDaemons();
-    startSessionManager();
+    daemons.start({});
+    daemons.startSessionManager();
     Program playing(onPipeWiresJack(), environment);
     playing.readUntil("AUEnginePlayer: Audio engine starting.");
     expectExactPasses();
@@ -208,7 +113,7 @@ TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsJack) {
 }
 
 TEST_F(PipeWireTest, PlaysOnAVirtualSinkWithoutPhysicalPorts) {
-    startDaemons("media.class = Audio/Duplex node.description = Quiet");
+    daemons.start({.properties = "media.class = Audio/Duplex node.description = Quiet"});
     environment["ORVALO_AUDIO_OUTPUT"] = "jack";
     Program playing(onPipeWiresJack(), environment);
     EXPECT_EQ(playing.readUntil("looped: 2.").back(),
@@ -237,12 +142,12 @@ TEST_F(PipeWireTest, PlaysOnThroughJackAfterARestart) {
 }
 
 TEST_F(PipeWireTest, PlaysSilentlyUntilASessionManagerStarts) {
-    startDaemons();
+    daemons.start({});
     // As an earlier session manager leaves it. pipewire-pulse accepts streams and never plays them.
     EXPECT_TRUE(pollUntil([] {
         const ServerProcess choice(
             {"pw-metadata", "0", "default.audio.sink", R"({"name":"quiet"})"});
-        return defaultSink() == "quiet";
+        return PipeWireDaemons::defaultSink() == "quiet";
     }));
     environment["G_MESSAGES_DEBUG"] = "Orvalo";
     Program playing(command({"--file", music}), environment);
@@ -251,7 +156,7 @@ TEST_F(PipeWireTest, PlaysSilentlyUntilASessionManagerStarts) {
     EXPECT_EQ(playing.readUntil("looped: 2.").back(),
               "AUEnginePlayer: Current audio file '" + music + "' looped: 2.");
     ASSERT_TRUE(pollUntil([&] { return refusals() >= 2; }));
-    startSessionManager();
+    daemons.startSessionManager();
     ASSERT_TRUE(pollUntil(
         [&] { return outputLines(playing).back().starts_with("Audio output: PulseAudio"); }));
     expectExactPasses();
@@ -265,9 +170,10 @@ TEST_F(PipeWireTest, PlaysSilentlyUntilASessionManagerStarts) {
 }
 
 TEST_F(PipeWireTest, RefusesASinkThatRtAudioCannotRead) {
-    startDaemons("media.class = Audio/Sink");
+    daemons.start({.properties = "media.class = Audio/Sink"});
     EXPECT_TRUE(pollUntil([] {
-        return defaultSink() == "the PulseAudio server's device \"quiet\" has no description";
+        return PipeWireDaemons::defaultSink() ==
+               "the PulseAudio server's device \"quiet\" has no description";
     }));
 }
 

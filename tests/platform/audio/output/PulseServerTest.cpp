@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "platform/audio/output/PulseDevice.h"
 #include "platform/audio/output/SupervisedOutput.h"
 #include "tests/platform/audio/output/LogLines.h"
+#include "tests/platform/audio/output/PipeWireDaemons.h"
 #include "tests/platform/audio/output/RecordingSource.h"
 #include "tests/platform/audio/output/SignalCapture.h"
 #include "tests/testing/ServerProcess.h"
@@ -71,34 +73,74 @@ class SinkRecorder {
     std::thread thread_;
 };
 
-/// A private PulseAudio server with a null sink.
-class PulseServerTest : public ::testing::Test {
-  protected:
-    PulseServerTest() {
-        setenv("HOME", folder_.path().c_str(), 1);
-        setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+/// A sound server of PulseAudio's protocol, whose only device is the sink "quiet".
+class SoundServer {
+  public:
+    SoundServer() = default;
+    virtual ~SoundServer() = default;
+    SoundServer(const SoundServer&) = delete;
+    SoundServer& operator=(const SoundServer&) = delete;
+
+    /// Starts it and waits for the sink.
+    virtual void start(const std::string& rate, int channels) = 0;
+    /// Ends it as a crash would.
+    virtual void kill() = 0;
+};
+
+bool isSinkThere() {
+    try {
+        PulseDevice().probe();
+        return true;
+    } catch (const NSError&) {
+        return false;
+    }
+}
+
+class PulseAudio : public SoundServer {
+  public:
+    explicit PulseAudio(const std::filesystem::path& folder)
+        : socket_((folder / "native-socket").string()) {
         setenv("PULSE_SERVER", ("unix:" + socket_).c_str(), 1);
     }
 
-    std::unique_ptr<ServerProcess> startServer(const std::string& rate, int channels) {
+    void start(const std::string& rate, int channels) override {
         std::filesystem::remove(socket_);
-        auto process = std::make_unique<ServerProcess>(std::vector<std::string>{
+        process_.emplace(std::vector<std::string>{
             "pulseaudio", "--daemonize=no", "-n", "--exit-idle-time=-1", "--use-pid-file=no",
             "--disable-shm=yes", "-L",
             "module-null-sink sink_name=quiet format=float32le rate=" + rate +
                 " channels=" + std::to_string(channels),
             "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket_});
-        EXPECT_TRUE(testing::pollUntil([] { return isSinkThere(); }));
-        return process;
+        EXPECT_TRUE(testing::pollUntil(isSinkThere));
     }
+    void kill() override { process_->kill(); }
 
-    static bool isSinkThere() {
-        try {
-            PulseDevice().probe();
-            return true;
-        } catch (const NSError&) {
-            return false;
-        }
+  private:
+    const std::string socket_;
+    std::optional<ServerProcess> process_;
+};
+
+class PipeWire : public SoundServer {
+  public:
+    explicit PipeWire(const std::filesystem::path& folder) : daemons_(folder) {}
+
+    void start(const std::string& rate, int channels) override {
+        daemons_.start({.rate = rate, .channels = channels == 1 ? "MONO" : "FL FR"});
+        daemons_.startSessionManager();
+    }
+    void kill() override { daemons_.kill(); }
+
+  private:
+    testing::PipeWireDaemons daemons_;
+};
+
+/// Built once for each server: ORVALO_TESTED_SERVER is its class.
+class PulseServerTest : public ::testing::Test {
+  protected:
+    PulseServerTest() {
+        setenv("HOME", folder_.path().c_str(), 1);
+        setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+        server_ = std::make_unique<ORVALO_TESTED_SERVER>(folder_.path());
     }
 
     static std::unique_ptr<SupervisedOutput> makeOutput() {
@@ -110,13 +152,13 @@ class PulseServerTest : public ::testing::Test {
     }
 
     const TemporaryFolder folder_;
-    const std::string socket_ = (folder_.path() / "native-socket").string();
+    std::unique_ptr<SoundServer> server_;
     RecordingSource source_;
     LogLines log_;
 };
 
 TEST_F(PulseServerTest, PlaysEverySampleUnchanged) {
-    const auto server = startServer("48000", 2);
+    server_->start("48000", 2);
     setenv("ORVALO_AUDIO_OUTPUT", "pulse", 1);
     const auto output = AudioOutput::system();
     unsetenv("ORVALO_AUDIO_OUTPUT");
@@ -137,16 +179,16 @@ TEST_F(PulseServerTest, PlaysEverySampleUnchanged) {
 }
 
 TEST_F(PulseServerTest, SurvivesAKilledServerAndReturnsToTheNextOne) {
-    auto server = startServer("48000", 2);
+    server_->start("48000", 2);
     const auto output = makeOutput();
     output->format();
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(5));
-    server->kill();
+    server_->kill();
     ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
     ASSERT_TRUE(source_.waitForBlocks(20));
     EXPECT_THAT(source_.formatChanges(), IsEmpty());
-    server = startServer("44100", 1);
+    server_->start("44100", 1);
     ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() != "orvalo-null"; }));
     ASSERT_TRUE(source_.waitForBlocks(5));
     EXPECT_THAT(source_.formatChanges(), ElementsAre(AVAudioFormat{44100.0, 1}));
@@ -181,7 +223,7 @@ TEST_F(PulseServerTest, AlsaPlaysThroughItsDefaultDevice) {
     const auto configuration = (folder_.path() / "asound.conf").string();
     std::ofstream(configuration) << "pcm.!default { type pulse }\nctl.!default { type pulse }\n";
     setenv("ALSA_CONFIG_PATH", configuration.c_str(), 1);
-    auto server = startServer("48000", 2);
+    server_->start("48000", 2);
     std::vector<std::unique_ptr<OutputDevice>> devices;
     devices.push_back(std::make_unique<AlsaDevice>());
     SupervisedOutput output(std::move(devices), SupervisedOutput::Absence::standIn);
@@ -191,7 +233,7 @@ TEST_F(PulseServerTest, AlsaPlaysThroughItsDefaultDevice) {
     // The signal is exact in 16-bit integers and in floats.
     EXPECT_TRUE(
         testing::pollUntil([&] { return recorder.capture().longestExactStretch() >= 24000; }));
-    server->kill();
+    server_->kill();
     ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
     output.stop();
     EXPECT_EQ(source_.overlapCount(), 0U);
