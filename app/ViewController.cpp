@@ -6,6 +6,7 @@
 #include "platform/audio/engine/AVAudioSession.h"
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "platform/audio/unit/AUAudioUnit.h"
+#include "platform/foundation/Bundle.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/Print.h"
@@ -76,7 +77,12 @@ void ViewController::onStopButton(const std::shared_ptr<UIButton>& /*sender*/) {
 
 void ViewController::showHelp(const std::shared_ptr<NSObject>& /*sender*/) {
     const auto site = URL::string(makersSite);
-    UIApplication::shared()->open(unwrapped(site), {}, nullptr);
+    const auto installed = Bundle::main()->resourceURL();
+    UIApplication::shared()->open(
+        isSiteConfigured || !installed
+            ? unwrapped(site)
+            : installed->appendingPathComponent("site").appendingPathComponent("index.html"),
+        {}, nullptr);
     performSegue("ShowHelp", shared(this));
 }
 
