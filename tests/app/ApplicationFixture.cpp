@@ -103,7 +103,7 @@ constexpr const char* kEndOfScreen = "ViewController: The app's resources path i
 
 }  // namespace
 
-ApplicationFixture::ApplicationFixture() {
+ApplicationFixture::ApplicationFixture() : executable(ORVALO_TEST_STAGE "/bin/orvalo-on-loopback") {
     startDesktop();
     startSessionBus();
     environment = {{"ORVALO_AUDIO_OUTPUT", "null"},
@@ -135,8 +135,7 @@ std::string ApplicationFixture::lineWith(const std::string& text) const {
 }
 
 std::unique_ptr<Program> ApplicationFixture::startAgain() const {
-    return std::make_unique<Program>(
-        std::vector<std::string>{ORVALO_TEST_STAGE "/bin/orvalo-on-loopback"}, environment);
+    return std::make_unique<Program>(std::vector<std::string>{executable}, environment);
 }
 
 void ApplicationFixture::focus() {

@@ -51,6 +51,12 @@ std::vector<std::shared_ptr<AVAudioUnitComponent>> LV2World::components() {
     return outside;
 }
 
+void LV2World::forgetManifests() {
+    const std::scoped_lock lock(mutex_);
+    bundles_.reset();
+    loadedPlugins_.clear();
+}
+
 std::vector<std::string> LV2World::bundlesOf(const std::string& pluginURI) {
     const std::scoped_lock lock(mutex_);
     std::vector<std::string> result;

@@ -45,6 +45,10 @@ class LV2World {
     /// warning.
     std::vector<std::shared_ptr<AVAudioUnitComponent>> components();
 
+    /// Reads the manifests again at the next use, because bundles may have been installed. What
+    /// lilv has loaded stays.
+    void forgetManifests();
+
     /// The paths of the bundles that describe a plug-in: its own, and those with presets or codes
     /// for it. A world of these bundles alone has the same data of the plug-in as this world.
     std::vector<std::string> bundlesOf(const std::string& pluginURI);

@@ -113,6 +113,13 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, in
         }
     };
     container_->onLeaving = [this] { close(); };
+    container_->onRetry = [this] {
+        hasFailed_ = false;
+        // Opens the UI at its place, unless the view has left the screen meanwhile.
+        if (container_->place().toplevel != 0) {
+            this->place(container_->place());
+        }
+    };
 }
 
 LV2ViewController::~LV2ViewController() {
@@ -121,6 +128,7 @@ LV2ViewController::~LV2ViewController() {
     container_->onPlace = nullptr;
     container_->onHidden = nullptr;
     container_->onLeaving = nullptr;
+    container_->onRetry = nullptr;
 }
 
 void LV2ViewController::place(const X11ContainerView::Place& place) {
@@ -154,7 +162,7 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
     } catch (const NSError& error) {
         hasFailed_ = true;
         report(error);
-        container_->setMessage("The UI of " + data_.title + " cannot be shown.");
+        container_->setMessage("The UI of " + data_.title + " cannot be shown.", true);
         return;
     }
     pluginUI_->onChange = [this] { showCondition(); };
@@ -187,7 +195,7 @@ void LV2ViewController::closed(const std::string& reason) {
     g_message("The UI of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
     hasFailed_ = true;
     container_->setMinimumSize(-1, -1);
-    container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".");
+    container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".", true);
     pluginUI_ = nullptr;
 }
 
