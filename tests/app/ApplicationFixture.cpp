@@ -111,6 +111,7 @@ ApplicationFixture::ApplicationFixture() : executable(ORVALO_TEST_STAGE "/bin/or
                    {"GTK_A11Y", "atspi"},
                    {"XDG_DATA_HOME", (folder.path() / "data").string()},
                    {"XDG_CONFIG_HOME", (folder.path() / "config").string()},
+                   {"XDG_STATE_HOME", (folder.path() / "state").string()},
                    // For sanitizers: deep stacks, by which the toolkit's leaks are recognised.
                    {"ASAN_OPTIONS", "fast_unwind_on_malloc=0:malloc_context_size=16"},
                    {"LSAN_OPTIONS", "suppressions=" ORVALO_TOOLKIT_LEAKS ":print_suppressions=0"}};

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace orvalo {
 
@@ -21,6 +22,11 @@ std::atomic<std::optional<EffectLoading>>& overridden() {
 ExpectedRendering& expected() {
     static ExpectedRendering rendering;
     return rendering;
+}
+
+EffectMemory& memory() {
+    static EffectMemory memory;
+    return memory;
 }
 
 EffectLoading read(const char* setting) {
@@ -49,6 +55,14 @@ EffectLoading platformEffectLoading() {
 
 void setPlatformEffectLoading(EffectLoading loading) {
     overridden().store(loading);
+}
+
+void setEffectMemory(EffectMemory newMemory) {
+    memory() = std::move(newMemory);
+}
+
+const EffectMemory& effectMemory() {
+    return memory();
 }
 
 ExpectedRendering expectedRendering() {

@@ -9,6 +9,7 @@
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
+#include "platform/plugin-ui/generic/GenericViewController.h"
 #include "platform/plugin-ui/view/WindowShortcuts.h"
 #include "platform/plugin-ui/x11/LV2EmbeddedPluginUI.h"
 #include "platform/plugin-ui/x11/LV2PluginUILibrary.h"
@@ -78,14 +79,22 @@ std::shared_ptr<UIViewController> provide(const std::shared_ptr<LV2AudioUnit>& u
         return makeController(std::static_pointer_cast<LV2LocalAudioUnit>(unit), data);
     } catch (const NSError& error) {
         report(error);
-        return nullptr;
+        const bool isAbsent = error.code() == static_cast<std::int64_t>(LV2ErrorCode::noPluginUI) &&
+                              !unit->data().hasX11UI;
+        return GenericViewController::make(unit, isAbsent ? "" : error.localizedDescription());
     }
+}
+
+/// When the effect service has refused the UI and said why.
+std::shared_ptr<UIViewController> provideSubstitute(const std::shared_ptr<LV2AudioUnit>& unit) {
+    return GenericViewController::make(
+        unit, "The effect’s own UI cannot be shown; the log says why. These are its controls.");
 }
 
 }  // namespace
 
 void LV2ViewController::enable() {
-    LV2AudioUnit::setPluginUIProvider(provide);
+    LV2AudioUnit::setPluginUIProvider(provide, provideSubstitute);
 }
 
 std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2PluginUIData& data, Open open,

@@ -18,9 +18,9 @@ namespace orvalo {
 /// failed or closed is opened again when the view next appears on screen. Main thread.
 class LV2ViewController : public AUViewController {
   public:
-    /// From now on requestViewController() of an LV2 unit returns such a controller; null, with a
-    /// line on standard error that names the plug-in and the reason, when the UI cannot be
-    /// embedded. Call once, at the program's start.
+    /// From now on requestViewController() of an LV2 unit returns such a controller; when the UI
+    /// cannot be embedded a GenericViewController, with a line on standard error that names the
+    /// plug-in and the reason. Call once, at the program's start.
     static void enable();
 
     /// Opens the UI in a toplevel window. Throws NSError.
