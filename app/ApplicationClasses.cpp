@@ -5,6 +5,7 @@
 #include "app/ViewController.h"
 #include "platform/plugin-ui/view/LV2ViewController.h"
 #include "platform/ui/UIClass.h"
+#include "platform/ui/UILabel.h"
 #include "platform/web/WKWebView.h"
 
 namespace orvalo {
@@ -19,6 +20,12 @@ void registerApplicationClasses() {
                                .outlet("playButton", &ViewController::playButton)
                                .outlet("stopButton", &ViewController::stopButton)
                                .outlet("noSoundNotice", &ViewController::noSoundNotice)
+                               .outlet("welcomeText", &ViewController::welcomeText)
+                               .outlet("effectText", &ViewController::effectText)
+                               .outlet("welcomeRetry", &ViewController::welcomeRetry)
+                               .outlet("effectRetry", &ViewController::effectRetry)
+                               .outlet("playingTitle", &ViewController::playingTitle)
+                               .action("onRetryButton", &ViewController::onRetryButton)
                                .action("onButtonUnit", &ViewController::onButtonUnit)
                                .action("onPlayButton", &ViewController::onPlayButton)
                                .action("onStopButton", &ViewController::onStopButton)
@@ -27,6 +34,7 @@ void registerApplicationClasses() {
                                .outlet("webView", &HelpViewController::webView_)
                                .outlet("buttonExit", &HelpViewController::buttonExit)
                                .action("onButtonExit", &HelpViewController::onButtonExit));
+    UILabel::registerClass();
     WKWebView::registerClass();
     LV2ViewController::enable();
 }

@@ -110,6 +110,9 @@ void HelpViewController::viewDidLoad() {
     UIViewController::viewDidLoad();
     webView_->setUIDelegate(shared(this));
     webView_->setNavigationDelegate(shared(this));
+    if (const auto resources = Bundle::main()->resourceURL()) {
+        webView_->setInstalledSite({makersSite, resources->appendingPathComponent("site")});
+    }
 }
 
 void HelpViewController::viewWillAppear(bool animated) {

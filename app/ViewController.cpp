@@ -5,7 +5,10 @@
 #include "hosting/AUExtensionManager.h"
 #include "platform/audio/engine/AVAudioSession.h"
 #include "platform/audio/engine/AVAudioUnit.h"
+#include "platform/audio/file/AudioFileTitle.h"
 #include "platform/audio/unit/AUAudioUnit.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/Print.h"
@@ -18,6 +21,21 @@
 #include "support/view/PinToSuperviewEdges.h"
 
 namespace orvalo {
+
+namespace {
+
+constexpr auto kWelcome =
+    "Press play to hear a demonstration through the effect.\n"
+    "The Effect button shows the effect’s own controls here.";
+constexpr auto kPlaying =
+    "A demonstration plays through the effect.\n"
+    "The Effect button shows the effect’s controls: turn them and listen.";
+constexpr auto kNoEffect =
+    "No effect was found that works. Install Orvalo again, or register another LV2 effect; the "
+    "help "
+    "says how. Until then music plays without an effect.";
+
+}  // namespace
 
 ViewController::ViewController(const std::optional<std::string>& nibName,
                                const std::shared_ptr<Bundle>& bundle)
@@ -56,9 +74,14 @@ void ViewController::onEngineInitialized() {}
 void ViewController::onPlayerStateChanged(bool playing) {
     playButton->setHidden(playing);
     stopButton->setHidden(!playing);
+    isPlaying_ = playing;
+    playingTitle->setHidden(!playing);
+    showWelcome();
 }
 
-void ViewController::onFileSelect(const std::string& /*file*/) {}
+void ViewController::onFileSelect(const std::string& file) {
+    playingTitle->setText(audioFileTitle(file));
+}
 
 void ViewController::onLoop(std::int64_t /*count*/) {}
 
@@ -74,9 +97,31 @@ void ViewController::onStopButton(const std::shared_ptr<UIButton>& /*sender*/) {
     unwrapped(audioUnitManager).togglePlayback();
 }
 
+void ViewController::onRetryButton(const std::shared_ptr<UIButton>& /*sender*/) {
+    setEffectMissing(false);
+    unwrapped(audioUnitManager).searchAgain();
+}
+
+void ViewController::showWelcome() {
+    welcomeText->setText(isEffectMissing_ ? kNoEffect : isPlaying_ ? kPlaying : kWelcome);
+}
+
+void ViewController::setEffectMissing(bool isMissing) {
+    isEffectMissing_ = isMissing;
+    showWelcome();
+    effectText->setText(isMissing ? kNoEffect : "The effect is not loaded yet.");
+    welcomeRetry->setHidden(!isMissing);
+    effectRetry->setHidden(!isMissing);
+}
+
 void ViewController::showHelp(const std::shared_ptr<NSObject>& /*sender*/) {
     const auto site = URL::string(makersSite);
-    UIApplication::shared()->open(unwrapped(site), {}, nullptr);
+    const auto installed = Bundle::main()->resourceURL();
+    UIApplication::shared()->open(
+        isSiteConfigured || !installed
+            ? unwrapped(site)
+            : installed->appendingPathComponent("site").appendingPathComponent("index.html"),
+        {}, nullptr);
     performSegue("ShowHelp", shared(this));
 }
 
@@ -92,6 +137,7 @@ void ViewController::embedPlugInView() {
 
 void ViewController::embed(const std::shared_ptr<UIViewController>& controller) {
     const auto view = controller->view();
+    effectText->setHidden(true);
     addChild(controller);
     view->setFrame(pluginView->bounds());
     pluginView->addSubview(view);
@@ -145,7 +191,15 @@ void ViewController::viewDidLoad() {
     print("Info: Main view controller loaded.");
     playButton->setHidden(false);
     stopButton->setHidden(true);
-    audioUnitManager = AUExtensionManager::init(shared(this));
+    setEffectMissing(false);
+    audioUnitManager = AUExtensionManager::init(shared(this), std::make_shared<AUEnginePlayer>(),
+                                                [screen = weak(this)] {
+                                                    DispatchQueue::main()->async([screen] {
+                                                        if (const auto self = screen.lock()) {
+                                                            self->setEffectMissing(true);
+                                                        }
+                                                    });
+                                                });
     unwrapped(audioUnitManager).auEngine->delegate = shared(this);
     AVAudioSession::sharedInstance()->setRouteChangeHandler(
         [screen = weak(this)](bool isOutputMissing) {

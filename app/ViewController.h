@@ -10,6 +10,7 @@
 #include "platform/foundation/URL.h"
 #include "platform/ui/UIButton.h"
 #include "platform/ui/UIDocumentPickerDelegate.h"
+#include "platform/ui/UILabel.h"
 #include "platform/ui/UIOutlet.h"
 #include "platform/ui/UIViewController.h"
 
@@ -38,6 +39,14 @@ class ViewController : public UIViewController,
     UIOutlet<UIButton> stopButton{"ViewController.stopButton"};
     /// Visible while the application plays without a sound device.
     UIOutlet<UIView> noSoundNotice{"ViewController.noSoundNotice"};
+    /// What the stage says while no plug-in UI is shown, and while there is none to show.
+    UIOutlet<UILabel> welcomeText{"ViewController.welcomeText"};
+    UIOutlet<UILabel> effectText{"ViewController.effectText"};
+    /// Visible while there is no effect.
+    UIOutlet<UIButton> welcomeRetry{"ViewController.welcomeRetry"};
+    UIOutlet<UIButton> effectRetry{"ViewController.effectRetry"};
+    /// The title of what plays.
+    UIOutlet<UILabel> playingTitle{"ViewController.playingTitle"};
 
   private:
     std::string documentsPath;
@@ -69,6 +78,9 @@ class ViewController : public UIViewController,
     virtual void onStopButton(const std::shared_ptr<UIButton>& sender);
     /// Opens the maker's site in the browser and the help page in this window.
     virtual void showHelp(const std::shared_ptr<NSObject>& sender);
+
+    /// Searches for the effect again.
+    void onRetryButton(const std::shared_ptr<UIButton>& sender);
 
   private:
     virtual void embedPlugInView();
@@ -108,6 +120,11 @@ class ViewController : public UIViewController,
     friend struct ViewControllerPeer;  ///< For tests.
 
     void embed(const std::shared_ptr<UIViewController>& controller);
+    void showWelcome();
+    void setEffectMissing(bool isMissing);
+
+    bool isEffectMissing_ = false;
+    bool isPlaying_ = false;
 };
 
 }  // namespace orvalo

@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "app/ApplicationClasses.h"
+#include "app/EffectRestoration.h"
 #include "platform/foundation/Print.h"
 #include "platform/ui/UIApplicationMain.h"
 
@@ -11,6 +12,7 @@ int main(int argc, char** argv) {
     // What is larger than files may be is then an error like others.
     std::signal(SIGXFSZ, SIG_IGN);
     registerApplicationClasses();
+    restoreEffect();
     UIApplicationMain(argc, argv, std::nullopt, "AppDelegate");
     return EXIT_SUCCESS;
 }

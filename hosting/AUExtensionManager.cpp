@@ -145,6 +145,13 @@ void AUExtensionManager::connectParametersToControls() {
     }
 }
 
+void AUExtensionManager::searchAgain() {
+    DispatchQueue::global()->async([self = shared(this)] {
+        AVAudioUnitComponentManager::sharedAudioUnitComponentManager()->readAgain();
+        self->search();
+    });
+}
+
 bool AUExtensionManager::togglePlayback() {
     return auEngine->toggle();
 }

@@ -76,6 +76,9 @@ class AUExtensionManager : public NSObject {
   public:
     /// Reserved for binding parameters to controls. Prints a warning without audioUnit.
     virtual void connectParametersToControls();
+    /// Reads the registry again and searches as init() does, for an effect that was installed
+    /// since. Only after the search has ended without an effect.
+    void searchAgain();
     /// AUEnginePlayer::toggle().
     virtual bool togglePlayback();
     /// Stops playback and removes the effect from the engine. The last operation.

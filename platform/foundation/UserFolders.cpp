@@ -20,6 +20,10 @@ std::filesystem::path userDataFolder() {
     return absolute(g_get_user_data_dir(), ".local/share");
 }
 
+std::filesystem::path userStateFolder() {
+    return absolute(g_get_user_state_dir(), ".local/state");
+}
+
 std::filesystem::path userCacheFolder() {
     return absolute(g_get_user_cache_dir(), ".cache");
 }

@@ -12,6 +12,8 @@ namespace orvalo {
 std::filesystem::path userConfigurationFolder();
 /// $XDG_DATA_HOME, else ~/.local/share.
 std::filesystem::path userDataFolder();
+/// $XDG_STATE_HOME, else ~/.local/state.
+std::filesystem::path userStateFolder();
 /// $XDG_CACHE_HOME, else ~/.cache.
 std::filesystem::path userCacheFolder();
 

@@ -23,7 +23,9 @@ bool launch(const std::string& address) {
     bool isLaunched = false;
     const GText scheme(g_uri_parse_scheme(address.c_str()));
     const GObjectPointer<GAppInfo> program(
-        scheme == nullptr ? nullptr : g_app_info_get_default_for_uri_scheme(scheme.get()));
+        scheme == nullptr                   ? nullptr
+        : g_str_equal(scheme.get(), "file") ? g_app_info_get_default_for_type("text/html", TRUE)
+                                            : g_app_info_get_default_for_uri_scheme(scheme.get()));
     if (program != nullptr) {
         std::string text = address;
         GList list{text.data(), nullptr, nullptr};

@@ -4,6 +4,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/foundation/URL.h"
 #include "platform/ui/UIResponder.h"
@@ -26,10 +28,15 @@ class UIApplication : public UIResponder {
     virtual void open(const URL& url, const std::map<std::string, std::string>& options,
                       std::function<void(bool)> completion);
 
+    /// Calls work when the application ends: after its window is closed, and on SIGTERM, SIGINT and
+    /// SIGHUP.
+    void atEnd(std::function<void()> work) { endings_.push_back(std::move(work)); }
+
   protected:
     friend struct UIApplicationStart;
 
     std::shared_ptr<UIApplicationDelegate> delegate_;
+    std::vector<std::function<void()>> endings_;
 };
 
 }  // namespace orvalo

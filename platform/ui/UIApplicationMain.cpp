@@ -1,8 +1,10 @@
 #include "platform/ui/UIApplicationMain.h"
 
+#include <glib-unix.h>
 #include <gtk/gtk.h>
 
 #include <clocale>
+#include <csignal>
 #include <cstdlib>
 #include <memory>
 #include <utility>
@@ -20,6 +22,7 @@
 #include "platform/ui/UIStoryboard.h"
 #include "platform/ui/UIViewController.h"
 #include "platform/ui/UIWindow.h"
+#include "platform/ui/WindowSize.h"
 
 namespace orvalo {
 
@@ -69,6 +72,7 @@ struct UIApplicationStart {
         window->setRootViewController(layout->instantiateInitialViewController());
         auto* toolkitWindow = GTK_WINDOW(window->widget());
         gtk_application_add_window(application.get(), toolkitWindow);
+        keepWindowSize(toolkitWindow);
         // The icon's many sizes take time to draw; the first frame must not wait for them.
         g_timeout_add_once(
             kIconDelay,
@@ -122,7 +126,24 @@ struct UIApplicationStart {
     void shutDown() const {
         if (window) {
             delegate().applicationWillTerminate(UIApplication::shared());
+            for (const auto& ending : UIApplication::shared()->endings_) {
+                ending();
+            }
         }
+    }
+
+    /// Ends the process by the signal, as it would have without a handler, after shutDown().
+    template <int number>
+    void endOnSignal() {
+        g_unix_signal_add(
+            number,
+            [](void* start) -> gboolean {
+                static_cast<UIApplicationStart*>(start)->shutDown();
+                std::signal(number, SIG_DFL);
+                std::raise(number);
+                return G_SOURCE_REMOVE;
+            },
+            this);
     }
 };
 
@@ -166,6 +187,9 @@ int UIApplicationMain(int argc, char** argv, const std::optional<std::string>& p
     g_signal_connect_swapped(application, "shutdown",
                              G_CALLBACK(+[](UIApplicationStart* self) { self->shutDown(); }),
                              &start);
+    start.endOnSignal<SIGTERM>();
+    start.endOnSignal<SIGINT>();
+    start.endOnSignal<SIGHUP>();
     if (const int status = g_application_run(application, argc, argv); status != 0) {
         std::exit(status);  // NOLINT(concurrency-mt-unsafe): no window was opened.
     }

@@ -15,9 +15,11 @@ struct LoadWatch::Signals {
             case WEBKIT_LOAD_STARTED:
             case WEBKIT_LOAD_REDIRECTED:
                 self->address_ = self->announced_;
+                self->isCommitted_ = false;
                 self->restart();
                 break;
             case WEBKIT_LOAD_COMMITTED:
+                self->isCommitted_ = true;
                 self->restart();
                 break;
             case WEBKIT_LOAD_FINISHED:
@@ -82,6 +84,9 @@ void LoadWatch::expire() {
     stop(State::idle);
     g_warning("%s sent nothing for %g s; its load was stopped.", address_.c_str(), interval_);
     lateWebKit(webkit_web_view_stop_loading)(view_);
+    if (!isCommitted_ && onExpired) {
+        onExpired(address_);
+    }
 }
 
 }  // namespace orvalo

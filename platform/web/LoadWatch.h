@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -18,6 +19,9 @@ class LoadWatch {
     ~LoadWatch();
     LoadWatch(const LoadWatch&) = delete;
     LoadWatch& operator=(const LoadWatch&) = delete;
+
+    /// A load was stopped before any of its page arrived. May be empty.
+    std::function<void(const std::string& address)> onExpired;
 
     /// The time-out of subsequent loads. seconds: above 0.
     void setInterval(double seconds);
@@ -38,7 +42,8 @@ class LoadWatch {
     WebKitWebView* view_;
     double interval_;
     std::string announced_;
-    std::string address_;  // Of the current load.
+    std::string address_;       // Of the current load.
+    bool isCommitted_ = false;  // The current load has begun to show its page.
     State state_ = State::idle;
     std::shared_ptr<Timer> timer_;
 };

@@ -78,6 +78,14 @@ struct WKWebView::Signals {
         return TRUE;
     }
 
+    static gboolean loadFailed(WebKitWebView* /*engine*/, WebKitLoadEvent /*event*/,
+                               const char* address, const GError* error, gpointer view) {
+        if (!isWanted(error)) {
+            static_cast<WKWebView*>(view)->showInstalled(address);
+        }
+        return FALSE;
+    }
+
     static GtkWidget* create(WebKitWebView* /*engine*/, WebKitNavigationAction* action,
                              gpointer view) {
         const auto created = static_cast<WKWebView*>(view)->createWebView(action);
@@ -100,9 +108,14 @@ void WKWebView::connect() {
     // Scripts may request windows; the delegate decides.
     lateWebKit(webkit_settings_set_javascript_can_open_windows_automatically)(
         lateWebKit(webkit_web_view_get_settings)(engine()), TRUE);
+    // Until a page is drawn, the window shows through, which is light or dark as the desktop wants.
+    constexpr GdkRGBA transparent{};
+    lateWebKit(webkit_web_view_set_background_color)(engine(), &transparent);
     g_signal_connect(engine(), "decide-policy", G_CALLBACK(Signals::decidePolicy), this);
     g_signal_connect(engine(), "create", G_CALLBACK(Signals::create), this);
+    g_signal_connect(engine(), "load-failed", G_CALLBACK(Signals::loadFailed), this);
     watch_ = std::make_unique<LoadWatch>(engine());
+    watch_->onExpired = [this](const auto& address) { showInstalled(address); };
     reportTrouble(engine());
 }
 
@@ -147,10 +160,16 @@ void WKWebView::setNavigationDelegate(const std::shared_ptr<WKNavigationDelegate
     navigationDelegate_ = delegate;
 }
 
+void WKWebView::setInstalledSite(InstalledSite site) {
+    requireMainThread("WKWebView.setInstalledSite");
+    installedSite_ = std::move(site);
+}
+
 std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {
     requireMainThread("WKWebView.load");
     if (request.url) {
         if (canLoad()) {
+            installed_.clear();
             watch_->setInterval(request.timeout());
             lateWebKit(webkit_web_view_load_uri)(engine(), request.url->absoluteString().c_str());
         }
@@ -182,8 +201,15 @@ void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& r
     const auto settle = open(
         decision, "The decision handler of webView(decidePolicyFor: WKNavigationAction)", halts);
     const auto answer = [settle, request, view = weak(this)](bool isAllowed) {
+        const auto still = view.lock();
+        if (still && isAllowed && request.url &&
+            still->isBetweenInstalled(request.url->absoluteString())) {
+            settle(false);
+            still->showInstalled(request.url->absoluteString());
+            return;
+        }
         settle(isAllowed);
-        if (const auto still = view.lock(); still && isAllowed && request.url) {
+        if (still && isAllowed && request.url) {
             still->watch_->announce(request.url->absoluteString());
         }
     };
@@ -195,6 +221,21 @@ void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& r
     } else {
         answer(true);
     }
+}
+
+void WKWebView::showInstalled(const std::string& wanted) {
+    if (const auto page = installedSite_ ? installedSite_->page(wanted) : std::nullopt) {
+        installed_ = wanted;
+        // The engine does not ask whether it may show such a page.
+        lateWebKit(webkit_web_view_load_alternate_html)(engine(), page->c_str(), wanted.c_str(),
+                                                        wanted.c_str());
+    }
+}
+
+bool WKWebView::isBetweenInstalled(const std::string& address) const {
+    // A link to a place in the same page needs no load.
+    return !installed_.empty() && withoutFragment(address) != withoutFragment(installed_) &&
+           installedSite_->page(address);
 }
 
 void WKWebView::decideResponse(WebKitPolicyDecision* decision) {

@@ -9,6 +9,7 @@
 #include "platform/foundation/URL.h"
 #include "platform/foundation/URLRequest.h"
 #include "platform/ui/UIView.h"
+#include "platform/web/InstalledSite.h"
 
 using WebKitWebView = struct _WebKitWebView;  // NOLINT(bugprone-reserved-identifier): WebKit's own.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): WebKit's own.
@@ -50,6 +51,11 @@ class WKWebView : public UIView {
     std::shared_ptr<WKNavigationDelegate> navigationDelegate() const;
     void setNavigationDelegate(const std::shared_ptr<WKNavigationDelegate>& delegate);
 
+    /// Pages to show, without asking the delegates, where an address of their site cannot be
+    /// reached: without a network or such a host, when it does not answer in time or fails to prove
+    /// its identity. Links between them show installed pages, too; load() tries the site again.
+    void setInstalledSite(InstalledSite site);
+
     /// Starts to load an address. A load that makes no progress within the request's time-out is
     /// stopped; the time-out also applies to links followed from there. A request without an
     /// address is passed to the delegate and loads nothing.
@@ -68,6 +74,10 @@ class WKWebView : public UIView {
     void decideAction(WebKitPolicyDecision* decision, const URLRequest& request, bool halts);
     void decideResponse(WebKitPolicyDecision* decision);
     std::shared_ptr<WKWebView> createWebView(WebKitNavigationAction* action);
+    /// Shows the installed page of an address, if there is one.
+    void showInstalled(const std::string& wanted);
+    /// Whether an address leads from an installed page to another one.
+    bool isBetweenInstalled(const std::string& address) const;
     /// Keeps a decision open until the returned function is called.
     std::function<void(bool)> open(WebKitPolicyDecision* decision, const std::string& handler,
                                    bool halts);
@@ -77,6 +87,9 @@ class WKWebView : public UIView {
     std::weak_ptr<WKNavigationDelegate> navigationDelegate_;
     std::vector<std::shared_ptr<PolicyDecision>> decisions_;
     std::unique_ptr<LoadWatch> watch_;
+    std::optional<InstalledSite> installedSite_;
+    /// The address of the installed page that is shown; empty while the site's own pages are.
+    std::string installed_;
 };
 
 }  // namespace orvalo

@@ -4,15 +4,14 @@
 
 namespace orvalo {
 
-namespace {
-
-/// Whether a load was stopped by a delegate or by the view.
 bool isWanted(const GError* error) {
     return g_error_matches(error, lateWebKit(webkit_network_error_quark)(),
                            WEBKIT_NETWORK_ERROR_CANCELLED) ||
            g_error_matches(error, lateWebKit(webkit_policy_error_quark)(),
                            WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
 }
+
+namespace {
 
 gboolean loadFailed(WebKitWebView* /*view*/, WebKitLoadEvent /*event*/, const char* address,
                     const GError* error, gpointer /*data*/) {

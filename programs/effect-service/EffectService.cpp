@@ -151,6 +151,14 @@ void EffectService::take(const bridge::LoadPluginUI& request) {
     answerAfter(request.number, [this] { pluginUIParts(); });
 }
 
+void EffectService::take(const bridge::SetControl& request) {
+    effect_->setControl(request.control);
+}
+
+void EffectService::take(const bridge::SaveState& request) {
+    answerAfter(request.number, [] {});
+}
+
 std::shared_ptr<const PluginUIParts> EffectService::pluginUIParts() {
     if (pluginUIParts_ == nullptr) {
         pluginUIParts_ = std::make_shared<PluginUIParts>(*effect_->unit());

@@ -40,6 +40,8 @@ class EffectService {
     void take(const bridge::ShowPluginUI& request);
     void take(const bridge::ClosePluginUI& request);
     void take(const bridge::LoadPluginUI& request);
+    void take(const bridge::SetControl& request);
+    void take(const bridge::SaveState& request);
 
     ServiceConnection connection_;
     std::unique_ptr<LoadedEffect> effect_;  // Null before Instantiate, and when that fails.

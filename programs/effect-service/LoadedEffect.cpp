@@ -84,6 +84,15 @@ void LoadedEffect::loadPreset(const std::string& uri) {
     }
 }
 
+void LoadedEffect::setControl(const bridge::ControlValue& control) {
+    const auto& ports = unit_->data().ports;
+    if (control.port < ports.size() && ports[control.port].kind == LV2PortKind::control &&
+        ports[control.port].isInput) {
+        unit_->controls().setValue(control.port, control.value);
+        publishControls();
+    }
+}
+
 void LoadedEffect::publish() {
     publishControls();
     stateWatch_.sendIfChanged();

@@ -25,6 +25,8 @@ class LoadedEffect {
     const std::shared_ptr<LV2LocalAudioUnit>& unit() const { return unit_; }
     /// Loads the preset with that URI. Throws NSError when it does not exist or cannot be read.
     void loadPreset(const std::string& uri);
+    /// Sets a control input and publishes it; ignores other ports.
+    void setControl(const bridge::ControlValue& control);
     /// Sends the state when it has changed, publishes the control values, logs lost MIDI.
     void publish();
     /// Copies the control values into the shared memory.

@@ -103,7 +103,7 @@ constexpr const char* kEndOfScreen = "ViewController: The app's resources path i
 
 }  // namespace
 
-ApplicationFixture::ApplicationFixture() {
+ApplicationFixture::ApplicationFixture() : executable(ORVALO_TEST_STAGE "/bin/orvalo-on-loopback") {
     startDesktop();
     startSessionBus();
     environment = {{"ORVALO_AUDIO_OUTPUT", "null"},
@@ -111,6 +111,7 @@ ApplicationFixture::ApplicationFixture() {
                    {"GTK_A11Y", "atspi"},
                    {"XDG_DATA_HOME", (folder.path() / "data").string()},
                    {"XDG_CONFIG_HOME", (folder.path() / "config").string()},
+                   {"XDG_STATE_HOME", (folder.path() / "state").string()},
                    // For sanitizers: deep stacks, by which the toolkit's leaks are recognised.
                    {"ASAN_OPTIONS", "fast_unwind_on_malloc=0:malloc_context_size=16"},
                    {"LSAN_OPTIONS", "suppressions=" ORVALO_TOOLKIT_LEAKS ":print_suppressions=0"}};
@@ -135,8 +136,7 @@ std::string ApplicationFixture::lineWith(const std::string& text) const {
 }
 
 std::unique_ptr<Program> ApplicationFixture::startAgain() const {
-    return std::make_unique<Program>(
-        std::vector<std::string>{ORVALO_TEST_STAGE "/bin/orvalo-on-loopback"}, environment);
+    return std::make_unique<Program>(std::vector<std::string>{executable}, environment);
 }
 
 void ApplicationFixture::focus() {

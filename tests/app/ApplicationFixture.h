@@ -70,6 +70,8 @@ class ApplicationFixture : public ::testing::Test {
     static constexpr EffectSpot kPresets{0.5, 0.036};
     static constexpr EffectSpot kPower{0.91, 0.036};
 
+    /// The application's path.
+    std::string executable;
     Program::Environment environment;
     TemporaryFolder folder;
     std::unique_ptr<Program> program;

@@ -73,6 +73,8 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
                      Contains("The UI of Orvalo is closed: the effect has died too often, "
                               "and playback goes on dry."));
     }));
+    ASSERT_TRUE(tree.press("Try Again"));
+    EXPECT_TRUE(pollUntil([] { return effectPlace().has_value(); }));
     EXPECT_EQ(quit(), 0);
     EXPECT_TRUE(pollUntil([this] { return processes().empty(); }));
     // A stopped service is detected by the audio or by the messages; the time differs under

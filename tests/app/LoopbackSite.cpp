@@ -27,5 +27,6 @@ std::string loopbackAddress() {
 }  // namespace
 
 const std::string makersSite = loopbackAddress();
+const bool isSiteConfigured = true;
 
 }  // namespace orvalo

@@ -6,6 +6,7 @@
 
 #include "platform/web/WebSandbox.h"
 #include "tests/app/ApplicationFixture.h"
+#include "tests/app/Screenshot.h"
 #include "tests/platform/web/Site.h"
 #include "tests/testing/WaitUntil.h"
 
@@ -42,9 +43,10 @@ class PagesTest : public ApplicationFixture {
         std::ofstream(applications / "browser.desktop")
             << "[Desktop Entry]\nType=Application\nName=Browser\nExec="
             << (folder.path() / "browser").string()
-            << " %u\nMimeType=x-scheme-handler/http;x-scheme-handler/https;\n";
+            << " %u\nMimeType=x-scheme-handler/http;x-scheme-handler/https;text/html;\n";
         std::ofstream(folder.path() / "config/mimeapps.list")
-            << "[Default Applications]\nx-scheme-handler/http=browser.desktop\n";
+            << "[Default "
+               "Applications]\nx-scheme-handler/http=browser.desktop\ntext/html=browser.desktop\n";
     }
     std::filesystem::path opened() const { return folder.path() / "opened"; }
 
@@ -88,6 +90,27 @@ TEST_F(PagesTest, HelpShowsItsPageAndOpensTheSiteInTheBrowser) {
     EXPECT_EQ(quit(), 0);
     EXPECT_EQ(program->readAll(), Lines{site.address("/DYNAMICS/")});
     EXPECT_THAT(program->standardError(), HasSubstr("foreign\n"));
+}
+
+TEST_F(PagesTest, WithoutASiteTheInstalledPagesAreShown) {
+    environment.erase("ORVALO_TEST_SITE");
+    start();
+    key("F1");
+    EXPECT_EQ(program->readUntil("https://"),
+              (Lines{"ShowHelp", "navigationAction: ", "https://orvalo.example/DYNAMICS/"}));
+    // The ground of the pages, which the engine draws in a process of its own.
+    EXPECT_TRUE(pollUntil([] {
+        const auto window = place();
+        return Screenshot().count(0xF7F8F9, window.x, window.y, window.width, window.height) >
+               window.width * window.height / 2;
+    }));
+    ASSERT_TRUE(pollUntil([this] { return std::filesystem::exists(opened()); }));
+    std::string address;
+    std::getline(std::ifstream(opened()), address);
+    EXPECT_EQ(address, std::filesystem::path(ORVALO_TEST_STAGE "/share/orvalo/site/index.html"));
+    leavePage();
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(program->readAll(), Lines{});
 }
 
 TEST_F(PagesTest, ASiteWithoutAnAddressEndsTheProgram) {

@@ -33,8 +33,9 @@ class SoundNoticeTest : public ApplicationFixture {
 
     bool isNoticeShown() const {
         const auto names = tree.names();
-        return std::find(names.begin(), names.end(), "No sound device: playing silently") !=
-               names.end();
+        return std::ranges::count(names,
+                                  "No sound device: playing silently. Connect one, or start a "
+                                  "sound server; it is used at once.") == 1;
     }
 
     /// The number of pixels in the notice's colour in the window.

@@ -14,5 +14,6 @@ const char* chosenSite() {
 }  // namespace
 
 const std::string makersSite = chosenSite();
+const bool isSiteConfigured = std::getenv("ORVALO_TEST_SITE") != nullptr;
 
 }  // namespace orvalo

@@ -82,7 +82,7 @@ TEST_F(WaylandTest, WithoutXwaylandItPlaysAndSaysWhyThereIsNoPluginUI) {
     const std::string reason =
         "it is an X11 window, and this desktop has no X server (on Wayland, install Xwayland).";
     EXPECT_TRUE(pollUntil([&] {
-        return ::testing::Matches(Contains("The UI of Orvalo cannot be shown: " + reason))(
+        return ::testing::Matches(Contains("The UI of <urn:tessaly:orvalo> cannot be shown: " + reason))(
             tree_.names());
     }));
     EXPECT_TRUE(pollUntil([this] { return isStageDark(); }));

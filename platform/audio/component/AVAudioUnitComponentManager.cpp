@@ -39,8 +39,13 @@ std::vector<std::shared_ptr<AVAudioUnitComponent>> AVAudioUnitComponentManager::
     const bool isOneEffect = withoutFlags.componentType != 0 &&
                              withoutFlags.componentSubType != 0 &&
                              withoutFlags.componentManufacturer != 0;
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> known;
+    {
+        const std::scoped_lock lock(mutex_);
+        known = components_;
+    }
     std::vector<std::shared_ptr<AVAudioUnitComponent>> result;
-    for (const auto& component : components_) {
+    for (const auto& component : known) {
         const auto& stated = component->audioComponentDescription;
         if (matches(stated, matchingDescription)) {
             result.push_back(component);
@@ -49,6 +54,14 @@ std::vector<std::shared_ptr<AVAudioUnitComponent>> AVAudioUnitComponentManager::
         }
     }
     return result;
+}
+
+void AVAudioUnitComponentManager::readAgain() {
+    auto& world = LV2World::shared();
+    world.forgetManifests();
+    auto components = world.components();
+    const std::scoped_lock lock(mutex_);
+    components_ = std::move(components);
 }
 
 void AVAudioUnitComponentManager::sayPassedOver(const AVAudioUnitComponent& component,

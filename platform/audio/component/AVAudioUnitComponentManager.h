@@ -12,8 +12,8 @@
 
 namespace orvalo {
 
-/// The component registry: the LV2 plug-ins on the search path that have component codes. Read
-/// once, at the first use. Any thread.
+/// The component registry: the LV2 plug-ins on the search path that have component codes. Read at
+/// the first use and by readAgain(). Any thread.
 class AVAudioUnitComponentManager : public NSObject {
   public:
     static const std::shared_ptr<AVAudioUnitComponentManager>& sharedAudioUnitComponentManager();
@@ -25,12 +25,15 @@ class AVAudioUnitComponentManager : public NSObject {
     std::vector<std::shared_ptr<AVAudioUnitComponent>> components(
         const AudioComponentDescription& matchingDescription) const;
 
+    /// Reads the registry again, because effects may have been installed.
+    void readAgain();
+
   private:
     AVAudioUnitComponentManager();
     void sayPassedOver(const AVAudioUnitComponent& component, std::uint32_t wantedFlags) const;
 
-    const std::vector<std::shared_ptr<AVAudioUnitComponent>> components_;
-    mutable std::mutex mutex_;  // Guards passedOver_.
+    mutable std::mutex mutex_;  // Guards the members below.
+    std::vector<std::shared_ptr<AVAudioUnitComponent>> components_;
     mutable std::unordered_set<std::string> passedOver_;
 };
 

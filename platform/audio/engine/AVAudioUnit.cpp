@@ -61,9 +61,30 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
         return std::make_shared<LV2LocalAudioUnit>(world, uri, description,
                                                    LV2UnitStart{.rendering = expectedRendering()});
     }
-    return std::make_shared<BridgedAudioUnit>(
-        world, uri, description, Bundle::main()->helperURL("effect-service").path(), BridgeLimits{},
-        expectedRendering(), groupFolders(description));
+    const auto& memory = effectMemory();
+    const auto make = [&](const LV2FullState& start) {
+        return std::make_shared<BridgedAudioUnit>(
+            world, uri, description, Bundle::main()->helperURL("effect-service").path(),
+            BridgeLimits{}, expectedRendering(), groupFolders(description), start);
+    };
+    const auto recalled = memory.recall ? memory.recall(uri) : std::nullopt;
+    std::shared_ptr<BridgedAudioUnit> unit;
+    if (recalled) {
+        try {
+            unit = make(*recalled);
+        } catch (const NSError& error) {
+            g_warning("The effect <%s> does not start from its saved state; it starts with its "
+                      "default: %s",
+                      uri.c_str(), error.what());
+        }
+    }
+    if (unit == nullptr) {
+        unit = make({});
+    }
+    if (memory.made) {
+        memory.made(unit);
+    }
+    return unit;
 }
 
 }  // namespace

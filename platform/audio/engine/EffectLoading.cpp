@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace orvalo {
 
@@ -20,6 +21,11 @@ std::optional<EffectLoading>& overridden() {
 ExpectedRendering& expected() {
     static ExpectedRendering rendering;
     return rendering;
+}
+
+EffectMemory& memory() {
+    static EffectMemory memory;
+    return memory;
 }
 
 EffectLoading read(const char* setting) {
@@ -48,6 +54,14 @@ EffectLoading platformEffectLoading() {
 
 void setPlatformEffectLoading(EffectLoading loading) {
     overridden() = loading;
+}
+
+void setEffectMemory(EffectMemory newMemory) {
+    memory() = std::move(newMemory);
+}
+
+const EffectMemory& effectMemory() {
+    return memory();
 }
 
 ExpectedRendering expectedRendering() {

@@ -11,6 +11,11 @@ LV2AudioUnit::PluginUIProvider& provider() {
     return provider;
 }
 
+LV2AudioUnit::PluginUIProvider& substituteProvider() {
+    static LV2AudioUnit::PluginUIProvider provider;
+    return provider;
+}
+
 }  // namespace
 
 LV2AudioUnit::LV2AudioUnit(LV2World& world, const std::string& uri,
@@ -72,8 +77,13 @@ const std::vector<LV2Preset>& LV2AudioUnit::presets() const {
     return presets_;
 }
 
-void LV2AudioUnit::setPluginUIProvider(PluginUIProvider newProvider) {
+void LV2AudioUnit::setPluginUIProvider(PluginUIProvider newProvider, PluginUIProvider substitute) {
     provider() = std::move(newProvider);
+    substituteProvider() = std::move(substitute);
+}
+
+const LV2AudioUnit::PluginUIProvider& LV2AudioUnit::substituteUIProvider() {
+    return substituteProvider();
 }
 
 const LV2AudioUnit::PluginUIProvider& LV2AudioUnit::pluginUIProvider() {

@@ -40,9 +40,11 @@ class LV2AudioUnit : public AUAudioUnit {
     using PluginUIProvider =
         std::function<std::shared_ptr<UIViewController>(const std::shared_ptr<LV2AudioUnit>&)>;
     /// Sets the provider of all units; call before the first request. Without a provider no unit
-    /// has a UI.
-    static void setPluginUIProvider(PluginUIProvider provider);
+    /// has a UI. substitute: makes the view controller when the plug-in's UI was refused before
+    /// provider was called; may be empty.
+    static void setPluginUIProvider(PluginUIProvider provider, PluginUIProvider substitute = {});
     static const PluginUIProvider& pluginUIProvider();
+    static const PluginUIProvider& substituteUIProvider();
 
   protected:
     /// Reads the plug-in's data; the world must outlive the unit. Throws NSError as

@@ -85,6 +85,12 @@ std::vector<std::string> LV2World::pluginURIs(const std::filesystem::path& bundl
     return result;
 }
 
+void LV2World::forgetManifests() {
+    const std::scoped_lock lock(mutex_);
+    bundles_.reset();
+    loadedPlugins_.clear();
+}
+
 std::vector<std::string> LV2World::bundlesOf(const std::string& pluginURI) {
     const std::scoped_lock lock(mutex_);
     std::vector<std::string> result;

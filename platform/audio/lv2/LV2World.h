@@ -53,6 +53,10 @@ class LV2World {
     /// The URIs of the plug-ins, sorted: of all bundles, or of the one at that path.
     std::vector<std::string> pluginURIs(const std::filesystem::path& bundle = {});
 
+    /// Reads the manifests again at the next use, because bundles may have been installed. What
+    /// lilv has loaded stays.
+    void forgetManifests();
+
     /// The paths of the bundles that describe a plug-in: its own, and those with presets or codes
     /// for it. A world of these bundles alone has the same data of the plug-in as this world.
     std::vector<std::string> bundlesOf(const std::string& pluginURI);

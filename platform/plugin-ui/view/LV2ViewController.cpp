@@ -9,6 +9,7 @@
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
+#include "platform/plugin-ui/generic/GenericViewController.h"
 #include "platform/plugin-ui/view/WindowShortcuts.h"
 #include "platform/plugin-ui/x11/LV2EmbeddedPluginUI.h"
 #include "platform/plugin-ui/x11/LV2PluginUILibrary.h"
@@ -44,15 +45,6 @@ void report(const NSError& error) {
     g_warning("%s", error.localizedDescription().c_str());
 }
 
-/// A controller whose view says why there is no plug-in UI.
-std::shared_ptr<UIViewController> makeNotice(const std::string& title, const std::string& reason) {
-    const auto view = std::make_shared<X11ContainerView>(G_PRIORITY_DEFAULT);
-    view->setMessage("The UI of " + title + " cannot be shown: " + reason + ".");
-    auto result = std::make_shared<AUViewController>(std::nullopt, nullptr);
-    result->setView(view);
-    return result;
-}
-
 std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<LV2LocalAudioUnit>& unit,
                                                   const LV2PluginUIData& data) {
     auto library = std::make_shared<LV2PluginUILibrary>(data);
@@ -81,8 +73,7 @@ std::shared_ptr<UIViewController> provide(const std::shared_ptr<LV2AudioUnit>& u
     try {
         const auto data = LV2PluginUIData::read(unit->world(), unit->data());
         if (!canEmbed()) {
-            report(pluginUIError(LV2ErrorCode::noPluginUI, data.plugin, kNoX11));
-            return makeNotice(data.title, kNoX11);
+            throw pluginUIError(LV2ErrorCode::noPluginUI, data.plugin, kNoX11);
         }
         if (const auto bridged = std::dynamic_pointer_cast<BridgedAudioUnit>(unit)) {
             return makeController(bridged, data);
@@ -90,14 +81,22 @@ std::shared_ptr<UIViewController> provide(const std::shared_ptr<LV2AudioUnit>& u
         return makeController(std::static_pointer_cast<LV2LocalAudioUnit>(unit), data);
     } catch (const NSError& error) {
         report(error);
-        return nullptr;
+        const bool isAbsent = error.code() == static_cast<std::int64_t>(LV2ErrorCode::noPluginUI) &&
+                              !unit->data().hasX11UI;
+        return GenericViewController::make(unit, isAbsent ? "" : error.localizedDescription());
     }
+}
+
+/// When the effect service has refused the UI and said why.
+std::shared_ptr<UIViewController> provideSubstitute(const std::shared_ptr<LV2AudioUnit>& unit) {
+    return GenericViewController::make(
+        unit, "The effect’s own UI cannot be shown; the log says why. These are its controls.");
 }
 
 }  // namespace
 
 void LV2ViewController::enable() {
-    LV2AudioUnit::setPluginUIProvider(provide);
+    LV2AudioUnit::setPluginUIProvider(provide, provideSubstitute);
 }
 
 std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2PluginUIData& data, Open open,
@@ -125,6 +124,13 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, in
         }
     };
     container_->onLeaving = [this] { close(); };
+    container_->onRetry = [this] {
+        hasFailed_ = false;
+        // Opens the UI at its place, unless the view has left the screen meanwhile.
+        if (container_->place().toplevel != 0) {
+            this->place(container_->place());
+        }
+    };
 }
 
 LV2ViewController::~LV2ViewController() {
@@ -133,6 +139,7 @@ LV2ViewController::~LV2ViewController() {
     container_->onPlace = nullptr;
     container_->onHidden = nullptr;
     container_->onLeaving = nullptr;
+    container_->onRetry = nullptr;
 }
 
 void LV2ViewController::place(const X11ContainerView::Place& place) {
@@ -166,7 +173,7 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
     } catch (const NSError& error) {
         hasFailed_ = true;
         report(error);
-        container_->setMessage("The UI of " + data_.title + " cannot be shown.");
+        container_->setMessage("The UI of " + data_.title + " cannot be shown.", true);
         return;
     }
     pluginUI_->onChange = [this] { showCondition(); };
@@ -199,7 +206,7 @@ void LV2ViewController::closed(const std::string& reason) {
     g_message("The UI of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
     hasFailed_ = true;
     container_->setMinimumSize(-1, -1);
-    container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".");
+    container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".", true);
     pluginUI_ = nullptr;
 }
 

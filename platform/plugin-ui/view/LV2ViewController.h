@@ -18,10 +18,9 @@ namespace orvalo {
 /// failed or closed is opened again when the view next appears on screen. Main thread.
 class LV2ViewController : public AUViewController {
   public:
-    /// From now on requestViewController() of an LV2 unit returns such a controller. Without X11
-    /// windows it returns one whose view says why there is no UI; null when the plug-in has no UI
-    /// that can be embedded. A line on standard error names the plug-in and the reason of both.
-    /// Call once, at the program's start.
+    /// From now on requestViewController() of an LV2 unit returns such a controller; when the UI
+    /// cannot be embedded a GenericViewController, with a line on standard error that names the
+    /// plug-in and the reason. Call once, at the program's start.
     static void enable();
 
     /// Opens the UI in a toplevel window. Throws NSError.

@@ -50,6 +50,8 @@ X11Rect visiblePart(GtkWidget* widget, GtkNative* native) {
     return visible;
 }
 
+constexpr int kSpacing = 12;  // In points.
+
 template <auto operation>
 void forward(void* /*sender*/, void* view) {
     (static_cast<X11ContainerView*>(view)->*operation)();
@@ -60,14 +62,29 @@ void forward(void* /*sender*/, void* view) {
 X11ContainerView::X11ContainerView(int toplevelPriority)
     : UIView(gtk_scrolled_window_new()), toplevelPriority_(toplevelPriority) {
     content_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+    notice_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, kSpacing);
+    gtk_widget_set_hexpand(notice_, TRUE);
+    gtk_widget_set_vexpand(notice_, TRUE);
+    gtk_widget_set_valign(notice_, GTK_ALIGN_CENTER);
+    gtk_widget_set_visible(notice_, FALSE);
+    gtk_box_append(GTK_BOX(content_), notice_);
     label_ = gtk_label_new(nullptr);
     gtk_label_set_wrap(GTK_LABEL(label_), TRUE);
     gtk_label_set_justify(GTK_LABEL(label_), GTK_JUSTIFY_CENTER);
-    gtk_widget_set_hexpand(label_, TRUE);
-    gtk_widget_set_vexpand(label_, TRUE);
-    gtk_widget_set_visible(label_, FALSE);
-    gtk_box_append(GTK_BOX(content_), label_);
+    gtk_box_append(GTK_BOX(notice_), label_);
+    retry_ = gtk_button_new_with_label("Try Again");
+    gtk_widget_add_css_class(retry_, "pill");
+    gtk_widget_set_halign(retry_, GTK_ALIGN_CENTER);
+    g_signal_connect_swapped(retry_, "clicked", G_CALLBACK(+[](X11ContainerView* view) {
+                                 if (const auto retry = view->onRetry) {
+                                     retry();
+                                 }
+                             }),
+                             this);
+    gtk_box_append(GTK_BOX(notice_), retry_);
     auto* scroller = GTK_SCROLLED_WINDOW(widget());
+    // It has nothing to do for the keyboard; what is inside has.
+    gtk_widget_set_focusable(widget(), FALSE);
     gtk_scrolled_window_set_child(scroller, content_);
     // The foreign window would cover overlay scroll bars.
     gtk_scrolled_window_set_overlay_scrolling(scroller, FALSE);
@@ -82,6 +99,7 @@ X11ContainerView::~X11ContainerView() {
     unmapped();
     cancelToplevelReport();
     g_signal_handlers_disconnect_by_data(content_, this);
+    g_signal_handlers_disconnect_by_data(retry_, this);
     if (root_ != nullptr) {
         g_signal_handlers_disconnect_by_data(root_, this);
     }
@@ -149,9 +167,10 @@ void X11ContainerView::setMinimumSize(int width, int height) {
     gtk_widget_set_size_request(content_, width, height);
 }
 
-void X11ContainerView::setMessage(const std::string& message) {
+void X11ContainerView::setMessage(const std::string& message, bool retries) {
     gtk_label_set_text(GTK_LABEL(label_), message.c_str());
-    gtk_widget_set_visible(label_, message.empty() ? FALSE : TRUE);
+    gtk_widget_set_visible(notice_, message.empty() ? FALSE : TRUE);
+    gtk_widget_set_visible(retry_, retries ? TRUE : FALSE);
 }
 
 void X11ContainerView::mapped() {

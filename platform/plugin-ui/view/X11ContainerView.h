@@ -32,8 +32,11 @@ class X11ContainerView : public UIView {
 
     /// The size, in points, below which the view scrolls; -1 for none.
     void setMinimumSize(int width, int height);
-    /// Shows a line in the middle of the view; empty for none.
-    void setMessage(const std::string& message);
+    /// Shows a text in the middle of the view; empty for none. retries: with a button that calls
+    /// onRetry.
+    void setMessage(const std::string& message, bool retries = false);
+    /// As onPlace got it last; without a toplevel while the view is not on screen.
+    const Place& place() const { return place_; }
 
     /// The view is in a toplevel that exists, whether on screen or not. The place has no area yet.
     /// May be empty.
@@ -43,6 +46,8 @@ class X11ContainerView : public UIView {
     std::function<void(const Place&)> onPlace;
     /// The view is not on screen any more. May be empty.
     std::function<void()> onHidden;
+    /// The user wants to try again. May be empty.
+    std::function<void()> onRetry;
     /// The view leaves its toplevel, or the toplevel is about to be destroyed. May be empty.
     std::function<void()> onLeaving;
 
@@ -57,7 +62,9 @@ class X11ContainerView : public UIView {
     void updatePlace();
 
     GtkWidget* content_;
+    GtkWidget* notice_;
     GtkWidget* label_;
+    GtkWidget* retry_;
     GtkWidget* root_ = nullptr;
     const int toplevelPriority_;
     GSourcePointer toplevelReport_;   // Null unless scheduled.

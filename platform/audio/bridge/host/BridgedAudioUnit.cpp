@@ -3,6 +3,8 @@
 #include <glib.h>
 #include <sys/stat.h>
 
+#include <chrono>
+#include <future>
 #include <utility>
 
 #include "platform/audio/bridge/wire/BridgeMessages.h"
@@ -35,8 +37,10 @@ class PluginUIRequest {
     void answer(bool hasPluginUI) {
         DispatchQueue::main()->async([hasPluginUI, weakUnit = std::move(unit_),
                                       completion = std::exchange(completion_, nullptr)] {
-            const auto unit = hasPluginUI ? weakUnit.lock() : nullptr;
-            completion(unit == nullptr ? nullptr : LV2AudioUnit::pluginUIProvider()(unit));
+            const auto unit = weakUnit.lock();
+            const auto& provider = hasPluginUI ? LV2AudioUnit::pluginUIProvider()
+                                               : LV2AudioUnit::substituteUIProvider();
+            completion(unit == nullptr || !provider ? nullptr : provider(unit));
         });
     }
 
@@ -51,7 +55,8 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
                                    const std::filesystem::path& program, const BridgeLimits& limits,
                                    const ExpectedRendering& rendering,
-                                   std::vector<std::filesystem::path> writable)
+                                   std::vector<std::filesystem::path> writable,
+                                   const LV2FullState& start)
     : LV2AudioUnit(world, uri, description),
       limits_(limits),
       sampleRate_(rendering.sampleRate),
@@ -60,8 +65,41 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
       supervisor_(order(program, rendering.frameCount, std::move(writable)), limits, render_,
-                  *pluginUIChannel_, LastState{.sampleRate = rendering.sampleRate}) {
+                  *pluginUIChannel_, firstState(rendering.sampleRate, start)) {
     supervisor_.start();
+}
+
+LastState BridgedAudioUnit::firstState(double sampleRate, const LV2FullState& start) const {
+    LastState result{.sampleRate = sampleRate, .state = start.properties, .preset = start.preset};
+    for (const auto& port : data().ports) {
+        const auto saved = start.controls.find(port.symbol);
+        if (saved != start.controls.end()) {
+            result.takeControl(saved->second, port);
+        }
+    }
+    return result;
+}
+
+std::optional<LV2FullState> BridgedAudioUnit::fullState() {
+    const auto promise = std::make_shared<std::promise<std::optional<LastState>>>();
+    auto answer = promise->get_future();
+    supervisor_.post({bridge::SaveState{}, 0, [this, promise](const ServiceAnswer& given) {
+                          const bool isLost = given.kind == ServiceAnswer::Kind::noService;
+                          promise->set_value(isLost ? std::nullopt
+                                                    : std::optional(supervisor_.lastState()));
+                      }});
+    if (answer.wait_for(std::chrono::seconds(1)) != std::future_status::ready) {
+        return std::nullopt;
+    }
+    const auto last = answer.get();
+    if (!last) {
+        return std::nullopt;
+    }
+    LV2FullState result{.properties = last->state, .preset = last->preset};
+    for (const auto& control : last->controls) {
+        result.controls[data().ports[control.port].symbol] = control.value;
+    }
+    return result;
 }
 
 ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::uint32_t quantum,
@@ -108,6 +146,11 @@ void BridgedAudioUnit::requestViewController(
         return;
     }
     const auto request = std::make_shared<PluginUIRequest>(weak(this), std::move(completion));
+    if (!data().hasX11UI) {
+        // The provider says so; the service has nothing to load.
+        request->answer(true);
+        return;
+    }
     supervisor_.post({bridge::LoadPluginUI{}, 0, [request](const ServiceAnswer& answer) {
                           const bool isRefused = answer.kind == ServiceAnswer::Kind::refused;
                           if (isRefused) {

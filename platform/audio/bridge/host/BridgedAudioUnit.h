@@ -14,6 +14,7 @@
 #include "platform/audio/bridge/host/PluginUIChannel.h"
 #include "platform/audio/bridge/host/ServiceSupervisor.h"
 #include "platform/audio/lv2/LV2AudioUnit.h"
+#include "platform/audio/lv2/LV2FullState.h"
 #include "platform/audio/lv2/LV2StatePaths.h"
 #include "platform/audio/unit/ExpectedRendering.h"
 
@@ -32,7 +33,12 @@ class BridgedAudioUnit : public LV2AudioUnit {
                      const AudioComponentDescription& description,
                      const std::filesystem::path& program, const BridgeLimits& limits = {},
                      const ExpectedRendering& rendering = {},
-                     std::vector<std::filesystem::path> writable = {});
+                     std::vector<std::filesystem::path> writable = {},
+                     const LV2FullState& start = {});
+
+    /// What another unit of the plug-in can start from; absent when the effect is given up or its
+    /// service does not answer within a second. Blocks. Any thread.
+    std::optional<LV2FullState> fullState();
 
     void requestViewController(
         std::function<void(std::shared_ptr<UIViewController>)> completion) override;
@@ -62,6 +68,7 @@ class BridgedAudioUnit : public LV2AudioUnit {
   private:
     void applyContextName(const std::string& name) override;
     bool loadPreset(const LV2Preset& preset) override;
+    LastState firstState(double sampleRate, const LV2FullState& start) const;
     ServiceOrder order(const std::filesystem::path& program, std::uint32_t quantum,
                        std::vector<std::filesystem::path> writable);
 

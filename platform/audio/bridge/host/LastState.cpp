@@ -22,21 +22,23 @@ bool isInRange(float value, const LV2Port& port, double sampleRate) {
 void LastState::takeControls(std::span<const std::atomic<float>> values,
                              const std::vector<LV2Port>& ports) {
     for (const auto& port : ports) {
-        if (port.kind != LV2PortKind::control || !port.isInput || port.index >= values.size()) {
-            continue;
+        if (port.index < values.size()) {
+            takeControl(values[port.index].load(std::memory_order_relaxed), port);
         }
-        const float value = values[port.index].load(std::memory_order_relaxed);
-        if (!isInRange(value, port, sampleRate)) {
-            continue;
-        }
-        const auto known = std::find_if(
-            controls.begin(), controls.end(),
-            [&port](const bridge::ControlValue& control) { return control.port == port.index; });
-        if (known == controls.end()) {
-            controls.push_back({port.index, value});
-        } else {
-            known->value = value;
-        }
+    }
+}
+
+void LastState::takeControl(float value, const LV2Port& port) {
+    if (port.kind != LV2PortKind::control || !port.isInput || !isInRange(value, port, sampleRate)) {
+        return;
+    }
+    const auto known = std::find_if(
+        controls.begin(), controls.end(),
+        [&port](const bridge::ControlValue& control) { return control.port == port.index; });
+    if (known == controls.end()) {
+        controls.push_back({port.index, value});
+    } else {
+        known->value = value;
     }
 }
 

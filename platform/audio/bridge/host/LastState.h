@@ -20,6 +20,8 @@ struct LastState {
     std::string preset{};
     std::vector<bridge::ControlValue> controls{};
 
+    /// Takes the value of a port that is a control input, if it is finite and within the range.
+    void takeControl(float value, const LV2Port& port);
     /// Takes the control inputs' values that a service left in shared memory, by port index. A
     /// value that is not finite or outside its port's range is ignored.
     void takeControls(std::span<const std::atomic<float>> values,

@@ -65,6 +65,10 @@ void PluginUIChannel::show(bool isVisible) {
     send(bridge::ShowPluginUI{.isVisible = isVisible});
 }
 
+void PluginUIChannel::setControl(std::uint32_t port, float value) {
+    send(bridge::SetControl{.control = {port, value}});
+}
+
 void PluginUIChannel::close(std::shared_ptr<const void> held) {
     const auto process = heardProcess_;
     {

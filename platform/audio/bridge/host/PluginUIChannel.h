@@ -10,6 +10,7 @@
 
 #include "platform/audio/bridge/host/ServiceCommand.h"
 #include "platform/audio/bridge/wire/BridgeMessages.h"
+#include "platform/audio/bridge/wire/SharedAudio.h"
 #include "platform/foundation/NSObject.h"
 
 namespace orvalo {
@@ -17,6 +18,8 @@ namespace orvalo {
 /// The service can open the UI: for the first time, or after a restart.
 struct ServiceReady {
     std::uint32_t process = 0;  ///< The number of the service's process, from 1.
+    /// For the control values; may be null.
+    std::shared_ptr<const SharedAudio> audio{};
 };
 /// The service ended, and its windows with it; the next service is starting.
 struct ServiceLost {};
@@ -59,6 +62,8 @@ class PluginUIChannel : public NSObject {
     /// The window has a new size, in pixels.
     void resize(std::int32_t width, std::int32_t height);
     void show(bool isVisible);
+    /// Sets a control input, for a UI in this process.
+    void setControl(std::uint32_t port, float value);
     /// Closes the UI, and drops its events from now on. held: released, on any thread, when the UI
     /// or its service has ended: the window that the UI cleans up in.
     void close(std::shared_ptr<const void> held);

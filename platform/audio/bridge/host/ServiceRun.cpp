@@ -1,5 +1,6 @@
 #include "platform/audio/bridge/host/ServiceRun.h"
 
+#include <fcntl.h>
 #include <glib.h>
 #include <poll.h>
 
@@ -11,6 +12,7 @@
 #include "platform/audio/bridge/host/PlainText.h"
 #include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
+#include "platform/foundation/NSError.h"
 
 namespace orvalo {
 
@@ -74,12 +76,26 @@ std::uint32_t ServiceRun::transmit(bridge::HostMessage& message, int passed) {
     return number;
 }
 
+std::shared_ptr<const SharedAudio> ServiceRun::sharedAudio() const {
+    try {
+        FileDescriptor descriptor(
+            fcntl(readySession_->audio.descriptor(), F_DUPFD_CLOEXEC, 0));
+        return std::make_shared<const SharedAudio>(
+            SharedAudio::map(std::move(descriptor), surroundings_.order.layout));
+    } catch (const NSError& error) {
+        g_warning("The control values of <%s> cannot be shown: %s.",
+                  surroundings_.order.uri.c_str(), error.what());
+        return nullptr;
+    }
+}
+
 // Running.
 
 bool ServiceRun::canTake(const ServiceCommand& command) const {
     return !isPluginUIHung_ || std::holds_alternative<bridge::ClosePluginUI>(command.message) ||
            std::holds_alternative<bridge::ResizePluginUI>(command.message) ||
-           std::holds_alternative<bridge::ShowPluginUI>(command.message);
+           std::holds_alternative<bridge::ShowPluginUI>(command.message) ||
+           std::holds_alternative<bridge::SetControl>(command.message);
 }
 
 void ServiceRun::replace() {
@@ -190,6 +206,10 @@ void ServiceRun::finishRequest(const ServiceCommand& command, const std::string&
     }
     if (std::holds_alternative<bridge::ClosePluginUI>(command.message)) {
         isPluginUIOpen_ = false;
+    }
+    if (std::holds_alternative<bridge::SaveState>(command.message)) {
+        surroundings_.last.takeControls(readySession_->audio.controlValues(),
+                                        surroundings_.order.ports);
     }
     if (command.completion) {
         command.completion(

@@ -104,7 +104,7 @@ bool ServiceSupervisor::serve(ServiceRun& run) {
         drainWakeups();
         if (run.isReady()) {
             if (!std::exchange(becameReady, true)) {
-                announceReady();
+                announceReady(run);
             }
             if (!sendCommands(run)) {
                 run.replace();
@@ -115,9 +115,9 @@ bool ServiceSupervisor::serve(ServiceRun& run) {
     return becameReady;
 }
 
-void ServiceSupervisor::announceReady() {
+void ServiceSupervisor::announceReady(const ServiceRun& run) {
     wasReady_ = true;
-    pluginUI_.post(ServiceReady{process_});
+    pluginUI_.post(ServiceReady{process_, run.sharedAudio()});
     if (started_) {
         std::exchange(started_, {})->set_value({});
     }

@@ -61,6 +61,9 @@ class ServiceSupervisor {
     /// Sends a command without waiting. Any thread, after start().
     void post(ServiceCommand command);
 
+    /// The last known state. Only inside a command's completion.
+    const LastState& lastState() const { return last_; }
+
     /// Whether the effect is given up. Any thread.
     bool hasGivenUp() const { return hasGivenUp_.load(std::memory_order_acquire); }
     /// Starts services again when the effect is given up. Any thread, after start().
@@ -77,7 +80,7 @@ class ServiceSupervisor {
     bool handleDeath(const std::string& what, const std::string& lastMessage, bool isDeath = true);
 
     bool serve(ServiceRun& run);
-    void announceReady();
+    void announceReady(const ServiceRun& run);
     void failStart(const std::string& error);
     void giveUp();
     /// False when the service has to be replaced before it can take the rest of the commands.

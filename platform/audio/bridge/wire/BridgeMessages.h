@@ -117,9 +117,21 @@ struct LoadPluginUI {
     ORVALO_BRIDGE_FIELDS(number)
 };
 
+/// Sets a control input, as a UI of the host's process wants. Other ports are ignored.
+struct SetControl {
+    ControlValue control;
+    ORVALO_BRIDGE_FIELDS(control)
+};
+
+/// Sends the state, if it has changed, and publishes the control values before Done.
+struct SaveState {
+    std::uint32_t number = 0;
+    ORVALO_BRIDGE_FIELDS(number)
+};
+
 using HostMessage =
     std::variant<Instantiate, Prepare, SetContextName, LoadPreset, Ping, OpenPluginUI,
-                 ResizePluginUI, ShowPluginUI, ClosePluginUI, LoadPluginUI>;
+                 ResizePluginUI, ShowPluginUI, ClosePluginUI, LoadPluginUI, SetControl, SaveState>;
 
 /// The answer to a request.
 struct Done {

@@ -32,6 +32,8 @@ std::vector<bridge::HostMessage> hostMessages() {
         bridge::ShowPluginUI{.isVisible = true},
         bridge::ClosePluginUI{.number = std::numeric_limits<std::uint32_t>::max()},
         bridge::LoadPluginUI{.number = 8},
+        bridge::SetControl{.control = {7, -0.5F}},
+        bridge::SaveState{.number = 9},
     };
 }
 

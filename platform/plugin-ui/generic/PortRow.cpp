@@ -1,0 +1,206 @@
+#include "platform/plugin-ui/generic/PortRow.h"
+
+#include <adwaita.h>
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "platform/foundation/GLibPointer.h"
+
+namespace orvalo {
+
+namespace {
+
+constexpr int kControlWidth = 220;  // In points.
+constexpr int kTextWidth = 11;      // In characters.
+// A value that the user has set reaches the plug-in and returns within this time.
+constexpr gint64 kSettling = 300 * G_TIME_SPAN_MILLISECOND;
+
+void setName(GtkWidget* control, const PortPresentation& port) {
+    gtk_accessible_update_property(GTK_ACCESSIBLE(control), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   port.name.c_str(), -1);
+}
+
+/// The wheel scrolls the page; over a control it would change a value by accident.
+void leaveWheelToPage(GtkWidget* control) {
+    const GObjectPointer<GListModel> controllers(gtk_widget_observe_controllers(control));
+    for (guint index = g_list_model_get_n_items(controllers.get()); index > 0; --index) {
+        const GObjectPointer<GtkEventController> controller(
+            GTK_EVENT_CONTROLLER(g_list_model_get_item(controllers.get(), index - 1)));
+        if (GTK_IS_EVENT_CONTROLLER_SCROLL(controller.get())) {
+            gtk_event_controller_set_propagation_phase(controller.get(), GTK_PHASE_NONE);
+        }
+    }
+}
+
+}  // namespace
+
+PortRow::PortRow(PortPresentation port, std::function<void(float)> set)
+    : port_(std::move(port)),
+      set_(std::move(set)),
+      row_(adw_action_row_new()),
+      shown_(std::numeric_limits<float>::quiet_NaN()) {
+    auto* row = ADW_PREFERENCES_ROW(row_);
+    // Names are no markup.
+    adw_preferences_row_set_use_markup(row, FALSE);
+    adw_preferences_row_set_title(row, port_.name.c_str());
+    gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(row_), FALSE);
+    // The control inside takes the keyboard.
+    gtk_widget_set_focusable(row_, FALSE);
+    if (!port_.comment.empty()) {
+        gtk_widget_set_tooltip_text(row_, port_.comment.c_str());
+    }
+    using enum PortPresentation::Kind;
+    if (!port_.isInput) {
+        control_ = makeMeter();
+    } else if (port_.kind == toggle) {
+        control_ = makeSwitch();
+    } else if (port_.kind == choice) {
+        control_ = makeChoice();
+    } else if (port_.kind == trigger) {
+        control_ = makeTrigger();
+    } else {
+        control_ = makeScale();
+    }
+    setName(control_, port_);
+    gtk_widget_set_valign(control_, GTK_ALIGN_CENTER);
+    adw_action_row_add_suffix(ADW_ACTION_ROW(row_), control_);
+    if (GTK_IS_SCALE(control_) || GTK_IS_LEVEL_BAR(control_)) {
+        text_ = gtk_label_new(nullptr);
+        gtk_label_set_width_chars(GTK_LABEL(text_), kTextWidth);
+        gtk_label_set_xalign(GTK_LABEL(text_), 1.0F);
+        gtk_widget_add_css_class(text_, "numeric");
+        adw_action_row_add_suffix(ADW_ACTION_ROW(row_), text_);
+    }
+    showNow(port_.defaultValue);
+}
+
+PortRow::~PortRow() {
+    g_signal_handlers_disconnect_by_data(control_, this);
+}
+
+GtkWidget* PortRow::makeScale() {
+    auto* scale = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, 0.0, 1.0, 0.01);
+    if (port_.kind == PortPresentation::Kind::integer) {
+        const double step = 1.0 / (double{port_.maximum} - double{port_.minimum});
+        gtk_range_set_increments(GTK_RANGE(scale), step, 10 * step);
+    }
+    gtk_scale_set_draw_value(GTK_SCALE(scale), FALSE);
+    gtk_scale_add_mark(GTK_SCALE(scale), port_.place(port_.defaultValue), GTK_POS_BOTTOM, nullptr);
+    gtk_widget_set_size_request(scale, kControlWidth, -1);
+    leaveWheelToPage(scale);
+    g_signal_connect_swapped(scale, "value-changed", G_CALLBACK(+[](PortRow* self) {
+                                 self->userSets(self->port_.valueAt(
+                                     gtk_range_get_value(GTK_RANGE(self->control_))));
+                             }),
+                             this);
+    return scale;
+}
+
+GtkWidget* PortRow::makeSwitch() {
+    auto* toggle = gtk_switch_new();
+    g_signal_connect_swapped(
+        toggle, "notify::active", G_CALLBACK(+[](PortRow* self) {
+            const bool isOn = gtk_switch_get_active(GTK_SWITCH(self->control_)) != FALSE;
+            self->userSets(isOn ? self->port_.maximum : self->port_.minimum);
+        }),
+        this);
+    return toggle;
+}
+
+GtkWidget* PortRow::makeChoice() {
+    auto* names = gtk_string_list_new(nullptr);
+    for (const auto& choice : port_.choices) {
+        gtk_string_list_append(names, choice.name.c_str());
+    }
+    auto* chooser = gtk_drop_down_new(G_LIST_MODEL(names), nullptr);
+    g_signal_connect_swapped(
+        chooser, "notify::selected", G_CALLBACK(+[](PortRow* self) {
+            const auto chosen = gtk_drop_down_get_selected(GTK_DROP_DOWN(self->control_));
+            if (chosen < self->port_.choices.size()) {
+                self->userSets(self->port_.choices[chosen].value);
+            }
+        }),
+        this);
+    return chooser;
+}
+
+GtkWidget* PortRow::makeTrigger() {
+    auto* button = gtk_button_new_with_label("Trigger");
+    g_signal_connect_swapped(button, "clicked", G_CALLBACK(+[](PortRow* self) {
+                                 // The plug-in, or the timer below, sets it back.
+                                 self->set_(self->port_.maximum);
+                             }),
+                             this);
+    return button;
+}
+
+GtkWidget* PortRow::makeMeter() {
+    auto* meter = gtk_level_bar_new();
+    gtk_widget_set_size_request(meter, kControlWidth, -1);
+    // Its colours would warn of values that are none of its business.
+    for (const auto* offset : {GTK_LEVEL_BAR_OFFSET_LOW, GTK_LEVEL_BAR_OFFSET_HIGH,
+                               GTK_LEVEL_BAR_OFFSET_FULL}) {
+        gtk_level_bar_remove_offset_value(GTK_LEVEL_BAR(meter), offset);
+    }
+    return meter;
+}
+
+void PortRow::userSets(float value) {
+    if (isShowing_) {
+        return;
+    }
+    userSetTime_ = g_get_monotonic_time();
+    shown_ = value;
+    if (text_ != nullptr) {
+        gtk_label_set_text(GTK_LABEL(text_), port_.text(value).c_str());
+    }
+    set_(value);
+}
+
+void PortRow::show(float value) {
+    // What the plug-in writes is untrusted.
+    const float sound = std::isfinite(value) ? value : port_.defaultValue;
+    if (port_.isInput && port_.kind == PortPresentation::Kind::trigger) {
+        if (sound != port_.defaultValue) {
+            set_(port_.defaultValue);
+        }
+        return;
+    }
+    const bool isSettling =
+        userSetTime_ != 0 && g_get_monotonic_time() - userSetTime_ < kSettling && sound != shown_;
+    if (sound != shown_ && !isSettling) {
+        showNow(sound);
+    }
+}
+
+void PortRow::showNow(float value) {
+    shown_ = value;
+    isShowing_ = true;
+    const auto text = port_.text(value);
+    if (GTK_IS_SCALE(control_)) {
+        gtk_range_set_value(GTK_RANGE(control_), port_.place(value));
+        gtk_accessible_update_property(GTK_ACCESSIBLE(control_),
+                                       GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, text.c_str(), -1);
+    } else if (GTK_IS_LEVEL_BAR(control_)) {
+        gtk_level_bar_set_value(GTK_LEVEL_BAR(control_), port_.place(value));
+    } else if (GTK_IS_SWITCH(control_)) {
+        gtk_switch_set_active(GTK_SWITCH(control_), value > 0.0F ? TRUE : FALSE);
+    } else if (GTK_IS_DROP_DOWN(control_)) {
+        guint nearest = 0;
+        for (guint index = 1; index < port_.choices.size(); ++index) {
+            if (std::abs(port_.choices[index].value - value) <
+                std::abs(port_.choices[nearest].value - value)) {
+                nearest = index;
+            }
+        }
+        gtk_drop_down_set_selected(GTK_DROP_DOWN(control_), nearest);
+    }
+    if (text_ != nullptr) {
+        gtk_label_set_text(GTK_LABEL(text_), text.c_str());
+    }
+    isShowing_ = false;
+}
+
+}  // namespace orvalo

@@ -1,0 +1,153 @@
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/app/ApplicationFixture.h"
+#include "tests/testing/WaitUntil.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::Value;
+
+/// An effect without a UI of its own: the stage has one from its ports, whose controls are set by
+/// the keyboard.
+class RestorationTest : public ApplicationFixture {
+  protected:
+    RestorationTest() { environment["LV2_PATH"] = ORVALO_MANY_CONTROLS; }
+
+    bool shows(const std::string& text) const { return Value(tree.names(), Contains(text)); }
+    bool waitFor(const std::string& text) const {
+        return pollUntil([this, &text] { return shows(text); });
+    }
+    void startAndShow() {
+        start();
+        key("ctrl+e");
+        EXPECT_TRUE(waitFor("Many <Controls>"));
+    }
+    /// From the first control, which lists the presets, to another one.
+    static void tabTo(int control) {
+        for (int tab = 0; tab <= control; ++tab) {
+            key("Tab");
+        }
+    }
+    std::filesystem::path state() const { return folder.path() / "state/orvalo/effect.ini"; }
+    std::string saved() const {
+        std::ifstream file(state());
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void write(const std::string& text) const {
+        std::filesystem::create_directories(state().parent_path());
+        std::ofstream(state()) << text;
+    }
+
+    static constexpr int kLevel = 1;
+    static constexpr int kSwitch = 2;
+};
+
+TEST_F(RestorationTest, AUIOfThePortsShowsEachKind) {
+    startAndShow();
+    for (const auto* text : {"Preset", "Level", "-20.0 dB", "On & off", "Wave", "Square", "Steps", "4",
+                             "Tone", "Cutoff", "200 Hz", "Width", "50.0 steps", "Meters", "Meter",
+                             "More 259"}) {
+        EXPECT_TRUE(waitFor(text)) << text;
+    }
+    EXPECT_FALSE(shows("Hidden"));
+    EXPECT_FALSE(shows("Latency"));
+    EXPECT_EQ(quit(), 0);
+    EXPECT_THAT(program->standardError(),
+                HasSubstr("The UI of <urn:orvalo:test:many-controls> cannot be shown: the plug-in "
+                          "has none.\n"));
+}
+
+TEST_F(RestorationTest, TheKeyboardSetsValuesAndTheMeterFollows) {
+    startAndShow();
+    tabTo(kLevel);
+    key("Right");
+    EXPECT_TRUE(waitFor("-19.6 dB"));
+    key("Page_Up");
+    EXPECT_TRUE(waitFor("-15.6 dB"));
+    key("Tab");
+    // The switch takes the space bar, so nothing plays.
+    key("space");
+    playAndStop();
+    EXPECT_EQ(quit(), 0);
+    EXPECT_THAT(saved(), HasSubstr("\nlevel=-15.6"));
+    EXPECT_THAT(saved(), HasSubstr("\non=1\n"));
+}
+
+TEST_F(RestorationTest, APresetIsLoadedByTheList) {
+    startAndShow();
+    tabTo(0);
+    key("Return");
+    key("Down");
+    key("Return");
+    EXPECT_TRUE(waitFor("-4.0 dB"));
+    EXPECT_TRUE(waitFor("9"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(RestorationTest, TheEffectStartsAsItWasAtTheEnd) {
+    for (const bool isSignal : {false, true}) {
+        startAndShow();
+        EXPECT_TRUE(waitFor(isSignal ? "-19.6 dB" : "-20.0 dB"));
+        tabTo(kLevel);
+        key("Right");
+        EXPECT_TRUE(waitFor(isSignal ? "-19.2 dB" : "-19.6 dB"));
+        if (isSignal) {
+            program->signal(SIGTERM);
+            EXPECT_EQ(program->wait(), -SIGTERM);
+        } else {
+            EXPECT_EQ(quit(), 0);
+        }
+    }
+    startAndShow();
+    EXPECT_TRUE(waitFor("-19.2 dB"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(RestorationTest, AnUnreadableStateGivesALineAndTheDefault) {
+    for (const auto* text : {"\1\2\3", "[Controls]\nlevel=-3\n",
+                             "[Effect]\nURI=urn:orvalo:test:many-controls\n[Controls]\nlevel=loud\n"}) {
+        write(text);
+        startAndShow();
+        EXPECT_TRUE(waitFor("-20.0 dB")) << text;
+        EXPECT_EQ(quit(), 0);
+        EXPECT_THAT(program->standardError(), HasSubstr(state().string())) << text;
+        EXPECT_THAT(program->standardError(), HasSubstr("the effect starts with its default"));
+    }
+}
+
+TEST_F(RestorationTest, TheStateOfAnotherEffectAndValuesOutOfRangeAreNotTaken) {
+    write("[Effect]\nURI=urn:orvalo:test:other\n[Controls]\nlevel=-3\n");
+    startAndShow();
+    EXPECT_TRUE(waitFor("-20.0 dB"));
+    EXPECT_EQ(quit(), 0);
+    EXPECT_THAT(program->standardError(), Not(HasSubstr(state().string())));
+    write("[Effect]\nURI=urn:orvalo:test:many-controls\n[Controls]\nlevel=7\nwidth=25\nmeter=1\n");
+    startAndShow();
+    EXPECT_TRUE(waitFor("25.0 steps"));
+    EXPECT_TRUE(waitFor("-20.0 dB"));
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(RestorationTest, TheWindowHasItsSizeAgain) {
+    start();
+    resize(777, 555);
+    ASSERT_TRUE(pollUntil([] { return place().width == 777 && place().height == 555; }));
+    EXPECT_EQ(quit(), 0);
+    start();
+    EXPECT_TRUE(pollUntil([] { return place().width == 777 && place().height == 555; }));
+    EXPECT_EQ(quit(), 0);
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing
