@@ -50,6 +50,8 @@ std::optional<Key> namedKey(KeySym symbol) {
         case XK_Delete:
         case XK_KP_Delete:
             return Key::erase;
+        case XK_F2:
+            return Key::rename;
         default:
             return std::nullopt;
     }
@@ -75,6 +77,10 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     const bool control = (event.state & ControlMask) != 0;
     if (control && (symbol == XK_a || symbol == XK_A)) {
         return Keystroke{.key = Key::selectAll, .character = 0, .fine = false};
+    }
+    if (control && (symbol == XK_z || symbol == XK_Z)) {
+        const bool isRedo = (event.state & ShiftMask) != 0;
+        return Keystroke{.key = isRedo ? Key::redo : Key::undo, .character = 0, .fine = false};
     }
     // With Ctrl or Alt it is a command for the host.
     const bool isCommand = control || (event.state & Mod1Mask) != 0;

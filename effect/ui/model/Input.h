@@ -30,6 +30,9 @@ enum class Key : std::uint8_t {
     backspace,
     erase,
     selectAll,
+    rename,
+    undo,
+    redo,
 };
 
 /// A key press.

@@ -2,6 +2,30 @@
 
 namespace orvalo::effect::ui {
 
+namespace {
+
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+}  // namespace
+
+/// Where the character before the caret starts, and where the one behind it ends.
+std::size_t TextEntry::before() const {
+    std::size_t place = caret_;
+    while (place > 0 && isContinuation(text_[--place])) {
+    }
+    return place;
+}
+
+std::size_t TextEntry::after() const {
+    std::size_t place = caret_ < text_.size() ? caret_ + 1 : caret_;
+    while (place < text_.size() && isContinuation(text_[place])) {
+        ++place;
+    }
+    return place;
+}
+
 bool TextEntry::eraseSelection() {
     if (!allSelected_) {
         return false;
@@ -17,7 +41,7 @@ void TextEntry::insert(char character) {
         return;
     }
     eraseSelection();
-    if (text_.size() < longest) {
+    if (text_.size() < most_) {
         text_.insert(caret_, 1, character);
         ++caret_;
     }
@@ -25,14 +49,15 @@ void TextEntry::insert(char character) {
 
 void TextEntry::eraseBefore() {
     if (!eraseSelection() && caret_ > 0) {
-        --caret_;
-        text_.erase(caret_, 1);
+        const std::size_t start = before();
+        text_.erase(start, caret_ - start);
+        caret_ = start;
     }
 }
 
 void TextEntry::eraseAfter() {
     if (!eraseSelection() && caret_ < text_.size()) {
-        text_.erase(caret_, 1);
+        text_.erase(caret_, after() - caret_);
     }
 }
 
@@ -41,9 +66,9 @@ void TextEntry::moveBy(int direction) {
         caret_ = direction < 0 ? 0 : text_.size();
         allSelected_ = false;
     } else if (direction < 0) {
-        caret_ -= caret_ > 0 ? 1U : 0U;
+        caret_ = before();
     } else {
-        caret_ += caret_ < text_.size() ? 1U : 0U;
+        caret_ = after();
     }
 }
 

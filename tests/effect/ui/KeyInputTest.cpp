@@ -40,11 +40,11 @@ TEST_F(KeyInputTest, TabShowsTheFocusAndCyclesThroughTheControls) {
     press(Key::backTab);
     EXPECT_EQ(scene.focusedControl(), Parameter::enabled);
     press(Key::backTab);
-    EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::nextPreset));
+    EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::copySound));
     for (std::size_t i = 0; i < focusCount; ++i) {
         press(Key::tab);
     }
-    EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::nextPreset));
+    EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::copySound));
 }
 
 TEST_F(KeyInputTest, ArrowsTurnTheFocusedKnob) {
@@ -122,16 +122,18 @@ TEST_F(KeyInputTest, KeyboardChoosesPresets) {
     EXPECT_TRUE(press(Key::right));
     EXPECT_EQ(scene.presets.label(), "First");
     EXPECT_TRUE(press(Key::enter));
-    EXPECT_EQ(scene.list, 0U);
-    press(Key::up);
     EXPECT_EQ(scene.list, 1U);
+    press(Key::up);
+    press(Key::up);
+    EXPECT_EQ(scene.list, 2U);
     press(Key::down);
+    EXPECT_EQ(scene.list, 0U);
     press(Key::end);
     EXPECT_TRUE(press(Key::enter));
     EXPECT_FALSE(scene.list);
     EXPECT_EQ(scene.presets.label(), "Second");
     press(Key::down);
-    EXPECT_EQ(scene.list, 1U);
+    EXPECT_EQ(scene.list, 2U);
     press(Key::home);
     EXPECT_TRUE(press(Key::escape));
     EXPECT_FALSE(scene.list);

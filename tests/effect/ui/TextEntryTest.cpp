@@ -67,4 +67,29 @@ TEST(TextEntry, IgnoresOtherCharactersAndExcessText) {
     EXPECT_EQ(entry.text(), std::string(TextEntry::longest, '1'));
 }
 
+TEST(TextEntry, TakesUtf8CharactersAsOne) {
+    TextEntry entry("B\u00e4\u00df", TextEntry::longestName);
+    entry.moveToEnd();
+    entry.moveBy(-1);
+    EXPECT_EQ(entry.caret(), 3U);
+    entry.eraseBefore();
+    EXPECT_EQ(entry.text(), "B\u00df");
+    entry.eraseAfter();
+    EXPECT_EQ(entry.text(), "B");
+    entry.moveBy(-1);
+    entry.moveBy(-1);
+    EXPECT_EQ(entry.caret(), 0U);
+}
+
+TEST(TextEntry, NameMayBeLongerThanAValue) {
+    TextEntry name("", TextEntry::longestName);
+    TextEntry value("");
+    for (std::size_t i = 0; i < 100; ++i) {
+        name.insert('x');
+        value.insert('x');
+    }
+    EXPECT_EQ(name.text().size(), 40U);
+    EXPECT_EQ(value.text().size(), 24U);
+}
+
 }  // namespace
