@@ -8,6 +8,7 @@
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/LV2Error.h"
+#include "platform/audio/lv2/UserPresets.h"
 #include "platform/foundation/DispatchQueue.h"
 
 namespace orvalo {
@@ -51,26 +52,32 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
                                    const std::filesystem::path& program, const BridgeLimits& limits,
                                    const ExpectedRendering& rendering,
-                                   std::vector<std::filesystem::path> writable)
+                                   std::vector<std::filesystem::path> writable, bool writesPresets)
     : LV2AudioUnit(world, uri, description),
       limits_(limits),
       sampleRate_(rendering.sampleRate),
       render_(midiBlock_, static_cast<std::uint32_t>(data().midiOutputNames.size()), limits),
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
-      supervisor_(order(program, rendering.frameCount, std::move(writable)), limits, render_,
-                  *pluginUIChannel_, LastState{.sampleRate = rendering.sampleRate}) {
+      supervisor_(order(program, rendering.frameCount, std::move(writable), writesPresets), limits,
+                  render_, *pluginUIChannel_, LastState{.sampleRate = rendering.sampleRate}) {
     supervisor_.start();
 }
 
 ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::uint32_t quantum,
-                                     std::vector<std::filesystem::path> writable) {
+                                     std::vector<std::filesystem::path> writable,
+                                     bool writesPresets) {
     const bool hasPluginUI = data().hasX11UI && pluginUIProvider() != nullptr;
     if (hasPluginUI) {
         const auto cache = effectCacheFolder(data().uri);
         // Without it the UI only opens more slowly.
         g_mkdir_with_parents(cache.c_str(), S_IRWXU);
         writable.push_back(cache);
+    }
+    if (hasPluginUI && writesPresets) {
+        // The service sees it, read-only, only if it exists when the service starts.
+        g_mkdir_with_parents(userPresetFolder().c_str(),
+                             S_IRWXU | S_IRGRP | S_IXGRP | S_IROTH | S_IXOTH);
     }
     return {
         .program = program,
@@ -83,6 +90,7 @@ ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::
                    static_cast<std::uint32_t>(data().ports.size())},
         .ports = data().ports,
         .quantum = quantum,
+        .writesPresets = hasPluginUI && writesPresets,
     };
 }
 
