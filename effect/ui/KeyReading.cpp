@@ -3,7 +3,9 @@
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 
+#include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace orvalo::effect::ui {
 
@@ -57,6 +59,21 @@ std::optional<Key> namedKey(KeySym symbol) {
     }
 }
 
+/// The printable character of a key; 0 for other keys. text: what Xlib makes of it, in Latin-1; it
+/// also knows the keypad.
+char32_t characterOf(KeySym symbol, std::string_view text) {
+    if (text.size() == 1 && text[0] >= ' ' && text[0] <= '~') {
+        return static_cast<char32_t>(text[0]);
+    }
+    constexpr KeySym unicode = 0x01000000;
+    if (symbol >= 0xA0 && symbol <= 0xFF) {
+        return static_cast<char32_t>(symbol);
+    }
+    return symbol > unicode && symbol <= unicode + 0x10FFFF
+               ? static_cast<char32_t>(symbol - unicode)
+               : 0;
+}
+
 }  // namespace
 
 bool asksForFine(unsigned int state) {
@@ -84,8 +101,10 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     }
     // With Ctrl or Alt it is a command for the host.
     const bool isCommand = control || (event.state & Mod1Mask) != 0;
-    if (length == 1 && text[0] >= ' ' && text[0] <= '~' && !isCommand) {
-        return Keystroke{.key = Key::character, .character = text[0], .fine = fine};
+    const char32_t character =
+        characterOf(symbol, {text.data(), static_cast<std::size_t>(std::max(0, length))});
+    if (character != 0 && !isCommand) {
+        return Keystroke{.key = Key::character, .character = character, .fine = fine};
     }
     return std::nullopt;
 }

@@ -203,7 +203,7 @@ bool KeyInput::pressOnControl(Parameter parameter, const Keystroke& key) {
             break;
     }
     // A digit or sign starts typing a value.
-    const char c = key.character;
+    const char32_t c = key.character;
     if (key.key == Key::character && ((c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.')) {
         editor_.beginEntry(parameter);
         scene_.entry->entry.insert(c);

@@ -8,6 +8,22 @@ bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
+/// The character in UTF-8.
+std::string encoded(char32_t character) {
+    if (character < 0x80) {
+        return {static_cast<char>(character)};
+    }
+    std::string bytes;
+    char32_t rest = character;
+    // The first byte has room for fewer bits the more bytes follow.
+    for (char32_t room = 0x40; rest >= room; room = room == 0x40 ? 0x20 : room >> 1U) {
+        bytes.insert(bytes.begin(), static_cast<char>(0x80U | (rest & 0x3FU)));
+        rest >>= 6U;
+    }
+    const auto lead = static_cast<std::uint32_t>(0xFF00U >> (bytes.size() + 1)) & 0xFFU;
+    return static_cast<char>(lead | rest) + bytes;
+}
+
 }  // namespace
 
 /// Where the character before the caret starts, and where the one behind it ends.
@@ -36,14 +52,15 @@ bool TextEntry::eraseSelection() {
     return true;
 }
 
-void TextEntry::insert(char character) {
-    if (character < ' ' || character > '~') {
+void TextEntry::insert(char32_t character) {
+    if (character < ' ' || (character > '~' && character < 0xA0)) {
         return;
     }
     eraseSelection();
-    if (text_.size() < most_) {
-        text_.insert(caret_, 1, character);
-        ++caret_;
+    const std::string bytes = encoded(character);
+    if (text_.size() + bytes.size() <= most_) {
+        text_.insert(caret_, bytes);
+        caret_ += bytes.size();
     }
 }
 

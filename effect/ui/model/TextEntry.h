@@ -5,7 +5,7 @@
 namespace orvalo::effect::ui {
 
 /// A text field with a caret. Initially the whole text is selected, so that typing replaces it. The
-/// text is UTF-8; what is typed is printable ASCII.
+/// text is UTF-8.
 class TextEntry {
   public:
     /// The most bytes that a value, or a preset's name, needs.
@@ -20,8 +20,8 @@ class TextEntry {
     std::size_t caret() const { return caret_; }
     bool isAllSelected() const { return allSelected_; }
 
-    /// Ignores other characters, and characters beyond the longest text.
-    void insert(char character);
+    /// Ignores control characters, and characters beyond the longest text.
+    void insert(char32_t character);
     void eraseBefore();
     void eraseAfter();
     /// One character to the left (-1) or to the right (1).

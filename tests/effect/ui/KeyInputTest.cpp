@@ -17,7 +17,10 @@ class KeyInputTest : public orvalo::testing::SceneFixture {
     bool type(const char* text) {
         bool used = true;
         for (; *text != '\0'; ++text) {
-            used = input.press({.key = Key::character, .character = *text, .fine = false}) && used;
+            used = input.press({.key = Key::character,
+                                .character = static_cast<unsigned char>(*text),
+                                .fine = false}) &&
+                   used;
         }
         return used;
     }

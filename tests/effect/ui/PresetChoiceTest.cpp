@@ -65,7 +65,8 @@ TEST(PresetChoice, NeighboursWrapAtTheEnds) {
 }
 
 TEST(PresetChoice, DefaultIsFirstAndSetsEveryControlButEnabled) {
-    const auto& presets = threePresets().presets();
+    const auto choice = threePresets();
+    const auto& presets = choice.presets();
     ASSERT_EQ(presets.size(), 4U);
     EXPECT_EQ(presets.front().name, "Default");
     EXPECT_NE(presets.front().description, "");

@@ -57,9 +57,9 @@ TEST(TextEntry, ErasesTheSelection) {
     EXPECT_FALSE(after.isAllSelected());
 }
 
-TEST(TextEntry, IgnoresOtherCharactersAndExcessText) {
+TEST(TextEntry, IgnoresControlCharactersAndExcessText) {
     TextEntry entry("");
-    type(entry, "\n\t\x7F\xC3\xA4");
+    type(entry, "\n\t\x7F");
     EXPECT_EQ(entry.text(), "");
     for (int i = 0; i < 100; ++i) {
         entry.insert('1');
@@ -79,6 +79,22 @@ TEST(TextEntry, TakesUtf8CharactersAsOne) {
     entry.moveBy(-1);
     entry.moveBy(-1);
     EXPECT_EQ(entry.caret(), 0U);
+}
+
+TEST(TextEntry, TakesTypedCharactersOfAllLanguages) {
+    TextEntry entry("", TextEntry::longestName);
+    for (const char32_t c : U"a\u00e4\u03a9\u20ac\U0001d11e\u07ff\u0800\uffff\U00010000") {
+        entry.insert(c);
+    }
+    EXPECT_EQ(entry.text(), "a\u00e4\u03a9\u20ac\U0001d11e\u07ff\u0800\uffff\U00010000");
+    entry.insert(0x7F);
+    entry.insert(0x85);
+    entry.insert(0x1F);
+    entry.eraseBefore();
+    entry.eraseBefore();
+    entry.eraseBefore();
+    entry.eraseBefore();
+    EXPECT_EQ(entry.text(), "a\u00e4\u03a9\u20ac\U0001d11e");
 }
 
 TEST(TextEntry, NameMayBeLongerThanAValue) {

@@ -24,7 +24,7 @@ class UserPresetTest : public orvalo::testing::SceneFixture {
     bool press(Key key) { return keys.press({.key = key}); }
     void type(const char* text) {
         for (; *text != '\0'; ++text) {
-            keys.press({.key = Key::character, .character = *text});
+            keys.press({.key = Key::character, .character = static_cast<unsigned char>(*text)});
         }
     }
     void save(const char* name) {
@@ -190,7 +190,10 @@ TEST_F(UserPresetTest, RenameDoesNotReplaceAnother) {
 
 TEST_F(UserPresetTest, DeleteWithUndo) {
     click(scene.layout.presetName);
-    click(scene.layout.deleteEntry(place("Bass"), 4));
+    const Rect button = scene.layout.deleteEntry(place("Bass"), 4);
+    pointer.move({.x = button.centerX(), .y = button.centerY()});
+    EXPECT_EQ(scene.list, 3U);
+    click(button);
     EXPECT_EQ(names(), (Names{"Default", "First", "Second"}));
     EXPECT_EQ(scene.notice, "\"Bass\" is deleted: Ctrl+Z restores it");
     EXPECT_EQ(scene.list, 2U);

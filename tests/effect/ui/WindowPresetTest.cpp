@@ -62,6 +62,20 @@ TEST_F(WindowPresetTest, SavedPresetIsFoundByHostsAndChosenAgain) {
                 pluginUI.writes.end());
 }
 
+TEST_F(WindowPresetTest, NameHasLettersOfTheKeyboardsLanguage) {
+    // A key that the server's keyboard does not use.
+    int least = 0;
+    int most = 0;
+    XDisplayKeycodes(host.display(), &least, &most);
+    KeySym letter = XK_adiaeresis;
+    XChangeKeyboardMapping(host.display(), most, 1, &letter, 1);
+    clickIn(layout.savePreset);
+    host.type("B");
+    host.press(XK_adiaeresis);
+    host.press(XK_Return);
+    ASSERT_TRUE(untilPreset("B\u00e4", true));
+}
+
 TEST_F(WindowPresetTest, PresetSavedByAHostIsInTheListWhenItOpens) {
     EffectState::save({{"mix", 12.0F}}, "Theirs", home.path() / ".lv2/Orvalo_Theirs.preset.lv2",
                       "Theirs.ttl");
