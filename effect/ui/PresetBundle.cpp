@@ -45,6 +45,20 @@ std::optional<Parameter> parameterOf(std::string_view symbol) {
     return static_cast<Parameter>(found - parameterRanges.begin());
 }
 
+/// Adds the defaults of what the preset does not set, such as the controls that came after it, so
+/// that it sounds the same whatever was chosen before. Orders the values.
+void completeValues(Preset& preset) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        const auto parameter = static_cast<Parameter>(i);
+        const bool isSet = std::any_of(preset.values.begin(), preset.values.end(),
+                                       [&](const auto& one) { return one.first == parameter; });
+        if (isInPresets(parameter) && !isSet) {
+            preset.values.emplace_back(parameter, parameterRanges.at(i).standard);
+        }
+    }
+    std::sort(preset.values.begin(), preset.values.end());
+}
+
 /// One bundle, and nothing else, in lilv's form.
 class BundleReader {
   public:
@@ -105,7 +119,9 @@ class BundleReader {
                 result.values.emplace_back(*parameter, lilv_node_as_float(value.get()));
             }
         }
-        std::sort(result.values.begin(), result.values.end());
+        if (!result.values.empty()) {
+            completeValues(result);
+        }
         return result;
     }
 

@@ -15,7 +15,8 @@ struct StoredPreset {
     std::filesystem::path folder;
 };
 
-/// The effect's presets in a bundle, by name. Empty if the bundle cannot be read.
+/// The effect's presets in a bundle, by name; each sets every control but Enabled. Empty if the
+/// bundle cannot be read.
 std::vector<StoredPreset> readBundle(const std::filesystem::path& folder);
 
 /// The effect's presets in the bundles of a folder, as hosts save them; of equal names the first.

@@ -10,7 +10,7 @@ using namespace orvalo::testing;
 using orvalo::effect::ui::Rect;
 
 constexpr std::uint32_t mix = 13;
-constexpr std::size_t factoryCount = 13;
+const std::size_t factoryCount = EffectWorld::shared().presets().size();
 
 /// The user's presets, undo and the comparison in the window.
 class WindowPresetTest : public EmbeddedUIFixture {
@@ -81,8 +81,9 @@ TEST_F(WindowPresetTest, PresetSavedByAHostIsInTheListWhenItOpens) {
                       "Theirs.ttl");
     clickIn(layout.presetName);
     clickIn(layout.presetEntry(place(), count()));
-    ASSERT_TRUE(untilWritten(1));
-    EXPECT_EQ(pluginUI.writes, (Writes{{mix, 12.0F}}));
+    ASSERT_TRUE(untilWritten(orvalo::effect::parameterCount - 1));
+    EXPECT_TRUE(std::find(pluginUI.writes.begin(), pluginUI.writes.end(), PortWrite{mix, 12.0F}) !=
+                pluginUI.writes.end());
 }
 
 TEST_F(WindowPresetTest, EscapeCancelsAndAnEmptyNameTurnsRed) {
