@@ -45,6 +45,8 @@ Features::Features(const LV2_Feature* const* features) {
             portSubscribe = static_cast<const LV2UI_Port_Subscribe*>(data);
         } else if (uri == LV2_UI__touch) {
             touch = static_cast<const LV2UI_Touch*>(data);
+        } else if (uri == presetWriterUri) {
+            presetWriter = static_cast<const PresetWriter*>(data);
         } else if (uri == LV2_URID__map) {
             map = static_cast<const LV2_URID_Map*>(data);
         } else if (uri == LV2_OPTIONS__options) {

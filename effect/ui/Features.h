@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "effect/ui/PresetWriter.h"
+
 namespace orvalo::effect::ui {
 
 /// The host's LV2 features for the UI. Only the parent window is required.
@@ -17,6 +19,8 @@ struct Features {
     const LV2UI_Port_Map* portMap = nullptr;
     const LV2UI_Port_Subscribe* portSubscribe = nullptr;
     const LV2UI_Touch* touch = nullptr;
+    /// Null where the UI writes presets itself.
+    const PresetWriter* presetWriter = nullptr;
     /// Scale factor of the screen, 0.5 to 8.
     double scale = 1.0;
     /// Port updates per second, 5 to 60.

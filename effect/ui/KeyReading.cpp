@@ -3,7 +3,9 @@
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 
+#include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace orvalo::effect::ui {
 
@@ -50,9 +52,26 @@ std::optional<Key> namedKey(KeySym symbol) {
         case XK_Delete:
         case XK_KP_Delete:
             return Key::erase;
+        case XK_F2:
+            return Key::rename;
         default:
             return std::nullopt;
     }
+}
+
+/// The printable character of a key; 0 for other keys. text: what Xlib makes of it, in Latin-1; it
+/// also knows the keypad.
+char32_t characterOf(KeySym symbol, std::string_view text) {
+    if (text.size() == 1 && text[0] >= ' ' && text[0] <= '~') {
+        return static_cast<char32_t>(text[0]);
+    }
+    constexpr KeySym unicode = 0x01000000;
+    if (symbol >= 0xA0 && symbol <= 0xFF) {
+        return static_cast<char32_t>(symbol);
+    }
+    return symbol > unicode && symbol <= unicode + 0x10FFFF
+               ? static_cast<char32_t>(symbol - unicode)
+               : 0;
 }
 
 }  // namespace
@@ -76,10 +95,16 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     if (control && (symbol == XK_a || symbol == XK_A)) {
         return Keystroke{.key = Key::selectAll, .character = 0, .fine = false};
     }
+    if (control && (symbol == XK_z || symbol == XK_Z)) {
+        const bool isRedo = (event.state & ShiftMask) != 0;
+        return Keystroke{.key = isRedo ? Key::redo : Key::undo, .character = 0, .fine = false};
+    }
     // With Ctrl or Alt it is a command for the host.
     const bool isCommand = control || (event.state & Mod1Mask) != 0;
-    if (length == 1 && text[0] >= ' ' && text[0] <= '~' && !isCommand) {
-        return Keystroke{.key = Key::character, .character = text[0], .fine = fine};
+    const char32_t character =
+        characterOf(symbol, {text.data(), static_cast<std::size_t>(std::max(0, length))});
+    if (character != 0 && !isCommand) {
+        return Keystroke{.key = Key::character, .character = character, .fine = fine};
     }
     return std::nullopt;
 }

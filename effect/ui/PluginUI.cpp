@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "effect/ui/KeyReading.h"
-#include "effect/ui/PresetFile.h"
 #include "effect/ui/paint/ScenePainter.h"
 
 namespace orvalo::effect::ui {
@@ -59,12 +58,12 @@ PluginUI::PluginUI(const Features& features, const std::string& bundle, LV2UI_Wr
     : scale_(features.scale),
       drawEvery_(0.9 / features.updateRate),
       host_(features, write, controller),
-      editor_(scene_, host_),
+      store_(bundle, features.presetWriter),
+      editor_(scene_, host_, store_),
       pointer_(scene_, editor_),
       keys_(scene_, editor_),
       window_(std::move(window)) {
-    scene_.presets = PresetChoice(readPresets(bundle));
-    scene_.presets.update(scene_.values);
+    editor_.readPresets();
     adoptSize();
 }
 
@@ -125,6 +124,7 @@ bool PluginUI::idle() {
     }
     const double now = clockSeconds();
     advanceTime(now);
+    checkPresets(now);
     if ((scene_.isChanged() || isUncovered_) && now - lastDrawn_ >= drawEvery_) {
         if (window_->isVisible(now)) {
             draw(now);
@@ -148,6 +148,19 @@ void PluginUI::advanceTime(double now) {
     }
     if (out != std::exchange(lightOut_, out)) {
         scene_.markChanged(Part::lightOut);
+    }
+}
+
+/// Where the host writes the presets, it needs a while.
+void PluginUI::checkPresets(double now) {
+    constexpr double period = 0.1;
+    if (!store_.isWaiting() || now - presetsChecked_ < period) {
+        return;
+    }
+    presetsChecked_ = now;
+    if (auto complaint = store_.check(now); !complaint.empty()) {
+        editor_.readPresets();
+        editor_.setNotice(std::move(complaint));
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include "effect/ui/HostLink.h"
 #include "effect/ui/PluginWindow.h"
+#include "effect/ui/PresetFiles.h"
 #include "effect/ui/model/Editor.h"
 #include "effect/ui/model/KeyInput.h"
 #include "effect/ui/model/PointerInput.h"
@@ -46,6 +47,7 @@ class PluginUI {
     void handleKey(const XKeyEvent& key);
     void adoptSize();
     void advanceTime(double now);
+    void checkPresets(double now);
     /// Updates the picture in memory. Returns the changed areas.
     std::vector<Rect> paint(double now);
     void draw(double now);
@@ -54,6 +56,7 @@ class PluginUI {
     double drawEvery_;
     Scene scene_;
     HostLink host_;
+    PresetFiles store_;
     Editor editor_;
     PointerInput pointer_;
     KeyInput keys_;
@@ -62,6 +65,7 @@ class PluginUI {
     double lightIn_ = 0.0;
     double lightOut_ = 0.0;
     double lastDrawn_ = -1.0;
+    double presetsChecked_ = -1.0;
     bool isPainted_ = false;   // Whether paint() was ever called.
     bool isUncovered_ = true;  // The window's contents must be copied again.
 };

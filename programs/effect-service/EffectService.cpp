@@ -76,6 +76,7 @@ void EffectService::take(const bridge::Instantiate& request) {
     g_setenv("MESA_SHADER_CACHE_DIR", effectCacheFolder(request.uri).c_str(), TRUE);
     // Half of BridgeLimits::cache.
     g_setenv("MESA_SHADER_CACHE_MAX_SIZE", "128M", TRUE);
+    writesPresets_ = request.writesPresets;
     // These URIs get the first numbers in every service, also in the one that saved the state.
     LV2URIDs::shared();
     try {
@@ -118,8 +119,8 @@ void EffectService::take(const bridge::Ping& request) {
 void EffectService::take(const bridge::OpenPluginUI& request) {
     answerAfter(request.number, [&] {
         closePluginUI();
-        pluginUI_ =
-            std::make_shared<ServicePluginUI>(*effect_, connection_, pluginUIParts(), request);
+        pluginUI_ = std::make_shared<ServicePluginUI>(*effect_, connection_, pluginUIParts(),
+                                                      request, writesPresets_);
         connection_.send(bridge::PluginUIOpened{pluginUI_->window()});
     });
 }

@@ -45,6 +45,7 @@ class EffectService {
 
     ServiceConnection connection_;
     std::unique_ptr<LoadedEffect> effect_;  // Null before Instantiate, and when that fails.
+    bool writesPresets_ = false;            // As in Instantiate.
     std::shared_ptr<const PluginUIParts> pluginUIParts_;  // Once the host has asked for it.
     std::shared_ptr<ServicePluginUI> pluginUI_;
     std::optional<int> status_;

@@ -44,14 +44,35 @@ PluginUIParts::PluginUIParts(const LV2LocalAudioUnit& unit)
 
 ServicePluginUI::ServicePluginUI(LoadedEffect& effect, ServiceConnection& host,
                                  std::shared_ptr<const PluginUIParts> parts,
-                                 const bridge::OpenPluginUI& request)
+                                 const bridge::OpenPluginUI& request, bool writesPresets)
     : effect_(effect), host_(host), parts_(std::move(parts)) {
     useDisplay(*parts_, request.display, request.window);
     pluginUI_ = std::make_unique<LV2PluginUI>(
-        effect_.unit(), parts_->data, request.window, request.scaleFactor, [this](X11Size size) {
+        effect_.unit(), parts_->data, request.window, request.scaleFactor,
+        [this](X11Size size) {
             host_.send(bridge::PluginUIResizeRequest{size.width, size.height});
-        });
+        },
+        writesPresets ? presetRequests() : LV2PresetRequests{});
     timer_ = std::make_unique<PluginUITimer>(G_PRIORITY_DEFAULT, [this] { update(); });
+}
+
+LV2PresetRequests ServicePluginUI::presetRequests() {
+    return {
+        .write =
+            [this](const std::string& folder, const std::string& label, const std::string& comment,
+                   const LV2PresetRequests::Values& values) {
+                bridge::WritePreset message{folder, label, comment, {}};
+                for (const auto& port : effect_.unit()->data().ports) {
+                    for (const auto& [symbol, value] : values) {
+                        if (symbol == port.symbol) {
+                            message.values.push_back({port.index, value});
+                        }
+                    }
+                }
+                host_.send(message);
+            },
+        .remove = [this](const std::string& folder) { host_.send(bridge::RemovePreset{folder}); },
+    };
 }
 
 void ServicePluginUI::setVisible(bool isVisible) {

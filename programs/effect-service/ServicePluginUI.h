@@ -29,11 +29,11 @@ struct PluginUIParts {
 /// Main thread.
 class ServicePluginUI : public std::enable_shared_from_this<ServicePluginUI> {
   public:
-    /// Makes the UI, hidden. effect and host outlive the object. Throws NSError: no such X server
-    /// or window, or as LV2PluginUI does.
+    /// Makes the UI, hidden. effect and host outlive the object. writesPresets: as in Instantiate.
+    /// Throws NSError: no such X server or window, or as LV2PluginUI does.
     ServicePluginUI(LoadedEffect& effect, ServiceConnection& host,
-                    std::shared_ptr<const PluginUIParts> parts,
-                    const bridge::OpenPluginUI& request);
+                    std::shared_ptr<const PluginUIParts> parts, const bridge::OpenPluginUI& request,
+                    bool writesPresets);
     /// Cleans the UI up, after end(). Its window should be hidden.
     ~ServicePluginUI() = default;
     ServicePluginUI(const ServicePluginUI&) = delete;
@@ -49,6 +49,7 @@ class ServicePluginUI : public std::enable_shared_from_this<ServicePluginUI> {
 
   private:
     void update();
+    LV2PresetRequests presetRequests();
 
     LoadedEffect& effect_;
     ServiceConnection& host_;

@@ -1,6 +1,9 @@
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <iterator>
 
+#include "effect/ui/model/Layout.h"
 #include "tests/app/ApplicationFixture.h"
 #include "tests/app/Screenshot.h"
 #include "tests/testing/WaitUntil.h"
@@ -23,6 +26,17 @@ class EffectPluginUITest : public ApplicationFixture {
             }
         }
         return dark > where.width * (where.height - kRow) / 2;
+    }
+
+    /// The middle of a part of the effect's layout.
+    static EffectSpot spotOf(effect::ui::Rect effect::ui::Layout::*part) {
+        const auto place = effectPlace();
+        EXPECT_TRUE(place);
+        if (!place) {
+            return {};
+        }
+        const auto area = effect::ui::Layout::of(place->width, place->height, 1.0).*part;
+        return {area.centerX() / place->width, area.centerY() / place->height};
     }
 
     void showEffect() {
@@ -108,6 +122,32 @@ TEST_F(EffectPluginUITest, TypingIntoTheEffectDoesNotTriggerShortcuts) {
     EXPECT_EQ(quit(), 0);
     const auto lines = program->readAll();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "AUEnginePlayer: Audio engine starting."), 0);
+}
+
+/// The host writes and removes what the effect, which sees `~/.lv2` read-only, asks for.
+TEST_F(EffectPluginUITest, PresetsAreSavedAndDeletedAlsoAfterARestart) {
+    const auto home = folder.path() / "home";
+    environment["HOME"] = home;
+    const auto presets = home / ".lv2";
+    const auto preset = presets / "orvalo-My_sound.preset.lv2";
+    showEffect();
+    clickIntoField(spotOf(&effect::ui::Layout::savePreset));
+    act({"type", "--", "My sound"});
+    act({"key", "Return"});
+    EXPECT_TRUE(pollUntil([&] { return std::filesystem::exists(preset / "manifest.ttl"); }));
+    EXPECT_EQ(quit(), 0);
+    showEffect();
+    clickIntoField(spotOf(&effect::ui::Layout::presetName));
+    act({"key", "End"});
+    act({"key", "Delete"});
+    EXPECT_TRUE(pollUntil([&] { return !std::filesystem::exists(preset); }));
+    // A change within the folder would be a file that the effect wrote itself.
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(presets), {}), 0);
+    act({"key", "ctrl+z"});
+    EXPECT_TRUE(pollUntil([&] { return std::filesystem::exists(preset / "manifest.ttl"); }));
+    act({"key", "Escape"});
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(program->standardError().find("refused"), std::string::npos);
 }
 
 }  // namespace

@@ -16,6 +16,8 @@ class UridMap {
 
     LV2_URID operator[](const std::string& uri);
     LV2_URID_Map* map() { return &map_; }
+    /// Null for a number that is not in use.
+    const char* uri(LV2_URID number) const;
 
   private:
     std::map<std::string, LV2_URID> numbers_;

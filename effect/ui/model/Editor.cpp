@@ -1,5 +1,8 @@
 #include "effect/ui/model/Editor.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "effect/ui/model/ValueText.h"
 
 namespace orvalo::effect::ui {
@@ -16,20 +19,66 @@ void Editor::show(Parameter parameter, float value) {
     }
 }
 
+void Editor::beginStep() {
+    if (depth_++ == 0) {
+        turned_.reset();
+        edit_.emplace();
+        edit_->chosen.before = scene_.presets.chosenKey();
+    }
+}
+
+bool Editor::endStep() {
+    if (--depth_ > 0) {
+        return false;
+    }
+    edit_->chosen.after = scene_.presets.chosenKey();
+    const bool isChange = edit_->tidy();
+    if (isChange) {
+        scene_.edits.add(std::move(*edit_));
+        scene_.markChanged(Part::header);
+    }
+    edit_.reset();
+    return isChange;
+}
+
 void Editor::set(Parameter parameter, float value) {
-    if (scene_.values[parameter] == value) {
+    const float before = scene_.values[parameter];
+    if (before == value) {
         return;
     }
     show(parameter, value);
+    if (edit_) {
+        edit_->note(parameter, before, scene_.values[parameter]);
+    }
     host_.write(parameter, scene_.values[parameter]);
 }
 
-void Editor::setOnce(Parameter parameter, float value) {
+bool Editor::setOnce(Parameter parameter, float value) {
     if (scene_.values[parameter] == value) {
-        return;
+        return false;
     }
+    beginStep();
     host_.grab(parameter, true);
     set(parameter, value);
+    host_.grab(parameter, false);
+    return endStep();
+}
+
+void Editor::turn(Parameter parameter, float value) {
+    const bool continues = turned_ == parameter;
+    if (setOnce(parameter, value) && (!continues || scene_.edits.joinLast())) {
+        turned_ = parameter;
+    }
+}
+
+void Editor::writeGrabbed(Parameter parameter, float value) {
+    const float before = scene_.values[parameter];
+    host_.grab(parameter, true);
+    show(parameter, value);
+    if (edit_) {
+        edit_->note(parameter, before, scene_.values[parameter]);
+    }
+    host_.write(parameter, scene_.values[parameter]);
     host_.grab(parameter, false);
 }
 
@@ -41,6 +90,7 @@ void Editor::receive(Parameter parameter, float value) {
 
 void Editor::hold(Parameter parameter) {
     release();
+    beginStep();
     held_ = parameter;
     host_.grab(parameter, true);
     scene_.markChanged(parameter);
@@ -51,43 +101,74 @@ void Editor::release() {
         host_.grab(*held_, false);
         scene_.markChanged(*held_);
         held_.reset();
+        endStep();
+    }
+}
+
+void Editor::activate(Focus field) {
+    switch (field) {
+        case Focus::undo:
+            return undo();
+        case Focus::redo:
+            return redo();
+        case Focus::previousPreset:
+            return stepPreset(-1);
+        case Focus::presetName:
+            return openList();
+        case Focus::nextPreset:
+            return stepPreset(1);
+        case Focus::savePreset:
+            return beginSaving();
+        case Focus::sound:
+            return switchSound();
+        case Focus::copySound:
+            return copySound();
+        case Focus::firstControl:
+            break;
     }
 }
 
 void Editor::choosePreset(std::size_t index) {
+    beginStep();
     // A copy: a host may answer a write by changing a parameter at once.
     const Preset preset = scene_.presets.presets().at(index);
     scene_.presets.choose(index);
     for (const auto& [parameter, value] : preset.values) {
-        host_.grab(parameter, true);
-        show(parameter, value);
-        host_.write(parameter, scene_.values[parameter]);
-        host_.grab(parameter, false);
+        writeGrabbed(parameter, value);
     }
+    scene_.presets.update(scene_.values);
     scene_.markChanged(Part::header);
+    endStep();
 }
 
 void Editor::stepPreset(int direction) {
-    if (const auto next = scene_.presets.neighbour(direction)) {
-        choosePreset(*next);
+    choosePreset(scene_.presets.neighbour(direction));
+}
+
+void Editor::readPresets() {
+    scene_.presets.replace(store_.read());
+    scene_.presets.update(scene_.values);
+    if (scene_.list) {
+        scene_.list = std::min(*scene_.list, scene_.presets.presets().size() - 1);
     }
+    scene_.markAllChanged();
 }
 
 void Editor::openList() {
-    if (!scene_.presets.presets().empty()) {
-        scene_.list = scene_.presets.chosen().value_or(0);
-        scene_.markAllChanged();
-    }
+    readPresets();
+    scene_.list = scene_.presets.chosen().value_or(0);
 }
 
 void Editor::closeList() {
     scene_.list.reset();
+    scene_.notice.clear();
     scene_.markAllChanged();
 }
 
 void Editor::markEntry(std::size_t index) {
     if (scene_.list && *scene_.list != index) {
         scene_.list = index;
+        scene_.notice.clear();
         scene_.markChanged(Part::header);
     }
 }
@@ -104,6 +185,9 @@ void Editor::beginEntry(Parameter parameter) {
 bool Editor::commitEntry() {
     if (!scene_.entry) {
         return true;
+    }
+    if (scene_.isNaming()) {
+        return commitName();
     }
     const Parameter parameter = scene_.entry->parameter;
     const auto typed = typedValue(parameter, scene_.entry->entry.text());
@@ -125,11 +209,16 @@ void Editor::cancelEntry() {
 }
 
 void Editor::entryChanged() {
+    scene_.entry->replaced.clear();
     if (!scene_.entry->complaint.empty()) {
         scene_.entry->complaint.clear();
         scene_.markAllChanged();
     }
-    scene_.markChanged(scene_.entry->parameter);
+    if (scene_.isNaming()) {
+        scene_.markChanged(Part::header);
+    } else {
+        scene_.markChanged(scene_.entry->parameter);
+    }
 }
 
 void Editor::markChanged(const Target& target) {
@@ -143,6 +232,7 @@ void Editor::markChanged(const Target& target) {
 
 void Editor::hover(const Target& target) {
     if (target != scene_.hovered) {
+        turned_.reset();
         markChanged(scene_.hovered);
         scene_.hovered = target;
         markChanged(target);
@@ -160,6 +250,9 @@ void Editor::markFocusChanged() {
 void Editor::focus(std::size_t place, bool shown) {
     if (place != scene_.focus || shown != scene_.showsFocus) {
         markFocusChanged();
+        if (place != scene_.focus) {
+            turned_.reset();
+        }
         scene_.focus = place;
         scene_.showsFocus = shown;
         markFocusChanged();

@@ -30,13 +30,16 @@ enum class Key : std::uint8_t {
     backspace,
     erase,
     selectAll,
+    rename,
+    undo,
+    redo,
 };
 
 /// A key press.
 struct Keystroke {
     Key key = Key::character;
-    /// The ASCII character, for Key::character.
-    char character = 0;
+    /// The character, for Key::character.
+    char32_t character = 0;
     bool fine = false;
 };
 

@@ -32,8 +32,13 @@ int stepsOf(Key key) {
 }  // namespace
 
 bool KeyInput::press(const Keystroke& key) {
+    editor_.setNotice({});
     if (scene_.entry) {
         return pressInEntry(key);
+    }
+    if (key.key == Key::undo || key.key == Key::redo) {
+        key.key == Key::undo ? editor_.undo() : editor_.redo();
+        return true;
     }
     if (scene_.list) {
         return pressInList(key);
@@ -47,7 +52,7 @@ bool KeyInput::press(const Keystroke& key) {
         return false;
     }
     const auto parameter = scene_.focusedControl();
-    const bool used = parameter ? pressOnControl(*parameter, key) : pressOnPresets(key);
+    const bool used = parameter ? pressOnControl(*parameter, key) : pressOnHeader(key);
     if (used) {
         editor_.focus(scene_.focus, true);
     }
@@ -127,6 +132,12 @@ bool KeyInput::pressInList(const Keystroke& key) {
             editor_.closeList();
             editor_.choosePreset(marked);
             break;
+        case Key::rename:
+            editor_.beginRenaming(marked);
+            break;
+        case Key::erase:
+            editor_.deletePreset(marked);
+            break;
         case Key::escape:
         case Key::tab:
         case Key::backTab:
@@ -142,16 +153,16 @@ bool KeyInput::pressInList(const Keystroke& key) {
     return true;
 }
 
-bool KeyInput::pressOnPresets(const Keystroke& key) {
-    const auto place = static_cast<Focus>(scene_.focus);
-    const bool activates = key.key == Key::enter || isSpace(key);
-    if (place != Focus::presetName) {
-        if (activates) {
-            editor_.stepPreset(place == Focus::previousPreset ? -1 : 1);
-        }
-        return activates;
+bool KeyInput::pressOnHeader(const Keystroke& key) {
+    const auto field = static_cast<Focus>(scene_.focus);
+    if (key.key == Key::enter || isSpace(key)) {
+        editor_.activate(field);
+        return true;
     }
-    if (activates || key.key == Key::down) {
+    if (field != Focus::presetName) {
+        return false;
+    }
+    if (key.key == Key::down) {
         editor_.openList();
         return true;
     }
@@ -171,7 +182,7 @@ bool KeyInput::pressOnControl(Parameter parameter, const Keystroke& key) {
         return false;
     }
     if (const int steps = stepsOf(key.key); steps != 0) {
-        editor_.setOnce(parameter, stepped(parameter, scene_.values[parameter], steps, key.fine));
+        editor_.turn(parameter, stepped(parameter, scene_.values[parameter], steps, key.fine));
         return true;
     }
     switch (key.key) {
@@ -192,7 +203,7 @@ bool KeyInput::pressOnControl(Parameter parameter, const Keystroke& key) {
             break;
     }
     // A digit or sign starts typing a value.
-    const char c = key.character;
+    const char32_t c = key.character;
     if (key.key == Key::character && ((c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.')) {
         editor_.beginEntry(parameter);
         scene_.entry->entry.insert(c);

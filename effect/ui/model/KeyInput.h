@@ -5,7 +5,8 @@
 
 namespace orvalo::effect::ui {
 
-/// Handles the keyboard: Tab moves the focus, arrow keys turn, Enter starts typing a value.
+/// Handles the keyboard: Tab moves the focus, arrow keys turn, Enter starts typing a value,
+/// Ctrl+Z undoes.
 class KeyInput {
   public:
     /// Steps of Page Up and Page Down.
@@ -19,7 +20,7 @@ class KeyInput {
   private:
     bool pressInEntry(const Keystroke& key);
     bool pressInList(const Keystroke& key);
-    bool pressOnPresets(const Keystroke& key);
+    bool pressOnHeader(const Keystroke& key);
     bool pressOnControl(Parameter parameter, const Keystroke& key);
     void moveFocus(int direction);
 

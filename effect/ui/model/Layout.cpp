@@ -76,7 +76,7 @@ class Arrangement {
     void arrange() {
         const double margin = unit_;
         const Rect inner = layout_.whole().inset(margin, margin);
-        const double headerHeight = 4.0 * unit_;
+        const double headerHeight = (shape_ == Shape::tall ? 7.5 : 4.0) * unit_;
         placeHeader({inner.x, inner.y - 0.5 * unit_, inner.width, headerHeight});
         const double top = layout_.header.bottom() + 0.5 * unit_;
         const Rect body{inner.x, top, inner.width, std::max(0.0, inner.bottom() - top)};
@@ -98,20 +98,60 @@ class Arrangement {
     }
 
   private:
+    /// From the left: the mark, undo and redo, the presets, the comparison, the switch. A tall
+    /// window has the presets in a row of their own.
     void placeHeader(const Rect& area) {
         layout_.header = sharp(area);
+        const bool isTall = shape_ == Shape::tall;
         const double high = 3.0 * unit_;
-        const double y = area.centerY() - 0.5 * high;
-        const double arrow = 3.0 * unit_;
+        const double y = isTall ? area.y + 0.5 * unit_ : area.centerY() - 0.5 * high;
+        const double button = 3.0 * unit_;
         const double gap = 0.5 * unit_;
-        const double name = std::min(26.0 * unit_, area.width - 34.0 * unit_);
-        const double start = area.centerX() - 0.5 * name;
-        layout_.wordmark = sharp({area.x, y, 12.0 * unit_, high});
-        layout_.previousPreset = sharp({start - gap - arrow, y, arrow, high});
-        layout_.presetName = sharp({start, y, name, high});
-        layout_.nextPreset = sharp({start + name + gap, y, arrow, high});
-        const double power = 9.0 * unit_;
-        cell(Parameter::enabled).area = sharp({area.right() - power, y, power, high});
+        const double power = 7.5 * unit_;
+        const double sound = 5.5 * unit_;
+        const double copy = 4.5 * unit_;
+        const double mark = 12.0 * unit_;
+        const double least = 3.0 * unit_;
+
+        double x = area.right() - power;
+        cell(Parameter::enabled).area = sharp({x, y, power, high});
+        x -= 2.0 * gap + copy;
+        layout_.copySound = sharp({x, y, copy, high});
+        x -= gap + sound;
+        layout_.sound = sharp({x, y, sound, high});
+        const double end = x - 2.0 * gap;
+
+        const double tools = 2.0 * button + gap;
+        const double others = 3.0 * (button + gap);
+        const double name = 18.0 * unit_;
+        const bool hasName =
+            area.x + mark + tools + 4.0 * gap + (isTall ? 0.0 : name + others) <= end;
+        layout_.wordmark = sharp({area.x, y, hasName ? mark : least, high});
+        x = area.x + (hasName ? mark : least) + 2.0 * gap;
+        layout_.undo = sharp({x, y, button, high});
+        layout_.redo = sharp({x + button + gap, y, button, high});
+        x += tools + 2.0 * gap;
+        if (isTall) {
+            placePresets({area.x, y + high + gap, area.width, high});
+            return;
+        }
+        // Centred between what is at its sides, and not wider than a long name.
+        const double wide = std::min(end - x, 30.0 * unit_ + others);
+        placePresets({x + 0.5 * (end - x - wide), y, std::max(0.0, wide), high});
+    }
+
+    void placePresets(const Rect& area) {
+        const double button = 3.0 * unit_;
+        const double gap = 0.5 * unit_;
+        const double name = std::max(0.0, area.width - 3.0 * (button + gap));
+        double x = area.x;
+        layout_.previousPreset = sharp({x, area.y, button, area.height});
+        x += button + gap;
+        layout_.presetName = sharp({x, area.y, name, area.height});
+        x += name + gap;
+        layout_.nextPreset = sharp({x, area.y, button, area.height});
+        x += button + gap;
+        layout_.savePreset = sharp({x, area.y, button, area.height});
     }
 
     void placeGraphs(const Rect& area) {

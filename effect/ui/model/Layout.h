@@ -55,10 +55,17 @@ struct Layout {
     double dragTravel = 0.0;
 
     Rect header;
+    /// As narrow as the mark alone where there is no room for the name.
     Rect wordmark;
+    Rect undo;
+    Rect redo;
     Rect previousPreset;
     Rect presetName;
     Rect nextPreset;
+    Rect savePreset;
+    /// The switch between A and B, and the button that copies one to the other.
+    Rect sound;
+    Rect copySound;
     Rect curve;
     Rect history;
     std::array<Panel, sectionCount> panels{};
@@ -74,14 +81,19 @@ struct Layout {
     Rect whole() const { return {0.0, 0.0, width, height}; }
 
     /// The preset list, which opens below the preset name with as many columns as it needs to show
-    /// all presets, and one of its entries.
+    /// all presets, one of its entries, and the place of the marked preset's description.
     Rect presetList(std::size_t count) const;
     Rect presetEntry(std::size_t index, std::size_t count) const;
+    Rect presetDescription(std::size_t count) const;
+    /// The buttons at the end of an entry that is the user's.
+    Rect renameEntry(std::size_t index, std::size_t count) const;
+    Rect deleteEntry(std::size_t index, std::size_t count) const;
 
     /// The text field for typing a value, centred on the value.
     Rect entryField(Parameter parameter) const;
-    /// The box for the complaint about typed text. textWidth: in pixels.
-    Rect complaint(Parameter parameter, double textWidth) const;
+    /// The box for a line about a field: above it, or below it where there is no room. textWidth:
+    /// in pixels.
+    Rect complaint(const Rect& field, double textWidth) const;
 };
 
 }  // namespace orvalo::effect::ui

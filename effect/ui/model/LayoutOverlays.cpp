@@ -23,8 +23,14 @@ Grid gridFor(std::size_t count, double height, double rowHeight) {
     return {(count + columns - 1) / columns, columns, rowHeight};
 }
 
+/// Two lines for the description.
+double descriptionHeight(const Layout& layout) {
+    return std::round(3.0 * layout.text);
+}
+
 Grid presetGrid(const Layout& layout, std::size_t count) {
-    const double room = layout.height - layout.presetName.bottom() - 2.0 * layout.unit;
+    const double room =
+        layout.height - layout.presetName.bottom() - 2.0 * layout.unit - descriptionHeight(layout);
     return gridFor(count, room, std::round(1.9 * layout.text));
 }
 
@@ -33,11 +39,13 @@ Grid presetGrid(const Layout& layout, std::size_t count) {
 Rect Layout::presetList(std::size_t count) const {
     const Grid grid = presetGrid(*this, count);
     const double padding = 0.5 * unit;
-    const double wide = std::min(
-        width, std::max(presetName.width, 20.0 * unit) * static_cast<double>(grid.columns));
+    const double column = std::max(presetName.width, 20.0 * unit);
+    const double wide =
+        std::min(width, std::max(column * static_cast<double>(grid.columns), 27.0 * text));
     const double x = std::clamp(presetName.centerX() - 0.5 * wide, 0.0, width - wide);
     return {std::round(x), presetName.bottom() + std::round(0.5 * unit), std::round(wide),
-            std::round(static_cast<double>(grid.rows) * grid.rowHeight + 2.0 * padding)};
+            std::round(static_cast<double>(grid.rows) * grid.rowHeight + 2.0 * padding +
+                       descriptionHeight(*this))};
 }
 
 Rect Layout::presetEntry(std::size_t index, std::size_t count) const {
@@ -50,6 +58,23 @@ Rect Layout::presetEntry(std::size_t index, std::size_t count) const {
             list.y + static_cast<double>(row) * grid.rowHeight, wide, grid.rowHeight};
 }
 
+Rect Layout::presetDescription(std::size_t count) const {
+    const Rect list = presetList(count);
+    const double high = descriptionHeight(*this);
+    return {list.x + 1.5 * unit, list.bottom() - 0.5 * unit - high,
+            std::max(0.0, list.width - 3.0 * unit), high};
+}
+
+Rect Layout::deleteEntry(std::size_t index, std::size_t count) const {
+    const Rect entry = presetEntry(index, count);
+    return {entry.right() - entry.height, entry.y, entry.height, entry.height};
+}
+
+Rect Layout::renameEntry(std::size_t index, std::size_t count) const {
+    const Rect entry = presetEntry(index, count);
+    return {entry.right() - 2.0 * entry.height, entry.y, entry.height, entry.height};
+}
+
 Rect Layout::entryField(Parameter parameter) const {
     const Rect& value = cell(parameter).value;
     const double wide = std::min(width, std::max(value.width, 7.0 * text));
@@ -59,13 +84,13 @@ Rect Layout::entryField(Parameter parameter) const {
     return {std::round(x), std::round(y), std::round(wide), std::round(high)};
 }
 
-Rect Layout::complaint(Parameter parameter, double textWidth) const {
-    const Rect field = entryField(parameter);
+Rect Layout::complaint(const Rect& field, double textWidth) const {
     const double wide = std::min(width, textWidth + 2.0 * unit);
     const double high = std::round(2.0 * text);
+    const double gap = std::round(0.5 * unit);
     const double x = std::clamp(field.centerX() - 0.5 * wide, 0.0, width - wide);
-    return {std::round(x), std::max(0.0, field.y - high - std::round(0.5 * unit)), std::round(wide),
-            high};
+    const double above = field.y - high - gap;
+    return {std::round(x), above < 0.0 ? field.bottom() + gap : above, std::round(wide), high};
 }
 
 }  // namespace orvalo::effect::ui

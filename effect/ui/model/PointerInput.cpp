@@ -25,17 +25,16 @@ bool PointerInput::isSecondPress(const Target& target, const Pointer& pointer) c
 }
 
 void PointerInput::press(const Pointer& pointer) {
+    editor_.setNotice({});
     const Target target = scene_.targetAt(pointer.x, pointer.y);
-    const bool inEntry =
-        scene_.entry &&
-        scene_.layout.entryField(scene_.entry->parameter).contains(pointer.x, pointer.y);
+    const bool inEntry = scene_.entry && scene_.entryField().contains(pointer.x, pointer.y);
     if (inEntry) {
         scene_.entry->entry.moveToEnd();
         editor_.entryChanged();
         return;
     }
-    // A press elsewhere commits the typed text, or discards it if it is invalid.
-    if (scene_.entry && !editor_.commitEntry()) {
+    // A press elsewhere commits a typed value, or discards it if it is invalid. It saves no preset.
+    if (scene_.isNaming() || (scene_.entry && !editor_.commitEntry())) {
         editor_.cancelEntry();
     }
     switch (target.kind) {
@@ -49,21 +48,25 @@ void PointerInput::press(const Pointer& pointer) {
             }
             editor_.beginEntry(target.parameter);
             break;
+        case Kind::undo:
+        case Kind::redo:
         case Kind::previousPreset:
-        case Kind::nextPreset:
-            editor_.focus(
-                static_cast<std::size_t>(target.kind == Kind::previousPreset ? Focus::previousPreset
-                                                                             : Focus::nextPreset),
-                false);
-            editor_.stepPreset(target.kind == Kind::previousPreset ? -1 : 1);
-            break;
         case Kind::presetName:
-            editor_.focus(static_cast<std::size_t>(Focus::presetName), false);
-            editor_.openList();
+        case Kind::nextPreset:
+        case Kind::savePreset:
+        case Kind::sound:
+        case Kind::copySound:
+            pressField(target.kind);
             break;
         case Kind::presetEntry:
             editor_.closeList();
             editor_.choosePreset(target.entry);
+            break;
+        case Kind::renameEntry:
+            editor_.beginRenaming(target.entry);
+            break;
+        case Kind::deleteEntry:
+            editor_.deletePreset(target.entry);
             break;
         case Kind::outsideList:
             editor_.closeList();
@@ -73,6 +76,16 @@ void PointerInput::press(const Pointer& pointer) {
     }
     pressed_ = target;
     pressedAt_ = pointer;
+}
+
+void PointerInput::pressField(Kind kind) {
+    for (const auto& field : headerFields) {
+        if (field.kind == kind) {
+            editor_.focus(static_cast<std::size_t>(field.focus), false);
+            editor_.activate(field.focus);
+            return;
+        }
+    }
 }
 
 void PointerInput::pressControl(Parameter parameter, const Pointer& pointer) {
@@ -93,7 +106,8 @@ void PointerInput::move(const Pointer& pointer) {
     if (!drag_) {
         const Target target = scene_.targetAt(pointer.x, pointer.y);
         editor_.hover(target);
-        if (target.kind == Kind::presetEntry) {
+        if (target.kind == Kind::presetEntry || target.kind == Kind::renameEntry ||
+            target.kind == Kind::deleteEntry) {
             editor_.markEntry(target.entry);
         }
         return;
@@ -124,8 +138,8 @@ void PointerInput::wheel(const Pointer& pointer, int turns) {
         return;
     }
     if (isControl) {
-        editor_.setOnce(target.parameter, stepped(target.parameter, scene_.values[target.parameter],
-                                                  turns, pointer.fine));
+        editor_.turn(target.parameter, stepped(target.parameter, scene_.values[target.parameter],
+                                               turns, pointer.fine));
     } else if (target.kind == Kind::presetName) {
         editor_.stepPreset(turns > 0 ? -1 : 1);
     }

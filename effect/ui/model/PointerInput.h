@@ -24,6 +24,7 @@ class PointerInput {
     void wheel(const Pointer& pointer, int turns);
 
   private:
+    void pressField(Target::Kind kind);
     void pressControl(Parameter parameter, const Pointer& pointer);
     bool isSecondPress(const Target& target, const Pointer& pointer) const;
 

@@ -12,22 +12,54 @@ bool isSame(float one, float other) {
     return std::abs(one - other) <= 1e-4F * std::max(1.0F, std::abs(other));
 }
 
-bool areStandard(const ParameterValues& values) {
-    for (std::size_t i = 0; i < parameterCount; ++i) {
-        if (!isSame(values[static_cast<Parameter>(i)], parameterRanges.at(i).standard)) {
-            return false;
-        }
-    }
-    return true;
-}
-
 bool matches(const Preset& preset, const ParameterValues& values) {
     return !preset.values.empty() &&
            std::all_of(preset.values.begin(), preset.values.end(),
                        [&](const auto& one) { return isSame(values[one.first], one.second); });
 }
 
+Preset defaultPreset() {
+    Preset preset{.name = defaultPresetName,
+                  .values = {},
+                  .description = "Every control at its default: resets the whole effect."};
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        const auto parameter = static_cast<Parameter>(i);
+        if (isInPresets(parameter)) {
+            preset.values.emplace_back(parameter, parameterRanges.at(i).standard);
+        }
+    }
+    return preset;
+}
+
 }  // namespace
+
+void PresetChoice::replace(std::vector<Preset> presets) {
+    const auto key = chosenKey();
+    presets.insert(presets.begin(), defaultPreset());
+    presets_ = std::move(presets);
+    choose(key);
+}
+
+std::optional<std::size_t> PresetChoice::find(const Key& key) const {
+    const auto found = std::find_if(presets_.begin(), presets_.end(), [&](const Preset& one) {
+        return one.name == key.name && one.isUser == key.isUser;
+    });
+    return found == presets_.end()
+               ? std::nullopt
+               : std::optional(static_cast<std::size_t>(found - presets_.begin()));
+}
+
+void PresetChoice::choose(const std::optional<Key>& key) {
+    chosen_ = key ? find(*key) : std::nullopt;
+}
+
+std::optional<PresetChoice::Key> PresetChoice::chosenKey() const {
+    if (!chosen_) {
+        return std::nullopt;
+    }
+    const Preset& preset = presets_.at(*chosen_);
+    return Key{preset.name, preset.isUser};
+}
 
 std::string PresetChoice::describe(const ParameterValues& values) {
     if (chosen_ && matches(presets_.at(*chosen_), values)) {
@@ -39,9 +71,6 @@ std::string PresetChoice::describe(const ParameterValues& values) {
         chosen_ = static_cast<std::size_t>(found - presets_.begin());
         return found->name;
     }
-    if (areStandard(values)) {
-        return "Default";
-    }
     return chosen_ ? presets_.at(*chosen_).name + " *" : "Custom settings";
 }
 
@@ -52,11 +81,8 @@ bool PresetChoice::update(const ParameterValues& values) {
     return changed;
 }
 
-std::optional<std::size_t> PresetChoice::neighbour(int direction) const {
+std::size_t PresetChoice::neighbour(int direction) const {
     const std::size_t count = presets_.size();
-    if (count == 0) {
-        return std::nullopt;
-    }
     if (!chosen_) {
         return direction > 0 ? 0 : count - 1;
     }

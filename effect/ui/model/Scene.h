@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <bitset>
 #include <cstddef>
 #include <optional>
@@ -7,6 +8,7 @@
 
 #include "effect/dsp/Parameter.h"
 #include "effect/ui/model/ActivityLight.h"
+#include "effect/ui/model/EditHistory.h"
 #include "effect/ui/model/History.h"
 #include "effect/ui/model/Layout.h"
 #include "effect/ui/model/PresetChoice.h"
@@ -18,15 +20,24 @@ namespace orvalo::effect::ui {
 struct Target {
     enum class Kind : std::uint8_t {
         nothing,
+        // The fields of the header, in the order of Focus.
+        undo,
+        redo,
         previousPreset,
         presetName,
         nextPreset,
+        savePreset,
+        /// A or B.
+        sound,
+        copySound,
         /// The switch, or a knob with its name.
         control,
         /// A knob's value, which can be typed.
         value,
         /// An entry of the open list of presets, or a place beside it.
         presetEntry,
+        renameEntry,
+        deleteEntry,
         outsideList,
     };
 
@@ -46,17 +57,54 @@ constexpr std::size_t partOf(Parameter parameter) {
     return static_cast<std::size_t>(Part::firstControl) + static_cast<std::size_t>(parameter);
 }
 
-/// The keyboard focus, in tab order: the three fields of the preset choice, then the controls.
-enum class Focus : std::uint8_t { previousPreset, presetName, nextPreset, firstControl };
+/// The keyboard focus, in tab order: the fields of the header, then the controls.
+enum class Focus : std::uint8_t {
+    undo,
+    redo,
+    previousPreset,
+    presetName,
+    nextPreset,
+    savePreset,
+    sound,
+    copySound,
+    firstControl,
+};
+
+/// A field of the header.
+struct HeaderField {
+    Target::Kind kind;
+    Focus focus;
+    Rect Layout::*area;
+};
+inline constexpr std::array<HeaderField, static_cast<std::size_t>(Focus::firstControl)>
+    headerFields{{
+        {Target::Kind::undo, Focus::undo, &Layout::undo},
+        {Target::Kind::redo, Focus::redo, &Layout::redo},
+        {Target::Kind::previousPreset, Focus::previousPreset, &Layout::previousPreset},
+        {Target::Kind::presetName, Focus::presetName, &Layout::presetName},
+        {Target::Kind::nextPreset, Focus::nextPreset, &Layout::nextPreset},
+        {Target::Kind::savePreset, Focus::savePreset, &Layout::savePreset},
+        {Target::Kind::sound, Focus::sound, &Layout::sound},
+        {Target::Kind::copySound, Focus::copySound, &Layout::copySound},
+    }};
+
 inline constexpr std::size_t focusCount =
     static_cast<std::size_t>(Focus::firstControl) + parameterCount;
 
-/// A value that is being typed.
+/// A value, or the name of a preset, that is being typed.
 struct ValueEntry {
+    enum class Purpose : std::uint8_t { value, savePreset, renamePreset };
+
+    /// Of a value.
     Parameter parameter;
     TextEntry entry;
     /// The error in the text after a failed commit, else empty.
     std::string complaint;
+    Purpose purpose = Purpose::value;
+    /// The preset to rename.
+    std::string renamed{};
+    /// The name, once the user was told that saving replaces a preset.
+    std::string replaced{};
 };
 
 /// The state that the window shows, and the parts that have changed since they were drawn.
@@ -68,6 +116,8 @@ struct Scene {
     ActivityLight lightIn;
     ActivityLight lightOut;
     PresetChoice presets;
+    EditHistory edits;
+    Comparison comparison;
 
     Target hovered;
     std::size_t focus = static_cast<std::size_t>(Focus::firstControl) + 1;
@@ -77,6 +127,8 @@ struct Scene {
     std::optional<ValueEntry> entry;
     /// The marked entry of the preset list while the list is open.
     std::optional<std::size_t> list;
+    /// What the user is told below the preset's name, until the next press or key.
+    std::string notice;
 
     std::bitset<partCount> changed = std::bitset<partCount>().set();
     /// The whole picture must be redrawn.
@@ -96,6 +148,14 @@ struct Scene {
         const auto first = static_cast<std::size_t>(Focus::firstControl);
         return focus < first ? std::nullopt : std::optional(static_cast<Parameter>(focus - first));
     }
+
+    bool isNaming() const { return entry && entry->purpose != ValueEntry::Purpose::value; }
+    /// The text field while something is typed.
+    Rect entryField() const {
+        return isNaming() ? layout.presetName : layout.entryField(entry->parameter);
+    }
+    /// The line below the field: the complaint about the text, or what the keys do.
+    std::string entryLine() const;
 
     /// The target at a position of the window.
     Target targetAt(double x, double y) const;

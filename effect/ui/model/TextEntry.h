@@ -4,23 +4,24 @@
 
 namespace orvalo::effect::ui {
 
-/// A text field with a caret. Initially the whole text is selected, so that typing replaces it.
-/// Printable ASCII only.
+/// A text field with a caret. Initially the whole text is selected, so that typing replaces it. The
+/// text is UTF-8.
 class TextEntry {
   public:
-    /// The most characters that a value needs.
+    /// The most bytes that a value, or a preset's name, needs.
     static constexpr std::size_t longest = 24;
+    static constexpr std::size_t longestName = 40;
 
-    explicit TextEntry(std::string text)
-        : text_(std::move(text)), caret_(text_.size()), allSelected_(!text_.empty()) {}
+    explicit TextEntry(std::string text, std::size_t most = longest)
+        : text_(std::move(text)), most_(most), caret_(text_.size()), allSelected_(!text_.empty()) {}
 
     const std::string& text() const { return text_; }
-    /// The number of characters before the caret.
+    /// The number of bytes before the caret.
     std::size_t caret() const { return caret_; }
     bool isAllSelected() const { return allSelected_; }
 
-    /// Ignores other characters, and characters beyond the longest text.
-    void insert(char character);
+    /// Ignores control characters, and characters beyond the longest text.
+    void insert(char32_t character);
     void eraseBefore();
     void eraseAfter();
     /// One character to the left (-1) or to the right (1).
@@ -31,8 +32,11 @@ class TextEntry {
 
   private:
     bool eraseSelection();
+    std::size_t before() const;
+    std::size_t after() const;
 
     std::string text_;
+    std::size_t most_;
     std::size_t caret_;
     bool allSelected_;
 };

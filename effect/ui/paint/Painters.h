@@ -7,7 +7,7 @@ namespace orvalo::effect::ui {
 
 // Each function draws one part of the scene, background included, within the part's area.
 
-/// The wordmark and the preset choice.
+/// The header with all its fields.
 void paintHeader(const Brush& brush, const Scene& scene);
 /// The Enabled switch.
 void paintSwitch(const Brush& brush, const Scene& scene);
@@ -22,8 +22,10 @@ void paintPanel(const Brush& brush, const Scene& scene, Section section);
 void paintTitle(const Brush& brush, const Scene& scene, Section section, double brightness);
 /// The open preset list.
 void paintPresetList(const Brush& brush, const Scene& scene);
-/// The text field and the complaint about its text.
+/// The text field and the line about it.
 void paintEntry(const Brush& brush, const Scene& scene);
+/// The notice, unless the preset list shows it.
+void paintNotice(const Brush& brush, const Scene& scene);
 
 /// The corner radius and the line width, in pixels.
 double cornerRadius(const Layout& layout);
@@ -31,7 +33,8 @@ double hairline(const Layout& layout);
 /// The accent colour, or the inactive one while the effect is bypassed.
 Colour accentOf(const Scene& scene);
 bool isEnabled(const Scene& scene);
-/// The area of the complaint; empty without one.
-Rect complaintArea(const Brush& brush, const Scene& scene);
+/// The areas of the line about the text field and of the notice; empty without one.
+Rect entryLineArea(const Brush& brush, const Scene& scene);
+Rect noticeArea(const Brush& brush, const Scene& scene);
 
 }  // namespace orvalo::effect::ui

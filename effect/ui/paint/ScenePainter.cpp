@@ -10,12 +10,8 @@ namespace {
 
 Rect areaOf(const Layout& layout, std::size_t part) {
     switch (static_cast<Part>(part)) {
-        case Part::header: {
-            // Without the switch, which is a separate part.
-            Rect area = layout.header;
-            area.width = layout.cell(Parameter::enabled).area.x - area.x;
-            return area;
-        }
+        case Part::header:
+            return layout.header;
         case Part::curve:
             return layout.curve;
         case Part::history:
@@ -69,8 +65,11 @@ std::vector<Rect> overlays(const Brush& brush, const Scene& scene) {
         areas.push_back(scene.layout.presetList(scene.presets.presets().size()));
     }
     if (scene.entry) {
-        areas.push_back(scene.layout.entryField(scene.entry->parameter));
-        areas.push_back(complaintArea(brush, scene));
+        areas.push_back(scene.entryField());
+        areas.push_back(entryLineArea(brush, scene));
+    }
+    if (!scene.notice.empty()) {
+        areas.push_back(noticeArea(brush, scene));
     }
     return areas;
 }
@@ -110,6 +109,7 @@ std::vector<Rect> paintScene(cairo_t* context, const Scene& scene, double now) {
         if (scene.entry) {
             paintEntry(brush, scene);
         }
+        paintNotice(brush, scene);
         for (const Rect& overlay : overlays(brush, scene)) {
             drawn.push_back(overlay);
         }

@@ -30,17 +30,21 @@ EffectLoading loading(AudioComponentInstantiationOptions options) {
                                                                         : platformEffectLoading();
 }
 
-/// The folder of the group's settings, for the effects that the bundle names. The database in it
-/// has more files than one.
-std::vector<std::filesystem::path> groupFolders(const AudioComponentDescription& description) {
-    const auto& bundle = *Bundle::main();
-    const auto group = bundle.infoValue("Group");
-    const auto manufacturer = bundle.infoValue("GroupManufacturer");
+/// Whether the bundle names the effect's manufacturer as one of its group.
+bool isOfGroup(const AudioComponentDescription& description) {
+    const auto manufacturer = Bundle::main()->infoValue("GroupManufacturer");
     std::uint32_t code = 0;
     for (const char letter : manufacturer.value_or("")) {
         code = code << 8U | static_cast<unsigned char>(letter);
     }
-    if (!group || code != description.componentManufacturer) {
+    return manufacturer && code == description.componentManufacturer;
+}
+
+/// The folder of the group's settings, for the effects of the group. The database in it has more
+/// files than one.
+std::vector<std::filesystem::path> groupFolders(const AudioComponentDescription& description) {
+    const auto group = Bundle::main()->infoValue("Group");
+    if (!group || !isOfGroup(description)) {
         return {};
     }
     const auto folder = suiteFile(*group).parent_path();
@@ -65,7 +69,7 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
     const auto make = [&](const LV2FullState& start) {
         return std::make_shared<BridgedAudioUnit>(
             world, uri, description, Bundle::main()->helperURL("effect-service").path(),
-            BridgeLimits{}, expectedRendering(), groupFolders(description), start);
+            BridgeLimits{}, expectedRendering(), groupFolders(description), isOfGroup(description), start);
     };
     const auto recalled = memory.recall ? memory.recall(uri) : std::nullopt;
     std::shared_ptr<BridgedAudioUnit> unit;

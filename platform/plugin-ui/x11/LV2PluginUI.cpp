@@ -44,12 +44,13 @@ LV2PluginUI::Connection::~Connection() {
 
 LV2PluginUI::LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit,
                          const LV2PluginUIData& data, unsigned long parent, double scaleFactor,
-                         std::function<void(X11Size)> onResize)
+                         std::function<void(X11Size)> onResize, LV2PresetRequests presets)
     : data_(data),
       log_(data.plugin),
       connection_(unit, std::make_shared<LV2EventLink>(unit->data().ports)),
       options_(*unit, data, scaleFactor),
-      features_(options_, log_, parent, connection_.instance, std::move(onResize)),
+      features_(options_, log_, parent, connection_.instance, std::move(onResize),
+                std::move(presets)),
       shown_(unit->data().ports.size()),
       isShown_(unit->data().ports.size()),
       isTouched_(unit->data().ports.size()),

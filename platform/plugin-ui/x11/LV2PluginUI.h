@@ -25,10 +25,12 @@ class LV2PluginUI {
     static constexpr double kUpdateRate = 60.0;
 
     /// parent: the X window that gets the UI's window; scaleFactor: of the screen; onResize: the UI
-    /// requests a size, also while it is made. The data's library must stay loaded for the object's
+    /// requests a size, also while it is made; presets: for a UI that cannot write files itself.
+    /// The data's library must stay loaded for the object's
     /// life. Throws NSError when the UI cannot be made.
     LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit, const LV2PluginUIData& data,
-                unsigned long parent, double scaleFactor, std::function<void(X11Size)> onResize);
+                unsigned long parent, double scaleFactor, std::function<void(X11Size)> onResize,
+                LV2PresetRequests presets = {});
     /// Cleans the UI up. Its window should be hidden.
     ~LV2PluginUI();
     LV2PluginUI(const LV2PluginUI&) = delete;

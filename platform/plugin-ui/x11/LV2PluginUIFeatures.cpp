@@ -60,7 +60,8 @@ bool LV2PluginUIOptions::isOffered(const std::string& uri) {
 LV2PluginUIFeatures::LV2PluginUIFeatures(LV2PluginUIOptions& options, LV2Log& log,
                                          unsigned long parent,
                                          const LV2LocalAudioUnit::InstanceAccess& instance,
-                                         std::function<void(X11Size)> onResize)
+                                         std::function<void(X11Size)> onResize,
+                                         LV2PresetRequests presets)
     : onResize_(std::move(onResize)),
       resizeData_{this, resize},
       // The host has no dialog for parameters that are files.
@@ -81,8 +82,19 @@ LV2PluginUIFeatures::LV2PluginUIFeatures(LV2PluginUIOptions& options, LV2Log& lo
       idle_{LV2_UI__idleInterface, nullptr},
       instance_{LV2_INSTANCE_ACCESS_URI, instance.handle},
       data_{LV2_DATA_ACCESS_URI, &dataAccess_},
-      features_{&map_,          &unmap_, &options_,  &log_,  &parent_, &resize_,
-                &requestValue_, &idle_,  &instance_, &data_, nullptr} {}
+      presetWriter_(std::move(presets)),
+      features_{&map_,
+                &unmap_,
+                &options_,
+                &log_,
+                &parent_,
+                &resize_,
+                &requestValue_,
+                &idle_,
+                &instance_,
+                &data_,
+                presetWriter_.feature(),
+                nullptr} {}
 
 int LV2PluginUIFeatures::resize(LV2UI_Feature_Handle handle, int width, int height) {
     if (width < 1 || height < 1) {

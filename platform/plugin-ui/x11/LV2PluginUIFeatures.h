@@ -13,6 +13,7 @@
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/audio/lv2/LV2Log.h"
 #include "platform/plugin-ui/x11/LV2PluginUIData.h"
+#include "platform/plugin-ui/x11/LV2PresetWriter.h"
 #include "platform/plugin-ui/x11/X11Geometry.h"
 
 namespace orvalo {
@@ -50,7 +51,7 @@ class LV2PluginUIFeatures {
     /// onResize: the UI requests a size, in pixels; also while it is made.
     LV2PluginUIFeatures(LV2PluginUIOptions& options, LV2Log& log, unsigned long parent,
                         const LV2LocalAudioUnit::InstanceAccess& instance,
-                        std::function<void(X11Size)> onResize);
+                        std::function<void(X11Size)> onResize, LV2PresetRequests presets);
     LV2PluginUIFeatures(const LV2PluginUIFeatures&) = delete;
     LV2PluginUIFeatures& operator=(const LV2PluginUIFeatures&) = delete;
 
@@ -77,7 +78,8 @@ class LV2PluginUIFeatures {
     LV2_Feature idle_;
     LV2_Feature instance_;
     LV2_Feature data_;
-    std::array<const LV2_Feature*, 11> features_;
+    const LV2PresetWriter presetWriter_;
+    std::array<const LV2_Feature*, 12> features_;
 };
 
 }  // namespace orvalo

@@ -1,4 +1,4 @@
-#include "effect/ui/model/Layout.h"
+#include "effect/ui/model/Scene.h"
 
 #include <gtest/gtest.h>
 
@@ -22,8 +22,10 @@ const std::vector<Case> sensible{
 
 /// The areas that must not cover each other.
 std::vector<Rect> partsOf(const Layout& layout) {
-    std::vector<Rect> parts{layout.wordmark,   layout.previousPreset, layout.presetName,
-                            layout.nextPreset, layout.curve,          layout.history};
+    std::vector<Rect> parts{layout.wordmark, layout.curve, layout.history};
+    for (const auto& field : headerFields) {
+        parts.push_back(layout.*field.area);
+    }
     for (const auto& cell : layout.cells) {
         parts.push_back(cell.area);
     }
@@ -137,7 +139,7 @@ TEST(Layout, TextFieldAndComplaintLieInTheWindow) {
             const auto parameter = static_cast<Parameter>(i);
             const Rect field = layout.entryField(parameter);
             EXPECT_TRUE(isWithin(field, layout.whole()));
-            const Rect complaint = layout.complaint(parameter, 20.0 * layout.text);
+            const Rect complaint = layout.complaint(field, 20.0 * layout.text);
             EXPECT_TRUE(isWithin(complaint, layout.whole()));
             EXPECT_FALSE(complaint.intersects(field));
         }

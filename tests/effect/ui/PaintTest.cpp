@@ -110,6 +110,38 @@ TEST_F(PaintTest, DrawingChangesEqualsDrawingEverything) {
     expectWhole("switched off");
 }
 
+TEST_F(PaintTest, DrawingTheHeadersChangesEqualsDrawingEverything) {
+    store.users["Mine"] = {.name = "Mine", .values = {{Parameter::mix, 3.0F}}, .isUser = true};
+    editor.openList();
+    expectWhole("with the list");
+    const auto count = scene.presets.presets().size();
+    for (const std::size_t marked : {std::size_t{0}, count - 1}) {
+        editor.markEntry(marked);
+        expectWhole("with another entry marked");
+    }
+    const Rect button = scene.layout.deleteEntry(count - 1, count);
+    pointer.move({.x = button.centerX(), .y = button.centerY()});
+    expectWhole("above the button that deletes");
+    editor.deletePreset(count - 1);
+    expectWhole("after deleting");
+    editor.closeList();
+    expectWhole("with the list closed");
+    editor.beginSaving();
+    expectWhole("with a field");
+    keys.press({.key = Key::enter});
+    expectWhole("with a complaint");
+    keys.press({.key = Key::character, .character = 'x'});
+    expectWhole("with a name");
+    keys.press({.key = Key::enter});
+    expectWhole("saved");
+    editor.switchSound();
+    expectWhole("with B");
+    editor.copySound();
+    expectWhole("with a notice");
+    keys.press({.key = Key::undo});
+    expectWhole("undone");
+}
+
 TEST_F(PaintTest, LightsFlashAndFade) {
     scene.lightOut.update(1.0F, 0.5);
     scene.lightOut.update(2.0F, 1.0);
@@ -137,7 +169,7 @@ TEST_F(PaintTest, OverlaysStayAboveRedrawnParts) {
     scene.markChanged(Part::curve);
     paint();
     std::size_t inside = 0;
-    const Rect list = scene.layout.presetList(2).inset(8.0, 8.0);
+    const Rect list = scene.layout.presetList(3).inset(8.0, 8.0);
     const auto after = picture.pixels();
     for (std::size_t i = 0; i < open.size(); ++i) {
         const auto x = static_cast<double>(i % 640);
@@ -161,6 +193,7 @@ TEST_F(PaintTest, DrawsEverySize) {
             editor.beginEntry(Parameter::output);
             scene.entry->entry = TextEntry("no number at all");
             editor.commitEntry();
+            scene.notice = "Something that is longer than the window is wide";
             scene.markAllChanged();
             const Picture small(scene.layout);
             paintScene(small.context(), scene, now);

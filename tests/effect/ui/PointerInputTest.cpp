@@ -135,9 +135,9 @@ TEST_F(PointerInputTest, ArrowsStepThroughThePresets) {
 TEST_F(PointerInputTest, ListOffersThePresets) {
     click(at(scene.layout.presetName));
     ASSERT_EQ(scene.list, 0U);
-    input.move(at(scene.layout.presetEntry(1, 2)));
-    EXPECT_EQ(scene.list, 1U);
-    click(at(scene.layout.presetEntry(1, 2)), 1.0);
+    input.move(at(scene.layout.presetEntry(2, 3)));
+    EXPECT_EQ(scene.list, 2U);
+    click(at(scene.layout.presetEntry(2, 3)), 1.0);
     EXPECT_FALSE(scene.list);
     EXPECT_EQ(scene.presets.label(), "Second");
 }

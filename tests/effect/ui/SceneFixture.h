@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
 #include <vector>
 
 #include "effect/ui/model/Control.h"
@@ -11,17 +13,46 @@
 
 namespace orvalo::testing {
 
-/// A scene of natural size with two presets, and a recording host.
+/// Presets in memory.
+class MemoryPresetStore final : public effect::ui::PresetStore {
+  public:
+    std::vector<effect::ui::Preset> read() override {
+        auto all = factory;
+        for (const auto& [name, preset] : users) {
+            all.push_back(preset);
+        }
+        return all;
+    }
+    std::string save(const effect::ui::Preset& preset) override {
+        if (complaint.empty()) {
+            users[preset.name] = preset;
+        }
+        return complaint;
+    }
+    std::string remove(const std::string& name) override {
+        if (complaint.empty()) {
+            users.erase(name);
+        }
+        return complaint;
+    }
+
+    std::vector<effect::ui::Preset> factory;
+    std::map<std::string, effect::ui::Preset> users;
+    /// Of every change.
+    std::string complaint;
+};
+
+/// A scene of natural size with Default and two presets, and a recording host.
 class SceneFixture : public ::testing::Test {
   protected:
     using Parameter = effect::Parameter;
     using Calls = RecordingHost::Calls;
 
-    SceneFixture() : editor(scene, host) {
+    SceneFixture() : editor(scene, host, store) {
         scene.layout = effect::ui::Layout::of(640.0, 480.0, 1.0);
-        scene.presets = effect::ui::PresetChoice(
-            {{"First", {{Parameter::threshold, -20.0F}, {Parameter::ratio, 8.0F}}},
-             {"Second", {{Parameter::threshold, -30.0F}, {Parameter::ratio, 4.0F}}}});
+        store.factory = {{"First", {{Parameter::threshold, -20.0F}, {Parameter::ratio, 8.0F}}},
+                         {"Second", {{Parameter::threshold, -30.0F}, {Parameter::ratio, 4.0F}}}};
+        editor.readPresets();
         scene.markDrawn();
     }
 
@@ -36,6 +67,7 @@ class SceneFixture : public ::testing::Test {
 
     effect::ui::Scene scene;
     RecordingHost host;
+    MemoryPresetStore store;
     effect::ui::Editor editor;
 };
 

@@ -57,14 +57,55 @@ TEST(TextEntry, ErasesTheSelection) {
     EXPECT_FALSE(after.isAllSelected());
 }
 
-TEST(TextEntry, IgnoresOtherCharactersAndExcessText) {
+TEST(TextEntry, IgnoresControlCharactersAndExcessText) {
     TextEntry entry("");
-    type(entry, "\n\t\x7F\xC3\xA4");
+    type(entry, "\n\t\x7F");
     EXPECT_EQ(entry.text(), "");
     for (int i = 0; i < 100; ++i) {
         entry.insert('1');
     }
     EXPECT_EQ(entry.text(), std::string(TextEntry::longest, '1'));
+}
+
+TEST(TextEntry, TakesUtf8CharactersAsOne) {
+    TextEntry entry("B\u00e4\u00df", TextEntry::longestName);
+    entry.moveToEnd();
+    entry.moveBy(-1);
+    EXPECT_EQ(entry.caret(), 3U);
+    entry.eraseBefore();
+    EXPECT_EQ(entry.text(), "B\u00df");
+    entry.eraseAfter();
+    EXPECT_EQ(entry.text(), "B");
+    entry.moveBy(-1);
+    entry.moveBy(-1);
+    EXPECT_EQ(entry.caret(), 0U);
+}
+
+TEST(TextEntry, TakesTypedCharactersOfAllLanguages) {
+    TextEntry entry("", TextEntry::longestName);
+    for (const char32_t c : U"a\u00e4\u03a9\u20ac\U0001d11e\u07ff\u0800\uffff\U00010000") {
+        entry.insert(c);
+    }
+    EXPECT_EQ(entry.text(), "a\u00e4\u03a9\u20ac\U0001d11e\u07ff\u0800\uffff\U00010000");
+    entry.insert(0x7F);
+    entry.insert(0x85);
+    entry.insert(0x1F);
+    entry.eraseBefore();
+    entry.eraseBefore();
+    entry.eraseBefore();
+    entry.eraseBefore();
+    EXPECT_EQ(entry.text(), "a\u00e4\u03a9\u20ac\U0001d11e");
+}
+
+TEST(TextEntry, NameMayBeLongerThanAValue) {
+    TextEntry name("", TextEntry::longestName);
+    TextEntry value("");
+    for (std::size_t i = 0; i < 100; ++i) {
+        name.insert('x');
+        value.insert('x');
+    }
+    EXPECT_EQ(name.text().size(), 40U);
+    EXPECT_EQ(value.text().size(), 24U);
 }
 
 }  // namespace

@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "tests/effect/ui/EmbeddedPluginUI.h"
 #include "tests/effect/ui/HostWindow.h"
+#include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/XServer.h"
 
 namespace orvalo::testing {
 
-/// A host window on an X server that all tests of a program share.
+/// A host window on an X server that all tests of a program share, for a user without presets.
 class WindowFixture : public ::testing::Test {
   protected:
     static XServer& server() {
@@ -16,8 +19,12 @@ class WindowFixture : public ::testing::Test {
         return server;
     }
 
-    WindowFixture() : host((server(), 800), 600) {}
+    WindowFixture() : host((server(), 800), 600) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread.
+        setenv("HOME", home.path().c_str(), 1);
+    }
 
+    TemporaryFolder home;
     HostWindow host;
 };
 

@@ -106,9 +106,10 @@ TEST_F(WindowInputTest, PresetWritesEveryControlThatItSets) {
     clickIn(layout.presetName);
     pluginUI.settle();
     const auto presets = EffectWorld::shared().presets();
+    // Behind Default.
     const auto index =
-        static_cast<std::size_t>(std::distance(presets.begin(), presets.find("Drum Punch")));
-    clickIn(layout.presetEntry(index, presets.size()));
+        1 + static_cast<std::size_t>(std::distance(presets.begin(), presets.find("Drum Punch")));
+    clickIn(layout.presetEntry(index, presets.size() + 1));
     const auto& values = presets.at("Drum Punch");
     ASSERT_TRUE(untilWritten(values.size()));
     std::map<std::uint32_t, float> expected;

@@ -10,6 +10,7 @@
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/LV2Error.h"
+#include "platform/audio/lv2/UserPresets.h"
 #include "platform/foundation/DispatchQueue.h"
 
 namespace orvalo {
@@ -55,7 +56,7 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
                                    const AudioComponentDescription& description,
                                    const std::filesystem::path& program, const BridgeLimits& limits,
                                    const ExpectedRendering& rendering,
-                                   std::vector<std::filesystem::path> writable,
+                                   std::vector<std::filesystem::path> writable, bool writesPresets,
                                    const LV2FullState& start)
     : LV2AudioUnit(world, uri, description),
       limits_(limits),
@@ -64,8 +65,8 @@ BridgedAudioUnit::BridgedAudioUnit(LV2World& world, const std::string& uri,
               data().inputChannelCount, limits),
       pluginUIChannel_(std::make_shared<PluginUIChannel>(
           [this](ServiceCommand command) { supervisor_.post(std::move(command)); })),
-      supervisor_(order(program, rendering.frameCount, std::move(writable)), limits, render_,
-                  *pluginUIChannel_, firstState(rendering.sampleRate, start)) {
+      supervisor_(order(program, rendering.frameCount, std::move(writable), writesPresets), limits,
+                  render_, *pluginUIChannel_, firstState(rendering.sampleRate, start)) {
     supervisor_.start();
 }
 
@@ -103,7 +104,8 @@ std::optional<LV2FullState> BridgedAudioUnit::fullState() {
 }
 
 ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::uint32_t quantum,
-                                     std::vector<std::filesystem::path> writable) {
+                                     std::vector<std::filesystem::path> writable,
+                                     bool writesPresets) {
     const bool hasPluginUI = data().hasX11UI && pluginUIProvider() != nullptr;
     std::filesystem::path cache;
     if (hasPluginUI) {
@@ -111,6 +113,11 @@ ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::
         // Without it the UI only opens more slowly.
         g_mkdir_with_parents(cache.c_str(), S_IRWXU);
         writable.push_back(cache);
+    }
+    if (hasPluginUI && writesPresets) {
+        // The service sees it, read-only, only if it exists when the service starts.
+        g_mkdir_with_parents(userPresetFolder().c_str(),
+                             S_IRWXU | S_IRGRP | S_IXGRP | S_IROTH | S_IXOTH);
     }
     return {
         .program = program,
@@ -124,6 +131,7 @@ ServiceOrder BridgedAudioUnit::order(const std::filesystem::path& program, std::
                    static_cast<std::uint32_t>(data().ports.size())},
         .ports = data().ports,
         .quantum = quantum,
+        .writesPresets = hasPluginUI && writesPresets,
     };
 }
 

@@ -26,14 +26,15 @@ namespace orvalo {
 class BridgedAudioUnit : public LV2AudioUnit {
   public:
     /// Starts the service and waits until the plug-in is instantiated there. program: the path of
-    /// effect-service. writable: folders that the plug-in may change. Throws NSError as
+    /// effect-service. writable: folders that the plug-in may change. writesPresets: whether
+    /// the host writes the presets that the plug-in's UI saves. Throws NSError as
     /// LV2LocalAudioUnit does, and when the service cannot be started or dies too often before the
     /// plug-in is instantiated. The world must outlive the unit.
     BridgedAudioUnit(LV2World& world, const std::string& uri,
                      const AudioComponentDescription& description,
                      const std::filesystem::path& program, const BridgeLimits& limits = {},
                      const ExpectedRendering& rendering = {},
-                     std::vector<std::filesystem::path> writable = {},
+                     std::vector<std::filesystem::path> writable = {}, bool writesPresets = false,
                      const LV2FullState& start = {});
 
     /// What another unit of the plug-in can start from; absent when the effect is given up or its
@@ -70,7 +71,7 @@ class BridgedAudioUnit : public LV2AudioUnit {
     bool loadPreset(const LV2Preset& preset) override;
     LastState firstState(double sampleRate, const LV2FullState& start) const;
     ServiceOrder order(const std::filesystem::path& program, std::uint32_t quantum,
-                       std::vector<std::filesystem::path> writable);
+                       std::vector<std::filesystem::path> writable, bool writesPresets);
 
     /// A request for a sample rate.
     struct Preparation {

@@ -21,7 +21,8 @@ struct ServiceOrder {
     std::filesystem::path cache{};  ///< One of the writable places; empty for none.
     SharedAudio::Layout layout;
     std::vector<LV2Port> ports;
-    std::uint32_t quantum = 0;  ///< ExpectedRendering::frameCount.
+    std::uint32_t quantum = 0;   ///< ExpectedRendering::frameCount.
+    bool writesPresets = false;  ///< Whether the host writes the presets that the UI saves.
 };
 
 /// The outcome of a request.

@@ -12,6 +12,7 @@
 #include "platform/audio/bridge/host/PlainText.h"
 #include "platform/audio/bridge/wire/EffectCache.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
+#include "platform/audio/lv2/UserPresets.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -57,6 +58,7 @@ void ServiceRun::sendInstantiate() {
         .portCount = order.layout.portCount,
         .preset = last.preset,
         .quantum = order.quantum,
+        .writesPresets = order.writesPresets,
     };
     const auto number = transmit(message, session_->audio.descriptor());
     pending_.add({std::move(message), 0, {}}, number, Clock::now());
@@ -267,6 +269,35 @@ bool ServiceRun::take(const bridge::PluginUIOutdated& outdated) {
         return false;
     }
     surroundings_.pluginUI.post(outdated);
+    return true;
+}
+
+bool ServiceRun::take(const bridge::WritePreset& request) {
+    UserPreset preset{
+        .folder = request.folder, .label = request.label, .comment = request.comment, .values = {}};
+    for (const auto& [port, value] : request.values) {
+        preset.values.emplace_back(port, value);
+    }
+    const auto& order = surroundings_.order;
+    return changePresets([&] { writeUserPreset(order.uri, order.ports, preset); });
+}
+
+bool ServiceRun::take(const bridge::RemovePreset& request) {
+    return changePresets([&] { removeUserPreset(surroundings_.order.uri, request.folder); });
+}
+
+bool ServiceRun::changePresets(const std::function<void()>& change) {
+    if (!surroundings_.order.writesPresets) {
+        return false;
+    }
+    try {
+        change();
+    } catch (const NSError& error) {
+        // Once: the service may request it again and again.
+        if (!std::exchange(warnedOfPresets_, true)) {
+            g_warning("<%s>: %s", surroundings_.order.uri.c_str(), error.what());
+        }
+    }
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -83,6 +84,10 @@ class ServiceRun {
     bool take(const bridge::PluginUIResizeRequest& request);
     bool take(const bridge::PluginUIClosed& closed);
     bool take(const bridge::PluginUIOutdated& outdated);
+    bool take(const bridge::WritePreset& request);
+    bool take(const bridge::RemovePreset& request);
+    /// False when the service has no reason to request it.
+    bool changePresets(const std::function<void()>& change);
     void finishStart(const std::string& error);
     void finishRequest(const ServiceCommand& command, const std::string& error);
 
@@ -120,6 +125,7 @@ class ServiceRun {
     bool warnedOfLargeState_ = false;
     bool warnedOfSilence_ = false;
     bool warnedOfScheduling_ = false;
+    bool warnedOfPresets_ = false;
     std::uint32_t openedFor_ = 0;  // The last request that PluginUIOpened was sent for.
     bool isPluginUIOpen_ = false;  // According to the service.
     bool isPluginUIHung_ = false;  // The main thread has not answered since the UI was closed.

@@ -50,9 +50,11 @@ struct Instantiate {
     std::uint32_t portCount = 0;
     std::string preset;         ///< The URI of a preset to load after the state; "" for none.
     std::uint32_t quantum = 0;  ///< ExpectedRendering::frameCount.
+    /// Whether the host takes WritePreset and RemovePreset.
+    bool writesPresets = false;
     ORVALO_BRIDGE_FIELDS(number, uri, bundles, stateFolder, contextName, sampleRate, state,
                          controls, inputChannelCount, outputChannelCount, portCount, preset,
-                         quantum)
+                         quantum, writesPresets)
 };
 
 /// AUAudioUnit::allocateRenderResources(). No quantum is under way.
@@ -173,8 +175,23 @@ struct PluginUIOutdated {
     void fields(Archive& /*archive*/) const {}
 };
 
+/// The UI saves a preset, in a bundle of `~/.lv2` that has no other one.
+struct WritePreset {
+    std::string folder;  ///< The bundle's name.
+    std::string label;
+    std::string comment;
+    std::vector<ControlValue> values;
+    ORVALO_BRIDGE_FIELDS(folder, label, comment, values)
+};
+
+/// The UI deletes a preset with its bundle.
+struct RemovePreset {
+    std::string folder;
+    ORVALO_BRIDGE_FIELDS(folder)
+};
+
 using ServiceMessage = std::variant<Done, State, PluginUIOpened, PluginUIResizeRequest,
-                                    PluginUIClosed, PluginUIOutdated>;
+                                    PluginUIClosed, PluginUIOutdated, WritePreset, RemovePreset>;
 
 /// A message with its head. The receiver rejects a body longer than kLongestMessage.
 std::vector<std::byte> encode(const HostMessage& message);

@@ -325,6 +325,17 @@ class FakeService {
             {"unasked-opened", [] { sendWhole(bridge::PluginUIOpened{1}); }},
             {"unasked-closed", [] { sendWhole(bridge::PluginUIClosed{"it says so"}); }},
             {"unasked-outdated", [] { sendWhole(bridge::PluginUIOutdated{}); }},
+            {"presets",
+             [] {
+                 const std::vector<bridge::ControlValue> values{{0, 0.5F}};
+                 sendWhole(bridge::WritePreset{"good.preset.lv2", "Good", "", values});
+                 sendWhole(bridge::WritePreset{"gone.preset.lv2", "Gone", "", values});
+                 sendWhole(bridge::RemovePreset{"gone.preset.lv2"});
+                 sendWhole(bridge::WritePreset{"../evil.lv2", "Evil", "", values});
+                 sendWhole(bridge::WritePreset{"evil.lv2", "Evil", "", {{7, 0.5F}}});
+                 sendWhole(bridge::RemovePreset{"../../evil.lv2"});
+                 std::_Exit(3);
+             }},
             {"huge-state", [] { sendWhole(bridge::State{std::string(2U << 20U, 's')}); }},
             {"bad-state", [] { sendWhole(bridge::State{std::string("\0\xFF garbage", 10)}); }},
             // Invalid shared memory.

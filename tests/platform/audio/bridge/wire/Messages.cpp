@@ -21,6 +21,7 @@ std::vector<bridge::HostMessage> hostMessages() {
             .portCount = 9,
             .preset = "urn:test:preset",
             .quantum = 4096,
+            .writesPresets = true,
         },
         bridge::Prepare{.number = 2, .sampleRate = 96000.5},
         bridge::SetContextName{.number = 3, .name = "Name"},
@@ -45,6 +46,9 @@ std::vector<bridge::ServiceMessage> serviceMessages() {
         bridge::PluginUIResizeRequest{.width = -1, .height = 300},
         bridge::PluginUIClosed{.reason = "it has closed itself"},
         bridge::PluginUIOutdated{},
+        bridge::WritePreset{
+            .folder = "a.lv2", .label = "Bässe", .comment = "", .values = {{7, 0.5F}, {8, -1.0F}}},
+        bridge::RemovePreset{.folder = "a.lv2"},
     };
 }
 

@@ -346,6 +346,8 @@ class Attacker {
         sayOpen("write nowhere", "/dev/null", O_WRONLY | O_TRUNC);
         sayOpen("read the system's files", "/etc/passwd", O_RDONLY);
         sayOpen("read a preset at home", target("home") + "/.lv2/preset", O_RDONLY);
+        sayOpen("change a preset at home", target("home") + "/.lv2/preset", O_WRONLY);
+        say("make a bundle at home", mkdir((target("home") + "/.lv2/evil.lv2").c_str(), 0755));
         say("name a thread", prctl(PR_SET_NAME, "hostile"));
         const pid_t child = fork();
         if (child == 0) {
