@@ -70,7 +70,10 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     const bool fine = asksForFine(event.state);
     if (const auto named = namedKey(symbol)) {
         const bool isBack = *named == Key::tab && (event.state & ShiftMask) != 0;
-        return Keystroke{.key = isBack ? Key::backTab : *named, .character = 0, .fine = fine};
+        return Keystroke{.key = isBack ? Key::backTab : *named,
+                         .character = 0,
+                         .fine = fine,
+                         .code = event.keycode};
     }
     const bool control = (event.state & ControlMask) != 0;
     if (control && (symbol == XK_a || symbol == XK_A)) {
@@ -79,7 +82,8 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     // With Ctrl or Alt it is a command for the host.
     const bool isCommand = control || (event.state & Mod1Mask) != 0;
     if (length == 1 && text[0] >= ' ' && text[0] <= '~' && !isCommand) {
-        return Keystroke{.key = Key::character, .character = text[0], .fine = fine};
+        return Keystroke{
+            .key = Key::character, .character = text[0], .fine = fine, .code = event.keycode};
     }
     return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "effect/ui/model/Host.h"
+#include "effect/ui/model/NotePlayer.h"
 #include "effect/ui/model/Scene.h"
 
 namespace orvalo::effect::ui {
@@ -9,7 +10,9 @@ namespace orvalo::effect::ui {
 /// parts up to date, and tells the host what the user changes.
 class Editor {
   public:
-    Editor(Scene& scene, Host& host) : scene_(scene), host_(host) {}
+    Editor(Scene& scene, Host& host) : scene_(scene), host_(host), notes_(scene, host) {}
+
+    NotePlayer& notes() { return notes_; }
 
     /// Sets a parameter, and writes it to the host if it has changed.
     void set(Parameter parameter, float value);
@@ -35,6 +38,12 @@ class Editor {
     void cancelEntry();
     void entryChanged();
 
+    /// Chooses the next (direction > 0) or previous span of the history, wrapping at the ends.
+    void stepHistorySpan(int direction);
+    void toggleHistoryPause();
+    /// Forgets the clipping and the highest true peak.
+    void resetMeters();
+
     void hover(const Target& target);
     void focus(std::size_t place, bool shown);
     void setHasKeyboard(bool has);
@@ -46,6 +55,7 @@ class Editor {
 
     Scene& scene_;
     Host& host_;
+    NotePlayer notes_;
     std::optional<Parameter> held_;
 };
 

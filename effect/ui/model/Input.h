@@ -38,6 +38,8 @@ struct Keystroke {
     /// The ASCII character, for Key::character.
     char character = 0;
     bool fine = false;
+    /// Identifies the physical key while it is pressed.
+    std::uint32_t code = 0;
 };
 
 }  // namespace orvalo::effect::ui

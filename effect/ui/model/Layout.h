@@ -61,6 +61,7 @@ struct Layout {
     Rect nextPreset;
     Rect curve;
     Rect history;
+    Rect pad;
     std::array<Panel, sectionCount> panels{};
     std::array<Cell, parameterCount> cells{};
     std::array<Rect, meterCount> meters{};

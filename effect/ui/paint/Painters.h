@@ -16,6 +16,8 @@ void paintKnob(const Brush& brush, const Scene& scene, Parameter parameter);
 /// The transfer curve, with a dot at the current level.
 void paintCurve(const Brush& brush, const Scene& scene);
 void paintHistory(const Brush& brush, const Scene& scene);
+/// The pad and the keyboard.
+void paintPad(const Brush& brush, const Scene& scene);
 void paintMeters(const Brush& brush, const Scene& scene);
 /// A panel without its title, and the title. brightness: of the title's light, 0 to 1.
 void paintPanel(const Brush& brush, const Scene& scene, Section section);
@@ -24,6 +26,9 @@ void paintTitle(const Brush& brush, const Scene& scene, Section section, double 
 void paintPresetList(const Brush& brush, const Scene& scene);
 /// The text field and the complaint about its text.
 void paintEntry(const Brush& brush, const Scene& scene);
+/// The text about the target below the pointer, and its area; empty while it is not shown.
+void paintTip(const Brush& brush, const Scene& scene);
+Rect tipArea(const Brush& brush, const Scene& scene);
 
 /// The corner radius and the line width, in pixels.
 double cornerRadius(const Layout& layout);

@@ -2,6 +2,8 @@
 #include <array>
 #include <cmath>
 
+#include "effect/ui/model/GraphAreas.h"
+#include "effect/ui/model/ValueText.h"
 #include "effect/ui/paint/Painters.h"
 
 namespace orvalo::effect::ui {
@@ -30,6 +32,24 @@ void paintLight(const Brush& brush, const Scene& scene, const Rect& title, const
         .size = 0.9 * layout.text, .colour = theme::dimText, .align = Align::right};
     const std::string full = std::string("MIDI ") + name;
     brush.fittingText(area, {full.c_str(), name}, style);
+}
+
+void paintTruePeak(const Brush& brush, const Scene& scene) {
+    const Layout& layout = scene.layout;
+    const Rect area = truePeakArea(layout);
+    const float peak = scene.meterMemory.truePeak();
+    const std::string number =
+        peak <= Levels::lowest ? "-\u221e" : decimalText(static_cast<double>(peak), 1, 1);
+    const std::string full = "TP " + number + " dB";
+    const std::string brief = "TP " + number;
+    if (scene.hasVisibleFocus(metersFocus)) {
+        brush.strokeRound(area.inset(-0.5 * layout.unit, 0.0), 0.5 * cornerRadius(layout),
+                          1.5 * hairline(layout), theme::accent);
+    }
+    brush.fittingText(area, {full.c_str(), brief.c_str()},
+                      {.size = 0.9 * layout.text,
+                       .colour = peak > 0.0F ? theme::signal : theme::dimText,
+                       .align = Align::right});
 }
 
 }  // namespace
@@ -61,6 +81,8 @@ void paintTitle(const Brush& brush, const Scene& scene, Section section, double 
         paintLight(brush, scene, title, "in", end, brightness);
     } else if (section == Section::trigger) {
         paintLight(brush, scene, title, "out", end, brightness);
+    } else if (section == Section::meters) {
+        paintTruePeak(brush, scene);
     }
 }
 
