@@ -17,7 +17,7 @@ constexpr int gridLines = 5;
 
 void paintGrid(const Brush& brush, const Layout& layout, const CurvePlot& plot) {
     const double width = hairline(layout);
-    const TextStyle style{.size = 0.8 * layout.text, .colour = theme::dimText};
+    const TextStyle style{.size = smallText(layout, 0.8), .colour = dimTextOf(layout)};
     const Rect& area = plot.area();
     // Only every second label if they would touch.
     const bool dense = area.width / 6.0 > 2.4 * layout.text;
@@ -123,7 +123,7 @@ void paintCurve(const Brush& brush, const Scene& scene) {
         const Rect below{plot.area().centerX(), plot.area().centerY(), 0.5 * plot.area().width,
                          0.5 * plot.area().height};
         brush.text(below, "Bypassed",
-                   {.size = layout.text, .colour = theme::dimText, .align = Align::centre});
+                   {.size = layout.text, .colour = dimTextOf(layout), .align = Align::centre});
     }
     cairo_restore(context);
 }

@@ -68,10 +68,11 @@ void paintGrid(const Brush& brush, const Scene& scene, const Rect& area, const S
         const bool fits = area.height > 2.0 * high && (isRoomy || index % 2 == 0);
         if (fits) {
             const double top = std::max(y - 0.5 * high, layout.history.y + 0.25 * layout.unit);
-            brush.text(
-                {left, top, area.x - 0.5 * layout.unit - left, high},
-                std::to_string(std::lround(-at)),
-                {.size = 0.8 * layout.text, .colour = theme::dimText, .align = Align::right});
+            brush.text({left, top, area.x - 0.5 * layout.unit - left, high},
+                       std::to_string(std::lround(-at)),
+                       {.size = smallText(layout, 0.8),
+                        .colour = dimTextOf(layout),
+                        .align = Align::right});
         }
     }
 }
@@ -115,7 +116,7 @@ void paintStrip(const Brush& brush, const Scene& scene, const Rect& area) {
 
 void paintLegend(const Brush& brush, const Scene& scene, const Rect& strip) {
     const Layout& layout = scene.layout;
-    const TextStyle style{.size = 0.85 * layout.text, .colour = theme::dimText};
+    const TextStyle style{.size = smallText(layout, 0.85), .colour = dimTextOf(layout)};
     struct Entry {
         const char* name;
         const char* brief;
@@ -155,7 +156,7 @@ void paintSpan(const Brush& brush, const Scene& scene, const Rect& area) {
         brush.strokeRound(area, radius, 1.5 * hairline(layout), theme::accent);
     }
     brush.text(area, std::to_string(History::spans.at(scene.history.span())) + " s",
-               {.size = 0.85 * layout.text, .colour = theme::text, .align = Align::centre});
+               {.size = smallText(layout, 0.85), .colour = theme::text, .align = Align::centre});
 }
 
 void paintPause(const Brush& brush, const Scene& scene, const Rect& area) {

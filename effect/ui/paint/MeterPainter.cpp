@@ -63,7 +63,7 @@ void paintRow(const Brush& brush, const Scene& scene, Meter meter) {
     const double numbers = 3.4 * layout.text;
     const bool isRoomy = row.width > 16.0 * layout.text;
     const double labels = (isRoomy ? 5.2 : 3.0) * layout.text;
-    const TextStyle style{.size = layout.text, .colour = theme::dimText};
+    const TextStyle style{.size = layout.text, .colour = dimTextOf(layout)};
     brush.fittingText({row.x, row.y, labels, row.height}, {name.full, name.brief}, style);
 
     const double high = std::max(3.0, std::round(0.34 * row.height));

@@ -9,6 +9,22 @@ namespace orvalo::effect::ui {
 
 namespace {
 
+/// Restricts drawing to an area for the object's life.
+class Clip {
+  public:
+    Clip(cairo_t* context, const Rect& area) : context_(context) {
+        cairo_save(context);
+        cairo_rectangle(context, area.x, area.y, area.width, area.height);
+        cairo_clip(context);
+    }
+    ~Clip() { cairo_restore(context_); }
+    Clip(const Clip&) = delete;
+    Clip& operator=(const Clip&) = delete;
+
+  private:
+    cairo_t* context_;
+};
+
 void paintField(const Brush& brush, const Scene& scene, const Rect& area) {
     const Layout& layout = scene.layout;
     const double radius = cornerRadius(layout);
@@ -23,24 +39,24 @@ void paintField(const Brush& brush, const Scene& scene, const Rect& area) {
                     area.width - 2.0 * inset, hairline(layout)},
                    theme::dimText.withAlpha(0.1 + 0.3 * height));
     }
-    if (scene.padVelocity > 0) {
-        const double share = scene.padVelocity / 127.0;
-        const double high = std::round(share * area.height);
-        cairo_save(brush.context());
-        cairo_rectangle(brush.context(), area.x, area.bottom() - high, area.width, high);
-        cairo_clip(brush.context());
+    const double line = 1.8 * layout.text;
+    const Rect label{area.x, area.bottom() - line, area.width, line};
+    const double lit = std::round(scene.padVelocity / 127.0 * area.height);
+    const Rect above{area.x, area.y, area.width, area.height - lit};
+    const Rect below{area.x, area.bottom() - lit, area.width, lit};
+    const auto paintLabel = [&](const Rect& part, const Colour& colour) {
+        const Clip clip(brush.context(), part);
+        brush.text(label, "Pad", {.size = layout.text, .colour = colour, .align = Align::centre});
+    };
+    paintLabel(above, theme::text);
+    if (lit > 0.0) {
+        const Clip clip(brush.context(), below);
         brush.fillRound(area, radius, theme::ducking);
-        cairo_restore(brush.context());
+        paintLabel(below, theme::ground);
     }
     if (scene.hasVisibleFocus(padFocus)) {
         brush.strokeRound(area, radius, 1.5 * hairline(layout), theme::accent);
     }
-    const double high = 1.8 * layout.text;
-    const bool isLit = scene.padVelocity > 0;
-    brush.text({area.x, area.bottom() - high, area.width, high}, "Pad",
-               {.size = layout.text,
-                .colour = isLit ? theme::ground : theme::text,
-                .align = Align::centre});
 }
 
 void paintKeys(const Brush& brush, const Scene& scene, const Rect& area) {

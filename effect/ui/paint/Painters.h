@@ -33,6 +33,11 @@ Rect tipArea(const Brush& brush, const Scene& scene);
 /// The corner radius and the line width, in pixels.
 double cornerRadius(const Layout& layout);
 double hairline(const Layout& layout);
+/// The colour of less important text. Small text is as bright as other text, because its thin
+/// strokes lose contrast.
+Colour dimTextOf(const Layout& layout);
+/// A text size of this share of the layout's, as far as that is legible.
+double smallText(const Layout& layout, double share);
 /// The accent colour, or the inactive one while the effect is bypassed.
 Colour accentOf(const Scene& scene);
 bool isEnabled(const Scene& scene);

@@ -29,7 +29,7 @@ void paintLight(const Brush& brush, const Scene& scene, const Rect& title, const
     const Rect area{titleEnd + 0.5 * layout.unit, title.y,
                     std::max(0.0, end - titleEnd - 0.5 * layout.unit), title.height};
     const TextStyle style{
-        .size = 0.9 * layout.text, .colour = theme::dimText, .align = Align::right};
+        .size = smallText(layout, 0.9), .colour = dimTextOf(layout), .align = Align::right};
     const std::string full = std::string("MIDI ") + name;
     brush.fittingText(area, {full.c_str(), name}, style);
 }
@@ -47,8 +47,8 @@ void paintTruePeak(const Brush& brush, const Scene& scene) {
                           1.5 * hairline(layout), theme::accent);
     }
     brush.fittingText(area, {full.c_str(), brief.c_str()},
-                      {.size = 0.9 * layout.text,
-                       .colour = peak > 0.0F ? theme::signal : theme::dimText,
+                      {.size = smallText(layout, 0.9),
+                       .colour = peak > 0.0F ? theme::signal : dimTextOf(layout),
                        .align = Align::right});
 }
 
@@ -62,6 +62,15 @@ double hairline(const Layout& layout) {
     return std::max(1.0, std::round(layout.unit / 8.0));
 }
 
+Colour dimTextOf(const Layout& layout) {
+    constexpr double small = 10.0;
+    return layout.text < small ? theme::text : theme::dimText;
+}
+
+double smallText(const Layout& layout, double share) {
+    return std::max(share * layout.text, std::min(layout.text, Layout::leastText));
+}
+
 bool isEnabled(const Scene& scene) {
     return scene.values[Parameter::enabled] > 0.0F;
 }
@@ -73,7 +82,8 @@ Colour accentOf(const Scene& scene) {
 void paintTitle(const Brush& brush, const Scene& scene, Section section, double brightness) {
     const Rect& title = scene.layout.panel(section).title;
     brush.fill(title, theme::panel);
-    const TextStyle style{.size = 0.85 * scene.layout.text, .colour = theme::dimText, .bold = true};
+    const TextStyle style{
+        .size = smallText(scene.layout, 0.85), .colour = dimTextOf(scene.layout), .bold = true};
     const char* text = titles.at(static_cast<std::size_t>(section));
     brush.text(title, text, style);
     const double end = title.x + brush.textWidth(text, style);
