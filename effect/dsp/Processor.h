@@ -9,7 +9,7 @@
 #include "effect/dsp/MidiOutput.h"
 #include "effect/dsp/NoteDucker.h"
 #include "effect/dsp/Parameter.h"
-#include "effect/dsp/TruePeak.h"
+#include "effect/dsp/TruePeakLevel.h"
 
 namespace orvalo::effect {
 
@@ -62,8 +62,8 @@ class Processor {
     LevelMeter inputMeter_;
     LevelMeter outputMeter_;
     LevelMeter truePeakMeter_;
-    TruePeak truePeakLeft_;
-    TruePeak truePeakRight_;
+    TruePeakLevel truePeakLeft_;
+    TruePeakLevel truePeakRight_;
     float inputPeak_ = 0.0F;
     float outputPeak_ = 0.0F;
     float highestTruePeak_ = 0.0F;

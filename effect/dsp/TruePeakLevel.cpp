@@ -1,4 +1,4 @@
-#include "effect/dsp/TruePeak.h"
+#include "effect/dsp/TruePeakLevel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +11,7 @@ constexpr std::size_t phaseCount = 4;
 
 /// The coefficients of ITU-R BS.1770-4, Annex 2, for the first two phases. The other two are these
 /// backwards.
-constexpr std::array<std::array<float, TruePeak::taps>, 2> coefficients{{
+constexpr std::array<std::array<float, TruePeakLevel::taps>, 2> coefficients{{
     {0.0017089843750F, 0.0109863281250F, -0.0196533203125F, 0.0332031250000F, -0.0594482421875F,
      0.1373291015625F, 0.9721679687500F, -0.1022949218750F, 0.0476074218750F, -0.0266113281250F,
      0.0148925781250F, -0.0083007812500F},
@@ -25,7 +25,7 @@ constexpr float largestGain = 2.03F;
 
 constexpr float coefficient(std::size_t phase, std::size_t tap) {
     return phase < 2 ? coefficients[phase][tap]
-                     : coefficients[phaseCount - 1 - phase][TruePeak::taps - 1 - tap];
+                     : coefficients[phaseCount - 1 - phase][TruePeakLevel::taps - 1 - tap];
 }
 
 float highestSample(const float* samples, std::size_t count) {
@@ -38,7 +38,7 @@ float highestSample(const float* samples, std::size_t count) {
 
 }  // namespace
 
-float TruePeak::highest(const float* samples, std::uint32_t count, float start) {
+float TruePeakLevel::highest(const float* samples, std::uint32_t count, float start) {
     std::array<float, taps - 1 + chunkFrames> line{};
     std::copy(recent_.begin(), recent_.end(), line.begin());
     std::copy_n(samples, count, line.begin() + recent_.size());

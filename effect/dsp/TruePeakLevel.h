@@ -10,7 +10,7 @@ namespace orvalo::effect {
 
 /// The peaks between the samples of one channel: fourfold interpolation with the filter of
 /// ITU-R BS.1770-4, Annex 2. Neither allocates nor locks.
-class TruePeak {
+class TruePeakLevel {
   public:
     static constexpr std::size_t taps = 12;
 

@@ -1,4 +1,4 @@
-#include "effect/dsp/TruePeak.h"
+#include "effect/dsp/TruePeakLevel.h"
 
 #include <gtest/gtest.h>
 
@@ -30,10 +30,10 @@ std::vector<float> betweenPeaks(std::size_t frames) {
     return samples;
 }
 
-TEST(TruePeak, FindsThePeakBetweenTheSamples) {
+TEST(TruePeakLevel, FindsThePeakBetweenTheSamples) {
     const auto samples = betweenPeaks(64);
     EXPECT_NEAR(samples[0], 0.7071F, 1e-4F);
-    TruePeak meter;
+    TruePeakLevel meter;
     meter.highest(samples.data(), 64, 0.0F);
     // The recommendation allows a fourfold interpolation 0.688 dB too little.
     const float peak = meter.highest(samples.data(), 64, 0.0F);
@@ -41,13 +41,13 @@ TEST(TruePeak, FindsThePeakBetweenTheSamples) {
     EXPECT_GT(peak, 0.92F);
 }
 
-TEST(TruePeak, DoesNotDependOnTheBlocks) {
+TEST(TruePeakLevel, DoesNotDependOnTheBlocks) {
     std::vector<float> samples;
     for (int i = 0; i < 64; ++i) {
         samples.push_back(std::sin(0.37F * static_cast<float>(i * i)));
     }
-    TruePeak whole;
-    TruePeak sliced;
+    TruePeakLevel whole;
+    TruePeakLevel sliced;
     const float expected = whole.highest(samples.data(), 64, 0.0F);
     float found = 0.0F;
     for (std::uint32_t done = 0; done < 64;) {
@@ -59,13 +59,13 @@ TEST(TruePeak, DoesNotDependOnTheBlocks) {
     EXPECT_EQ(found, expected);
 }
 
-TEST(TruePeak, ReturnsTheStartWhenNothingExceedsIt) {
+TEST(TruePeakLevel, ReturnsTheStartWhenNothingExceedsIt) {
     const std::vector<float> samples(64, 0.25F);
-    TruePeak meter;
+    TruePeakLevel meter;
     EXPECT_EQ(meter.highest(samples.data(), 64, 0.9F), 0.9F);
 }
 
-TEST(TruePeak, IsHeldForAQuarterOfASecondByTheProcessor) {
+TEST(TruePeakLevel, IsHeldForAQuarterOfASecondByTheProcessor) {
     NoMidi midi;
     Processor processor(48000.0);
     ParameterValues values;
