@@ -113,6 +113,9 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, in
         }
     };
     container_->onLeaving = [this] { close(); };
+    container_->onTabInto = [this](bool isBackward) {
+        return pluginUI_ != nullptr && pluginUI_->enterByKey(isBackward);
+    };
 }
 
 LV2ViewController::~LV2ViewController() {
@@ -121,6 +124,7 @@ LV2ViewController::~LV2ViewController() {
     container_->onPlace = nullptr;
     container_->onHidden = nullptr;
     container_->onLeaving = nullptr;
+    container_->onTabInto = nullptr;
 }
 
 void LV2ViewController::place(const X11ContainerView::Place& place) {
@@ -158,8 +162,15 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
         return;
     }
     pluginUI_->onChange = [this] { showCondition(); };
-    pluginUI_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
-        if (const auto held = view.lock()) {
+    pluginUI_->onUnusedKey = [this, view = std::weak_ptr(container_)](const X11Key& key) {
+        const auto held = view.lock();
+        if (held == nullptr) {
+            return;
+        }
+        if (const auto isBackward = tabDirection(held->widget(), key)) {
+            pluginUI_->restoreFocus();
+            held->tabOut(*isBackward);
+        } else {
             activateShortcut(held->widget(), key);
         }
     };
