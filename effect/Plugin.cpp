@@ -67,7 +67,9 @@ void Plugin::writeMeters(const Processor::Meters& meters) {
                                                meters.inputLevel,
                                                meters.outputLevel,
                                                static_cast<float>(messagesIn_),
-                                               static_cast<float>(messagesOut_)};
+                                               static_cast<float>(messagesOut_),
+                                               meters.truePeak,
+                                               static_cast<float>(++runs_)};
     for (std::size_t i = 0; i < meterCount; ++i) {
         if (meters_[i] != nullptr) {
             *meters_[i] = values[i];

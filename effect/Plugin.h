@@ -43,7 +43,7 @@ class Plugin {
         firstParameter
     };
     static constexpr std::uint32_t firstMeter = firstParameter + parameterCount;
-    static constexpr std::size_t meterCount = 6;
+    static constexpr std::size_t meterCount = 8;
 
     void process(std::uint32_t frames);
     void writeMeters(const Processor::Meters& meters);
@@ -57,9 +57,10 @@ class Plugin {
     std::array<float*, 2> outputs_{};
     std::array<const float*, parameterCount> parameters_{};
     std::array<float*, meterCount> meters_{};
-    // Message counts, which wrap around.
+    // Counts of messages and of calls of run(), which wrap around.
     std::uint16_t messagesIn_ = 0;
     std::uint16_t messagesOut_ = 0;
+    std::uint16_t runs_ = 0;
 };
 
 }  // namespace orvalo::effect

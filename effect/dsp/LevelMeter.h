@@ -7,22 +7,30 @@
 
 namespace orvalo::effect {
 
-/// A peak meter in dB of full scale. Rises at once and falls by 24 dB per second, so that a display
-/// that reads it a few times per second misses no peak.
+/// A peak meter in dB of full scale. Rises at once, holds for a given time and falls by 24 dB per
+/// second, so that a display that reads it a few times per second misses no peak.
 class LevelMeter {
   public:
     static constexpr float lowest = -90.0F;
     static constexpr float fallPerSecond = 24.0F;
 
-    explicit LevelMeter(double sampleRate)
-        : fallPerFrame_(static_cast<float>(fallPerSecond / sampleRate)) {}
+    explicit LevelMeter(double sampleRate, double holdSeconds = 0.0)
+        : fallPerFrame_(static_cast<float>(fallPerSecond / sampleRate)),
+          holdFrames_(static_cast<float>(holdSeconds * sampleRate)) {}
 
     void reset() { level_ = lowest; }
 
     /// Advances by a block of `frames` frames. peak: its highest absolute sample.
     void update(float peak, std::uint32_t frames) {
-        const float fallen = level_ - fallPerFrame_ * static_cast<float>(frames);
-        level_ = std::max({lowest, fallen, decibelsFromAmplitude(peak)});
+        const auto passed = static_cast<float>(frames);
+        const float falling = std::max(0.0F, passed - held_);
+        held_ = std::max(0.0F, held_ - passed);
+        const float fallen = std::max(lowest, level_ - fallPerFrame_ * falling);
+        const float level = decibelsFromAmplitude(peak);
+        if (level >= fallen) {
+            held_ = holdFrames_;
+        }
+        level_ = std::max(fallen, level);
     }
 
     /// In dB, at least `lowest`.
@@ -30,6 +38,8 @@ class LevelMeter {
 
   private:
     float fallPerFrame_;
+    float holdFrames_;
+    float held_ = 0.0F;  // Frames until the level falls.
     float level_ = lowest;
 };
 

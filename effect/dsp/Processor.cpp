@@ -11,6 +11,11 @@ namespace orvalo::effect {
 
 namespace {
 
+/// Seconds.
+constexpr double truePeakHold = 0.25;
+/// In dB below the meter's level: more than it falls within a block.
+constexpr float unseenBelow = 3.0F;
+
 /// Copies samples. NaN, infinite and huge ones become 0, because the state would never recover from
 /// them.
 void copyUsable(const float* from, float* to, std::uint32_t count) {
@@ -47,7 +52,8 @@ Processor::Processor(double sampleRate)
       ducker_(sampleRate),
       trigger_(sampleRate),
       inputMeter_(sampleRate),
-      outputMeter_(sampleRate) {}
+      outputMeter_(sampleRate),
+      truePeakMeter_(sampleRate, truePeakHold) {}
 
 void Processor::reset() {
     ballistics_.reset();
@@ -55,6 +61,10 @@ void Processor::reset() {
     trigger_.reset();
     inputMeter_.reset();
     outputMeter_.reset();
+    truePeakMeter_.reset();
+    truePeakLeft_.reset();
+    truePeakRight_.reset();
+    unseenTruePeak_ = 0.0F;
     fresh_ = true;
 }
 
@@ -72,8 +82,10 @@ void Processor::beginBlock(const ParameterValues& values) {
                         .channel = chosen,
                         .armed = values[Parameter::enabled] > 0.0F});
 
+    isEnabled_ = values[Parameter::enabled] > 0.0F;
     inputPeak_ = 0.0F;
     outputPeak_ = 0.0F;
+    highestTruePeak_ = unseenTruePeak_;
     deepestReduction_ = 0.0F;
     deepestDucking_ = 0.0F;
 }
@@ -122,6 +134,8 @@ void Processor::processChunk(const float* inLeft, const float* inRight, float* o
         amplitude[i] *= gain[i];
     }
     outputPeak_ = highest(amplitude.data(), count, outputPeak_);
+    highestTruePeak_ = truePeakLeft_.highest(left.data(), count, highestTruePeak_);
+    highestTruePeak_ = truePeakRight_.highest(right.data(), count, highestTruePeak_);
     std::copy_n(left.data(), count, outLeft);
     std::copy_n(right.data(), count, outRight);
 }
@@ -129,10 +143,13 @@ void Processor::processChunk(const float* inLeft, const float* inRight, float* o
 Processor::Meters Processor::endBlock(std::uint32_t frames) {
     inputMeter_.update(inputPeak_, frames);
     outputMeter_.update(outputPeak_, frames);
-    return {.gainReduction = deepestReduction_,
-            .ducking = deepestDucking_,
+    truePeakMeter_.update(highestTruePeak_ > unseenTruePeak_ ? highestTruePeak_ : 0.0F, frames);
+    unseenTruePeak_ = amplitudeFromDecibels(truePeakMeter_.level() - unseenBelow);
+    return {.gainReduction = isEnabled_ ? deepestReduction_ : 0.0F,
+            .ducking = isEnabled_ ? deepestDucking_ : 0.0F,
             .inputLevel = inputMeter_.level(),
-            .outputLevel = outputMeter_.level()};
+            .outputLevel = outputMeter_.level(),
+            .truePeak = truePeakMeter_.level()};
 }
 
 }  // namespace orvalo::effect

@@ -9,6 +9,7 @@
 #include "effect/dsp/MidiOutput.h"
 #include "effect/dsp/NoteDucker.h"
 #include "effect/dsp/Parameter.h"
+#include "effect/dsp/TruePeakLevel.h"
 
 namespace orvalo::effect {
 
@@ -19,12 +20,14 @@ class Processor {
   public:
     /// The meters of a block, in dB.
     struct Meters {
-        /// Deepest gain reduction of the compressor.
+        /// Deepest gain reduction of the compressor; 0 while bypassed, as the ducking.
         float gainReduction = 0.0F;
         /// Deepest ducking by notes.
         float ducking = 0.0F;
         float inputLevel = LevelMeter::lowest;
         float outputLevel = LevelMeter::lowest;
+        /// Highest interpolated value at the output, held for a quarter of a second.
+        float truePeak = LevelMeter::lowest;
     };
 
     /// sampleRate: frames per second, above 0.
@@ -58,10 +61,16 @@ class Processor {
     GainReductionTrigger trigger_;
     LevelMeter inputMeter_;
     LevelMeter outputMeter_;
+    LevelMeter truePeakMeter_;
+    TruePeakLevel truePeakLeft_;
+    TruePeakLevel truePeakRight_;
     float inputPeak_ = 0.0F;
     float outputPeak_ = 0.0F;
+    float highestTruePeak_ = 0.0F;
+    float unseenTruePeak_ = 0.0F;  // The meter shows no value up to this amplitude.
     float deepestReduction_ = 0.0F;
     float deepestDucking_ = 0.0F;
+    bool isEnabled_ = true;
     bool fresh_ = true;
 };
 

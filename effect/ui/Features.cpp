@@ -2,7 +2,6 @@
 
 #include <lv2/atom/atom.h>
 #include <lv2/options/options.h>
-#include <lv2/urid/urid.h>
 
 #include <algorithm>
 #include <string_view>
@@ -30,7 +29,6 @@ void readOption(const LV2_Options_Option* options, LV2_URID key, LV2_URID type, 
 }  // namespace
 
 Features::Features(const LV2_Feature* const* features) {
-    const LV2_URID_Map* map = nullptr;
     const LV2_Options_Option* options = nullptr;
     for (const auto* at = features; at != nullptr && *at != nullptr; ++at) {
         const std::string_view uri = (*at)->URI;

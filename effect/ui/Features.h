@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lv2/ui/ui.h>
+#include <lv2/urid/urid.h>
 
 #include <cstdint>
 #include <optional>
@@ -21,6 +22,7 @@ struct Features {
     const LV2UI_Touch* touch = nullptr;
     /// Null where the UI writes presets itself.
     const PresetWriter* presetWriter = nullptr;
+    const LV2_URID_Map* map = nullptr;
     /// Scale factor of the screen, 0.5 to 8.
     double scale = 1.0;
     /// Port updates per second, 5 to 60.

@@ -20,11 +20,15 @@ class HostLink final : public Host {
 
     void write(Parameter parameter, float value) override;
     void grab(Parameter parameter, bool held) override;
+    /// Needs the host's map of URIs.
+    void sendMidi(const std::array<std::uint8_t, 3>& message) override;
 
   private:
     PortNumbers ports_;
     const LV2UI_Touch* touch_;
     const LV2UI_Port_Subscribe* subscribe_;
+    LV2_URID eventTransfer_ = 0;
+    LV2_URID midiEvent_ = 0;
     LV2UI_Write_Function write_;
     LV2UI_Controller controller_;
 };

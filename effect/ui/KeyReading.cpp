@@ -89,7 +89,10 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     const bool fine = asksForFine(event.state);
     if (const auto named = namedKey(symbol)) {
         const bool isBack = *named == Key::tab && (event.state & ShiftMask) != 0;
-        return Keystroke{.key = isBack ? Key::backTab : *named, .character = 0, .fine = fine};
+        return Keystroke{.key = isBack ? Key::backTab : *named,
+                         .character = 0,
+                         .fine = fine,
+                         .code = event.keycode};
     }
     const bool control = (event.state & ControlMask) != 0;
     if (control && (symbol == XK_a || symbol == XK_A)) {
@@ -104,7 +107,8 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     const char32_t character =
         characterOf(symbol, {text.data(), static_cast<std::size_t>(std::max(0, length))});
     if (character != 0 && !isCommand) {
-        return Keystroke{.key = Key::character, .character = character, .fine = fine};
+        return Keystroke{
+            .key = Key::character, .character = character, .fine = fine, .code = event.keycode};
     }
     return std::nullopt;
 }

@@ -87,16 +87,9 @@ void PluginUI::portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t f
 void PluginUI::readReading(Reading reading, float value) {
     const double now = clockSeconds();
     const auto take = [&](float Levels::*level) {
-        float& drawn = drawnLevels_.*level;
-        if (std::abs(drawn - value) >= visibleChange ||
-            (value != drawn && (value <= Levels::lowest || value == 0.0F))) {
-            scene_.markChanged(Part::meters);
-            scene_.markChanged(Part::curve);
-            drawn = value;
-        }
-        scene_.levels.*level = value;
-        if (scene_.history.record(scene_.levels, now)) {
-            scene_.markChanged(Part::history);
+        receivedLevels_.*level = value;
+        if (runs_.isRunning(now) && scene_.history.record(receivedLevels_, now)) {
+            markHistoryChanged();
         }
     };
     switch (reading) {
@@ -112,6 +105,55 @@ void PluginUI::readReading(Reading reading, float value) {
             return scene_.lightIn.update(value, now);
         case Reading::midiOutCount:
             return scene_.lightOut.update(value, now);
+        case Reading::truePeak:
+            receivedTruePeak_ = value;
+            return;
+        case Reading::runCount:
+            return runs_.update(value, now);
+    }
+}
+
+void PluginUI::markHistoryChanged() {
+    if (!scene_.pausedHistory) {
+        scene_.markChanged(Part::history);
+    }
+}
+
+void PluginUI::advanceLevels(double now) {
+    const double passed = now - std::exchange(levelsAt_, now);
+    if (runs_.isRunning(now)) {
+        scene_.levels = receivedLevels_;
+        if (scene_.history.record(receivedLevels_, now)) {
+            markHistoryChanged();
+        }
+        const float before = scene_.meterMemory.truePeak();
+        if (scene_.meterMemory.update(scene_.levels, receivedTruePeak_, now)) {
+            scene_.markChanged(Part::meters);
+        }
+        if (scene_.meterMemory.truePeak() != before) {
+            scene_.markChanged(Part::truePeak);
+        }
+    } else {
+        scene_.levels = fallen(scene_.levels, passed);
+        scene_.history.skip(now);
+        if (scene_.meterMemory.update(scene_.levels, Levels::lowest, now)) {
+            scene_.markChanged(Part::meters);
+        }
+    }
+    markLevelsChanged();
+}
+
+void PluginUI::markLevelsChanged() {
+    for (const auto level :
+         {&Levels::input, &Levels::output, &Levels::reduction, &Levels::ducking}) {
+        const float value = scene_.levels.*level;
+        float& drawn = drawnLevels_.*level;
+        if (std::abs(drawn - value) >= visibleChange ||
+            (value != drawn && (value <= Levels::lowest || value == 0.0F))) {
+            scene_.markChanged(Part::meters);
+            scene_.markChanged(Part::curve);
+            drawn = value;
+        }
     }
 }
 
@@ -138,8 +180,10 @@ bool PluginUI::idle() {
 }
 
 void PluginUI::advanceTime(double now) {
-    if (scene_.history.advance(now)) {
-        scene_.markChanged(Part::history);
+    advanceLevels(now);
+    if (const bool shows = tip_.update(scene_.hovered, now); shows != scene_.showsTip) {
+        scene_.showsTip = shows;
+        scene_.markAllChanged();
     }
     const double in = scene_.lightIn.brightness(now);
     const double out = scene_.lightOut.brightness(now);
@@ -224,13 +268,33 @@ void PluginUI::handle(const XEvent& event) {
         }
         case LeaveNotify:
             pointer_.leave();
+            if (!window_->ownsFocus()) {
+                // Without the focus the window gets keys, and their releases, only below the
+                // pointer.
+                editor_.notes().releaseKeys();
+            }
             break;
         case KeyPress:
             handleKey(event.xkey);
             break;
+        case KeyRelease:
+            keys_.release(event.xkey.keycode);
+            break;
+        case UnmapNotify:
+            editor_.notes().releaseAll();
+            break;
         case FocusIn:
+            editor_.setHasKeyboard(true);
+            break;
         case FocusOut:
-            editor_.setHasKeyboard(event.type == FocusIn);
+            editor_.setHasKeyboard(false);
+            editor_.notes().releaseKeys();
+            break;
+        case ClientMessage:
+            if (const auto atEnd = window_->entersAtEnd(event.xclient)) {
+                editor_.setHasKeyboard(true);
+                keys_.enter(*atEnd);
+            }
             break;
         default:
             break;
@@ -245,6 +309,7 @@ void PluginUI::handleButton(const XButtonEvent& button) {
     // X11 reports the wheel as buttons 4 to 7: up, down, left, right.
     constexpr unsigned int wheelLeft = 6;
     constexpr unsigned int wheelRight = 7;
+    tip_.dismiss();
     switch (button.button) {
         case Button1:
             window_->takeKeyboard(button.time);
@@ -266,6 +331,7 @@ void PluginUI::handleButton(const XButtonEvent& button) {
 void PluginUI::handleKey(const XKeyEvent& key) {
     // A host may forward keys without giving the window the keyboard focus.
     editor_.setHasKeyboard(true);
+    tip_.dismiss();
     const auto press = readKey(key);
     if (!press || !keys_.press(*press)) {
         window_->forwardKey(key);

@@ -11,6 +11,7 @@
 #include "effect/ui/model/KeyInput.h"
 #include "effect/ui/model/PointerInput.h"
 #include "effect/ui/model/Scene.h"
+#include "effect/ui/model/Tip.h"
 
 namespace orvalo::effect::ui {
 
@@ -22,6 +23,8 @@ class PluginUI {
                                           LV2UI_Controller controller,
                                           const LV2_Feature* const* features);
 
+    /// Ends the notes that are played.
+    ~PluginUI() { editor_.notes().releaseAll(); }
     PluginUI(const PluginUI&) = delete;
     PluginUI& operator=(const PluginUI&) = delete;
 
@@ -48,6 +51,9 @@ class PluginUI {
     void adoptSize();
     void advanceTime(double now);
     void checkPresets(double now);
+    void advanceLevels(double now);
+    void markLevelsChanged();
+    void markHistoryChanged();
     /// Updates the picture in memory. Returns the changed areas.
     std::vector<Rect> paint(double now);
     void draw(double now);
@@ -61,7 +67,12 @@ class PluginUI {
     PointerInput pointer_;
     KeyInput keys_;
     std::unique_ptr<PluginWindow> window_;
-    Levels drawnLevels_;  // The levels when the meters were last marked as changed.
+    Levels receivedLevels_;
+    float receivedTruePeak_ = Levels::lowest;
+    RunWatch runs_;
+    TipTimer tip_;
+    Levels drawnLevels_;     // The levels when the meters were last marked as changed.
+    double levelsAt_ = 0.0;  // When the levels were last advanced.
     double lightIn_ = 0.0;
     double lightOut_ = 0.0;
     double lastDrawn_ = -1.0;

@@ -1,5 +1,6 @@
 #include "effect/ui/PluginWindow.h"
 
+#include <X11/XKBlib.h>
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
@@ -15,7 +16,7 @@ namespace {
 
 constexpr long events = ExposureMask | StructureNotifyMask | VisibilityChangeMask |
                         ButtonPressMask | ButtonReleaseMask | PointerMotionMask | LeaveWindowMask |
-                        KeyPressMask | FocusChangeMask;
+                        KeyPressMask | KeyReleaseMask | FocusChangeMask;
 
 /// How often visibility is asked from the server, in seconds.
 constexpr double visibilityPeriod = 0.25;
@@ -66,6 +67,8 @@ std::unique_ptr<PluginWindow> PluginWindow::open(std::uintptr_t parent, Size siz
         static_cast<unsigned>(size.height), 0, DefaultDepthOfScreen(around.screen), InputOutput,
         visual, CWBackPixel | CWBorderPixel | CWBitGravity | CWColormap | CWEventMask, &attributes);
     setHints(display, window, size, least);
+    // A held key sends presses without releases between them.
+    XkbSetDetectableAutoRepeat(display, True, nullptr);
     // Tells the host that the UI sends it the keys that it does not use.
     const unsigned long yes = 1;
     XChangeProperty(display, window, XInternAtom(display, "_ORVALO_SENDS_UNUSED_KEYS", False),
@@ -164,6 +167,28 @@ bool PluginWindow::isVisible(double now) {
         visibilityCheckedAt_ = now;
     }
     return viewable_ && !isClosed();
+}
+
+bool PluginWindow::ownsFocus() const {
+    Window focus = None;
+    int revert = 0;
+    if (!isClosed()) {
+        XGetInputFocus(display_, &focus, &revert);
+    }
+    return focus == window_;
+}
+
+std::optional<bool> PluginWindow::entersAtEnd(const XClientMessageEvent& message) const {
+    // The codes of the XEmbed specification.
+    constexpr long focusIn = 4;
+    constexpr long focusFirst = 1;
+    constexpr long focusLast = 2;
+    if (message.format != 32 || message.message_type != XInternAtom(display_, "_XEMBED", False) ||
+        message.data.l[1] != focusIn ||
+        (message.data.l[2] != focusFirst && message.data.l[2] != focusLast)) {
+        return std::nullopt;
+    }
+    return message.data.l[2] == focusLast;
 }
 
 void PluginWindow::takeKeyboard(Time time) {

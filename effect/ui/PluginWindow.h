@@ -45,6 +45,11 @@ class PluginWindow {
     WindowPicture& picture() { return *picture_; }
     void flush() { XFlush(display_); }
 
+    /// Whether the window itself has the keyboard focus.
+    bool ownsFocus() const;
+    /// For a message of the XEmbed protocol by which the host moves the keyboard focus into the
+    /// window: whether it enters at the last control rather than at the first.
+    std::optional<bool> entersAtEnd(const XClientMessageEvent& message) const;
     /// Takes the keyboard focus. time: of the event that caused it.
     void takeKeyboard(Time time);
     /// Sends an unused key to the parent window, unless the host has sent it.

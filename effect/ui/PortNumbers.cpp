@@ -9,7 +9,8 @@ namespace {
 constexpr std::uint32_t firstParameter = 6;
 constexpr std::uint32_t firstReading = firstParameter + parameterCount;
 constexpr std::array<const char*, readingCount> readingSymbols{
-    "gain_reduction", "ducking", "input_level", "output_level", "midi_in_count", "midi_out_count"};
+    "gain_reduction", "ducking",        "input_level", "output_level",
+    "midi_in_count",  "midi_out_count", "true_peak",   "run_count"};
 
 template <typename Kind, std::size_t count>
 std::optional<Kind> find(const std::array<std::uint32_t, count>& numbers, std::uint32_t port) {
@@ -26,6 +27,7 @@ PortNumbers::PortNumbers(const LV2UI_Port_Map* map) {
     const auto number = [map](const char* symbol, std::uint32_t otherwise) {
         return map == nullptr ? otherwise : map->port_index(map->handle, symbol);
     };
+    midiInput_ = number("midi_in", 0);
     for (std::uint32_t i = 0; i < parameterCount; ++i) {
         parameters_.at(i) = number(parameterRanges.at(i).symbol, firstParameter + i);
     }

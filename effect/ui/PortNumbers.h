@@ -18,8 +18,10 @@ enum class Reading : std::uint8_t {
     outputLevel,
     midiInCount,
     midiOutCount,
+    truePeak,
+    runCount,
 };
-inline constexpr std::size_t readingCount = 6;
+inline constexpr std::size_t readingCount = 8;
 
 /// The numbers of the effect's control ports.
 class PortNumbers {
@@ -28,6 +30,7 @@ class PortNumbers {
     explicit PortNumbers(const LV2UI_Port_Map* map);
 
     /// LV2UI_INVALID_PORT_INDEX for a port that the host does not know.
+    std::uint32_t ofMidiInput() const { return midiInput_; }
     std::uint32_t of(Parameter parameter) const;
     std::uint32_t of(Reading reading) const;
 
@@ -35,6 +38,7 @@ class PortNumbers {
     std::optional<Reading> readingAt(std::uint32_t port) const;
 
   private:
+    std::uint32_t midiInput_;
     std::array<std::uint32_t, parameterCount> parameters_{};
     std::array<std::uint32_t, readingCount> readings_{};
 };

@@ -47,4 +47,13 @@ TEST(MessageCounts, ReturnTo0AfterTheirMaximum) {
     }
 }
 
+TEST(RunCount, ChangesWithEveryBlock) {
+    EffectHost host;
+    host.activate();
+    for (const float expected : {1.0F, 2.0F, 3.0F}) {
+        host.render(steady(64, 0.0F));
+        EXPECT_EQ(host.control("run_count"), expected);
+    }
+}
+
 }  // namespace

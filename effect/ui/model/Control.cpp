@@ -6,25 +6,19 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-constexpr double logarithmicStep = 0.02;
-constexpr double logarithmicFineStep = 0.002;
-
 /// In the order of the parameters.
 constexpr std::array<Control, parameterCount> controls{{
     {"Enabled", "On", Unit::toggle, Taper::whole, 1.0, 1.0},
     {"Threshold", "Thresh", Unit::decibels, Taper::linear, 1.0, 0.1},
-    {"Ratio", "Ratio", Unit::ratio, Taper::logarithmic, logarithmicStep, logarithmicFineStep},
+    {"Ratio", "Ratio", Unit::ratio, Taper::logarithmic, 0.0, 0.0},
     {"Knee", "Knee", Unit::decibels, Taper::linear, 0.5, 0.1},
-    {"Attack", "Attack", Unit::milliseconds, Taper::logarithmic, logarithmicStep,
-     logarithmicFineStep},
-    {"Release", "Rel.", Unit::milliseconds, Taper::logarithmic, logarithmicStep,
-     logarithmicFineStep},
+    {"Attack", "Attack", Unit::milliseconds, Taper::logarithmic, 0.0, 0.0},
+    {"Release", "Rel.", Unit::milliseconds, Taper::logarithmic, 0.0, 0.0},
     {"Make-up", "Make", Unit::decibels, Taper::linear, 0.5, 0.1},
     {"Mix", "Mix", Unit::percent, Taper::linear, 5.0, 1.0},
     {"Output", "Out", Unit::decibels, Taper::linear, 0.5, 0.1},
     {"Depth", "Depth", Unit::decibels, Taper::linear, 1.0, 0.1},
-    {"Release", "Rel.", Unit::milliseconds, Taper::logarithmic, logarithmicStep,
-     logarithmicFineStep},
+    {"Release", "Rel.", Unit::milliseconds, Taper::logarithmic, 0.0, 0.0},
     {"Level", "Level", Unit::decibels, Taper::linear, 0.5, 0.1},
     {"Note", "Note", Unit::note, Taper::whole, 1.0, 1.0},
     {"Channel", "Chan.", Unit::channel, Taper::whole, 1.0, 1.0},

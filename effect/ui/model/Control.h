@@ -17,8 +17,7 @@ struct Control {
     const char* shortName;
     Unit unit;
     Taper taper;
-    /// One step of the wheel or an arrow key: in the parameter's unit, or as a share of the range
-    /// for a logarithmic taper.
+    /// One step of the wheel or an arrow key, in the parameter's unit; not for a logarithmic taper.
     double step;
     /// The same with fine control. Values with a linear taper are rounded to it.
     double fineStep;

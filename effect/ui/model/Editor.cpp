@@ -225,6 +225,15 @@ void Editor::markChanged(const Target& target) {
     using Kind = Target::Kind;
     if (target.kind == Kind::control || target.kind == Kind::value) {
         scene_.markChanged(target.parameter);
+    } else if (target.kind == Kind::curve || target.kind == Kind::thresholdPoint ||
+               target.kind == Kind::ratioPoint) {
+        scene_.markChanged(Part::curve);
+    } else if (target.kind == Kind::history || target.kind == Kind::historySpan) {
+        scene_.markChanged(Part::history);
+    } else if (target.kind == Kind::meters) {
+        scene_.markChanged(Part::truePeak);
+    } else if (target.kind == Kind::pad || target.kind == Kind::noteKeys) {
+        scene_.markChanged(Part::pad);
     } else if (target.kind != Kind::nothing) {
         scene_.markChanged(Part::header);
     }
@@ -242,9 +251,41 @@ void Editor::hover(const Target& target) {
 void Editor::markFocusChanged() {
     if (const auto parameter = scene_.focusedControl()) {
         scene_.markChanged(*parameter);
+    } else if (scene_.focus == padFocus) {
+        scene_.markChanged(Part::pad);
+    } else if (scene_.focus == historyFocus) {
+        scene_.markChanged(Part::history);
+    } else if (scene_.focus == metersFocus) {
+        scene_.markChanged(Part::truePeak);
     } else {
         scene_.markChanged(Part::header);
     }
+}
+
+void Editor::stepHistorySpan(int direction) {
+    const std::size_t count = History::spans.size();
+    const std::size_t next =
+        (scene_.history.span() + count + (direction > 0 ? 1 : count - 1)) % count;
+    scene_.history.setSpan(next);
+    if (scene_.pausedHistory) {
+        scene_.pausedHistory->setSpan(next);
+    }
+    scene_.markChanged(Part::history);
+}
+
+void Editor::toggleHistoryPause() {
+    if (scene_.pausedHistory) {
+        scene_.pausedHistory.reset();
+    } else {
+        scene_.pausedHistory = scene_.history;
+    }
+    scene_.markChanged(Part::history);
+}
+
+void Editor::resetMeters() {
+    scene_.meterMemory.reset();
+    scene_.markChanged(Part::meters);
+    scene_.markChanged(Part::truePeak);
 }
 
 void Editor::focus(std::size_t place, bool shown) {

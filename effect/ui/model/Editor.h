@@ -1,6 +1,7 @@
 #pragma once
 
 #include "effect/ui/model/Host.h"
+#include "effect/ui/model/NotePlayer.h"
 #include "effect/ui/model/PresetStore.h"
 #include "effect/ui/model/Scene.h"
 
@@ -11,7 +12,9 @@ namespace orvalo::effect::ui {
 class Editor {
   public:
     Editor(Scene& scene, Host& host, PresetStore& store)
-        : scene_(scene), host_(host), store_(store) {}
+        : scene_(scene), host_(host), store_(store), notes_(scene, host) {}
+
+    NotePlayer& notes() { return notes_; }
 
     /// What changes between the two is one step of undo. They nest.
     void beginStep();
@@ -67,6 +70,12 @@ class Editor {
     void cancelEntry();
     void entryChanged();
 
+    /// Chooses the next (direction > 0) or previous span of the history, wrapping at the ends.
+    void stepHistorySpan(int direction);
+    void toggleHistoryPause();
+    /// Forgets the clipping and the highest true peak.
+    void resetMeters();
+
     void hover(const Target& target);
     void focus(std::size_t place, bool shown);
     void setHasKeyboard(bool has);
@@ -85,6 +94,7 @@ class Editor {
     Scene& scene_;
     Host& host_;
     PresetStore& store_;
+    NotePlayer notes_;
     std::optional<Parameter> held_;
     std::optional<Edit> edit_;
     int depth_ = 0;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
+
 #include "effect/dsp/Parameter.h"
 
 namespace orvalo::effect::ui {
@@ -15,6 +18,8 @@ class Host {
     virtual void write(Parameter parameter, float value) = 0;
     /// The user has grabbed (held) or released a parameter.
     virtual void grab(Parameter parameter, bool held) = 0;
+    /// The user plays a note: a message for the effect's MIDI input.
+    virtual void sendMidi(const std::array<std::uint8_t, 3>& message) = 0;
 
   protected:
     ~Host() = default;

@@ -41,6 +41,8 @@ struct Keystroke {
     /// The character, for Key::character.
     char32_t character = 0;
     bool fine = false;
+    /// Identifies the physical key while it is pressed.
+    std::uint32_t code = 0;
 };
 
 }  // namespace orvalo::effect::ui

@@ -44,7 +44,9 @@ bool KeyInput::press(const Keystroke& key) {
         return pressInList(key);
     }
     if (key.key == Key::tab || key.key == Key::backTab) {
-        moveFocus(key.key == Key::tab ? 1 : -1);
+        return moveFocus(key.key == Key::tab ? 1 : -1);
+    }
+    if (editor_.notes().pressKey(key)) {
         return true;
     }
     // Without a visible focus the space bar belongs to the host, even after a click.
@@ -52,17 +54,48 @@ bool KeyInput::press(const Keystroke& key) {
         return false;
     }
     const auto parameter = scene_.focusedControl();
-    const bool used = parameter ? pressOnControl(*parameter, key) : pressOnHeader(key);
+    bool used = false;
+    if (parameter) {
+        used = pressOnControl(*parameter, key);
+    } else {
+        used = scene_.focus >= padFocus ? pressOnButton(key) : pressOnHeader(key);
+    }
     if (used) {
         editor_.focus(scene_.focus, true);
     }
     return used;
 }
 
-void KeyInput::moveFocus(int direction) {
-    const std::size_t by = direction > 0 ? 1 : focusCount - 1;
-    // The first press only makes the focus visible.
-    editor_.focus(scene_.showsFocus ? (scene_.focus + by) % focusCount : scene_.focus, true);
+bool KeyInput::moveFocus(int direction) {
+    if (!scene_.showsFocus) {
+        // The first press only makes the focus visible.
+        editor_.focus(scene_.focus, true);
+        return true;
+    }
+    const std::size_t last = focusCount - 1;
+    if (scene_.focus == (direction > 0 ? last : 0)) {
+        // A host without a control of its own to focus sends the next Tab here again.
+        editor_.focus(direction > 0 ? 0 : last, false);
+        return false;
+    }
+    editor_.focus(direction > 0 ? scene_.focus + 1 : scene_.focus - 1, true);
+    return true;
+}
+
+bool KeyInput::pressOnButton(const Keystroke& key) {
+    const bool activates = key.key == Key::enter || isSpace(key);
+    if (scene_.focus == metersFocus && activates) {
+        editor_.resetMeters();
+        return true;
+    }
+    if (scene_.focus == historyFocus) {
+        const bool isNext = activates || key.key == Key::right || key.key == Key::up;
+        if (isNext || key.key == Key::left || key.key == Key::down) {
+            editor_.stepHistorySpan(isNext ? 1 : -1);
+            return true;
+        }
+    }
+    return false;
 }
 
 bool KeyInput::pressInEntry(const Keystroke& key) {

@@ -5,8 +5,8 @@
 
 namespace orvalo::effect::ui {
 
-/// Handles the keyboard: Tab moves the focus, arrow keys turn, Enter starts typing a value,
-/// Ctrl+Z undoes.
+/// Handles the keyboard: Tab moves the focus, arrow keys turn, Enter starts typing a value, letters
+/// play notes, Ctrl+Z undoes.
 class KeyInput {
   public:
     /// Steps of Page Up and Page Down.
@@ -14,15 +14,21 @@ class KeyInput {
 
     KeyInput(Scene& scene, Editor& editor) : scene_(scene), editor_(editor) {}
 
-    /// Returns false for a key that the UI does not use; it belongs to the host.
+    /// Returns false for a key that the UI does not use; it belongs to the host. Tab behind the
+    /// last control and Shift+Tab before the first belong to the host, too.
     bool press(const Keystroke& key);
+    /// Ends the note of the key. Returns false if it played none.
+    bool release(std::uint32_t code) { return editor_.notes().releaseKey(code); }
+    /// Marks the first or the last control: the host has moved the focus into the UI.
+    void enter(bool atEnd) { editor_.focus(atEnd ? focusCount - 1 : 0, true); }
 
   private:
     bool pressInEntry(const Keystroke& key);
     bool pressInList(const Keystroke& key);
     bool pressOnHeader(const Keystroke& key);
     bool pressOnControl(Parameter parameter, const Keystroke& key);
-    void moveFocus(int direction);
+    bool pressOnButton(const Keystroke& key);
+    bool moveFocus(int direction);
 
     Scene& scene_;
     Editor& editor_;

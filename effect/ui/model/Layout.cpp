@@ -156,17 +156,27 @@ class Arrangement {
 
     void placeGraphs(const Rect& area) {
         constexpr double besideFrom = 1.3;
+        const double pad = 9.0 * unit_;
         if (area.width >= besideFrom * area.height) {
-            const double curve = std::round(std::min(area.height, 0.42 * area.width));
+            const double curve =
+                std::round(std::min(area.height, 0.42 * (area.width - pad - unit_)));
             layout_.curve = sharp({area.x, area.y, curve, area.height});
-            layout_.history =
-                sharp({area.x + curve + unit_, area.y, area.width - curve - unit_, area.height});
+            placeHistory({area.x + curve + unit_, area.y, std::max(0.0, area.width - curve - unit_),
+                          area.height},
+                         pad);
             return;
         }
         const double curve = std::round(std::min(area.width, 0.55 * area.height));
         layout_.curve = sharp({area.x, area.y, area.width, curve});
-        layout_.history =
-            sharp({area.x, area.y + curve + unit_, area.width, area.height - curve - unit_});
+        placeHistory({area.x, area.y + curve + unit_, area.width,
+                      std::max(0.0, area.height - curve - unit_)},
+                     pad);
+    }
+
+    void placeHistory(const Rect& area, double pad) {
+        const double history = std::max(0.0, area.width - pad - unit_);
+        layout_.history = sharp({area.x, area.y, history, area.height});
+        layout_.pad = sharp({area.x + history + unit_, area.y, pad, area.height});
     }
 
     void placeRows(const Rect& area) {

@@ -68,6 +68,7 @@ struct Layout {
     Rect copySound;
     Rect curve;
     Rect history;
+    Rect pad;
     std::array<Panel, sectionCount> panels{};
     std::array<Cell, parameterCount> cells{};
     std::array<Rect, meterCount> meters{};

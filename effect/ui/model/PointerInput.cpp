@@ -1,8 +1,10 @@
 #include "effect/ui/model/PointerInput.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "effect/ui/model/Control.h"
+#include "effect/ui/model/GraphAreas.h"
 
 namespace orvalo::effect::ui {
 
@@ -71,6 +73,27 @@ void PointerInput::press(const Pointer& pointer) {
         case Kind::outsideList:
             editor_.closeList();
             break;
+        case Kind::thresholdPoint:
+        case Kind::ratioPoint:
+            pressCurvePoint(target, pointer);
+            break;
+        case Kind::history:
+            editor_.toggleHistoryPause();
+            break;
+        case Kind::historySpan:
+            editor_.focus(historyFocus, false);
+            editor_.stepHistorySpan(1);
+            break;
+        case Kind::meters:
+            editor_.focus(metersFocus, false);
+            editor_.resetMeters();
+            break;
+        case Kind::pad:
+            editor_.focus(padFocus, false);
+            pressPad(pointer);
+            break;
+        case Kind::noteKeys:
+        case Kind::curve:
         case Kind::nothing:
             break;
     }
@@ -102,7 +125,38 @@ void PointerInput::pressControl(Parameter parameter, const Pointer& pointer) {
     last_ = pointer;
 }
 
+void PointerInput::pressCurvePoint(const Target& target, const Pointer& pointer) {
+    const auto parameter =
+        target.kind == Kind::thresholdPoint ? Parameter::threshold : Parameter::ratio;
+    editor_.focus(focusOf(parameter), false);
+    editor_.hold(parameter);
+    if (isSecondPress(target, pointer)) {
+        editor_.set(parameter, range(parameter).standard);
+    }
+    curveDrag_.emplace(scene_, parameter, pointer);
+    last_ = pointer;
+}
+
+void PointerInput::pressPad(const Pointer& pointer) {
+    const Rect area = padAreas(scene_.layout).pad;
+    editor_.notes().pressPad((area.bottom() - pointer.y) / std::max(1.0, area.height));
+}
+
+void PointerInput::leave() {
+    if (!isDragging()) {
+        editor_.hover({});
+    }
+}
+
 void PointerInput::move(const Pointer& pointer) {
+    if (curveDrag_) {
+        if (pointer.x != last_.x || pointer.y != last_.y) {
+            editor_.set(curveDrag_->parameter(), curveDrag_->move(scene_, pointer));
+            pressedAt_.reset();
+        }
+        last_ = pointer;
+        return;
+    }
     if (!drag_) {
         const Target target = scene_.targetAt(pointer.x, pointer.y);
         editor_.hover(target);
@@ -122,14 +176,17 @@ void PointerInput::move(const Pointer& pointer) {
 }
 
 void PointerInput::release() {
-    if (drag_) {
+    editor_.notes().releasePad();
+    if (isDragging()) {
         drag_.reset();
+        curveDrag_.reset();
         editor_.release();
+        editor_.hover(scene_.targetAt(last_.x, last_.y));
     }
 }
 
 void PointerInput::wheel(const Pointer& pointer, int turns) {
-    if (drag_ || scene_.entry) {
+    if (isDragging() || scene_.entry) {
         return;
     }
     const Target target = scene_.targetAt(pointer.x, pointer.y);
@@ -142,6 +199,12 @@ void PointerInput::wheel(const Pointer& pointer, int turns) {
                                                turns, pointer.fine));
     } else if (target.kind == Kind::presetName) {
         editor_.stepPreset(turns > 0 ? -1 : 1);
+    } else if (target.kind == Kind::curve || target.kind == Kind::thresholdPoint ||
+               target.kind == Kind::ratioPoint) {
+        editor_.setOnce(Parameter::knee, stepped(Parameter::knee, scene_.values[Parameter::knee],
+                                                 turns, pointer.fine));
+    } else if (target.kind == Kind::history || target.kind == Kind::historySpan) {
+        editor_.stepHistorySpan(turns > 0 ? -1 : 1);
     }
 }
 

@@ -2,13 +2,15 @@
 
 #include <optional>
 
+#include "effect/ui/model/CurveDrag.h"
 #include "effect/ui/model/Editor.h"
 #include "effect/ui/model/Input.h"
 #include "effect/ui/model/ValueMapping.h"
 
 namespace orvalo::effect::ui {
 
-/// Handles the pointer: dragging knobs, wheel, double click, values, presets.
+/// Handles the pointer: dragging knobs and the curve's points, wheel, double click, values,
+/// presets, pad, history and meters.
 class PointerInput {
   public:
     /// The longest time between the two presses of a double click, in seconds.
@@ -19,18 +21,23 @@ class PointerInput {
     void press(const Pointer& pointer);
     void move(const Pointer& pointer);
     void release();
-    void leave() { editor_.hover({}); }
+    /// The target that is being dragged stays hovered.
+    void leave();
     /// turns: steps of the wheel; positive is up or right.
     void wheel(const Pointer& pointer, int turns);
 
   private:
     void pressField(Target::Kind kind);
     void pressControl(Parameter parameter, const Pointer& pointer);
+    void pressCurvePoint(const Target& target, const Pointer& pointer);
+    void pressPad(const Pointer& pointer);
+    bool isDragging() const { return drag_ || curveDrag_; }
     bool isSecondPress(const Target& target, const Pointer& pointer) const;
 
     Scene& scene_;
     Editor& editor_;
     std::optional<KnobDrag> drag_;
+    std::optional<CurveDrag> curveDrag_;
     Pointer last_;
     Target pressed_;
     std::optional<Pointer> pressedAt_;

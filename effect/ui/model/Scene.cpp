@@ -1,6 +1,27 @@
 #include "effect/ui/model/Scene.h"
 
+#include <cmath>
+
+#include "effect/ui/model/GraphAreas.h"
+
 namespace orvalo::effect::ui {
+
+namespace {
+
+Target::Kind curveTargetAt(const Scene& scene, double x, double y) {
+    const double reach = curvePointReach(scene.layout);
+    const auto distance = [x, y](const CurvePoint& point) {
+        return std::hypot(point.x - x, point.y - y);
+    };
+    const double toThreshold = distance(thresholdPoint(scene));
+    const double toRatio = distance(ratioPoint(scene));
+    if (scene.values[Parameter::enabled] <= 0.0F || std::min(toThreshold, toRatio) > reach) {
+        return Target::Kind::curve;
+    }
+    return toThreshold <= toRatio ? Target::Kind::thresholdPoint : Target::Kind::ratioPoint;
+}
+
+}  // namespace
 
 std::string Scene::entryLine() const {
     if (!entry) {
@@ -38,6 +59,19 @@ Target Scene::targetAt(double x, double y) const {
         if ((layout.*field.area).contains(x, y)) {
             return {.kind = field.kind};
         }
+    }
+    if (layout.curve.contains(x, y)) {
+        return {.kind = curveTargetAt(*this, x, y)};
+    }
+    if (layout.history.contains(x, y)) {
+        const bool isSpan = historyAreas(layout).span.contains(x, y);
+        return {.kind = isSpan ? Kind::historySpan : Kind::history};
+    }
+    if (layout.panel(Section::meters).area.contains(x, y)) {
+        return {.kind = Kind::meters};
+    }
+    if (layout.pad.contains(x, y)) {
+        return {.kind = padAreas(layout).keys.contains(x, y) ? Kind::noteKeys : Kind::pad};
     }
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);

@@ -11,6 +11,7 @@
 #include "effect/ui/model/EditHistory.h"
 #include "effect/ui/model/History.h"
 #include "effect/ui/model/Layout.h"
+#include "effect/ui/model/MeterMemory.h"
 #include "effect/ui/model/PresetChoice.h"
 #include "effect/ui/model/TextEntry.h"
 
@@ -34,6 +35,17 @@ struct Target {
         control,
         /// A knob's value, which can be typed.
         value,
+        /// The transfer curve, and its points that can be dragged.
+        curve,
+        thresholdPoint,
+        ratioPoint,
+        history,
+        /// The button that chooses the span of the history.
+        historySpan,
+        meters,
+        /// The pad, and the keyboard below it.
+        pad,
+        noteKeys,
         /// An entry of the open list of presets, or a place beside it.
         presetEntry,
         renameEntry,
@@ -49,7 +61,17 @@ struct Target {
 };
 
 /// A part of the picture that is redrawn separately. Each control is one more part.
-enum class Part : std::uint8_t { header, curve, history, meters, lightIn, lightOut, firstControl };
+enum class Part : std::uint8_t {
+    header,
+    curve,
+    history,
+    meters,
+    lightIn,
+    lightOut,
+    truePeak,
+    pad,
+    firstControl
+};
 inline constexpr std::size_t partCount =
     static_cast<std::size_t>(Part::firstControl) + parameterCount;
 
@@ -57,7 +79,8 @@ constexpr std::size_t partOf(Parameter parameter) {
     return static_cast<std::size_t>(Part::firstControl) + static_cast<std::size_t>(parameter);
 }
 
-/// The keyboard focus, in tab order: the fields of the header, then the controls.
+/// The keyboard focus, in tab order: the fields of the header, then the controls,
+/// the pad, the span of the history and the meters.
 enum class Focus : std::uint8_t {
     undo,
     redo,
@@ -88,8 +111,11 @@ inline constexpr std::array<HeaderField, static_cast<std::size_t>(Focus::firstCo
         {Target::Kind::copySound, Focus::copySound, &Layout::copySound},
     }};
 
-inline constexpr std::size_t focusCount =
+inline constexpr std::size_t padFocus =
     static_cast<std::size_t>(Focus::firstControl) + parameterCount;
+inline constexpr std::size_t historyFocus = padFocus + 1;
+inline constexpr std::size_t metersFocus = historyFocus + 1;
+inline constexpr std::size_t focusCount = metersFocus + 1;
 
 /// A value, or the name of a preset, that is being typed.
 struct ValueEntry {
@@ -113,13 +139,24 @@ struct Scene {
     ParameterValues values;
     Levels levels;
     History history;
+    /// The history as it was when the user paused it.
+    std::optional<History> pausedHistory;
+    MeterMemory meterMemory;
     ActivityLight lightIn;
     ActivityLight lightOut;
     PresetChoice presets;
     EditHistory edits;
     Comparison comparison;
 
+    /// The keys A to K with their black keys.
+    static constexpr std::size_t noteKeyCount = 13;
+    std::bitset<noteKeyCount> heldNoteKeys;
+    /// 0 while the pad is not pressed.
+    std::uint8_t padVelocity = 0;
+
     Target hovered;
+    /// Whether the text about the hovered target is shown.
+    bool showsTip = false;
     std::size_t focus = static_cast<std::size_t>(Focus::firstControl) + 1;
     /// Whether the window has the keyboard focus, and whether the focused control is marked.
     bool hasKeyboard = false;
@@ -143,10 +180,17 @@ struct Scene {
         allChanged = false;
     }
 
-    /// The focused control; absent when a field of the preset choice has the focus.
+    bool hasVisibleFocus(std::size_t place) const {
+        return hasKeyboard && showsFocus && focus == place;
+    }
+    const History& visibleHistory() const { return pausedHistory ? *pausedHistory : history; }
+
+    /// The focused control; absent when another part has the focus.
     std::optional<Parameter> focusedControl() const {
         const auto first = static_cast<std::size_t>(Focus::firstControl);
-        return focus < first ? std::nullopt : std::optional(static_cast<Parameter>(focus - first));
+        return focus < first || focus >= padFocus
+                   ? std::nullopt
+                   : std::optional(static_cast<Parameter>(focus - first));
     }
 
     bool isNaming() const { return entry && entry->purpose != ValueEntry::Purpose::value; }

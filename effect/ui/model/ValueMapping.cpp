@@ -1,6 +1,7 @@
 #include "effect/ui/model/ValueMapping.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "effect/ui/model/Control.h"
@@ -8,6 +9,38 @@
 namespace orvalo::effect::ui {
 
 namespace {
+
+/// The next multiple of `step` above (direction > 0) or below a value. Values within a thousandth
+/// of a step of a multiple count as that multiple.
+double nextMultiple(double value, double step, int direction) {
+    constexpr double tolerance = 1e-3;
+    const double multiple = value / step;
+    return direction > 0 ? std::floor(multiple + tolerance) + 1.0
+                         : std::ceil(multiple - tolerance) - 1.0;
+}
+
+/// The steps between the round values of a decade: from which leading digits on which step applies.
+struct DecadeStep {
+    double from;
+    double step;
+    double fineStep;
+};
+constexpr std::array<DecadeStep, 3> decadeSteps{
+    {{1.0, 0.2, 0.02}, {2.0, 0.5, 0.05}, {5.0, 1.0, 0.1}}};
+
+/// The next round value of a logarithmic taper.
+double nextRound(double value, int direction, bool fine) {
+    constexpr double tolerance = 1e-6;
+    // Below a boundary such as 1, 2 or 5 the smaller step applies.
+    const double at = value * (1.0 + direction * tolerance);
+    const double decade = std::pow(10.0, std::floor(std::log10(at)));
+    const double leading = at / decade;
+    const auto above = std::find_if(decadeSteps.begin() + 1, decadeSteps.end(),
+                                    [=](const DecadeStep& one) { return leading < one.from; });
+    const auto& how = *(above - 1);
+    const double step = decade * (fine ? how.fineStep : how.step);
+    return nextMultiple(value, step, direction) * step;
+}
 
 double threeDigits(double value) {
     const double factor = std::pow(10.0, 2.0 - std::floor(std::log10(value)));
@@ -60,11 +93,15 @@ float rounded(Parameter parameter, float value) {
 
 float stepped(Parameter parameter, float value, int steps, bool fine) {
     const auto& how = control(parameter);
-    const double by = steps * (fine ? how.fineStep : how.step);
-    if (how.taper == Taper::logarithmic) {
-        return rounded(parameter, valueAt(parameter, positionOf(parameter, value) + by));
+    const int direction = steps > 0 ? 1 : -1;
+    const double step = fine ? how.fineStep : how.step;
+    double at = value;
+    for (int i = 0; i != steps; i += direction) {
+        at = how.taper == Taper::logarithmic ? nextRound(at, direction, fine)
+                                             : nextMultiple(at, step, direction) * step;
+        at = range(parameter).clamp(static_cast<float>(at));
     }
-    return rounded(parameter, static_cast<float>(static_cast<double>(value) + by));
+    return rounded(parameter, static_cast<float>(at));
 }
 
 float KnobDrag::move(double share, bool fine) {

@@ -14,7 +14,8 @@ float valueAt(Parameter parameter, double position);
 /// three digits, whole notes and channels. Always within the range.
 float rounded(Parameter parameter, float value);
 
-/// The value `steps` steps above, or below when negative.
+/// The value `steps` steps above, or below when negative. Lands on round values: multiples of the
+/// step, and for a logarithmic taper values such as 10, 12, 14, 16, 18, 20 and 25.
 float stepped(Parameter parameter, float value, int steps, bool fine);
 
 /// A knob that is being dragged. Keeps the unrounded position, so that slow and fine moves add up.

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <string>
 
+#include "effect/ui/model/GraphAreas.h"
 #include "effect/ui/model/TransferCurve.h"
 #include "effect/ui/paint/Painters.h"
 
@@ -9,31 +10,14 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-constexpr float lowest = -60.0F;
-constexpr float highest = 12.0F;
+constexpr float lowest = CurvePlot::lowest;
+constexpr float highest = CurvePlot::highest;
 constexpr float gridStep = 12.0F;
 constexpr int gridLines = 5;
 
-/// Maps levels in dB to pixels, with the same range on both axes.
-class Plot {
-  public:
-    explicit Plot(const Rect& area) : area_(area) {}
-
-    const Rect& area() const { return area_; }
-    double x(float level) const { return area_.x + share(level) * area_.width; }
-    double y(float level) const { return area_.bottom() - share(level) * area_.height; }
-
-  private:
-    static double share(float level) {
-        return (static_cast<double>(level) - lowest) / (static_cast<double>(highest) - lowest);
-    }
-
-    Rect area_;
-};
-
-void paintGrid(const Brush& brush, const Layout& layout, const Plot& plot) {
+void paintGrid(const Brush& brush, const Layout& layout, const CurvePlot& plot) {
     const double width = hairline(layout);
-    const TextStyle style{.size = 0.8 * layout.text, .colour = theme::dimText.withAlpha(0.75)};
+    const TextStyle style{.size = smallText(layout, 0.8), .colour = dimTextOf(layout)};
     const Rect& area = plot.area();
     // Only every second label if they would touch.
     const bool dense = area.width / 6.0 > 2.4 * layout.text;
@@ -60,7 +44,7 @@ void paintGrid(const Brush& brush, const Layout& layout, const Plot& plot) {
     }
 }
 
-void tracePath(cairo_t* context, const Scene& scene, const Plot& plot) {
+void tracePath(cairo_t* context, const Scene& scene, const CurvePlot& plot) {
     const int points = std::max(2, static_cast<int>(plot.area().width / 2.0));
     for (int i = 0; i <= points; ++i) {
         const float level =
@@ -69,7 +53,7 @@ void tracePath(cairo_t* context, const Scene& scene, const Plot& plot) {
     }
 }
 
-void paintDot(const Brush& brush, const Scene& scene, const Plot& plot) {
+void paintDot(const Brush& brush, const Scene& scene, const CurvePlot& plot) {
     const float input = scene.levels.input;
     if (input <= lowest) {
         return;
@@ -84,6 +68,16 @@ void paintDot(const Brush& brush, const Scene& scene, const Plot& plot) {
     brush.disc(x, y, radius, theme::text);
 }
 
+/// A ring that can be dragged.
+void paintPoint(const Brush& brush, const Scene& scene, const CurvePoint& point,
+                Target::Kind kind) {
+    const bool isHovered = scene.hovered.kind == kind;
+    const double radius = std::max(3.0, 0.55 * scene.layout.unit);
+    brush.disc(point.x, point.y, radius, isHovered ? theme::text : theme::accent);
+    brush.disc(point.x, point.y, radius - std::max(1.25, 0.2 * scene.layout.unit),
+               isHovered ? theme::accent : theme::panel);
+}
+
 }  // namespace
 
 void paintCurve(const Brush& brush, const Scene& scene) {
@@ -91,7 +85,7 @@ void paintCurve(const Brush& brush, const Scene& scene) {
     const Rect& area = layout.curve;
     brush.fill(area, theme::ground);
     brush.fillRound(area, cornerRadius(layout), theme::panel);
-    const Plot plot(area.inset(0.5 * layout.unit, 0.5 * layout.unit));
+    const CurvePlot plot(layout);
     if (plot.area().isEmpty()) {
         return;
     }
@@ -119,13 +113,17 @@ void paintCurve(const Brush& brush, const Scene& scene) {
     brush.use(accent);
     cairo_set_line_width(context, std::max(1.5, 0.25 * layout.unit));
     cairo_stroke(context);
+    if (isEnabled(scene)) {
+        paintPoint(brush, scene, thresholdPoint(scene), Target::Kind::thresholdPoint);
+        paintPoint(brush, scene, ratioPoint(scene), Target::Kind::ratioPoint);
+    }
     paintDot(brush, scene, plot);
     if (!isEnabled(scene)) {
         // Below the diagonal line of the bypassed effect.
         const Rect below{plot.area().centerX(), plot.area().centerY(), 0.5 * plot.area().width,
                          0.5 * plot.area().height};
         brush.text(below, "Bypassed",
-                   {.size = layout.text, .colour = theme::dimText, .align = Align::centre});
+                   {.size = layout.text, .colour = dimTextOf(layout), .align = Align::centre});
     }
     cairo_restore(context);
 }

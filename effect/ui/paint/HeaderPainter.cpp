@@ -216,7 +216,7 @@ void paintSwitch(const Brush& brush, const Scene& scene) {
     const double start = x + radius + layout.unit;
     brush.text(
         {start, area.y, std::max(0.0, area.right() - start - 0.5 * layout.unit), area.height},
-        on ? "On" : "Off", {.size = layout.text, .colour = on ? theme::text : theme::dimText});
+        on ? "On" : "Off", {.size = layout.text, .colour = on ? theme::text : dimTextOf(layout)});
 }
 
 }  // namespace orvalo::effect::ui

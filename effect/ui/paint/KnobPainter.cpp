@@ -77,7 +77,7 @@ void paintKnob(const Brush& brush, const Scene& scene, Parameter parameter) {
     const double margin = 0.25 * layout.unit;
     brush.fittingText(cell.label.inset(margin, 0.0), {how.name, how.shortName},
                       {.size = layout.text,
-                       .colour = onKnob ? theme::text : theme::dimText,
+                       .colour = onKnob ? theme::text : dimTextOf(layout),
                        .align = Align::centre});
     if (onValue) {
         brush.fillRound(cell.value.inset(margin, 0.0), 0.5 * cornerRadius(layout), theme::raised);

@@ -32,7 +32,15 @@ std::string reductionText(float reduction) {
     return decimalText(-static_cast<double>(reduction), 1, 1);
 }
 
-void paintLevelBar(const Brush& brush, const Rect& bar, float level, double line) {
+/// peak: the held one. The end of the bar is a light that shows clipping.
+void paintLevelBar(const Brush& brush, const Rect& whole, float level, float peak, bool hasClipped,
+                   double line) {
+    const double light = 1.25 * whole.height;
+    const Rect bar{whole.x, whole.y, std::max(0.0, whole.width - light - line), whole.height};
+    brush.fill({bar.right(), whole.y, line, whole.height}, theme::panel);
+    if (hasClipped) {
+        brush.fill({whole.right() - light, whole.y, light, whole.height}, theme::signal);
+    }
     const double end = bar.x + std::round(levelShare(level) * bar.width);
     const double full = bar.x + std::round(levelShare(0.0) * bar.width);
     brush.fill({bar.x, bar.y, std::min(end, full) - bar.x, bar.height}, theme::level);
@@ -40,6 +48,12 @@ void paintLevelBar(const Brush& brush, const Rect& bar, float level, double line
         brush.fill({full, bar.y, end - full, bar.height}, theme::signal);
     }
     brush.fill({full, bar.y, line, bar.height}, theme::ground);
+    if (peak > lowestLevel) {
+        const double wide = 2.0 * line;
+        const double x = bar.x + std::round(levelShare(peak) * bar.width);
+        brush.fill({std::clamp(x - wide, bar.x, bar.right() - wide), bar.y, wide, bar.height},
+                   peak > 0.0F ? theme::signal : theme::text);
+    }
 }
 
 void paintRow(const Brush& brush, const Scene& scene, Meter meter) {
@@ -49,7 +63,7 @@ void paintRow(const Brush& brush, const Scene& scene, Meter meter) {
     const double numbers = 3.4 * layout.text;
     const bool isRoomy = row.width > 16.0 * layout.text;
     const double labels = (isRoomy ? 5.2 : 3.0) * layout.text;
-    const TextStyle style{.size = layout.text, .colour = theme::dimText};
+    const TextStyle style{.size = layout.text, .colour = dimTextOf(layout)};
     brush.fittingText({row.x, row.y, labels, row.height}, {name.full, name.brief}, style);
 
     const double high = std::max(3.0, std::round(0.34 * row.height));
@@ -58,8 +72,12 @@ void paintRow(const Brush& brush, const Scene& scene, Meter meter) {
     brush.fill(bar, theme::track.withAlpha(0.7));
     std::string text;
     if (meter == Meter::input || meter == Meter::output) {
-        const float level = meter == Meter::input ? scene.levels.input : scene.levels.output;
-        paintLevelBar(brush, bar, level, hairline(layout));
+        const bool isInput = meter == Meter::input;
+        const MeterMemory& memory = scene.meterMemory;
+        const float level = isInput ? scene.levels.input : scene.levels.output;
+        paintLevelBar(brush, bar, level, isInput ? memory.inputPeak() : memory.outputPeak(),
+                      isInput ? memory.hasInputClipped() : memory.hasOutputClipped(),
+                      hairline(layout));
         text = levelText(level);
     } else {
         const float reduction =
@@ -68,7 +86,7 @@ void paintRow(const Brush& brush, const Scene& scene, Meter meter) {
         const double wide = std::round(share * bar.width);
         // Reduction grows from the right.
         brush.fill({bar.right() - wide, bar.y, wide, bar.height},
-                   accentOf(scene).withAlpha(meter == Meter::reduction ? 1.0 : 0.6));
+                   meter == Meter::reduction ? accentOf(scene) : theme::ducking);
         text = reductionText(reduction);
     }
     brush.text({row.right() - numbers, row.y, numbers, row.height}, text,

@@ -16,6 +16,8 @@ void paintKnob(const Brush& brush, const Scene& scene, Parameter parameter);
 /// The transfer curve, with a dot at the current level.
 void paintCurve(const Brush& brush, const Scene& scene);
 void paintHistory(const Brush& brush, const Scene& scene);
+/// The pad and the keyboard.
+void paintPad(const Brush& brush, const Scene& scene);
 void paintMeters(const Brush& brush, const Scene& scene);
 /// A panel without its title, and the title. brightness: of the title's light, 0 to 1.
 void paintPanel(const Brush& brush, const Scene& scene, Section section);
@@ -26,10 +28,18 @@ void paintPresetList(const Brush& brush, const Scene& scene);
 void paintEntry(const Brush& brush, const Scene& scene);
 /// The notice, unless the preset list shows it.
 void paintNotice(const Brush& brush, const Scene& scene);
+/// The text about the target below the pointer, and its area; empty while it is not shown.
+void paintTip(const Brush& brush, const Scene& scene);
+Rect tipArea(const Brush& brush, const Scene& scene);
 
 /// The corner radius and the line width, in pixels.
 double cornerRadius(const Layout& layout);
 double hairline(const Layout& layout);
+/// The colour of less important text. Small text is as bright as other text, because its thin
+/// strokes lose contrast.
+Colour dimTextOf(const Layout& layout);
+/// A text size of this share of the layout's, as far as that is legible.
+double smallText(const Layout& layout, double share);
 /// The accent colour, or the inactive one while the effect is bypassed.
 Colour accentOf(const Scene& scene);
 bool isEnabled(const Scene& scene);

@@ -2,6 +2,8 @@
 #include <array>
 #include <cmath>
 
+#include "effect/ui/model/GraphAreas.h"
+#include "effect/ui/model/ValueText.h"
 #include "effect/ui/paint/Painters.h"
 
 namespace orvalo::effect::ui {
@@ -27,9 +29,27 @@ void paintLight(const Brush& brush, const Scene& scene, const Rect& title, const
     const Rect area{titleEnd + 0.5 * layout.unit, title.y,
                     std::max(0.0, end - titleEnd - 0.5 * layout.unit), title.height};
     const TextStyle style{
-        .size = 0.9 * layout.text, .colour = theme::dimText, .align = Align::right};
+        .size = smallText(layout, 0.9), .colour = dimTextOf(layout), .align = Align::right};
     const std::string full = std::string("MIDI ") + name;
     brush.fittingText(area, {full.c_str(), name}, style);
+}
+
+void paintTruePeak(const Brush& brush, const Scene& scene) {
+    const Layout& layout = scene.layout;
+    const Rect area = truePeakArea(layout);
+    const float peak = scene.meterMemory.truePeak();
+    const std::string number =
+        peak <= Levels::lowest ? "-\u221e" : decimalText(static_cast<double>(peak), 1, 1);
+    const std::string full = "TP " + number + " dB";
+    const std::string brief = "TP " + number;
+    if (scene.hasVisibleFocus(metersFocus)) {
+        brush.strokeRound(area.inset(-0.5 * layout.unit, 0.0), 0.5 * cornerRadius(layout),
+                          1.5 * hairline(layout), theme::accent);
+    }
+    brush.fittingText(area, {full.c_str(), brief.c_str()},
+                      {.size = smallText(layout, 0.9),
+                       .colour = peak > 0.0F ? theme::signal : dimTextOf(layout),
+                       .align = Align::right});
 }
 
 }  // namespace
@@ -40,6 +60,15 @@ double cornerRadius(const Layout& layout) {
 
 double hairline(const Layout& layout) {
     return std::max(1.0, std::round(layout.unit / 8.0));
+}
+
+Colour dimTextOf(const Layout& layout) {
+    constexpr double small = 10.0;
+    return layout.text < small ? theme::text : theme::dimText;
+}
+
+double smallText(const Layout& layout, double share) {
+    return std::max(share * layout.text, std::min(layout.text, Layout::leastText));
 }
 
 bool isEnabled(const Scene& scene) {
@@ -53,7 +82,8 @@ Colour accentOf(const Scene& scene) {
 void paintTitle(const Brush& brush, const Scene& scene, Section section, double brightness) {
     const Rect& title = scene.layout.panel(section).title;
     brush.fill(title, theme::panel);
-    const TextStyle style{.size = 0.85 * scene.layout.text, .colour = theme::dimText, .bold = true};
+    const TextStyle style{
+        .size = smallText(scene.layout, 0.85), .colour = dimTextOf(scene.layout), .bold = true};
     const char* text = titles.at(static_cast<std::size_t>(section));
     brush.text(title, text, style);
     const double end = title.x + brush.textWidth(text, style);
@@ -61,6 +91,8 @@ void paintTitle(const Brush& brush, const Scene& scene, Section section, double 
         paintLight(brush, scene, title, "in", end, brightness);
     } else if (section == Section::trigger) {
         paintLight(brush, scene, title, "out", end, brightness);
+    } else if (section == Section::meters) {
+        paintTruePeak(brush, scene);
     }
 }
 

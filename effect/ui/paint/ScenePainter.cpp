@@ -24,6 +24,10 @@ Rect areaOf(const Layout& layout, std::size_t part) {
             return layout.panel(Section::ducking).title;
         case Part::lightOut:
             return layout.panel(Section::trigger).title;
+        case Part::truePeak:
+            return layout.panel(Section::meters).title;
+        case Part::pad:
+            return layout.pad;
         case Part::firstControl:
             break;
     }
@@ -44,6 +48,10 @@ void paintPart(const Brush& brush, const Scene& scene, std::size_t part, double 
             return paintTitle(brush, scene, Section::ducking, scene.lightIn.brightness(now));
         case Part::lightOut:
             return paintTitle(brush, scene, Section::trigger, scene.lightOut.brightness(now));
+        case Part::truePeak:
+            return paintTitle(brush, scene, Section::meters, 0.0);
+        case Part::pad:
+            return paintPad(brush, scene);
         case Part::firstControl:
             return paintSwitch(brush, scene);
     }
@@ -70,6 +78,9 @@ std::vector<Rect> overlays(const Brush& brush, const Scene& scene) {
     }
     if (!scene.notice.empty()) {
         areas.push_back(noticeArea(brush, scene));
+    }
+    if (scene.showsTip) {
+        areas.push_back(tipArea(brush, scene));
     }
     return areas;
 }
@@ -110,6 +121,9 @@ std::vector<Rect> paintScene(cairo_t* context, const Scene& scene, double now) {
             paintEntry(brush, scene);
         }
         paintNotice(brush, scene);
+        if (scene.showsTip) {
+            paintTip(brush, scene);
+        }
         for (const Rect& overlay : overlays(brush, scene)) {
             drawn.push_back(overlay);
         }

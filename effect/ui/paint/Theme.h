@@ -20,8 +20,9 @@ struct Colour {
     constexpr Colour withAlpha(double share) const { return {red, green, blue, alpha * share}; }
 };
 
-/// The colours of the UI: greys on a dark ground, one accent colour for the effect's activity, and
-/// one signal colour for errors and overloads.
+/// The colours of the UI: greys on a dark ground, one accent colour for the compressor's activity,
+/// one for notes and ducking, and one signal colour for errors and overloads. Text is in text or
+/// dimText: each has a contrast of at least 4.5:1 on ground, panel and raised.
 namespace theme {
 
 /// Also the window background until the first picture.
@@ -36,6 +37,7 @@ inline constexpr Colour text = Colour::of(0xE2E8ED);
 inline constexpr Colour dimText = Colour::of(0x98A4B0);
 inline constexpr Colour level = Colour::of(0x6F7E8D);
 inline constexpr Colour accent = Colour::of(0x5FC9B8);
+inline constexpr Colour ducking = Colour::of(0xE3A84B);
 inline constexpr Colour inactive = Colour::of(0x636E78);
 inline constexpr Colour signal = Colour::of(0xEF705F);
 

@@ -131,6 +131,9 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, in
             this->place(container_->place());
         }
     };
+    container_->onTabInto = [this](bool isBackward) {
+        return pluginUI_ != nullptr && pluginUI_->enterByKey(isBackward);
+    };
 }
 
 LV2ViewController::~LV2ViewController() {
@@ -140,6 +143,7 @@ LV2ViewController::~LV2ViewController() {
     container_->onHidden = nullptr;
     container_->onLeaving = nullptr;
     container_->onRetry = nullptr;
+    container_->onTabInto = nullptr;
 }
 
 void LV2ViewController::place(const X11ContainerView::Place& place) {
@@ -177,8 +181,15 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
         return;
     }
     pluginUI_->onChange = [this] { showCondition(); };
-    pluginUI_->onUnusedKey = [view = std::weak_ptr(container_)](const X11Key& key) {
-        if (const auto held = view.lock()) {
+    pluginUI_->onUnusedKey = [this, view = std::weak_ptr(container_)](const X11Key& key) {
+        const auto held = view.lock();
+        if (held == nullptr) {
+            return;
+        }
+        if (const auto isBackward = tabDirection(held->widget(), key)) {
+            pluginUI_->restoreFocus();
+            held->tabOut(*isBackward);
+        } else {
             activateShortcut(held->widget(), key);
         }
     };

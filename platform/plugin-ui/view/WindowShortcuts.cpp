@@ -105,6 +105,24 @@ bool activate(GtkWidget* widget, GtkShortcutTrigger* key) {
 
 }  // namespace
 
+std::optional<bool> tabDirection(GtkWidget* widget, const X11Key& key) {
+    guint keyval = 0;
+    if (gdk_display_translate_key(gtk_widget_get_display(widget), key.code,
+                                  static_cast<GdkModifierType>(key.state & kModifierBits),
+                                  XkbGroupForCoreState(key.state), &keyval, nullptr, nullptr,
+                                  nullptr) == FALSE ||
+        (key.state & (GDK_CONTROL_MASK | GDK_ALT_MASK)) != 0) {
+        return std::nullopt;
+    }
+    if (keyval == GDK_KEY_ISO_Left_Tab) {
+        return true;
+    }
+    if (keyval != GDK_KEY_Tab && keyval != GDK_KEY_KP_Tab) {
+        return std::nullopt;
+    }
+    return (key.state & GDK_SHIFT_MASK) != 0;
+}
+
 bool activateShortcut(GtkWidget* widget, const X11Key& key) {
     auto* root = gtk_widget_get_root(widget);
     if (root == nullptr) {

@@ -52,6 +52,14 @@ X11Rect visiblePart(GtkWidget* widget, GtkNative* native) {
 
 constexpr int kSpacing = 12;  // In points.
 
+/// Whether the key is Tab, and then whether it moves backwards.
+std::optional<bool> tabOf(unsigned keyval) {
+    if (keyval == GDK_KEY_Tab || keyval == GDK_KEY_KP_Tab) {
+        return false;
+    }
+    return keyval == GDK_KEY_ISO_Left_Tab ? std::optional(true) : std::nullopt;
+}
+
 template <auto operation>
 void forward(void* /*sender*/, void* view) {
     (static_cast<X11ContainerView*>(view)->*operation)();
@@ -82,6 +90,17 @@ X11ContainerView::X11ContainerView(int toplevelPriority)
                              }),
                              this);
     gtk_box_append(GTK_BOX(notice_), retry_);
+    // A box takes no focus itself.
+    socket_ = GTK_WIDGET(g_object_new(GTK_TYPE_DRAWING_AREA, "accessible-role",
+                                      GTK_ACCESSIBLE_ROLE_GROUP, "focusable", TRUE, nullptr));
+    gtk_accessible_update_property(GTK_ACCESSIBLE(socket_), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   "Plug-in UI", -1);
+    gtk_widget_set_hexpand(socket_, TRUE);
+    gtk_widget_set_vexpand(socket_, TRUE);
+    focus_ = gtk_event_controller_focus_new();
+    g_signal_connect(focus_, "enter", G_CALLBACK(forward<&X11ContainerView::focused>), this);
+    gtk_widget_add_controller(socket_, focus_);
+    gtk_box_append(GTK_BOX(content_), socket_);
     auto* scroller = GTK_SCROLLED_WINDOW(widget());
     // It has nothing to do for the keyboard; what is inside has.
     gtk_widget_set_focusable(widget(), FALSE);
@@ -100,8 +119,10 @@ X11ContainerView::~X11ContainerView() {
     cancelToplevelReport();
     g_signal_handlers_disconnect_by_data(content_, this);
     g_signal_handlers_disconnect_by_data(retry_, this);
+    g_signal_handlers_disconnect_by_data(focus_, this);
     if (root_ != nullptr) {
         g_signal_handlers_disconnect_by_data(root_, this);
+        stopWatchingTab();
     }
 }
 
@@ -112,17 +133,97 @@ void X11ContainerView::rootChanged() {
     }
     if (root_ != nullptr) {
         g_signal_handlers_disconnect_by_data(root_, this);
+        stopWatchingTab();
         leave();
     }
     root_ = root;
     if (root_ == nullptr) {
         return;
     }
+    watchTab();
     g_signal_connect(root_, "unrealize", G_CALLBACK(forward<&X11ContainerView::leave>), this);
     g_signal_connect(root_, "realize",
                      G_CALLBACK(forward<&X11ContainerView::scheduleToplevelReport>), this);
     if (gtk_widget_get_realized(root_) != FALSE) {
         scheduleToplevelReport();
+    }
+}
+
+void X11ContainerView::watchTab() {
+    auto* keys = gtk_event_controller_key_new();
+    gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
+    g_signal_connect(
+        keys, "key-pressed",
+        G_CALLBACK(+[](GtkEventController* /*keys*/, unsigned keyval, unsigned /*code*/,
+                       GdkModifierType /*state*/, X11ContainerView* view) {
+            return static_cast<gboolean>(view->handleKey(keyval));
+        }),
+        this);
+    gtk_widget_add_controller(root_, keys);
+    keys_.reset(GTK_EVENT_CONTROLLER(g_object_ref(keys)));
+}
+
+void X11ContainerView::stopWatchingTab() {
+    endTab();
+    g_signal_handlers_disconnect_by_data(keys_.get(), this);
+    if (auto* watched = gtk_event_controller_get_widget(keys_.get())) {
+        gtk_widget_remove_controller(watched, keys_.get());
+    }
+    keys_ = nullptr;
+}
+
+bool X11ContainerView::handleKey(unsigned keyval) {
+    endTab();
+    tab_ = tabOf(keyval);
+    if (!tab_) {
+        return false;
+    }
+    if (gtk_widget_is_focus(socket_) != FALSE) {
+        // The foreign window has not got the focus, or the key would not come here.
+        tabInto(*tab_);
+        return true;
+    }
+    tabEnd_.reset(g_idle_source_new());
+    g_source_set_priority(tabEnd_.get(), G_PRIORITY_HIGH);
+    g_source_set_callback(
+        tabEnd_.get(),
+        [](void* view) -> gboolean {
+            static_cast<X11ContainerView*>(view)->endTab();
+            return G_SOURCE_REMOVE;
+        },
+        this, nullptr);
+    g_source_attach(tabEnd_.get(), nullptr);
+    return false;
+}
+
+void X11ContainerView::endTab() {
+    tab_.reset();
+    if (tabEnd_ != nullptr) {
+        g_source_destroy(tabEnd_.get());
+        tabEnd_ = nullptr;
+    }
+}
+
+void X11ContainerView::focused() {
+    // Not by a click or by the window's appearance.
+    if (tab_ && !isTabbingOut_) {
+        tabInto(*tab_);
+    }
+}
+
+void X11ContainerView::tabInto(bool isBackward) {
+    if (!onTabInto || !onTabInto(isBackward)) {
+        tabOut(isBackward);
+    }
+}
+
+void X11ContainerView::tabOut(bool isBackward) {
+    const bool isOuter = !std::exchange(isTabbingOut_, true);
+    gtk_widget_grab_focus(socket_);
+    if (isOuter) {
+        g_signal_emit_by_name(socket_, "move-focus",
+                              isBackward ? GTK_DIR_TAB_BACKWARD : GTK_DIR_TAB_FORWARD);
+        isTabbingOut_ = false;
     }
 }
 
@@ -171,6 +272,7 @@ void X11ContainerView::setMessage(const std::string& message, bool retries) {
     gtk_label_set_text(GTK_LABEL(label_), message.c_str());
     gtk_widget_set_visible(notice_, message.empty() ? FALSE : TRUE);
     gtk_widget_set_visible(retry_, retries ? TRUE : FALSE);
+    gtk_widget_set_visible(socket_, message.empty() ? TRUE : FALSE);
 }
 
 void X11ContainerView::mapped() {

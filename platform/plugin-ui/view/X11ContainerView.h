@@ -1,12 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/foundation/GLibPointer.h"
 #include "platform/plugin-ui/x11/X11Geometry.h"
 #include "platform/ui/UIView.h"
 
+using GtkEventController = struct _GtkEventController;  // NOLINT(bugprone-reserved-identifier)
 using GdkFrameClock = struct _GdkFrameClock;  // NOLINT(bugprone-reserved-identifier): GTK's own.
 
 namespace orvalo {
@@ -38,6 +40,12 @@ class X11ContainerView : public UIView {
     /// As onPlace got it last; without a toplevel while the view is not on screen.
     const Place& place() const { return place_; }
 
+    /// Moves the toolkit's focus from the view to the next or the previous widget.
+    void tabOut(bool isBackward);
+
+    /// The user tabs into the view: focuses the foreign window, at its last control when backward.
+    /// Returns false if that cannot be; the toolkit's focus then moves on. May be empty.
+    std::function<bool(bool isBackward)> onTabInto;
     /// The view is in a toplevel that exists, whether on screen or not. The place has no area yet.
     /// May be empty.
     std::function<void(const Place&)> onToplevel;
@@ -60,13 +68,25 @@ class X11ContainerView : public UIView {
     void mapped();
     void unmapped();
     void updatePlace();
+    void watchTab();
+    void stopWatchingTab();
+    bool handleKey(unsigned keyval);
+    void endTab();
+    void focused();
+    void tabInto(bool isBackward);
 
     GtkWidget* content_;
     GtkWidget* notice_;
     GtkWidget* label_;
     GtkWidget* retry_;
+    GtkWidget* socket_;          // Takes the toolkit's focus for the foreign window.
+    GtkEventController* focus_;  // The socket's.
     GtkWidget* root_ = nullptr;
     const int toplevelPriority_;
+    GObjectPointer<GtkEventController> keys_;  // The root's; null without a root.
+    std::optional<bool> tab_;  // Whether the Tab being handled moves backwards; absent without one.
+    GSourcePointer tabEnd_;    // Clears it.
+    bool isTabbingOut_ = false;
     GSourcePointer toplevelReport_;   // Null unless scheduled.
     GdkFrameClock* clock_ = nullptr;  // While the view is on screen.
     Place place_;

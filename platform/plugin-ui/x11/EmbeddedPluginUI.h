@@ -35,6 +35,16 @@ class EmbeddedPluginUI {
     void place(const X11Rect& area, const X11Rect& visible);
     /// False at first.
     void setVisible(bool isVisible);
+    /// As X11Keyboard::enter(); false without a UI.
+    bool enterByKey(bool atEnd) {
+        return container_ != nullptr && container_->keyboard().enter(atEnd);
+    }
+    /// Returns the keyboard focus to where it was before the UI got it.
+    void restoreFocus() {
+        if (container_ != nullptr) {
+            container_->keyboard().restoreFocus();
+        }
+    }
     /// The sizes that the UI can be shown at.
     const X11SizeRules& rules() const;
     /// Whether the effect service is restarting; until it has restarted there is no UI.

@@ -49,9 +49,11 @@ std::vector<Window> windowsForKeys(Display* display, Window container) {
     return result;
 }
 
-bool tellsThatItSendsKeys(Display* display, Window container) {
+/// The window inside the container whose UI tells that it sends keys; None without one.
+Window windowThatSendsKeys(Display* display, Window container) {
     const auto property = XInternAtom(display, "_ORVALO_SENDS_UNUSED_KEYS", False);
-    return std::ranges::any_of(windowsIn(display, container), [&](Window window) {
+    const auto windows = windowsIn(display, container);
+    const auto found = std::ranges::find_if(windows, [&](Window window) {
         int count = 0;
         Atom* const properties = XListProperties(display, window, &count);
         const bool isThere =
@@ -61,6 +63,23 @@ bool tellsThatItSendsKeys(Display* display, Window container) {
         }
         return isThere;
     });
+    return found == windows.end() ? None : *found;
+}
+
+/// Tells a window by the XEmbed protocol that it has the focus.
+void sendFocusIn(Display* display, Window window, bool atEnd) {
+    constexpr long focusIn = 4;
+    constexpr long focusFirst = 1;
+    constexpr long focusLast = 2;
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "_XEMBED", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = CurrentTime;
+    event.xclient.data.l[1] = focusIn;
+    event.xclient.data.l[2] = atEnd ? focusLast : focusFirst;
+    XSendEvent(display, window, False, NoEventMask, &event);
 }
 
 }  // namespace
@@ -99,7 +118,8 @@ void X11Keyboard::handle(const XEvent& event) {
             break;
         case LeaveNotify:
             // A held button or an open menu grabs the pointer: the UI is still in use.
-            if (event.xcrossing.detail != NotifyInferior && event.xcrossing.mode != NotifyGrab) {
+            if (event.xcrossing.detail != NotifyInferior && event.xcrossing.mode != NotifyGrab &&
+                sendingWindow_ == None) {
                 restoreFocus();
                 letKeysFollowPointer();
             }
@@ -147,7 +167,7 @@ void X11Keyboard::reportKey(const XEvent& event) {
 }
 
 void X11Keyboard::watchKeys() {
-    if (sendsKeys_ || tellsThatItSendsKeys(connection_->display(), container_)) {
+    if (sendsKeys_ || sendingWindow_ != None) {
         return;
     }
     for (const auto window : windowsForKeys(connection_->display(), container_)) {
@@ -174,6 +194,7 @@ void X11Keyboard::unwatchKeys() {
 void X11Keyboard::handlePress() {
     if (connection_->pointer(container_).isInside) {
         hasKeyboard_ = true;
+        sendingWindow_ = windowThatSendsKeys(connection_->display(), container_);
         takeFocus();
         watchKeys();
     } else if (hasKeyboard_ && connection_->pointer(toplevel_).isInside) {
@@ -187,7 +208,8 @@ void X11Keyboard::takeFocus() {
     // Without a focus window the window under the pointer gets the keys anyway. A focus in another
     // toplevel stays there.
     if (hasKeyboard_ && now != None && now == previousFocus_) {
-        XSetInputFocus(connection_->display(), toplevel_, RevertToParent, CurrentTime);
+        XSetInputFocus(connection_->display(), sendingWindow_ == None ? toplevel_ : sendingWindow_,
+                       RevertToParent, CurrentTime);
         XFlush(connection_->display());
     }
 }
@@ -220,6 +242,19 @@ void X11Keyboard::letKeysFollowPointer() {
     }
 }
 
+bool X11Keyboard::enter(bool atEnd) {
+    sendingWindow_ = windowThatSendsKeys(connection_->display(), container_);
+    if (sendingWindow_ == None) {
+        return false;
+    }
+    hasKeyboard_ = true;
+    updateFocus();
+    XSetInputFocus(connection_->display(), sendingWindow_, RevertToParent, CurrentTime);
+    sendFocusIn(connection_->display(), sendingWindow_, atEnd);
+    XFlush(connection_->display());
+    return true;
+}
+
 void X11Keyboard::restoreFocus() {
     const auto now = updateFocus();
     const bool isHere = now > PointerRoot && connection_->isInside(now, container_);
@@ -229,6 +264,7 @@ void X11Keyboard::restoreFocus() {
         XFlush(connection_->display());
     }
     hasKeyboard_ = false;
+    sendingWindow_ = None;
     unwatchKeys();
 }
 

@@ -25,6 +25,9 @@ struct X11Key {
 /// toplevel or a window around it, the toolkit is asked to focus a window inside, as window
 /// managers do that know WM_TAKE_FOCUS.
 ///
+/// A UI that tells that it sends the keys that it does not use gets the focus itself, by a click or
+/// by enter(). It keeps the focus when the pointer leaves it, so that no key goes elsewhere.
+///
 /// Keys that the UI does not use and sends to the host are reported, because GTK ignores sent keys.
 /// Most UIs send none, though they receive all. Of such a UI each key is reported as well: it gets
 /// the key, too, and whether it uses it cannot be known. A UI tells that it sends what it does not
@@ -45,6 +48,10 @@ class X11Keyboard {
 
     /// Handles the container's EnterNotify, LeaveNotify, FocusIn, FocusOut and KeyPress events.
     void handle(const XEvent& event);
+    /// Focuses a UI that tells that it sends the keys that it does not use, and tells it by a
+    /// message of the XEmbed protocol to mark its last control (atEnd) or its first. Returns
+    /// whether there is such a UI.
+    bool enter(bool atEnd);
     /// Ends the UI's use of the keyboard.
     void restoreFocus();
 
@@ -66,10 +73,11 @@ class X11Keyboard {
     std::shared_ptr<X11Connection> connection_;
     const unsigned long toplevel_;
     const unsigned long container_;
-    unsigned long previousFocus_ = 0;              // As updateFocus() noted; 0 when not known.
-    unsigned long focusAround_ = 0;                // That keepKeysFromUI() moved; 0 for none.
-    bool hasKeyboard_ = false;                     // The UI, by a click.
-    bool sendsKeys_ = false;                       // The UI has sent a key.
+    unsigned long sendingWindow_ = 0;  // The UI's, which tells that it sends keys; 0 without one.
+    unsigned long previousFocus_ = 0;  // As updateFocus() noted; 0 when not known.
+    unsigned long focusAround_ = 0;    // That keepKeysFromUI() moved; 0 for none.
+    bool hasKeyboard_ = false;         // The UI, by a click.
+    bool sendsKeys_ = false;           // The UI has sent a key.
     std::vector<unsigned long> watched_;           // Windows of the UI.
     std::pair<unsigned, unsigned long> reported_;  // Code and time of the last key.
 };

@@ -2,11 +2,13 @@
 
 #include <dlfcn.h>
 #include <lv2/atom/atom.h>
+#include <lv2/midi/midi.h>
 #include <lv2/urid/urid.h>
 #include <poll.h>
 
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <stdexcept>
 
 #include "tests/effect/EffectWorld.h"
@@ -35,9 +37,7 @@ EmbeddedPluginUI& self(void* handle) {
 
 void write(LV2UI_Controller controller, std::uint32_t port, std::uint32_t size,
            std::uint32_t protocol, const void* buffer) {
-    ASSERT_EQ(size, sizeof(float));
-    ASSERT_EQ(protocol, 0U);
-    self(controller).writes.push_back({port, *static_cast<const float*>(buffer)});
+    self(controller).takeWrite(port, size, protocol, buffer);
 }
 
 void touch(LV2UI_Feature_Handle handle, std::uint32_t port, bool grabbed) {
@@ -119,6 +119,26 @@ EmbeddedPluginUI::EmbeddedPluginUI(HostWindow& host, const Offer& offer)
     handle_ = descriptor_->instantiate(descriptor_, "urn:tessaly:orvalo", EFFECT_BUNDLE, write,
                                        this, &widget, features.data());
     window_ = reinterpret_cast<Window>(widget);
+}
+
+void EmbeddedPluginUI::takeWrite(std::uint32_t port, std::uint32_t size, std::uint32_t protocol,
+                                 const void* buffer) {
+    if (protocol == 0) {
+        ASSERT_EQ(size, sizeof(float));
+        writes.push_back({port, *static_cast<const float*>(buffer)});
+        return;
+    }
+    ASSERT_EQ(protocol, uris_[LV2_ATOM__eventTransfer]);
+    ASSERT_EQ(port, portOf("midi_in") + offer_.shift);
+    const auto* atom = static_cast<const LV2_Atom*>(buffer);
+    ASSERT_EQ(atom->type, uris_[LV2_MIDI__MidiEvent]);
+    ASSERT_EQ(atom->size, 3U);
+    ASSERT_EQ(size, sizeof(LV2_Atom) + atom->size);
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(atom + 1);
+    std::array<char, 12> text{};
+    static_cast<void>(
+        std::snprintf(text.data(), text.size(), "%02x %02x %02x", bytes[0], bytes[1], bytes[2]));
+    messages.emplace_back(text.data());
 }
 
 void EmbeddedPluginUI::close() {

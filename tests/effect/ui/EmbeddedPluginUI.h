@@ -50,6 +50,8 @@ class EmbeddedPluginUI {
 
     /// Sends a port event. port: number in the bundle.
     void send(const std::string& symbol, float value);
+    /// Sends the run count of a running effect.
+    void run() { send("run_count", static_cast<float>(++runs_)); }
     void sendRaw(std::uint32_t port, std::uint32_t size, std::uint32_t format, const void* buffer);
 
     /// Calls idle() once and returns its result.
@@ -66,6 +68,8 @@ class EmbeddedPluginUI {
     Pixels pixels() const { return host_.pixels(window_); }
 
     std::vector<PortWrite> writes;
+    /// The MIDI messages that the UI wrote as atoms to the MIDI input, in hexadecimal: "90 30 64".
+    std::vector<std::string> messages;
     /// The ui:touch calls, by port: "grab 7" when grabbed, "let 7" when released.
     std::vector<std::string> touches;
     std::vector<std::string> subscriptions;
@@ -73,6 +77,10 @@ class EmbeddedPluginUI {
     std::vector<std::pair<int, int>> sizes;
 
     static std::uint32_t portOf(const std::string& symbol);
+
+    /// Called by the UI.
+    void takeWrite(std::uint32_t port, std::uint32_t size, std::uint32_t protocol,
+                   const void* buffer);
 
   private:
     HostWindow& host_;
@@ -86,6 +94,7 @@ class EmbeddedPluginUI {
     const LV2UI_Idle_Interface* idle_;
     LV2UI_Handle handle_ = nullptr;
     Window window_ = 0;
+    int runs_ = 0;
 };
 
 }  // namespace orvalo::testing

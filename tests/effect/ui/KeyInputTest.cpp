@@ -33,7 +33,7 @@ class KeyInputTest : public orvalo::testing::SceneFixture {
     KeyInput input;
 };
 
-TEST_F(KeyInputTest, TabShowsTheFocusAndCyclesThroughTheControls) {
+TEST_F(KeyInputTest, TabShowsTheFocusAndMovesThroughTheControls) {
     EXPECT_TRUE(press(Key::tab));
     EXPECT_TRUE(scene.showsFocus);
     EXPECT_EQ(scene.focusedControl(), Parameter::threshold);
@@ -44,10 +44,41 @@ TEST_F(KeyInputTest, TabShowsTheFocusAndCyclesThroughTheControls) {
     EXPECT_EQ(scene.focusedControl(), Parameter::enabled);
     press(Key::backTab);
     EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::copySound));
-    for (std::size_t i = 0; i < focusCount; ++i) {
-        press(Key::tab);
+}
+
+TEST_F(KeyInputTest, TabLeavesAtTheEnds) {
+    input.enter(false);
+    for (std::size_t place = 0; place + 1 < focusCount; ++place) {
+        EXPECT_EQ(scene.focus, place);
+        EXPECT_TRUE(scene.showsFocus);
+        EXPECT_TRUE(press(Key::tab));
     }
-    EXPECT_EQ(scene.focus, static_cast<std::size_t>(Focus::copySound));
+    EXPECT_FALSE(press(Key::tab));
+    EXPECT_FALSE(scene.showsFocus);
+    // If the host does not take the key, the next one starts again.
+    EXPECT_TRUE(press(Key::tab));
+    EXPECT_EQ(scene.focus, 0U);
+    EXPECT_TRUE(scene.showsFocus);
+    EXPECT_FALSE(press(Key::backTab));
+    EXPECT_FALSE(scene.showsFocus);
+    input.enter(true);
+    EXPECT_EQ(scene.focus, focusCount - 1);
+    EXPECT_TRUE(press(Key::backTab));
+    EXPECT_EQ(scene.focus, focusCount - 2);
+}
+
+TEST_F(KeyInputTest, KeysChooseTheSpanAndResetTheMeters) {
+    editor.focus(historyFocus, true);
+    EXPECT_TRUE(type(" "));
+    EXPECT_EQ(scene.history.span(), 2U);
+    EXPECT_TRUE(press(Key::left));
+    EXPECT_TRUE(press(Key::left));
+    EXPECT_EQ(scene.history.span(), 0U);
+    scene.meterMemory.update({.input = 1.0F}, 1.0F, 0.0);
+    editor.focus(metersFocus, true);
+    EXPECT_TRUE(type(" "));
+    EXPECT_FALSE(scene.meterMemory.hasInputClipped());
+    EXPECT_EQ(scene.meterMemory.truePeak(), Levels::lowest);
 }
 
 TEST_F(KeyInputTest, ArrowsTurnTheFocusedKnob) {
@@ -60,7 +91,7 @@ TEST_F(KeyInputTest, ArrowsTurnTheFocusedKnob) {
     EXPECT_TRUE(press(Key::end));
     EXPECT_TRUE(press(Key::erase));
     EXPECT_EQ(host.values,
-              (std::vector<float>{-17.0F, -18.0F, -18.1F, -28.1F, -60.0F, 0.0F, -18.0F}));
+              (std::vector<float>{-17.0F, -18.0F, -18.1F, -28.0F, -60.0F, 0.0F, -18.0F}));
     EXPECT_EQ(host.calls.front(), "grab threshold");
     EXPECT_EQ(host.calls.back(), "let threshold");
 }

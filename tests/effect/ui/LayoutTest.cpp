@@ -22,7 +22,7 @@ const std::vector<Case> sensible{
 
 /// The areas that must not cover each other.
 std::vector<Rect> partsOf(const Layout& layout) {
-    std::vector<Rect> parts{layout.wordmark, layout.curve, layout.history};
+    std::vector<Rect> parts{layout.wordmark, layout.curve, layout.history, layout.pad};
     for (const auto& field : headerFields) {
         parts.push_back(layout.*field.area);
     }
@@ -93,7 +93,8 @@ TEST(Layout, SpacingIsInEighths) {
     EXPECT_EQ(layout.unit, 8.0);
     EXPECT_EQ(layout.curve.x, 8.0);
     EXPECT_EQ(layout.history.x - layout.curve.right(), 8.0);
-    EXPECT_EQ(layout.history.right(), 632.0);
+    EXPECT_EQ(layout.pad.x - layout.history.right(), 8.0);
+    EXPECT_EQ(layout.pad.right(), 632.0);
     EXPECT_EQ(layout.panel(Section::compressor).area.y - layout.curve.bottom(), 8.0);
     EXPECT_EQ(layout.panel(Section::meters).area.bottom(), 472.0);
     EXPECT_EQ(layout.panel(Section::level).area.x, layout.panel(Section::meters).area.x);

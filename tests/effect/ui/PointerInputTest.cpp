@@ -1,5 +1,8 @@
 #include "effect/ui/model/PointerInput.h"
 
+#include "effect/ui/model/GraphAreas.h"
+#include "effect/ui/model/TransferCurve.h"
+
 #include "tests/effect/ui/SceneFixture.h"
 
 namespace {
@@ -88,8 +91,95 @@ TEST_F(PointerInputTest, WheelTurnsBySteps) {
     EXPECT_EQ(host.values, (std::vector<float>{-17.0F, -18.0F, -18.1F}));
     host.calls.clear();
     input.wheel(at(scene.layout.cell(Parameter::enabled).area), -1);
-    input.wheel(at(scene.layout.curve), -1);
+    input.wheel(at(scene.layout.wordmark), -1);
     EXPECT_EQ(host.calls, Calls{});
+}
+
+TEST_F(PointerInputTest, KnobStaysHoveredWhileItIsDragged) {
+    const Target knobTarget{.kind = Target::Kind::control, .parameter = Parameter::threshold};
+    input.move(knob(Parameter::threshold));
+    input.press(knob(Parameter::threshold));
+    input.move(knob(Parameter::threshold, -400.0));
+    input.leave();
+    EXPECT_EQ(scene.hovered, knobTarget);
+    input.release();
+    EXPECT_NE(scene.hovered, knobTarget);
+}
+
+TEST_F(PointerInputTest, ThresholdPointFollowsThePointer) {
+    const CurvePlot plot(scene.layout);
+    const CurvePoint start = thresholdPoint(scene);
+    const Pointer from{.x = start.x, .y = start.y};
+    input.move(from);
+    EXPECT_EQ(scene.hovered.kind, Target::Kind::thresholdPoint);
+    input.press(from);
+    input.move({.x = plot.x(-30.0F), .y = start.y});
+    EXPECT_EQ(value(Parameter::threshold), -30.0F);
+    // Beyond the plot's edge and back.
+    input.move({.x = plot.x(-100.0F), .y = start.y});
+    EXPECT_EQ(value(Parameter::threshold), -60.0F);
+    input.release();
+    EXPECT_EQ(host.calls,
+              (Calls{"grab threshold", "write threshold", "write threshold", "let threshold"}));
+}
+
+TEST_F(PointerInputTest, RatioPointFollowsThePointer) {
+    const CurvePlot plot(scene.layout);
+    editor.receive(Parameter::mix, 70.0F);
+    const CurvePoint start = ratioPoint(scene);
+    input.press({.x = start.x, .y = start.y});
+    ParameterValues wanted = scene.values;
+    wanted.set(Parameter::ratio, 2.0F);
+    const double y = plot.y(steadyOutput(wanted, ratioPointLevel));
+    input.move({.x = start.x, .y = y});
+    EXPECT_NEAR(value(Parameter::ratio), 2.0F, 0.01F);
+    EXPECT_NEAR(ratioPoint(scene).y, y, 0.2);
+    input.move({.x = start.x, .y = -1000.0});
+    EXPECT_EQ(value(Parameter::ratio), 1.0F);
+    input.move({.x = start.x, .y = 1000.0});
+    EXPECT_EQ(value(Parameter::ratio), 20.0F);
+    input.release();
+    EXPECT_EQ(host.calls.back(), "let ratio");
+}
+
+TEST_F(PointerInputTest, DoubleClickOnAPointResetsIt) {
+    editor.receive(Parameter::threshold, -40.0F);
+    const CurvePoint point = thresholdPoint(scene);
+    click({.x = point.x, .y = point.y}, 1.0);
+    click({.x = point.x, .y = point.y}, 1.2);
+    EXPECT_EQ(value(Parameter::threshold), -18.0F);
+}
+
+TEST_F(PointerInputTest, WheelOnTheCurveTurnsTheKnee) {
+    input.wheel(at(scene.layout.curve), 1);
+    const CurvePoint point = thresholdPoint(scene);
+    input.wheel({.x = point.x, .y = point.y}, 1);
+    EXPECT_EQ(value(Parameter::knee), 7.0F);
+    EXPECT_EQ(host.values, (std::vector<float>{6.5F, 7.0F}));
+}
+
+TEST_F(PointerInputTest, BypassedCurveHasNoPoints) {
+    editor.receive(Parameter::enabled, 0.0F);
+    const CurvePoint point = thresholdPoint(scene);
+    EXPECT_EQ(scene.targetAt(point.x, point.y).kind, Target::Kind::curve);
+}
+
+TEST_F(PointerInputTest, HistoryPausesAndChangesItsSpan) {
+    const auto areas = historyAreas(scene.layout);
+    scene.history.advance(0.0);
+    click(at(areas.levels));
+    ASSERT_TRUE(scene.pausedHistory);
+    scene.history.record({.input = -3.0F}, 0.1);
+    scene.history.advance(1.0);
+    EXPECT_EQ(scene.visibleHistory().point(239), Levels());
+    input.wheel(at(areas.strip), -1);
+    EXPECT_EQ(scene.visibleHistory().span(), 2U);
+    click(at(areas.levels), 1.0);
+    EXPECT_EQ(scene.visibleHistory().point(239).input, -3.0F);
+    EXPECT_EQ(scene.history.span(), 2U);
+    click(at(areas.span), 2.0);
+    click(at(areas.span), 3.0);
+    EXPECT_EQ(scene.history.span(), 0U);
 }
 
 TEST_F(PointerInputTest, SwitchTogglesOnPress) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,10 @@ class RecordingHost final : public effect::ui::Host {
         calls.push_back((held ? "grab " : "let ") + symbol(parameter));
     }
 
+    void sendMidi(const std::array<std::uint8_t, 3>& message) override { sent.push_back(message); }
+
     Calls calls;
+    std::vector<std::array<std::uint8_t, 3>> sent;
     std::vector<float> values;
 
   private:

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "effect/ui/model/Control.h"
 
@@ -64,8 +65,30 @@ TEST(ValueMapping, StepsAreCoarseOrFine) {
     EXPECT_EQ(stepped(Parameter::triggerNote, 36.0F, 1, false), 37.0F);
     EXPECT_EQ(stepped(Parameter::triggerNote, 36.0F, 1, true), 37.0F);
     EXPECT_EQ(stepped(Parameter::midiChannel, 16.0F, 1, false), 16.0F);
-    // A fiftieth of the range 1 to 20 is a factor of 20 to the power of 1/50.
-    EXPECT_EQ(stepped(Parameter::ratio, 4.0F, 1, false), 4.25F);
+    EXPECT_EQ(stepped(Parameter::ratio, 4.0F, 1, false), 4.5F);
+    EXPECT_EQ(stepped(Parameter::ratio, 4.0F, 1, true), 4.05F);
+}
+
+TEST(ValueMapping, StepsLandOnRoundValues) {
+    EXPECT_EQ(stepped(Parameter::threshold, -17.4F, 1, false), -17.0F);
+    EXPECT_EQ(stepped(Parameter::threshold, -17.4F, -1, false), -18.0F);
+    EXPECT_EQ(stepped(Parameter::mix, 63.0F, 1, false), 65.0F);
+    EXPECT_EQ(stepped(Parameter::attack, 11.6F, 1, false), 12.0F);
+    EXPECT_EQ(stepped(Parameter::attack, 11.6F, -1, false), 10.0F);
+    const auto series = [](Parameter parameter, float value, int direction, int count) {
+        std::vector<float> values;
+        for (int i = 0; i < count; ++i) {
+            values.push_back(value = stepped(parameter, value, direction, false));
+        }
+        return values;
+    };
+    EXPECT_EQ(series(Parameter::release, 800.0F, 1, 9),
+              (std::vector<float>{900, 1000, 1200, 1400, 1600, 1800, 2000, 2000, 2000}));
+    EXPECT_EQ(series(Parameter::attack, 3.0F, -1, 14),
+              (std::vector<float>{2.5, 2, 1.8F, 1.6F, 1.4F, 1.2F, 1, 0.9F, 0.8F, 0.7F, 0.6F, 0.5F,
+                                  0.45F, 0.4F}));
+    EXPECT_EQ(series(Parameter::ratio, 1.0F, 1, 12),
+              (std::vector<float>{1.2F, 1.4F, 1.6F, 1.8F, 2, 2.5, 3, 3.5, 4, 4.5, 5, 6}));
 }
 
 TEST(ValueMapping, EveryStepChangesTheValue) {

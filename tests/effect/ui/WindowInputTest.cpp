@@ -98,8 +98,7 @@ TEST_F(WindowInputTest, KeyboardReachesEveryControl) {
     host.press(XK_Up);
     ASSERT_TRUE(untilWritten(1));
     EXPECT_EQ(pluginUI.writes.front().port, attack);
-    // A fiftieth of the range 0.1 to 200 ms above 10 ms, with three digits.
-    EXPECT_EQ(pluginUI.writes.front().value, 11.6F);
+    EXPECT_EQ(pluginUI.writes.front().value, 12.0F);
 }
 
 TEST_F(WindowInputTest, PresetWritesEveryControlThatItSets) {

@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "effect/ui/model/GraphAreas.h"
 #include "tests/effect/ui/WindowFixture.h"
 
 namespace {
@@ -47,6 +48,7 @@ TEST_F(WindowPictureTest, MetersMoveAndTheHistoryRecordsThem) {
     pluginUI.send("gain_reduction", 15.0F);
     pluginUI.send("input_level", -6.0F);
     ASSERT_TRUE(pluginUI.idleUntil([&] {
+        pluginUI.run();
         const Pixels now = pluginUI.pixels();
         return now.part(layout.meter(Meter::reduction)) !=
                    before.part(layout.meter(Meter::reduction)) &&
@@ -70,9 +72,103 @@ TEST_F(WindowPictureTest, HistoryMovesOnWhileLevelsArriveConstantly) {
             }
             level = level < -9.0F ? -6.0F : level - 0.5F;
             pluginUI.send("output_level", level);
+            pluginUI.run();
             return isNew;
         })) << i;
     }
+}
+
+// A host sends no values when it stops.
+TEST_F(WindowPictureTest, MetersFallAndTheHistoryStopsWhenTheEffectStops) {
+    const Rect& meter = layout.meter(Meter::output);
+    const Rect& reduction = layout.meter(Meter::reduction);
+    const Pixels silent = pluginUI.pixels();
+    pluginUI.send("output_level", -6.0F);
+    pluginUI.send("gain_reduction", 12.0F);
+    const Rect strip = orvalo::effect::ui::historyAreas(layout).strip;
+    ASSERT_TRUE(pluginUI.idleUntil([&] {
+        pluginUI.run();
+        return pluginUI.pixels().part(strip).count(accent) > 40;
+    }));
+    ASSERT_TRUE(pluginUI.idleUntil([&] {
+        const Pixels now = pluginUI.pixels();
+        return now.part(meter) == silent.part(meter) &&
+               now.part(reduction) == silent.part(reduction);
+    }));
+    pluginUI.settle();
+    const Pixels stopped = pluginUI.pixels();
+    EXPECT_NE(stopped.part(layout.history), silent.part(layout.history));
+    pluginUI.settle();
+    EXPECT_EQ(pluginUI.pixels(), stopped);
+    // The levels that the host sent last are shown again while the effect runs.
+    ASSERT_TRUE(pluginUI.idleUntil([&] {
+        pluginUI.run();
+        const Pixels now = pluginUI.pixels();
+        return now.part(meter) != silent.part(meter) &&
+               now.part(layout.history) != stopped.part(layout.history);
+    }));
+}
+
+TEST_F(WindowPictureTest, HistoryChoosesItsSpanAndPauses) {
+    const auto areas = orvalo::effect::ui::historyAreas(layout);
+    float level = -6.0F;
+    const auto play = [&] {
+        level = level < -9.0F ? -6.0F : level - 0.5F;
+        pluginUI.send("output_level", level);
+        pluginUI.run();
+    };
+    const Pixels sixSeconds = pluginUI.pixels();
+    host.click(areas.span.centerX(), areas.span.centerY());
+    ASSERT_TRUE(pluginUI.idleUntil(
+        [&] { return pluginUI.pixels().part(areas.span) != sixSeconds.part(areas.span); }));
+    host.click(areas.levels.centerX(), areas.levels.centerY());
+    host.movePointer(1.0, 1.0);
+    pluginUI.settle();
+    const Pixels paused = pluginUI.pixels();
+    EXPECT_NE(paused.part(areas.levels), sixSeconds.part(areas.levels));
+    for (int i = 0; i < 40; ++i) {
+        ASSERT_TRUE(pluginUI.idleUntil([&] {
+            play();
+            return pluginUI.pixels().part(layout.meter(Meter::output)) !=
+                   paused.part(layout.meter(Meter::output));
+        }));
+        pluginUI.idle();
+    }
+    EXPECT_EQ(pluginUI.pixels().part(areas.levels), paused.part(areas.levels));
+    host.click(areas.levels.centerX(), areas.levels.centerY());
+    ASSERT_TRUE(pluginUI.idleUntil([&] {
+        play();
+        return pluginUI.pixels().part(areas.levels).count(0xE2E8ED) > 10;
+    }));
+}
+
+TEST_F(WindowPictureTest, ClipLightStaysUntilItIsClicked) {
+    constexpr std::uint32_t red = 0xEF705F;
+    const Rect& panel = layout.panel(Section::meters).area;
+    pluginUI.send("output_level", -1.0F);
+    pluginUI.send("true_peak", 0.3F);
+    ASSERT_TRUE(pluginUI.idleUntil([&] {
+        pluginUI.run();
+        return pluginUI.pixels().part(panel).count(red) > 20;
+    }));
+    pluginUI.send("true_peak", -90.0F);
+    pluginUI.send("output_level", -90.0F);
+    pluginUI.run();
+    pluginUI.settle();
+    EXPECT_GT(pluginUI.pixels().part(panel).count(red), 20U);
+    host.click(panel.centerX(), panel.centerY());
+    EXPECT_TRUE(pluginUI.idleUntil([&] { return pluginUI.pixels().part(panel).count(red) == 0; }));
+}
+
+TEST_F(WindowPictureTest, TextAppearsWhereThePointerRests) {
+    const Pixels before = pluginUI.pixels();
+    const Rect& cell = layout.cell(Parameter::threshold).area;
+    host.movePointer(cell.centerX(), cell.centerY());
+    const Rect below{cell.x, cell.bottom() + 9.0, 200.0, 20.0};
+    ASSERT_TRUE(
+        pluginUI.idleUntil([&] { return pluginUI.pixels().part(below) != before.part(below); }));
+    host.movePointer(1.0, 1.0);
+    EXPECT_TRUE(pluginUI.idleUntil([&] { return pluginUI.pixels() == before; }));
 }
 
 TEST_F(WindowPictureTest, MidiLightsFlashAndFade) {
@@ -144,10 +240,12 @@ TEST_F(WindowPictureTest, RedrawsWhenItBecomesVisible) {
     pluginUI.send("threshold", -50.0F);
     pluginUI.send("input_level", -3.0F);
     for (int i = 0; i < 20; ++i) {
+        pluginUI.run();
         EXPECT_EQ(pluginUI.idle(), 0);
     }
     host.show();
     ASSERT_TRUE(pluginUI.idleUntil([&] {
+        pluginUI.run();
         const Pixels now = pluginUI.pixels();
         return now.part(dial(Parameter::threshold)).count(accent) > 0 &&
                now.part(dial(Parameter::threshold)) != before.part(dial(Parameter::threshold)) &&

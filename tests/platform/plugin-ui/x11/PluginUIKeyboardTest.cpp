@@ -165,11 +165,42 @@ TEST_F(PluginUIKeyboard, LeavesTheKeysOfAUIThatTellsThatItSendsThem) {
     toplevel_.focusInside();
     ASSERT_NO_FATAL_FAILURE(show());
     tellOfUnusedKeys(record_.window);
-    ASSERT_NO_FATAL_FAILURE(clickIntoUI());
+    click(200, 200);
+    ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == record_.window; }));
     strikeKey(kSpace);
     EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
     runFor(20);
     EXPECT_TRUE(unused_.empty());
+}
+
+TEST_F(PluginUIKeyboard, AUIThatSendsUnusedKeysKeepsTheFocusUntilAClickElsewhere) {
+    const auto inside = toplevel_.focusInside();
+    ASSERT_NO_FATAL_FAILURE(show());
+    tellOfUnusedKeys(record_.window);
+    click(200, 200);
+    ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == record_.window; }));
+    movePointer(700, 500);
+    runFor(20);
+    strikeKey(kSpace);
+    EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
+    EXPECT_TRUE(toplevel_.takeKeys().empty());
+    pressButton(1);
+    releaseButton(1);
+    EXPECT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
+}
+
+TEST_F(PluginUIKeyboard, EntersOnlyAUIThatSendsUnusedKeys) {
+    const auto inside = toplevel_.focusInside();
+    ASSERT_NO_FATAL_FAILURE(show());
+    EXPECT_FALSE(embedded_->enterByKey(false));
+    EXPECT_EQ(keyboardFocus(), inside);
+    tellOfUnusedKeys(record_.window);
+    EXPECT_TRUE(embedded_->enterByKey(false));
+    ASSERT_TRUE(pollUntil([this] { return keyboardFocus() == record_.window; }));
+    strikeKey(kSpace);
+    EXPECT_TRUE(pollUntil([this] { return record_.keys.size() == 1; }));
+    embedded_->restoreFocus();
+    EXPECT_TRUE(pollUntil([inside] { return keyboardFocus() == inside; }));
 }
 
 TEST_F(PluginUIKeyboard, LeavesKeysThatTheUIDoesNotSelectToTheToplevel) {
