@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "effect/ContextName.h"
+#include "effect/HostTime.h"
 #include "effect/Uris.h"
 #include "effect/dsp/Parameter.h"
 #include "effect/dsp/Processor.h"
@@ -25,14 +26,14 @@ class Plugin {
 
     /// port: index in orvalo.ttl; others are ignored.
     void connect(std::uint32_t port, void* data);
-    void activate() { processor_.reset(); }
+    void activate();
     /// Render thread: neither allocates nor locks. frames may be 0.
     void run(std::uint32_t frames);
 
     ContextName& contextName() { return contextName_; }
 
   private:
-    /// The first ports; the parameters and then the meters follow.
+    /// The ports that are neither parameters nor meters.
     enum Port : std::uint8_t {
         midiIn,
         midiOut,
@@ -40,9 +41,8 @@ class Plugin {
         inRight,
         outLeft,
         outRight,
-        firstParameter
     };
-    static constexpr std::uint32_t firstMeter = firstParameter + parameterCount;
+    static constexpr std::uint32_t firstMeter = 20;
     static constexpr std::size_t meterCount = 6;
 
     void process(std::uint32_t frames);
@@ -50,6 +50,7 @@ class Plugin {
 
     Uris uris_;
     ContextName contextName_;
+    HostTime hostTime_;
     Processor processor_;
     const LV2_Atom_Sequence* midiInput_ = nullptr;
     LV2_Atom_Sequence* midiOutput_ = nullptr;

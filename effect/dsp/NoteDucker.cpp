@@ -27,6 +27,7 @@ void NoteDucker::configure(float depth, float release, std::optional<std::uint8_
 
 void NoteDucker::reset() {
     notes_.releaseAll();
+    beat_ = false;
     current_ = 0.0;
 }
 
@@ -59,7 +60,9 @@ void NoteDucker::receiveControl(std::uint8_t channel, std::uint8_t controller) {
 }
 
 void NoteDucker::process(float* reduction, std::uint32_t count) {
-    const double aim = static_cast<double>(depth_) * notes_.loudest() / 127.0;
+    constexpr int fullVelocity = 127;
+    const int velocity = beat_ ? fullVelocity : notes_.loudest();
+    const double aim = static_cast<double>(depth_) * velocity / fullVelocity;
     // A smaller distance is inaudible; reaching the target ends the loop early.
     constexpr double near = 1e-4;
     std::uint32_t i = 0;

@@ -44,6 +44,7 @@ float highest(const float* values, std::uint32_t count, float start) {
 Processor::Processor(double sampleRate)
     : gainStage_(sampleRate),
       ballistics_(sampleRate),
+      beat_(sampleRate),
       ducker_(sampleRate),
       trigger_(sampleRate),
       inputMeter_(sampleRate),
@@ -51,6 +52,7 @@ Processor::Processor(double sampleRate)
 
 void Processor::reset() {
     ballistics_.reset();
+    beat_.reset();
     ducker_.reset();
     trigger_.reset();
     inputMeter_.reset();
@@ -67,6 +69,11 @@ void Processor::beginBlock(const ParameterValues& values) {
     const auto chosen = static_cast<std::uint8_t>(channel == 0 ? 0 : channel - 1);
     ducker_.configure(values[Parameter::duckDepth], values[Parameter::duckRelease],
                       channel == 0 ? std::nullopt : std::optional(chosen));
+    beat_.configure({.isOn = values.isOn(Parameter::beat),
+                     .division = values.whole(Parameter::beatDivision),
+                     .offset = 0.01 * static_cast<double>(values[Parameter::beatOffset]),
+                     .length = 0.01 * static_cast<double>(values[Parameter::beatLength]),
+                     .tempo = static_cast<double>(values[Parameter::beatTempo])});
     trigger_.configure({.level = values[Parameter::triggerLevel],
                         .note = values.whole(Parameter::triggerNote),
                         .channel = chosen,
@@ -81,9 +88,11 @@ void Processor::beginBlock(const ParameterValues& values) {
 void Processor::process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                         std::uint32_t first, std::uint32_t end, MidiOutput& midi) {
     while (first < end) {
-        const std::uint32_t count = std::min(end - first, chunkFrames);
+        const std::uint32_t count = std::min({end - first, chunkFrames, beat_.framesToEdge()});
+        ducker_.setBeat(beat_.isDown());
         processChunk(inLeft + first, inRight + first, outLeft + first, outRight + first, first,
                      count, midi);
+        beat_.advance(count);
         first += count;
     }
 }

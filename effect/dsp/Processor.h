@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "effect/dsp/Ballistics.h"
+#include "effect/dsp/BeatGenerator.h"
 #include "effect/dsp/GainReductionTrigger.h"
 #include "effect/dsp/GainStage.h"
 #include "effect/dsp/LevelMeter.h"
@@ -21,7 +23,7 @@ class Processor {
     struct Meters {
         /// Deepest gain reduction of the compressor.
         float gainReduction = 0.0F;
-        /// Deepest ducking by notes.
+        /// Deepest ducking by notes and beats.
         float ducking = 0.0F;
         float inputLevel = LevelMeter::lowest;
         float outputLevel = LevelMeter::lowest;
@@ -40,6 +42,11 @@ class Processor {
     /// Handles one MIDI message before the next frame.
     void receive(const std::uint8_t* bytes, std::uint32_t size) { ducker_.receive(bytes, size); }
 
+    /// The host's musical time at the next frame; see BeatGenerator.
+    void setHostTime(std::optional<double> quarters, double quartersPerSecond) {
+        beat_.setHostTime(quarters, quartersPerSecond);
+    }
+
     /// Processes frames [first, end) of the block's four buffers. Any output may be any input.
     /// Samples that are not finite, or above +300 dB, count as 0.
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
@@ -54,6 +61,7 @@ class Processor {
 
     GainStage gainStage_;
     Ballistics ballistics_;
+    BeatGenerator beat_;
     NoteDucker ducker_;
     GainReductionTrigger trigger_;
     LevelMeter inputMeter_;

@@ -6,8 +6,7 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-constexpr std::uint32_t firstParameter = 6;
-constexpr std::uint32_t firstReading = firstParameter + parameterCount;
+constexpr std::uint32_t firstReading = 20;
 constexpr std::array<const char*, readingCount> readingSymbols{
     "gain_reduction", "ducking", "input_level", "output_level", "midi_in_count", "midi_out_count"};
 
@@ -27,7 +26,7 @@ PortNumbers::PortNumbers(const LV2UI_Port_Map* map) {
         return map == nullptr ? otherwise : map->port_index(map->handle, symbol);
     };
     for (std::uint32_t i = 0; i < parameterCount; ++i) {
-        parameters_.at(i) = number(parameterRanges.at(i).symbol, firstParameter + i);
+        parameters_.at(i) = number(parameterRanges.at(i).symbol, parameterRanges.at(i).port);
     }
     for (std::uint32_t i = 0; i < readingCount; ++i) {
         readings_.at(i) = number(readingSymbols.at(i), firstReading + i);

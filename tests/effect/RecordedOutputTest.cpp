@@ -5,15 +5,19 @@
 #include <bit>
 #include <cstdio>
 #include <map>
+#include <string_view>
 
+#include "effect/dsp/Parameter.h"
 #include "tests/effect/EffectHost.h"
+#include "tests/effect/EffectWorld.h"
 
 namespace {
 
 using namespace orvalo::testing;
+using orvalo::effect::parameterRanges;
 
 /// The controls of version 0.1 behind Enabled, in the order of their ports.
-constexpr std::array<const char*, 13> symbols{
+constexpr std::array<std::string_view, 13> symbols{
     "threshold",     "ratio",        "knee",        "attack",     "release",
     "makeup",        "mix",          "output",      "duck_depth", "duck_release",
     "trigger_level", "trigger_note", "midi_channel"};
@@ -132,7 +136,7 @@ class Checksum {
 std::string checksumOf(const State& state, double rate, std::uint32_t blockFrames) {
     EffectHost host({.rate = rate});
     for (std::size_t i = 0; i < symbols.size(); ++i) {
-        host.control(symbols.at(i)) = state.values.at(i);
+        host.control(std::string(symbols.at(i))) = state.values.at(i);
     }
     host.activate();
     constexpr std::size_t partFrames = 8192;
@@ -168,6 +172,27 @@ TEST(RecordedOutput, IsThatOfVersion01WithEverythingNewOff) {
                           recorded.at(state.name).at(i))
                     << state.name << " at " << rates.at(i) << " in blocks of " << blockFrames;
             }
+        }
+    }
+}
+
+TEST(RecordedOutput, PresetsOfVersion01KeepTheirValues) {
+    const auto presets = EffectWorld::shared().presets();
+    for (const auto& state : states) {
+        const std::string name = state.name;
+        // This one pumps by beats now.
+        if (!presets.contains(name) || name == "Note Pump") {
+            continue;
+        }
+        for (const auto& [symbol, value] : presets.at(name)) {
+            const auto* const old = std::find(symbols.begin(), symbols.end(), symbol);
+            const auto* const range =
+                std::find_if(parameterRanges.begin(), parameterRanges.end(),
+                             [&](const auto& one) { return one.symbol == symbol; });
+            EXPECT_EQ(value, old == symbols.end()
+                                 ? range->standard
+                                 : state.values.at(static_cast<std::size_t>(old - symbols.begin())))
+                << name << ' ' << symbol;
         }
     }
 }

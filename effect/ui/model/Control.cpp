@@ -10,7 +10,7 @@ constexpr double logarithmicStep = 0.02;
 constexpr double logarithmicFineStep = 0.002;
 
 /// In the order of the parameters.
-constexpr std::array<Control, parameterCount> controls{{
+constexpr std::array<Control, shownParameterCount> controls{{
     {"Enabled", "On", Unit::toggle, Taper::whole, 1.0, 1.0},
     {"Threshold", "Thresh", Unit::decibels, Taper::linear, 1.0, 0.1},
     {"Ratio", "Ratio", Unit::ratio, Taper::logarithmic, logarithmicStep, logarithmicFineStep},

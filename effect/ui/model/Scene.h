@@ -7,6 +7,7 @@
 
 #include "effect/dsp/Parameter.h"
 #include "effect/ui/model/ActivityLight.h"
+#include "effect/ui/model/Control.h"
 #include "effect/ui/model/History.h"
 #include "effect/ui/model/Layout.h"
 #include "effect/ui/model/PresetChoice.h"
@@ -40,7 +41,7 @@ struct Target {
 /// A part of the picture that is redrawn separately. Each control is one more part.
 enum class Part : std::uint8_t { header, curve, history, meters, lightIn, lightOut, firstControl };
 inline constexpr std::size_t partCount =
-    static_cast<std::size_t>(Part::firstControl) + parameterCount;
+    static_cast<std::size_t>(Part::firstControl) + shownParameterCount;
 
 constexpr std::size_t partOf(Parameter parameter) {
     return static_cast<std::size_t>(Part::firstControl) + static_cast<std::size_t>(parameter);
@@ -49,7 +50,7 @@ constexpr std::size_t partOf(Parameter parameter) {
 /// The keyboard focus, in tab order: the three fields of the preset choice, then the controls.
 enum class Focus : std::uint8_t { previousPreset, presetName, nextPreset, firstControl };
 inline constexpr std::size_t focusCount =
-    static_cast<std::size_t>(Focus::firstControl) + parameterCount;
+    static_cast<std::size_t>(Focus::firstControl) + shownParameterCount;
 
 /// A value that is being typed.
 struct ValueEntry {
@@ -83,7 +84,11 @@ struct Scene {
     bool allChanged = true;
 
     void markChanged(Part part) { changed.set(static_cast<std::size_t>(part)); }
-    void markChanged(Parameter parameter) { changed.set(partOf(parameter)); }
+    void markChanged(Parameter parameter) {
+        if (partOf(parameter) < partCount) {
+            changed.set(partOf(parameter));
+        }
+    }
     void markAllChanged() { allChanged = true; }
     bool isChanged() const { return allChanged || changed.any(); }
     void markDrawn() {
