@@ -27,6 +27,13 @@ void Plugin::connect(std::uint32_t port, void* data) {
         case outRight:
             outputs_.at(port - outLeft) = static_cast<float*>(data);
             return;
+        case sideChainLeft:
+        case sideChainRight:
+            sideChain_.at(port - sideChainLeft) = static_cast<const float*>(data);
+            return;
+        case latency:
+            latency_ = static_cast<float*>(data);
+            return;
         default:
             break;
     }
@@ -55,8 +62,12 @@ void Plugin::run(std::uint32_t frames) {
         }
     }
     processor_.beginBlock(values);
+    processor_.setSideChain(sideChain_[0], sideChain_[1]);
     process(frames);
     writeMeters(processor_.endBlock(frames));
+    if (latency_ != nullptr) {
+        *latency_ = static_cast<float>(processor_.latency());
+    }
 }
 
 void Plugin::process(std::uint32_t frames) {

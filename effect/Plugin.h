@@ -41,6 +41,9 @@ class Plugin {
         inRight,
         outLeft,
         outRight,
+        sideChainLeft = 31,
+        sideChainRight = 32,
+        latency = 42,
     };
     static constexpr std::uint32_t firstMeter = 20;
     static constexpr std::size_t meterCount = 6;
@@ -56,6 +59,8 @@ class Plugin {
     LV2_Atom_Sequence* midiOutput_ = nullptr;
     std::array<const float*, 2> inputs_{};
     std::array<float*, 2> outputs_{};
+    std::array<const float*, 2> sideChain_{};
+    float* latency_ = nullptr;
     std::array<const float*, parameterCount> parameters_{};
     std::array<float*, meterCount> meters_{};
     // Message counts, which wrap around.

@@ -28,9 +28,27 @@ enum class Parameter : std::uint8_t {
     beatOffset,
     beatLength,
     beatTempo,
+    sideChainSource,
+    sideChainHighPass,
+    sideChainLowPass,
+    sideChainListen,
+    rms,
+    rmsWindow,
+    hold,
+    autoMakeup,
+    range,
+    lookAhead,
+    ceilingOn,
+    ceiling,
+    midSide,
+    link,
+    midAmount,
+    sideAmount,
+    adaptive,
+    oversampling,
 };
 
-inline constexpr std::size_t parameterCount = 19;
+inline constexpr std::size_t parameterCount = 37;
 
 /// A parameter's symbol, range, default and port, as in orvalo.ttl.
 struct ParameterRange {
@@ -68,10 +86,28 @@ inline constexpr std::array<ParameterRange, parameterCount> parameterRanges{{
     {"trigger_note", 0.0F, 127.0F, 36.0F, 18},     // MIDI note number
     {"midi_channel", 0.0F, 16.0F, 0.0F, 19},       // 0: hear all, send on 1
     {"beat", 0.0F, 1.0F, 0.0F, 26},
-    {"beat_division", 0.0F, 14.0F, 7.0F, 27},   // see BeatGenerator::Settings
-    {"beat_offset", -50.0F, 50.0F, 0.0F, 28},   // per cent of a step
-    {"beat_length", 5.0F, 95.0F, 25.0F, 29},    // per cent of a step
-    {"beat_tempo", 30.0F, 300.0F, 120.0F, 30},  // quarter notes per minute
+    {"beat_division", 0.0F, 14.0F, 7.0F, 27},       // see BeatGenerator::Settings
+    {"beat_offset", -50.0F, 50.0F, 0.0F, 28},       // per cent of a step
+    {"beat_length", 5.0F, 95.0F, 25.0F, 29},        // per cent of a step
+    {"beat_tempo", 30.0F, 300.0F, 120.0F, 30},      // quarter notes per minute
+    {"sc_source", 0.0F, 1.0F, 0.0F, 33},            // 1: external
+    {"sc_highpass", 20.0F, 20000.0F, 20.0F, 34},    // Hz; the minimum is off
+    {"sc_lowpass", 20.0F, 20000.0F, 20000.0F, 35},  // Hz; the maximum is off
+    {"sc_listen", 0.0F, 1.0F, 0.0F, 36},
+    {"detector", 0.0F, 1.0F, 0.0F, 37},       // 1: RMS
+    {"rms_window", 1.0F, 100.0F, 10.0F, 38},  // ms
+    {"hold", 0.0F, 500.0F, 0.0F, 39},         // ms
+    {"auto_makeup", 0.0F, 1.0F, 0.0F, 40},
+    {"range", 0.0F, 60.0F, 60.0F, 41},      // dB; the maximum is no limit
+    {"look_ahead", 0.0F, 10.0F, 0.0F, 43},  // ms
+    {"ceiling_on", 0.0F, 1.0F, 0.0F, 44},
+    {"ceiling", -24.0F, 0.0F, -1.0F, 45},       // dB of full scale, true peak
+    {"stereo_mode", 0.0F, 1.0F, 0.0F, 46},      // 1: mid and side
+    {"link", 0.0F, 100.0F, 100.0F, 47},         // per cent
+    {"mid_amount", 0.0F, 100.0F, 100.0F, 48},   // per cent
+    {"side_amount", 0.0F, 100.0F, 100.0F, 49},  // per cent
+    {"adaptive", 0.0F, 1.0F, 0.0F, 50},
+    {"oversampling", 0.0F, 2.0F, 0.0F, 51},  // 0: none, 1: twofold, 2: fourfold
 }};
 
 /// One value per parameter, always within its range.
