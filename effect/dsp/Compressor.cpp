@@ -44,7 +44,7 @@ bool Compressor::isLinked() const {
     return gainStage_.isLinked() && (wasLinked_ || ballistics_[0].hasStateOf(ballistics_[1]));
 }
 
-void Compressor::process(const float* first, const float* second, const float* ducking,
+void Compressor::process(const float* first, const float* second, const Ducking& ducking,
                          Gains& gains, std::uint32_t count) {
     gains.areSame = isLinked();
     if (gains.areSame) {
@@ -54,7 +54,7 @@ void Compressor::process(const float* first, const float* second, const float* d
     }
 }
 
-void Compressor::processLinked(const float* first, const float* second, const float* ducking,
+void Compressor::processLinked(const float* first, const float* second, const Ducking& ducking,
                                Gains& gains, std::uint32_t count) {
     wasLinked_ = true;
     Chunk amplitude;
@@ -65,7 +65,7 @@ void Compressor::processLinked(const float* first, const float* second, const fl
     gainStage_.gain(gains.reduction.data(), ducking, gains.first.data(), count);
 }
 
-void Compressor::processSeparately(const float* first, const float* second, const float* ducking,
+void Compressor::processSeparately(const float* first, const float* second, const Ducking& ducking,
                                    Gains& gains, std::uint32_t count) {
     if (wasLinked_) {
         ballistics_[1].continueFrom(ballistics_[0]);

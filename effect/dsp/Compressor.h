@@ -37,14 +37,14 @@ class Compressor {
     /// Whether both channels get one gain.
     bool isLinked() const;
 
-    /// first, second: the key of the two channels; ducking: in dB. count: at most chunkFrames.
-    void process(const float* first, const float* second, const float* ducking, Gains& gains,
+    /// first, second: the key of the two channels. count: at most chunkFrames.
+    void process(const float* first, const float* second, const Ducking& ducking, Gains& gains,
                  std::uint32_t count);
 
   private:
-    void processLinked(const float* first, const float* second, const float* ducking, Gains& gains,
-                       std::uint32_t count);
-    void processSeparately(const float* first, const float* second, const float* ducking,
+    void processLinked(const float* first, const float* second, const Ducking& ducking,
+                       Gains& gains, std::uint32_t count);
+    void processSeparately(const float* first, const float* second, const Ducking& ducking,
                            Gains& gains, std::uint32_t count);
 
     double sampleRate_;

@@ -18,7 +18,58 @@ float rangeOf(const ParameterValues& values) {
     return range < most ? range : unlimited;
 }
 
+/// A value that is the same in every frame.
+struct Steady {
+    float value;
+    float operator[](std::uint32_t /*frame*/) const { return value; }
+};
+
 }  // namespace
+
+template <typename Values>
+struct GainStage::Curve {
+    Values threshold;
+    Values slope;
+    Values knee;
+    Values range;
+
+    void ask(const float* amplitude, float* asked, std::uint32_t count) const {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const float reduction = GainComputer::reduction(decibelsFromAmplitude(amplitude[i]),
+                                                            threshold[i], slope[i], knee[i]);
+            asked[i] = std::min(reduction, range[i]);
+        }
+    }
+};
+
+template <typename Values>
+struct GainStage::Levels {
+    Values makeup;
+    Values mix;
+    Values output;
+
+    /// The mix of dry and compressed signal.
+    float mixed(std::uint32_t i, float reduction) const {
+        const float wet = amplitudeFromDecibels(makeup[i] - reduction);
+        return (1.0F - mix[i]) + mix[i] * wet;
+    }
+
+    void gain(const float* reduction, const Ducking& ducking, float* gain,
+              std::uint32_t count) const {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            gain[i] =
+                mixed(i, reduction[i]) * amplitudeFromDecibels(output[i] - ducking.decibels[i]);
+        }
+    }
+
+    /// The same for a steady ducking and steady levels: one exponential less.
+    void steadyGain(const float* reduction, float ducking, float* gain, std::uint32_t count) const {
+        const float factor = amplitudeFromDecibels(output[0] - ducking);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            gain[i] = mixed(i, reduction[i]) * factor;
+        }
+    }
+};
 
 GainStage::GainStage(double sampleRate)
     : threshold_(sampleRate),
@@ -68,17 +119,23 @@ bool GainStage::isLinked() const {
 }
 
 void GainStage::askedReduction(const float* amplitude, float* asked, std::uint32_t count) {
-    Curve curve;
-    fill(curve, count);
-    ask(curve, amplitude, asked, count);
+    if (isCurveMoving()) {
+        Curve<Chunk> curve;
+        fill(curve, count);
+        curve.ask(amplitude, asked, count);
+        return;
+    }
+    const Curve<Steady> curve{
+        {threshold_.target()}, {slope_.target()}, {knee_.target()}, {range_.target()}};
+    curve.ask(amplitude, asked, count);
 }
 
 void GainStage::askedReductions(const Chunk& first, const Chunk& second, Chunk& firstAsked,
                                 Chunk& secondAsked, std::uint32_t count) {
-    Curve curve;
+    Curve<Chunk> curve;
     fill(curve, count);
-    ask(curve, first.data(), firstAsked.data(), count);
-    ask(curve, second.data(), secondAsked.data(), count);
+    curve.ask(first.data(), firstAsked.data(), count);
+    curve.ask(second.data(), secondAsked.data(), count);
     Chunk link;
     link_.fill(link.data(), count);
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -89,16 +146,21 @@ void GainStage::askedReductions(const Chunk& first, const Chunk& second, Chunk& 
     }
 }
 
-void GainStage::gain(const float* reduction, const float* ducking, float* gain,
+void GainStage::gain(const float* reduction, const Ducking& ducking, float* gain,
                      std::uint32_t count) {
-    Levels levels;
-    fill(levels, count);
-    GainStage::gain(levels, reduction, ducking, gain, count);
+    if (areLevelsMoving() || !ducking.isSteady) {
+        Levels<Chunk> levels;
+        fill(levels, count);
+        levels.gain(reduction, ducking, gain, count);
+        return;
+    }
+    const Levels<Steady> levels{{makeup_.target()}, {mix_.target()}, {output_.target()}};
+    levels.steadyGain(reduction, ducking.decibels[0], gain, count);
 }
 
-void GainStage::gains(Chunk& first, Chunk& second, const float* ducking, Chunk& firstGain,
+void GainStage::gains(Chunk& first, Chunk& second, const Ducking& ducking, Chunk& firstGain,
                       Chunk& secondGain, std::uint32_t count) {
-    Levels levels;
+    Levels<Chunk> levels;
     fill(levels, count);
     Chunk amount;
     midAmount_.fill(amount.data(), count);
@@ -109,38 +171,29 @@ void GainStage::gains(Chunk& first, Chunk& second, const float* ducking, Chunk& 
     for (std::uint32_t i = 0; i < count; ++i) {
         second[i] *= amount[i];
     }
-    gain(levels, first.data(), ducking, firstGain.data(), count);
-    gain(levels, second.data(), ducking, secondGain.data(), count);
+    levels.gain(first.data(), ducking, firstGain.data(), count);
+    levels.gain(second.data(), ducking, secondGain.data(), count);
 }
 
-void GainStage::fill(Curve& curve, std::uint32_t count) {
+void GainStage::fill(Curve<Chunk>& curve, std::uint32_t count) {
     threshold_.fill(curve.threshold.data(), count);
     slope_.fill(curve.slope.data(), count);
     knee_.fill(curve.knee.data(), count);
     range_.fill(curve.range.data(), count);
 }
 
-void GainStage::fill(Levels& levels, std::uint32_t count) {
+void GainStage::fill(Levels<Chunk>& levels, std::uint32_t count) {
     makeup_.fill(levels.makeup.data(), count);
     mix_.fill(levels.mix.data(), count);
     output_.fill(levels.output.data(), count);
 }
 
-void GainStage::ask(const Curve& curve, const float* amplitude, float* asked, std::uint32_t count) {
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const float reduction = GainComputer::reduction(
-            decibelsFromAmplitude(amplitude[i]), curve.threshold[i], curve.slope[i], curve.knee[i]);
-        asked[i] = std::min(reduction, curve.range[i]);
-    }
+bool GainStage::isCurveMoving() const {
+    return threshold_.isMoving() || slope_.isMoving() || knee_.isMoving() || range_.isMoving();
 }
 
-void GainStage::gain(const Levels& levels, const float* reduction, const float* ducking,
-                     float* gain, std::uint32_t count) {
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const float wet = amplitudeFromDecibels(levels.makeup[i] - reduction[i]);
-        const float mixed = (1.0F - levels.mix[i]) + levels.mix[i] * wet;
-        gain[i] = mixed * amplitudeFromDecibels(levels.output[i] - ducking[i]);
-    }
+bool GainStage::areLevelsMoving() const {
+    return makeup_.isMoving() || mix_.isMoving() || output_.isMoving();
 }
 
 }  // namespace orvalo::effect

@@ -59,10 +59,14 @@ void NoteDucker::receiveControl(std::uint8_t channel, std::uint8_t controller) {
     }
 }
 
-void NoteDucker::process(float* reduction, std::uint32_t count) {
+double NoteDucker::aim() const {
     constexpr int fullVelocity = 127;
     const int velocity = beat_ ? fullVelocity : notes_.loudest();
-    const double aim = static_cast<double>(depth_) * velocity / fullVelocity;
+    return static_cast<double>(depth_) * velocity / fullVelocity;
+}
+
+void NoteDucker::process(float* reduction, std::uint32_t count) {
+    const double aim = this->aim();
     // A smaller distance is inaudible; reaching the target ends the loop early.
     constexpr double near = 1e-4;
     std::uint32_t i = 0;

@@ -31,6 +31,9 @@ class NoteDucker {
     /// Whether a beat ducks the next frames.
     void setBeat(bool isDown) { beat_ = isDown; }
 
+    /// Whether the ducking of the next frames is the same until a note or a beat changes.
+    bool isSteady() const { return current_ == aim(); }
+
     /// Writes the ducking in dB of the next `count` frames.
     void process(float* reduction, std::uint32_t count);
 
@@ -38,6 +41,7 @@ class NoteDucker {
     float reduction() const { return static_cast<float>(current_); }
 
   private:
+    double aim() const;
     void receiveControl(std::uint8_t channel, std::uint8_t controller);
 
     double sampleRate_;

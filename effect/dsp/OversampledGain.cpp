@@ -23,7 +23,7 @@ void OversampledGain::start(const Compressor& other) {
     compressor_.continueFrom(other);
 }
 
-void OversampledGain::process(StereoChunk& signal, const StereoChunk& key, const Chunk& ducking,
+void OversampledGain::process(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,
                               Compressor::Gains& gains, std::uint32_t count) {
     const std::uint32_t most = chunkFrames / factor_;
     for (std::uint32_t first = 0; first < count; first += most) {
@@ -31,21 +31,22 @@ void OversampledGain::process(StereoChunk& signal, const StereoChunk& key, const
     }
 }
 
-void OversampledGain::processSpan(StereoChunk& signal, const StereoChunk& key, const Chunk& ducking,
-                                  Compressor::Gains& gains, std::uint32_t first,
-                                  std::uint32_t count) {
+void OversampledGain::processSpan(StereoChunk& signal, const StereoChunk& key,
+                                  const Ducking& ducking, Compressor::Gains& gains,
+                                  std::uint32_t first, std::uint32_t count) {
     StereoChunk fastSignal;
     StereoChunk fastKey;
     signal_[0].up(signal.left.data() + first, fastSignal.left.data(), count);
     signal_[1].up(signal.right.data() + first, fastSignal.right.data(), count);
     key_[0].up(key.left.data() + first, fastKey.left.data(), count);
     key_[1].up(key.right.data() + first, fastKey.right.data(), count);
-    Chunk fastDucking;
+    Ducking fastDucking;
+    fastDucking.isSteady = ducking.isSteady;
     for (std::uint32_t i = 0; i < count * factor_; ++i) {
-        fastDucking[i] = ducking[first + i / factor_];
+        fastDucking.decibels[i] = ducking.decibels[first + i / factor_];
     }
     Compressor::Gains fast;
-    compressor_.process(fastKey.left.data(), fastKey.right.data(), fastDucking.data(), fast,
+    compressor_.process(fastKey.left.data(), fastKey.right.data(), fastDucking, fast,
                         count * factor_);
     fastSignal.multiply(fast.first, fast.ofSecond(), count * factor_);
     signal_[0].down(fastSignal.left.data(), signal.left.data() + first, count);

@@ -31,11 +31,11 @@ class OversampledGain {
 
     /// Multiplies the signal with the gain for the key, both delayed by latency. gains: receives
     /// reduction and held peak of the frames. count: at most chunkFrames.
-    void process(StereoChunk& signal, const StereoChunk& key, const Chunk& ducking,
+    void process(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,
                  Compressor::Gains& gains, std::uint32_t count);
 
   private:
-    void processSpan(StereoChunk& signal, const StereoChunk& key, const Chunk& ducking,
+    void processSpan(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,
                      Compressor::Gains& gains, std::uint32_t first, std::uint32_t count);
 
     std::uint32_t factor_;

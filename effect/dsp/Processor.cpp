@@ -222,8 +222,9 @@ void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint
     filter_.process(own.left.data(), own.right.data(), count);
     const StereoChunk& key = isExternal || filter_.isOn() ? own : signal;
 
-    Chunk ducking;
-    ducker_.process(ducking.data(), count);
+    Ducking ducking;
+    ducking.isSteady = ducker_.isSteady();
+    ducker_.process(ducking.decibels.data(), count);
     Compressor::Gains gains;
     if (isStaged_) {
         processInStages(signal, key, ducking, gains, count);
@@ -232,13 +233,14 @@ void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint
     }
     trigger_.process(gains.reduction.data(), gains.held.data(), count, first, midi);
     deepestReduction_ = highest(gains.reduction.data(), count, deepestReduction_);
-    deepestDucking_ = highest(ducking.data(), count, deepestDucking_);
+    deepestDucking_ = ducking.isSteady ? std::max(deepestDucking_, ducking.decibels[0])
+                                       : highest(ducking.decibels.data(), count, deepestDucking_);
     outputPeak_ = highest(signal, count, outputPeak_);
 }
 
-void Processor::processDirectly(StereoChunk& signal, const StereoChunk& key, const Chunk& ducking,
+void Processor::processDirectly(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,
                                 Compressor::Gains& gains, std::uint32_t count) {
-    compressor_.process(key.left.data(), key.right.data(), ducking.data(), gains, count);
+    compressor_.process(key.left.data(), key.right.data(), ducking, gains, count);
     if (enabled_.isMoving() || enabled_.target() != 1.0F) {
         Chunk enabled;
         enabled_.fill(enabled.data(), count);
@@ -252,8 +254,9 @@ void Processor::processDirectly(StereoChunk& signal, const StereoChunk& key, con
     signal.multiply(gains.first, gains.ofSecond(), count);
 }
 
-void Processor::processInStages(StereoChunk& signal, const StereoChunk& input, const Chunk& ducking,
-                                Compressor::Gains& gains, std::uint32_t count) {
+void Processor::processInStages(StereoChunk& signal, const StereoChunk& input,
+                                const Ducking& ducking, Compressor::Gains& gains,
+                                std::uint32_t count) {
     // A copy: the key may be the signal itself.
     StereoChunk key = input;
     StereoChunk listened;
@@ -263,11 +266,11 @@ void Processor::processInStages(StereoChunk& signal, const StereoChunk& input, c
     StereoChunk dry;
     delay(signal, dry, count);
     // A note ducks the frame with which it arrived.
-    Chunk delayedDucking;
-    duckingDelay_.write(ducking.data(), count);
+    Ducking delayedDucking;
+    duckingDelay_.write(ducking.decibels.data(), count);
     duckingDelay_.read(
         lookAhead_ + (activeOversampling_ == nullptr ? 0 : OversampledGain::latencyBeforeGain),
-        delayedDucking.data(), count);
+        delayedDucking.decibels.data(), count);
 
     if (isMidSide_) {
         signal.toMidSide(count);
@@ -276,7 +279,7 @@ void Processor::processInStages(StereoChunk& signal, const StereoChunk& input, c
     if (activeOversampling_ != nullptr) {
         activeOversampling_->process(signal, key, delayedDucking, gains, count);
     } else {
-        compressor_.process(key.left.data(), key.right.data(), delayedDucking.data(), gains, count);
+        compressor_.process(key.left.data(), key.right.data(), delayedDucking, gains, count);
         signal.multiply(gains.first, gains.ofSecond(), count);
     }
     if (isMidSide_) {

@@ -76,9 +76,9 @@ class Processor {
                       MidiOutput& midi);
     /// The two ways of a chunk from input to output. The second one is for what delays the signal,
     /// for listening, and for mid and side.
-    void processDirectly(StereoChunk& signal, const StereoChunk& key, const Chunk& ducking,
+    void processDirectly(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,
                          Compressor::Gains& gains, std::uint32_t count);
-    void processInStages(StereoChunk& signal, const StereoChunk& input, const Chunk& ducking,
+    void processInStages(StereoChunk& signal, const StereoChunk& input, const Ducking& ducking,
                          Compressor::Gains& gains, std::uint32_t count);
     void delay(StereoChunk& signal, StereoChunk& dry, std::uint32_t count);
     void mixListened(StereoChunk& signal, const StereoChunk& key, std::uint32_t count);
