@@ -123,10 +123,11 @@ TEST_F(BeatGeneratorTest, RepeatedHostTimeWithRoundingGivesNoExtraBeats) {
     for (std::uint32_t i = 0; i < 40; ++i) {
         expected.push_back(i * 6000);
     }
+    // Each grid point is at the end of a block of 60 frames.
     while (now < 40 * 6000 - 100) {
-        advance(64);
+        advance(60);
         const double exact = static_cast<double>(now) / 24000.0;
-        setHostTime(exact + (now / 64 % 2 == 0 ? 1e-5 : -1e-5), 2.0);
+        setHostTime(exact + (now / 60 % 2 == 0 ? 1e-5 : -1e-5), 2.0);
     }
     EXPECT_EQ(starts, expected);
 }

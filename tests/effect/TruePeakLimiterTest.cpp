@@ -56,6 +56,9 @@ std::map<std::string, Samples> hardSignals() {
         [&](std::size_t i) { return i / 500 % 2 == 0 ? 2.0F * sine(0.021, i) : 0.0F; });
     add("high tone bursts",
         [&](std::size_t i) { return i / 90 % 5 == 0 ? 2.0F * sine(0.24, i) : 0.1F; });
+    // Much louder between the samples than at them, and than the ceiling.
+    add("very loud tone bursts",
+        [&](std::size_t i) { return i / 90 % 20 == 7 ? 60.0F * sine(0.25, i) : 0.0F; });
     add("impulses", [](std::size_t i) { return i % 997 == 0 ? 4.0F : 0.0F; });
     add("random signs", [&](std::size_t) { return unit() > 0.0F ? 1.0F : -1.0F; });
     add("rising sweep", [](std::size_t i) {
