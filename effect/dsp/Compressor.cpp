@@ -15,7 +15,7 @@ void Compressor::configure(const ParameterValues& values, bool atOnce) {
     gainStage_.configure(values, atOnce);
     detector_.configure(values.isOn(Parameter::rms), values[Parameter::rmsWindow]);
     // The peak must last until the delayed signal has reached it.
-    const double hold = static_cast<double>(values[Parameter::hold] + values[Parameter::lookAhead]);
+    const auto hold = static_cast<double>(values[Parameter::hold] + values[Parameter::lookAhead]);
     for (auto& ballistics : ballistics_) {
         ballistics.setTimes(values[Parameter::attack], values[Parameter::release]);
         ballistics.setHold(static_cast<std::uint32_t>(std::lround(0.001 * hold * sampleRate_)));

@@ -126,8 +126,9 @@ TEST_F(BeatGeneratorTest, RepeatedHostTimeWithRoundingGivesNoExtraBeats) {
     // Each grid point is at the end of a block of 60 frames.
     while (now < 40 * 6000 - 100) {
         advance(60);
-        const double exact = static_cast<double>(now) / 24000.0;
-        setHostTime(exact + (now / 60 % 2 == 0 ? 1e-5 : -1e-5), 2.0);
+        // A grid point that was just reached is said to be 2.4 frames ahead.
+        const double error = now % 6000 == 0 ? 1e-4 : 0.0;
+        setHostTime(static_cast<double>(now) / 24000.0 - error, 2.0);
     }
     EXPECT_EQ(starts, expected);
 }
