@@ -2,32 +2,56 @@
 
 #include <algorithm>
 
-#include "effect/MidiSequenceReader.h"
 #include "effect/MidiSequenceWriter.h"
+#include "effect/SequenceReader.h"
 #include "effect/dsp/ScopedFlushToZero.h"
 
 namespace orvalo::effect {
 
 Plugin::Plugin(double sampleRate, const LV2_URID_Map* map, const LV2_Options_Option* options)
-    : uris_(map), contextName_(options, uris_), processor_(sampleRate) {}
+    : uris_(map), contextName_(options, uris_), hostTime_(uris_), processor_(sampleRate) {}
 
 void Plugin::connect(std::uint32_t port, void* data) {
-    if (port >= firstMeter + meterCount) {
-        return;
+    switch (port) {
+        case midiIn:
+            midiInput_ = static_cast<const LV2_Atom_Sequence*>(data);
+            return;
+        case midiOut:
+            midiOutput_ = static_cast<LV2_Atom_Sequence*>(data);
+            return;
+        case inLeft:
+        case inRight:
+            inputs_.at(port - inLeft) = static_cast<const float*>(data);
+            return;
+        case outLeft:
+        case outRight:
+            outputs_.at(port - outLeft) = static_cast<float*>(data);
+            return;
+        case sideChainLeft:
+        case sideChainRight:
+            sideChain_.at(port - sideChainLeft) = static_cast<const float*>(data);
+            return;
+        case latency:
+            latency_ = static_cast<float*>(data);
+            return;
+        default:
+            break;
     }
-    if (port >= firstMeter) {
-        meters_.at(port - firstMeter) = static_cast<float*>(data);
-    } else if (port >= firstParameter) {
-        parameters_.at(port - firstParameter) = static_cast<const float*>(data);
-    } else if (port >= outLeft) {
-        outputs_.at(port - outLeft) = static_cast<float*>(data);
-    } else if (port >= inLeft) {
-        inputs_.at(port - inLeft) = static_cast<const float*>(data);
-    } else if (port == midiOut) {
-        midiOutput_ = static_cast<LV2_Atom_Sequence*>(data);
-    } else {
-        midiInput_ = static_cast<const LV2_Atom_Sequence*>(data);
+    for (std::size_t i = 0; i < meterPorts.size(); ++i) {
+        if (meterPorts.at(i) == port) {
+            meters_.at(i) = static_cast<float*>(data);
+        }
     }
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        if (parameterRanges.at(i).port == port) {
+            parameters_.at(i) = static_cast<const float*>(data);
+        }
+    }
+}
+
+void Plugin::activate() {
+    hostTime_.forget();
+    processor_.reset();
 }
 
 void Plugin::run(std::uint32_t frames) {
@@ -39,30 +63,38 @@ void Plugin::run(std::uint32_t frames) {
         }
     }
     processor_.beginBlock(values);
+    processor_.setSideChain(sideChain_[0], sideChain_[1]);
     process(frames);
     writeMeters(processor_.endBlock(frames));
+    if (latency_ != nullptr) {
+        *latency_ = static_cast<float>(processor_.latency());
+    }
 }
 
 void Plugin::process(std::uint32_t frames) {
-    MidiSequenceReader input(midiInput_, uris_, frames);
+    SequenceReader input(midiInput_, uris_, frames);
     MidiSequenceWriter output(midiOutput_, uris_);
     std::uint32_t done = 0;
     const auto processUntil = [&](std::uint32_t end) {
         processor_.process(inputs_[0], inputs_[1], outputs_[0], outputs_[1], done, end, output);
         done = end;
     };
-    MidiSequenceReader::Event event{};
+    SequenceReader::Event event{};
     while (input.next(event)) {
         processUntil(event.frame);
-        processor_.receive(event.bytes, event.size);
-        ++messagesIn_;
+        if (event.isMidi) {
+            processor_.receive(event.bytes, event.size);
+            ++messagesIn_;
+        } else if (hostTime_.read(event.bytes, event.size)) {
+            processor_.setHostTime(hostTime_.quarters(), hostTime_.quartersPerSecond());
+        }
     }
     processUntil(frames);
     messagesOut_ = static_cast<std::uint16_t>(messagesOut_ + output.written());
 }
 
 void Plugin::writeMeters(const Processor::Meters& meters) {
-    const std::array<float, meterCount> values{meters.gainReduction,
+    const std::array<float, meterPorts.size()> values{meters.gainReduction,
                                                meters.ducking,
                                                meters.inputLevel,
                                                meters.outputLevel,
@@ -70,7 +102,7 @@ void Plugin::writeMeters(const Processor::Meters& meters) {
                                                static_cast<float>(messagesOut_),
                                                meters.truePeak,
                                                static_cast<float>(++runs_)};
-    for (std::size_t i = 0; i < meterCount; ++i) {
+    for (std::size_t i = 0; i < meterPorts.size(); ++i) {
         if (meters_[i] != nullptr) {
             *meters_[i] = values[i];
         }

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "effect/ContextName.h"
+#include "effect/HostTime.h"
 #include "effect/Uris.h"
 #include "effect/dsp/Parameter.h"
 #include "effect/dsp/Processor.h"
@@ -25,14 +26,14 @@ class Plugin {
 
     /// port: index in orvalo.ttl; others are ignored.
     void connect(std::uint32_t port, void* data);
-    void activate() { processor_.reset(); }
+    void activate();
     /// Render thread: neither allocates nor locks. frames may be 0.
     void run(std::uint32_t frames);
 
     ContextName& contextName() { return contextName_; }
 
   private:
-    /// The first ports; the parameters and then the meters follow.
+    /// The ports that are neither parameters nor meters.
     enum Port : std::uint8_t {
         midiIn,
         midiOut,
@@ -40,23 +41,28 @@ class Plugin {
         inRight,
         outLeft,
         outRight,
-        firstParameter
+        sideChainLeft = 31,
+        sideChainRight = 32,
+        latency = 42,
     };
-    static constexpr std::uint32_t firstMeter = firstParameter + parameterCount;
-    static constexpr std::size_t meterCount = 8;
+    /// The ports of the meters, in the order of writeMeters().
+    static constexpr std::array<std::uint32_t, 8> meterPorts{20, 21, 22, 23, 24, 25, 52, 53};
 
     void process(std::uint32_t frames);
     void writeMeters(const Processor::Meters& meters);
 
     Uris uris_;
     ContextName contextName_;
+    HostTime hostTime_;
     Processor processor_;
     const LV2_Atom_Sequence* midiInput_ = nullptr;
     LV2_Atom_Sequence* midiOutput_ = nullptr;
     std::array<const float*, 2> inputs_{};
     std::array<float*, 2> outputs_{};
+    std::array<const float*, 2> sideChain_{};
+    float* latency_ = nullptr;
     std::array<const float*, parameterCount> parameters_{};
-    std::array<float*, meterCount> meters_{};
+    std::array<float*, meterPorts.size()> meters_{};
     // Counts of messages and of calls of run(), which wrap around.
     std::uint16_t messagesIn_ = 0;
     std::uint16_t messagesOut_ = 0;

@@ -11,9 +11,23 @@ inline constexpr const char* contextNameUri = "urn:tessaly:audio-component#conte
 struct Uris {
     explicit Uris(const LV2_URID_Map* map);
 
+    LV2_URID atomBlank = 0;
+    LV2_URID atomDouble = 0;
+    LV2_URID atomFloat = 0;
+    LV2_URID atomInt = 0;
+    LV2_URID atomLong = 0;
+    LV2_URID atomObject = 0;
     LV2_URID atomSequence = 0;
     LV2_URID atomString = 0;
     LV2_URID midiEvent = 0;
+    LV2_URID timePosition = 0;
+    LV2_URID timeBar = 0;
+    LV2_URID timeBarBeat = 0;
+    LV2_URID timeBeat = 0;
+    LV2_URID timeBeatUnit = 0;
+    LV2_URID timeBeatsPerBar = 0;
+    LV2_URID timeBeatsPerMinute = 0;
+    LV2_URID timeSpeed = 0;
     LV2_URID contextName = 0;
 };
 

@@ -48,8 +48,12 @@ std::string makeEffectForGStreamer(const std::filesystem::path& folder) {
     std::filesystem::copy(original, bundle);
     std::ostringstream data;
     data << std::ifstream(original / "orvalo.ttl").rdbuf();
-    const std::regex groupOfParameters("pg:group orvalo:(?!input|output)[a-z]+( ;)?");
-    std::ofstream(bundle / "orvalo.ttl") << std::regex_replace(data.str(), groupOfParameters, "");
+    const std::regex groupOfParameters("pg:group orvalo:(?!input|output)[a-z_]+( ;)?");
+    // GStreamer takes one group of inputs. The effect does not read its side-chain by default.
+    const std::regex sideChain("lv2:AudioPort( ;\\s+lv2:index 3[12] )");
+    const auto withoutGroups = std::regex_replace(data.str(), groupOfParameters, "");
+    std::ofstream(bundle / "orvalo.ttl")
+        << std::regex_replace(withoutGroups, sideChain, "lv2:ControlPort$1");
     return bundle.parent_path().string() + ":/usr/lib/lv2";
 }
 

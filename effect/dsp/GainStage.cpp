@@ -1,18 +1,94 @@
 #include "effect/dsp/GainStage.h"
 
+#include <algorithm>
+
 #include "effect/dsp/Decibels.h"
 #include "effect/dsp/GainComputer.h"
 
 namespace orvalo::effect {
 
+namespace {
+
+/// More than the curve can give for a sample that the effect takes: no limit.
+constexpr float unlimited = 400.0F;
+
+float rangeOf(const ParameterValues& values) {
+    const float most = parameterRanges[static_cast<std::size_t>(Parameter::range)].maximum;
+    const float range = values[Parameter::range];
+    return range < most ? range : unlimited;
+}
+
+/// A value that is the same in every frame.
+struct Steady {
+    float value;
+    float operator[](std::uint32_t /*frame*/) const { return value; }
+};
+
+}  // namespace
+
+template <typename Values>
+struct GainStage::Curve {
+    Values threshold;
+    Values slope;
+    Values knee;
+    Values range;
+
+    void ask(const float* amplitude, float* asked, std::uint32_t count) const {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const float reduction = GainComputer::reduction(decibelsFromAmplitude(amplitude[i]),
+                                                            threshold[i], slope[i], knee[i]);
+            asked[i] = std::min(reduction, range[i]);
+        }
+    }
+};
+
+template <typename Values>
+struct GainStage::Levels {
+    Values makeup;
+    Values mix;
+    Values output;
+
+    /// The mix of dry and compressed signal.
+    float mixed(std::uint32_t i, float reduction) const {
+        const float wet = amplitudeFromDecibels(makeup[i] - reduction);
+        return (1.0F - mix[i]) + mix[i] * wet;
+    }
+
+    void gain(const float* reduction, const Ducking& ducking, float* gain,
+              std::uint32_t count) const {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            gain[i] =
+                mixed(i, reduction[i]) * amplitudeFromDecibels(output[i] - ducking.decibels[i]);
+        }
+    }
+
+    /// The same for a steady ducking and steady levels: one exponential less.
+    void steadyGain(const float* reduction, float ducking, float* gain, std::uint32_t count) const {
+        const float factor = amplitudeFromDecibels(output[0] - ducking);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            gain[i] = mixed(i, reduction[i]) * factor;
+        }
+    }
+};
+
 GainStage::GainStage(double sampleRate)
     : threshold_(sampleRate),
       slope_(sampleRate),
       knee_(sampleRate),
+      range_(sampleRate),
       makeup_(sampleRate),
       mix_(sampleRate),
       output_(sampleRate),
-      enabled_(sampleRate) {}
+      link_(sampleRate),
+      midAmount_(sampleRate),
+      sideAmount_(sampleRate) {}
+
+float GainStage::autoMakeup(const ParameterValues& values) {
+    const float atFullScale = GainComputer::reduction(
+        0.0F, values[Parameter::threshold], GainComputer::slopeFromRatio(values[Parameter::ratio]),
+        values[Parameter::knee]);
+    return 0.5F * std::min(atFullScale, rangeOf(values));
+}
 
 void GainStage::configure(const ParameterValues& values, bool atOnce) {
     const auto apply = [atOnce](SmoothedValue& value, float target) {
@@ -25,41 +101,99 @@ void GainStage::configure(const ParameterValues& values, bool atOnce) {
     apply(threshold_, values[Parameter::threshold]);
     apply(slope_, GainComputer::slopeFromRatio(values[Parameter::ratio]));
     apply(knee_, values[Parameter::knee]);
-    apply(makeup_, values[Parameter::makeup]);
+    apply(range_, rangeOf(values));
+    apply(makeup_,
+          values.isOn(Parameter::autoMakeup) ? autoMakeup(values) : values[Parameter::makeup]);
     apply(mix_, 0.01F * values[Parameter::mix]);
     apply(output_, values[Parameter::output]);
-    apply(enabled_, values[Parameter::enabled] > 0.0F ? 1.0F : 0.0F);
+    apply(link_, 0.01F * values[Parameter::link]);
+    isMidSide_ = values.isOn(Parameter::midSide);
+    // Left and right have no amounts.
+    apply(midAmount_, isMidSide_ ? 0.01F * values[Parameter::midAmount] : 1.0F);
+    apply(sideAmount_, isMidSide_ ? 0.01F * values[Parameter::sideAmount] : 1.0F);
+}
+
+bool GainStage::isLinked() const {
+    return !isMidSide_ && !midAmount_.isMoving() && !sideAmount_.isMoving() && !link_.isMoving() &&
+           link_.target() == 1.0F;
 }
 
 void GainStage::askedReduction(const float* amplitude, float* asked, std::uint32_t count) {
-    Chunk threshold;
-    Chunk slope;
-    Chunk knee;
-    threshold_.fill(threshold.data(), count);
-    slope_.fill(slope.data(), count);
-    knee_.fill(knee.data(), count);
+    if (isCurveMoving()) {
+        Curve<Chunk> curve;
+        fill(curve, count);
+        curve.ask(amplitude, asked, count);
+        return;
+    }
+    const Curve<Steady> curve{
+        {threshold_.target()}, {slope_.target()}, {knee_.target()}, {range_.target()}};
+    curve.ask(amplitude, asked, count);
+}
+
+void GainStage::askedReductions(const Chunk& first, const Chunk& second, Chunk& firstAsked,
+                                Chunk& secondAsked, std::uint32_t count) {
+    Curve<Chunk> curve;
+    fill(curve, count);
+    curve.ask(first.data(), firstAsked.data(), count);
+    curve.ask(second.data(), secondAsked.data(), count);
+    Chunk link;
+    link_.fill(link.data(), count);
     for (std::uint32_t i = 0; i < count; ++i) {
-        asked[i] = GainComputer::reduction(decibelsFromAmplitude(amplitude[i]), threshold[i],
-                                           slope[i], knee[i]);
+        // The curve rises, so the deeper reduction is that of the louder channel.
+        const float deeper = std::max(firstAsked[i], secondAsked[i]);
+        firstAsked[i] = (1.0F - link[i]) * firstAsked[i] + link[i] * deeper;
+        secondAsked[i] = (1.0F - link[i]) * secondAsked[i] + link[i] * deeper;
     }
 }
 
-void GainStage::gain(const float* reduction, const float* ducking, float* gain,
+void GainStage::gain(const float* reduction, const Ducking& ducking, float* gain,
                      std::uint32_t count) {
-    Chunk makeup;
-    Chunk mix;
-    Chunk output;
-    Chunk enabled;
-    makeup_.fill(makeup.data(), count);
-    mix_.fill(mix.data(), count);
-    output_.fill(output.data(), count);
-    enabled_.fill(enabled.data(), count);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const float wet = amplitudeFromDecibels(makeup[i] - reduction[i]);
-        const float mixed = (1.0F - mix[i]) + mix[i] * wet;
-        const float processed = mixed * amplitudeFromDecibels(output[i] - ducking[i]);
-        gain[i] = (1.0F - enabled[i]) + enabled[i] * processed;
+    if (areLevelsMoving() || !ducking.isSteady) {
+        Levels<Chunk> levels;
+        fill(levels, count);
+        levels.gain(reduction, ducking, gain, count);
+        return;
     }
+    const Levels<Steady> levels{{makeup_.target()}, {mix_.target()}, {output_.target()}};
+    levels.steadyGain(reduction, ducking.decibels[0], gain, count);
+}
+
+void GainStage::gains(Chunk& first, Chunk& second, const Ducking& ducking, Chunk& firstGain,
+                      Chunk& secondGain, std::uint32_t count) {
+    Levels<Chunk> levels;
+    fill(levels, count);
+    Chunk amount;
+    midAmount_.fill(amount.data(), count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        first[i] *= amount[i];
+    }
+    sideAmount_.fill(amount.data(), count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        second[i] *= amount[i];
+    }
+    levels.gain(first.data(), ducking, firstGain.data(), count);
+    levels.gain(second.data(), ducking, secondGain.data(), count);
+}
+
+void GainStage::fill(Curve<Chunk>& curve, std::uint32_t count) {
+    threshold_.fill(curve.threshold.data(), count);
+    slope_.fill(curve.slope.data(), count);
+    knee_.fill(curve.knee.data(), count);
+    range_.fill(curve.range.data(), count);
+}
+
+void GainStage::fill(Levels<Chunk>& levels, std::uint32_t count) {
+    makeup_.fill(levels.makeup.data(), count);
+    mix_.fill(levels.mix.data(), count);
+    output_.fill(levels.output.data(), count);
+}
+
+bool GainStage::isCurveMoving() const {
+    return threshold_.isMoving() || slope_.isMoving() || knee_.isMoving() || range_.isMoving();
+}
+
+bool GainStage::areLevelsMoving() const {
+    return makeup_.isMoving() || mix_.isMoving() || output_.isMoving();
 }
 
 }  // namespace orvalo::effect

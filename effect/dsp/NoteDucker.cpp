@@ -27,6 +27,7 @@ void NoteDucker::configure(float depth, float release, std::optional<std::uint8_
 
 void NoteDucker::reset() {
     notes_.releaseAll();
+    beat_ = false;
     current_ = 0.0;
 }
 
@@ -58,8 +59,14 @@ void NoteDucker::receiveControl(std::uint8_t channel, std::uint8_t controller) {
     }
 }
 
+double NoteDucker::aim() const {
+    constexpr int fullVelocity = 127;
+    const int velocity = beat_ ? fullVelocity : notes_.loudest();
+    return static_cast<double>(depth_) * velocity / fullVelocity;
+}
+
 void NoteDucker::process(float* reduction, std::uint32_t count) {
-    const double aim = static_cast<double>(depth_) * notes_.loudest() / 127.0;
+    const double aim = this->aim();
     // A smaller distance is inaudible; reaching the target ends the loop early.
     constexpr double near = 1e-4;
     std::uint32_t i = 0;

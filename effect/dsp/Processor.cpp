@@ -1,11 +1,7 @@
 #include "effect/dsp/Processor.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <optional>
-
-#include "effect/dsp/Chunk.h"
 
 namespace orvalo::effect {
 
@@ -44,21 +40,67 @@ float highest(const float* values, std::uint32_t count, float start) {
     return result;
 }
 
+/// The highest of `start` and the absolute samples of both channels.
+float highest(const StereoChunk& signal, std::uint32_t count, float start) {
+    Chunk louder;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        louder[i] = std::max(std::abs(signal.left[i]), std::abs(signal.right[i]));
+    }
+    return highest(louder.data(), count, start);
+}
+
+/// Sets `to` to the part `share` of `from` and the rest of itself.
+void crossFade(StereoChunk& to, const StereoChunk& from, const Chunk& share, std::uint32_t count) {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        to.left[i] = (1.0F - share[i]) * to.left[i] + share[i] * from.left[i];
+        to.right[i] = (1.0F - share[i]) * to.right[i] + share[i] * from.right[i];
+    }
+}
+
+void apply(SmoothedValue& value, float target, bool atOnce) {
+    if (atOnce) {
+        value.snapTo(target);
+    } else {
+        value.setTarget(target);
+    }
+}
+
 }  // namespace
 
+std::uint32_t Processor::longestLookAhead(double sampleRate) {
+    const auto& range = parameterRanges[static_cast<std::size_t>(Parameter::lookAhead)];
+    return static_cast<std::uint32_t>(
+        std::ceil(0.001 * static_cast<double>(range.maximum) * sampleRate));
+}
+
 Processor::Processor(double sampleRate)
-    : gainStage_(sampleRate),
-      ballistics_(sampleRate),
+    : sampleRate_(sampleRate),
+      beat_(sampleRate),
       ducker_(sampleRate),
+      filter_(sampleRate),
+      compressor_(sampleRate),
       trigger_(sampleRate),
+      enabled_(sampleRate),
+      listen_(sampleRate),
+      oversampled_{OversampledGain(sampleRate, 2), OversampledGain(sampleRate, 4)},
+      limiter_(sampleRate),
+      delays_{
+          DelayLine(longestLookAhead(sampleRate) + OversampledGain::latency + limiter_.latency()),
+          delays_[0]},
+      listenDelays_{delays_[0], delays_[0]},
+      duckingDelay_(longestLookAhead(sampleRate) + OversampledGain::latencyBeforeGain),
       inputMeter_(sampleRate),
       outputMeter_(sampleRate),
       truePeakMeter_(sampleRate, truePeakHold) {}
 
 void Processor::reset() {
-    ballistics_.reset();
+    beat_.reset();
     ducker_.reset();
+    filter_.reset();
+    compressor_.reset();
     trigger_.reset();
+    activeOversampling_ = nullptr;
+    isStaged_ = isLimiting_ = isListening_ = false;
     inputMeter_.reset();
     outputMeter_.reset();
     truePeakMeter_.reset();
@@ -69,20 +111,11 @@ void Processor::reset() {
 }
 
 void Processor::beginBlock(const ParameterValues& values) {
-    gainStage_.configure(values, fresh_);
-    fresh_ = false;
-    ballistics_.setTimes(values[Parameter::attack], values[Parameter::release]);
-
-    const auto channel = values.whole(Parameter::midiChannel);
-    const auto chosen = static_cast<std::uint8_t>(channel == 0 ? 0 : channel - 1);
-    ducker_.configure(values[Parameter::duckDepth], values[Parameter::duckRelease],
-                      channel == 0 ? std::nullopt : std::optional(chosen));
-    trigger_.configure({.level = values[Parameter::triggerLevel],
-                        .note = values.whole(Parameter::triggerNote),
-                        .channel = chosen,
-                        .armed = values[Parameter::enabled] > 0.0F});
-
-    isEnabled_ = values[Parameter::enabled] > 0.0F;
+    if (fresh_ || !(values == values_)) {
+        values_ = values;
+        configure(values);
+        fresh_ = false;
+    }
     inputPeak_ = 0.0F;
     outputPeak_ = 0.0F;
     highestTruePeak_ = unseenTruePeak_;
@@ -90,54 +123,214 @@ void Processor::beginBlock(const ParameterValues& values) {
     deepestDucking_ = 0.0F;
 }
 
+void Processor::configure(const ParameterValues& values) {
+    apply(enabled_, values.isOn(Parameter::enabled) ? 1.0F : 0.0F, fresh_);
+    filter_.configure(values[Parameter::sideChainHighPass], values[Parameter::sideChainLowPass]);
+    isExternal_ = values.isOn(Parameter::sideChainSource);
+
+    const auto channel = values.whole(Parameter::midiChannel);
+    const auto chosen = static_cast<std::uint8_t>(channel == 0 ? 0 : channel - 1);
+    ducker_.configure(values[Parameter::duckDepth], values[Parameter::duckRelease],
+                      channel == 0 ? std::nullopt : std::optional(chosen));
+    beat_.configure({.isOn = values.isOn(Parameter::beat),
+                     .division = values.whole(Parameter::beatDivision),
+                     .offset = 0.01 * static_cast<double>(values[Parameter::beatOffset]),
+                     .length = 0.01 * static_cast<double>(values[Parameter::beatLength]),
+                     .tempo = static_cast<double>(values[Parameter::beatTempo])});
+    trigger_.configure({.level = values[Parameter::triggerLevel],
+                        .note = values.whole(Parameter::triggerNote),
+                        .channel = chosen,
+                        .armed = values.isOn(Parameter::enabled)});
+    configureGain(values);
+    configureStages(values);
+}
+
+void Processor::configureGain(const ParameterValues& values) {
+    const auto factor = values.whole(Parameter::oversampling);
+    OversampledGain* const asked = factor == 0 ? nullptr : &oversampled_.at(factor - 1U);
+    const bool isSame = asked == activeOversampling_;
+    if (asked != nullptr) {
+        asked->configure(values, fresh_ || !isSame);
+    } else {
+        compressor_.configure(values, fresh_ || !isSame);
+    }
+    if (isSame) {
+        return;
+    }
+    const Compressor& last =
+        activeOversampling_ == nullptr ? compressor_ : activeOversampling_->compressor();
+    if (asked != nullptr) {
+        asked->start(last);
+    } else {
+        compressor_.continueFrom(last);
+    }
+    activeOversampling_ = asked;
+}
+
+void Processor::configureStages(const ParameterValues& values) {
+    isMidSide_ = values.isOn(Parameter::midSide);
+    lookAhead_ = static_cast<std::uint32_t>(
+        std::lround(0.001 * static_cast<double>(values[Parameter::lookAhead]) * sampleRate_));
+    const bool wasLimiting = isLimiting_;
+    isLimiting_ = values.isOn(Parameter::ceilingOn);
+    limiter_.setCeiling(values[Parameter::ceiling], fresh_ || !wasLimiting);
+    if (isLimiting_ && !wasLimiting) {
+        limiter_.reset();
+    }
+    latency_ = lookAhead_ + (activeOversampling_ == nullptr ? 0 : OversampledGain::latency) +
+               (isLimiting_ ? limiter_.latency() : 0);
+
+    const bool wasListening = isListening_;
+    apply(listen_, values.isOn(Parameter::sideChainListen) ? 1.0F : 0.0F, fresh_);
+    isListening_ = listen_.isMoving() || listen_.target() > 0.0F;
+    if (isListening_ && !wasListening) {
+        for (auto& delay : listenDelays_) {
+            delay.reset();
+        }
+    }
+    const bool wasStaged = isStaged_;
+    isStaged_ = latency_ != 0 || isListening_ || isMidSide_;
+    if (isStaged_ && !wasStaged) {
+        duckingDelay_.reset();
+        for (auto& delay : delays_) {
+            delay.reset();
+        }
+    }
+}
+
+void Processor::setSideChain(const float* left, const float* right) {
+    sideChain_ = {left, right};
+}
+
 void Processor::process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                         std::uint32_t first, std::uint32_t end, MidiOutput& midi) {
     while (first < end) {
-        const std::uint32_t count = std::min(end - first, chunkFrames);
-        processChunk(inLeft + first, inRight + first, outLeft + first, outRight + first, first,
-                     count, midi);
+        const std::uint32_t count = std::min({end - first, chunkFrames, beat_.framesToEdge()});
+        ducker_.setBeat(beat_.isDown());
+        // Copies: an output may be the other channel's input.
+        StereoChunk signal;
+        copyUsable(inLeft + first, signal.left.data(), count);
+        copyUsable(inRight + first, signal.right.data(), count);
+        processChunk(signal, first, count, midi);
+        std::copy_n(signal.left.data(), count, outLeft + first);
+        std::copy_n(signal.right.data(), count, outRight + first);
+        beat_.advance(count);
         first += count;
     }
 }
 
-void Processor::processChunk(const float* inLeft, const float* inRight, float* outLeft,
-                             float* outRight, std::uint32_t first, std::uint32_t count,
+void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint32_t count,
                              MidiOutput& midi) {
-    // Copies: an output may be the other channel's input.
-    Chunk left;
-    Chunk right;
-    copyUsable(inLeft, left.data(), count);
-    copyUsable(inRight, right.data(), count);
-
-    Chunk amplitude{};
-    for (std::uint32_t i = 0; i < count; ++i) {
-        amplitude[i] = std::max(std::abs(left[i]), std::abs(right[i]));
+    inputPeak_ = highest(signal, count, inputPeak_);
+    const bool isExternal = isExternal_ && sideChain_[0] != nullptr && sideChain_[1] != nullptr;
+    StereoChunk own;
+    if (isExternal) {
+        copyUsable(sideChain_[0] + first, own.left.data(), count);
+        copyUsable(sideChain_[1] + first, own.right.data(), count);
+    } else if (filter_.isOn()) {
+        own = signal;
     }
-    inputPeak_ = highest(amplitude.data(), count, inputPeak_);
+    filter_.process(own.left.data(), own.right.data(), count);
+    const StereoChunk& key = isExternal || filter_.isOn() ? own : signal;
 
-    Chunk asked;
-    Chunk held;
-    Chunk reduction;
-    Chunk ducking;
-    Chunk gain;
-    gainStage_.askedReduction(amplitude.data(), asked.data(), count);
-    ballistics_.process(asked.data(), held.data(), reduction.data(), count);
-    trigger_.process(reduction.data(), held.data(), count, first, midi);
-    ducker_.process(ducking.data(), count);
-    gainStage_.gain(reduction.data(), ducking.data(), gain.data(), count);
-    deepestReduction_ = highest(reduction.data(), count, deepestReduction_);
-    deepestDucking_ = highest(ducking.data(), count, deepestDucking_);
-
-    for (std::uint32_t i = 0; i < count; ++i) {
-        left[i] *= gain[i];
-        right[i] *= gain[i];
-        amplitude[i] *= gain[i];
+    Ducking ducking;
+    ducking.isSteady = ducker_.isSteady();
+    ducker_.process(ducking.decibels.data(), count);
+    Compressor::Gains gains;
+    if (isStaged_) {
+        processInStages(signal, key, ducking, gains, count);
+    } else {
+        processDirectly(signal, key, ducking, gains, count);
     }
-    outputPeak_ = highest(amplitude.data(), count, outputPeak_);
-    highestTruePeak_ = truePeakLeft_.highest(left.data(), count, highestTruePeak_);
-    highestTruePeak_ = truePeakRight_.highest(right.data(), count, highestTruePeak_);
-    std::copy_n(left.data(), count, outLeft);
-    std::copy_n(right.data(), count, outRight);
+    trigger_.process(gains.reduction.data(), gains.held.data(), count, first, midi);
+    deepestReduction_ = highest(gains.reduction.data(), count, deepestReduction_);
+    deepestDucking_ = ducking.isSteady ? std::max(deepestDucking_, ducking.decibels[0])
+                                       : highest(ducking.decibels.data(), count, deepestDucking_);
+    outputPeak_ = highest(signal, count, outputPeak_);
+    highestTruePeak_ = truePeakLeft_.highest(signal.left.data(), count, highestTruePeak_);
+    highestTruePeak_ = truePeakRight_.highest(signal.right.data(), count, highestTruePeak_);
+}
+
+void Processor::processDirectly(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,
+                                Compressor::Gains& gains, std::uint32_t count) {
+    compressor_.process(key.left.data(), key.right.data(), ducking, gains, count);
+    if (enabled_.isMoving() || enabled_.target() != 1.0F) {
+        Chunk enabled;
+        enabled_.fill(enabled.data(), count);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            gains.first[i] = (1.0F - enabled[i]) + enabled[i] * gains.first[i];
+        }
+        for (std::uint32_t i = 0; !gains.areSame && i < count; ++i) {
+            gains.second[i] = (1.0F - enabled[i]) + enabled[i] * gains.second[i];
+        }
+    }
+    signal.multiply(gains.first, gains.ofSecond(), count);
+}
+
+void Processor::processInStages(StereoChunk& signal, const StereoChunk& input,
+                                const Ducking& ducking, Compressor::Gains& gains,
+                                std::uint32_t count) {
+    // A copy: the key may be the signal itself.
+    StereoChunk key = input;
+    StereoChunk listened;
+    if (isListening_) {
+        listened = key;
+    }
+    StereoChunk dry;
+    delay(signal, dry, count);
+    // A note ducks the frame with which it arrived.
+    Ducking delayedDucking;
+    duckingDelay_.write(ducking.decibels.data(), count);
+    duckingDelay_.read(
+        lookAhead_ + (activeOversampling_ == nullptr ? 0 : OversampledGain::latencyBeforeGain),
+        delayedDucking.decibels.data(), count);
+
+    if (isMidSide_) {
+        signal.toMidSide(count);
+        key.toMidSide(count);
+    }
+    if (activeOversampling_ != nullptr) {
+        activeOversampling_->process(signal, key, delayedDucking, gains, count);
+    } else {
+        compressor_.process(key.left.data(), key.right.data(), delayedDucking, gains, count);
+        signal.multiply(gains.first, gains.ofSecond(), count);
+    }
+    if (isMidSide_) {
+        signal.fromMidSide(count);
+    }
+    if (isLimiting_) {
+        limiter_.process(signal.left.data(), signal.right.data(), count);
+    }
+    if (isListening_) {
+        mixListened(signal, listened, count);
+    }
+    // 1 - enabled, so that the bypassed signal is exact.
+    Chunk share;
+    enabled_.fill(share.data(), count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        share[i] = 1.0F - share[i];
+    }
+    crossFade(signal, dry, share, count);
+}
+
+void Processor::delay(StereoChunk& signal, StereoChunk& dry, std::uint32_t count) {
+    delays_[0].write(signal.left.data(), count);
+    delays_[1].write(signal.right.data(), count);
+    delays_[0].read(latency_, dry.left.data(), count);
+    delays_[1].read(latency_, dry.right.data(), count);
+    delays_[0].read(lookAhead_, signal.left.data(), count);
+    delays_[1].read(lookAhead_, signal.right.data(), count);
+}
+
+void Processor::mixListened(StereoChunk& signal, const StereoChunk& key, std::uint32_t count) {
+    StereoChunk delayed;
+    listenDelays_[0].write(key.left.data(), count);
+    listenDelays_[1].write(key.right.data(), count);
+    listenDelays_[0].read(latency_, delayed.left.data(), count);
+    listenDelays_[1].read(latency_, delayed.right.data(), count);
+    Chunk share;
+    listen_.fill(share.data(), count);
+    crossFade(signal, delayed, share, count);
 }
 
 Processor::Meters Processor::endBlock(std::uint32_t frames) {
@@ -145,8 +338,9 @@ Processor::Meters Processor::endBlock(std::uint32_t frames) {
     outputMeter_.update(outputPeak_, frames);
     truePeakMeter_.update(highestTruePeak_ > unseenTruePeak_ ? highestTruePeak_ : 0.0F, frames);
     unseenTruePeak_ = amplitudeFromDecibels(truePeakMeter_.level() - unseenBelow);
-    return {.gainReduction = isEnabled_ ? deepestReduction_ : 0.0F,
-            .ducking = isEnabled_ ? deepestDucking_ : 0.0F,
+    const bool isEnabled = values_.isOn(Parameter::enabled);
+    return {.gainReduction = isEnabled ? deepestReduction_ : 0.0F,
+            .ducking = isEnabled ? deepestDucking_ : 0.0F,
             .inputLevel = inputMeter_.level(),
             .outputLevel = outputMeter_.level(),
             .truePeak = truePeakMeter_.level()};

@@ -6,8 +6,7 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-constexpr std::uint32_t firstParameter = 6;
-constexpr std::uint32_t firstReading = firstParameter + parameterCount;
+constexpr std::array<std::uint32_t, readingCount> readingPorts{20, 21, 22, 23, 24, 25, 52, 53};
 constexpr std::array<const char*, readingCount> readingSymbols{
     "gain_reduction", "ducking",        "input_level", "output_level",
     "midi_in_count",  "midi_out_count", "true_peak",   "run_count"};
@@ -29,10 +28,10 @@ PortNumbers::PortNumbers(const LV2UI_Port_Map* map) {
     };
     midiInput_ = number("midi_in", 0);
     for (std::uint32_t i = 0; i < parameterCount; ++i) {
-        parameters_.at(i) = number(parameterRanges.at(i).symbol, firstParameter + i);
+        parameters_.at(i) = number(parameterRanges.at(i).symbol, parameterRanges.at(i).port);
     }
     for (std::uint32_t i = 0; i < readingCount; ++i) {
-        readings_.at(i) = number(readingSymbols.at(i), firstReading + i);
+        readings_.at(i) = number(readingSymbols.at(i), readingPorts.at(i));
     }
 }
 

@@ -111,4 +111,50 @@ TEST(Ballistics, ResetClearsTheState) {
     EXPECT_EQ(run.reduction, constant(0.0F, 4));
 }
 
+TEST(Ballistics, HoldsAPeakForExactlyTheHoldTime) {
+    Ballistics ballistics(48000.0);
+    ballistics.setTimes(1.0F, 50.0F);
+    ballistics.setHold(480);
+    process(ballistics, constant(10.0F, 1));
+    const auto run = process(ballistics, constant(0.0F, 1000));
+    for (std::size_t i = 0; i < 480; ++i) {
+        ASSERT_EQ(run.held[i], 10.0F) << i;
+    }
+    for (std::size_t i = 480; i < 1000; ++i) {
+        ASSERT_NEAR(run.held[i], 10.0 * std::exp(-static_cast<double>(i - 479) / 2400.0), 1e-5)
+            << i;
+    }
+}
+
+TEST(Ballistics, HigherPeakStartsAnotherHold) {
+    Ballistics ballistics(48000.0);
+    ballistics.setTimes(1.0F, 50.0F);
+    ballistics.setHold(100);
+    process(ballistics, constant(10.0F, 1));
+    process(ballistics, constant(0.0F, 90));
+    process(ballistics, constant(11.0F, 1));
+    const auto run = process(ballistics, constant(0.0F, 101));
+    EXPECT_EQ(run.held[99], 11.0F);
+    EXPECT_LT(run.held[100], 11.0F);
+}
+
+TEST(Ballistics, AdaptiveSmoothingHoldsALowToneStill) {
+    Ballistics ballistics(48000.0);
+    ballistics.setTimes(0.1F, 45.0F);
+    ballistics.setAdaptive(true);
+    std::vector<float> asked(48000);
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        const double phase = 2.0 * std::numbers::pi * 50.0 * static_cast<double>(i) / 48000.0;
+        asked[i] = static_cast<float>(10.0 * std::abs(std::sin(phase)));
+    }
+    const auto run = process(ballistics, asked);
+    for (std::size_t i = 24000; i < asked.size(); ++i) {
+        ASSERT_NEAR(run.reduction[i], 10.0F, 1e-4F) << i;
+    }
+    // After the tone, the release starts at most 30 ms later.
+    const auto after = process(ballistics, constant(0.0F, 4800));
+    EXPECT_LT(after.held[1440], 10.0F);
+    EXPECT_LT(after.held[1440 + 2160], 3.7F);
+}
+
 }  // namespace

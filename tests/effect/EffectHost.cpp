@@ -16,6 +16,7 @@ namespace {
 constexpr std::uint32_t midiInPort = 0;
 constexpr std::uint32_t midiOutPort = 1;
 constexpr std::uint32_t firstAudioPort = 2;
+constexpr std::uint32_t firstSideChainPort = 31;
 
 }  // namespace
 
@@ -71,6 +72,11 @@ float& EffectHost::control(const std::string& symbol) {
     const auto found = std::find(symbols_.begin(), symbols_.end(), symbol);
     EXPECT_NE(found, symbols_.end()) << symbol;
     return controls_.at(static_cast<std::size_t>(found - symbols_.begin()));
+}
+
+void EffectHost::connectSideChain(const float* left, const float* right) {
+    lilv_instance_connect_port(instance_, firstSideChainPort, const_cast<float*>(left));
+    lilv_instance_connect_port(instance_, firstSideChainPort + 1, const_cast<float*>(right));
 }
 
 void EffectHost::run(const float* inLeft, const float* inRight, float* outLeft, float* outRight,

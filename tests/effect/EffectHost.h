@@ -42,6 +42,9 @@ class EffectHost {
     /// The value of a control port.
     float& control(const std::string& symbol);
 
+    /// Connects the external side-chain of the next run(); null disconnects it.
+    void connectSideChain(const float* left, const float* right);
+
     void activate() { lilv_instance_activate(instance_); }
     void deactivate() { lilv_instance_deactivate(instance_); }
 

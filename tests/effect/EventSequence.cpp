@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 #include <lv2/atom/util.h>
 #include <lv2/midi/midi.h>
+#include <lv2/time/time.h>
 
 #include <cstring>
 #include <iomanip>
+#include <string>
 
 namespace orvalo::testing {
 
@@ -18,7 +20,8 @@ void PrintTo(const MidiMessage& message, std::ostream* stream) {
 }
 
 EventSequence::EventSequence(UridMap& uris, std::uint32_t size)
-    : storage_(size / 8 + 1),
+    : uris_(uris),
+      storage_(size / 8 + 1),
       room_(size - static_cast<std::uint32_t>(sizeof(LV2_Atom))),
       sequence_(uris[LV2_ATOM__Sequence]),
       midi_(uris[LV2_MIDI__MidiEvent]) {
@@ -40,6 +43,31 @@ void EventSequence::append(std::int64_t frame, const std::uint8_t* bytes, std::u
     event->body = {.size = size, .type = midi_};
     std::memcpy(event + 1, bytes, size);
     data()->atom.size += needed;
+}
+
+void EventSequence::appendPosition(std::int64_t frame,
+                                   const std::vector<std::pair<const char*, double>>& values) {
+    struct Property {
+        LV2_Atom_Property_Body head;
+        double value;
+    };
+    std::vector<std::uint8_t> bytes(sizeof(LV2_Atom_Object_Body) +
+                                    values.size() * sizeof(Property));
+    const LV2_Atom_Object_Body object{.id = 0, .otype = uris_[LV2_TIME__Position]};
+    std::memcpy(bytes.data(), &object, sizeof object);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::string key = std::string(LV2_TIME_PREFIX) + values[i].first;
+        const Property property{.head = {.key = uris_[key.c_str()],
+                                         .context = 0,
+                                         .value = {sizeof(double), uris_[LV2_ATOM__Double]}},
+                                .value = values[i].second};
+        std::memcpy(bytes.data() + sizeof object + i * sizeof property, &property, sizeof property);
+    }
+    append(frame, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+    auto* last = reinterpret_cast<std::uint8_t*>(data()) + sizeof(LV2_Atom) + data()->atom.size -
+                 lv2_atom_pad_size(static_cast<std::uint32_t>(bytes.size())) -
+                 sizeof(LV2_Atom_Event);
+    reinterpret_cast<LV2_Atom_Event*>(last)->body.type = uris_[LV2_ATOM__Object];
 }
 
 void EventSequence::offer() {

@@ -3,6 +3,7 @@
 #include <lv2/atom/atom.h>
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "tests/effect/UridMap.h"
@@ -30,12 +31,17 @@ class EventSequence {
     void clear();
     /// Appends a message. The buffer must have room. Does not allocate.
     void append(std::int64_t frame, const std::uint8_t* bytes, std::uint32_t size);
+    /// Appends a time:Position object. values: pairs of a local name in the time vocabulary, such
+    /// as "beat", and a number, which is stored as a double.
+    void appendPosition(std::int64_t frame,
+                        const std::vector<std::pair<const char*, double>>& values);
     /// Makes it an output buffer: sets the size to the capacity.
     void offer();
     /// The written messages, with `start` added to their frames.
     std::vector<MidiMessage> messages(std::int64_t start);
 
   private:
+    UridMap& uris_;
     std::vector<std::uint64_t> storage_;
     std::uint32_t room_;
     LV2_URID sequence_;

@@ -84,6 +84,11 @@ class Fuzzer {
             }
             host_.midiIn().append(frame, bytes.data(), below(4) == 0 ? below(9) : 3);
         }
+        if (below(4) == 0) {
+            host_.midiIn().appendPosition(frame, {{"beat", static_cast<double>(anyFloat())},
+                                                  {"beatsPerMinute", below(400)},
+                                                  {"speed", below(3) - 1.0}});
+        }
         if (below(30) == 0) {
             // A sequence whose stated size exceeds its events.
             host_.midiIn().data()->atom.size -=

@@ -3,15 +3,15 @@
 #include <array>
 #include <cstring>
 
-#include "effect/MidiSequenceReader.h"
 #include "effect/MidiSequenceWriter.h"
+#include "effect/SequenceReader.h"
 #include "tests/effect/EventSequence.h"
 
 namespace {
 
 using namespace orvalo::testing;
-using orvalo::effect::MidiSequenceReader;
 using orvalo::effect::MidiSequenceWriter;
+using orvalo::effect::SequenceReader;
 
 using Messages = std::vector<MidiMessage>;
 
@@ -19,9 +19,9 @@ class MidiSequenceTest : public testing::Test {
   protected:
     /// All events that the reader gives for a block of `frames` frames.
     Messages read(std::uint32_t frames) {
-        MidiSequenceReader reader(sequence.data(), numbers, frames);
+        SequenceReader reader(sequence.data(), numbers, frames);
         Messages messages;
-        MidiSequenceReader::Event event{};
+        SequenceReader::Event event{};
         while (reader.next(event)) {
             messages.push_back({event.frame, {event.bytes, event.bytes + event.size}});
         }
@@ -79,8 +79,8 @@ TEST_F(MidiSequenceTest, OtherAtomsHaveNoEvents) {
     sequence.append(0, on.data(), 3);
     sequence.data()->atom.type = uris["urn:example:other"];
     EXPECT_EQ(read(64), Messages{});
-    MidiSequenceReader::Event event{};
-    EXPECT_FALSE(MidiSequenceReader(nullptr, numbers, 64).next(event));
+    SequenceReader::Event event{};
+    EXPECT_FALSE(SequenceReader(nullptr, numbers, 64).next(event));
 }
 
 TEST_F(MidiSequenceTest, WritesNothingBeyondItsCapacity) {

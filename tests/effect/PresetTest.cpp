@@ -28,10 +28,13 @@ TEST(Presets, AreOrderedByLabel) {
         labels.push_back(label);
     }
     EXPECT_EQ(labels,
-              (std::vector<std::string>{
-                  "Acoustic Sparkle", "Bass Anchor", "Drum Punch", "Gentle Glue", "Kick to Note",
-                  "Lazy Leveller", "Night Listening", "Note Gate", "Note Pump", "Parallel Smash",
-                  "Peak Catcher", "Squashed Radio", "Voice Forward"}));
+              (std::vector<std::string>{"Acoustic Sparkle", "Bass Anchor",     "De-esser",
+                                        "Drum Punch",       "Gentle Glue",     "Kick to Note",
+                                        "Kick-proof Bus",   "Lazy Leveller",   "Mid-side Polish",
+                                        "Mix Bus Glue",     "Night Listening", "Note Gate",
+                                        "Note Pump",        "Parallel Drums",  "Parallel Smash",
+                                        "Peak Catcher",     "Squashed Radio",  "Tempo Pump",
+                                        "True-peak Master", "Vocal Leveller",  "Voice Forward"}));
 }
 
 TEST(Presets, SetEveryControlButBypassWithinItsRange) {

@@ -21,6 +21,20 @@ TEST(EffectRealTime, RunMakesNoForbiddenCall) {
     float& channel = host.control("midi_channel");
     float& enabled = host.control("enabled");
     float& makeup = host.control("makeup");
+    for (const char* symbol : {"beat", "sc_source", "detector", "auto_makeup", "ceiling_on",
+                               "adaptive", "stereo_mode"}) {
+        host.control(symbol) = 1.0F;
+    }
+    host.control("threshold") = -50.0F;
+    host.control("sc_highpass") = 100.0F;
+    host.control("sc_lowpass") = 9000.0F;
+    host.control("hold") = 20.0F;
+    host.connectSideChain(input.right.data(), input.left.data());
+    float& lookAhead = host.control("look_ahead");
+    float& oversampling = host.control("oversampling");
+    float& link = host.control("link");
+    float& listen = host.control("sc_listen");
+    float& ceilingOn = host.control("ceiling_on");
     const std::array<std::uint8_t, 3> on{0x90, 60, 100};
     const std::array<std::uint8_t, 3> off{0xB0, 123, 0};
     bool sent = false;
@@ -31,7 +45,14 @@ TEST(EffectRealTime, RunMakesNoForbiddenCall) {
         channel = static_cast<float>(block / 50 % 3);
         makeup = static_cast<float>(block % 24);
         enabled = block % 100 < 80 ? 1.0F : 0.0F;
+        lookAhead = static_cast<float>(block / 20 % 11);
+        oversampling = static_cast<float>(block / 30 % 3);
+        link = static_cast<float>(block / 40 % 3) * 50.0F;
+        listen = block % 70 < 20 ? 1.0F : 0.0F;
+        ceilingOn = block % 90 < 70 ? 1.0F : 0.0F;
         host.midiIn().clear();
+        host.midiIn().appendPosition(
+            0, {{"beat", block * 0.01}, {"beatsPerMinute", 120.0}, {"speed", 1.0}});
         host.midiIn().append(17, on.data(), 3);
         host.midiIn().append(70, off.data(), 3);
         {

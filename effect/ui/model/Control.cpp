@@ -7,7 +7,7 @@ namespace orvalo::effect::ui {
 namespace {
 
 /// In the order of the parameters.
-constexpr std::array<Control, parameterCount> controls{{
+constexpr std::array<Control, shownParameterCount> controls{{
     {"Enabled", "On", Unit::toggle, Taper::whole, 1.0, 1.0},
     {"Threshold", "Thresh", Unit::decibels, Taper::linear, 1.0, 0.1},
     {"Ratio", "Ratio", Unit::ratio, Taper::logarithmic, 0.0, 0.0},

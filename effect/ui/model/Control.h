@@ -4,6 +4,9 @@
 
 namespace orvalo::effect::ui {
 
+/// The first parameters; the UI has no controls for the others yet.
+inline constexpr std::size_t shownParameterCount = 14;
+
 /// The unit of a parameter's values.
 enum class Unit : std::uint8_t { toggle, decibels, ratio, milliseconds, percent, note, channel };
 
@@ -23,6 +26,7 @@ struct Control {
     double fineStep;
 };
 
+/// parameter: a shown one.
 const Control& control(Parameter parameter);
 const ParameterRange& range(Parameter parameter);
 

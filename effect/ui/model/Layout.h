@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "effect/dsp/Parameter.h"
+#include "effect/ui/model/Control.h"
 #include "effect/ui/model/Rect.h"
 
 namespace orvalo::effect::ui {
@@ -70,7 +71,7 @@ struct Layout {
     Rect history;
     Rect pad;
     std::array<Panel, sectionCount> panels{};
-    std::array<Cell, parameterCount> cells{};
+    std::array<Cell, shownParameterCount> cells{};
     std::array<Rect, meterCount> meters{};
 
     const Panel& panel(Section section) const { return panels[static_cast<std::size_t>(section)]; }

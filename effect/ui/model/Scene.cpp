@@ -73,7 +73,7 @@ Target Scene::targetAt(double x, double y) const {
     if (layout.pad.contains(x, y)) {
         return {.kind = padAreas(layout).keys.contains(x, y) ? Kind::noteKeys : Kind::pad};
     }
-    for (std::size_t i = 0; i < parameterCount; ++i) {
+    for (std::size_t i = 0; i < shownParameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         const Cell& cell = layout.cell(parameter);
         if (cell.value.contains(x, y)) {

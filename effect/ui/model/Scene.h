@@ -8,6 +8,7 @@
 
 #include "effect/dsp/Parameter.h"
 #include "effect/ui/model/ActivityLight.h"
+#include "effect/ui/model/Control.h"
 #include "effect/ui/model/EditHistory.h"
 #include "effect/ui/model/History.h"
 #include "effect/ui/model/Layout.h"
@@ -73,7 +74,7 @@ enum class Part : std::uint8_t {
     firstControl
 };
 inline constexpr std::size_t partCount =
-    static_cast<std::size_t>(Part::firstControl) + parameterCount;
+    static_cast<std::size_t>(Part::firstControl) + shownParameterCount;
 
 constexpr std::size_t partOf(Parameter parameter) {
     return static_cast<std::size_t>(Part::firstControl) + static_cast<std::size_t>(parameter);
@@ -112,7 +113,7 @@ inline constexpr std::array<HeaderField, static_cast<std::size_t>(Focus::firstCo
     }};
 
 inline constexpr std::size_t padFocus =
-    static_cast<std::size_t>(Focus::firstControl) + parameterCount;
+    static_cast<std::size_t>(Focus::firstControl) + shownParameterCount;
 inline constexpr std::size_t historyFocus = padFocus + 1;
 inline constexpr std::size_t metersFocus = historyFocus + 1;
 inline constexpr std::size_t focusCount = metersFocus + 1;
@@ -172,7 +173,11 @@ struct Scene {
     bool allChanged = true;
 
     void markChanged(Part part) { changed.set(static_cast<std::size_t>(part)); }
-    void markChanged(Parameter parameter) { changed.set(partOf(parameter)); }
+    void markChanged(Parameter parameter) {
+        if (partOf(parameter) < partCount) {
+            changed.set(partOf(parameter));
+        }
+    }
     void markAllChanged() { allChanged = true; }
     bool isChanged() const { return allChanged || changed.any(); }
     void markDrawn() {

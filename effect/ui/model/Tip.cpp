@@ -13,7 +13,7 @@ namespace {
 using Kind = Target::Kind;
 
 /// In the order of the parameters.
-constexpr std::array<const char*, parameterCount> descriptions{
+constexpr std::array<const char*, shownParameterCount> descriptions{
     "Switches the effect on, or bypasses it.",
     "Threshold: the peak level above which the gain is reduced.",
     "Ratio: input dB per output dB above the threshold.",

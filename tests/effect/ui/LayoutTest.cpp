@@ -4,6 +4,8 @@
 
 #include <vector>
 
+#include "effect/ui/model/Control.h"
+
 namespace {
 
 using namespace orvalo::effect;
@@ -59,7 +61,7 @@ TEST(Layout, PartsLieInTheWindowAndDoNotOverlap) {
 TEST(Layout, KnobsAreRoundAndLieBetweenNameAndValue) {
     for (const auto& [width, height, scale] : sensible) {
         const auto layout = Layout::of(width, height, scale);
-        for (std::size_t i = 1; i < parameterCount; ++i) {
+        for (std::size_t i = 1; i < shownParameterCount; ++i) {
             const auto& cell = layout.cells.at(i);
             EXPECT_EQ(cell.dial.width, cell.dial.height);
             EXPECT_GE(cell.dial.width, 1.9 * layout.text) << width << 'x' << height;
@@ -136,7 +138,7 @@ TEST(Layout, PresetListShowsAllPresets) {
 TEST(Layout, TextFieldAndComplaintLieInTheWindow) {
     for (const auto& [width, height, scale] : sensible) {
         const auto layout = Layout::of(width, height, scale);
-        for (std::size_t i = 1; i < parameterCount; ++i) {
+        for (std::size_t i = 1; i < shownParameterCount; ++i) {
             const auto parameter = static_cast<Parameter>(i);
             const Rect field = layout.entryField(parameter);
             EXPECT_TRUE(isWithin(field, layout.whole()));

@@ -22,7 +22,7 @@ TEST(Tip, TellsWhatAControlDoesWithItsUnitRangeAndDefault) {
 }
 
 TEST(Tip, EveryControlHasOne) {
-    for (std::size_t i = 0; i < parameterCount; ++i) {
+    for (std::size_t i = 0; i < shownParameterCount; ++i) {
         const auto text =
             tipFor({.kind = Target::Kind::control, .parameter = static_cast<Parameter>(i)});
         EXPECT_EQ(text.size(), i == 0 ? 1U : 2U) << i;

@@ -45,7 +45,7 @@ TEST(TypedValue, AcceptsTypedText) {
 }
 
 TEST(TypedValue, AcceptsTheDisplayedText) {
-    for (std::size_t i = 1; i < parameterCount; ++i) {
+    for (std::size_t i = 1; i < shownParameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         for (int percent = 0; percent <= 100; ++percent) {
             const double position = 0.01 * percent;
@@ -91,7 +91,7 @@ TEST(TypedValue, EveryTextGivesAValueOrAComplaint) {
         for (unsigned i = 0; i < length; ++i) {
             text += characters[random() % characters.size()];
         }
-        const auto parameter = static_cast<Parameter>(random() % parameterCount);
+        const auto parameter = static_cast<Parameter>(random() % shownParameterCount);
         const auto typed = typedValue(parameter, text);
         ASSERT_EQ(typed.value.has_value(), typed.complaint.empty()) << text;
         if (typed.value) {

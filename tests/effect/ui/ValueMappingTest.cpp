@@ -14,7 +14,7 @@ using namespace orvalo::effect;
 using namespace orvalo::effect::ui;
 
 TEST(ValueMapping, EndPositionsAreTheEndsOfTheRange) {
-    for (std::size_t i = 0; i < parameterCount; ++i) {
+    for (std::size_t i = 0; i < shownParameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         const auto& ends = range(parameter);
         EXPECT_EQ(valueAt(parameter, 0.0), ends.minimum) << ends.symbol;
@@ -30,7 +30,7 @@ TEST(ValueMapping, EndPositionsAreTheEndsOfTheRange) {
 }
 
 TEST(ValueMapping, PositionAndValueAreInverse) {
-    for (std::size_t i = 0; i < parameterCount; ++i) {
+    for (std::size_t i = 0; i < shownParameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         for (int percent = 0; percent <= 100; percent += 5) {
             const double position = 0.01 * percent;
@@ -92,7 +92,7 @@ TEST(ValueMapping, StepsLandOnRoundValues) {
 }
 
 TEST(ValueMapping, EveryStepChangesTheValue) {
-    for (std::size_t i = 0; i < parameterCount; ++i) {
+    for (std::size_t i = 0; i < shownParameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         for (const bool fine : {false, true}) {
             float value = range(parameter).minimum;

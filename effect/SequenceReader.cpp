@@ -1,4 +1,4 @@
-#include "effect/MidiSequenceReader.h"
+#include "effect/SequenceReader.h"
 
 #include <lv2/atom/util.h>
 
@@ -7,9 +7,12 @@
 
 namespace orvalo::effect {
 
-MidiSequenceReader::MidiSequenceReader(const LV2_Atom_Sequence* sequence, const Uris& uris,
-                                       std::uint32_t frames)
-    : midiEvent_(uris.midiEvent), frames_(frames) {
+SequenceReader::SequenceReader(const LV2_Atom_Sequence* sequence, const Uris& uris,
+                               std::uint32_t frames)
+    : midiEvent_(uris.midiEvent),
+      object_(uris.atomObject),
+      blank_(uris.atomBlank),
+      frames_(frames) {
     if (sequence == nullptr || uris.atomSequence == 0 || sequence->atom.type != uris.atomSequence ||
         sequence->atom.size < sizeof(LV2_Atom_Sequence_Body)) {
         return;
@@ -20,7 +23,7 @@ MidiSequenceReader::MidiSequenceReader(const LV2_Atom_Sequence* sequence, const 
     left_ = sequence->atom.size - static_cast<std::uint32_t>(sizeof(LV2_Atom_Sequence_Body));
 }
 
-bool MidiSequenceReader::next(Event& event) {
+bool SequenceReader::next(Event& event) {
     while (left_ >= sizeof(LV2_Atom_Event)) {
         LV2_Atom_Event head;
         std::memcpy(&head, position_, sizeof head);
@@ -32,11 +35,13 @@ bool MidiSequenceReader::next(Event& event) {
         const std::uint32_t padded = std::min(room, lv2_atom_pad_size(head.body.size));
         position_ = bytes + padded;
         left_ = room - padded;
-        if (head.body.type == midiEvent_ && head.body.size != 0) {
+        const bool isMidi = head.body.type == midiEvent_ && head.body.size != 0;
+        const bool isObject = head.body.type == object_ || head.body.type == blank_;
+        if (isMidi || isObject) {
             const std::int64_t time = inFrames_ ? head.time.frames : 0;
             frame_ = static_cast<std::uint32_t>(
                 std::clamp<std::int64_t>(time, frame_, std::max(frame_, frames_)));
-            event = {.frame = frame_, .bytes = bytes, .size = head.body.size};
+            event = {.frame = frame_, .isMidi = isMidi, .bytes = bytes, .size = head.body.size};
             return true;
         }
     }

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "effect/dsp/Chunk.h"
+
+namespace orvalo::effect {
+
+/// The true peak of a channel, frame by frame: the highest of four interpolated samples, by the
+/// filter of Recommendation ITU-R BS.1770-4, Annex 2, and of the sample itself.
+class TruePeak {
+  public:
+    static constexpr std::uint32_t taps = 12;
+    static constexpr std::uint32_t phases = 4;
+    /// A sample contributes to the peaks of this many frames, its own first.
+    static constexpr std::uint32_t span = taps;
+
+    void reset() { samples_.fill(0.0F); }
+
+    /// Raises each of `count` peaks, at most chunkFrames, to the true peak at its frame. A peak
+    /// belongs to the frame, and to the taps - 1 frames before it.
+    void raise(const float* samples, float* peaks, std::uint32_t count);
+
+  private:
+    std::array<float, taps - 1 + chunkFrames> samples_{};
+};
+
+}  // namespace orvalo::effect
