@@ -13,18 +13,18 @@ constexpr std::uint8_t noteOffStatus = 0x80;
 constexpr double loudest = 127.0;
 
 /// In the order of their notes, from C to C.
-constexpr std::string_view noteKeys = "awsedftgyhujk";
+constexpr std::u32string_view noteKeys = U"awsedftgyhujk";
 static_assert(noteKeys.size() == Scene::noteKeyCount);
 
 std::optional<std::uint8_t> noteOf(const Keystroke& key) {
     if (key.key != Key::character) {
         return std::nullopt;
     }
-    const char lower = key.character >= 'A' && key.character <= 'Z'
-                           ? static_cast<char>(key.character - 'A' + 'a')
-                           : key.character;
+    const char32_t lower = key.character >= U'A' && key.character <= U'Z'
+                               ? key.character - U'A' + U'a'
+                               : key.character;
     const auto at = noteKeys.find(lower);
-    if (at == std::string_view::npos) {
+    if (at == std::u32string_view::npos) {
         return std::nullopt;
     }
     return static_cast<std::uint8_t>(NotePlayer::firstKeyNote + at);

@@ -16,7 +16,7 @@ class NotePlayerTest : public orvalo::testing::SceneFixture {
   protected:
     static Keystroke key(char character) {
         return {.key = Key::character,
-                .character = character,
+                .character = static_cast<char32_t>(character),
                 .fine = false,
                 .code = static_cast<std::uint32_t>(character)};
     }
