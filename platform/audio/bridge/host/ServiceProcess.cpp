@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
@@ -185,6 +186,13 @@ void add(ServiceProcess::Use& use, const std::filesystem::path& process) {
     }
 }
 
+bool isSameFileSystem(const std::string& one, const std::string& other) {
+    struct stat first {};
+    struct stat second {};
+    return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 &&
+           first.st_dev == second.st_dev;
+}
+
 std::string signalText(int signal) {
     return "was killed by signal " + std::to_string(signal) + " (" + g_strsignal(signal) + ")";
 }
@@ -284,9 +292,15 @@ ServiceProcess::Use ServiceProcess::use() const {
         add(use, "/proc/" + std::to_string(id_));
         return use;
     }
+    const auto first = "/proc/" + std::to_string(first_);
+    const auto folder = first + "/root/proc";
+    if (isSameFileSystem(folder, "/proc")) {
+        // bubblewrap has not left the host's root yet.
+        add(use, first);
+        return use;
+    }
     // The namespace's own list of its processes.
     std::error_code error;
-    const auto folder = "/proc/" + std::to_string(first_) + "/root/proc";
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         if (g_ascii_isdigit(entry->path().filename().c_str()[0])) {
