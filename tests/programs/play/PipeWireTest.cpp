@@ -209,6 +209,7 @@ TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsJack) {
 
 TEST_F(PipeWireTest, PlaysOnAVirtualSinkWithoutPhysicalPorts) {
     startDaemons("media.class = Audio/Duplex node.description = Quiet");
+    startSessionManager();  // Without it, PipeWire 1.4 makes no ports for JACK.
     environment["ORVALO_AUDIO_OUTPUT"] = "jack";
     Program playing(onPipeWiresJack(), environment);
     EXPECT_EQ(playing.readUntil("looped: 2.").back(),
