@@ -119,7 +119,7 @@ void show(const std::string& text) {
     }
 }
 
-/// Replaces or creates a file (mode 0600), or leaves it as it is when it throws.
+/// Replaces or creates a file (mode 0600), or leaves its content as it is when it throws.
 void writeFile(const fs::path& path, const std::string& text) {
     std::error_code error;
     if (fs::exists(path, error) && !fs::is_regular_file(path)) {
@@ -127,10 +127,11 @@ void writeFile(const fs::path& path, const std::string& text) {
     }
     constexpr int ownerOnly = 0600;
     GError* failure = nullptr;
-    // GLib would replace a link.
-    if (g_file_set_contents_full(fs::weakly_canonical(path, error).c_str(), text.data(),
-                                 static_cast<gssize>(text.size()), G_FILE_SET_CONTENTS_CONSISTENT,
-                                 ownerOnly, &failure) == FALSE) {
+    const auto file = fs::weakly_canonical(path, error);  // GLib would replace a link.
+    // GLib 2.84 keeps the mode of a file that is there.
+    fs::permissions(file, static_cast<fs::perms>(ownerOnly), error);
+    if (g_file_set_contents_full(file.c_str(), text.data(), static_cast<gssize>(text.size()),
+                                 G_FILE_SET_CONTENTS_CONSISTENT, ownerOnly, &failure) == FALSE) {
         throw std::runtime_error(std::string(GErrorPointer(failure)->message) + ".");
     }
 }

@@ -56,7 +56,9 @@ TEST_F(DefaultsImportTest, WithoutAFileItReadsStandardInput) {
     EXPECT_EQ(bad.error,
               "orvalo-defaults: standard input: it holds no object of keys and values.\n");
     EXPECT_EQ(bad.status, 1);
-    EXPECT_THAT(shell(R"("$D" import d <&-)").error, HasSubstr("unexpected end of input"));
+    // The rest is the JSON library's text, which depends on its version.
+    EXPECT_THAT(shell(R"("$D" import d <&-)").error,
+                StartsWith("orvalo-defaults: standard input: line 1, column 1: "));
 }
 
 TEST_F(DefaultsImportTest, AFileThatIsNotJSONIsRefusedWithItsLine) {

@@ -114,6 +114,7 @@ TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsJack) {
 
 TEST_F(PipeWireTest, PlaysOnAVirtualSinkWithoutPhysicalPorts) {
     daemons.start({.properties = "media.class = Audio/Duplex node.description = Quiet"});
+    daemons.startSessionManager();  // Without it, PipeWire 1.4 makes no ports for JACK.
     environment["ORVALO_AUDIO_OUTPUT"] = "jack";
     Program playing(onPipeWiresJack(), environment);
     EXPECT_EQ(playing.readUntil("looped: 2.").back(),

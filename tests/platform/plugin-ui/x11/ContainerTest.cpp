@@ -1,8 +1,10 @@
 #include "platform/plugin-ui/x11/X11Container.h"
 
+#include <gtest/gtest.h>
+
+// After GoogleTest: None is a macro.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <gtest/gtest.h>
 
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/platform/plugin-ui/x11/Toplevel.h"

@@ -46,6 +46,20 @@ class Script {
     const std::string name_;
 };
 
+/// A folder that programs are searched in first, for the object's life.
+class FirstInPath {
+  public:
+    explicit FirstInPath(const std::filesystem::path& folder) {
+        setenv("PATH", (folder.string() + ":" + before_).c_str(), 1);
+    }
+    ~FirstInPath() { setenv("PATH", before_.c_str(), 1); }
+    FirstInPath(const FirstInPath&) = delete;
+    FirstInPath& operator=(const FirstInPath&) = delete;
+
+  private:
+    const std::string before_ = getenv("PATH");
+};
+
 std::string readAll(FileDescriptor descriptor) {
     std::ifstream file("/dev/fd/" + std::to_string(descriptor.get()));
     return {std::istreambuf_iterator<char>(file), {}};
@@ -66,14 +80,22 @@ TEST(ServiceProcess, ReturnsTheSignalOfAServiceThatEndedBeforeItsFirstProcessWas
     const Script program("exit 0");
     // With the real bubblewrap, which the first process looks for.
     ServiceProcess(program.path()).end();
-    const char* const variable = getenv("PATH");
-    const std::string path = variable == nullptr ? "" : variable;
     const Script bubblewrap("echo '{ \"child-pid\": 2000000000 }' >&5; exit 139", "bwrap");
-    setenv("PATH", (bubblewrap.path().parent_path().string() + ":" + path).c_str(), 1);
+    const FirstInPath path(bubblewrap.path().parent_path());
     ServiceProcess process(program.path());
-    setenv("PATH", path.c_str(), 1);
     ASSERT_TRUE(process.endsWithin(kLong));
     EXPECT_EQ(process.end(), "was killed by signal 11 (Segmentation fault)");
+}
+
+TEST(ServiceProcess, CountsNoOtherProcessesBeforeBubblewrapHasLeftTheHostsRoot) {
+    const Script program("exit 0");
+    ServiceProcess(program.path()).end();
+    const Script bubblewrap(
+        R"(sleep 1000 5>&- & echo "{ \"child-pid\": $! }" >&5; exec 5>&-; wait)", "bwrap");
+    const FirstInPath path(bubblewrap.path().parent_path());
+    ServiceProcess process(program.path());
+    EXPECT_EQ(process.use().threads, 1U);
+    process.end();
 }
 
 /// Interrupts its creator thread by signals for the object's life, at most 30 s. Sends each signal
