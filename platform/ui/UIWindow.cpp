@@ -39,29 +39,11 @@ GtkWidget* newScreenBin(GtkWidget* screen, std::function<void()> laidOut) {
     return bin;
 }
 
-/// Gives the space bar to the widget whose focus the user sees, before shortcuts of the capture
-/// phase get it. Shortcuts of the bubble phase never would, because GtkWindow takes it.
-gboolean offerSpace(GtkEventControllerKey* controller, guint key, guint /*code*/,
-                    GdkModifierType modifiers, void* /*data*/) {
-    auto* window =
-        GTK_WINDOW(gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(controller)));
-    auto* focus = gtk_window_get_focus(window);
-    const bool isPlain = (modifiers & gtk_accelerator_get_default_mod_mask()) == 0;
-    return key == GDK_KEY_space && isPlain && focus != nullptr &&
-                   gtk_window_get_focus_visible(window) != FALSE
-               ? gtk_event_controller_key_forward(controller, focus)
-               : FALSE;
-}
-
 }  // namespace
 
 UIWindow::UIWindow(GtkWidget* widget)
     : UIView(widget), stack_(GTK_STACK(g_object_ref_sink(gtk_stack_new()))) {
     gtk_window_set_child(GTK_WINDOW(widget), GTK_WIDGET(stack_));
-    auto* keys = gtk_event_controller_key_new();
-    gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
-    g_signal_connect(keys, "key-pressed", G_CALLBACK(offerSpace), nullptr);
-    gtk_widget_add_controller(widget, keys);
     g_signal_connect_swapped(stack_, "notify::transition-running",
                              G_CALLBACK(+[](UIWindow* window) {
                                  if (gtk_stack_get_transition_running(window->stack_) == FALSE) {
