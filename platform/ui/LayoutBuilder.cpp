@@ -116,6 +116,47 @@ LayoutBuilder::LayoutBuilder(std::string layout, const std::string& object)
     build(object);
 }
 
+namespace {
+
+/// Activates the widget whose focus the user sees, else does what the shortcut does.
+gboolean activateFocusOr(GtkWidget* widget, GVariant* arguments, void* action) {
+    auto* root = gtk_widget_get_root(widget);
+    if (GTK_IS_WINDOW(root)) {
+        auto* focus = gtk_window_get_focus(GTK_WINDOW(root));
+        if (focus != nullptr && gtk_window_get_focus_visible(GTK_WINDOW(root)) != FALSE &&
+            gtk_widget_activate(focus) != FALSE) {
+            return TRUE;
+        }
+    }
+    return gtk_shortcut_action_activate(GTK_SHORTCUT_ACTION(action), GTK_SHORTCUT_ACTION_EXCLUSIVE,
+                                        widget, arguments);
+}
+
+/// Shortcuts of the capture phase get the space bar before the focused widget. Those of the bubble
+/// phase never get it, because GtkWindow takes it.
+void preferVisibleFocus(GtkBuilder* builder) {
+    GSList* objects = gtk_builder_get_objects(builder);
+    for (const GSList* link = objects; link != nullptr; link = link->next) {
+        if (!GTK_IS_SHORTCUT_CONTROLLER(link->data) ||
+            gtk_event_controller_get_propagation_phase(GTK_EVENT_CONTROLLER(link->data)) !=
+                GTK_PHASE_CAPTURE) {
+            continue;
+        }
+        auto* shortcuts = G_LIST_MODEL(link->data);
+        for (guint index = 0; index < g_list_model_get_n_items(shortcuts); ++index) {
+            const GObjectPointer<GtkShortcut> shortcut(
+                GTK_SHORTCUT(g_list_model_get_item(shortcuts, index)));
+            auto* action = gtk_shortcut_get_action(shortcut.get());
+            gtk_shortcut_set_action(
+                shortcut.get(),
+                gtk_callback_action_new(activateFocusOr, g_object_ref(action), g_object_unref));
+        }
+    }
+    g_slist_free(objects);
+}
+
+}  // namespace
+
 void LayoutBuilder::build(const std::string& object) {
     g_type_ensure(viewWidgetType());
     g_type_ensure(viewLayoutType());
@@ -124,6 +165,7 @@ void LayoutBuilder::build(const std::string& object) {
                                     static_cast<gssize>(object.size()), &error) == FALSE) {
         fatalError(layout_ + ": " + GErrorPointer(error)->message);
     }
+    preferVisibleFocus(builder_.get());
 }
 
 GtkWidget* LayoutBuilder::plainWindow() {

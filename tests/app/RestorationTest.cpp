@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -21,7 +22,7 @@ using ::testing::Value;
 /// the keyboard.
 class RestorationTest : public ApplicationFixture {
   protected:
-    RestorationTest() { environment["LV2_PATH"] = ORVALO_MANY_CONTROLS; }
+    RestorationTest() { environment["LV2_PATH"] = ORVALO_MANY_CONTROLS "/few"; }
 
     bool shows(const std::string& text) const { return Value(tree.names(), Contains(text)); }
     bool waitFor(const std::string& text) const {
@@ -49,38 +50,55 @@ class RestorationTest : public ApplicationFixture {
     }
 
     static constexpr int kLevel = 1;
-    static constexpr int kSwitch = 2;
 };
 
 TEST_F(RestorationTest, AUIOfThePortsShowsEachKind) {
     startAndShow();
-    for (const auto* text : {"Preset", "Level", "-20.0 dB", "On & off", "Wave", "Square", "Steps", "4",
-                             "Tone", "Cutoff", "200 Hz", "Width", "50.0 steps", "Meters", "Meter",
-                             "More 259"}) {
+    for (const auto* text :
+         {"Preset", "Level", "-20.0 dB", "On & off", "Wave", "Square", "Steps", "4", "Tone",
+          "Cutoff", "200 Hz", "Width", "50.0 steps", "Meters", "Meter"}) {
         EXPECT_TRUE(waitFor(text)) << text;
     }
     EXPECT_FALSE(shows("Hidden"));
     EXPECT_FALSE(shows("Latency"));
     EXPECT_EQ(quit(), 0);
     EXPECT_THAT(program->standardError(),
-                HasSubstr("The UI of <urn:orvalo:test:many-controls> cannot be shown: the plug-in "
+                HasSubstr("The UI of <urn:orvalo:test:few> cannot be shown: the plug-in "
                           "has none.\n"));
 }
 
 TEST_F(RestorationTest, TheKeyboardSetsValuesAndTheMeterFollows) {
     startAndShow();
+    key("space");
+    EXPECT_EQ(lineWith("Audio engine starting."), "AUEnginePlayer: Audio engine starting.");
     tabTo(kLevel);
     key("Right");
     EXPECT_TRUE(waitFor("-19.6 dB"));
     key("Page_Up");
-    EXPECT_TRUE(waitFor("-15.6 dB"));
-    key("Tab");
-    // The switch takes the space bar, so nothing plays.
+    // Of the control and of the meter, which the effect writes.
+    EXPECT_TRUE(pollUntil([this] { return std::ranges::count(tree.names(), "-15.6 dB") == 2; }));
+    tabTo(0);
+    // The switch takes the space bar, so the music does not stop.
     key("space");
-    playAndStop();
     EXPECT_EQ(quit(), 0);
+    EXPECT_THAT(program->readAll(), Not(Contains("AUEnginePlayer: Audio engine stopping.")));
     EXPECT_THAT(saved(), HasSubstr("\nlevel=-15.6"));
     EXPECT_THAT(saved(), HasSubstr("\non=1\n"));
+}
+
+TEST_F(RestorationTest, AUIOfManyPortsScrolls) {
+    environment["LV2_PATH"] = ORVALO_MANY_CONTROLS "/many";
+    startAndShow();
+    EXPECT_TRUE(shows("More 259"));
+    // Backwards from the first control: the bar's buttons, then the last control, in the last
+    // group.
+    tabTo(0);
+    for (int tab = 0; tab < 5; ++tab) {
+        key("shift+Tab");
+    }
+    key("Right");
+    EXPECT_EQ(quit(), 0);
+    EXPECT_THAT(saved(), HasSubstr("\ncutoff=214.3"));
 }
 
 TEST_F(RestorationTest, APresetIsLoadedByTheList) {
@@ -115,7 +133,7 @@ TEST_F(RestorationTest, TheEffectStartsAsItWasAtTheEnd) {
 
 TEST_F(RestorationTest, AnUnreadableStateGivesALineAndTheDefault) {
     for (const auto* text : {"\1\2\3", "[Controls]\nlevel=-3\n",
-                             "[Effect]\nURI=urn:orvalo:test:many-controls\n[Controls]\nlevel=loud\n"}) {
+                             "[Effect]\nURI=urn:orvalo:test:few\n[Controls]\nlevel=loud\n"}) {
         write(text);
         startAndShow();
         EXPECT_TRUE(waitFor("-20.0 dB")) << text;
@@ -131,7 +149,7 @@ TEST_F(RestorationTest, TheStateOfAnotherEffectAndValuesOutOfRangeAreNotTaken) {
     EXPECT_TRUE(waitFor("-20.0 dB"));
     EXPECT_EQ(quit(), 0);
     EXPECT_THAT(program->standardError(), Not(HasSubstr(state().string())));
-    write("[Effect]\nURI=urn:orvalo:test:many-controls\n[Controls]\nlevel=7\nwidth=25\nmeter=1\n");
+    write("[Effect]\nURI=urn:orvalo:test:few\n[Controls]\nlevel=7\nwidth=25\nmeter=1\n");
     startAndShow();
     EXPECT_TRUE(waitFor("25.0 steps"));
     EXPECT_TRUE(waitFor("-20.0 dB"));

@@ -128,6 +128,8 @@ bool activateShortcut(GtkWidget* widget, const X11Key& key) {
     if (root == nullptr) {
         return false;
     }
+    // The plug-in UI has the keyboard, so no focus of the toolkit is meant.
+    gtk_window_set_focus_visible(GTK_WINDOW(root), FALSE);
     const auto triggers = triggersOf(gtk_widget_get_display(widget), key);
     return std::any_of(triggers.begin(), triggers.end(), [root](const auto& trigger) {
         return activate(GTK_WIDGET(root), trigger.get());

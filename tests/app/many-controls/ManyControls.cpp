@@ -40,12 +40,15 @@ void cleanup(LV2_Handle handle) {
     delete static_cast<Effect*>(handle);
 }
 
-constexpr LV2_Descriptor kDescriptor{
-    "urn:orvalo:test:many-controls", instantiate, connectPort, nullptr, run, nullptr, cleanup,
-    nullptr};
+constexpr LV2_Descriptor descriptor(const char* uri) {
+    return {uri, instantiate, connectPort, nullptr, run, nullptr, cleanup, nullptr};
+}
+
+constexpr std::array kDescriptors{descriptor("urn:orvalo:test:few"),
+                                  descriptor("urn:orvalo:test:many")};
 
 }  // namespace
 
 LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
-    return index == 0 ? &kDescriptor : nullptr;
+    return index < kDescriptors.size() ? &kDescriptors.at(index) : nullptr;
 }
