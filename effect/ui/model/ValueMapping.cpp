@@ -35,10 +35,11 @@ double nextRound(double value, int direction, bool fine) {
     const double at = value * (1.0 + direction * tolerance);
     const double decade = std::pow(10.0, std::floor(std::log10(at)));
     const double leading = at / decade;
-    const auto above = std::find_if(decadeSteps.begin() + 1, decadeSteps.end(),
-                                    [=](const DecadeStep& one) { return leading < one.from; });
-    const auto& how = *(above - 1);
-    const double step = decade * (fine ? how.fineStep : how.step);
+    std::size_t i = 0;
+    while (i + 1 < decadeSteps.size() && leading >= decadeSteps[i + 1].from) {
+        ++i;
+    }
+    const double step = decade * (fine ? decadeSteps[i].fineStep : decadeSteps[i].step);
     return nextMultiple(value, step, direction) * step;
 }
 

@@ -60,11 +60,12 @@ void paintGrid(const Brush& brush, const Scene& scene, const Rect& area, const S
     const double high = 1.2 * layout.text;
     const double left = layout.history.x;
     const bool isRoomy = area.height * scale.step / scale.range > high;
-    int index = 0;
-    for (double at = 0.0; at < scale.range; at += scale.step, ++index) {
+    const int lines = static_cast<int>(std::lround(scale.range / scale.step));
+    for (int index = 0; index < lines; ++index) {
+        const double at = index * scale.step;
         const double y = std::round(scale.y(area, at));
         brush.fill({area.x, y, area.width, hairline(layout)},
-                   at == 0.0 ? theme::track : theme::line.withAlpha(0.7));
+                   index == 0 ? theme::track : theme::line.withAlpha(0.7));
         const bool fits = area.height > 2.0 * high && (isRoomy || index % 2 == 0);
         if (fits) {
             const double top = std::max(y - 0.5 * high, layout.history.y + 0.25 * layout.unit);

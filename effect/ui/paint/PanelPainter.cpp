@@ -42,9 +42,10 @@ void paintTruePeak(const Brush& brush, const Scene& scene) {
         peak <= Levels::lowest ? "-\u221e" : decimalText(static_cast<double>(peak), 1, 1);
     const std::string full = "TP " + number + " dB";
     const std::string brief = "TP " + number;
+    const Rect ring = area.inset(-0.5 * layout.unit, 0.0);
+    brush.fill(ring, theme::panel);
     if (scene.hasVisibleFocus(metersFocus)) {
-        brush.strokeRound(area.inset(-0.5 * layout.unit, 0.0), 0.5 * cornerRadius(layout),
-                          1.5 * hairline(layout), theme::accent);
+        brush.strokeRound(ring, 0.5 * cornerRadius(layout), 1.5 * hairline(layout), theme::accent);
     }
     brush.fittingText(area, {full.c_str(), brief.c_str()},
                       {.size = smallText(layout, 0.9),

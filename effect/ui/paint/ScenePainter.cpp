@@ -25,7 +25,8 @@ Rect areaOf(const Layout& layout, std::size_t part) {
         case Part::lightOut:
             return layout.panel(Section::trigger).title;
         case Part::truePeak:
-            return layout.panel(Section::meters).title;
+            // With the ring that marks the focus.
+            return layout.panel(Section::meters).title.inset(-0.5 * layout.unit, 0.0);
         case Part::pad:
             return layout.pad;
         case Part::firstControl:

@@ -24,7 +24,8 @@ std::vector<std::string> linesOf(const Brush& brush, const Scene& scene) {
         std::string line;
         std::string word;
         while (words >> word) {
-            const std::string longer = line.empty() ? word : line + ' ' + word;
+            std::string longer = line;
+            longer.append(line.empty() ? "" : " ").append(word);
             if (!line.empty() && brush.textWidth(longer, style) > width) {
                 lines.push_back(line);
                 line = word;

@@ -2,17 +2,21 @@
 
 #include <cstdint>
 #include <cstring>
+#include <tuple>
 #include <vector>
 
+#include "effect/ui/model/GraphAreas.h"
 #include "effect/ui/model/KeyInput.h"
 #include "effect/ui/model/PointerInput.h"
+#include "effect/ui/paint/Painters.h"
 #include "effect/ui/paint/ScenePainter.h"
 #include "tests/effect/ui/SceneFixture.h"
 
-// fontconfig keeps its font data until the process ends.
+// fontconfig keeps its font data until the process ends, and cairo never frees the callbacks of an
+// observer.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the name that the sanitizer requires
 extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig\n";
+    return "leak:libfontconfig\nleak:cairo_surface_observer_add_\n";
 }
 
 namespace {
@@ -104,6 +108,29 @@ TEST_F(PaintTest, DrawingChangesEqualsDrawingEverything) {
     scene.history.advance(3.0);
     scene.markChanged(Part::history);
     expectWhole("with a history");
+    editor.toggleHistoryPause();
+    expectWhole("with a paused history");
+    editor.stepHistorySpan(1);
+    expectWhole("with another span");
+    editor.notes().pressPad(0.7);
+    keys.press({.key = Key::character, .character = 'd', .code = 40});
+    expectWhole("with notes");
+    editor.notes().releaseAll();
+    expectWhole("without notes");
+    for (const std::size_t place : {padFocus, historyFocus, metersFocus}) {
+        editor.focus(place, true);
+        expectWhole("with the focus on a button");
+    }
+    scene.meterMemory.update({.input = 1.0F, .output = 2.0F}, 1.5F, 0.0);
+    scene.markChanged(Part::meters);
+    scene.markChanged(Part::truePeak);
+    expectWhole("clipped");
+    editor.resetMeters();
+    expectWhole("with the meters reset");
+    const CurvePoint point = thresholdPoint(scene);
+    pointer.move({.x = point.x, .y = point.y});
+    expectWhole("on the threshold's point");
+    pointer.leave();
     editor.stepPreset(1);
     expectWhole("after a preset");
     editor.set(Parameter::enabled, 0.0F);
@@ -140,6 +167,37 @@ TEST_F(PaintTest, DrawingTheHeadersChangesEqualsDrawingEverything) {
     expectWhole("with a notice");
     keys.press({.key = Key::undo});
     expectWhole("undone");
+}
+
+TEST_F(PaintTest, TheTextAboutATargetLiesInTheWindow) {
+    for (const auto& [width, height, scale] : {std::tuple(320.0, 240.0, 1.0),
+                                               {640.0, 480.0, 1.0},
+                                               {1280.0, 960.0, 2.0},
+                                               {420.0, 800.0, 1.0}}) {
+        scene.layout = Layout::of(width, height, scale);
+        scene.showsTip = true;
+        const Brush brush(picture.context());
+        std::vector<Target> targets;
+        for (std::size_t i = 0; i < shownParameterCount; ++i) {
+            targets.push_back(
+                {.kind = Target::Kind::control, .parameter = static_cast<Parameter>(i)});
+        }
+        for (const auto kind :
+             {Target::Kind::curve, Target::Kind::thresholdPoint, Target::Kind::ratioPoint,
+              Target::Kind::history, Target::Kind::historySpan, Target::Kind::meters,
+              Target::Kind::pad, Target::Kind::noteKeys}) {
+            targets.push_back({.kind = kind});
+        }
+        for (const auto& target : targets) {
+            scene.hovered = target;
+            const Rect area = tipArea(brush, scene);
+            EXPECT_GT(area.height, scene.layout.text);
+            EXPECT_GE(area.x, 0.0);
+            EXPECT_GE(area.y, 0.0);
+            EXPECT_LE(area.right(), width);
+            EXPECT_LE(area.bottom(), height) << static_cast<int>(target.kind) << ' ' << width;
+        }
+    }
 }
 
 TEST_F(PaintTest, LightsFlashAndFade) {

@@ -113,6 +113,19 @@ TEST_F(OrvaloKeys, TabLeavesTheUIBehindItsLastControl) {
     EXPECT_LT(presses, mostPlaces);
 }
 
+TEST_F(OrvaloKeys, ThePadDucks) {
+    const auto place = window_.place();
+    const float before = value("midi_in_count");
+    // At the right edge, beside the history.
+    movePointer(place.x + place.width - 40, place.y + place.height / 4);
+    pressButton(1);
+    EXPECT_TRUE(pollUntil([&] { return value("ducking") > 1.0F; }));
+    EXPECT_EQ(value("midi_in_count"), before + 1.0F);
+    releaseButton(1);
+    EXPECT_TRUE(pollUntil([&] { return value("midi_in_count") == before + 2.0F; }));
+    EXPECT_TRUE(pollUntil([&] { return value("ducking") < 0.1F; }));
+}
+
 TEST_F(OrvaloKeys, KeysArriveWhenThePointerHasLeft) {
     const auto place = window_.place();
     // On the name of the effect, where a click does nothing else.
