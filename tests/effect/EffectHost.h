@@ -37,6 +37,7 @@ class EffectHost {
     bool isThere() const { return instance_ != nullptr; }
     UridMap& uris() { return uris_; }
     const LV2_Options_Interface* options() const;
+    LilvInstance* instance() const { return instance_; }
     LV2_Handle handle() const { return lilv_instance_get_handle(instance_); }
 
     /// The value of a control port.

@@ -107,6 +107,13 @@ class Fuzzer {
             turnKnob();
         }
         sendMessages(frames);
+        Stereo side = signal;
+        for (float& value : side.left) {
+            value = sample();
+        }
+        const bool isConnected = below(3) != 0;
+        host_.connectSideChain(isConnected ? side.left.data() : nullptr,
+                               isConnected ? side.right.data() : nullptr);
         if (below(100) == 0) {
             host_.deactivate();
             host_.activate();

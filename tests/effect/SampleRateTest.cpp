@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -30,6 +31,45 @@ TEST(SampleRate, TimesAreEqualAtEveryRate) {
 TEST(SampleRate, RefusesInvalidRates) {
     for (const double rate : {0.0, -48000.0, 1.0, 1e9, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_FALSE(EffectHost({.rate = rate}).isThere()) << rate;
+    }
+}
+
+/// Everything that version 0.1 did not have, at once.
+void switchEverythingOn(EffectHost& host) {
+    for (const char* symbol :
+         {"beat", "detector", "auto_makeup", "ceiling_on", "adaptive", "stereo_mode"}) {
+        host.control(symbol) = 1.0F;
+    }
+    host.control("sc_highpass") = 60.0F;
+    host.control("sc_lowpass") = 9000.0F;
+    host.control("hold") = 5.0F;
+    host.control("range") = 20.0F;
+    host.control("look_ahead") = 10.0F;
+    host.control("link") = 40.0F;
+    host.control("oversampling") = 2.0F;
+}
+
+TEST(SampleRate, EverythingOnRunsAtEveryRate) {
+    for (const double rate : {1000.0, 8000.0, 44100.0, 192000.0, 384000.0, 1536000.0}) {
+        EffectHost host({.rate = rate});
+        ASSERT_TRUE(host.isThere()) << rate;
+        switchEverythingOn(host);
+        host.activate();
+        EXPECT_EQ(host.render(steady(9000, 0.0F)), steady(9000, 0.0F)) << rate;
+        float loudest = 0.0F;
+        const auto output = host.render(noiseBursts(40000));
+        for (std::size_t i = 0; i < output.left.size(); ++i) {
+            ASSERT_TRUE(std::isfinite(output.left[i]) && std::isfinite(output.right[i])) << rate;
+            loudest = std::max({loudest, std::abs(output.left[i]), std::abs(output.right[i])});
+        }
+        EXPECT_GT(loudest, 0.1F) << rate;
+        EXPECT_LT(loudest, 0.9F) << rate;
+        // What is left of the bursts ends in exact silence: no denormal number circulates.
+        Stereo silence = steady(9000, 0.0F);
+        for (int i = 0; i < 60; ++i) {
+            silence = host.render(steady(9000, 0.0F));
+        }
+        EXPECT_EQ(silence, steady(9000, 0.0F)) << rate;
     }
 }
 
