@@ -27,7 +27,8 @@ TEST_F(Orvalo, IsFoundReportedConnectedPlayedAndStopped) {
     manager->auEngine->delegate = delegate;
     serveMainQueueUntilPrinted(output, "[global] onEngineInitialized()");
 
-    const std::string kind = typeid(*delegate->found()->auAudioUnit()).name();
+    const auto& unit = *delegate->found()->auAudioUnit();
+    const std::string kind = typeid(unit).name();
     EXPECT_THAT(kind, ::testing::HasSubstr(platformEffectLoading() == EffectLoading::inProcess
                                                ? "LV2LocalAudioUnit"
                                                : "BridgedAudioUnit"));
