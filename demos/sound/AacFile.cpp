@@ -67,7 +67,12 @@ class AacWriter {
 
 AacWriter::AacWriter(const StereoSound& loop, int rate, std::string title,
                      const std::filesystem::path& file)
-    : loop_(loop), rate_(rate), title_(std::move(title)), file_(file), frame_(av_frame_alloc()), packet_(av_packet_alloc()) {
+    : loop_(loop),
+      rate_(rate),
+      title_(std::move(title)),
+      file_(file),
+      frame_(av_frame_alloc()),
+      packet_(av_packet_alloc()) {
     av_log_set_level(AV_LOG_WARNING);
     openCodec();
     openFile();
