@@ -100,8 +100,8 @@ void save(const std::string& uri, const LV2FullState& state) {
         g_key_file_set_string(saved.get(), kEffect, "Preset", state.preset.c_str());
     }
     if (!state.properties.empty()) {
-        const GText packed(g_base64_encode(
-            reinterpret_cast<const guchar*>(state.properties.data()), state.properties.size()));
+        const GText packed(g_base64_encode(reinterpret_cast<const guchar*>(state.properties.data()),
+                                           state.properties.size()));
         g_key_file_set_string(saved.get(), kEffect, "State", packed.get());
     }
     for (const auto& [symbol, value] : state.controls) {

@@ -48,7 +48,8 @@ void composeFiles(const std::filesystem::path& soundFont, const std::filesystem:
         const Piece& piece = orvalo::catalogue()[static_cast<std::size_t>(number) - 1];
         const std::filesystem::path file = folder / (std::to_string(number) + ".m4a");
         try {
-            orvalo::writeAac(orvalo::compose(piece, soundFont), orvalo::pieceRate, file);
+            orvalo::writeAac(orvalo::compose(piece, soundFont), orvalo::pieceRate,
+                             std::string(piece.title), file);
         } catch (const std::exception& error) {
             throw std::runtime_error("piece " + std::to_string(number) + ", \"" +
                                      std::string(piece.title) + "\": " + error.what());

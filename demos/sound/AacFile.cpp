@@ -44,7 +44,8 @@ struct FreePacket {
 
 class AacWriter {
   public:
-    AacWriter(const StereoSound& loop, int rate, const std::filesystem::path& file);
+    AacWriter(const StereoSound& loop, int rate, std::string title,
+              const std::filesystem::path& file);
     void write();
 
   private:
@@ -56,6 +57,7 @@ class AacWriter {
 
     const StereoSound& loop_;
     int rate_;
+    std::string title_;
     std::string file_;
     std::unique_ptr<AVCodecContext, FreeCodec> codec_;
     std::unique_ptr<AVFormatContext, FreeFormat> format_;
@@ -63,8 +65,14 @@ class AacWriter {
     std::unique_ptr<AVPacket, FreePacket> packet_;
 };
 
-AacWriter::AacWriter(const StereoSound& loop, int rate, const std::filesystem::path& file)
-    : loop_(loop), rate_(rate), file_(file), frame_(av_frame_alloc()), packet_(av_packet_alloc()) {
+AacWriter::AacWriter(const StereoSound& loop, int rate, std::string title,
+                     const std::filesystem::path& file)
+    : loop_(loop),
+      rate_(rate),
+      title_(std::move(title)),
+      file_(file),
+      frame_(av_frame_alloc()),
+      packet_(av_packet_alloc()) {
     av_log_set_level(AV_LOG_WARNING);
     openCodec();
     openFile();
@@ -106,6 +114,7 @@ void AacWriter::openFile() {
     }
     stream->time_base = codec_->time_base;
     check(avcodec_parameters_from_context(stream->codecpar, codec_.get()), "cannot describe AAC");
+    check(av_dict_set(&format->metadata, "title", title_.c_str(), 0), "cannot set the title");
     check(avio_open(&format->pb, file_.c_str(), AVIO_FLAG_WRITE), "cannot open");
     check(avformat_write_header(format, nullptr), "cannot write the header");
 }
@@ -170,9 +179,10 @@ void AacWriter::write() {
 
 }  // namespace
 
-void writeAac(const StereoSound& loop, int rate, const std::filesystem::path& file) {
+void writeAac(const StereoSound& loop, int rate, const std::string& title,
+              const std::filesystem::path& file) {
     try {
-        AacWriter(loop, rate, file).write();
+        AacWriter(loop, rate, title, file).write();
     } catch (...) {
         std::error_code ignored;
         std::filesystem::remove(file, ignored);

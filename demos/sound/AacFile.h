@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "demos/sound/StereoSound.h"
 
@@ -11,6 +12,8 @@ namespace orvalo {
 /// the priming. The encoder is fed the loop's end before its start and the start after its end, so
 /// that the seam between passes has no more coding noise than other places. Throws
 /// std::runtime_error with the file and the reason, and removes the incomplete file.
-void writeAac(const StereoSound& loop, int rate, const std::filesystem::path& file);
+/// title: the file's title tag.
+void writeAac(const StereoSound& loop, int rate, const std::string& title,
+              const std::filesystem::path& file);
 
 }  // namespace orvalo

@@ -71,8 +71,8 @@ void keepWindowSize(GtkWindow* window) {
         known.isMaximized = gtk_window_is_maximized(changed) != FALSE;
     };
     for (const auto* property : {"default-width", "default-height", "maximized"}) {
-        g_signal_connect(window, (std::string("notify::") + property).c_str(),
-                         G_CALLBACK(+follow), size.get());
+        g_signal_connect(window, (std::string("notify::") + property).c_str(), G_CALLBACK(+follow),
+                         size.get());
     }
     UIApplication::shared()->atEnd([size] {
         if (size->width > 0 && size->height > 0) {

@@ -297,6 +297,13 @@ TEST(Composer, MakesTheSameBytesAgain) {
     EXPECT_TRUE(made == bytesOf(alone.path() / "60.m4a"));
 }
 
+TEST(DemoFiles, StateTheirTitles) {
+    for (int number = 1; number <= count; ++number) {
+        const auto& piece = catalogue()[static_cast<std::size_t>(number) - 1];
+        EXPECT_NE(bytesOf(fileOf(number)).find(piece.title), std::string::npos) << number;
+    }
+}
+
 TEST(Composer, RefusesInvalidNumbers) {
     for (const char* numbers : {"0 3", "5 4", "1 81", "one 2", "1 2x", "1"}) {
         EXPECT_EQ(compose(std::string("/nowhere ") + numbers), 2) << numbers;

@@ -77,9 +77,10 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
         try {
             unit = make(*recalled);
         } catch (const NSError& error) {
-            g_warning("The effect <%s> does not start from its saved state; it starts with its "
-                      "default: %s",
-                      uri.c_str(), error.what());
+            g_warning(
+                "The effect <%s> does not start from its saved state; it starts with its "
+                "default: %s",
+                uri.c_str(), error.what());
         }
     }
     if (unit == nullptr) {

@@ -126,9 +126,8 @@ void GenericViewController::addPresets() {
             const auto chosen = gtk_drop_down_get_selected(GTK_DROP_DOWN(self->presets_));
             if (chosen < all.size()) {
                 // Waits for the effect.
-                DispatchQueue::global()->async([unit = self->unit_, preset = all[chosen]] {
-                    unit->setCurrentPreset(preset);
-                });
+                DispatchQueue::global()->async(
+                    [unit = self->unit_, preset = all[chosen]] { unit->setCurrentPreset(preset); });
             }
         }),
         this);
@@ -152,9 +151,9 @@ void GenericViewController::addPorts(const PluginPresentation& presentation) {
             if (group == nullptr) {
                 group = addGroup(!port.group.empty() ? port.group : isInput ? "" : "Meters");
             }
-            rows_.push_back(std::make_unique<PortRow>(port, [this, index = port.index](float value) {
-                controls_->setValue(index, value);
-            }));
+            rows_.push_back(std::make_unique<PortRow>(
+                port,
+                [this, index = port.index](float value) { controls_->setValue(index, value); }));
             adw_preferences_group_add(ADW_PREFERENCES_GROUP(group), rows_.back()->widget());
         }
     }
@@ -198,9 +197,8 @@ void GenericViewController::refresh() {
     gtk_widget_set_visible(retry_, isGivenUp ? TRUE : FALSE);
     if (!isReady) {
         gtk_label_set_text(GTK_LABEL(statusText_),
-                           isGivenUp
-                               ? "The effect has died too often, and playback goes on dry."
-                               : "The effect has stopped. It is started again.");
+                           isGivenUp ? "The effect has died too often, and playback goes on dry."
+                                     : "The effect has stopped. It is started again.");
         return;
     }
     for (const auto& row : rows_) {

@@ -20,17 +20,17 @@ namespace {
 /// The symbols of the units that the units extension defines, whose data lilv has not loaded.
 std::string knownSymbol(const std::string& unit) {
     static const std::map<std::string, std::string> symbols{
-        {LV2_UNITS__bar, "bars"},     {LV2_UNITS__beat, "beats"},
-        {LV2_UNITS__bpm, "BPM"},      {LV2_UNITS__cent, "ct"},
-        {LV2_UNITS__cm, "cm"},        {LV2_UNITS__db, "dB"},
-        {LV2_UNITS__degree, "°"},     {LV2_UNITS__frame, "frames"},
-        {LV2_UNITS__hz, "Hz"},        {LV2_UNITS__inch, "in"},
-        {LV2_UNITS__khz, "kHz"},      {LV2_UNITS__km, "km"},
-        {LV2_UNITS__m, "m"},          {LV2_UNITS__mhz, "MHz"},
-        {LV2_UNITS__midiNote, ""},    {LV2_UNITS__min, "min"},
-        {LV2_UNITS__mm, "mm"},        {LV2_UNITS__ms, "ms"},
-        {LV2_UNITS__oct, "oct"},      {LV2_UNITS__pc, "%"},
-        {LV2_UNITS__s, "s"},          {LV2_UNITS__semitone12TET, "semitones"},
+        {LV2_UNITS__bar, "bars"},  {LV2_UNITS__beat, "beats"},
+        {LV2_UNITS__bpm, "BPM"},   {LV2_UNITS__cent, "ct"},
+        {LV2_UNITS__cm, "cm"},     {LV2_UNITS__db, "dB"},
+        {LV2_UNITS__degree, "°"},  {LV2_UNITS__frame, "frames"},
+        {LV2_UNITS__hz, "Hz"},     {LV2_UNITS__inch, "in"},
+        {LV2_UNITS__khz, "kHz"},   {LV2_UNITS__km, "km"},
+        {LV2_UNITS__m, "m"},       {LV2_UNITS__mhz, "MHz"},
+        {LV2_UNITS__midiNote, ""}, {LV2_UNITS__min, "min"},
+        {LV2_UNITS__mm, "mm"},     {LV2_UNITS__ms, "ms"},
+        {LV2_UNITS__oct, "oct"},   {LV2_UNITS__pc, "%"},
+        {LV2_UNITS__s, "s"},       {LV2_UNITS__semitone12TET, "semitones"},
     };
     const auto found = symbols.find(unit);
     return found == symbols.end() ? "" : found->second;
@@ -182,9 +182,9 @@ double PortPresentation::place(float value) const {
 }
 
 float PortPresentation::valueAt(double place) const {
-    const double value =
-        isLogarithmic ? double{minimum} * std::pow(double{maximum} / double{minimum}, place)
-                      : double{minimum} + place * (double{maximum} - double{minimum});
+    const double value = isLogarithmic
+                             ? double{minimum} * std::pow(double{maximum} / double{minimum}, place)
+                             : double{minimum} + place * (double{maximum} - double{minimum});
     const double wanted = kind == Kind::integer ? std::round(value) : value;
     return std::clamp(static_cast<float>(wanted), minimum, maximum);
 }
@@ -194,8 +194,8 @@ PluginPresentation PluginPresentation::read(LV2World& world, const LV2PluginData
     const LV2World::Access access(world);
     const auto* found = access.plugin(plugin.uri);
     const LilvPointer<LilvNode> name(lilv_plugin_get_name(found));
-    PluginPresentation result{.title = name == nullptr ? plugin.uri : lilv_node_as_string(name.get()),
-                              .ports = {}};
+    PluginPresentation result{
+        .title = name == nullptr ? plugin.uri : lilv_node_as_string(name.get()), .ports = {}};
     for (const auto& port : plugin.ports) {
         if (port.kind == LV2PortKind::control) {
             const Reader reader(access, found, port);

@@ -90,22 +90,22 @@ GtkWidget* PortRow::makeScale() {
     gtk_scale_add_mark(GTK_SCALE(scale), port_.place(port_.defaultValue), GTK_POS_BOTTOM, nullptr);
     gtk_widget_set_size_request(scale, kControlWidth, -1);
     leaveWheelToPage(scale);
-    g_signal_connect_swapped(scale, "value-changed", G_CALLBACK(+[](PortRow* self) {
-                                 self->userSets(self->port_.valueAt(
-                                     gtk_range_get_value(GTK_RANGE(self->control_))));
-                             }),
-                             this);
+    g_signal_connect_swapped(
+        scale, "value-changed", G_CALLBACK(+[](PortRow* self) {
+            self->userSets(self->port_.valueAt(gtk_range_get_value(GTK_RANGE(self->control_))));
+        }),
+        this);
     return scale;
 }
 
 GtkWidget* PortRow::makeSwitch() {
     auto* toggle = gtk_switch_new();
-    g_signal_connect_swapped(
-        toggle, "notify::active", G_CALLBACK(+[](PortRow* self) {
-            const bool isOn = gtk_switch_get_active(GTK_SWITCH(self->control_)) != FALSE;
-            self->userSets(isOn ? self->port_.maximum : self->port_.minimum);
-        }),
-        this);
+    g_signal_connect_swapped(toggle, "notify::active", G_CALLBACK(+[](PortRow* self) {
+                                 const bool isOn =
+                                     gtk_switch_get_active(GTK_SWITCH(self->control_)) != FALSE;
+                                 self->userSets(isOn ? self->port_.maximum : self->port_.minimum);
+                             }),
+                             this);
     return toggle;
 }
 
@@ -115,14 +115,14 @@ GtkWidget* PortRow::makeChoice() {
         gtk_string_list_append(names, choice.name.c_str());
     }
     auto* chooser = gtk_drop_down_new(G_LIST_MODEL(names), nullptr);
-    g_signal_connect_swapped(
-        chooser, "notify::selected", G_CALLBACK(+[](PortRow* self) {
-            const auto chosen = gtk_drop_down_get_selected(GTK_DROP_DOWN(self->control_));
-            if (chosen < self->port_.choices.size()) {
-                self->userSets(self->port_.choices[chosen].value);
-            }
-        }),
-        this);
+    g_signal_connect_swapped(chooser, "notify::selected", G_CALLBACK(+[](PortRow* self) {
+                                 const auto chosen =
+                                     gtk_drop_down_get_selected(GTK_DROP_DOWN(self->control_));
+                                 if (chosen < self->port_.choices.size()) {
+                                     self->userSets(self->port_.choices[chosen].value);
+                                 }
+                             }),
+                             this);
     return chooser;
 }
 
@@ -140,8 +140,8 @@ GtkWidget* PortRow::makeMeter() {
     auto* meter = gtk_level_bar_new();
     gtk_widget_set_size_request(meter, kControlWidth, -1);
     // Its colours would warn of values that are none of its business.
-    for (const auto* offset : {GTK_LEVEL_BAR_OFFSET_LOW, GTK_LEVEL_BAR_OFFSET_HIGH,
-                               GTK_LEVEL_BAR_OFFSET_FULL}) {
+    for (const auto* offset :
+         {GTK_LEVEL_BAR_OFFSET_LOW, GTK_LEVEL_BAR_OFFSET_HIGH, GTK_LEVEL_BAR_OFFSET_FULL}) {
         gtk_level_bar_remove_offset_value(GTK_LEVEL_BAR(meter), offset);
     }
     return meter;
@@ -181,8 +181,8 @@ void PortRow::showNow(float value) {
     const auto text = port_.text(value);
     if (GTK_IS_SCALE(control_)) {
         gtk_range_set_value(GTK_RANGE(control_), port_.place(value));
-        gtk_accessible_update_property(GTK_ACCESSIBLE(control_),
-                                       GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, text.c_str(), -1);
+        gtk_accessible_update_property(GTK_ACCESSIBLE(control_), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT,
+                                       text.c_str(), -1);
     } else if (GTK_IS_LEVEL_BAR(control_)) {
         gtk_level_bar_set_value(GTK_LEVEL_BAR(control_), port_.place(value));
     } else if (GTK_IS_SWITCH(control_)) {

@@ -39,8 +39,8 @@ class PortRow {
     GtkWidget* control_ = nullptr;
     GtkWidget* text_ = nullptr;  // Null for switches, choices and triggers.
     float shown_;
-    bool isShowing_ = false;     // The control changes because of show().
-    gint64 userSetTime_ = 0;     // As g_get_monotonic_time(); 0 for never.
+    bool isShowing_ = false;  // The control changes because of show().
+    gint64 userSetTime_ = 0;  // As g_get_monotonic_time(); 0 for never.
 };
 
 }  // namespace orvalo

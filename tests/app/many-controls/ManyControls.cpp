@@ -19,8 +19,8 @@ struct Effect {
     float* port(std::uint32_t index) const { return static_cast<float*>(ports.at(index)); }
 };
 
-LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double /*rate*/, const char* /*bundle*/,
-                       const LV2_Feature* const* /*features*/) {
+LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double /*rate*/,
+                       const char* /*bundle*/, const LV2_Feature* const* /*features*/) {
     return new Effect;
 }
 

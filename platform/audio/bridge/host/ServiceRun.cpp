@@ -80,8 +80,7 @@ std::uint32_t ServiceRun::transmit(bridge::HostMessage& message, int passed) {
 
 std::shared_ptr<const SharedAudio> ServiceRun::sharedAudio() const {
     try {
-        FileDescriptor descriptor(
-            fcntl(readySession_->audio.descriptor(), F_DUPFD_CLOEXEC, 0));
+        FileDescriptor descriptor(fcntl(readySession_->audio.descriptor(), F_DUPFD_CLOEXEC, 0));
         return std::make_shared<const SharedAudio>(
             SharedAudio::map(std::move(descriptor), surroundings_.order.layout));
     } catch (const NSError& error) {
