@@ -309,7 +309,7 @@ void PluginUI::handleButton(const XButtonEvent& button) {
     // X11 reports the wheel as buttons 4 to 7: up, down, left, right.
     constexpr unsigned int wheelLeft = 6;
     constexpr unsigned int wheelRight = 7;
-    tip_.dismiss();
+    tip_.dismiss(scene_.hovered);
     switch (button.button) {
         case Button1:
             window_->takeKeyboard(button.time);
@@ -331,7 +331,7 @@ void PluginUI::handleButton(const XButtonEvent& button) {
 void PluginUI::handleKey(const XKeyEvent& key) {
     // A host may forward keys without giving the window the keyboard focus.
     editor_.setHasKeyboard(true);
-    tip_.dismiss();
+    tip_.dismiss(scene_.hovered);
     const auto press = readKey(key);
     if (!press || !keys_.press(*press)) {
         window_->forwardKey(key);

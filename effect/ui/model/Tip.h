@@ -21,8 +21,12 @@ class TipTimer {
 
     /// Returns whether to show the text at `now`, in seconds.
     bool update(const Target& hovered, double now);
-    /// Hides the text until the pointer enters another target: the user has done something.
-    void dismiss() { isDismissed_ = true; }
+    /// Hides the text until the pointer enters another target than this, which it is on: the user
+    /// has done something.
+    void dismiss(const Target& hovered) {
+        hovered_ = hovered;
+        isDismissed_ = true;
+    }
 
   private:
     Target hovered_;

@@ -36,13 +36,17 @@ TEST(TipTimer, ShowsTheTextWhereThePointerRestsUntilSomethingIsDone) {
     EXPECT_FALSE(timer.update(knob, 1.0));
     EXPECT_FALSE(timer.update(knob, 1.69));
     EXPECT_TRUE(timer.update(knob, 1.71));
-    timer.dismiss();
+    timer.dismiss(knob);
     EXPECT_FALSE(timer.update(knob, 5.0));
     EXPECT_FALSE(timer.update({}, 6.0));
     EXPECT_FALSE(timer.update(knob, 7.0));
     EXPECT_TRUE(timer.update(knob, 7.8));
     EXPECT_FALSE(timer.update({}, 7.9));
     EXPECT_FALSE(timer.update({}, 9.9));
+    // The pointer enters and presses between two updates.
+    timer.dismiss(knob);
+    EXPECT_FALSE(timer.update(knob, 10.0));
+    EXPECT_FALSE(timer.update(knob, 11.0));
 }
 
 }  // namespace
