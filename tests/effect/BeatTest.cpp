@@ -123,7 +123,8 @@ TEST_F(BeatTest, NonsenseInAPositionIsIgnored) {
 
 TEST(NotePump, PumpsAtOnce) {
     EffectHost host;
-    for (const auto& [symbol, value] : EffectWorld::shared().presets().at("Note Pump")) {
+    const auto preset = EffectWorld::shared().presets().at("Note Pump");
+    for (const auto& [symbol, value] : preset) {
         host.control(symbol) = value;
     }
     host.control("ratio") = 1.0F;
