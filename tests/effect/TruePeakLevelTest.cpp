@@ -43,6 +43,7 @@ TEST(TruePeakLevel, FindsThePeakBetweenTheSamples) {
 
 TEST(TruePeakLevel, DoesNotDependOnTheBlocks) {
     std::vector<float> samples;
+    samples.reserve(64);
     for (int i = 0; i < 64; ++i) {
         samples.push_back(std::sin(0.37F * static_cast<float>(i * i)));
     }
@@ -52,9 +53,9 @@ TEST(TruePeakLevel, DoesNotDependOnTheBlocks) {
     float found = 0.0F;
     for (std::uint32_t done = 0; done < 64;) {
         const std::uint32_t count = done % 7 + 1;
-        const std::uint32_t usable = std::min(count, 64 - done);
-        found = sliced.highest(samples.data() + done, usable, found);
-        done += usable;
+        const std::uint32_t length = std::min(count, 64 - done);
+        found = sliced.highest(samples.data() + done, length, found);
+        done += length;
     }
     EXPECT_EQ(found, expected);
 }

@@ -1,3 +1,6 @@
+// Before X11, whose macros collide with names of GoogleTest.
+#include <gtest/gtest.h>
+
 #include <X11/XKBlib.h>
 #include <X11/keysym.h>
 
