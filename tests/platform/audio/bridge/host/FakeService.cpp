@@ -197,6 +197,7 @@ class FakeService {
             send(bridge::PluginUIOutdated{});
         }
     }
+    void take(const bridge::SetControl& /*request*/) {}
     template <typename Request>
     void take(const Request& request) {
         answer(request.number);
