@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace {
@@ -80,8 +82,10 @@ TEST_F(BeatGeneratorTest, DivisionsAreNoteValuesWithDotsAndTriplets) {
     const std::vector<double> steps{6.0,       4.0,       8.0 / 3.0, 3.0,       2.0,
                                     4.0 / 3.0, 1.5,       1.0,       2.0 / 3.0, 0.75,
                                     0.5,       1.0 / 3.0, 0.375,     0.25,      1.0 / 6.0};
-    for (std::uint8_t division = 0; division < steps.size(); ++division) {
-        EXPECT_DOUBLE_EQ(BeatGenerator::stepOf(division), steps[division]) << int{division};
+    for (std::size_t division = 0; division < steps.size(); ++division) {
+        EXPECT_DOUBLE_EQ(BeatGenerator::stepOf(static_cast<std::uint8_t>(division)),
+                         steps[division])
+            << division;
     }
 }
 

@@ -57,7 +57,7 @@ void EventSequence::appendPosition(std::int64_t frame,
     std::memcpy(bytes.data(), &object, sizeof object);
     for (std::size_t i = 0; i < values.size(); ++i) {
         const std::string key = std::string(LV2_TIME_PREFIX) + values[i].first;
-        const Property property{.head = {.key = uris_[key.c_str()],
+        const Property property{.head = {.key = uris_[key],
                                          .context = 0,
                                          .value = {sizeof(double), uris_[LV2_ATOM__Double]}},
                                 .value = values[i].second};

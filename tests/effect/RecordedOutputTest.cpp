@@ -147,8 +147,9 @@ std::string checksumOf(const State& state, double rate, std::uint32_t blockFrame
             host.control("threshold") = 0.5F * state.values[0];
             host.control("mix") = 0.5F * state.values[6];
         }
-        const auto output = host.render(noiseBursts(partFrames, part + 1), {blockFrames},
-                                        {{part * 100, {0x90, 60, 100}}, {3000, {0x80, 60, 0}}});
+        const auto output =
+            host.render(noiseBursts(partFrames, part + 1), {blockFrames},
+                        {{std::int64_t{part} * 100, {0x90, 60, 100}}, {3000, {0x80, 60, 0}}});
         for (std::size_t i = 0; i < partFrames; ++i) {
             checksum.add(output.left[i]);
             checksum.add(output.right[i]);

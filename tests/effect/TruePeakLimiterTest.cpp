@@ -62,7 +62,7 @@ std::map<std::string, Samples> hardSignals() {
     add("impulses", [](std::size_t i) { return i % 997 == 0 ? 4.0F : 0.0F; });
     add("random signs", [&](std::size_t) { return unit() > 0.0F ? 1.0F : -1.0F; });
     add("rising sweep", [](std::size_t i) {
-        const double at = static_cast<double>(i);
+        const auto at = static_cast<double>(i);
         return 1.4F * static_cast<float>(std::sin(1e-4 * at * at / 1.6));
     });
     return signals;

@@ -264,7 +264,8 @@ TEST_F(WindowScaleTest, ScaleFactorEnlargesIt) {
     pluginUI.settle();
     const auto layout = pluginUI.layout(2.0F);
     host.click(layout.nextPreset.centerX(), layout.nextPreset.centerY());
-    EXPECT_TRUE(pluginUI.idleUntil([&] { return pluginUI.writes.size() == orvalo::effect::parameterCount - 1; }));
+    EXPECT_TRUE(pluginUI.idleUntil(
+        [&] { return pluginUI.writes.size() == orvalo::effect::parameterCount - 1; }));
 }
 
 }  // namespace
