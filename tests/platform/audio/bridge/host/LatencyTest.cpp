@@ -40,7 +40,7 @@ class Latency : public ::testing::Test {
         output.insert(output.end(), left.begin(), left.end());
     }
 
-    void endService() {
+    static void endService() {
         const auto process = *services().begin();
         kill(process, SIGKILL);
         ASSERT_TRUE(pollUntil([process] { return !isAlive(process); }));

@@ -215,9 +215,13 @@ class Attacker {
         say("mount", syscall(SYS_mount, "none", "/tmp", kNoText, 0, nullptr));
     }
 
-    void useCaches() const {
+    static std::string cache() {
         const char* folder = getenv("MESA_SHADER_CACHE_DIR");
-        const std::string own = folder == nullptr ? "/nowhere" : folder;
+        return folder == nullptr ? "/nowhere" : folder;
+    }
+
+    void useCaches() const {
+        const auto own = cache();
         sayOpen("read its shader", own + "/shader", O_RDONLY);
         sayOpen("keep a shader", own + "/shader", O_WRONLY | O_CREAT);
         sayOpen("read another effect's shader", own + "/../other/shader", O_RDONLY);
@@ -226,8 +230,7 @@ class Attacker {
 
     /// Keeps 20 MiB for ever where it has a cache.
     void hoard() const {
-        const std::string own = getenv("MESA_SHADER_CACHE_DIR");
-        const auto folder = own + "/locked";
+        const auto folder = cache() + "/locked";
         say("make a folder in its cache", mkdir(folder.c_str(), 0700));
         const int file = open((folder + "/hoard").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
         if (file >= 0 && posix_fallocate(file, 0, 20 << 20) == 0) {
