@@ -90,7 +90,9 @@ std::shared_ptr<UIViewController> provide(const std::shared_ptr<LV2AudioUnit>& u
 /// When the effect service has refused the UI and said why.
 std::shared_ptr<UIViewController> provideSubstitute(const std::shared_ptr<LV2AudioUnit>& unit) {
     return GenericViewController::make(
-        unit, "The effect’s own UI cannot be shown; the log says why. These are its controls.");
+        unit, unit->data().hasX11UI
+                  ? "The effect’s own UI cannot be shown; the log says why. These are its controls."
+                  : "");
 }
 
 }  // namespace

@@ -154,11 +154,6 @@ void BridgedAudioUnit::requestViewController(
         return;
     }
     const auto request = std::make_shared<PluginUIRequest>(weak(this), std::move(completion));
-    if (!data().hasX11UI) {
-        // The provider says so; the service has nothing to load.
-        request->answer(true);
-        return;
-    }
     supervisor_.post({bridge::LoadPluginUI{}, 0, [request](const ServiceAnswer& answer) {
                           const bool isRefused = answer.kind == ServiceAnswer::Kind::refused;
                           if (isRefused) {

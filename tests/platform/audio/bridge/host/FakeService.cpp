@@ -197,7 +197,9 @@ class FakeService {
             send(bridge::PluginUIOutdated{});
         }
     }
-    void take(const bridge::SetControl& /*request*/) {}
+    void take(const bridge::SetControl& request) {
+        audio_->controlValues()[request.control.port].store(request.control.value);
+    }
     template <typename Request>
     void take(const Request& request) {
         answer(request.number);

@@ -48,7 +48,7 @@ class PresetRequestsTest : public ::testing::Test {
                                  .ports = {port},
                                  .writesPresets = writesPresets};
         RenderSlot<AUMIDIOutputEventBlock> midiBlock;
-        BridgedRender render(midiBlock, 1, limits);
+        BridgedRender render(midiBlock, 1, 2, limits);
         const auto pluginUI = std::make_shared<PluginUIChannel>(PluginUIChannel::Send());
         LastState last;
         const FileDescriptor wakeup(eventfd(0, EFD_CLOEXEC));
