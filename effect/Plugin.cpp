@@ -95,13 +95,13 @@ void Plugin::process(std::uint32_t frames) {
 
 void Plugin::writeMeters(const Processor::Meters& meters) {
     const std::array<float, meterPorts.size()> values{meters.gainReduction,
-                                               meters.ducking,
-                                               meters.inputLevel,
-                                               meters.outputLevel,
-                                               static_cast<float>(messagesIn_),
-                                               static_cast<float>(messagesOut_),
-                                               meters.truePeak,
-                                               static_cast<float>(++runs_)};
+                                                      meters.ducking,
+                                                      meters.inputLevel,
+                                                      meters.outputLevel,
+                                                      static_cast<float>(messagesIn_),
+                                                      static_cast<float>(messagesOut_),
+                                                      meters.truePeak,
+                                                      static_cast<float>(++runs_)};
     for (std::size_t i = 0; i < meterPorts.size(); ++i) {
         if (meters_[i] != nullptr) {
             *meters_[i] = values[i];

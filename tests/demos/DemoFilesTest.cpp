@@ -297,7 +297,7 @@ TEST(Composer, MakesTheSameBytesAgain) {
     EXPECT_TRUE(made == bytesOf(alone.path() / "60.m4a"));
 }
 
-TEST(DemoFiles, StateTheirTitles) {
+TEST_F(DemoFiles, StateTheirTitles) {
     for (int number = 1; number <= count; ++number) {
         const auto& piece = catalogue()[static_cast<std::size_t>(number) - 1];
         EXPECT_NE(bytesOf(fileOf(number)).find(piece.title), std::string::npos) << number;

@@ -130,18 +130,18 @@ void paintPresetName(const Brush& brush, const Scene& scene) {
     cairo_fill(brush.context());
 }
 
-/// Both letters, the one that is heard on the accent colour.
+/// Both letters, the one that is heard on a light ground.
 void paintSound(const Brush& brush, const Scene& scene) {
     const Layout& layout = scene.layout;
     const Rect area = layout.sound.inset(0.35 * layout.unit, 0.35 * layout.unit);
     const double half = 0.5 * area.width;
     const bool isB = scene.comparison.isB;
     brush.fillRound({area.x + (isB ? half : 0.0), area.y, half, area.height},
-                    0.7 * cornerRadius(layout), accentOf(scene));
+                    0.7 * cornerRadius(layout), isEnabled(scene) ? theme::accent : theme::dimText);
     const auto paintLetter = [&](const char* letter, double x, bool heard) {
         brush.text({x, area.y, half, area.height}, letter,
                    {.size = layout.text,
-                    .colour = heard ? theme::ground : theme::dimText,
+                    .colour = heard ? theme::ground : dimTextOf(layout),
                     .align = Align::centre,
                     .bold = heard});
     };

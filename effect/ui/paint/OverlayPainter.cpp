@@ -129,7 +129,7 @@ void paintPresetEntry(const Brush& brush, const Scene& scene, std::size_t index)
         const auto useFor = [&](Target::Kind kind) {
             const bool isHovered = scene.hovered == Target{.kind = kind, .entry = index};
             brush.use(isMarked && !isHovered ? theme::ground.withAlpha(0.7)
-                                             : (isMarked ? theme::text : theme::dimText));
+                                             : (isMarked ? theme::text : dimTextOf(layout)));
         };
         useFor(Target::Kind::renameEntry);
         paintRename(brush, rename);
@@ -192,7 +192,7 @@ void paintPresetList(const Brush& brush, const Scene& scene) {
     }
     paintTwoLines(
         brush, place.inset(0.0, 0.25 * layout.unit), text,
-        {.size = layout.text, .colour = scene.notice.empty() ? theme::dimText : theme::text});
+        {.size = layout.text, .colour = scene.notice.empty() ? dimTextOf(layout) : theme::text});
 }
 
 }  // namespace orvalo::effect::ui

@@ -69,7 +69,8 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
     const auto make = [&](const LV2FullState& start) {
         return std::make_shared<BridgedAudioUnit>(
             world, uri, description, Bundle::main()->helperURL("effect-service").path(),
-            BridgeLimits{}, expectedRendering(), groupFolders(description), isOfGroup(description), start);
+            BridgeLimits{}, expectedRendering(), groupFolders(description), isOfGroup(description),
+            start);
     };
     const auto recalled = memory.recall ? memory.recall(uri) : std::nullopt;
     std::shared_ptr<BridgedAudioUnit> unit;

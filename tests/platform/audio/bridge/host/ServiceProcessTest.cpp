@@ -87,17 +87,6 @@ TEST(ServiceProcess, ReturnsTheSignalOfAServiceThatEndedBeforeItsFirstProcessWas
     EXPECT_EQ(process.end(), "was killed by signal 11 (Segmentation fault)");
 }
 
-TEST(ServiceProcess, CountsNoOtherProcessesBeforeBubblewrapHasLeftTheHostsRoot) {
-    const Script program("exit 0");
-    ServiceProcess(program.path()).end();
-    const Script bubblewrap(
-        R"(sleep 1000 5>&- & echo "{ \"child-pid\": $! }" >&5; exec 5>&-; wait)", "bwrap");
-    const FirstInPath path(bubblewrap.path().parent_path());
-    ServiceProcess process(program.path());
-    EXPECT_EQ(process.use().threads, 1U);
-    process.end();
-}
-
 /// Interrupts its creator thread by signals for the object's life, at most 30 s. Sends each signal
 /// when the thread sleeps again after the last one.
 class Interruption {
