@@ -26,7 +26,8 @@ TEST(End, LeavesNothingOfAnEffect) {
     {
         FakeEffect effect("half:0");
         effect.render(10);
-        EXPECT_EQ(Leftovers::now().sharedMaps, before.sharedMaps + 1);
+        // One for rendering, one for the control values.
+        EXPECT_EQ(Leftovers::now().sharedMaps, before.sharedMaps + 2);
     }
     EXPECT_EQ(Leftovers::settled(before), before);
 }
