@@ -17,7 +17,7 @@
 #include "effect/dsp/SideChainFilter.h"
 #include "effect/dsp/SmoothedValue.h"
 #include "effect/dsp/StereoChunk.h"
-#include "effect/dsp/TruePeakLevel.h"
+#include "effect/dsp/TruePeak.h"
 #include "effect/dsp/TruePeakLimiter.h"
 
 namespace orvalo::effect {
@@ -118,8 +118,8 @@ class Processor {
     LevelMeter inputMeter_;
     LevelMeter outputMeter_;
     LevelMeter truePeakMeter_;
-    TruePeakLevel truePeakLeft_;
-    TruePeakLevel truePeakRight_;
+    TruePeak truePeakLeft_;
+    TruePeak truePeakRight_;
     float inputPeak_ = 0.0F;
     float outputPeak_ = 0.0F;
     float highestTruePeak_ = 0.0F;

@@ -22,7 +22,30 @@ constexpr float coefficient(std::uint32_t phase, std::uint32_t tap) {
                                  : halves[TruePeak::phases - 1 - phase][TruePeak::taps - 1 - tap];
 }
 
+/// No interpolated value exceeds the highest sample by more: the sum of a phase's coefficients.
+constexpr float largestGain = 2.03F;
+
+float highestSample(const float* samples, std::size_t count) {
+    float result = 0.0F;
+    for (std::size_t i = 0; i < count; ++i) {
+        result = std::max(result, std::abs(samples[i]));
+    }
+    return result;
+}
+
 }  // namespace
+
+float TruePeak::highest(const float* samples, std::uint32_t count, float start) {
+    const float last = highestSample(samples_.data(), taps - 1);
+    if (largestGain * std::max(last, highestSample(samples, count)) <= start) {
+        std::copy_n(samples, count, samples_.begin() + taps - 1);
+        std::copy_n(samples_.begin() + count, taps - 1, samples_.begin());
+        return start;
+    }
+    Chunk peaks{};
+    raise(samples, peaks.data(), count);
+    return std::max(start, highestSample(peaks.data(), count));
+}
 
 void TruePeak::raise(const float* samples, float* peaks, std::uint32_t count) {
     std::copy_n(samples, count, samples_.begin() + taps - 1);

@@ -22,6 +22,10 @@ class TruePeak {
     /// belongs to the frame, and to the taps - 1 frames before it.
     void raise(const float* samples, float* peaks, std::uint32_t count);
 
+    /// The highest true peak of `count` samples, at most chunkFrames, if it exceeds `start`, else
+    /// `start`. Computes nothing where the samples are too small for that.
+    float highest(const float* samples, std::uint32_t count, float start);
+
   private:
     std::array<float, taps - 1 + chunkFrames> samples_{};
 };

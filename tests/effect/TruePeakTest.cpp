@@ -1,4 +1,4 @@
-#include "effect/dsp/TruePeakLevel.h"
+#include "effect/dsp/TruePeak.h"
 
 #include <gtest/gtest.h>
 
@@ -30,10 +30,10 @@ std::vector<float> betweenPeaks(std::size_t frames) {
     return samples;
 }
 
-TEST(TruePeakLevel, FindsThePeakBetweenTheSamples) {
+TEST(TruePeak, FindsThePeakBetweenTheSamples) {
     const auto samples = betweenPeaks(64);
     EXPECT_NEAR(samples[0], 0.7071F, 1e-4F);
-    TruePeakLevel meter;
+    TruePeak meter;
     meter.highest(samples.data(), 64, 0.0F);
     // The recommendation allows a fourfold interpolation 0.688 dB too little.
     const float peak = meter.highest(samples.data(), 64, 0.0F);
@@ -41,14 +41,14 @@ TEST(TruePeakLevel, FindsThePeakBetweenTheSamples) {
     EXPECT_GT(peak, 0.92F);
 }
 
-TEST(TruePeakLevel, DoesNotDependOnTheBlocks) {
+TEST(TruePeak, DoesNotDependOnTheBlocks) {
     std::vector<float> samples;
     samples.reserve(64);
     for (int i = 0; i < 64; ++i) {
         samples.push_back(std::sin(0.37F * static_cast<float>(i * i)));
     }
-    TruePeakLevel whole;
-    TruePeakLevel sliced;
+    TruePeak whole;
+    TruePeak sliced;
     const float expected = whole.highest(samples.data(), 64, 0.0F);
     float found = 0.0F;
     for (std::uint32_t done = 0; done < 64;) {
@@ -60,13 +60,13 @@ TEST(TruePeakLevel, DoesNotDependOnTheBlocks) {
     EXPECT_EQ(found, expected);
 }
 
-TEST(TruePeakLevel, ReturnsTheStartWhenNothingExceedsIt) {
+TEST(TruePeak, ReturnsTheStartWhenNothingExceedsIt) {
     const std::vector<float> samples(64, 0.25F);
-    TruePeakLevel meter;
+    TruePeak meter;
     EXPECT_EQ(meter.highest(samples.data(), 64, 0.9F), 0.9F);
 }
 
-TEST(TruePeakLevel, IsHeldForAQuarterOfASecondByTheProcessor) {
+TEST(TruePeak, IsHeldForAQuarterOfASecondByTheProcessor) {
     NoMidi midi;
     Processor processor(48000.0);
     ParameterValues values;
