@@ -201,7 +201,7 @@ void ServiceRun::finishRequest(const ServiceCommand& command, const std::string&
         } else if (const auto* context = std::get_if<bridge::SetContextName>(&command.message)) {
             surroundings_.last.contextName = context->name;
         } else if (const auto* preset = std::get_if<bridge::LoadPreset>(&command.message);
-                   preset != nullptr && lastQuantum_ == 0) {
+                   preset != nullptr && !hasRun()) {
             surroundings_.last.preset = preset->uri;
         }
     }
@@ -216,6 +216,11 @@ void ServiceRun::finishRequest(const ServiceCommand& command, const std::string&
         command.completion(
             {error.empty() ? ServiceAnswer::Kind::done : ServiceAnswer::Kind::refused, error});
     }
+}
+
+bool ServiceRun::hasRun() const {
+    const auto& session = readySession_ == nullptr ? *session_ : *readySession_;
+    return session.handedOver.load(std::memory_order_relaxed) != 0;
 }
 
 bool ServiceRun::take(const bridge::State& state) {

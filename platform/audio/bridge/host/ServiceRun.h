@@ -90,6 +90,8 @@ class ServiceRun {
     bool changePresets(const std::function<void()>& change);
     void finishStart(const std::string& error);
     void finishRequest(const ServiceCommand& command, const std::string& error);
+    /// Whether the effect has been given a quantum, which observeQuanta() may not have seen yet.
+    bool hasRun() const;
 
     void sendPingWhenDue(Time now);
     /// Says what the audio thread of the service cannot say.

@@ -11,6 +11,7 @@
 
 #include "tests/platform/audio/bridge/host/FakeEffect.h"
 #include "tests/platform/audio/bridge/host/Leftovers.h"
+#include "tests/platform/audio/bridge/host/QuantumFeed.h"
 #include "tests/testing/CapturedOutput.h"
 
 namespace {
@@ -25,6 +26,20 @@ class ServiceRunTest : public ::testing::Test {
     void start(const std::string& role) {
         order.uri = "urn:fake:" + role;
         run.emplace(ServiceRun::Surroundings{order, limits, render, *pluginUI, last});
+    }
+
+    void untilReady() {
+        while (!run->isReady()) {
+            ASSERT_TRUE(run->handleEvents(wakeup.get())) << run->finish().what;
+        }
+    }
+    void loadPreset() {
+        bool isDone = false;
+        run->send({bridge::LoadPreset{.number = 0, .uri = "urn:preset:a"}, 0,
+                   [&isDone](const ServiceAnswer& /*answer*/) { isDone = true; }});
+        while (!isDone) {
+            ASSERT_TRUE(run->handleEvents(wakeup.get())) << run->finish().what;
+        }
     }
 
     const CapturedOutput error{2};
@@ -56,10 +71,26 @@ TEST_F(ServiceRunTest, AServiceThatDiesRightAfterItsAnswerCountsAsDead) {
 // As when the first quantum is handed over while the supervisor connects the service.
 TEST_F(ServiceRunTest, TheTimeOfAQuantumStartsWhenTheServiceIsReady) {
     start("early:1");
-    while (!run->isReady()) {
-        ASSERT_TRUE(run->handleEvents(wakeup.get())) << run->finish().what;
-    }
+    untilReady();
     EXPECT_TRUE(run->handleEvents(wakeup.get()));
+}
+
+TEST_F(ServiceRunTest, APresetIsLoadedAgainIfTheEffectHasNotRun) {
+    start("half:0");
+    untilReady();
+    loadPreset();
+    EXPECT_EQ(last.preset, "urn:preset:a");
+}
+
+// As when both come before the supervisor looks at the quanta.
+TEST_F(ServiceRunTest, APresetIsNotLoadedAgainSinceTheFirstQuantum) {
+    start("half:0");
+    untilReady();
+    QuantumFeed([this](const auto& input, const auto& output) {
+        render.render(input, output);
+    }).next();
+    loadPreset();
+    EXPECT_EQ(last.preset, "");
 }
 
 }  // namespace
