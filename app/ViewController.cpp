@@ -102,7 +102,7 @@ void ViewController::onRetryButton(const std::shared_ptr<UIButton>& /*sender*/) 
     unwrapped(audioUnitManager).searchAgain();
 }
 
-void ViewController::showWelcome() {
+void ViewController::showWelcome() const {
     welcomeText->setText(isEffectMissing_ ? kNoEffect : isPlaying_ ? kPlaying : kWelcome);
 }
 

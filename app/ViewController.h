@@ -120,7 +120,7 @@ class ViewController : public UIViewController,
     friend struct ViewControllerPeer;  ///< For tests.
 
     void embed(const std::shared_ptr<UIViewController>& controller);
-    void showWelcome();
+    void showWelcome() const;
     void setEffectMissing(bool isMissing);
 
     bool isEffectMissing_ = false;

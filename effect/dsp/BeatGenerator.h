@@ -8,7 +8,7 @@ namespace orvalo::effect {
 
 /// A beat on a grid of note values: it starts on each grid point and lasts for a share of the
 /// grid's step. The grid counts from the start of the song in the host's time. Without host time it
-/// runs at a tempo of its own, from the frame at which the generator is switched on.
+/// runs at its own tempo, from the frame at which the generator is switched on.
 class BeatGenerator {
   public:
     struct Settings {

@@ -185,7 +185,7 @@ std::string presetText(const Preset& preset) {
     return text + " .\n";
 }
 
-/// Replaces the file as a whole, so that nobody reads half of it.
+/// Replaces the file as a whole, so that no reader gets half of it.
 void writeFile(const fs::path& path, const std::string& text) {
     const fs::path written = path.native() + ".part";
     std::ofstream file(written, std::ios::binary | std::ios::trunc);

@@ -11,7 +11,7 @@
 
 namespace orvalo::effect::ui {
 
-/// The presets of the effect's bundle, and the user's in `~/.lv2`, each in a bundle of its own. A
+/// The presets of the effect's bundle, and the user's in `~/.lv2`, each in its own bundle. A
 /// preset with the name of another one is left out.
 class PresetFiles final : public PresetStore {
   public:

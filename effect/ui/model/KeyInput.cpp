@@ -74,7 +74,7 @@ bool KeyInput::moveFocus(int direction) {
     }
     const std::size_t last = focusCount - 1;
     if (scene_.focus == (direction > 0 ? last : 0)) {
-        // A host without a control of its own to focus sends the next Tab here again.
+        // A host that has no own control to focus sends the next Tab here again.
         editor_.focus(direction > 0 ? 0 : last, false);
         return false;
     }
