@@ -3,11 +3,13 @@
 #include <glib.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <utility>
 #include <vector>
 
 #include "platform/audio/output/PulseDevice.h"
+#include "tests/testing/Program.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
@@ -80,9 +82,9 @@ context.objects = [
     EXPECT_TRUE(pollUntil([this] { return std::filesystem::is_socket(folder_ / "pulse/native"); }));
 }
 
-void PipeWireDaemons::startSessionManager() {
+void PipeWireDaemons::startSessionManager(bool (*isReady)()) {
     manager_.emplace(std::vector<std::string>{"dbus-run-session", "--", "wireplumber"});
-    EXPECT_TRUE(pollUntil([] { return defaultSink() == "quiet"; }));
+    EXPECT_TRUE(pollUntil(isReady)) << defaultSink();
 }
 
 void PipeWireDaemons::end() {
@@ -110,6 +112,16 @@ std::string PipeWireDaemons::defaultSink() {
     } catch (const NSError& error) {
         return error.what();
     }
+}
+
+bool PipeWireDaemons::isDefaultSink() {
+    return defaultSink() == "quiet";
+}
+
+bool PipeWireDaemons::hasPorts() {
+    const auto ports = Program({"pw-link", "--input"}).readAll();
+    return std::any_of(ports.begin(), ports.end(),
+                       [](const auto& port) { return port.starts_with("quiet:"); });
 }
 
 }  // namespace orvalo::testing

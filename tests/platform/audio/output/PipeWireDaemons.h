@@ -24,15 +24,19 @@ class PipeWireDaemons {
 
     /// Starts the daemons without a session manager, and waits for their sockets.
     void start(const Sink& sink);
-    /// Starts WirePlumber on a bus of its own, without its search for the machine's devices, and
-    /// waits until it has chosen the sink.
-    void startSessionManager();
+    /// Starts WirePlumber on its own bus, without its search for the machine's devices, and waits
+    /// until the sink is ready.
+    void startSessionManager(bool (*isReady)() = isDefaultSink);
     void end();
     /// Ends them as a crash would.
     void kill();
 
     /// The sink that plays unless another is asked for; or why there is none.
     static std::string defaultSink();
+    /// Whether that is "quiet".
+    static bool isDefaultSink();
+    /// Whether "quiet" has ports to play to.
+    static bool hasPorts();
 
   private:
     void writeFile(const std::string& name, const std::string& text) const;
