@@ -98,7 +98,7 @@ TEST_F(PagesTest, WithoutASiteTheInstalledPagesAreShown) {
     key("F1");
     EXPECT_EQ(program->readUntil("https://"),
               (Lines{"ShowHelp", "navigationAction: ", "https://orvalo.example/DYNAMICS/"}));
-    // The ground of the pages, which the engine draws in a process of its own.
+    // The ground of the pages, which the engine draws in another process.
     EXPECT_TRUE(pollUntil([] {
         const auto window = place();
         return Screenshot().count(0xF7F8F9, window.x, window.y, window.width, window.height) >

@@ -18,7 +18,7 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::Value;
 
-/// An effect without a UI of its own: the stage has one from its ports, whose controls are set by
+/// An effect without its own UI: the stage has one from its ports, whose controls are set by
 /// the keyboard.
 class RestorationTest : public ApplicationFixture {
   protected:

@@ -19,7 +19,7 @@ class StageTest : public ApplicationFixture {
   protected:
     bool shows(const std::string& text) const { return std::ranges::count(tree.names(), text) > 0; }
 
-    /// Lets start() start an installation of its own without the effect.
+    /// Lets start() start an installation without the effect.
     void installWithoutEffect() {
         fs::create_directories(installed() / "bin");
         fs::create_directories(installed() / "lib");

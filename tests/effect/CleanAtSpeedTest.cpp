@@ -11,7 +11,7 @@ namespace {
 
 using namespace orvalo::testing;
 
-/// One second of a settled tone of full scale: each whole frequency is a component of its own.
+/// One second of a settled tone of full scale: each whole frequency is one component.
 class CleanAtSpeedTest : public testing::Test {
   protected:
     CleanAtSpeedTest() {

@@ -50,7 +50,7 @@ void paintField(const Brush& brush, const Scene& scene) {
 
 namespace {
 
-/// A line in a box of its own.
+/// A line in its own box.
 void paintLine(const Brush& brush, const Scene& scene, const Rect& area, const std::string& text,
                const Colour& colour) {
     const Layout& layout = scene.layout;

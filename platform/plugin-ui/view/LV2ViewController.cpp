@@ -128,7 +128,7 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, in
     container_->onLeaving = [this] { close(); };
     container_->onRetry = [this] {
         hasFailed_ = false;
-        // Opens the UI at its place, unless the view has left the screen meanwhile.
+        // Opens the UI at its place, unless the view has left the screen.
         if (container_->place().toplevel != 0) {
             this->place(container_->place());
         }

@@ -42,7 +42,7 @@ class ServiceRun {
     bool isReady() const { return readySession_ != nullptr; }
     /// The service's error when it could not instantiate the effect.
     const std::optional<std::string>& refusal() const { return refusal_; }
-    /// A mapping of its own of the memory that the ready service shares, for readers off the render
+    /// Another mapping of the memory that the ready service shares, for readers off the render
     /// thread; null, after a warning, when it cannot be mapped.
     std::shared_ptr<const SharedAudio> sharedAudio() const;
     /// Whether the service can do what the command requests: not while its UI hangs, except to
