@@ -22,7 +22,7 @@ constexpr const char* numberDescriptorText = "3";
 
 [[noreturn]] void becomeServer(const char* screen, int numbers) {
     // Xvfb ends with the test, however that ends, and inherits none of its descriptors.
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int null = open("/dev/null", O_RDWR);
     for (const int standard : {0, 1, 2}) {
         dup2(null, standard);
@@ -74,20 +74,19 @@ XServer::XServer(const std::string& screen) {
 }
 
 XServer::~XServer() {
-    // Xvfb removes its socket and its lock.
-    end(SIGTERM);
+    crash();
 }
 
 void XServer::crash() {
-    end(SIGKILL);
-}
-
-void XServer::end(int signal) {
-    if (process_ > 0) {
-        kill(process_, signal);
-        waitpid(process_, nullptr, 0);
-        process_ = -1;
+    if (process_ <= 0) {
+        return;
     }
+    // Xvfb would remove the file at its end, when it has closed the abstract socket that reserves
+    // the number. By then the file may be that of the next server, started by another test.
+    unlink(("/tmp/.X11-unix/X" + display_.substr(1)).c_str());
+    kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+    process_ = -1;
 }
 
 }  // namespace orvalo::testing

@@ -24,8 +24,6 @@ class XServer {
     const std::string& display() const { return display_; }
 
   private:
-    void end(int signal);
-
     pid_t process_ = -1;
     std::string display_;
 };
