@@ -1,4 +1,3 @@
-#include <X11/Xlib.h>
 #include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +9,7 @@
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/platform/plugin-ui/x11/Toplevel.h"
+#include "tests/programs/effect-service/ForeignWindow.h"
 #include "tests/programs/effect-service/HostedEffect.h"
 #include "tests/programs/effect-service/effects/UIDeed.h"
 #include "tests/testing/WaitUntil.h"
@@ -27,22 +27,6 @@ constexpr unsigned kColor = 0x336699;
 constexpr X11Rect kArea{50, 40, 400, 300};
 // kArea in the toplevel, which is at (100, 100).
 constexpr X11Rect kOnScreen{150, 140, 400, 300};
-
-/// Whether a window of another process exists, mapped or not.
-bool isThere(unsigned long window) {
-    XWindowAttributes attributes{};
-    return XGetWindowAttributes(screen(), window, &attributes) != 0;
-}
-
-/// Sends a ClientMessage to the client that created the window.
-void sendMessage(unsigned long window) {
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = window;
-    event.xclient.format = 32;
-    XSendEvent(screen(), window, False, NoEventMask, &event);
-    XFlush(screen());
-}
 
 /// An effect's UI, whose host is this program.
 class ServicePluginUI : public ::testing::Test {
