@@ -1,25 +1,42 @@
 // Measures what an effect costs in a service compared with this process.
 
+#include <fcntl.h>
 #include <glib.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <optional>
+#include <system_error>
 
 #include "bench/bridge/Contenders.h"
 #include "bench/bridge/Live.h"
-#include "bench/measuring/Awake.h"
 #include "bench/measuring/Clocks.h"
 #include "bench/measuring/JackServer.h"
 #include "bench/measuring/Options.h"
 #include "bench/measuring/Stage.h"
 #include "bench/measuring/Statistics.h"
+#include "platform/foundation/FileDescriptor.h"
 
 namespace {
 
 using namespace orvalo;
 using namespace orvalo::bench;
+
+/// Prevents the processors from entering sleep states while the result lives, like machines that
+/// are set up for audio. Throws std::system_error without permission.
+FileDescriptor keepAwake() {
+    constexpr auto kPath = "/dev/cpu_dma_latency";
+    FileDescriptor request(open(kPath, O_WRONLY | O_CLOEXEC));
+    // The longest wake-up time in microseconds; the request is valid until the file is closed.
+    const std::int32_t longest = 0;
+    if (!request || write(request.get(), &longest, sizeof longest) != sizeof longest) {
+        throw std::system_error(errno, std::generic_category(), kPath);
+    }
+    return request;
+}
 
 void compareQuanta(const std::string& uri, int seconds) {
     const Contenders contenders(uri);
@@ -86,7 +103,7 @@ int main(int argc, char** argv) {
         setenv("ORVALO_AUDIO_OUTPUT", "jack", 1);
         // NOLINTEND(concurrency-mt-unsafe)
         const JackServer server;
-        const auto awake = isAwake ? std::make_optional<Awake>() : std::nullopt;
+        const auto awake = isAwake ? keepAwake() : FileDescriptor();
         compareQuanta(uri, seconds);
         compareStarts(uri, starts);
         compareXruns(uri, xrunSeconds);

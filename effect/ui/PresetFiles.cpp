@@ -93,7 +93,7 @@ fs::path PresetFiles::folderFor(const std::string& name,
     };
     for (int number = 1;; ++number) {
         const auto suffix = number == 1 ? "" : "-" + std::to_string(number);
-        const fs::path folder = user_ / (fileName(name) + suffix + ".preset.lv2");
+        fs::path folder = user_ / (fileName(name) + suffix + ".preset.lv2");
         if (isOwn(folder) || !isTaken(folder)) {
             return folder;
         }

@@ -9,8 +9,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <unordered_map>
 
 #include "platform/foundation/GLibPointer.h"
@@ -245,13 +247,21 @@ std::vector<LV2Bundle> findBundles(const LV2SearchPath& searchPath) {
         if (!bundle) {
             return;
         }
+        // The plug-ins that earlier bundles hold, by bundle.
+        std::map<std::string, std::set<std::string>> taken;
         for (const auto& plugin : std::unordered_set(bundle->plugins)) {
             const auto [holder, isFirst] = holders.emplace(plugin, path);
             if (!isFirst) {
-                g_warning("%s holds <%s>, which is taken from %s instead.", path.c_str(),
-                          plugin.c_str(), holder->second.c_str());
+                taken[holder->second].insert(plugin);
                 forget(*bundle, plugin);
             }
+        }
+        for (const auto& [holder, plugins] : taken) {
+            const auto more = plugins.size() == 1 ? ", which is"
+                                                  : " and " + std::to_string(plugins.size() - 1) +
+                                                        " more, which are";
+            g_warning("%s holds <%s>%s taken from %s instead.", path.c_str(),
+                      plugins.begin()->c_str(), more.c_str(), holder.c_str());
         }
         bundles.push_back(std::move(*bundle));
     };

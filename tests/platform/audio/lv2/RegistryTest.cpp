@@ -19,6 +19,7 @@ using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 /// Bundles written for one test: in the folders "path" and "more" of the search path, and in the
 /// application's own folder "own".
@@ -293,6 +294,19 @@ TEST_F(Registry, TakesAPluginWholeFromTheFirstOfTheBundlesThatHoldIt) {
     ASSERT_NE(plugin, nullptr);
     EXPECT_THAT(lilv_node_as_uri(lilv_plugin_get_library_uri(plugin)),
                 HasSubstr("path/amp.lv2/first.so"));
+}
+
+TEST_F(Registry, WarnsOnceOfABundleWithSeveralPluginsThatAreTakenFromAnother) {
+    for (const std::string folder : {"path", "more"}) {
+        write(folder, "all.lv2",
+              "<urn:test:a> a lv2:Plugin .\n<urn:test:b> a lv2:Plugin .\n<urn:test:c> a lv2:Plugin "
+              ".");
+    }
+    components();
+    EXPECT_THAT(warnings_, HasSubstr(bundle("more/all.lv2") +
+                                     " holds <urn:test:a> and 2 more, which are taken from " +
+                                     bundle("path/all.lv2") + " instead."));
+    EXPECT_THAT(warnings_, Not(HasSubstr("<urn:test:b>")));
 }
 
 TEST_F(Registry, HasNoPresetOfTheBundlesThatAreNotUsed) {
