@@ -26,16 +26,17 @@ constexpr std::array kNamespaces{"--unshare-user-try", "--unshare-ipc",    "--un
 constexpr std::array kSystemPlaces{
     "/usr", "/lib", "/lib32", "/libx32", "/lib64", "/bin", "/sbin", "/opt",
     // Of /etc only what programs without the network read: it also has the machine's secrets.
-    "/etc/alternatives", "/etc/drirc", "/etc/fonts", "/etc/glvnd", "/etc/group", "/etc/gtk-2.0",
-    "/etc/gtk-3.0", "/etc/gtk-4.0", "/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/ld.so.conf.d",
-    "/etc/locale.alias", "/etc/localtime", "/etc/nsswitch.conf", "/etc/OpenCL", "/etc/pango",
-    "/etc/passwd", "/etc/timezone", "/etc/vulkan", "/etc/X11", "/sys/devices/system/cpu",
-    "/var/cache/fontconfig"};
+    "/etc/alternatives", "/etc/group", "/etc/ld.so.cache", "/etc/locale.alias", "/etc/localtime",
+    "/etc/nsswitch.conf", "/etc/OpenCL", "/etc/passwd", "/etc/timezone", "/sys/devices/system/cpu"};
 constexpr std::array kPrefixFolders{"lib", "libexec", "share"};
 constexpr std::array kGraphicsData{"/sys/bus", "/sys/class", "/sys/dev", "/sys/devices"};
 constexpr std::array kGraphics{"/dev/dri", "/dev/nvidiactl", "/dev/nvidia0", "/dev/nvidia-modeset"};
-constexpr std::array kHomePlaces{".lv2",       ".fonts",     ".fonts.conf", ".icons", ".themes",
-                                 ".gtkrc-2.0", ".Xdefaults", ".Xresources", ".drirc"};
+// What only UIs read.
+constexpr std::array kPluginUIPlaces{
+    "/etc/drirc",   "/etc/fonts", "/etc/glvnd",  "/etc/gtk-2.0", "/etc/gtk-3.0",
+    "/etc/gtk-4.0", "/etc/pango", "/etc/vulkan", "/etc/X11",     "/var/cache/fontconfig"};
+constexpr std::array kHomePlaces{".fonts",     ".fonts.conf", ".icons",      ".themes",
+                                 ".gtkrc-2.0", ".Xdefaults",  ".Xresources", ".drirc"};
 constexpr std::array kConfigurationPlaces{"fontconfig", "gtk-2.0", "gtk-3.0", "gtk-4.0", "drirc"};
 constexpr std::array kDataPlaces{"fonts", "icons", "themes"};
 constexpr std::array kCachePlaces{"fontconfig"};
@@ -48,8 +49,18 @@ class Command {
     void add(std::initializer_list<std::string> more) {
         arguments.insert(arguments.end(), more.begin(), more.end());
     }
-    /// Read-only; nothing for a place that is missing or that the user cannot reach.
-    void show(const fs::path& place) { showAs(place, place); }
+    /// Read-only; nothing for a place that is missing or that the user cannot reach. Each mount
+    /// lengthens the start, so what is shown already is not mounted again.
+    void show(const fs::path& place) {
+        std::error_code ignored;
+        const auto file = fs::canonical(place, ignored);
+        if (!shows(file)) {
+            showAs(place, place);
+        } else if (file != place && !shows(place)) {
+            add({"--symlink", file, place});
+            shown_.push_back(place / "");
+        }
+    }
     void showAs(const fs::path& file, const fs::path& place) {
         std::error_code ignored;
         if (fs::exists(file, ignored)) {
@@ -57,10 +68,10 @@ class Command {
             shown_.push_back(place / "");
         }
     }
-    /// Whether a folder around the place is shown.
+    /// Whether the place or a folder around it is shown.
     bool shows(const fs::path& place) const {
         return std::ranges::any_of(shown_, [&place](const fs::path& folder) {
-            return place.native().starts_with(folder.native());
+            return (place / "").native().starts_with(folder.native());
         });
     }
     template <typename Names>
@@ -129,6 +140,14 @@ std::string socketOfServer() {
     return number.empty() ? "" : "/tmp/.X11-unix/X" + std::string(number);
 }
 
+void showPluginUIPlaces(Command& command) {
+    command.show("", kPluginUIPlaces);
+    command.show(g_get_home_dir(), kHomePlaces);
+    command.show(userConfigurationFolder(), kConfigurationPlaces);
+    command.show(userDataFolder(), kDataPlaces);
+    command.show(userCacheFolder(), kCachePlaces);
+}
+
 void showServer(Command& command) {
     command.show("", kGraphicsData);
     for (const char* device : kGraphics) {
@@ -153,10 +172,7 @@ std::vector<std::string> confinedCommand(const fs::path& program, const EffectPl
     command.add(
         {"--proc", "/proc", "--dev", "/dev", "--size", kSharedMemorySize, "--tmpfs", "/dev/shm"});
     command.add({"--dir", g_get_home_dir()});
-    command.show(g_get_home_dir(), kHomePlaces);
-    command.show(userConfigurationFolder(), kConfigurationPlaces);
-    command.show(userDataFolder(), kDataPlaces);
-    command.show(userCacheFolder(), kCachePlaces);
+    command.show(fs::path(g_get_home_dir()) / ".lv2");
     // From <prefix>/libexec/orvalo/<program>.
     command.show(program.parent_path().parent_path().parent_path(), kPrefixFolders);
     command.show(program);
@@ -170,6 +186,7 @@ std::vector<std::string> confinedCommand(const fs::path& program, const EffectPl
         command.add({"--size", kScratchSize, "--tmpfs", places.scratch});
     }
     if (places.hasPluginUI) {
+        showPluginUIPlaces(command);
         showServer(command);
     }
     // Without a limit of their size; and root may write much of /proc without a capability.

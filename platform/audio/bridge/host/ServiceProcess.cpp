@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -30,7 +31,7 @@ namespace {
 // Of a new process.
 constexpr int kServiceSocket = 3;
 constexpr int kCallFilter = 4;
-constexpr int kInformation = 5;
+constexpr int kStatus = 5;
 // A killed process that still exists after this time hangs in a system call.
 constexpr std::chrono::milliseconds kKillTimeout{5000};
 
@@ -68,17 +69,17 @@ class Spawner {
     Spawner(const Spawner&) = delete;
     Spawner& operator=(const Spawner&) = delete;
 
-    /// information: below 0 for none.
-    void setDescriptors(int output, int socket, int filter, int information) {
+    /// status: below 0 for none.
+    void setDescriptors(int output, int socket, int filter, int status) {
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, output, STDERR_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, socket, kServiceSocket);
         posix_spawn_file_actions_adddup2(&actions_, filter, kCallFilter);
         int next = kCallFilter + 1;
-        if (information >= 0) {
-            posix_spawn_file_actions_adddup2(&actions_, information, kInformation);
-            next = kInformation + 1;
+        if (status >= 0) {
+            posix_spawn_file_actions_adddup2(&actions_, status, kStatus);
+            next = kStatus + 1;
         }
         posix_spawn_file_actions_addclosefrom_np(&actions_, next);
     }
@@ -152,14 +153,22 @@ std::string readAll(int pipe) {
     return text;
 }
 
-/// The member "child-pid" of the object that bubblewrap writes; -1 without one.
-pid_t childIn(const std::string& information) {
+/// Up to the end of the first line.
+std::string readLine(int pipe) {
+    std::string text;
+    for (char letter = 0; letter != '\n' && read(pipe, &letter, 1) == 1;) {
+        text += letter;
+    }
+    return text;
+}
+
+/// The member "child-pid" of the object that bubblewrap writes first; -1 without one.
+pid_t childIn(const std::string& status) {
     constexpr std::string_view kName = "\"child-pid\": ";
-    const auto place = information.find(kName);
-    return place == std::string::npos
-               ? -1
-               : static_cast<pid_t>(
-                     std::strtol(information.c_str() + place + kName.size(), nullptr, 10));
+    const auto place = status.find(kName);
+    return place == std::string::npos ? -1
+                                      : static_cast<pid_t>(std::strtol(
+                                            status.c_str() + place + kName.size(), nullptr, 10));
 }
 
 FileDescriptor openProcess(pid_t process) {
@@ -189,19 +198,11 @@ std::string signalText(int signal) {
     return "was killed by signal " + std::to_string(signal) + " (" + g_strsignal(signal) + ")";
 }
 
-}  // namespace
+std::atomic<bool> confinementWorks{false};
+std::atomic<bool> confinementFails{false};
 
-bool ServiceProcess::canConfine() {
-    static const bool can = [] {
-        std::string reason = "it is not installed";
-        if (const GText program(g_find_program_in_path("bwrap")); program != nullptr) {
-            ServiceProcess trial;
-            trial.start(confinedCommand("/bin/true", {}), true);
-            if (trial.endsWithin(kKillTimeout) && trial.end() == "ended with status 0") {
-                return true;
-            }
-            reason = plainText(readAll(trial.output_.get()));
-        }
+void giveUpConfinement(const std::string& reason) {
+    if (!confinementFails.exchange(true)) {
         g_warning(
             "Effects are not confined, because bubblewrap does not work here (%s). They can read "
             "and change the user's files, fill the disk, see, signal and slow down other "
@@ -209,17 +210,29 @@ bool ServiceProcess::canConfine() {
             "processes and leave them behind, and act as root where the program does; only the "
             "effect's own process is watched for its memory.",
             reason.c_str());
-        return false;
-    }();
-    return can;
+    }
 }
+
+/// Whether to start services with bubblewrap.
+bool confines() {
+    static const bool isInstalled = [] {
+        const GText program(g_find_program_in_path("bwrap"));
+        if (program == nullptr) {
+            giveUpConfinement("it is not installed");
+        }
+        return program != nullptr;
+    }();
+    return isInstalled && !confinementFails;
+}
+
+}  // namespace
 
 ServiceProcess::ServiceProcess(const std::filesystem::path& program, const EffectPlaces& places) {
     // Otherwise bubblewrap would report it.
     if (access(program.c_str(), X_OK) != 0) {
         throw NSError::posix(errno, "The program " + program.string());
     }
-    if (canConfine()) {
+    if (confines()) {
         start(confinedCommand(program, places), true);
     } else {
         start({program}, false);
@@ -230,16 +243,16 @@ void ServiceProcess::start(std::vector<std::string> command, bool isConfined) {
     auto socket = makeEnds(
         [](int* ends) { return socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends); });
     auto output = makePipe();
-    auto information = isConfined ? makePipe() : Ends{};
+    auto status = isConfined ? makePipe() : Ends{};
     const auto filter = movedUp(makeCallFilter());
     fcntl(output.host.get(), F_SETFL, O_NONBLOCK);
     Spawner spawner;
     spawner.setDescriptors(output.service.get(), socket.service.get(), filter.get(),
-                           information.service.get());
+                           status.service.get());
     // The service's parent, and the filter where bubblewrap does not load it.
     if (isConfined) {
-        command.insert(command.begin() + 1, {"--seccomp", std::to_string(kCallFilter), "--info-fd",
-                                             std::to_string(kInformation)});
+        command.insert(command.begin() + 1, {"--seccomp", std::to_string(kCallFilter),
+                                             "--json-status-fd", std::to_string(kStatus)});
         command.emplace_back("1");
     } else {
         command.insert(command.end(), {std::to_string(getpid()), std::to_string(kCallFilter)});
@@ -255,8 +268,10 @@ void ServiceProcess::start(std::vector<std::string> command, bool isConfined) {
     socket_ = std::move(socket.host);
     output_ = std::move(output.host);
     if (isConfined) {
-        information.service = FileDescriptor();
-        first_ = childIn(readAll(information.host.get()));
+        status.service = FileDescriptor();
+        status_ = std::move(status.host);
+        first_ = childIn(readLine(status_.get()));
+        fcntl(status_.get(), F_SETFL, O_NONBLOCK);
         firstProcess_ = first_ > 0 ? openProcess(first_) : FileDescriptor();
     }
 }
@@ -321,6 +336,10 @@ std::string ServiceProcess::end() {
         info = {};
     }
     id_ = -1;
+    // bubblewrap reports the end of a program only.
+    if (status_ && readAll(status_.get()).find("\"exit-code\"") != std::string::npos) {
+        confinementWorks = true;
+    }
     const bool isSignal = info.si_code == CLD_KILLED || info.si_code == CLD_DUMPED;
     if (isSignal) {
         return signalText(info.si_status);
@@ -333,6 +352,20 @@ std::string ServiceProcess::end() {
     return first_ > 0 && info.si_status > kSignal
                ? signalText(info.si_status - kSignal)
                : "ended with status " + std::to_string(info.si_status);
+}
+
+bool ServiceProcess::failedToConfine() const {
+    if (!status_ || confinementWorks) {
+        return false;
+    }
+    // A program that any machine has tells whether it failed because of this one's files.
+    ServiceProcess trial;
+    trial.start(confinedCommand("/bin/true", {}), true);
+    if (trial.endsWithin(kKillTimeout) && trial.end() == "ended with status 0") {
+        return false;
+    }
+    giveUpConfinement(plainText(readAll(trial.output_.get())));
+    return true;
 }
 
 }  // namespace orvalo

@@ -21,8 +21,8 @@ namespace orvalo {
 ///
 /// bubblewrap makes the namespaces. Its first process has its ID in the host's namespace, its
 /// second is process 1 of the new one and ends all the others when it ends; the service is its
-/// child. Where the machine cannot make namespaces, the service is the host's child, and the first
-/// ServiceProcess warns once of what does not hold.
+/// child. Where bubblewrap is missing, or failedToConfine() has found that it does not work, the
+/// service is the host's child, and one warning says what does not hold.
 class ServiceProcess {
   public:
     /// Starts program. Throws NSError. No other thread may change the environment during the call.
@@ -55,15 +55,20 @@ class ServiceProcess {
     /// a clause: "was killed by signal 11 (Segmentation fault)", "ended with status 3".
     std::string end();
 
+    /// After end(): whether bubblewrap ended without starting the program because it does not work
+    /// on this machine. Then it has warned, and later processes are not confined. Never after
+    /// bubblewrap has started any program.
+    bool failedToConfine() const;
+
   private:
     ServiceProcess() = default;
-    static bool canConfine();
     void start(std::vector<std::string> command, bool isConfined);
 
     pid_t id_ = -1;
     FileDescriptor process_;
     pid_t first_ = -1;  // Process 1 of the namespace, in the host's; below 0 without one.
     FileDescriptor firstProcess_;  // Empty also when it had ended before it was opened.
+    FileDescriptor status_;        // Where bubblewrap reports; empty without it.
     FileDescriptor socket_;
     FileDescriptor output_;
 };

@@ -436,6 +436,7 @@ ServiceRun::End ServiceRun::finish() {
     End end{(reason_.empty() ? exit : reason_) + (isReplaced_ ? "" : activity(now)),
             log_.lastMessage(),
             !isReplaced_,
+            reason_.empty() && process_.failedToConfine(),
             {},
             {}};
     for (auto& command : pending_.takeAll()) {

@@ -62,6 +62,7 @@ class ServiceRun {
         std::string what;         ///< "was killed by signal 11 (Segmentation fault) while playing"
         std::string lastMessage;  ///< The last line of its log; "" for none.
         bool isDeath = true;      ///< Not after replace().
+        bool failedToConfine = false;           ///< ServiceProcess::failedToConfine().
         std::deque<ServiceCommand> repeatable;  ///< Unanswered; the next service gets them.
         std::deque<ServiceCommand> lost;        ///< Unanswered; not repeated.
     };

@@ -143,7 +143,9 @@ bool ServiceSupervisor::handleEnd(const ServiceRun::End& end,
         commands_.insert(commands_.begin(), end.repeatable.begin(), end.repeatable.end());
     }
     bool restarts = false;
-    if (!refusal) {
+    if (end.failedToConfine) {
+        restarts = true;
+    } else if (!refusal) {
         restarts = handleDeath(end.what, end.lastMessage, end.isDeath);
     } else if (wasReady_) {
         restarts = handleDeath("could not be instantiated again (" + *refusal + ")", "");

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <glib.h>
 #include <gmock/gmock.h>
 #include <grp.h>
 #include <gtest/gtest.h>
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "platform/foundation/FileDescriptor.h"
+#include "platform/foundation/GLibPointer.h"
 #include "tests/platform/audio/bridge/host/Leftovers.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WaitUntil.h"
@@ -352,16 +354,62 @@ TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
     EXPECT_THAT(host.text(), HasSubstr("\nunharmed\n"));
 }
 
+/// A program called bwrap, for all users.
+class Bubblewrap {
+  public:
+    explicit Bubblewrap(const std::string& script) {
+        const auto program = folder_.path() / "bwrap";
+        std::ofstream(program) << "#!/bin/sh\n" << script << "\n";
+        std::filesystem::permissions(program, std::filesystem::perms(0755));
+        std::filesystem::permissions(folder_.path(), std::filesystem::perms(0755));
+    }
+    std::string path() const { return folder_.path(); }
+    /// Shell text that runs the real one.
+    static std::string real() {
+        const GText program(g_find_program_in_path("bwrap"));
+        return "exec " + std::string(program.get()) + " \"$@\"";
+    }
+
+  private:
+    TemporaryFolder folder_;
+};
+
 TEST_P(Confinement, TheLineRepeatsWhatBubblewrapSays) {
-    const TemporaryFolder folder;
-    const auto program = folder.path() / "bwrap";
-    std::ofstream(program) << "#!/bin/sh\necho 'bwrap: No permissions.' >&2\nexit 1\n";
-    std::filesystem::permissions(program, std::filesystem::perms(0755));
-    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
-    HostileHost host(GetParam(), "sockets", folder.path().c_str());
+    const Bubblewrap bubblewrap("echo 'bwrap: No permissions.' >&2; exit 1");
+    HostileHost host(GetParam(), "sockets", bubblewrap.path().c_str());
     ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
     EXPECT_THAT(linesWith("WARNING", host.text()),
                 ElementsAre(HasSubstr("bubblewrap does not work here (bwrap: No permissions.).")));
+    // Started without bubblewrap.
+    EXPECT_EQ(host.processes().size(), 1U);
+}
+
+TEST_P(Confinement, AnEffectThatBubblewrapCannotShowDoesNotRun) {
+    const Bubblewrap bubblewrap("case $* in */bin/true*) " + Bubblewrap::real() +
+                                ";; esac; echo 'bwrap: No bundle.' >&2; exit 1");
+    HostileHost host(GetParam(), "sockets", bubblewrap.path().c_str());
+    ASSERT_TRUE(host.says("left ")) << host.text();
+    EXPECT_THAT(host.text(), HasSubstr("The plug-in <urn:orvalo:hostile> cannot be used: it died 3 "
+                                       "times within 60 s; at last it ended with status 1 while it "
+                                       "was instantiated. It last said: bwrap: No bundle."));
+    EXPECT_THAT(host.text(), Not(HasSubstr("not confined")));
+    EXPECT_THAT(host.text(), HasSubstr("left no processes"));
+}
+
+TEST_P(Confinement, AnEffectThatWasConfinedNeverRunsWithoutBubblewrap) {
+    const Bubblewrap bubblewrap("if mkdir \"$TMPDIR/first\" 2>&-; then " + Bubblewrap::real() +
+                                "; fi; echo 'bwrap: No more.' >&2; exit 1");
+    // The service is ended before it answers.
+    const auto path = bubblewrap.path() + ":/usr/bin:/bin";
+    HostileHost host(GetParam(), "hoard", path.c_str());
+    ASSERT_TRUE(host.says("left ")) << host.text();
+    EXPECT_THAT(host.text(),
+                HasSubstr("MiB into its cache while it was instantiated; it is started "
+                          "again."));
+    EXPECT_THAT(host.text(),
+                HasSubstr("it died 3 times within 60 s; at last it ended with status 1 "
+                          "while it was instantiated. It last said: bwrap: No more."));
+    EXPECT_THAT(host.text(), Not(HasSubstr("not confined")));
 }
 
 }  // namespace

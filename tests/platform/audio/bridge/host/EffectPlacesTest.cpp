@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -36,6 +37,35 @@ TEST(EffectPlaces, HaveTheXServerOnlyForAPluginUI) {
     EXPECT_THAT(confinedCommand("/bin/true", {.hasPluginUI = true}),
                 Not(Contains(socket.string())));
     fs::remove(socket);
+}
+
+TEST(EffectPlaces, HaveTheDesktopsFilesOnlyForAPluginUI) {
+    const auto without = confinedCommand("/bin/true", {});
+    const auto with = confinedCommand("/bin/true", {.hasPluginUI = true});
+    EXPECT_THAT(without, Contains("/etc/passwd").Times(2));
+    EXPECT_THAT(without, Not(Contains("/etc/fonts")));
+    EXPECT_THAT(with, Contains("/etc/passwd").Times(2));
+    EXPECT_THAT(with, Contains("/etc/fonts").Times(2));
+}
+
+TEST(EffectPlaces, AreNotMountedTwice) {
+    const TemporaryFolder folder;
+    const auto bundle = folder.path() / "effects/one.lv2";
+    fs::create_directories(bundle);
+    fs::create_directory_symlink(bundle, folder.path() / "link.lv2");
+    const auto link = folder.path() / "link.lv2";
+    const auto command = confinedCommand(
+        "/usr/bin/env", {.bundles = {folder.path() / "effects", bundle, link, link}});
+    EXPECT_THAT(command, Contains(bundle.parent_path().string()).Times(2));
+    // The link's target, and no mount.
+    EXPECT_THAT(command, Contains(bundle.string()).Times(1));
+    EXPECT_THAT(command, Contains(link.string()).Times(1));
+    const auto place = std::ranges::find(command, link.string());
+    ASSERT_NE(place, command.end());
+    EXPECT_EQ(*(place - 1), bundle.string());
+    EXPECT_EQ(*(place - 2), "--symlink");
+    // The program, which is below /usr.
+    EXPECT_THAT(command, Contains("/usr/bin/env").Times(1));
 }
 
 TEST(EffectPlaces, HaveTheFilesThatLinksInABundleLeadTo) {

@@ -1,5 +1,6 @@
 #include "platform/audio/bridge/host/ServiceProcess.h"
 
+#include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,6 +15,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 #include "tests/platform/audio/bridge/host/FakeEffect.h"
 #include "tests/platform/audio/bridge/host/Leftovers.h"
@@ -60,6 +62,11 @@ class FirstInPath {
     const std::string before_ = getenv("PATH");
 };
 
+std::string programInPath(const char* name) {
+    const GText path(g_find_program_in_path(name));
+    return path.get();
+}
+
 std::string readAll(FileDescriptor descriptor) {
     std::ifstream file("/dev/fd/" + std::to_string(descriptor.get()));
     return {std::istreambuf_iterator<char>(file), {}};
@@ -78,13 +85,26 @@ TEST(ServiceProcess, ReturnsHowTheProcessEnded) {
 
 TEST(ServiceProcess, ReturnsTheSignalOfAServiceThatEndedBeforeItsFirstProcessWasOpened) {
     const Script program("exit 0");
-    // With the real bubblewrap, which the first process looks for.
-    ServiceProcess(program.path()).end();
     const Script bubblewrap("echo '{ \"child-pid\": 2000000000 }' >&5; exit 139", "bwrap");
     const FirstInPath path(bubblewrap.path().parent_path());
     ServiceProcess process(program.path());
     ASSERT_TRUE(process.endsWithin(kLong));
     EXPECT_EQ(process.end(), "was killed by signal 11 (Segmentation fault)");
+}
+
+TEST(ServiceProcess, StartsBubblewrapOnce) {
+    const TemporaryFolder folder;
+    const auto log = (folder.path() / "starts").string();
+    const Script bubblewrap("echo start >>" + log + "; exec " + programInPath("bwrap") + " \"$@\"",
+                            "bwrap");
+    const FirstInPath path(bubblewrap.path().parent_path());
+    const Script program("exit 3");
+    ServiceProcess process(program.path());
+    ASSERT_TRUE(process.endsWithin(kLong));
+    EXPECT_EQ(process.end(), "ended with status 3");
+    EXPECT_FALSE(process.failedToConfine());
+    std::ifstream starts(log);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(starts), {}), "start\n");
 }
 
 /// Interrupts its creator thread by signals for the object's life, at most 30 s. Sends each signal
