@@ -20,11 +20,14 @@ std::string nameOf(AtspiAccessible* node) {
     return name ? name.get() : "";
 }
 
+bool hasState(AtspiAccessible* node, AtspiStateType state) {
+    const GObjectPointer<AtspiStateSet> states(atspi_accessible_get_state_set(node));
+    return atspi_state_set_contains(states.get(), state) != FALSE;
+}
+
 /// The toolkit reports which buttons are sensitive, not which are covered or off the screen.
 bool isUsable(AtspiAccessible* node) {
-    const GObjectPointer<AtspiStateSet> states(atspi_accessible_get_state_set(node));
-    return atspi_state_set_contains(states.get(), ATSPI_STATE_VISIBLE) != FALSE &&
-           atspi_state_set_contains(states.get(), ATSPI_STATE_SENSITIVE) != FALSE;
+    return hasState(node, ATSPI_STATE_VISIBLE) && hasState(node, ATSPI_STATE_SENSITIVE);
 }
 
 using Visit = std::function<void(AtspiAccessible*)>;
@@ -82,6 +85,14 @@ std::vector<std::string> AccessibleTree::buttons() const {
 bool AccessibleTree::shows(const std::string& button) const {
     const auto all = buttons();
     return std::find(all.begin(), all.end(), button) != all.end();
+}
+
+bool AccessibleTree::isActive() const {
+    bool result = false;
+    visitAll(application_, [&result](AtspiAccessible* node) {
+        result = result || hasState(node, ATSPI_STATE_ACTIVE);
+    });
+    return result;
 }
 
 std::vector<std::string> AccessibleTree::names() const {

@@ -16,6 +16,8 @@ class AccessibleTree {
     std::vector<std::string> buttons() const;
     /// Whether buttons() contains that name.
     bool shows(const std::string& button) const;
+    /// Whether one of the windows has the keyboard focus.
+    bool isActive() const;
     /// All names, also of texts, in tree order.
     std::vector<std::string> names() const;
     /// Performs the press action of the object of that name; false without such an object or

@@ -41,15 +41,22 @@ class WaylandTest : public ::testing::Test {
         EXPECT_TRUE(pollUntil([this] { return tree_.shows("Play"); }));
         // The last line of the search for the effect.
         EXPECT_THAT(program_->readUntil(kEndOfSearch), Contains(kEndOfSearch));
+        EXPECT_TRUE(pollUntil([this] { return tree_.isActive(); }));
     }
 
+    /// By the space bar.
     void playAndStop() {
-        ASSERT_TRUE(tree_.press("Play"));
+        WaylandServer::type({"-k", "space"});
         EXPECT_THAT(program_->readUntil("AUEnginePlayer: Audio engine starting."),
                     Contains("AUEnginePlayer: Audio engine starting."));
-        ASSERT_TRUE(pollUntil([this] { return tree_.press("Stop"); }));
+        WaylandServer::type({"-k", "space"});
         EXPECT_THAT(program_->readUntil("AUEnginePlayer: Audio engine stopping."),
                     Contains("AUEnginePlayer: Audio engine stopping."));
+    }
+
+    void quitByKey() {
+        WaylandServer::type({"-M", "ctrl", "-k", "q"});
+        EXPECT_EQ(program_->wait(), 0);
     }
 
     /// Whether the stage has the dark colours of a shown effect.
@@ -89,15 +96,21 @@ TEST_F(WaylandTest, WithoutXwaylandItPlaysAndSaysWhyThereIsNoPluginUI) {
     EXPECT_THAT(program_->standardError(),
                 HasSubstr("The UI of <urn:tessaly:orvalo> cannot be shown: " + reason));
     playAndStop();
+    quitByKey();
 }
 
-TEST_F(WaylandTest, WithXwaylandThePluginUIIsShown) {
+TEST_F(WaylandTest, WithXwaylandThePluginUIIsShownAndKeysArriveOverIt) {
     start(WaylandServer::X11::xwayland);
     playAndStop();
     ASSERT_TRUE(tree_.press("Effect"));
     EXPECT_TRUE(pollUntil([this] { return isStageDark(); }));
     EXPECT_THAT(tree_.names(), Not(Contains(HasSubstr("cannot be shown"))));
     EXPECT_THAT(program_->standardError(), Not(HasSubstr("cannot be shown")));
+    WaylandServer::pointAt(640, 400);
+    playAndStop();
+    WaylandServer::click();
+    playAndStop();
+    quitByKey();
 }
 
 TEST_F(WaylandTest, LessMotionIsThePortals) {

@@ -1,6 +1,7 @@
 #include "tests/testing/WaylandServer.h"
 
 #include <glib.h>
+#include <unistd.h>
 
 #include <regex>
 #include <stdexcept>
@@ -8,57 +9,97 @@
 #include <vector>
 
 #include "tests/testing/FileBytes.h"
+#include "tests/testing/Lines.h"
 #include "tests/testing/Program.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
+namespace {
+
+Lines message(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "swaymsg");
+    return Program(arguments).readAll();
+}
+
+bool hasKeyboard() {
+    for (const auto& line : message({"--type", "get_inputs"})) {
+        if (line.find("virtual_keyboard") != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
 WaylandServer::WaylandServer(X11 x11) {
     g_setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), TRUE);
-    g_unsetenv("DISPLAY");
-    g_unsetenv("GDK_BACKEND");
-    std::vector<std::string> command{"weston",
-                                     "--backend=headless-backend.so",
-                                     "--use-pixman",
-                                     "--width=1280",
-                                     "--height=960",
-                                     "--no-config",
-                                     "--idle-time=0",
-                                     "--debug",  // Admits screenshots.
-                                     "--socket=wayland-test",
-                                     "--log=" + (folder_.path() / "log").string()};
-    if (x11 == X11::xwayland) {
-        command.emplace_back("--xwayland");
+    g_setenv("SWAYSOCK", (folder_.path() / "messages").c_str(), TRUE);
+    g_setenv("WLR_BACKENDS", "headless", TRUE);
+    g_setenv("WLR_RENDERER", "pixman", TRUE);
+    for (const auto* name : {"DISPLAY", "WAYLAND_DISPLAY", "GDK_BACKEND"}) {
+        g_unsetenv(name);
+    }
+    const auto settings = folder_.path() / "settings";
+    writeBytes(settings, std::string("xwayland ") + (x11 == X11::xwayland ? "enable" : "disable") +
+                             "\n"
+                             "output HEADLESS-1 resolution 1280x960\n"
+                             "default_border none\n"
+                             "exec env >" +
+                             (folder_.path() / "environment").string() + "\n");
+    std::vector<std::string> command{"sway", "--config", settings.string()};
+    if (geteuid() == 0) {
+        // sway refuses to be root.
+        command.insert(command.begin(),
+                       {"unshare", "--user", "--map-user=1000", "--map-group=1000"});
     }
     process_ = std::make_unique<ServerProcess>(command);
     if (!pollUntil([&] { return isReady(x11); })) {
-        throw std::runtime_error("weston did not start.");
+        throw std::runtime_error("sway did not start.");
     }
-    g_setenv("WAYLAND_DISPLAY", "wayland-test", TRUE);
+    // An application that learns of a keyboard by its first key misses that key. This one stays.
+    keyboard_ = std::make_unique<ServerProcess>(std::vector<std::string>{"wtype", "-s", "1000000"});
+    if (!pollUntil(hasKeyboard)) {
+        throw std::runtime_error("wtype did not start.");
+    }
 }
 
 bool WaylandServer::isReady(X11 x11) const {
-    if (!std::filesystem::exists(folder_.path() / "wayland-test")) {
+    // What sway tells its children.
+    const auto environment = folder_.path() / "environment";
+    if (!std::filesystem::exists(environment)) {
         return false;
     }
-    if (x11 == X11::none) {
-        return true;
+    const auto text = bytesOf(environment);
+    for (const auto* name : {"WAYLAND_DISPLAY", "DISPLAY"}) {
+        std::smatch found;
+        if (std::regex_search(text, found, std::regex(std::string("(?:^|\n)") + name + "=(.*)\n"))) {
+            g_setenv(name, found[1].str().c_str(), TRUE);
+        }
     }
-    const auto log = bytesOf(folder_.path() / "log");
-    std::smatch found;
-    if (!std::regex_search(log, found, std::regex("xserver listening on display (:[0-9]+)\\n"))) {
-        return false;
-    }
-    g_setenv("DISPLAY", found[1].str().c_str(), TRUE);
-    return true;
+    return g_getenv("WAYLAND_DISPLAY") != nullptr &&
+           (x11 == X11::none || g_getenv("DISPLAY") != nullptr);
+}
+
+void WaylandServer::type(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "wtype");
+    Program(arguments).wait();
+}
+
+void WaylandServer::pointAt(int x, int y) {
+    message({"seat", "-", "cursor", "set", std::to_string(x), std::to_string(y)});
+}
+
+void WaylandServer::click() {
+    message({"seat", "-", "cursor", "press", "button1"});
+    message({"seat", "-", "cursor", "release", "button1"});
 }
 
 std::filesystem::path WaylandServer::picture() {
-    const auto pictures = folder_.path() / "pictures";
-    std::filesystem::remove_all(pictures);
-    std::filesystem::create_directory(pictures);
-    Program({"weston-screenshooter"}, {{"XDG_PICTURES_DIR", pictures.string()}}).wait();
-    return std::filesystem::directory_iterator(pictures)->path();
+    auto file = folder_.path() / "picture.png";
+    Program({"grim", file.string()}).wait();
+    return file;
 }
 
 }  // namespace orvalo::testing

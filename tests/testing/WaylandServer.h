@@ -3,23 +3,30 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace orvalo::testing {
 
-/// A Wayland compositor without a screen and without input devices, weston, while the object lives.
-/// Sets WAYLAND_DISPLAY and XDG_RUNTIME_DIR, and unsets GDK_BACKEND. With Xwayland it sets DISPLAY,
-/// otherwise unsets it. At most one object at a time.
+/// A Wayland compositor without a screen, sway, with a keyboard and a pointer, while the object lives.
+/// Sets WAYLAND_DISPLAY, XDG_RUNTIME_DIR and SWAYSOCK, and unsets GDK_BACKEND. With Xwayland it sets
+/// DISPLAY, otherwise unsets it. At most one object at a time.
 class WaylandServer {
   public:
     enum class X11 { none, xwayland };
 
-    /// Throws std::runtime_error when weston does not start.
+    /// Throws std::runtime_error when sway does not start.
     explicit WaylandServer(X11 x11);
 
-    /// A picture of the screen, as a PNG file in a folder that disappears with the object.
+    /// Types with wtype's arguments, such as -k space.
+    static void type(std::vector<std::string> arguments);
+    /// Moves the pointer.
+    static void pointAt(int x, int y);
+    /// Clicks where the pointer is.
+    static void click();
+    /// A picture of the screen, as a PNG file that disappears with the object.
     std::filesystem::path picture();
 
   private:
@@ -27,6 +34,7 @@ class WaylandServer {
 
     TemporaryFolder folder_;
     std::unique_ptr<ServerProcess> process_;
+    std::unique_ptr<ServerProcess> keyboard_;
 };
 
 }  // namespace orvalo::testing
