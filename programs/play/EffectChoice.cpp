@@ -40,6 +40,14 @@ std::string onlyPluginIn(const fs::path& bundle) {
     return plugins.front();
 }
 
+/// The manufacturer code that a bundle states of an effect; 0 without one.
+std::uint32_t statedManufacturer(LV2World& world, const std::string& uri) {
+    const auto components = world.components();
+    const auto found = std::ranges::find_if(
+        components, [&uri](const auto& component) { return component->uri == uri; });
+    return found == components.end() ? 0 : (*found)->statedManufacturer;
+}
+
 /// The URI of the effect that plays.
 std::string chosenEffect(const PlayOptions& options) {
     if (!options.effect) {
@@ -61,8 +69,9 @@ std::string chosenEffect(const PlayOptions& options) {
             "--effect: '" + uri + "' is neither an installed effect nor a folder" +
             (plugins.empty() ? "." : "; the nearest is '" + plugins[nearest(uri, plugins)] + "'."));
     }
-    world.setOnlyComponent(
-        std::make_shared<AVAudioUnitComponent>(orvaloComponentDescription, "", uri));
+    // The programs play the effect with these codes. They give no rights.
+    world.setOnlyComponent(std::make_shared<AVAudioUnitComponent>(
+        orvaloComponentDescription, "", uri, statedManufacturer(world, uri)));
     return uri;
 }
 

@@ -30,21 +30,21 @@ EffectLoading loading(AudioComponentInstantiationOptions options) {
                                                                         : platformEffectLoading();
 }
 
-/// Whether the bundle names the effect's manufacturer as one of its group.
-bool isOfGroup(const AudioComponentDescription& description) {
+/// Whether the main bundle names the effect's manufacturer as one of its group.
+bool isOfGroup(const AVAudioUnitComponent& component) {
     const auto manufacturer = Bundle::main()->infoValue("GroupManufacturer");
     std::uint32_t code = 0;
     for (const char letter : manufacturer.value_or("")) {
         code = code << 8U | static_cast<unsigned char>(letter);
     }
-    return manufacturer && code == description.componentManufacturer;
+    return manufacturer && code == component.statedManufacturer;
 }
 
 /// The folder of the group's settings, for the effects of the group. The database in it has more
 /// files than one.
-std::vector<std::filesystem::path> groupFolders(const AudioComponentDescription& description) {
+std::vector<std::filesystem::path> groupFolders(const AVAudioUnitComponent& component) {
     const auto group = Bundle::main()->infoValue("Group");
-    if (!group || !isOfGroup(description)) {
+    if (!group || !isOfGroup(component)) {
         return {};
     }
     const auto folder = suiteFile(*group).parent_path();
@@ -57,9 +57,10 @@ std::vector<std::filesystem::path> groupFolders(const AudioComponentDescription&
     return {folder};
 }
 
-std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
-                                      const AudioComponentDescription& description,
+std::shared_ptr<AUAudioUnit> makeUnit(const AVAudioUnitComponent& component,
                                       EffectLoading where) {
+    const auto& uri = component.uri;
+    const auto& description = component.audioComponentDescription;
     auto& world = LV2World::shared();
     if (where == EffectLoading::inProcess) {
         return std::make_shared<LV2LocalAudioUnit>(world, uri, description,
@@ -69,7 +70,7 @@ std::shared_ptr<AUAudioUnit> makeUnit(const std::string& uri,
     const auto make = [&](const LV2FullState& start) {
         return std::make_shared<BridgedAudioUnit>(
             world, uri, description, Bundle::main()->helperURL("effect-service").path(),
-            BridgeLimits{}, expectedRendering(), groupFolders(description), isOfGroup(description),
+            BridgeLimits{}, expectedRendering(), groupFolders(component), isOfGroup(component),
             start);
     };
     const auto recalled = memory.recall ? memory.recall(uri) : std::nullopt;
@@ -164,7 +165,7 @@ std::shared_ptr<AVAudioUnit> AVAudioUnit::instantiate(const AudioComponentDescri
     }
     const auto& component = components.front();
     return std::make_shared<AVAudioUnit>(
-        makeUnit(component->uri, component->audioComponentDescription, loading(options)));
+        makeUnit(*component, loading(options)));
 }
 
 AVAudioFormat AVAudioUnit::derivedFormat(const AVAudioFormat* input,

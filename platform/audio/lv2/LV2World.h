@@ -48,7 +48,7 @@ class LV2World {
     /// Adds a single bundle to the search path. Where bundles hold the same plug-in, one that is
     /// added before the first use wins, a later one loses.
     void addBundle(const std::filesystem::path& bundle);
-    /// Makes the component the only one of the registry. Call before components().
+    /// Makes the component the only one of the registry.
     void setOnlyComponent(std::shared_ptr<AVAudioUnitComponent> component);
     /// The URIs of the plug-ins, sorted: of all bundles, or of the one at that path.
     std::vector<std::string> pluginURIs(const std::filesystem::path& bundle = {});

@@ -78,7 +78,10 @@ void BridgedEmbeddedPluginUI::handle(const ServiceGivenUp& /*event*/) {
 }
 
 void BridgedEmbeddedPluginUI::handle(const PluginUIRefused& event) {
-    close(event.error);
+    leave();
+    if (const auto refused = onRefused) {
+        refused(event.error);
+    }
 }
 
 void BridgedEmbeddedPluginUI::handle(const bridge::PluginUIOpened& event) {

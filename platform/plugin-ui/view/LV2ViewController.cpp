@@ -177,9 +177,7 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
                                    // GTK believes that its OpenGL context stays current.
                                    .willEnter = gdk_gl_context_clear_current});
     } catch (const NSError& error) {
-        hasFailed_ = true;
-        report(error);
-        container_->setMessage("The UI of " + data_.title + " cannot be shown.", true);
+        refused(error.localizedDescription());
         return;
     }
     pluginUI_->onChange = [this] { showCondition(); };
@@ -196,6 +194,7 @@ void LV2ViewController::open(const X11ContainerView::Place& place) {
         }
     };
     pluginUI_->onClosed = [this](const std::string& reason) { closed(reason); };
+    pluginUI_->onRefused = [this](const std::string& line) { refused(line); };
     showCondition();
 }
 
@@ -217,9 +216,18 @@ void LV2ViewController::close() {
 
 void LV2ViewController::closed(const std::string& reason) {
     g_message("The UI of <%s> is closed: %s.", data_.plugin.c_str(), reason.c_str());
+    fail("The UI of " + data_.title + " is closed: " + reason + ".");
+}
+
+void LV2ViewController::refused(const std::string& line) {
+    g_warning("%s", line.c_str());
+    fail(line);
+}
+
+void LV2ViewController::fail(const std::string& message) {
     hasFailed_ = true;
     container_->setMinimumSize(-1, -1);
-    container_->setMessage("The UI of " + data_.title + " is closed: " + reason + ".", true);
+    container_->setMessage(message, true);
     pluginUI_ = nullptr;
 }
 

@@ -41,6 +41,8 @@ class LV2ViewController : public AUViewController {
     void showCondition();
     void close();
     void closed(const std::string& reason);
+    void refused(const std::string& line);
+    void fail(const std::string& message);
 
     const LV2PluginUIData data_;
     const Open open_;

@@ -55,10 +55,13 @@ class EmbeddedPluginUI {
     /// The UI got a key, does not use it, and sent it to the host. The object may be destroyed
     /// inside. May be empty.
     std::function<void(const X11Key&)> onUnusedKey;
-    /// The UI has closed: by itself, because its window is gone, or because it could not be made or
+    /// The UI has closed: by itself, because its window is gone, or because it could not be
     /// restored. reason: a clause without a full stop. Called once, from the run loop; the object
     /// may be destroyed inside. May be empty.
     std::function<void(const std::string& reason)> onClosed;
+    /// The UI could not be made. line: a sentence that names the UI. As onClosed, which then is not
+    /// called.
+    std::function<void(const std::string& line)> onRefused;
 
   protected:
     /// isFixedSize: whether the UI's data say so.

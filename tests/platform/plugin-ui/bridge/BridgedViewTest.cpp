@@ -27,6 +27,7 @@ using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 constexpr unsigned kUIColor = 0x336699;
 
@@ -273,6 +274,19 @@ TEST_F(BridgedView, IsClosedWhenTheEffectIsGivenUpAndReturnsWhenShownAgain) {
     window_->stage()->setHidden(false);
     EXPECT_TRUE(fillsItsStage());
     EXPECT_TRUE(pollUntil([this] { return gain() == 0.5F; }));
+}
+
+TEST_F(BridgedView, SaysOnceWhyTheUICannotBeMade) {
+    const std::string line =
+        "The UI of <urn:orvalo:ui:refusing> cannot be shown: it refuses to be made.";
+    make("refusing");
+    ASSERT_NE(controller_, nullptr);
+    const CapturedOutput errors(STDERR_FILENO);
+    window_->embed(*controller_);
+    window_->present();
+    EXPECT_TRUE(pollUntil([&] { return message() == line; })) << message();
+    EXPECT_THAT(errors.text(), HasSubstr(line));
+    EXPECT_THAT(errors.text(), Not(HasSubstr("is closed")));
 }
 
 TEST_F(BridgedView, IsRecreatedInAnotherContainerWhenTheSampleRateChanges) {
