@@ -27,7 +27,14 @@ class TruePeak {
     float highest(const float* samples, std::uint32_t count, float start);
 
   private:
-    std::array<float, taps - 1 + chunkFrames> samples_{};
+    /// The samples before the first one of a chunk.
+    static constexpr std::uint32_t before = taps - 1;
+
+    /// Raises the peaks of the last `count` frames.
+    void interpolate(float* peaks, std::uint32_t count) const;
+    void keepLast(std::uint32_t count);
+
+    std::array<float, before + chunkFrames> samples_{};
 };
 
 }  // namespace orvalo::effect
