@@ -24,12 +24,6 @@ inline void copyUsable(const float* from, float* to, std::uint32_t count) {
     }
 }
 
-/// The highest of `start` and the absolute samples of both channels.
-float highestAbsolute(const StereoChunk& signal, std::uint32_t count, float start) {
-    const float left = effect::highestAbsolute(signal.left.data(), count, start);
-    return effect::highestAbsolute(signal.right.data(), count, left);
-}
-
 /// Sets `to` to the part `share` of `from` and the rest of itself.
 void crossFade(StereoChunk& to, const StereoChunk& from, const Chunk& share, std::uint32_t count) {
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -205,7 +199,8 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
 ORVALO_VECTOR_CLONES
 void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint32_t count,
                              MidiOutput& midi) {
-    inputPeak_ = highestAbsolute(signal, count, inputPeak_);
+    inputPeak_ = highestAbsolute(signal.left.data(), count, inputPeak_);
+    inputPeak_ = highestAbsolute(signal.right.data(), count, inputPeak_);
     const bool isExternal = isExternal_ && sideChain_[0] != nullptr && sideChain_[1] != nullptr;
     StereoChunk own;
     if (isExternal) {
@@ -230,9 +225,11 @@ void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint
     deepestReduction_ = highest(gains.reduction.data(), count, deepestReduction_);
     deepestDucking_ = ducking.isSteady ? std::max(deepestDucking_, ducking.decibels[0])
                                        : highest(ducking.decibels.data(), count, deepestDucking_);
-    outputPeak_ = highestAbsolute(signal, count, outputPeak_);
-    highestTruePeak_ = truePeakLeft_.highest(signal.left.data(), count, highestTruePeak_);
-    highestTruePeak_ = truePeakRight_.highest(signal.right.data(), count, highestTruePeak_);
+    const float left = highestAbsolute(signal.left.data(), count, 0.0F);
+    const float right = highestAbsolute(signal.right.data(), count, 0.0F);
+    outputPeak_ = std::max({outputPeak_, left, right});
+    highestTruePeak_ = truePeakLeft_.highest(signal.left.data(), count, left, highestTruePeak_);
+    highestTruePeak_ = truePeakRight_.highest(signal.right.data(), count, right, highestTruePeak_);
 }
 
 ORVALO_VECTOR_CLONES

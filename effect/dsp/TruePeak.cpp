@@ -26,8 +26,8 @@ constexpr float part(std::uint32_t phase, std::uint32_t pair, float sign) {
     return 0.5F * (halves[phase][pair] + sign * halves[phase][TruePeak::taps - 1 - pair]);
 }
 
-/// No interpolated value exceeds the highest sample by more: the sum of a phase's coefficients.
-constexpr float largestGain = 2.03F;
+/// No value of a phase exceeds the highest sample by more: the sum of its coefficients.
+constexpr std::array<float, 2> largestGain{1.44F, 2.03F};
 
 /// What the even or the odd part of a phase gives at a frame. newest: its sample.
 template <std::uint32_t phase, std::uint32_t... pair>
@@ -51,12 +51,26 @@ inline float higher(const float* newest) {
 
 }  // namespace
 
+void TruePeak::reset() {
+    samples_.fill(0.0F);
+    lastPeak_ = 0.0F;
+}
+
 ORVALO_VECTOR_CLONES
-float TruePeak::highest(const float* samples, std::uint32_t count, float start) {
+float TruePeak::highest(const float* samples, std::uint32_t count, float peak, float start) {
     std::copy_n(samples, count, samples_.begin() + before);
-    if (largestGain * highestAbsolute(samples_.data(), before + count, 0.0F) > start) {
+    const float among = std::max(peak, lastPeak_);
+    lastPeak_ = count < before ? among : peak;
+    if (largestGain[1] * among > start) {
+        const float* newest = samples_.data() + before;
         Chunk peaks{};
-        interpolate(peaks.data(), count);
+        if (largestGain[0] * among > start) {
+            interpolate(peaks.data(), count);
+        } else {
+            for (std::uint32_t i = 0; i < count; ++i) {
+                peaks[i] = higher<1>(newest + i);
+            }
+        }
         start = effect::highest(peaks.data(), count, start);
     }
     keepLast(count);

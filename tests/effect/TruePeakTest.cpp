@@ -35,9 +35,9 @@ TEST(TruePeak, FindsThePeakBetweenTheSamples) {
     const auto samples = betweenPeaks(64);
     EXPECT_NEAR(samples[0], 0.7071F, 1e-4F);
     TruePeak meter;
-    meter.highest(samples.data(), 64, 0.0F);
+    meter.highest(samples.data(), 64, 1.0F, 0.0F);
     // The recommendation allows a fourfold interpolation 0.688 dB too little.
-    const float peak = meter.highest(samples.data(), 64, 0.0F);
+    const float peak = meter.highest(samples.data(), 64, 1.0F, 0.0F);
     EXPECT_NEAR(20.0F * std::log10(peak), 0.0F, 0.69F);
     EXPECT_GT(peak, 0.92F);
 }
@@ -50,12 +50,12 @@ TEST(TruePeak, DoesNotDependOnTheBlocks) {
     }
     TruePeak whole;
     TruePeak sliced;
-    const float expected = whole.highest(samples.data(), 64, 0.0F);
+    const float expected = whole.highest(samples.data(), 64, 1.0F, 0.0F);
     float found = 0.0F;
     for (std::uint32_t done = 0; done < 64;) {
         const std::uint32_t count = done % 7 + 1;
         const std::uint32_t length = std::min(count, 64 - done);
-        found = sliced.highest(samples.data() + done, length, found);
+        found = sliced.highest(samples.data() + done, length, 1.0F, found);
         done += length;
     }
     EXPECT_EQ(found, expected);
@@ -64,7 +64,7 @@ TEST(TruePeak, DoesNotDependOnTheBlocks) {
 TEST(TruePeak, ReturnsTheStartWhenNothingExceedsIt) {
     const std::vector<float> samples(64, 0.25F);
     TruePeak meter;
-    EXPECT_EQ(meter.highest(samples.data(), 64, 0.9F), 0.9F);
+    EXPECT_EQ(meter.highest(samples.data(), 64, 0.25F, 0.9F), 0.9F);
 }
 
 TEST(TruePeak, IsHeldForAQuarterOfASecondByTheProcessor) {
