@@ -61,11 +61,11 @@ TEST_F(WindowLifeTest, FindsPortsByTheirSymbols) {
 
 TEST_F(WindowLifeTest, SubscribesToOutputPortsAndUnsubscribes) {
     EmbeddedPluginUI pluginUI(host);
-    const std::vector<std::string> opened{"+20", "+21", "+22", "+23", "+24", "+25", "+52", "+53"};
+    const std::vector<std::string> opened{"+20", "+21", "+22", "+23", "+24", "+25", "+31", "+32"};
     EXPECT_EQ(pluginUI.subscriptions, opened);
     pluginUI.subscriptions.clear();
     pluginUI.close();
-    const std::vector<std::string> closed{"-20", "-21", "-22", "-23", "-24", "-25", "-52", "-53"};
+    const std::vector<std::string> closed{"-20", "-21", "-22", "-23", "-24", "-25", "-31", "-32"};
     EXPECT_EQ(pluginUI.subscriptions, closed);
 }
 
