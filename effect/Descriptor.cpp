@@ -1,7 +1,8 @@
-// The LV2 entry point of the plug-in.
+// The LV2 entry point of the two plug-ins, which differ in their ports only.
 
 #include <lv2/core/lv2.h>
 
+#include <array>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -76,13 +77,11 @@ const void* extensionData(const char* uri) {
 }  // namespace
 
 LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
-    static const LV2_Descriptor descriptor{orvalo::effect::pluginUri,
-                                           instantiate,
-                                           connectPort,
-                                           activate,
-                                           run,
-                                           nullptr,
-                                           cleanup,
-                                           extensionData};
-    return index == 0 ? &descriptor : nullptr;
+    static constexpr auto descriptor = [](const char* uri) {
+        return LV2_Descriptor{uri, instantiate, connectPort, activate,
+                              run, nullptr,     cleanup,     extensionData};
+    };
+    static const std::array<LV2_Descriptor, 2> descriptors{
+        descriptor(orvalo::effect::pluginUri), descriptor(orvalo::effect::sideChainPluginUri)};
+    return index < descriptors.size() ? &descriptors.at(index) : nullptr;
 }

@@ -62,10 +62,10 @@ void Plugin::run(std::uint32_t frames) {
             values.set(static_cast<Parameter>(i), *parameters_[i]);
         }
     }
-    processor_.beginBlock(values);
+    processor_.beginBlock(values, frames);
     processor_.setSideChain(sideChain_[0], sideChain_[1]);
     process(frames);
-    writeMeters(processor_.endBlock(frames));
+    writeMeters(processor_.endBlock());
     if (latency_ != nullptr) {
         *latency_ = static_cast<float>(processor_.latency());
     }

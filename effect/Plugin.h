@@ -33,7 +33,8 @@ class Plugin {
     ContextName& contextName() { return contextName_; }
 
   private:
-    /// The ports that are neither parameters nor meters.
+    /// The ports that are neither parameters nor meters. Those of the side-chain come last, because
+    /// only one of the two plug-ins has them.
     enum Port : std::uint8_t {
         midiIn,
         midiOut,
@@ -41,12 +42,12 @@ class Plugin {
         inRight,
         outLeft,
         outRight,
-        sideChainLeft = 31,
-        sideChainRight = 32,
         latency = 42,
+        sideChainLeft = 52,
+        sideChainRight = 53,
     };
     /// The ports of the meters, in the order of writeMeters().
-    static constexpr std::array<std::uint32_t, 8> meterPorts{20, 21, 22, 23, 24, 25, 52, 53};
+    static constexpr std::array<std::uint32_t, 8> meterPorts{20, 21, 22, 23, 24, 25, 31, 32};
 
     void process(std::uint32_t frames);
     void writeMeters(const Processor::Meters& meters);

@@ -5,6 +5,8 @@
 namespace orvalo::effect {
 
 inline constexpr const char* pluginUri = "urn:tessaly:orvalo";
+/// The plug-in with a side-chain input.
+inline constexpr const char* sideChainPluginUri = "urn:tessaly:orvalo:sidechain";
 inline constexpr const char* contextNameUri = "urn:tessaly:audio-component#contextName";
 
 /// The URIDs that the plug-in uses; all 0 without a map.

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "effect/dsp/Extremes.h"
 #include "effect/dsp/MidiBytes.h"
+#include "effect/dsp/VectorClones.h"
 
 namespace orvalo::effect {
 
@@ -47,9 +49,16 @@ bool GainReductionTrigger::end(std::uint32_t frame, MidiOutput& output) {
     return true;
 }
 
+ORVALO_VECTOR_CLONES
 void GainReductionTrigger::process(const float* reduction, const float* held, std::uint32_t count,
                                    std::uint32_t firstFrame, MidiOutput& output) {
     if (count == 0 || (mustEnd_ && !end(firstFrame, output))) {
+        return;
+    }
+    // Most chunks neither start nor end a note.
+    if (sounding_ ? lowest(reduction, count) >= endLevel_
+                  : highest(reduction, count, 0.0F) < settings_.level) {
+        heldFrames_ = sounding_ ? std::min(heldFrames_ + count, minimumHold_) : heldFrames_;
         return;
     }
     std::uint32_t i = 0;

@@ -4,6 +4,7 @@
 
 #include "effect/dsp/Decibels.h"
 #include "effect/dsp/GainComputer.h"
+#include "effect/dsp/VectorClones.h"
 
 namespace orvalo::effect {
 
@@ -118,6 +119,7 @@ bool GainStage::isLinked() const {
            link_.target() == 1.0F;
 }
 
+ORVALO_VECTOR_CLONES
 void GainStage::askedReduction(const float* amplitude, float* asked, std::uint32_t count) {
     if (isCurveMoving()) {
         Curve<Chunk> curve;
@@ -130,6 +132,7 @@ void GainStage::askedReduction(const float* amplitude, float* asked, std::uint32
     curve.ask(amplitude, asked, count);
 }
 
+ORVALO_VECTOR_CLONES
 void GainStage::askedReductions(const Chunk& first, const Chunk& second, Chunk& firstAsked,
                                 Chunk& secondAsked, std::uint32_t count) {
     Curve<Chunk> curve;
@@ -146,6 +149,7 @@ void GainStage::askedReductions(const Chunk& first, const Chunk& second, Chunk& 
     }
 }
 
+ORVALO_VECTOR_CLONES
 void GainStage::gain(const float* reduction, const Ducking& ducking, float* gain,
                      std::uint32_t count) {
     if (areLevelsMoving() || !ducking.isSteady) {
@@ -158,6 +162,7 @@ void GainStage::gain(const float* reduction, const Ducking& ducking, float* gain
     levels.steadyGain(reduction, ducking.decibels[0], gain, count);
 }
 
+ORVALO_VECTOR_CLONES
 void GainStage::gains(Chunk& first, Chunk& second, const Ducking& ducking, Chunk& firstGain,
                       Chunk& secondGain, std::uint32_t count) {
     Levels<Chunk> levels;

@@ -5,6 +5,7 @@
 
 #include "effect/dsp/Chunk.h"
 #include "effect/dsp/TimeConstant.h"
+#include "effect/dsp/VectorClones.h"
 
 namespace orvalo::effect {
 
@@ -19,6 +20,7 @@ void LevelDetector::configure(bool isRms, float window) {
     }
 }
 
+ORVALO_VECTOR_CLONES
 void LevelDetector::linked(const float* left, const float* right, float* amplitude,
                            std::uint32_t count) {
     if (!isRms_) {
@@ -34,6 +36,7 @@ void LevelDetector::linked(const float* left, const float* right, float* amplitu
     }
 }
 
+ORVALO_VECTOR_CLONES
 void LevelDetector::separate(const float* left, const float* right, float* leftAmplitude,
                              float* rightAmplitude, std::uint32_t count) {
     if (isRms_) {

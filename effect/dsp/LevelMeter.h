@@ -22,15 +22,19 @@ class LevelMeter {
 
     /// Advances by a block of `frames` frames. peak: its highest absolute sample.
     void update(float peak, std::uint32_t frames) {
-        const auto passed = static_cast<float>(frames);
-        const float falling = std::max(0.0F, passed - held_);
-        held_ = std::max(0.0F, held_ - passed);
-        const float fallen = std::max(lowest, level_ - fallPerFrame_ * falling);
+        const float fallen = levelAfter(frames);
+        held_ = std::max(0.0F, held_ - static_cast<float>(frames));
         const float level = decibelsFromAmplitude(peak);
         if (level >= fallen) {
             held_ = holdFrames_;
         }
         level_ = std::max(fallen, level);
+    }
+
+    /// The level after a silent block of `frames` frames: lower peaks would not change it.
+    float levelAfter(std::uint32_t frames) const {
+        const float falling = std::max(0.0F, static_cast<float>(frames) - held_);
+        return std::max(lowest, level_ - fallPerFrame_ * falling);
     }
 
     /// In dB, at least `lowest`.

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "effect/dsp/VectorClones.h"
+
 namespace orvalo::effect {
 
 namespace {
@@ -39,7 +41,7 @@ double prototype(double time) {
     return sinc * bessel(beta * std::sqrt(1.0 - share * share)) / bessel(beta);
 }
 
-float dot(const float* one, const float* other, std::size_t count) {
+inline float dot(const float* one, const float* other, std::size_t count) {
     std::array<float, laneCount> sums{};
     for (std::size_t i = 0; i < count; i += laneCount) {
         for (std::size_t lane = 0; lane < laneCount; ++lane) {
@@ -81,6 +83,7 @@ void Oversampler::reset() {
     std::fill(higher_.begin(), higher_.end(), 0.0F);
 }
 
+ORVALO_VECTOR_CLONES
 void Oversampler::up(const float* samples, float* oversampled, std::uint32_t count) {
     const std::size_t length = phases_.front().size();
     std::copy_n(samples, count, lower_.begin() + static_cast<std::ptrdiff_t>(length - 1));
@@ -92,6 +95,7 @@ void Oversampler::up(const float* samples, float* oversampled, std::uint32_t cou
     shift(lower_, length - 1, count);
 }
 
+ORVALO_VECTOR_CLONES
 void Oversampler::down(const float* oversampled, float* samples, std::uint32_t count) {
     const std::size_t length = all_.size();
     std::copy_n(oversampled, std::size_t{count} * factor_,

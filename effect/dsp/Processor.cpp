@@ -3,50 +3,25 @@
 #include <algorithm>
 #include <cmath>
 
+#include "effect/dsp/Extremes.h"
+#include "effect/dsp/VectorClones.h"
+
 namespace orvalo::effect {
 
 namespace {
 
 /// Seconds.
 constexpr double truePeakHold = 0.25;
-/// In dB below the meter's level: more than it falls within a block.
-constexpr float unseenBelow = 3.0F;
+/// In dB: more than the rounding errors of the meter's level.
+constexpr float unseenBelow = 0.001F;
 
 /// Copies samples. NaN, infinite and huge ones become 0, because the state would never recover from
 /// them.
-void copyUsable(const float* from, float* to, std::uint32_t count) {
+inline void copyUsable(const float* from, float* to, std::uint32_t count) {
     constexpr float largest = 1e15F;
     for (std::uint32_t i = 0; i < count; ++i) {
         to[i] = std::abs(from[i]) <= largest ? from[i] : 0.0F;
     }
-}
-
-/// The highest of `start` and the values. Several lanes, because a single running maximum could not
-/// be vectorised.
-float highest(const float* values, std::uint32_t count, float start) {
-    constexpr std::uint32_t laneCount = 8;
-    std::array<float, laneCount> lanes{};
-    lanes.fill(start);
-    std::uint32_t i = 0;
-    for (; i + laneCount <= count; i += laneCount) {
-        for (std::uint32_t lane = 0; lane < laneCount; ++lane) {
-            lanes[lane] = std::max(lanes[lane], values[i + lane]);
-        }
-    }
-    float result = *std::max_element(lanes.begin(), lanes.end());
-    for (; i < count; ++i) {
-        result = std::max(result, values[i]);
-    }
-    return result;
-}
-
-/// The highest of `start` and the absolute samples of both channels.
-float highest(const StereoChunk& signal, std::uint32_t count, float start) {
-    Chunk louder;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        louder[i] = std::max(std::abs(signal.left[i]), std::abs(signal.right[i]));
-    }
-    return highest(louder.data(), count, start);
 }
 
 /// Sets `to` to the part `share` of `from` and the rest of itself.
@@ -106,11 +81,10 @@ void Processor::reset() {
     truePeakMeter_.reset();
     truePeakLeft_.reset();
     truePeakRight_.reset();
-    unseenTruePeak_ = 0.0F;
     fresh_ = true;
 }
 
-void Processor::beginBlock(const ParameterValues& values) {
+void Processor::beginBlock(const ParameterValues& values, std::uint32_t frames) {
     if (fresh_ || !(values == values_)) {
         values_ = values;
         configure(values);
@@ -118,6 +92,8 @@ void Processor::beginBlock(const ParameterValues& values) {
     }
     inputPeak_ = 0.0F;
     outputPeak_ = 0.0F;
+    frames_ = frames;
+    unseenTruePeak_ = amplitudeFromDecibels(truePeakMeter_.levelAfter(frames) - unseenBelow);
     highestTruePeak_ = unseenTruePeak_;
     deepestReduction_ = 0.0F;
     deepestDucking_ = 0.0F;
@@ -202,6 +178,7 @@ void Processor::setSideChain(const float* left, const float* right) {
     sideChain_ = {left, right};
 }
 
+ORVALO_VECTOR_CLONES
 void Processor::process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                         std::uint32_t first, std::uint32_t end, MidiOutput& midi) {
     while (first < end) {
@@ -219,9 +196,11 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
     }
 }
 
+ORVALO_VECTOR_CLONES
 void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint32_t count,
                              MidiOutput& midi) {
-    inputPeak_ = highest(signal, count, inputPeak_);
+    inputPeak_ = highestAbsolute(signal.left.data(), count, inputPeak_);
+    inputPeak_ = highestAbsolute(signal.right.data(), count, inputPeak_);
     const bool isExternal = isExternal_ && sideChain_[0] != nullptr && sideChain_[1] != nullptr;
     StereoChunk own;
     if (isExternal) {
@@ -246,11 +225,14 @@ void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint
     deepestReduction_ = highest(gains.reduction.data(), count, deepestReduction_);
     deepestDucking_ = ducking.isSteady ? std::max(deepestDucking_, ducking.decibels[0])
                                        : highest(ducking.decibels.data(), count, deepestDucking_);
-    outputPeak_ = highest(signal, count, outputPeak_);
-    highestTruePeak_ = truePeakLeft_.highest(signal.left.data(), count, highestTruePeak_);
-    highestTruePeak_ = truePeakRight_.highest(signal.right.data(), count, highestTruePeak_);
+    const float left = highestAbsolute(signal.left.data(), count, 0.0F);
+    const float right = highestAbsolute(signal.right.data(), count, 0.0F);
+    outputPeak_ = std::max({outputPeak_, left, right});
+    highestTruePeak_ = truePeakLeft_.highest(signal.left.data(), count, left, highestTruePeak_);
+    highestTruePeak_ = truePeakRight_.highest(signal.right.data(), count, right, highestTruePeak_);
 }
 
+ORVALO_VECTOR_CLONES
 void Processor::processDirectly(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,
                                 Compressor::Gains& gains, std::uint32_t count) {
     compressor_.process(key.left.data(), key.right.data(), ducking, gains, count);
@@ -267,6 +249,7 @@ void Processor::processDirectly(StereoChunk& signal, const StereoChunk& key, con
     signal.multiply(gains.first, gains.ofSecond(), count);
 }
 
+ORVALO_VECTOR_CLONES
 void Processor::processInStages(StereoChunk& signal, const StereoChunk& input,
                                 const Ducking& ducking, Compressor::Gains& gains,
                                 std::uint32_t count) {
@@ -333,11 +316,10 @@ void Processor::mixListened(StereoChunk& signal, const StereoChunk& key, std::ui
     crossFade(signal, delayed, share, count);
 }
 
-Processor::Meters Processor::endBlock(std::uint32_t frames) {
-    inputMeter_.update(inputPeak_, frames);
-    outputMeter_.update(outputPeak_, frames);
-    truePeakMeter_.update(highestTruePeak_ > unseenTruePeak_ ? highestTruePeak_ : 0.0F, frames);
-    unseenTruePeak_ = amplitudeFromDecibels(truePeakMeter_.level() - unseenBelow);
+Processor::Meters Processor::endBlock() {
+    inputMeter_.update(inputPeak_, frames_);
+    outputMeter_.update(outputPeak_, frames_);
+    truePeakMeter_.update(highestTruePeak_ > unseenTruePeak_ ? highestTruePeak_ : 0.0F, frames_);
     const bool isEnabled = values_.isOn(Parameter::enabled);
     return {.gainReduction = isEnabled ? deepestReduction_ : 0.0F,
             .ducking = isEnabled ? deepestDucking_ : 0.0F,

@@ -45,9 +45,9 @@ class Processor {
     /// Resets the state. A sounding note ends at the next frame that is processed.
     void reset();
 
-    /// Begins a block with new parameter values. They apply at once after a reset, otherwise
-    /// smoothly.
-    void beginBlock(const ParameterValues& values);
+    /// Begins a block of `frames` frames with new parameter values. They apply at once after a
+    /// reset, otherwise smoothly.
+    void beginBlock(const ParameterValues& values, std::uint32_t frames);
 
     /// The block's external side-chain; null if it is not connected.
     void setSideChain(const float* left, const float* right);
@@ -65,8 +65,8 @@ class Processor {
     void process(const float* inLeft, const float* inRight, float* outLeft, float* outRight,
                  std::uint32_t first, std::uint32_t end, MidiOutput& midi);
 
-    /// Ends the block, which had `frames` frames, and returns its meters.
-    Meters endBlock(std::uint32_t frames);
+    /// Ends the block and returns its meters.
+    Meters endBlock();
 
     /// The delay of the signal in frames, from the current block on.
     std::uint32_t latency() const { return latency_; }
@@ -120,10 +120,11 @@ class Processor {
     LevelMeter truePeakMeter_;
     TruePeak truePeakLeft_;
     TruePeak truePeakRight_;
+    std::uint32_t frames_ = 0;
     float inputPeak_ = 0.0F;
     float outputPeak_ = 0.0F;
     float highestTruePeak_ = 0.0F;
-    float unseenTruePeak_ = 0.0F;  // The meter shows no value up to this amplitude.
+    float unseenTruePeak_ = 0.0F;  // No amplitude up to this one would raise the meter.
     float deepestReduction_ = 0.0F;
     float deepestDucking_ = 0.0F;
     bool fresh_ = true;

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "effect/dsp/Extremes.h"
+#include "effect/dsp/VectorClones.h"
 
 namespace orvalo::effect {
 
@@ -17,56 +21,79 @@ constexpr std::array<std::array<float, TruePeak::taps>, 2> halves{{
      0.0330810546875F, -0.0189208984375F},
 }};
 
-constexpr float coefficient(std::uint32_t phase, std::uint32_t tap) {
-    return phase < halves.size() ? halves[phase][tap]
-                                 : halves[TruePeak::phases - 1 - phase][TruePeak::taps - 1 - tap];
+/// The even part of a phase's coefficients, and its odd part with sign -1.
+constexpr float part(std::uint32_t phase, std::uint32_t pair, float sign) {
+    return 0.5F * (halves[phase][pair] + sign * halves[phase][TruePeak::taps - 1 - pair]);
 }
 
-/// No interpolated value exceeds the highest sample by more: the sum of a phase's coefficients.
-constexpr float largestGain = 2.03F;
+/// No value of a phase exceeds the highest sample by more: the sum of its coefficients.
+constexpr std::array<float, 2> largestGain{1.44F, 2.03F};
 
-float highestSample(const float* samples, std::size_t count) {
-    float result = 0.0F;
-    for (std::size_t i = 0; i < count; ++i) {
-        result = std::max(result, std::abs(samples[i]));
-    }
-    return result;
+/// What the even or the odd part of a phase gives at a frame. newest: its sample.
+template <std::uint32_t phase, std::uint32_t... pair>
+inline float even(const float* newest, std::integer_sequence<std::uint32_t, pair...> /*all*/) {
+    return (... + (part(phase, pair, 1.0F) *
+                   (*(newest - pair) + *(newest - (TruePeak::taps - 1 - pair)))));
+}
+template <std::uint32_t phase, std::uint32_t... pair>
+inline float odd(const float* newest, std::integer_sequence<std::uint32_t, pair...> /*all*/) {
+    return (... + (part(phase, pair, -1.0F) *
+                   (*(newest - pair) - *(newest - (TruePeak::taps - 1 - pair)))));
+}
+
+/// The greater absolute value of a phase and of the reversed one, which are the sum and the
+/// difference of the two parts.
+template <std::uint32_t phase>
+inline float higher(const float* newest) {
+    constexpr std::make_integer_sequence<std::uint32_t, TruePeak::taps / 2> all;
+    return std::abs(even<phase>(newest, all)) + std::abs(odd<phase>(newest, all));
 }
 
 }  // namespace
 
-float TruePeak::highest(const float* samples, std::uint32_t count, float start) {
-    const float last = highestSample(samples_.data(), taps - 1);
-    if (largestGain * std::max(last, highestSample(samples, count)) <= start) {
-        std::copy_n(samples, count, samples_.begin() + taps - 1);
-        std::copy_n(samples_.begin() + count, taps - 1, samples_.begin());
-        return start;
+void TruePeak::reset() {
+    samples_.fill(0.0F);
+    lastPeak_ = 0.0F;
+}
+
+ORVALO_VECTOR_CLONES
+float TruePeak::highest(const float* samples, std::uint32_t count, float peak, float start) {
+    std::copy_n(samples, count, samples_.begin() + before);
+    const float among = std::max(peak, lastPeak_);
+    lastPeak_ = count < before ? among : peak;
+    if (largestGain[1] * among > start) {
+        const float* newest = samples_.data() + before;
+        Chunk peaks{};
+        if (largestGain[0] * among > start) {
+            interpolate(peaks.data(), count);
+        } else {
+            for (std::uint32_t i = 0; i < count; ++i) {
+                peaks[i] = higher<1>(newest + i);
+            }
+        }
+        start = effect::highest(peaks.data(), count, start);
     }
-    Chunk peaks{};
-    raise(samples, peaks.data(), count);
-    return std::max(start, highestSample(peaks.data(), count));
+    keepLast(count);
+    return start;
 }
 
 void TruePeak::raise(const float* samples, float* peaks, std::uint32_t count) {
-    std::copy_n(samples, count, samples_.begin() + taps - 1);
-    for (std::uint32_t phase = 0; phase < phases; ++phase) {
-        // Frame by frame within each tap, so that the loops become vector code.
-        Chunk sum{};
-        for (std::uint32_t tap = 0; tap < taps; ++tap) {
-            const float factor = coefficient(phase, tap);
-            const float* from = samples_.data() + taps - 1 - tap;
-            for (std::uint32_t i = 0; i < count; ++i) {
-                sum[i] += factor * from[i];
-            }
-        }
-        for (std::uint32_t i = 0; i < count; ++i) {
-            peaks[i] = std::max(peaks[i], std::abs(sum[i]));
-        }
-    }
+    std::copy_n(samples, count, samples_.begin() + before);
+    interpolate(peaks, count);
+    keepLast(count);
+}
+
+ORVALO_VECTOR_CLONES
+void TruePeak::interpolate(float* peaks, std::uint32_t count) const {
+    const float* newest = samples_.data() + before;
     for (std::uint32_t i = 0; i < count; ++i) {
-        peaks[i] = std::max(peaks[i], std::abs(samples[i]));
+        const float interpolated = std::max(higher<0>(newest + i), higher<1>(newest + i));
+        peaks[i] = std::max({peaks[i], std::abs(newest[i]), interpolated});
     }
-    std::copy_n(samples_.begin() + count, taps - 1, samples_.begin());
+}
+
+void TruePeak::keepLast(std::uint32_t count) {
+    std::copy_n(samples_.begin() + count, before, samples_.begin());
 }
 
 }  // namespace orvalo::effect

@@ -32,7 +32,8 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor* /*descriptor*/, const char* plu
                          const char* bundle, LV2UI_Write_Function write,
                          LV2UI_Controller controller, LV2UI_Widget* widget,
                          const LV2_Feature* const* features) {
-    if (plugin == nullptr || std::strcmp(plugin, orvalo::effect::pluginUri) != 0) {
+    if (plugin == nullptr || (std::strcmp(plugin, orvalo::effect::pluginUri) != 0 &&
+                              std::strcmp(plugin, orvalo::effect::sideChainPluginUri) != 0)) {
         return nullptr;
     }
     return guarded<LV2UI_Handle>(nullptr, [&]() -> LV2UI_Handle {

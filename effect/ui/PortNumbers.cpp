@@ -6,7 +6,7 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-constexpr std::array<std::uint32_t, readingCount> readingPorts{20, 21, 22, 23, 24, 25, 52, 53};
+constexpr std::array<std::uint32_t, readingCount> readingPorts{20, 21, 22, 23, 24, 25, 31, 32};
 constexpr std::array<const char*, readingCount> readingSymbols{
     "gain_reduction", "ducking",        "input_level", "output_level",
     "midi_in_count",  "midi_out_count", "true_peak",   "run_count"};

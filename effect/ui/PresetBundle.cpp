@@ -9,6 +9,7 @@
 #include <charconv>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -70,11 +71,18 @@ class BundleReader {
 
     std::vector<Preset> presets() const {
         std::vector<Preset> presets;
-        const Nodes found = subjects(LV2_CORE__appliesTo, pluginUri);
-        LILV_FOREACH(nodes, i, found.get()) {
-            Preset preset = read(lilv_nodes_get(found.get(), i));
-            if (!preset.name.empty() && !preset.values.empty()) {
-                presets.push_back(std::move(preset));
+        std::set<std::string> known;
+        for (const char* effect : {pluginUri, sideChainPluginUri}) {
+            const Nodes found = subjects(LV2_CORE__appliesTo, effect);
+            LILV_FOREACH(nodes, i, found.get()) {
+                const LilvNode* subject = lilv_nodes_get(found.get(), i);
+                if (!known.insert(lilv_node_as_string(subject)).second) {
+                    continue;
+                }
+                Preset preset = read(subject);
+                if (!preset.name.empty() && !preset.values.empty()) {
+                    presets.push_back(std::move(preset));
+                }
             }
         }
         return presets;
@@ -164,14 +172,19 @@ constexpr const char* prefixes =
     "@prefix pset: <http://lv2plug.in/ns/ext/presets#> .\n"
     "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n\n";
 
+/// The plug-ins that a saved preset applies to.
+std::string bothPlugins() {
+    return std::string("<") + pluginUri + "> , <" + sideChainPluginUri + ">";
+}
+
 std::string manifestText() {
-    return std::string(prefixes) + "<" + presetName + ">\n\ta pset:Preset ;\n\tlv2:appliesTo <" +
-           pluginUri + "> ;\n\trdfs:seeAlso <" + presetName + "> .\n";
+    return std::string(prefixes) + "<" + presetName + ">\n\ta pset:Preset ;\n\tlv2:appliesTo " +
+           bothPlugins() + " ;\n\trdfs:seeAlso <" + presetName + "> .\n";
 }
 
 std::string presetText(const Preset& preset) {
-    std::string text = std::string(prefixes) + "<>\n\ta pset:Preset ;\n\tlv2:appliesTo <" +
-                       pluginUri + "> ;\n\trdfs:label " + literal(preset.name);
+    std::string text = std::string(prefixes) + "<>\n\ta pset:Preset ;\n\tlv2:appliesTo " +
+                       bothPlugins() + " ;\n\trdfs:label " + literal(preset.name);
     if (!preset.description.empty()) {
         text += " ;\n\trdfs:comment " + literal(preset.description);
     }

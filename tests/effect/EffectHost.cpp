@@ -16,12 +16,15 @@ namespace {
 constexpr std::uint32_t midiInPort = 0;
 constexpr std::uint32_t midiOutPort = 1;
 constexpr std::uint32_t firstAudioPort = 2;
-constexpr std::uint32_t firstSideChainPort = 31;
+constexpr std::uint32_t firstSideChainPort = 52;
 
 }  // namespace
 
 EffectHost::EffectHost(const Setup& setup)
-    : midiIn_(uris_, 65536), midiOut_(uris_, setup.midiRoom) {
+    : plugin_(setup.hasSideChain ? EffectWorld::shared().sideChainPlugin()
+                                 : EffectWorld::shared().plugin()),
+      midiIn_(uris_, 65536),
+      midiOut_(uris_, setup.midiRoom) {
     const char* name = setup.contextName;
     const auto size = static_cast<std::uint32_t>(name == nullptr ? 0 : std::strlen(name) + 1);
     std::array<LV2_Options_Option, 2> options{};
@@ -33,8 +36,7 @@ EffectHost::EffectHost(const Setup& setup)
     const LV2_Feature optionsFeature{LV2_OPTIONS__options, options.data()};
     const LV2_Feature mapFeature{LV2_URID__map, uris_.map()};
     const std::array<const LV2_Feature*, 3> features{&optionsFeature, &mapFeature, nullptr};
-    instance_ = lilv_plugin_instantiate(EffectWorld::shared().plugin(), setup.rate,
-                                        setup.midi ? features.data() : nullptr);
+    instance_ = lilv_plugin_instantiate(plugin_, setup.rate, setup.midi ? features.data() : nullptr);
     if (instance_ != nullptr) {
         connectControls(setup.midi);
     }
@@ -48,14 +50,14 @@ EffectHost::~EffectHost() {
 
 void EffectHost::connectControls(bool midi) {
     const auto& world = EffectWorld::shared();
-    const auto count = lilv_plugin_get_num_ports(world.plugin());
+    const auto count = lilv_plugin_get_num_ports(plugin_);
     controls_.resize(count);
-    lilv_plugin_get_port_ranges_float(world.plugin(), nullptr, nullptr, controls_.data());
+    lilv_plugin_get_port_ranges_float(plugin_, nullptr, nullptr, controls_.data());
     const Node controlPort = world.uri(LILV_URI_CONTROL_PORT);
     for (std::uint32_t i = 0; i < count; ++i) {
-        const LilvPort* port = lilv_plugin_get_port_by_index(world.plugin(), i);
-        symbols_.emplace_back(lilv_node_as_string(lilv_port_get_symbol(world.plugin(), port)));
-        if (lilv_port_is_a(world.plugin(), port, controlPort.get())) {
+        const LilvPort* port = lilv_plugin_get_port_by_index(plugin_, i);
+        symbols_.emplace_back(lilv_node_as_string(lilv_port_get_symbol(plugin_, port)));
+        if (lilv_port_is_a(plugin_, port, controlPort.get())) {
             lilv_instance_connect_port(instance_, i, &controls_[i]);
         }
     }

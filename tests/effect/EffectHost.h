@@ -25,6 +25,8 @@ class EffectHost {
         std::uint32_t midiRoom = 65536;
         /// Whether the host maps URIs and connects the MIDI ports.
         bool midi = true;
+        /// The plug-in with a side-chain input.
+        bool hasSideChain = false;
     };
 
     EffectHost() : EffectHost(Setup{}) {}
@@ -43,7 +45,7 @@ class EffectHost {
     /// The value of a control port.
     float& control(const std::string& symbol);
 
-    /// Connects the external side-chain of the next run(); null disconnects it.
+    /// Connects the side-chain input of the next run(); null disconnects it.
     void connectSideChain(const float* left, const float* right);
 
     void activate() { lilv_instance_activate(instance_); }
@@ -65,6 +67,7 @@ class EffectHost {
   private:
     void connectControls(bool midi);
 
+    const LilvPlugin* plugin_;
     UridMap uris_;
     LilvInstance* instance_ = nullptr;
     std::vector<std::string> symbols_;

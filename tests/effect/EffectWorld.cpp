@@ -14,23 +14,31 @@ EffectWorld::EffectWorld() : world_(lilv_world_new()) {
     const Node path(lilv_new_string(world_.get(), EFFECT_LV2_PATH));
     lilv_world_set_option(world_.get(), LILV_OPTION_LV2_PATH, path.get());
     lilv_world_load_all(world_.get());
-    const Node effect = uri("urn:tessaly:orvalo");
-    plugin_ = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world_.get()), effect.get());
-    if (plugin_ == nullptr) {
-        static_cast<void>(
-            std::fputs("The effect's bundle is not on " EFFECT_LV2_PATH "\n", stderr));
-        std::exit(1);
-    }
+    plugin_ = find("urn:tessaly:orvalo");
+    sideChainPlugin_ = find("urn:tessaly:orvalo:sidechain");
 }
 
-std::map<std::string, std::map<std::string, float>> EffectWorld::presets() const {
+const LilvPlugin* EffectWorld::find(const std::string& uri) const {
+    const Node node = this->uri(uri);
+    const auto* plugin =
+        lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world_.get()), node.get());
+    if (plugin == nullptr) {
+        static_cast<void>(
+            std::fprintf(stderr, "%s is not on " EFFECT_LV2_PATH "\n", uri.c_str()));
+        std::exit(1);
+    }
+    return plugin;
+}
+
+std::map<std::string, std::map<std::string, float>> EffectWorld::presets(
+    const LilvPlugin* plugin) const {
     std::map<std::string, std::map<std::string, float>> presets;
     const Node preset = uri("http://lv2plug.in/ns/ext/presets#Preset");
     const Node label = uri(LILV_NS_RDFS "label");
     const Node port = uri(LILV_NS_LV2 "port");
     const Node symbol = uri(LILV_NS_LV2 "symbol");
     const Node value = uri("http://lv2plug.in/ns/ext/presets#value");
-    LilvNodes* found = lilv_plugin_get_related(plugin_, preset.get());
+    LilvNodes* found = lilv_plugin_get_related(plugin, preset.get());
     LILV_FOREACH(nodes, i, found) {
         const LilvNode* one = lilv_nodes_get(found, i);
         lilv_world_load_resource(world_.get(), one);

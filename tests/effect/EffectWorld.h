@@ -23,19 +23,26 @@ class EffectWorld {
     LilvWorld* world() const { return world_.get(); }
     /// The effect; ends the test program if it is missing.
     const LilvPlugin* plugin() const { return plugin_; }
+    /// The same effect with a side-chain input.
+    const LilvPlugin* sideChainPlugin() const { return sideChainPlugin_; }
     Node uri(const std::string& uri) const { return Node(lilv_new_uri(world_.get(), uri.c_str())); }
 
     /// The presets by label: control values by symbol.
-    std::map<std::string, std::map<std::string, float>> presets() const;
+    std::map<std::string, std::map<std::string, float>> presets() const {
+        return presets(plugin_);
+    }
+    std::map<std::string, std::map<std::string, float>> presets(const LilvPlugin* plugin) const;
 
   private:
     EffectWorld();
+    const LilvPlugin* find(const std::string& uri) const;
 
     struct WorldFree {
         void operator()(LilvWorld* world) const { lilv_world_free(world); }
     };
     std::unique_ptr<LilvWorld, WorldFree> world_;
     const LilvPlugin* plugin_ = nullptr;
+    const LilvPlugin* sideChainPlugin_ = nullptr;
 };
 
 }  // namespace orvalo::testing

@@ -24,9 +24,9 @@ class ProcessorTest : public testing::Test {
     /// Processes in place and returns the meters.
     Processor::Meters process(std::vector<float>& left, std::vector<float>& right) {
         const auto frames = static_cast<std::uint32_t>(left.size());
-        processor.beginBlock(values);
+        processor.beginBlock(values, frames);
         processor.process(left.data(), right.data(), left.data(), right.data(), 0, frames, midi);
-        return processor.endBlock(frames);
+        return processor.endBlock();
     }
 
     /// The settled gain in dB for a steady level on both channels.
@@ -120,7 +120,7 @@ TEST_F(ProcessorTest, OutputMayBeTheOtherChannelsInput) {
     auto right = b;
     process(left, right);
     processor.reset();
-    processor.beginBlock(values);
+    processor.beginBlock(values, 1000);
     processor.process(a.data(), b.data(), b.data(), a.data(), 0, 1000, midi);
     EXPECT_EQ(b, left);
     EXPECT_EQ(a, right);

@@ -12,7 +12,7 @@ using orvalo::RealTimeScope;
 
 // The real-time guard ends the program on a forbidden call.
 TEST(EffectRealTime, RunMakesNoForbiddenCall) {
-    EffectHost host;
+    EffectHost host({.hasSideChain = true});
     host.activate();
     const auto input = noiseBursts(48000);
     auto output = input;

@@ -35,7 +35,7 @@ class SideChainTest : public testing::Test {
         return output;
     }
 
-    EffectHost host;
+    EffectHost host{{.hasSideChain = true}};
 };
 
 TEST_F(SideChainTest, ConnectedSideChainIsUsedOnlyWhenItIsChosen) {

@@ -116,7 +116,7 @@ EmbeddedPluginUI::EmbeddedPluginUI(HostWindow& host, const Offer& offer)
     }
     features.push_back(nullptr);
     LV2UI_Widget widget = nullptr;
-    handle_ = descriptor_->instantiate(descriptor_, "urn:tessaly:orvalo", EFFECT_BUNDLE, write,
+    handle_ = descriptor_->instantiate(descriptor_, offer.plugin, EFFECT_BUNDLE, write,
                                        this, &widget, features.data());
     window_ = reinterpret_cast<Window>(widget);
 }

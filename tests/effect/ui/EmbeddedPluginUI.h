@@ -35,6 +35,7 @@ class EmbeddedPluginUI {
         std::uint32_t shift = 0;
         /// The parent window; no parent feature when absent.
         std::optional<Window> parent;
+        const char* plugin = "urn:tessaly:orvalo";
     };
 
     explicit EmbeddedPluginUI(HostWindow& host)

@@ -27,9 +27,9 @@ float measured(const ParameterValues& values, float input) {
     std::vector<float> left(frames);
     std::vector<float> right(frames);
     NoMidi midi;
-    processor.beginBlock(values);
+    processor.beginBlock(values, frames);
     processor.process(signal.data(), signal.data(), left.data(), right.data(), 0, frames, midi);
-    processor.endBlock(frames);
+    processor.endBlock();
     return 20.0F * std::log10(left.back());
 }
 

@@ -59,13 +59,22 @@ TEST_F(WindowLifeTest, FindsPortsByTheirSymbols) {
     EXPECT_EQ(pluginUI.touches, (std::vector<std::string>{"grab 107", "let 107"}));
 }
 
+TEST_F(WindowLifeTest, OpensForBothPlugInsOfTheBundleOnly) {
+    const auto opens = [&](const char* plugin) {
+        return EmbeddedPluginUI(host, {.parent = host.id(), .plugin = plugin}).isOpen();
+    };
+    EXPECT_TRUE(opens("urn:tessaly:orvalo"));
+    EXPECT_TRUE(opens("urn:tessaly:orvalo:sidechain"));
+    EXPECT_FALSE(opens("urn:example:other"));
+}
+
 TEST_F(WindowLifeTest, SubscribesToOutputPortsAndUnsubscribes) {
     EmbeddedPluginUI pluginUI(host);
-    const std::vector<std::string> opened{"+20", "+21", "+22", "+23", "+24", "+25", "+52", "+53"};
+    const std::vector<std::string> opened{"+20", "+21", "+22", "+23", "+24", "+25", "+31", "+32"};
     EXPECT_EQ(pluginUI.subscriptions, opened);
     pluginUI.subscriptions.clear();
     pluginUI.close();
-    const std::vector<std::string> closed{"-20", "-21", "-22", "-23", "-24", "-25", "-52", "-53"};
+    const std::vector<std::string> closed{"-20", "-21", "-22", "-23", "-24", "-25", "-31", "-32"};
     EXPECT_EQ(pluginUI.subscriptions, closed);
 }
 

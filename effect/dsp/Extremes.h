@@ -1,0 +1,41 @@
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <limits>
+
+namespace orvalo::effect {
+
+// The order of numbers of at least 0 is that of their bits. Running extremes of whole numbers become
+// vector code, those of floating-point numbers do not.
+
+/// The highest of `start` and the values, all at least 0.
+inline float highest(const float* values, std::uint32_t count, float start) {
+    auto result = std::bit_cast<std::int32_t>(start);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        result = std::max(result, std::bit_cast<std::int32_t>(values[i]));
+    }
+    return std::bit_cast<float>(result);
+}
+
+/// The highest of `start`, at least 0, and the absolute values.
+inline float highestAbsolute(const float* values, std::uint32_t count, float start) {
+    constexpr std::int32_t withoutSign = 0x7FFFFFFF;
+    auto result = std::bit_cast<std::int32_t>(start);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        result = std::max(result, std::bit_cast<std::int32_t>(values[i]) & withoutSign);
+    }
+    return std::bit_cast<float>(result);
+}
+
+/// The lowest of the values, all at least 0; infinite without values.
+inline float lowest(const float* values, std::uint32_t count) {
+    auto result = std::bit_cast<std::int32_t>(std::numeric_limits<float>::infinity());
+    for (std::uint32_t i = 0; i < count; ++i) {
+        result = std::min(result, std::bit_cast<std::int32_t>(values[i]));
+    }
+    return std::bit_cast<float>(result);
+}
+
+}  // namespace orvalo::effect
