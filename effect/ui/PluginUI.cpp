@@ -96,6 +96,7 @@ void PluginUI::readReading(Reading reading, float value) {
         case Reading::reduction:
             return take(&Levels::reduction);
         case Reading::ducking:
+            scene_.beatLight.update(value, scene_.values.isOn(Parameter::beat), now);
             return take(&Levels::ducking);
         case Reading::inputLevel:
             return take(&Levels::input);
@@ -187,6 +188,13 @@ void PluginUI::advanceTime(double now) {
     }
     const double in = scene_.lightIn.brightness(now);
     const double out = scene_.lightOut.brightness(now);
+    const double beat = scene_.beatLight.brightness(now);
+    if (beat != std::exchange(beatLight_, beat)) {
+        scene_.markChanged(Part::tabs);
+        if (scene_.layout.page == Page::beats) {
+            scene_.markChanged(Part::graph);
+        }
+    }
     if (in != std::exchange(lightIn_, in)) {
         scene_.markChanged(Part::lightIn);
     }
@@ -234,7 +242,7 @@ void PluginUI::adoptSize() {
     if (size.width == scene_.layout.width && size.height == scene_.layout.height) {
         return;
     }
-    scene_.layout = Layout::of(size.width, size.height, scale_);
+    scene_.layout = Layout::of(size.width, size.height, scale_, scene_.layout.page);
     scene_.markAllChanged();
 }
 

@@ -75,6 +75,7 @@ class PluginUI {
     double levelsAt_ = 0.0;  // When the levels were last advanced.
     double lightIn_ = 0.0;
     double lightOut_ = 0.0;
+    double beatLight_ = 0.0;
     double lastDrawn_ = -1.0;
     double presetsChecked_ = -1.0;
     bool isPainted_ = false;   // Whether paint() was ever called.

@@ -19,6 +19,8 @@ class ActivityLight {
         count_ = count;
     }
 
+    void flash(double now) { flashed_ = now; }
+
     /// 0 (dark) to 1.
     double brightness(double now) const {
         if (!flashed_) {
@@ -31,6 +33,26 @@ class ActivityLight {
   private:
     std::optional<float> count_;
     std::optional<double> flashed_;
+};
+
+/// Flashes on each beat, which it tells by the ducking: that only rises when a beat or a note
+/// begins.
+class BeatLight {
+  public:
+    /// Takes the ducking in dB at `now`, in seconds. isOn: whether the effect makes beats.
+    void update(float ducking, bool isOn, double now) {
+        if (isOn && ducking > ducking_) {
+            light_.flash(now);
+        }
+        ducking_ = ducking;
+    }
+
+    /// 0 (dark) to 1.
+    double brightness(double now) const { return light_.brightness(now); }
+
+  private:
+    ActivityLight light_;
+    float ducking_ = 0.0F;
 };
 
 }  // namespace orvalo::effect::ui

@@ -1,6 +1,7 @@
 #include "effect/ui/model/Editor.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "effect/ui/model/ValueText.h"
@@ -8,8 +9,19 @@
 namespace orvalo::effect::ui {
 
 void Editor::show(Parameter parameter, float value) {
+    const ParameterValues before = scene_.values;
     scene_.values.set(parameter, value);
     scene_.markChanged(parameter);
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        const auto other = static_cast<Parameter>(i);
+        if (isInForce(before, other) != isInForce(scene_.values, other)) {
+            scene_.markChanged(other);
+        }
+    }
+    if (pageOf(parameter)) {
+        scene_.markChanged(Part::tabs);
+    }
+    scene_.markChanged(Part::graph);
     scene_.markChanged(Part::curve);
     if (parameter == Parameter::enabled) {
         scene_.markAllChanged();
@@ -230,6 +242,10 @@ void Editor::markChanged(const Target& target) {
         scene_.markChanged(Part::curve);
     } else if (target.kind == Kind::history || target.kind == Kind::historySpan) {
         scene_.markChanged(Part::history);
+    } else if (target.kind == Kind::tab) {
+        scene_.markChanged(Part::tabs);
+    } else if (target.kind == Kind::graph) {
+        scene_.markChanged(Part::graph);
     } else if (target.kind == Kind::meters) {
         scene_.markChanged(Part::truePeak);
     } else if (target.kind == Kind::pad || target.kind == Kind::noteKeys) {
@@ -251,6 +267,8 @@ void Editor::hover(const Target& target) {
 void Editor::markFocusChanged() {
     if (const auto parameter = scene_.focusedControl()) {
         scene_.markChanged(*parameter);
+    } else if (scene_.focus == tabsFocus) {
+        scene_.markChanged(Part::tabs);
     } else if (scene_.focus == padFocus) {
         scene_.markChanged(Part::pad);
     } else if (scene_.focus == historyFocus) {
@@ -260,6 +278,28 @@ void Editor::markFocusChanged() {
     } else {
         scene_.markChanged(Part::header);
     }
+}
+
+void Editor::advance(Parameter parameter) {
+    const float next = std::round(scene_.values[parameter]) + 1.0F;
+    setOnce(parameter, next > range(parameter).maximum ? range(parameter).minimum : next);
+}
+
+void Editor::openPage(Page page) {
+    cancelEntry();
+    scene_.layout = scene_.layout.with(page == scene_.layout.page ? Page::history : page);
+    // A control that is no longer shown cannot have the focus.
+    const auto order = scene_.tabOrder();
+    if (std::ranges::count(order, scene_.focus) == 0) {
+        scene_.focus = tabsFocus;
+    }
+    scene_.markAllChanged();
+}
+
+void Editor::stepPage(int direction) {
+    const auto now = static_cast<std::size_t>(scene_.layout.page);
+    openPage(
+        static_cast<Page>((now + pageCount + (direction > 0 ? 1 : pageCount - 1)) % pageCount));
 }
 
 void Editor::stepHistorySpan(int direction) {

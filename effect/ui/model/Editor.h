@@ -70,6 +70,13 @@ class Editor {
     void cancelEntry();
     void entryChanged();
 
+    /// Switches a switch, or chooses the next value of a choice, from the last on to the first.
+    void advance(Parameter parameter);
+
+    /// Opens a page; the page that is open gives way to the history.
+    void openPage(Page page);
+    void stepPage(int direction);
+
     /// Chooses the next (direction > 0) or previous span of the history, wrapping at the ends.
     void stepHistorySpan(int direction);
     void toggleHistoryPause();

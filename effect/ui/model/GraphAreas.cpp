@@ -44,6 +44,33 @@ HistoryAreas historyAreas(const Layout& layout) {
     return areas;
 }
 
+Rect toggleArea(const Layout& layout, Parameter parameter) {
+    const Cell& cell = layout.cell(parameter);
+    const double high = std::min(1.6 * layout.text, cell.value.y - cell.label.bottom());
+    const double wide = std::min(1.9 * high, 0.8 * cell.area.width);
+    const double middle = 0.5 * (cell.label.bottom() + cell.value.y);
+    return Rect{cell.area.centerX() - 0.5 * wide, middle - 0.5 * high, wide, high}.sharp();
+}
+
+std::vector<Rect> segmentAreas(const Layout& layout, Parameter parameter) {
+    const Cell& cell = layout.cell(parameter);
+    const auto count = control(parameter).choices.size();
+    const double room = std::max(0.0, cell.area.bottom() - cell.label.bottom());
+    const double least = 1.25 * layout.text;
+    const bool hasAll = room >= static_cast<double>(count) * least;
+    const std::size_t shown = hasAll ? count : 1;
+    const double high = std::min(1.7 * layout.text, room / static_cast<double>(shown));
+    const double wide =
+        std::max(0.0, std::min(cell.area.width - 0.5 * layout.unit, 7.5 * layout.text));
+    const double x = cell.area.centerX() - 0.5 * wide;
+    const double y = cell.label.bottom() + 0.5 * (room - static_cast<double>(shown) * high);
+    std::vector<Rect> areas;
+    for (std::size_t i = 0; i < shown; ++i) {
+        areas.push_back(Rect{x, y + static_cast<double>(i) * high, wide, high}.sharp());
+    }
+    return areas;
+}
+
 PadAreas padAreas(const Layout& layout) {
     const Rect inner = layout.pad.inset(layout.unit, layout.unit);
     const double keys = std::min(0.3 * inner.height, 4.0 * layout.unit);

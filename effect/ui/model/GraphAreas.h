@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "effect/ui/model/Scene.h"
 
 namespace orvalo::effect::ui {
@@ -14,6 +16,13 @@ struct HistoryAreas {
     Rect span;
 };
 HistoryAreas historyAreas(const Layout& layout);
+
+/// The lever of a switch on a page.
+Rect toggleArea(const Layout& layout, Parameter parameter);
+
+/// The fields of a choice, one for each value; only one, for the chosen value, where the cell has
+/// no room for all.
+std::vector<Rect> segmentAreas(const Layout& layout, Parameter parameter);
 
 /// The areas inside the pad's panel: the pad itself, and below it the keyboard.
 struct PadAreas {

@@ -1,5 +1,8 @@
 #include "effect/ui/model/KeyInput.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "effect/ui/model/Control.h"
 #include "effect/ui/model/ValueMapping.h"
 
@@ -58,7 +61,7 @@ bool KeyInput::press(const Keystroke& key) {
     if (parameter) {
         used = pressOnControl(*parameter, key);
     } else {
-        used = scene_.focus >= padFocus ? pressOnButton(key) : pressOnHeader(key);
+        used = scene_.focus >= tabsFocus ? pressOnButton(key) : pressOnHeader(key);
     }
     if (used) {
         editor_.focus(scene_.focus, true);
@@ -72,13 +75,14 @@ bool KeyInput::moveFocus(int direction) {
         editor_.focus(scene_.focus, true);
         return true;
     }
-    const std::size_t last = focusCount - 1;
-    if (scene_.focus == (direction > 0 ? last : 0)) {
+    const auto order = scene_.tabOrder();
+    const auto at = std::ranges::find(order, scene_.focus);
+    if (scene_.focus == (direction > 0 ? order.back() : order.front())) {
         // A host that has no own control to focus sends the next Tab here again.
-        editor_.focus(direction > 0 ? 0 : last, false);
+        editor_.focus(direction > 0 ? order.front() : order.back(), false);
         return false;
     }
-    editor_.focus(direction > 0 ? scene_.focus + 1 : scene_.focus - 1, true);
+    editor_.focus(direction > 0 ? *std::next(at) : *std::prev(at), true);
     return true;
 }
 
@@ -88,10 +92,14 @@ bool KeyInput::pressOnButton(const Keystroke& key) {
         editor_.resetMeters();
         return true;
     }
-    if (scene_.focus == historyFocus) {
-        const bool isNext = activates || key.key == Key::right || key.key == Key::up;
-        if (isNext || key.key == Key::left || key.key == Key::down) {
+    const bool isNext = activates || key.key == Key::right || key.key == Key::up;
+    if (isNext || key.key == Key::left || key.key == Key::down) {
+        if (scene_.focus == historyFocus) {
             editor_.stepHistorySpan(isNext ? 1 : -1);
+            return true;
+        }
+        if (scene_.focus == tabsFocus) {
+            editor_.stepPage(isNext ? 1 : -1);
             return true;
         }
     }
@@ -207,11 +215,12 @@ bool KeyInput::pressOnHeader(const Keystroke& key) {
 }
 
 bool KeyInput::pressOnControl(Parameter parameter, const Keystroke& key) {
+    const Look look = lookOf(parameter);
+    if (look != Look::knob && (key.key == Key::enter || isSpace(key))) {
+        editor_.advance(parameter);
+        return true;
+    }
     if (parameter == Parameter::enabled) {
-        if (key.key == Key::enter || isSpace(key)) {
-            editor_.setOnce(parameter, scene_.values[parameter] > 0.0F ? 0.0F : 1.0F);
-            return true;
-        }
         return false;
     }
     if (const int steps = stepsOf(key.key); steps != 0) {
@@ -234,6 +243,9 @@ bool KeyInput::pressOnControl(Parameter parameter, const Keystroke& key) {
             return true;
         default:
             break;
+    }
+    if (look != Look::knob) {
+        return false;
     }
     // A digit or sign starts typing a value.
     const char32_t c = key.character;

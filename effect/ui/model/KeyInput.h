@@ -20,7 +20,7 @@ class KeyInput {
     /// Ends the note of the key. Returns false if it played none.
     bool release(std::uint32_t code) { return editor_.notes().releaseKey(code); }
     /// Marks the first or the last control: the host has moved the focus into the UI.
-    void enter(bool atEnd) { editor_.focus(atEnd ? focusCount - 1 : 0, true); }
+    void enter(bool atEnd) { editor_.focus(atEnd ? scene_.tabOrder().back() : 0, true); }
 
   private:
     bool pressInEntry(const Keystroke& key);

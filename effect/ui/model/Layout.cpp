@@ -54,12 +54,8 @@ std::vector<Parameter> parametersOf(Section section) {
     return {};
 }
 
-/// Rounded to whole pixels, for sharp edges.
 Rect sharp(const Rect& rect) {
-    const double x = std::round(rect.x);
-    const double y = std::round(rect.y);
-    return {x, y, std::max(0.0, std::round(rect.right()) - x),
-            std::max(0.0, std::round(rect.bottom()) - y)};
+    return rect.sharp();
 }
 
 /// The unit for a window of `share` times the natural size.
@@ -69,7 +65,9 @@ double unitFor(double share, double scale) {
     return natural * scale * std::pow(std::max(share, 0.05) / scale, growth);
 }
 
-class Arrangement {
+}  // namespace
+
+class Layout::Arrangement {
   public:
     Arrangement(Layout& layout, Shape shape) : layout_(layout), unit_(layout.unit), shape_(shape) {}
 
@@ -161,22 +159,22 @@ class Arrangement {
             const double curve =
                 std::round(std::min(area.height, 0.42 * (area.width - pad - unit_)));
             layout_.curve = sharp({area.x, area.y, curve, area.height});
-            placeHistory({area.x + curve + unit_, area.y, std::max(0.0, area.width - curve - unit_),
-                          area.height},
-                         pad);
+            placePages({area.x + curve + unit_, area.y, std::max(0.0, area.width - curve - unit_),
+                        area.height},
+                       pad);
             return;
         }
-        const double curve = std::round(std::min(area.width, 0.55 * area.height));
+        const double curve = std::round(std::min(area.width, 0.47 * area.height));
         layout_.curve = sharp({area.x, area.y, area.width, curve});
-        placeHistory({area.x, area.y + curve + unit_, area.width,
-                      std::max(0.0, area.height - curve - unit_)},
-                     pad);
+        placePages({area.x, area.y + curve + unit_, area.width,
+                    std::max(0.0, area.height - curve - unit_)},
+                   pad);
     }
 
-    void placeHistory(const Rect& area, double pad) {
-        const double history = std::max(0.0, area.width - pad - unit_);
-        layout_.history = sharp({area.x, area.y, history, area.height});
-        layout_.pad = sharp({area.x + history + unit_, area.y, pad, area.height});
+    void placePages(const Rect& area, double pad) {
+        const double pages = std::max(0.0, area.width - pad - unit_);
+        layout_.placePage({area.x, area.y, pages, area.height});
+        layout_.pad = sharp({area.x + pages + unit_, area.y, pad, area.height});
     }
 
     void placeRows(const Rect& area) {
@@ -221,22 +219,9 @@ class Arrangement {
         const double wide = content.width / static_cast<double>(parameters.size());
         double x = content.x;
         for (const auto parameter : parameters) {
-            placeCell(parameter, sharp({x, content.y, wide, content.height}));
+            layout_.placeCell(parameter, sharp({x, content.y, wide, content.height}), wide);
             x += wide;
         }
-    }
-
-    void placeCell(Parameter parameter, const Rect& area) {
-        const double line = std::min(1.4 * layout_.text, 0.26 * area.height);
-        auto& cell = this->cell(parameter);
-        cell.area = area;
-        cell.label = sharp({area.x, area.y, area.width, line});
-        cell.value = sharp({area.x + 0.25 * unit_, area.bottom() - line,
-                            std::max(0.0, area.width - 0.5 * unit_), line});
-        const double between = cell.value.y - cell.label.bottom();
-        const double size = std::max(0.0, std::min(between - 0.5 * unit_, 0.8 * area.width));
-        cell.dial = {area.centerX() - 0.5 * size,
-                     cell.label.bottom() + 0.5 * (between - size) + 0.125 * unit_, size, size};
     }
 
     void placeMeters(const Rect& area) {
@@ -254,10 +239,25 @@ class Arrangement {
     Shape shape_;
 };
 
-}  // namespace
+void Layout::placeCell(Parameter parameter, const Rect& area, double largestDial) {
+    const double line = std::min(1.4 * text, 0.26 * area.height);
+    auto& cell = cells[static_cast<std::size_t>(parameter)];
+    cell.area = area;
+    cell.label = Rect{area.x, area.y, area.width, line}.sharp();
+    cell.value = Rect{area.x + 0.25 * unit, area.bottom() - line,
+                      std::max(0.0, area.width - 0.5 * unit), line}
+                     .sharp();
+    const double between = cell.value.y - cell.label.bottom();
+    const double size =
+        std::max(0.0, std::min({between - 0.5 * unit, 0.8 * area.width, largestDial}));
+    cell.dial = {area.centerX() - 0.5 * size,
+                 cell.label.bottom() + 0.5 * (between - size) + 0.125 * unit, size, size};
+}
 
-Layout Layout::of(double width, double height, double scale) {
+Layout Layout::of(double width, double height, double scale, Page page) {
     Layout layout;
+    layout.scale = scale;
+    layout.page = page;
     layout.width = std::max(1.0, width);
     layout.height = std::max(1.0, height);
     const Shape shape = shapeOf(layout.width, layout.height);

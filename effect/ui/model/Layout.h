@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "effect/dsp/Parameter.h"
-#include "effect/ui/model/Control.h"
+#include "effect/ui/model/Page.h"
 #include "effect/ui/model/Rect.h"
 
 namespace orvalo::effect::ui {
@@ -23,7 +23,8 @@ struct Panel {
     Rect title;
 };
 
-/// The areas of one control: name, knob and value. The Enabled switch has only `area`.
+/// The areas of one control: name, knob and value. The Enabled switch has only `area`. Of a control
+/// on a page that is closed all are empty.
 struct Cell {
     Rect area;
     Rect label;
@@ -45,10 +46,14 @@ struct Layout {
 
     /// width, height: in pixels. scale: the screen's scale factor. Every size has a layout; if it
     /// is too small, parts may be empty.
-    static Layout of(double width, double height, double scale);
+    static Layout of(double width, double height, double scale, Page page = Page::history);
+    /// The same window with another page open.
+    Layout with(Page other) const { return of(width, height, scale, other); }
 
     double width = 0.0;
     double height = 0.0;
+    double scale = 1.0;
+    Page page = Page::history;
     double unit = 0.0;
     /// Text height in pixels.
     double text = 0.0;
@@ -68,10 +73,17 @@ struct Layout {
     Rect sound;
     Rect copySound;
     Rect curve;
+    /// The tabs of the pages, all together and each.
+    Rect tabs;
+    std::array<Rect, pageCount> tab{};
+    Rect pageArea;
+    /// The whole page, while the history is open.
     Rect history;
+    /// The picture of the open page; empty where there is no room.
+    Rect graph;
     Rect pad;
     std::array<Panel, sectionCount> panels{};
-    std::array<Cell, shownParameterCount> cells{};
+    std::array<Cell, parameterCount> cells{};
     std::array<Rect, meterCount> meters{};
 
     const Panel& panel(Section section) const { return panels[static_cast<std::size_t>(section)]; }
@@ -96,6 +108,14 @@ struct Layout {
     /// The box for a line about a field: above it, or below it where there is no room. textWidth:
     /// in pixels.
     Rect complaint(const Rect& field, double textWidth) const;
+
+  private:
+    class Arrangement;
+
+    /// Places the tabs and what belongs to the open page.
+    void placePage(const Rect& area);
+    void placePageControls(const Rect& area);
+    void placeCell(Parameter parameter, const Rect& area, double largestDial);
 };
 
 }  // namespace orvalo::effect::ui

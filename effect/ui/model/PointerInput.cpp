@@ -41,7 +41,7 @@ void PointerInput::press(const Pointer& pointer) {
     }
     switch (target.kind) {
         case Kind::control:
-            pressControl(target.parameter, pointer);
+            pressControl(target, pointer);
             break;
         case Kind::value:
             editor_.focus(focusOf(target.parameter), false);
@@ -92,6 +92,11 @@ void PointerInput::press(const Pointer& pointer) {
             editor_.focus(padFocus, false);
             pressPad(pointer);
             break;
+        case Kind::tab:
+            editor_.focus(tabsFocus, false);
+            editor_.openPage(static_cast<Page>(target.entry));
+            break;
+        case Kind::graph:
         case Kind::noteKeys:
         case Kind::curve:
         case Kind::nothing:
@@ -111,10 +116,16 @@ void PointerInput::pressField(Kind kind) {
     }
 }
 
-void PointerInput::pressControl(Parameter parameter, const Pointer& pointer) {
+void PointerInput::pressControl(const Target& target, const Pointer& pointer) {
+    const Parameter parameter = target.parameter;
     editor_.focus(focusOf(parameter), false);
-    if (parameter == Parameter::enabled) {
-        editor_.setOnce(parameter, scene_.values[parameter] > 0.0F ? 0.0F : 1.0F);
+    const Look look = lookOf(parameter);
+    if (look == Look::segments && segmentAreas(scene_.layout, parameter).size() > 1) {
+        editor_.setOnce(parameter, static_cast<float>(target.entry));
+        return;
+    }
+    if (look != Look::knob) {
+        editor_.advance(parameter);
         return;
     }
     editor_.hold(parameter);
@@ -191,12 +202,14 @@ void PointerInput::wheel(const Pointer& pointer, int turns) {
     }
     const Target target = scene_.targetAt(pointer.x, pointer.y);
     const bool isControl = target.kind == Kind::control || target.kind == Kind::value;
-    if (isControl && target.parameter == Parameter::enabled) {
+    if (isControl && lookOf(target.parameter) == Look::toggle) {
         return;
     }
     if (isControl) {
         editor_.turn(target.parameter, stepped(target.parameter, scene_.values[target.parameter],
                                                turns, pointer.fine));
+    } else if (target.kind == Kind::tab) {
+        editor_.stepPage(turns > 0 ? -1 : 1);
     } else if (target.kind == Kind::presetName) {
         editor_.stepPreset(turns > 0 ? -1 : 1);
     } else if (target.kind == Kind::curve || target.kind == Kind::thresholdPoint ||

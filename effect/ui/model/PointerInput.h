@@ -28,7 +28,7 @@ class PointerInput {
 
   private:
     void pressField(Target::Kind kind);
-    void pressControl(Parameter parameter, const Pointer& pointer);
+    void pressControl(const Target& target, const Pointer& pointer);
     void pressCurvePoint(const Target& target, const Pointer& pointer);
     void pressPad(const Pointer& pointer);
     bool isDragging() const { return drag_ || curveDrag_; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 
 namespace orvalo::effect::ui {
 
@@ -29,6 +30,14 @@ struct Rect {
     Rect inset(double horizontal, double vertical) const {
         return {x + horizontal, y + vertical, std::max(0.0, width - 2.0 * horizontal),
                 std::max(0.0, height - 2.0 * vertical)};
+    }
+
+    /// Rounded to whole pixels, for sharp edges.
+    Rect sharp() const {
+        const double left = std::round(x);
+        const double top = std::round(y);
+        return {left, top, std::max(0.0, std::round(right()) - left),
+                std::max(0.0, std::round(bottom()) - top)};
     }
 
     bool operator==(const Rect&) const = default;

@@ -21,6 +21,16 @@ Target::Kind curveTargetAt(const Scene& scene, double x, double y) {
     return toThreshold <= toRatio ? Target::Kind::thresholdPoint : Target::Kind::ratioPoint;
 }
 
+/// A place beside the fields belongs to the nearest one.
+Target segmentTargetAt(const Layout& layout, Parameter parameter, double y) {
+    const auto areas = segmentAreas(layout, parameter);
+    std::size_t entry = 0;
+    while (entry + 1 < areas.size() && y >= areas[entry].bottom()) {
+        ++entry;
+    }
+    return {.kind = Target::Kind::control, .parameter = parameter, .entry = entry};
+}
+
 }  // namespace
 
 std::string Scene::entryLine() const {
@@ -33,6 +43,29 @@ std::string Scene::entryLine() const {
     return entry->purpose == ValueEntry::Purpose::renamePreset
                ? "New name: Enter renames, Escape cancels"
                : "Name of the preset: Enter saves, Escape cancels";
+}
+
+std::vector<std::size_t> Scene::tabOrder() const {
+    const auto first = static_cast<std::size_t>(Focus::firstControl);
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < first; ++i) {
+        order.push_back(i);
+    }
+    for (std::size_t i = 0; i < parameterCount; ++i) {
+        if (!pageOf(static_cast<Parameter>(i))) {
+            order.push_back(first + i);
+        }
+    }
+    order.push_back(tabsFocus);
+    for (const Parameter parameter : parametersOf(layout.page)) {
+        order.push_back(first + static_cast<std::size_t>(parameter));
+    }
+    order.push_back(padFocus);
+    if (layout.page == Page::history) {
+        order.push_back(historyFocus);
+    }
+    order.push_back(metersFocus);
+    return order;
 }
 
 Target Scene::targetAt(double x, double y) const {
@@ -67,20 +100,34 @@ Target Scene::targetAt(double x, double y) const {
         const bool isSpan = historyAreas(layout).span.contains(x, y);
         return {.kind = isSpan ? Kind::historySpan : Kind::history};
     }
+    for (std::size_t i = 0; i < pageCount; ++i) {
+        if (layout.tab.at(i).contains(x, y)) {
+            return {.kind = Kind::tab, .entry = i};
+        }
+    }
+    if (layout.graph.contains(x, y)) {
+        return {.kind = Kind::graph};
+    }
     if (layout.panel(Section::meters).area.contains(x, y)) {
         return {.kind = Kind::meters};
     }
     if (layout.pad.contains(x, y)) {
         return {.kind = padAreas(layout).keys.contains(x, y) ? Kind::noteKeys : Kind::pad};
     }
-    for (std::size_t i = 0; i < shownParameterCount; ++i) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         const Cell& cell = layout.cell(parameter);
-        if (cell.value.contains(x, y)) {
-            return {.kind = Kind::value, .parameter = parameter};
+        if (!cell.area.contains(x, y)) {
+            continue;
         }
-        if (cell.area.contains(x, y)) {
-            return {.kind = Kind::control, .parameter = parameter};
+        switch (lookOf(parameter)) {
+            case Look::knob:
+                return {.kind = cell.value.contains(x, y) ? Kind::value : Kind::control,
+                        .parameter = parameter};
+            case Look::toggle:
+                return {.kind = Kind::control, .parameter = parameter};
+            case Look::segments:
+                return segmentTargetAt(layout, parameter, y);
         }
     }
     return {};

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "effect/dsp/Parameter.h"
 #include "effect/ui/model/ActivityLight.h"
@@ -32,7 +33,7 @@ struct Target {
         /// A or B.
         sound,
         copySound,
-        /// The switch, or a knob with its name.
+        /// A switch, a field of a choice (`entry`), or a knob with its name.
         control,
         /// A knob's value, which can be typed.
         value,
@@ -43,6 +44,10 @@ struct Target {
         history,
         /// The button that chooses the span of the history.
         historySpan,
+        /// A page's tab; `entry` is the page.
+        tab,
+        /// The picture of the open page.
+        graph,
         meters,
         /// The pad, and the keyboard below it.
         pad,
@@ -71,17 +76,19 @@ enum class Part : std::uint8_t {
     lightOut,
     truePeak,
     pad,
+    tabs,
+    graph,
     firstControl
 };
 inline constexpr std::size_t partCount =
-    static_cast<std::size_t>(Part::firstControl) + shownParameterCount;
+    static_cast<std::size_t>(Part::firstControl) + parameterCount;
 
 constexpr std::size_t partOf(Parameter parameter) {
     return static_cast<std::size_t>(Part::firstControl) + static_cast<std::size_t>(parameter);
 }
 
-/// The keyboard focus, in tab order: the fields of the header, then the controls,
-/// the pad, the span of the history and the meters.
+/// The places of the keyboard focus: the fields of the header, then the controls, the tabs, the
+/// pad, the span of the history and the meters. Scene::tabOrder() tells their order.
 enum class Focus : std::uint8_t {
     undo,
     redo,
@@ -112,8 +119,9 @@ inline constexpr std::array<HeaderField, static_cast<std::size_t>(Focus::firstCo
         {Target::Kind::copySound, Focus::copySound, &Layout::copySound},
     }};
 
-inline constexpr std::size_t padFocus =
-    static_cast<std::size_t>(Focus::firstControl) + shownParameterCount;
+inline constexpr std::size_t tabsFocus =
+    static_cast<std::size_t>(Focus::firstControl) + parameterCount;
+inline constexpr std::size_t padFocus = tabsFocus + 1;
 inline constexpr std::size_t historyFocus = padFocus + 1;
 inline constexpr std::size_t metersFocus = historyFocus + 1;
 inline constexpr std::size_t focusCount = metersFocus + 1;
@@ -145,6 +153,7 @@ struct Scene {
     MeterMemory meterMemory;
     ActivityLight lightIn;
     ActivityLight lightOut;
+    BeatLight beatLight;
     PresetChoice presets;
     EditHistory edits;
     Comparison comparison;
@@ -173,11 +182,7 @@ struct Scene {
     bool allChanged = true;
 
     void markChanged(Part part) { changed.set(static_cast<std::size_t>(part)); }
-    void markChanged(Parameter parameter) {
-        if (partOf(parameter) < partCount) {
-            changed.set(partOf(parameter));
-        }
-    }
+    void markChanged(Parameter parameter) { changed.set(partOf(parameter)); }
     void markAllChanged() { allChanged = true; }
     bool isChanged() const { return allChanged || changed.any(); }
     void markDrawn() {
@@ -193,9 +198,17 @@ struct Scene {
     /// The focused control; absent when another part has the focus.
     std::optional<Parameter> focusedControl() const {
         const auto first = static_cast<std::size_t>(Focus::firstControl);
-        return focus < first || focus >= padFocus
+        return focus < first || focus >= tabsFocus
                    ? std::nullopt
                    : std::optional(static_cast<Parameter>(focus - first));
+    }
+
+    /// The places of the focus that the Tab key visits: those of the open page stand behind the
+    /// tabs.
+    std::vector<std::size_t> tabOrder() const;
+    /// Whether the parameter's control is shown.
+    bool isShown(Parameter parameter) const {
+        return pageOf(parameter).value_or(layout.page) == layout.page;
     }
 
     bool isNaming() const { return entry && entry->purpose != ValueEntry::Purpose::value; }

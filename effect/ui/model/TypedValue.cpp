@@ -11,6 +11,7 @@ namespace orvalo::effect::ui {
 namespace {
 
 constexpr double millisecondsInSecond = 1000.0;
+constexpr double hertzInKilohertz = 1000.0;
 constexpr int notesInOctave = 12;
 
 /// Without blanks, in lower case, with decimal points and ASCII minus signs.
@@ -67,7 +68,15 @@ std::optional<double> factor(Unit unit, std::string_view suffix) {
                 return millisecondsInSecond;
             }
             return suffix == "ms" ? std::optional(1.0) : std::nullopt;
+        case Unit::hertz:
+            if (suffix == "khz" || suffix == "k") {
+                return hertzInKilohertz;
+            }
+            return suffix == "hz" ? std::optional(1.0) : std::nullopt;
+        case Unit::tempo:
+            return suffix == "bpm" ? std::optional(1.0) : std::nullopt;
         case Unit::toggle:
+        case Unit::choice:
         case Unit::note:
         case Unit::channel:
             break;
@@ -102,7 +111,30 @@ std::optional<double> noteByName(std::string_view text) {
     return note;
 }
 
+/// The value of a choice, or of a value with a name such as "Off".
+std::optional<double> valueByName(Parameter parameter, std::string_view text) {
+    const auto& choices = control(parameter).choices;
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+        if (text == plain(choices[i].name) || text == plain(choices[i].shortName)) {
+            return static_cast<double>(i);
+        }
+    }
+    if (control(parameter).unit == Unit::toggle && (text == "on" || text == "off")) {
+        return text == "on" ? 1.0 : 0.0;
+    }
+    for (const float end : {range(parameter).minimum, range(parameter).maximum}) {
+        const Choice* name = namedValue(parameter, end);
+        if (name != nullptr && (text == plain(name->name) || text == plain(name->shortName))) {
+            return end;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<double> number(Unit unit, std::string_view text) {
+    if (unit == Unit::choice) {
+        return std::nullopt;
+    }
     if (unit == Unit::channel && text == "all") {
         return 0.0;
     }
@@ -134,6 +166,12 @@ const char* complaintFor(Unit unit) {
             return "not a note";
         case Unit::channel:
             return "not a channel";
+        case Unit::hertz:
+            return "not a frequency in Hz or kHz";
+        case Unit::tempo:
+            return "not a tempo in BPM";
+        case Unit::choice:
+            return "not one of the choices";
         case Unit::toggle:
             break;
     }
@@ -145,7 +183,9 @@ const char* complaintFor(Unit unit) {
 TypedValue typedValue(Parameter parameter, std::string_view text) {
     const auto& how = control(parameter);
     const auto& ends = range(parameter);
-    const auto typed = number(how.unit, plain(text));
+    const std::string read = plain(text);
+    const auto named = valueByName(parameter, read);
+    const auto typed = named ? named : number(how.unit, read);
     const bool mustBeWhole = how.taper == Taper::whole;
     if (!typed || (mustBeWhole && *typed != std::round(*typed))) {
         const std::string quoted = "\"" + std::string(text) + "\" is ";

@@ -1,5 +1,6 @@
 #include "effect/ui/model/ValueText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -26,6 +27,12 @@ std::string timeNumber(double milliseconds) {
     return decimalText(milliseconds, milliseconds < 100.0 ? 1 : 0, 1);
 }
 
+const Choice& choice(Parameter parameter, float value) {
+    const auto& choices = control(parameter).choices;
+    const auto last = static_cast<long>(choices.size()) - 1;
+    return choices[static_cast<std::size_t>(std::clamp(std::lround(value), 0L, last))];
+}
+
 }  // namespace
 
 std::string decimalText(double value, int least, int most) {
@@ -47,15 +54,24 @@ std::string decimalText(double value, int least, int most) {
 }
 
 std::string shortValueText(Parameter parameter, float value) {
+    if (const Choice* name = namedValue(parameter, value)) {
+        return name->shortName;
+    }
     switch (control(parameter).unit) {
         case Unit::toggle:
             return value > 0.0F ? "On" : "Off";
+        case Unit::choice:
+            return choice(parameter, value).shortName;
+        case Unit::hertz:
+            return value >= 1000.0F ? decimalText(value / 1000.0, 1, 2) + "k"
+                                    : decimalText(value, 0, 1);
         case Unit::decibels:
         case Unit::ratio:
             return decimalText(value, 1, 2);
         case Unit::milliseconds:
             return value >= 1000.0F ? decimalText(value / 1000.0, 2, 2) + " s" : timeNumber(value);
         case Unit::percent:
+        case Unit::tempo:
             return decimalText(value, 0, 1);
         case Unit::note:
             return noteName(static_cast<int>(std::lround(value)));
@@ -66,6 +82,9 @@ std::string shortValueText(Parameter parameter, float value) {
 }
 
 std::string valueText(Parameter parameter, float value) {
+    if (const Choice* name = namedValue(parameter, value)) {
+        return name->name;
+    }
     std::string number = shortValueText(parameter, value);
     switch (control(parameter).unit) {
         case Unit::decibels:
@@ -76,6 +95,12 @@ std::string valueText(Parameter parameter, float value) {
             return value >= 1000.0F ? number : number + " ms";
         case Unit::percent:
             return number + " %";
+        case Unit::hertz:
+            return value >= 1000.0F ? decimalText(value / 1000.0, 1, 2) + " kHz" : number + " Hz";
+        case Unit::tempo:
+            return number + " BPM";
+        case Unit::choice:
+            return choice(parameter, value).name;
         case Unit::note:
             return number + " (" + decimalText(value, 0, 0) + ")";
         case Unit::toggle:

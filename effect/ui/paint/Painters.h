@@ -11,10 +11,18 @@ namespace orvalo::effect::ui {
 void paintHeader(const Brush& brush, const Scene& scene);
 /// The Enabled switch.
 void paintSwitch(const Brush& brush, const Scene& scene);
-/// A knob with its name and its value.
-void paintKnob(const Brush& brush, const Scene& scene, Parameter parameter);
+/// A control with its name and its value.
+void paintControl(const Brush& brush, const Scene& scene, Parameter parameter);
 /// The transfer curve, with a dot at the current level.
 void paintCurve(const Brush& brush, const Scene& scene);
+/// The tabs of the pages. beat: brightness of the light that flashes on each beat.
+void paintTabs(const Brush& brush, const Scene& scene, double beat);
+/// The picture of the open page.
+void paintGraph(const Brush& brush, const Scene& scene, double beat);
+/// What the side-chain's filters let through.
+void paintFilter(const Brush& brush, const Scene& scene);
+/// The ducking that the beats make.
+void paintBeats(const Brush& brush, const Scene& scene, double beat);
 void paintHistory(const Brush& brush, const Scene& scene);
 /// The pad and the keyboard.
 void paintPad(const Brush& brush, const Scene& scene);

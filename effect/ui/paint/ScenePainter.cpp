@@ -29,6 +29,10 @@ Rect areaOf(const Layout& layout, std::size_t part) {
             return layout.panel(Section::meters).title.inset(-0.5 * layout.unit, 0.0);
         case Part::pad:
             return layout.pad;
+        case Part::tabs:
+            return layout.tabs;
+        case Part::graph:
+            return layout.graph;
         case Part::firstControl:
             break;
     }
@@ -53,14 +57,19 @@ void paintPart(const Brush& brush, const Scene& scene, std::size_t part, double 
             return paintTitle(brush, scene, Section::meters, 0.0);
         case Part::pad:
             return paintPad(brush, scene);
+        case Part::tabs:
+            return paintTabs(brush, scene, scene.beatLight.brightness(now));
+        case Part::graph:
+            return paintGraph(brush, scene, scene.beatLight.brightness(now));
         case Part::firstControl:
             return paintSwitch(brush, scene);
     }
-    paintKnob(brush, scene, static_cast<Parameter>(part - partOf(Parameter::enabled)));
+    paintControl(brush, scene, static_cast<Parameter>(part - partOf(Parameter::enabled)));
 }
 
 void paintGround(const Brush& brush, const Scene& scene) {
     brush.fill(scene.layout.whole(), theme::ground);
+    brush.fillRound(scene.layout.pageArea, cornerRadius(scene.layout), theme::panel);
     for (std::size_t i = 0; i < sectionCount; ++i) {
         const auto section = static_cast<Section>(i);
         paintPanel(brush, scene, section);
@@ -100,6 +109,9 @@ std::vector<Rect> paintScene(cairo_t* context, const Scene& scene, double now) {
             continue;
         }
         const Rect area = areaOf(scene.layout, part);
+        if (area.isEmpty()) {
+            continue;
+        }
         cairo_save(context);
         cairo_rectangle(context, area.x, area.y, area.width, area.height);
         cairo_clip(context);

@@ -137,6 +137,73 @@ TEST_F(PaintTest, DrawingChangesEqualsDrawingEverything) {
     expectWhole("switched off");
 }
 
+TEST_F(PaintTest, DrawingAPagesChangesEqualsDrawingEverything) {
+    editor.setHasKeyboard(true);
+    for (const Page page : {Page::sideChain, Page::dynamics, Page::output, Page::beats}) {
+        editor.openPage(page);
+        expectWhole("opened");
+        for (const Parameter parameter : parametersOf(page)) {
+            const auto& cell = scene.layout.cell(parameter);
+            pointer.move({.x = cell.dial.centerX(), .y = cell.dial.centerY()});
+            expectWhole("under the pointer");
+            const auto& ends = range(parameter);
+            editor.set(parameter, ends.standard == ends.maximum ? ends.minimum : ends.maximum);
+            expectWhole(ends.symbol);
+            editor.focus(
+                static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter),
+                true);
+            expectWhole("with the focus");
+        }
+        editor.focus(tabsFocus, true);
+        expectWhole("with the focus on the tabs");
+        const Rect& tab = scene.layout.tab.at(0);
+        pointer.move({.x = tab.centerX(), .y = tab.centerY()});
+        expectWhole("with the pointer on a tab");
+        editor.receive(Parameter::hold, 0.0F);
+        expectWhole("with the default of a control");
+        // Changes of what other controls depend on.
+        for (const Parameter parameter : {Parameter::autoMakeup, Parameter::ceilingOn,
+                                          Parameter::midSide, Parameter::rms, Parameter::beat}) {
+            editor.set(parameter, 1.0F - scene.values[parameter]);
+            expectWhole(range(parameter).symbol);
+        }
+    }
+    editor.openPage(Page::history);
+    expectWhole("closed");
+}
+
+TEST_F(PaintTest, HistoryIsNotDrawnWhileAPageIsOpen) {
+    editor.openPage(Page::dynamics);
+    paint();
+    scene.markChanged(Part::history);
+    scene.markChanged(Part::graph);
+    scene.markChanged(Parameter::beatTempo);
+    EXPECT_EQ(paint(), std::vector<Rect>{});
+}
+
+TEST_F(PaintTest, BeatFlashesOnTheTabAndInThePicture) {
+    editor.set(Parameter::beat, 1.0F);
+    for (const Page page : {Page::history, Page::beats}) {
+        editor.openPage(page);
+        scene.beatLight = {};
+        now = 1.0;
+        paint();
+        const auto dark = picture.pixels();
+        scene.beatLight.update(0.0F, true, 1.0);
+        scene.beatLight.update(12.0F, true, 2.0);
+        now = 2.0;
+        scene.markChanged(Part::tabs);
+        scene.markChanged(Part::graph);
+        paint();
+        EXPECT_NE(picture.pixels(), dark);
+        now = 3.0;
+        scene.markChanged(Part::tabs);
+        scene.markChanged(Part::graph);
+        paint();
+        EXPECT_EQ(picture.pixels(), dark);
+    }
+}
+
 TEST_F(PaintTest, DrawingTheHeadersChangesEqualsDrawingEverything) {
     store.users["Mine"] = {.name = "Mine", .values = {{Parameter::mix, 3.0F}}, .isUser = true};
     editor.openList();
@@ -178,9 +245,12 @@ TEST_F(PaintTest, TheTextAboutATargetLiesInTheWindow) {
         scene.showsTip = true;
         const Brush brush(picture.context());
         std::vector<Target> targets;
-        for (std::size_t i = 0; i < shownParameterCount; ++i) {
+        for (std::size_t i = 0; i < parameterCount; ++i) {
             targets.push_back(
                 {.kind = Target::Kind::control, .parameter = static_cast<Parameter>(i)});
+        }
+        for (std::size_t i = 0; i < pageCount; ++i) {
+            targets.push_back({.kind = Target::Kind::tab, .entry = i});
         }
         for (const auto kind :
              {Target::Kind::curve, Target::Kind::thresholdPoint, Target::Kind::ratioPoint,
@@ -190,6 +260,9 @@ TEST_F(PaintTest, TheTextAboutATargetLiesInTheWindow) {
         }
         for (const auto& target : targets) {
             scene.hovered = target;
+            if (const auto page = pageOf(target.parameter)) {
+                scene.layout = scene.layout.with(*page);
+            }
             const Rect area = tipArea(brush, scene);
             EXPECT_GT(area.height, scene.layout.text);
             EXPECT_GE(area.x, 0.0);

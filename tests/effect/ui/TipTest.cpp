@@ -18,14 +18,26 @@ TEST(Tip, TellsWhatAControlDoesWithItsUnitRangeAndDefault) {
                     "5.0 ms to 2.00 s, default 120 ms"}));
     EXPECT_EQ(tipFor({.kind = Target::Kind::control, .parameter = Parameter::enabled}),
               Text{"Switches the effect on, or bypasses it."});
+    EXPECT_EQ(
+        tipFor({.kind = Target::Kind::control, .parameter = Parameter::rms}),
+        (Text{"Detector: measures peaks, or the mean power (RMS).", "Peak / RMS, default Peak"}));
+    EXPECT_EQ(tipFor({.kind = Target::Kind::control, .parameter = Parameter::beatDivision}),
+              (Text{"Division: step of the grid as a note value. D is dotted, T is triplet.",
+                    "1/1 dotted to 1/16 triplet, default 1/4"}));
     EXPECT_EQ(tipFor({}), Text{});
 }
 
 TEST(Tip, EveryControlHasOne) {
-    for (std::size_t i = 0; i < shownParameterCount; ++i) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto text =
             tipFor({.kind = Target::Kind::control, .parameter = static_cast<Parameter>(i)});
         EXPECT_EQ(text.size(), i == 0 ? 1U : 2U) << i;
+    }
+}
+
+TEST(Tip, EveryPageHasOne) {
+    for (std::size_t i = 0; i < pageCount; ++i) {
+        EXPECT_EQ(tipFor({.kind = Target::Kind::tab, .entry = i}).size(), 1U) << i;
     }
 }
 

@@ -49,6 +49,26 @@ TEST(TransferCurve, MatchesTheEffect) {
     }
 }
 
+TEST(TransferCurve, KnowsTheRangeAndTheAutomaticMakeup) {
+    ParameterValues values;
+    values.set(Parameter::threshold, -40.0F);
+    values.set(Parameter::knee, 0.0F);
+    values.set(Parameter::autoMakeup, 1.0F);
+    for (const float range : {6.0F, 20.0F, 60.0F}) {
+        values.set(Parameter::range, range);
+        for (const float input : {-50.0F, -30.0F, -12.0F, 0.0F, 6.0F}) {
+            EXPECT_NEAR(steadyOutput(values, input), measured(values, input), 0.01F)
+                << input << " at " << range;
+        }
+    }
+    // The largest range is no limit.
+    values.set(Parameter::threshold, -60.0F);
+    values.set(Parameter::ratio, 20.0F);
+    values.set(Parameter::autoMakeup, 0.0F);
+    EXPECT_NEAR(steadyOutput(values, 12.0F), measured(values, 12.0F), 0.01F);
+    EXPECT_NEAR(steadyOutput(values, 12.0F), 4.0F - 60.0F + 72.0F / 20.0F, 0.01F);
+}
+
 TEST(TransferCurve, IsStraightWhileTheEffectIsBypassed) {
     ParameterValues values;
     values.set(Parameter::enabled, 0.0F);

@@ -42,10 +42,21 @@ TEST(TypedValue, AcceptsTypedText) {
     EXPECT_EQ(value(Parameter::triggerNote, "C-1"), 0.0F);
     EXPECT_EQ(value(Parameter::midiChannel, "ALL"), 0.0F);
     EXPECT_EQ(value(Parameter::midiChannel, "16"), 16.0F);
+    EXPECT_EQ(value(Parameter::sideChainHighPass, "90"), 90.0F);
+    EXPECT_EQ(value(Parameter::sideChainHighPass, "1,5 kHz"), 1500.0F);
+    EXPECT_EQ(value(Parameter::sideChainHighPass, "2k"), 2000.0F);
+    EXPECT_EQ(value(Parameter::sideChainHighPass, "off"), 20.0F);
+    EXPECT_EQ(value(Parameter::sideChainLowPass, "Off"), 20000.0F);
+    EXPECT_EQ(value(Parameter::range, "no limit"), 60.0F);
+    EXPECT_EQ(value(Parameter::range, "none"), 60.0F);
+    EXPECT_EQ(value(Parameter::beatTempo, "128 bpm"), 128.0F);
+    EXPECT_EQ(value(Parameter::beatDivision, "1/8"), 10.0F);
+    EXPECT_EQ(value(Parameter::beatDivision, "1/4 T"), 8.0F);
+    EXPECT_EQ(value(Parameter::beatDivision, "1/16 dotted"), 12.0F);
 }
 
 TEST(TypedValue, AcceptsTheDisplayedText) {
-    for (std::size_t i = 1; i < shownParameterCount; ++i) {
+    for (std::size_t i = 1; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         for (int percent = 0; percent <= 100; ++percent) {
             const double position = 0.01 * percent;
@@ -68,6 +79,10 @@ TEST(TypedValue, ComplainsAboutInvalidText) {
     EXPECT_EQ(complaint(Parameter::triggerNote, "H2"), "\"H2\" is not a note");
     EXPECT_EQ(complaint(Parameter::triggerNote, "36.5"), "\"36.5\" is not a note");
     EXPECT_EQ(complaint(Parameter::midiChannel, "1.5"), "\"1.5\" is not a channel");
+    EXPECT_EQ(complaint(Parameter::sideChainLowPass, "low"),
+              "\"low\" is not a frequency in Hz or kHz");
+    EXPECT_EQ(complaint(Parameter::beatTempo, "fast"), "\"fast\" is not a tempo in BPM");
+    EXPECT_EQ(complaint(Parameter::beatDivision, "1/3"), "\"1/3\" is not one of the choices");
     for (const char* text : {"+-3", "nan", "inf", "1e400", "0x10", "--3", "3 3 dB dB", "."}) {
         EXPECT_EQ(complaint(Parameter::output, text),
                   "\"" + std::string(text) + "\" is not a value in dB");
@@ -91,7 +106,7 @@ TEST(TypedValue, EveryTextGivesAValueOrAComplaint) {
         for (unsigned i = 0; i < length; ++i) {
             text += characters[random() % characters.size()];
         }
-        const auto parameter = static_cast<Parameter>(random() % shownParameterCount);
+        const auto parameter = static_cast<Parameter>(random() % parameterCount);
         const auto typed = typedValue(parameter, text);
         ASSERT_EQ(typed.value.has_value(), typed.complaint.empty()) << text;
         if (typed.value) {

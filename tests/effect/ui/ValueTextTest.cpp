@@ -27,6 +27,24 @@ TEST(ValueText, ShowsEveryUnit) {
     EXPECT_EQ(valueText(Parameter::triggerNote, 127.0F), "G9 (127)");
     EXPECT_EQ(valueText(Parameter::midiChannel, 0.0F), "All");
     EXPECT_EQ(valueText(Parameter::midiChannel, 16.0F), "16");
+    EXPECT_EQ(valueText(Parameter::sideChainHighPass, 120.0F), "120 Hz");
+    EXPECT_EQ(valueText(Parameter::sideChainHighPass, 1500.0F), "1.5 kHz");
+    EXPECT_EQ(valueText(Parameter::beatTempo, 120.0F), "120 BPM");
+    EXPECT_EQ(valueText(Parameter::beatTempo, 97.5F), "97.5 BPM");
+    EXPECT_EQ(valueText(Parameter::beatDivision, 8.0F), "1/4 triplet");
+    EXPECT_EQ(valueText(Parameter::sideChainSource, 1.0F), "External");
+    EXPECT_EQ(valueText(Parameter::oversampling, 2.0F), "Fourfold");
+    EXPECT_EQ(valueText(Parameter::beat, 1.0F), "On");
+}
+
+TEST(ValueText, NamesTheValuesThatSwitchSomethingOff) {
+    EXPECT_EQ(valueText(Parameter::sideChainHighPass, 20.0F), "Off");
+    EXPECT_EQ(valueText(Parameter::sideChainHighPass, 20000.0F), "20.0 kHz");
+    EXPECT_EQ(valueText(Parameter::sideChainLowPass, 20000.0F), "Off");
+    EXPECT_EQ(valueText(Parameter::sideChainLowPass, 20.0F), "20 Hz");
+    EXPECT_EQ(valueText(Parameter::range, 60.0F), "No limit");
+    EXPECT_EQ(shortValueText(Parameter::range, 60.0F), "None");
+    EXPECT_EQ(valueText(Parameter::range, 59.9F), "59.9 dB");
 }
 
 TEST(ValueText, IsShorterWithoutItsUnit) {
@@ -34,6 +52,9 @@ TEST(ValueText, IsShorterWithoutItsUnit) {
     EXPECT_EQ(shortValueText(Parameter::ratio, 4.0F), "4.0");
     EXPECT_EQ(shortValueText(Parameter::release, 1250.0F), "1.25 s");
     EXPECT_EQ(shortValueText(Parameter::triggerNote, 37.0F), "C#2");
+    EXPECT_EQ(shortValueText(Parameter::sideChainLowPass, 12500.0F), "12.5k");
+    EXPECT_EQ(shortValueText(Parameter::beatTempo, 120.0F), "120");
+    EXPECT_EQ(shortValueText(Parameter::beatDivision, 9.0F), "1/8 D");
 }
 
 TEST(ValueText, OmitsUnneededDecimals) {
