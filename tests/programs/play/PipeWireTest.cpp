@@ -114,7 +114,8 @@ TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsJack) {
 
 TEST_F(PipeWireTest, PlaysOnAVirtualSinkWithoutPhysicalPorts) {
     daemons.start({.properties = "media.class = Audio/Duplex node.description = Quiet"});
-    // Without it, PipeWire 1.4 makes no ports for JACK. It may choose no default.
+    // Without it, PipeWire makes no ports. WirePlumber adds a sink, because a duplex device is
+    // none for it, and either may become the default.
     daemons.startSessionManager(PipeWireDaemons::hasPorts);
     environment["ORVALO_AUDIO_OUTPUT"] = "jack";
     Program playing(onPipeWiresJack(), environment);
