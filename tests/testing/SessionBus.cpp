@@ -19,7 +19,7 @@ namespace {
 class SessionBus {
   public:
     SessionBus() {
-        EXPECT_TRUE(pollUntil([this] { return std::filesystem::is_socket(socket_); }));
+        EXPECT_TRUE(pollUntil([this] { return isListening(socket_); }));
         g_setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), TRUE);
         // The programs of the test use nothing of the user's session.
         g_unsetenv("XDG_RUNTIME_DIR");

@@ -38,7 +38,7 @@ WaylandServer::WaylandServer(X11 x11) {
 }
 
 bool WaylandServer::isReady(X11 x11) const {
-    if (!std::filesystem::exists(folder_.path() / "wayland-test")) {
+    if (!isListening(folder_.path() / "wayland-test")) {
         return false;
     }
     if (x11 == X11::none) {

@@ -79,9 +79,9 @@ context.objects = [
 ]
 )";
     daemon_.emplace(std::vector<std::string>{"pipewire", "-c", configuration.string()});
-    EXPECT_TRUE(pollUntil([this] { return std::filesystem::is_socket(folder_ / "pipewire-0"); }));
+    EXPECT_TRUE(pollUntil([this] { return isListening(folder_ / "pipewire-0"); }));
     pulse_.emplace(std::vector<std::string>{"pipewire-pulse"});
-    EXPECT_TRUE(pollUntil([this] { return std::filesystem::is_socket(folder_ / "pulse/native"); }));
+    EXPECT_TRUE(pollUntil([this] { return isListening(folder_ / "pulse/native"); }));
 }
 
 void PipeWireDaemons::startSessionManager(bool (*isReady)()) {
