@@ -3,6 +3,7 @@
 #include <X11/Xlib.h>
 
 #include <algorithm>
+#include <iostream>
 
 #include "tests/testing/SessionBus.h"
 #include "tests/testing/WaitUntil.h"
@@ -115,6 +116,12 @@ ApplicationFixture::ApplicationFixture() : executable(ORVALO_TEST_STAGE "/bin/or
                    // For sanitizers: deep stacks, by which the toolkit's leaks are recognised.
                    {"ASAN_OPTIONS", "fast_unwind_on_malloc=0:malloc_context_size=16"},
                    {"LSAN_OPTIONS", "suppressions=" ORVALO_TOOLKIT_LEAKS ":print_suppressions=0"}};
+}
+
+void ApplicationFixture::TearDown() {
+    if (HasFailure() && program != nullptr) {
+        std::cerr << "The application's standard error:\n" << program->standardError();
+    }
 }
 
 Lines ApplicationFixture::start() {

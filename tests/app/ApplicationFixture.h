@@ -34,6 +34,8 @@ struct EffectSpot {
 class ApplicationFixture : public ::testing::Test {
   protected:
     ApplicationFixture();
+    /// Prints the application's standard error after a failure.
+    void TearDown() override;
 
     /// Starts the application, waits until the effect is found and the window drawn, and returns
     /// the printed lines.

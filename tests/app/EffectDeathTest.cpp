@@ -35,6 +35,12 @@ class EffectDeathTest : public ApplicationFixture {
                   "AUEnginePlayer: Audio engine starting.");
     }
 
+    bool isGivenUp() const {
+        return Value(tree.names(),
+                     Contains("The UI of Orvalo is closed: the effect has died too often, "
+                              "and playback goes on dry."));
+    }
+
     /// Sends the signal to the effect service and waits until the next one shows its UI.
     void endEffect(int signal) {
         const auto ended = service();
@@ -62,35 +68,33 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
     expectItPlaysAndStops();
     EXPECT_TRUE(pollUntil([&] { return application().descriptorCount() <= descriptors; }));
     EXPECT_TRUE(pollUntil([&] { return application().status("Threads") <= threads; }));
-    // The third death within a minute is final. SIGABRT, because sanitizers handle faults
-    // themselves.
-    kill(service().number, SIGABRT);
-    EXPECT_TRUE(pollUntil([this] { return service().number == 0; }));
+    // The third death within a minute is final. It is this one, unless the machine took a minute
+    // for the steps above. SIGABRT, because sanitizers handle faults themselves.
+    EXPECT_TRUE(pollUntil([this] {
+        if (const auto next = service(); next.number != 0) {
+            kill(next.number, SIGABRT);
+        }
+        return isGivenUp();
+    }));
+    EXPECT_EQ(service().number, 0);
     EXPECT_TRUE(pollUntil([] { return !effectPlace().has_value(); }));
     expectItPlaysAndStops();
-    EXPECT_TRUE(pollUntil([this] {
-        return Value(tree.names(),
-                     Contains("The UI of Orvalo is closed: the effect has died too often, "
-                              "and playback goes on dry."));
-    }));
     ASSERT_TRUE(tree.press("Try Again"));
     EXPECT_TRUE(pollUntil([] { return effectPlace().has_value(); }));
     EXPECT_EQ(quit(), 0);
     EXPECT_TRUE(pollUntil([this] { return processes().empty(); }));
     // A stopped service is detected by the audio or by the messages; the time differs under
-    // sanitizers.
+    // sanitizers. What a service did at its end depends on the machine's speed.
     EXPECT_THAT(
         program->standardError(),
         ContainsRegex(
-            // The first kill may come before the first quantum.
-            "The effect <urn:tessaly:orvalo> was killed by signal 9 .Killed."
-            "( while playing)?; it is started again with its last state\\."
+            "The effect <urn:tessaly:orvalo> was killed by signal 9 .Killed.[a-z ]*; "
+            "it is started again with its last state\\."
             "(.|\n)*"
             "The effect <urn:tessaly:orvalo> did not (finish a quantum within|"
-            "answer for) [a-z0-9 ]+ while playing; it is started again with its last state\\."
+            "answer for) [a-z0-9 ]+; it is started again with its last state\\."
             "(.|\n)*"
-            "The effect <urn:tessaly:orvalo> was killed by signal 6 .Aborted. "
-            "while playing\\."
+            "The effect <urn:tessaly:orvalo> was killed by signal 6 .Aborted.[a-z ]*\\."
             "(.|\n)*"
             "The effect <urn:tessaly:orvalo> died 3 times within 60 s and is "
             "not started again until playback starts or its UI is shown; playback goes on dry\\."));

@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,6 +44,17 @@ ServerProcess::~ServerProcess() {
         ::kill(process_, SIGTERM);
         waitpid(process_, nullptr, 0);
     }
+}
+
+bool isListening(const std::filesystem::path& socket) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    socket.native().copy(std::data(address.sun_path), sizeof address.sun_path - 1);
+    const int connection = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool result =
+        connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(connection);
+    return result;
 }
 
 void ServerProcess::signal(int number) const {

@@ -2,7 +2,7 @@
 
 #include <sys/types.h>
 
-#include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -23,5 +23,9 @@ class ServerProcess {
   private:
     pid_t process_ = -1;
 };
+
+/// Whether a server accepts connections to this Unix socket. The socket's file is there before: a
+/// server that has bound it and does not listen yet refuses connections.
+bool isListening(const std::filesystem::path& socket);
 
 }  // namespace orvalo::testing

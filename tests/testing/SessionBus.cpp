@@ -1,39 +1,44 @@
 #include "tests/testing/SessionBus.h"
 
-#include <gio/gio.h>
+#include <glib.h>
+#include <gtest/gtest.h>
 
-#include "platform/foundation/GLibPointer.h"
-#include "tests/testing/Program.h"
+#include <filesystem>
+#include <string>
+
+#include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
+#include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
 namespace {
 
-/// The services that the bus starts get this folder for their sockets. The one of assistive
-/// technology has the same name for every bus. A program says so to the bus: a connection here
-/// would start a thread, beside which the tests may not change the environment.
-void setRuntimeFolder(const std::string& folder) {
-    Program({"dbus-update-activation-environment", "XDG_RUNTIME_DIR=" + folder}).wait();
-}
+// Not GTestDBus: it forks this process to watch it, and the fork ends after it, through exit().
+// There it destroys the test's servers once more, which by then may be those of other tests.
+class SessionBus {
+  public:
+    SessionBus() {
+        EXPECT_TRUE(pollUntil([this] { return isListening(socket_); }));
+        g_setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), TRUE);
+        // The programs of the test use nothing of the user's session.
+        g_unsetenv("XDG_RUNTIME_DIR");
+    }
+
+  private:
+    const TemporaryFolder folder_;
+    const std::filesystem::path socket_ = folder_.path() / "bus";
+    const std::string address_ = "unix:path=" + socket_.string();
+    // The services that the bus starts get this folder for their sockets. The one of assistive
+    // technology has the same name for every bus.
+    const ServerProcess daemon_{{"env", "XDG_RUNTIME_DIR=" + folder_.path().string(), "dbus-daemon",
+                                 "--session", "--nofork", "--nopidfile", "--address=" + address_}};
+};
 
 }  // namespace
 
 void startSessionBus() {
-    static const TemporaryFolder runtime;
-    static auto* const bus = [] {
-        auto* made = g_test_dbus_new(G_TEST_DBUS_NONE);
-        g_test_dbus_add_service_dir(made, "/usr/share/dbus-1/services");
-        // g_test_dbus_up() unsets DISPLAY.
-        const GText display(g_strdup(g_getenv("DISPLAY")));
-        g_test_dbus_up(made);
-        setRuntimeFolder(runtime.path().string());
-        if (display != nullptr) {
-            g_setenv("DISPLAY", display.get(), TRUE);
-        }
-        return made;
-    }();
-    static_cast<void>(bus);
+    static const SessionBus bus;
 }
 
 }  // namespace orvalo::testing

@@ -28,6 +28,8 @@ class JalvTest : public ::testing::Test {
         // The servers inherit the name, so the test leaves a JACK server of the user alone.
         setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
         setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+        // jalv, before the server below is there, would start another of the same name.
+        setenv("JACK_NO_START_SERVER", "1", 1);
         // NOLINTEND(concurrency-mt-unsafe)
     }
 

@@ -26,7 +26,8 @@ class PipeWireTest : public PlayFixture {
         environment["JACK_DEFAULT_SERVER"] = "orvalo-test-nothing";
         environment["ORVALO_AUDIO_OUTPUT"] = "auto";
         environment["LV2_PATH"] = standIn("http://lv2plug.in/plugins/eg-amp");
-        constexpr std::size_t frames = 20011;
+        // Few: a loaded machine has gaps, and the recording must hold three passes without one.
+        constexpr std::size_t frames = 5003;
         music = wav("music.wav", 48000, frames, 1);
         const auto pass = noise(1, frames, 1)[0];
         for (int count = 0; count < 3; ++count) {
@@ -114,7 +115,8 @@ TEST_F(PipeWireTest, PassesJoinSampleExactlyThroughItsJack) {
 
 TEST_F(PipeWireTest, PlaysOnAVirtualSinkWithoutPhysicalPorts) {
     daemons.start({.properties = "media.class = Audio/Duplex node.description = Quiet"});
-    // Without it, PipeWire 1.4 makes no ports for JACK. It may choose no default.
+    // Without it, PipeWire makes no ports. WirePlumber adds a sink, because a duplex device is
+    // none for it, and either may become the default.
     daemons.startSessionManager(PipeWireDaemons::hasPorts);
     environment["ORVALO_AUDIO_OUTPUT"] = "jack";
     Program playing(onPipeWiresJack(), environment);

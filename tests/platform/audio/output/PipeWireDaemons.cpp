@@ -23,6 +23,9 @@ PipeWireDaemons::PipeWireDaemons(std::filesystem::path folder) : folder_(std::mo
               "alsa_monitor.enabled = false\n"
               "libcamera_monitor.enabled = false\n"
               "v4l2_monitor.enabled = false\n");
+    // The daemon has the store of the default sink. With a second one, WirePlumber writes into
+    // the one that it sees first, and pipewire-pulse may read the other.
+    writeFile("wireplumber/main.lua.d/99-no-metadata.lua", "components[\"metadata\"] = nil\n");
     writeFile("wireplumber/wireplumber.conf.d/no-devices.conf",  // WirePlumber 0.5
               "wireplumber.profiles = { main = { monitor.alsa = disabled "
               "monitor.libcamera = disabled monitor.v4l2 = disabled "
@@ -72,14 +75,13 @@ context.objects = [
                                  << R"(
         audio.position = [ )" << sink.channels
                                  << R"( ] object.linger = true
-        adapter.auto-port-config = { mode = dsp monitor = true position = preserve }
         )" << sink.properties << R"( } }
 ]
 )";
     daemon_.emplace(std::vector<std::string>{"pipewire", "-c", configuration.string()});
-    EXPECT_TRUE(pollUntil([this] { return std::filesystem::is_socket(folder_ / "pipewire-0"); }));
+    EXPECT_TRUE(pollUntil([this] { return isListening(folder_ / "pipewire-0"); }));
     pulse_.emplace(std::vector<std::string>{"pipewire-pulse"});
-    EXPECT_TRUE(pollUntil([this] { return std::filesystem::is_socket(folder_ / "pulse/native"); }));
+    EXPECT_TRUE(pollUntil([this] { return isListening(folder_ / "pulse/native"); }));
 }
 
 void PipeWireDaemons::startSessionManager(bool (*isReady)()) {
@@ -115,7 +117,7 @@ std::string PipeWireDaemons::defaultSink() {
 }
 
 bool PipeWireDaemons::isDefaultSink() {
-    return defaultSink() == "quiet";
+    return hasPorts() && defaultSink() == "quiet";
 }
 
 bool PipeWireDaemons::hasPorts() {

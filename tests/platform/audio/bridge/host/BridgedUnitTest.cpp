@@ -144,7 +144,7 @@ float factor(AUAudioUnit& unit) {
 
 /// Ends the service of the only unit, which starts another.
 void endService(const CapturedOutput& error) {
-    kill(*children().begin(), SIGKILL);
+    kill(onlyChild(), SIGKILL);
     ASSERT_TRUE(pollUntil([&error] {
         return error.text().find("started again") != std::string::npos && !children().empty();
     }));

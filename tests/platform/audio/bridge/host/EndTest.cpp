@@ -15,12 +15,6 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 
-pid_t onlyChild() {
-    const auto all = services();
-    EXPECT_EQ(all.size(), 1U);
-    return all.empty() ? -1 : *all.begin();
-}
-
 TEST(End, LeavesNothingOfAnEffect) {
     const auto before = Leftovers::now();
     {
@@ -40,14 +34,14 @@ TEST(End, LeavesNothingOfServicesThatDied) {
         FakeEffect effect("half:0", limits);
         const auto during = Leftovers::now();
         for (int death = 0; death < 20; ++death) {
-            const auto process = onlyChild();
+            const auto process = onlyService();
             kill(process, SIGKILL);
             while (isAlive(process)) {
                 sched_yield();
             }
             effect.render(1);
             ASSERT_TRUE(effect.renderUntilWet());
-            EXPECT_NE(onlyChild(), process);
+            EXPECT_NE(onlyService(), process);
         }
         auto now = Leftovers::now();
         now.children = during.children;
@@ -60,7 +54,7 @@ TEST(End, KillsAStoppedService) {
     const auto before = Leftovers::now();
     {
         const FakeEffect effect("half:0");
-        kill(onlyChild(), SIGSTOP);
+        kill(onlyService(), SIGSTOP);
     }
     EXPECT_EQ(Leftovers::settled(before), before);
 }
@@ -78,7 +72,7 @@ TEST(End, AnEffectCanBeDestroyedAtAnyMomentOfARestart) {
     const auto before = Leftovers::now();
     for (int round = 0; round < 40; ++round) {
         FakeEffect effect("half:0");
-        kill(onlyChild(), SIGKILL);
+        kill(onlyService(), SIGKILL);
         std::this_thread::sleep_for(std::chrono::microseconds(round * 100));
     }
     EXPECT_EQ(Leftovers::settled(before), before);
@@ -108,7 +102,7 @@ TEST(End, KillsTheChildrenOfAService) {
     const auto all = descendants();
     // bubblewrap twice, the service, and its child.
     ASSERT_EQ(all.size(), 4U);
-    kill(onlyChild(), SIGKILL);
+    kill(onlyService(), SIGKILL);
     EXPECT_TRUE(pollUntil([&all] { return std::ranges::none_of(all, isAlive); }));
 }
 

@@ -41,7 +41,7 @@ class Latency : public ::testing::Test {
     }
 
     static void endService() {
-        const auto process = *services().begin();
+        const auto process = onlyService();
         kill(process, SIGKILL);
         ASSERT_TRUE(pollUntil([process] { return !isAlive(process); }));
     }

@@ -8,6 +8,8 @@
 #include <iterator>
 #include <ostream>
 #include <sstream>
+#include <stdexcept>
+#include <string>
 #include <thread>
 
 namespace orvalo::testing {
@@ -92,6 +94,13 @@ bool isBubblewrap(pid_t process) {
     return std::getline(file, name) && name == "bwrap";
 }
 
+pid_t only(const std::set<pid_t>& processes, const std::string& what) {
+    if (processes.size() != 1) {
+        throw std::runtime_error(std::to_string(processes.size()) + " " + what + " instead of one");
+    }
+    return *processes.begin();
+}
+
 }  // namespace
 
 std::set<pid_t> children() {
@@ -110,6 +119,14 @@ std::set<pid_t> services() {
         }
     }
     return result;
+}
+
+pid_t onlyChild() {
+    return only(children(), "child processes");
+}
+
+pid_t onlyService() {
+    return only(services(), "services");
 }
 
 std::set<pid_t> descendants() {

@@ -29,6 +29,10 @@ std::ostream& operator<<(std::ostream& stream, const Leftovers& leftovers);
 std::set<pid_t> children();
 /// The services that this process has started, which are children of it or of bubblewrap.
 std::set<pid_t> services();
+/// The only child process, and the only service; throw std::runtime_error when there is none or
+/// another one. kill() takes 0 and -1 for all processes of a group or of the machine.
+pid_t onlyChild();
+pid_t onlyService();
 /// The child processes of this process, their child processes, and so on.
 std::set<pid_t> descendants();
 /// Whether the process exists and is no zombie.

@@ -158,7 +158,7 @@ TEST(Misbehaving, ALoopDoesNotKeepTheRenderThreadFromItsDeadline) {
     limits.waitFraction = 50.0;
     limits.hang = std::chrono::seconds(10) * BridgeLimits::kSlowness;
     const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:loop", limits);
-    const auto process = *services().begin();
+    const auto process = onlyService();
     unit->setRenderingOffline(false);
     auto fed = feed(*unit);
     onRealTimeThread(5, [&] {
@@ -182,7 +182,7 @@ TEST(Misbehaving, AStateOf47MebibytesSurvivesARestart) {
     // The service answers after it has sent the state.
     unit->setContextName("large");
     ASSERT_EQ(children().size(), 1U);
-    kill(*children().begin(), SIGKILL);
+    kill(onlyChild(), SIGKILL);
     ASSERT_TRUE(
         pollUntil([&error] { return error.text().find("started again") != std::string::npos; }));
     unit->setContextName("larger");
@@ -194,7 +194,7 @@ TEST(Misbehaving, AStateOf47MebibytesSurvivesARestart) {
 void killUntilGivenUp(const CapturedOutput& error) {
     for (int death = 0; death < 3; ++death) {
         ASSERT_TRUE(pollUntil([] { return children().size() == 1; }));
-        const auto process = *children().begin();
+        const auto process = onlyChild();
         kill(process, SIGKILL);
         ASSERT_TRUE(pollUntil([process] { return children().count(process) == 0; }));
     }
@@ -317,7 +317,7 @@ TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
         auto fed = feed(*unit);
         Transcript transcript;
         transcript.add(fed.next());
-        const auto process = *services().begin();
+        const auto process = onlyService();
         kill(process, GetParam());
         // The next service may start between two quanta, so that no quantum is dry.
         // A stopped one is noticed soonest by a quantum that it does not finish.
@@ -328,7 +328,7 @@ TEST_P(SignalTest, EndsAServiceThatIsRestarted) {
         EXPECT_LE(transcript.count(toDry), 1U);
         EXPECT_EQ(transcript.count(dry), 0U) << error.text();
         EXPECT_EQ(services().size(), 1U);
-        EXPECT_NE(*services().begin(), process);
+        EXPECT_NE(onlyService(), process);
     }
     EXPECT_EQ(Leftovers::settled(before), before);
 }

@@ -10,7 +10,7 @@
 int main() {
     using namespace orvalo::testing;
     const auto unit = makeBridged(misbehavingWorld(), "urn:orvalo:misbehaving:segv");
-    std::printf("%d\n", static_cast<int>(*services().begin()));
+    std::printf("%d\n", static_cast<int>(onlyService()));
     std::fflush(stdout);
     for (;;) {
         pause();

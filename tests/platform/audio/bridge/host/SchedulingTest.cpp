@@ -100,6 +100,7 @@ TEST_F(BridgedScheduling, ServicesRunOneStepBelowTheRenderThreadAlsoAfterARestar
     onRealTimeThread(5, [&] {
         EXPECT_TRUE(renderUntilScheduled(fed, ofService_));
         const auto before = services();
+        ASSERT_EQ(before.size(), 2U);
         kill(*before.begin(), SIGKILL);
         while (services().size() != 2 || services() == before) {
             fed.next();

@@ -59,7 +59,7 @@ TEST_F(ServiceRunTest, AServiceThatDiesRightAfterItsAnswerCountsAsDead) {
     start("last-words:1");
     siginfo_t info{};
     // bubblewrap, which ends when the service has ended.
-    const auto process = *children().begin();
+    const auto process = onlyChild();
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT), 0);
     while (run->handleEvents(wakeup.get())) {
     }

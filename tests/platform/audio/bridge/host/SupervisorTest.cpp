@@ -85,7 +85,7 @@ TEST(Supervisor, SaysOnceThatTheSystemRefusesAPriority) {
     const CapturedOutput error(2);
     FakeEffect effect("unscheduled:1:always");
     effect.render(3);
-    kill(*services().begin(), SIGKILL);
+    kill(onlyService(), SIGKILL);
     effect.supervisor().perform(bridge::SetContextName{});
     EXPECT_THAT(error.lines(),
                 Contains(EndsWith("The audio thread of the effect <urn:fake:unscheduled:1:always> "
@@ -225,7 +225,7 @@ TEST(Supervisor, RetriesAFailedRestartAfterAPause) {
     limits.retryDelay = std::chrono::seconds(2);
     FakeEffect effect("half:0", limits, program);
     std::filesystem::rename(program, elsewhere);
-    kill(*services().begin(), SIGKILL);
+    kill(onlyService(), SIGKILL);
     while (error.text().find("could not be started again") == std::string::npos) {
         sched_yield();
     }
