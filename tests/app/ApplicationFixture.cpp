@@ -68,11 +68,11 @@ class Display {
         return focus;
     }
 
-    /// Whether `window` is `other` or inside it.
-    bool isInside(unsigned long window, unsigned long other) const {
+    /// Whether `inner` is `outer` or inside it.
+    bool isInside(unsigned long inner, unsigned long outer) const {
         Window root = 0;
-        Window parent = window;
-        while (parent > PointerRoot && parent != other && parent != root) {
+        Window parent = inner;
+        while (parent > PointerRoot && parent != outer && parent != root) {
             Window* children = nullptr;
             unsigned count = 0;
             if (XQueryTree(display_, parent, &root, &parent, &children, &count) == 0) {
@@ -80,7 +80,7 @@ class Display {
             }
             XFree(children);
         }
-        return parent == other;
+        return parent == outer;
     }
 
     /// The plug-in UI in the application's window, or 0.

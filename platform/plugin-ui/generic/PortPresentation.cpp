@@ -105,7 +105,7 @@ class Reader {
         }
         if (lilv_node_is_uri(node.get())) {
             const std::string uri = lilv_node_as_uri(node.get());
-            if (const auto symbol = knownSymbol(uri); !symbol.empty()) {
+            if (auto symbol = knownSymbol(uri); !symbol.empty()) {
                 return symbol;
             }
         }
@@ -114,7 +114,7 @@ class Reader {
 
     std::string nameOf(const LilvNode* subject) const {
         for (const auto* predicate : {LILV_NS_LV2 "name", LILV_NS_RDFS "label"}) {
-            if (const auto name = text(of(subject, predicate).get()); !name.empty()) {
+            if (auto name = text(of(subject, predicate).get()); !name.empty()) {
                 return name;
             }
         }

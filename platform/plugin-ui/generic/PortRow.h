@@ -29,7 +29,7 @@ class PortRow {
     GtkWidget* makeSwitch();
     GtkWidget* makeChoice();
     GtkWidget* makeTrigger();
-    GtkWidget* makeMeter();
+    static GtkWidget* makeMeter();
     void userSets(float value);
     void showNow(float value);
 
