@@ -36,8 +36,11 @@ class Child {
     /// For Output::read.
     std::optional<std::int64_t> awaitLine(const std::string& line, double seconds) const;
 
-    /// Waits for its end and returns the user and system time of it and its children, in seconds.
-    /// Throws std::runtime_error when it failed.
+    /// Waits for its end. Throws std::runtime_error when it failed.
+    void awaitSuccess();
+    /// The same; returns the user and system time of it and of all that it started, in seconds. No
+    /// other child may be started meanwhile. Throws std::system_error where the kernel's counters
+    /// cannot be used.
     double awaitProcessorSeconds();
 
     /// Sends SIGTERM, later SIGKILL, and waits for its end.
@@ -49,6 +52,7 @@ class Child {
     pid_t process_ = -1;
     int input_ = -1;   ///< The writing end of its standard input.
     int output_ = -1;  ///< The reading end of its standard output.
+    int clock_ = -1;   ///< A counter of the kernel's; below 0 for none.
 };
 
 }  // namespace orvalo::bench

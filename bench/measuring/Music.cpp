@@ -49,7 +49,7 @@ void makeMusic(const std::filesystem::path& file, int seconds) {
     command.insert(command.end(),
                    {"-t", std::to_string(seconds), "-af", "asetpts=N/SR/TB", "-ar", "48000", "-ac",
                     "2", "-c:a", "aac", "-b:a", "160k", file.string()});
-    Child(command).awaitProcessorSeconds();
+    Child(command).awaitSuccess();
 }
 
 }  // namespace orvalo::bench

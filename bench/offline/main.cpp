@@ -34,7 +34,7 @@ class Contender {
     /// Runs once to fill caches. A program that fails is left out.
     void warmUp() {
         try {
-            Child(command_, environment_).awaitProcessorSeconds();
+            Child(command_, environment_).awaitSuccess();
         } catch (const std::exception& error) {
             std::printf("  %s is left out: %s\n", name_, error.what());
             isLeftOut_ = true;
