@@ -157,6 +157,14 @@ class Confinement : public ::testing::TestWithParam<uid_t> {};
 INSTANTIATE_TEST_SUITE_P(Users, Confinement, ::testing::ValuesIn(users()),
                          [](const auto& user) { return "user" + std::to_string(user.param); });
 
+/// Puts a script called bwrap into the folder, for PATH.
+void replaceBubblewrap(const TemporaryFolder& folder, const std::string& script) {
+    const auto program = folder.path() / "bwrap";
+    std::ofstream(program) << "#!/bin/sh\n" << script;
+    std::filesystem::permissions(program, std::filesystem::perms(0755));
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+}
+
 TEST_P(Confinement, StopsEachAttack) {
     HostileHost host(GetParam(), "attack");
     ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
@@ -354,14 +362,30 @@ TEST_P(Confinement, OneLineTellsWhatDoesNotHoldWithoutBubblewrap) {
 
 TEST_P(Confinement, TheLineRepeatsWhatBubblewrapSays) {
     const TemporaryFolder folder;
-    const auto program = folder.path() / "bwrap";
-    std::ofstream(program) << "#!/bin/sh\necho 'bwrap: No permissions.' >&2\nexit 1\n";
-    std::filesystem::permissions(program, std::filesystem::perms(0755));
-    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+    replaceBubblewrap(folder, "echo 'bwrap: No permissions.' >&2\nexit 1\n");
     HostileHost host(GetParam(), "sockets", folder.path().c_str());
     ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
     EXPECT_THAT(linesWith("WARNING", host.text()),
                 ElementsAre(HasSubstr("bubblewrap does not work here (bwrap: No permissions.).")));
+}
+
+TEST_P(Confinement, OneLineTellsWhatDoesNotHoldInASandboxWithoutUserNamespaces) {
+    const TemporaryFolder folder;
+    // Flatpak makes such a sandbox.
+    replaceBubblewrap(folder,
+                      "exec /usr/bin/bwrap --unshare-user --disable-userns --dev-bind / / "
+                      "/usr/bin/bwrap \"$@\"\n");
+    HostileHost host(GetParam(), "sockets", folder.path().c_str());
+    ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
+    EXPECT_EQ(host.processes().size(), 1U);
+    host.end();
+    ASSERT_TRUE(host.says("left no processes")) << host.text();
+    EXPECT_THAT(linesWith("WARNING", host.text()),
+                ElementsAre(HasSubstr("Effects are not confined, because bubblewrap does not work "
+                                      "here (bwrap: Creating new namespace failed")));
+    auto outcomes = outcomesIn(host.text());
+    EXPECT_EQ(outcomes["reach a service's socket"], "done");
+    EXPECT_EQ(outcomes["socket of IPv4"], "EAFNOSUPPORT");
 }
 
 }  // namespace
