@@ -74,7 +74,8 @@ bool WaylandServer::isReady(X11 x11) const {
     const auto text = bytesOf(environment);
     for (const auto* name : {"WAYLAND_DISPLAY", "DISPLAY"}) {
         std::smatch found;
-        if (std::regex_search(text, found, std::regex(std::string("(?:^|\n)") + name + "=(.*)\n"))) {
+        if (std::regex_search(text, found,
+                              std::regex(std::string("(?:^|\n)") + name + "=(.*)\n"))) {
             g_setenv(name, found[1].str().c_str(), TRUE);
         }
     }

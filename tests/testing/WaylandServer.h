@@ -10,9 +10,9 @@
 
 namespace orvalo::testing {
 
-/// A Wayland compositor without a screen, sway, with a keyboard and a pointer, while the object lives.
-/// Sets WAYLAND_DISPLAY, XDG_RUNTIME_DIR and SWAYSOCK, and unsets GDK_BACKEND. With Xwayland it sets
-/// DISPLAY, otherwise unsets it. At most one object at a time.
+/// A Wayland compositor without a screen, sway, with a keyboard and a pointer, while the object
+/// lives. Sets WAYLAND_DISPLAY, XDG_RUNTIME_DIR and SWAYSOCK, and unsets GDK_BACKEND. With Xwayland
+/// it sets DISPLAY, otherwise unsets it. At most one object at a time.
 class WaylandServer {
   public:
     enum class X11 { none, xwayland };

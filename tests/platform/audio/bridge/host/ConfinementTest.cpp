@@ -412,4 +412,22 @@ TEST_P(Confinement, AnEffectThatWasConfinedNeverRunsWithoutBubblewrap) {
     EXPECT_THAT(host.text(), Not(HasSubstr("not confined")));
 }
 
+TEST_P(Confinement, OneLineTellsWhatDoesNotHoldInASandboxWithoutUserNamespaces) {
+    // Flatpak makes such a sandbox.
+    const Bubblewrap bubblewrap(
+        "exec /usr/bin/bwrap --unshare-user --disable-userns --dev-bind / / "
+        "/usr/bin/bwrap \"$@\"");
+    HostileHost host(GetParam(), "sockets", bubblewrap.path().c_str());
+    ASSERT_TRUE(host.says("\nprocesses ")) << host.text();
+    EXPECT_EQ(host.processes().size(), 1U);
+    host.end();
+    ASSERT_TRUE(host.says("left no processes")) << host.text();
+    EXPECT_THAT(linesWith("WARNING", host.text()),
+                ElementsAre(HasSubstr("Effects are not confined, because bubblewrap does not work "
+                                      "here (bwrap: Creating new namespace failed")));
+    auto outcomes = outcomesIn(host.text());
+    EXPECT_EQ(outcomes["reach a service's socket"], "done");
+    EXPECT_EQ(outcomes["socket of IPv4"], "EAFNOSUPPORT");
+}
+
 }  // namespace
