@@ -243,6 +243,9 @@ void PluginUI::adoptSize() {
         return;
     }
     scene_.layout = Layout::of(size.width, size.height, scale_, scene_.layout.page);
+    if (scene_.list) {
+        scene_.layout.showPreset(*scene_.list, scene_.presets.presets().size());
+    }
     scene_.markAllChanged();
 }
 

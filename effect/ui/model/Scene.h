@@ -56,6 +56,8 @@ struct Target {
         presetEntry,
         renameEntry,
         deleteEntry,
+        /// The button that shows the columns of the list before (`entry` is 0) or behind (1).
+        presetScroll,
         outsideList,
     };
 
