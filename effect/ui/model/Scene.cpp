@@ -111,7 +111,7 @@ Target Scene::targetAt(double x, double y) const {
         }
     }
     if (layout.graph.contains(x, y)) {
-        return {.kind = Kind::graph};
+        return {.kind = Kind::graph, .entry = static_cast<std::size_t>(layout.page)};
     }
     if (layout.panel(Section::meters).area.contains(x, y)) {
         return {.kind = Kind::meters};
