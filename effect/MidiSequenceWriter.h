@@ -19,6 +19,10 @@ class MidiSequenceWriter final : public MidiOutput {
 
     bool write(std::uint32_t frame, const std::array<std::uint8_t, 3>& message) override;
 
+    /// Writes any event; false when there is no room, or no port. body: at most longestBody bytes.
+    bool append(std::uint32_t frame, LV2_URID type, const void* body, std::uint32_t size);
+    static constexpr std::uint32_t longestBody = 256;
+
     /// The number of messages in the sequence.
     std::uint32_t written() const { return written_; }
 

@@ -1,9 +1,8 @@
 #include "effect/Plugin.h"
 
-#include <algorithm>
+#include <cstring>
 
-#include "effect/MidiSequenceWriter.h"
-#include "effect/SequenceReader.h"
+#include "effect/DetectorEvents.h"
 #include "effect/dsp/ScopedFlushToZero.h"
 
 namespace orvalo::effect {
@@ -87,10 +86,36 @@ void Plugin::process(std::uint32_t frames) {
             ++messagesIn_;
         } else if (hostTime_.read(event.bytes, event.size)) {
             processor_.setHostTime(hostTime_.quarters(), hostTime_.quartersPerSecond());
+        } else if (asksForSpectrum(event)) {
+            processor_.spectrum().watch();
         }
     }
     processUntil(frames);
+    sendSpectrum(frames == 0 ? 0 : frames - 1, output);
     messagesOut_ = static_cast<std::uint16_t>(messagesOut_ + output.written());
+}
+
+bool Plugin::asksForSpectrum(const SequenceReader::Event& event) const {
+    LV2_Atom_Object_Body object{};
+    if (event.size < sizeof object) {
+        return false;
+    }
+    std::memcpy(&object, event.bytes, sizeof object);
+    return object.otype == uris_.watchDetector;
+}
+
+/// While the UI watches. Dropped when the notes leave no room.
+void Plugin::sendSpectrum(std::uint32_t frame, MidiSequenceWriter& output) {
+    DetectorSpectrum spectrum{};
+    if (!processor_.spectrum().takeLevels(spectrum.values)) {
+        return;
+    }
+    spectrum.object.otype = uris_.detectorSpectrum;
+    spectrum.levels.key = uris_.bandLevels;
+    spectrum.levels.value = {.size = sizeof spectrum.vector + sizeof spectrum.values,
+                             .type = uris_.atomVector};
+    spectrum.vector = {.child_size = sizeof(float), .child_type = uris_.atomFloat};
+    output.append(frame, uris_.atomObject, &spectrum, sizeof spectrum);
 }
 
 void Plugin::writeMeters(const Processor::Meters& meters) {

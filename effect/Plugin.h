@@ -8,6 +8,8 @@
 
 #include "effect/ContextName.h"
 #include "effect/HostTime.h"
+#include "effect/MidiSequenceWriter.h"
+#include "effect/SequenceReader.h"
 #include "effect/Uris.h"
 #include "effect/dsp/Parameter.h"
 #include "effect/dsp/Processor.h"
@@ -50,6 +52,8 @@ class Plugin {
     static constexpr std::array<std::uint32_t, 8> meterPorts{20, 21, 22, 23, 24, 25, 31, 32};
 
     void process(std::uint32_t frames);
+    bool asksForSpectrum(const SequenceReader::Event& event) const;
+    void sendSpectrum(std::uint32_t frame, MidiSequenceWriter& output);
     void writeMeters(const Processor::Meters& meters);
 
     Uris uris_;

@@ -4,6 +4,8 @@
 #include <lv2/midi/midi.h>
 #include <lv2/time/time.h>
 
+#include "effect/DetectorEvents.h"
+
 namespace orvalo::effect {
 
 Uris::Uris(const LV2_URID_Map* map) {
@@ -19,6 +21,10 @@ Uris::Uris(const LV2_URID_Map* map) {
     atomObject = urid(LV2_ATOM__Object);
     atomSequence = urid(LV2_ATOM__Sequence);
     atomString = urid(LV2_ATOM__String);
+    atomVector = urid(LV2_ATOM__Vector);
+    watchDetector = urid(watchDetectorUri);
+    detectorSpectrum = urid(detectorSpectrumUri);
+    bandLevels = urid(bandLevelsUri);
     midiEvent = urid(LV2_MIDI__MidiEvent);
     timePosition = urid(LV2_TIME__Position);
     timeBar = urid(LV2_TIME__bar);

@@ -21,6 +21,10 @@ struct Uris {
     LV2_URID atomObject = 0;
     LV2_URID atomSequence = 0;
     LV2_URID atomString = 0;
+    LV2_URID atomVector = 0;
+    LV2_URID watchDetector = 0;
+    LV2_URID detectorSpectrum = 0;
+    LV2_URID bandLevels = 0;
     LV2_URID midiEvent = 0;
     LV2_URID timePosition = 0;
     LV2_URID timeBar = 0;

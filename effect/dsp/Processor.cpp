@@ -64,6 +64,7 @@ Processor::Processor(double sampleRate)
           delays_[0]},
       listenDelays_{delays_[0], delays_[0]},
       duckingDelay_(longestLookAhead(sampleRate) + OversampledGain::latencyBeforeGain),
+      spectrum_(sampleRate),
       inputMeter_(sampleRate),
       outputMeter_(sampleRate),
       truePeakMeter_(sampleRate, truePeakHold) {}
@@ -72,6 +73,7 @@ void Processor::reset() {
     beat_.reset();
     ducker_.reset();
     filter_.reset();
+    spectrum_.stop();
     compressor_.reset();
     trigger_.reset();
     activeOversampling_ = nullptr;
@@ -211,6 +213,9 @@ void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint
     }
     filter_.process(own.left.data(), own.right.data(), count);
     const StereoChunk& key = isExternal || filter_.isOn() ? own : signal;
+    if (spectrum_.isWatched()) {
+        spectrum_.process(key.left.data(), key.right.data(), count);
+    }
 
     Ducking ducking;
     ducking.isSteady = ducker_.isSteady();

@@ -16,6 +16,7 @@
 #include "effect/dsp/Parameter.h"
 #include "effect/dsp/SideChainFilter.h"
 #include "effect/dsp/SmoothedValue.h"
+#include "effect/dsp/SpectrumBank.h"
 #include "effect/dsp/StereoChunk.h"
 #include "effect/dsp/TruePeak.h"
 #include "effect/dsp/TruePeakLimiter.h"
@@ -68,6 +69,9 @@ class Processor {
     /// Ends the block and returns its meters.
     Meters endBlock();
 
+    /// The spectrum of what the detector hears, behind its filter.
+    SpectrumBank& spectrum() { return spectrum_; }
+
     /// The delay of the signal in frames, from the current block on.
     std::uint32_t latency() const { return latency_; }
 
@@ -115,6 +119,7 @@ class Processor {
     bool isExternal_ = false;
 
     std::array<const float*, 2> sideChain_{};
+    SpectrumBank spectrum_;
     LevelMeter inputMeter_;
     LevelMeter outputMeter_;
     LevelMeter truePeakMeter_;

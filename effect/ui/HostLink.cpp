@@ -3,7 +3,9 @@
 #include <lv2/atom/atom.h>
 #include <lv2/midi/midi.h>
 
-#include <algorithm>
+#include <cstring>
+
+#include "effect/DetectorEvents.h"
 
 namespace orvalo::effect::ui {
 
@@ -24,27 +26,31 @@ HostLink::HostLink(const Features& features, LV2UI_Write_Function writeFunction,
     if (const auto* map = features.map) {
         eventTransfer_ = map->map(map->handle, LV2_ATOM__eventTransfer);
         midiEvent_ = map->map(map->handle, LV2_MIDI__MidiEvent);
+        object_ = map->map(map->handle, LV2_ATOM__Object);
+        watchDetector_ = map->map(map->handle, watchDetectorUri);
+        detectorSpectrum_ = map->map(map->handle, detectorSpectrumUri);
+        bandLevels_ = map->map(map->handle, bandLevelsUri);
     }
-    if (subscribe_ == nullptr) {
-        return;
-    }
-    for (std::size_t i = 0; i < readingCount; ++i) {
-        if (const auto port = ports_.of(static_cast<Reading>(i));
-            port != LV2UI_INVALID_PORT_INDEX) {
-            subscribe_->subscribe(subscribe_->handle, port, floatProtocol, nullptr);
-        }
-    }
+    setSubscribed(true);
 }
 
 HostLink::~HostLink() {
+    setSubscribed(false);
+}
+
+void HostLink::setSubscribed(bool isSubscribed) {
     if (subscribe_ == nullptr) {
         return;
     }
+    const auto set = isSubscribed ? subscribe_->subscribe : subscribe_->unsubscribe;
     for (std::size_t i = 0; i < readingCount; ++i) {
         if (const auto port = ports_.of(static_cast<Reading>(i));
             port != LV2UI_INVALID_PORT_INDEX) {
-            subscribe_->unsubscribe(subscribe_->handle, port, floatProtocol, nullptr);
+            set(subscribe_->handle, port, floatProtocol, nullptr);
         }
+    }
+    if (eventTransfer_ != 0 && ports_.ofMidiOutput() != LV2UI_INVALID_PORT_INDEX) {
+        set(subscribe_->handle, ports_.ofMidiOutput(), eventTransfer_, nullptr);
     }
 }
 
@@ -55,7 +61,7 @@ void HostLink::write(Parameter parameter, float value) {
     }
 }
 
-void HostLink::sendMidi(const std::array<std::uint8_t, 3>& message) {
+void HostLink::writeEvent(LV2_URID type, const void* body, std::uint32_t size) {
     const auto port = ports_.ofMidiInput();
     if (port == LV2UI_INVALID_PORT_INDEX || write_ == nullptr || eventTransfer_ == 0) {
         return;
@@ -64,10 +70,40 @@ void HostLink::sendMidi(const std::array<std::uint8_t, 3>& message) {
         LV2_Atom atom;
         // Padded, as an atom in a sequence is: some hosts copy whole words.
         std::array<std::uint8_t, 8> bytes;
-    } event{.atom = {static_cast<std::uint32_t>(message.size()), midiEvent_}, .bytes = {}};
-    std::ranges::copy(message, event.bytes.begin());
-    const auto size = static_cast<std::uint32_t>(sizeof event.atom + message.size());
-    write_(controller_, port, size, eventTransfer_, &event);
+    } event{.atom = {size, type}, .bytes = {}};
+    std::memcpy(event.bytes.data(), body, size);
+    write_(controller_, port, static_cast<std::uint32_t>(sizeof event.atom) + size, eventTransfer_,
+           &event);
+}
+
+void HostLink::sendMidi(const std::array<std::uint8_t, 3>& message) {
+    writeEvent(midiEvent_, message.data(), static_cast<std::uint32_t>(message.size()));
+}
+
+void HostLink::requestSpectrum() {
+    const LV2_Atom_Object_Body request{.id = 0, .otype = watchDetector_};
+    writeEvent(object_, &request, sizeof request);
+}
+
+std::optional<SpectrumBank::Levels> HostLink::spectrumIn(std::uint32_t port, std::uint32_t size,
+                                                         std::uint32_t format,
+                                                         const void* buffer) const {
+    struct {
+        LV2_Atom atom;
+        DetectorSpectrum spectrum;
+    } event{};
+    if (port != ports_.ofMidiOutput() || format != eventTransfer_ || format == 0 ||
+        size < sizeof event) {
+        return std::nullopt;
+    }
+    std::memcpy(&event, buffer, sizeof event);
+    const auto& spectrum = event.spectrum;
+    if (event.atom.type != object_ || event.atom.size != sizeof spectrum ||
+        spectrum.object.otype != detectorSpectrum_ || spectrum.levels.key != bandLevels_ ||
+        spectrum.vector.child_size != sizeof(float)) {
+        return std::nullopt;
+    }
+    return spectrum.values;
 }
 
 void HostLink::grab(Parameter parameter, bool held) {

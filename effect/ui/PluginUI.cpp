@@ -69,6 +69,14 @@ PluginUI::PluginUI(const Features& features, const std::string& bundle, LV2UI_Wr
 
 void PluginUI::portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t format,
                          const void* buffer) {
+    if (buffer != nullptr) {
+        if (const auto levels = host_.spectrumIn(port, size, format, buffer)) {
+            if (scene_.spectrum.take(*levels)) {
+                markSpectrumChanged();
+            }
+            return;
+        }
+    }
     if (format != 0 || size != sizeof(float) || buffer == nullptr) {
         return;
     }
@@ -137,6 +145,9 @@ void PluginUI::advanceLevels(double now) {
     } else {
         scene_.levels = fallen(scene_.levels, passed);
         scene_.history.skip(now);
+        if (scene_.spectrum.fall(passed)) {
+            markSpectrumChanged();
+        }
         if (scene_.meterMemory.update(scene_.levels, Levels::lowest, now)) {
             scene_.markChanged(Part::meters);
         }
@@ -158,6 +169,22 @@ void PluginUI::markLevelsChanged() {
     }
 }
 
+void PluginUI::markSpectrumChanged() {
+    if (scene_.layout.page == Page::sideChain) {
+        scene_.markChanged(Part::graph);
+    }
+}
+
+/// Only while the spectrum is seen does the effect compute it.
+void PluginUI::requestSpectrum(double now) {
+    if (scene_.layout.page == Page::sideChain && !scene_.layout.graph.isEmpty() &&
+        now - spectrumRequested_ >= Spectrum::requestSeconds && runs_.isRunning(now) &&
+        window_->isVisible(now)) {
+        spectrumRequested_ = now;
+        host_.requestSpectrum();
+    }
+}
+
 bool PluginUI::idle() {
     while (const auto event = window_->nextEvent()) {
         handle(*event);
@@ -168,6 +195,7 @@ bool PluginUI::idle() {
     const double now = clockSeconds();
     advanceTime(now);
     checkPresets(now);
+    requestSpectrum(now);
     if ((scene_.isChanged() || isUncovered_) && now - lastDrawn_ >= drawEvery_) {
         if (window_->isVisible(now)) {
             draw(now);
@@ -243,6 +271,9 @@ void PluginUI::adoptSize() {
         return;
     }
     scene_.layout = Layout::of(size.width, size.height, scale_, scene_.layout.page);
+    if (scene_.list) {
+        scene_.layout.showPreset(*scene_.list, scene_.presets.presets().size());
+    }
     scene_.markAllChanged();
 }
 

@@ -30,7 +30,7 @@ class PluginUI {
 
     Window window() const { return window_->id(); }
 
-    /// Takes a port's value. Other formats than a plain float, and other ports, are ignored.
+    /// Takes a port's value as a plain float, or the effect's spectrum. Ignores anything else.
     void portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t format,
                    const void* buffer);
 
@@ -52,6 +52,8 @@ class PluginUI {
     void advanceTime(double now);
     void checkPresets(double now);
     void advanceLevels(double now);
+    void requestSpectrum(double now);
+    void markSpectrumChanged();
     void markLevelsChanged();
     void markHistoryChanged();
     /// Updates the picture in memory. Returns the changed areas.
@@ -78,6 +80,7 @@ class PluginUI {
     double beatLight_ = 0.0;
     double lastDrawn_ = -1.0;
     double presetsChecked_ = -1.0;
+    double spectrumRequested_ = -1.0;
     bool isPainted_ = false;   // Whether paint() was ever called.
     bool isUncovered_ = true;  // The window's contents must be copied again.
 };

@@ -27,6 +27,7 @@ PortNumbers::PortNumbers(const LV2UI_Port_Map* map) {
         return map == nullptr ? otherwise : map->port_index(map->handle, symbol);
     };
     midiInput_ = number("midi_in", 0);
+    midiOutput_ = number("midi_out", 1);
     for (std::uint32_t i = 0; i < parameterCount; ++i) {
         parameters_.at(i) = number(parameterRanges.at(i).symbol, parameterRanges.at(i).port);
     }

@@ -31,6 +31,7 @@ class PortNumbers {
 
     /// LV2UI_INVALID_PORT_INDEX for a port that the host does not know.
     std::uint32_t ofMidiInput() const { return midiInput_; }
+    std::uint32_t ofMidiOutput() const { return midiOutput_; }
     std::uint32_t of(Parameter parameter) const;
     std::uint32_t of(Reading reading) const;
 
@@ -39,6 +40,7 @@ class PortNumbers {
 
   private:
     std::uint32_t midiInput_;
+    std::uint32_t midiOutput_;
     std::array<std::uint32_t, parameterCount> parameters_{};
     std::array<std::uint32_t, readingCount> readings_{};
 };

@@ -24,7 +24,8 @@ EventSequence::EventSequence(UridMap& uris, std::uint32_t size)
       storage_(size / 8 + 1),
       room_(size - static_cast<std::uint32_t>(sizeof(LV2_Atom))),
       sequence_(uris[LV2_ATOM__Sequence]),
-      midi_(uris[LV2_MIDI__MidiEvent]) {
+      midi_(uris[LV2_MIDI__MidiEvent]),
+      object_(uris[LV2_ATOM__Object]) {
     clear();
 }
 
@@ -35,12 +36,17 @@ void EventSequence::clear() {
 }
 
 void EventSequence::append(std::int64_t frame, const std::uint8_t* bytes, std::uint32_t size) {
+    append(frame, midi_, bytes, size);
+}
+
+void EventSequence::append(std::int64_t frame, LV2_URID type, const void* bytes,
+                           std::uint32_t size) {
     const auto needed =
         static_cast<std::uint32_t>(sizeof(LV2_Atom_Event)) + lv2_atom_pad_size(size);
     ASSERT_LE(data()->atom.size + needed, room_);
     LV2_Atom_Event* event = lv2_atom_sequence_end(&data()->body, data()->atom.size);
     event->time.frames = frame;
-    event->body = {.size = size, .type = midi_};
+    event->body = {.size = size, .type = type};
     std::memcpy(event + 1, bytes, size);
     data()->atom.size += needed;
 }
@@ -63,11 +69,12 @@ void EventSequence::appendPosition(std::int64_t frame,
                                 .value = values[i].second};
         std::memcpy(bytes.data() + sizeof object + i * sizeof property, &property, sizeof property);
     }
-    append(frame, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-    auto* last = reinterpret_cast<std::uint8_t*>(data()) + sizeof(LV2_Atom) + data()->atom.size -
-                 lv2_atom_pad_size(static_cast<std::uint32_t>(bytes.size())) -
-                 sizeof(LV2_Atom_Event);
-    reinterpret_cast<LV2_Atom_Event*>(last)->body.type = uris_[LV2_ATOM__Object];
+    append(frame, uris_[LV2_ATOM__Object], bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+}
+
+void EventSequence::appendObject(std::int64_t frame, const char* uri) {
+    const LV2_Atom_Object_Body object{.id = 0, .otype = uris_[uri]};
+    append(frame, uris_[LV2_ATOM__Object], &object, sizeof object);
 }
 
 void EventSequence::offer() {
@@ -79,11 +86,25 @@ std::vector<MidiMessage> EventSequence::messages(std::int64_t start) {
     EXPECT_EQ(data()->atom.type, sequence_);
     EXPECT_EQ(data()->body.unit, 0U);
     LV2_ATOM_SEQUENCE_FOREACH(data(), event) {
+        if (event->body.type == object_) {
+            continue;
+        }
         EXPECT_EQ(event->body.type, midi_);
         const auto* bytes = reinterpret_cast<const std::uint8_t*>(event + 1);
         messages.push_back({start + event->time.frames, {bytes, bytes + event->body.size}});
     }
     return messages;
+}
+
+std::vector<std::vector<std::uint8_t>> EventSequence::objects() {
+    std::vector<std::vector<std::uint8_t>> objects;
+    LV2_ATOM_SEQUENCE_FOREACH(data(), event) {
+        if (event->body.type == object_) {
+            const auto* bytes = reinterpret_cast<const std::uint8_t*>(event + 1);
+            objects.emplace_back(bytes, bytes + event->body.size);
+        }
+    }
+    return objects;
 }
 
 }  // namespace orvalo::testing

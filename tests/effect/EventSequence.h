@@ -35,17 +35,24 @@ class EventSequence {
     /// as "beat", and a number, which is stored as a double.
     void appendPosition(std::int64_t frame,
                         const std::vector<std::pair<const char*, double>>& values);
+    /// Appends an object of that class without properties.
+    void appendObject(std::int64_t frame, const char* uri);
     /// Makes it an output buffer: sets the size to the capacity.
     void offer();
     /// The written messages, with `start` added to their frames.
     std::vector<MidiMessage> messages(std::int64_t start);
+    /// The bodies of the written objects; they are no messages.
+    std::vector<std::vector<std::uint8_t>> objects();
 
   private:
+    void append(std::int64_t frame, LV2_URID type, const void* bytes, std::uint32_t size);
+
     UridMap& uris_;
     std::vector<std::uint64_t> storage_;
     std::uint32_t room_;
     LV2_URID sequence_;
     LV2_URID midi_;
+    LV2_URID object_;
 };
 
 }  // namespace orvalo::testing

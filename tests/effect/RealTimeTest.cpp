@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "effect/DetectorEvents.h"
 #include "platform/foundation/RealTimeScope.h"
 #include "tests/effect/EffectHost.h"
 
@@ -38,6 +39,7 @@ TEST(EffectRealTime, RunMakesNoForbiddenCall) {
     const std::array<std::uint8_t, 3> on{0x90, 60, 100};
     const std::array<std::uint8_t, 3> off{0xB0, 123, 0};
     bool sent = false;
+    bool hasSpectrum = false;
     for (std::uint32_t block = 0; block < 500; ++block) {
         const std::uint32_t start = block * 96;
         attack = 0.5F + static_cast<float>(block % 20);
@@ -54,6 +56,7 @@ TEST(EffectRealTime, RunMakesNoForbiddenCall) {
         host.midiIn().appendPosition(
             0, {{"beat", block * 0.01}, {"beatsPerMinute", 120.0}, {"speed", 1.0}});
         host.midiIn().append(17, on.data(), 3);
+        host.midiIn().appendObject(20, orvalo::effect::watchDetectorUri);
         host.midiIn().append(70, off.data(), 3);
         {
             const RealTimeScope renderThread;
@@ -61,8 +64,10 @@ TEST(EffectRealTime, RunMakesNoForbiddenCall) {
                      output.left.data() + start, output.right.data() + start, 96);
         }
         sent = sent || !host.midiOut().messages(0).empty();
+        hasSpectrum = hasSpectrum || !host.midiOut().objects().empty();
     }
     EXPECT_TRUE(sent);
+    EXPECT_TRUE(hasSpectrum);
 }
 
 }  // namespace

@@ -163,12 +163,25 @@ void Editor::readPresets() {
     if (scene_.list) {
         scene_.list = std::min(*scene_.list, scene_.presets.presets().size() - 1);
     }
+    showMarked();
     scene_.markAllChanged();
 }
 
 void Editor::openList() {
     readPresets();
     scene_.list = scene_.presets.chosen().value_or(0);
+    showMarked();
+}
+
+void Editor::showMarked() {
+    if (scene_.list) {
+        scene_.layout.showPreset(*scene_.list, scene_.presets.presets().size());
+    }
+}
+
+void Editor::scrollList(int columns) {
+    scene_.layout.scrollPresets(columns, scene_.presets.presets().size());
+    scene_.markChanged(Part::header);
 }
 
 void Editor::closeList() {
@@ -181,6 +194,7 @@ void Editor::markEntry(std::size_t index) {
     if (scene_.list && *scene_.list != index) {
         scene_.list = index;
         scene_.notice.clear();
+        showMarked();
         scene_.markChanged(Part::header);
     }
 }

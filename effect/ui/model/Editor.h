@@ -50,6 +50,8 @@ class Editor {
     void openList();
     void closeList();
     void markEntry(std::size_t index);
+    /// Shows other columns of the list.
+    void scrollList(int columns);
 
     /// Starts typing a name for the present values, or another name for a preset of the user's.
     void beginSaving();
@@ -97,6 +99,7 @@ class Editor {
     Sound presentSound() const;
     void markChanged(const Target& target);
     void markFocusChanged();
+    void showMarked();
 
     Scene& scene_;
     Host& host_;

@@ -81,6 +81,7 @@ std::string Editor::replacePreset(const std::optional<Preset>& from,
     readPresets();
     if (const auto place = to && marked ? scene_.presets.find({to->name, true}) : std::nullopt) {
         scene_.list = place;
+        showMarked();
     }
     return complaint;
 }

@@ -169,6 +169,12 @@ bool KeyInput::pressInList(const Keystroke& key) {
         case Key::end:
             editor_.markEntry(count - 1);
             break;
+        case Key::pageUp:
+            editor_.markEntry(marked - std::min(marked, std::size_t{pageSteps}));
+            break;
+        case Key::pageDown:
+            editor_.markEntry(std::min(marked + pageSteps, count - 1));
+            break;
         case Key::enter:
             editor_.closeList();
             editor_.choosePreset(marked);

@@ -94,11 +94,20 @@ struct Layout {
 
     Rect whole() const { return {0.0, 0.0, width, height}; }
 
+    /// The first column of the preset list that is shown.
+    std::size_t presetColumn = 0;
+
     /// The preset list, which opens below the preset name with as many columns as it needs to show
-    /// all presets, one of its entries, and the place of the marked preset's description.
+    /// all presets, or as many as have room, one of its entries, which is empty while its column is
+    /// not shown, and the place of the marked preset's description.
     Rect presetList(std::size_t count) const;
     Rect presetEntry(std::size_t index, std::size_t count) const;
     Rect presetDescription(std::size_t count) const;
+    /// The buttons that show the columns before (-1) and behind (1); empty where there are none.
+    Rect presetScroll(int direction, std::size_t count) const;
+    /// Shows other columns of the list, or those with an entry.
+    void scrollPresets(int columns, std::size_t count);
+    void showPreset(std::size_t index, std::size_t count);
     /// The buttons at the end of an entry that is the user's.
     Rect renameEntry(std::size_t index, std::size_t count) const;
     Rect deleteEntry(std::size_t index, std::size_t count) const;

@@ -12,15 +12,20 @@ namespace {
 struct Grid {
     std::size_t rows;
     std::size_t columns;
+    /// Of them are shown.
+    std::size_t shown;
     double rowHeight;
+
+    bool scrolls() const { return shown < columns; }
 };
 
-/// The fewest columns that show all entries in the height.
-Grid gridFor(std::size_t count, double height, double rowHeight) {
+/// The fewest columns that show all entries in the height; full ones if there is no room for all.
+Grid gridFor(std::size_t count, double height, double rowHeight, std::size_t mostColumns) {
     const auto fitting =
         std::max<std::size_t>(1, static_cast<std::size_t>(std::max(0.0, height / rowHeight)));
     const std::size_t columns = std::max<std::size_t>(1, (count + fitting - 1) / fitting);
-    return {(count + columns - 1) / columns, columns, rowHeight};
+    const std::size_t shown = std::min(columns, mostColumns);
+    return {shown < columns ? fitting : (count + columns - 1) / columns, columns, shown, rowHeight};
 }
 
 /// Two lines for the description.
@@ -31,7 +36,14 @@ double descriptionHeight(const Layout& layout) {
 Grid presetGrid(const Layout& layout, std::size_t count) {
     const double room =
         layout.height - layout.presetName.bottom() - 2.0 * layout.unit - descriptionHeight(layout);
-    return gridFor(count, room, std::round(1.9 * layout.text));
+    constexpr double leastColumn = 13.0;
+    const auto most = static_cast<std::size_t>(layout.width / (leastColumn * layout.text));
+    return gridFor(count, room, std::round(1.9 * layout.text), std::max<std::size_t>(1, most));
+}
+
+/// The width of a button that scrolls.
+double scrollWidth(const Layout& layout, const Grid& grid) {
+    return grid.scrolls() ? std::round(2.0 * layout.unit) : 0.0;
 }
 
 }  // namespace
@@ -41,7 +53,7 @@ Rect Layout::presetList(std::size_t count) const {
     const double padding = 0.5 * unit;
     const double column = std::max(presetName.width, 20.0 * unit);
     const double wide =
-        std::min(width, std::max(column * static_cast<double>(grid.columns), 27.0 * text));
+        std::min(width, std::max(column * static_cast<double>(grid.shown), 27.0 * text));
     const double x = std::clamp(presetName.centerX() - 0.5 * wide, 0.0, width - wide);
     return {std::round(x), presetName.bottom() + std::round(0.5 * unit), std::round(wide),
             std::round(static_cast<double>(grid.rows) * grid.rowHeight + 2.0 * padding +
@@ -50,12 +62,44 @@ Rect Layout::presetList(std::size_t count) const {
 
 Rect Layout::presetEntry(std::size_t index, std::size_t count) const {
     const Grid grid = presetGrid(*this, count);
-    const Rect list = presetList(count).inset(0.5 * unit, 0.5 * unit);
-    const double wide = list.width / static_cast<double>(grid.columns);
     const std::size_t column = index / grid.rows;
+    if (column < presetColumn || column >= presetColumn + grid.shown) {
+        return {};
+    }
     const std::size_t row = index % grid.rows;
-    return {list.x + static_cast<double>(column) * wide,
+    const Rect list = presetList(count).inset(0.5 * unit + scrollWidth(*this, grid), 0.5 * unit);
+    const double wide = list.width / static_cast<double>(grid.shown);
+    return {list.x + static_cast<double>(column - presetColumn) * wide,
             list.y + static_cast<double>(row) * grid.rowHeight, wide, grid.rowHeight};
+}
+
+Rect Layout::presetScroll(int direction, std::size_t count) const {
+    const Grid grid = presetGrid(*this, count);
+    if (direction < 0 ? presetColumn == 0 : presetColumn + grid.shown >= grid.columns) {
+        return {};
+    }
+    const Rect list = presetList(count).inset(0.5 * unit, 0.5 * unit);
+    const double wide = scrollWidth(*this, grid);
+    return {direction < 0 ? list.x : list.right() - wide, list.y, wide,
+            static_cast<double>(grid.rows) * grid.rowHeight};
+}
+
+void Layout::scrollPresets(int columns, std::size_t count) {
+    const Grid grid = presetGrid(*this, count);
+    const auto last = static_cast<long>(grid.columns - grid.shown);
+    const long wanted = static_cast<long>(presetColumn) + columns;
+    presetColumn = static_cast<std::size_t>(std::clamp(wanted, 0L, last));
+}
+
+void Layout::showPreset(std::size_t index, std::size_t count) {
+    const Grid grid = presetGrid(*this, count);
+    const std::size_t column = index / grid.rows;
+    if (column < presetColumn) {
+        presetColumn = column;
+    } else if (column >= presetColumn + grid.shown) {
+        presetColumn = column + 1 - grid.shown;
+    }
+    scrollPresets(0, count);
 }
 
 Rect Layout::presetDescription(std::size_t count) const {

@@ -70,6 +70,9 @@ void PointerInput::press(const Pointer& pointer) {
         case Kind::deleteEntry:
             editor_.deletePreset(target.entry);
             break;
+        case Kind::presetScroll:
+            editor_.scrollList(target.entry == 0 ? -1 : 1);
+            break;
         case Kind::outsideList:
             editor_.closeList();
             break;
@@ -159,6 +162,15 @@ void PointerInput::leave() {
     }
 }
 
+void PointerInput::hoverOver(const Pointer& pointer) {
+    const Target target = scene_.targetAt(pointer.x, pointer.y);
+    editor_.hover(target);
+    if (target.kind == Kind::presetEntry || target.kind == Kind::renameEntry ||
+        target.kind == Kind::deleteEntry) {
+        editor_.markEntry(target.entry);
+    }
+}
+
 void PointerInput::move(const Pointer& pointer) {
     if (curveDrag_) {
         if (pointer.x != last_.x || pointer.y != last_.y) {
@@ -169,12 +181,7 @@ void PointerInput::move(const Pointer& pointer) {
         return;
     }
     if (!drag_) {
-        const Target target = scene_.targetAt(pointer.x, pointer.y);
-        editor_.hover(target);
-        if (target.kind == Kind::presetEntry || target.kind == Kind::renameEntry ||
-            target.kind == Kind::deleteEntry) {
-            editor_.markEntry(target.entry);
-        }
+        hoverOver(pointer);
         return;
     }
     const double up = (last_.y - pointer.y) + (pointer.x - last_.x);
@@ -198,6 +205,11 @@ void PointerInput::release() {
 
 void PointerInput::wheel(const Pointer& pointer, int turns) {
     if (isDragging() || scene_.entry) {
+        return;
+    }
+    if (scene_.list) {
+        editor_.scrollList(turns > 0 ? -1 : 1);
+        hoverOver(pointer);
         return;
     }
     const Target target = scene_.targetAt(pointer.x, pointer.y);

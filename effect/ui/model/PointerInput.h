@@ -27,6 +27,7 @@ class PointerInput {
     void wheel(const Pointer& pointer, int turns);
 
   private:
+    void hoverOver(const Pointer& pointer);
     void pressField(Target::Kind kind);
     void pressControl(const Target& target, const Pointer& pointer);
     void pressCurvePoint(const Target& target, const Pointer& pointer);

@@ -85,6 +85,11 @@ Target Scene::targetAt(double x, double y) const {
             }
             return {.kind = Kind::presetEntry, .entry = i};
         }
+        for (std::size_t i = 0; i < 2; ++i) {
+            if (layout.presetScroll(i == 0 ? -1 : 1, count).contains(x, y)) {
+                return {.kind = Kind::presetScroll, .entry = i};
+            }
+        }
         const bool isInside = layout.presetList(count).contains(x, y);
         return {.kind = isInside ? Kind::nothing : Kind::outsideList};
     }
@@ -106,7 +111,7 @@ Target Scene::targetAt(double x, double y) const {
         }
     }
     if (layout.graph.contains(x, y)) {
-        return {.kind = Kind::graph};
+        return {.kind = Kind::graph, .entry = static_cast<std::size_t>(layout.page)};
     }
     if (layout.panel(Section::meters).area.contains(x, y)) {
         return {.kind = Kind::meters};

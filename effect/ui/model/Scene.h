@@ -15,6 +15,7 @@
 #include "effect/ui/model/Layout.h"
 #include "effect/ui/model/MeterMemory.h"
 #include "effect/ui/model/PresetChoice.h"
+#include "effect/ui/model/Spectrum.h"
 #include "effect/ui/model/TextEntry.h"
 
 namespace orvalo::effect::ui {
@@ -46,7 +47,7 @@ struct Target {
         historySpan,
         /// A page's tab; `entry` is the page.
         tab,
-        /// The picture of the open page.
+        /// The picture of the open page; `entry` is the page.
         graph,
         meters,
         /// The pad, and the keyboard below it.
@@ -56,6 +57,8 @@ struct Target {
         presetEntry,
         renameEntry,
         deleteEntry,
+        /// The button that shows the columns of the list before (`entry` is 0) or behind (1).
+        presetScroll,
         outsideList,
     };
 
@@ -154,6 +157,7 @@ struct Scene {
     ActivityLight lightIn;
     ActivityLight lightOut;
     BeatLight beatLight;
+    Spectrum spectrum;
     PresetChoice presets;
     EditHistory edits;
     Comparison comparison;

@@ -100,6 +100,10 @@ std::vector<std::string> tipFor(const Target& target) {
             return {"Levels, and below them gain reduction and ducking. Click to pause."};
         case Kind::historySpan:
             return {"Visible time: 3, 6, 12 or 30 s."};
+        case Kind::graph:
+            return {target.entry == static_cast<std::size_t>(Page::sideChain)
+                        ? "What the detector hears now, and the response of its filters."
+                        : "The ducking by beats. Depth and Release of DUCKING shape it, too."};
         case Kind::tab:
             return {pageDescriptions.at(target.entry)};
         case Kind::meters:
@@ -135,6 +139,8 @@ Rect tipAnchor(const Scene& scene, const Target& target) {
             return layout.history;
         case Kind::historySpan:
             return historyAreas(layout).span;
+        case Kind::graph:
+            return layout.graph;
         case Kind::tab:
             return layout.tab.at(target.entry);
         case Kind::meters:

@@ -22,14 +22,37 @@ void paintGrid(const Brush& brush, const Layout& layout, const FilterPlot& plot)
     for (double level = 0.0; level > FilterPlot::lowest; level -= step) {
         brush.fill({area.x, std::round(plot.y(level)), area.width, line}, theme::line);
     }
-    const TextStyle style{.size = smallText(layout, 0.8), .colour = dimTextOf(layout)};
+    for (const Mark& mark : marks) {
+        brush.fill({std::round(plot.x(mark.hertz)), area.y, line, area.height}, theme::line);
+    }
+}
+
+void paintLabels(const Brush& brush, const Layout& layout, const FilterPlot& plot) {
+    // In the colour that is legible on the spectrum, too.
+    const TextStyle style{.size = smallText(layout, 0.8), .colour = theme::text};
     const double high = 1.2 * layout.text;
     for (const Mark& mark : marks) {
-        const double x = std::round(plot.x(mark.hertz));
-        brush.fill({x, area.y, line, area.height}, theme::line);
-        brush.text({x + 0.4 * layout.unit, area.bottom() - high, 3.0 * layout.text, high},
+        brush.text({std::round(plot.x(mark.hertz)) + 0.4 * layout.unit, plot.area().bottom() - high,
+                    3.0 * layout.text, high},
                    mark.text, style);
     }
+}
+
+/// The bands of the spectrum as a smooth path from left to right.
+void traceSpectrum(cairo_t* context, const Scene& scene, const FilterPlot& plot) {
+    const auto& levels = scene.spectrum.levels();
+    double lastX = plot.area().x;
+    double lastY = plot.y(levels.front());
+    cairo_line_to(context, lastX, lastY);
+    for (std::size_t band = 0; band < levels.size(); ++band) {
+        const double x = plot.x(SpectrumBank::frequency(band));
+        const double y = plot.y(levels[band]);
+        const double middle = 0.5 * (lastX + x);
+        cairo_curve_to(context, middle, lastY, middle, y, x, y);
+        lastX = x;
+        lastY = y;
+    }
+    cairo_line_to(context, plot.area().right(), lastY);
 }
 
 /// The response as a path from left to right.
@@ -55,6 +78,12 @@ void paintFilter(const Brush& brush, const Scene& scene) {
     cairo_rectangle(context, area.x, area.y, area.width, area.height);
     cairo_clip(context);
     paintGrid(brush, layout, plot);
+    cairo_move_to(context, area.x, area.bottom());
+    traceSpectrum(context, scene, plot);
+    cairo_line_to(context, area.right(), area.bottom());
+    cairo_close_path(context);
+    brush.use(theme::level.withAlpha(0.55));
+    cairo_fill(context);
     traceResponse(context, scene, plot);
     cairo_line_to(context, area.right(), area.bottom());
     cairo_line_to(context, area.x, area.bottom());
@@ -65,6 +94,7 @@ void paintFilter(const Brush& brush, const Scene& scene) {
     brush.use(accentOf(scene));
     cairo_set_line_width(context, std::max(1.5, 0.22 * layout.unit));
     cairo_stroke(context);
+    paintLabels(brush, layout, plot);
     cairo_restore(context);
 }
 

@@ -109,6 +109,9 @@ void paintPresetEntry(const Brush& brush, const Scene& scene, std::size_t index)
     const auto& presets = scene.presets.presets();
     const std::size_t count = presets.size();
     const Rect entry = layout.presetEntry(index, count);
+    if (entry.isEmpty()) {
+        return;
+    }
     const bool isUser = presets[index].isUser;
     const bool isMarked = scene.list == index;
     Colour colour = theme::text;
@@ -137,6 +140,28 @@ void paintPresetEntry(const Brush& brush, const Scene& scene, std::size_t index)
         paintDelete(brush, layout.deleteEntry(index, count));
     }
     brush.text(name, presets[index].name, {.size = layout.text, .colour = colour});
+}
+
+/// A button at the side of the list with an arrow, where there are more presets.
+void paintScroll(const Brush& brush, const Scene& scene, int direction) {
+    const Layout& layout = scene.layout;
+    const Rect area = layout.presetScroll(direction, scene.presets.presets().size());
+    if (area.isEmpty()) {
+        return;
+    }
+    const bool isHovered = scene.hovered.kind == Target::Kind::presetScroll &&
+                           scene.hovered.entry == (direction < 0 ? 0 : 1);
+    brush.fillRound(area.inset(0.2 * layout.unit, 0.0), 0.5 * cornerRadius(layout),
+                    isHovered ? theme::track : theme::raisedLight);
+    const double reach = 0.5 * layout.unit;
+    const double tip = area.centerX() + 0.5 * direction * reach;
+    cairo_t* context = brush.context();
+    brush.use(theme::text);
+    cairo_set_line_width(context, 0.22 * layout.unit);
+    cairo_move_to(context, tip - direction * reach, area.centerY() - reach);
+    cairo_line_to(context, tip, area.centerY());
+    cairo_line_to(context, tip - direction * reach, area.centerY() + reach);
+    cairo_stroke(context);
 }
 
 }  // namespace
@@ -180,6 +205,9 @@ void paintPresetList(const Brush& brush, const Scene& scene) {
     brush.strokeRound(area, cornerRadius(layout), hairline(layout), theme::raisedLight);
     for (std::size_t i = 0; i < presets.size(); ++i) {
         paintPresetEntry(brush, scene, i);
+    }
+    for (const int direction : {-1, 1}) {
+        paintScroll(brush, scene, direction);
     }
     const Preset& marked = presets.at(*scene.list);
     const Rect place = layout.presetDescription(presets.size());

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "effect/DetectorEvents.h"
 #include "tests/effect/EffectWorld.h"
 
 namespace orvalo::testing {
@@ -46,15 +47,13 @@ void touch(LV2UI_Feature_Handle handle, std::uint32_t port, bool grabbed) {
 
 std::uint32_t subscribe(LV2UI_Feature_Handle handle, std::uint32_t port, std::uint32_t protocol,
                         const LV2_Feature* const* /*features*/) {
-    EXPECT_EQ(protocol, 0U);
-    self(handle).subscriptions.push_back("+" + std::to_string(port));
+    self(handle).subscriptions.push_back("+" + self(handle).describe(port, protocol));
     return 0;
 }
 
 std::uint32_t unsubscribe(LV2UI_Feature_Handle handle, std::uint32_t port, std::uint32_t protocol,
                           const LV2_Feature* const* /*features*/) {
-    EXPECT_EQ(protocol, 0U);
-    self(handle).subscriptions.push_back("-" + std::to_string(port));
+    self(handle).subscriptions.push_back("-" + self(handle).describe(port, protocol));
     return 0;
 }
 
@@ -131,14 +130,43 @@ void EmbeddedPluginUI::takeWrite(std::uint32_t port, std::uint32_t size, std::ui
     ASSERT_EQ(protocol, uris_[LV2_ATOM__eventTransfer]);
     ASSERT_EQ(port, portOf("midi_in") + offer_.shift);
     const auto* atom = static_cast<const LV2_Atom*>(buffer);
+    ASSERT_EQ(size, sizeof(LV2_Atom) + atom->size);
+    if (atom->type == uris_[LV2_ATOM__Object]) {
+        const auto* object = reinterpret_cast<const LV2_Atom_Object_Body*>(atom + 1);
+        ASSERT_EQ(atom->size, sizeof *object);
+        ASSERT_EQ(object->otype, uris_[effect::watchDetectorUri]);
+        ++spectrumRequests;
+        return;
+    }
     ASSERT_EQ(atom->type, uris_[LV2_MIDI__MidiEvent]);
     ASSERT_EQ(atom->size, 3U);
-    ASSERT_EQ(size, sizeof(LV2_Atom) + atom->size);
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(atom + 1);
     std::array<char, 12> text{};
     static_cast<void>(
         std::snprintf(text.data(), text.size(), "%02x %02x %02x", bytes[0], bytes[1], bytes[2]));
     messages.emplace_back(text.data());
+}
+
+std::string EmbeddedPluginUI::describe(std::uint32_t port, std::uint32_t protocol) {
+    const std::string number = std::to_string(port);
+    return protocol == 0 ? number : number + " " + uris_.uri(protocol);
+}
+
+void EmbeddedPluginUI::sendSpectrum(float level) {
+    struct {
+        LV2_Atom atom;
+        effect::DetectorSpectrum spectrum;
+    } event{};
+    event.atom = {sizeof event.spectrum, uris_[LV2_ATOM__Object]};
+    event.spectrum.object.otype = uris_[effect::detectorSpectrumUri];
+    event.spectrum.levels = {.key = uris_[effect::bandLevelsUri],
+                             .context = 0,
+                             .value = {sizeof(LV2_Atom_Vector_Body) + sizeof event.spectrum.values,
+                                       uris_[LV2_ATOM__Vector]}};
+    event.spectrum.vector = {sizeof(float), uris_[LV2_ATOM__Float]};
+    event.spectrum.values.fill(level);
+    sendRaw(portOf("midi_out") + offer_.shift, sizeof event, uris_[LV2_ATOM__eventTransfer],
+            &event);
 }
 
 void EmbeddedPluginUI::close() {

@@ -53,6 +53,8 @@ class EmbeddedPluginUI {
     void send(const std::string& symbol, float value);
     /// Sends the run count of a running effect.
     void run() { send("run_count", static_cast<float>(++runs_)); }
+    /// Sends the effect's event with all bands at a level.
+    void sendSpectrum(float level);
     void sendRaw(std::uint32_t port, std::uint32_t size, std::uint32_t format, const void* buffer);
 
     /// Calls idle() once and returns its result.
@@ -71,6 +73,8 @@ class EmbeddedPluginUI {
     std::vector<PortWrite> writes;
     /// The MIDI messages that the UI wrote as atoms to the MIDI input, in hexadecimal: "90 30 64".
     std::vector<std::string> messages;
+    /// How often the UI asked for the detector's spectrum.
+    int spectrumRequests = 0;
     /// The ui:touch calls, by port: "grab 7" when grabbed, "let 7" when released.
     std::vector<std::string> touches;
     std::vector<std::string> subscriptions;
@@ -79,6 +83,8 @@ class EmbeddedPluginUI {
 
     static std::uint32_t portOf(const std::string& symbol);
 
+    /// A subscription: the port's number, and the protocol's URI if it is not that of floats.
+    std::string describe(std::uint32_t port, std::uint32_t protocol);
     /// Called by the UI.
     void takeWrite(std::uint32_t port, std::uint32_t size, std::uint32_t protocol,
                    const void* buffer);

@@ -176,4 +176,30 @@ TEST_F(KeyInputTest, KeyboardChoosesPresets) {
     EXPECT_EQ(scene.presets.label(), "First");
 }
 
+TEST_F(KeyInputTest, MarkedEntryOfALongListIsShown) {
+    for (int i = 0; i < 97; ++i) {
+        store.factory.push_back({"P" + std::to_string(i), {{Parameter::mix, 1.0F}}});
+    }
+    editor.openList();
+    const auto isShown = [&] { return !scene.layout.presetEntry(*scene.list, 100).isEmpty(); };
+    press(Key::up);
+    EXPECT_EQ(scene.list, 99U);
+    EXPECT_TRUE(isShown());
+    for (int i = 0; i < 100; ++i) {
+        press(Key::up);
+        EXPECT_TRUE(isShown()) << *scene.list;
+    }
+    press(Key::home);
+    EXPECT_TRUE(isShown());
+    press(Key::pageDown);
+    EXPECT_EQ(scene.list, 10U);
+    press(Key::pageUp);
+    press(Key::pageUp);
+    EXPECT_EQ(scene.list, 0U);
+    press(Key::end);
+    press(Key::pageDown);
+    EXPECT_EQ(scene.list, 99U);
+    EXPECT_TRUE(isShown());
+}
+
 }  // namespace

@@ -235,7 +235,7 @@ TEST(Layout, EverySizeHasALayout) {
 TEST(Layout, PresetListShowsAllPresets) {
     for (const auto& [width, height, scale] : sensible) {
         const auto layout = Layout::of(width, height, scale);
-        for (const std::size_t count : {1U, 13U, 40U}) {
+        for (const std::size_t count : {1U, 13U, 36U}) {
             const Rect list = layout.presetList(count);
             EXPECT_TRUE(isWithin(list, layout.whole())) << count << " at " << width;
             for (std::size_t i = 0; i < count; ++i) {
@@ -247,6 +247,48 @@ TEST(Layout, PresetListShowsAllPresets) {
                 }
             }
         }
+    }
+}
+
+TEST(Layout, LongPresetListScrollsByColumns) {
+    constexpr std::size_t count = 200;
+    for (const auto& [width, height, scale] : sensible) {
+        auto layout = Layout::of(width, height, scale);
+        const auto shownNow = [&] {
+            std::vector<std::size_t> shown;
+            for (std::size_t i = 0; i < count; ++i) {
+                const Rect entry = layout.presetEntry(i, count);
+                if (entry.isEmpty()) {
+                    continue;
+                }
+                shown.push_back(i);
+                EXPECT_TRUE(isWithin(entry, layout.presetList(count)));
+                EXPECT_GE(entry.width, 11.0 * layout.text) << width << 'x' << height;
+                for (const int side : {-1, 1}) {
+                    EXPECT_FALSE(
+                        layout.presetScroll(side, count).intersects(entry.inset(0.01, 0.01)));
+                }
+            }
+            return shown;
+        };
+        const auto first = shownNow();
+        if (first.size() == count) {
+            EXPECT_GT(width, 1900.0);
+            continue;
+        }
+        EXPECT_EQ(first.front(), 0U);
+        EXPECT_TRUE(layout.presetScroll(-1, count).isEmpty());
+        EXPECT_FALSE(layout.presetScroll(1, count).isEmpty());
+        layout.showPreset(count - 1, count);
+        EXPECT_EQ(shownNow().back(), count - 1);
+        EXPECT_FALSE(layout.presetScroll(-1, count).isEmpty());
+        EXPECT_TRUE(layout.presetScroll(1, count).isEmpty());
+        layout.scrollPresets(1, count);
+        EXPECT_EQ(shownNow().back(), count - 1);
+        layout.showPreset(0, count);
+        EXPECT_EQ(shownNow(), first);
+        layout.scrollPresets(-1, count);
+        EXPECT_EQ(shownNow(), first);
     }
 }
 

@@ -236,6 +236,22 @@ TEST_F(PaintTest, DrawingTheHeadersChangesEqualsDrawingEverything) {
     expectWhole("undone");
 }
 
+TEST_F(PaintTest, ScrollingAListEqualsDrawingEverything) {
+    for (int i = 0; i < 97; ++i) {
+        store.factory.push_back({"P" + std::to_string(i), {{Parameter::mix, 1.0F}}});
+    }
+    editor.openList();
+    expectWhole("with the list");
+    const auto first = picture.pixels();
+    editor.scrollList(1);
+    expectWhole("scrolled");
+    EXPECT_NE(picture.pixels(), first);
+    keys.press({.key = Key::end});
+    expectWhole("at its end");
+    editor.closeList();
+    expectWhole("closed");
+}
+
 TEST_F(PaintTest, TheTextAboutATargetLiesInTheWindow) {
     for (const auto& [width, height, scale] : {std::tuple(320.0, 240.0, 1.0),
                                                {640.0, 480.0, 1.0},

@@ -232,6 +232,35 @@ TEST_F(PointerInputTest, ListOffersThePresets) {
     EXPECT_EQ(scene.presets.label(), "Second");
 }
 
+TEST_F(PointerInputTest, LongListScrollsByWheelAndButtons) {
+    for (int i = 0; i < 97; ++i) {
+        store.factory.push_back({"P" + std::to_string(i), {{Parameter::mix, 1.0F}}});
+    }
+    click(at(scene.layout.presetName));
+    constexpr std::size_t count = 100;
+    const Rect first = scene.layout.presetEntry(0, count);
+    EXPECT_TRUE(scene.layout.presetEntry(count - 1, count).isEmpty());
+    scene.markDrawn();
+    input.wheel(at(first), -1);
+    EXPECT_TRUE(scene.layout.presetEntry(0, count).isEmpty());
+    EXPECT_TRUE(isTouched(Part::header));
+    // The entry that came below the pointer is marked.
+    EXPECT_EQ(scene.targetAt(first.centerX(), first.centerY()).entry, *scene.list);
+    EXPECT_GT(*scene.list, 0U);
+    for (int i = 0; i < 9; ++i) {
+        input.wheel(at(first), -1);
+    }
+    EXPECT_FALSE(scene.layout.presetEntry(count - 1, count).isEmpty());
+    while (!scene.layout.presetScroll(-1, count).isEmpty()) {
+        click(at(scene.layout.presetScroll(-1, count)));
+        ASSERT_TRUE(scene.list);
+    }
+    EXPECT_FALSE(scene.layout.presetEntry(0, count).isEmpty());
+    click(at(scene.layout.presetScroll(1, count)));
+    EXPECT_TRUE(scene.layout.presetEntry(0, count).isEmpty());
+    EXPECT_EQ(host.calls, Calls{});
+}
+
 TEST_F(PointerInputTest, PressBesideTheListOnlyClosesIt) {
     click(at(scene.layout.presetName));
     click(at(scene.layout.cell(Parameter::enabled).area), 1.0);

@@ -71,10 +71,16 @@ TEST_F(WindowLifeTest, OpensForBothPlugInsOfTheBundleOnly) {
 TEST_F(WindowLifeTest, SubscribesToOutputPortsAndUnsubscribes) {
     EmbeddedPluginUI pluginUI(host);
     const std::vector<std::string> opened{"+20", "+21", "+22", "+23", "+24", "+25", "+31", "+32"};
+    ASSERT_FALSE(pluginUI.subscriptions.empty());
+    EXPECT_EQ(pluginUI.subscriptions.back(), "+1 http://lv2plug.in/ns/ext/atom#eventTransfer");
+    pluginUI.subscriptions.pop_back();
     EXPECT_EQ(pluginUI.subscriptions, opened);
     pluginUI.subscriptions.clear();
     pluginUI.close();
     const std::vector<std::string> closed{"-20", "-21", "-22", "-23", "-24", "-25", "-31", "-32"};
+    ASSERT_FALSE(pluginUI.subscriptions.empty());
+    EXPECT_EQ(pluginUI.subscriptions.back(), "-1 http://lv2plug.in/ns/ext/atom#eventTransfer");
+    pluginUI.subscriptions.pop_back();
     EXPECT_EQ(pluginUI.subscriptions, closed);
 }
 

@@ -1,5 +1,8 @@
 #include <X11/keysym.h>
 
+#include <array>
+#include <limits>
+
 #include "effect/ui/model/GraphAreas.h"
 #include "tests/effect/ui/WindowFixture.h"
 
@@ -19,7 +22,7 @@ class WindowPageTest : public EmbeddedUIFixture {
     void open(Page page) {
         clickIn(tab(page));
         host.movePointer(1.0, 1.0);
-        layout = layout.with(page);
+        layout = layout.with(page == layout.page ? Page::history : page);
         pluginUI.settle();
     }
 };
@@ -83,6 +86,54 @@ TEST_F(WindowPageTest, KeyboardOpensAPageAndChangesIt) {
     host.press(XK_space);
     ASSERT_TRUE(untilWritten(1));
     EXPECT_EQ(pluginUI.writes, (Writes{{range(Parameter::beat).port, 1.0F}}));
+}
+
+TEST_F(WindowPageTest, OpenSideChainShowsTheSpectrumThatItRequests) {
+    open(Page::sideChain);
+    // An effect that does not run could not answer.
+    EXPECT_EQ(pluginUI.spectrumRequests, 0);
+    open(Page::sideChain);
+    for (int i = 0; i < 9; ++i) {
+        pluginUI.run();
+        pluginUI.settle();
+    }
+    EXPECT_EQ(pluginUI.spectrumRequests, 0);
+    open(Page::sideChain);
+    const Pixels silent = pluginUI.pixels();
+    ASSERT_TRUE(pluginUI.idleUntil([&] {
+        pluginUI.run();
+        return pluginUI.spectrumRequests == 2;
+    }));
+    ASSERT_TRUE(pluginUI.idleUntil([&] {
+        pluginUI.run();
+        pluginUI.sendSpectrum(-30.0F);
+        return pluginUI.pixels().part(layout.graph) != silent.part(layout.graph);
+    }));
+    // It falls when the effect stops.
+    ASSERT_TRUE(pluginUI.idleUntil(
+        [&] { return pluginUI.pixels().part(layout.graph) == silent.part(layout.graph); }));
+    pluginUI.settle();
+    open(Page::sideChain);
+    const int requests = pluginUI.spectrumRequests;
+    for (int i = 0; i < 9; ++i) {
+        pluginUI.run();
+        pluginUI.settle();
+    }
+    EXPECT_EQ(pluginUI.spectrumRequests, requests);
+}
+
+TEST_F(WindowPageTest, IgnoresEventsThatAreNoSpectrum) {
+    open(Page::sideChain);
+    const Pixels before = pluginUI.pixels();
+    const std::array<std::uint32_t, 4> tooShort{8, 1, 2, 3};
+    const auto port = EmbeddedPluginUI::portOf("midi_out");
+    for (std::uint32_t format = 0; format < 60; ++format) {
+        pluginUI.sendRaw(port, sizeof tooShort, format, tooShort.data());
+        pluginUI.sendRaw(port, 0, format, nullptr);
+    }
+    pluginUI.sendSpectrum(std::numeric_limits<float>::quiet_NaN());
+    pluginUI.settle();
+    EXPECT_EQ(pluginUI.pixels(), before);
 }
 
 TEST_F(WindowPageTest, TabFlashesOnEachBeat) {

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <lv2/atom/atom.h>
+
+#include "effect/dsp/SpectrumBank.h"
+
+namespace orvalo::effect {
+
+/// The object without properties by which the UI asks for the detector's spectrum. The effect sends
+/// it for SpectrumBank::watchedSeconds.
+inline constexpr const char* watchDetectorUri = "urn:tessaly:orvalo#WatchDetector";
+
+/// The object that the effect sends then to its MIDI output, with one property: the levels of the
+/// bands, as a vector of floats.
+inline constexpr const char* detectorSpectrumUri = "urn:tessaly:orvalo#DetectorSpectrum";
+inline constexpr const char* bandLevelsUri = "urn:tessaly:orvalo#bandLevels";
+
+/// The atom of that object, without its header.
+struct DetectorSpectrum {
+    LV2_Atom_Object_Body object;
+    LV2_Atom_Property_Body levels;
+    LV2_Atom_Vector_Body vector;
+    SpectrumBank::Levels values;
+};
+
+}  // namespace orvalo::effect
