@@ -33,6 +33,7 @@ void registerApplicationClasses() {
     UIClass::registerClass(UIClass::of<HelpViewController>("HelpViewController")
                                .outlet("webView", &HelpViewController::webView_)
                                .outlet("buttonExit", &HelpViewController::buttonExit)
+                               .action("onInstalledButton", &HelpViewController::onInstalledButton)
                                .action("onButtonExit", &HelpViewController::onButtonExit));
     UILabel::registerClass();
     WKWebView::registerClass();

@@ -60,6 +60,7 @@ TEST_F(RestorationTest, AUIOfThePortsShowsEachKind) {
         EXPECT_TRUE(waitFor(text)) << text;
     }
     EXPECT_FALSE(shows("Hidden"));
+    EXPECT_EQ(windowsNamed("^Orvalo – Many <Controls>$").size(), 1);
     EXPECT_FALSE(shows("Latency"));
     EXPECT_EQ(quit(), 0);
     EXPECT_THAT(program->standardError(),
