@@ -24,6 +24,7 @@ void registerApplicationClasses() {
                                .outlet("effectText", &ViewController::effectText)
                                .outlet("welcomeRetry", &ViewController::welcomeRetry)
                                .outlet("effectRetry", &ViewController::effectRetry)
+                               .outlet("plainStage", &ViewController::plainStage)
                                .outlet("playingTitle", &ViewController::playingTitle)
                                .action("onRetryButton", &ViewController::onRetryButton)
                                .action("onButtonUnit", &ViewController::onButtonUnit)

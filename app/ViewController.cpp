@@ -151,6 +151,7 @@ void ViewController::embed(const std::shared_ptr<UIViewController>& controller) 
     if (const auto shown = window(); shown && !controller->title().empty()) {
         shown->setTitle(windowTitle(controller->title()));
     }
+    plainStage->setHidden(std::dynamic_pointer_cast<AUViewController>(controller) != nullptr);
     view->setFrame(pluginView->bounds());
     pluginView->addSubview(view);
     pinToSuperviewEdges(*view);

@@ -130,8 +130,7 @@ std::vector<AccessibleTree::Text> AccessibleTree::texts() const {
         const std::unique_ptr<AtspiRect, Release<g_free>> place(
             atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_WINDOW, nullptr));
         if (place != nullptr) {
-            result.push_back(
-                {nameOf(node), place->x, place->y, place->width, place->height});
+            result.push_back({nameOf(node), place->x, place->y, place->width, place->height});
         }
     });
     return result;

@@ -82,7 +82,8 @@ class ContrastTest : public ApplicationFixture, public ::testing::WithParamInter
                 }
             }
             return !texts.empty() && faint.empty();
-        })) << what << ":\n"
+        })) << what
+            << ":\n"
             << faint;
     }
 };

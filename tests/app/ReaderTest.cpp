@@ -48,8 +48,8 @@ class ReaderTest : public ApplicationFixture {
 
 TEST_F(ReaderTest, ControlsOfTheEffectsUIHaveNamesAndValues) {
     startAndShow();
-    EXPECT_THAT(tree.names(), IsSupersetOf({"Plug-in UI", "Controls of Orvalo", "Threshold", "Ratio",
-                                            "Attack", "Release", "Mix"}));
+    EXPECT_THAT(tree.names(), IsSupersetOf({"Plug-in UI", "Controls of Orvalo", "Threshold",
+                                            "Ratio", "Attack", "Release", "Mix"}));
     EXPECT_EQ(tree.value("Threshold"), -18.0);
     EXPECT_EQ(tree.value("Ratio"), 4.0);
     EXPECT_EQ(quit(), 0);

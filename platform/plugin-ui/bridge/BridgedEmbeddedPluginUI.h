@@ -51,8 +51,8 @@ class BridgedEmbeddedPluginUI : public EmbeddedPluginUI {
 
     const std::shared_ptr<BridgedAudioUnit> unit_;
     std::shared_ptr<const SharedAudio> audio_;  // Null while there is no service.
-    GSourcePointer timeout_;  // Null unless a window is missing.
-    bool isOpened_ = false;   // In the service.
+    GSourcePointer timeout_;                    // Null unless a window is missing.
+    bool isOpened_ = false;                     // In the service.
 };
 
 }  // namespace orvalo

@@ -4,13 +4,12 @@
 
 namespace orvalo {
 
-AccessibleControls::AccessibleControls(
-    const PluginPresentation& presentation,
-    std::function<void(std::uint32_t port, float value)> set)
+AccessibleControls::AccessibleControls(const PluginPresentation& presentation,
+                                       std::function<void(std::uint32_t port, float value)> set)
     // A box of its own role is a group.
-    : widget_(GTK_WIDGET(g_object_ref_sink(
-          g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL, "accessible-role",
-                       GTK_ACCESSIBLE_ROLE_GROUP, nullptr)))) {
+    : widget_(GTK_WIDGET(
+          g_object_ref_sink(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL,
+                                         "accessible-role", GTK_ACCESSIBLE_ROLE_GROUP, nullptr)))) {
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    ("Controls of " + presentation.title).c_str(), -1);
     gtk_widget_set_opacity(widget(), 0.0);

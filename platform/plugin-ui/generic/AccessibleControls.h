@@ -13,8 +13,8 @@
 
 namespace orvalo {
 
-/// The control inputs of a plug-in as widgets for assistive technology, which sees nothing inside of
-/// an X11 UI. They are transparent and take neither the pointer nor the keyboard. Main thread.
+/// The control inputs of a plug-in as widgets for assistive technology, which sees nothing inside
+/// of an X11 UI. They are transparent and take neither the pointer nor the keyboard. Main thread.
 class AccessibleControls {
   public:
     /// set: gets each value that is set by assistive technology.

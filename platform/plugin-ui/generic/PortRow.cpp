@@ -31,9 +31,8 @@ void setText(GtkWidget* scale, const std::string& text) {
 }
 
 const PortPresentation::Choice& nearestChoice(const PortPresentation& port, float value) {
-    return *std::ranges::min_element(port.choices, {}, [value](const auto& choice) {
-        return std::abs(choice.value - value);
-    });
+    return *std::ranges::min_element(
+        port.choices, {}, [value](const auto& choice) { return std::abs(choice.value - value); });
 }
 
 /// The wheel scrolls the page; over a control it would change a value by accident.
@@ -131,10 +130,9 @@ GtkWidget* PortRow::makeScale() {
         gtk_widget_set_size_request(scale, kControlWidth, -1);
         leaveWheelToPage(scale);
     }
-    g_signal_connect_swapped(scale, "value-changed", G_CALLBACK(+[](PortRow* self) {
-                                 self->userSets(self->valueOfScale());
-                             }),
-                             this);
+    g_signal_connect_swapped(
+        scale, "value-changed",
+        G_CALLBACK(+[](PortRow* self) { self->userSets(self->valueOfScale()); }), this);
     return scale;
 }
 

@@ -40,7 +40,7 @@ bool canEmbed() {
 }
 
 // Milliseconds between two looks at the control values, which few people need quickly.
-constexpr unsigned kControlsPeriod = 250;
+constexpr unsigned kControlsPeriod = 500;
 
 constexpr const char* kNoX11 =
     "it is an X11 window, and this desktop has no X server (on Wayland, install Xwayland)";

@@ -16,8 +16,9 @@ namespace orvalo {
 
 /// The X11 UI of an LV2 unit, whose code runs in this process or in an effect service. The UI is
 /// opened, hidden, when its view gets a toplevel window, and closed when the view leaves that
-/// window. Its control inputs are beside it as AccessibleControls. Where the UI cannot be opened, has closed or is restarting, the view says so; a UI that
-/// failed or closed is opened again when the view next appears on screen. Main thread.
+/// window. Its control inputs are beside it as AccessibleControls. Where the UI cannot be opened,
+/// has closed or is restarting, the view says so; a UI that failed or closed is opened again when
+/// the view next appears on screen. Main thread.
 class LV2ViewController : public AUViewController {
   public:
     /// From now on requestViewController() of an LV2 unit returns such a controller; when the UI
@@ -61,7 +62,7 @@ class LV2ViewController : public AUViewController {
     const ReadControls readControls_;
     std::unique_ptr<AccessibleControls> controls_;  // Null until the UI has been shown.
     GSourcePointer controlsTimer_;                  // While the UI is on screen.
-    bool hasFailed_ = false;  // Since the view came on screen.
+    bool hasFailed_ = false;                        // Since the view came on screen.
 };
 
 }  // namespace orvalo

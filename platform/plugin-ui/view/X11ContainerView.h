@@ -81,7 +81,7 @@ class X11ContainerView : public UIView {
     GtkWidget* notice_;
     GtkWidget* label_;
     GtkWidget* retry_;
-    GtkWidget* covered_;         // Has the socket.
+    GtkWidget* covered_;  // Has the socket.
     GtkWidget* accessible_ = nullptr;
     GtkWidget* socket_;          // Takes the toolkit's focus for the foreign window.
     GtkEventController* focus_;  // The socket's.
