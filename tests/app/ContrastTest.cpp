@@ -28,6 +28,9 @@ double contrast(std::uint32_t one, std::uint32_t other) {
 }
 
 constexpr double kLeast = 4.5;
+constexpr auto kWelcome =
+    "Press play to hear a demonstration through the effect.\n"
+    "The Effect button shows the effect’s own controls here.";
 
 /// The parameter: the colour scheme of the desktop.
 class ContrastTest : public ApplicationFixture, public ::testing::WithParamInterface<const char*> {
@@ -64,27 +67,30 @@ class ContrastTest : public ApplicationFixture, public ::testing::WithParamInter
         return result;
     }
 
-    /// Each text of the window, once what moves has come to rest.
-    void expectLegible(const std::string& what, const std::vector<std::string>& expected) {
+    /// Each text of the window, once what moves has come to rest. covered: texts under the stage of
+    /// the effect. A text that is there twice counts once.
+    void expectLegible(const std::string& what, const std::vector<std::string>& expected,
+                       const std::vector<std::string>& covered = {}) {
         for (const auto& text : expected) {
             EXPECT_TRUE(shows(text)) << what;
         }
         focus();
-        std::string faint;
+        std::map<std::string, double> contrasts;
         EXPECT_TRUE(pollUntil([&] {
             const auto texts = tree.texts();
             const Screenshot shot;
-            faint.clear();
+            contrasts.clear();
             for (const auto& text : texts) {
-                const double found = contrastOf(shot, text);
-                if (!text.text.empty() && found < kLeast) {
-                    faint += text.text + ": " + std::to_string(found) + "\n";
+                if (!text.text.empty() && std::ranges::count(covered, text.text) == 0) {
+                    auto& found = contrasts[text.text];
+                    found = std::max(found, contrastOf(shot, text));
                 }
             }
-            return !texts.empty() && faint.empty();
+            return !contrasts.empty() && std::ranges::all_of(contrasts, [](const auto& text) {
+                return text.second >= kLeast;
+            });
         })) << what
-            << ":\n"
-            << faint;
+            << ": " << ::testing::PrintToString(contrasts);
     }
 };
 
@@ -95,9 +101,7 @@ INSTANTIATE_TEST_SUITE_P(Schemes, ContrastTest, ::testing::Values("prefer-light"
 
 TEST_P(ContrastTest, TheMainScreen) {
     start();
-    expectLegible("at first", {"Orvalo", "Effect",
-                               "Press play to hear a demonstration through the effect.\n"
-                               "The Effect button shows the effect’s own controls here."});
+    expectLegible("at first", {"Orvalo", "Effect", kWelcome});
     key("space");
     expectLegible("playing", {"A demonstration plays through the effect.\n"
                               "The Effect button shows the effect’s controls: turn them and "
@@ -110,7 +114,8 @@ TEST_P(ContrastTest, AUIMadeFromPorts) {
     start();
     resize(1000, 900);
     key("ctrl+e");
-    expectLegible("ports", {"Level", "-20.0 dB", "Square", "Meters", "Meter"});
+    expectLegible("ports", {"Level", "-20.0 dB", "Square", "Meters", "Meter"},
+                  {"Orvalo", kWelcome});
     EXPECT_EQ(quit(), 0);
 }
 
@@ -136,7 +141,7 @@ TEST_P(ContrastTest, TheTextsOfAStageWithoutAnEffect) {
     EXPECT_EQ(lineWith("ERROR:"), "ERROR: There were no audio units found.");
     expectLegible("welcome", {"Try Again"});
     key("ctrl+e");
-    expectLegible("stage", {"Try Again"});
+    expectLegible("stage", {"Try Again"}, {"Orvalo"});
     EXPECT_EQ(quit(), 0);
 }
 
