@@ -24,6 +24,7 @@ void registerApplicationClasses() {
                                .outlet("effectText", &ViewController::effectText)
                                .outlet("welcomeRetry", &ViewController::welcomeRetry)
                                .outlet("effectRetry", &ViewController::effectRetry)
+                               .outlet("plainStage", &ViewController::plainStage)
                                .outlet("playingTitle", &ViewController::playingTitle)
                                .action("onRetryButton", &ViewController::onRetryButton)
                                .action("onButtonUnit", &ViewController::onButtonUnit)
@@ -33,6 +34,7 @@ void registerApplicationClasses() {
     UIClass::registerClass(UIClass::of<HelpViewController>("HelpViewController")
                                .outlet("webView", &HelpViewController::webView_)
                                .outlet("buttonExit", &HelpViewController::buttonExit)
+                               .action("onInstalledButton", &HelpViewController::onInstalledButton)
                                .action("onButtonExit", &HelpViewController::onButtonExit));
     UILabel::registerClass();
     WKWebView::registerClass();

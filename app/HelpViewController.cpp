@@ -38,6 +38,10 @@ void HelpViewController::onButtonExit(const std::shared_ptr<NSObject>& /*sender*
     dismiss(true, [] {});
 }
 
+void HelpViewController::onInstalledButton(const std::shared_ptr<UIButton>& /*sender*/) {
+    webView_->showInstalledSite();
+}
+
 void HelpViewController::webView(const std::shared_ptr<WKWebView>& /*webView*/,
                                  const std::shared_ptr<WKNavigationAction>& decidePolicyFor,
                                  std::function<void(WKNavigationActionPolicy)> decisionHandler) {

@@ -33,6 +33,8 @@ class HelpViewController : public UIViewController,
 
     /// Closes this screen.
     virtual void onButtonExit(const std::shared_ptr<NSObject>& sender);
+    /// Shows the installed page instead of one that has not come yet.
+    void onInstalledButton(const std::shared_ptr<UIButton>& sender);
     void webView(const std::shared_ptr<WKWebView>& webView,
                  const std::shared_ptr<WKNavigationAction>& decidePolicyFor,
                  std::function<void(WKNavigationActionPolicy)> decisionHandler) override;

@@ -1,5 +1,7 @@
 #include "app/ViewController.h"
 
+#include <string_view>
+
 #include "app/HelpViewController.h"
 #include "app/Site.h"
 #include "hosting/AUExtensionManager.h"
@@ -17,6 +19,7 @@
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIDocumentPickerViewController.h"
 #include "platform/ui/UIStoryboardSegue.h"
+#include "platform/ui/UIWindow.h"
 #include "support/Unwrapped.h"
 #include "support/view/PinToSuperviewEdges.h"
 
@@ -24,6 +27,7 @@ namespace orvalo {
 
 namespace {
 
+constexpr std::string_view kTitle = "Orvalo";
 constexpr auto kWelcome =
     "Press play to hear a demonstration through the effect.\n"
     "The Effect button shows the effect’s own controls here.";
@@ -34,6 +38,11 @@ constexpr auto kNoEffect =
     "No effect was found that works. Install Orvalo again, or register another LV2 effect; the "
     "help "
     "says how. Until then music plays without an effect.";
+
+/// The window's title while an effect is loaded.
+std::string windowTitle(const std::string& effect) {
+    return effect == kTitle ? effect : std::string(kTitle) + " – " + effect;
+}
 
 }  // namespace
 
@@ -139,6 +148,10 @@ void ViewController::embed(const std::shared_ptr<UIViewController>& controller) 
     const auto view = controller->view();
     effectText->setHidden(true);
     addChild(controller);
+    if (const auto shown = window(); shown && !controller->title().empty()) {
+        shown->setTitle(windowTitle(controller->title()));
+    }
+    plainStage->setHidden(std::dynamic_pointer_cast<AUViewController>(controller) != nullptr);
     view->setFrame(pluginView->bounds());
     pluginView->addSubview(view);
     pinToSuperviewEdges(*view);

@@ -45,6 +45,8 @@ class ViewController : public UIViewController,
     /// Visible while there is no effect.
     UIOutlet<UIButton> welcomeRetry{"ViewController.welcomeRetry"};
     UIOutlet<UIButton> effectRetry{"ViewController.effectRetry"};
+    /// Visible beside a UI made of the toolkit's widgets, instead of the dark of other UIs.
+    UIOutlet<UIView> plainStage{"ViewController.plainStage"};
     /// The title of what plays.
     UIOutlet<UILabel> playingTitle{"ViewController.playingTitle"};
 

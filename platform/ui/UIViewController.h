@@ -35,6 +35,10 @@ class UIViewController : public UIResponder {
     void setView(const std::shared_ptr<UIView>& view);
     bool isViewLoaded() const { return view_ != nullptr; }
 
+    /// The name of what it shows; "" for none.
+    const std::string& title() const { return title_; }
+    void setTitle(const std::string& title) { title_ = title; }
+
     // Containment: a controller inside another. The caller adds the child's view to the parent's.
     const std::vector<std::shared_ptr<UIViewController>>& children() const { return children_; }
     std::shared_ptr<UIViewController> parent() const { return parent_.lock(); }
@@ -106,6 +110,7 @@ class UIViewController : public UIResponder {
     std::shared_ptr<UIViewController> presented_;
     std::weak_ptr<UIViewController> presenting_;
     std::weak_ptr<UIWindow> window_;
+    std::string title_;
     bool isShown_ = false;
 };
 

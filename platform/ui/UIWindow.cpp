@@ -68,6 +68,11 @@ void UIWindow::setRootViewController(const std::shared_ptr<UIViewController>& co
     pages_ = {{controller, nullptr}};
 }
 
+void UIWindow::setTitle(const std::string& title) {
+    requireMainThread("UIWindow.title");
+    gtk_window_set_title(GTK_WINDOW(widget()), title.c_str());
+}
+
 void UIWindow::makeKeyAndVisible() {
     requireMainThread("UIWindow.makeKeyAndVisible");
     if (!pages_.empty() && pages_.front().widget == nullptr) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/ui/UIView.h"
@@ -23,6 +24,8 @@ class UIWindow : public UIView {
     std::shared_ptr<UIViewController> rootViewController() const;
     /// Call it before makeKeyAndVisible().
     void setRootViewController(const std::shared_ptr<UIViewController>& controller);
+    /// Sets the text of the title bar.
+    void setTitle(const std::string& title);
     /// Shows the window in front of the others, with the keyboard focus.
     void makeKeyAndVisible();
 

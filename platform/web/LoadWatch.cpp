@@ -83,9 +83,20 @@ void LoadWatch::stop(State state) {
 void LoadWatch::expire() {
     stop(State::idle);
     g_warning("%s sent nothing for %g s; its load was stopped.", address_.c_str(), interval_);
+    stopLoading();
+}
+
+void LoadWatch::stopEmptyLoad() {
+    if (state_ != State::idle && !isCommitted_) {
+        stop(State::idle);
+        stopLoading();
+    }
+}
+
+void LoadWatch::stopLoading() {
     lateWebKit(webkit_web_view_stop_loading)(view_);
-    if (!isCommitted_ && onExpired) {
-        onExpired(address_);
+    if (!isCommitted_ && onStopped) {
+        onStopped(address_);
     }
 }
 

@@ -21,12 +21,14 @@ class LoadWatch {
     LoadWatch& operator=(const LoadWatch&) = delete;
 
     /// A load was stopped before any of its page arrived. May be empty.
-    std::function<void(const std::string& address)> onExpired;
+    std::function<void(const std::string& address)> onStopped;
 
     /// The time-out of subsequent loads. seconds: above 0.
     void setInterval(double seconds);
     /// The address of the next load, for the log line.
     void announce(std::string address);
+    /// Stops the current load if none of its page has arrived, and calls onStopped.
+    void stopEmptyLoad();
     /// The current load waits for a delegate until resume().
     void pause();
     void resume();
@@ -38,6 +40,7 @@ class LoadWatch {
     void restart();
     void stop(State state);
     void expire();
+    void stopLoading();
 
     WebKitWebView* view_;
     double interval_;

@@ -115,7 +115,7 @@ void WKWebView::connect() {
     g_signal_connect(engine(), "create", G_CALLBACK(Signals::create), this);
     g_signal_connect(engine(), "load-failed", G_CALLBACK(Signals::loadFailed), this);
     watch_ = std::make_unique<LoadWatch>(engine());
-    watch_->onExpired = [this](const auto& address) { showInstalled(address); };
+    watch_->onStopped = [this](const auto& address) { showInstalled(address); };
     reportTrouble(engine());
 }
 
@@ -163,6 +163,11 @@ void WKWebView::setNavigationDelegate(const std::shared_ptr<WKNavigationDelegate
 void WKWebView::setInstalledSite(InstalledSite site) {
     requireMainThread("WKWebView.setInstalledSite");
     installedSite_ = std::move(site);
+}
+
+void WKWebView::showInstalledSite() {
+    requireMainThread("WKWebView.showInstalledSite");
+    watch_->stopEmptyLoad();
 }
 
 std::shared_ptr<WKNavigation> WKWebView::load(const URLRequest& request) {

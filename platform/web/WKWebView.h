@@ -55,6 +55,9 @@ class WKWebView : public UIView {
     /// reached: without a network or such a host, when it does not answer in time or fails to prove
     /// its identity. Links between them show installed pages, too; load() tries the site again.
     void setInstalledSite(InstalledSite site);
+    /// Waits no longer for a site that has sent nothing of its page yet: stops the load, and shows
+    /// the installed page where there is one. Otherwise does nothing.
+    void showInstalledSite();
 
     /// Starts to load an address. A load that makes no progress within the request's time-out is
     /// stopped; the time-out also applies to links followed from there. A request without an

@@ -30,6 +30,10 @@ bool isUsable(AtspiAccessible* node) {
     return hasState(node, ATSPI_STATE_VISIBLE) && hasState(node, ATSPI_STATE_SENSITIVE);
 }
 
+bool isSlider(AtspiAccessible* node, const std::string& name) {
+    return atspi_accessible_get_role(node, nullptr) == ATSPI_ROLE_SLIDER && nameOf(node) == name;
+}
+
 using Visit = std::function<void(AtspiAccessible*)>;
 
 void walk(AtspiAccessible* node, const Visit& visit) {
@@ -100,6 +104,44 @@ std::vector<std::string> AccessibleTree::names() const {
     visitAll(application_, [&result](AtspiAccessible* node) {
         if (auto name = nameOf(node); !name.empty()) {
             result.push_back(std::move(name));
+        }
+    });
+    return result;
+}
+
+std::optional<double> AccessibleTree::value(const std::string& slider) const {
+    std::optional<double> result;
+    visitAll(application_, [&](AtspiAccessible* node) {
+        if (!result && isSlider(node, slider)) {
+            const GObjectPointer<AtspiValue> value(atspi_accessible_get_value_iface(node));
+            result = atspi_value_get_current_value(value.get(), nullptr);
+        }
+    });
+    return result;
+}
+
+bool AccessibleTree::setValue(const std::string& slider, double value) const {
+    bool isSet = false;
+    visitAll(application_, [&](AtspiAccessible* node) {
+        if (!isSet && isSlider(node, slider)) {
+            const GObjectPointer<AtspiValue> set(atspi_accessible_get_value_iface(node));
+            isSet = atspi_value_set_current_value(set.get(), value, nullptr) != FALSE;
+        }
+    });
+    return isSet;
+}
+
+std::vector<AccessibleTree::Text> AccessibleTree::texts() const {
+    std::vector<Text> result;
+    visitAll(application_, [&result](AtspiAccessible* node) {
+        const GObjectPointer<AtspiComponent> component(atspi_accessible_get_component_iface(node));
+        if (atspi_accessible_get_role(node, nullptr) != ATSPI_ROLE_LABEL || !component) {
+            return;
+        }
+        const std::unique_ptr<AtspiRect, Release<g_free>> place(
+            atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_WINDOW, nullptr));
+        if (place != nullptr) {
+            result.push_back({nameOf(node), place->x, place->y, place->width, place->height});
         }
     });
     return result;

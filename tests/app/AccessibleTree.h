@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,22 @@ class AccessibleTree {
     bool isActive() const;
     /// All names, also of texts, in tree order.
     std::vector<std::string> names() const;
+    /// The value of the slider of that name; absent without one.
+    std::optional<double> value(const std::string& slider) const;
+    /// Sets it; false without such a slider.
+    bool setValue(const std::string& slider, double value) const;
+
+    /// A text and its place in its window, in pixels.
+    struct Text {
+        std::string text;
+        int x;
+        int y;
+        int width;
+        int height;
+    };
+    /// The labels, in tree order.
+    std::vector<Text> texts() const;
+
     /// Performs the press action of the object of that name; false without such an object or
     /// action.
     bool press(const std::string& name) const;

@@ -23,7 +23,8 @@ namespace orvalo::testing {
 
 namespace {
 
-constexpr const char* kName = "^Orvalo$";
+/// The name of an effect may follow.
+constexpr const char* kName = "^Orvalo( |$)";
 
 /// A connection that grabs the X server, so that the display does not change while it is open.
 class Display {
@@ -144,6 +145,18 @@ std::string ApplicationFixture::lineWith(const std::string& text) const {
 
 std::unique_ptr<Program> ApplicationFixture::startAgain() const {
     return std::make_unique<Program>(std::vector<std::string>{executable}, environment);
+}
+
+void ApplicationFixture::installWithoutEffect() {
+    namespace fs = std::filesystem;
+    fs::create_directories(installed() / "bin");
+    fs::create_directories(installed() / "lib");
+    const fs::path stage = ORVALO_TEST_STAGE;
+    fs::copy_file(executable, installed() / "bin/orvalo-on-loopback");
+    for (const auto* part : {"share", "libexec", "lib/orvalo"}) {
+        fs::create_directory_symlink(stage / part, installed() / part);
+    }
+    executable = installed() / "bin/orvalo-on-loopback";
 }
 
 void ApplicationFixture::focus() {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,6 +45,9 @@ class ApplicationFixture : public ::testing::Test {
     std::string lineWith(const std::string& text) const;
     /// Starts the application's program once more.
     std::unique_ptr<Program> startAgain() const;
+    /// Makes start() start an installation without an effect, in installed().
+    void installWithoutEffect();
+    std::filesystem::path installed() const { return folder.path() / "installed"; }
     /// Focuses the application's window and moves the pointer off it.
     static void focus();
     /// Sends a key, by its xdotool name, to the application's window.

@@ -57,6 +57,15 @@ class PagesTest : public ApplicationFixture {
         ASSERT_TRUE(pollUntil([this] { return tree.shows("Play") && !tree.shows("Back"); }));
     }
 
+    static bool showsInstalledPage() {
+        // The ground of the pages, which the engine draws in another process.
+        return pollUntil([] {
+            const auto window = place();
+            return Screenshot().count(0xF7F8F9, window.x, window.y, window.width, window.height) >
+                   window.width * window.height / 2;
+        });
+    }
+
     Site site{{{"/", titled("Information", "<h1>About</h1>")},
                {"/DYNAMICS/", titled("Help", "<h1>Help</h1>")}}};
 };
@@ -98,16 +107,34 @@ TEST_F(PagesTest, WithoutASiteTheInstalledPagesAreShown) {
     key("F1");
     EXPECT_EQ(program->readUntil("https://"),
               (Lines{"ShowHelp", "navigationAction: ", "https://orvalo.example/DYNAMICS/"}));
-    // The ground of the pages, which the engine draws in another process.
-    EXPECT_TRUE(pollUntil([] {
-        const auto window = place();
-        return Screenshot().count(0xF7F8F9, window.x, window.y, window.width, window.height) >
-               window.width * window.height / 2;
-    }));
+    EXPECT_TRUE(showsInstalledPage());
     ASSERT_TRUE(pollUntil([this] { return std::filesystem::exists(opened()); }));
     std::string address;
     std::getline(std::ifstream(opened()), address);
     EXPECT_EQ(address, std::filesystem::path(ORVALO_TEST_STAGE "/share/orvalo/site/index.html"));
+    leavePage();
+    EXPECT_EQ(quit(), 0);
+    EXPECT_EQ(program->readAll(), Lines{});
+}
+
+TEST_F(PagesTest, WhileTheSiteDoesNotAnswerTheInstalledPageIsOffered) {
+    const Site silent{{{"/DYNAMICS/", {.manner = Page::Manner::never}}}};
+    environment["ORVALO_TEST_SITE"] = silent.address("").substr(0, silent.address("/").size() - 1);
+    start();
+    const auto shows = [this](const std::string& text) {
+        return pollUntil([&] {
+            const auto names = tree.names();
+            return std::ranges::find(names, text) != names.end();
+        });
+    };
+    key("F1");
+    EXPECT_EQ(program->readUntil("http://"),
+              (Lines{"ShowHelp", "navigationAction: ", silent.address("/DYNAMICS/")}));
+    EXPECT_TRUE(shows("Loading the page…"));
+    ASSERT_TRUE(tree.press("Show the Installed Page"));
+    EXPECT_TRUE(showsInstalledPage());
+    EXPECT_TRUE(pollUntil([this] { return !tree.shows("Show the Installed Page"); }));
+    EXPECT_EQ(silent.requested(), Lines{"/DYNAMICS/"});
     leavePage();
     EXPECT_EQ(quit(), 0);
     EXPECT_EQ(program->readAll(), Lines{});

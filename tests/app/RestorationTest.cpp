@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "tests/app/ApplicationFixture.h"
+#include "tests/app/Screenshot.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
@@ -60,11 +61,28 @@ TEST_F(RestorationTest, AUIOfThePortsShowsEachKind) {
         EXPECT_TRUE(waitFor(text)) << text;
     }
     EXPECT_FALSE(shows("Hidden"));
+    EXPECT_EQ(windowsNamed("^Orvalo – Many <Controls>$").size(), 1);
     EXPECT_FALSE(shows("Latency"));
     EXPECT_EQ(quit(), 0);
     EXPECT_THAT(program->standardError(),
                 HasSubstr("The UI of <urn:orvalo:test:few> cannot be shown: the plug-in "
                           "has none.\n"));
+}
+
+TEST_F(RestorationTest, BesideAUIOfThePortsTheStageIsAsTheDesktop) {
+    environment["ADW_DEBUG_COLOR_SCHEME"] = "prefer-light";
+    environment["ADW_DISABLE_PORTAL"] = "1";
+    start();
+    resize(1100, 500);
+    key("ctrl+e");
+    EXPECT_TRUE(waitFor("Many <Controls>"));
+    const auto window = place();
+    EXPECT_TRUE(pollUntil([&window] {
+        const Screenshot shot;
+        return shot.count(0xFAFAFA, window.x, window.y, 100, 400) == 100 * 400 &&
+               shot.count(0xFAFAFA, window.x + window.width - 100, window.y, 100, 400) == 100 * 400;
+    }));
+    EXPECT_EQ(quit(), 0);
 }
 
 TEST_F(RestorationTest, TheKeyboardSetsValuesAndTheMeterFollows) {

@@ -19,22 +19,10 @@ class StageTest : public ApplicationFixture {
   protected:
     bool shows(const std::string& text) const { return std::ranges::count(tree.names(), text) > 0; }
 
-    /// Lets start() start an installation without the effect.
-    void installWithoutEffect() {
-        fs::create_directories(installed() / "bin");
-        fs::create_directories(installed() / "lib");
-        const fs::path stage = ORVALO_TEST_STAGE;
-        fs::copy_file(executable, installed() / "bin/orvalo-on-loopback");
-        for (const auto* part : {"share", "libexec", "lib/orvalo"}) {
-            fs::create_directory_symlink(stage / part, installed() / part);
-        }
-        executable = installed() / "bin/orvalo-on-loopback";
-    }
     void installEffect() const {
         fs::create_directory_symlink(fs::path(ORVALO_TEST_STAGE "/lib/lv2"),
                                      installed() / "lib/lv2");
     }
-    fs::path installed() const { return folder.path() / "installed"; }
 };
 
 TEST_F(StageTest, TheWelcomeTextFollowsThePlayer) {
@@ -80,6 +68,8 @@ TEST_F(StageTest, AnEffectThatIsInstalledMeanwhileIsFoundByTheButton) {
 
 TEST_F(StageTest, BesideTheEffectItIsDark) {
     start();
+    // The effect's name is the program's.
+    EXPECT_EQ(windowsNamed("^Orvalo$").size(), 1);
     resize(1100, 500);
     key("ctrl+e");
     ASSERT_TRUE(pollUntil([] { return effectPlace().has_value(); }));

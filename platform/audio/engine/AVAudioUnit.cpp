@@ -57,8 +57,7 @@ std::vector<std::filesystem::path> groupFolders(const AVAudioUnitComponent& comp
     return {folder};
 }
 
-std::shared_ptr<AUAudioUnit> makeUnit(const AVAudioUnitComponent& component,
-                                      EffectLoading where) {
+std::shared_ptr<AUAudioUnit> makeUnit(const AVAudioUnitComponent& component, EffectLoading where) {
     const auto& uri = component.uri;
     const auto& description = component.audioComponentDescription;
     auto& world = LV2World::shared();
@@ -164,8 +163,7 @@ std::shared_ptr<AVAudioUnit> AVAudioUnit::instantiate(const AudioComponentDescri
         throw NSError("AVAudioUnit", 1, "No component matches " + orvalo::description(with));
     }
     const auto& component = components.front();
-    return std::make_shared<AVAudioUnit>(
-        makeUnit(*component, loading(options)));
+    return std::make_shared<AVAudioUnit>(makeUnit(*component, loading(options)));
 }
 
 AVAudioFormat AVAudioUnit::derivedFormat(const AVAudioFormat* input,

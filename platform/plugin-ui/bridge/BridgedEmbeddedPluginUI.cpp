@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <limits>
 #include <utility>
 #include <variant>
 
@@ -43,6 +44,11 @@ BridgedEmbeddedPluginUI::~BridgedEmbeddedPluginUI() {
     channel().setListener({});
 }
 
+float BridgedEmbeddedPluginUI::controlValue(std::uint32_t port) const {
+    return audio_ == nullptr ? std::numeric_limits<float>::quiet_NaN()
+                             : audio_->controlValues()[port].load(std::memory_order_relaxed);
+}
+
 void BridgedEmbeddedPluginUI::open() {
     makeContainer();
     isOpened_ = false;
@@ -60,11 +66,13 @@ void BridgedEmbeddedPluginUI::visibilityChanged() {
     }
 }
 
-void BridgedEmbeddedPluginUI::handle(const ServiceReady& /*event*/) {
+void BridgedEmbeddedPluginUI::handle(const ServiceReady& event) {
+    audio_ = event.audio;
     open();
 }
 
 void BridgedEmbeddedPluginUI::handle(const ServiceLost& /*event*/) {
+    audio_ = nullptr;
     stopTimeout();
     if (container() != nullptr) {
         container()->release();
@@ -74,14 +82,13 @@ void BridgedEmbeddedPluginUI::handle(const ServiceLost& /*event*/) {
 }
 
 void BridgedEmbeddedPluginUI::handle(const ServiceGivenUp& /*event*/) {
+    audio_ = nullptr;
     close("the effect has died too often, and playback goes on dry");
 }
 
 void BridgedEmbeddedPluginUI::handle(const PluginUIRefused& event) {
     leave();
-    if (const auto refused = onRefused) {
-        refused(event.error);
-    }
+    reportRefused(event.error);
 }
 
 void BridgedEmbeddedPluginUI::handle(const bridge::PluginUIOpened& event) {

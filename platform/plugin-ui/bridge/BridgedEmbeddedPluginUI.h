@@ -21,6 +21,11 @@ class BridgedEmbeddedPluginUI : public EmbeddedPluginUI {
                             Parent parent);
     ~BridgedEmbeddedPluginUI() override;
 
+    float controlValue(std::uint32_t port) const override;
+    void setControlValue(std::uint32_t port, float value) override {
+        channel().setControl(port, value);
+    }
+
   private:
     void resized(X11Size size) override;
     void lostWindow() override { expectWindow(); }
@@ -45,8 +50,9 @@ class BridgedEmbeddedPluginUI : public EmbeddedPluginUI {
     void stopTimeout();
 
     const std::shared_ptr<BridgedAudioUnit> unit_;
-    GSourcePointer timeout_;  // Null unless a window is missing.
-    bool isOpened_ = false;   // In the service.
+    std::shared_ptr<const SharedAudio> audio_;  // Null while there is no service.
+    GSourcePointer timeout_;                    // Null unless a window is missing.
+    bool isOpened_ = false;                     // In the service.
 };
 
 }  // namespace orvalo

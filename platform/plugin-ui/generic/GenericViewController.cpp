@@ -63,9 +63,10 @@ GenericViewController::GenericViewController(std::shared_ptr<LV2AudioUnit> unit,
     setMargins(page_);
     const auto presentation =
         PluginPresentation::read(unit_->world(), unit_->data(), ExpectedRendering{}.sampleRate);
-    auto* title = newText(presentation.title);
-    gtk_widget_add_css_class(title, "title-2");
-    gtk_box_append(GTK_BOX(page_), title);
+    setTitle(presentation.title);
+    auto* heading = newText(presentation.title);
+    gtk_widget_add_css_class(heading, "title-2");
+    gtk_box_append(GTK_BOX(page_), heading);
     if (!notice.empty()) {
         gtk_box_append(GTK_BOX(page_), newText(notice));
     }

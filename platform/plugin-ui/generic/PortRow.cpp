@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -22,6 +23,18 @@ void setName(GtkWidget* control, const PortPresentation& port) {
                                    port.name.c_str(), -1);
 }
 
+/// The value with its unit. Not every version of the toolkit passes the text of a value on.
+void setText(GtkWidget* scale, const std::string& text) {
+    gtk_accessible_update_property(GTK_ACCESSIBLE(scale), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT,
+                                   text.c_str(), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, text.c_str(),
+                                   -1);
+}
+
+const PortPresentation::Choice& nearestChoice(const PortPresentation& port, float value) {
+    return *std::ranges::min_element(
+        port.choices, {}, [value](const auto& choice) { return std::abs(choice.value - value); });
+}
+
 /// The wheel scrolls the page; over a control it would change a value by accident.
 void leaveWheelToPage(GtkWidget* control) {
     const GObjectPointer<GListModel> controllers(gtk_widget_observe_controllers(control));
@@ -36,11 +49,41 @@ void leaveWheelToPage(GtkWidget* control) {
 
 }  // namespace
 
-PortRow::PortRow(PortPresentation port, std::function<void(float)> set)
+PortRow::PortRow(PortPresentation port, std::function<void(float)> set, Form form)
     : port_(std::move(port)),
       set_(std::move(set)),
-      row_(adw_action_row_new()),
+      form_(form),
+      control_(nullptr),
       shown_(std::numeric_limits<float>::quiet_NaN()) {
+    control_ = makeControl();
+    setName(control_, port_);
+    if (form_ == Form::row) {
+        makeRow();
+    }
+    showNow(port_.defaultValue);
+}
+
+GtkWidget* PortRow::makeControl() {
+    using enum PortPresentation::Kind;
+    if (!port_.isInput) {
+        return makeMeter();
+    }
+    switch (port_.kind) {
+        case toggle:
+            return makeSwitch();
+        case trigger:
+            return makeTrigger();
+        case choice:
+            return form_ == Form::row ? makeChoice() : makeScale();
+        case number:
+        case integer:
+            break;
+    }
+    return makeScale();
+}
+
+void PortRow::makeRow() {
+    row_ = adw_action_row_new();
     auto* row = ADW_PREFERENCES_ROW(row_);
     // Names are no markup.
     adw_preferences_row_set_use_markup(row, FALSE);
@@ -51,19 +94,6 @@ PortRow::PortRow(PortPresentation port, std::function<void(float)> set)
     if (!port_.comment.empty()) {
         gtk_widget_set_tooltip_text(row_, port_.comment.c_str());
     }
-    using enum PortPresentation::Kind;
-    if (!port_.isInput) {
-        control_ = makeMeter();
-    } else if (port_.kind == toggle) {
-        control_ = makeSwitch();
-    } else if (port_.kind == choice) {
-        control_ = makeChoice();
-    } else if (port_.kind == trigger) {
-        control_ = makeTrigger();
-    } else {
-        control_ = makeScale();
-    }
-    setName(control_, port_);
     gtk_widget_set_valign(control_, GTK_ALIGN_CENTER);
     adw_action_row_add_suffix(ADW_ACTION_ROW(row_), control_);
     if (GTK_IS_SCALE(control_) || GTK_IS_LEVEL_BAR(control_)) {
@@ -73,7 +103,6 @@ PortRow::PortRow(PortPresentation port, std::function<void(float)> set)
         gtk_widget_add_css_class(text_, "numeric");
         adw_action_row_add_suffix(ADW_ACTION_ROW(row_), text_);
     }
-    showNow(port_.defaultValue);
 }
 
 PortRow::~PortRow() {
@@ -81,21 +110,42 @@ PortRow::~PortRow() {
 }
 
 GtkWidget* PortRow::makeScale() {
-    auto* scale = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, 0.0, 1.0, 0.01);
-    if (port_.kind == PortPresentation::Kind::integer) {
-        const double step = 1.0 / (double{port_.maximum} - double{port_.minimum});
-        gtk_range_set_increments(GTK_RANGE(scale), step, 10 * step);
+    // Assistive technology reads and sets the scale's own value.
+    const double least = countsPlaces() ? 0.0 : double{port_.minimum};
+    const double greatest = countsPlaces() ? 1.0 : double{port_.maximum};
+    const bool isWhole = port_.kind != PortPresentation::Kind::number;
+    double step = (greatest - least) / 100;
+    if (isWhole) {
+        step = countsPlaces() ? 1.0 / (double{port_.maximum} - double{port_.minimum}) : 1.0;
     }
+    auto* scale = gtk_scale_new(GTK_ORIENTATION_HORIZONTAL,
+                                gtk_adjustment_new(least, least, greatest, step, 10 * step, 0.0));
     gtk_scale_set_draw_value(GTK_SCALE(scale), FALSE);
-    gtk_scale_add_mark(GTK_SCALE(scale), port_.place(port_.defaultValue), GTK_POS_BOTTOM, nullptr);
-    gtk_widget_set_size_request(scale, kControlWidth, -1);
-    leaveWheelToPage(scale);
+    gtk_range_set_round_digits(GTK_RANGE(scale), -1);
+    if (form_ == Form::row) {
+        gtk_scale_add_mark(
+            GTK_SCALE(scale),
+            countsPlaces() ? port_.place(port_.defaultValue) : double{port_.defaultValue},
+            GTK_POS_BOTTOM, nullptr);
+        gtk_widget_set_size_request(scale, kControlWidth, -1);
+        leaveWheelToPage(scale);
+    }
     g_signal_connect_swapped(
-        scale, "value-changed", G_CALLBACK(+[](PortRow* self) {
-            self->userSets(self->port_.valueAt(gtk_range_get_value(GTK_RANGE(self->control_))));
-        }),
-        this);
+        scale, "value-changed",
+        G_CALLBACK(+[](PortRow* self) { self->userSets(self->valueOfScale()); }), this);
     return scale;
+}
+
+float PortRow::valueOfScale() const {
+    const double position = gtk_range_get_value(GTK_RANGE(control_));
+    if (countsPlaces()) {
+        return port_.valueAt(position);
+    }
+    const auto value = static_cast<float>(position);
+    if (port_.kind == PortPresentation::Kind::choice) {
+        return nearestChoice(port_, value).value;
+    }
+    return port_.kind == PortPresentation::Kind::integer ? std::round(value) : value;
 }
 
 GtkWidget* PortRow::makeSwitch() {
@@ -153,8 +203,12 @@ void PortRow::userSets(float value) {
     }
     userSetTime_ = g_get_monotonic_time();
     shown_ = value;
+    const auto text = port_.text(value);
     if (text_ != nullptr) {
-        gtk_label_set_text(GTK_LABEL(text_), port_.text(value).c_str());
+        gtk_label_set_text(GTK_LABEL(text_), text.c_str());
+    }
+    if (GTK_IS_SCALE(control_)) {
+        setText(control_, text);
     }
     set_(value);
 }
@@ -180,22 +234,16 @@ void PortRow::showNow(float value) {
     isShowing_ = true;
     const auto text = port_.text(value);
     if (GTK_IS_SCALE(control_)) {
-        gtk_range_set_value(GTK_RANGE(control_), port_.place(value));
-        gtk_accessible_update_property(GTK_ACCESSIBLE(control_), GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT,
-                                       text.c_str(), -1);
+        gtk_range_set_value(GTK_RANGE(control_),
+                            countsPlaces() ? port_.place(value) : double{value});
+        setText(control_, text);
     } else if (GTK_IS_LEVEL_BAR(control_)) {
         gtk_level_bar_set_value(GTK_LEVEL_BAR(control_), port_.place(value));
     } else if (GTK_IS_SWITCH(control_)) {
         gtk_switch_set_active(GTK_SWITCH(control_), value > 0.0F ? TRUE : FALSE);
     } else if (GTK_IS_DROP_DOWN(control_)) {
-        guint nearest = 0;
-        for (guint index = 1; index < port_.choices.size(); ++index) {
-            if (std::abs(port_.choices[index].value - value) <
-                std::abs(port_.choices[nearest].value - value)) {
-                nearest = index;
-            }
-        }
-        gtk_drop_down_set_selected(GTK_DROP_DOWN(control_), nearest);
+        const auto chosen = &nearestChoice(port_, value) - port_.choices.data();
+        gtk_drop_down_set_selected(GTK_DROP_DOWN(control_), static_cast<guint>(chosen));
     }
     if (text_ != nullptr) {
         gtk_label_set_text(GTK_LABEL(text_), text.c_str());

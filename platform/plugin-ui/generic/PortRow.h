@@ -12,30 +12,41 @@ namespace orvalo {
 /// thread.
 class PortRow {
   public:
+    enum class Form {
+        row,      ///< With the port's name and value.
+        control,  ///< The control alone, for assistive technology: a choice is a slider.
+    };
+
     /// set: gets each value that the user sets.
-    PortRow(PortPresentation port, std::function<void(float)> set);
+    PortRow(PortPresentation port, std::function<void(float)> set, Form form = Form::row);
     /// The row's widget must not be used any more.
     ~PortRow();
     PortRow(const PortRow&) = delete;
     PortRow& operator=(const PortRow&) = delete;
 
     const PortPresentation& port() const { return port_; }
-    GtkWidget* widget() const { return row_; }
+    GtkWidget* widget() const { return row_ == nullptr ? control_ : row_; }
     /// Shows the plug-in's value, unless the user has just set another one.
     void show(float value);
 
   private:
+    GtkWidget* makeControl();
+    void makeRow();
     GtkWidget* makeScale();
     GtkWidget* makeSwitch();
     GtkWidget* makeChoice();
     GtkWidget* makeTrigger();
-    static GtkWidget* makeMeter();
+    GtkWidget* makeMeter();
+    /// Whether the scale counts in places between the minimum and the maximum.
+    bool countsPlaces() const { return form_ == Form::row && port_.isLogarithmic; }
+    float valueOfScale() const;
     void userSets(float value);
     void showNow(float value);
 
     const PortPresentation port_;
     const std::function<void(float)> set_;
-    GtkWidget* row_;
+    const Form form_;
+    GtkWidget* row_ = nullptr;  // Null in the form of a control.
     GtkWidget* control_ = nullptr;
     GtkWidget* text_ = nullptr;  // Null for switches, choices and triggers.
     float shown_;

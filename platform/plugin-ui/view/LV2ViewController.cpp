@@ -8,6 +8,7 @@
 
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
+#include "platform/audio/unit/ExpectedRendering.h"
 #include "platform/plugin-ui/bridge/BridgedEmbeddedPluginUI.h"
 #include "platform/plugin-ui/generic/GenericViewController.h"
 #include "platform/plugin-ui/view/WindowShortcuts.h"
@@ -38,11 +39,18 @@ bool canEmbed() {
     return display != nullptr && GDK_IS_X11_DISPLAY(display);
 }
 
+// Milliseconds between two looks at the control values, which few people need quickly.
+constexpr unsigned kControlsPeriod = 500;
+
 constexpr const char* kNoX11 =
     "it is an X11 window, and this desktop has no X server (on Wayland, install Xwayland)";
 
 void report(const NSError& error) {
     g_warning("%s", error.localizedDescription().c_str());
+}
+
+PluginPresentation presentation(const LV2AudioUnit& unit) {
+    return PluginPresentation::read(unit.world(), unit.data(), ExpectedRendering{}.sampleRate);
 }
 
 std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<LV2LocalAudioUnit>& unit,
@@ -53,6 +61,7 @@ std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<LV2Local
         [unit, data, library = std::move(library)](const auto& connection, const auto& parent) {
             return std::make_unique<LV2EmbeddedPluginUI>(connection, unit, data, parent);
         },
+        [unit] { return presentation(*unit); },
         // Making the UI occupies this thread, which other work may need first.
         G_PRIORITY_DEFAULT_IDLE);
 }
@@ -64,6 +73,7 @@ std::shared_ptr<LV2ViewController> makeController(const std::shared_ptr<BridgedA
         [unit, isFixedSize = data.isFixedSize](const auto& connection, const auto& parent) {
             return std::make_unique<BridgedEmbeddedPluginUI>(connection, unit, isFixedSize, parent);
         },
+        [unit] { return presentation(*unit); },
         // The service makes the UI while this process draws its window.
         G_PRIORITY_DEFAULT);
 }
@@ -102,17 +112,22 @@ void LV2ViewController::enable() {
 }
 
 std::shared_ptr<LV2ViewController> LV2ViewController::make(const LV2PluginUIData& data, Open open,
+                                                           ReadControls readControls,
                                                            int openPriority) {
-    auto result = std::make_shared<LV2ViewController>(data, std::move(open), openPriority);
+    auto result = std::make_shared<LV2ViewController>(data, std::move(open),
+                                                      std::move(readControls), openPriority);
+    result->setTitle(data.title);
     result->setView(result->container_);
     return result;
 }
 
-LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, int openPriority)
+LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI,
+                                     ReadControls readControls, int openPriority)
     : AUViewController(std::nullopt, nullptr),
       data_(std::move(data)),
       open_(std::move(openPluginUI)),
-      container_(std::make_shared<X11ContainerView>(openPriority)) {
+      container_(std::make_shared<X11ContainerView>(openPriority)),
+      readControls_(std::move(readControls)) {
     container_->onToplevel = [this](const auto& place) {
         if (pluginUI_ == nullptr && !hasFailed_) {
             open(place);
@@ -121,6 +136,7 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, in
     container_->onPlace = [this](const auto& place) { this->place(place); };
     container_->onHidden = [this] {
         hasFailed_ = false;
+        watchControls(false);
         if (pluginUI_ != nullptr) {
             pluginUI_->setVisible(false);
         }
@@ -139,6 +155,8 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI, in
 }
 
 LV2ViewController::~LV2ViewController() {
+    watchControls(false);
+    container_->setAccessible(nullptr);
     // The view may live longer.
     container_->onToplevel = nullptr;
     container_->onPlace = nullptr;
@@ -159,6 +177,7 @@ void LV2ViewController::place(const X11ContainerView::Place& place) {
     if (pluginUI_ != nullptr) {
         pluginUI_->place(place.area, place.visible);
         pluginUI_->setVisible(true);
+        watchControls(true);
     }
 }
 
@@ -207,6 +226,44 @@ void LV2ViewController::showCondition() {
     const auto least = pluginUI_->rules().minimumSize();
     const auto points = [this](int pixels) { return (pixels + scaleFactor_ - 1) / scaleFactor_; };
     container_->setMinimumSize(points(least.width), points(least.height));
+}
+
+void LV2ViewController::watchControls(bool isShown) {
+    if (isShown == (controlsTimer_ != nullptr)) {
+        return;
+    }
+    if (!isShown) {
+        g_source_destroy(controlsTimer_.get());
+        controlsTimer_ = nullptr;
+        return;
+    }
+    controlsTimer_.reset(g_timeout_source_new(kControlsPeriod));
+    // After what the user sees.
+    g_source_set_priority(controlsTimer_.get(), G_PRIORITY_LOW);
+    g_source_set_callback(
+        controlsTimer_.get(),
+        [](void* self) -> gboolean {
+            static_cast<LV2ViewController*>(self)->refreshControls();
+            return G_SOURCE_CONTINUE;
+        },
+        this, nullptr);
+    g_source_attach(controlsTimer_.get(), nullptr);
+}
+
+void LV2ViewController::refreshControls() {
+    if (pluginUI_ == nullptr) {
+        return;
+    }
+    if (controls_ == nullptr) {
+        controls_ = std::make_unique<AccessibleControls>(
+            readControls_(), [this](std::uint32_t port, float value) {
+                if (pluginUI_ != nullptr) {
+                    pluginUI_->setControlValue(port, value);
+                }
+            });
+        container_->setAccessible(controls_->widget());
+    }
+    controls_->refresh([this](std::uint32_t port) { return pluginUI_->controlValue(port); });
 }
 
 void LV2ViewController::close() {

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/foundation/GLibPointer.h"
+#include "platform/plugin-ui/generic/AccessibleControls.h"
 #include "platform/plugin-ui/view/AUViewController.h"
 #include "platform/plugin-ui/view/X11ContainerView.h"
 #include "platform/plugin-ui/x11/EmbeddedPluginUI.h"
@@ -14,8 +16,9 @@ namespace orvalo {
 
 /// The X11 UI of an LV2 unit, whose code runs in this process or in an effect service. The UI is
 /// opened, hidden, when its view gets a toplevel window, and closed when the view leaves that
-/// window. Where the UI cannot be opened, has closed or is restarting, the view says so; a UI that
-/// failed or closed is opened again when the view next appears on screen. Main thread.
+/// window. Its control inputs are beside it as AccessibleControls. Where the UI cannot be opened,
+/// has closed or is restarting, the view says so; a UI that failed or closed is opened again when
+/// the view next appears on screen. Main thread.
 class LV2ViewController : public AUViewController {
   public:
     /// From now on requestViewController() of an LV2 unit returns such a controller; when the UI
@@ -27,12 +30,16 @@ class LV2ViewController : public AUViewController {
     using Open = std::function<std::unique_ptr<EmbeddedPluginUI>(
         const std::shared_ptr<X11Connection>&, const EmbeddedPluginUI::Parent&)>;
 
+    /// Reads what the UI's controls are, for assistive technology.
+    using ReadControls = std::function<PluginPresentation()>;
+
     /// openPriority: in the main loop, of opening the UI before its view is on screen.
     static std::shared_ptr<LV2ViewController> make(const LV2PluginUIData& data, Open open,
-                                                   int openPriority);
+                                                   ReadControls readControls, int openPriority);
 
     /// For make(), which adds the view.
-    LV2ViewController(LV2PluginUIData data, Open openPluginUI, int openPriority);
+    LV2ViewController(LV2PluginUIData data, Open openPluginUI, ReadControls readControls,
+                      int openPriority);
     ~LV2ViewController() override;
 
   private:
@@ -43,6 +50,8 @@ class LV2ViewController : public AUViewController {
     void closed(const std::string& reason);
     void refused(const std::string& line);
     void fail(const std::string& message);
+    void watchControls(bool isShown);
+    void refreshControls();
 
     const LV2PluginUIData data_;
     const Open open_;
@@ -50,7 +59,10 @@ class LV2ViewController : public AUViewController {
     std::unique_ptr<EmbeddedPluginUI> pluginUI_;
     unsigned long toplevel_ = 0;  // Of the open UI, as is scaleFactor_.
     int scaleFactor_ = 1;
-    bool hasFailed_ = false;  // Since the view came on screen.
+    const ReadControls readControls_;
+    std::unique_ptr<AccessibleControls> controls_;  // Null until the UI has been shown.
+    GSourcePointer controlsTimer_;                  // While the UI is on screen.
+    bool hasFailed_ = false;                        // Since the view came on screen.
 };
 
 }  // namespace orvalo

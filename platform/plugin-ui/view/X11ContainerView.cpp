@@ -100,7 +100,9 @@ X11ContainerView::X11ContainerView(int toplevelPriority)
     focus_ = gtk_event_controller_focus_new();
     g_signal_connect(focus_, "enter", G_CALLBACK(forward<&X11ContainerView::focused>), this);
     gtk_widget_add_controller(socket_, focus_);
-    gtk_box_append(GTK_BOX(content_), socket_);
+    covered_ = gtk_overlay_new();
+    gtk_overlay_set_child(GTK_OVERLAY(covered_), socket_);
+    gtk_box_append(GTK_BOX(content_), covered_);
     auto* scroller = GTK_SCROLLED_WINDOW(widget());
     // It has nothing to do for the keyboard; what is inside has.
     gtk_widget_set_focusable(widget(), FALSE);
@@ -272,7 +274,17 @@ void X11ContainerView::setMessage(const std::string& message, bool retries) {
     gtk_label_set_text(GTK_LABEL(label_), message.c_str());
     gtk_widget_set_visible(notice_, message.empty() ? FALSE : TRUE);
     gtk_widget_set_visible(retry_, retries ? TRUE : FALSE);
-    gtk_widget_set_visible(socket_, message.empty() ? TRUE : FALSE);
+    gtk_widget_set_visible(covered_, message.empty() ? TRUE : FALSE);
+}
+
+void X11ContainerView::setAccessible(GtkWidget* widget) {
+    if (accessible_ != nullptr) {
+        gtk_overlay_remove_overlay(GTK_OVERLAY(covered_), accessible_);
+    }
+    accessible_ = widget;
+    if (accessible_ != nullptr) {
+        gtk_overlay_add_overlay(GTK_OVERLAY(covered_), accessible_);
+    }
 }
 
 void X11ContainerView::mapped() {

@@ -37,6 +37,8 @@ class X11ContainerView : public UIView {
     /// Shows a text in the middle of the view; empty for none. retries: with a button that calls
     /// onRetry.
     void setMessage(const std::string& message, bool retries = false);
+    /// Adds a widget that only assistive technology sees, over the foreign window; null for none.
+    void setAccessible(GtkWidget* widget);
     /// As onPlace got it last; without a toplevel while the view is not on screen.
     const Place& place() const { return place_; }
 
@@ -79,6 +81,8 @@ class X11ContainerView : public UIView {
     GtkWidget* notice_;
     GtkWidget* label_;
     GtkWidget* retry_;
+    GtkWidget* covered_;  // Has the socket.
+    GtkWidget* accessible_ = nullptr;
     GtkWidget* socket_;          // Takes the toolkit's focus for the foreign window.
     GtkEventController* focus_;  // The socket's.
     GtkWidget* root_ = nullptr;

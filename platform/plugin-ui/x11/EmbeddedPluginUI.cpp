@@ -88,4 +88,10 @@ void EmbeddedPluginUI::reportClosed(const std::string& reason) {
     }
 }
 
+void EmbeddedPluginUI::reportRefused(const std::string& line) {
+    if (const auto refused = std::exchange(onRefused, nullptr)) {
+        refused(line);
+    }
+}
+
 }  // namespace orvalo

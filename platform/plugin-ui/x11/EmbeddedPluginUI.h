@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -50,6 +51,11 @@ class EmbeddedPluginUI {
     /// Whether the effect service is restarting; until it has restarted there is no UI.
     bool isRestarting() const { return isRestarting_; }
 
+    /// The value of the control port of that index; NaN while unknown.
+    virtual float controlValue(std::uint32_t port) const = 0;
+    /// Sets a control input, which the UI then shows.
+    virtual void setControlValue(std::uint32_t port, float value) = 0;
+
     /// rules() or isRestarting() has changed. May be empty.
     std::function<void()> onChange;
     /// The UI got a key, does not use it, and sent it to the host. The object may be destroyed
@@ -81,6 +87,8 @@ class EmbeddedPluginUI {
     void reportChange() const;
     /// Calls onClosed, once.
     void reportClosed(const std::string& reason);
+    /// Calls onRefused, once.
+    void reportRefused(const std::string& line);
 
     /// The UI's window has a new size.
     virtual void resized(X11Size size) = 0;

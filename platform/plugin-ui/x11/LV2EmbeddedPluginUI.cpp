@@ -24,8 +24,7 @@ LV2EmbeddedPluginUI::LV2EmbeddedPluginUI(std::shared_ptr<X11Connection> connecti
 }
 
 LV2EmbeddedPluginUI::~LV2EmbeddedPluginUI() {
-    onClosed = nullptr;
-    close({});
+    end();
 }
 
 void LV2EmbeddedPluginUI::open() {
@@ -49,7 +48,8 @@ void LV2EmbeddedPluginUI::reopen() {
         open();
         reportChange();
     } catch (const NSError& error) {
-        close(error.localizedDescription());
+        end();
+        reportRefused(error.localizedDescription());
     }
 }
 
@@ -99,11 +99,15 @@ void LV2EmbeddedPluginUI::update() {
     }
 }
 
-void LV2EmbeddedPluginUI::close(const std::string& reason) {
+void LV2EmbeddedPluginUI::end() {
     timer_ = nullptr;
     enter();
     container()->release();
     pluginUI_ = nullptr;
+}
+
+void LV2EmbeddedPluginUI::close(const std::string& reason) {
+    end();
     reportClosed(reason);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,11 @@ class LV2EmbeddedPluginUI : public EmbeddedPluginUI {
                         Parent parent);
     ~LV2EmbeddedPluginUI() override;
 
+    float controlValue(std::uint32_t port) const override { return unit_->controls().value(port); }
+    void setControlValue(std::uint32_t port, float value) override {
+        unit_->controls().setValue(port, value);
+    }
+
   private:
     void resized(X11Size size) override;
     void lostWindow() override { close("it has lost its window"); }
@@ -31,6 +37,7 @@ class LV2EmbeddedPluginUI : public EmbeddedPluginUI {
     void reopen();
     void enter() const;
     void update();
+    void end();
     void close(const std::string& reason);
 
     const std::shared_ptr<LV2LocalAudioUnit> unit_;

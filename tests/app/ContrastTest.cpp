@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <map>
+
+#include "platform/web/WebSandbox.h"
+#include "tests/app/ApplicationFixture.h"
+#include "tests/app/Screenshot.h"
+#include "tests/platform/web/Site.h"
+#include "tests/testing/WaitUntil.h"
+
+namespace orvalo::testing {
+
+namespace {
+
+/// The relative luminance of WCAG 2.
+double luminance(std::uint32_t pixel) {
+    const auto linear = [pixel](unsigned shift) {
+        const double share = static_cast<double>((pixel >> shift) & 0xFFU) / 255.0;
+        return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
+}
+
+double contrast(std::uint32_t one, std::uint32_t other) {
+    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
+    return (high + 0.05) / (low + 0.05);
+}
+
+constexpr double kLeast = 4.5;
+constexpr auto kWelcome =
+    "Press play to hear a demonstration through the effect.\n"
+    "The Effect button shows the effect’s own controls here.";
+
+/// The parameter: the colour scheme of the desktop.
+class ContrastTest : public ApplicationFixture, public ::testing::WithParamInterface<const char*> {
+  protected:
+    ContrastTest() {
+        environment["ADW_DEBUG_COLOR_SCHEME"] = GetParam();
+        environment["ADW_DISABLE_PORTAL"] = "1";
+    }
+
+    bool shows(const std::string& text) const {
+        return pollUntil([&] { return std::ranges::count(tree.names(), text) > 0; });
+    }
+
+    /// The text's colour farthest from its ground, the most frequent colour of its place.
+    static double contrastOf(const Screenshot& shot, const AccessibleTree::Text& text) {
+        const auto window = place();
+        std::map<std::uint32_t, int> counts;
+        const int right = std::min(window.x + text.x + text.width, shot.width());
+        const int bottom = std::min(window.y + text.y + text.height, shot.height());
+        for (int y = std::max(window.y + text.y, 0); y < bottom; ++y) {
+            for (int x = std::max(window.x + text.x, 0); x < right; ++x) {
+                ++counts[shot.at(x, y)];
+            }
+        }
+        if (counts.empty()) {
+            return kLeast;  // It is in a list that is closed.
+        }
+        const auto ground =
+            std::ranges::max_element(counts, {}, [](const auto& count) { return count.second; });
+        double result = 0.0;
+        for (const auto& [color, count] : counts) {
+            result = std::max(result, contrast(color, ground->first));
+        }
+        return result;
+    }
+
+    /// Each text of the window, once what moves has come to rest. covered: texts under the stage of
+    /// the effect. A text that is there twice counts once.
+    void expectLegible(const std::string& what, const std::vector<std::string>& expected,
+                       const std::vector<std::string>& covered = {}) {
+        for (const auto& text : expected) {
+            EXPECT_TRUE(shows(text)) << what;
+        }
+        focus();
+        std::map<std::string, double> contrasts;
+        EXPECT_TRUE(pollUntil([&] {
+            const auto texts = tree.texts();
+            const Screenshot shot;
+            contrasts.clear();
+            for (const auto& text : texts) {
+                if (!text.text.empty() && std::ranges::count(covered, text.text) == 0) {
+                    auto& found = contrasts[text.text];
+                    found = std::max(found, contrastOf(shot, text));
+                }
+            }
+            return !contrasts.empty() && std::ranges::all_of(contrasts, [](const auto& text) {
+                return text.second >= kLeast;
+            });
+        })) << what
+            << ": " << ::testing::PrintToString(contrasts);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Schemes, ContrastTest, ::testing::Values("prefer-light", "prefer-dark"),
+                         [](const auto& scheme) {
+                             return std::string(scheme.param) == "prefer-light" ? "light" : "dark";
+                         });
+
+TEST_P(ContrastTest, TheMainScreen) {
+    start();
+    expectLegible("at first", {"Orvalo", "Effect", kWelcome});
+    key("space");
+    expectLegible("playing", {"A demonstration plays through the effect.\n"
+                              "The Effect button shows the effect’s controls: turn them and "
+                              "listen."});
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_P(ContrastTest, AUIMadeFromPorts) {
+    environment["LV2_PATH"] = ORVALO_MANY_CONTROLS "/few";
+    start();
+    resize(1000, 900);
+    key("ctrl+e");
+    expectLegible("ports", {"Level", "-20.0 dB", "Square", "Meters", "Meter"},
+                  {"Orvalo", kWelcome});
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_P(ContrastTest, APageThatDoesNotCome) {
+    const Site silent{{{"/DYNAMICS/", {.manner = Page::Manner::never}}}};
+    const auto address = silent.address("/");
+    environment["ORVALO_TEST_SITE"] = address.substr(0, address.size() - 1);
+    // The leak check would read memory that the web engine protects, and crash.
+    environment["ASAN_OPTIONS"] = "detect_leaks=0";
+    if (sandboxProblem()) {
+        environment["WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"] = "1";
+    }
+    start();
+    key("F1");
+    expectLegible("loading", {"Loading the page…", "Back", "Show the Installed Page"});
+    key("Escape");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_P(ContrastTest, TheTextsOfAStageWithoutAnEffect) {
+    installWithoutEffect();
+    program = startAgain();
+    EXPECT_EQ(lineWith("ERROR:"), "ERROR: There were no audio units found.");
+    expectLegible("welcome", {"Try Again"});
+    key("ctrl+e");
+    expectLegible("stage", {"Try Again"}, {"Orvalo"});
+    EXPECT_EQ(quit(), 0);
+}
+
+}  // namespace
+
+}  // namespace orvalo::testing
