@@ -133,8 +133,8 @@ double Measuring::linkError(double difference) const {
 double Measuring::cost(bool isDefault) {
     auto& effect = isDefault ? default_ : set_;
     if (effect == nullptr) {
-        effect = std::make_unique<Effect>(world_, plugin_,
-                                          isDefault ? Settings{} : contender_.normal);
+        effect =
+            std::make_unique<Effect>(world_, plugin_, isDefault ? Settings{} : contender_.normal);
     }
     static const Stereo input = noise(-6.0, second);
     const double start = threadNanoseconds();

@@ -100,8 +100,9 @@ TEST_F(ManualTest, HasEveryControlWithItsRangeAndUnit) {
     const auto first = page.find("<table class=\"controls\">");
     ASSERT_NE(first, std::string::npos);
     const std::string table = page.substr(first, page.find("</table>", first) - first);
-    const std::regex pattern("<tr><th scope=\"row\">([^<]*)</th><td class=\"range\">([^<]*)</td>"
-                             "<td class=\"start\">([^<]*)</td>");
+    const std::regex pattern(
+        "<tr><th scope=\"row\">([^<]*)</th><td class=\"range\">([^<]*)</td>"
+        "<td class=\"start\">([^<]*)</td>");
     std::map<std::string, Row> rows;
     for (std::sregex_iterator i(table.begin(), table.end(), pattern), end; i != end; ++i) {
         rows[(*i)[1]] = {.range = (*i)[2], .start = (*i)[3]};
@@ -125,8 +126,8 @@ TEST_F(ManualTest, ShowsEveryPresetWithItsDescription) {
         const auto* preset = lilv_nodes_get(presets, i);
         lilv_world_load_resource(world_.world(), preset);
         const auto text = [&](const char* property) {
-            const Node node(lilv_world_get(world_.world(), preset, world_.uri(property).get(),
-                                           nullptr));
+            const Node node(
+                lilv_world_get(world_.world(), preset, world_.uri(property).get(), nullptr));
             return std::string(lilv_node_as_string(node.get()));
         };
         const auto item = "<li><strong>" + text(LILV_NS_RDFS "label") + "</strong><br/>" +
