@@ -44,6 +44,7 @@ std::vector<double> medianCosts(std::vector<Measuring>& all, bool isDefault, int
         }
     }
     std::vector<double> medians;
+    medians.reserve(costs.size());
     for (const auto& values : costs) {
         medians.push_back(median(values));
     }
