@@ -43,7 +43,8 @@ class Measuring {
     /// other one and of that one, which has 0 dB.
     double linkError(double difference) const;
 
-    /// Nanoseconds per frame for a second of noise, at the effect's defaults or at these settings.
+    /// The processor's nanoseconds per frame for a second of noise, at the effect's defaults or at
+    /// these settings.
     double cost(bool isDefault);
 
     std::uint32_t latency() const;

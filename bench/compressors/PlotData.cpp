@@ -34,6 +34,7 @@ class Table {
     void addColumns(const std::vector<std::vector<double>>& columns, double first, double step) {
         for (std::size_t row = 0; row < columns.front().size(); ++row) {
             std::vector<double> values;
+            values.reserve(columns.size());
             for (const auto& column : columns) {
                 values.push_back(column[row]);
             }
@@ -59,7 +60,7 @@ auto each(const std::vector<Measuring>& all, Measure measure) {
 
 void writePlotData(const std::vector<Measuring>& all, const std::filesystem::path& folder) {
     Table curve(all, folder / "curve.dat");
-    for (double level = -50.0; level <= 0.0; level += 2.0) {
+    for (int level = -50; level <= 0; level += 2) {
         curve.add(level, each(all, [&](const Measuring& one) { return one.curve(level); }));
     }
     constexpr double start = -100.0;
@@ -83,11 +84,11 @@ void writePlotData(const std::vector<Measuring>& all, const std::filesystem::pat
     alias.addColumns(each(all, [](const Measuring& one) { return one.spectrumAtSpeed(bands); }),
                      0.5 * width, width);
     Table overshoot(all, folder / "overshoot.dat");
-    for (double level = -12.0; level <= 6.0; level += 1.0) {
+    for (int level = -12; level <= 6; ++level) {
         overshoot.add(level, each(all, [&](const Measuring& one) { return one.overshoot(level); }));
     }
     Table link(all, folder / "link.dat");
-    for (double difference = 0.0; difference <= 40.0; difference += 2.0) {
+    for (int difference = 0; difference <= 40; difference += 2) {
         link.add(difference,
                  each(all, [&](const Measuring& one) { return one.linkError(difference); }));
     }

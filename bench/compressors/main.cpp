@@ -1,5 +1,5 @@
-// Measures compressors on the LV2 path in the same way, and prints one table. With the option `plots` and
-// a folder it also writes there what plots.gp draws.
+// Measures compressors on the LV2 path in the same way, and prints one table. With the option
+// `plots` and a folder it also writes there what plots.gp draws.
 
 #include <array>
 #include <cmath>
@@ -44,6 +44,7 @@ std::vector<double> medianCosts(std::vector<Measuring>& all, bool isDefault, int
         }
     }
     std::vector<double> medians;
+    medians.reserve(costs.size());
     for (const auto& values : costs) {
         medians.push_back(median(values));
     }
@@ -84,7 +85,8 @@ int main(int argc, char** argv) {
         if (world.find(contender.uri) != nullptr) {
             present.push_back(contender);
         } else {
-            static_cast<void>(std::fprintf(stderr, "%s is not installed.\n", contender.name.c_str()));
+            static_cast<void>(
+                std::fprintf(stderr, "%s is not installed.\n", contender.name.c_str()));
         }
     }
     try {

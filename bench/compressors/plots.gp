@@ -29,11 +29,11 @@ set xlabel "ms"
 set yrange [-0.1:1.2]
 set xrange [-5:60]
 set output plotted("attack")
-part(i, file) = sprintf("awk -F'\\t' -v c=%d 'NR==2{f=$c} {r[NR]=$c; x[NR]=$1} END{print \"x\\t\" r[1]; for(n=2;n<=NR;n+=12) print x[n] \"\\t\" (r[n]-f)/(r[NR]-f)}' %s", i, file)
-plot for [i=2:9] "<" . part(i, "attack.dat") using 1:2 with lines title columnheader(2)
+part(i, file, step) = sprintf("awk -F'\\t' -v c=%d 'NR==2{f=$c} {r[NR]=$c; x[NR]=$1} END{print \"x\\t\" r[1]; for(n=2;n<=NR;n+=%d) print x[n] \"\\t\" (r[n]-f)/(r[NR]-f)}' %s", i, step, file)
+plot for [i=2:9] "<" . part(i, "attack.dat", 12) using 1:2 with lines title columnheader(2)
 set output plotted("release")
 set xrange [-20:500]
-plot for [i=2:9] "<" . part(i, "release.dat") using 1:2 with lines title columnheader(2)
+plot for [i=2:9] "<" . part(i, "release.dat", 60) using 1:2 with lines title columnheader(2)
 
 set output plotted("thd")
 set xlabel "Hz"

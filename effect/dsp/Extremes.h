@@ -7,8 +7,8 @@
 
 namespace orvalo::effect {
 
-// The order of numbers of at least 0 is that of their bits. Running extremes of whole numbers become
-// vector code, those of floating-point numbers do not.
+// The order of numbers of at least 0 is that of their bits. Running extremes of whole numbers
+// become vector code, those of floating-point numbers do not.
 
 /// The highest of `start` and the values, all at least 0.
 inline float highest(const float* values, std::uint32_t count, float start) {

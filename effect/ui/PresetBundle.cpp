@@ -9,9 +9,9 @@
 #include <charconv>
 #include <fstream>
 #include <iterator>
-#include <set>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <system_error>
 

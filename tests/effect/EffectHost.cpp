@@ -36,7 +36,8 @@ EffectHost::EffectHost(const Setup& setup)
     const LV2_Feature optionsFeature{LV2_OPTIONS__options, options.data()};
     const LV2_Feature mapFeature{LV2_URID__map, uris_.map()};
     const std::array<const LV2_Feature*, 3> features{&optionsFeature, &mapFeature, nullptr};
-    instance_ = lilv_plugin_instantiate(plugin_, setup.rate, setup.midi ? features.data() : nullptr);
+    instance_ =
+        lilv_plugin_instantiate(plugin_, setup.rate, setup.midi ? features.data() : nullptr);
     if (instance_ != nullptr) {
         connectControls(setup.midi);
     }

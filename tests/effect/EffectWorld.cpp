@@ -23,8 +23,7 @@ const LilvPlugin* EffectWorld::find(const std::string& uri) const {
     const auto* plugin =
         lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world_.get()), node.get());
     if (plugin == nullptr) {
-        static_cast<void>(
-            std::fprintf(stderr, "%s is not on " EFFECT_LV2_PATH "\n", uri.c_str()));
+        static_cast<void>(std::fprintf(stderr, "%s is not on " EFFECT_LV2_PATH "\n", uri.c_str()));
         std::exit(1);
     }
     return plugin;

@@ -28,9 +28,7 @@ class EffectWorld {
     Node uri(const std::string& uri) const { return Node(lilv_new_uri(world_.get(), uri.c_str())); }
 
     /// The presets by label: control values by symbol.
-    std::map<std::string, std::map<std::string, float>> presets() const {
-        return presets(plugin_);
-    }
+    std::map<std::string, std::map<std::string, float>> presets() const { return presets(plugin_); }
     std::map<std::string, std::map<std::string, float>> presets(const LilvPlugin* plugin) const;
 
   private:

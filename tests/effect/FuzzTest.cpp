@@ -19,7 +19,8 @@ using namespace orvalo::testing;
 class Fuzzer {
   public:
     explicit Fuzzer(std::uint32_t seed)
-        : random_(seed), host_({.rate = rate(), .midiRoom = 16 + below(400), .hasSideChain = true}) {}
+        : random_(seed),
+          host_({.rate = rate(), .midiRoom = 16 + below(400), .hasSideChain = true}) {}
 
     void run(int blocks) {
         host_.activate();

@@ -109,7 +109,7 @@ TEST_F(OtherHostsTest, Lv2applyPlaysWhatTheEffectGives) {
 }
 
 TEST_F(OtherHostsTest, FfmpegPlaysWhatTheEffectGives) {
-    std::string filter = "lv2=p=urn\\\\:tessaly\\\\:orvalo:c=";
+    std::string filter = R"(lv2=p=urn\\:tessaly\\:orvalo:c=)";
     for (const auto& [symbol, value] : settings) {
         filter += std::string(symbol) + "=" + std::to_string(value) + "|";
     }

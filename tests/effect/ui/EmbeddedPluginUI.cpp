@@ -115,8 +115,8 @@ EmbeddedPluginUI::EmbeddedPluginUI(HostWindow& host, const Offer& offer)
     }
     features.push_back(nullptr);
     LV2UI_Widget widget = nullptr;
-    handle_ = descriptor_->instantiate(descriptor_, offer.plugin, EFFECT_BUNDLE, write,
-                                       this, &widget, features.data());
+    handle_ = descriptor_->instantiate(descriptor_, offer.plugin, EFFECT_BUNDLE, write, this,
+                                       &widget, features.data());
     window_ = reinterpret_cast<Window>(widget);
 }
 
