@@ -53,10 +53,9 @@ TEST(TruePeak, DoesNotDependOnTheBlocks) {
     const float expected = whole.highest(samples.data(), 64, 1.0F, 0.0F);
     float found = 0.0F;
     for (std::uint32_t done = 0; done < 64;) {
-        const std::uint32_t count = done % 7 + 1;
-        const std::uint32_t length = std::min(count, 64 - done);
-        found = sliced.highest(samples.data() + done, length, 1.0F, found);
-        done += length;
+        const std::uint32_t count = std::min(done % 7 + 1, 64 - done);
+        found = sliced.highest(samples.data() + done, count, 1.0F, found);
+        done += count;
     }
     EXPECT_EQ(found, expected);
 }
