@@ -49,17 +49,19 @@ EffectState::Values valuesOf(const LilvState* state) {
 }  // namespace
 
 void EffectState::save(const Values& values, const std::string& label,
-                       const std::filesystem::path& folder, const std::string& file) {
+                       const std::filesystem::path& folder, const std::string& file,
+                       const LilvPlugin* plugin) {
     Uris uris;
     const auto& world = EffectWorld::shared();
+    plugin = plugin == nullptr ? world.plugin() : plugin;
     const LV2_Feature map{LV2_URID__map, uris.uris.map()};
     const LV2_Feature* const features[]{&map, nullptr};
     const std::unique_ptr<LilvInstance, Free> instance(
-        lilv_plugin_instantiate(world.plugin(), 48000.0, features));
+        lilv_plugin_instantiate(plugin, 48000.0, features));
     std::pair<Uris*, const Values*> given{&uris, &values};
-    const State state(lilv_state_new_from_instance(world.plugin(), instance.get(), uris.uris.map(),
-                                                   nullptr, nullptr, nullptr, nullptr, read, &given,
-                                                   0, features));
+    const State state(lilv_state_new_from_instance(plugin, instance.get(), uris.uris.map(), nullptr,
+                                                   nullptr, nullptr, nullptr, read, &given, 0,
+                                                   features));
     lilv_state_set_label(state.get(), label.c_str());
     EXPECT_EQ(lilv_state_save(world.world(), uris.uris.map(), &uris.unmap, state.get(), nullptr,
                               folder.c_str(), file.c_str()),
@@ -73,15 +75,16 @@ EffectState::Values EffectState::load(const std::filesystem::path& file) {
     return state == nullptr ? Values() : valuesOf(state.get());
 }
 
-std::map<std::string, EffectState::Values> EffectState::presets(const std::string& path) {
+std::map<std::string, EffectState::Values> EffectState::presets(const std::string& path,
+                                                                const char* name) {
     Uris uris;
     const std::unique_ptr<LilvWorld, Free> world(lilv_world_new());
     const Node searched(lilv_new_string(world.get(), path.c_str()));
     lilv_world_set_option(world.get(), LILV_OPTION_LV2_PATH, searched.get());
     lilv_world_load_all(world.get());
     const auto uri = [&](const char* text) { return Node(lilv_new_uri(world.get(), text)); };
-    const LilvPlugin* plugin = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world.get()),
-                                                       uri("urn:tessaly:orvalo").get());
+    const LilvPlugin* plugin =
+        lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world.get()), uri(name).get());
     LilvNodes* found =
         lilv_plugin_get_related(plugin, uri("http://lv2plug.in/ns/ext/presets#Preset").get());
     std::map<std::string, Values> presets;

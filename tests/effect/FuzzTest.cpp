@@ -128,7 +128,8 @@ class Fuzzer {
         for (std::size_t i = 0; i < frames; ++i) {
             ASSERT_TRUE(std::isfinite(output.left[i]) && std::isfinite(output.right[i])) << i;
         }
-        for (const char* meter : {"gain_reduction", "ducking", "input_level", "output_level"}) {
+        for (const char* meter :
+             {"gain_reduction", "ducking", "input_level", "output_level", "true_peak", "latency"}) {
             ASSERT_TRUE(std::isfinite(host_.control(meter))) << meter;
         }
         std::int64_t last = 0;

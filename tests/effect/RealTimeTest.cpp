@@ -30,6 +30,10 @@ TEST(EffectRealTime, RunMakesNoForbiddenCall) {
     host.control("sc_highpass") = 100.0F;
     host.control("sc_lowpass") = 9000.0F;
     host.control("hold") = 20.0F;
+    host.control("rms_window") = 5.0F;
+    host.control("range") = 30.0F;
+    host.control("mid_amount") = 80.0F;
+    host.control("side_amount") = 40.0F;
     host.connectSideChain(input.right.data(), input.left.data());
     float& lookAhead = host.control("look_ahead");
     float& oversampling = host.control("oversampling");

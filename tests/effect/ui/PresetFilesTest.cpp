@@ -99,6 +99,20 @@ TEST_F(PresetFilesTest, WhatIsSavedIsThereInEveryHost) {
     EXPECT_EQ(read()[saved.name], saved);
 }
 
+TEST_F(PresetFilesTest, BothPlugInsOfTheBundleShareThePresets) {
+    files->save(preset("From the UI"));
+    EffectState::save({{"mix", 3.0F}}, "From a host", user() / "x.lv2", "x.ttl",
+                      orvalo::testing::EffectWorld::shared().sideChainPlugin());
+    const auto inSideChain = EffectState::presets(user().string() + ":" + EFFECT_LV2_PATH,
+                                                  "urn:tessaly:orvalo:sidechain");
+    EXPECT_TRUE(inHosts().contains("From the UI"));
+    EXPECT_TRUE(inSideChain.contains("From the UI"));
+    EXPECT_TRUE(inSideChain.contains("From a host"));
+    const auto listed = read();
+    EXPECT_TRUE(listed.contains("From the UI"));
+    EXPECT_TRUE(listed.contains("From a host"));
+}
+
 TEST_F(PresetFilesTest, WhatOthersSaveIsListed) {
     EffectState::Values values{{"enabled", 0.0F}};
     for (const auto& range : parameterRanges) {
