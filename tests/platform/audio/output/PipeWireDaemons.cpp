@@ -10,11 +10,13 @@
 
 #include "platform/audio/output/PulseDevice.h"
 #include "tests/testing/Program.h"
+#include "tests/testing/SessionBus.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace orvalo::testing {
 
 PipeWireDaemons::PipeWireDaemons(std::filesystem::path folder) : folder_(std::move(folder)) {
+    startSessionBus();
     for (const auto* variable : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"}) {
         g_setenv(variable, folder_.c_str(), TRUE);
     }
@@ -85,7 +87,7 @@ context.objects = [
 }
 
 void PipeWireDaemons::startSessionManager(bool (*isReady)()) {
-    manager_.emplace(std::vector<std::string>{"dbus-run-session", "--", "wireplumber"});
+    manager_.emplace(std::vector<std::string>{"wireplumber"});
     EXPECT_TRUE(pollUntil(isReady)) << defaultSink();
 }
 

@@ -24,8 +24,8 @@ class PipeWireDaemons {
 
     /// Starts the daemons without a session manager, and waits for their sockets.
     void start(const Sink& sink);
-    /// Starts WirePlumber on its own bus, without its search for the machine's devices, and waits
-    /// until the sink is ready.
+    /// Starts WirePlumber, without its search for the machine's devices, and waits until the sink
+    /// is ready.
     void startSessionManager(bool (*isReady)() = isDefaultSink);
     void end();
     /// Ends them as a crash would.
