@@ -30,7 +30,7 @@ double FilterPlot::y(double decibels) const {
     return area_.y + std::clamp(share, 0.0, 1.0) * area_.height;
 }
 
-double FilterPlot::hertzAt(double share) const {
+double FilterPlot::hertzAt(double share) {
     return lowestHertz * std::pow(highestHertz / lowestHertz, share);
 }
 

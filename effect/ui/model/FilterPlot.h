@@ -20,7 +20,7 @@ class FilterPlot {
     const Rect& area() const { return area_; }
     double x(double hertz) const;
     double y(double decibels) const;
-    double hertzAt(double share) const;
+    static double hertzAt(double share);
 
   private:
     Rect area_;

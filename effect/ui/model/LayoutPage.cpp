@@ -74,8 +74,9 @@ void Layout::placePageControls(const Rect& area) {
     const double high = (controls - gap) / rowsHigh;
     const double wide = area.width / static_cast<double>(columns);
     for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t line = i / columns;
         const auto across = static_cast<double>(i % columns);
-        const auto down = static_cast<double>(i / columns);
+        const auto down = static_cast<double>(line);
         placeCell(
             parameters[i],
             Rect{area.x + across * wide, area.bottom() - controls + down * (high + gap), wide, high}

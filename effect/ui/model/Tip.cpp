@@ -1,6 +1,7 @@
 #include "effect/ui/model/Tip.h"
 
 #include <array>
+#include <cmath>
 
 #include "effect/ui/model/Control.h"
 #include "effect/ui/model/GraphAreas.h"
@@ -68,8 +69,8 @@ std::string rangeText(Parameter parameter) {
     const auto& ends = range(parameter);
     if (lookOf(parameter) != Look::knob) {
         std::string text;
-        for (float value = ends.minimum; value <= ends.maximum; value += 1.0F) {
-            text += (text.empty() ? "" : " / ") + valueText(parameter, value);
+        for (int value = 0; value <= std::lround(ends.maximum); ++value) {
+            text += (value == 0 ? "" : " / ") + valueText(parameter, static_cast<float>(value));
         }
         return text + ", default " + valueText(parameter, ends.standard);
     }

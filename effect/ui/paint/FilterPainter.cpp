@@ -18,8 +18,7 @@ constexpr std::array<Mark, 3> marks{{{100.0, "100"}, {1000.0, "1k"}, {10000.0, "
 void paintGrid(const Brush& brush, const Layout& layout, const FilterPlot& plot) {
     const Rect& area = plot.area();
     const double line = hairline(layout);
-    constexpr double step = 24.0;
-    for (double level = 0.0; level > FilterPlot::lowest; level -= step) {
+    for (const double level : {0.0, -24.0, -48.0}) {
         brush.fill({area.x, std::round(plot.y(level)), area.width, line}, theme::line);
     }
     for (const Mark& mark : marks) {
@@ -59,7 +58,7 @@ void traceSpectrum(cairo_t* context, const Scene& scene, const FilterPlot& plot)
 void traceResponse(cairo_t* context, const Scene& scene, const FilterPlot& plot) {
     const int points = std::max(2, static_cast<int>(plot.area().width / 2.0));
     for (int i = 0; i <= points; ++i) {
-        const double hertz = plot.hertzAt(static_cast<double>(i) / points);
+        const double hertz = FilterPlot::hertzAt(static_cast<double>(i) / points);
         cairo_line_to(context, plot.x(hertz), plot.y(sideChainGain(scene.values, hertz)));
     }
 }

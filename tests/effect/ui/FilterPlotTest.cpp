@@ -50,7 +50,7 @@ TEST(FilterPlot, FrequenciesAreLogarithmic) {
     EXPECT_EQ(plot.x(20.0), 10.0);
     EXPECT_NEAR(plot.x(200.0), 110.0, 1e-9);
     EXPECT_NEAR(plot.x(20000.0), 310.0, 1e-9);
-    EXPECT_NEAR(plot.hertzAt(2.0 / 3.0), 2000.0, 1e-9);
+    EXPECT_NEAR(FilterPlot::hertzAt(2.0 / 3.0), 2000.0, 1e-9);
     EXPECT_EQ(plot.y(6.0), 20.0);
     EXPECT_EQ(plot.y(0.0), 26.0);
     EXPECT_EQ(plot.y(-200.0), 86.0);
