@@ -4,8 +4,9 @@
 
 namespace orvalo {
 
-AccessibleControls::AccessibleControls(const PluginPresentation& presentation,
-                                       std::function<void(std::uint32_t port, float value)> set)
+AccessibleControls::AccessibleControls(
+    const PluginPresentation& presentation,
+    const std::function<void(std::uint32_t port, float value)>& set)
     // A box of its own role is a group.
     : widget_(GTK_WIDGET(
           g_object_ref_sink(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL,

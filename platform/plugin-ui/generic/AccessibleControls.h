@@ -19,7 +19,7 @@ class AccessibleControls {
   public:
     /// set: gets each value that is set by assistive technology.
     AccessibleControls(const PluginPresentation& presentation,
-                       std::function<void(std::uint32_t port, float value)> set);
+                       const std::function<void(std::uint32_t port, float value)>& set);
 
     GtkWidget* widget() const { return widget_.get(); }
     /// Shows the plug-in's values. value: of a port; NaN while unknown.
