@@ -315,6 +315,12 @@ ServiceProcess::Use ServiceProcess::use() const {
     return use;
 }
 
+void ServiceProcess::noteAnswer() const {
+    if (status_) {
+        confinementWorks = true;
+    }
+}
+
 std::string ServiceProcess::end() {
     if (id_ < 0) {
         return "has ended";
@@ -336,7 +342,7 @@ std::string ServiceProcess::end() {
         info = {};
     }
     id_ = -1;
-    // bubblewrap reports the end of a program only.
+    // Of a service that never answered. bubblewrap reports the end of a program only.
     if (status_ && readAll(status_.get()).find("\"exit-code\"") != std::string::npos) {
         confinementWorks = true;
     }

@@ -51,6 +51,9 @@ class ServiceProcess {
     /// Zeros when it cannot be read.
     Use use() const;
 
+    /// To be called when the service has answered: it tells that bubblewrap has started it.
+    void noteAnswer() const;
+
     /// Kills the service with its children and reaps the process. Returns how the service ended, as
     /// a clause: "was killed by signal 11 (Segmentation fault)", "ended with status 3".
     std::string end();

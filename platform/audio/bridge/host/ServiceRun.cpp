@@ -183,6 +183,7 @@ bool ServiceRun::take(const bridge::Done& done) {
 }
 
 void ServiceRun::finishStart(const std::string& error) {
+    process_.noteAnswer();
     if (!error.empty()) {
         refusal_ = error;
         reason_ = "could not be instantiated";
