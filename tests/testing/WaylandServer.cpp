@@ -3,6 +3,7 @@
 #include <glib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <regex>
 #include <stdexcept>
 #include <string>
@@ -23,12 +24,9 @@ Lines message(std::vector<std::string> arguments) {
 }
 
 bool hasKeyboard() {
-    for (const auto& line : message({"--type", "get_inputs"})) {
-        if (line.find("virtual_keyboard") != std::string::npos) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(message({"--type", "get_inputs"}), [](const auto& line) {
+        return line.find("virtual_keyboard") != std::string::npos;
+    });
 }
 
 }  // namespace

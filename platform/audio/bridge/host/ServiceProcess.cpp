@@ -301,9 +301,12 @@ ServiceProcess::Use ServiceProcess::use() const {
     }
     // The namespace's own list of its processes. Until bubblewrap has mounted it, the place leads
     // to the host's list, in which the host has an entry.
+    // Opened once: the next look might find another list.
+    const auto place = "/proc/" + std::to_string(first_) + "/root/proc";
+    const FileDescriptor list(open(place.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     std::error_code error;
-    const auto folder = "/proc/" + std::to_string(first_) + "/root/proc";
-    if (std::filesystem::exists(folder + "/self", error)) {
+    const auto folder = "/proc/self/fd/" + std::to_string(list.get());
+    if (!list || std::filesystem::exists(folder + "/self", error)) {
         return use;
     }
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
