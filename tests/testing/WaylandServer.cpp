@@ -48,9 +48,9 @@ WaylandServer::WaylandServer(X11 x11) {
                              (folder_.path() / "environment").string() + "\n");
     std::vector<std::string> command{"sway", "--config", settings.string()};
     if (geteuid() == 0) {
-        // sway refuses to be root.
+        // sway refuses to be root, and Xwayland admits only a user with a name, nobody here.
         command.insert(command.begin(),
-                       {"unshare", "--user", "--map-user=1000", "--map-group=1000"});
+                       {"unshare", "--user", "--map-user=65534", "--map-group=65534"});
     }
     process_ = std::make_unique<ServerProcess>(command);
     if (!pollUntil([&] { return isReady(x11); })) {
