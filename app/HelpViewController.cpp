@@ -38,6 +38,7 @@ void HelpViewController::onButtonExit(const std::shared_ptr<NSObject>& /*sender*
     dismiss(true, [] {});
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): actions are not const.
 void HelpViewController::onInstalledButton(const std::shared_ptr<UIButton>& /*sender*/) {
     webView_->showInstalledSite();
 }
