@@ -53,7 +53,6 @@ PortRow::PortRow(PortPresentation port, std::function<void(float)> set, Form for
     : port_(std::move(port)),
       set_(std::move(set)),
       form_(form),
-      control_(nullptr),
       shown_(std::numeric_limits<float>::quiet_NaN()) {
     control_ = makeControl();
     setName(control_, port_);

@@ -36,7 +36,7 @@ class PortRow {
     GtkWidget* makeSwitch();
     GtkWidget* makeChoice();
     GtkWidget* makeTrigger();
-    GtkWidget* makeMeter();
+    static GtkWidget* makeMeter();
     /// Whether the scale counts in places between the minimum and the maximum.
     bool countsPlaces() const { return form_ == Form::row && port_.isLogarithmic; }
     float valueOfScale() const;
