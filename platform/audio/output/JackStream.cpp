@@ -6,7 +6,9 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/audio/output/JackClient.h"
 
@@ -20,7 +22,7 @@ constexpr std::chrono::milliseconds kClosingLimit{500};
 }  // namespace
 
 /// The client with its ports and callbacks. Made, opened and destroyed in libjack's turn.
-class JackStream::Session {
+class JackStream::Session : public std::enable_shared_from_this<JackStream::Session> {
   public:
     explicit Session(std::shared_ptr<StreamFeed> feed) : feed_(std::move(feed)) {}
     ~Session() { close(); }
@@ -44,6 +46,9 @@ class JackStream::Session {
 
     /// Ends rendering.
     void close() {
+        if (isOrphan_ && isPipeWire()) {
+            leave();
+        }
         client_.reset();
         if (isOrphan_.exchange(false)) {
             countOrphanedJackClients(-1);
@@ -51,6 +56,23 @@ class JackStream::Session {
     }
 
   private:
+    /// Keeps the client of a PipeWire daemon that has ended. PipeWire's jack_client_close() first
+    /// frees the memory that it shared with the daemon, then the buffers of connected ports in that
+    /// memory once more, which the daemon otherwise takes back before; the C library then ends the
+    /// program.
+    void leave() {
+        // The callbacks' data, for calls that have not returned yet.
+        static auto* const left = new std::vector<std::shared_ptr<Session>>;
+        left->push_back(shared_from_this());
+        jack_deactivate(client_.get());
+        client_.release();
+    }
+
+    static bool isPipeWire() {
+        return std::string_view(jack_get_version_string()).find("PipeWire") !=
+               std::string_view::npos;
+    }
+
     void start(const OutputFacts& wanted) {
         client_ = openJackClient("Orvalo");
         auto* const client = client_.get();
