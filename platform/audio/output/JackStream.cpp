@@ -46,10 +46,11 @@ class JackStream::Session : public std::enable_shared_from_this<JackStream::Sess
 
     /// Ends rendering.
     void close() {
-        if (isOrphan_ && isPipeWire()) {
+        if (client_ && isOrphan_ && isPipeWire()) {
             leave();
+        } else {
+            client_.reset();
         }
-        client_.reset();
         if (isOrphan_.exchange(false)) {
             countOrphanedJackClients(-1);
         }
@@ -61,11 +62,10 @@ class JackStream::Session : public std::enable_shared_from_this<JackStream::Sess
     /// memory once more, which the daemon otherwise takes back before; the C library then ends the
     /// program.
     void leave() {
-        // The callbacks' data, for calls that have not returned yet.
+        // Also the callbacks' data, for calls that have not returned yet.
         static auto* const left = new std::vector<std::shared_ptr<Session>>;
         left->push_back(shared_from_this());
         jack_deactivate(client_.get());
-        client_.release();
     }
 
     static bool isPipeWire() {
