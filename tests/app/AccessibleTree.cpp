@@ -99,6 +99,14 @@ bool AccessibleTree::isActive() const {
     return result;
 }
 
+bool AccessibleTree::isOn(const std::string& control) const {
+    bool result = false;
+    visitAll(application_, [&](AtspiAccessible* node) {
+        result = result || (nameOf(node) == control && hasState(node, ATSPI_STATE_CHECKED));
+    });
+    return result;
+}
+
 std::vector<std::string> AccessibleTree::names() const {
     std::vector<std::string> result;
     visitAll(application_, [&result](AtspiAccessible* node) {

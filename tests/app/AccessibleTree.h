@@ -19,6 +19,8 @@ class AccessibleTree {
     bool shows(const std::string& button) const;
     /// Whether one of the windows has the keyboard focus.
     bool isActive() const;
+    /// Whether a control of that name is on.
+    bool isOn(const std::string& control) const;
     /// All names, also of texts, in tree order.
     std::vector<std::string> names() const;
     /// The value of the slider of that name; absent without one.

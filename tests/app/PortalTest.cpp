@@ -35,8 +35,9 @@ class PortalTest : public ApplicationFixture {
     static void SetUpTestSuite() { usePortals(); }
 
     PortalTest() {
-        // The same for GLib.
+        // The same for GLib; since 2.84 under another name.
         environment["GTK_USE_PORTAL"] = "1";
+        environment["GIO_USE_PORTALS"] = "1";
         environment["ORVALO_TEST_SITE"] = site_.address("/");
     }
 

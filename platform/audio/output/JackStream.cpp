@@ -6,7 +6,9 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/audio/output/JackClient.h"
 
@@ -20,7 +22,7 @@ constexpr std::chrono::milliseconds kClosingLimit{500};
 }  // namespace
 
 /// The client with its ports and callbacks. Made, opened and destroyed in libjack's turn.
-class JackStream::Session {
+class JackStream::Session : public std::enable_shared_from_this<JackStream::Session> {
   public:
     explicit Session(std::shared_ptr<StreamFeed> feed) : feed_(std::move(feed)) {}
     ~Session() { close(); }
@@ -42,15 +44,29 @@ class JackStream::Session {
         return facts_;
     }
 
-    /// Ends rendering.
+    /// Ends rendering. Leaves the client of a PipeWire daemon that has ended open: PipeWire's
+    /// jack_client_close() first frees the memory that it shared with the daemon, then the buffers
+    /// of connected ports in that memory once more, which the daemon otherwise takes back before;
+    /// the C library then ends the program.
     void close() {
-        client_.reset();
+        if (client_ && isPipeWire() && jack_deactivate(client_.get()) != 0) {
+            // Also the callbacks' data, for calls that have not returned yet.
+            static auto* const left = new std::vector<std::shared_ptr<Session>>;
+            left->push_back(shared_from_this());
+        } else {
+            client_.reset();
+        }
         if (isOrphan_.exchange(false)) {
             countOrphanedJackClients(-1);
         }
     }
 
   private:
+    static bool isPipeWire() {
+        return std::string_view(jack_get_version_string()).find("PipeWire") !=
+               std::string_view::npos;
+    }
+
     void start(const OutputFacts& wanted) {
         client_ = openJackClient("Orvalo");
         auto* const client = client_.get();

@@ -112,12 +112,13 @@ void GenericViewController::addPresets() {
     if (presets.empty()) {
         return;
     }
+    // Stands for no preset: GTK 4.18 always selects an entry, which could not be chosen then.
     auto* names = gtk_string_list_new(nullptr);
+    gtk_string_list_append(names, "Choose…");
     for (const auto& preset : presets) {
         gtk_string_list_append(names, preset->name.c_str());
     }
     presets_ = gtk_drop_down_new(G_LIST_MODEL(names), nullptr);
-    gtk_drop_down_set_selected(GTK_DROP_DOWN(presets_), GTK_INVALID_LIST_POSITION);
     gtk_widget_set_valign(presets_, GTK_ALIGN_CENTER);
     gtk_accessible_update_property(GTK_ACCESSIBLE(presets_), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    "Preset", -1);
@@ -125,10 +126,11 @@ void GenericViewController::addPresets() {
         presets_, "notify::selected", G_CALLBACK(+[](GenericViewController* self) {
             const auto all = self->unit_->factoryPresets();
             const auto chosen = gtk_drop_down_get_selected(GTK_DROP_DOWN(self->presets_));
-            if (chosen < all.size()) {
+            if (chosen > 0 && chosen <= all.size()) {
                 // Waits for the effect.
-                DispatchQueue::global()->async(
-                    [unit = self->unit_, preset = all[chosen]] { unit->setCurrentPreset(preset); });
+                DispatchQueue::global()->async([unit = self->unit_, preset = all[chosen - 1]] {
+                    unit->setCurrentPreset(preset);
+                });
             }
         }),
         this);

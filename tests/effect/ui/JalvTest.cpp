@@ -38,7 +38,8 @@ class JalvTest : public ::testing::Test {
         std::vector<std::string> lines;
         // It ends with an error until the server is there.
         EXPECT_TRUE(pollUntil([&] {
-            Program program({"sh", "-c", "printf '" + commands + R"(quit\n' | jalv "$0")",
+            // From 1.6.8 on, jalv prints values on standard error.
+            Program program({"sh", "-c", "printf '" + commands + R"(quit\n' | jalv "$0" 2>&1)",
                              "urn:tessaly:orvalo"});
             lines = program.readAll();
             return program.wait() == 0;
