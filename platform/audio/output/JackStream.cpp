@@ -50,9 +50,14 @@ class JackStream::Session : public std::enable_shared_from_this<JackStream::Sess
     /// the C library then ends the program.
     void close() {
         if (client_ && isPipeWire() && jack_deactivate(client_.get()) != 0) {
-            // Also the callbacks' data, for calls that have not returned yet.
-            static auto* const left = new std::vector<std::shared_ptr<Session>>;
-            left->push_back(shared_from_this());
+            // Also the callbacks' data, for calls that have not returned yet. It is gone only after
+            // an opening that nobody waited for.
+            if (auto self = weak_from_this().lock()) {
+                static auto* const left = new std::vector<std::shared_ptr<Session>>;
+                left->push_back(std::move(self));
+            } else {
+                static_cast<void>(client_.release());
+            }
         } else {
             client_.reset();
         }
