@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <lv2/atom/atom.h>
 
+#include <array>
+#include <memory>
+
 namespace orvalo::testing {
 
 namespace {
@@ -55,13 +58,13 @@ void EffectState::save(const Values& values, const std::string& label,
     const auto& world = EffectWorld::shared();
     plugin = plugin == nullptr ? world.plugin() : plugin;
     const LV2_Feature map{LV2_URID__map, uris.uris.map()};
-    const LV2_Feature* const features[]{&map, nullptr};
+    const std::array<const LV2_Feature*, 2> features{&map, nullptr};
     const std::unique_ptr<LilvInstance, Free> instance(
-        lilv_plugin_instantiate(plugin, 48000.0, features));
+        lilv_plugin_instantiate(plugin, 48000.0, features.data()));
     std::pair<Uris*, const Values*> given{&uris, &values};
     const State state(lilv_state_new_from_instance(plugin, instance.get(), uris.uris.map(), nullptr,
                                                    nullptr, nullptr, nullptr, read, &given, 0,
-                                                   features));
+                                                   features.data()));
     lilv_state_set_label(state.get(), label.c_str());
     EXPECT_EQ(lilv_state_save(world.world(), uris.uris.map(), &uris.unmap, state.get(), nullptr,
                               folder.c_str(), file.c_str()),

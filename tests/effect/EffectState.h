@@ -24,9 +24,9 @@ class EffectState {
                      const LilvPlugin* plugin = nullptr);
     /// The control values in a file.
     static Values load(const std::filesystem::path& file);
-    /// The presets of the effect by label, in a world of the search path.
+    /// The presets of the effect with the URI `name` by label, in a world of the search path.
     static std::map<std::string, Values> presets(const std::string& path,
-                                                 const char* plugin = "urn:tessaly:orvalo");
+                                                 const char* name = "urn:tessaly:orvalo");
 };
 
 }  // namespace orvalo::testing

@@ -25,10 +25,11 @@ double response(SideChainFilter& filter, double frequency) {
     filter.process(left.data(), right.data(), static_cast<std::uint32_t>(left.size()));
     EXPECT_EQ(left, right);
     double power = 0.0;
-    for (std::size_t i = left.size() / 2; i < left.size(); ++i) {
+    const auto half = left.size() / 2;
+    for (std::size_t i = half; i < left.size(); ++i) {
         power += static_cast<double>(left[i]) * static_cast<double>(left[i]);
     }
-    return 10.0 * std::log10(power / static_cast<double>(left.size() / 2) * 2.0);
+    return 10.0 * std::log10(power / static_cast<double>(half) * 2.0);
 }
 
 /// A Butterworth filter of second order made by the bilinear transform, warped to its frequency.
