@@ -4,7 +4,6 @@
 #include <lv2/atom/atom.h>
 
 #include <array>
-#include <memory>
 
 namespace orvalo::testing {
 
