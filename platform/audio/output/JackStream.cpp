@@ -44,10 +44,15 @@ class JackStream::Session : public std::enable_shared_from_this<JackStream::Sess
         return facts_;
     }
 
-    /// Ends rendering.
+    /// Ends rendering. Leaves the client of a PipeWire daemon that has ended open: PipeWire's
+    /// jack_client_close() first frees the memory that it shared with the daemon, then the buffers
+    /// of connected ports in that memory once more, which the daemon otherwise takes back before;
+    /// the C library then ends the program.
     void close() {
-        if (client_ && isOrphan_ && isPipeWire()) {
-            leave();
+        if (client_ && isPipeWire() && jack_deactivate(client_.get()) != 0) {
+            // Also the callbacks' data, for calls that have not returned yet.
+            static auto* const left = new std::vector<std::shared_ptr<Session>>;
+            left->push_back(shared_from_this());
         } else {
             client_.reset();
         }
@@ -57,17 +62,6 @@ class JackStream::Session : public std::enable_shared_from_this<JackStream::Sess
     }
 
   private:
-    /// Keeps the client of a PipeWire daemon that has ended. PipeWire's jack_client_close() first
-    /// frees the memory that it shared with the daemon, then the buffers of connected ports in that
-    /// memory once more, which the daemon otherwise takes back before; the C library then ends the
-    /// program.
-    void leave() {
-        // Also the callbacks' data, for calls that have not returned yet.
-        static auto* const left = new std::vector<std::shared_ptr<Session>>;
-        left->push_back(shared_from_this());
-        jack_deactivate(client_.get());
-    }
-
     static bool isPipeWire() {
         return std::string_view(jack_get_version_string()).find("PipeWire") !=
                std::string_view::npos;
