@@ -1,7 +1,6 @@
 #include <cairo.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -11,25 +10,13 @@
 #include "effect/ui/model/Tip.h"
 #include "effect/ui/paint/ScenePainter.h"
 #include "tests/effect/ui/SceneFixture.h"
+#include "tests/testing/Contrast.h"
 
 namespace {
 
 using namespace orvalo::effect;
 using namespace orvalo::effect::ui;
-
-/// The relative luminance of WCAG 2.
-double luminance(std::uint32_t pixel) {
-    const auto linear = [pixel](unsigned shift) {
-        const double share = static_cast<double>((pixel >> shift) & 0xFFU) / 255.0;
-        return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
-}
-
-double contrast(std::uint32_t one, std::uint32_t other) {
-    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
-    return (high + 0.05) / (low + 0.05);
-}
+using orvalo::testing::contrast;
 
 /// Measures each text while the scene is drawn: the pixels that it changes, before and after.
 class TextContrasts {
