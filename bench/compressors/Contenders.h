@@ -24,7 +24,7 @@ struct Contender {
 /// The settings with some changed or added.
 Settings joined(Settings settings, const Settings& changes);
 
-/// Everybody who is compared, installed or not.
+/// All that are compared, installed or not.
 std::vector<Contender> contenders();
 
 /// Additions to Orvalo's controls, each alone, by a short name.
