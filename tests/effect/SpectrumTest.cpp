@@ -55,7 +55,7 @@ TEST_F(SpectrumTest, IsSentForTwoSecondsAfterARequest) {
     // Plays no notes.
     host.control("ratio") = 1.0F;
     host.activate();
-    const Stereo input = noiseBursts(3 * 48000);
+    const Stereo input = noiseBursts(144000);
     EXPECT_EQ(run(host, input, false).size(), 0U);
     // 100 frames are gone in the block of the request.
     EXPECT_EQ(run(host, input, true).size(), 49U);

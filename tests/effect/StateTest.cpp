@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "effect/dsp/Parameter.h"
@@ -21,20 +22,20 @@ struct FirstPort {
     float standard;
     float recorded;
 };
-constexpr FirstPort firstPorts[]{{"enabled", 0.0F, 1.0F, 1.0F, 0.0F},
-                                 {"threshold", -60.0F, 0.0F, -18.0F, -33.3F},
-                                 {"ratio", 1.0F, 20.0F, 4.0F, 2.25F},
-                                 {"knee", 0.0F, 24.0F, 6.0F, 24.0F},
-                                 {"attack", 0.1F, 200.0F, 10.0F, 0.1F},
-                                 {"release", 5.0F, 2000.0F, 120.0F, 1999.5F},
-                                 {"makeup", 0.0F, 24.0F, 4.0F, 0.0F},
-                                 {"mix", 0.0F, 100.0F, 100.0F, 12.5F},
-                                 {"output", -24.0F, 12.0F, 0.0F, -24.0F},
-                                 {"duck_depth", 0.0F, 60.0F, 12.0F, 60.0F},
-                                 {"duck_release", 10.0F, 2000.0F, 200.0F, 10.0F},
-                                 {"trigger_level", 1.0F, 30.0F, 6.0F, 30.0F},
-                                 {"trigger_note", 0.0F, 127.0F, 36.0F, 127.0F},
-                                 {"midi_channel", 0.0F, 16.0F, 0.0F, 16.0F}};
+constexpr std::array<FirstPort, 14> firstPorts{{{"enabled", 0.0F, 1.0F, 1.0F, 0.0F},
+                                                {"threshold", -60.0F, 0.0F, -18.0F, -33.3F},
+                                                {"ratio", 1.0F, 20.0F, 4.0F, 2.25F},
+                                                {"knee", 0.0F, 24.0F, 6.0F, 24.0F},
+                                                {"attack", 0.1F, 200.0F, 10.0F, 0.1F},
+                                                {"release", 5.0F, 2000.0F, 120.0F, 1999.5F},
+                                                {"makeup", 0.0F, 24.0F, 4.0F, 0.0F},
+                                                {"mix", 0.0F, 100.0F, 100.0F, 12.5F},
+                                                {"output", -24.0F, 12.0F, 0.0F, -24.0F},
+                                                {"duck_depth", 0.0F, 60.0F, 12.0F, 60.0F},
+                                                {"duck_release", 10.0F, 2000.0F, 200.0F, 10.0F},
+                                                {"trigger_level", 1.0F, 30.0F, 6.0F, 30.0F},
+                                                {"trigger_note", 0.0F, 127.0F, 36.0F, 127.0F},
+                                                {"midi_channel", 0.0F, 16.0F, 0.0F, 16.0F}}};
 
 EffectState::Values recordedValues() {
     EffectState::Values values;

@@ -14,7 +14,7 @@ class EditHistoryTest : public orvalo::testing::SceneFixture {
   protected:
     EditHistoryTest() : pointer(scene, editor), keys(scene, editor) {}
 
-    Pointer at(const Rect& area, double up = 0.0) const {
+    static Pointer at(const Rect& area, double up = 0.0) {
         return {.x = area.centerX(), .y = area.centerY() - up};
     }
     void press(Key key) { keys.press({.key = key}); }

@@ -254,7 +254,7 @@ TEST(Layout, LongPresetListScrollsByColumns) {
     constexpr std::size_t count = 200;
     for (const auto& [width, height, scale] : sensible) {
         auto layout = Layout::of(width, height, scale);
-        const auto shownNow = [&] {
+        const auto shownNow = [&, width = width, height = height] {
             std::vector<std::size_t> shown;
             for (std::size_t i = 0; i < count; ++i) {
                 const Rect entry = layout.presetEntry(i, count);

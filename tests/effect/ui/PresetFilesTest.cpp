@@ -134,7 +134,7 @@ TEST_F(PresetFilesTest, PresetOfAnEarlierVersionSetsLaterControlsToTheirDefaults
     for (const auto& [symbol, value] : values) {
         const auto* const range =
             std::find_if(parameterRanges.begin(), parameterRanges.end(),
-                         [&](const auto& one) { return symbol == one.symbol; });
+                         [&symbol = symbol](const auto& one) { return symbol == one.symbol; });
         const float wanted = symbol == "mix" ? 3.0F : symbol == "knee" ? 2.0F : range->standard;
         EXPECT_EQ(value, wanted) << symbol;
     }

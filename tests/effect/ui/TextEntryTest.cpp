@@ -8,7 +8,7 @@ using orvalo::effect::ui::TextEntry;
 
 void type(TextEntry& entry, const char* text) {
     for (; *text != '\0'; ++text) {
-        entry.insert(*text);
+        entry.insert(static_cast<unsigned char>(*text));
     }
 }
 

@@ -82,10 +82,10 @@ TEST(ValueMapping, StepsLandOnRoundValues) {
     EXPECT_EQ(stepped(Parameter::mix, 63.0F, 1, false), 65.0F);
     EXPECT_EQ(stepped(Parameter::attack, 11.6F, 1, false), 12.0F);
     EXPECT_EQ(stepped(Parameter::attack, 11.6F, -1, false), 10.0F);
-    const auto series = [](Parameter parameter, float value, int direction, int count) {
-        std::vector<float> values;
-        for (int i = 0; i < count; ++i) {
-            values.push_back(value = stepped(parameter, value, direction, false));
+    const auto series = [](Parameter parameter, float value, int direction, std::size_t count) {
+        std::vector<float> values(count);
+        for (auto& next : values) {
+            next = value = stepped(parameter, value, direction, false);
         }
         return values;
     };

@@ -43,8 +43,8 @@ class WindowPresetTest : public EmbeddedUIFixture {
         });
     }
     /// The place of the only preset of the user's.
-    std::size_t place() const { return factoryCount + 1; }
-    std::size_t count() const { return factoryCount + 2; }
+    static std::size_t place() { return factoryCount + 1; }
+    static std::size_t count() { return factoryCount + 2; }
 };
 
 TEST_F(WindowPresetTest, SavedPresetIsFoundByHostsAndChosenAgain) {
