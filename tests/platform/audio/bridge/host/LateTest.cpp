@@ -9,7 +9,6 @@ namespace {
 using namespace orvalo;
 using namespace orvalo::testing;
 using ::testing::Each;
-using ::testing::ElementsAre;
 using enum Transcript::Kind;
 
 /// Short limits for a quantum, long ones for an answer.

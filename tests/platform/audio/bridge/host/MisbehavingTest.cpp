@@ -196,7 +196,7 @@ void killUntilGivenUp(const CapturedOutput& error) {
         ASSERT_TRUE(pollUntil([] { return children().size() == 1; }));
         const auto process = onlyChild();
         kill(process, SIGKILL);
-        ASSERT_TRUE(pollUntil([process] { return children().count(process) == 0; }));
+        ASSERT_TRUE(pollUntil([process] { return !children().contains(process); }));
     }
     ASSERT_TRUE(pollUntil(
         [&error] { return error.text().find("is not started again") != std::string::npos; }));

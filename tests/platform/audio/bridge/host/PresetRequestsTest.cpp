@@ -14,7 +14,6 @@ namespace {
 
 using namespace orvalo;
 using namespace orvalo::testing;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
