@@ -48,7 +48,7 @@ WaylandServer::WaylandServer(X11 x11) {
                              (folder_.path() / "environment").string() + "\n");
     std::vector<std::string> command{"sway", "--config", settings.string()};
     if (geteuid() == 0) {
-        // sway refuses to be root, and Xwayland admits only a user with a name, nobody here.
+        // sway refuses to be root, and Xwayland admits only users with a name.
         command.insert(command.begin(),
                        {"unshare", "--user", "--map-user=65534", "--map-group=65534"});
     }

@@ -51,7 +51,7 @@ class JackStream::Session : public std::enable_shared_from_this<JackStream::Sess
     void close() {
         if (client_ && isPipeWire() && jack_deactivate(client_.get()) != 0) {
             // Also the callbacks' data, for calls that have not returned yet. It is gone only after
-            // an opening that nobody waited for.
+            // an opening that exceeded its time limit.
             if (auto self = weak_from_this().lock()) {
                 static auto* const left = new std::vector<std::shared_ptr<Session>>;
                 left->push_back(std::move(self));
