@@ -40,8 +40,8 @@ class Child {
     /// Waits for its end. Throws std::runtime_error when it failed.
     void awaitSuccess();
     /// The same; returns the user and system time of it and of all that it started, in seconds. No
-    /// other child may be started meanwhile. Throws std::system_error where the kernel's counters
-    /// cannot be used.
+    /// other child may be started during the call. Throws std::system_error where the kernel's
+    /// counters cannot be used.
     double awaitProcessorSeconds();
 
     /// Sends SIGTERM, later SIGKILL, and waits for its end.

@@ -7,7 +7,7 @@ namespace orvalo {
 AccessibleControls::AccessibleControls(
     const PluginPresentation& presentation,
     const std::function<void(std::uint32_t port, float value)>& set)
-    // A box of its own role is a group.
+    // A box has no role that readers name, and a role can be set only while it is made.
     : widget_(GTK_WIDGET(
           g_object_ref_sink(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL,
                                          "accessible-role", GTK_ACCESSIBLE_ROLE_GROUP, nullptr)))) {
