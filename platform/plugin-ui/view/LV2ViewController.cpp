@@ -152,6 +152,9 @@ LV2ViewController::LV2ViewController(LV2PluginUIData data, Open openPluginUI,
     container_->onTabInto = [this](bool isBackward) {
         return pluginUI_ != nullptr && pluginUI_->enterByKey(isBackward);
     };
+    container_->onTakeFocus = [this](unsigned long time) {
+        return pluginUI_ != nullptr && pluginUI_->keepFocus(time);
+    };
 }
 
 LV2ViewController::~LV2ViewController() {
@@ -164,6 +167,7 @@ LV2ViewController::~LV2ViewController() {
     container_->onLeaving = nullptr;
     container_->onRetry = nullptr;
     container_->onTabInto = nullptr;
+    container_->onTakeFocus = nullptr;
 }
 
 void LV2ViewController::place(const X11ContainerView::Place& place) {

@@ -287,6 +287,17 @@ void X11ContainerView::setAccessible(GtkWidget* widget) {
     }
 }
 
+bool X11ContainerView::handleXEvent(const XEvent& event) {
+    if (event.type != ClientMessage || event.xclient.window != place_.toplevel) {
+        return false;
+    }
+    auto* display = event.xclient.display;
+    return event.xclient.message_type == XInternAtom(display, "WM_PROTOCOLS", False) &&
+           static_cast<Atom>(event.xclient.data.l[0]) ==
+               XInternAtom(display, "WM_TAKE_FOCUS", False) &&
+           onTakeFocus && onTakeFocus(static_cast<Time>(event.xclient.data.l[1]));
+}
+
 void X11ContainerView::mapped() {
     clock_ = gtk_widget_get_frame_clock(content_);
     g_object_ref(clock_);
@@ -297,12 +308,22 @@ void X11ContainerView::mapped() {
     g_signal_connect_after(clock_, "layout", update, this);
     g_signal_connect(clock_, "after-paint", update, this);
     gtk_widget_queue_draw(content_);
+    auto* display = gtk_widget_get_display(content_);
+    if (GDK_IS_X11_DISPLAY(display)) {
+        g_signal_connect(display, "xevent",
+                         G_CALLBACK(+[](GdkDisplay* /*display*/, const XEvent* event,
+                                        X11ContainerView* view) -> gboolean {
+                             return static_cast<gboolean>(view->handleXEvent(*event));
+                         }),
+                         this);
+    }
 }
 
 void X11ContainerView::unmapped() {
     if (clock_ == nullptr) {
         return;
     }
+    g_signal_handlers_disconnect_by_data(gtk_widget_get_display(content_), this);
     g_signal_handlers_disconnect_by_data(clock_, this);
     g_object_unref(std::exchange(clock_, nullptr));
     place_ = {};

@@ -10,6 +10,7 @@
 
 using GtkEventController = struct _GtkEventController;  // NOLINT(bugprone-reserved-identifier)
 using GdkFrameClock = struct _GdkFrameClock;  // NOLINT(bugprone-reserved-identifier): GTK's own.
+using XEvent = union _XEvent;  // NOLINT(bugprone-reserved-identifier): Xlib's own.
 
 namespace orvalo {
 
@@ -48,6 +49,10 @@ class X11ContainerView : public UIView {
     /// The user tabs into the view: focuses the foreign window, at its last control when backward.
     /// Returns false if that cannot be; the toolkit's focus then moves on. May be empty.
     std::function<bool(bool isBackward)> onTabInto;
+    /// The toplevel's window manager tells the toolkit to take the focus. Returns true when the
+    /// foreign window takes it instead. time: of the request. Called while the view is on screen.
+    /// May be empty.
+    std::function<bool(unsigned long time)> onTakeFocus;
     /// The view is in a toplevel that exists, whether on screen or not. The place has no area yet.
     /// May be empty.
     std::function<void(const Place&)> onToplevel;
@@ -73,6 +78,7 @@ class X11ContainerView : public UIView {
     void watchTab();
     void stopWatchingTab();
     bool handleKey(unsigned keyval);
+    bool handleXEvent(const XEvent& event);
     void endTab();
     void focused();
     void tabInto(bool isBackward);

@@ -40,6 +40,10 @@ class EmbeddedPluginUI {
     bool enterByKey(bool atEnd) {
         return container_ != nullptr && container_->keyboard().enter(atEnd);
     }
+    /// As X11Keyboard::keepFocus(); false without a UI.
+    bool keepFocus(unsigned long time) {
+        return container_ != nullptr && container_->keyboard().keepFocus(time);
+    }
     /// Returns the keyboard focus to where it was before the UI got it.
     void restoreFocus() {
         if (container_ != nullptr) {

@@ -112,6 +112,12 @@ void X11Connection::dispatch() {
     }
 }
 
+void X11Connection::handlePresses() {
+    for (XEvent event; XCheckTypedEvent(display_, GenericEvent, &event) != False;) {
+        dispatchPress(event);
+    }
+}
+
 void X11Connection::setPressHandler(const void* owner, std::function<void()> handler) {
     if (inputExtension_ == 0) {
         inputExtension_ = selectPresses(display_);

@@ -38,6 +38,9 @@ class X11Connection : public std::enable_shared_from_this<X11Connection> {
     void setPressHandler(const void* owner, std::function<void()> handler);
     void removePressHandler(const void* owner) { pressHandlers_.erase(owner); }
 
+    /// Handles the presses that have arrived, before other events that wait.
+    void handlePresses();
+
     /// Whether the window is the other one or inside it. Asks the server.
     bool isInside(unsigned long window, unsigned long other) const;
 

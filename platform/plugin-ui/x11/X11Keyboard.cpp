@@ -208,10 +208,23 @@ void X11Keyboard::takeFocus() {
     // Without a focus window the window under the pointer gets the keys anyway. A focus in another
     // toplevel stays there.
     if (hasKeyboard_ && now != None && now == previousFocus_) {
-        XSetInputFocus(connection_->display(), sendingWindow_ == None ? toplevel_ : sendingWindow_,
-                       RevertToParent, CurrentTime);
-        XFlush(connection_->display());
+        focusUI(CurrentTime);
     }
+}
+
+void X11Keyboard::focusUI(unsigned long time) {
+    XSetInputFocus(connection_->display(), sendingWindow_ == None ? toplevel_ : sendingWindow_,
+                   RevertToParent, time);
+    XFlush(connection_->display());
+}
+
+bool X11Keyboard::keepFocus(unsigned long time) {
+    // The click may have been told after the request.
+    connection_->handlePresses();
+    if (hasKeyboard_) {
+        focusUI(time);
+    }
+    return hasKeyboard_;
 }
 
 void X11Keyboard::keepKeysFromUI() {

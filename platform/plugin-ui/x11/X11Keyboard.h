@@ -52,6 +52,11 @@ class X11Keyboard {
     /// message of the XEmbed protocol to mark its last control (atEnd) or its first. Returns
     /// whether there is such a UI.
     bool enter(bool atEnd);
+    /// A window manager tells the toolkit to take the focus, as many do at each click into the
+    /// toplevel. Where the UI has the keyboard, gives the focus to the UI and returns true:
+    /// otherwise the toolkit would get the keys that follow the click. time: of the request, in the
+    /// server's milliseconds.
+    bool keepFocus(unsigned long time);
     /// Ends the UI's use of the keyboard.
     void restoreFocus();
 
@@ -63,6 +68,7 @@ class X11Keyboard {
     void watchKeys();
     void unwatchKeys();
     void takeFocus();
+    void focusUI(unsigned long time);
     /// Keeps the X server from offering keys to the UI because the pointer is over it.
     void keepKeysFromUI();
     /// Undoes keepKeysFromUI() where the keys follow the pointer.

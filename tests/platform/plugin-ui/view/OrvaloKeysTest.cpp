@@ -1,3 +1,5 @@
+#include <X11/Xlib.h>
+#include <gdk/x11/gdkx.h>
 #include <gtest/gtest.h>
 
 #include "platform/audio/component/AVAudioUnitComponentManager.h"
@@ -153,6 +155,47 @@ TEST_F(OrvaloKeys, KeysArriveWhenThePointerHasLeft) {
     EXPECT_TRUE(pollUntil([&] { return value("midi_in_count") == before + 4.0F; }));
     holdKey('s', false);
     EXPECT_TRUE(pollUntil([this] { return isOnButton(); }));
+}
+
+/// Many window managers send WM_TAKE_FOCUS at each click into a window, also into its UI.
+TEST_F(OrvaloKeys, TheToolkitLeavesTheFocusToTheUI) {
+    const auto place = window_.place();
+    click(place.x + place.width / 2, place.y + place.height - 20);
+    ASSERT_TRUE(pollUntil([this] { return isInUI(); }));
+    auto* const toolkit = gtk_widget_get_display(window_.window());
+    const auto toplevel =
+        gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(window_.window())));
+    const auto send = [toplevel](const char* type, const char* content) {
+        XEvent event{};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = toplevel;
+        event.xclient.message_type = XInternAtom(screen(), type, False);
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = static_cast<long>(XInternAtom(screen(), content, False));
+        event.xclient.data.l[1] = CurrentTime;
+        XSendEvent(screen(), toplevel, False, NoEventMask, &event);
+        XFlush(screen());
+    };
+    bool isHandled = false;
+    const auto handler = g_signal_connect(
+        toolkit, "xevent",
+        G_CALLBACK(+[](GdkDisplay* /*toolkit*/, const XEvent* event, bool* handled) -> gboolean {
+            const auto end = XInternAtom(event->xany.display, "_ORVALO_TEST_END", False);
+            *handled |= event->type == ClientMessage && event->xclient.message_type == end;
+            return FALSE;
+        }),
+        &isHandled);
+    XSelectInput(screen(), pluginUI_, FocusChangeMask);
+    send("WM_PROTOCOLS", "WM_TAKE_FOCUS");
+    send("_ORVALO_TEST_END", "_ORVALO_TEST_END");
+    EXPECT_TRUE(pollUntil([&isHandled] { return isHandled; }));
+    gdk_display_sync(toolkit);
+    XSync(screen(), False);
+    XEvent lost;
+    EXPECT_FALSE(XCheckTypedWindowEvent(screen(), pluginUI_, FocusOut, &lost));
+    EXPECT_TRUE(isInUI());
+    XSelectInput(screen(), pluginUI_, NoEventMask);
+    g_signal_handler_disconnect(toolkit, handler);
 }
 
 }  // namespace
