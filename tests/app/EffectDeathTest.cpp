@@ -92,7 +92,7 @@ TEST_F(EffectDeathTest, TheApplicationPlaysOnAndShowsTheEffectAgain) {
             "it is started again with its last state\\."
             "(.|\n)*"
             "The effect <urn:tessaly:orvalo> did not (finish a quantum within|"
-            "answer for) [a-z0-9 ]+; it is started again with its last state\\."
+            "answer for) [A-Za-z0-9 ]+; it is started again with its last state\\."
             "(.|\n)*"
             "The effect <urn:tessaly:orvalo> was killed by signal 6 .Aborted.[a-z ]*\\."
             "(.|\n)*"
