@@ -57,11 +57,12 @@ target_precompile_headers(orvalo_precompiled PRIVATE
     <algorithm> <array> <chrono> <filesystem> <functional> <memory> <mutex> <optional> <string>
     <thread> <vector>)
 
-# orvalo_library(<name> PUBLIC <targets> PRIVATE <targets>): all sources of the folder as one library.
+# orvalo_library(<name> PUBLIC <targets> PRIVATE <targets>): all sources of the folder as one library,
+# which is built when something links it: the sanitizers need no windows.
 function(orvalo_library name)
     cmake_parse_arguments(arg "" "" "PUBLIC;PRIVATE" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS *.cpp)
-    add_library(${name} STATIC ${sources})
+    add_library(${name} STATIC EXCLUDE_FROM_ALL ${sources})
     target_link_libraries(${name} PUBLIC orvalo_options ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
     target_precompile_headers(${name} REUSE_FROM orvalo_precompiled)
 endfunction()
@@ -93,7 +94,7 @@ endfunction()
 # orvalo_test_library(<name> SOURCES ... LIBS <targets>): a library that several test programs share.
 function(orvalo_test_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
-    add_library(${name} STATIC ${arg_SOURCES})
+    add_library(${name} STATIC EXCLUDE_FROM_ALL ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC orvalo_options ${arg_LIBS} orvalo_testing)
     target_precompile_headers(${name} REUSE_FROM orvalo_testing)
 endfunction()
