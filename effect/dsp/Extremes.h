@@ -10,6 +10,18 @@ namespace orvalo::effect {
 // The order of numbers of at least 0 is that of their bits. Running extremes of whole numbers
 // become vector code, those of floating-point numbers do not.
 
+/// The number, or 0 if it is negative.
+inline float positivePart(float value) {
+    const auto bits = std::bit_cast<std::int32_t>(value);
+    return std::bit_cast<float>(bits & ~(bits >> 31));
+}
+
+/// The smaller of two numbers of at least 0.
+inline float smaller(float one, float other) {
+    return std::bit_cast<float>(
+        std::min(std::bit_cast<std::int32_t>(one), std::bit_cast<std::int32_t>(other)));
+}
+
 /// The highest of `start` and the values, all at least 0.
 inline float highest(const float* values, std::uint32_t count, float start) {
     auto result = std::bit_cast<std::int32_t>(start);
