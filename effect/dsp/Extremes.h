@@ -31,12 +31,14 @@ inline float highest(const float* values, std::uint32_t count, float start) {
     return std::bit_cast<float>(result);
 }
 
-/// The highest of `start`, at least 0, and the absolute values.
-inline float highestAbsolute(const float* values, std::uint32_t count, float start) {
+/// Sets each of `to` to what `of` makes of a value, and returns the highest absolute one.
+template <typename Of>
+float copyHighest(const float* from, float* to, std::uint32_t count, const Of& of) {
     constexpr std::int32_t withoutSign = 0x7FFFFFFF;
-    auto result = std::bit_cast<std::int32_t>(start);
+    std::int32_t result = 0;
     for (std::uint32_t i = 0; i < count; ++i) {
-        result = std::max(result, std::bit_cast<std::int32_t>(values[i]) & withoutSign);
+        to[i] = of(from[i]);
+        result = std::max(result, std::bit_cast<std::int32_t>(to[i]) & withoutSign);
     }
     return std::bit_cast<float>(result);
 }
