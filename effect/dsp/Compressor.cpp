@@ -5,9 +5,9 @@
 
 namespace orvalo::effect {
 
-Compressor::Compressor(double sampleRate)
+Compressor::Compressor(double sampleRate, LevelDetector::Crests crests)
     : sampleRate_(sampleRate),
-      detector_(sampleRate),
+      detector_(sampleRate, crests),
       gainStage_(sampleRate),
       ballistics_{Ballistics(sampleRate), Ballistics(sampleRate)} {}
 

@@ -26,7 +26,8 @@ class Compressor {
         Chunk held;
     };
 
-    explicit Compressor(double sampleRate);
+    explicit Compressor(double sampleRate,
+                        LevelDetector::Crests crests = LevelDetector::Crests::ofFrames);
 
     /// Ramps to the values, or sets them at once.
     void configure(const ParameterValues& values, bool atOnce);

@@ -10,6 +10,18 @@ namespace orvalo::effect {
 // The order of numbers of at least 0 is that of their bits. Running extremes of whole numbers
 // become vector code, those of floating-point numbers do not.
 
+/// The number, or 0 if it is negative.
+inline float positivePart(float value) {
+    const auto bits = std::bit_cast<std::int32_t>(value);
+    return std::bit_cast<float>(bits & ~(bits >> 31));
+}
+
+/// The smaller of two numbers of at least 0.
+inline float smaller(float one, float other) {
+    return std::bit_cast<float>(
+        std::min(std::bit_cast<std::int32_t>(one), std::bit_cast<std::int32_t>(other)));
+}
+
 /// The highest of `start` and the values, all at least 0.
 inline float highest(const float* values, std::uint32_t count, float start) {
     auto result = std::bit_cast<std::int32_t>(start);
@@ -19,12 +31,14 @@ inline float highest(const float* values, std::uint32_t count, float start) {
     return std::bit_cast<float>(result);
 }
 
-/// The highest of `start`, at least 0, and the absolute values.
-inline float highestAbsolute(const float* values, std::uint32_t count, float start) {
+/// Sets each of `to` to what `of` makes of a value, and returns the highest absolute one.
+template <typename Of>
+float copyHighest(const float* from, float* to, std::uint32_t count, const Of& of) {
     constexpr std::int32_t withoutSign = 0x7FFFFFFF;
-    auto result = std::bit_cast<std::int32_t>(start);
+    std::int32_t result = 0;
     for (std::uint32_t i = 0; i < count; ++i) {
-        result = std::max(result, std::bit_cast<std::int32_t>(values[i]) & withoutSign);
+        to[i] = of(from[i]);
+        result = std::max(result, std::bit_cast<std::int32_t>(to[i]) & withoutSign);
     }
     return std::bit_cast<float>(result);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "effect/dsp/Extremes.h"
+
 namespace orvalo::effect {
 
 /// The static curve of a compressor: the gain reduction in dB for a level in dB. Below the knee 0,
@@ -17,8 +19,8 @@ class GainComputer {
         const float width = std::max(knee, hardKnee);
         const float half = 0.5F * width;
         const float excess = level - threshold;
-        const float inKnee = std::min(std::max(excess + half, 0.0F), width);
-        const float aboveKnee = std::max(excess - half, 0.0F);
+        const float inKnee = smaller(positivePart(excess + half), width);
+        const float aboveKnee = positivePart(excess - half);
         return slope * (inKnee * inKnee / (width + width) + aboveKnee);
     }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "effect/dsp/Decibels.h"
+#include "effect/dsp/Extremes.h"
 #include "effect/dsp/GainComputer.h"
 #include "effect/dsp/VectorClones.h"
 
@@ -38,7 +39,7 @@ struct GainStage::Curve {
         for (std::uint32_t i = 0; i < count; ++i) {
             const float reduction = GainComputer::reduction(decibelsFromAmplitude(amplitude[i]),
                                                             threshold[i], slope[i], knee[i]);
-            asked[i] = std::min(reduction, range[i]);
+            asked[i] = smaller(reduction, range[i]);
         }
     }
 };

@@ -9,8 +9,21 @@
 
 namespace orvalo::effect {
 
+namespace {
+
+/// The crest at the middle one of three amplitudes, or this amplitude if it is none.
+inline float crest(float before, float middle, float after) {
+    const float rise = middle - before;
+    const float fall = middle - after;
+    const float bend = rise + fall;
+    const bool isCrest = rise >= 0.0F && fall >= 0.0F && bend > 0.0F;
+    return middle + (isCrest ? (rise - fall) * (rise - fall) / (8.0F * bend) : 0.0F);
+}
+
+}  // namespace
+
 void LevelDetector::configure(bool isRms, float window) {
-    if (isRms && !isRms_) {
+    if (isRms != isRms_) {
         reset();
     }
     isRms_ = isRms;
@@ -23,7 +36,7 @@ void LevelDetector::configure(bool isRms, float window) {
 ORVALO_VECTOR_CLONES
 void LevelDetector::linked(const float* left, const float* right, float* amplitude,
                            std::uint32_t count) {
-    if (!isRms_) {
+    if (!isRms_ && crests_ == Crests::ofFrames) {
         for (std::uint32_t i = 0; i < count; ++i) {
             amplitude[i] = std::max(std::abs(left[i]), std::abs(right[i]));
         }
@@ -48,6 +61,20 @@ void LevelDetector::separate(const float* left, const float* right, float* leftA
         leftAmplitude[i] = std::abs(left[i]);
         rightAmplitude[i] = std::abs(right[i]);
     }
+    if (crests_ == Crests::exact) {
+        raiseCrests(leftAmplitude, last_[0], count);
+        raiseCrests(rightAmplitude, last_[1], count);
+    }
+}
+
+void LevelDetector::raiseCrests(float* amplitude, Last& last, std::uint32_t count) {
+    std::array<float, 2 + chunkFrames> all;
+    std::copy(last.begin(), last.end(), all.begin());
+    std::copy_n(amplitude, count, all.begin() + 2);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        amplitude[i] = crest(all[i], all[i + 1], all[i + 2]);
+    }
+    std::copy_n(all.begin() + count, last.size(), last.begin());
 }
 
 void LevelDetector::takeMean(const float* samples, double& mean, float* amplitude,

@@ -6,7 +6,7 @@ namespace orvalo::effect {
 
 OversampledGain::OversampledGain(double sampleRate, std::uint32_t factor)
     : factor_(factor),
-      compressor_(sampleRate * factor),
+      compressor_(sampleRate * factor, LevelDetector::Crests::exact),
       signal_{Oversampler(factor), Oversampler(factor)},
       key_{Oversampler(factor), Oversampler(factor)} {}
 

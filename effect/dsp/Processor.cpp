@@ -15,13 +15,16 @@ constexpr double truePeakHold = 0.25;
 /// In dB: more than the rounding errors of the meter's level.
 constexpr float unseenBelow = 0.001F;
 
-/// Copies samples. NaN, infinite and huge ones become 0, because the state would never recover from
-/// them.
-inline void copyUsable(const float* from, float* to, std::uint32_t count) {
+/// Copies samples and returns the highest absolute value of the copies. NaN, infinite and huge ones
+/// become 0, because the state would never recover from them.
+inline float copyUsable(const float* from, float* to, std::uint32_t count) {
     constexpr float largest = 1e15F;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        to[i] = std::abs(from[i]) <= largest ? from[i] : 0.0F;
-    }
+    return copyHighest(from, to, count,
+                       [](float value) { return std::abs(value) <= largest ? value : 0.0F; });
+}
+
+inline float copyHighest(const float* from, float* to, std::uint32_t count) {
+    return effect::copyHighest(from, to, count, [](float value) { return value; });
 }
 
 /// Sets `to` to the part `share` of `from` and the rest of itself.
@@ -188,11 +191,13 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
         ducker_.setBeat(beat_.isDown());
         // Copies: an output may be the other channel's input.
         StereoChunk signal;
-        copyUsable(inLeft + first, signal.left.data(), count);
-        copyUsable(inRight + first, signal.right.data(), count);
+        const float inputLeft = copyUsable(inLeft + first, signal.left.data(), count);
+        const float inputRight = copyUsable(inRight + first, signal.right.data(), count);
+        inputPeak_ = std::max({inputPeak_, inputLeft, inputRight});
         processChunk(signal, first, count, midi);
-        std::copy_n(signal.left.data(), count, outLeft + first);
-        std::copy_n(signal.right.data(), count, outRight + first);
+        const float left = copyHighest(signal.left.data(), outLeft + first, count);
+        const float right = copyHighest(signal.right.data(), outRight + first, count);
+        measureOutput(signal, left, right, count);
         beat_.advance(count);
         first += count;
     }
@@ -201,8 +206,6 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
 ORVALO_VECTOR_CLONES
 void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint32_t count,
                              MidiOutput& midi) {
-    inputPeak_ = highestAbsolute(signal.left.data(), count, inputPeak_);
-    inputPeak_ = highestAbsolute(signal.right.data(), count, inputPeak_);
     const bool isExternal = isExternal_ && sideChain_[0] != nullptr && sideChain_[1] != nullptr;
     StereoChunk own;
     if (isExternal) {
@@ -230,8 +233,10 @@ void Processor::processChunk(StereoChunk& signal, std::uint32_t first, std::uint
     deepestReduction_ = highest(gains.reduction.data(), count, deepestReduction_);
     deepestDucking_ = ducking.isSteady ? std::max(deepestDucking_, ducking.decibels[0])
                                        : highest(ducking.decibels.data(), count, deepestDucking_);
-    const float left = highestAbsolute(signal.left.data(), count, 0.0F);
-    const float right = highestAbsolute(signal.right.data(), count, 0.0F);
+}
+
+void Processor::measureOutput(const StereoChunk& signal, float left, float right,
+                              std::uint32_t count) {
     outputPeak_ = std::max({outputPeak_, left, right});
     highestTruePeak_ = truePeakLeft_.highest(signal.left.data(), count, left, highestTruePeak_);
     highestTruePeak_ = truePeakRight_.highest(signal.right.data(), count, right, highestTruePeak_);

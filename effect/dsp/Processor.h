@@ -81,6 +81,8 @@ class Processor {
     void configureStages(const ParameterValues& values);
     void processChunk(StereoChunk& signal, std::uint32_t first, std::uint32_t count,
                       MidiOutput& midi);
+    /// left, right: the highest absolute values of the channels.
+    void measureOutput(const StereoChunk& signal, float left, float right, std::uint32_t count);
     /// The two ways of a chunk from input to output. The second one is for what delays the signal,
     /// for listening, and for mid and side.
     void processDirectly(StereoChunk& signal, const StereoChunk& key, const Ducking& ducking,

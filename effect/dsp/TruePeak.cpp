@@ -63,15 +63,17 @@ float TruePeak::highest(const float* samples, std::uint32_t count, float peak, f
     lastPeak_ = count < before ? among : peak;
     if (largestGain[1] * among > start) {
         const float* newest = samples_.data() + before;
-        Chunk peaks{};
-        if (largestGain[0] * among > start) {
-            interpolate(peaks.data(), count);
-        } else {
-            for (std::uint32_t i = 0; i < count; ++i) {
-                peaks[i] = higher<1>(newest + i);
-            }
+        Chunk peaks;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            peaks[i] = higher<1>(newest + i);
         }
-        start = effect::highest(peaks.data(), count, start);
+        start = effect::highest(peaks.data(), count, std::max(peak, start));
+        if (largestGain[0] * among > start) {
+            for (std::uint32_t i = 0; i < count; ++i) {
+                peaks[i] = higher<0>(newest + i);
+            }
+            start = effect::highest(peaks.data(), count, start);
+        }
     }
     keepLast(count);
     return start;

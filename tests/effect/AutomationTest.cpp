@@ -32,9 +32,28 @@ Stereo render(std::uint32_t seed, const std::vector<std::uint32_t>& lengths) {
     return result;
 }
 
+/// Moves one control to three values, each for 8192 frames.
+Stereo renderMoving(const orvalo::effect::ParameterRange& range, const Stereo& input,
+                    std::uint32_t length) {
+    EffectHost host;
+    host.activate();
+    Stereo result;
+    for (const float share : {0.0F, 1.0F, 0.3F}) {
+        host.control(range.symbol) = range.minimum + share * (range.maximum - range.minimum);
+        const auto output = host.render(input, {length});
+        result.left.insert(result.left.end(), output.left.begin(), output.left.end());
+        result.right.insert(result.right.end(), output.right.begin(), output.right.end());
+    }
+    return result;
+}
+
+/// Whether to take all block lengths. By hand: this takes a quarter of an hour.
+bool takesAllLengths() {
+    return std::getenv("ORVALO_EFFECT_ALL_BLOCK_LENGTHS") != nullptr;
+}
+
 TEST(Automation, BlockLengthsChangeNoSample) {
-    // All lengths by hand with this variable.
-    const bool all = std::getenv("ORVALO_EFFECT_ALL_BLOCK_LENGTHS") != nullptr;
+    const bool all = takesAllLengths();
     for (std::uint32_t seed = 1; seed <= 3; ++seed) {
         const auto expected = render(seed, {8192});
         for (std::uint32_t length = 1; length < 8192; length += all ? 1 : 1 + length * 3 / 2) {
@@ -44,22 +63,14 @@ TEST(Automation, BlockLengthsChangeNoSample) {
 }
 
 TEST(Automation, EachControlMovedAloneDependsOnNoBlockLength) {
+    const bool all = takesAllLengths();
+    const auto input = noiseBursts(8192, 3);
     for (const auto& range : parameterRanges) {
-        std::vector<Stereo> results;
-        for (const std::uint32_t length : {8192U, 37U}) {
-            EffectHost host;
-            host.activate();
-            Stereo result;
-            for (const float share : {0.0F, 1.0F, 0.3F}) {
-                host.control(range.symbol) =
-                    range.minimum + share * (range.maximum - range.minimum);
-                const auto output = host.render(noiseBursts(8192, 3), {length});
-                result.left.insert(result.left.end(), output.left.begin(), output.left.end());
-                result.right.insert(result.right.end(), output.right.begin(), output.right.end());
-            }
-            results.push_back(result);
+        const auto expected = renderMoving(range, input, 8192);
+        for (std::uint32_t length = all ? 1 : 37; length < (all ? 8192U : 38U); ++length) {
+            ASSERT_EQ(renderMoving(range, input, length), expected)
+                << range.symbol << ' ' << length;
         }
-        EXPECT_EQ(results[0], results[1]) << range.symbol;
     }
 }
 

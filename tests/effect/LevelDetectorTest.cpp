@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "effect/dsp/Chunk.h"
+#include "effect/dsp/ScopedFlushToZero.h"
 
 namespace {
 
@@ -51,6 +53,47 @@ TEST(LevelDetector, WindowIsTheTimeConstantOfThePower) {
         const auto amplitude = linked(detector, one, one);
         EXPECT_NEAR(amplitude.back() * amplitude.back(), 1.0 - std::exp(-1.0), 1e-4) << window;
     }
+}
+
+TEST(LevelDetector, ExactCrestsAreThoseBetweenTheFrames) {
+    std::vector<float> sine(4 * chunkFrames + 5);
+    for (std::size_t i = 0; i < sine.size(); ++i) {
+        sine[i] = std::sin(0.1636F * static_cast<float>(i));
+    }
+    const std::vector<float> silence(sine.size());
+    LevelDetector detector(192000.0, LevelDetector::Crests::exact);
+    detector.configure(false, 10.0F);
+    const auto amplitude = linked(detector, silence, sine);
+    std::size_t crests = 0;
+    for (std::size_t i = 1; i < sine.size(); ++i) {
+        const float before = std::abs(sine[i - 1]);
+        const float beforeThat = i < 2 ? 1.0F : std::abs(sine[i - 2]);
+        const bool isCrest = before >= beforeThat && before > std::abs(sine[i]);
+        if (isCrest) {
+            EXPECT_NEAR(amplitude[i], 1.0F, 3e-5F) << i;
+            ++crests;
+        } else {
+            EXPECT_EQ(amplitude[i], before) << i;
+        }
+    }
+    EXPECT_EQ(crests, 27U);
+    // A crest is found across the end of a block, too.
+    detector.reset();
+    std::vector<float> one(sine.size());
+    for (std::size_t i = 0; i < sine.size(); ++i) {
+        detector.linked(&silence[i], &sine[i], &one[i], 1);
+    }
+    EXPECT_EQ(one, amplitude);
+}
+
+TEST(LevelDetector, ExactCrestsOfTheSmallestNumbersAreFinite) {
+    constexpr float smallest = std::numeric_limits<float>::min();
+    const orvalo::effect::ScopedFlushToZero flushToZero;
+    LevelDetector detector(192000.0, LevelDetector::Crests::exact);
+    detector.configure(false, 10.0F);
+    const std::vector<float> steps{smallest, 1.5F * smallest, smallest, 1.5F * smallest, 0.0F};
+    EXPECT_EQ(linked(detector, steps, steps),
+              (std::vector<float>{0.0F, smallest, 1.5F * smallest, smallest, 1.5F * smallest}));
 }
 
 TEST(LevelDetector, ChannelsAreSeparate) {
