@@ -65,11 +65,12 @@ TEST(SampleRate, EverythingOnRunsAtEveryRate) {
         EXPECT_GT(loudest, 0.1F) << rate;
         EXPECT_LT(loudest, 0.9F) << rate;
         // What is left of the bursts ends in exact silence: no denormal number circulates.
-        Stereo silence = steady(9000, 0.0F);
-        for (int i = 0; i < 60; ++i) {
-            silence = host.render(steady(9000, 0.0F));
+        const auto silence = steady(9000, 0.0F);
+        int blocks = 1;
+        while (host.render(silence) != silence && blocks < 60) {
+            ++blocks;
         }
-        EXPECT_EQ(silence, steady(9000, 0.0F)) << rate;
+        EXPECT_LT(blocks, 60) << rate;
     }
 }
 

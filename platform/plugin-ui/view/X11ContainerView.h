@@ -10,7 +10,7 @@
 
 using GtkEventController = struct _GtkEventController;  // NOLINT(bugprone-reserved-identifier)
 using GdkFrameClock = struct _GdkFrameClock;  // NOLINT(bugprone-reserved-identifier): GTK's own.
-using XEvent = union _XEvent;  // NOLINT(bugprone-reserved-identifier): Xlib's own.
+using XEvent = union _XEvent;                 // NOLINT(bugprone-reserved-identifier): Xlib's own.
 
 namespace orvalo {
 
