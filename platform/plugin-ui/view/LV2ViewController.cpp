@@ -233,7 +233,6 @@ void LV2ViewController::watchControls(bool isShown) {
         return;
     }
     if (!isShown) {
-        g_source_destroy(controlsTimer_.get());
         controlsTimer_ = nullptr;
         return;
     }
