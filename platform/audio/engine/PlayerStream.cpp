@@ -1,6 +1,5 @@
 #include "platform/audio/engine/PlayerStream.h"
 
-
 namespace orvalo {
 
 PlayerStream::PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat& outputFormat)
