@@ -2,9 +2,7 @@
 
 #include <glib.h>
 #include <glib/gstdio.h>
-#include <sys/stat.h>
 
-#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -13,17 +11,16 @@
 #include "platform/audio/bridge/host/BridgedAudioUnit.h"
 #include "platform/audio/engine/EffectLoading.h"
 #include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/UserFolders.h"
+#include "platform/foundation/StateFile.h"
 #include "platform/ui/UIApplication.h"
 
 namespace orvalo {
 
 namespace {
 
+constexpr const char* kFile = "effect.ini";
 constexpr const char* kEffect = "Effect";
 constexpr const char* kControls = "Controls";
-
-using KeyFile = std::unique_ptr<GKeyFile, Release<g_key_file_unref>>;
 
 /// The unit whose state is saved at the end.
 struct Current {
@@ -34,10 +31,6 @@ struct Current {
 Current& current() {
     static auto* const current = new Current;
     return *current;
-}
-
-std::filesystem::path file() {
-    return userStateFolder() / "orvalo" / "effect.ini";
 }
 
 std::string text(GKeyFile* saved, const char* key) {
@@ -62,9 +55,9 @@ std::optional<std::map<std::string, float>> controls(GKeyFile* saved) {
 }
 
 std::optional<LV2FullState> recall(const std::string& uri) {
-    const auto path = file();
+    const auto path = stateFile(kFile);
     GError* error = nullptr;
-    const KeyFile saved(g_key_file_new());
+    const KeyFilePointer saved(g_key_file_new());
     if (g_key_file_load_from_file(saved.get(), path.c_str(), G_KEY_FILE_NONE, &error) == FALSE) {
         const GErrorPointer held(error);
         if (!g_error_matches(error, G_FILE_ERROR, G_FILE_ERROR_NOENT)) {
@@ -94,7 +87,7 @@ std::optional<LV2FullState> recall(const std::string& uri) {
 }
 
 void save(const std::string& uri, const LV2FullState& state) {
-    const KeyFile saved(g_key_file_new());
+    const KeyFilePointer saved(g_key_file_new());
     g_key_file_set_string(saved.get(), kEffect, "URI", uri.c_str());
     if (!state.preset.empty()) {
         g_key_file_set_string(saved.get(), kEffect, "Preset", state.preset.c_str());
@@ -107,17 +100,7 @@ void save(const std::string& uri, const LV2FullState& state) {
     for (const auto& [symbol, value] : state.controls) {
         g_key_file_set_double(saved.get(), kControls, symbol.c_str(), double{value});
     }
-    const auto path = file();
-    g_mkdir_with_parents(path.parent_path().c_str(), S_IRWXU);
-    gsize length = 0;
-    const GText content(g_key_file_to_data(saved.get(), &length, nullptr));
-    GError* error = nullptr;
-    if (g_file_set_contents_full(path.c_str(), content.get(), static_cast<gssize>(length),
-                                 G_FILE_SET_CONTENTS_CONSISTENT, S_IRUSR | S_IWUSR,
-                                 &error) == FALSE) {
-        const GErrorPointer held(error);
-        g_warning("The effect's state is not saved: %s", held->message);
-    }
+    saveStateFile(kFile, saved, "The effect's state");
 }
 
 void saveCurrent() {
@@ -134,7 +117,7 @@ void saveCurrent() {
         save(unit->data().uri, *state);
     } else {
         // The state may be why the effect has died.
-        g_unlink(file().c_str());
+        g_unlink(stateFile(kFile).c_str());
     }
 }
 

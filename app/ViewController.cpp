@@ -36,8 +36,7 @@ constexpr auto kPlaying =
     "The Effect button shows the effect’s controls: turn them and listen.";
 constexpr auto kNoEffect =
     "No effect was found that works. Install Orvalo again, or register another LV2 effect; the "
-    "help "
-    "says how. Until then music plays without an effect.";
+    "help says how. Until then music plays without an effect.";
 
 /// The window's title while an effect is loaded.
 std::string windowTitle(const std::string& effect) {

@@ -1,6 +1,5 @@
 #include "bench/live/Performance.h"
 
-#include <atomic>
 #include <chrono>
 
 #include "hosting/OrvaloComponent.h"

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <string>
 #include <system_error>
 
 namespace orvalo::bench {

@@ -4,7 +4,6 @@
 #include <lv2/atom/atom.h>
 #include <lv2/urid/urid.h>
 
-#include <algorithm>
 #include <map>
 #include <stdexcept>
 #include <string>

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <stdexcept>
-#include <string>
 #include <utility>
 
 #include "bench/measuring/Clocks.h"

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <numbers>
 #include <span>
-#include <string_view>
 
 #include "demos/playing/Feel.h"
 #include "demos/playing/Players.h"

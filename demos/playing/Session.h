@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "demos/playing/Feel.h"
 #include "demos/playing/Score.h"
 #include "demos/playing/Style.h"

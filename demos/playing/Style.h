@@ -3,8 +3,6 @@
 #include <string_view>
 #include <vector>
 
-#include "demos/theory/Metre.h"
-
 namespace orvalo {
 
 /// The roles in a band; the catalogue assigns instruments to them.

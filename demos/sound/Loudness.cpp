@@ -2,7 +2,6 @@
 
 #include <ebur128.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <memory>

@@ -1,7 +1,6 @@
 #include "demos/theory/Chord.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <stdexcept>
 #include <string>

@@ -1,6 +1,5 @@
-#include <glib-unix.h>
+#include <glib.h>
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -11,6 +10,7 @@
 
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/FatalError.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/MainQueueStore.h"
 #include "platform/foundation/OneShot.h"
@@ -27,11 +27,6 @@ namespace {
 class MainQueue final : public DispatchQueue {
   public:
     MainQueue();
-    ~MainQueue() override;
-    MainQueue(const MainQueue&) = delete;
-    MainQueue& operator=(const MainQueue&) = delete;
-    MainQueue(MainQueue&&) = delete;
-    MainQueue& operator=(MainQueue&&) = delete;
 
     void async(WorkItem work) override;
     void sync(WorkItem work) override;
@@ -49,7 +44,7 @@ class MainQueue final : public DispatchQueue {
 
     MainQueuePool pool_;
     MainQueueStore store_{*pool_.take()};
-    int wakeDescriptor_;
+    const FileDescriptor wakeDescriptor_;
     /// Whether the run loop will check the queue again without being woken.
     std::atomic<bool> isAwake_{false};
     std::atomic<std::uint64_t> dropped_{0};
@@ -72,7 +67,7 @@ struct MainQueue::Source {
         const auto& own = of(source);
         if (g_source_query_unix_fd(source, own.tag) != 0) {
             eventfd_t count = 0;
-            eventfd_read(own.queue->wakeDescriptor_, &count);
+            eventfd_read(own.queue->wakeDescriptor_.get(), &count);
         }
         return own.queue->isReady();
     }
@@ -86,7 +81,7 @@ struct MainQueue::Source {
 MainQueue::MainQueue()
     : DispatchQueue("com.orvalo.main-thread"),
       wakeDescriptor_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
-    if (wakeDescriptor_ < 0) {
+    if (!wakeDescriptor_) {
         fatalError(std::string("The main queue could not start: ") + g_strerror(errno));
     }
     static GSourceFuncs functions{.prepare = Source::prepare,
@@ -99,13 +94,8 @@ MainQueue::MainQueue()
     g_source_set_static_name(source_.get(), "main queue");
     auto& own = Source::of(source_.get());
     own.queue = this;
-    own.tag = g_source_add_unix_fd(source_.get(), wakeDescriptor_, G_IO_IN);
+    own.tag = g_source_add_unix_fd(source_.get(), wakeDescriptor_.get(), G_IO_IN);
     g_source_attach(source_.get(), g_main_context_default());
-}
-
-MainQueue::~MainQueue() {
-    g_source_destroy(source_.get());
-    close(wakeDescriptor_);
 }
 
 void MainQueue::async(WorkItem work) {
@@ -152,7 +142,7 @@ void MainQueue::wake() noexcept {
     // The exchanges here and in isReadyBeforeSleep() have one order: either this one sees that the
     // loop went to sleep, or the loop sees the item after its own exchange.
     if (!isAwake_.exchange(true, std::memory_order_acq_rel)) {
-        eventfd_write(wakeDescriptor_, 1);
+        eventfd_write(wakeDescriptor_.get(), 1);
     }
 }
 

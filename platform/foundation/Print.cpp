@@ -92,7 +92,7 @@ class WaitingLines {
         std::unique_lock lock(mutex_);
         const bool isFirst = lines_.empty();
         if (isFirst && isTakenAtOnce(text.size() + 1)) {
-            writeLine(descriptor_, {}, text);
+            writeLine(descriptor_, text);
             return;
         }
         if (!isFirst && bytes_ + text.size() > kMostBytes) {
@@ -143,7 +143,7 @@ class WaitingLines {
             // Stays in the list until it is written, so that print() does not overtake it.
             const auto& line = lines_.front();
             lock.unlock();
-            writeLine(descriptor_, {}, line);
+            writeLine(descriptor_, line);
             lock.lock();
             bytes_ -= line.size();
             lines_.pop_front();
@@ -179,14 +179,14 @@ void print(std::string_view text) {
     // One write alone does not keep lines whole: pipes split long ones.
     static constinit std::mutex mutex;
     const std::lock_guard lock(mutex);
-    writeLine(STDOUT_FILENO, {}, text);
+    writeLine(STDOUT_FILENO, text);
 }
 
 void printToStandardError(std::string_view text) {
     if (auto* const waiting = waitingStreams.load()) {
         waiting->error.print(text);
     } else {
-        writeLine(STDERR_FILENO, {}, text);
+        writeLine(STDERR_FILENO, text);
     }
 }
 
@@ -203,9 +203,9 @@ void finishPrinting() noexcept {
     }
 }
 
-void writeLine(int descriptor, std::string_view prefix, std::string_view text) noexcept {
+void writeLine(int descriptor, std::string_view text) noexcept {
     const PipeSignalGuard guard;
-    std::array<iovec, 3> pieces{piece(prefix), piece(text), piece("\n")};
+    std::array<iovec, 2> pieces{piece(text), piece("\n")};
     std::size_t first = 0;
     while (first < pieces.size()) {
         const ssize_t result =

@@ -22,9 +22,9 @@ void printWithoutWaiting();
 /// Waits until the lines that wait in memory are written, at most for half a second.
 void finishPrinting() noexcept;
 
-/// Writes prefix, text and one line feed to a descriptor with one system call, or with several when
+/// Writes text and one line feed to a descriptor with one system call, or with several when
 /// the descriptor accepts only a part. Ignores failures. A closed pipe raises no signal; the signal
 /// settings of process and thread stay as they are. Any thread; lines of several threads may mix.
-void writeLine(int descriptor, std::string_view prefix, std::string_view text) noexcept;
+void writeLine(int descriptor, std::string_view text) noexcept;
 
 }  // namespace orvalo

@@ -120,7 +120,6 @@ bool RunLoop::run(const std::function<bool()>& condition, std::chrono::milliseco
         g_main_context_iteration(context_, TRUE);
         holds = condition();
     }
-    g_source_destroy(wake.get());
     return holds;
 }
 

@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view punctuation = "-._~:/?#[]@!$&'()*+,;=%";
 // RFC 3986, section 3.3: the characters that a path has unescaped.
 constexpr const char* pathPunctuation = "!$&'()*+,;=:@/";
-constexpr auto flags = static_cast<GUriFlags>(G_URI_FLAGS_ENCODED);
+constexpr auto flags = G_URI_FLAGS_ENCODED;
 constexpr std::string_view fileScheme = "file:";
 
 bool isWritten(char character) {

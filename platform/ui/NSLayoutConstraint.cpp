@@ -2,7 +2,6 @@
 
 #include <gtk/gtk.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/foundation/FatalError.h"

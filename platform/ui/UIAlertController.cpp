@@ -3,7 +3,6 @@
 #include <adwaita.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 #include "platform/foundation/DispatchQueue.h"

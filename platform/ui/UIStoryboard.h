@@ -13,7 +13,6 @@
 
 namespace orvalo {
 
-class UIResponder;
 class UIViewController;
 class UIWindow;
 

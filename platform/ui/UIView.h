@@ -14,8 +14,6 @@ using GtkWidget = struct _GtkWidget;  // NOLINT(bugprone-reserved-identifier): G
 
 namespace orvalo {
 
-class NSLayoutConstraint;
-
 /// A rectangle on screen: one widget of the toolkit, from a layout or made by code. All operations
 /// on the main thread; elsewhere a fatal error that names the operation.
 class UIView : public UIResponder {

@@ -13,7 +13,6 @@
 
 namespace orvalo {
 
-class UIStoryboard;
 class UIStoryboardSegue;
 class UIWindow;
 

@@ -1,30 +1,23 @@
 #include "platform/ui/WindowSize.h"
 
-#include <glib/gstdio.h>
 #include <gtk/gtk.h>
-#include <sys/stat.h>
 
 #include <memory>
 
-#include "platform/foundation/GLibPointer.h"
-#include "platform/foundation/UserFolders.h"
+#include "platform/foundation/StateFile.h"
 #include "platform/ui/UIApplication.h"
 
 namespace orvalo {
 
 namespace {
 
+constexpr const char* kFile = "window.ini";
 constexpr const char* kGroup = "Window";
 
-using KeyFile = std::unique_ptr<GKeyFile, Release<g_key_file_unref>>;
-
-std::filesystem::path file() {
-    return userStateFolder() / "orvalo" / "window.ini";
-}
-
 void restore(GtkWindow* window) {
-    const KeyFile saved(g_key_file_new());
-    if (g_key_file_load_from_file(saved.get(), file().c_str(), G_KEY_FILE_NONE, nullptr) == FALSE) {
+    const KeyFilePointer saved(g_key_file_new());
+    if (g_key_file_load_from_file(saved.get(), stateFile(kFile).c_str(), G_KEY_FILE_NONE,
+                                  nullptr) == FALSE) {
         return;
     }
     const int width = g_key_file_get_integer(saved.get(), kGroup, "Width", nullptr);
@@ -47,16 +40,11 @@ struct Size {
 };
 
 void save(const Size& size) {
-    const KeyFile saved(g_key_file_new());
+    const KeyFilePointer saved(g_key_file_new());
     g_key_file_set_integer(saved.get(), kGroup, "Width", size.width);
     g_key_file_set_integer(saved.get(), kGroup, "Height", size.height);
     g_key_file_set_boolean(saved.get(), kGroup, "Maximized", size.isMaximized ? TRUE : FALSE);
-    g_mkdir_with_parents(file().parent_path().c_str(), S_IRWXU);
-    GError* error = nullptr;
-    if (g_key_file_save_to_file(saved.get(), file().c_str(), &error) == FALSE) {
-        const GErrorPointer held(error);
-        g_warning("The window's size is not saved: %s", held->message);
-    }
+    saveStateFile(kFile, saved, "The window's size");
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <gtkmm/snapshot.h>
 
 #include <algorithm>
-#include <numbers>
 
 #include "animation/EasingCurve.h"
 #include "programs/easing/Colors.h"

@@ -1,7 +1,6 @@
 #include "programs/easing/GroupsPage.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "animation/EasingCurve.h"

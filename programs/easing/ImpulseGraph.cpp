@@ -1,7 +1,6 @@
 #include "programs/easing/ImpulseGraph.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 

@@ -11,10 +11,13 @@
 #include <optional>
 
 #include "platform/foundation/ExecutablePath.h"
+#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/OneLine.h"
 #include "platform/foundation/Print.h"
 #include "platform/foundation/StandardErrorLog.h"
 #include "programs/easing/EasingWindow.h"
+
+namespace orvalo {
 
 namespace {
 
@@ -34,23 +37,22 @@ std::optional<int> readOptions(int argc, char** argv) {
     const GOptionEntry entries[] = {
         {"version", 'v', 0, G_OPTION_ARG_NONE, &version, "Show the version", nullptr},
         {nullptr, '\0', 0, G_OPTION_ARG_NONE, nullptr, nullptr, nullptr}};
-    const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(
-        g_option_context_new(nullptr), &g_option_context_free);
+    const std::unique_ptr<GOptionContext, Release<g_option_context_free>> context(
+        g_option_context_new(nullptr));
     g_option_context_set_summary(context.get(), kSummary);
     g_option_context_add_main_entries(context.get(), entries, nullptr);
     GError* failure = nullptr;
     if (g_option_context_parse(context.get(), &argc, &argv, &failure) == FALSE) {
-        std::fprintf(stderr, "orvalo-easing: %s\n", orvalo::onOneLine(failure->message).c_str());
-        g_error_free(failure);
+        std::fprintf(stderr, "orvalo-easing: %s\n",
+                     onOneLine(GErrorPointer(failure)->message).c_str());
         return kBadOption;
     }
     if (argc > 1) {
-        std::fprintf(stderr, "orvalo-easing: '%s' is no option.\n",
-                     orvalo::onOneLine(argv[1]).c_str());
+        std::fprintf(stderr, "orvalo-easing: '%s' is no option.\n", onOneLine(argv[1]).c_str());
         return kBadOption;
     }
     if (version != FALSE) {
-        orvalo::print("orvalo-easing " ORVALO_VERSION);
+        print("orvalo-easing " ORVALO_VERSION);
         return EXIT_SUCCESS;
     }
     return std::nullopt;
@@ -59,7 +61,7 @@ std::optional<int> readOptions(int argc, char** argv) {
 void loadStyle() {
     const auto display = Gdk::Display::get_default();
     Gtk::IconTheme::get_for_display(display)->add_search_path(
-        (orvalo::executablePath().parent_path().parent_path() / "share/icons").string());
+        (executablePath().parent_path().parent_path() / "share/icons").string());
     const auto provider = Gtk::CssProvider::create();
     provider->load_from_data(kStyle);
     Gtk::StyleContext::add_provider_for_display(display, provider,
@@ -67,6 +69,8 @@ void loadStyle() {
 }
 
 }  // namespace
+
+}  // namespace orvalo
 
 int main(int argc, char** argv) {
     using namespace orvalo;

@@ -29,10 +29,6 @@ ServiceConnection::ServiceConnection(FileDescriptor socket) : channel_(std::move
     g_source_attach(source_.get(), nullptr);
 }
 
-ServiceConnection::~ServiceConnection() {
-    g_source_destroy(source_.get());
-}
-
 void ServiceConnection::send(const bridge::ServiceMessage& message) {
     channel_.send(bridge::encode(message));
     updateConditions();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <span>
 
 #include "platform/audio/bridge/wire/BridgeMessages.h"
 #include "platform/audio/bridge/wire/MessageChannel.h"
@@ -15,7 +14,7 @@ class ServiceConnection {
     using Result = MessageChannel::Result;
 
     explicit ServiceConnection(FileDescriptor socket);
-    ~ServiceConnection();
+    ~ServiceConnection() = default;
     ServiceConnection(const ServiceConnection&) = delete;
     ServiceConnection& operator=(const ServiceConnection&) = delete;
 

@@ -28,12 +28,6 @@ StateWatch::StateWatch(std::shared_ptr<LV2LocalAudioUnit> unit,
     }
 }
 
-StateWatch::~StateWatch() {
-    if (timer_ != nullptr) {
-        g_source_destroy(timer_.get());
-    }
-}
-
 void StateWatch::sendIfChanged() {
     if (!keepsState_ || !unit_->hasRun()) {
         return;

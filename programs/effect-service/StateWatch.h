@@ -19,7 +19,7 @@ class StateWatch {
     /// again.
     StateWatch(std::shared_ptr<LV2LocalAudioUnit> unit,
                std::function<bool(const std::string& state)> send);
-    ~StateWatch();
+    ~StateWatch() = default;
     StateWatch(const StateWatch&) = delete;
     StateWatch& operator=(const StateWatch&) = delete;
 

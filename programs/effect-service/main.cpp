@@ -25,7 +25,7 @@ GLogWriterOutput writePlainLine(GLogLevelFlags level, const GLogField* fields, g
     };
     if (g_log_writer_default_would_drop(level, field("GLIB_DOMAIN")) == FALSE) {
         const char* message = field("MESSAGE");
-        orvalo::writeLine(STDERR_FILENO, {}, message == nullptr ? "" : message);
+        orvalo::writeLine(STDERR_FILENO, message == nullptr ? "" : message);
     }
     return G_LOG_WRITER_HANDLED;
 }

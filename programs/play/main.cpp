@@ -1,16 +1,14 @@
-#include <glib.h>
-
+#include <cerrno>
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
-#include <stdexcept>
 
 #include "platform/audio/engine/EffectLoading.h"
 #include "platform/audio/file/AVAudioFile.h"
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/OneLine.h"
-#include "platform/foundation/Print.h"
 #include "platform/foundation/StandardErrorLog.h"
 #include "programs/play/EffectChoice.h"
 #include "programs/play/OfflineRender.h"
@@ -27,6 +25,13 @@ constexpr int kBadOption = 2;
 int fail(const char* message, int status) {
     std::fprintf(stderr, "orvalo-play: %s\n", orvalo::onOneLine(message).c_str());
     return status;
+}
+
+/// Writes to standard output.
+void show(const std::string& table) {
+    if (std::puts(table.c_str()) == EOF || std::fflush(stdout) != 0) {
+        throw orvalo::NSError::posix(errno, "standard output");
+    }
 }
 
 }  // namespace
@@ -49,7 +54,7 @@ int main(int argc, char** argv) {
     try {
         options = PlayOptions::parse(argc, argv);
         if (options.list) {
-            print(options.all ? installedTable() : registryTable());
+            show(options.all ? installedTable() : registryTable());
             return EXIT_SUCCESS;
         }
         if (options.inProcess) {

@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "tests/animation/Counting.h"
 #include "tests/animation/Sequence.h"

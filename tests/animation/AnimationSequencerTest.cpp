@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <memory>
-#include <vector>
 
 #include "tests/animation/Counting.h"
 #include "tests/animation/Sequence.h"

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "tests/animation/Counting.h"
 #include "tests/animation/Sequence.h"

@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <csignal>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "animation/EasingCurve.h"

@@ -6,7 +6,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "tests/app/AccessibleTree.h"
 #include "tests/testing/Desktop.h"

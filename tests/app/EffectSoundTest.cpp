@@ -9,7 +9,6 @@
 #include "platform/audio/engine/AVAudioUnit.h"
 #include "platform/audio/file/AVAudioFile.h"
 #include "platform/audio/output/NullOutput.h"
-#include "platform/plugin-ui/view/LV2ViewController.h"
 #include "support/view/PinToSuperviewEdges.h"
 #include "tests/app/ScreenFixture.h"
 #include "tests/app/Screenshot.h"

@@ -2,7 +2,6 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
-#include <thread>
 
 #include "hosting/AUExtensionManager.h"
 #include "platform/audio/engine/AVAudioUnit.h"

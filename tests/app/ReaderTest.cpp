@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 

@@ -166,6 +166,17 @@ TEST_F(RestorationTest, AnUnreadableStateGivesALineAndTheDefault) {
     }
 }
 
+TEST_F(RestorationTest, AFolderThatCannotBeMadeIsNamed) {
+    const auto inItsPlace = state().parent_path().parent_path();
+    std::ofstream(inItsPlace) << "a file";
+    startAndShow();
+    EXPECT_EQ(quit(), 0);
+    EXPECT_THAT(program->standardError(),
+                HasSubstr("The effect's state is not saved: " + state().parent_path().string() +
+                          ": Not a directory\n"));
+    EXPECT_TRUE(std::filesystem::is_regular_file(inItsPlace));
+}
+
 TEST_F(RestorationTest, TheStateOfAnotherEffectAndValuesOutOfRangeAreNotTaken) {
     write("[Effect]\nURI=urn:orvalo:test:other\n[Controls]\nlevel=-3\n");
     startAndShow();

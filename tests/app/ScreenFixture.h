@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "app/HelpViewController.h"
 #include "app/ViewController.h"

@@ -8,7 +8,6 @@ extern "C" {
 #include <algorithm>
 #include <memory>
 #include <stdexcept>
-#include <string>
 
 namespace orvalo::testing {
 

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
-#include <span>
 #include <string>
 #include <vector>
 

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <typeinfo>
 
 #include "platform/audio/engine/EffectLoading.h"

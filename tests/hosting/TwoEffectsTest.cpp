@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "tests/Audio Engine/FatalEnd.h"
 #include "tests/Audio Engine/PlayerLines.h"
 #include "tests/hosting/ManagerFixture.h"

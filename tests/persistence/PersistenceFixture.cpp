@@ -4,7 +4,6 @@
 
 #include <optional>
 
-#include "support/FileLocations.h"
 #include "tests/testing/Staged.h"
 #include "tests/testing/TemporaryFolder.h"
 

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "tests/persistence/PersistenceFixture.h"
 
 namespace orvalo::testing {

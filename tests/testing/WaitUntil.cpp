@@ -19,9 +19,7 @@ bool pollUntil(const std::function<bool()>& condition, std::chrono::milliseconds
     g_source_set_callback(
         looks.get(), [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
     g_source_attach(looks.get(), loop->context());
-    const bool holds = loop->run(condition, timeout);
-    g_source_destroy(looks.get());
-    return holds;
+    return loop->run(condition, timeout);
 }
 
 }  // namespace orvalo::testing

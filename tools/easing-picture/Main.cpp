@@ -6,7 +6,6 @@
 #include <iomanip>
 #include <iostream>
 #include <sstream>
-#include <string>
 #include <string_view>
 #include <vector>
 

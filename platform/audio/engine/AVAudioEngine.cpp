@@ -163,10 +163,7 @@ std::uint32_t AVAudioEngine::renderOfflineSlice(std::uint32_t frameCount, AVAudi
     const RenderSlot<RenderPlan>::Access plan(plan_);
     if (!plan) {
         // Another thread has called stop().
-        const auto rest = buffer.block(from, frameCount, channels);
-        for (std::uint32_t channel = 0; channel < rest.channelCount; ++channel) {
-            std::fill_n(rest.channels[channel], frameCount, 0.0F);
-        }
+        silence(buffer.block(from, frameCount, channels));
         buffer.frameLength = from + frameCount;
         return frameCount;
     }

@@ -198,9 +198,7 @@ void AVAudioPlayerNode::Playback::render(const AudioBlock& /*input*/,
                                          const AudioBlock& output) noexcept {
     const RenderSlot<PlayerStream>::Access stream(stream_);
     if (!stream || !isPlaying_.load(std::memory_order_relaxed)) {
-        for (std::uint32_t channel = 0; channel < output.channelCount; ++channel) {
-            std::fill_n(output.channels[channel], output.frameCount, 0.0F);
-        }
+        silence(output);
         return;
     }
     const bool hasStarted = stream->ring()->consumed() > 0;

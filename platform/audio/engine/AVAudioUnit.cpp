@@ -9,7 +9,7 @@
 #include "platform/audio/engine/EffectLoading.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "platform/audio/signal/AVAudioPCMBuffer.h"
-#include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/audio/signal/MapChannels.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NSError.h"
@@ -33,11 +33,7 @@ EffectLoading loading(AudioComponentInstantiationOptions options) {
 /// Whether the main bundle names the effect's manufacturer as one of its group.
 bool isOfGroup(const AVAudioUnitComponent& component) {
     const auto manufacturer = Bundle::main()->infoValue("GroupManufacturer");
-    std::uint32_t code = 0;
-    for (const char letter : manufacturer.value_or("")) {
-        code = code << 8U | static_cast<unsigned char>(letter);
-    }
-    return manufacturer && code == component.statedManufacturer;
+    return manufacturer && fourCharCode(*manufacturer) == component.statedManufacturer;
 }
 
 /// The folder of the group's settings, for the effects of the group. The database in it has more

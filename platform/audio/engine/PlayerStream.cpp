@@ -1,7 +1,5 @@
 #include "platform/audio/engine/PlayerStream.h"
 
-#include <algorithm>
-
 namespace orvalo {
 
 PlayerStream::PlayerStream(std::shared_ptr<PlayerRing> ring, const AVAudioFormat& outputFormat)
@@ -30,14 +28,8 @@ bool PlayerStream::render(const AudioBlock& output) noexcept {
 
 bool PlayerStream::readOrClear(const AudioBlock& block) noexcept {
     const auto count = ring_->read(block);
-    if (count == block.frameCount) {
-        return true;
-    }
-    for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
-        std::fill(block.channels[channel] + count, block.channels[channel] + block.frameCount,
-                  0.0F);
-    }
-    return false;
+    silence(AudioBlockPart(block, count, block.frameCount - count).block());
+    return count == block.frameCount;
 }
 
 }  // namespace orvalo

@@ -6,12 +6,6 @@ namespace orvalo {
 
 namespace {
 
-void clear(const AudioBlock& block) noexcept {
-    for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
-        std::fill_n(block.channels[channel], block.frameCount, 0.0F);
-    }
-}
-
 void add(const AudioBlock& from, const AudioBlock& to) noexcept {
     for (std::uint32_t channel = 0; channel < to.channelCount; ++channel) {
         const float* source = from.channels[channel];
@@ -73,7 +67,7 @@ std::uint32_t RenderPlan::sliceThatFits(std::uint32_t frameCount) const noexcept
 void RenderPlan::renderSlice(const AudioBlock& slice) noexcept {
     // A device that has just changed its channels may render once with the old plan.
     if (branches_.empty() || slice.channelCount != outputChannels_) {
-        clear(slice);
+        silence(slice);
         return;
     }
     renderBranch(branches_.front(), slice);

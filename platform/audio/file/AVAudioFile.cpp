@@ -29,12 +29,6 @@ constexpr std::int64_t kMostDecodedSkip = 65536;
 // Seconds by which rounded times may state more than the packets hold.
 constexpr double kRoundedTimes = 0.05;
 
-void writeSilence(const AudioBlock& output) {
-    for (std::uint32_t channel = 0; channel < output.channelCount; ++channel) {
-        std::fill_n(output.channels[channel], output.frameCount, 0.0F);
-    }
-}
-
 // The format of the first decoded frame: headers do not always state it.
 AVAudioFormat decodedFormat(PacketDecoder& decoder, const std::string& path) {
     if (!decoder.decodeNext()) {
@@ -133,19 +127,19 @@ std::uint32_t AVAudioFile::Reader::readDecoded(std::int64_t from, const AudioBlo
         if (!isRounding) {
             warn();
         }
-        writeSilence(part);
+        silence(part);
     } else if (decoder.frameStart() > from) {
         part.frameCount = static_cast<std::uint32_t>(
             std::min<std::int64_t>(part.frameCount, decoder.frameStart() - from));
         warn();
-        writeSilence(part);
+        silence(part);
     } else {
         part.frameCount = static_cast<std::uint32_t>(
             std::min<std::int64_t>(part.frameCount, decoder.frameEnd() - from));
         if (!writePlanarFloat(decoder.frame(),
                               static_cast<std::uint32_t>(from - decoder.frameStart()), part)) {
             warn();
-            writeSilence(part);
+            silence(part);
         }
     }
     decodedPosition = from + part.frameCount;
@@ -162,7 +156,7 @@ std::uint32_t AVAudioFile::Reader::readSome(const AudioBlock& output) {
             part.frameCount = static_cast<std::uint32_t>(
                 std::min<std::int64_t>(part.frameCount, segment.frameCount - into));
             if (segment.decodedStart == AudioTimeline::kSilence) {
-                writeSilence(part);
+                silence(part);
                 return part.frameCount;
             }
             return readDecoded(segment.decodedStart + into, part);

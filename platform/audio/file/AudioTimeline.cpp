@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <optional>
-#include <string>
 
 #include "platform/audio/file/FileRefusal.h"
 #include "platform/audio/file/MovieHeader.h"

@@ -1,6 +1,5 @@
 #include "platform/audio/file/PacketDecoder.h"
 
-#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>

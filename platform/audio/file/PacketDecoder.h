@@ -5,7 +5,6 @@
 #include <optional>
 
 #include "platform/audio/file/AudioContainer.h"
-#include "platform/audio/signal/AVAudioFormat.h"
 
 namespace orvalo {
 

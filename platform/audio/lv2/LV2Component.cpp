@@ -41,11 +41,7 @@ std::uint32_t code(const Values& values, const std::string& predicate) {
     if (text->size() != 4 || !isASCII) {
         throw Unusable("its " + predicate + " \"" + *text + "\" is no code of four characters");
     }
-    std::uint32_t result = 0;
-    for (const char character : *text) {
-        result = result << 8U | static_cast<unsigned char>(character);
-    }
-    return result;
+    return fourCharCode(*text);
 }
 
 std::uint32_t flags(const Values& values) {

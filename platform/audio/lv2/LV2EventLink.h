@@ -4,7 +4,6 @@
 #include <lv2/urid/urid.h>
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>

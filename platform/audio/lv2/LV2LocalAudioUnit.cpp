@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/audio/lv2/URIDMap.h"
-#include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/audio/signal/MapChannels.h"
 #include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/RealTimeScope.h"
 

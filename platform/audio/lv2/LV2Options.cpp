@@ -41,7 +41,7 @@ LV2Options::LV2Options(double sampleRate, std::uint32_t sequenceSize, std::uint3
 bool LV2Options::isOffered(const std::string& uri) {
     static const std::array<std::string, 5> offered{
         LV2_PARAMETERS__sampleRate, LV2_BUF_SIZE__minBlockLength, LV2_BUF_SIZE__maxBlockLength,
-        LV2_BUF_SIZE__sequenceSize, "urn:tessaly:audio-component#contextName"};
+        LV2_BUF_SIZE__sequenceSize, kContextNameURI};
     return std::find(offered.begin(), offered.end(), uri) != offered.end();
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/audio/lv2/LV2Component.h"
 #include "platform/foundation/Bundle.h"
 
 namespace orvalo {

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/audio/lv2/LV2Bundle.h"
-#include "platform/audio/lv2/LV2Component.h"
+#include "platform/audio/unit/AVAudioUnitComponent.h"
 
 namespace orvalo {
 

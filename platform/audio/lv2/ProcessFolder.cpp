@@ -1,6 +1,7 @@
 #include "platform/audio/lv2/ProcessFolder.h"
 
 #include <fcntl.h>
+#include <glib.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -86,14 +87,17 @@ bool isStillThere(const FileDescriptor& folder, const fs::path& path) {
            opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
 }
 
+/// The errors of fs::temp_directory_path() do not name the folder, and g_get_tmp_dir() keeps to its
+/// first answer.
+fs::path temporaryFolder() {
+    const char* named = g_getenv("TMPDIR");
+    return named == nullptr || *named == '\0' ? "/tmp" : named;
+}
+
 }  // namespace
 
 ProcessFolder::ProcessFolder(const std::string& kind) {
-    std::error_code error;
-    const auto place = fs::temp_directory_path(error);
-    if (error) {
-        throw NSError::posix(error.value(), "The temporary folder");
-    }
+    const auto place = temporaryFolder();
     const auto beginning = kind + "-";
     removeAbandoned(place, beginning);
     // Another process in removeAbandoned() may remove the folder before it is locked.
@@ -107,7 +111,8 @@ ProcessFolder::ProcessFolder(const std::string& kind) {
         lock_ = locked(path_);
         if (!isStillThere(lock_, path_)) {
             lock_ = {};
-            fs::remove(path_, error);
+            std::error_code ignored;
+            fs::remove(path_, ignored);
         }
     }
     ExitFolders::shared().add(path_);

@@ -82,7 +82,6 @@ const LV2URIDs& LV2URIDs::shared() {
         result.atomInt = map.map(LV2_ATOM__Int);
         result.atomLong = map.map(LV2_ATOM__Long);
         result.atomObject = map.map(LV2_ATOM__Object);
-        result.atomResource = map.map(LV2_ATOM__Resource);
         result.atomSequence = map.map(LV2_ATOM__Sequence);
         result.atomString = map.map(LV2_ATOM__String);
         result.atomBeatTime = map.map(LV2_ATOM__beatTime);
@@ -94,7 +93,7 @@ const LV2URIDs& LV2URIDs::shared() {
         result.minBlockLength = map.map(LV2_BUF_SIZE__minBlockLength);
         result.sequenceSize = map.map(LV2_BUF_SIZE__sequenceSize);
         result.sampleRate = map.map(LV2_PARAMETERS__sampleRate);
-        result.contextName = map.map("urn:tessaly:audio-component#contextName");
+        result.contextName = map.map(kContextNameURI);
         result.midiEvent = map.map(LV2_MIDI__MidiEvent);
         result.stateChanged = map.map(LV2_STATE__StateChanged);
         result.timePosition = map.map(LV2_TIME__Position);

@@ -4,8 +4,6 @@
 
 #include <array>
 #include <atomic>
-#include <cstdint>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -56,6 +54,9 @@ class URIDMap {
     std::array<std::atomic<const Entry*>, kCapacity> entries_{};
 };
 
+/// The option with the name of the context that a plug-in runs in.
+inline constexpr const char* kContextNameURI = "urn:tessaly:audio-component#contextName";
+
 /// The numbers of the URIs that the host uses.
 struct LV2URIDs {
     LV2_URID atomBlank;
@@ -66,7 +67,6 @@ struct LV2URIDs {
     LV2_URID atomInt;
     LV2_URID atomLong;
     LV2_URID atomObject;
-    LV2_URID atomResource;
     LV2_URID atomSequence;
     LV2_URID atomString;
     LV2_URID atomBeatTime;

@@ -10,7 +10,7 @@
 
 namespace orvalo {
 
-/// A preset of the user's, as a plug-in's UI asks for it. A stranger wrote it: nothing is checked.
+/// A preset of the user's, as a plug-in's UI asks for it. Nothing in it is checked.
 struct UserPreset {
     std::string folder;  ///< The name of the preset's bundle.
     std::string label;

@@ -1,12 +1,12 @@
+#include "platform/audio/output/AudioOutput.h"
+
 #include <glib.h>
 
-#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/audio/output/AlsaDevice.h"
-#include "platform/audio/output/AudioOutput.h"
 #include "platform/audio/output/JackDevice.h"
 #include "platform/audio/output/PulseDevice.h"
 #include "platform/audio/output/SupervisedOutput.h"
@@ -14,8 +14,7 @@
 namespace orvalo {
 
 std::unique_ptr<AudioOutput> AudioOutput::system() {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): the application does not change the environment.
-    const char* variable = std::getenv("ORVALO_AUDIO_OUTPUT");
+    const char* variable = g_getenv("ORVALO_AUDIO_OUTPUT");
     const std::string setting = variable != nullptr ? variable : "auto";
     std::vector<std::unique_ptr<OutputDevice>> devices;
     auto absence = SupervisedOutput::Absence::fail;

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 
 #include "platform/audio/signal/AVAudioFormat.h"
 #include "platform/audio/signal/AudioBlock.h"

@@ -45,6 +45,8 @@ class OutputDevice {
                                                std::shared_ptr<StreamFeed> feed) = 0;
 };
 
+/// The code of the error of an output that has no device.
+constexpr std::int64_t kNoOutput = 1;
 /// The code of the error of a device that was there and went away while it was probed or opened.
 constexpr std::int64_t kDeviceWentAway = 3;
 

@@ -1,6 +1,5 @@
 #include "platform/audio/output/StreamFeed.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/audio/signal/DenormalGuard.h"
@@ -32,9 +31,7 @@ void StreamFeed::render(const AudioBlock& block) noexcept {
     if (connection) {
         connection->source.renderOutput(block);
     } else {
-        for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
-            std::fill_n(block.channels[channel], block.frameCount, 0.0F);
-        }
+        silence(block);
     }
     renders_.fetch_add(1, std::memory_order_relaxed);
 }

@@ -16,8 +16,6 @@ namespace orvalo {
 
 namespace {
 
-constexpr auto kErrorDomain = "AudioOutputErrorDomain";
-
 /// "48000 Hz, 2 channels, 64 frames".
 std::string text(const OutputFacts& facts) {
     const auto channels = facts.format.channelCount;
@@ -96,9 +94,9 @@ void SupervisedOutput::start(AudioOutputSource& source) {
         g_message("Audio output: %s, %s.", playing_.device->name().c_str(),
                   text(playing_.stream->facts()).c_str());
     } else if (absence_ == Absence::fail && lost_ == nullptr) {
-        throw NSError(kErrorDomain, 1,
-                      "The audio output " + devices_.front()->name() +
-                          " cannot be opened: " + lastFailure_ + ".");
+        throw outputError("The audio output " + devices_.front()->name() +
+                              " cannot be opened: " + lastFailure_ + ".",
+                          kNoOutput);
     } else {
         openClock({});
         g_message(devices_.empty()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -12,6 +13,13 @@ struct AudioBlock {
     std::uint32_t channelCount = 0;
     std::uint32_t frameCount = 0;
 };
+
+/// Sets all samples to 0.
+inline void silence(const AudioBlock& block) noexcept {
+    for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
+        std::fill_n(block.channels[channel], block.frameCount, 0.0F);
+    }
+}
 
 /// The maximum number of channels of a node.
 constexpr std::uint32_t kMaximumChannels = 32;

@@ -1,6 +1,6 @@
-#include <algorithm>
+#include "platform/audio/signal/MapChannels.h"
 
-#include "platform/audio/signal/SampleRateConverter.h"
+#include <algorithm>
 
 namespace orvalo {
 

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <memory>
 #include <thread>
-#include <utility>
 
 namespace orvalo {
 

@@ -11,6 +11,7 @@ extern "C" {
 #include <libswresample/swresample.h>
 }
 
+#include "platform/audio/signal/MapChannels.h"
 #include "platform/foundation/FatalError.h"
 
 namespace orvalo {

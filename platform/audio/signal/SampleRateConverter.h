@@ -11,9 +11,8 @@ struct SwrContext;
 
 namespace orvalo {
 
-/// Converts a stream's rate and channels, by libswresample with a long polyphase filter. One
-/// channel is repeated to many; many are mixed to one by their mean; otherwise channels map by
-/// index and missing ones are silent. The constructor allocates all that convert() needs.
+/// Converts a stream's rate, by libswresample with a long polyphase filter, and its channels, as
+/// mapChannels() does. The constructor allocates all that convert() needs.
 ///
 /// There is no delay: output frame k is the input at the time k / output rate. For that the filter
 /// looks ahead: the first call needs some 70 input frames more than the ratio of the rates gives
@@ -55,8 +54,5 @@ class SampleRateConverter {
     AVAudioPCMBuffer mapped_;     // Input of one slice, mapped to the resampled channels.
     AVAudioPCMBuffer discarded_;  // Output from before the start.
 };
-
-/// Maps channels as SampleRateConverter does. Both blocks have the same frame count. Render thread.
-void mapChannels(const AudioBlock& input, const AudioBlock& output) noexcept;
 
 }  // namespace orvalo

@@ -18,12 +18,11 @@ struct AudioComponentDescription {
                            const AudioComponentDescription&) = default;
 };
 
-/// A four-character code packed big-end first: fourCharCode("aumf") is 0x61756D66.
-// NOLINTNEXTLINE(modernize-avoid-c-arrays): what a literal is.
-consteval std::uint32_t fourCharCode(const char (&text)[5]) {
+/// Four characters packed big-end first: fourCharCode("aumf") is 0x61756D66.
+constexpr std::uint32_t fourCharCode(std::string_view text) {
     std::uint32_t code = 0;
-    for (int index = 0; index < 4; ++index) {
-        code = code << 8U | static_cast<unsigned char>(text[index]);
+    for (const char character : text) {
+        code = code << 8U | static_cast<unsigned char>(character);
     }
     return code;
 }

@@ -58,9 +58,6 @@ HTTPTransfer::HTTPTransfer(URL url, double timeout, URLCompletion completion)
       cancellable_(g_cancellable_new()) {}
 
 HTTPTransfer::~HTTPTransfer() {
-    if (clock_) {
-        g_source_destroy(clock_.get());
-    }
     if (message_ != nullptr) {
         g_signal_handlers_disconnect_by_data(message_, this);
     }
@@ -128,9 +125,6 @@ void HTTPTransfer::readMore(GAsyncResult* result) {
 }
 
 void HTTPTransfer::restartClock() {
-    if (clock_) {
-        g_source_destroy(clock_.get());
-    }
     clock_.reset(g_timeout_source_new(milliseconds(timeout_)));
     g_source_set_callback(
         clock_.get(),

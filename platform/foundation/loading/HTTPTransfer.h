@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <memory>
 
 #include "platform/foundation/Data.h"
 #include "platform/foundation/GLibPointer.h"

@@ -73,7 +73,7 @@ void BridgedEmbeddedPluginUI::handle(const ServiceReady& event) {
 
 void BridgedEmbeddedPluginUI::handle(const ServiceLost& /*event*/) {
     audio_ = nullptr;
-    stopTimeout();
+    timeout_ = nullptr;
     if (container() != nullptr) {
         container()->release();
         dropContainer();
@@ -117,7 +117,7 @@ void BridgedEmbeddedPluginUI::handle(const bridge::PluginUIOutdated& /*event*/) 
 }
 
 void BridgedEmbeddedPluginUI::leave() {
-    stopTimeout();
+    timeout_ = nullptr;
     if (container() != nullptr) {
         container()->release();
         channel().close(releasedOnMainThread(container()->hold()));
@@ -135,7 +135,7 @@ bool BridgedEmbeddedPluginUI::isWindowMissing() const {
 }
 
 void BridgedEmbeddedPluginUI::expectWindow() {
-    stopTimeout();
+    timeout_ = nullptr;
     if (!isWindowMissing()) {
         return;
     }
@@ -144,7 +144,7 @@ void BridgedEmbeddedPluginUI::expectWindow() {
         timeout_.get(),
         [](void* data) -> gboolean {
             auto& self = *static_cast<BridgedEmbeddedPluginUI*>(data);
-            self.stopTimeout();
+            self.timeout_ = nullptr;
             if (self.isWindowMissing()) {
                 self.close("it has no window");
             }
@@ -152,13 +152,6 @@ void BridgedEmbeddedPluginUI::expectWindow() {
         },
         this, nullptr);
     g_source_attach(timeout_.get(), nullptr);
-}
-
-void BridgedEmbeddedPluginUI::stopTimeout() {
-    if (timeout_ != nullptr) {
-        g_source_destroy(timeout_.get());
-        timeout_ = nullptr;
-    }
 }
 
 }  // namespace orvalo

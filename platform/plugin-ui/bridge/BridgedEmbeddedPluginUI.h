@@ -47,7 +47,6 @@ class BridgedEmbeddedPluginUI : public EmbeddedPluginUI {
     void close(const std::string& reason);
     bool isWindowMissing() const;
     void expectWindow();
-    void stopTimeout();
 
     const std::shared_ptr<BridgedAudioUnit> unit_;
     std::shared_ptr<const SharedAudio> audio_;  // Null while there is no service.

@@ -174,10 +174,7 @@ GtkWidget* GenericViewController::addGroup(const std::string& title) {
 }
 
 void GenericViewController::setShown(bool isShown) {
-    if (timer_ != nullptr) {
-        g_source_destroy(timer_.get());
-        timer_ = nullptr;
-    }
+    timer_ = nullptr;
     if (isShown) {
         refresh();
         timer_.reset(g_timeout_source_new(kPeriod));

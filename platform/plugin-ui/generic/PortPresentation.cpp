@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <utility>
 
 #include "platform/foundation/GLibPointer.h"
 

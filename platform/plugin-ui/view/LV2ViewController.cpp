@@ -237,7 +237,6 @@ void LV2ViewController::watchControls(bool isShown) {
         return;
     }
     if (!isShown) {
-        g_source_destroy(controlsTimer_.get());
         controlsTimer_ = nullptr;
         return;
     }

@@ -118,7 +118,6 @@ X11ContainerView::X11ContainerView(int toplevelPriority)
 
 X11ContainerView::~X11ContainerView() {
     unmapped();
-    cancelToplevelReport();
     g_signal_handlers_disconnect_by_data(content_, this);
     g_signal_handlers_disconnect_by_data(retry_, this);
     g_signal_handlers_disconnect_by_data(focus_, this);
@@ -200,10 +199,7 @@ bool X11ContainerView::handleKey(unsigned keyval) {
 
 void X11ContainerView::endTab() {
     tab_.reset();
-    if (tabEnd_ != nullptr) {
-        g_source_destroy(tabEnd_.get());
-        tabEnd_ = nullptr;
-    }
+    tabEnd_ = nullptr;
 }
 
 void X11ContainerView::focused() {
@@ -230,7 +226,6 @@ void X11ContainerView::tabOut(bool isBackward) {
 }
 
 void X11ContainerView::scheduleToplevelReport() {
-    cancelToplevelReport();
     toplevelReport_.reset(g_idle_source_new());
     g_source_set_priority(toplevelReport_.get(), toplevelPriority_);
     g_source_set_callback(
@@ -243,13 +238,6 @@ void X11ContainerView::scheduleToplevelReport() {
     g_source_attach(toplevelReport_.get(), nullptr);
 }
 
-void X11ContainerView::cancelToplevelReport() {
-    if (toplevelReport_ != nullptr) {
-        g_source_destroy(toplevelReport_.get());
-        toplevelReport_ = nullptr;
-    }
-}
-
 void X11ContainerView::reportToplevel() {
     auto* surface = gtk_native_get_surface(GTK_NATIVE(root_));
     if (place_.toplevel == 0 && onToplevel && GDK_IS_X11_SURFACE(surface)) {
@@ -260,7 +248,7 @@ void X11ContainerView::reportToplevel() {
 }
 
 void X11ContainerView::leave() {
-    cancelToplevelReport();
+    toplevelReport_ = nullptr;
     if (const auto leaving = onLeaving) {
         leaving();
     }

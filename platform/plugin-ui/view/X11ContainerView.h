@@ -69,7 +69,6 @@ class X11ContainerView : public UIView {
   private:
     void rootChanged();
     void scheduleToplevelReport();
-    void cancelToplevelReport();
     void reportToplevel();
     void leave();
     void mapped();

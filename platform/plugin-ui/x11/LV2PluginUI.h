@@ -26,8 +26,8 @@ class LV2PluginUI {
 
     /// parent: the X window that gets the UI's window; scaleFactor: of the screen; onResize: the UI
     /// requests a size, also while it is made; presets: for a UI that cannot write files itself.
-    /// The data's library must stay loaded for the object's
-    /// life. Throws NSError when the UI cannot be made.
+    /// The data's library must stay loaded for the object's life. Throws NSError when the UI cannot
+    /// be made.
     LV2PluginUI(const std::shared_ptr<LV2LocalAudioUnit>& unit, const LV2PluginUIData& data,
                 unsigned long parent, double scaleFactor, std::function<void(X11Size)> onResize,
                 LV2PresetRequests presets = {});

@@ -50,10 +50,9 @@ LV2PluginUIOptions::LV2PluginUIOptions(const LV2LocalAudioUnit& unit, const LV2P
           {}} {}
 
 bool LV2PluginUIOptions::isOffered(const std::string& uri) {
-    static const std::array<std::string, 6> offered{
-        LV2_PARAMETERS__sampleRate, LV2_UI__updateRate,
-        LV2_UI__scaleFactor,        LV2_UI__windowTitle,
-        LV2_BUF_SIZE__sequenceSize, "urn:tessaly:audio-component#contextName"};
+    static const std::array<std::string, 6> offered{LV2_PARAMETERS__sampleRate, LV2_UI__updateRate,
+                                                    LV2_UI__scaleFactor,        LV2_UI__windowTitle,
+                                                    LV2_BUF_SIZE__sequenceSize, kContextNameURI};
     return std::find(offered.begin(), offered.end(), uri) != offered.end();
 }
 

@@ -23,10 +23,6 @@ PluginUITimer::PluginUITimer(int priority, std::function<void()> work)
     setPeriod(kQuickPeriod);
 }
 
-PluginUITimer::~PluginUITimer() {
-    g_source_destroy(source_.get());
-}
-
 void PluginUITimer::setVisible(bool isVisible) {
     isVisible_ = isVisible;
     quickCalls_ = isVisible ? kQuickCalls : 0;
@@ -34,9 +30,6 @@ void PluginUITimer::setVisible(bool isVisible) {
 }
 
 void PluginUITimer::setPeriod(unsigned milliseconds) {
-    if (source_ != nullptr) {
-        g_source_destroy(source_.get());
-    }
     source_.reset(g_timeout_source_new(milliseconds));
     g_source_set_priority(source_.get(), priority_);
     g_source_set_callback(

@@ -15,7 +15,7 @@ class PluginUITimer {
     /// Starts for a hidden UI. priority: of the source in the main loop. work may destroy the
     /// object.
     PluginUITimer(int priority, std::function<void()> work);
-    ~PluginUITimer();
+    ~PluginUITimer() = default;
     PluginUITimer(const PluginUITimer&) = delete;
     PluginUITimer& operator=(const PluginUITimer&) = delete;
 

@@ -81,7 +81,7 @@ X11Connection::X11Connection(Display* display) : display_(display) {
 }
 
 X11Connection::~X11Connection() {
-    g_source_destroy(source_.get());
+    source_ = nullptr;
     // Waits for the errors of the last requests.
     XSync(display_, True);
     X11Errors::ignore(display_, false);

@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <stdexcept>
@@ -65,11 +66,15 @@ json parsed(std::string_view text) {
     try {
         return json::parse(text, checkDepth);
     } catch (const json::exception& error) {
-        // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error ..."
-        const std::string said = error.what();
-        const auto at = said.find("line ");
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error ..." or
+        // "[json.exception.out_of_range.406] number overflow parsing ...".
+        std::string said = error.what();
+        for (const auto* beginning : {"] ", "parse error at "}) {
+            const auto at = said.find(beginning);
+            said.erase(0, at == std::string::npos ? 0 : at + std::strlen(beginning));
+        }
         constexpr std::size_t mostSaid = 200;
-        throw std::runtime_error(said.substr(at == std::string::npos ? 0 : at, mostSaid) + ".");
+        throw std::runtime_error(said.substr(0, mostSaid) + ".");
     }
 }
 

@@ -5,9 +5,7 @@
 #include <csignal>
 #include <cstddef>
 #include <latch>
-#include <set>
 #include <stdexcept>
-#include <string>
 #include <thread>
 
 #include "platform/foundation/DispatchQueue.h"

@@ -329,7 +329,7 @@ TEST(PrintDeathTest, LinesThatWaitAreWrittenBeforeTheEnd) {
                 pipe.closeWriter();
                 close(STDOUT_FILENO);
                 const auto text = readAll(pipe.reader());
-                writeLine(result.writer(), {}, text.substr(text.find_first_not_of('\0')));
+                writeLine(result.writer(), text.substr(text.find_first_not_of('\0')));
                 _exit(0);
             }
             fatalError("the end");

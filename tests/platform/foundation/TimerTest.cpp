@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cmath>
 #include <filesystem>
 #include <iterator>
 #include <limits>
 #include <memory>
-#include <string>
 #include <thread>
 #include <vector>
 

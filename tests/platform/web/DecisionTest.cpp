@@ -2,7 +2,6 @@
 
 #include <thread>
 
-#include "platform/web/WKNavigation.h"
 #include "tests/platform/web/WebFixture.h"
 #include "tests/testing/CapturedOutput.h"
 

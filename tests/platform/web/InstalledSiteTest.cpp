@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <array>
 #include <fstream>
 
 #include "tests/platform/web/WebFixture.h"

@@ -4,7 +4,6 @@
 #include <webkit/webkit.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "platform/web/WKWebView.h"

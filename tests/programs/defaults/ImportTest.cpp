@@ -1,9 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "programs/defaults/format/JSONForm.h"
 #include "tests/programs/defaults/ToolFixture.h"
 

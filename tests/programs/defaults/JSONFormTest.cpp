@@ -11,7 +11,6 @@
 namespace orvalo::testing {
 namespace {
 
-using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 std::string domainError(const std::string& text) {
@@ -72,7 +71,7 @@ TEST(JSONForm, NumbersWithoutPointAndExponentAreIntegers) {
     EXPECT_EQ(errorOf([] { jsonValue("9223372036854775808"); }),
               "the number 9223372036854775808 has more than 64 bits.");
     EXPECT_EQ(jsonValue("99999999999999999999999"), PropertyList(1e23));
-    EXPECT_THAT(errorOf([] { jsonValue("1e400"); }), HasSubstr("1e400"));
+    EXPECT_EQ(errorOf([] { jsonValue("1e400"); }), "number overflow parsing '1e400'.");
 }
 
 TEST(JSONForm, TextThatIsNotJSONIsRefusedWithItsLine) {

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <variant>

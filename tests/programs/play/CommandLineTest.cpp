@@ -77,6 +77,16 @@ TEST_F(CommandLineTest, AFullDiskIsNamed) {
                   "/dev/full: No space left on device");
 }
 
+TEST_F(CommandLineTest, AListThatCannotBeWrittenIsAnError) {
+    const auto listTo = [&](const std::string& output) {
+        Program listing({"/bin/sh", "-c", "exec \"$0\" --list " + output, program}, environment);
+        EXPECT_EQ(listing.wait(), 2);
+        return listing.standardError();
+    };
+    EXPECT_EQ(listTo(">/dev/full"), "orvalo-play: standard output: No space left on device\n");
+    EXPECT_EQ(listTo(">&-"), "orvalo-play: standard output: Bad file descriptor\n");
+}
+
 TEST_F(CommandLineTest, OnlyWavFilesAreRendered) {
     const auto file = wav("a.wav", 48000, 100);
     for (const auto* name : {"out.mp3", "out", "out.wav.flac"}) {

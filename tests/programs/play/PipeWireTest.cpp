@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -103,7 +102,7 @@ bool isReadableByAll(const fs::path& file) {
     return true;
 }
 
-/// Shows a bundle, and the files that links in it lead to. A bundle comes from a stranger: a link
+/// Shows a bundle, and the files that links in it lead to. A bundle is not trusted: a link
 /// shows no folder, and no file that the user keeps from others.
 void showBundle(Command& command, const fs::path& bundle) {
     command.show(bundle);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstddef>
@@ -20,12 +19,8 @@ struct RenderSession {
     /// are NaN until the service writes them.
     explicit RenderSession(SharedAudio memory)
         : audio(std::move(memory)), eventCopy(SharedAudio::kEventAreaSize) {
-        for (const auto& block :
-             {audio.input(kMaximumOfflineFrames), audio.output(kMaximumOfflineFrames)}) {
-            for (std::uint32_t channel = 0; channel < block.channelCount; ++channel) {
-                std::fill_n(block.channels[channel], block.frameCount, 0.0F);
-            }
-        }
+        silence(audio.input(kMaximumOfflineFrames));
+        silence(audio.output(kMaximumOfflineFrames));
         for (auto& value : audio.controlValues()) {
             value.store(std::numeric_limits<float>::quiet_NaN(), std::memory_order_relaxed);
         }

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <string>
-#include <string_view>
 
 #include "platform/foundation/FileDescriptor.h"
 

@@ -367,7 +367,7 @@ bool ServiceProcess::failedToConfine() const {
     if (!status_ || confinementWorks) {
         return false;
     }
-    // A program that any machine has tells whether it failed because of this one's files.
+    // A program that any machine has tells whether it failed because of the effect's files.
     ServiceProcess trial;
     trial.start(confinedCommand("/bin/true", {}), true);
     if (trial.endsWithin(kKillTimeout) && trial.end() == "ended with status 0") {

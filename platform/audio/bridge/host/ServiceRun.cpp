@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <utility>
 
 #include "platform/audio/bridge/host/PlainText.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/audio/signal/MapChannels.h"
 
 namespace orvalo {
 

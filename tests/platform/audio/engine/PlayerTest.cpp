@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <condition_variable>
-#include <filesystem>
 #include <latch>
 #include <thread>
 #include <utility>

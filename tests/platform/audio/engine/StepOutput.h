@@ -1,8 +1,6 @@
 #pragma once
 
 #include <array>
-#include <memory>
-#include <utility>
 #include <vector>
 
 #include "platform/audio/output/AudioOutput.h"

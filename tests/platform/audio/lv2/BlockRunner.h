@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/audio/signal/AVAudioPCMBuffer.h"
 #include "platform/audio/unit/AUAudioUnit.h"
 #include "tests/testing/WavFile.h"
 

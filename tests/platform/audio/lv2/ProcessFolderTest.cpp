@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -112,6 +113,15 @@ TEST_F(ProcessFolderTest, ThrowsAnErrorWithThePath) {
         FAIL() << folder.path();
     } catch (const NSError& error) {
         EXPECT_EQ(std::string(error.what()).substr(0, 11), "/proc/kind-") << error.what();
+    }
+    const auto missing = (place_.path() / "missing").string();
+    setenv("TMPDIR", missing.c_str(), 1);
+    try {
+        const ProcessFolder folder("kind");
+        FAIL() << folder.path();
+    } catch (const NSError& error) {
+        EXPECT_EQ(std::string(error.what()).substr(0, missing.size()), missing) << error.what();
+        EXPECT_EQ(error.code(), ENOENT);
     }
 }
 

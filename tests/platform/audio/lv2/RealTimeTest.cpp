@@ -3,7 +3,6 @@
 #include <atomic>
 #include <thread>
 
-#include "platform/foundation/RealTimeScope.h"
 #include "tests/platform/audio/lv2/BlockRunner.h"
 #include "tests/platform/audio/lv2/Zoo.h"
 

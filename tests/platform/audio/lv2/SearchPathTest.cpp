@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "platform/audio/lv2/LV2Bundle.h"
 

@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "platform/audio/output/OutputDevice.h"
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/audio/signal/AVAudioPCMBuffer.h"
-#include "platform/audio/signal/SampleRateConverter.h"
+#include "platform/audio/signal/MapChannels.h"
 
 namespace orvalo::testing {
 namespace {

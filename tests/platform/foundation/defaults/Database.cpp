@@ -3,8 +3,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace orvalo::testing {

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
 
 #include "tests/platform/foundation/defaults/Database.h"
 #include "tests/platform/foundation/defaults/SuiteFile.h"

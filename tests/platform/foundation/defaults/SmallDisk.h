@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <string>
 
 namespace orvalo::testing {
 

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 
 #include "platform/foundation/NSError.h"
 #include "platform/foundation/defaults/DefaultsDomain.h"

@@ -3,13 +3,10 @@
 #include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <limits>
 
-#include "platform/foundation/ProcessInfo.h"
 #include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "tests/platform/foundation/defaults/SettingsHome.h"
 #include "tests/testing/CapturedOutput.h"

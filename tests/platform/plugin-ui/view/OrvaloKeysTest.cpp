@@ -2,7 +2,6 @@
 #include <gdk/x11/gdkx.h>
 #include <gtest/gtest.h>
 
-#include "platform/audio/component/AVAudioUnitComponentManager.h"
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
 #include "tests/platform/plugin-ui/view/StageWindow.h"
 #include "tests/platform/plugin-ui/x11/Effects.h"

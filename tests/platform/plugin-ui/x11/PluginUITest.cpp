@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "platform/foundation/NSError.h"
 #include "tests/platform/plugin-ui/x11/PluginUIFixture.h"
 #include "tests/testing/CapturedOutput.h"

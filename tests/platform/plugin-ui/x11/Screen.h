@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 
 #include "platform/plugin-ui/x11/X11Geometry.h"
 #include "tests/testing/WaitUntil.h"

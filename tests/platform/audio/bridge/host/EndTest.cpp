@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <optional>
 
 #include "tests/platform/audio/bridge/host/FakeEffect.h"
 #include "tests/platform/audio/bridge/host/Leftovers.h"

@@ -3,8 +3,8 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <iosfwd>
 #include <set>
-#include <string>
 
 namespace orvalo::testing {
 

@@ -5,7 +5,6 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
-#include <string>
 
 #include "tests/platform/audio/bridge/host/Leftovers.h"
 #include "tests/testing/WaitUntil.h"

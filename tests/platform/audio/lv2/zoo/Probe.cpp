@@ -15,7 +15,6 @@
 #include <lv2/worker/worker.h>
 
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <optional>
