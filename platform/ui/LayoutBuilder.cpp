@@ -119,8 +119,8 @@ LayoutBuilder::LayoutBuilder(std::string layout, const std::string& object)
 
 namespace {
 
-/// Activates the widget whose focus the user sees, else does what the shortcut does. Once per press:
-/// a held space bar would start and stop playback again and again.
+/// Activates the widget whose focus the user sees, else does what the shortcut does. Once per
+/// press: a held space bar would start and stop playback again and again.
 gboolean activateFocusOr(GtkWidget* widget, GVariant* arguments, void* action) {
     auto* root = gtk_widget_get_root(widget);
     if (GTK_IS_WINDOW(root)) {
