@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdint>
+#include <fstream>
 #include <map>
 
 #include "platform/web/WebSandbox.h"
@@ -18,12 +19,24 @@ constexpr auto kWelcome =
     "Press play to hear a demonstration through the effect.\n"
     "The Effect button shows the effect’s own controls here.";
 
+constexpr auto kPlaying =
+    "A demonstration plays through the effect.\n"
+    "The Effect button shows the effect’s controls: turn them and listen.";
+
 /// The parameter: the colour scheme of the desktop.
 class ContrastTest : public ApplicationFixture, public ::testing::WithParamInterface<const char*> {
   protected:
     ContrastTest() {
         environment["ADW_DEBUG_COLOR_SCHEME"] = GetParam();
         environment["ADW_DISABLE_PORTAL"] = "1";
+    }
+
+    void prepareForPages() {
+        // The leak check would read memory that the web engine protects, and crash.
+        environment["ASAN_OPTIONS"] = "detect_leaks=0";
+        if (sandboxProblem()) {
+            environment["WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"] = "1";
+        }
     }
 
     bool shows(const std::string& text) const {
@@ -88,10 +101,31 @@ INSTANTIATE_TEST_SUITE_P(Schemes, ContrastTest, ::testing::Values("prefer-light"
 TEST_P(ContrastTest, TheMainScreen) {
     start();
     expectLegible("at first", {"Orvalo", "Effect", kWelcome});
+    const auto textCount = tree.texts().size();
     key("space");
-    expectLegible("playing", {"A demonstration plays through the effect.\n"
-                              "The Effect button shows the effect’s controls: turn them and "
-                              "listen."});
+    // The title of the demonstration is one text more.
+    EXPECT_TRUE(pollUntil([&] { return tree.texts().size() == textCount + 1; }));
+    expectLegible("playing", {kPlaying});
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_P(ContrastTest, TheNoticeThatThereIsNoSound) {
+    const auto configuration = folder.path() / "asound.conf";
+    std::ofstream(configuration) << "defaults.pcm.card 0\n";
+    environment["ORVALO_AUDIO_OUTPUT"] = "auto";
+    environment["JACK_NO_START_SERVER"] = "1";
+    environment["JACK_DEFAULT_SERVER"] = "orvalo-contrast-test";
+    environment["PULSE_SERVER"] = "unix:" + (folder.path() / "nothing").string();
+    environment["ALSA_CONFIG_PATH"] = configuration;
+    start();
+    key("space");
+    const std::string notice =
+        "No sound device: playing silently. Connect one, or start a sound server; it is used at "
+        "once.";
+    expectLegible("welcome", {notice});
+    key("ctrl+e");
+    EXPECT_TRUE(pollUntil([] { return effectPlace().has_value(); }));
+    expectLegible("above the effect’s UI", {notice}, {"Orvalo", kPlaying});
     EXPECT_EQ(quit(), 0);
 }
 
@@ -109,14 +143,24 @@ TEST_P(ContrastTest, APageThatDoesNotCome) {
     const Site silent{{{"/DYNAMICS/", {.manner = Page::Manner::never}}}};
     const auto address = silent.address("/");
     environment["ORVALO_TEST_SITE"] = address.substr(0, address.size() - 1);
-    // The leak check would read memory that the web engine protects, and crash.
-    environment["ASAN_OPTIONS"] = "detect_leaks=0";
-    if (sandboxProblem()) {
-        environment["WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"] = "1";
-    }
+    prepareForPages();
     start();
     key("F1");
     expectLegible("loading", {"Loading the page…", "Back", "Show the Installed Page"});
+    key("Escape");
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_P(ContrastTest, TheNoteOnAnInstalledPage) {
+    prepareForPages();
+    start();
+    key("ctrl+i");
+    // The strip above the page, of which assistive technology tells no place.
+    constexpr int kTop = 52;  // The height of the bar with "Back".
+    constexpr int kHeight = 24;
+    EXPECT_TRUE(pollUntil([] {
+        return contrastOf(Screenshot(), {"", 0, kTop, place().width, kHeight}) >= kLeast;
+    }));
     key("Escape");
     EXPECT_EQ(quit(), 0);
 }

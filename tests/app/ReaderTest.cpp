@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
@@ -70,6 +71,25 @@ TEST_F(ReaderTest, AValueThatTheUISetsCanBeRead) {
     act({"click", "4"});
     EXPECT_TRUE(pollUntil([this] { return tree.value("Threshold") > -18.0; }));
     focus();
+    EXPECT_EQ(quit(), 0);
+}
+
+TEST_F(ReaderTest, NamesOfPortsStayOnOneLineInANarrowWindow) {
+    environment["LV2_PATH"] = ORVALO_MANY_CONTROLS "/few";
+    start();
+    resize(420, 400);
+    key("ctrl+e");
+    const auto place = [this](const std::string& text) {
+        const auto texts = tree.texts();
+        const auto found = std::ranges::find(texts, text, &AccessibleTree::Text::text);
+        return found == texts.end() ? AccessibleTree::Text{} : *found;
+    };
+    // "Level" has always had the room.
+    EXPECT_TRUE(pollUntil([&] {
+        const auto level = place("Level");
+        const auto cutoff = place("Cutoff");
+        return level.height > 0 && cutoff.height == level.height && cutoff.width > level.width;
+    }));
     EXPECT_EQ(quit(), 0);
 }
 

@@ -35,7 +35,8 @@ void paintGrid(const Brush& brush, const Layout& layout, const CurvePlot& plot) 
         const double high = 1.2 * layout.text;
         const double wide = brush.textWidth(text, style) + 1.0;
         const double gap = 0.4 * layout.unit;
-        if (x - gap - wide >= area.x) {
+        // Nearer to the corner the curve would cross it.
+        if (x - gap - wide >= area.x + high) {
             brush.text({x - gap - wide, area.bottom() - high, wide, high}, text, style);
         }
         if (index > 0) {

@@ -13,8 +13,9 @@ namespace orvalo {
 
 namespace {
 
-constexpr int kControlWidth = 220;  // In points.
-constexpr int kTextWidth = 11;      // In characters.
+constexpr int kControlWidth = 220;       // In points.
+constexpr int kLeastControlWidth = 120;  // Beside a name that needs the room.
+constexpr int kTextWidth = 11;           // In characters.
 // A value that the user has set reaches the plug-in and returns within this time.
 constexpr gint64 kSettling = 300 * G_TIME_SPAN_MILLISECOND;
 
@@ -45,6 +46,30 @@ void leaveWheelToPage(GtkWidget* control) {
             gtk_event_controller_set_propagation_phase(controller.get(), GTK_PHASE_NONE);
         }
     }
+}
+
+void measureControl(GtkWidget* bin, GtkOrientation orientation, int forSize, int* minimum,
+                    int* natural, int* /*minimumBaseline*/, int* /*naturalBaseline*/) {
+    gtk_widget_measure(gtk_widget_get_first_child(bin), orientation, forSize, minimum, natural,
+                       nullptr, nullptr);
+    if (orientation == GTK_ORIENTATION_HORIZONTAL) {
+        *minimum = std::max(*minimum, kLeastControlWidth);
+        *natural = std::max(*minimum, kControlWidth);
+    }
+}
+
+void allocateControl(GtkWidget* bin, int width, int height, int baseline) {
+    gtk_widget_allocate(gtk_widget_get_first_child(bin), width, height, baseline, nullptr);
+}
+
+/// A widget around the control, with a width of its own: the toolkit lets a program set the least
+/// width only.
+GtkWidget* newControlBin(GtkWidget* control) {
+    auto* bin = adw_bin_new();
+    gtk_widget_set_layout_manager(bin,
+                                  gtk_custom_layout_new(nullptr, measureControl, allocateControl));
+    adw_bin_set_child(ADW_BIN(bin), control);
+    return bin;
 }
 
 }  // namespace
@@ -87,15 +112,17 @@ void PortRow::makeRow() {
     // Names are no markup.
     adw_preferences_row_set_use_markup(row, FALSE);
     adw_preferences_row_set_title(row, port_.name.c_str());
+    // A name of two lines would be broken within words although the control could be narrower.
+    adw_action_row_set_title_lines(ADW_ACTION_ROW(row_), 1);
     gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(row_), FALSE);
     // The control inside takes the keyboard.
     gtk_widget_set_focusable(row_, FALSE);
-    if (!port_.comment.empty()) {
-        gtk_widget_set_tooltip_text(row_, port_.comment.c_str());
-    }
+    gtk_widget_set_tooltip_text(
+        row_, (port_.name + (port_.comment.empty() ? "" : "\n" + port_.comment)).c_str());
     gtk_widget_set_valign(control_, GTK_ALIGN_CENTER);
-    adw_action_row_add_suffix(ADW_ACTION_ROW(row_), control_);
-    if (GTK_IS_SCALE(control_) || GTK_IS_LEVEL_BAR(control_)) {
+    const bool hasText = GTK_IS_SCALE(control_) || GTK_IS_LEVEL_BAR(control_);
+    adw_action_row_add_suffix(ADW_ACTION_ROW(row_), hasText ? newControlBin(control_) : control_);
+    if (hasText) {
         text_ = gtk_label_new(nullptr);
         gtk_label_set_width_chars(GTK_LABEL(text_), kTextWidth);
         gtk_label_set_xalign(GTK_LABEL(text_), 1.0F);
@@ -126,7 +153,6 @@ GtkWidget* PortRow::makeScale() {
             GTK_SCALE(scale),
             countsPlaces() ? port_.place(port_.defaultValue) : double{port_.defaultValue},
             GTK_POS_BOTTOM, nullptr);
-        gtk_widget_set_size_request(scale, kControlWidth, -1);
         leaveWheelToPage(scale);
     }
     g_signal_connect_swapped(
@@ -187,7 +213,6 @@ GtkWidget* PortRow::makeTrigger() {
 
 GtkWidget* PortRow::makeMeter() {
     auto* meter = gtk_level_bar_new();
-    gtk_widget_set_size_request(meter, kControlWidth, -1);
     // Its colours would warn of values that are none of its business.
     for (const auto* offset :
          {GTK_LEVEL_BAR_OFFSET_LOW, GTK_LEVEL_BAR_OFFSET_HIGH, GTK_LEVEL_BAR_OFFSET_FULL}) {

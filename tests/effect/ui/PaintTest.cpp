@@ -332,6 +332,30 @@ TEST_F(PaintTest, OverlaysStayAboveRedrawnParts) {
     expectWhole("closed again");
 }
 
+TEST_F(PaintTest, NoLabelOfTheCurveLiesUnderIt) {
+    const auto hasLabelInTheCorner = [this](double width, double height) {
+        scene.layout = Layout::of(width, height, 1.0);
+        scene.markAllChanged();
+        const Picture drawn(scene.layout);
+        paintScene(drawn.context(), scene, now);
+        const auto pixels = drawn.pixels();
+        const Rect area = CurvePlot(scene.layout).area();
+        constexpr std::uint32_t kTexts = 0x70;  // Text has more red, the curve less.
+        for (double y = area.bottom() - scene.layout.text; y < area.bottom(); ++y) {
+            for (double x = area.x; x < area.x + 3.0 * scene.layout.text; ++x) {
+                if (pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                           static_cast<std::size_t>(x)] >>
+                    16U > kTexts) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(hasLabelInTheCorner(960.0, 720.0));
+    EXPECT_FALSE(hasLabelInTheCorner(420.0, 315.0));
+}
+
 TEST_F(PaintTest, DrawsEverySize) {
     for (const double width : {1.0, 40.0, 320.0, 1000.0}) {
         for (const double height : {1.0, 40.0, 240.0, 1000.0}) {
