@@ -51,6 +51,10 @@ std::uint32_t Processor::longestLookAhead(double sampleRate) {
         std::ceil(0.001 * static_cast<double>(range.maximum) * sampleRate));
 }
 
+std::uint32_t Processor::longestLatency(double sampleRate, const TruePeakLimiter& limiter) {
+    return longestLookAhead(sampleRate) + OversampledGain::latency + limiter.latency();
+}
+
 Processor::Processor(double sampleRate)
     : sampleRate_(sampleRate),
       beat_(sampleRate),
@@ -62,10 +66,9 @@ Processor::Processor(double sampleRate)
       listen_(sampleRate),
       oversampled_{OversampledGain(sampleRate, 2), OversampledGain(sampleRate, 4)},
       limiter_(sampleRate),
-      delays_{
-          DelayLine(longestLookAhead(sampleRate) + OversampledGain::latency + limiter_.latency()),
-          delays_[0]},
-      listenDelays_{delays_[0], delays_[0]},
+      delays_{DelayLine(longestLatency(sampleRate, limiter_)),
+              DelayLine(longestLatency(sampleRate, limiter_))},
+      listenDelays_{delays_},
       duckingDelay_(longestLookAhead(sampleRate) + OversampledGain::latencyBeforeGain),
       spectrum_(sampleRate),
       inputMeter_(sampleRate),

@@ -92,8 +92,9 @@ class Processor {
     void delay(StereoChunk& signal, StereoChunk& dry, std::uint32_t count);
     void mixListened(StereoChunk& signal, const StereoChunk& key, std::uint32_t count);
 
-    /// The longest look-ahead, in frames.
+    /// The longest look-ahead, and the longest delay of the signal, in frames.
     static std::uint32_t longestLookAhead(double sampleRate);
+    static std::uint32_t longestLatency(double sampleRate, const TruePeakLimiter& limiter);
 
     double sampleRate_;
     ParameterValues values_;

@@ -106,7 +106,7 @@ class Layout::Arrangement {
         const double button = 3.0 * unit_;
         const double gap = 0.5 * unit_;
         const double power = 7.5 * unit_;
-        const double sound = 5.5 * unit_;
+        const double soundWidth = 5.5 * unit_;
         const double copy = 4.5 * unit_;
         const double mark = 12.0 * unit_;
         const double least = 3.0 * unit_;
@@ -115,8 +115,8 @@ class Layout::Arrangement {
         cell(Parameter::enabled).area = sharp({x, y, power, high});
         x -= 2.0 * gap + copy;
         layout_.copySound = sharp({x, y, copy, high});
-        x -= gap + sound;
-        layout_.sound = sharp({x, y, sound, high});
+        x -= gap + soundWidth;
+        layout_.sound = sharp({x, y, soundWidth, high});
         const double end = x - 2.0 * gap;
 
         const double tools = 2.0 * button + gap;
@@ -154,27 +154,27 @@ class Layout::Arrangement {
 
     void placeGraphs(const Rect& area) {
         constexpr double besideFrom = 1.3;
-        const double pad = 9.0 * unit_;
+        const double padWidth = 9.0 * unit_;
         if (area.width >= besideFrom * area.height) {
-            const double curve =
-                std::round(std::min(area.height, 0.42 * (area.width - pad - unit_)));
-            layout_.curve = sharp({area.x, area.y, curve, area.height});
-            placePages({area.x + curve + unit_, area.y, std::max(0.0, area.width - curve - unit_),
-                        area.height},
-                       pad);
+            const double curveWidth =
+                std::round(std::min(area.height, 0.42 * (area.width - padWidth - unit_)));
+            layout_.curve = sharp({area.x, area.y, curveWidth, area.height});
+            placePages({area.x + curveWidth + unit_, area.y,
+                        std::max(0.0, area.width - curveWidth - unit_), area.height},
+                       padWidth);
             return;
         }
-        const double curve = std::round(std::min(area.width, 0.47 * area.height));
-        layout_.curve = sharp({area.x, area.y, area.width, curve});
-        placePages({area.x, area.y + curve + unit_, area.width,
-                    std::max(0.0, area.height - curve - unit_)},
-                   pad);
+        const double curveHeight = std::round(std::min(area.width, 0.47 * area.height));
+        layout_.curve = sharp({area.x, area.y, area.width, curveHeight});
+        placePages({area.x, area.y + curveHeight + unit_, area.width,
+                    std::max(0.0, area.height - curveHeight - unit_)},
+                   padWidth);
     }
 
-    void placePages(const Rect& area, double pad) {
-        const double pages = std::max(0.0, area.width - pad - unit_);
+    void placePages(const Rect& area, double padWidth) {
+        const double pages = std::max(0.0, area.width - padWidth - unit_);
         layout_.placePage({area.x, area.y, pages, area.height});
-        layout_.pad = sharp({area.x + pages + unit_, area.y, pad, area.height});
+        layout_.pad = sharp({area.x + pages + unit_, area.y, padWidth, area.height});
     }
 
     void placeRows(const Rect& area) {

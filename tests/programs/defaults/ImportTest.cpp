@@ -68,6 +68,7 @@ TEST_F(DefaultsImportTest, AFileThatIsNotJSONIsRefusedWithItsLine) {
     expectUnchanged();
     expectRefused(R"({"new": 1, "set": null})",
                   path("in") + ": 'set': null is no value of a domain.");
+    expectRefused(R"({"a\nb": null})", path("in") + R"(: 'a\nb': null is no value of a domain.)");
     EXPECT_EQ(run({"import", "d", file("in", "")}).status, 1);
     EXPECT_EQ(run({"import", "d", file("in", "bplist00\xd1\x01")}).status, 1);
     EXPECT_EQ(run({"import", "d", file("in", "\x1f\x8b\x08")}).status, 1);

@@ -87,7 +87,7 @@ class UserPresetsTest : public ::testing::Test {
 
 TEST_F(UserPresetsTest, WritesWhatLilvSaves) {
     auto wanted = preset();
-    wanted.label = "Say \"B\\u00e4sse\" \\";
+    wanted.label = R"(Say "B\u00e4sse" \)";
     wanted.comment = "Low";
     writeUserPreset(kPlugin, ports_, wanted);
     const std::string prefixes =

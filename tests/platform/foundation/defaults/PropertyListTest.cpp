@@ -63,7 +63,7 @@ TEST(PropertyListDescription, FormatsASingleValue) {
 
 TEST(PropertyListDescription, FormatsNestedValues) {
     const PropertyList value = Dictionary{
-        {"a key", List{1, "plain_$/:.", "two words", "say \"\\\"", ""}},
+        {"a key", List{1, "plain_$/:.", "two words", R"(say "\")", ""}},
         {"empty", List{}},
         {"inner", Dictionary{{"when", Date(0us)}}},
     };

@@ -101,6 +101,6 @@ const std::array kEffects{describe("urn:orvalo:zoo:deferred"),
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     return index < kEffects.size() ? &kEffects[index] : nullptr;
 }

@@ -67,6 +67,6 @@ const std::array kEffects{describe("urn:orvalo:zoo:told-late"),
 
 }  // namespace
 
-extern "C" LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
+LV2_SYMBOL_EXPORT const LV2_Descriptor* lv2_descriptor(std::uint32_t index) {
     return index < kEffects.size() ? &kEffects[index] : nullptr;
 }

@@ -134,6 +134,7 @@ LV2UI_Handle instantiate(const LV2UI_Descriptor* /*descriptor*/, const char* plu
     XMapWindow(self->display, self->window);
     XSync(self->display, False);
     seen.window = self->window;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): LV2 passes a window ID as a pointer.
     *widget = reinterpret_cast<LV2UI_Widget>(self->window);
     return self;
 }
