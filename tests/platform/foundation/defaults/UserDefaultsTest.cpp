@@ -6,6 +6,8 @@
 
 #include <filesystem>
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include "platform/foundation/defaults/DefaultsPlaces.h"
 #include "tests/platform/foundation/defaults/SettingsHome.h"
@@ -142,7 +144,7 @@ TEST_F(Suite, ConvertsToIntegers) {
 
 TEST_F(Suite, ConvertsToFloats) {
     constexpr auto infinity = std::numeric_limits<double>::infinity();
-    const std::pair<PropertyList, double> cases[] = {
+    const std::vector<std::pair<PropertyList, double>> cases = {
         {7, 7.0},      {true, 1.0},         {"1.5e3 metres", 1500.0},
         {"-.5", -0.5}, {"1e999", infinity}, {"1e-999", 0.0},
         {"nan", 0.0},  {"infinity", 0.0},   {"", 0.0},
