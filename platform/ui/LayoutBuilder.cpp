@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/foundation/FatalError.h"
-#include "platform/ui/KeyRepeat.h"
 #include "platform/ui/UIClass.h"
 #include "platform/ui/UIViewController.h"
 #include "platform/ui/ViewLayout.h"
@@ -119,14 +118,10 @@ LayoutBuilder::LayoutBuilder(std::string layout, const std::string& object)
 
 namespace {
 
-/// Activates the widget whose focus the user sees, else does what the shortcut does. Once per
-/// press: a held space bar would start and stop playback again and again.
+/// Activates the widget whose focus the user sees, else does what the shortcut does.
 gboolean activateFocusOr(GtkWidget* widget, GVariant* arguments, void* action) {
     auto* root = gtk_widget_get_root(widget);
     if (GTK_IS_WINDOW(root)) {
-        if (isKeyRepeated(GTK_WIDGET(root))) {
-            return TRUE;
-        }
         auto* focus = gtk_window_get_focus(GTK_WINDOW(root));
         if (focus != nullptr && gtk_window_get_focus_visible(GTK_WINDOW(root)) != FALSE &&
             gtk_widget_activate(focus) != FALSE) {

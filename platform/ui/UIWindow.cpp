@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/foundation/DispatchQueue.h"
-#include "platform/ui/KeyRepeat.h"
 #include "platform/ui/MainThread.h"
 #include "platform/ui/UIApplication.h"
 #include "platform/ui/UIViewController.h"
@@ -45,7 +44,6 @@ GtkWidget* newScreenBin(GtkWidget* screen, std::function<void()> laidOut) {
 UIWindow::UIWindow(GtkWidget* widget)
     : UIView(widget), stack_(GTK_STACK(g_object_ref_sink(gtk_stack_new()))) {
     gtk_window_set_child(GTK_WINDOW(widget), GTK_WIDGET(stack_));
-    watchKeys(widget);
     g_signal_connect_swapped(stack_, "notify::transition-running",
                              G_CALLBACK(+[](UIWindow* window) {
                                  if (gtk_stack_get_transition_running(window->stack_) == FALSE) {

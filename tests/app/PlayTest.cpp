@@ -37,27 +37,6 @@ TEST_F(PlayTest, TheSpaceBarPlaysAndStops) {
     EXPECT_EQ(quit(), 0);
 }
 
-TEST_F(PlayTest, AHeldSpaceBarCountsOnce) {
-    start();
-    const auto playAndStopByHolding = [this] {
-        for (const auto* line :
-             {"AUEnginePlayer: Audio engine starting.", "AUEnginePlayer: Audio engine stopping."}) {
-            // The X server repeats it from 0.66 s on, 25 times per second.
-            act({"keydown", "space", "sleep", "1.5", "keyup", "space"});
-            EXPECT_EQ(lineWith("AUEnginePlayer: Audio engine st"), line);
-        }
-    };
-    playAndStopByHolding();
-    // The effect's UI sends the keys that it does not use.
-    key("ctrl+e");
-    ASSERT_TRUE(pollUntil([] { return effectPlace().has_value(); }));
-    clickIntoField({0.5, 0.3});
-    playAndStopByHolding();
-    EXPECT_EQ(quit(), 0);
-    const auto lines = program->readAll();
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), "AUEnginePlayer: Audio engine starting."), 0);
-}
-
 TEST_F(PlayTest, ADemonstrationIsHeardThroughTheEffect) {
     start();
     key("space");

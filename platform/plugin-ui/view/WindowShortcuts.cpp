@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/foundation/GLibPointer.h"
-#include "platform/ui/KeyRepeat.h"
 
 namespace orvalo {
 
@@ -131,7 +130,6 @@ bool activateShortcut(GtkWidget* widget, const X11Key& key) {
     }
     // The plug-in UI has the keyboard, so no focus of the toolkit is meant.
     gtk_window_set_focus_visible(GTK_WINDOW(root), FALSE);
-    forgetKeys(GTK_WIDGET(root));
     const auto triggers = triggersOf(gtk_widget_get_display(widget), key);
     return std::any_of(triggers.begin(), triggers.end(), [root](const auto& trigger) {
         return activate(GTK_WIDGET(root), trigger.get());

@@ -1,6 +1,6 @@
 #include "platform/plugin-ui/x11/X11Connection.h"
 
-#include <X11/XKBlib.h>
+#include <X11/Xlib.h>
 #include <X11/extensions/XInput2.h>
 
 #include <array>
@@ -62,8 +62,6 @@ std::shared_ptr<X11Connection> X11Connection::open(const std::string& display) {
 X11Connection::X11Connection(Display* display) : display_(display) {
     X11Errors::installHandler();
     X11Errors::ignore(display_, true);
-    // A held key sends presses without releases between them.
-    XkbSetDetectableAutoRepeat(display_, True, nullptr);
     // Xlib would end the process when the server ends.
     XSetIOErrorExitHandler(
         display_,

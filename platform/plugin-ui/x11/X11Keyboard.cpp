@@ -152,29 +152,14 @@ void X11Keyboard::reportSentKey(const XEvent& event) {
         return;
     }
     sendsKeys_ = true;
+    unwatchKeys();
     // The key that shows it may be reported already.
     if (reported_ != std::pair(event.xkey.keycode, event.xkey.time)) {
         reportKey(event);
     }
 }
 
-void X11Keyboard::followKey(const XEvent& event) {
-    const auto& key = event.xkey;
-    if (event.type == KeyRelease) {
-        held_ = 0;
-    } else if (held_ != key.keycode) {
-        held_ = key.keycode;
-        repeats_ = {};
-    } else if (repeats_.first == 0) {
-        repeats_ = {key.keycode, key.time};
-    }
-}
-
 void X11Keyboard::reportKey(const XEvent& event) {
-    // Compared by time: a UI may send a press after the server has told of the next ones.
-    if (repeats_.first == event.xkey.keycode && event.xkey.time >= repeats_.second) {
-        return;
-    }
     reported_ = {event.xkey.keycode, event.xkey.time};
     if (const auto use = onUnusedKey) {
         use({event.xkey.keycode, event.xkey.state});
@@ -182,18 +167,15 @@ void X11Keyboard::reportKey(const XEvent& event) {
 }
 
 void X11Keyboard::watchKeys() {
+    if (sendsKeys_ || sendingWindow_ != None) {
+        return;
+    }
     for (const auto window : windowsForKeys(connection_->display(), container_)) {
         if (std::ranges::find(watched_, window) == watched_.end()) {
             watched_.push_back(window);
-            XSelectInput(connection_->display(), window, KeyPressMask | KeyReleaseMask);
+            XSelectInput(connection_->display(), window, KeyPressMask);
             connection_->setHandler(window, [this](const XEvent& event) {
-                if (event.xany.send_event != False ||
-                    (event.type != KeyPress && event.type != KeyRelease)) {
-                    return;
-                }
-                followKey(event);
-                if (event.type == KeyPress && hasKeyboard_ && !sendsKeys_ &&
-                    sendingWindow_ == None) {
+                if (event.type == KeyPress && event.xkey.send_event == False && hasKeyboard_) {
                     reportKey(event);
                 }
             });
@@ -282,7 +264,7 @@ bool X11Keyboard::enter(bool atEnd) {
     updateFocus();
     XSetInputFocus(connection_->display(), sendingWindow_, RevertToParent, CurrentTime);
     sendFocusIn(connection_->display(), sendingWindow_, atEnd);
-    watchKeys();
+    XFlush(connection_->display());
     return true;
 }
 
@@ -296,8 +278,6 @@ void X11Keyboard::restoreFocus() {
     }
     hasKeyboard_ = false;
     sendingWindow_ = None;
-    held_ = 0;
-    repeats_ = {};
     unwatchKeys();
 }
 

@@ -43,8 +43,7 @@ class X11Keyboard {
     X11Keyboard& operator=(const X11Keyboard&) = delete;
 
     /// The UI had the keyboard and sent a key on, to the container or to the toplevel, or received
-    /// one and sends none. A held key is reported once. The object may be destroyed inside. May be
-    /// empty.
+    /// one and sends none. The object may be destroyed inside. May be empty.
     std::function<void(const X11Key&)> onUnusedKey;
 
     /// Handles the container's EnterNotify, LeaveNotify, FocusIn, FocusOut and KeyPress events.
@@ -65,9 +64,7 @@ class X11Keyboard {
     void handlePress();
     void reportSentKey(const XEvent& event);
     void reportKey(const XEvent& event);
-    /// Follows a press or release of a key in a window of the UI.
-    void followKey(const XEvent& event);
-    /// Follows the keys that the UI's windows receive.
+    /// Follows the keys that the UI's windows receive, unless the UI sends those it does not use.
     void watchKeys();
     void unwatchKeys();
     void takeFocus();
@@ -89,8 +86,6 @@ class X11Keyboard {
     bool sendsKeys_ = false;           // The UI has sent a key.
     std::vector<unsigned long> watched_;           // Windows of the UI.
     std::pair<unsigned, unsigned long> reported_;  // Code and time of the last key.
-    unsigned held_ = 0;                            // Code of the UI's held key; 0 without one.
-    std::pair<unsigned, unsigned long> repeats_;   // Its code and the time of its first repeat.
 };
 
 }  // namespace orvalo
