@@ -1,5 +1,7 @@
 #include "effect/ui/model/TextEntry.h"
 
+#include <cstdint>
+
 namespace orvalo::effect::ui {
 
 namespace {
