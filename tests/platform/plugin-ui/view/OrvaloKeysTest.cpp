@@ -1,5 +1,3 @@
-#include <X11/Xlib.h>
-#include <gdk/x11/gdkx.h>
 #include <gtest/gtest.h>
 
 #include "platform/audio/lv2/LV2LocalAudioUnit.h"
@@ -8,6 +6,10 @@
 #include "tests/platform/plugin-ui/x11/Pointer.h"
 #include "tests/platform/plugin-ui/x11/Screen.h"
 #include "tests/testing/WaitUntil.h"
+
+// Last: its macros break other headers.
+#include <X11/Xlib.h>
+#include <gdk/x11/gdkx.h>
 
 namespace {
 
