@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
+#include <utility>
 
 #include "effect/ui/model/Layout.h"
 #include "tests/app/ApplicationFixture.h"
@@ -85,9 +86,9 @@ TEST_F(EffectPluginUITest, FollowsTheWindowsSize) {
                                         {1200, 900},
                                         {960, 788}}) {
         resize(width, height);
-        EXPECT_TRUE(pollUntil([width = width, height = height] {
+        EXPECT_TRUE(pollUntil([wanted = std::pair(width, height)] {
             const auto window = place();
-            return window.width == width && window.height == height && isPlaced();
+            return std::pair(window.width, window.height) == wanted && isPlaced();
         })) << width;
     }
     EXPECT_EQ(quit(), 0);

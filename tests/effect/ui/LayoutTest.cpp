@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "effect/ui/model/Control.h"
@@ -254,7 +255,7 @@ TEST(Layout, LongPresetListScrollsByColumns) {
     constexpr std::size_t count = 200;
     for (const auto& [width, height, scale] : sensible) {
         auto layout = Layout::of(width, height, scale);
-        const auto shownNow = [&, width = width, height = height] {
+        const auto shownNow = [&, size = std::pair(width, height)] {
             std::vector<std::size_t> shown;
             for (std::size_t i = 0; i < count; ++i) {
                 const Rect entry = layout.presetEntry(i, count);
@@ -263,7 +264,7 @@ TEST(Layout, LongPresetListScrollsByColumns) {
                 }
                 shown.push_back(i);
                 EXPECT_TRUE(isWithin(entry, layout.presetList(count)));
-                EXPECT_GE(entry.width, 11.0 * layout.text) << width << 'x' << height;
+                EXPECT_GE(entry.width, 11.0 * layout.text) << size.first << 'x' << size.second;
                 for (const int side : {-1, 1}) {
                     EXPECT_FALSE(
                         layout.presetScroll(side, count).intersects(entry.inset(0.01, 0.01)));

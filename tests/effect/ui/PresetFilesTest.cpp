@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -133,8 +134,7 @@ TEST_F(PresetFilesTest, PresetOfAnEarlierVersionSetsLaterControlsToTheirDefaults
     EXPECT_EQ(values.size(), parameterCount - 1);
     for (const auto& [symbol, value] : values) {
         const auto* const range =
-            std::find_if(parameterRanges.begin(), parameterRanges.end(),
-                         [&symbol = symbol](const auto& one) { return symbol == one.symbol; });
+            std::ranges::find(parameterRanges, symbol, &ParameterRange::symbol);
         const float wanted = symbol == "mix" ? 3.0F : symbol == "knee" ? 2.0F : range->standard;
         EXPECT_EQ(value, wanted) << symbol;
     }
