@@ -275,7 +275,7 @@ void X11ContainerView::setAccessible(GtkWidget* widget) {
     }
 }
 
-bool X11ContainerView::handleXEvent(const XEvent& event) {
+bool X11ContainerView::handleXEvent(const XEvent& event) const {
     if (event.type != ClientMessage || event.xclient.window != place_.toplevel) {
         return false;
     }

@@ -77,7 +77,7 @@ class X11ContainerView : public UIView {
     void watchTab();
     void stopWatchingTab();
     bool handleKey(unsigned keyval);
-    bool handleXEvent(const XEvent& event);
+    bool handleXEvent(const XEvent& event) const;
     void endTab();
     void focused();
     void tabInto(bool isBackward);
