@@ -31,7 +31,7 @@ inline float highest(const float* values, std::uint32_t count, float start) {
     return std::bit_cast<float>(result);
 }
 
-/// Sets each of `to` to what `of` makes of a value, and returns the highest absolute one.
+/// Copies count values through `of`, and returns the highest absolute value of the copies.
 template <typename Of>
 float copyHighest(const float* from, float* to, std::uint32_t count, const Of& of) {
     constexpr std::int32_t withoutSign = 0x7FFFFFFF;

@@ -155,7 +155,7 @@ TEST_P(ContrastTest, TheNoteOnAnInstalledPage) {
     prepareForPages();
     start();
     key("ctrl+i");
-    // The strip above the page, of which assistive technology tells no place.
+    // The strip above the page. Assistive technology does not tell its place.
     constexpr int kTop = 52;  // The height of the bar with "Back".
     constexpr int kHeight = 24;
     EXPECT_TRUE(pollUntil([] {

@@ -84,7 +84,7 @@ TEST_F(ReaderTest, NamesOfPortsStayOnOneLineInANarrowWindow) {
         const auto found = std::ranges::find(texts, text, &AccessibleTree::Text::text);
         return found == texts.end() ? AccessibleTree::Text{} : *found;
     };
-    // "Level" has always had the room.
+    // The short name "Level" shows the height of one line.
     EXPECT_TRUE(pollUntil([&] {
         const auto level = place("Level");
         const auto cutoff = place("Cutoff");

@@ -62,8 +62,8 @@ void allocateControl(GtkWidget* bin, int width, int height, int baseline) {
     gtk_widget_allocate(gtk_widget_get_first_child(bin), width, height, baseline, nullptr);
 }
 
-/// A widget around the control, with a width of its own: the toolkit lets a program set the least
-/// width only.
+/// Wraps the control in a widget that prefers kControlWidth and shrinks to kLeastControlWidth.
+/// gtk_widget_set_size_request() sets the least width only.
 GtkWidget* newControlBin(GtkWidget* control) {
     auto* bin = adw_bin_new();
     gtk_widget_set_layout_manager(bin,

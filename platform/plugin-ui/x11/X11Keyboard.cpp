@@ -219,7 +219,7 @@ void X11Keyboard::focusUI(unsigned long time) {
 }
 
 bool X11Keyboard::keepFocus(unsigned long time) {
-    // The click may have been told after the request.
+    // The press that caused the request may still wait in this connection.
     connection_->handlePresses();
     if (hasKeyboard_) {
         focusUI(time);
