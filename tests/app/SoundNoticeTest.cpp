@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -7,7 +6,7 @@
 
 #include "tests/app/ApplicationFixture.h"
 #include "tests/app/Screenshot.h"
-#include "tests/testing/ServerProcess.h"
+#include "tests/testing/PrivateJack.h"
 
 namespace orvalo::testing {
 
@@ -20,15 +19,8 @@ class SoundNoticeTest : public ApplicationFixture {
         const auto configuration = (folder.path() / "asound.conf").string();
         std::ofstream(configuration) << "defaults.pcm.card 0\n";
         environment["ORVALO_AUDIO_OUTPUT"] = "auto";
-        environment["JACK_DEFAULT_SERVER"] = server_;
-        environment["JACK_NO_AUDIO_RESERVATION"] = "1";
         environment["PULSE_SERVER"] = "unix:" + (folder.path() / "nothing").string();
         environment["ALSA_CONFIG_PATH"] = configuration;
-    }
-
-    std::unique_ptr<ServerProcess> startJack() const {
-        return std::make_unique<ServerProcess>(
-            std::vector<std::string>{"jackd", "--no-realtime", "--name", server_, "-d", "dummy"});
     }
 
     bool isNoticeShown() const {
@@ -50,7 +42,7 @@ class SoundNoticeTest : public ApplicationFixture {
     }
 
     static constexpr std::uint32_t kNoticeColor = 0xE5A50A;
-    const std::string server_ = "orvalo-notice-test-" + std::to_string(getpid());
+    PrivateJack jack;
 };
 
 TEST_F(SoundNoticeTest, TheUserSeesThatThereIsNoSoundUntilADeviceReturns) {
@@ -59,9 +51,9 @@ TEST_F(SoundNoticeTest, TheUserSeesThatThereIsNoSoundUntilADeviceReturns) {
     EXPECT_EQ(noticePixels(), 0);
     key("space");
     EXPECT_TRUE(pollUntil([this] { return isNoticeShown() && isStripDrawn(); }));
-    auto jack = startJack();
+    auto server = jack.start();
     EXPECT_TRUE(pollUntil([this] { return !isNoticeShown() && noticePixels() == 0; }));
-    jack.reset();
+    server.reset();
     EXPECT_TRUE(pollUntil([this] { return isNoticeShown(); }));
     // Also above the plug-in UI.
     key("ctrl+e");

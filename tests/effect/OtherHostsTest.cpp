@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <jack/jack.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -10,6 +9,7 @@
 #include <memory>
 
 #include "tests/effect/EffectHost.h"
+#include "tests/testing/PrivateJack.h"
 #include "tests/testing/Program.h"
 #include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
@@ -147,15 +147,11 @@ class JackLatencyTest : public testing::Test {
     JackLatencyTest() {
         // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
         setenv("LV2_PATH", EFFECT_LV2_PATH, 1);
-        setenv("JACK_DEFAULT_SERVER", name_.c_str(), 1);
-        setenv("JACK_NO_START_SERVER", "1", 1);
-        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
         // NOLINTEND(concurrency-mt-unsafe)
         jack_set_error_function([](const char* /*message*/) {});
-        server_ = std::make_unique<ServerProcess>(std::vector<std::string>{
-            "jackd", "--no-realtime", "--name", name_, "-d", "dummy", "-r", "48000"});
+        server_ = jack_.start({"--rate", "48000"});
         EXPECT_TRUE(pollUntil([&] {
-            client_.reset(jack_client_open("orvalo-test", JackNoStartServer, nullptr));
+            client_.reset(jack_client_open("observer", JackNoStartServer, nullptr));
             return client_ != nullptr;
         }));
     }
@@ -180,7 +176,7 @@ class JackLatencyTest : public testing::Test {
     struct Close {
         void operator()(jack_client_t* client) const { jack_client_close(client); }
     };
-    const std::string name_ = "orvalo-latency-" + std::to_string(getpid());
+    PrivateJack jack_;
     std::unique_ptr<ServerProcess> server_;
     std::unique_ptr<jack_client_t, Close> client_;
 };

@@ -1,12 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 
 #include "effect/ui/PresetFiles.h"
+#include "tests/testing/PrivateJack.h"
 #include "tests/testing/Program.h"
-#include "tests/testing/ServerProcess.h"
 #include "tests/testing/TemporaryFolder.h"
 #include "tests/testing/WaitUntil.h"
 
@@ -25,16 +24,11 @@ class JalvTest : public ::testing::Test {
         // NOLINTBEGIN(concurrency-mt-unsafe): the process has one thread.
         setenv("HOME", home_.path().c_str(), 1);
         setenv("LV2_PATH", (home_.path().string() + "/.lv2:" + EFFECT_LV2_PATH).c_str(), 1);
-        // The servers inherit the name, so the test leaves a JACK server of the user alone.
-        setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
-        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
-        // jalv, before the server below is there, would start another of the same name.
-        setenv("JACK_NO_START_SERVER", "1", 1);
         // NOLINTEND(concurrency-mt-unsafe)
     }
 
     std::vector<std::string> jalv(const std::string& commands) const {
-        const ServerProcess server({"jackd", "--no-realtime", "--name", server_, "-d", "dummy"});
+        const auto server = jack_.start();
         std::vector<std::string> lines;
         // It ends with an error until the server is there.
         EXPECT_TRUE(pollUntil([&] {
@@ -50,7 +44,7 @@ class JalvTest : public ::testing::Test {
 
   private:
     TemporaryFolder home_;
-    const std::string server_ = "orvalo-jalv-" + std::to_string(getpid());
+    PrivateJack jack_;
 };
 
 TEST_F(JalvTest, ListsAndLoadsWhatTheUISaves) {

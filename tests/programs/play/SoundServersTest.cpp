@@ -1,5 +1,4 @@
 #include <jack/jack.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
@@ -8,6 +7,7 @@
 
 #include "tests/programs/play/PlayFixture.h"
 #include "tests/programs/play/Recording.h"
+#include "tests/testing/PrivateJack.h"
 #include "tests/testing/ServerProcess.h"
 #include "tests/testing/WaitUntil.h"
 
@@ -49,13 +49,11 @@ JackClient openClient() {
 }
 
 TEST_F(SoundServersTest, PassesJoinSampleExactlyOnJack) {
-    const auto name = "orvalo-play-test-" + std::to_string(getpid());
-    setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);
-    setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
+    const PrivateJack jack;
     environment["ORVALO_AUDIO_OUTPUT"] = "jack";
     // Synchronous: it waits for a late client, and otherwise leaves out what that plays.
-    const ServerProcess server({"jackd", "--no-realtime", "--sync", "--timeout", "5000", "--name",
-                                name, "-d", "dummy", "--rate", "48000", "--period", "256"});
+    const auto server =
+        jack.start({"--rate", "48000", "--period", "256"}, {"--sync", "--timeout", "5000"});
     JackClient client(nullptr, jack_client_close);
     ASSERT_TRUE(pollUntil([&] { return (client = openClient()) != nullptr; }));
     struct Recorder {

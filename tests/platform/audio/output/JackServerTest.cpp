@@ -2,12 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <jack/jack.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -20,7 +18,7 @@
 #include "tests/platform/audio/output/LogLines.h"
 #include "tests/platform/audio/output/RecordingSource.h"
 #include "tests/platform/audio/output/SignalCapture.h"
-#include "tests/testing/ServerProcess.h"
+#include "tests/testing/PrivateJack.h"
 #include "tests/testing/WaitUntil.h"
 
 namespace {
@@ -57,6 +55,7 @@ using std::chrono::milliseconds;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::LogLines;
+using testing::PrivateJack;
 using testing::RecordingSource;
 using testing::ServerProcess;
 using testing::SignalCapture;
@@ -104,38 +103,16 @@ class JackRecorder {
 /// A private JACK server with the dummy driver.
 class JackServerTest : public ::testing::Test {
   protected:
-    JackServerTest() {
-        // The servers inherit the name, so the tests leave a JACK server of the user alone.
-        setenv("JACK_DEFAULT_SERVER", server_.c_str(), 1);
-        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
-    }
-
     /// inStep: the server waits for its clients in each period, so no client misses one.
     std::unique_ptr<ServerProcess> startServer(const std::string& rate, const std::string& period,
                                                bool inStep = false) {
         // libjack would free clients of a dead server that are still open.
         EXPECT_TRUE(testing::pollUntil([] { return probeError() == "no JACK server is running"; }));
-        std::vector<std::string> command{"jackd", "--no-realtime", "--name", server_};
-        if (inStep) {
-            command.insert(command.end(), {"--sync", "--timeout", "5000"});
-        }
-        command.insert(command.end(), {"-d", "dummy", "--rate", rate, "--period", period});
-        auto process = std::make_unique<ServerProcess>(command);
+        using Options = std::vector<std::string>;
+        auto process = jack_.start({"--rate", rate, "--period", period},
+                                   inStep ? Options{"--sync", "--timeout", "5000"} : Options{});
         EXPECT_TRUE(testing::pollUntil([] { return openClient("waiting") != nullptr; }));
         return process;
-    }
-
-    /// A killed server keeps one of the eight places in the machine's list of JACK servers, until
-    /// another server of its name ends. Its files remain, too.
-    void TearDown() override {
-        if (hasKilled_) {
-            startServer("48000", "64");
-        }
-        for (const auto& entry : std::filesystem::directory_iterator("/dev/shm")) {
-            if (entry.path().filename().string().find(server_) != std::string::npos) {
-                std::filesystem::remove(entry.path());
-            }
-        }
     }
 
     static std::string probeError() {
@@ -147,20 +124,14 @@ class JackServerTest : public ::testing::Test {
         return "";
     }
 
-    void kill(ServerProcess& server) {
-        hasKilled_ = true;
-        server.kill();
-    }
-
     std::unique_ptr<SupervisedOutput> makeOutput(SupervisedOutput::Absence absence) const {
         std::vector<std::unique_ptr<OutputDevice>> devices;
         devices.push_back(std::make_unique<JackDevice>());
         return std::make_unique<SupervisedOutput>(std::move(devices), absence, timing_);
     }
 
-    const std::string server_ = "orvalo-test-" + std::to_string(getpid());
+    PrivateJack jack_;
     SupervisedOutput::Timing timing_{milliseconds(3000), milliseconds(50), milliseconds(50)};
-    bool hasKilled_ = false;
     RecordingSource source_;
     LogLines log_;
 };
@@ -208,7 +179,7 @@ TEST_F(JackServerTest, SurvivesAKilledServerAndReturnsToTheNextOne) {
     output->format();
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(20));
-    kill(*server);
+    server->kill();
     ASSERT_TRUE(testing::pollUntil([&] { return source_.threadName() == "orvalo-null"; }));
     ASSERT_TRUE(source_.waitForBlocks(20));
     EXPECT_THAT(source_.formatChanges(), IsEmpty());
@@ -232,7 +203,7 @@ TEST_F(JackServerTest, StopsWhileTheServerDies) {
         const auto output = makeOutput(SupervisedOutput::Absence::standIn);
         output->start(source_);
         ASSERT_TRUE(source_.waitForBlocks(5));
-        kill(*server);
+        server->kill();
         output->stop();
     }
 }
@@ -244,7 +215,7 @@ TEST_F(JackServerTest, CancelsNoThreadInsideStrerror) {
     output->start(source_);
     ASSERT_TRUE(source_.waitForBlocks(5));
     isStrerrorSlow = true;
-    kill(*server);
+    server->kill();
     output->stop();
     EXPECT_TRUE(testing::pollUntil([] { return strerrorLeft == 1; }, std::chrono::seconds(10)));
     EXPECT_EQ(strerrorEntered, 1);
@@ -257,7 +228,7 @@ TEST_F(JackServerTest, CancelsNoThreadOfAnIdleClientInsideStrerror) {
     const int entered = strerrorEntered;
     const int left = strerrorLeft;
     isStrerrorSlow = true;
-    kill(*server);
+    server->kill();
     ASSERT_TRUE(testing::pollUntil([&] { return strerrorEntered > entered; }));
     idle.reset();
     EXPECT_TRUE(testing::pollUntil([&] { return strerrorLeft > left; }, std::chrono::seconds(10)));
@@ -280,8 +251,7 @@ TEST_F(JackServerTest, FollowsAChangeOfThePeriod) {
 }
 
 TEST_F(JackServerTest, TakesAVirtualSinkWhenThereAreNoPhysicalPortsAndNeverARecorder) {
-    const ServerProcess server(
-        {"jackd", "--no-realtime", "--name", server_, "-d", "dummy", "--playback", "0"});
+    const auto server = jack_.start({"--playback", "0"});
     ASSERT_TRUE(testing::pollUntil([] { return openClient("waiting") != nullptr; }));
     const JackRecorder recorder;
     EXPECT_EQ(probeError(), "the JACK server has no playback port");
@@ -327,7 +297,7 @@ TEST_F(JackServerTest, ReplacesAHangingServerByTheClock) {
               "Audio output: JACK went away; a silent clock takes its place (48000 Hz, 2 "
               "channels, 64 frames).");
     // The client that was left open ends with the server.
-    kill(*server);
+    server->kill();
 }
 
 /// The connections to sockets of that JACK server.
@@ -352,11 +322,11 @@ TEST_F(JackServerTest, AServerKilledWhileAClientOpensIsReplacedByTheClock) {
             EXPECT_TRUE(libjack().finishWithin(std::chrono::minutes(1), [] {}));
         }
         // A stopped server keeps the client waiting in jack_client_open().
-        const auto before = connections(server_);
+        const auto before = connections(jack_.name());
         server->signal(SIGSTOP);
         std::thread starting([&] { output->start(source_); });
-        EXPECT_TRUE(testing::pollUntil([&] { return connections(server_) > before; }));
-        kill(*server);
+        EXPECT_TRUE(testing::pollUntil([&] { return connections(jack_.name()) > before; }));
+        server->kill();
         starting.join();
         output->stop();
         EXPECT_THAT(log.messages(),
@@ -371,7 +341,7 @@ TEST_F(JackServerTest, AServerKilledAfterTheProbeIsReplacedByTheClock) {
     const auto server = startServer("48000", "64");
     const auto output = makeOutput(SupervisedOutput::Absence::fail);
     output->format();
-    kill(*server);
+    server->kill();
     output->start(source_);
     output->stop();
     EXPECT_THAT(log_.messages(),
