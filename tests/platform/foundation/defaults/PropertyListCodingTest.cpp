@@ -6,7 +6,9 @@
 
 #include <cmath>
 #include <limits>
+#include <memory>
 
+#include "platform/foundation/GLibPointer.h"
 #include "platform/foundation/NSError.h"
 
 namespace orvalo {
@@ -113,11 +115,11 @@ TEST(BinaryPropertyList, RefusesWhatIsTooDeepOrTooLarge) {
 
 /// The bytes of a variant in GVariant's text format.
 Data binary(const char* text) {
-    auto* variant =
-        g_variant_new_variant(g_variant_parse(nullptr, text, nullptr, nullptr, nullptr));
-    Data bytes(g_variant_get_size(variant));
-    g_variant_store(variant, bytes.data());
-    g_variant_unref(variant);
+    using Variant = std::unique_ptr<GVariant, Release<g_variant_unref>>;
+    const Variant content(g_variant_parse(nullptr, text, nullptr, nullptr, nullptr));
+    const Variant variant(g_variant_new_variant(content.get()));
+    Data bytes(g_variant_get_size(variant.get()));
+    g_variant_store(variant.get(), bytes.data());
     return bytes;
 }
 
