@@ -99,6 +99,17 @@ function(orvalo_test_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_testing)
 endfunction()
 
+# orvalo_test_plugin(<target> <source> <file> <library>): the file with the code of an LV2 plug-in or UI, in
+# a bundle of the tests. The library is that of its headers.
+function(orvalo_test_plugin target source file library)
+    cmake_path(GET file PARENT_PATH folder)
+    cmake_path(GET file STEM LAST_ONLY name)
+    add_library(${target} MODULE "${source}")
+    target_link_libraries(${target} PRIVATE orvalo_options ${library})
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME ${name} PREFIX "" CXX_VISIBILITY_PRESET hidden LIBRARY_OUTPUT_DIRECTORY "${folder}")
+endfunction()
+
 # orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s] [ONE_BY_ONE] [NEEDS <programs>]):
 # a GoogleTest program and its tests.
 #   LABELS release-only: not under the sanitizers.
