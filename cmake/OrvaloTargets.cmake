@@ -67,6 +67,19 @@ function(orvalo_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_precompiled)
 endfunction()
 
+# orvalo_stage(<list> <file> <folder>): copies the file into the folder of the stage, and installs it there.
+# Appends the copy to the list, on which a target depends.
+function(orvalo_stage list file folder)
+    cmake_path(GET file FILENAME name)
+    set(copy "${ORVALO_STAGE}/${folder}/${name}")
+    add_custom_command(
+        OUTPUT "${copy}"
+        COMMAND ${CMAKE_COMMAND} -E copy "${file}" "${copy}"
+        DEPENDS "${file}" VERBATIM)
+    install(FILES "${file}" DESTINATION "${folder}")
+    set(${list} ${${list}} "${copy}" PARENT_SCOPE)
+endfunction()
+
 # orvalo_late_library(<library> <name> <targets>): the library calls the imported targets' libraries
 # through LateLibrary. An empty module of this name is linked with them, so that the tools that compute
 # a package's dependencies see them.
