@@ -67,6 +67,19 @@ function(orvalo_library name)
     target_precompile_headers(${name} REUSE_FROM orvalo_precompiled)
 endfunction()
 
+# orvalo_stage(<list> <file> <folder>): copies the file into the folder of the stage, and installs it there.
+# Appends the copy to the list, on which a target depends.
+function(orvalo_stage list file folder)
+    cmake_path(GET file FILENAME name)
+    set(copy "${ORVALO_STAGE}/${folder}/${name}")
+    add_custom_command(
+        OUTPUT "${copy}"
+        COMMAND ${CMAKE_COMMAND} -E copy "${file}" "${copy}"
+        DEPENDS "${file}" VERBATIM)
+    install(FILES "${file}" DESTINATION "${folder}")
+    set(${list} ${${list}} "${copy}" PARENT_SCOPE)
+endfunction()
+
 # orvalo_late_library(<library> <name> <targets>): the library calls the imported targets' libraries
 # through LateLibrary. An empty module of this name is linked with them, so that the tools that compute
 # a package's dependencies see them.
@@ -97,6 +110,17 @@ function(orvalo_test_library name)
     add_library(${name} STATIC EXCLUDE_FROM_ALL ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC orvalo_options ${arg_LIBS} orvalo_testing)
     target_precompile_headers(${name} REUSE_FROM orvalo_testing)
+endfunction()
+
+# orvalo_test_plugin(<target> <source> <file> <library>): the file with the code of an LV2 plug-in or UI, in
+# a bundle of the tests. The library is that of its headers.
+function(orvalo_test_plugin target source file library)
+    cmake_path(GET file PARENT_PATH folder)
+    cmake_path(GET file STEM LAST_ONLY name)
+    add_library(${target} MODULE "${source}")
+    target_link_libraries(${target} PRIVATE orvalo_options ${library})
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME ${name} PREFIX "" CXX_VISIBILITY_PRESET hidden LIBRARY_OUTPUT_DIRECTORY "${folder}")
 endfunction()
 
 # orvalo_test(<name> SOURCES ... LIBS <targets> [LABELS ...] [TIMEOUT s] [ONE_BY_ONE] [NEEDS <programs>]):

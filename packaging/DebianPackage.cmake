@@ -18,7 +18,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 # CPack takes the description's first line from the summary. A dot stands for a blank line.
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "host and showcase of the Orvalo dynamics effect")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "player to hear the Orvalo dynamics effect with music")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Orvalo plays music through one audio effect, the Orvalo dynamics effect,
 shows the effect's own UI, and reports the MIDI that the effect sends.

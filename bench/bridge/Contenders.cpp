@@ -81,6 +81,12 @@ Cost timed(Body body) {
     return {static_cast<double>(end - begin) * 1e-3, threadNanoseconds() - processor};
 }
 
+/// The processor time of a process, in ns.
+std::int64_t processNanoseconds(pid_t process) {
+    clockid_t clock{};
+    return clock_getcpuclockid(process, &clock) == 0 ? nanosecondsOf(clock) : 0;
+}
+
 }  // namespace
 
 std::shared_ptr<LV2LocalAudioUnit> makeLocal(const std::string& uri) {
@@ -100,11 +106,6 @@ std::shared_ptr<BridgedAudioUnit> makeBridged(const std::string& uri) {
 
 Contenders::Contenders(const std::string& uri)
     : local(makeLocal(uri)), bridged(makeBridged(uri)), service(newestService()) {}
-
-std::int64_t processNanoseconds(pid_t process) {
-    clockid_t clock{};
-    return clock_getcpuclockid(process, &clock) == 0 ? nanosecondsOf(clock) : 0;
-}
 
 QuantumCosts renderPaced(const Contenders& contenders, std::uint32_t frames, int seconds) {
     QuantumCosts costs;

@@ -24,9 +24,6 @@ struct Contenders {
 std::shared_ptr<LV2LocalAudioUnit> makeLocal(const std::string& uri);
 std::shared_ptr<BridgedAudioUnit> makeBridged(const std::string& uri);
 
-/// The processor time of a process, in ns.
-std::int64_t processNanoseconds(pid_t process);
-
 /// The costs of rendering, by quantum.
 struct QuantumCosts {
     std::vector<double> local;      ///< Elapsed time, in µs.

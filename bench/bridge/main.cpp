@@ -1,15 +1,11 @@
 // Measures what an effect costs in a service compared with this process.
 
-#include <fcntl.h>
 #include <glib.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <system_error>
 
 #include "bench/bridge/Contenders.h"
 #include "bench/bridge/Live.h"
@@ -18,25 +14,11 @@
 #include "bench/measuring/Options.h"
 #include "bench/measuring/Stage.h"
 #include "bench/measuring/Statistics.h"
-#include "platform/foundation/FileDescriptor.h"
 
 namespace {
 
 using namespace orvalo;
 using namespace orvalo::bench;
-
-/// Prevents the processors from entering sleep states while the result lives, like machines that
-/// are set up for audio. Throws std::system_error without permission.
-FileDescriptor keepAwake() {
-    constexpr auto kPath = "/dev/cpu_dma_latency";
-    FileDescriptor request(open(kPath, O_WRONLY | O_CLOEXEC));
-    // The longest wake-up time in microseconds; the request is valid until the file is closed.
-    const std::int32_t longest = 0;
-    if (!request || write(request.get(), &longest, sizeof longest) != sizeof longest) {
-        throw std::system_error(errno, std::generic_category(), kPath);
-    }
-    return request;
-}
 
 void compareQuanta(const std::string& uri, int seconds) {
     const Contenders contenders(uri);
@@ -87,8 +69,7 @@ void compareXruns(const std::string& uri, int seconds) {
 int main(int argc, char** argv) {
     g_log_writer_default_set_use_stderr(TRUE);
     const Options options(argc, argv,
-                          {{"--awake", "no"},
-                           {"--uri", "urn:tessaly:orvalo"},
+                          {{"--uri", "urn:tessaly:orvalo"},
                            {"--seconds", "20"},
                            {"--starts", "20"},
                            {"--xrun-seconds", "60"}});
@@ -96,14 +77,12 @@ int main(int argc, char** argv) {
     const int seconds = options.count("--seconds");
     const int starts = options.count("--starts");
     const int xrunSeconds = options.count("--xrun-seconds");
-    const bool isAwake = options.isYes("--awake");
     try {
         // NOLINTBEGIN(concurrency-mt-unsafe): there is one thread yet.
         setenv("LV2_PATH", lv2Path().c_str(), 1);
         setenv("ORVALO_AUDIO_OUTPUT", "jack", 1);
         // NOLINTEND(concurrency-mt-unsafe)
         const JackServer server;
-        const auto awake = isAwake ? keepAwake() : FileDescriptor();
         compareQuanta(uri, seconds);
         compareStarts(uri, starts);
         compareXruns(uri, xrunSeconds);

@@ -1,5 +1,5 @@
 // Measures compressors on the LV2 path in the same way, and prints one table. With the option
-// `plots` and a folder it also writes there what plots.gp draws.
+// `--plots` and a folder it also writes there what plots.gp draws.
 
 #include <array>
 #include <cmath>
@@ -78,7 +78,7 @@ void printAdditions(const EffectWorld& world, const LilvPlugin* plugin, int roun
 }  // namespace
 
 int main(int argc, char** argv) {
-    const Options options(argc, argv, {{"rounds", "15"}, {"plots", "none"}});
+    const Options options(argc, argv, {{"--rounds", "15"}, {"--plots", ""}});
     const EffectWorld world;
     std::vector<Contender> present;
     for (const auto& contender : contenders()) {
@@ -125,12 +125,12 @@ int main(int argc, char** argv) {
                  [](Measuring& one) { return one.overshoot(0.0); });
         printRow("gain of the quieter channel / the louder one, dB", all, "%.3f",
                  [](Measuring& one) { return one.linkError(40.0); });
-        printCosts(all, options.count("rounds"));
+        printCosts(all, options.count("--rounds"));
         if (const auto* orvalo = world.find(present.front().uri)) {
-            printAdditions(world, orvalo, options.count("rounds"));
+            printAdditions(world, orvalo, options.count("--rounds"));
         }
-        if (options.text("plots") != "none") {
-            writePlotData(all, options.text("plots"));
+        if (const auto& folder = options.text("--plots"); !folder.empty()) {
+            writePlotData(all, folder);
         }
     } catch (const std::exception& error) {
         static_cast<void>(std::fprintf(stderr, "%s\n", error.what()));

@@ -47,13 +47,4 @@ int Options::count(const std::string& name) const {
     return result;
 }
 
-bool Options::isYes(const std::string& name) const {
-    const auto& value = text(name);
-    if (value != "yes" && value != "no") {
-        std::fprintf(stderr, "%s needs yes or no, not '%s'.\n", name.c_str(), value.c_str());
-        finish(kBadOption);
-    }
-    return value == "yes";
-}
-
 }  // namespace orvalo::bench

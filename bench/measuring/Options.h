@@ -15,8 +15,6 @@ class Options {
     const std::string& text(const std::string& name) const { return values_.at(name); }
     /// The value as a whole number above 0. Ends the program with an error for any other text.
     int count(const std::string& name) const;
-    /// Whether the value is "yes". Ends the program with an error for any text but "yes" and "no".
-    bool isYes(const std::string& name) const;
 
   private:
     std::map<std::string, std::string> values_;

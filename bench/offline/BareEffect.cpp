@@ -91,7 +91,6 @@ BareEffect::BareEffect(double sampleRate) : instance_(std::make_unique<Instance>
 
     s.controls.resize(lilv_plugin_get_num_ports(plugin));
     lilv_plugin_get_port_ranges_float(plugin, nullptr, nullptr, s.controls.data());
-    // The ports of the side-chain are among these; the effect does not read them by default.
     for (std::uint32_t port = kFirstControl; port < s.controls.size(); ++port) {
         lilv_instance_connect_port(s.instance, port, &s.controls[port]);
     }

@@ -1,8 +1,6 @@
 #include "bench/offline/Rivals.h"
 
-#include <fstream>
 #include <regex>
-#include <sstream>
 
 #include "bench/measuring/Stage.h"
 
@@ -41,34 +39,8 @@ Command gstreamerJob(const std::filesystem::path& file) {
             "location=/dev/null"};
 }
 
-std::string makeEffectForGStreamer(const std::filesystem::path& folder) {
-    const auto original = stage() / "lib/lv2/orvalo.lv2";
-    const auto bundle = folder / "gstreamer/orvalo.lv2";
-    std::filesystem::create_directories(bundle);
-    std::filesystem::copy(original, bundle);
-    std::ostringstream data;
-    data << std::ifstream(original / "orvalo.ttl").rdbuf();
-    const std::regex groupOfParameters("pg:group orvalo:(?!input|output)[a-z_]+( ;)?");
-    // GStreamer takes one group of inputs. The effect does not read its side-chain by default.
-    const std::regex sideChain("lv2:AudioPort( ;\\s+lv2:index 3[12] )");
-    const auto withoutGroups = std::regex_replace(data.str(), groupOfParameters, "");
-    std::ofstream(bundle / "orvalo.ttl")
-        << std::regex_replace(withoutGroups, sideChain, "lv2:ControlPort$1");
-    return bundle.parent_path().string() + ":/usr/lib/lv2";
-}
-
-std::string registerEffect(const std::filesystem::path& folder, const std::string& uri) {
-    const auto bundle = folder / "registered/effect.lv2";
-    std::filesystem::create_directories(bundle);
-    std::ofstream(bundle / "manifest.ttl")
-        << "@prefix ac: <urn:tessaly:audio-component#> .\n<" << uri
-        << "> ac:type \"aumf\" ; ac:subtype \"orVL\" ; ac:manufacturer \"TSLY\" ; ac:flags 2 ;\n"
-           "    ac:name \"Benchmark\" .\n";
-    return bundle.parent_path().string() + ":" + lv2Path();
-}
-
-Command playJob(const std::filesystem::path& file, bool isInProcess) {
-    Command command{playProgram(), "--file", file, "--render", "/dev/null"};
+Command playJob(const std::filesystem::path& file, const std::string& uri, bool isInProcess) {
+    Command command{playProgram(), "--effect", uri, "--file", file, "--render", "/dev/null"};
     if (isInProcess) {
         command.emplace_back("--in-process");
     }

@@ -11,16 +11,7 @@ namespace orvalo::bench {
 /// GStreamer one takes Orvalo.
 Command ffmpegJob(const std::filesystem::path& file, const std::string& uri);
 Command gstreamerJob(const std::filesystem::path& file);
-
-/// Copies the stage's effect into the folder without port groups and returns the LV2_PATH for it:
-/// GStreamer treats each control port of a group as an audio channel.
-std::string makeEffectForGStreamer(const std::filesystem::path& folder);
-
-/// Makes a bundle in the folder that registers the effect for orvalo-play, and returns the LV2_PATH
-/// for it.
-std::string registerEffect(const std::filesystem::path& folder, const std::string& uri);
-
-/// The same by orvalo-play, with the effect in its service or in the program.
-Command playJob(const std::filesystem::path& file, bool isInProcess);
+/// By orvalo-play, with the effect in its service or in the program.
+Command playJob(const std::filesystem::path& file, const std::string& uri, bool isInProcess);
 
 }  // namespace orvalo::bench

@@ -89,19 +89,17 @@ std::optional<double> compare(
     return first.processor();
 }
 
-void compareWithOrvalo(const std::filesystem::path& file, const ScratchFolder& scratch,
+void compareWithOrvalo(const std::filesystem::path& file, const Environment& environment,
                        int rounds) {
-    const Environment environment{{"LV2_PATH", lv2Path()}};
-    const Environment gstreamer{{"LV2_PATH", makeEffectForGStreamer(scratch.path())},
-                                {"GST_REGISTRY", scratch.path() / "gst-registry"}};
+    const std::string uri = "urn:tessaly:orvalo";
     std::vector<double> decoding;
     std::vector<double> effect;
     std::vector<double> floor;
     std::printf("Orvalo, median of %d rounds:\n", rounds);
-    const auto ours = compare({{"orvalo-play", playJob(file, false), environment},
-                               {"orvalo-play -i", playJob(file, true), environment},
-                               {"ffmpeg", ffmpegJob(file, "urn:tessaly:orvalo"), environment},
-                               {"gst-launch-1.0", gstreamerJob(file), gstreamer}},
+    const auto ours = compare({{"orvalo-play", playJob(file, uri, false), environment},
+                               {"orvalo-play -i", playJob(file, uri, true), environment},
+                               {"ffmpeg", ffmpegJob(file, uri), environment},
+                               {"gst-launch-1.0", gstreamerJob(file), environment}},
                               rounds, [&] {
                                   const auto measured = measureFloor(file);
                                   decoding.push_back(measured.decoding);
@@ -114,12 +112,11 @@ void compareWithOrvalo(const std::filesystem::path& file, const ScratchFolder& s
     }
 }
 
-void compareWithEffect(const std::filesystem::path& file, const ScratchFolder& scratch, int rounds,
-                       const std::string& uri) {
-    const Environment environment{{"LV2_PATH", registerEffect(scratch.path(), uri)}};
+void compareWithEffect(const std::filesystem::path& file, const Environment& environment,
+                       int rounds, const std::string& uri) {
     std::printf("<%s>, median of %d rounds:\n", uri.c_str(), rounds);
-    compare({{"orvalo-play", playJob(file, false), environment},
-             {"orvalo-play -i", playJob(file, true), environment},
+    compare({{"orvalo-play", playJob(file, uri, false), environment},
+             {"orvalo-play -i", playJob(file, uri, true), environment},
              {"ffmpeg", ffmpegJob(file, uri), environment}},
             rounds);
 }
@@ -132,10 +129,12 @@ int run(const Options& options) {
         file = scratch.path() / "music.m4a";
         makeMusic(file, 60 * options.count("--minutes"));
     }
-    compareWithOrvalo(file, scratch, rounds);
+    const Environment environment{{"LV2_PATH", lv2Path()},
+                                  {"GST_REGISTRY", scratch.path() / "gst-registry"}};
+    compareWithOrvalo(file, environment, rounds);
     std::istringstream uris(options.text("--effects"));
     for (std::string uri; uris >> uri;) {
-        compareWithEffect(file, scratch, rounds, uri);
+        compareWithEffect(file, environment, rounds, uri);
     }
     return EXIT_SUCCESS;
 }
