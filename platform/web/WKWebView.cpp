@@ -231,6 +231,7 @@ void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& r
 void WKWebView::showInstalled(const std::string& wanted) {
     if (const auto page = installedSite_ ? installedSite_->page(wanted) : std::nullopt) {
         installed_ = wanted;
+        watch_->setInterval(URLRequest::defaultTimeout);
         // The engine does not ask whether it may show such a page.
         lateWebKit(webkit_web_view_load_alternate_html)(engine(), page->c_str(), wanted.c_str(),
                                                         wanted.c_str());

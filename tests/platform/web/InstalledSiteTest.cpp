@@ -30,9 +30,9 @@ class InstalledSiteTest : public WebFixture {
     }
 
     /// Loads the first page of a site whose pages are installed, too.
-    void loadFrom(const std::string& site) {
+    void loadFrom(const std::string& site, double timeout = URLRequest::defaultTimeout) {
         view->setInstalledSite({site, URL::fileURLWithPath(folder.path().string())});
-        load(site + "/", kTimeout);
+        load(site + "/", timeout);
     }
     static std::string siteOf(std::string address) {
         address.pop_back();
@@ -58,7 +58,7 @@ TEST_F(InstalledSiteTest, ReplacesASiteWhoseNameIsUnknown) {
 
 TEST_F(InstalledSiteTest, ReplacesASiteThatDoesNotAnswer) {
     const Site site({{"/", {.manner = Page::Manner::never}}});
-    loadFrom(siteOf(site.address("/")));
+    loadFrom(siteOf(site.address("/")), kTimeout);
     EXPECT_TRUE(waitForTitle("installed"));
     EXPECT_THAT(delegate->calls, ElementsAre("action " + site.address("/")));
 }
@@ -83,7 +83,7 @@ TEST_F(InstalledSiteTest, ReplacesASiteWithoutATrustedCertificate) {
 
 TEST_F(InstalledSiteTest, LinksShowInstalledPagesAtOnceAndAskTheDelegate) {
     const Site site({{"/", {.manner = Page::Manner::never}}, {"/guide/", titled("guide")}});
-    loadFrom(siteOf(site.address("/")));
+    loadFrom(siteOf(site.address("/")), kTimeout);
     ASSERT_TRUE(waitForTitle("installed"));
     click(0);
     EXPECT_TRUE(waitForTitle("installed guide"));
