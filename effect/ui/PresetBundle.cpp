@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -144,8 +145,10 @@ bool isEarlier(const StoredPreset& one, const StoredPreset& other) {
 /// would take time.
 bool isForEffect(const fs::path& folder) {
     std::ifstream file(folder / manifestName, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    return text.find(pluginUri) != std::string::npos;
+    std::ostringstream text;
+    // Does not throw if the manifest cannot be read, such as a folder of that name.
+    text << file.rdbuf();
+    return text.view().find(pluginUri) != std::string_view::npos;
 }
 
 std::string numberText(float value) {

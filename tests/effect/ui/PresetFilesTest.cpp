@@ -193,6 +193,12 @@ TEST_F(PresetFilesTest, OtherBundlesAreLeftAlone) {
     EXPECT_EQ(read().size(), 1U);
 }
 
+TEST_F(PresetFilesTest, FolderInPlaceOfAManifestIsLeftOut) {
+    files->save(preset("A"));
+    fs::create_directories(user() / "x.lv2/manifest.ttl");
+    EXPECT_EQ(read().size(), 1U);
+}
+
 TEST_F(PresetFilesTest, SaysWhyItCannotSave) {
     std::ofstream(user()) << "a file where the folder should be";
     EXPECT_EQ(files->save(preset("A")), "Not saved: Not a directory");
