@@ -1,5 +1,6 @@
 #include "effect/ui/PresetBundle.h"
 
+#include <iconv.h>
 #include <lilv/lilv.h>
 #include <lv2/presets/presets.h>
 
@@ -45,6 +46,32 @@ std::optional<Parameter> parameterOf(std::string_view symbol) {
         return std::nullopt;
     }
     return static_cast<Parameter>(found - parameterRanges.begin());
+}
+
+/// Whether the text is valid UTF-8. serd also passes surrogates, overlong forms and numbers beyond
+/// Unicode; cairo then draws nothing more.
+bool isUtf8(std::string text) {
+    const iconv_t converter = iconv_open("UTF-16LE", "UTF-8");
+    std::string converted(2 * text.size(), '\0');
+    char* from = text.data();
+    char* to = converted.data();
+    std::size_t left = text.size();
+    std::size_t room = converted.size();
+    const bool isValid =
+        iconv(converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
+    iconv_close(converter);
+    return isValid;
+}
+
+/// The text with spaces for control characters, which a host that writes presets refuses; empty if
+/// it is not UTF-8.
+std::string plainText(std::string text) {
+    if (!isUtf8(text)) {
+        return {};
+    }
+    std::ranges::replace_if(
+        text, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }, ' ');
+    return text;
 }
 
 /// Adds the defaults of what the preset does not set, such as the controls that came after it, so
@@ -107,7 +134,7 @@ class BundleReader {
     }
     std::string text(const LilvNode* subject, const char* predicate) const {
         const Node found = get(subject, predicate);
-        return found == nullptr ? "" : lilv_node_as_string(found.get());
+        return found == nullptr ? "" : plainText(lilv_node_as_string(found.get()));
     }
 
     Preset read(const LilvNode* preset) const {
@@ -125,7 +152,9 @@ class BundleReader {
                                                        lilv_node_is_int(value.get()));
             // Other hosts also save whether the effect is enabled.
             if (isNumber && parameter && isInPresets(*parameter)) {
-                result.values.emplace_back(*parameter, lilv_node_as_float(value.get()));
+                const auto& range = parameterRanges.at(static_cast<std::size_t>(*parameter));
+                result.values.emplace_back(*parameter,
+                                           range.clamp(lilv_node_as_float(value.get())));
             }
         }
         if (!result.values.empty()) {
@@ -165,7 +194,7 @@ std::string literal(std::string_view text) {
         if (c == '"' || c == '\\') {
             result += '\\';
         }
-        result += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+        result += c;
     }
     return result + '"';
 }

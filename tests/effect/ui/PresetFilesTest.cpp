@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "tests/effect/EffectState.h"
+#include "tests/testing/FileBytes.h"
 #include "tests/testing/TemporaryFolder.h"
 
 namespace {
@@ -197,6 +198,36 @@ TEST_F(PresetFilesTest, FolderInPlaceOfAManifestIsLeftOut) {
     files->save(preset("A"));
     fs::create_directories(user() / "x.lv2/manifest.ttl");
     EXPECT_EQ(read().size(), 1U);
+}
+
+TEST_F(PresetFilesTest, TextsOfOthersBecomePlainAndValuesAreInRange) {
+    EffectState::save({{"mix", 1000.0F}, {"knee", -1.0F}}, "Their\nname", user() / "x.lv2", "x.ttl");
+    auto presets = read();
+    ASSERT_TRUE(presets.contains("Their name"));
+    auto values = valuesOf(presets["Their name"]);
+    EXPECT_EQ(values["mix"], 100.0F);
+    EXPECT_EQ(values["knee"], 0.0F);
+    std::ofstream(user() / "x.lv2/x.ttl", std::ios::app)
+        << "<> <http://www.w3.org/2000/01/rdf-schema#comment> \"\"\"one\ttwo\nthree\"\"\" .\n";
+    EXPECT_EQ(read()["Their name"].description, "one two three");
+}
+
+TEST_F(PresetFilesTest, TextsThatAreNotUtf8AreLeftOut) {
+    files->save(preset("Mine"));
+    const fs::path file = user() / "orvalo-Mine.preset.lv2/preset.ttl";
+    const auto text = orvalo::testing::bytesOf(file);
+    const auto readWith = [&](const std::string& what, const char* bytes) {
+        std::string changed = text;
+        changed.replace(changed.find(what), what.size(), bytes);
+        orvalo::testing::writeBytes(file, changed);
+        return read();
+    };
+    // A surrogate, an overlong form, and a number beyond Unicode.
+    for (const char* bytes : {"\xED\xA0\x80", "\xC0\x80", "\xF4\x90\x80\x80"}) {
+        EXPECT_TRUE(readWith("Mine", bytes).empty());
+        EXPECT_EQ(readWith("test", bytes)["Mine"].description, "");
+    }
+    EXPECT_EQ(readWith("Mine", "\xF4\x8F\xBF\xBF").size(), 1U);
 }
 
 TEST_F(PresetFilesTest, SaysWhyItCannotSave) {
