@@ -57,8 +57,7 @@ bool isUtf8(std::string text) {
     char* to = converted.data();
     std::size_t left = text.size();
     std::size_t room = converted.size();
-    const bool isValid =
-        iconv(converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
+    const bool isValid = iconv(converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
     iconv_close(converter);
     return isValid;
 }
