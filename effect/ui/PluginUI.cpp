@@ -67,6 +67,11 @@ PluginUI::PluginUI(const Features& features, const std::string& bundle, LV2UI_Wr
     adoptSize();
 }
 
+PluginUI::~PluginUI() {
+    pointer_.release();
+    editor_.notes().releaseKeys();
+}
+
 void PluginUI::portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t format,
                          const void* buffer) {
     if (buffer != nullptr) {
@@ -299,6 +304,10 @@ void PluginUI::handle(const XEvent& event) {
             break;
         case MotionNotify: {
             const auto& motion = event.xmotion;
+            if ((motion.state & Button1Mask) == 0) {
+                // If the window was hidden meanwhile, another one got the button's release.
+                pointer_.release();
+            }
             pointer_.move({.x = static_cast<double>(motion.x),
                            .y = static_cast<double>(motion.y),
                            .time = 0.001 * static_cast<double>(motion.time),
@@ -320,7 +329,8 @@ void PluginUI::handle(const XEvent& event) {
             keys_.release(event.xkey.keycode);
             break;
         case UnmapNotify:
-            editor_.notes().releaseAll();
+            pointer_.release();
+            editor_.notes().releaseKeys();
             break;
         case FocusIn:
             editor_.setHasKeyboard(true);

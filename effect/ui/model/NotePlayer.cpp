@@ -100,9 +100,4 @@ void NotePlayer::releaseKeys() {
     }
 }
 
-void NotePlayer::releaseAll() {
-    releaseKeys();
-    releasePad();
-}
-
 }  // namespace orvalo::effect::ui

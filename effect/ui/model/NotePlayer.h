@@ -32,7 +32,6 @@ class NotePlayer {
     /// Ends the note of the key with this code. Returns whether there was one.
     bool releaseKey(std::uint32_t code);
     void releaseKeys();
-    void releaseAll();
 
   private:
     using Message = std::array<std::uint8_t, 3>;

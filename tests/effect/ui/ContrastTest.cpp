@@ -137,7 +137,7 @@ class ContrastTest : public orvalo::testing::SceneFixture {
             editor.notes().pressPad(height);
             expectLegible("pad", texts);
         }
-        editor.notes().releaseAll();
+        editor.notes().releasePad();
         editor.openList();
         expectLegible("list", texts + 2);
         editor.closeList();

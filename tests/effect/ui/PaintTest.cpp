@@ -115,7 +115,8 @@ TEST_F(PaintTest, DrawingChangesEqualsDrawingEverything) {
     editor.notes().pressPad(0.7);
     keys.press({.key = Key::character, .character = 'd', .code = 40});
     expectWhole("with notes");
-    editor.notes().releaseAll();
+    editor.notes().releaseKeys();
+    editor.notes().releasePad();
     expectWhole("without notes");
     for (const std::size_t place : {padFocus, historyFocus, metersFocus}) {
         editor.focus(place, true);
