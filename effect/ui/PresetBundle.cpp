@@ -277,10 +277,18 @@ std::vector<StoredPreset> readBundles(const fs::path& folder) {
 }
 
 void writeBundle(const fs::path& folder, const Preset& preset) {
-    fs::create_directories(folder);
-    writeFile(folder / presetName, presetText(preset));
-    // Last: hosts read a folder with a manifest.
-    writeFile(folder / manifestName, manifestText());
+    const bool isNew = fs::create_directories(folder);
+    try {
+        writeFile(folder / presetName, presetText(preset));
+        // Last: hosts read a folder with a manifest.
+        writeFile(folder / manifestName, manifestText());
+    } catch (const std::system_error&) {
+        std::error_code ignored;
+        if (isNew) {
+            fs::remove_all(folder, ignored);
+        }
+        throw;
+    }
 }
 
 void removeBundle(const fs::path& folder) {

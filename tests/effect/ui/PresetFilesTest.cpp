@@ -1,10 +1,10 @@
 #include "effect/ui/PresetFiles.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <sys/resource.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 
@@ -254,6 +254,23 @@ TEST_F(PresetFilesTest, SaysWhyItCannotSave) {
     std::ofstream(user()) << "a file where the folder should be";
     EXPECT_EQ(save(preset("A")), "Not saved: Not a directory");
     EXPECT_EQ(files->remove("A"), "");
+}
+
+TEST_F(PresetFilesTest, FailedSavingLeavesNothing) {
+    save(preset("Old"));
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit none{0, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &none);
+    const auto saved = save(preset("New"));
+    const auto renamed = files->save(preset("Renamed"), "Old");
+    setrlimit(RLIMIT_FSIZE, &before);
+    static_cast<void>(std::signal(SIGXFSZ, handler));
+    EXPECT_EQ(saved, "Not saved: File too large");
+    EXPECT_EQ(renamed, "Not saved: File too large");
+    EXPECT_EQ(folders(), Names{"orvalo-Old.preset.lv2"});
+    EXPECT_EQ(read()["Old"], preset("Old"));
 }
 
 /// A host that writes what it is asked to, when the test says so.
