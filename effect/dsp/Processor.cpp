@@ -46,9 +46,8 @@ void apply(SmoothedValue& value, float target, bool atOnce) {
 }  // namespace
 
 std::uint32_t Processor::longestLookAhead(double sampleRate) {
-    const auto& range = parameterRanges[static_cast<std::size_t>(Parameter::lookAhead)];
-    return static_cast<std::uint32_t>(
-        std::ceil(0.001 * static_cast<double>(range.maximum) * sampleRate));
+    const auto longest = static_cast<double>(range(Parameter::lookAhead).maximum);
+    return static_cast<std::uint32_t>(std::ceil(0.001 * longest * sampleRate));
 }
 
 std::uint32_t Processor::longestLatency(double sampleRate, const TruePeakLimiter& limiter) {

@@ -41,7 +41,7 @@ using Nodes = std::unique_ptr<LilvNodes, Free>;
 std::optional<Parameter> parameterOf(std::string_view symbol) {
     const auto* const found =
         std::find_if(parameterRanges.begin(), parameterRanges.end(),
-                     [symbol](const ParameterRange& range) { return symbol == range.symbol; });
+                     [symbol](const ParameterRange& one) { return symbol == one.symbol; });
     if (found == parameterRanges.end()) {
         return std::nullopt;
     }
@@ -81,7 +81,7 @@ void completeValues(Preset& preset) {
         const bool isSet = std::any_of(preset.values.begin(), preset.values.end(),
                                        [&](const auto& one) { return one.first == parameter; });
         if (isInPresets(parameter) && !isSet) {
-            preset.values.emplace_back(parameter, parameterRanges.at(i).standard);
+            preset.values.emplace_back(parameter, range(parameter).standard);
         }
     }
     std::sort(preset.values.begin(), preset.values.end());
@@ -151,9 +151,8 @@ class BundleReader {
                                                        lilv_node_is_int(value.get()));
             // Other hosts also save whether the effect is enabled.
             if (isNumber && parameter && isInPresets(*parameter)) {
-                const auto& range = parameterRanges.at(static_cast<std::size_t>(*parameter));
-                result.values.emplace_back(*parameter,
-                                           range.clamp(lilv_node_as_float(value.get())));
+                result.values.emplace_back(
+                    *parameter, range(*parameter).clamp(lilv_node_as_float(value.get())));
             }
         }
         if (!result.values.empty()) {
@@ -221,8 +220,7 @@ std::string presetText(const Preset& preset) {
     }
     const char* before = " ;\n\tlv2:port ";
     for (const auto& [parameter, value] : preset.values) {
-        text += std::string(before) + "[\n\t\tlv2:symbol \"" +
-                parameterRanges.at(static_cast<std::size_t>(parameter)).symbol +
+        text += std::string(before) + "[\n\t\tlv2:symbol \"" + range(parameter).symbol +
                 "\" ;\n\t\tpset:value " + numberText(value) + "\n\t]";
         before = " , ";
     }

@@ -109,7 +109,7 @@ void PresetFiles::write(const fs::path& folder, const Preset& preset) {
     std::vector<const char*> symbols;
     std::vector<float> values;
     for (const auto& [parameter, value] : preset.values) {
-        symbols.push_back(parameterRanges.at(static_cast<std::size_t>(parameter)).symbol);
+        symbols.push_back(range(parameter).symbol);
         values.push_back(value);
     }
     if (writer_->write(writer_->handle, folder.filename().c_str(), preset.name.c_str(),
