@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "effect/dsp/Extremes.h"
 #include "effect/dsp/VectorClones.h"
@@ -10,7 +11,7 @@ namespace orvalo::effect {
 
 namespace {
 
-/// Seconds.
+/// In seconds.
 constexpr double truePeakHold = 0.25;
 /// In dB: more than the rounding errors of the meter's level.
 constexpr float unseenBelow = 0.001F;
@@ -23,23 +24,11 @@ inline float copyUsable(const float* from, float* to, std::uint32_t count) {
                        [](float value) { return std::abs(value) <= largest ? value : 0.0F; });
 }
 
-inline float copyHighest(const float* from, float* to, std::uint32_t count) {
-    return effect::copyHighest(from, to, count, [](float value) { return value; });
-}
-
 /// Sets `to` to the part `share` of `from` and the rest of itself.
 void crossFade(StereoChunk& to, const StereoChunk& from, const Chunk& share, std::uint32_t count) {
     for (std::uint32_t i = 0; i < count; ++i) {
         to.left[i] = (1.0F - share[i]) * to.left[i] + share[i] * from.left[i];
         to.right[i] = (1.0F - share[i]) * to.right[i] + share[i] * from.right[i];
-    }
-}
-
-void apply(SmoothedValue& value, float target, bool atOnce) {
-    if (atOnce) {
-        value.snapTo(target);
-    } else {
-        value.setTarget(target);
     }
 }
 
@@ -107,7 +96,7 @@ void Processor::beginBlock(const ParameterValues& values, std::uint32_t frames) 
 }
 
 void Processor::configure(const ParameterValues& values) {
-    apply(enabled_, values.isOn(Parameter::enabled) ? 1.0F : 0.0F, fresh_);
+    enabled_.moveTo(values.isOn(Parameter::enabled) ? 1.0F : 0.0F, fresh_);
     filter_.configure(values[Parameter::sideChainHighPass], values[Parameter::sideChainLowPass]);
     isExternal_ = values.isOn(Parameter::sideChainSource);
 
@@ -164,7 +153,7 @@ void Processor::configureStages(const ParameterValues& values) {
                (isLimiting_ ? limiter_.latency() : 0);
 
     const bool wasListening = isListening_;
-    apply(listen_, values.isOn(Parameter::sideChainListen) ? 1.0F : 0.0F, fresh_);
+    listen_.moveTo(values.isOn(Parameter::sideChainListen) ? 1.0F : 0.0F, fresh_);
     isListening_ = listen_.isMoving() || listen_.target() > 0.0F;
     if (isListening_ && !wasListening) {
         for (auto& delay : listenDelays_) {
@@ -197,8 +186,9 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
         const float inputRight = copyUsable(inRight + first, signal.right.data(), count);
         inputPeak_ = std::max({inputPeak_, inputLeft, inputRight});
         processChunk(signal, first, count, midi);
-        const float left = copyHighest(signal.left.data(), outLeft + first, count);
-        const float right = copyHighest(signal.right.data(), outRight + first, count);
+        const float left = copyHighest(signal.left.data(), outLeft + first, count, std::identity());
+        const float right =
+            copyHighest(signal.right.data(), outRight + first, count, std::identity());
         measureOutput(signal, left, right, count);
         beat_.advance(count);
         first += count;
