@@ -3,12 +3,13 @@
 #include <array>
 #include <cstddef>
 
+#include "effect/dsp/LevelMeter.h"
+
 namespace orvalo::effect::ui {
 
 /// The effect's last levels, in dB.
 struct Levels {
-    /// The lowest value of the effect's level meters.
-    static constexpr float lowest = -90.0F;
+    static constexpr float lowest = LevelMeter::lowest;
 
     float input = lowest;
     float output = lowest;
