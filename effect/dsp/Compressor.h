@@ -35,14 +35,13 @@ class Compressor {
     /// Takes the reduction of another one, which may run at another rate.
     void continueFrom(const Compressor& other);
 
-    /// Whether both channels get one gain.
-    bool isLinked() const;
-
     /// first, second: the key of the two channels. count: at most chunkFrames.
     void process(const float* first, const float* second, const Ducking& ducking, Gains& gains,
                  std::uint32_t count);
 
   private:
+    /// Whether both channels get one gain.
+    bool isLinked() const;
     void processLinked(const float* first, const float* second, const Ducking& ducking,
                        Gains& gains, std::uint32_t count);
     void processSeparately(const float* first, const float* second, const Ducking& ducking,
