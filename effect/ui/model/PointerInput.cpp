@@ -8,15 +8,7 @@
 
 namespace orvalo::effect::ui {
 
-namespace {
-
 using Kind = Target::Kind;
-
-std::size_t focusOf(Parameter parameter) {
-    return static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter);
-}
-
-}  // namespace
 
 bool PointerInput::isSecondPress(const Target& target, const Pointer& pointer) const {
     const double reach = scene_.layout.unit;

@@ -150,9 +150,7 @@ TEST_F(PaintTest, DrawingAPagesChangesEqualsDrawingEverything) {
             const auto& ends = range(parameter);
             editor.set(parameter, ends.standard == ends.maximum ? ends.minimum : ends.maximum);
             expectWhole(ends.symbol);
-            editor.focus(
-                static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter),
-                true);
+            editor.focus(focusOf(parameter), true);
             expectWhole("with the focus");
         }
         editor.focus(tabsFocus, true);
