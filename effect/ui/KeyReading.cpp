@@ -59,8 +59,8 @@ std::optional<Key> namedKey(KeySym symbol) {
     }
 }
 
-/// The printable character of a key; 0 for other keys. text: what Xlib makes of it, in Latin-1; it
-/// also knows the keypad.
+/// The printable character of a key; 0 for other keys. text: by XLookupString, in Latin-1; it also
+/// has the characters of the keypad.
 char32_t characterOf(KeySym symbol, std::string_view text) {
     if (text.size() == 1 && text[0] >= ' ' && text[0] <= '~') {
         return static_cast<char32_t>(text[0]);

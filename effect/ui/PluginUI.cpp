@@ -56,6 +56,7 @@ std::unique_ptr<PluginUI> PluginUI::open(const std::string& bundle, LV2UI_Write_
 PluginUI::PluginUI(const Features& features, const std::string& bundle, LV2UI_Write_Function write,
                    LV2UI_Controller controller, std::unique_ptr<PluginWindow> window)
     : scale_(features.scale),
+      // A little less than the period, because the host does not call idle() at exact times.
       drawEvery_(0.9 / features.updateRate),
       host_(features, write, controller),
       store_(bundle, features.presetWriter),
@@ -180,7 +181,7 @@ void PluginUI::markSpectrumChanged() {
     }
 }
 
-/// Only while the spectrum is seen does the effect compute it.
+/// Requests the spectrum while it is seen. The effect computes it only after a request.
 void PluginUI::requestSpectrum(double now) {
     if (scene_.layout.page == Page::sideChain && !scene_.layout.graph.isEmpty() &&
         now - spectrumRequested_ >= Spectrum::requestSeconds && runs_.isRunning(now) &&
@@ -236,7 +237,7 @@ void PluginUI::advanceTime(double now) {
     }
 }
 
-/// Where the host writes the presets, it needs a while.
+/// Looks for the presets that the host was asked to write.
 void PluginUI::checkPresets(double now) {
     constexpr double period = 0.1;
     if (!store_.isWaiting() || now - presetsChecked_ < period) {

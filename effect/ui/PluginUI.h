@@ -61,7 +61,7 @@ class PluginUI {
     void draw(double now);
 
     double scale_;
-    double drawEvery_;
+    double drawEvery_;  // The shortest time between two drawings, in seconds.
     Scene scene_;
     HostLink host_;
     PresetFiles store_;

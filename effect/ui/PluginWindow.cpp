@@ -120,10 +120,12 @@ std::optional<XEvent> PluginWindow::nextEvent() {
     while (!isClosed() && XPending(display_) > 0) {
         XEvent event;
         XNextEvent(display_, &event);
-        // Coalesce consecutive motion events.
-        XEvent next;
-        while (event.type == MotionNotify && XEventsQueued(display_, QueuedAlready) > 0 &&
-               XPeekEvent(display_, &next) != 0 && next.type == MotionNotify) {
+        const auto isMotionNext = [this] {
+            XEvent next;
+            return XEventsQueued(display_, QueuedAlready) > 0 && XPeekEvent(display_, &next) != 0 &&
+                   next.type == MotionNotify;
+        };
+        while (event.type == MotionNotify && isMotionNext()) {
             XNextEvent(display_, &event);
         }
         updateState(event);

@@ -73,8 +73,8 @@ std::string plainText(std::string text) {
     return text;
 }
 
-/// Adds the defaults of what the preset does not set, such as the controls that came after it, so
-/// that it sounds the same whatever was chosen before. Orders the values.
+/// Adds the defaults of the controls that the preset does not set, such as those of later versions,
+/// so that it sounds the same whatever was chosen before. Orders the values.
 void completeValues(Preset& preset) {
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
@@ -87,7 +87,7 @@ void completeValues(Preset& preset) {
     std::sort(preset.values.begin(), preset.values.end());
 }
 
-/// One bundle, and nothing else, in lilv's form.
+/// Reads one bundle through lilv, in a world without others.
 class BundleReader {
   public:
     explicit BundleReader(const fs::path& folder) : world_(lilv_world_new()) {
@@ -168,8 +168,8 @@ bool isEarlier(const StoredPreset& one, const StoredPreset& other) {
     return one.preset.name < other.preset.name;
 }
 
-/// Whether the manifest speaks of the effect. Most bundles of a user's do not, and reading them all
-/// would take time.
+/// Whether the manifest names the effect. Most bundles in `~/.lv2` do not, and lilv would take time
+/// to read them all.
 bool isForEffect(const fs::path& folder) {
     std::ifstream file(folder / manifestName, std::ios::binary);
     std::ostringstream text;

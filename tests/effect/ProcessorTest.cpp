@@ -235,9 +235,10 @@ TEST_F(ProcessorTest, RangeLimitsTheReduction) {
     values.set(Parameter::threshold, -40.0F);
     values.set(Parameter::ratio, 20.0F);
     values.set(Parameter::makeup, 0.0F);
+    values.set(Parameter::knee, 0.0F);
     values.set(Parameter::range, 9.0F);
     EXPECT_NEAR(settledGain(1.0F), -9.0, 1e-3);
-    EXPECT_NEAR(settledGain(0.011F), -0.95 * (20.0 * std::log10(0.011) + 40.0) - 0.0, 1.0);
+    EXPECT_NEAR(settledGain(0.011F), -0.95 * (20.0 * std::log10(0.011) + 40.0), 1e-3);
     values.set(Parameter::range, 60.0F);
     EXPECT_NEAR(settledGain(1.0F), -38.0, 1e-3);
     EXPECT_NEAR(settledGain(1000.0F), -95.0, 1e-3);

@@ -339,12 +339,12 @@ TEST_F(PaintTest, NoLabelOfTheCurveLiesUnderIt) {
         paintScene(drawn.context(), scene, now);
         const auto pixels = drawn.pixels();
         const Rect area = CurvePlot(scene.layout).area();
-        constexpr std::uint32_t kTexts = 0x70;  // Text has more red, the curve less.
+        constexpr std::uint32_t red = 0x70;  // Text has more of it, the curve less.
         for (double y = area.bottom() - scene.layout.text; y < area.bottom(); ++y) {
             for (double x = area.x; x < area.x + 3.0 * scene.layout.text; ++x) {
                 if (pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                            static_cast<std::size_t>(x)] >>
-                    16U > kTexts) {
+                    16U > red) {
                     return true;
                 }
             }
