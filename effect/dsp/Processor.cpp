@@ -72,6 +72,7 @@ void Processor::reset() {
     trigger_.reset();
     activeOversampling_ = nullptr;
     isStaged_ = isLimiting_ = isListening_ = false;
+    deepestReduction_ = deepestDucking_ = 0.0F;
     inputMeter_.reset();
     outputMeter_.reset();
     truePeakMeter_.reset();
@@ -91,8 +92,11 @@ void Processor::beginBlock(const ParameterValues& values, std::uint32_t frames) 
     frames_ = frames;
     unseenTruePeak_ = amplitudeFromDecibels(truePeakMeter_.levelAfter(frames) - unseenBelow);
     highestTruePeak_ = unseenTruePeak_;
-    deepestReduction_ = 0.0F;
-    deepestDucking_ = 0.0F;
+    // An empty block has no depth of its own.
+    if (frames != 0) {
+        deepestReduction_ = 0.0F;
+        deepestDucking_ = 0.0F;
+    }
 }
 
 void Processor::configure(const ParameterValues& values) {

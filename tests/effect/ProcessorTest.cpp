@@ -173,6 +173,13 @@ TEST_F(ProcessorTest, MetersShowTheBlock) {
     EXPECT_NEAR(meters.gainReduction, 10.0F, 1e-2F);
     EXPECT_NEAR(meters.inputLevel, 0.0F, 1e-3F);
     EXPECT_EQ(meters.ducking, 0.0F);
+    // An empty block, by which a host only passes events and values, changes no meter.
+    std::vector<float> none;
+    const auto same = process(none, none);
+    EXPECT_EQ(same.gainReduction, meters.gainReduction);
+    EXPECT_EQ(same.inputLevel, meters.inputLevel);
+    EXPECT_EQ(same.outputLevel, meters.outputLevel);
+    EXPECT_EQ(same.truePeak, meters.truePeak);
     EXPECT_NEAR(nextRight.back(), std::pow(10.0F, -0.5F), 1e-4F);
 }
 
