@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <utility>
 
@@ -32,16 +31,9 @@ std::unique_ptr<PluginUI> PluginUI::open(const std::string& bundle, LV2UI_Write_
                                          LV2UI_Controller controller,
                                          const LV2_Feature* const* features) {
     const Features offered(features);
-    if (!offered.parent) {
-        static_cast<void>(
-            std::fputs("orvalo-ui: the host gives no parent window (ui:parent); the plug-in UI "
-                       "does not open\n",
-                       stderr));
-        return nullptr;
-    }
     const auto size = scaled(Layout::naturalWidth, Layout::naturalHeight, offered.scale);
     auto window = PluginWindow::open(
-        *offered.parent, size, scaled(Layout::leastWidth, Layout::leastHeight, offered.scale));
+        offered.parent, size, scaled(Layout::leastWidth, Layout::leastHeight, offered.scale));
     if (window == nullptr) {
         return nullptr;
     }
