@@ -51,7 +51,7 @@ std::optional<Parameter> parameterOf(std::string_view symbol) {
 /// Whether the text is valid UTF-8. serd also passes surrogates, overlong forms and numbers beyond
 /// Unicode; cairo then draws nothing more.
 bool isUtf8(std::string text) {
-    const iconv_t converter = iconv_open("UTF-16LE", "UTF-8");
+    auto* const converter = iconv_open("UTF-16LE", "UTF-8");
     std::string converted(2 * text.size(), '\0');
     char* from = text.data();
     char* to = converted.data();

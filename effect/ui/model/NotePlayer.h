@@ -15,7 +15,7 @@ namespace orvalo::effect::ui {
 /// black keys. A note lasts while its key or the pad is pressed.
 class NotePlayer {
   public:
-    /// C3 and C2, where middle C is C4.
+    /// The MIDI notes C3 and C2, where middle C is C4.
     static constexpr std::uint8_t firstKeyNote = 48;
     static constexpr std::uint8_t padNote = 36;
     static constexpr std::uint8_t keyVelocity = 100;
