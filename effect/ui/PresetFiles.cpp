@@ -89,8 +89,10 @@ fs::path PresetFiles::newFolder(const std::string& name) const {
     for (int number = 1;; ++number) {
         const auto suffix = number == 1 ? "" : "-" + std::to_string(number);
         fs::path folder = user_ / (fileName(name) + suffix + ".preset.lv2");
-        if (!fs::exists(fs::symlink_status(folder)) &&
-            std::ranges::count(awaited_, folder, &Awaited::folder) == 0) {
+        const auto awaited = std::ranges::find(awaited_, folder, &Awaited::folder);
+        const bool isTaken = awaited == awaited_.end() ? fs::exists(fs::symlink_status(folder))
+                                                       : awaited->preset.has_value();
+        if (!isTaken) {
             return folder;
         }
     }

@@ -45,6 +45,7 @@ class PresetFiles final : public PresetStore {
     void await(Awaited awaited);
     void write(const std::filesystem::path& folder, const Preset& preset);
     void erase(const std::filesystem::path& folder, const std::string& name);
+    /// A folder that nothing uses once the host has done all that it was asked to do.
     std::filesystem::path newFolder(const std::string& name) const;
 
     std::filesystem::path user_;

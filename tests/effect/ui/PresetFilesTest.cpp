@@ -368,6 +368,26 @@ TEST_F(PresetFilesTest, RenamingMayBeUndoneBeforeTheHostHasWritten) {
     EXPECT_EQ(read()["Old"], preset("Old"));
 }
 
+TEST_F(PresetFilesTest, DeletingMayBeUndoneBeforeTheHostHasRemoved) {
+    SlowHost host{.folder = user(), .requests = {}};
+    save(preset("Mine"));
+    files.emplace(EFFECT_BUNDLE, &host.writer);
+    // The host may have removed the folder without being checked yet, or not.
+    for (const bool hasWorked : {true, false}) {
+        EXPECT_EQ(files->remove("Mine"), "");
+        EXPECT_TRUE(read().empty());
+        if (hasWorked) {
+            host.work();
+        }
+        EXPECT_EQ(save(preset("Mine")), "");
+        host.work();
+        EXPECT_EQ(files->check(1.0), "");
+        EXPECT_FALSE(files->isWaiting());
+        EXPECT_EQ(folders(), Names{"orvalo-Mine.preset.lv2"});
+        EXPECT_EQ(read()["Mine"], preset("Mine"));
+    }
+}
+
 TEST_F(PresetFilesTest, RenamingThatTheHostRefusesLosesNothing) {
     SlowHost host{.folder = user(), .requests = {}};
     save(preset("Old"));
