@@ -6,6 +6,7 @@ namespace orvalo::effect {
 
 namespace {
 
+/// The end of a list of options that have values. In a list to be filled the key alone tells.
 bool isLast(const LV2_Options_Option& option) {
     return option.key == 0 && option.value == nullptr;
 }

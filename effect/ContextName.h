@@ -20,8 +20,6 @@ class ContextName {
     std::uint32_t get(LV2_Options_Option* options) const;
     std::uint32_t set(const LV2_Options_Option* options);
 
-    const std::string& text() const { return text_; }
-
   private:
     std::uint32_t setOne(const LV2_Options_Option& option);
 

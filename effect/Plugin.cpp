@@ -36,9 +36,9 @@ void Plugin::connect(std::uint32_t port, void* data) {
         default:
             break;
     }
-    for (std::size_t i = 0; i < meterPorts.size(); ++i) {
-        if (meterPorts.at(i) == port) {
-            meters_.at(i) = static_cast<float*>(data);
+    for (std::size_t i = 0; i < readingPorts.size(); ++i) {
+        if (readingPorts.at(i).port == port) {
+            readings_.at(i) = static_cast<float*>(data);
         }
     }
     for (std::size_t i = 0; i < parameterCount; ++i) {
@@ -64,7 +64,7 @@ void Plugin::run(std::uint32_t frames) {
     processor_.beginBlock(values, frames);
     processor_.setSideChain(sideChain_[0], sideChain_[1]);
     process(frames);
-    writeMeters(processor_.endBlock());
+    writeReadings(processor_.endBlock());
     if (latency_ != nullptr) {
         *latency_ = static_cast<float>(processor_.latency());
     }
@@ -118,18 +118,18 @@ void Plugin::sendSpectrum(std::uint32_t frame, MidiSequenceWriter& output) {
     output.append(frame, uris_.atomObject, &spectrum, sizeof spectrum);
 }
 
-void Plugin::writeMeters(const Processor::Meters& meters) {
-    const std::array<float, meterPorts.size()> values{meters.gainReduction,
-                                                      meters.ducking,
-                                                      meters.inputLevel,
-                                                      meters.outputLevel,
-                                                      static_cast<float>(messagesIn_),
-                                                      static_cast<float>(messagesOut_),
-                                                      meters.truePeak,
-                                                      static_cast<float>(++runs_)};
-    for (std::size_t i = 0; i < meterPorts.size(); ++i) {
-        if (meters_[i] != nullptr) {
-            *meters_[i] = values[i];
+void Plugin::writeReadings(const Processor::Meters& meters) {
+    const std::array<float, readingPorts.size()> values{meters.gainReduction,
+                                                        meters.ducking,
+                                                        meters.inputLevel,
+                                                        meters.outputLevel,
+                                                        static_cast<float>(messagesIn_),
+                                                        static_cast<float>(messagesOut_),
+                                                        meters.truePeak,
+                                                        static_cast<float>(++runs_)};
+    for (std::size_t i = 0; i < readingPorts.size(); ++i) {
+        if (readings_[i] != nullptr) {
+            *readings_[i] = values[i];
         }
     }
 }

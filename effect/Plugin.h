@@ -9,6 +9,7 @@
 #include "effect/ContextName.h"
 #include "effect/HostTime.h"
 #include "effect/MidiSequenceWriter.h"
+#include "effect/Readings.h"
 #include "effect/SequenceReader.h"
 #include "effect/Uris.h"
 #include "effect/dsp/Parameter.h"
@@ -35,8 +36,8 @@ class Plugin {
     ContextName& contextName() { return contextName_; }
 
   private:
-    /// The ports that are neither parameters nor meters. Those of the side-chain come last, because
-    /// only one of the two plug-ins has them.
+    /// The ports that are neither parameters nor readings. Those of the side-chain come last,
+    /// because only one of the two plug-ins has them.
     enum Port : std::uint8_t {
         midiIn,
         midiOut,
@@ -48,13 +49,11 @@ class Plugin {
         sideChainLeft = 52,
         sideChainRight = 53,
     };
-    /// The ports of the meters, in the order of writeMeters().
-    static constexpr std::array<std::uint32_t, 8> meterPorts{20, 21, 22, 23, 24, 25, 31, 32};
 
     void process(std::uint32_t frames);
     bool asksForSpectrum(const SequenceReader::Event& event) const;
     void sendSpectrum(std::uint32_t frame, MidiSequenceWriter& output);
-    void writeMeters(const Processor::Meters& meters);
+    void writeReadings(const Processor::Meters& meters);
 
     Uris uris_;
     ContextName contextName_;
@@ -67,7 +66,7 @@ class Plugin {
     std::array<const float*, 2> sideChain_{};
     float* latency_ = nullptr;
     std::array<const float*, parameterCount> parameters_{};
-    std::array<float*, meterPorts.size()> meters_{};
+    std::array<float*, readingPorts.size()> readings_{};
     // Counts of messages and of calls of run(), which wrap around.
     std::uint16_t messagesIn_ = 0;
     std::uint16_t messagesOut_ = 0;

@@ -18,9 +18,7 @@ constexpr double gapMargin = 1.1;
 Ballistics::Ballistics(double sampleRate)
     : sampleRate_(sampleRate),
       longestGap_(0.001 * longestGapMilliseconds * sampleRate),
-      gapKeep_(keptPerFrame(gapMemory, sampleRate)) {
-    setTimes(10.0F, 100.0F);
-}
+      gapKeep_(keptPerFrame(gapMemory, sampleRate)) {}
 
 void Ballistics::setTimes(float attack, float release) {
     if (attack != attackTime_) {

@@ -5,18 +5,6 @@
 
 namespace orvalo::effect {
 
-double BeatGenerator::stepOf(std::uint8_t division) {
-    const double straight = 4.0 / static_cast<double>(1 << division / 3);
-    switch (division % 3) {
-        case 0:
-            return 1.5 * straight;
-        case 1:
-            return straight;
-        default:
-            return straight * 2.0 / 3.0;
-    }
-}
-
 void BeatGenerator::configure(const Settings& settings) {
     if (settings == settings_) {
         return;

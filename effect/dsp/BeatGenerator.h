@@ -28,7 +28,17 @@ class BeatGenerator {
     static constexpr std::uint32_t never = std::numeric_limits<std::uint32_t>::max();
 
     /// A step in quarter notes. division: as in Settings.
-    static double stepOf(std::uint8_t division);
+    static constexpr double stepOf(std::uint8_t division) {
+        const double straight = 4.0 / static_cast<double>(1 << division / 3);
+        switch (division % 3) {
+            case 0:
+                return 1.5 * straight;
+            case 1:
+                return straight;
+            default:
+                return straight * 2.0 / 3.0;
+        }
+    }
 
     explicit BeatGenerator(double sampleRate) : sampleRate_(sampleRate) {}
 

@@ -29,20 +29,20 @@ class Compressor {
     explicit Compressor(double sampleRate,
                         LevelDetector::Crests crests = LevelDetector::Crests::ofFrames);
 
-    /// Ramps to the values, or sets them at once.
+    /// Ramps to the values within 20 ms, or sets them at once. Times apply at once in any case.
     void configure(const ParameterValues& values, bool atOnce);
     void reset();
     /// Takes the reduction of another one, which may run at another rate.
     void continueFrom(const Compressor& other);
 
-    /// Whether both channels get one gain.
-    bool isLinked() const;
-
-    /// first, second: the key of the two channels. count: at most chunkFrames.
+    /// first, second: the key of the two channels. ducking: of the same frames. count: at most
+    /// chunkFrames.
     void process(const float* first, const float* second, const Ducking& ducking, Gains& gains,
                  std::uint32_t count);
 
   private:
+    /// Whether both channels get one gain.
+    bool isLinked() const;
     void processLinked(const float* first, const float* second, const Ducking& ducking,
                        Gains& gains, std::uint32_t count);
     void processSeparately(const float* first, const float* second, const Ducking& ducking,

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "effect/dsp/Extremes.h"
+#include "effect/dsp/Parameter.h"
 
 namespace orvalo::effect {
 
@@ -26,6 +27,28 @@ class GainComputer {
 
     /// The slope for a ratio of at least 1.
     static float slopeFromRatio(float ratio) { return 1.0F - 1.0F / ratio; }
+
+    /// The most reduction in dB that Range allows.
+    static float mostReduction(const ParameterValues& values) {
+        // More than the curve gives for any sample that the effect takes.
+        constexpr float unlimited = 400.0F;
+        const float most = values[Parameter::range];
+        return most < range(Parameter::range).maximum ? most : unlimited;
+    }
+
+    /// The gain reduction in dB for a level in dB, by the curve and the range.
+    static float reduction(const ParameterValues& values, float level) {
+        return std::min(
+            reduction(level, values[Parameter::threshold], slopeFromRatio(values[Parameter::ratio]),
+                      values[Parameter::knee]),
+            mostReduction(values));
+    }
+
+    /// The make-up gain in dB; the automatic one is half the reduction at 0 dB.
+    static float makeup(const ParameterValues& values) {
+        return values.isOn(Parameter::autoMakeup) ? 0.5F * reduction(values, 0.0F)
+                                                  : values[Parameter::makeup];
+    }
 };
 
 }  // namespace orvalo::effect

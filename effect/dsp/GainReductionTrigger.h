@@ -43,8 +43,6 @@ class GainReductionTrigger {
     /// Velocity for a held peak: 40 at the level, plus 5 per dB above it, at most 127.
     static std::uint8_t velocity(float held, float level);
 
-    bool isSounding() const { return sounding_; }
-
   private:
     bool start(float held, std::uint32_t frame, MidiOutput& output);
     bool end(std::uint32_t frame, MidiOutput& output);

@@ -11,15 +11,6 @@ namespace orvalo::effect {
 
 namespace {
 
-/// More than the curve can give for a sample that the effect takes: no limit.
-constexpr float unlimited = 400.0F;
-
-float rangeOf(const ParameterValues& values) {
-    const float most = parameterRanges[static_cast<std::size_t>(Parameter::range)].maximum;
-    const float range = values[Parameter::range];
-    return range < most ? range : unlimited;
-}
-
 /// A value that is the same in every frame.
 struct Steady {
     float value;
@@ -85,34 +76,19 @@ GainStage::GainStage(double sampleRate)
       midAmount_(sampleRate),
       sideAmount_(sampleRate) {}
 
-float GainStage::autoMakeup(const ParameterValues& values) {
-    const float atFullScale = GainComputer::reduction(
-        0.0F, values[Parameter::threshold], GainComputer::slopeFromRatio(values[Parameter::ratio]),
-        values[Parameter::knee]);
-    return 0.5F * std::min(atFullScale, rangeOf(values));
-}
-
 void GainStage::configure(const ParameterValues& values, bool atOnce) {
-    const auto apply = [atOnce](SmoothedValue& value, float target) {
-        if (atOnce) {
-            value.snapTo(target);
-        } else {
-            value.setTarget(target);
-        }
-    };
-    apply(threshold_, values[Parameter::threshold]);
-    apply(slope_, GainComputer::slopeFromRatio(values[Parameter::ratio]));
-    apply(knee_, values[Parameter::knee]);
-    apply(range_, rangeOf(values));
-    apply(makeup_,
-          values.isOn(Parameter::autoMakeup) ? autoMakeup(values) : values[Parameter::makeup]);
-    apply(mix_, 0.01F * values[Parameter::mix]);
-    apply(output_, values[Parameter::output]);
-    apply(link_, 0.01F * values[Parameter::link]);
+    threshold_.moveTo(values[Parameter::threshold], atOnce);
+    slope_.moveTo(GainComputer::slopeFromRatio(values[Parameter::ratio]), atOnce);
+    knee_.moveTo(values[Parameter::knee], atOnce);
+    range_.moveTo(GainComputer::mostReduction(values), atOnce);
+    makeup_.moveTo(GainComputer::makeup(values), atOnce);
+    mix_.moveTo(0.01F * values[Parameter::mix], atOnce);
+    output_.moveTo(values[Parameter::output], atOnce);
+    link_.moveTo(0.01F * values[Parameter::link], atOnce);
     isMidSide_ = values.isOn(Parameter::midSide);
     // Left and right have no amounts.
-    apply(midAmount_, isMidSide_ ? 0.01F * values[Parameter::midAmount] : 1.0F);
-    apply(sideAmount_, isMidSide_ ? 0.01F * values[Parameter::sideAmount] : 1.0F);
+    midAmount_.moveTo(isMidSide_ ? 0.01F * values[Parameter::midAmount] : 1.0F, atOnce);
+    sideAmount_.moveTo(isMidSide_ ? 0.01F * values[Parameter::sideAmount] : 1.0F, atOnce);
 }
 
 bool GainStage::isLinked() const {

@@ -41,9 +41,6 @@ class GainStage {
     void gains(Chunk& first, Chunk& second, const Ducking& ducking, Chunk& firstGain,
                Chunk& secondGain, std::uint32_t count);
 
-    /// The make-up gain in dB that Auto Make-up gives: half the reduction of the curve at 0 dB.
-    static float autoMakeup(const ParameterValues& values);
-
   private:
     /// The values of some frames: Chunks while one of them moves, else single values.
     template <typename Values>

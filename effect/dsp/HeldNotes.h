@@ -5,7 +5,7 @@
 
 namespace orvalo::effect {
 
-/// The held notes of 16 channels and their velocities. Channels count from 0.
+/// The held notes of 16 channels and their velocities. Channels are 0 to 15, notes 0 to 127.
 class HeldNotes {
   public:
     /// velocity: 1 to 127; replaces the velocity of a note that is already held.

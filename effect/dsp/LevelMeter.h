@@ -11,7 +11,9 @@ namespace orvalo::effect {
 /// second, so that a display that reads it a few times per second misses no peak.
 class LevelMeter {
   public:
+    /// In dB of full scale.
     static constexpr float lowest = -90.0F;
+    /// In dB.
     static constexpr float fallPerSecond = 24.0F;
 
     explicit LevelMeter(double sampleRate, double holdSeconds = 0.0)

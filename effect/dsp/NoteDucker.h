@@ -37,9 +37,6 @@ class NoteDucker {
     /// Writes the ducking in dB of the next `count` frames.
     void process(float* reduction, std::uint32_t count);
 
-    /// The ducking at the last frame, in dB.
-    float reduction() const { return static_cast<float>(current_); }
-
   private:
     double aim() const;
     void receiveControl(std::uint8_t channel, std::uint8_t controller);

@@ -110,6 +110,10 @@ inline constexpr std::array<ParameterRange, parameterCount> parameterRanges{{
     {"oversampling", 0.0F, 2.0F, 0.0F, 51},  // 0: none, 1: twofold, 2: fourfold
 }};
 
+constexpr const ParameterRange& range(Parameter parameter) {
+    return parameterRanges[static_cast<std::size_t>(parameter)];
+}
+
 /// One value per parameter, always within its range.
 class ParameterValues {
   public:
@@ -124,8 +128,7 @@ class ParameterValues {
     }
 
     void set(Parameter parameter, float value) {
-        const auto i = static_cast<std::size_t>(parameter);
-        values_[i] = parameterRanges[i].clamp(value);
+        values_[static_cast<std::size_t>(parameter)] = range(parameter).clamp(value);
     }
 
     bool operator==(const ParameterValues&) const = default;

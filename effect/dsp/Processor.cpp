@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "effect/dsp/Extremes.h"
 #include "effect/dsp/VectorClones.h"
@@ -10,7 +11,7 @@ namespace orvalo::effect {
 
 namespace {
 
-/// Seconds.
+/// In seconds.
 constexpr double truePeakHold = 0.25;
 /// In dB: more than the rounding errors of the meter's level.
 constexpr float unseenBelow = 0.001F;
@@ -23,10 +24,6 @@ inline float copyUsable(const float* from, float* to, std::uint32_t count) {
                        [](float value) { return std::abs(value) <= largest ? value : 0.0F; });
 }
 
-inline float copyHighest(const float* from, float* to, std::uint32_t count) {
-    return effect::copyHighest(from, to, count, [](float value) { return value; });
-}
-
 /// Sets `to` to the part `share` of `from` and the rest of itself.
 void crossFade(StereoChunk& to, const StereoChunk& from, const Chunk& share, std::uint32_t count) {
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -35,20 +32,11 @@ void crossFade(StereoChunk& to, const StereoChunk& from, const Chunk& share, std
     }
 }
 
-void apply(SmoothedValue& value, float target, bool atOnce) {
-    if (atOnce) {
-        value.snapTo(target);
-    } else {
-        value.setTarget(target);
-    }
-}
-
 }  // namespace
 
 std::uint32_t Processor::longestLookAhead(double sampleRate) {
-    const auto& range = parameterRanges[static_cast<std::size_t>(Parameter::lookAhead)];
-    return static_cast<std::uint32_t>(
-        std::ceil(0.001 * static_cast<double>(range.maximum) * sampleRate));
+    const auto longest = static_cast<double>(range(Parameter::lookAhead).maximum);
+    return static_cast<std::uint32_t>(std::ceil(0.001 * longest * sampleRate));
 }
 
 std::uint32_t Processor::longestLatency(double sampleRate, const TruePeakLimiter& limiter) {
@@ -84,6 +72,7 @@ void Processor::reset() {
     trigger_.reset();
     activeOversampling_ = nullptr;
     isStaged_ = isLimiting_ = isListening_ = false;
+    deepestReduction_ = deepestDucking_ = 0.0F;
     inputMeter_.reset();
     outputMeter_.reset();
     truePeakMeter_.reset();
@@ -103,12 +92,15 @@ void Processor::beginBlock(const ParameterValues& values, std::uint32_t frames) 
     frames_ = frames;
     unseenTruePeak_ = amplitudeFromDecibels(truePeakMeter_.levelAfter(frames) - unseenBelow);
     highestTruePeak_ = unseenTruePeak_;
-    deepestReduction_ = 0.0F;
-    deepestDucking_ = 0.0F;
+    // An empty block has no depth of its own.
+    if (frames != 0) {
+        deepestReduction_ = 0.0F;
+        deepestDucking_ = 0.0F;
+    }
 }
 
 void Processor::configure(const ParameterValues& values) {
-    apply(enabled_, values.isOn(Parameter::enabled) ? 1.0F : 0.0F, fresh_);
+    enabled_.moveTo(values.isOn(Parameter::enabled) ? 1.0F : 0.0F, fresh_);
     filter_.configure(values[Parameter::sideChainHighPass], values[Parameter::sideChainLowPass]);
     isExternal_ = values.isOn(Parameter::sideChainSource);
 
@@ -165,7 +157,7 @@ void Processor::configureStages(const ParameterValues& values) {
                (isLimiting_ ? limiter_.latency() : 0);
 
     const bool wasListening = isListening_;
-    apply(listen_, values.isOn(Parameter::sideChainListen) ? 1.0F : 0.0F, fresh_);
+    listen_.moveTo(values.isOn(Parameter::sideChainListen) ? 1.0F : 0.0F, fresh_);
     isListening_ = listen_.isMoving() || listen_.target() > 0.0F;
     if (isListening_ && !wasListening) {
         for (auto& delay : listenDelays_) {
@@ -198,8 +190,9 @@ void Processor::process(const float* inLeft, const float* inRight, float* outLef
         const float inputRight = copyUsable(inRight + first, signal.right.data(), count);
         inputPeak_ = std::max({inputPeak_, inputLeft, inputRight});
         processChunk(signal, first, count, midi);
-        const float left = copyHighest(signal.left.data(), outLeft + first, count);
-        const float right = copyHighest(signal.right.data(), outRight + first, count);
+        const float left = copyHighest(signal.left.data(), outLeft + first, count, std::identity());
+        const float right =
+            copyHighest(signal.right.data(), outRight + first, count, std::identity());
         measureOutput(signal, left, right, count);
         beat_.advance(count);
         first += count;

@@ -28,7 +28,7 @@ namespace orvalo::effect {
 /// does not depend on how the frames are divided into blocks.
 class Processor {
   public:
-    /// The meters of a block, in dB.
+    /// The meters of a block, in dB; after an empty block those of the last other one.
     struct Meters {
         /// Deepest gain reduction of the compressor; 0 while bypassed, as the ducking.
         float gainReduction = 0.0F;

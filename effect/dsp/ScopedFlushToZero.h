@@ -14,6 +14,7 @@ class ScopedFlushToZero {
   public:
 #if defined(__SSE__)
     ScopedFlushToZero() : saved_(_mm_getcsr()) {
+        // Flush to zero, and denormals are zero.
         _mm_setcsr(saved_ | 0x8040U);
     }
     ~ScopedFlushToZero() {
@@ -22,6 +23,7 @@ class ScopedFlushToZero {
 #elif defined(__aarch64__)
     ScopedFlushToZero() {
         asm volatile("mrs %0, fpcr" : "=r"(saved_));
+        // Flush to zero.
         asm volatile("msr fpcr, %0" : : "r"(saved_ | (1ULL << 24)));
     }
     ~ScopedFlushToZero() {

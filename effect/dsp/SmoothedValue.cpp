@@ -23,6 +23,14 @@ void SmoothedValue::snapTo(float value) {
     remaining_ = 0;
 }
 
+void SmoothedValue::moveTo(float target, bool atOnce) {
+    if (atOnce) {
+        snapTo(target);
+    } else {
+        setTarget(target);
+    }
+}
+
 float SmoothedValue::valueWithRemaining(std::uint32_t frames) const {
     return target_ - step_ * static_cast<float>(frames);
 }

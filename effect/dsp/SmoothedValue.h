@@ -14,6 +14,8 @@ class SmoothedValue {
     void setTarget(float target);
     /// Sets the value without a ramp.
     void snapTo(float value);
+    /// Calls snapTo() if it shall be there at once, else setTarget().
+    void moveTo(float target, bool atOnce);
 
     bool isMoving() const { return remaining_ != 0; }
     float target() const { return target_; }

@@ -14,6 +14,7 @@ namespace orvalo::effect {
 class SpectrumBank {
   public:
     static constexpr std::size_t bandCount = 31;
+    /// The lowest level in dB.
     static constexpr float lowest = -90.0F;
     /// How long the bank runs after watch().
     static constexpr double watchedSeconds = 2.0;
@@ -29,11 +30,12 @@ class SpectrumBank {
 
     explicit SpectrumBank(double sampleRate);
 
-    /// Starts the bank, or keeps it running.
+    /// Starts the bank, or keeps it running, for watchedSeconds from now on.
     void watch();
     bool isWatched() const { return framesLeft_ != 0; }
     void stop() { framesLeft_ = 0; }
 
+    /// Processes `count` frames of any number. To be called while isWatched().
     void process(const float* left, const float* right, std::uint32_t count);
 
     /// Gives the levels about 25 times per second while the bank runs; false in between.

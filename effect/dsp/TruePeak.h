@@ -12,7 +12,6 @@ namespace orvalo::effect {
 class TruePeak {
   public:
     static constexpr std::uint32_t taps = 12;
-    static constexpr std::uint32_t phases = 4;
     /// A sample contributes to the peaks of this many frames, its own first.
     static constexpr std::uint32_t span = taps;
 

@@ -46,14 +46,6 @@ void TruePeakLimiter::reset() {
     released_ = 1.0;
 }
 
-void TruePeakLimiter::setCeiling(float ceiling, bool atOnce) {
-    if (atOnce) {
-        ceiling_.snapTo(ceiling);
-    } else {
-        ceiling_.setTarget(ceiling);
-    }
-}
-
 void TruePeakLimiter::process(float* left, float* right, std::uint32_t count) {
     Chunk peaks{};
     Chunk gain;

@@ -25,7 +25,7 @@ class TruePeakLimiter {
     void reset();
 
     /// ceiling: in dB of full scale.
-    void setCeiling(float ceiling, bool atOnce);
+    void setCeiling(float ceiling, bool atOnce) { ceiling_.moveTo(ceiling, atOnce); }
 
     /// Delays and limits `count` frames in place, at most chunkFrames.
     void process(float* left, float* right, std::uint32_t count);

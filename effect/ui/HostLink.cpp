@@ -43,7 +43,7 @@ void HostLink::setSubscribed(bool isSubscribed) {
         return;
     }
     const auto set = isSubscribed ? subscribe_->subscribe : subscribe_->unsubscribe;
-    for (std::size_t i = 0; i < readingCount; ++i) {
+    for (std::size_t i = 0; i < readingPorts.size(); ++i) {
         if (const auto port = ports_.of(static_cast<Reading>(i));
             port != LV2UI_INVALID_PORT_INDEX) {
             set(subscribe_->handle, port, floatProtocol, nullptr);

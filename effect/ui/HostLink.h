@@ -9,8 +9,8 @@
 
 namespace orvalo::effect::ui {
 
-/// Passes the user's changes and requests on to the host and subscribes to the output ports. Skips
-/// ports that the host does not know.
+/// Passes the user's changes and requests on to the host, and subscribes to the output ports.
+/// Ignores ports that the host does not know.
 class HostLink final : public Host {
   public:
     HostLink(const Features& features, LV2UI_Write_Function writeFunction,

@@ -2,10 +2,7 @@
 
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
-
-#include <algorithm>
-#include <array>
-#include <string_view>
+#include <xkbcommon/xkbcommon.h>
 
 namespace orvalo::effect::ui {
 
@@ -59,19 +56,11 @@ std::optional<Key> namedKey(KeySym symbol) {
     }
 }
 
-/// The printable character of a key; 0 for other keys. text: what Xlib makes of it, in Latin-1; it
-/// also knows the keypad.
-char32_t characterOf(KeySym symbol, std::string_view text) {
-    if (text.size() == 1 && text[0] >= ' ' && text[0] <= '~') {
-        return static_cast<char32_t>(text[0]);
-    }
-    constexpr KeySym unicode = 0x01000000;
-    if (symbol >= 0xA0 && symbol <= 0xFF) {
-        return static_cast<char32_t>(symbol);
-    }
-    return symbol > unicode && symbol <= unicode + 0x10FFFF
-               ? static_cast<char32_t>(symbol - unicode)
-               : 0;
+/// The printable character of a key; 0 for other keys.
+char32_t characterOf(KeySym symbol) {
+    const char32_t character = xkb_keysym_to_utf32(static_cast<xkb_keysym_t>(symbol));
+    constexpr char32_t erase = 0x7F;
+    return character < U' ' || character == erase ? 0 : character;
 }
 
 }  // namespace
@@ -82,10 +71,8 @@ bool asksForFine(unsigned int state) {
 
 std::optional<Keystroke> readKey(const XKeyEvent& event) {
     XKeyEvent copy = event;
-    std::array<char, 8> text{};
     KeySym symbol = NoSymbol;
-    const int length =
-        XLookupString(&copy, text.data(), static_cast<int>(text.size()), &symbol, nullptr);
+    XLookupString(&copy, nullptr, 0, &symbol, nullptr);
     const bool fine = asksForFine(event.state);
     if (const auto named = namedKey(symbol)) {
         const bool isBack = *named == Key::tab && (event.state & ShiftMask) != 0;
@@ -104,8 +91,7 @@ std::optional<Keystroke> readKey(const XKeyEvent& event) {
     }
     // With Ctrl or Alt it is a command for the host.
     const bool isCommand = control || (event.state & Mod1Mask) != 0;
-    const char32_t character =
-        characterOf(symbol, {text.data(), static_cast<std::size_t>(std::max(0, length))});
+    const char32_t character = characterOf(symbol);
     if (character != 0 && !isCommand) {
         return Keystroke{
             .key = Key::character, .character = character, .fine = fine, .code = event.keycode};

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <utility>
 
@@ -32,16 +31,9 @@ std::unique_ptr<PluginUI> PluginUI::open(const std::string& bundle, LV2UI_Write_
                                          LV2UI_Controller controller,
                                          const LV2_Feature* const* features) {
     const Features offered(features);
-    if (!offered.parent) {
-        static_cast<void>(
-            std::fputs("orvalo-ui: the host gives no parent window (ui:parent); the plug-in UI "
-                       "does not open\n",
-                       stderr));
-        return nullptr;
-    }
     const auto size = scaled(Layout::naturalWidth, Layout::naturalHeight, offered.scale);
     auto window = PluginWindow::open(
-        *offered.parent, size, scaled(Layout::leastWidth, Layout::leastHeight, offered.scale));
+        offered.parent, size, scaled(Layout::leastWidth, Layout::leastHeight, offered.scale));
     if (window == nullptr) {
         return nullptr;
     }
@@ -56,6 +48,7 @@ std::unique_ptr<PluginUI> PluginUI::open(const std::string& bundle, LV2UI_Write_
 PluginUI::PluginUI(const Features& features, const std::string& bundle, LV2UI_Write_Function write,
                    LV2UI_Controller controller, std::unique_ptr<PluginWindow> window)
     : scale_(features.scale),
+      // A little less than the period, because the host does not call idle() at exact times.
       drawEvery_(0.9 / features.updateRate),
       host_(features, write, controller),
       store_(bundle, features.presetWriter),
@@ -65,6 +58,11 @@ PluginUI::PluginUI(const Features& features, const std::string& bundle, LV2UI_Wr
       window_(std::move(window)) {
     editor_.readPresets();
     adoptSize();
+}
+
+PluginUI::~PluginUI() {
+    pointer_.release();
+    editor_.notes().releaseKeys();
 }
 
 void PluginUI::portEvent(std::uint32_t port, std::uint32_t size, std::uint32_t format,
@@ -175,7 +173,7 @@ void PluginUI::markSpectrumChanged() {
     }
 }
 
-/// Only while the spectrum is seen does the effect compute it.
+/// Requests the spectrum while it is seen. The effect computes it only after a request.
 void PluginUI::requestSpectrum(double now) {
     if (scene_.layout.page == Page::sideChain && !scene_.layout.graph.isEmpty() &&
         now - spectrumRequested_ >= Spectrum::requestSeconds && runs_.isRunning(now) &&
@@ -231,7 +229,7 @@ void PluginUI::advanceTime(double now) {
     }
 }
 
-/// Where the host writes the presets, it needs a while.
+/// Looks for the presets that the host was asked to write.
 void PluginUI::checkPresets(double now) {
     constexpr double period = 0.1;
     if (!store_.isWaiting() || now - presetsChecked_ < period) {
@@ -299,6 +297,10 @@ void PluginUI::handle(const XEvent& event) {
             break;
         case MotionNotify: {
             const auto& motion = event.xmotion;
+            if ((motion.state & Button1Mask) == 0) {
+                // If the window was hidden meanwhile, another one got the button's release.
+                pointer_.release();
+            }
             pointer_.move({.x = static_cast<double>(motion.x),
                            .y = static_cast<double>(motion.y),
                            .time = 0.001 * static_cast<double>(motion.time),
@@ -320,7 +322,8 @@ void PluginUI::handle(const XEvent& event) {
             keys_.release(event.xkey.keycode);
             break;
         case UnmapNotify:
-            editor_.notes().releaseAll();
+            pointer_.release();
+            editor_.notes().releaseKeys();
             break;
         case FocusIn:
             editor_.setHasKeyboard(true);

@@ -23,8 +23,8 @@ class PluginUI {
                                           LV2UI_Controller controller,
                                           const LV2_Feature* const* features);
 
-    /// Ends the notes that are played.
-    ~PluginUI() { editor_.notes().releaseAll(); }
+    /// Ends a drag and the notes that are played.
+    ~PluginUI();
     PluginUI(const PluginUI&) = delete;
     PluginUI& operator=(const PluginUI&) = delete;
 
@@ -61,7 +61,7 @@ class PluginUI {
     void draw(double now);
 
     double scale_;
-    double drawEvery_;
+    double drawEvery_;  // The shortest time between two drawings, in seconds.
     Scene scene_;
     HostLink host_;
     PresetFiles store_;

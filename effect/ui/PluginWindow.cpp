@@ -21,8 +21,9 @@ constexpr long events = ExposureMask | StructureNotifyMask | VisibilityChangeMas
 /// How often visibility is asked from the server, in seconds.
 constexpr double visibilityPeriod = 0.25;
 
-void logError(const char* what) {
-    static_cast<void>(std::fprintf(stderr, "orvalo-ui: %s\n", what));
+void logRefusal(const char* reason) {
+    static_cast<void>(
+        std::fprintf(stderr, "orvalo-ui: %s; the plug-in UI does not open\n", reason));
 }
 
 void setHints(Display* display, Window window, PluginWindow::Size size, PluginWindow::Size least) {
@@ -41,16 +42,22 @@ void setHints(Display* display, Window window, PluginWindow::Size size, PluginWi
 
 }  // namespace
 
-std::unique_ptr<PluginWindow> PluginWindow::open(std::uintptr_t parent, Size size, Size least) {
+std::unique_ptr<PluginWindow> PluginWindow::open(std::optional<std::uintptr_t> given, Size size,
+                                                 Size least) {
+    if (!given) {
+        logRefusal("the host gives no parent window (ui:parent)");
+        return nullptr;
+    }
+    const Window parent = *given;
     Display* display = XOpenDisplay(nullptr);
     if (display == nullptr) {
-        logError("cannot connect to an X server; the plug-in UI does not open");
+        logRefusal("cannot connect to an X server");
         return nullptr;
     }
     dropErrors(display);
     XWindowAttributes around{};
     if (XGetWindowAttributes(display, parent, &around) == 0) {
-        logError("the host's parent window does not exist; the plug-in UI does not open");
+        logRefusal("the host's parent window does not exist");
         XCloseDisplay(display);
         return nullptr;
     }
@@ -120,10 +127,12 @@ std::optional<XEvent> PluginWindow::nextEvent() {
     while (!isClosed() && XPending(display_) > 0) {
         XEvent event;
         XNextEvent(display_, &event);
-        // Coalesce consecutive motion events.
-        XEvent next;
-        while (event.type == MotionNotify && XEventsQueued(display_, QueuedAlready) > 0 &&
-               XPeekEvent(display_, &next) != 0 && next.type == MotionNotify) {
+        const auto isMotionNext = [this] {
+            XEvent next;
+            return XEventsQueued(display_, QueuedAlready) > 0 && XPeekEvent(display_, &next) != 0 &&
+                   next.type == MotionNotify;
+        };
+        while (event.type == MotionNotify && isMotionNext()) {
             XNextEvent(display_, &event);
         }
         updateState(event);

@@ -20,9 +20,10 @@ class PluginWindow {
         int height;
     };
 
-    /// Opens the window. least: the minimum size in the size hints. Null, with a line on standard
-    /// error, without a server or that parent.
-    static std::unique_ptr<PluginWindow> open(std::uintptr_t parent, Size size, Size least);
+    /// Opens the window in a given parent. least: the minimum size in the size hints. Null, with a
+    /// line on standard error, without a server or without a parent that exists.
+    static std::unique_ptr<PluginWindow> open(std::optional<std::uintptr_t> given, Size size,
+                                              Size least);
     ~PluginWindow();
     PluginWindow(const PluginWindow&) = delete;
     PluginWindow& operator=(const PluginWindow&) = delete;

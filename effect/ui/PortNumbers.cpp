@@ -6,11 +6,6 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-constexpr std::array<std::uint32_t, readingCount> readingPorts{20, 21, 22, 23, 24, 25, 31, 32};
-constexpr std::array<const char*, readingCount> readingSymbols{
-    "gain_reduction", "ducking",        "input_level", "output_level",
-    "midi_in_count",  "midi_out_count", "true_peak",   "run_count"};
-
 template <typename Kind, std::size_t count>
 std::optional<Kind> find(const std::array<std::uint32_t, count>& numbers, std::uint32_t port) {
     const auto found = std::find(numbers.begin(), numbers.end(), port);
@@ -28,11 +23,11 @@ PortNumbers::PortNumbers(const LV2UI_Port_Map* map) {
     };
     midiInput_ = number("midi_in", 0);
     midiOutput_ = number("midi_out", 1);
-    for (std::uint32_t i = 0; i < parameterCount; ++i) {
+    for (std::size_t i = 0; i < parameterCount; ++i) {
         parameters_.at(i) = number(parameterRanges.at(i).symbol, parameterRanges.at(i).port);
     }
-    for (std::uint32_t i = 0; i < readingCount; ++i) {
-        readings_.at(i) = number(readingSymbols.at(i), readingPorts.at(i));
+    for (std::size_t i = 0; i < readingPorts.size(); ++i) {
+        readings_.at(i) = number(readingPorts.at(i).symbol, readingPorts.at(i).port);
     }
 }
 

@@ -6,24 +6,12 @@
 #include <cstdint>
 #include <optional>
 
+#include "effect/Readings.h"
 #include "effect/dsp/Parameter.h"
 
 namespace orvalo::effect::ui {
 
-/// The effect's output values, in the order of its ports.
-enum class Reading : std::uint8_t {
-    reduction,
-    ducking,
-    inputLevel,
-    outputLevel,
-    midiInCount,
-    midiOutCount,
-    truePeak,
-    runCount,
-};
-inline constexpr std::size_t readingCount = 8;
-
-/// The numbers of the effect's control ports.
+/// The numbers of the effect's ports in the host.
 class PortNumbers {
   public:
     /// map: the host's map of symbols to port numbers; if null, the numbers in orvalo.ttl are used.
@@ -42,7 +30,7 @@ class PortNumbers {
     std::uint32_t midiInput_;
     std::uint32_t midiOutput_;
     std::array<std::uint32_t, parameterCount> parameters_{};
-    std::array<std::uint32_t, readingCount> readings_{};
+    std::array<std::uint32_t, readingPorts.size()> readings_{};
 };
 
 }  // namespace orvalo::effect::ui

@@ -1,5 +1,6 @@
 #include "effect/ui/PresetBundle.h"
 
+#include <iconv.h>
 #include <lilv/lilv.h>
 #include <lv2/presets/presets.h>
 
@@ -12,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -39,28 +41,53 @@ using Nodes = std::unique_ptr<LilvNodes, Free>;
 std::optional<Parameter> parameterOf(std::string_view symbol) {
     const auto* const found =
         std::find_if(parameterRanges.begin(), parameterRanges.end(),
-                     [symbol](const ParameterRange& range) { return symbol == range.symbol; });
+                     [symbol](const ParameterRange& one) { return symbol == one.symbol; });
     if (found == parameterRanges.end()) {
         return std::nullopt;
     }
     return static_cast<Parameter>(found - parameterRanges.begin());
 }
 
-/// Adds the defaults of what the preset does not set, such as the controls that came after it, so
-/// that it sounds the same whatever was chosen before. Orders the values.
+/// Whether the text is valid UTF-8. serd also passes surrogates, overlong forms and numbers beyond
+/// Unicode; cairo then draws nothing more.
+bool isUtf8(std::string text) {
+    auto* const converter = iconv_open("UTF-16LE", "UTF-8");
+    std::string converted(2 * text.size(), '\0');
+    char* from = text.data();
+    char* to = converted.data();
+    std::size_t left = text.size();
+    std::size_t room = converted.size();
+    const bool isValid = iconv(converter, &from, &left, &to, &room) != static_cast<std::size_t>(-1);
+    iconv_close(converter);
+    return isValid;
+}
+
+/// The text with spaces for control characters, which a host that writes presets refuses; empty if
+/// it is not UTF-8.
+std::string plainText(std::string text) {
+    if (!isUtf8(text)) {
+        return {};
+    }
+    std::ranges::replace_if(
+        text, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }, ' ');
+    return text;
+}
+
+/// Adds the defaults of the controls that the preset does not set, such as those of later versions,
+/// so that it sounds the same whatever was chosen before. Orders the values.
 void completeValues(Preset& preset) {
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         const bool isSet = std::any_of(preset.values.begin(), preset.values.end(),
                                        [&](const auto& one) { return one.first == parameter; });
         if (isInPresets(parameter) && !isSet) {
-            preset.values.emplace_back(parameter, parameterRanges.at(i).standard);
+            preset.values.emplace_back(parameter, range(parameter).standard);
         }
     }
     std::sort(preset.values.begin(), preset.values.end());
 }
 
-/// One bundle, and nothing else, in lilv's form.
+/// Reads one bundle through lilv, in a world without others.
 class BundleReader {
   public:
     explicit BundleReader(const fs::path& folder) : world_(lilv_world_new()) {
@@ -106,7 +133,7 @@ class BundleReader {
     }
     std::string text(const LilvNode* subject, const char* predicate) const {
         const Node found = get(subject, predicate);
-        return found == nullptr ? "" : lilv_node_as_string(found.get());
+        return found == nullptr ? "" : plainText(lilv_node_as_string(found.get()));
     }
 
     Preset read(const LilvNode* preset) const {
@@ -124,7 +151,8 @@ class BundleReader {
                                                        lilv_node_is_int(value.get()));
             // Other hosts also save whether the effect is enabled.
             if (isNumber && parameter && isInPresets(*parameter)) {
-                result.values.emplace_back(*parameter, lilv_node_as_float(value.get()));
+                result.values.emplace_back(
+                    *parameter, range(*parameter).clamp(lilv_node_as_float(value.get())));
             }
         }
         if (!result.values.empty()) {
@@ -140,12 +168,14 @@ bool isEarlier(const StoredPreset& one, const StoredPreset& other) {
     return one.preset.name < other.preset.name;
 }
 
-/// Whether the manifest speaks of the effect. Most bundles of a user's do not, and reading them all
-/// would take time.
+/// Whether the manifest names the effect. Most bundles in `~/.lv2` do not, and lilv would take time
+/// to read them all.
 bool isForEffect(const fs::path& folder) {
     std::ifstream file(folder / manifestName, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    return text.find(pluginUri) != std::string::npos;
+    std::ostringstream text;
+    // Does not throw if the manifest cannot be read, such as a folder of that name.
+    text << file.rdbuf();
+    return text.view().find(pluginUri) != std::string_view::npos;
 }
 
 std::string numberText(float value) {
@@ -162,7 +192,7 @@ std::string literal(std::string_view text) {
         if (c == '"' || c == '\\') {
             result += '\\';
         }
-        result += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+        result += c;
     }
     return result + '"';
 }
@@ -190,8 +220,7 @@ std::string presetText(const Preset& preset) {
     }
     const char* before = " ;\n\tlv2:port ";
     for (const auto& [parameter, value] : preset.values) {
-        text += std::string(before) + "[\n\t\tlv2:symbol \"" +
-                parameterRanges.at(static_cast<std::size_t>(parameter)).symbol +
+        text += std::string(before) + "[\n\t\tlv2:symbol \"" + range(parameter).symbol +
                 "\" ;\n\t\tpset:value " + numberText(value) + "\n\t]";
         before = " , ";
     }
@@ -246,10 +275,18 @@ std::vector<StoredPreset> readBundles(const fs::path& folder) {
 }
 
 void writeBundle(const fs::path& folder, const Preset& preset) {
-    fs::create_directories(folder);
-    writeFile(folder / presetName, presetText(preset));
-    // Last: hosts read a folder with a manifest.
-    writeFile(folder / manifestName, manifestText());
+    const bool isNew = fs::create_directories(folder);
+    try {
+        writeFile(folder / presetName, presetText(preset));
+        // Last: hosts read a folder with a manifest.
+        writeFile(folder / manifestName, manifestText());
+    } catch (const std::system_error&) {
+        std::error_code ignored;
+        if (isNew) {
+            fs::remove_all(folder, ignored);
+        }
+        throw;
+    }
 }
 
 void removeBundle(const fs::path& folder) {

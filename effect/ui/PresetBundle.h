@@ -22,7 +22,8 @@ std::vector<StoredPreset> readBundle(const std::filesystem::path& folder);
 /// The effect's presets in the bundles of a folder, as hosts save them; of equal names the first.
 std::vector<StoredPreset> readBundles(const std::filesystem::path& folder);
 
-/// Writes a bundle with one preset, in the form that lilv saves. Throws std::system_error.
+/// Writes a bundle with one preset, in the form that lilv saves. Throws std::system_error; a folder
+/// that was not there before is then removed.
 void writeBundle(const std::filesystem::path& folder, const Preset& preset);
 
 /// Removes the manifest, the other Turtle files, and the folder if nothing else is in it. Throws

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -34,6 +35,11 @@ std::string fileName(const std::string& name) {
     return result;
 }
 
+auto isIn(const fs::path& folder) {
+    return [folder](const auto& one) { return one.folder == folder; };
+}
+
+/// Returns "" if the work throws nothing.
 template <typename Work>
 std::string complaintOf(const char* what, const Work& work) {
     try {
@@ -54,50 +60,47 @@ PresetFiles::PresetFiles(const fs::path& bundle, const PresetWriter* writer)
     }
 }
 
-std::vector<Preset> PresetFiles::read() {
-    std::vector<Preset> users;
-    std::set<std::string> names;
-    for (auto& stored : readBundles(user_)) {
-        if (names.insert(stored.preset.name).second) {
-            users.push_back(std::move(stored.preset));
-        }
-    }
+std::vector<StoredPreset> PresetFiles::stored() const {
+    auto result = readBundles(user_);
     for (const auto& awaited : awaited_) {
-        std::erase_if(users, [&](const Preset& one) { return one.name == awaited.name; });
+        std::erase_if(result, isIn(awaited.folder));
         if (awaited.preset) {
-            users.push_back(*awaited.preset);
+            result.push_back({*awaited.preset, awaited.folder});
         }
     }
-    std::sort(users.begin(), users.end(),
-              [](const Preset& one, const Preset& other) { return one.name < other.name; });
-    std::vector<Preset> result = factory_;
-    std::move(users.begin(), users.end(), std::back_inserter(result));
     return result;
 }
 
-fs::path PresetFiles::folderFor(const std::string& name,
-                                const std::vector<StoredPreset>& stored) const {
-    const auto isOwn = [&](const fs::path& folder) {
-        const auto names = [&](const StoredPreset& one) {
-            return one.folder == folder && one.preset.isUser && one.preset.name == name;
-        };
-        return std::any_of(stored.begin(), stored.end(), names) ||
-               std::any_of(awaited_.begin(), awaited_.end(), [&](const Awaited& one) {
-                   return one.folder == folder && one.name == name;
-               });
-    };
-    const auto isTaken = [&](const fs::path& folder) {
-        return fs::exists(fs::symlink_status(folder)) ||
-               std::any_of(awaited_.begin(), awaited_.end(),
-                           [&](const Awaited& one) { return one.folder == folder; });
-    };
+std::vector<Preset> PresetFiles::read() {
+    std::vector<Preset> users;
+    std::set<std::string> names;
+    for (auto& one : stored()) {
+        if (names.insert(one.preset.name).second) {
+            users.push_back(std::move(one.preset));
+        }
+    }
+    std::ranges::sort(users, {}, &Preset::name);
+    std::vector<Preset> result = factory_;
+    std::ranges::move(users, std::back_inserter(result));
+    return result;
+}
+
+fs::path PresetFiles::newFolder(const std::string& name) const {
     for (int number = 1;; ++number) {
         const auto suffix = number == 1 ? "" : "-" + std::to_string(number);
         fs::path folder = user_ / (fileName(name) + suffix + ".preset.lv2");
-        if (isOwn(folder) || !isTaken(folder)) {
+        const auto awaited = std::ranges::find(awaited_, folder, &Awaited::folder);
+        const bool isTaken = awaited == awaited_.end() ? fs::exists(fs::symlink_status(folder))
+                                                       : awaited->preset.has_value();
+        if (!isTaken) {
             return folder;
         }
     }
+}
+
+void PresetFiles::await(Awaited awaited) {
+    std::erase_if(awaited_, isIn(awaited.folder));
+    awaited_.push_back(std::move(awaited));
 }
 
 void PresetFiles::write(const fs::path& folder, const Preset& preset) {
@@ -108,7 +111,7 @@ void PresetFiles::write(const fs::path& folder, const Preset& preset) {
     std::vector<const char*> symbols;
     std::vector<float> values;
     for (const auto& [parameter, value] : preset.values) {
-        symbols.push_back(parameterRanges.at(static_cast<std::size_t>(parameter)).symbol);
+        symbols.push_back(range(parameter).symbol);
         values.push_back(value);
     }
     if (writer_->write(writer_->handle, folder.filename().c_str(), preset.name.c_str(),
@@ -116,8 +119,7 @@ void PresetFiles::write(const fs::path& folder, const Preset& preset) {
                        symbols.data(), values.data()) != 0) {
         throw std::system_error(std::make_error_code(std::errc::operation_not_permitted));
     }
-    std::erase_if(awaited_, [&](const Awaited& one) { return one.name == preset.name; });
-    awaited_.push_back({preset.name, folder, preset});
+    await({preset.name, folder, preset});
 }
 
 void PresetFiles::erase(const fs::path& folder, const std::string& name) {
@@ -128,56 +130,53 @@ void PresetFiles::erase(const fs::path& folder, const std::string& name) {
     if (writer_->remove(writer_->handle, folder.filename().c_str()) != 0) {
         throw std::system_error(std::make_error_code(std::errc::operation_not_permitted));
     }
-    std::erase_if(awaited_, [&](const Awaited& one) { return one.name == name; });
-    awaited_.push_back({name, folder, std::nullopt});
+    await({name, folder, std::nullopt});
 }
 
-std::string PresetFiles::save(const Preset& preset) {
+std::string PresetFiles::save(const Preset& preset, const std::string& replaced) {
     if (user_.empty()) {
         return "Not saved: no home folder";
     }
     return complaintOf("Not saved", [&] {
-        const auto stored = readBundles(user_);
-        const fs::path folder = folderFor(preset.name, stored);
-        // Of other hosts; what is written below counts.
-        for (const auto& one : stored) {
-            if (one.preset.isUser && one.preset.name == preset.name && one.folder != folder) {
-                erase(one.folder, preset.name);
+        const auto all = stored();
+        const auto isCalled = [&](const std::string& name) {
+            return std::ranges::find_if(all, [&](const StoredPreset& one) {
+                return one.preset.isUser && one.preset.name == name;
+            });
+        };
+        auto place = isCalled(replaced);
+        if (place == all.end()) {
+            place = isCalled(preset.name);
+        }
+        const fs::path folder = place == all.end() ? newFolder(preset.name) : place->folder;
+        write(folder, preset);
+        // Hosts may have saved others with the name.
+        for (const auto& one : all) {
+            const bool isReplaced = one.preset.name == preset.name || one.preset.name == replaced;
+            if (one.preset.isUser && isReplaced && one.folder != folder) {
+                erase(one.folder, one.preset.name);
             }
         }
-        write(folder, preset);
     });
 }
 
 std::string PresetFiles::remove(const std::string& name) {
     return complaintOf("Not deleted", [&] {
-        std::set<fs::path> folders;
-        for (const auto& one : readBundles(user_)) {
+        for (const auto& one : stored()) {
             if (one.preset.isUser && one.preset.name == name) {
-                folders.insert(one.folder);
+                erase(one.folder, name);
             }
-        }
-        for (const auto& one : awaited_) {
-            if (one.preset && one.name == name) {
-                folders.insert(one.folder);
-            }
-        }
-        for (const auto& folder : folders) {
-            erase(folder, name);
         }
     });
 }
 
 std::string PresetFiles::check(double now) {
-    const auto stored = readBundles(user_);
+    const auto present = readBundles(user_);
     std::string complaint;
     std::erase_if(awaited_, [&](Awaited& one) {
-        const auto found =
-            std::find_if(stored.begin(), stored.end(), [&](const StoredPreset& other) {
-                return other.preset.name == one.name && other.preset.isUser;
-            });
-        const bool isDone = one.preset ? found != stored.end() && found->preset == *one.preset
-                                       : found == stored.end();
+        const auto found = std::ranges::find_if(present, isIn(one.folder));
+        const bool isDone = one.preset ? found != present.end() && found->preset == *one.preset
+                                       : found == present.end();
         one.until = one.until.value_or(now + patience);
         if (!isDone && now > *one.until) {
             complaint = "\"" + one.name + "\" is not " + (one.preset ? "saved" : "deleted") +

@@ -11,15 +11,16 @@
 
 namespace orvalo::effect::ui {
 
-/// The presets of the effect's bundle, and the user's in `~/.lv2`, each in its own bundle. A
-/// preset with the name of another one is left out.
+/// The presets of the effect's bundle, and the user's in `~/.lv2`, each in its own bundle. Of the
+/// user's presets with one name only the first is listed. A preset that replaces another one is
+/// written into the bundle of that one, so that none is lost when the writing fails.
 class PresetFiles final : public PresetStore {
   public:
     /// bundle: the effect's. writer: of a host that writes the files; null if the UI writes them.
     PresetFiles(const std::filesystem::path& bundle, const PresetWriter* writer);
 
     std::vector<Preset> read() override;
-    std::string save(const Preset& preset) override;
+    std::string save(const Preset& preset, const std::string& replaced) override;
     std::string remove(const std::string& name) override;
 
     /// Whether the host has not done all that it was asked to do.
@@ -29,18 +30,23 @@ class PresetFiles final : public PresetStore {
     std::string check(double now);
 
   private:
-    /// What the host was asked to do: to write a preset, or to remove it.
+    /// What the host was asked to do with a bundle: to write a preset, or to remove it.
     struct Awaited {
         std::string name;
         std::filesystem::path folder;
+        /// Absent for a removal.
         std::optional<Preset> preset;
+        /// In seconds; absent until the first check().
         std::optional<double> until{};
     };
 
+    /// The presets in the bundles once the host has done all that it was asked to do.
+    std::vector<StoredPreset> stored() const;
+    void await(Awaited awaited);
     void write(const std::filesystem::path& folder, const Preset& preset);
     void erase(const std::filesystem::path& folder, const std::string& name);
-    std::filesystem::path folderFor(const std::string& name,
-                                    const std::vector<StoredPreset>& stored) const;
+    /// A folder that nothing uses once the host has done all that it was asked to do.
+    std::filesystem::path newFolder(const std::string& name) const;
 
     std::filesystem::path user_;
     const PresetWriter* writer_;

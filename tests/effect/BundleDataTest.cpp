@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "effect/Readings.h"
 #include "effect/dsp/Parameter.h"
 #include "tests/effect/EffectWorld.h"
 
@@ -149,7 +150,7 @@ TEST_F(BundleDataTest, EveryPortIsFullyDescribed) {
     }
 }
 
-TEST_F(BundleDataTest, RangesMatchTheCode) {
+TEST_F(BundleDataTest, PortsMatchTheCode) {
     for (std::uint32_t i = 0; i < orvalo::effect::parameterCount; ++i) {
         const auto& range = orvalo::effect::parameterRanges.at(i);
         LilvNode* standard = nullptr;
@@ -164,6 +165,10 @@ TEST_F(BundleDataTest, RangesMatchTheCode) {
         lilv_node_free(standard);
         lilv_node_free(least);
         lilv_node_free(most);
+    }
+    for (const auto& reading : orvalo::effect::readingPorts) {
+        EXPECT_EQ(symbol(port(reading.port)), reading.symbol);
+        EXPECT_TRUE(is(port(reading.port), LILV_URI_OUTPUT_PORT)) << reading.symbol;
     }
 }
 

@@ -90,15 +90,20 @@ TEST(Latency, UncompressedSignalIsDelayed) {
     EXPECT_EQ(host.render(input), delayed(input, 336 + 81));
 }
 
-TEST(LookAhead, GainHasFallenWhenTheStepArrives) {
-    EffectHost host;
+/// Sets 19 dB of reduction at full scale, for times in milliseconds.
+void setHardCurve(EffectHost& host, float attack, float lookAhead) {
     host.control("threshold") = -20.0F;
     host.control("ratio") = 20.0F;
     host.control("knee") = 0.0F;
-    host.control("attack") = 1.0F;
+    host.control("attack") = attack;
     host.control("release") = 5.0F;
     host.control("makeup") = 0.0F;
-    host.control("look_ahead") = 10.0F;
+    host.control("look_ahead") = lookAhead;
+}
+
+TEST(LookAhead, GainHasFallenWhenTheStepArrives) {
+    EffectHost host;
+    setHardCurve(host, 1.0F, 10.0F);
     host.activate();
     Stereo input = steady(9600, 0.01F);
     for (std::size_t i = 4800; i < input.left.size(); ++i) {
@@ -106,7 +111,7 @@ TEST(LookAhead, GainHasFallenWhenTheStepArrives) {
     }
     const auto output = host.render(input);
     EXPECT_NEAR(output.left[4799], 0.01F, 1e-6F);
-    // 20 dB above the threshold at 20:1; ten time constants have passed.
+    // Ten time constants have passed.
     for (std::size_t i = 4800 + 480; i < output.left.size(); ++i) {
         ASSERT_NEAR(20.0 * std::log10(output.left[i]), -19.0, 0.01) << i;
     }
@@ -114,13 +119,7 @@ TEST(LookAhead, GainHasFallenWhenTheStepArrives) {
 
 TEST(LookAhead, ShortPeakIsHeldUntilItHasPassed) {
     EffectHost host;
-    host.control("threshold") = -20.0F;
-    host.control("ratio") = 20.0F;
-    host.control("knee") = 0.0F;
-    host.control("attack") = 0.5F;
-    host.control("release") = 5.0F;
-    host.control("makeup") = 0.0F;
-    host.control("look_ahead") = 8.0F;
+    setHardCurve(host, 0.5F, 8.0F);
     host.activate();
     Stereo input = steady(9600, 0.0F);
     input.left[4800] = 1.0F;

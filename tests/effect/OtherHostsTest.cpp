@@ -39,7 +39,7 @@ constexpr std::array<Setting, 12> settings{{{"threshold", -30.0F},
                                             {"auto_makeup", 1.0F}}};
 
 /// Files through the programs of other projects, which must give what the effect gives in blocks of
-/// any length. No one of them compensates for the latency.
+/// any length. None of them compensates for the latency.
 class OtherHostsTest : public testing::Test {
   protected:
     OtherHostsTest() {

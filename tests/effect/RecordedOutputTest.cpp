@@ -131,8 +131,8 @@ class Checksum {
     std::uint64_t sum_ = 0xCBF29CE484222325;
 };
 
-/// The checksum of the sound, the sent messages and the meters of a run with notes, in which the
-/// effect is bypassed for a while and some controls change.
+/// The checksum of the sound and the sent messages of a run with notes, in which the effect is
+/// bypassed for a while and some controls change.
 std::string checksumOf(const State& state, double rate, std::uint32_t blockFrames) {
     EffectHost host({.rate = rate});
     for (std::size_t i = 0; i < symbols.size(); ++i) {

@@ -62,9 +62,6 @@ TEST(State, OfTheFirstVersionIsLoadedWhole) {
 TEST(State, HasAllThatTheFirstVersionReads) {
     const TemporaryFolder folder;
     EffectState::Values values;
-    for (const auto& range : parameterRanges) {
-        values[range.symbol] = range.minimum;
-    }
     for (const bool isMaximum : {false, true}) {
         for (const auto& range : parameterRanges) {
             values[range.symbol] = isMaximum ? range.maximum : range.minimum;

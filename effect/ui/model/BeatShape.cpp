@@ -1,23 +1,14 @@
 #include "effect/ui/model/BeatShape.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+
+#include "effect/dsp/BeatGenerator.h"
 
 namespace orvalo::effect::ui {
 
-namespace {
-
-/// As stepOf() computes it.
-double stepOf(int division) {
-    constexpr std::array<double, 3> kinds{1.5, 1.0, 2.0 / 3.0};
-    return std::ldexp(4.0, -(division / 3)) * kinds.at(static_cast<std::size_t>(division % 3));
-}
-
-}  // namespace
-
 BeatShape::BeatShape(const ParameterValues& values)
-    : step_(stepOf(values.whole(Parameter::beatDivision))),
+    : step_(BeatGenerator::stepOf(values.whole(Parameter::beatDivision))),
       offset_(0.01 * values[Parameter::beatOffset]),
       length_(0.01 * values[Parameter::beatLength]),
       depth_(values[Parameter::duckDepth]),

@@ -75,10 +75,6 @@ const Control& control(Parameter parameter) {
     return controls.at(static_cast<std::size_t>(parameter));
 }
 
-const ParameterRange& range(Parameter parameter) {
-    return parameterRanges.at(static_cast<std::size_t>(parameter));
-}
-
 Look lookOf(Parameter parameter) {
     const Control& how = control(parameter);
     if (how.unit == Unit::toggle) {

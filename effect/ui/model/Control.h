@@ -49,7 +49,6 @@ struct Control {
 enum class Look : std::uint8_t { knob, toggle, segments };
 
 const Control& control(Parameter parameter);
-const ParameterRange& range(Parameter parameter);
 Look lookOf(Parameter parameter);
 
 /// The name of a value that means more than its number, such as "Off"; null for other values.

@@ -43,9 +43,9 @@ float CurveDrag::move(const Scene& scene, const Pointer& to) {
         return rounded(parameter_, static_cast<float>(level_));
     }
     ParameterValues ends = scene.values;
-    ends.set(Parameter::ratio, parameterRanges[static_cast<std::size_t>(parameter_)].maximum);
+    ends.set(Parameter::ratio, range(Parameter::ratio).maximum);
     const double least = steadyOutput(ends, ratioPointLevel);
-    ends.set(Parameter::ratio, parameterRanges[static_cast<std::size_t>(parameter_)].minimum);
+    ends.set(Parameter::ratio, range(Parameter::ratio).minimum);
     level_ =
         std::clamp(level_ + up, least, static_cast<double>(steadyOutput(ends, ratioPointLevel)));
     return rounded(parameter_, ratioFor(scene.values, level_));

@@ -9,7 +9,7 @@ namespace orvalo::effect::ui {
 /// unrounded level, so that slow and fine moves add up.
 class CurveDrag {
   public:
-    /// parameter: threshold or ratio.
+    /// parameter: threshold or ratio. at: where the point was pressed.
     CurveDrag(const Scene& scene, Parameter parameter, const Pointer& at);
 
     Parameter parameter() const { return parameter_; }

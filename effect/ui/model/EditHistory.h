@@ -9,16 +9,17 @@
 
 namespace orvalo::effect::ui {
 
-/// What A or B sounds like.
+/// All values of A or B, and the preset that was chosen for them.
 struct Sound {
     ParameterValues values;
     std::optional<PresetChoice::Key> preset;
 };
 
-/// The comparison of two sounds: A or B is heard, the other one is kept. Until there is another one
-/// both are the same.
+/// The comparison of two sounds, of which A or B is heard.
 struct Comparison {
     bool isB = false;
+    /// The sound that is not heard. Absent until the first switch or copy: until then both are the
+    /// same.
     std::optional<Sound> other;
 };
 
@@ -38,12 +39,13 @@ struct Edit {
     std::vector<Value> values;
     Change<std::optional<PresetChoice::Key>> chosen;
     std::optional<Change<Comparison>> comparison;
-    /// A preset of the user's in the store; absent where there is none.
+    /// The user's preset that was saved, renamed or deleted; on each side absent where there is
+    /// none.
     std::optional<Change<std::optional<Preset>>> preset;
 
     /// Notes a new value of a parameter.
     void note(Parameter parameter, float before, float after);
-    /// Drops the values that did not change; whether anything is left.
+    /// Drops the values that did not change. Returns whether anything is left.
     bool tidy();
 };
 

@@ -53,11 +53,8 @@ bool Editor::endStep() {
     return isChange;
 }
 
-void Editor::set(Parameter parameter, float value) {
+void Editor::write(Parameter parameter, float value) {
     const float before = scene_.values[parameter];
-    if (before == value) {
-        return;
-    }
     show(parameter, value);
     if (edit_) {
         edit_->note(parameter, before, scene_.values[parameter]);
@@ -65,14 +62,25 @@ void Editor::set(Parameter parameter, float value) {
     host_.write(parameter, scene_.values[parameter]);
 }
 
+void Editor::writeGrabbed(Parameter parameter, float value) {
+    host_.grab(parameter, true);
+    write(parameter, value);
+    host_.grab(parameter, false);
+}
+
+void Editor::set(Parameter parameter, float value) {
+    if (scene_.values[parameter] == value) {
+        return;
+    }
+    write(parameter, value);
+}
+
 bool Editor::setOnce(Parameter parameter, float value) {
     if (scene_.values[parameter] == value) {
         return false;
     }
     beginStep();
-    host_.grab(parameter, true);
-    set(parameter, value);
-    host_.grab(parameter, false);
+    writeGrabbed(parameter, value);
     return endStep();
 }
 
@@ -81,17 +89,6 @@ void Editor::turn(Parameter parameter, float value) {
     if (setOnce(parameter, value) && (!continues || scene_.edits.joinLast())) {
         turned_ = parameter;
     }
-}
-
-void Editor::writeGrabbed(Parameter parameter, float value) {
-    const float before = scene_.values[parameter];
-    host_.grab(parameter, true);
-    show(parameter, value);
-    if (edit_) {
-        edit_->note(parameter, before, scene_.values[parameter]);
-    }
-    host_.write(parameter, scene_.values[parameter]);
-    host_.grab(parameter, false);
 }
 
 void Editor::receive(Parameter parameter, float value) {
@@ -312,14 +309,12 @@ void Editor::openPage(Page page) {
 
 void Editor::stepPage(int direction) {
     const auto now = static_cast<std::size_t>(scene_.layout.page);
-    openPage(
-        static_cast<Page>((now + pageCount + (direction > 0 ? 1 : pageCount - 1)) % pageCount));
+    openPage(static_cast<Page>((now + (direction > 0 ? 1 : pageCount - 1)) % pageCount));
 }
 
 void Editor::stepHistorySpan(int direction) {
     const std::size_t count = History::spans.size();
-    const std::size_t next =
-        (scene_.history.span() + count + (direction > 0 ? 1 : count - 1)) % count;
+    const std::size_t next = (scene_.history.span() + (direction > 0 ? 1 : count - 1)) % count;
     scene_.history.setSpan(next);
     if (scene_.pausedHistory) {
         scene_.pausedHistory->setSpan(next);

@@ -16,29 +16,30 @@ class Editor {
 
     NotePlayer& notes() { return notes_; }
 
-    /// What changes between the two is one step of undo. They nest.
+    /// The changes between the two calls are one step of undo. Pairs of calls may nest.
     void beginStep();
     /// Returns whether anything has changed.
     bool endStep();
-    /// Ignored while a knob is held.
+    /// Both are ignored while a parameter is held.
     void undo();
     void redo();
 
     /// Sets a parameter, and writes it to the host if it has changed.
     void set(Parameter parameter, float value);
-    /// The same, with the parameter grabbed and released around the change, as one step. Returns
+    /// Sets a parameter in a step of its own, grabbed and released around the change. Returns
     /// whether it has changed.
     bool setOnce(Parameter parameter, float value);
-    /// The same by the wheel or an arrow key: consecutive turns of a parameter are one step.
+    /// Sets a parameter by the wheel or a key: consecutive turns of one parameter are one step.
     void turn(Parameter parameter, float value);
     /// Takes a parameter's value from the host, which is not a step. Ignored while the user holds
     /// that parameter.
     void receive(Parameter parameter, float value);
 
+    /// Grabs a parameter for a drag, which is one step until release().
     void hold(Parameter parameter);
     void release();
 
-    /// Does what a field of the header is for.
+    /// Carries out the action of a field of the header.
     void activate(Focus field);
 
     /// Writes all values of the preset. index: in the scene's presets.
@@ -46,36 +47,38 @@ class Editor {
     void stepPreset(int direction);
     /// Takes the presets from the store.
     void readPresets();
-    /// With the presets that the store has now.
+    /// Reads the presets anew first.
     void openList();
     void closeList();
     void markEntry(std::size_t index);
-    /// Shows other columns of the list.
+    /// Scrolls the list by columns: to the right when positive.
     void scrollList(int columns);
 
-    /// Starts typing a name for the present values, or another name for a preset of the user's.
+    /// Starts typing a name under which the present values are saved.
     void beginSaving();
+    /// Starts typing another name for a preset of the user's. Ignores factory presets.
     void beginRenaming(std::size_t index);
-    /// Deletes a preset of the user's; nothing for another one.
+    /// Deletes a preset of the user's. Ignores factory presets.
     void deletePreset(std::size_t index);
     void setNotice(std::string notice);
 
     /// Switches between A and B.
     void switchSound();
-    /// Copies the sound that is heard to the other one.
+    /// Copies the sound that is heard, A or B, to the other one.
     void copySound();
 
     void beginEntry(Parameter parameter);
-    /// Takes the typed value or name and ends the entry. Returns false, and sets the complaint, for
-    /// invalid text.
+    /// Takes the typed value or name and ends the entry. For invalid text sets the complaint and
+    /// returns false.
     bool commitEntry();
     void cancelEntry();
+    /// To be called after each change of the text: withdraws the complaint.
     void entryChanged();
 
-    /// Switches a switch, or chooses the next value of a choice, from the last on to the first.
+    /// Turns a switch on or off, or chooses the next value of a choice, the first after the last.
     void advance(Parameter parameter);
 
-    /// Opens a page; the page that is open gives way to the history.
+    /// Opens a page, or the history if that page is open already.
     void openPage(Page page);
     void stepPage(int direction);
 
@@ -90,7 +93,10 @@ class Editor {
     void setHasKeyboard(bool has);
 
   private:
+    /// Sets a value in the scene and marks what changes with it.
     void show(Parameter parameter, float value);
+    /// Shows a value, notes it in the step, and writes it to the host.
+    void write(Parameter parameter, float value);
     void writeGrabbed(Parameter parameter, float value);
     void apply(const Edit& edit, bool isUndone);
     bool commitName();
@@ -105,10 +111,12 @@ class Editor {
     Host& host_;
     PresetStore& store_;
     NotePlayer notes_;
+    // The parameter of a drag.
     std::optional<Parameter> held_;
+    // The step that is being made, and how many calls of beginStep() have not ended.
     std::optional<Edit> edit_;
     int depth_ = 0;
-    // Whose turns are one step.
+    // The parameter whose next turn joins the last step.
     std::optional<Parameter> turned_;
 };
 

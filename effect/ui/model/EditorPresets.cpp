@@ -73,8 +73,10 @@ void Editor::apply(const Edit& edit, bool isUndone) {
 /// Replaces a preset in the store and in the list; both may be absent. Returns a complaint.
 std::string Editor::replacePreset(const std::optional<Preset>& from,
                                   const std::optional<Preset>& to) {
-    std::string complaint = to ? store_.save(*to) : "";
-    if (complaint.empty() && from && (!to || to->name != from->name)) {
+    std::string complaint;
+    if (to) {
+        complaint = store_.save(*to, from.value_or(*to).name);
+    } else if (from) {
         complaint = store_.remove(from->name);
     }
     const auto marked = scene_.list;

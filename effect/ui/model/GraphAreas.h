@@ -37,6 +37,7 @@ Rect truePeakArea(const Layout& layout);
 /// The plot of the transfer curve: levels in dB to pixels, with the same range on both axes.
 class CurvePlot {
   public:
+    /// In dB.
     static constexpr float lowest = -60.0F;
     static constexpr float highest = 12.0F;
 
@@ -67,7 +68,7 @@ struct CurvePoint {
 CurvePoint thresholdPoint(const Scene& scene);
 /// At the input level `ratioPointLevel`; drags the ratio up and down.
 CurvePoint ratioPoint(const Scene& scene);
-inline constexpr float ratioPointLevel = 6.0F;
+inline constexpr float ratioPointLevel = 6.0F;  // dB
 /// The radius within which a press finds a point, in pixels.
 double curvePointReach(const Layout& layout);
 

@@ -3,12 +3,13 @@
 #include <array>
 #include <cstddef>
 
+#include "effect/dsp/LevelMeter.h"
+
 namespace orvalo::effect::ui {
 
 /// The effect's last levels, in dB.
 struct Levels {
-    /// The lowest value of the effect's level meters.
-    static constexpr float lowest = -90.0F;
+    static constexpr float lowest = LevelMeter::lowest;
 
     float input = lowest;
     float output = lowest;
@@ -31,8 +32,8 @@ class History {
     static constexpr std::array<int, 4> spans{3, 6, 12, 30};
     static constexpr std::size_t standardSpan = 1;
 
-    /// Records the levels from `now` on, in seconds of a monotonic clock, after advance(). Returns
-    /// what advance() returns.
+    /// Calls advance(), then records the levels from `now` on, in seconds of a monotonic clock.
+    /// Returns what advance() returns.
     bool record(const Levels& levels, double now);
 
     /// Closes the steps that ended before `now`. Returns whether the visible points have changed.
@@ -61,7 +62,7 @@ class History {
     void close();
 
     std::array<Levels, capacity> steps_{};
-    /// The number of closed steps; as if the time before the first had been silent.
+    /// The number of closed steps. Starts as if the time before had been silent.
     std::size_t closed_ = capacity;
     std::size_t span_ = standardSpan;
     Levels current_;

@@ -7,7 +7,7 @@
 
 namespace orvalo::effect::ui {
 
-/// Receives the user's changes.
+/// Receives the user's changes, on the host's UI thread.
 class Host {
   public:
     Host() = default;

@@ -23,8 +23,8 @@ struct Panel {
     Rect title;
 };
 
-/// The areas of one control: name, knob and value. The Enabled switch has only `area`. Of a control
-/// on a page that is closed all are empty.
+/// The areas of one control: name, knob and value. The Enabled switch has only `area`. All areas of
+/// a control on a closed page are empty.
 struct Cell {
     Rect area;
     Rect label;
@@ -97,18 +97,20 @@ struct Layout {
     /// The first column of the preset list that is shown.
     std::size_t presetColumn = 0;
 
-    /// The preset list, which opens below the preset name with as many columns as it needs to show
-    /// all presets, or as many as have room, one of its entries, which is empty while its column is
-    /// not shown, and the place of the marked preset's description.
+    // Of the list of `count` presets, which opens below the preset name.
+    /// The whole list: as many columns as all presets need, or as many as there is room for.
     Rect presetList(std::size_t count) const;
+    /// Empty while the entry's column is not shown.
     Rect presetEntry(std::size_t index, std::size_t count) const;
+    /// The place of the marked preset's description.
     Rect presetDescription(std::size_t count) const;
-    /// The buttons that show the columns before (-1) and behind (1); empty where there are none.
+    /// The button that shows the column before (-1) or behind (1); empty where there is none.
     Rect presetScroll(int direction, std::size_t count) const;
-    /// Shows other columns of the list, or those with an entry.
+    /// Scrolls by columns: to the right when positive.
     void scrollPresets(int columns, std::size_t count);
+    /// Scrolls until the entry is shown.
     void showPreset(std::size_t index, std::size_t count);
-    /// The buttons at the end of an entry that is the user's.
+    /// The buttons at the end of an entry for a preset of the user's.
     Rect renameEntry(std::size_t index, std::size_t count) const;
     Rect deleteEntry(std::size_t index, std::size_t count) const;
 

@@ -12,14 +12,15 @@ namespace {
 struct Grid {
     std::size_t rows;
     std::size_t columns;
-    /// Of them are shown.
+    /// The columns for which there is room.
     std::size_t shown;
     double rowHeight;
 
     bool scrolls() const { return shown < columns; }
 };
 
-/// The fewest columns that show all entries in the height; full ones if there is no room for all.
+/// The fewest columns that show all entries in the height. Where there is no room for so many, all
+/// columns but the last are full.
 Grid gridFor(std::size_t count, double height, double rowHeight, std::size_t mostColumns) {
     const auto fitting =
         std::max<std::size_t>(1, static_cast<std::size_t>(std::max(0.0, height / rowHeight)));

@@ -5,15 +5,8 @@
 
 namespace orvalo::effect::ui {
 
-namespace {
-
-/// As the effect's own level meters.
-constexpr double fallPerSecond = 24.0;
-
-}  // namespace
-
 Levels fallen(const Levels& levels, double seconds) {
-    const auto fall = static_cast<float>(fallPerSecond * seconds);
+    const auto fall = static_cast<float>(LevelMeter::fallPerSecond * seconds);
     return {.input = std::max(Levels::lowest, levels.input - fall),
             .output = std::max(Levels::lowest, levels.output - fall),
             .reduction = std::max(0.0F, levels.reduction - fall),

@@ -38,7 +38,7 @@ class MeterMemory {
 
     /// Takes the levels at `now`. truePeak: in dB. Returns whether anything has changed.
     bool update(const Levels& levels, float truePeak, double now);
-    /// Forgets what stays until it is reset.
+    /// Forgets the highest true peak and the clipping.
     void reset();
 
     float inputPeak() const { return input_.level; }

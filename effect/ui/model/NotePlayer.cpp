@@ -4,12 +4,12 @@
 #include <cmath>
 #include <string_view>
 
+#include "effect/dsp/MidiBytes.h"
+
 namespace orvalo::effect::ui {
 
 namespace {
 
-constexpr std::uint8_t noteOnStatus = 0x90;
-constexpr std::uint8_t noteOffStatus = 0x80;
 constexpr double loudest = 127.0;
 
 /// In the order of their notes, from C to C.
@@ -35,14 +35,14 @@ std::optional<std::uint8_t> noteOf(const Keystroke& key) {
 NotePlayer::Message NotePlayer::play(std::uint8_t note, std::uint8_t velocity) {
     const auto channel = scene_.values.whole(Parameter::midiChannel);
     const auto bits = static_cast<std::uint8_t>(channel == 0 ? 0 : channel - 1);
-    host_.sendMidi({static_cast<std::uint8_t>(noteOnStatus | bits), note, velocity});
+    host_.sendMidi({static_cast<std::uint8_t>(midi::noteOn | bits), note, velocity});
     if (note == padNote) {
         scene_.padVelocity = velocity;
     } else {
         scene_.heldNoteKeys.set(note - firstKeyNote);
     }
     scene_.markChanged(Part::pad);
-    return {static_cast<std::uint8_t>(noteOffStatus | bits), note, 0};
+    return {static_cast<std::uint8_t>(midi::noteOff | bits), note, 0};
 }
 
 void NotePlayer::release(const Message& noteOff) {
@@ -98,11 +98,6 @@ void NotePlayer::releaseKeys() {
     while (!keys_.empty()) {
         releaseKey(keys_.back().code);
     }
-}
-
-void NotePlayer::releaseAll() {
-    releaseKeys();
-    releasePad();
 }
 
 }  // namespace orvalo::effect::ui

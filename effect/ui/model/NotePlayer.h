@@ -15,7 +15,7 @@ namespace orvalo::effect::ui {
 /// black keys. A note lasts while its key or the pad is pressed.
 class NotePlayer {
   public:
-    /// C3 and C2, where middle C is C4.
+    /// The MIDI notes C3 and C2, where middle C is C4.
     static constexpr std::uint8_t firstKeyNote = 48;
     static constexpr std::uint8_t padNote = 36;
     static constexpr std::uint8_t keyVelocity = 100;
@@ -32,7 +32,6 @@ class NotePlayer {
     /// Ends the note of the key with this code. Returns whether there was one.
     bool releaseKey(std::uint32_t code);
     void releaseKeys();
-    void releaseAll();
 
   private:
     using Message = std::array<std::uint8_t, 3>;

@@ -62,8 +62,7 @@ std::optional<Page> pageOf(Parameter parameter) {
 
 bool isPageInUse(Page page, const ParameterValues& values) {
     return std::ranges::any_of(parametersOf(page), [&](Parameter parameter) {
-        return values[parameter] !=
-               parameterRanges.at(static_cast<std::size_t>(parameter)).standard;
+        return values[parameter] != range(parameter).standard;
     });
 }
 

@@ -8,15 +8,7 @@
 
 namespace orvalo::effect::ui {
 
-namespace {
-
 using Kind = Target::Kind;
-
-std::size_t focusOf(Parameter parameter) {
-    return static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter);
-}
-
-}  // namespace
 
 bool PointerInput::isSecondPress(const Target& target, const Pointer& pointer) const {
     const double reach = scene_.layout.unit;
@@ -226,8 +218,8 @@ void PointerInput::wheel(const Pointer& pointer, int turns) {
         editor_.stepPreset(turns > 0 ? -1 : 1);
     } else if (target.kind == Kind::curve || target.kind == Kind::thresholdPoint ||
                target.kind == Kind::ratioPoint) {
-        editor_.setOnce(Parameter::knee, stepped(Parameter::knee, scene_.values[Parameter::knee],
-                                                 turns, pointer.fine));
+        editor_.turn(Parameter::knee,
+                     stepped(Parameter::knee, scene_.values[Parameter::knee], turns, pointer.fine));
     } else if (target.kind == Kind::history || target.kind == Kind::historySpan) {
         editor_.stepHistorySpan(turns > 0 ? -1 : 1);
     }

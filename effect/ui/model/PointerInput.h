@@ -20,6 +20,7 @@ class PointerInput {
 
     void press(const Pointer& pointer);
     void move(const Pointer& pointer);
+    /// Ends a drag and the note of the pad.
     void release();
     /// The target that is being dragged stays hovered.
     void leave();

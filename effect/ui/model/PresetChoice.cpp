@@ -25,7 +25,7 @@ Preset defaultPreset() {
     for (std::size_t i = 0; i < parameterCount; ++i) {
         const auto parameter = static_cast<Parameter>(i);
         if (isInPresets(parameter)) {
-            preset.values.emplace_back(parameter, parameterRanges.at(i).standard);
+            preset.values.emplace_back(parameter, range(parameter).standard);
         }
     }
     return preset;

@@ -7,7 +7,7 @@
 
 namespace orvalo::effect::ui {
 
-/// Where the presets are kept. A name stands for one preset of the user's.
+/// Where the presets are kept. No two presets of the user's have the same name.
 class PresetStore {
   public:
     PresetStore() = default;
@@ -16,9 +16,9 @@ class PresetStore {
 
     /// The factory presets by name, then the user's by name.
     virtual std::vector<Preset> read() = 0;
-    /// Stores a preset of the user's, in place of one with its name. Returns a complaint; "" on
-    /// success.
-    virtual std::string save(const Preset& preset) = 0;
+    /// Stores a preset of the user's, in place of those with its name and with the name `replaced`.
+    /// Returns a complaint; "" on success.
+    virtual std::string save(const Preset& preset, const std::string& replaced) = 0;
     /// Deletes the user's preset of that name. Returns a complaint; "" on success.
     virtual std::string remove(const std::string& name) = 0;
 

@@ -15,7 +15,7 @@ Target::Kind curveTargetAt(const Scene& scene, double x, double y) {
     };
     const double toThreshold = distance(thresholdPoint(scene));
     const double toRatio = distance(ratioPoint(scene));
-    if (scene.values[Parameter::enabled] <= 0.0F || std::min(toThreshold, toRatio) > reach) {
+    if (!scene.values.isOn(Parameter::enabled) || std::min(toThreshold, toRatio) > reach) {
         return Target::Kind::curve;
     }
     return toThreshold <= toRatio ? Target::Kind::thresholdPoint : Target::Kind::ratioPoint;
@@ -46,19 +46,19 @@ std::string Scene::entryLine() const {
 }
 
 std::vector<std::size_t> Scene::tabOrder() const {
-    const auto first = static_cast<std::size_t>(Focus::firstControl);
     std::vector<std::size_t> order;
-    for (std::size_t i = 0; i < first; ++i) {
+    for (std::size_t i = 0; i < headerFields.size(); ++i) {
         order.push_back(i);
     }
     for (std::size_t i = 0; i < parameterCount; ++i) {
-        if (!pageOf(static_cast<Parameter>(i))) {
-            order.push_back(first + i);
+        const auto parameter = static_cast<Parameter>(i);
+        if (!pageOf(parameter)) {
+            order.push_back(focusOf(parameter));
         }
     }
     order.push_back(tabsFocus);
     for (const Parameter parameter : parametersOf(layout.page)) {
-        order.push_back(first + static_cast<std::size_t>(parameter));
+        order.push_back(focusOf(parameter));
     }
     order.push_back(padFocus);
     if (layout.page == Page::history) {

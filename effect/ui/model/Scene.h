@@ -34,7 +34,7 @@ struct Target {
         /// A or B.
         sound,
         copySound,
-        /// A switch, a field of a choice (`entry`), or a knob with its name.
+        /// A switch, a value of a choice (`entry`), or a knob with its name.
         control,
         /// A knob's value, which can be typed.
         value,
@@ -122,18 +122,21 @@ inline constexpr std::array<HeaderField, static_cast<std::size_t>(Focus::firstCo
         {Target::Kind::copySound, Focus::copySound, &Layout::copySound},
     }};
 
+constexpr std::size_t focusOf(Parameter parameter) {
+    return static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter);
+}
+
 inline constexpr std::size_t tabsFocus =
     static_cast<std::size_t>(Focus::firstControl) + parameterCount;
 inline constexpr std::size_t padFocus = tabsFocus + 1;
 inline constexpr std::size_t historyFocus = padFocus + 1;
 inline constexpr std::size_t metersFocus = historyFocus + 1;
-inline constexpr std::size_t focusCount = metersFocus + 1;
 
 /// A value, or the name of a preset, that is being typed.
 struct ValueEntry {
     enum class Purpose : std::uint8_t { value, savePreset, renamePreset };
 
-    /// Of a value.
+    /// The control whose value is typed; not used for a name.
     Parameter parameter;
     TextEntry entry;
     /// The error in the text after a failed commit, else empty.
@@ -141,7 +144,7 @@ struct ValueEntry {
     Purpose purpose = Purpose::value;
     /// The preset to rename.
     std::string renamed{};
-    /// The name, once the user was told that saving replaces a preset.
+    /// The name of which the user was told that saving replaces a preset; empty before.
     std::string replaced{};
 };
 
@@ -171,14 +174,14 @@ struct Scene {
     Target hovered;
     /// Whether the text about the hovered target is shown.
     bool showsTip = false;
-    std::size_t focus = static_cast<std::size_t>(Focus::firstControl) + 1;
+    std::size_t focus = focusOf(Parameter::threshold);
     /// Whether the window has the keyboard focus, and whether the focused control is marked.
     bool hasKeyboard = false;
     bool showsFocus = false;
     std::optional<ValueEntry> entry;
     /// The marked entry of the preset list while the list is open.
     std::optional<std::size_t> list;
-    /// What the user is told below the preset's name, until the next press or key.
+    /// A line about the last action, shown below the preset's name until the next press or key.
     std::string notice;
 
     std::bitset<partCount> changed = std::bitset<partCount>().set();
@@ -210,10 +213,6 @@ struct Scene {
     /// The places of the focus that the Tab key visits: those of the open page stand behind the
     /// tabs.
     std::vector<std::size_t> tabOrder() const;
-    /// Whether the parameter's control is shown.
-    bool isShown(Parameter parameter) const {
-        return pageOf(parameter).value_or(layout.page) == layout.page;
-    }
 
     bool isNaming() const { return entry && entry->purpose != ValueEntry::Purpose::value; }
     /// The text field while something is typed.

@@ -55,7 +55,9 @@ bool TextEntry::eraseSelection() {
 }
 
 void TextEntry::insert(char32_t character) {
-    if (character < ' ' || (character > '~' && character < 0xA0)) {
+    const bool isControl = character < ' ' || (character > '~' && character < 0xA0);
+    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+    if (isControl || isSurrogate || character > 0x10FFFF) {
         return;
     }
     eraseSelection();

@@ -8,7 +8,7 @@ namespace orvalo::effect::ui {
 /// text is UTF-8.
 class TextEntry {
   public:
-    /// The most bytes that a value, or a preset's name, needs.
+    /// The longest value and the longest name of a preset, in bytes.
     static constexpr std::size_t longest = 24;
     static constexpr std::size_t longestName = 40;
 
@@ -20,7 +20,8 @@ class TextEntry {
     std::size_t caret() const { return caret_; }
     bool isAllSelected() const { return allSelected_; }
 
-    /// Ignores control characters, and characters beyond the longest text.
+    /// Ignores control characters, numbers that are no characters, and what exceeds the longest
+    /// text.
     void insert(char32_t character);
     void eraseBefore();
     void eraseAfter();

@@ -21,8 +21,8 @@ class TipTimer {
 
     /// Returns whether to show the text at `now`, in seconds.
     bool update(const Target& hovered, double now);
-    /// Hides the text until the pointer enters another target than this, which it is on: the user
-    /// has done something.
+    /// Hides the text until the pointer enters another target. Called when the user presses a
+    /// button or a key; hovered: the target that the pointer is on.
     void dismiss(const Target& hovered) {
         hovered_ = hovered;
         isDismissed_ = true;

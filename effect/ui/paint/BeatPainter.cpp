@@ -12,8 +12,8 @@ void paintGrid(const Brush& brush, const Layout& layout, const Rect& area, doubl
     const double line = hairline(layout);
     const TextStyle style{.size = smallText(layout, 0.8), .colour = dimTextOf(layout)};
     const double high = 1.2 * layout.text;
-    // At most a label for each four text heights.
     const double wide = area.width / quarters;
+    // A line and a label for each quarter note, or for each bar where these would touch.
     const int every = wide < 2.0 * layout.text ? 4 : 1;
     for (int i = 0; i < static_cast<int>(std::ceil(quarters)); i += every) {
         const double x = std::round(area.x + i * wide);

@@ -21,6 +21,22 @@ struct TextStyle {
     bool bold = false;
 };
 
+/// Restricts drawing to an area for the object's life.
+class Clip {
+  public:
+    Clip(cairo_t* context, const Rect& area) : context_(context) {
+        cairo_save(context);
+        cairo_rectangle(context, area.x, area.y, area.width, area.height);
+        cairo_clip(context);
+    }
+    ~Clip() { cairo_restore(context_); }
+    Clip(const Clip&) = delete;
+    Clip& operator=(const Clip&) = delete;
+
+  private:
+    cairo_t* context_;
+};
+
 /// Draws shapes and text on a cairo context, which must outlive it.
 class Brush {
   public:

@@ -19,8 +19,8 @@ void paintGrid(const Brush& brush, const Layout& layout, const CurvePlot& plot) 
     const double width = hairline(layout);
     const TextStyle style{.size = smallText(layout, 0.8), .colour = dimTextOf(layout)};
     const Rect& area = plot.area();
-    // Only every second label if they would touch.
-    const bool dense = area.width / 6.0 > 2.4 * layout.text;
+    // Else the labels would touch: only every second one is drawn.
+    const bool isRoomy = area.width / 6.0 > 2.4 * layout.text;
     for (int index = 0; index < gridLines; ++index) {
         const float level = lowest + gridStep * static_cast<float>(index + 1);
         const Colour colour = level == 0.0F ? theme::track : theme::line.withAlpha(0.7);
@@ -28,7 +28,7 @@ void paintGrid(const Brush& brush, const Layout& layout, const CurvePlot& plot) 
         const double y = std::round(plot.y(level));
         brush.fill({x, area.y, width, area.height}, colour);
         brush.fill({area.x, y, area.width, width}, colour);
-        if (!dense && index % 2 != 0) {
+        if (!isRoomy && index % 2 != 0) {
             continue;
         }
         const std::string text = std::to_string(std::lround(level));
@@ -91,9 +91,7 @@ void paintCurve(const Brush& brush, const Scene& scene) {
         return;
     }
     cairo_t* context = brush.context();
-    cairo_save(context);
-    cairo_rectangle(context, plot.area().x, plot.area().y, plot.area().width, plot.area().height);
-    cairo_clip(context);
+    const Clip clip(context, plot.area());
     paintGrid(brush, layout, plot);
     brush.line(plot.x(lowest), plot.y(lowest), plot.x(highest), plot.y(highest), hairline(layout),
                theme::track);
@@ -126,7 +124,6 @@ void paintCurve(const Brush& brush, const Scene& scene) {
         brush.text(below, "Bypassed",
                    {.size = layout.text, .colour = dimTextOf(layout), .align = Align::centre});
     }
-    cairo_restore(context);
 }
 
 }  // namespace orvalo::effect::ui

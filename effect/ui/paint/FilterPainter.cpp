@@ -73,9 +73,7 @@ void paintFilter(const Brush& brush, const Scene& scene) {
     }
     const FilterPlot plot(area);
     cairo_t* context = brush.context();
-    cairo_save(context);
-    cairo_rectangle(context, area.x, area.y, area.width, area.height);
-    cairo_clip(context);
+    const Clip clip(context, area);
     paintGrid(brush, layout, plot);
     cairo_move_to(context, area.x, area.bottom());
     traceSpectrum(context, scene, plot);
@@ -94,7 +92,6 @@ void paintFilter(const Brush& brush, const Scene& scene) {
     cairo_set_line_width(context, std::max(1.5, 0.22 * layout.unit));
     cairo_stroke(context);
     paintLabels(brush, layout, plot);
-    cairo_restore(context);
 }
 
 }  // namespace orvalo::effect::ui

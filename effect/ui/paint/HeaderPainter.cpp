@@ -14,7 +14,7 @@ bool isHovered(const Scene& scene, Kind kind) {
 }
 
 bool isFocused(const Scene& scene, Focus focus) {
-    return scene.hasKeyboard && scene.showsFocus && scene.focus == static_cast<std::size_t>(focus);
+    return scene.hasVisibleFocus(static_cast<std::size_t>(focus));
 }
 
 void paintButton(const Brush& brush, const Scene& scene, const Rect& area, bool hovered,

@@ -48,12 +48,6 @@ void stroke(const Brush& brush, double width, const Colour& colour) {
     cairo_stroke(brush.context());
 }
 
-void clip(cairo_t* context, const Rect& area) {
-    cairo_save(context);
-    cairo_rectangle(context, area.x, area.y, area.width, area.height);
-    cairo_clip(context);
-}
-
 /// Lines at the multiples of the scale's step, with their numbers where there is room.
 void paintGrid(const Brush& brush, const Scene& scene, const Rect& area, const Scale& scale) {
     const Layout& layout = scene.layout;
@@ -82,7 +76,7 @@ void paintLevels(const Brush& brush, const Scene& scene, const Rect& area) {
     const Layout& layout = scene.layout;
     cairo_t* context = brush.context();
     const History& history = scene.visibleHistory();
-    clip(context, area);
+    const Clip clip(context, area);
     const auto input = [&](const Levels& at) { return levelScale.y(area, -at.input); };
     const auto output = [&](const Levels& at) { return levelScale.y(area, -at.output); };
     trace(context, history, area, input);
@@ -91,14 +85,13 @@ void paintLevels(const Brush& brush, const Scene& scene, const Rect& area) {
     stroke(brush, std::max(1.0, 0.12 * layout.unit), theme::level);
     trace(context, history, area, output);
     stroke(brush, std::max(1.25, 0.18 * layout.unit), theme::text);
-    cairo_restore(context);
 }
 
 void paintStrip(const Brush& brush, const Scene& scene, const Rect& area) {
     const Layout& layout = scene.layout;
     cairo_t* context = brush.context();
     const History& history = scene.visibleHistory();
-    clip(context, area);
+    const Clip clip(context, area);
     const auto reduction = [&](const Levels& at) { return reductionScale.y(area, at.reduction); };
     // The ducking adds to the reduction.
     const auto both = [&](const Levels& at) {
@@ -112,7 +105,6 @@ void paintStrip(const Brush& brush, const Scene& scene, const Rect& area) {
     fillTo(brush, area, area.y, accentOf(scene).withAlpha(0.55));
     trace(context, history, area, reduction);
     stroke(brush, std::max(1.0, 0.15 * layout.unit), accentOf(scene));
-    cairo_restore(context);
 }
 
 void paintLegend(const Brush& brush, const Scene& scene, const Rect& strip) {

@@ -110,7 +110,7 @@ void paintSegments(const Brush& brush, const Scene& scene, Parameter parameter, 
             brush.fillRound(areas[i].inset(0.15 * layout.unit, 0.15 * layout.unit), radius,
                             theme::raisedLight);
         }
-        Colour colour = isHovered || !hasAll ? theme::text : dimTextOf(layout);
+        const Colour colour = isHovered || !hasAll ? theme::text : dimTextOf(layout);
         brush.text(areas[i].inset(0.2 * layout.unit, 0.0),
                    isRoomy ? choices[shown].name : choices[shown].shortName,
                    {.size = widest.size,
@@ -128,7 +128,7 @@ void paintControl(const Brush& brush, const Scene& scene, Parameter parameter) {
     const bool onKnob = hovered && scene.hovered.kind == Target::Kind::control;
     const bool onValue = hovered && scene.hovered.kind == Target::Kind::value;
     brush.fill(cell.area, theme::panel);
-    if (scene.hasKeyboard && scene.showsFocus && scene.focusedControl() == parameter) {
+    if (scene.hasVisibleFocus(focusOf(parameter))) {
         brush.strokeRound(cell.area.inset(0.25 * layout.unit, 0.0), cornerRadius(layout),
                           1.5 * hairline(layout), theme::accent.withAlpha(0.8));
     }

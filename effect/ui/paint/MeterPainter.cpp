@@ -24,10 +24,6 @@ double levelShare(double level) {
     return std::clamp((level - lowestLevel) / (highestLevel - lowestLevel), 0.0, 1.0);
 }
 
-std::string levelText(float level) {
-    return level <= Levels::lowest ? "-\u221e" : decimalText(level, 1, 1);
-}
-
 std::string reductionText(float reduction) {
     return decimalText(-static_cast<double>(reduction), 1, 1);
 }
@@ -94,6 +90,10 @@ void paintRow(const Brush& brush, const Scene& scene, Meter meter) {
 }
 
 }  // namespace
+
+std::string levelText(float level) {
+    return level <= Levels::lowest ? "-\u221e" : decimalText(level, 1, 1);
+}
 
 void paintMeters(const Brush& brush, const Scene& scene) {
     for (std::size_t i = 0; i < meterCount; ++i) {

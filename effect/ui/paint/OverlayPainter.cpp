@@ -30,10 +30,7 @@ void paintField(const Brush& brush, const Scene& scene) {
     if (wide > inner.width) {
         x = before > inner.width ? inner.right() - before : inner.x;
     }
-    cairo_save(brush.context());
-    cairo_rectangle(brush.context(), inner.x - line, inner.y, inner.width + 2.0 * line,
-                    inner.height);
-    cairo_clip(brush.context());
+    const Clip clip(brush.context(), inner.inset(-line, 0.0));
     const double high = 1.2 * layout.text;
     const double top = field.centerY() - 0.5 * high;
     if (value.entry.isAllSelected()) {
@@ -43,12 +40,7 @@ void paintField(const Brush& brush, const Scene& scene) {
     if (!value.entry.isAllSelected()) {
         brush.fill({std::round(x + before), top, line, high}, theme::text);
     }
-    cairo_restore(brush.context());
 }
-
-}  // namespace
-
-namespace {
 
 /// A line in its own box.
 void paintLine(const Brush& brush, const Scene& scene, const Rect& area, const std::string& text,

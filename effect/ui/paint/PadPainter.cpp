@@ -9,22 +9,6 @@ namespace orvalo::effect::ui {
 
 namespace {
 
-/// Restricts drawing to an area for the object's life.
-class Clip {
-  public:
-    Clip(cairo_t* context, const Rect& area) : context_(context) {
-        cairo_save(context);
-        cairo_rectangle(context, area.x, area.y, area.width, area.height);
-        cairo_clip(context);
-    }
-    ~Clip() { cairo_restore(context_); }
-    Clip(const Clip&) = delete;
-    Clip& operator=(const Clip&) = delete;
-
-  private:
-    cairo_t* context_;
-};
-
 void paintField(const Brush& brush, const Scene& scene, const Rect& area) {
     const Layout& layout = scene.layout;
     const double radius = cornerRadius(layout);

@@ -48,6 +48,8 @@ double hairline(const Layout& layout);
 Colour dimTextOf(const Layout& layout);
 /// A text size of this share of the layout's, as far as that is legible.
 double smallText(const Layout& layout, double share);
+/// A level in dB without its unit; a minus sign and the sign of infinity for silence.
+std::string levelText(float level);
 /// The accent colour, or the inactive one while the effect is bypassed.
 Colour accentOf(const Scene& scene);
 bool isEnabled(const Scene& scene);

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "effect/ui/model/GraphAreas.h"
-#include "effect/ui/model/ValueText.h"
 #include "effect/ui/paint/Painters.h"
 
 namespace orvalo::effect::ui {
@@ -38,8 +37,7 @@ void paintTruePeak(const Brush& brush, const Scene& scene) {
     const Layout& layout = scene.layout;
     const Rect area = truePeakArea(layout);
     const float peak = scene.meterMemory.truePeak();
-    const std::string number =
-        peak <= Levels::lowest ? "-\u221e" : decimalText(static_cast<double>(peak), 1, 1);
+    const std::string number = levelText(peak);
     const std::string full = "TP " + number + " dB";
     const std::string brief = "TP " + number;
     const Rect ring = area.inset(-0.5 * layout.unit, 0.0);
@@ -73,7 +71,7 @@ double smallText(const Layout& layout, double share) {
 }
 
 bool isEnabled(const Scene& scene) {
-    return scene.values[Parameter::enabled] > 0.0F;
+    return scene.values.isOn(Parameter::enabled);
 }
 
 Colour accentOf(const Scene& scene) {

@@ -112,15 +112,13 @@ std::vector<Rect> paintScene(cairo_t* context, const Scene& scene, double now) {
         if (area.isEmpty()) {
             continue;
         }
-        cairo_save(context);
-        cairo_rectangle(context, area.x, area.y, area.width, area.height);
-        cairo_clip(context);
+        const Clip clip(context, area);
         paintPart(brush, scene, part, now);
-        cairo_restore(context);
         drawn.push_back(area);
     }
     // Redraw the overlays if a part below them was drawn or they may have changed themselves.
-    bool overlaid = scene.list.has_value() && scene.changed.test(0);
+    bool overlaid =
+        scene.list.has_value() && scene.changed.test(static_cast<std::size_t>(Part::header));
     for (const Rect& overlay : overlays(brush, scene)) {
         overlaid = overlaid || std::any_of(drawn.begin(), drawn.end(), [&](const Rect& area) {
                        return area.intersects(overlay);

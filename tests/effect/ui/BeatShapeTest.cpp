@@ -4,20 +4,10 @@
 
 #include <cmath>
 
-#include "effect/dsp/BeatGenerator.h"
-
 namespace {
 
 using namespace orvalo::effect;
 using namespace orvalo::effect::ui;
-
-TEST(BeatShape, HasTheStepsOfTheGenerator) {
-    ParameterValues values;
-    for (std::uint8_t division = 0; division < 15; ++division) {
-        values.set(Parameter::beatDivision, division);
-        EXPECT_DOUBLE_EQ(BeatShape(values).step(), BeatGenerator::stepOf(division)) << +division;
-    }
-}
 
 TEST(BeatShape, DucksFromEachGridPointOnAndRecovers) {
     ParameterValues values;

@@ -106,6 +106,15 @@ TEST_F(EditHistoryTest, TurnsOfAKnobAreOneStepUntilAnotherIsTouched) {
     EXPECT_FALSE(scene.edits.canUndo());
 }
 
+TEST_F(EditHistoryTest, TurnsOnTheCurveAreOneStep) {
+    pointer.move(at(scene.layout.curve));
+    pointer.wheel(at(scene.layout.curve), 1);
+    pointer.wheel(at(scene.layout.curve), 1);
+    EXPECT_EQ(value(Parameter::knee), 7.0F);
+    press(Key::undo);
+    EXPECT_EQ(value(Parameter::knee), 6.0F);
+}
+
 TEST_F(EditHistoryTest, TurnsBeyondTheEndDoNotJoinOtherSteps) {
     editor.setOnce(Parameter::mix, 50.0F);
     editor.turn(Parameter::knee, 6.0F);

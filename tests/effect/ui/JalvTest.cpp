@@ -51,7 +51,8 @@ TEST_F(JalvTest, ListsAndLoadsWhatTheUISaves) {
     PresetFiles files(EFFECT_BUNDLE, nullptr);
     ASSERT_EQ(files.save({.name = "My sound",
                           .values = {{Parameter::threshold, -33.5F}, {Parameter::mix, 12.25F}},
-                          .isUser = true}),
+                          .isUser = true},
+                         "My sound"),
               "");
     const auto uri = "file://" + (user() / "orvalo-My_sound.preset.lv2/preset.ttl").string();
     const auto lines = jalv("presets\\npreset " + uri + "\\ncontrols\\n");

@@ -24,11 +24,7 @@ class KeyInputTest : public orvalo::testing::SceneFixture {
         }
         return used;
     }
-    void focusOn(Parameter parameter) {
-        editor.focus(
-            static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter),
-            true);
-    }
+    void focusOn(Parameter parameter) { editor.focus(focusOf(parameter), true); }
 
     KeyInput input;
 };

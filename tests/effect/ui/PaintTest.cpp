@@ -115,7 +115,8 @@ TEST_F(PaintTest, DrawingChangesEqualsDrawingEverything) {
     editor.notes().pressPad(0.7);
     keys.press({.key = Key::character, .character = 'd', .code = 40});
     expectWhole("with notes");
-    editor.notes().releaseAll();
+    editor.notes().releaseKeys();
+    editor.notes().releasePad();
     expectWhole("without notes");
     for (const std::size_t place : {padFocus, historyFocus, metersFocus}) {
         editor.focus(place, true);
@@ -149,9 +150,7 @@ TEST_F(PaintTest, DrawingAPagesChangesEqualsDrawingEverything) {
             const auto& ends = range(parameter);
             editor.set(parameter, ends.standard == ends.maximum ? ends.minimum : ends.maximum);
             expectWhole(ends.symbol);
-            editor.focus(
-                static_cast<std::size_t>(Focus::firstControl) + static_cast<std::size_t>(parameter),
-                true);
+            editor.focus(focusOf(parameter), true);
             expectWhole("with the focus");
         }
         editor.focus(tabsFocus, true);
@@ -340,12 +339,12 @@ TEST_F(PaintTest, NoLabelOfTheCurveLiesUnderIt) {
         paintScene(drawn.context(), scene, now);
         const auto pixels = drawn.pixels();
         const Rect area = CurvePlot(scene.layout).area();
-        constexpr std::uint32_t kTexts = 0x70;  // Text has more red, the curve less.
+        constexpr std::uint32_t red = 0x70;  // Text has more of it, the curve less.
         for (double y = area.bottom() - scene.layout.text; y < area.bottom(); ++y) {
             for (double x = area.x; x < area.x + 3.0 * scene.layout.text; ++x) {
                 if (pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                            static_cast<std::size_t>(x)] >>
-                    16U > kTexts) {
+                    16U > red) {
                     return true;
                 }
             }

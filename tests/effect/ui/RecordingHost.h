@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "effect/ui/model/Control.h"
+#include "effect/dsp/Parameter.h"
 #include "effect/ui/model/Host.h"
 
 namespace orvalo::testing {
@@ -32,7 +32,7 @@ class RecordingHost final : public effect::ui::Host {
 
   private:
     static std::string symbol(effect::Parameter parameter) {
-        return effect::ui::range(parameter).symbol;
+        return effect::range(parameter).symbol;
     }
 };
 

@@ -23,8 +23,9 @@ class MemoryPresetStore final : public effect::ui::PresetStore {
         }
         return all;
     }
-    std::string save(const effect::ui::Preset& preset) override {
+    std::string save(const effect::ui::Preset& preset, const std::string& replaced) override {
         if (complaint.empty()) {
+            users.erase(replaced);
             users[preset.name] = preset;
         }
         return complaint;

@@ -97,6 +97,15 @@ TEST(TextEntry, TakesTypedCharactersOfAllLanguages) {
     EXPECT_EQ(entry.text(), "a\u00e4\u03a9\u20ac\U0001d11e");
 }
 
+TEST(TextEntry, StaysValidUtf8) {
+    TextEntry entry("");
+    // A mapped key may give any number below 0x1000000.
+    for (const char32_t c : {0xD7FFU, 0xD800U, 0xDFFFU, 0xE000U, 0x10FFFFU, 0x110000U, 0xFFFFFFU}) {
+        entry.insert(c);
+    }
+    EXPECT_EQ(entry.text(), "\ud7ff\ue000\U0010ffff");
+}
+
 TEST(TextEntry, NameMayBeLongerThanAValue) {
     TextEntry name("", TextEntry::longestName);
     TextEntry value("");

@@ -32,6 +32,42 @@ TEST_F(WindowInputTest, DraggingAKnobWritesItsPort) {
     EXPECT_EQ(pluginUI.touches, (Touches{"grab 7", "let 7"}));
 }
 
+/// Presses the left button on the threshold's knob.
+class WindowDragTest : public WindowInputTest {
+  protected:
+    WindowDragTest() {
+        host.movePointer(knob.centerX(), knob.centerY());
+        host.button(Button1, true);
+        EXPECT_TRUE(pluginUI.idleUntil([&] { return pluginUI.touches == Touches{"grab 7"}; }));
+    }
+    ~WindowDragTest() override { host.button(Button1, false); }
+    WindowDragTest(const WindowDragTest&) = delete;
+    WindowDragTest& operator=(const WindowDragTest&) = delete;
+
+    const orvalo::effect::ui::Rect& knob = dial(Parameter::threshold);
+};
+
+TEST_F(WindowDragTest, EndsWithTheWindow) {
+    XUnmapWindow(host.display(), pluginUI.window());
+    XSync(host.display(), False);
+    EXPECT_TRUE(pluginUI.idleUntil([&] { return pluginUI.touches == Touches{"grab 7", "let 7"}; }));
+}
+
+// The server then sends the release of the button to another window.
+TEST_F(WindowDragTest, EndsWhenTheHostsWindowWasHidden) {
+    host.hide();
+    host.button(Button1, false);
+    host.show();
+    host.movePointer(knob.centerX(), knob.centerY() - 20.0);
+    EXPECT_TRUE(pluginUI.idleUntil([&] { return pluginUI.touches == Touches{"grab 7", "let 7"}; }));
+    EXPECT_EQ(pluginUI.writes, Writes{});
+}
+
+TEST_F(WindowDragTest, EndsWithTheUI) {
+    pluginUI.close();
+    EXPECT_EQ(pluginUI.touches, (Touches{"grab 7", "let 7"}));
+}
+
 TEST_F(WindowInputTest, ShiftIsFineControl) {
     const auto& knob = dial(Parameter::threshold);
     host.movePointer(knob.centerX(), knob.centerY());

@@ -1,5 +1,7 @@
 #include <X11/keysym.h>
 
+#include <array>
+
 #include "effect/ui/model/Scene.h"
 #include "tests/effect/EffectState.h"
 #include "tests/effect/ui/WindowFixture.h"
@@ -63,17 +65,19 @@ TEST_F(WindowPresetTest, SavedPresetIsFoundByHostsAndChosenAgain) {
 }
 
 TEST_F(WindowPresetTest, NameHasLettersOfTheKeyboardsLanguage) {
-    // A key that the server's keyboard does not use.
+    std::array<KeySym, 4> letters{XK_adiaeresis, XK_aogonek, XK_Cyrillic_ya, 0x1000000 | 0x1EBF};
+    // On keys that the server's keyboard hardly uses.
     int least = 0;
     int most = 0;
     XDisplayKeycodes(host.display(), &least, &most);
-    KeySym letter = XK_adiaeresis;
-    XChangeKeyboardMapping(host.display(), most, 1, &letter, 1);
+    XChangeKeyboardMapping(host.display(), most - 3, 1, letters.data(), 4);
     clickIn(layout.savePreset);
     host.type("B");
-    host.press(XK_adiaeresis);
+    for (const KeySym letter : letters) {
+        host.press(letter);
+    }
     host.press(XK_Return);
-    ASSERT_TRUE(untilPreset("B\u00e4", true));
+    ASSERT_TRUE(untilPreset("B\u00e4\u0105\u044f\u1ebf", true));
 }
 
 TEST_F(WindowPresetTest, PresetSavedByAHostIsInTheListWhenItOpens) {
