@@ -23,6 +23,7 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <string>
 
 #include "platform/foundation/NSError.h"
 #include "tests/platform/audio/bridge/host/BridgedEffect.h"
@@ -51,6 +52,20 @@ void write(const fs::path& path, const std::string& text, mode_t mode) {
 std::string contents(const fs::path& path) {
     std::ifstream file(path);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The lines of a list of System V objects that have no key, like the effect's. Those with a key
+/// are of other programs, such as JACK's semaphore.
+std::string withoutKey(const fs::path& list) {
+    std::string result;
+    std::ifstream file(list);
+    for (std::string line; std::getline(file, line);) {
+        int key = -1;
+        if (std::istringstream(line) >> key && key == 0) {
+            result += line + "\n";
+        }
+    }
+    return result;
 }
 
 void listen(const std::string& name, bool isAbstract) {
@@ -144,7 +159,7 @@ class Victim {
              << syscall(SYS_ioprio_get, IOPRIO_WHO_PROCESS, 0) << ", document "
              << contents(document_) << " " << status.st_mode << " " << status.st_uid << " "
              << status.st_mtim.tv_sec << "." << status.st_mtim.tv_nsec << ", queues "
-             << contents("/proc/sysvipc/msg") << contents("/proc/sysvipc/sem") << ", bundle "
+             << withoutKey("/proc/sysvipc/msg") << withoutKey("/proc/sysvipc/sem") << ", bundle "
              << std::distance(fs::directory_iterator(bundle() / "hostile.lv2"),
                               fs::directory_iterator())
              << ", home "
