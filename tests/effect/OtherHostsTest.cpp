@@ -182,9 +182,8 @@ class JackLatencyTest : public testing::Test {
 };
 
 TEST_F(JackLatencyTest, JalvReportsTheLookAhead) {
-    const ServerProcess jalv({"sh", "-c",
-                              "sleep 1000 | exec jalv -n effect -c look_ahead=5 -c ceiling_on=1 "
-                              "urn:tessaly:orvalo:sidechain"});
+    const ServerProcess jalv({"jalv", "-i", "-n", "effect", "-c", "look_ahead=5", "-c",
+                              "ceiling_on=1", "urn:tessaly:orvalo:sidechain"});
     ASSERT_TRUE(pollUntil([&] {
         return port("effect:sc_in_right") != nullptr && latencyOf("effect:out_right") == 240 + 81;
     }));

@@ -1,8 +1,10 @@
 #include "tests/testing/ServerProcess.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,6 +14,12 @@
 #include <system_error>
 
 namespace orvalo::testing {
+
+namespace {
+
+constexpr int kPatience = 10'000;  // milliseconds
+
+}  // namespace
 
 ServerProcess::ServerProcess(const std::vector<std::string>& command) {
     std::vector<char*> arguments;
@@ -42,6 +50,14 @@ ServerProcess::~ServerProcess() {
     if (process_ > 0) {
         ::kill(process_, SIGCONT);
         ::kill(process_, SIGTERM);
+        // A window manager may miss a signal that comes just before it waits for events.
+        pollfd ended{.fd = static_cast<int>(syscall(SYS_pidfd_open, process_, 0)),
+                     .events = POLLIN,
+                     .revents = 0};
+        if (poll(&ended, 1, kPatience) != 1) {
+            ::kill(process_, SIGKILL);
+        }
+        close(ended.fd);
         waitpid(process_, nullptr, 0);
     }
 }

@@ -8,7 +8,8 @@
 
 namespace orvalo::testing {
 
-/// A running program whose output is discarded. The destructor terminates it and waits for its end.
+/// A running program whose output is discarded. The destructor terminates it, kills it if it does
+/// not end within ten seconds, and waits for its end.
 class ServerProcess {
   public:
     explicit ServerProcess(const std::vector<std::string>& command);

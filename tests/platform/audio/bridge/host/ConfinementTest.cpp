@@ -83,6 +83,7 @@ class HostileHost {
     ~HostileHost() {
         kill(process_, SIGKILL);
         waitpid(process_, nullptr, 0);
+        std::filesystem::remove("/dev/shm/orvalo-hostile-" + std::to_string(process_));
     }
     HostileHost(const HostileHost&) = delete;
     HostileHost& operator=(const HostileHost&) = delete;

@@ -131,6 +131,7 @@ class Victim {
         listen(home / "run/bus", false);
         const auto name = "orvalo-hostile-" + std::to_string(getpid());
         listen(name, true);
+        // The test removes it, as it may kill this process.
         write("/dev/shm/" + name, "shared", 0600);
         std::ofstream(bundle / "targets")
             << mode << (mode == "leak" ? " 300\n" : " 1\n") << "host " << getpid() << "\nhome "
@@ -138,9 +139,6 @@ class Victim {
             << (home / "run/bus").string() << "\nabstract " << name << "\nterminal "
             << takeTerminal() << "\nshared /dev/shm/" << name << "\n";
     }
-    ~Victim() { fs::remove("/dev/shm/orvalo-hostile-" + std::to_string(getpid())); }
-    Victim(const Victim&) = delete;
-    Victim& operator=(const Victim&) = delete;
 
     fs::path bundle() const { return folder_.path() / "bundles"; }
 
