@@ -230,6 +230,11 @@ void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& r
 
 void WKWebView::showInstalled(const std::string& wanted) {
     if (const auto page = installedSite_ ? installedSite_->page(wanted) : std::nullopt) {
+        if (installed_.empty()) {
+            // WebKitGTK 2.54 without OpenGL often leaves the page empty in a process in which a
+            // load has just failed.
+            lateWebKit(webkit_web_view_terminate_web_process)(engine());
+        }
         installed_ = wanted;
         watch_->setInterval(URLRequest::defaultTimeout);
         // The engine does not ask whether it may show such a page.
