@@ -27,7 +27,8 @@ std::filesystem::path find() {
 }  // namespace
 
 const std::filesystem::path& executablePath() {
-    static const std::filesystem::path path = find();
+    // Never destroyed: other threads may use it while the process ends.
+    static const auto& path = *new const std::filesystem::path(find());
     return path;
 }
 

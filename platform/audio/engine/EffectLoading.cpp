@@ -24,7 +24,8 @@ ExpectedRendering& expected() {
 }
 
 EffectMemory& memory() {
-    static EffectMemory memory;
+    // Never destroyed: an effect may be instantiated while the process ends.
+    static auto& memory = *new EffectMemory;
     return memory;
 }
 

@@ -6,13 +6,15 @@ namespace orvalo {
 
 namespace {
 
+// Never destroyed: an effect may be instantiated while the process ends.
+
 LV2AudioUnit::PluginUIProvider& provider() {
-    static LV2AudioUnit::PluginUIProvider provider;
+    static auto& provider = *new LV2AudioUnit::PluginUIProvider;
     return provider;
 }
 
 LV2AudioUnit::PluginUIProvider& substituteProvider() {
-    static LV2AudioUnit::PluginUIProvider provider;
+    static auto& provider = *new LV2AudioUnit::PluginUIProvider;
     return provider;
 }
 

@@ -6,6 +6,7 @@
 #include <lv2/state/state.h>
 
 #include <algorithm>
+#include <string_view>
 
 #include "platform/audio/lv2/URIDMap.h"
 
@@ -59,21 +60,22 @@ LV2Features::LV2Features(LV2Options& options, LV2Worker& worker, LV2Log& log, LV
                   &mapPath_, &freePath_, nullptr} {}
 
 bool LV2Features::isOffered(const std::string& uri) {
-    // The last two are properties of the plug-in and need nothing from the host.
-    static const std::array<std::string, 14> offered{LV2_URID__map,
-                                                     LV2_URID__unmap,
-                                                     LV2_OPTIONS__options,
-                                                     LV2_WORKER__schedule,
-                                                     LV2_LOG__log,
-                                                     LV2_STATE__makePath,
-                                                     LV2_STATE__mapPath,
-                                                     LV2_STATE__freePath,
-                                                     LV2_BUF_SIZE__boundedBlockLength,
-                                                     LV2_STATE__loadDefaultState,
-                                                     LV2_STATE__threadSafeRestore,
-                                                     LV2_CORE__isLive,
-                                                     LV2_CORE__hardRTCapable,
-                                                     LV2_CORE__inPlaceBroken};
+    // The last two are properties of the plug-in and need nothing from the host. No strings, which
+    // a program's end would free while another thread reads them.
+    static constexpr std::array<std::string_view, 14> offered{LV2_URID__map,
+                                                              LV2_URID__unmap,
+                                                              LV2_OPTIONS__options,
+                                                              LV2_WORKER__schedule,
+                                                              LV2_LOG__log,
+                                                              LV2_STATE__makePath,
+                                                              LV2_STATE__mapPath,
+                                                              LV2_STATE__freePath,
+                                                              LV2_BUF_SIZE__boundedBlockLength,
+                                                              LV2_STATE__loadDefaultState,
+                                                              LV2_STATE__threadSafeRestore,
+                                                              LV2_CORE__isLive,
+                                                              LV2_CORE__hardRTCapable,
+                                                              LV2_CORE__inPlaceBroken};
     return std::find(offered.begin(), offered.end(), uri) != offered.end();
 }
 

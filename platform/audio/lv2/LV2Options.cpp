@@ -4,6 +4,7 @@
 #include <lv2/parameters/parameters.h>
 
 #include <algorithm>
+#include <string_view>
 
 #include "platform/audio/lv2/URIDMap.h"
 #include "platform/audio/signal/AudioBlock.h"
@@ -39,7 +40,7 @@ LV2Options::LV2Options(double sampleRate, std::uint32_t sequenceSize, std::uint3
 }
 
 bool LV2Options::isOffered(const std::string& uri) {
-    static const std::array<std::string, 5> offered{
+    static constexpr std::array<std::string_view, 5> offered{
         LV2_PARAMETERS__sampleRate, LV2_BUF_SIZE__minBlockLength, LV2_BUF_SIZE__maxBlockLength,
         LV2_BUF_SIZE__sequenceSize, kContextNameURI};
     return std::find(offered.begin(), offered.end(), uri) != offered.end();

@@ -142,7 +142,7 @@ TEST_F(PerformanceTest, AnInterruptBeforePlayingEndsAtOnce) {
     playing.readUntil(")");
     playing.signal(SIGINT);
     EXPECT_THAT(playing.readAll(), ElementsAreArray(Lines{}));
-    EXPECT_EQ(playing.wait(), 0);
+    EXPECT_EQ(playing.wait(), 0) << playing.standardError();
 }
 
 TEST_F(PerformanceTest, PlaysWithoutAMissingEffect) {

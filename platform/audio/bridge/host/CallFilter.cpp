@@ -101,7 +101,8 @@ FileDescriptor makeCallFilter() {
     if (!file) {
         throw NSError::posix(errno, "The filter for system calls");
     }
-    static const Filter filter = makeFilter();
+    // Never destroyed: a service may start while the process ends.
+    static const auto& filter = *new const Filter(makeFilter());
     if (const int error = filter.write(file.get()); error != 0) {
         throw NSError::posix(-error, "The filter for system calls");
     }
