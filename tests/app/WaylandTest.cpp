@@ -40,6 +40,9 @@ class WaylandTest : public ::testing::Test {
         EXPECT_TRUE(pollUntil([this] { return tree_.shows("Play"); }));
         // The last line of the search for the effect.
         EXPECT_THAT(program_->readUntil(kEndOfSearch), Contains(kEndOfSearch));
+        if (x11 == WaylandServer::X11::xwayland) {
+            WaylandServer::showX11Window("Orvalo");
+        }
         EXPECT_TRUE(pollUntil([this] { return tree_.isActive(); }));
     }
 

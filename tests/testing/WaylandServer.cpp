@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <regex>
 #include <stdexcept>
 #include <string>
@@ -26,6 +27,13 @@ Lines message(std::vector<std::string> arguments) {
 bool hasKeyboard() {
     return std::ranges::any_of(message({"--type", "get_inputs"}), [](const auto& line) {
         return line.find("virtual_keyboard") != std::string::npos;
+    });
+}
+
+bool showsX11Window() {
+    return std::ranges::any_of(message({"--type", "get_tree", "--raw"}), [](const auto& line) {
+        // The number of an X window; Wayland's have null.
+        return std::regex_search(line, std::regex("\"window\": ?[0-9]"));
     });
 }
 
@@ -79,6 +87,13 @@ bool WaylandServer::isReady(X11 x11) const {
     }
     return g_getenv("WAYLAND_DISPLAY") != nullptr &&
            (x11 == X11::none || g_getenv("DISPLAY") != nullptr);
+}
+
+void WaylandServer::showX11Window(const std::string& name) {
+    for (int i = 0; i < 5 && !pollUntil(showsX11Window, std::chrono::seconds(5)); ++i) {
+        Program({"xdotool", "search", "--onlyvisible", "--name", name, "windowunmap", "windowmap"})
+            .wait();
+    }
 }
 
 void WaylandServer::type(std::vector<std::string> arguments) {
