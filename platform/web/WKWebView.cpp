@@ -28,6 +28,16 @@ GtkWidget* newWidget(const std::shared_ptr<WKWebView>& opener) {
                                    opener ? opener->widget() : nullptr, nullptr));
 }
 
+/// What is seen until a page has been drawn: the colour of windows, light or dark.
+GdkRGBA groundOf(GtkWidget* widget) {
+    GdkRGBA color{1, 1, 1, 1};
+    gtk_style_context_lookup_color(gtk_widget_get_style_context(widget), "theme_bg_color", &color);
+    // With a translucent ground and without OpenGL, WebKitGTK 2.54 erases all of a page but what it
+    // draws anew, such as the scrollbar.
+    color.alpha = 1;
+    return color;
+}
+
 std::shared_ptr<URLResponse> responseOf(WebKitURIResponse* response) {
     auto url = webAddress(lateWebKit(webkit_uri_response_get_uri)(response));
     if (const auto status = lateWebKit(webkit_uri_response_get_status_code)(response);
@@ -78,6 +88,12 @@ struct WKWebView::Signals {
         return TRUE;
     }
 
+    static void loadChanged(WebKitWebView* engine, WebKitLoadEvent event, gpointer /*view*/) {
+        if (event == WEBKIT_LOAD_COMMITTED) {
+            gtk_widget_set_opacity(GTK_WIDGET(engine), 1);
+        }
+    }
+
     static gboolean loadFailed(WebKitWebView* /*engine*/, WebKitLoadEvent /*event*/,
                                const char* address, const GError* error, gpointer view) {
         if (!isWanted(error)) {
@@ -108,11 +124,12 @@ void WKWebView::connect() {
     // Scripts may request windows; the delegate decides.
     lateWebKit(webkit_settings_set_javascript_can_open_windows_automatically)(
         lateWebKit(webkit_web_view_get_settings)(engine()), TRUE);
-    // Until a page is drawn, the window shows through, which is light or dark as the desktop wants.
-    constexpr GdkRGBA transparent{};
-    lateWebKit(webkit_web_view_set_background_color)(engine(), &transparent);
+    gtk_widget_set_opacity(widget(), 0);
+    const auto ground = groundOf(widget());
+    lateWebKit(webkit_web_view_set_background_color)(engine(), &ground);
     g_signal_connect(engine(), "decide-policy", G_CALLBACK(Signals::decidePolicy), this);
     g_signal_connect(engine(), "create", G_CALLBACK(Signals::create), this);
+    g_signal_connect(engine(), "load-changed", G_CALLBACK(Signals::loadChanged), this);
     g_signal_connect(engine(), "load-failed", G_CALLBACK(Signals::loadFailed), this);
     watch_ = std::make_unique<LoadWatch>(engine());
     watch_->onStopped = [this](const auto& address) { showInstalled(address); };
@@ -230,11 +247,6 @@ void WKWebView::decideAction(WebKitPolicyDecision* decision, const URLRequest& r
 
 void WKWebView::showInstalled(const std::string& wanted) {
     if (const auto page = installedSite_ ? installedSite_->page(wanted) : std::nullopt) {
-        if (installed_.empty()) {
-            // WebKitGTK 2.54 without OpenGL often leaves the page empty in a process in which a
-            // load has just failed.
-            lateWebKit(webkit_web_view_terminate_web_process)(engine());
-        }
         installed_ = wanted;
         watch_->setInterval(URLRequest::defaultTimeout);
         // The engine does not ask whether it may show such a page.

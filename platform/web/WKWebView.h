@@ -26,11 +26,11 @@ class WKNavigationDelegate;
 class WKUIDelegate;
 class WKWebViewConfiguration;
 
-/// Shows a web page, which runs in a sandboxed process. When the machine cannot create the sandbox,
-/// nothing is loaded and the reason is logged. Its delegates decide about navigations and new
-/// windows; without them all navigations are allowed and no window opens. Failures are logged, and
-/// the view can load again. All operations on the main thread; elsewhere a fatal error that names
-/// the operation.
+/// Shows a web page, which runs in a sandboxed process; invisible until the first one arrives. When
+/// the machine cannot create the sandbox, nothing is loaded and the reason is logged. Its delegates
+/// decide about navigations and new windows; without them all navigations are allowed and no window
+/// opens. Failures are logged, and the view can load again. All operations on the main thread;
+/// elsewhere a fatal error that names the operation.
 class WKWebView : public UIView {
   public:
     /// Over a WebKitWebView of the layout.

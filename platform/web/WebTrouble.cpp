@@ -29,17 +29,15 @@ const char* reasonText(WebKitWebProcessTerminationReason reason) {
         case WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT:
             return "took too much memory";
         case WEBKIT_WEB_PROCESS_TERMINATED_BY_API:
-            break;
+            return "was ended";
     }
     return "ended";
 }
 
 void processTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason reason,
                        gpointer /*data*/) {
-    if (reason != WEBKIT_WEB_PROCESS_TERMINATED_BY_API) {
-        g_warning("The process of the page %s %s.", lateWebKit(webkit_web_view_get_uri)(view),
-                  reasonText(reason));
-    }
+    g_warning("The process of the page %s %s.", lateWebKit(webkit_web_view_get_uri)(view),
+              reasonText(reason));
 }
 
 void refuseDownload(WebKitNetworkSession* /*session*/, WebKitDownload* download,

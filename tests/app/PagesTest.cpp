@@ -57,13 +57,15 @@ class PagesTest : public ApplicationFixture {
         ASSERT_TRUE(pollUntil([this] { return tree.shows("Play") && !tree.shows("Back"); }));
     }
 
+    /// Whether most of the window has the ground of the installed pages.
+    static bool isGround() {
+        const auto window = place();
+        return Screenshot().count(0xF7F8F9, window.x, window.y, window.width, window.height) >
+               window.width * window.height / 2;
+    }
     static bool showsInstalledPage() {
-        // The ground of the pages, which the engine draws in another process.
-        return pollUntil([] {
-            const auto window = place();
-            return Screenshot().count(0xF7F8F9, window.x, window.y, window.width, window.height) >
-                   window.width * window.height / 2;
-        });
+        // The engine draws in another process.
+        return pollUntil(isGround);
     }
 
     Site site{{{"/", titled("Information", "<h1>About</h1>")},
@@ -154,6 +156,31 @@ TEST_F(PagesTest, ASiteWithoutAnAddressEndsTheProgram) {
     }
     EXPECT_FALSE(std::filesystem::exists(opened()));
     EXPECT_EQ(site.requested(), Lines{});
+}
+
+TEST_F(PagesTest, APageStaysWhileAPartOfItChanges) {
+    const Site changing{{{"/", titled("Changing", R"(<style>body { background: #F7F8F9 }</style>
+<p id='part'>0</p>
+<script>
+let steps = 0;
+function step() {
+    part.textContent = ++steps;
+    if (steps % 20 == 0) new Image().src = '/steps' + steps;
+    requestAnimationFrame(step);
+}
+addEventListener('load', step);
+</script>)")}}};
+    environment["ORVALO_TEST_SITE"] =
+        changing.address("").substr(0, changing.address("/").size() - 1);
+    start();
+    key("ctrl+i");
+    EXPECT_TRUE(pollUntil([&] {
+        const auto requested = changing.requested();
+        return std::ranges::find(requested, "/steps40") != requested.end();
+    }));
+    EXPECT_TRUE(isGround());
+    leavePage();
+    EXPECT_EQ(quit(), 0);
 }
 
 TEST_F(PagesTest, APageIsReloadedEveryTime) {
