@@ -164,7 +164,8 @@ TEST_F(PagesTest, APageStaysWhileAPartOfItChanges) {
 <script>
 let steps = 0;
 function step() {
-    part.textContent = ++steps;
+    ++steps;
+    part.style.background = steps % 2 ? 'red' : 'blue';
     if (steps % 20 == 0) new Image().src = '/steps' + steps;
     requestAnimationFrame(step);
 }
