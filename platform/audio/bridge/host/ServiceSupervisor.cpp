@@ -65,13 +65,13 @@ void ServiceSupervisor::supervise() {
 
 bool ServiceSupervisor::awaitRestart() {
     while (!isStopping()) {
-        drainWakeups();
         if (!hasGivenUp()) {
             return true;
         }
         refuseCommands();
         pollfd wakeup{wakeup_.get(), POLLIN, 0};
         poll(&wakeup, 1, -1);
+        drainWakeups();
     }
     return false;
 }
@@ -291,8 +291,8 @@ void ServiceSupervisor::waitBeforeRetry() const {
     const auto until = std::chrono::steady_clock::now() + limits_.retryDelay;
     pollfd wakeup{wakeup_.get(), POLLIN, 0};
     while (!isStopping() && std::chrono::steady_clock::now() < until) {
-        drainWakeups();
         poll(&wakeup, 1, static_cast<int>(limits_.tick.count()));
+        drainWakeups();
     }
 }
 

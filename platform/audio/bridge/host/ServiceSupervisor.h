@@ -90,6 +90,8 @@ class ServiceSupervisor {
     std::string deathsText() const;
 
     void wake() const;
+    /// Before looking for the reason of a wake-up, never between that and waiting: a wake-up that
+    /// came in between would be lost.
     void drainWakeups() const;
     void waitBeforeRetry() const;
     bool isStopping() const { return isStopping_.load(std::memory_order_acquire); }
