@@ -16,17 +16,7 @@ Site& loopbackSite() {
 
 }  // namespace testing
 
-namespace {
-
-std::string loopbackAddress() {
-    auto address = testing::loopbackSite().address("/");
-    address.pop_back();
-    return address;
-}
-
-}  // namespace
-
-const std::string makersSite = loopbackAddress();
+const std::string makersSite = testing::loopbackSite().address("");
 const bool isSiteConfigured = true;
 
 }  // namespace orvalo

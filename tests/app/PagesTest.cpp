@@ -19,9 +19,7 @@ using ::testing::HasSubstr;
 class PagesTest : public ApplicationFixture {
   protected:
     PagesTest() {
-        std::string address = site.address("/");
-        address.pop_back();
-        environment["ORVALO_TEST_SITE"] = address;
+        environment["ORVALO_TEST_SITE"] = site.address("");
         // The leak check would read memory that the web engine protects, and crash.
         environment["ASAN_OPTIONS"] = "detect_leaks=0";
         // The sandbox is not under test, and some machines cannot create it.
@@ -58,14 +56,14 @@ class PagesTest : public ApplicationFixture {
     }
 
     /// Whether most of the window has the ground of the installed pages.
-    static bool isGround() {
+    static bool showsGround() {
         const auto window = place();
         return Screenshot().count(0xF7F8F9, window.x, window.y, window.width, window.height) >
                window.width * window.height / 2;
     }
     static bool showsInstalledPage() {
         // The engine draws in another process.
-        return pollUntil(isGround);
+        return pollUntil(showsGround);
     }
 
     Site site{{{"/", titled("Information", "<h1>About</h1>")},
@@ -121,7 +119,7 @@ TEST_F(PagesTest, WithoutASiteTheInstalledPagesAreShown) {
 
 TEST_F(PagesTest, WhileTheSiteDoesNotAnswerTheInstalledPageIsOffered) {
     const Site silent{{{"/DYNAMICS/", {.manner = Page::Manner::never}}}};
-    environment["ORVALO_TEST_SITE"] = silent.address("").substr(0, silent.address("/").size() - 1);
+    environment["ORVALO_TEST_SITE"] = silent.address("");
     start();
     const auto shows = [this](const std::string& text) {
         return pollUntil([&] {
@@ -171,15 +169,14 @@ function step() {
 }
 addEventListener('load', step);
 </script>)")}}};
-    environment["ORVALO_TEST_SITE"] =
-        changing.address("").substr(0, changing.address("/").size() - 1);
+    environment["ORVALO_TEST_SITE"] = changing.address("");
     start();
     key("ctrl+i");
     EXPECT_TRUE(pollUntil([&] {
         const auto requested = changing.requested();
         return std::ranges::find(requested, "/steps40") != requested.end();
     }));
-    EXPECT_TRUE(isGround());
+    EXPECT_TRUE(showsGround());
     leavePage();
     EXPECT_EQ(quit(), 0);
 }

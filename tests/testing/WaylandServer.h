@@ -20,9 +20,9 @@ class WaylandServer {
     /// Throws std::runtime_error when sway does not start.
     explicit WaylandServer(X11 x11);
 
-    /// Sway with wlroots 0.18 forgets one of 60 windows of Xwayland: X shows it, sway does not,
-    /// until it is shown again. https://github.com/swaywm/sway/issues/8779. Waits until sway shows
-    /// an X11 window, and shows that of this name again where sway forgot it.
+    /// Waits until sway shows an X11 window, and shows that of this name again where sway forgot
+    /// it: sway 1.10 does not show about one of 60 windows that X has mapped.
+    /// https://github.com/swaywm/sway/issues/8779
     static void showX11Window(const std::string& name);
     /// Types with wtype's arguments, such as -k space.
     static void type(std::vector<std::string> arguments);
